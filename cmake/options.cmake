@@ -1,0 +1,41 @@
+# What every target is built with: the language, the warnings, the sanitizers, and the layout of the
+# build tree, which is that of an installation (bin, lib, lib/zelcam) so that the run paths of both
+# are the same.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/archive)
+
+# RUNPATH, not RPATH: LD_LIBRARY_PATH comes before it, so that a user can put another default
+# producer in place. The paths are written by hand because they are relative in both trees.
+add_link_options(-Wl,--enable-new-dtags)
+set(CMAKE_SKIP_BUILD_RPATH OFF)
+set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
+set(CMAKE_INSTALL_RPATH $ORIGIN/../lib)  # programs; shared objects set their own
+
+find_package(Threads REQUIRED)
+
+add_compile_options(
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror
+    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
+    $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>
+    # GNU unique symbols pin a shared object in memory; producers must really be unloaded.
+    $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fno-gnu-unique>)
+
+if(ZELCAM_SANITIZE)
+    add_compile_options(
+        -fsanitize=${ZELCAM_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${ZELCAM_SANITIZE})
+endif()
+
+include_directories(${PROJECT_SOURCE_DIR})
+

@@ -1,0 +1,96 @@
+// An opened camera.
+#ifndef ZELCAM_DEVICE_H
+#define ZELCAM_DEVICE_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "ZelCam/DeviceInfo.h"
+#include "ZelCam/Error.h"
+#include "ZelCam/Interface.h"
+
+namespace ZelCam {
+
+class Stream;
+
+// One opened camera: its streams, its register space, its features and its events.
+//
+//   ZelCam_CreateDevice() ──> Open ── GetStreamByIndex() ── ... ── Release()
+//
+// The Device owns its Streams and parameter arrays; they end with Release. It belongs to the
+// DeviceInfo it was opened from and is closed with the System at the latest.
+// Thread-bound (see ZelCam.h).
+class Device {
+  public:
+    // What an upload of firmware reports while it runs.
+    enum UploadEventType : uint32_t {
+        UploadEvent_SectorErased = 0,  // one flash sector was erased
+        UploadEvent_Programmed = 1     // the page programming step ended, well or not
+    };
+    struct UploadEventData {
+        uint64_t firstAddress;
+        uint64_t currentAddress;
+        uint64_t endAddress;
+        uint64_t errorCode;  // 0 when there is none
+    };
+
+    // Closes the camera and destroys this object with its streams. Not from within an event
+    // callback.
+    virtual void Release() = 0;
+
+    // Number of data streams of the camera, opened or not; 0 when the producer fails.
+    virtual uint32_t GetNumStreams() = 0;
+
+    // The stream with that index or identifier, opened on the first call; the same object on later
+    // calls until it is released. Null when there is none or it cannot be opened.
+    virtual Stream* GetStreamByIndex(uint32_t index) = 0;
+    virtual Stream* GetStreamById(const char* id) = 0;
+
+    virtual DeviceInfo* GetInfo() = 0;
+
+    // Read or write `size` bytes of the camera's register space. The bytes are as the camera has
+    // them, see GetEndianness. Return the producer's code. `written` is neither read nor written.
+    virtual ZelCamErr ReadMem(uint64_t address, void* buffer, size_t size) = 0;
+    virtual ZelCamErr WriteMem(uint64_t address, const void* buffer, size_t size,
+                               size_t* written) = 0;
+
+    // Subscribe to and unsubscribe from GenTL events of the device: as for Interface.
+    virtual ZelCamErr RegisterEvent2(uint32_t eventType, EventCallback2 cb, void* priv) = 0;
+    virtual ZelCamErr RegisterEvent(uint32_t eventType, EventCallback cb, void* priv) = 0;
+    virtual ZelCamErr UnRegisterEvent2(uint32_t eventType, EventCallback2 cb, void* priv) = 0;
+    virtual ZelCamErr UnRegisterEvent(uint32_t eventType, EventCallback cb, void* priv) = 0;
+
+    // The features of the transport layer's side of the connection, and those of the camera; owned
+    // by the Device, the same on every call. This version has no parameters yet: null with
+    // ZelCamErr_NoNodeMap.
+    virtual ZelGenParam::Array* GetTransportParameters(ZelCamErr* err) = 0;
+    virtual ZelGenParam::Array* GetCameraParameters(ZelCamErr* err) = 0;
+
+    // Save the camera's features to a file, and load them again; `fileName` of LoadConfiguration
+    // may also be the text of a configuration itself. This version has no parameters yet:
+    // ZelCamErr_NoNodeMap.
+    virtual ZelCamErr SaveConfiguration(const char* fileName) = 0;
+    virtual ZelCamErr LoadConfiguration(const char* fileName) = 0;
+
+    // 1 when the camera's registers are little-endian, 0 when they are big-endian or the producer
+    // does not tell.
+    virtual uint32_t GetEndianness() const = 0;
+
+  protected:
+    ~Device() = default;
+};
+
+}  // namespace ZelCam
+
+// Opens a camera. With a null `info` a System of its own is created for it, and the first camera of
+// its first interface that has one is opened; such a Device is released before the program ends
+// like any other, and releases that System itself.
+//
+// Null on failure. When the producer refuses, `*err` is its code (ZelCamErr_GenTL_ResourceInUse or
+// ZelCamErr_GenTL_AccessDenied when somebody else has the camera open; ZelCamErr_GenTL_Error when
+// `info` is null and there is no camera); for other failures `*err` is left as it was. 0 is stored
+// on success. Thread-bound to the System of `info`.
+extern "C" ZelCam::Device* ZelCam_CreateDevice(ZelCam::DeviceInfo* info,
+                                               ZelCam::DeviceAccess access, ZelCamErr* err);
+
+#endif  // ZELCAM_DEVICE_H

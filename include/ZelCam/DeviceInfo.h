@@ -1,0 +1,78 @@
+// A camera as it is found, before it is opened.
+#ifndef ZELCAM_DEVICEINFO_H
+#define ZELCAM_DEVICEINFO_H
+
+#include <cstdint>
+
+#include "ZelCam/Error.h"
+
+namespace ZelCam {
+
+class Interface;
+
+// How a camera is opened.
+enum class DeviceAccess : uint32_t {
+    ReadOnly = 0,  // read registers; several applications at once
+    Control = 1,   // read and write, others may read
+    Exclusive = 2  // read and write, nobody else may open the camera
+};
+
+// The description of one camera behind one interface, the network configuration of a GigE Vision
+// camera, and the source of Devices (see ZelCam_CreateDevice). Owned by its Interface; it lives as
+// long as the System and is never released by the application.
+//
+// The texts are asked of the producer on every call. Each stays valid until the same operation is
+// called again on the same object; null when the producer does not tell.
+// Thread-bound (see ZelCam.h).
+class DeviceInfo {
+  public:
+    virtual Interface* GetInterface() = 0;
+
+    // Identifier within the interface; never null.
+    virtual const char* GetID() = 0;
+    virtual const char* GetVendor() = 0;
+    virtual const char* GetModel() = 0;
+    virtual const char* GetDisplayName() = 0;
+    virtual const char* GetUserDefinedName() = 0;
+    virtual const char* GetSerialNumber() = 0;
+    virtual const char* GetVersion() = 0;
+
+    // GenTL DEVICE_ACCESS_STATUS: 1 read-write, 2 read-only, 3 no access, 4 busy, 5 opened
+    // read-write, 6 opened read-only; 0 when it is not known or cannot be read.
+    virtual int32_t GetAccessStatus() = 0;
+
+    // The USB host the camera is connected to (producer-specific info 1100).
+    virtual const char* GetUSB3HostInfo() = 0;
+
+    // The current network configuration of a GigE Vision camera as dotted text. On success `*err`
+    // is left as it was. This version has no parameters yet: null with ZelCamErr_NoNodeMap.
+    virtual const char* GetIPAddress(ZelCamErr* err) = 0;
+    virtual const char* GetIPMask(ZelCamErr* err) = 0;
+    virtual const char* GetIPGateway(ZelCamErr* err) = 0;
+
+    // The same as numbers, the first octet in the most significant byte (192.168.1.2 is
+    // 0xC0A80102). The arguments are written on success only; none may be null. This version has no
+    // parameters yet: ZelCamErr_NoNodeMap.
+    virtual ZelCamErr GetIP(uint32_t* address, uint32_t* mask, uint32_t* gateway) = 0;
+
+    // Force a temporary network configuration on a GigE Vision camera (FORCEIP), for a camera that
+    // does not fit into the network of its adapter.
+    // This version has no parameters yet: ZelCamErr_NoNodeMap.
+    virtual ZelCamErr ForceIP(const char* address, const char* mask, const char* gateway) = 0;
+    virtual ZelCamErr ForceIP(uint32_t address, uint32_t mask, uint32_t gateway) = 0;
+
+    // Use the description file `fileName` (xml or zip) instead of the camera's own for Devices
+    // whose parameters are asked for later; null or empty goes back to the camera's own.
+    // ZelCamErr_FileOpenFailed when the file cannot be read; the path is kept all the same.
+    virtual ZelCamErr SetExternalXml(const char* fileName) = 0;
+
+    // The path given last, or null.
+    virtual const char* GetExternalXml() = 0;
+
+  protected:
+    ~DeviceInfo() = default;
+};
+
+}  // namespace ZelCam
+
+#endif  // ZELCAM_DEVICEINFO_H

@@ -1,0 +1,142 @@
+// A data stream of an opened camera.
+#ifndef ZELCAM_STREAM_H
+#define ZELCAM_STREAM_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "ZelCam/Error.h"
+#include "ZelCam/Interface.h"
+
+namespace ZelCam {
+
+class Buffer;
+
+// What FlushBuffers does with the buffers in the producer's queues (GenTL ACQ_QUEUE_TYPE).
+enum class FlushOperation : uint32_t {
+    InputToOutput = 0,    // buffers waiting to be filled are delivered, empty
+    OutputDiscard = 1,    // delivered buffers that were not fetched are dropped
+    AllToInput = 2,       // every buffer waits to be filled again
+    UnqueuedToInput = 3,  // buffers in no queue wait to be filled
+    AllDiscard = 4        // every buffer is in no queue
+};
+
+// Flags of Stream::StartAcquisition. Bits 0 to 30 are GenTL's ACQ_START_FLAGS.
+enum StartFlag : uint32_t {
+    StartFlag_Default = 0,
+    StartFlag_KeepQueue = 0x80000000U  // leave the queue as it is instead of queueing every buffer
+};
+
+// Flags of Stream::StopAcquisition: GenTL's ACQ_STOP_FLAGS.
+enum StopFlag : uint32_t {
+    StopFlag_Default = 0,  // end after the frame under way
+    StopFlag_Kill = 1      // end at once; the frame under way is dropped
+};
+
+// A wait without limit, and an acquisition without end (GenTL GENTL_INFINITE).
+constexpr uint64_t Infinite = ~uint64_t{0};
+
+// Delivers images in buffers that are announced once and used again and again:
+//
+//                 CreateBuffer / SetBuffer / AllocBufferQueue          RevokeBuffer
+//   (no buffer) ──────────────────────────────────────────> announced ─────────────> (no buffer)
+//                                                            │     ^
+//                            QueueBuffer / StartAcquisition  v     │ FlushBuffers
+//                                                            queued (waits to be filled)
+//                                               QueueBuffer  ^     │ the camera fills it
+//                                                            │     v
+//                                       the application <── delivered
+//                                                GetBuffer
+//
+// The Stream owns its Buffers: a Buffer is valid until it is revoked, until ReleaseBufferQueue, or
+// until the Stream or its Device is released. The Stream belongs to its Device.
+//
+// Thread-bound (see ZelCam.h), with one exception: CancelBuffer is thread-safe and wakes a thread
+// that waits in GetBuffer. While one thread is in GetBuffer or StartAcquisition, no other may
+// change the set of buffers.
+class Stream {
+  public:
+    // Stops, revokes all buffers, closes the stream and destroys this object. Not from within an
+    // event callback of this stream.
+    virtual void Release() = 0;
+
+    // Announce one buffer of `size` bytes: memory of the producer, or the application's memory at
+    // `ptr`, which must stay until the buffer is revoked. `userPtr` comes back from
+    // Buffer::GetUserPtr. Null on failure, with the producer's code in `*err`.
+    virtual Buffer* CreateBuffer(size_t size, void* userPtr, ZelCamErr* err) = 0;
+    virtual Buffer* SetBuffer(void* ptr, size_t size, void* userPtr, ZelCamErr* err) = 0;
+
+    // Revokes and destroys `buffer`. Success also for a buffer that this stream does not have.
+    virtual ZelCamErr RevokeBuffer(Buffer* buffer) = 0;
+
+    // Hands a buffer to the producer to be filled. ZelCamErr_InvalidArgument for null and for an
+    // object that is not a Buffer of this library; else the producer's code.
+    virtual ZelCamErr QueueBuffer(Buffer* buffer) = 0;
+
+    // Waits for the next filled buffer, for at most `timeout` milliseconds (Infinite: without
+    // limit). Null on failure, with the producer's code in `*err`: ZelCamErr_GenTL_Timeout when the
+    // time ran out, ZelCamErr_GenTL_Abort after CancelBuffer; ZelCamErr_Error when the producer
+    // delivered a buffer that is not one of this stream. The buffer stays with the Stream; give it
+    // back with QueueBuffer.
+    virtual Buffer* GetBuffer(uint64_t timeout, ZelCamErr* err) = 0;
+
+    // Ends a GetBuffer that waits on another thread. Thread-safe. Returns the producer's code.
+    virtual ZelCamErr CancelBuffer() = 0;
+
+    // Moves buffers between the producer's queues. Returns the producer's code.
+    virtual ZelCamErr FlushBuffers(FlushOperation op) = 0;
+
+    // Starts the acquisition of `count` frames (Infinite: without end). Every buffer is queued
+    // first, unless `flags` has StartFlag_KeepQueue. Returns the producer's code.
+    virtual ZelCamErr StartAcquisition(uint64_t count, uint32_t flags) = 0;
+    virtual ZelCamErr StopAcquisition(uint32_t flags) = 0;
+
+    // Creates and queues `count` buffers of GetBufferSize() bytes. Returns the code of the first
+    // failure; buffers made before it stay.
+    virtual ZelCamErr AllocBufferQueue(void* userPtr, size_t count) = 0;
+
+    // Revokes every buffer of the stream, however it was made. ZelCamErr_AcquisitionActive while
+    // the stream is grabbing.
+    virtual ZelCamErr ReleaseBufferQueue() = 0;
+
+    // Number of buffers of the stream.
+    virtual size_t GetBufferQueueSize() = 0;
+
+    // Subscribe to and unsubscribe from GenTL events of the stream: as for Interface. The
+    // new-buffer event (1) is refused with ZelCamErr_GenTL_ResourceInUse: the Stream consumes it in
+    // GetBuffer.
+    virtual ZelCamErr RegisterEvent(uint32_t eventType, EventCallback cb, void* priv) = 0;
+    virtual ZelCamErr RegisterEvent2(uint32_t eventType, EventCallback2 cb, void* priv) = 0;
+    virtual ZelCamErr UnRegisterEvent(uint32_t eventType, EventCallback cb, void* priv) = 0;
+    virtual ZelCamErr UnRegisterEvent2(uint32_t eventType, EventCallback2 cb, void* priv) = 0;
+
+    // The features of the stream; owned by the Stream, the same on every call.
+    // This version has no parameters yet: null with ZelCamErr_NoNodeMap.
+    virtual ZelGenParam::Array* GetParameters(ZelCamErr* err) = 0;
+
+    // Counters of the producer since the start of the acquisition (GenTL STREAM_INFO_CMD). 0 or
+    // false when the producer does not tell.
+    virtual uint64_t GetNumDelivered() = 0;
+    virtual uint64_t GetNumUnderrun() = 0;  // frames lost because no buffer was queued
+    virtual uint64_t GetNumAnnounced() = 0;
+    virtual uint64_t GetNumQueued() = 0;
+    virtual uint64_t GetNumAwaitDelivery() = 0;
+
+    // Bytes that a buffer needs at the current settings of the camera; 0 when it cannot be told.
+    virtual size_t GetBufferSize() = 0;
+
+    virtual bool IsGrabbing() = 0;
+
+    // Number of buffers that must be announced before the acquisition starts.
+    virtual size_t GetMinNumBuffers() = 0;
+
+    // Alignment in bytes that the producer wants for announced memory.
+    virtual size_t GetBufferAlignment() = 0;
+
+  protected:
+    ~Stream() = default;
+};
+
+}  // namespace ZelCam
+
+#endif  // ZELCAM_STREAM_H

@@ -1,0 +1,68 @@
+// The root of the object tree.
+#ifndef ZELCAM_SYSTEM_H
+#define ZELCAM_SYSTEM_H
+
+#include "ZelCam/Error.h"
+#include "ZelCam/Interface.h"
+#include "ZelCam/List.h"
+
+namespace ZelCam {
+
+class Device;
+
+// The transport layers of a process: one GenTL producer or more, and the interfaces they offer.
+//
+//   ZelCam_GetSystem() ──> Open ── RegisterGenTLProvider() ── GetInterfaceList() ──> Release()
+//                                  before the first listing   enumerates once
+//
+// The System owns its Interfaces and the lists it handed out; they end with Release, and everything
+// opened from them too. Systems are independent of each other: each loads its own producers.
+// Thread-bound (see ZelCam.h).
+class System {
+  public:
+    // Closes everything that was opened through this System, unloads its producers and destroys it.
+    // Not from within an event callback.
+    virtual void Release() = 0;
+
+    // A new list of the interfaces of all producers whose type is `type`, or of all interfaces for
+    // InterfaceType::Unknown. The first call opens every interface; interfaces that cannot be
+    // opened are left out. An interface keeps its place and its pointer until Release. Null when
+    // the enumeration fails; the next call tries again.
+    virtual List<Interface>* GetInterfaceList(InterfaceType type) = 0;
+
+    // The interface whose GetId() equals `id` exactly, or null. A null `id` raises
+    // std::logic_error.
+    virtual Interface* GetInterfaceById(const char* id) = 0;
+
+    // Name and version of the first registered producer; null when it does not tell. The text stays
+    // valid until Release.
+    virtual const char* GetDisplayName() = 0;
+    virtual const char* GetVersion() = 0;
+
+    // Opens, with exclusive access, the device that a configuration file names, and loads the
+    // configuration into it. Null on failure, with in `*err`:
+    //   ZelCamErr_InvalidFile  the file does not load, or lacks "Camera" or its "ifaceId" or
+    //   "cameraId" ZelCamErr_NotFound     no interface has the identifier ZelCamErr_NoNodeMap this
+    //   version has no parameters yet
+    // The device is returned also when loading the configuration into it failed; `*err` then tells.
+    virtual Device* CreateDeviceFromConfig(const char* fileName, ZelCamErr* err) = 0;
+
+    // Loads the producer file `ctiPath`, initialises it and opens its transport layer. A path
+    // without a slash is looked up by the dynamic loader. Interfaces of a producer that is
+    // registered after the interfaces were listed for the first time are not enumerated.
+    // ZelCamErr_Error when the file cannot be loaded or `ctiPath` is null; else the producer's
+    // code.
+    virtual ZelCamErr RegisterGenTLProvider(const char* ctiPath) = 0;
+
+  protected:
+    ~System() = default;
+};
+
+}  // namespace ZelCam
+
+// Creates a System with the default producer, the file "libZelCTI.cti" found by the dynamic loader:
+// in LD_LIBRARY_PATH first, then beside the library. Null when that producer cannot be loaded or
+// initialised. Each call creates a new System. Thread-safe as far as the producer is.
+extern "C" ZelCam::System* ZelCam_GetSystem();
+
+#endif  // ZELCAM_SYSTEM_H

@@ -1,0 +1,220 @@
+// Features of a module as typed objects.
+#ifndef ZELGENPARAM_PARAM_H
+#define ZELGENPARAM_PARAM_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include "ZelCam/Error.h"
+
+namespace GenApi_3_0 {
+struct INode;
+}
+
+namespace ZelGenParam {
+
+// The kind of a feature, and the interface that Param::ToInt and its like lead to.
+enum ParamType : uint32_t {
+    ParamType_Unknown = 0,  // registers, ports and others without a kind of their own
+    ParamType_Int = 1,
+    ParamType_Float = 2,
+    ParamType_String = 3,
+    ParamType_Enum = 4,
+    ParamType_EnumEntry = 5,
+    ParamType_Boolean = 6,
+    ParamType_Command = 7,
+    ParamType_Category = 8
+};
+
+// Whom a feature is meant for (GenApi EVisibility).
+enum class Visibility : uint32_t {
+    Beginner = 0,
+    Expert = 1,
+    Guru = 2,
+    Invisible = 3,
+    UndefinedVisibility = 99
+};
+
+class Boolean;
+class Category;
+class Command;
+class Enum;
+class EnumEntry;
+class Float;
+class Int;
+class Param;
+class String;
+
+// Implemented by the application to hear of changes of a feature.
+class ParamEventSink {
+  public:
+    // Called when `param` may have changed: on the thread that caused the change, or on an event
+    // thread of the library, inside the lock of the node map. Reading the feature is allowed.
+    virtual void OnParamChanged(Param* param) = 0;
+
+  protected:
+    ~ParamEventSink() = default;
+};
+
+// One feature of an Array, which owns the object: it is valid as long as the Array, and the same
+// for the same name. Values are reached through the interface of its kind: a cast with ToInt() and
+// its like, or dynamic_cast.
+//
+// Value operations of every kind report, in `*err` (which may be null, and is 0 on success) or as
+// their result:
+//   ZelCamErr_AccessDenied     not readable or not writable at the moment
+//   ZelCamErr_OutOfRange       the value violates minimum, maximum or increment
+//   ZelCamErr_InvalidArgument  the value is not one the feature can have
+//   ZelCamErr_WrongParamType   the node behind the feature is of another kind
+//   ZelCamErr_Error            anything else, a failed access to the camera for instance
+// and return zero, null or false on failure. Texts stay valid until the same operation is called
+// again on the same object. Thread-bound (see ZelCam/ZelCam.h).
+class Param {
+  public:
+    virtual ParamType GetType() = 0;
+
+    // Texts of the feature's description; empty where it has none.
+    virtual const char* GetName() = 0;
+    virtual const char* GetToolTip() = 0;
+    virtual const char* GetDescription() = 0;
+    virtual const char* GetDisplayName() = 0;
+    virtual Visibility GetVisibility() = 0;
+
+    // State of the feature at the moment; false also when it cannot be told.
+    virtual bool IsValueCached() = 0;
+    virtual bool IsAvailable() = 0;
+    virtual bool IsWritable() = 0;
+    virtual bool IsReadable() = 0;
+    virtual bool IsStreamable() = 0;  // part of saved configurations
+    virtual bool IsVisible(Visibility v) = 0;
+
+    // Subscribe to changes. `sink` must outlive the subscription. A sink registered twice is called
+    // twice and can be unregistered only once.
+    virtual ZelCamErr RegisterEventSink(ParamEventSink* sink) = 0;
+
+    // ZelCamErr_IndexOutOfRange when the sink is not registered.
+    virtual ZelCamErr UnregisterEventSink(ParamEventSink* sink) = 0;
+
+    // The GenApi node behind the feature.
+    virtual GenApi_3_0::INode* GetNode() = 0;
+
+    // This feature as its kind, null when it is of another kind.
+    virtual Category* ToCategory() = 0;
+    virtual Boolean* ToBoolean() = 0;
+    virtual Command* ToCommand() = 0;
+    virtual EnumEntry* ToEnumEntry() = 0;
+    virtual Enum* ToEnum() = 0;
+    virtual Float* ToFloat() = 0;
+    virtual Int* ToInt() = 0;
+    virtual String* ToString() = 0;
+
+  protected:
+    ~Param() = default;
+};
+
+// An integer, with its limits at the moment.
+class Int : public virtual Param {
+  public:
+    ParamType GetType() override { return ParamType_Int; }
+    virtual ZelCamErr SetValue(int64_t value) = 0;
+    virtual int64_t GetValue(ZelCamErr* err) = 0;
+    virtual int64_t GetMin(ZelCamErr* err) = 0;
+    virtual int64_t GetMax(ZelCamErr* err) = 0;
+    virtual int64_t GetIncrement(ZelCamErr* err) = 0;
+
+  protected:
+    ~Int() = default;
+};
+
+// A number with a physical unit.
+class Float : public virtual Param {
+  public:
+    ParamType GetType() override { return ParamType_Float; }
+    virtual ZelCamErr SetValue(double value) = 0;
+    virtual double GetValue(ZelCamErr* err) = 0;
+    virtual double GetMin(ZelCamErr* err) = 0;
+    virtual double GetMax(ZelCamErr* err) = 0;
+    virtual const char* GetUnit(ZelCamErr* err) = 0;
+
+  protected:
+    ~Float() = default;
+};
+
+class String : public virtual Param {
+  public:
+    ParamType GetType() override { return ParamType_String; }
+    virtual int64_t GetMaxLength(ZelCamErr* err) = 0;
+    // The text, and its length in `*length` when that is not null.
+    virtual const char* GetValue(size_t* length, ZelCamErr* err) = 0;
+    virtual ZelCamErr SetValue(const char* value) = 0;
+
+  protected:
+    ~String() = default;
+};
+
+// A choice among entries. The entries belong to the Enum: the same entry is always the same object.
+class Enum : public virtual Param {
+  public:
+    ParamType GetType() override { return ParamType_Enum; }
+    virtual size_t GetEnumEntriesCount(ZelCamErr* err) = 0;
+    // Null when there is no such entry.
+    virtual EnumEntry* GetEnumEntryByIndex(size_t index) = 0;
+    virtual EnumEntry* GetEnumEntryByName(const char* name) = 0;
+    virtual EnumEntry* GetEnumEntryByValue(int64_t value) = 0;
+    // The current entry as its number and as its symbolic name.
+    virtual int64_t GetValue(ZelCamErr* err) = 0;
+    virtual const char* GetValueStr(ZelCamErr* err) = 0;
+    virtual ZelCamErr SetValue(int64_t value) = 0;
+    virtual ZelCamErr SetValueStr(const char* value) = 0;
+
+  protected:
+    ~Enum() = default;
+};
+
+// One entry of an Enum: its number and its symbolic name.
+class EnumEntry : public virtual Param {
+  public:
+    ParamType GetType() override { return ParamType_EnumEntry; }
+    virtual int64_t GetValue(ZelCamErr* err) = 0;
+    virtual const char* GetValueStr(ZelCamErr* err) = 0;
+
+  protected:
+    ~EnumEntry() = default;
+};
+
+class Boolean : public virtual Param {
+  public:
+    ParamType GetType() override { return ParamType_Boolean; }
+    virtual ZelCamErr SetValue(bool value) = 0;
+    virtual bool GetValue(ZelCamErr* err) = 0;
+
+  protected:
+    ~Boolean() = default;
+};
+
+// An action. Execute starts it; IsDone tells whether it has ended.
+class Command : public virtual Param {
+  public:
+    ParamType GetType() override { return ParamType_Command; }
+    virtual ZelCamErr Execute() = 0;
+    virtual bool IsDone(ZelCamErr* err) = 0;
+
+  protected:
+    ~Command() = default;
+};
+
+// A group of features, which may be categories again.
+class Category : public virtual Param {
+  public:
+    ParamType GetType() override { return ParamType_Category; }
+    virtual uint32_t GetCount() = 0;
+    // Null with ZelCamErr_IndexOutOfRange when `index` is not below the count.
+    virtual Param* GetParamByIndex(uint32_t index, ZelCamErr* err) = 0;
+
+  protected:
+    ~Category() = default;
+};
+
+}  // namespace ZelGenParam
+
+#endif  // ZELGENPARAM_PARAM_H
