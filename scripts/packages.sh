@@ -59,14 +59,20 @@ install_packages() {
         return
     fi
 
-    local apt=(env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=600)
-    heading "Installing ${missing[*]}"
     if ! as_root true; then
         die "packages are missing, and neither root nor sudo is at hand. Have them installed with:" \
             "  apt-get update && apt-get install --no-install-recommends ${missing[*]}"
     fi
+    heading "Installing ${missing[*]}"
+    local apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=600)
+    local log=build/packages.log
+    mkdir -p build
     # A source that is out of reach only matters when a package comes from there.
-    as_root "${apt[@]}" update -qq || warn "the package lists could not all be refreshed"
-    as_root "${apt[@]}" install -y -qq --no-install-recommends "${missing[@]}" </dev/null ||
+    as_root "${apt[@]}" update >"$log" 2>&1 ||
+        warn "the package lists could not all be refreshed, see $log"
+    if ! as_root "${apt[@]}" install -y --no-install-recommends "${missing[@]}" \
+        </dev/null >>"$log" 2>&1; then
+        cat -- "$log" >&2
         die "apt-get could not install: ${missing[*]}"
+    fi
 }
