@@ -2,7 +2,8 @@
 # Which Debian packages a command needs, and how they get onto the machine. Sourced by ./dev.
 
 # What the products link against. The cross build takes the same ones for arm64.
-library_packages=(liblog4cpp5-dev libtinyxml2-dev libcli11-dev libpng-dev)
+library_packages=(liblog4cpp5-dev libtinyxml2-dev libcli11-dev libpng-dev
+    nlohmann-json3-dev)
 test_packages=(libgtest-dev libgmock-dev)
 
 # packages_for COMMAND: one package a line.
