@@ -8,6 +8,7 @@
 #ifndef ZELSIM_H
 #define ZELSIM_H
 
+// NOLINTBEGIN(modernize-deprecated-headers,modernize-use-using): programs in C include this, too.
 #include <stddef.h>
 #include <stdint.h>
 
@@ -87,5 +88,6 @@ typedef size_t (*PZelSim_GetNumOpenHandles)(void);
 #ifdef __cplusplus
 }  // extern "C"
 #endif
+// NOLINTEND(modernize-deprecated-headers,modernize-use-using)
 
 #endif  // ZELSIM_H
