@@ -22,6 +22,11 @@ class Error : public std::runtime_error {
     GenTL::GC_ERROR code_;
 };
 
+// Throws GC_ERR_INVALID_PARAMETER for a null pointer that a call cannot do without.
+inline void Require(const void* pointer) {
+    if (pointer == nullptr) throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "null pointer");
+}
+
 }  // namespace ZelSim
 
 #endif  // ZELSIM_ERROR_H
