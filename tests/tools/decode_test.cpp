@@ -180,6 +180,13 @@ TEST(DecodeYuv, EachPixelHasItsOwnLuma) {
     EXPECT_THAT(FailureOf(PFNC::YUV422_8, 3, 1, Bytes(6)), HasSubstr("even width"));
 }
 
+// Y 512, U 512, Y 1023, V 512 in ten bits each: gray 512 and white. 512 is 32800 of 65535.
+TEST(DecodeYuv, DeeperFormats) {
+    EXPECT_THAT(Decode(PFNC::YCbCr422_10p, 2, 1, {0x00, 0x02, 0xF8, 0x3F, 0x80}).samples,
+                ElementsAre(32800, 32800, 32800, 65535, 65535, 65535));
+    EXPECT_THAT(Decode(PFNC::YCbCr8, 1, 1, {128, 128, 255}).samples, ElementsAre(255, 37, 128));
+}
+
 // In the limited range 16 is black and 235 is white.
 TEST(DecodeYuv, LimitedRange) {
     EXPECT_THAT(Decode(PFNC::YCbCr601_422_8, 2, 1, {16, 128, 235, 128}).samples,

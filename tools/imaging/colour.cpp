@@ -47,31 +47,60 @@ void InterpolatePixel(const Components& mosaic, const BayerCell& cell, size_t x,
     rgb[ChannelAt(cell, x, y)] = mosaic.values[y * mosaic.width + x];
 }
 
-uint16_t ClampToByte(double value) {
-    return static_cast<uint16_t>(std::clamp(std::lround(value), 0L, 255L));
-}
+// The numbers that YUV of one format is converted with, at the format's depth.
+struct YuvScale {
+    double white;        // full scale
+    double black;        // luma of black
+    double neutral;      // chroma of gray
+    double lumaStretch;  // to the full range
+    double chromaStretch;
 
-void ConvertPixel(double luma, double u, double v, YuvRange range, uint16_t* rgb) {
-    u -= 128;
-    v -= 128;
-    if (range == YuvRange::Limited) {
-        luma = (luma - 16) * 255 / 219;
-        u = u * 255 / 224;
-        v = v * 255 / 224;
+    explicit YuvScale(const PixelFormat& format)
+        : white((1U << format.depth) - 1),
+          black(0),
+          neutral(1U << (format.depth - 1)),
+          lumaStretch(1),
+          chromaStretch(1) {
+        if (format.range == YuvRange::Full) return;
+        const double step = 1U << (format.depth - 8);
+        black = 16 * step;
+        lumaStretch = white / (219 * step);
+        chromaStretch = white / (224 * step);
     }
-    rgb[0] = ClampToByte(luma + 1.402 * v);
-    rgb[1] = ClampToByte(luma - 0.344136 * u - 0.714136 * v);
-    rgb[2] = ClampToByte(luma + 1.772 * u);
-}
 
-// Converts the four components of two pixels; the arguments are the places of the components.
-struct SharedChroma {
-    size_t luma1, u, luma2, v;
+    uint16_t Clamp(double value) const {
+        return static_cast<uint16_t>(std::lround(std::clamp(value, 0.0, white)));
+    }
 };
 
-void ConvertPair(const uint16_t* in, const SharedChroma& at, YuvRange range, uint16_t* rgb) {
-    ConvertPixel(in[at.luma1], in[at.u], in[at.v], range, rgb);
-    ConvertPixel(in[at.luma2], in[at.u], in[at.v], range, rgb + 3);
+void ConvertPixel(double luma, double u, double v, const YuvScale& scale, uint16_t* rgb) {
+    luma = (luma - scale.black) * scale.lumaStretch;
+    u = (u - scale.neutral) * scale.chromaStretch;
+    v = (v - scale.neutral) * scale.chromaStretch;
+    rgb[0] = scale.Clamp(luma + 1.402 * v);
+    rgb[1] = scale.Clamp(luma - 0.344136 * u - 0.714136 * v);
+    rgb[2] = scale.Clamp(luma + 1.772 * u);
+}
+
+// Where the components of a group of one or two pixels are.
+struct YuvPlaces {
+    size_t pixels;
+    size_t components;
+    size_t luma[2];
+    size_t u, v;
+};
+
+YuvPlaces PlacesOf(Layout layout) {
+    switch (layout) {
+        case Layout::Yuyv:
+            return {2, 4, {0, 2}, 1, 3};
+        case Layout::Uyvy:
+            return {2, 4, {1, 3}, 0, 2};
+        case Layout::Yuv:
+            return {1, 3, {0, 0}, 1, 2};
+        default:
+            return {1, 3, {1, 0}, 0, 2};
+    }
 }
 
 }  // namespace
@@ -105,20 +134,17 @@ std::vector<uint16_t> ReorderToRgb(const Components& image, Layout layout) {
 }
 
 std::vector<uint16_t> YuvToRgb(const Components& image, const PixelFormat& format) {
-    const bool shared = format.layout != Layout::Uyv;
-    if (shared && image.width % 2 != 0) {
+    const YuvPlaces at = PlacesOf(format.layout);
+    if (image.width % at.pixels != 0) {
         throw Error(std::string(format.name) + " needs an even width");
     }
-    const SharedChroma at =
-        format.layout == Layout::Yuyv ? SharedChroma{0, 1, 2, 3} : SharedChroma{1, 0, 3, 2};
+    const YuvScale scale(format);
     std::vector<uint16_t> rgb(image.width * image.height * 3);
-    const uint16_t* in = image.values.data();
-    uint16_t* const end = rgb.data() + rgb.size();
-    for (uint16_t* out = rgb.data(); out != end; out += shared ? 6 : 3, in += shared ? 4 : 3) {
-        if (shared) {
-            ConvertPair(in, at, format.range, out);
-        } else {
-            ConvertPixel(in[1], in[0], in[2], format.range, out);
+    uint16_t* out = rgb.data();
+    const uint16_t* const end = image.values.data() + image.values.size();
+    for (const uint16_t* in = image.values.data(); in != end; in += at.components) {
+        for (size_t pixel = 0; pixel < at.pixels; ++pixel, out += 3) {
+            ConvertPixel(in[at.luma[pixel]], in[at.u], in[at.v], scale, out);
         }
     }
     return rgb;

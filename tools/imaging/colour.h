@@ -24,10 +24,10 @@ std::vector<uint16_t> Demosaic(const Components& mosaic, Layout layout);
 // Reorders RGB, BGR, RGBa and BGRa; alpha is dropped.
 std::vector<uint16_t> ReorderToRgb(const Components& image, Layout layout);
 
-// Converts 8-bit YUV:
+// Converts YUV:
 //   R = Y + 1.402 V,  G = Y - 0.344136 U - 0.714136 V,  B = Y + 1.772 U
-// with U and V less 128, after stretching a limited range to the full one; rounded, then clamped to
-// 0 to 255. Two pixels that share chroma use the same values.
+// with U and V less half scale (128 of 8 bits), after stretching a limited range to the full one;
+// clamped to the depth of the camera and rounded. Two pixels that share chroma use the same values.
 std::vector<uint16_t> YuvToRgb(const Components& image, const PixelFormat& format);
 
 }  // namespace Imaging

@@ -48,6 +48,11 @@ constexpr PixelFormat formats[] = {
     FORMAT(YUV8_UYV, Uyv, Bytes, 8),
     FORMAT(YCbCr422_8, Yuyv, Bytes, 8),
     FORMAT(YCbCr422_8_CbYCrY, Uyvy, Bytes, 8),
+    FORMAT(YCbCr422_10, Yuyv, Words, 10),
+    FORMAT(YCbCr422_12, Yuyv, Words, 12),
+    FORMAT(YCbCr422_10p, Yuyv, LsbFirst, 10),
+    FORMAT(YCbCr422_12p, Yuyv, LsbFirst, 12),
+    FORMAT(YCbCr8, Yuv, Bytes, 8),
     FORMAT(YCbCr8_CbYCr, Uyv, Bytes, 8),
     FORMAT(YCbCr601_422_8, Yuyv, Bytes, 8, YuvRange::Limited),
     FORMAT(YCbCr601_422_8_CbYCrY, Uyvy, Bytes, 8, YuvRange::Limited),
@@ -70,6 +75,7 @@ size_t PixelFormat::Components() const {
     switch (layout) {
         case Layout::Rgb:
         case Layout::Bgr:
+        case Layout::Yuv:
         case Layout::Uyv:
             return 3;
         case Layout::Rgba:

@@ -37,13 +37,15 @@ enum class Layout {
     Bgra,
     Yuyv,  // two pixels share U and V
     Uyvy,  // two pixels share U and V
+    Yuv,   // every pixel has its own
     Uyv,   // every pixel has its own
 };
 
 // How luma and chroma become red, green and blue. Both use the weights of ITU-R BT.601.
 enum class YuvRange {
-    Full,     // luma and chroma from 0 to 255
-    Limited,  // luma from 16 to 235, chroma from 16 to 240
+    Full,     // luma and chroma over the whole scale
+    Limited,  // luma from 16 to 235, chroma from 16 to 240 (of 8 bits; deeper formats in
+              // proportion)
 };
 
 struct PixelFormat {

@@ -137,33 +137,35 @@ ExitCode RunGrab(const GrabOptions& options) {
 void AddGrabOptions(CLI::App& command, GrabOptions& options) {
     command
         .add_option("camera", options.camera,
-                    "Identifier, serial number or user name of the camera, or its number in "
-                    "`zelcam list`. The first camera when left out")
+                    "Identifier, serial number or user name of the camera, or\n"
+                    "its number in `zelcam list`. Left out: the first one")
         ->type_name("CAMERA");
     command.add_option("-n,--count", options.count, "Frames to grab; 0: until Ctrl-C")
         ->type_name("N")
         ->capture_default_str();
     command
         .add_option("-o,--output", options.output,
-                    "Names of the files, with {n} for the number of the frame (0001, 0002, ...), "
-                    "{frame} for the camera's frame number, {camera} for its identifier "
-                    "[frame-{n}.png]")
+                    "File names, with {n} for the number of the frame (0001,\n"
+                    "0002, ...), {frame} for the number the camera gave it,\n"
+                    "{camera} for the camera's identifier [frame-{n}.png]")
         ->type_name("PATTERN");
     command
         .add_option("-f,--format", options.format,
-                    "png, raw (the bytes as the camera sent them, and a text that describes them) "
-                    "or none (only count) [png, or by the ending of --output]")
+                    "png, raw (the bytes as the camera sent them, and a text\n"
+                    "that describes them) or none (only count)\n"
+                    "[by the ending of --output, else png]")
         ->type_name("FORMAT")
         ->check(CLI::IsMember({"png", "raw", "none"}).description(""));
     command
         .add_option("-t,--timeout", options.timeoutMs,
-                    "Longest wait for the next frame in milliseconds")
+                    "Longest wait for the next frame, in milliseconds")
         ->type_name("MS")
         ->check(CLI::Range(uint64_t{1}, uint64_t{86400000}).description(""))
         ->capture_default_str();
     command
         .add_option("-b,--buffers", options.buffers,
-                    "Frames that can wait in memory; never fewer than the producer needs")
+                    "Frames that can wait in memory; never fewer than the\n"
+                    "producer needs")
         ->type_name("N")
         ->check(CLI::Range(size_t{1}, size_t{4096}).description(""))
         ->capture_default_str();

@@ -102,7 +102,11 @@ void PrintCameras(const Session& session) {
 
 // What to look at when there is no camera, for the kinds of interface there are.
 std::vector<std::string> WhatToCheck(const Session& session) {
-    if (!session.HasInterfaceList()) return {"the producers above: none can be asked"};
+    if (!session.HasInterfaceList()) {
+        return {
+            "the library needs its default producer: put a working libZelCTI.cti beside the "
+            "library, or name its folder in LD_LIBRARY_PATH"};
+    }
     std::set<ZelCam::InterfaceType> types;
     for (const InterfaceEntry& entry : session.Interfaces())
         types.insert(entry.type);

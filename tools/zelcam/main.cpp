@@ -59,6 +59,7 @@ int main(int argc, char** argv) {
     app.set_help_flag("-h,--help", "Print this help");
     app.footer(help);
     app.require_subcommand(1);
+    app.get_formatter()->column_width(24);
     Invocation invocation;
     AddListCommand(app, invocation);
     AddGrabCommand(app, invocation);
@@ -69,6 +70,12 @@ int main(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
+        if (app.get_subcommands().empty() && !app.remaining().empty()) {
+            TellFailure(
+                "there is no command \"" + app.remaining().front() + "\"; see zelcam --help",
+                ExitCode::Usage, false);
+            return static_cast<int>(ExitCode::Usage);
+        }
         return app.exit(error) == 0 ? 0 : static_cast<int>(ExitCode::Usage);
     }
     return static_cast<int>(Run(invocation));

@@ -14,6 +14,8 @@
 #include <sstream>
 #include <unistd.h>
 
+#include "tools/zelcam/words.h"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -78,6 +80,26 @@ std::string WhyNotAProducer(const std::string& path) {
     return "it is a shared library but not a GenTL producer (it has no GCInitLib)";
 }
 
+// The three functions of the GenTL interface that are needed to ask a producer why it refuses.
+using InitLib = int32_t (*)();
+using CloseLib = int32_t (*)();
+using GetLastError = int32_t (*)(int32_t* code, char* text, size_t* size);
+
+template <typename Function>
+Function Resolve(const Library& library, const char* name) {
+    return reinterpret_cast<Function>(dlsym(library.get(), name));
+}
+
+std::string LastErrorText(const Library& library) {
+    const auto getLastError = Resolve<GetLastError>(library, "GCGetLastError");
+    std::array<char, 1024> text{};
+    size_t size = text.size();
+    int32_t code = 0;
+    if (getLastError == nullptr || getLastError(&code, text.data(), &size) != 0) return "";
+    text.back() = '\0';
+    return text.data();
+}
+
 std::string LoadedDefaultProducer() {
     const Library library(dlopen(defaultProducerName, RTLD_LAZY | RTLD_NOLOAD));
     link_map* map = nullptr;
@@ -92,6 +114,19 @@ std::string WhyNotLoadable(const std::string& path) {
         std::string reason = check(path);
         if (!reason.empty()) return reason;
     }
+    return "";
+}
+
+std::string WhyNotStarting(const std::string& path) {
+    const Library library(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
+    const auto initLib = library ? Resolve<InitLib>(library, "GCInitLib") : nullptr;
+    if (initLib == nullptr) return "";
+    const int32_t code = initLib();
+    if (code != 0) {
+        const std::string text = LastErrorText(library);
+        return ErrorWords(static_cast<ZelCamErr>(code)) + (text.empty() ? "" : ": " + text);
+    }
+    if (const auto closeLib = Resolve<CloseLib>(library, "GCCloseLib")) closeLib();
     return "";
 }
 

@@ -13,6 +13,10 @@ constexpr const char* defaultProducerName = "libZelCTI.cti";
 // The file is loaded for a moment if it gets that far.
 std::string WhyNotLoadable(const std::string& path);
 
+// What the file answers when it is initialised by itself: why a producer that loads does not start,
+// in its own words where it has some. Empty when it starts.
+std::string WhyNotStarting(const std::string& path);
+
 // The file that the loader takes for the default producer: the one loaded now, else the first one
 // in the folders of LD_LIBRARY_PATH and beside the library. Empty when there is none.
 std::string FindDefaultProducer();

@@ -16,13 +16,18 @@ std::string EnvironmentOrEmpty(const char* name) {
     return TextOrEmpty(std::getenv(name));
 }
 
+// For a file that loads: what it says itself when it is started, else `otherwise`.
+std::string RefusalWords(const std::string& file, const std::string& otherwise) {
+    const std::string reason = WhyNotStarting(file);
+    return "it loads but refuses to start: " + (reason.empty() ? otherwise : reason);
+}
+
 // Registers a producer; a failure is noted in it.
 void Register(ZelCam::System& system, Producer& producer) {
     const ZelCamErr code = system.RegisterGenTLProvider(producer.file.c_str());
     if (code == ZelCamErr_Success) return;
     std::string reason = WhyNotLoadable(producer.file);
-    if (reason.empty()) reason = "it loads but refuses to start: " + ErrorWords(code);
-    producer.Fail(reason);
+    producer.Fail(reason.empty() ? RefusalWords(producer.file, ErrorWords(code)) : reason);
 }
 
 enum class Counted { Yes, NoList, NotRegistered };
@@ -155,7 +160,7 @@ void Session::ExplainMissingDefault() {
             reason += " " + folder;
     } else {
         reason = WhyNotLoadable(producers_.front().file);
-        if (reason.empty()) reason = "it loads but refuses to start";
+        if (reason.empty()) reason = RefusalWords(producers_.front().file, "it does not say why");
     }
     FailDefault(reason);
 }
