@@ -88,7 +88,7 @@ TEST_F(AcquisitionTest, FramesWithoutBufferAreUnderruns) {
 
 TEST_F(AcquisitionTest, DropsAndTearsFramesOnDemand) {
     OpenCamera("frameRate='0' dropEvery='4' incompleteEvery='3' width='64' height='64'");
-    std::vector<uint8_t> memory(64 * 64, 0xEE);
+    memory.assign(64 * 64, 0xEE);
     BUFFER_HANDLE buffer = nullptr;
     ASSERT_EQ(p.DSAnnounceBuffer(stream, memory.data(), memory.size(), nullptr, &buffer), 0);
     ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
@@ -186,15 +186,15 @@ TEST_F(AcquisitionTest, FlushMovesBuffersBetweenQueues) {
 TEST_F(AcquisitionTest, AnnouncesAndRevokesMemory) {
     OpenCamera("bufAlignment='256' bufAnnounceMin='2' definesPayloadSize='false'");
     EXPECT_EQ(StreamInfo(STREAM_INFO_PAYLOAD_SIZE).code, GC_ERR_NOT_AVAILABLE);
-    alignas(256) static uint8_t memory[512];
+    alignas(256) static uint8_t aligned[512];
     int mark = 0;
     BUFFER_HANDLE buffer = nullptr;
     EXPECT_EQ(p.DSAnnounceBuffer(stream, nullptr, 256, nullptr, &buffer), GC_ERR_INVALID_PARAMETER);
-    EXPECT_EQ(p.DSAnnounceBuffer(stream, memory + 1, 256, nullptr, &buffer),
+    EXPECT_EQ(p.DSAnnounceBuffer(stream, aligned + 1, 256, nullptr, &buffer),
               GC_ERR_INVALID_PARAMETER);
-    ASSERT_EQ(p.DSAnnounceBuffer(stream, memory, 256, &mark, &buffer), GC_ERR_SUCCESS);
+    ASSERT_EQ(p.DSAnnounceBuffer(stream, aligned, 256, &mark, &buffer), GC_ERR_SUCCESS);
     BUFFER_HANDLE other = nullptr;
-    EXPECT_EQ(p.DSAnnounceBuffer(stream, memory, 256, nullptr, &other), GC_ERR_RESOURCE_IN_USE);
+    EXPECT_EQ(p.DSAnnounceBuffer(stream, aligned, 256, nullptr, &other), GC_ERR_RESOURCE_IN_USE);
     EXPECT_EQ(Start(), GC_ERR_INVALID_BUFFER) << "one buffer announced of two";
     ASSERT_EQ(p.DSAllocAndAnnounceBuffer(stream, 1000, nullptr, &other), GC_ERR_SUCCESS);
     EXPECT_EQ(reinterpret_cast<uintptr_t>(Data(other)) % 256, 0U);
@@ -209,13 +209,13 @@ TEST_F(AcquisitionTest, AnnouncesAndRevokesMemory) {
     EXPECT_EQ(p.DSRevokeBuffer(stream, buffer, &base, &user), GC_ERR_RESOURCE_IN_USE);
     ASSERT_EQ(p.DSFlushQueue(stream, ACQ_QUEUE_ALL_DISCARD), GC_ERR_SUCCESS);
     EXPECT_EQ(p.DSRevokeBuffer(stream, buffer, &base, &user), GC_ERR_SUCCESS);
-    EXPECT_EQ(base, memory);
+    EXPECT_EQ(base, aligned);
     EXPECT_EQ(user, &mark);
     EXPECT_EQ(p.DSRevokeBuffer(stream, buffer, &base, &user), GC_ERR_INVALID_HANDLE);
     EXPECT_EQ(p.DSRevokeBuffer(stream, other, &base, nullptr), GC_ERR_SUCCESS);
     EXPECT_EQ(base, nullptr) << "memory of the producer is gone";
 
-    void* segments[] = {memory, memory + 256};
+    void* segments[] = {aligned, aligned + 256};
     size_t sizes[] = {256, 256};
     EXPECT_EQ(p.DSAnnounceCompositeBuffer(stream, 2, segments, sizes, nullptr, &buffer),
               GC_ERR_INVALID_PARAMETER);
@@ -227,7 +227,7 @@ TEST_F(AcquisitionTest, AnnouncesAndRevokesMemory) {
 
 TEST_F(AcquisitionTest, FrameLargerThanBufferIsCut) {
     OpenCamera("frameRate='0' width='64' height='64'");
-    std::vector<uint8_t> memory(64 * 10 + 5, 0xEE);
+    memory.assign(64 * 10 + 5, 0xEE);
     BUFFER_HANDLE buffer = nullptr;
     ASSERT_EQ(p.DSAnnounceBuffer(stream, memory.data(), memory.size(), nullptr, &buffer), 0);
     ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);

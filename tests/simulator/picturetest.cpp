@@ -139,7 +139,7 @@ TEST_F(PictureTest, PatternsOfSmallImages) {
 
 TEST_F(PictureTest, WithoutPictureTheCounterIsTheData) {
     OpenCamera("frameRate='0' noFill='true' width='16' height='2'");
-    std::vector<uint8_t> memory(32, 0xEE);
+    memory.assign(32, 0xEE);
     BUFFER_HANDLE buffer = nullptr;
     ASSERT_EQ(p.DSAnnounceBuffer(stream, memory.data(), memory.size(), nullptr, &buffer), 0);
     ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);

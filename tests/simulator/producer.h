@@ -95,6 +95,7 @@ class SimulatorTest : public ::testing::Test {
 
     Producer p;
     GenTL::TL_HANDLE system = nullptr;
+    std::vector<uint8_t> memory;  // to announce; it outlives the acquisition of a failed test, too
 };
 
 // A camera "C" on the interface "I", open with its first stream and the event of new buffers.
