@@ -113,8 +113,9 @@ TEST_F(ToolGrab, SeveralFramesAndTheSummary) {
     EXPECT_EQ(report.at("lastFile"), "a0003.png");
     EXPECT_EQ(report.at("exitCode"), 0);
     EXPECT_FALSE(report.contains("checks"));
-    for (const auto& file : report.at("files"))
+    for (const char* file : {"a0001.png", "a0002.png", "a0003.png"}) {
         EXPECT_TRUE(Exists(file)) << file;
+    }
 }
 
 // Of the frames 0, 1, 2, ... the camera loses 3, 7, 11, ... and tears 2, 5, 8, 11, ...: the first

@@ -193,7 +193,7 @@ TEST_F(Completion, KnowsEveryOption) {
         const std::sregex_iterator end;
         size_t options = 0;
         for (std::sregex_iterator it(help.begin(), help.end(), line); it != end; ++it, ++options) {
-            EXPECT_THAT(offered, HasSubstr("\\n" + it->str(1) + "\\n")) << command;
+            EXPECT_THAT(offered, HasSubstr("\n" + it->str(1) + "\n")) << command;
         }
         EXPECT_GE(options, 4U);
     }
