@@ -20,17 +20,21 @@ std::string ExecutableDirectory() {
     return executable.substr(0, executable.rfind('/'));
 }
 
-// Repeats `format(buffer, size)` with a buffer of twice the size until the text fits. A formatter
-// answers with a negative number both when the wide buffer is too small and when an argument cannot
-// be converted at all, hence the limit.
-template <typename Char, typename Format>
-std::basic_string<Char> FormatGrowing(Format&& format) {
+// Prints into a buffer of twice the size until the text fits. The printers answer with a negative
+// number both when a wide buffer is too small and when an argument cannot be converted at all,
+// hence the limit.
+template <typename Char>
+std::basic_string<Char> FormatGrowing(int (*print)(Char*, size_t, const Char*, va_list),
+                                      const Char* format, va_list args) {
     constexpr size_t kFirstSize = 512;
     constexpr size_t kLimit = size_t{1} << 24;
     std::basic_string<Char> text;
     for (size_t size = kFirstSize; size <= kLimit; size *= 2) {
         text.resize(size);
-        const int length = format(text.data(), size);
+        va_list copy;
+        va_copy(copy, args);
+        const int length = print(text.data(), size, format, copy);
+        va_end(copy);
         if (length >= 0 && static_cast<size_t>(length) < size) {
             text.resize(static_cast<size_t>(length));
             return text;
@@ -88,13 +92,7 @@ void ZelLog4Cpp_Notice(const char* category, const char* message) noexcept {
 std::string help_str(const char* format, ...) {
     va_list args;
     va_start(args, format);
-    std::string text = FormatGrowing<char>([&](char* buffer, size_t size) {
-        va_list copy;
-        va_copy(copy, args);
-        const int length = vsnprintf(buffer, size, format, copy);
-        va_end(copy);
-        return length;
-    });
+    std::string text = FormatGrowing<char>(vsnprintf, format, args);
     va_end(args);
     return text;
 }
@@ -102,13 +100,7 @@ std::string help_str(const char* format, ...) {
 std::wstring help_str(const wchar_t* format, ...) {
     va_list args;
     va_start(args, format);
-    std::wstring text = FormatGrowing<wchar_t>([&](wchar_t* buffer, size_t size) {
-        va_list copy;
-        va_copy(copy, args);
-        const int length = vswprintf(buffer, size, format, copy);
-        va_end(copy);
-        return length;
-    });
+    std::wstring text = FormatGrowing<wchar_t>(vswprintf, format, args);
     va_end(args);
     return text;
 }

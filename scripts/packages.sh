@@ -1,0 +1,79 @@
+# shellcheck shell=bash
+# Which Debian packages a command needs, and how they get onto the machine. Sourced by ./dev.
+
+# What the products link against. The cross build takes the same ones for arm64.
+library_packages=(liblog4cpp5-dev libtinyxml2-dev libcli11-dev libpng-dev
+    nlohmann-json3-dev)
+test_packages=(libgtest-dev libgmock-dev)
+
+# packages_for COMMAND: one package a line.
+packages_for() {
+    local build=(g++ cmake ninja-build pkg-config "${library_packages[@]}")
+    local wanted
+    case $1 in
+        build | demo | install) wanted=("${build[@]}") ;;
+        test | sanitize) wanted=("${build[@]}" "${test_packages[@]}") ;;
+        bench) wanted=("${build[@]}" libbenchmark-dev) ;;
+        lint)
+            # clang-format and clang-tidy by version: another one formats and finds differently.
+            wanted=("${build[@]}" "${test_packages[@]}" libbenchmark-dev
+                clang-14 clang-format-14 clang-tidy-14 shellcheck) ;;
+        arm64) wanted=(g++-aarch64-linux-gnu cmake ninja-build pkg-config qemu-user) ;;
+        *) return 1 ;;
+    esac
+    printf '%s\n' "${wanted[@]}"
+}
+
+# missing_packages PACKAGE...: those that are not installed, one a line.
+missing_packages() {
+    local installed package
+    installed=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "$@" 2>/dev/null |
+        sed -n 's/ installed$//p') || true  # dpkg-query fails when it does not know one of them
+    for package in "$@"; do
+        grep -qxF -- "$package" <<<"$installed" || printf '%s\n' "$package"
+    done
+}
+
+# as_root COMMAND...: runs it as root, or fails where that is impossible.
+as_root() {
+    if ((EUID == 0)); then
+        "$@"
+    elif command -v sudo >/dev/null && { sudo -n true 2>/dev/null || [[ -t 0 ]]; }; then
+        sudo "$@"
+    else
+        return 1
+    fi
+}
+
+# install_packages PACKAGE...: installs what is missing, says how to where it cannot.
+install_packages() {
+    local missing=()
+    if [[ -n ${ZELCAM_SKIP_DEPS:-} ]]; then
+        return
+    fi
+    if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+        die "this is not a Debian system. Install what is called here in Debian 12:" \
+            "  $*" "and set ZELCAM_SKIP_DEPS=1 to go on without this check."
+    fi
+    mapfile -t missing < <(missing_packages "$@")
+    if ((${#missing[@]} == 0)); then
+        return
+    fi
+
+    if ! as_root true; then
+        die "packages are missing, and neither root nor sudo is at hand. Have them installed with:" \
+            "  apt-get update && apt-get install --no-install-recommends ${missing[*]}"
+    fi
+    heading "Installing ${missing[*]}"
+    local apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=600)
+    local log=build/packages.log
+    mkdir -p build
+    # A source that is out of reach only matters when a package comes from there.
+    as_root "${apt[@]}" update >"$log" 2>&1 ||
+        warn "the package lists could not all be refreshed, see $log"
+    if ! as_root "${apt[@]}" install -y --no-install-recommends "${missing[@]}" \
+        </dev/null >>"$log" 2>&1; then
+        cat -- "$log" >&2
+        die "apt-get could not install: ${missing[*]}"
+    fi
+}
