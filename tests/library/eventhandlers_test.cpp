@@ -352,7 +352,7 @@ TEST_F(EventHandlersTest, TheEndDoesNotHangWithoutAKill) {
     Fail("EventKill", -1003);
     Subscriber subscriber;
     Register(subscriber);
-    ASSERT_TRUE(producer.AwaitCount("EventGetData", 1));
+    ASSERT_TRUE(producer.AwaitWaiter(module, 5));
     handlers.reset();
     EXPECT_EQ(producer.FindHandle("event 5"), nullptr);
 }
