@@ -2,7 +2,7 @@
 #include "utils/pixeltypes.h"
 
 #include <map>
-#include <regex>
+#include <optional>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -77,16 +77,32 @@ Helper HelperOf(uint32_t code, const std::string& name) {
     }
 }
 
-// Code of a format of a regular family from its name: "BayerRG10Packed".
-uint32_t CodeOf(const std::smatch& name, uint32_t index) {
-    const std::string family = name[1];
-    const uint32_t depth = static_cast<uint32_t>(std::stoul(name[2]));
-    const std::string packing = name[3];
-    const uint32_t familyByte = family == "Mono" ? 1 : family.size() == 7 ? 3 : 2;
-    const uint32_t channels = familyByte == 2 ? static_cast<uint32_t>(family.size()) : 1;
-    const uint32_t stored = packing == "Packed" ? 12 : packing == "p" || depth == 8 ? depth : 16;
-    const uint32_t kind = packing == "Packed" ? 1 : packing == "p" ? 2 : 0;
-    return familyByte << 24 | stored * channels << 16 | (kind << 4 | (depth - 6) / 2) << 8 | index;
+// The name of a format of a regular family, "BayerRG10Packed", taken apart.
+struct RegularName {
+    std::string family;
+    uint32_t depth;
+    std::string packing;
+};
+
+std::optional<RegularName> Parse(const std::string& name) {
+    const size_t digit = name.find_first_of("0123456789");
+    const std::string family = name.substr(0, digit);
+    if (family == "YUV" || components.count(family) == 0) return std::nullopt;
+    const size_t rest = name.find_first_not_of("0123456789", digit);
+    const std::string packing = rest == std::string::npos ? "" : name.substr(rest);
+    if (!packing.empty() && packing != "p" && packing != "Packed") return std::nullopt;
+    return RegularName{family, static_cast<uint32_t>(std::stoul(name.substr(digit))), packing};
+}
+
+uint32_t CodeOf(const RegularName& name, uint32_t index) {
+    const size_t length = name.family.size();
+    const uint32_t family = name.family == "Mono" ? 1 : length == 7 ? 3 : 2;
+    const uint32_t channels = family == 2 ? static_cast<uint32_t>(length) : 1;
+    const bool packed = name.packing == "Packed";
+    const bool p = name.packing == "p";
+    const uint32_t stored = packed ? 12 : p || name.depth == 8 ? name.depth : 16;
+    const uint32_t kind = packed ? 1 : p ? 2 : 0;
+    return family << 24 | stored * channels << 16 | (kind << 4 | (name.depth - 6) / 2) << 8 | index;
 }
 
 std::string TrueSenseName(uint32_t index) {
@@ -99,17 +115,15 @@ std::string TrueSenseName(uint32_t index) {
 }  // namespace
 
 TEST(PixelTypes, RowsOfRegularFamiliesFollowTheirNames) {
-    const std::regex regular("(Mono|Bayer[RGB]{2}|RGBa?|BGRa?)(8|10|12|14|16)(|p|Packed)");
     size_t count = 0;
     for (uint32_t index = 1; index <= 133; ++index) {
         if (index >= 49 && index <= 112) continue;
         const ColorModelDescription& row = s_colorModelDescription.at(index - 1);
         const std::string name = row.name;
         SCOPED_TRACE(name);
-        std::smatch match;
-        const bool isRegular = std::regex_match(name, match, regular);
-        EXPECT_EQ(row.pixelType, isRegular ? CodeOf(match, index) : irregular.at(name));
-        const auto text = components.find(isRegular ? match[1].str() : name);
+        const std::optional<RegularName> regular = Parse(name);
+        EXPECT_EQ(row.pixelType, regular ? CodeOf(*regular, index) : irregular.at(name));
+        const auto text = components.find(regular ? regular->family : name);
         EXPECT_STREQ(row.components, text != components.end() ? text->second.c_str() : "Y");
         const uint32_t depth = (row.pixelType >> 8 & 0xF) * 2 + 6;
         EXPECT_EQ(row.bitsPerChannel, depth);
