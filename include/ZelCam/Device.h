@@ -90,7 +90,7 @@ class Device {
 // ZelCamErr_GenTL_AccessDenied when somebody else has the camera open; ZelCamErr_GenTL_Error when
 // `info` is null and there is no camera); for other failures `*err` is left as it was. 0 is stored
 // on success. Thread-bound to the System of `info`.
-extern "C" ZelCam::Device* ZelCam_CreateDevice(ZelCam::DeviceInfo* info,
-                                               ZelCam::DeviceAccess access, ZelCamErr* err);
+extern "C" __attribute__((visibility("default"))) ZelCam::Device* ZelCam_CreateDevice(
+    ZelCam::DeviceInfo* info, ZelCam::DeviceAccess access, ZelCamErr* err);
 
 #endif  // ZELCAM_DEVICE_H

@@ -63,6 +63,6 @@ class System {
 // Creates a System with the default producer, the file "libZelCTI.cti" found by the dynamic loader:
 // in LD_LIBRARY_PATH first, then beside the library. Null when that producer cannot be loaded or
 // initialised. Each call creates a new System. Thread-safe as far as the producer is.
-extern "C" ZelCam::System* ZelCam_GetSystem();
+extern "C" __attribute__((visibility("default"))) ZelCam::System* ZelCam_GetSystem();
 
 #endif  // ZELCAM_SYSTEM_H

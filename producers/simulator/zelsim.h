@@ -53,13 +53,13 @@ ZELSIM_EXPORT int32_t ZelSim_ClearFaults(void);
 // Number of calls of a GenTL function since the file was loaded.
 ZELSIM_EXPORT uint64_t ZelSim_GetCallCount(const char* function);
 
-// Replaces all interfaces and cameras by those of a configuration text (see docs/simulator.md); null
-// for the built-in ones. GC_ERR_BUSY while any module is open, GC_ERR_INVALID_PARAMETER for a text
-// that is not a configuration.
+// Replaces all interfaces and cameras by those of a configuration text (see docs/simulator.md);
+// null for the built-in ones. GC_ERR_BUSY while any module is open, GC_ERR_INVALID_PARAMETER for a
+// text that is not a configuration.
 ZELSIM_EXPORT int32_t ZelSim_Configure(const char* xml);
 
-// Adds a camera to an interface: `xml` is one Camera element of the configuration. It shows after the
-// next IFUpdateDeviceList.
+// Adds a camera to an interface: `xml` is one Camera element of the configuration. It shows after
+// the next IFUpdateDeviceList.
 ZELSIM_EXPORT int32_t ZelSim_PlugCamera(const char* interfaceId, const char* xml);
 
 // Takes a camera away: open devices and streams of it fail with GC_ERR_IO from now on and their

@@ -1,0 +1,177 @@
+#include "ZelCameraApi/bufferimpl.h"
+
+#include <algorithm>
+
+#include "ZelCam/PixelType.h"
+#include "ZelCameraApi/errorboundary.h"
+#include "utils/pixeltypes.h"
+
+namespace ZelCameraApi::Internal {
+
+namespace {
+
+constexpr uint32_t kImageInfoVersion = 2;
+constexpr uint32_t kFamilyMask = 0xFF000000;
+constexpr uint32_t kFamilyRgb = 0x02000000;
+constexpr uint32_t kPackingMask = 0xFF00;
+constexpr uint32_t kPacked10p = 0x2200;
+constexpr uint32_t kPacked12p = 0x2300;
+constexpr uint32_t kGevPackedMask = 0xFE00;  // 10 and 12 bits alike
+constexpr uint32_t kGevPacked = 0x1200;
+
+constexpr uint32_t BitsPerPixel(uint32_t pixelType) {
+    return pixelType >> 16 & 0xFF;
+}
+
+uint32_t PixelTypeOf(uint64_t pixelFormat) {
+    const auto format = static_cast<uint32_t>(pixelFormat);
+    uint32_t type = ZelPixelType_None;
+    if (format == pixelFormat) {
+        type = PFNCToZelPixelType(static_cast<GenICam_3_0::PFNC::PixelFormatStandardValue>(format));
+    }
+    if (type == ZelPixelType_None) type = GevToZelPixelType(format);
+    return type != ZelPixelType_None ? type : ZelPixelType_Mono8;
+}
+
+// Without padding. The bit-packed layouts round down, as cameras with such widths do; everything
+// else rounds up to whole bytes.
+uint32_t BytesPerLine(uint32_t pixelType, uint32_t width) {
+    const bool rgb = (pixelType & kFamilyMask) == kFamilyRgb;
+    const uint32_t packing = pixelType & kPackingMask;
+    if (!rgb && packing == kPacked10p) return width * 5 / 4;
+    if (!rgb && ((packing & kGevPackedMask) == kGevPacked || packing == kPacked12p)) {
+        return width * 3 / 2;
+    }
+    const uint32_t bits = BitsPerPixel(pixelType) * width;
+    return bits / 8 + (bits % 8 != 0 ? 1 : 0);
+}
+
+void FillPixelType(ZelImageInfo& image, uint32_t pixelType) {
+    const uint32_t row = (pixelType & 0xFF) - 1;
+    if (row >= s_colorModelDescription.size()) return;
+    image.pixelType = pixelType;
+    image.bitsPerChannel = s_colorModelDescription[row].bitsPerChannel;
+    image.channels = s_colorModelDescription[row].channels;
+    image.packing = pixelType & kPackingMask;
+    image.bitsPerPixel = BitsPerPixel(pixelType);
+}
+
+}  // namespace
+
+BufferImpl::BufferImpl(StreamImpl* stream, size_t size, void* userPtr) : stream_(stream) {
+    const GenTLModule<void*>& module = stream->module();
+    ThrowOnError(module.lib->DSAllocAndAnnounceBuffer(module.handle, size, userPtr, &handle_));
+}
+
+BufferImpl::BufferImpl(StreamImpl* stream, void* ptr, size_t size, void* userPtr)
+    : stream_(stream) {
+    const GenTLModule<void*>& module = stream->module();
+    ThrowOnError(module.lib->DSAnnounceBuffer(module.handle, ptr, size, userPtr, &handle_));
+}
+
+BufferImpl::~BufferImpl() {
+    void* base = nullptr;
+    void* userPtr = nullptr;
+    const GenTLModule<void*>& module = stream_->module();
+    module.lib->DSRevokeBuffer(module.handle, handle_, &base, &userPtr);
+}
+
+ZelImageInfo* BufferImpl::GetImage() {
+    if (image_ == nullptr) image_ = DescribeImage();
+    image_->timestamp = GetTimestamp();
+    image_->frameId = GetFrameID();
+    return image_.get();
+}
+
+std::unique_ptr<ZelImageInfo> BufferImpl::DescribeImage() {
+    auto image = std::make_unique<ZelImageInfo>();
+    image->structSize = sizeof(ZelImageInfo);
+    image->version = kImageInfoVersion;
+
+    const uint32_t pixelType = PixelTypeOf(GetPixelFormat());
+    FillPixelType(*image, pixelType);
+    image->width = static_cast<uint32_t>(GetWidth());
+    image->height = static_cast<uint32_t>(GetHeight());
+    image->linePitch = BytesPerLine(pixelType, image->width) + static_cast<uint32_t>(GetXPadding());
+    image->imageSize =
+        std::min(image->linePitch * image->height, static_cast<uint32_t>(GetBufferSize()));
+    image->bufferBase = GetBufferPtr();
+    image->imageData =
+        reinterpret_cast<void*>(reinterpret_cast<uintptr_t>(image->bufferBase) + GetImageOffset());
+    return image;
+}
+
+void* BufferImpl::GetBufferPtr() {
+    return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_BASE>(); });
+}
+
+size_t BufferImpl::GetImageOffset() {
+    return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_IMAGEOFFSET>(); });
+}
+
+size_t BufferImpl::GetBufferSize() {
+    return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_SIZE>(); });
+}
+
+uint64_t BufferImpl::GetPixelFormat() {
+    return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_PIXELFORMAT>(); });
+}
+
+void* BufferImpl::GetUserPtr() {
+    return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_USER_PTR>(); });
+}
+
+// A producer that answers "not available" or "not implemented" is asked once more.
+uint64_t BufferImpl::GetTimestamp() {
+    return ZeroOnError([this] {
+        try {
+            return GetInfo<GenTL::BUFFER_INFO_TIMESTAMP>();
+        } catch (const zelcam_exception& e) {
+            const int code = e.code().value();
+            if (code != GenTL::GC_ERR_NOT_AVAILABLE && code != GenTL::GC_ERR_NOT_IMPLEMENTED) throw;
+        }
+        return GetInfo<GenTL::BUFFER_INFO_TIMESTAMP>();
+    });
+}
+
+uint64_t BufferImpl::GetFrameID() {
+    return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_FRAMEID>(); });
+}
+
+bool BufferImpl::IsIncomplete() {
+    return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_IS_INCOMPLETE>(); });
+}
+
+size_t BufferImpl::GetWidth() {
+    return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_WIDTH>(); });
+}
+
+size_t BufferImpl::GetHeight() {
+    return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_HEIGHT>(); });
+}
+
+size_t BufferImpl::GetXOffset() {
+    return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_XOFFSET>(); });
+}
+
+size_t BufferImpl::GetYOffset() {
+    return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_YOFFSET>(); });
+}
+
+size_t BufferImpl::GetXPadding() {
+    return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_XPADDING>(); });
+}
+
+size_t BufferImpl::GetYPadding() {
+    return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_YPADDING>(); });
+}
+
+size_t BufferImpl::GetDeliveredHeight() {
+    return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_DELIVERED_IMAGEHEIGHT>(); });
+}
+
+bool BufferImpl::IsKacFrameB() {
+    return ZeroOnError([this] { return GetInfo<BUFFER_INFO_KAC_FRAME_B>(); });
+}
+
+}  // namespace ZelCameraApi::Internal

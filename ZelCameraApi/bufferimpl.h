@@ -1,0 +1,65 @@
+// An announced buffer.
+#ifndef ZELCAMERAAPI_BUFFERIMPL_H
+#define ZELCAMERAAPI_BUFFERIMPL_H
+
+#include <memory>
+
+#include "ZelCam/Buffer.h"
+#include "ZelCameraApi/gentlinfo.h"
+#include "ZelCameraApi/streamimpl.h"
+
+namespace ZelCameraApi::Internal {
+
+// Announced on construction, revoked on destruction. Every property is asked of the producer; only
+// the description of the image is kept. Owned by its stream.
+class BufferImpl final : public ZelCam::Buffer {
+  public:
+    // Memory of the producer, and memory of the application. Throw zelcam_exception when the
+    // producer refuses.
+    BufferImpl(StreamImpl* stream, size_t size, void* userPtr);
+    BufferImpl(StreamImpl* stream, void* ptr, size_t size, void* userPtr);
+    ~BufferImpl();
+
+    BufferImpl(const BufferImpl&) = delete;
+    BufferImpl& operator=(const BufferImpl&) = delete;
+
+    ZelImageInfo* GetImage() override;
+    void* GetBufferPtr() override;
+    size_t GetImageOffset() override;
+    size_t GetBufferSize() override;
+    uint64_t GetPixelFormat() override;
+    void* GetUserPtr() override;
+    uint64_t GetTimestamp() override;
+    uint64_t GetFrameID() override;
+    bool IsIncomplete() override;
+    size_t GetWidth() override;
+    size_t GetHeight() override;
+    size_t GetXOffset() override;
+    size_t GetYOffset() override;
+    size_t GetXPadding() override;
+    size_t GetYPadding() override;
+    size_t GetDeliveredHeight() override;
+    bool IsKacFrameB() override;
+
+    GenTL::BUFFER_HANDLE handle() const { return handle_; }
+
+    // Value of a buffer info command. Throws as QueryValue.
+    template <GenTL::BUFFER_INFO_CMD_LIST CMD>
+    auto GetInfo() const {
+        const GenTLModule<void*>& stream = stream_->module();
+        return QueryValue<CMD>([&](int cmd, int* type, void* buffer, size_t* size) {
+            return stream.lib->DSGetBufferInfo(stream.handle, handle_, cmd, type, buffer, size);
+        });
+    }
+
+  private:
+    std::unique_ptr<ZelImageInfo> DescribeImage();
+
+    StreamImpl* stream_;  // owns this
+    GenTL::BUFFER_HANDLE handle_ = nullptr;
+    std::unique_ptr<ZelImageInfo> image_;  // made by the first GetImage
+};
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_BUFFERIMPL_H

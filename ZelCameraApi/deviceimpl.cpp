@@ -1,0 +1,168 @@
+#include "ZelCameraApi/deviceimpl.h"
+
+#include <algorithm>
+
+#include "ZelCameraApi/deviceinfoimpl.h"
+#include "ZelCameraApi/errorboundary.h"
+#include "ZelCameraApi/gentlinfo.h"
+#include "ZelCameraApi/ifaceimpl.h"
+#include "ZelCameraApi/listimpl.h"
+#include "ZelCameraApi/streamimpl.h"
+
+namespace ZelCameraApi::Internal {
+
+namespace {
+
+// DEVICE_ACCESS_FLAGS of a DeviceAccess; values without a meaning ask for no access.
+int AccessFlag(ZelCam::DeviceAccess access) {
+    const auto value = static_cast<uint32_t>(access);
+    return value < 3 ? static_cast<int>(value) + GenTL::DEVICE_ACCESS_READONLY
+                     : GenTL::DEVICE_ACCESS_NONE;
+}
+
+// The first camera of the first interface that has one, null when there is none.
+ZelCam::DeviceInfo* FindFirstCamera(ZelCam::System& system) {
+    const ListHolder<ZelCam::Interface> interfaces(
+        system.GetInterfaceList(ZelCam::InterfaceType::Unknown));
+    if (interfaces == nullptr) return nullptr;
+    for (auto* iface = interfaces->GetFirst(); iface != nullptr; iface = interfaces->GetNext()) {
+        if (ZelCam::DeviceInfo* info = iface->GetFirstDeviceInfo()) return info;
+    }
+    return nullptr;
+}
+
+ZelCam::Device* OpenFirstCamera(ZelCam::DeviceAccess access) {
+    SystemHolder system(ZelCam_GetSystem());
+    if (system == nullptr) throw zelcam_exception(GenTL::GC_ERR_ERROR);
+    ZelCam::DeviceInfo* const info = FindFirstCamera(*system);
+    if (info == nullptr) throw zelcam_exception(GenTL::GC_ERR_ERROR);
+    return new NonSystemDevice(std::move(system), &dynamic_cast<DeviceInfoImpl&>(*info), access);
+}
+
+}  // namespace
+
+DeviceImpl::DeviceImpl(DeviceInfoImpl* info, const std::string& id, ZelCam::DeviceAccess access)
+    : EventSource(dynamic_cast<InterfaceImpl&>(*info->GetInterface()).module().lib),
+      id_(id),
+      info_(info),
+      remotePort_{nullptr, module_.lib} {
+    Init(dynamic_cast<InterfaceImpl&>(*info->GetInterface()).module(), access);
+}
+
+void DeviceImpl::Init(const GenTLModule<void*>& iface, ZelCam::DeviceAccess access) {
+    const GenTLLib& lib = *module_.lib;
+    ThrowOnError(lib.IFOpenDevice(iface.handle, id_.c_str(), AccessFlag(access), &module_.handle));
+    const int result = lib.DevGetPort(module_.handle, &remotePort_.handle);
+    if (result == 0) return;
+    lib.DevClose(module_.handle);
+    throw zelcam_exception(result);
+}
+
+DeviceImpl::~DeviceImpl() {
+    events_.clear();
+    streams_.clear();
+    module_.lib->DevClose(module_.handle);
+}
+
+void DeviceImpl::Release() {
+    info_->CloseDevice(this);
+}
+
+uint32_t DeviceImpl::GetNumStreams() {
+    uint32_t count = 0;
+    return module_.lib->DevGetNumDataStreams(module_.handle, &count) == 0 ? count : 0;
+}
+
+ZelCam::Stream* DeviceImpl::GetStreamByIndex(uint32_t index) {
+    return ZeroOnError([&] {
+        const std::string id = QueryId([&](char* buffer, size_t* size) {
+            return module_.lib->DevGetDataStreamID(module_.handle, index, buffer, size);
+        });
+        return GetStreamById(id.c_str());
+    });
+}
+
+ZelCam::Stream* DeviceImpl::GetStreamById(const char* id) {
+    return ZeroOnError([&]() -> ZelCam::Stream* {
+        const std::string wanted(id);
+        const auto open = std::find_if(streams_.begin(), streams_.end(),
+                                       [&](const auto& stream) { return stream->id() == wanted; });
+        if (open != streams_.end()) return open->get();
+        return streams_.emplace_back(std::make_unique<StreamImpl>(this, wanted)).get();
+    });
+}
+
+ZelCam::DeviceInfo* DeviceImpl::GetInfo() {
+    return info_;
+}
+
+ZelCamErr DeviceImpl::ReadMem(uint64_t address, void* buffer, size_t size) {
+    return static_cast<ZelCamErr>(
+        remotePort_.lib->GCReadPort(remotePort_.handle, address, buffer, &size));
+}
+
+ZelCamErr DeviceImpl::WriteMem(uint64_t address, const void* buffer, size_t size,
+                               size_t* /*written*/) {
+    return static_cast<ZelCamErr>(
+        remotePort_.lib->GCWritePort(remotePort_.handle, address, buffer, &size));
+}
+
+ZelGenParam::Array* DeviceImpl::GetTransportParameters(ZelCamErr* err) {
+    StoreError(err, ZelCamErr_NoNodeMap);
+    return nullptr;
+}
+
+ZelGenParam::Array* DeviceImpl::GetCameraParameters(ZelCamErr* err) {
+    StoreError(err, ZelCamErr_NoNodeMap);
+    return nullptr;
+}
+
+ZelCamErr DeviceImpl::SaveConfiguration(const char* /*fileName*/) {
+    return ZelCamErr_NoNodeMap;
+}
+
+ZelCamErr DeviceImpl::LoadConfiguration(const char* /*fileName*/) {
+    return ZelCamErr_NoNodeMap;
+}
+
+uint32_t DeviceImpl::GetEndianness() const {
+    int type = GenTL::INFO_DATATYPE_UNKNOWN;
+    GenTL::bool8_t bigEndian = 0;
+    size_t size = sizeof bigEndian;
+    const int result = remotePort_.lib->GCGetPortInfo(
+        remotePort_.handle, GenTL::PORT_INFO_BIG_ENDIAN, &type, &bigEndian, &size);
+    return result == 0 && bigEndian == 0 ? 1 : 0;
+}
+
+void DeviceImpl::CloseStream(StreamImpl* stream) {
+    RemoveOwned(streams_, stream);
+}
+
+NonSystemDevice::NonSystemDevice(SystemHolder system, DeviceInfoImpl* info,
+                                 ZelCam::DeviceAccess access)
+    : DeviceImpl(info, info->GetID(), access), system_(std::move(system)) {}
+
+// The System goes last: the device closes its modules through it.
+void NonSystemDevice::Release() {
+    const SystemHolder system = std::move(system_);
+    delete this;
+}
+
+}  // namespace ZelCameraApi::Internal
+
+ZelCam::Device* ZelCam_CreateDevice(ZelCam::DeviceInfo* info, ZelCam::DeviceAccess access,
+                                    ZelCamErr* err) {
+    using namespace ZelCameraApi::Internal;
+    try {
+        ZelCam::Device* const device =
+            info != nullptr ? dynamic_cast<DeviceInfoImpl&>(*info).CreateDevice(access)
+                            : OpenFirstCamera(access);
+        StoreError(err, ZelCamErr_Success);
+        return device;
+    } catch (const zelcam_exception& e) {
+        StoreError(err, e.code().value());
+    } catch (const std::exception& e) {
+        (void)e.what();
+    }
+    return nullptr;
+}

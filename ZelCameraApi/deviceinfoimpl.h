@@ -1,0 +1,73 @@
+// A camera behind an interface, as the producer describes it.
+#ifndef ZELCAMERAAPI_DEVICEINFOIMPL_H
+#define ZELCAMERAAPI_DEVICEINFOIMPL_H
+
+#include <list>
+#include <memory>
+#include <string>
+
+#include "ZelCam/DeviceInfo.h"
+#include "ZelCameraApi/gentlmodule.h"
+
+namespace ZelCameraApi::Internal {
+
+class DeviceImpl;
+class InterfaceImpl;
+
+// Asks the producer anew on every call and keeps each answer in a buffer of its own, so that the
+// text handed out lives until the same question is asked again. Owns the devices opened from it.
+// Owned by its interface.
+class DeviceInfoImpl final : public ZelCam::DeviceInfo {
+  public:
+    DeviceInfoImpl(InterfaceImpl* parent, const std::string& id);
+    ~DeviceInfoImpl();
+
+    DeviceInfoImpl(const DeviceInfoImpl&) = delete;
+    DeviceInfoImpl& operator=(const DeviceInfoImpl&) = delete;
+
+    ZelCam::Interface* GetInterface() override;
+    const char* GetID() override;
+    const char* GetVendor() override;
+    const char* GetModel() override;
+    const char* GetDisplayName() override;
+    const char* GetUserDefinedName() override;
+    const char* GetSerialNumber() override;
+    const char* GetVersion() override;
+    int32_t GetAccessStatus() override;
+    const char* GetUSB3HostInfo() override;
+    const char* GetIPAddress(ZelCamErr* err) override;
+    const char* GetIPMask(ZelCamErr* err) override;
+    const char* GetIPGateway(ZelCamErr* err) override;
+    ZelCamErr GetIP(uint32_t* address, uint32_t* mask, uint32_t* gateway) override;
+    ZelCamErr ForceIP(const char* address, const char* mask, const char* gateway) override;
+    ZelCamErr ForceIP(uint32_t address, uint32_t mask, uint32_t gateway) override;
+    ZelCamErr SetExternalXml(const char* fileName) override;
+    const char* GetExternalXml() override;
+
+    // Opens the camera. Several devices may be opened from one info, each on its own. Throws
+    // zelcam_exception when the producer refuses.
+    DeviceImpl* CreateDevice(ZelCam::DeviceAccess access);
+
+    // Destroys a device that CreateDevice opened; ignores any other.
+    void CloseDevice(DeviceImpl* device);
+
+  private:
+    const char* Info(std::string& buffer, int cmd);
+    int32_t QueryAccessStatus() const;
+
+    std::string id_;
+    InterfaceImpl* parent_;  // owns this
+    std::string vendor_;
+    std::string model_;
+    std::string displayName_;
+    std::string userDefinedName_;
+    std::string serialNumber_;
+    std::string version_;
+    std::string usb3HostInfo_;
+    std::string externalXml_;  // set by the application; empty for none
+    std::list<std::unique_ptr<DeviceImpl>> devices_;
+};
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_DEVICEINFOIMPL_H

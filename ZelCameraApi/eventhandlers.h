@@ -1,0 +1,135 @@
+// Subscriptions to GenTL events and the threads that serve them.
+#ifndef ZELCAMERAAPI_EVENTHANDLERS_H
+#define ZELCAMERAAPI_EVENTHANDLERS_H
+
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <list>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "ZelCam/Interface.h"
+#include "ZelCameraApi/gentllib.h"
+
+namespace ZelCameraApi::Internal {
+
+// The event callbacks of one object (an interface, a device or a stream). For each pair of module
+// handle and event type that has subscribers, one dispatch thread registers the event at the
+// producer, waits for events and calls the subscribers in the order of their registration.
+//
+// States of an entry, one per pair:
+//
+//                 RegisterEvent          event registered
+//     (absent) ───────────────> Starting ────────────────> Dispatching
+//         ^                      ^    │ start failed            │ no subscriber left, EventKill
+//         │ KillThread, clear    │    v                         v or a failing EventGetData
+//         └───────────────────── └─ Ended <─────────────────────┘
+//                        RegisterEvent
+//
+// Callbacks run on the dispatch thread with none of the locks held, on a copy of the subscribers;
+// they may register and unregister. The object that owns the registry, and with it the registry,
+// must not be destroyed from a callback: the dispatch thread would wait for its own end.
+//
+// Locks: the registry's first, then one of an entry's two. A dispatch thread takes its entry's two,
+// one at a time, and never the registry's, so that RegisterEvent may wait for it.
+class EventHandlers {
+  public:
+    // Names an entry.
+    struct EventID_t {
+        void* module;
+        int eventType;
+
+        bool operator<(const EventID_t& other) const {
+            if (module != other.module) return std::less<>()(module, other.module);
+            return eventType < other.eventType;
+        }
+    };
+
+    explicit EventHandlers(const std::shared_ptr<GenTLLib>& lib);
+    ~EventHandlers();
+
+    EventHandlers(const EventHandlers&) = delete;
+    EventHandlers& operator=(const EventHandlers&) = delete;
+
+    // Subscribe a callback. Return 0 when the event is being dispatched, else the GenTL code with
+    // which registering it failed. The same callback may be subscribed several times.
+    int RegisterEvent(void* module, int eventType, ZelCam::EventCallback cb, void* priv);
+    int RegisterEvent2(void* module, int eventType, ZelCam::EventCallback2 cb, void* priv);
+
+    // Remove the first subscription of the same callback and private pointer;
+    // GC_ERR_NOT_INITIALIZED when there is none. The thread of the last subscriber ends with its
+    // next event.
+    int UnRegisterEvent(void* module, int eventType, ZelCam::EventCallback cb, void* priv);
+    int UnRegisterEvent2(void* module, int eventType, ZelCam::EventCallback2 cb, void* priv);
+
+    // Ends the wait of an entry's thread, waits for its end and removes the entry. From within a
+    // callback of this very entry it only ends the wait. Throws std::out_of_range when there is no
+    // such entry. Not from several threads for one entry.
+    void KillThread(const EventID_t& id);
+
+    // KillThread for all entries.
+    void clear();
+
+  private:
+    // One of the two forms is set.
+    struct CallbackInfo_t {
+        ZelCam::EventCallback callback;
+        ZelCam::EventCallback2 callback2;
+        void* priv;
+
+        bool operator==(const CallbackInfo_t& other) const {
+            return callback == other.callback && callback2 == other.callback2 && priv == other.priv;
+        }
+    };
+
+    struct EventInfo_t {
+        EventInfo_t(void* handle, int type) : module(handle), eventType(type) {}
+
+        void* const module;
+        const int eventType;
+
+        std::thread thread;   // guarded by the registry's mutex
+        bool killed = false;  // guarded by the registry's mutex: KillThread is removing the entry
+
+        std::mutex subscribersMutex;
+        std::list<CallbackInfo_t> subscribers;  // guarded by subscribersMutex
+        bool dispatching = false;  // guarded by subscribersMutex: a thread serves new subscribers
+
+        std::mutex stateMutex;
+        std::condition_variable stateChanged;
+        GenTL::EVENT_HANDLE eventHandle = nullptr;  // guarded by stateMutex
+        bool started = false;                       // guarded by stateMutex
+        bool ended = false;                         // guarded by stateMutex
+        int resultCode = 0;                         // guarded by stateMutex
+    };
+
+    int Subscribe(void* module, int eventType, const CallbackInfo_t& info);
+    int Unsubscribe(void* module, int eventType, const CallbackInfo_t& info);
+    int StartThread(EventInfo_t& entry);
+
+    // The dispatch thread.
+    void EventThread(EventInfo_t& entry);
+    int QueryMaxSize(GenTL::EVENT_HANDLE event, size_t* maxSize) const;
+    int Dispatch(EventInfo_t& entry, GenTL::EVENT_HANDLE event, size_t maxSize) const;
+    static bool HasSubscribers(EventInfo_t& entry);
+    static void RefuseSubscribers(EventInfo_t& entry);
+    static void Deliver(EventInfo_t& entry, const std::vector<std::byte>& data);
+    void Unregister(EventInfo_t& entry) const;
+    static void SetEnded(EventInfo_t& entry, int resultCode);
+
+    void EndWait(EventInfo_t& entry) const;
+    void AwaitEnd(EventInfo_t& entry) const;
+
+    std::shared_ptr<GenTLLib> lib_;
+    std::map<EventID_t, EventInfo_t> entries_;  // guarded by mutex_
+    std::mutex mutex_;
+};
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_EVENTHANDLERS_H

@@ -1,0 +1,168 @@
+#include "ZelCameraApi/ifaceimpl.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "ZelCameraApi/deviceinfoimpl.h"
+#include "ZelCameraApi/errorboundary.h"
+#include "ZelCameraApi/gentlinfo.h"
+
+namespace ZelCameraApi::Internal {
+
+const std::map<ZelCam::InterfaceType, std::string>& GetInterfaceTypesMap() {
+    static const std::map<ZelCam::InterfaceType, std::string> types = {
+        {ZelCam::InterfaceType::U3V, "U3V"},     {ZelCam::InterfaceType::GEV, "GEV"},
+        {ZelCam::InterfaceType::CL, "CL"},       {ZelCam::InterfaceType::CXP, "CXP"},
+        {ZelCam::InterfaceType::HDSDI, "HDSDI"},
+    };
+    return types;
+}
+
+InterfaceImpl::InterfaceImpl(SystemImpl* parent, const GenTLModule<void*>& tl, std::string id)
+    : EventSource(tl.lib), parent_(parent), id_(std::move(id)) {
+    ThrowOnError(tl.lib->TLOpenInterface(tl.handle, id_.c_str(), &module_.handle));
+}
+
+InterfaceImpl::~InterfaceImpl() {
+    events_.clear();
+    lists_.clear();
+    deviceInfos_.clear();
+    module_.lib->IFClose(module_.handle);
+}
+
+ZelCam::List<ZelCam::DeviceInfo>* InterfaceImpl::GetDeviceInfoList() {
+    return ZeroOnError([&]() -> ZelCam::List<ZelCam::DeviceInfo>* {
+        if (deviceInfos_.empty()) CollectDeviceInfos();
+        std::list<ZelCam::DeviceInfo*> items;
+        for (const auto& info : deviceInfos_)
+            items.push_back(info.get());
+        return lists_.emplace_back(std::make_unique<DeviceInfoList>(this, std::move(items))).get();
+    });
+}
+
+ZelCam::DeviceInfo* InterfaceImpl::GetFirstDeviceInfo() {
+    return ZeroOnError([&]() -> ZelCam::DeviceInfo* {
+        if (deviceInfos_.empty()) CollectDeviceInfos();
+        return deviceInfos_.empty() ? nullptr : deviceInfos_.front().get();
+    });
+}
+
+ZelCam::DeviceInfo* InterfaceImpl::GetDeviceInfoById(const char* id) {
+    if (id == nullptr) return nullptr;
+    return ZeroOnError([&]() -> ZelCam::DeviceInfo* {
+        const std::string wanted(id);
+        const auto requested = deviceInfosById_.find(wanted);
+        if (requested != deviceInfosById_.end()) return requested->second.get();
+
+        if (deviceInfos_.empty()) CollectDeviceInfos();
+        for (const auto& info : deviceInfos_) {
+            if (wanted == info->GetID()) return info.get();
+        }
+        auto info = std::make_unique<DeviceInfoImpl>(this, wanted);
+        return deviceInfosById_.emplace(wanted, std::move(info)).first->second.get();
+    });
+}
+
+ZelCamErr InterfaceImpl::ReEnumerateDevices(bool* changed, uint64_t timeout) {
+    GenTL::bool8_t flag = 0;  // a producer may write any byte, a bool must not hold any
+    const int result =
+        module_.lib->IFUpdateDeviceList(module_.handle, reinterpret_cast<bool*>(&flag), timeout);
+    if (result != 0) return static_cast<ZelCamErr>(result);
+    if (changed != nullptr) *changed = flag != 0;
+    if (flag != 0) CollectDeviceInfos();
+    return ZelCamErr_Success;
+}
+
+const char* InterfaceImpl::GetDescription() {
+    return CachedInfo(description_, GenTL::INTERFACE_INFO_DISPLAYNAME);
+}
+
+ZelCam::InterfaceType InterfaceImpl::GetType() {
+    if (type_ != ZelCam::InterfaceType::Unknown) return type_;
+    const std::string name =
+        ZeroOnError([&] { return IFGetInfoString(module_, GenTL::INTERFACE_INFO_TLTYPE); });
+    for (const auto& [type, typeName] : GetInterfaceTypesMap()) {
+        if (typeName == name) type_ = type;
+    }
+    return type_;
+}
+
+const char* InterfaceImpl::GetId() {
+    return id_.c_str();
+}
+
+const char* InterfaceImpl::GetVersion() {
+    return CachedInfo(version_, GenTL::INTERFACE_INFO_CUSTOM_ID);
+}
+
+const char* InterfaceImpl::CachedInfo(std::string& cache, int cmd) {
+    return ZeroOnError([&] {
+        if (cache.empty()) cache = IFGetInfoString(module_, cmd);
+        return cache.c_str();
+    });
+}
+
+ZelGenParam::Array* InterfaceImpl::GetParameters(ZelCamErr* err) {
+    StoreError(err, ZelCamErr_NoNodeMap);
+    return nullptr;
+}
+
+ZelCam::Device* InterfaceImpl::CreateDeviceFromConfig(const char* /*fileName*/, ZelCamErr* err) {
+    StoreError(err, ZelCamErr_NoNodeMap);
+    return nullptr;
+}
+
+void InterfaceImpl::RemoveList(DeviceInfoList* list) {
+    RemoveOwned(lists_, list);
+}
+
+// Walks both sorted lists side by side; what stands in only one of them is a change.
+void InterfaceImpl::CollectDeviceInfos() {
+    const std::vector<std::string> found = FindDeviceIds();
+    const std::vector<DeviceInfos::iterator> known = SortedDeviceInfos();
+    auto id = found.begin();
+    auto info = known.begin();
+    while (id != found.end() || info != known.end()) {
+        const int order = id == found.end()     ? 1
+                          : info == known.end() ? -1
+                                                : id->compare((**info)->GetID());
+        if (order < 0) {
+            deviceInfos_.push_back(std::make_unique<DeviceInfoImpl>(this, *id));
+        } else if (order > 0) {
+            retiredDeviceInfos_.splice(retiredDeviceInfos_.end(), deviceInfos_, *info);
+        }
+        if (order <= 0) ++id;
+        if (order >= 0) ++info;
+    }
+}
+
+// The identifiers that the producer lists.
+std::vector<std::string> InterfaceImpl::FindDeviceIds() const {
+    uint32_t count = 0;
+    ThrowOnError(module_.lib->IFGetNumDevices(module_.handle, &count));
+    std::vector<std::string> ids;
+    for (uint32_t i = 0; i < count; ++i) {
+        std::string id = QueryId([&](char* buffer, size_t* size) {
+            return module_.lib->IFGetDeviceID(module_.handle, i, buffer, size);
+        });
+        if (!id.empty()) id.pop_back();  // the terminating zero
+        ids.push_back(std::move(id));
+    }
+    std::sort(ids.begin(), ids.end());
+    return ids;
+}
+
+// The active device infos in the order of their identifiers.
+std::vector<InterfaceImpl::DeviceInfos::iterator> InterfaceImpl::SortedDeviceInfos() {
+    std::vector<DeviceInfos::iterator> infos;
+    for (auto info = deviceInfos_.begin(); info != deviceInfos_.end(); ++info) {
+        infos.push_back(info);
+    }
+    std::stable_sort(infos.begin(), infos.end(), [](const auto& a, const auto& b) {
+        return std::strcmp((*a)->GetID(), (*b)->GetID()) < 0;
+    });
+    return infos;
+}
+
+}  // namespace ZelCameraApi::Internal

@@ -1,0 +1,73 @@
+// An opened interface of a producer.
+#ifndef ZELCAMERAAPI_IFACEIMPL_H
+#define ZELCAMERAAPI_IFACEIMPL_H
+
+#include <list>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ZelCam/Interface.h"
+#include "ZelCameraApi/eventsource.h"
+#include "ZelCameraApi/gentlmodule.h"
+#include "ZelCameraApi/listimpl.h"
+
+namespace ZelCameraApi::Internal {
+
+class DeviceInfoImpl;
+class SystemImpl;
+
+// The transport-layer type names of GenTL that have a number of their own.
+const std::map<ZelCam::InterfaceType, std::string>& GetInterfaceTypesMap();
+
+// Owns every DeviceInfoImpl it ever made: those of the cameras that are there (active), those whose
+// camera vanished (retired), and those asked for by an identifier that the producer did not list.
+// So pointers to them stay valid until the interface ends.
+class InterfaceImpl final : public EventSource<ZelCam::Interface> {
+  public:
+    using DeviceInfoList = ListImpl<ZelCam::DeviceInfo, InterfaceImpl>;
+
+    // Opens the interface. Throws zelcam_exception when the producer refuses.
+    InterfaceImpl(SystemImpl* parent, const GenTLModule<void*>& tl, std::string id);
+    ~InterfaceImpl();
+
+    ZelCam::List<ZelCam::DeviceInfo>* GetDeviceInfoList() override;
+    ZelCam::DeviceInfo* GetFirstDeviceInfo() override;
+    ZelCam::DeviceInfo* GetDeviceInfoById(const char* id) override;
+    ZelCamErr ReEnumerateDevices(bool* changed, uint64_t timeout) override;
+    const char* GetDescription() override;
+    ZelCam::InterfaceType GetType() override;
+    const char* GetId() override;
+    const char* GetVersion() override;
+    ZelGenParam::Array* GetParameters(ZelCamErr* err) override;
+    ZelCam::Device* CreateDeviceFromConfig(const char* fileName, ZelCamErr* err) override;
+
+    // Deletes a list that was handed out.
+    void RemoveList(DeviceInfoList* list);
+
+    // Reads the producer's current list of devices: new ones get a DeviceInfoImpl, vanished ones
+    // retire theirs, the others keep theirs. Throws zelcam_exception when the producer fails.
+    void CollectDeviceInfos();
+
+  private:
+    using DeviceInfos = std::list<std::unique_ptr<DeviceInfoImpl>>;
+
+    std::vector<std::string> FindDeviceIds() const;
+    std::vector<DeviceInfos::iterator> SortedDeviceInfos();
+    const char* CachedInfo(std::string& cache, int cmd);
+
+    SystemImpl* parent_;       // owns this
+    std::string description_;  // empty until first asked
+    std::string id_;
+    std::string version_;  // empty until first asked
+    ZelCam::InterfaceType type_ = ZelCam::InterfaceType::Unknown;
+    DeviceInfos deviceInfos_;
+    DeviceInfos retiredDeviceInfos_;
+    std::list<std::unique_ptr<DeviceInfoList>> lists_;
+    std::map<std::string, std::unique_ptr<DeviceInfoImpl>> deviceInfosById_;
+};
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_IFACEIMPL_H

@@ -1,0 +1,61 @@
+// The lists that the library hands out.
+#ifndef ZELCAMERAAPI_LISTIMPL_H
+#define ZELCAMERAAPI_LISTIMPL_H
+
+#include <list>
+#include <memory>
+#include <utility>
+
+#include "ZelCam/List.h"
+
+namespace ZelCameraApi::Internal {
+
+// A snapshot of items that belong to `Owner`, which owns the list too and deletes it when it is
+// released.
+template <typename T, typename Owner>
+class ListImpl final : public ZelCam::List<T> {
+  public:
+    ListImpl(Owner* owner, std::list<T*> items)
+        : items_(std::move(items)), cursor_(items_.end()), owner_(owner) {}
+
+    void Release() override { owner_->RemoveList(this); }
+
+    size_t GetCount() override { return items_.size(); }
+
+    T* GetFirst() override {
+        cursor_ = items_.begin();
+        return Current();
+    }
+
+    T* GetNext() override {
+        if (cursor_ != items_.end()) ++cursor_;
+        return Current();
+    }
+
+  private:
+    T* Current() const { return cursor_ != items_.end() ? *cursor_ : nullptr; }
+
+    std::list<T*> items_;
+    typename std::list<T*>::iterator cursor_;
+    Owner* owner_;
+};
+
+// Holds a list handed out by the library and releases it.
+struct ListReleaser {
+    template <typename T>
+    void operator()(ZelCam::List<T>* list) const {
+        list->Release();
+    }
+};
+template <typename T>
+using ListHolder = std::unique_ptr<ZelCam::List<T>, ListReleaser>;
+
+// Removes the element of a list of unique pointers that holds exactly `object`, and so destroys it.
+template <typename T, typename Base>
+void RemoveOwned(std::list<std::unique_ptr<T>>& owners, const Base* object) {
+    owners.remove_if([object](const std::unique_ptr<T>& owner) { return owner.get() == object; });
+}
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_LISTIMPL_H

@@ -1,0 +1,179 @@
+#include "ZelCameraApi/streamimpl.h"
+
+#include "ZelCameraApi/bufferimpl.h"
+#include "ZelCameraApi/deviceimpl.h"
+#include "ZelCameraApi/errorboundary.h"
+#include "ZelCameraApi/listimpl.h"
+
+namespace ZelCameraApi::Internal {
+
+StreamImpl::StreamImpl(DeviceImpl* device, const std::string& id)
+    : EventSource(device->module().lib, GenTL::EVENT_NEW_BUFFER), device_(device), id_(id) {
+    const GenTLLib& lib = *module_.lib;
+    ThrowOnError(lib.DevOpenDataStream(device->module().handle, id_.c_str(), &module_.handle));
+    lib.GCRegisterEvent(module_.handle, GenTL::EVENT_NEW_BUFFER, &newBufferEvent_);
+}
+
+StreamImpl::~StreamImpl() {
+    const GenTLLib& lib = *module_.lib;
+    events_.clear();
+    if (StreamImpl::IsGrabbing()) {
+        lib.DSStopAcquisition(module_.handle, GenTL::ACQ_STOP_FLAGS_KILL);
+    }
+    if (newBufferEvent_ != nullptr) {
+        lib.GCUnregisterEvent(module_.handle, GenTL::EVENT_NEW_BUFFER);
+    }
+    lib.DSFlushQueue(module_.handle, GenTL::ACQ_QUEUE_ALL_DISCARD);
+    buffers_.clear();
+    lib.DSClose(module_.handle);
+}
+
+void StreamImpl::Release() {
+    device_->CloseStream(this);
+}
+
+ZelCam::Buffer* StreamImpl::CreateBuffer(size_t size, void* userPtr, ZelCamErr* err) {
+    return NullWithCode(err, [&]() -> ZelCam::Buffer* {
+        return buffers_.emplace_back(std::make_unique<BufferImpl>(this, size, userPtr)).get();
+    });
+}
+
+ZelCam::Buffer* StreamImpl::SetBuffer(void* ptr, size_t size, void* userPtr, ZelCamErr* err) {
+    return NullWithCode(err, [&]() -> ZelCam::Buffer* {
+        return buffers_.emplace_back(std::make_unique<BufferImpl>(this, ptr, size, userPtr)).get();
+    });
+}
+
+ZelCamErr StreamImpl::RevokeBuffer(ZelCam::Buffer* buffer) {
+    RemoveOwned(buffers_, buffer);
+    return ZelCamErr_Success;
+}
+
+ZelCamErr StreamImpl::QueueBuffer(ZelCam::Buffer* buffer) {
+    const auto* const own = dynamic_cast<BufferImpl*>(buffer);
+    if (own == nullptr) return ZelCamErr_InvalidArgument;
+    return static_cast<ZelCamErr>(module_.lib->DSQueueBuffer(module_.handle, own->handle()));
+}
+
+ZelCam::Buffer* StreamImpl::GetBuffer(uint64_t timeout, ZelCamErr* err) {
+    GenTL::EVENT_NEW_BUFFER_DATA data{};
+    size_t size = sizeof data;
+    const int result = module_.lib->EventGetData(newBufferEvent_, &data, &size, timeout);
+    if (result != 0) {
+        StoreError(err, result);
+        return nullptr;
+    }
+    ZelCam::Buffer* const buffer = FindBuffer(data.BufferHandle);
+    StoreError(err, buffer != nullptr ? ZelCamErr_Success : ZelCamErr_Error);
+    return buffer;
+}
+
+// Streams have few buffers, and a walk over them beats a map.
+ZelCam::Buffer* StreamImpl::FindBuffer(GenTL::BUFFER_HANDLE handle) const {
+    for (const auto& buffer : buffers_) {
+        if (buffer->handle() == handle) return buffer.get();
+    }
+    return nullptr;
+}
+
+ZelCamErr StreamImpl::CancelBuffer() {
+    return static_cast<ZelCamErr>(module_.lib->EventKill(newBufferEvent_));
+}
+
+ZelCamErr StreamImpl::FlushBuffers(ZelCam::FlushOperation op) {
+    return static_cast<ZelCamErr>(module_.lib->DSFlushQueue(module_.handle, static_cast<int>(op)));
+}
+
+ZelCamErr StreamImpl::StartAcquisition(uint64_t count, uint32_t flags) {
+    if ((flags & ZelCam::StartFlag_KeepQueue) == 0) {
+        const ZelCamErr result = QueueAll();
+        if (result != ZelCamErr_Success) return result;
+    }
+    const int producerFlags = static_cast<int>(flags & ~uint32_t{ZelCam::StartFlag_KeepQueue});
+    return static_cast<ZelCamErr>(
+        module_.lib->DSStartAcquisition(module_.handle, producerFlags, count));
+}
+
+ZelCamErr StreamImpl::QueueAll() {
+    int result = module_.lib->DSFlushQueue(module_.handle, GenTL::ACQ_QUEUE_ALL_DISCARD);
+    for (auto buffer = buffers_.begin(); result == 0 && buffer != buffers_.end(); ++buffer) {
+        result = module_.lib->DSQueueBuffer(module_.handle, (*buffer)->handle());
+    }
+    return static_cast<ZelCamErr>(result);
+}
+
+ZelCamErr StreamImpl::StopAcquisition(uint32_t flags) {
+    return static_cast<ZelCamErr>(
+        module_.lib->DSStopAcquisition(module_.handle, static_cast<int>(flags)));
+}
+
+ZelCamErr StreamImpl::AllocBufferQueue(void* userPtr, size_t count) {
+    ZelCam::Stream& self = *this;
+    const size_t size = self.GetBufferSize();
+    for (size_t i = 0; i < count; ++i) {
+        ZelCamErr err = ZelCamErr_Success;
+        ZelCam::Buffer* const buffer = self.CreateBuffer(size, userPtr, &err);
+        if (buffer == nullptr) return err;
+        err = self.QueueBuffer(buffer);
+        if (err != ZelCamErr_Success) return err;
+    }
+    return ZelCamErr_Success;
+}
+
+ZelCamErr StreamImpl::ReleaseBufferQueue() {
+    if (IsGrabbing()) return ZelCamErr_AcquisitionActive;
+    FlushBuffers(ZelCam::FlushOperation::AllDiscard);
+    buffers_.clear();
+    return ZelCamErr_Success;
+}
+
+size_t StreamImpl::GetBufferQueueSize() {
+    return buffers_.size();
+}
+
+ZelGenParam::Array* StreamImpl::GetParameters(ZelCamErr* err) {
+    StoreError(err, ZelCamErr_NoNodeMap);
+    return nullptr;
+}
+
+uint64_t StreamImpl::GetNumDelivered() {
+    return ZeroOnError([this] { return GetInfo<GenTL::STREAM_INFO_NUM_DELIVERED>(); });
+}
+
+uint64_t StreamImpl::GetNumUnderrun() {
+    return ZeroOnError([this] { return GetInfo<GenTL::STREAM_INFO_NUM_UNDERRUN>(); });
+}
+
+uint64_t StreamImpl::GetNumAnnounced() {
+    return ZeroOnError([this] { return GetInfo<GenTL::STREAM_INFO_NUM_ANNOUNCED>(); });
+}
+
+uint64_t StreamImpl::GetNumQueued() {
+    return ZeroOnError([this] { return GetInfo<GenTL::STREAM_INFO_NUM_QUEUED>(); });
+}
+
+uint64_t StreamImpl::GetNumAwaitDelivery() {
+    return ZeroOnError([this] { return GetInfo<GenTL::STREAM_INFO_NUM_AWAIT_DELIVERY>(); });
+}
+
+// A producer that leaves the size to the camera's features cannot be asked yet.
+size_t StreamImpl::GetBufferSize() {
+    return ZeroOnError([this]() -> size_t {
+        if (!GetInfo<GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE>()) return 0;
+        return GetInfo<GenTL::STREAM_INFO_PAYLOAD_SIZE>();
+    });
+}
+
+bool StreamImpl::IsGrabbing() {
+    return ZeroOnError([this] { return GetInfo<GenTL::STREAM_INFO_IS_GRABBING>(); });
+}
+
+size_t StreamImpl::GetMinNumBuffers() {
+    return ZeroOnError([this] { return GetInfo<GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN>(); });
+}
+
+size_t StreamImpl::GetBufferAlignment() {
+    return ZeroOnError([this] { return GetInfo<GenTL::STREAM_INFO_BUF_ALIGNMENT>(); });
+}
+
+}  // namespace ZelCameraApi::Internal

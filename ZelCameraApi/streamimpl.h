@@ -1,0 +1,74 @@
+// An opened data stream.
+#ifndef ZELCAMERAAPI_STREAMIMPL_H
+#define ZELCAMERAAPI_STREAMIMPL_H
+
+#include <list>
+#include <memory>
+#include <string>
+
+#include "ZelCam/Stream.h"
+#include "ZelCameraApi/eventsource.h"
+#include "ZelCameraApi/gentlinfo.h"
+
+namespace ZelCameraApi::Internal {
+
+class BufferImpl;
+class DeviceImpl;
+
+// One data stream with its buffers, in the order in which they were announced. It keeps no state of
+// the acquisition: whether it is grabbing, and where each buffer is, the producer knows. Owned by
+// its device.
+class StreamImpl final : public EventSource<ZelCam::Stream> {
+  public:
+    // Opens the stream. Throws zelcam_exception when the producer refuses. When only the new-buffer
+    // event cannot be registered, GetBuffer will fail with the producer's code.
+    StreamImpl(DeviceImpl* device, const std::string& id);
+    ~StreamImpl();
+
+    void Release() override;
+    ZelCam::Buffer* CreateBuffer(size_t size, void* userPtr, ZelCamErr* err) override;
+    ZelCam::Buffer* SetBuffer(void* ptr, size_t size, void* userPtr, ZelCamErr* err) override;
+    ZelCamErr RevokeBuffer(ZelCam::Buffer* buffer) override;
+    ZelCamErr QueueBuffer(ZelCam::Buffer* buffer) override;
+    ZelCam::Buffer* GetBuffer(uint64_t timeout, ZelCamErr* err) override;
+    ZelCamErr CancelBuffer() override;
+    ZelCamErr FlushBuffers(ZelCam::FlushOperation op) override;
+    ZelCamErr StartAcquisition(uint64_t count, uint32_t flags) override;
+    ZelCamErr StopAcquisition(uint32_t flags) override;
+    ZelCamErr AllocBufferQueue(void* userPtr, size_t count) override;
+    ZelCamErr ReleaseBufferQueue() override;
+    size_t GetBufferQueueSize() override;
+    ZelGenParam::Array* GetParameters(ZelCamErr* err) override;
+    uint64_t GetNumDelivered() override;
+    uint64_t GetNumUnderrun() override;
+    uint64_t GetNumAnnounced() override;
+    uint64_t GetNumQueued() override;
+    uint64_t GetNumAwaitDelivery() override;
+    size_t GetBufferSize() override;
+    bool IsGrabbing() override;
+    size_t GetMinNumBuffers() override;
+    size_t GetBufferAlignment() override;
+
+    const std::string& id() const { return id_; }
+
+    // Value of a stream info command. Throws as QueryValue.
+    template <GenTL::STREAM_INFO_CMD_LIST CMD>
+    auto GetInfo() const {
+        return QueryValue<CMD>([this](int cmd, int* type, void* buffer, size_t* size) {
+            return module_.lib->DSGetInfo(module_.handle, cmd, type, buffer, size);
+        });
+    }
+
+  private:
+    ZelCam::Buffer* FindBuffer(GenTL::BUFFER_HANDLE handle) const;
+    ZelCamErr QueueAll();
+
+    DeviceImpl* device_;  // owns this
+    GenTL::EVENT_HANDLE newBufferEvent_ = nullptr;
+    std::list<std::unique_ptr<BufferImpl>> buffers_;
+    std::string id_;
+};
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_STREAMIMPL_H

@@ -1,0 +1,138 @@
+#include "ZelCameraApi/systemimpl.h"
+
+#include "ZelCameraApi/errorboundary.h"
+#include "ZelCameraApi/gentlinfo.h"
+#include "ZelCameraApi/ifaceimpl.h"
+
+namespace ZelCameraApi::Internal {
+
+namespace {
+
+constexpr const char* kDefaultProducer = "libZelCTI.cti";
+constexpr uint64_t kUpdateTimeoutMs = 1000;
+
+// Never filled: a System belongs to the application, and unloading the library must not end one
+// behind its back.
+std::unique_ptr<SystemImpl> systemWPtr;
+
+// Loads and opens a producer into `module`; returns the first code that is not 0. What was opened
+// before a failure is left to the unloading of the producer.
+int OpenProducer(const char* ctiPath, GenTLModule<void*>& module) {
+    module.lib = std::make_shared<GenTLLib>(std::string(ctiPath));
+    int result = module.lib->GCInitLib();
+    if (result == 0) result = module.lib->TLOpen(&module.handle);
+    if (result == 0) {
+        result = module.lib->TLUpdateInterfaceList(module.handle, nullptr, kUpdateTimeoutMs);
+    }
+    return result;
+}
+
+}  // namespace
+
+SystemImpl::SystemImpl() {
+    ThrowOnError(SystemImpl::RegisterGenTLProvider(kDefaultProducer));
+}
+
+SystemImpl::~SystemImpl() {
+    lists_.clear();
+    interfaces_.clear();
+    while (!systems_.empty()) {
+        const GenTLModule<void*> system = std::move(systems_.front());
+        systems_.pop_front();
+        system.lib->TLClose(system.handle);
+        system.lib->GCCloseLib();
+    }
+}
+
+void SystemImpl::Release() {
+    delete this;
+}
+
+ZelCam::List<ZelCam::Interface>* SystemImpl::GetInterfaceList(ZelCam::InterfaceType type) {
+    return ZeroOnError([&]() -> ZelCam::List<ZelCam::Interface>* {
+        if (interfaces_.empty()) CollectInterfaces();
+        std::list<ZelCam::Interface*> items;
+        for (const auto& iface : interfaces_) {
+            if (type == ZelCam::InterfaceType::Unknown || iface->GetType() == type) {
+                items.push_back(iface.get());
+            }
+        }
+        return lists_.emplace_back(std::make_unique<InterfaceList>(this, std::move(items))).get();
+    });
+}
+
+ZelCam::Interface* SystemImpl::GetInterfaceById(const char* id) {
+    const std::string wanted(id);
+    ZelCam::System& self = *this;
+    const ListHolder<ZelCam::Interface> list(self.GetInterfaceList(ZelCam::InterfaceType::Unknown));
+    if (list == nullptr) return nullptr;
+    ZelCam::Interface* iface = list->GetFirst();
+    while (iface != nullptr && wanted != iface->GetId())
+        iface = list->GetNext();
+    return iface;
+}
+
+const char* SystemImpl::GetDisplayName() {
+    return CachedInfo(displayName_, GenTL::TL_INFO_DISPLAYNAME);
+}
+
+const char* SystemImpl::GetVersion() {
+    return CachedInfo(version_, GenTL::TL_INFO_VERSION);
+}
+
+const char* SystemImpl::CachedInfo(std::string& cache, int cmd) {
+    return ZeroOnError([&] {
+        if (cache.empty()) cache = TLGetInfoString(systems_.front(), cmd);
+        return cache.c_str();
+    });
+}
+
+ZelCam::Device* SystemImpl::CreateDeviceFromConfig(const char* /*fileName*/, ZelCamErr* err) {
+    StoreError(err, ZelCamErr_NoNodeMap);
+    return nullptr;
+}
+
+ZelCamErr SystemImpl::RegisterGenTLProvider(const char* ctiPath) {
+    return CodeOf([&] {
+        GenTLModule<void*> module;
+        const int result = OpenProducer(ctiPath, module);
+        if (result == 0) systems_.push_back(std::move(module));
+        return result;
+    });
+}
+
+void SystemImpl::RemoveList(InterfaceList* list) {
+    RemoveOwned(lists_, list);
+}
+
+// All or nothing: when a producer fails midway, the next call starts over.
+void SystemImpl::CollectInterfaces() {
+    std::list<std::unique_ptr<InterfaceImpl>> interfaces;
+    for (const auto& tl : systems_)
+        CollectInterfaces(tl, interfaces);
+    interfaces_ = std::move(interfaces);
+}
+
+void SystemImpl::CollectInterfaces(const GenTLModule<void*>& tl,
+                                   std::list<std::unique_ptr<InterfaceImpl>>& interfaces) {
+    uint32_t count = 0;
+    ThrowOnError(tl.lib->TLGetNumInterfaces(tl.handle, &count));
+    for (uint32_t i = 0; i < count; ++i) {
+        std::string id = QueryId([&](char* buffer, size_t* size) {
+            return tl.lib->TLGetInterfaceID(tl.handle, i, buffer, size);
+        });
+        try {
+            interfaces.push_back(std::make_unique<InterfaceImpl>(this, tl, std::move(id)));
+        } catch (const zelcam_exception&) {
+            // One interface that cannot be opened leaves the others usable.
+            continue;
+        }
+    }
+}
+
+}  // namespace ZelCameraApi::Internal
+
+ZelCam::System* ZelCam_GetSystem() {
+    using ZelCameraApi::Internal::SystemImpl;
+    return ZelCameraApi::Internal::ZeroOnError([]() -> ZelCam::System* { return new SystemImpl; });
+}

@@ -1,0 +1,57 @@
+// The root of the object tree.
+#ifndef ZELCAMERAAPI_SYSTEMIMPL_H
+#define ZELCAMERAAPI_SYSTEMIMPL_H
+
+#include <list>
+#include <memory>
+#include <string>
+
+#include "ZelCam/System.h"
+#include "ZelCameraApi/gentlmodule.h"
+#include "ZelCameraApi/listimpl.h"
+
+namespace ZelCameraApi::Internal {
+
+class InterfaceImpl;
+
+// Owns the system modules of its producers, the interfaces of all of them and the lists it handed
+// out. They end in the reverse of this order.
+class SystemImpl final : public ZelCam::System {
+  public:
+    using InterfaceList = ListImpl<ZelCam::Interface, SystemImpl>;
+
+    // Registers the default producer. Throws zelcam_exception when that fails: there is no System
+    // without it.
+    SystemImpl();
+    ~SystemImpl();
+
+    SystemImpl(const SystemImpl&) = delete;
+    SystemImpl& operator=(const SystemImpl&) = delete;
+
+    void Release() override;
+    ZelCam::List<ZelCam::Interface>* GetInterfaceList(ZelCam::InterfaceType type) override;
+    ZelCam::Interface* GetInterfaceById(const char* id) override;
+    const char* GetDisplayName() override;
+    const char* GetVersion() override;
+    ZelCam::Device* CreateDeviceFromConfig(const char* fileName, ZelCamErr* err) override;
+    ZelCamErr RegisterGenTLProvider(const char* ctiPath) override;
+
+    // Deletes a list that was handed out.
+    void RemoveList(InterfaceList* list);
+
+  private:
+    void CollectInterfaces();
+    void CollectInterfaces(const GenTLModule<void*>& tl,
+                           std::list<std::unique_ptr<InterfaceImpl>>& interfaces);
+    const char* CachedInfo(std::string& cache, int cmd);
+
+    std::list<GenTLModule<void*>> systems_;  // in the order of registration
+    std::string displayName_;                // empty until first asked
+    std::string version_;                    // likewise
+    std::list<std::unique_ptr<InterfaceImpl>> interfaces_;
+    std::list<std::unique_ptr<InterfaceList>> lists_;
+};
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_SYSTEMIMPL_H

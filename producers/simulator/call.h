@@ -1,0 +1,71 @@
+// The frame around every exported function.
+#ifndef ZELSIM_CALL_H
+#define ZELSIM_CALL_H
+
+#include <exception>
+#include <new>
+#include <utility>
+
+#include "producers/simulator/answer.h"
+#include "producers/simulator/error.h"
+#include "producers/simulator/faults.h"
+#include "producers/simulator/lasterror.h"
+#include "producers/simulator/library.h"
+
+namespace ZelSim {
+
+// Runs the work of a function and turns what it throws into its code and into the last error of the
+// thread.
+template <typename Work>
+GenTL::GC_ERROR Guard(Function function, Work&& work) noexcept {
+    try {
+        std::forward<Work>(work)();
+        return GenTL::GC_ERR_SUCCESS;
+    } catch (const Error& error) {
+        LastError::Set(error.Code(), NameOf(function), error.what());
+        return error.Code();
+    } catch (const std::bad_alloc& error) {
+        LastError::Set(GenTL::GC_ERR_OUT_OF_MEMORY, NameOf(function), error.what());
+        return GenTL::GC_ERR_OUT_OF_MEMORY;
+    } catch (const std::exception& error) {
+        LastError::Set(GenTL::GC_ERR_ERROR, NameOf(function), error.what());
+        return GenTL::GC_ERR_ERROR;
+    }
+}
+
+// Out of line: runs only while faults are set.
+template <typename Work>
+[[gnu::noinline]] GenTL::GC_ERROR CallWithFaults(Function function, const Answer& answer,
+                                                 Work&& work) noexcept {
+    const std::optional<FaultEffect> effect = Faults::Instance().Meet(function, answer.Command());
+    if (!effect) return Guard(function, std::forward<Work>(work));
+    if (effect->Has(ZELSIM_FAULT_RETURN)) {
+        if (effect->code != 0) LastError::Set(effect->code, NameOf(function), "injected fault");
+        return effect->code;
+    }
+    const size_t capacity = answer.Capacity();
+    return effect->Apply(answer, capacity, Guard(function, std::forward<Work>(work)));
+}
+
+// Counts the call, applies injected faults and runs the work. `answer` names the out-parameters of
+// the function, so that faults can change them.
+template <typename Work>
+GenTL::GC_ERROR CallAnyTime(Function function, const Answer& answer, Work&& work) noexcept {
+    if (Faults::Instance().Enter(function)) {
+        return CallWithFaults(function, answer, std::forward<Work>(work));
+    }
+    return Guard(function, std::forward<Work>(work));
+}
+
+// The same for the functions that GCInitLib must precede.
+template <typename Work>
+GenTL::GC_ERROR Call(Function function, const Answer& answer, Work&& work) noexcept {
+    return CallAnyTime(function, answer, [&] {
+        Library::Instance().CheckInitialized();
+        work();
+    });
+}
+
+}  // namespace ZelSim
+
+#endif  // ZELSIM_CALL_H

@@ -1,0 +1,76 @@
+// A simulated camera.
+#ifndef ZELSIM_CAMERA_H
+#define ZELSIM_CAMERA_H
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "gentl/GenTL.h"
+#include "producers/simulator/answer.h"
+#include "producers/simulator/claim.h"
+#include "producers/simulator/config.h"
+#include "producers/simulator/object.h"
+#include "producers/simulator/registerspace.h"
+#include "producers/simulator/testpicture.h"
+
+namespace ZelSim {
+
+// The hardware behind the device modules: every client that opens the camera works with the same
+// object. It keeps who has it open, its registers, its clock and its picture. Once unplugged it
+// stays so; a camera plugged again is another object. Thread-safe.
+class Camera : public std::enable_shared_from_this<Camera> {
+  public:
+    Camera(CameraConfig config, std::string tlType);
+
+    const std::string& Id() const { return config_.id; }
+    const CameraConfig& Config() const { return config_; }
+    const std::string& TlType() const { return tlType_; }
+    const std::shared_ptr<RegisterSpace>& Registers() const { return registers_; }
+
+    bool IsPlugged() const { return plugged_.load(std::memory_order_relaxed); }
+    void CheckPlugged() const;  // throws GC_ERR_IO
+    void Unplug() { plugged_.store(false); }
+
+    // Opens the camera for a client (a system module). Throws GC_ERR_RESOURCE_IN_USE when another
+    // open excludes it, GC_ERR_INVALID_PARAMETER for an access that is none.
+    Claim Open(GenTL::DEVICE_ACCESS_FLAGS access, Handle client);
+
+    // Device info commands, as this client sees the camera.
+    void GetInfo(Answer answer, Handle client) const;
+
+    // Nanoseconds on the clock of the camera, and the same in its ticks.
+    uint64_t Nanoseconds() const;
+    uint64_t Ticks(uint64_t nanoseconds) const;
+
+    // Rendered when it is first asked for.
+    std::shared_ptr<const TestPicture> Picture();
+
+  private:
+    struct Opened {
+        GenTL::DEVICE_ACCESS_FLAGS access;
+        Handle client;
+    };
+
+    GenTL::DEVICE_ACCESS_STATUS AccessStatus(Handle client) const;
+    bool IsOpen(GenTL::DEVICE_ACCESS_FLAGS access) const;
+    std::string DisplayName() const;
+
+    const CameraConfig config_;
+    const std::string tlType_;
+    const std::shared_ptr<RegisterSpace> registers_;
+    const std::chrono::steady_clock::time_point powerOn_ = std::chrono::steady_clock::now();
+    std::atomic<bool> plugged_{true};
+    mutable std::mutex mutex_;
+    std::map<uint64_t, Opened> opened_;           // guarded by mutex_
+    uint64_t nextOpened_ = 0;                     // guarded by mutex_
+    std::shared_ptr<const TestPicture> picture_;  // guarded by mutex_
+};
+
+}  // namespace ZelSim
+
+#endif  // ZELSIM_CAMERA_H

@@ -1,0 +1,19 @@
+#include "producers/simulator/claim.h"
+
+#include "gentl/GenTL.h"
+#include "producers/simulator/error.h"
+
+namespace ZelSim {
+
+Claim ClaimedIds::Take(const std::string& id) {
+    const std::lock_guard lock(state_->mutex);
+    if (!state_->used.insert(id).second) {
+        throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, id + " is open already");
+    }
+    return Claim(state_.get(), [state = state_, id](void*) {
+        const std::lock_guard releaseLock(state->mutex);
+        state->used.erase(id);
+    });
+}
+
+}  // namespace ZelSim

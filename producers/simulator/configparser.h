@@ -1,0 +1,26 @@
+// Reads configurations. Everything unknown or out of range is refused: a typing error must not end
+// as a camera that differs from the one meant.
+#ifndef ZELSIM_CONFIGPARSER_H
+#define ZELSIM_CONFIGPARSER_H
+
+#include <string>
+
+#include "producers/simulator/config.h"
+
+namespace ZelSim {
+
+// Parse...() throw an Error with GC_ERR_INVALID_PARAMETER and "source:line: reason"; `source` names
+// the text in that message.
+WorldConfig ParseConfig(const std::string& text, const std::string& source);
+CameraConfig ParseCamera(const std::string& text, const std::string& source);
+
+// The built-in configuration.
+WorldConfig DefaultConfig();
+
+// The file that ZELSIM_CONFIG names, or the built-in configuration. An unreadable file throws an
+// Error with GC_ERR_IO.
+WorldConfig LoadConfig();
+
+}  // namespace ZelSim
+
+#endif  // ZELSIM_CONFIGPARSER_H

@@ -1,0 +1,51 @@
+// Device modules.
+#ifndef ZELSIM_DEVICE_H
+#define ZELSIM_DEVICE_H
+
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "producers/simulator/camera.h"
+#include "producers/simulator/claim.h"
+#include "producers/simulator/module.h"
+
+namespace ZelSim {
+
+// A camera that a client has open: the local side, with the streams and the port of the camera
+// below it. Thread-safe.
+class Device final : public Module {
+  public:
+    static bool IsKind(Kind kind) { return kind == Kind::Device; }
+
+    // Throws what Camera::Open throws.
+    Device(const std::shared_ptr<Camera>& camera, GenTL::DEVICE_ACCESS_FLAGS access, Handle client);
+
+    const Camera* GetCamera() const override { return camera_.get(); }
+    void GetInfo(Answer answer) const;
+
+    uint32_t NumStreams() const;
+    std::string StreamId(uint32_t index) const;
+
+    static Handle OpenStream(const std::shared_ptr<Device>& device, const char* id);
+
+    // The same handle on each call.
+    static Handle OpenRemote(const std::shared_ptr<Device>& device);
+
+  private:
+    bool MayWrite() const override { return access_ != GenTL::DEVICE_ACCESS_READONLY; }
+    std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
+    void OnClose() override { claim_.reset(); }
+
+    const std::shared_ptr<Camera> camera_;
+    const GenTL::DEVICE_ACCESS_FLAGS access_;
+    const Handle client_;
+    Claim claim_;
+    ClaimedIds openedStreams_;
+    std::mutex remoteMutex_;
+    Handle remote_ = nullptr;  // guarded by remoteMutex_
+};
+
+}  // namespace ZelSim
+
+#endif  // ZELSIM_DEVICE_H

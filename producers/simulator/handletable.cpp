@@ -1,0 +1,140 @@
+#include "producers/simulator/handletable.h"
+
+#include "gentl/GenTL.h"
+#include "producers/simulator/error.h"
+
+namespace ZelSim {
+
+namespace {
+
+constexpr uint64_t _mark = 0x5A;
+constexpr unsigned _markShift = 56;
+constexpr unsigned _generationShift = 24;
+constexpr uint32_t _indexMask = 0xFFFFFF;
+
+Handle Encode(uint32_t index, uint32_t generation) {
+    const uint64_t bits =
+        _mark << _markShift | uint64_t{generation} << _generationShift | uint64_t{index};
+    return reinterpret_cast<Handle>(bits);
+}
+
+uint64_t Bits(Handle handle) {
+    return reinterpret_cast<uint64_t>(handle);
+}
+
+uint32_t GenerationOf(Handle handle) {
+    return static_cast<uint32_t>(Bits(handle) >> _generationShift);
+}
+
+uint32_t IndexOf(Handle handle) {
+    return static_cast<uint32_t>(Bits(handle)) & _indexMask;
+}
+
+}  // namespace
+
+HandleTable::~HandleTable() {
+    for (const std::atomic<Block*>& block : blocks_)
+        delete block.load();
+}
+
+void HandleTable::ThrowInvalid() {
+    throw Error(GenTL::GC_ERR_INVALID_HANDLE, "no open module of the kind asked for");
+}
+
+HandleTable::Slot* HandleTable::SlotOf(Handle handle) const {
+    if (Bits(handle) >> _markShift != _mark) return nullptr;
+    const uint32_t index = IndexOf(handle);
+    if (index >= _slotsOfBlock * _numBlocks) return nullptr;
+    Block* const block = blocks_[index / _slotsOfBlock].load(std::memory_order_acquire);
+    return block == nullptr ? nullptr : &(*block)[index % _slotsOfBlock];
+}
+
+std::shared_ptr<Object> HandleTable::Lookup(Handle handle) const {
+    Slot* const slot = SlotOf(handle);
+    if (slot == nullptr) return nullptr;
+    const std::lock_guard lock(slot->mutex);
+    return slot->generation == GenerationOf(handle) ? slot->object : nullptr;
+}
+
+uint32_t HandleTable::TakeSlot() {
+    const std::lock_guard lock(slotsMutex_);
+    if (!freeSlots_.empty()) {
+        const uint32_t index = freeSlots_.back();
+        freeSlots_.pop_back();
+        return index;
+    }
+    if (numSlots_ == _slotsOfBlock * _numBlocks) {
+        throw Error(GenTL::GC_ERR_RESOURCE_EXHAUSTED, "no handle left");
+    }
+    std::atomic<Block*>& block = blocks_[numSlots_ / _slotsOfBlock];
+    if (block.load(std::memory_order_relaxed) == nullptr) {
+        block.store(std::make_unique<Block>().release(), std::memory_order_release);
+    }
+    return numSlots_++;
+}
+
+Handle HandleTable::Open(const std::shared_ptr<Object>& object,
+                         const std::shared_ptr<Object>& parent) {
+    const uint32_t index = TakeSlot();
+    Slot& slot =
+        (*blocks_[index / _slotsOfBlock].load(std::memory_order_acquire))[index % _slotsOfBlock];
+    Handle handle = nullptr;
+    {
+        const std::lock_guard lock(slot.mutex);
+        handle = Encode(index, slot.generation);
+        object->handle_ = handle;
+        object->parent_ = parent;
+        slot.object = object;
+        count_.fetch_add(1, std::memory_order_relaxed);
+    }
+    if (parent != nullptr && !parent->Adopt(handle)) {
+        Close(handle);
+        ThrowInvalid();
+    }
+    return handle;
+}
+
+std::shared_ptr<Object> HandleTable::Remove(Handle handle) {
+    Slot* const slot = SlotOf(handle);
+    if (slot == nullptr) return nullptr;
+    std::shared_ptr<Object> object;
+    {
+        const std::lock_guard lock(slot->mutex);
+        if (slot->generation != GenerationOf(handle) || slot->object == nullptr) return nullptr;
+        object = std::move(slot->object);
+        slot->object = nullptr;
+        ++slot->generation;
+        count_.fetch_sub(1, std::memory_order_relaxed);
+    }
+    const std::lock_guard lock(slotsMutex_);
+    freeSlots_.push_back(IndexOf(handle));
+    return object;
+}
+
+bool HandleTable::Close(Handle handle) {
+    const std::shared_ptr<Object> object = Remove(handle);
+    if (object == nullptr) return false;
+    if (const std::shared_ptr<Object> parent = object->parent_.lock()) parent->Disown(handle);
+    object->OnClosing();
+    for (Handle child : object->CloseForChildren())
+        Close(child);
+    object->OnClose();
+    return true;
+}
+
+void HandleTable::ForEach(const std::function<void(Object&)>& visit) const {
+    for (const std::atomic<Block*>& entry : blocks_) {
+        Block* const block = entry.load(std::memory_order_acquire);
+        if (block == nullptr) return;
+        for (Slot& slot : *block) {
+            std::shared_ptr<Object> object;
+            {
+                const std::lock_guard lock(slot.mutex);
+                object = slot.object;
+            }
+            if (object != nullptr) visit(*object);
+        }
+    }
+}
+
+}  // namespace ZelSim

@@ -1,0 +1,50 @@
+#include "producers/simulator/hostinterface.h"
+
+#include <algorithm>
+
+#include "producers/simulator/error.h"
+
+namespace ZelSim {
+
+HostInterface::HostInterface(const InterfaceConfig& config) : config_(config) {
+    for (const CameraConfig& camera : config.cameras)
+        Plug(camera);
+}
+
+std::vector<std::shared_ptr<Camera>> HostInterface::Cameras() const {
+    const std::lock_guard lock(mutex_);
+    return cameras_;
+}
+
+void HostInterface::Plug(CameraConfig camera) {
+    const std::lock_guard lock(mutex_);
+    cameras_.push_back(std::make_shared<Camera>(std::move(camera), config_.type));
+}
+
+std::shared_ptr<Camera> HostInterface::Unplug(const std::string& cameraId) {
+    const std::lock_guard lock(mutex_);
+    const auto found = std::find_if(cameras_.begin(), cameras_.end(),
+                                    [&](const auto& camera) { return camera->Id() == cameraId; });
+    if (found == cameras_.end()) return nullptr;
+    std::shared_ptr<Camera> camera = *found;
+    cameras_.erase(found);
+    camera->Unplug();
+    return camera;
+}
+
+void HostInterface::GetInfo(Answer answer) const {
+    switch (answer.Command()) {
+        case GenTL::INTERFACE_INFO_ID:
+            return answer.String(config_.id);
+        case GenTL::INTERFACE_INFO_DISPLAYNAME:
+            return answer.String(config_.displayName);
+        case GenTL::INTERFACE_INFO_TLTYPE:
+            return answer.String(config_.type);
+        case GenTL::INTERFACE_INFO_CUSTOM_ID:  // of this producer: the version of the interface
+            return answer.String(config_.version);
+        default:
+            throw Error(GenTL::GC_ERR_NOT_IMPLEMENTED, "unknown interface info command");
+    }
+}
+
+}  // namespace ZelSim

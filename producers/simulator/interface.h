@@ -1,0 +1,41 @@
+// Interface modules.
+#ifndef ZELSIM_INTERFACE_H
+#define ZELSIM_INTERFACE_H
+
+#include <memory>
+
+#include "producers/simulator/camera.h"
+#include "producers/simulator/claim.h"
+#include "producers/simulator/hostinterface.h"
+#include "producers/simulator/module.h"
+#include "producers/simulator/snapshot.h"
+
+namespace ZelSim {
+
+// One client's view of an interface and of the cameras on it. Thread-safe.
+class Interface final : public Module {
+  public:
+    static bool IsKind(Kind kind) { return kind == Kind::Interface; }
+
+    Interface(std::shared_ptr<HostInterface> host, Handle client, Claim claim);
+
+    void GetInfo(Answer answer) const { host_->GetInfo(answer); }
+    Snapshot<Camera>& Cameras() { return cameras_; }
+    bool UpdateCameras() { return cameras_.Update(host_->Cameras()); }
+    void GetDeviceInfo(const char* id, Answer answer) const;
+
+    static Handle OpenDevice(const std::shared_ptr<Interface>& interface, const char* id,
+                             GenTL::DEVICE_ACCESS_FLAGS access);
+
+  private:
+    void OnClose() override { claim_.reset(); }
+
+    const std::shared_ptr<HostInterface> host_;
+    const Handle client_;  // the system module
+    Claim claim_;
+    Snapshot<Camera> cameras_;
+};
+
+}  // namespace ZelSim
+
+#endif  // ZELSIM_INTERFACE_H

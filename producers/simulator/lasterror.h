@@ -1,0 +1,21 @@
+// The last failure of each thread: what GCGetLastError reports.
+#ifndef ZELSIM_LASTERROR_H
+#define ZELSIM_LASTERROR_H
+
+#include "gentl/GenTL.h"
+
+namespace ZelSim {
+
+struct LastError {
+    GenTL::GC_ERROR code;
+    char text[512];
+
+    static const LastError& OfThread();
+
+    // The text is "function: reason", cut where the room ends.
+    static void Set(GenTL::GC_ERROR code, const char* function, const char* reason);
+};
+
+}  // namespace ZelSim
+
+#endif  // ZELSIM_LASTERROR_H

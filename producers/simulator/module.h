@@ -1,0 +1,88 @@
+// What all modules share: identity, port and events.
+#ifndef ZELSIM_MODULE_H
+#define ZELSIM_MODULE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "gentl/GenTL.h"
+#include "producers/simulator/answer.h"
+#include "producers/simulator/event.h"
+#include "producers/simulator/object.h"
+#include "producers/simulator/registerspace.h"
+
+namespace ZelSim {
+
+class Camera;
+
+// What GCGetPortInfo tells about the port of a module.
+struct PortIdentity {
+    std::string id;
+    std::string vendor;
+    std::string model;
+    std::string version;
+    std::string tlType;
+    const char* module;
+    const char* portName;
+    bool bigEndian = false;
+};
+
+// A module of the standard: system, interface, device, remote device, stream or buffer. Each is a
+// port with registers, and a source of events. Thread-safe.
+class Module : public Object {
+  public:
+    static bool IsKind(Kind kind) { return kind != Kind::Event; }
+
+    const std::string& Id() const { return port_.id; }
+    const PortIdentity& Port() const { return port_; }
+
+    // The camera the module works with; null above the devices.
+    virtual const Camera* GetCamera() const { return nullptr; }
+
+    // Throws GC_ERR_IO when the camera is gone.
+    void CheckConnected() const;
+
+    void GetPortInfo(Answer answer) const;
+    void ReadPort(uint64_t address, void* buffer, size_t size) const;
+    void WritePort(uint64_t address, const void* buffer, size_t size);
+
+    // Throws GC_ERR_RESOURCE_IN_USE when the type is registered, GC_ERR_NOT_IMPLEMENTED when the
+    // module has no such event.
+    static Handle RegisterEvent(const std::shared_ptr<Module>& module, GenTL::EVENT_TYPE type);
+
+    // Throws GC_ERR_NOT_AVAILABLE when the type is not registered.
+    void UnregisterEvent(GenTL::EVENT_TYPE type);
+
+    // Puts a message into the queue of this event type, if it is registered.
+    void FireMessage(GenTL::EVENT_TYPE type, uint64_t id, EventData data);
+
+    // The camera was unplugged: ends the waits for events.
+    virtual void OnCameraLost();
+
+  protected:
+    // `registers` may be shared with other modules: those of a camera are.
+    Module(Kind kind, PortIdentity port, std::shared_ptr<RegisterSpace> registers)
+        : Object(kind), port_(std::move(port)), registers_(std::move(registers)) {}
+
+    // Registers of a module that exists only on this side.
+    static std::shared_ptr<RegisterSpace> OwnRegisters();
+
+    virtual bool MayWrite() const { return true; }
+
+    // A new registration; null when the module has no such event.
+    virtual std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type);
+
+  private:
+    const PortIdentity port_;
+    const std::shared_ptr<RegisterSpace> registers_;
+    std::mutex eventsMutex_;
+    std::map<GenTL::EVENT_TYPE, std::shared_ptr<Event>> events_;  // guarded by eventsMutex_
+};
+
+}  // namespace ZelSim
+
+#endif  // ZELSIM_MODULE_H

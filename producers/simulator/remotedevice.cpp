@@ -1,0 +1,20 @@
+#include "producers/simulator/remotedevice.h"
+
+namespace ZelSim {
+
+namespace {
+
+PortIdentity IdentityOf(const Camera& camera) {
+    const CameraConfig& config = camera.Config();
+    return {config.id,       config.vendor, config.model, config.version,
+            camera.TlType(), "Device",      "Device",     config.bigEndian};
+}
+
+}  // namespace
+
+RemoteDevice::RemoteDevice(std::shared_ptr<Camera> camera, bool mayWrite)
+    : Module(Kind::RemoteDevice, IdentityOf(*camera), camera->Registers()),
+      camera_(std::move(camera)),
+      mayWrite_(mayWrite) {}
+
+}  // namespace ZelSim

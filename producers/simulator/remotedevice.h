@@ -1,0 +1,33 @@
+// The remote side of an open camera.
+#ifndef ZELSIM_REMOTEDEVICE_H
+#define ZELSIM_REMOTEDEVICE_H
+
+#include <memory>
+
+#include "producers/simulator/camera.h"
+#include "producers/simulator/module.h"
+
+namespace ZelSim {
+
+// The port of the camera itself, which DevGetPort gives: its registers are those of the camera,
+// whoever has it open. It has no events; those of the camera come through the device module.
+// Thread-safe.
+class RemoteDevice final : public Module {
+  public:
+    static bool IsKind(Kind kind) { return kind == Kind::RemoteDevice; }
+
+    RemoteDevice(std::shared_ptr<Camera> camera, bool mayWrite);
+
+    const Camera* GetCamera() const override { return camera_.get(); }
+
+  private:
+    bool MayWrite() const override { return mayWrite_; }
+    std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE) override { return nullptr; }
+
+    const std::shared_ptr<Camera> camera_;
+    const bool mayWrite_;
+};
+
+}  // namespace ZelSim
+
+#endif  // ZELSIM_REMOTEDEVICE_H

@@ -1,0 +1,171 @@
+#include "producers/simulator/stream.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include "producers/simulator/error.h"
+#include "producers/simulator/library.h"
+#include "producers/simulator/newbufferevent.h"
+
+namespace ZelSim {
+
+namespace {
+
+constexpr size_t _cacheLine = 64;
+
+PortIdentity IdentityOf(const Camera& camera, const std::string& id) {
+    const CameraConfig& config = camera.Config();
+    return {
+        id,          config.vendor, config.model, config.version, camera.TlType(), "TLDataStream",
+        "StreamPort"};
+}
+
+}  // namespace
+
+Stream::Stream(std::shared_ptr<Camera> camera, const std::string& id, Claim claim)
+    : Module(Kind::Stream, IdentityOf(*camera, id), OwnRegisters()),
+      camera_(std::move(camera)),
+      claim_(std::move(claim)),
+      generator_(camera_, pool_) {}
+
+void Stream::GetInfo(Answer answer) const {
+    if (AnswerCount(answer)) return;
+    const CameraConfig& config = camera_->Config();
+    switch (answer.Command()) {
+        case GenTL::STREAM_INFO_ID:
+            return answer.String(Id());
+        case GenTL::STREAM_INFO_PAYLOAD_SIZE:
+            if (config.definesPayloadSize) return answer.Size(PayloadSize());
+            throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the camera defines the payload size");
+        case GenTL::STREAM_INFO_IS_GRABBING:
+            return answer.Bool(generator_.IsGrabbing());
+        case GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE:
+            return answer.Bool(config.definesPayloadSize);
+        case GenTL::STREAM_INFO_TLTYPE:
+            return answer.String(camera_->TlType());
+        case GenTL::STREAM_INFO_NUM_CHUNKS_MAX:
+            return answer.Size(0);
+        case GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN:
+            return answer.Size(config.bufAnnounceMin);
+        case GenTL::STREAM_INFO_BUF_ALIGNMENT:
+            return answer.Size(config.bufAlignment);
+        case GenTL::STREAM_INFO_FLOW_TABLE:
+        case GenTL::STREAM_INFO_GENDC_PREFETCH_DESCRIPTOR:
+            throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the camera sends no GenDC containers");
+        default:
+            throw Error(GenTL::GC_ERR_NOT_IMPLEMENTED, "unknown stream info command");
+    }
+}
+
+bool Stream::AnswerCount(Answer answer) const {
+    switch (answer.Command()) {
+        case GenTL::STREAM_INFO_NUM_DELIVERED:
+            return answer.Uint64(pool_->Counts().delivered), true;
+        case GenTL::STREAM_INFO_NUM_UNDERRUN:
+            return answer.Uint64(pool_->Counts().underrun), true;
+        case GenTL::STREAM_INFO_NUM_STARTED:
+            return answer.Uint64(pool_->Counts().started), true;
+        case GenTL::STREAM_INFO_NUM_ANNOUNCED:
+            return answer.Size(pool_->Counts().announced), true;
+        case GenTL::STREAM_INFO_NUM_QUEUED:
+            return answer.Size(pool_->Counts().queued), true;
+        case GenTL::STREAM_INFO_NUM_AWAIT_DELIVERY:
+            return answer.Size(pool_->Counts().awaitDelivery), true;
+        default:
+            return false;
+    }
+}
+
+void Stream::GetFlowInfo(uint32_t index, Answer answer) const {
+    if (index != 0) throw Error(GenTL::GC_ERR_INVALID_INDEX, "the stream has one flow");
+    if (answer.Command() == GenTL::FLOW_INFO_SIZE) return answer.Size(PayloadSize());
+    throw Error(GenTL::GC_ERR_NOT_IMPLEMENTED, "unknown flow info command");
+}
+
+Handle Stream::Announce(const std::shared_ptr<Stream>& stream, void* base, size_t size,
+                        void* userPointer, bool composite) {
+    if (base == nullptr || size == 0) {
+        throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "no memory to announce");
+    }
+    if (reinterpret_cast<uintptr_t>(base) % stream->camera_->Config().bufAlignment != 0) {
+        throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "the memory is not aligned as required");
+    }
+    return Announce(stream,
+                    BufferMemory{static_cast<uint8_t*>(base), size, userPointer, composite});
+}
+
+Handle Stream::Allocate(const std::shared_ptr<Stream>& stream, size_t size, void* userPointer) {
+    if (size == 0) throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "a buffer of no size");
+    const size_t alignment = std::max<size_t>(stream->camera_->Config().bufAlignment, _cacheLine);
+    if (size > SIZE_MAX - alignment) throw std::bad_alloc();
+    const size_t rounded = (size + alignment - 1) / alignment * alignment;
+    void* const base = std::aligned_alloc(alignment, rounded);
+    if (base == nullptr) throw std::bad_alloc();
+    BufferMemory memory{static_cast<uint8_t*>(base), size, userPointer, false};
+    memory.owned.reset(base);
+    std::memset(base, 0, size);
+    return Announce(stream, std::move(memory));
+}
+
+Handle Stream::Announce(const std::shared_ptr<Stream>& stream, BufferMemory memory) {
+    stream->CheckConnected();
+    const auto buffer = std::make_shared<Buffer>(stream->camera_, *stream, std::move(memory));
+    HandleTable& handles = Library::Instance().Handles();
+    const Handle handle = handles.Open(buffer, stream);
+    try {
+        stream->pool_->Announce(buffer);
+    } catch (...) {
+        handles.Close(handle);
+        throw;
+    }
+    return handle;
+}
+
+void Stream::Start(GenTL::ACQ_START_FLAGS flags, uint64_t numFrames) {
+    if (flags != GenTL::ACQ_START_FLAGS_DEFAULT || numFrames == 0) {
+        throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "unknown flags, or no frame asked for");
+    }
+    CheckConnected();
+    const std::lock_guard lock(generatorMutex_);
+    if (closed_) throw Error(GenTL::GC_ERR_INVALID_HANDLE, "the stream is closed");
+    if (generator_.IsGrabbing()) {
+        throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the acquisition runs already");
+    }
+    if (pool_->Counts().announced < camera_->Config().bufAnnounceMin) {
+        throw Error(GenTL::GC_ERR_INVALID_BUFFER, "too few buffers are announced");
+    }
+    generator_.Start(numFrames);
+}
+
+void Stream::Stop(GenTL::ACQ_STOP_FLAGS flags) {
+    if (flags != GenTL::ACQ_STOP_FLAGS_DEFAULT && flags != GenTL::ACQ_STOP_FLAGS_KILL) {
+        throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "unknown flags");
+    }
+    const std::lock_guard lock(generatorMutex_);
+    if (!generator_.IsStarted()) {
+        throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the acquisition is not started");
+    }
+    generator_.Stop(flags == GenTL::ACQ_STOP_FLAGS_KILL ? BufferPool::Halt::Now
+                                                        : BufferPool::Halt::AfterFrame);
+}
+
+void Stream::OnCameraLost() {
+    pool_->SetHalt(BufferPool::Halt::Now);
+    Module::OnCameraLost();
+}
+
+std::shared_ptr<Event> Stream::MakeEvent(GenTL::EVENT_TYPE type) {
+    if (type == GenTL::EVENT_NEW_BUFFER) return std::make_shared<NewBufferEvent>(pool_);
+    return Module::MakeEvent(type);
+}
+
+void Stream::OnClosing() {
+    pool_->SetHalt(BufferPool::Halt::Now);  // also for a Stop that waits for its frame
+    const std::lock_guard lock(generatorMutex_);
+    closed_ = true;
+    generator_.Stop(BufferPool::Halt::Now);
+}
+
+}  // namespace ZelSim

@@ -1,0 +1,66 @@
+// Data streams.
+#ifndef ZELSIM_STREAM_H
+#define ZELSIM_STREAM_H
+
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "producers/simulator/bufferpool.h"
+#include "producers/simulator/camera.h"
+#include "producers/simulator/claim.h"
+#include "producers/simulator/generator.h"
+#include "producers/simulator/module.h"
+
+namespace ZelSim {
+
+// A stream of an open device: its buffers, their queues and the acquisition engine. Thread-safe.
+//
+//   open --Announce*, Queue*--> ready --Start--> grabbing --Stop--> ready
+//
+// When the camera is unplugged the acquisition ends by itself; what remains to be done for closing
+// still works.
+class Stream final : public Module {
+  public:
+    static bool IsKind(Kind kind) { return kind == Kind::Stream; }
+
+    Stream(std::shared_ptr<Camera> camera, const std::string& id, Claim claim);
+
+    const Camera* GetCamera() const override { return camera_.get(); }
+    void GetInfo(Answer answer) const;
+    void GetFlowInfo(uint32_t index, Answer answer) const;
+    BufferPool& Pool() { return *pool_; }
+
+    // Memory of the client.
+    static Handle Announce(const std::shared_ptr<Stream>& stream, void* base, size_t size,
+                           void* userPointer, bool composite);
+
+    // Memory of this side.
+    static Handle Allocate(const std::shared_ptr<Stream>& stream, size_t size, void* userPointer);
+
+    void Start(GenTL::ACQ_START_FLAGS flags, uint64_t numFrames);
+    void Stop(GenTL::ACQ_STOP_FLAGS flags);
+
+    void OnCameraLost() override;
+
+  private:
+    static Handle Announce(const std::shared_ptr<Stream>& stream, BufferMemory memory);
+
+    bool AnswerCount(Answer answer) const;
+    size_t PayloadSize() const { return static_cast<size_t>(camera_->Config().PayloadSize()); }
+
+    std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
+    void OnClosing() override;
+    void OnClose() override { claim_.reset(); }
+
+    const std::shared_ptr<Camera> camera_;
+    Claim claim_;
+    const std::shared_ptr<BufferPool> pool_ = std::make_shared<BufferPool>();
+    std::mutex generatorMutex_;  // held while the acquisition is started or stopped
+    Generator generator_;
+    bool closed_ = false;  // guarded by generatorMutex_
+};
+
+}  // namespace ZelSim
+
+#endif  // ZELSIM_STREAM_H

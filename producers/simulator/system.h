@@ -1,0 +1,35 @@
+// System modules.
+#ifndef ZELSIM_SYSTEM_H
+#define ZELSIM_SYSTEM_H
+
+#include <memory>
+
+#include "producers/simulator/claim.h"
+#include "producers/simulator/hostinterface.h"
+#include "producers/simulator/module.h"
+#include "producers/simulator/snapshot.h"
+#include "producers/simulator/world.h"
+
+namespace ZelSim {
+
+// What TLOpen gives: one client's view of the world. Thread-safe.
+class System final : public Module {
+  public:
+    static bool IsKind(Kind kind) { return kind == Kind::System; }
+
+    explicit System(std::shared_ptr<World> world);
+
+    Snapshot<HostInterface>& Interfaces() { return interfaces_; }
+    bool UpdateInterfaces() { return interfaces_.Update(world_->Interfaces()); }
+
+    static Handle OpenInterface(const std::shared_ptr<System>& system, const char* id);
+
+  private:
+    const std::shared_ptr<World> world_;
+    Snapshot<HostInterface> interfaces_;
+    ClaimedIds opened_;
+};
+
+}  // namespace ZelSim
+
+#endif  // ZELSIM_SYSTEM_H

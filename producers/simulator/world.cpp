@@ -1,0 +1,35 @@
+#include "producers/simulator/world.h"
+
+#include "producers/simulator/error.h"
+
+namespace ZelSim {
+
+World::World(const WorldConfig& config) {
+    for (const InterfaceConfig& interface : config.interfaces) {
+        interfaces_.push_back(std::make_shared<HostInterface>(interface));
+    }
+}
+
+void World::Plug(const std::string& interfaceId, CameraConfig camera) {
+    const std::lock_guard lock(plugMutex_);
+    HostInterface* target = nullptr;
+    for (const auto& interface : interfaces_) {
+        if (interface->Id() == interfaceId) target = interface.get();
+        for (const auto& other : interface->Cameras()) {
+            if (other->Id() != camera.id) continue;
+            throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, camera.id + " is plugged in already");
+        }
+    }
+    if (target == nullptr) throw Error(GenTL::GC_ERR_INVALID_ID, "no interface " + interfaceId);
+    target->Plug(std::move(camera));
+}
+
+std::shared_ptr<Camera> World::Unplug(const std::string& cameraId) {
+    const std::lock_guard lock(plugMutex_);
+    for (const auto& interface : interfaces_) {
+        if (std::shared_ptr<Camera> camera = interface->Unplug(cameraId)) return camera;
+    }
+    throw Error(GenTL::GC_ERR_INVALID_ID, "no camera " + cameraId);
+}
+
+}  // namespace ZelSim

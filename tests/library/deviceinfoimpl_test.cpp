@@ -1,0 +1,134 @@
+#include "ZelCameraApi/deviceinfoimpl.h"
+
+#include <fstream>
+
+#include "tests/library/fixture.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class DeviceInfoTest : public SessionTest {
+  protected:
+    void SetUp() override {
+        ASSERT_NO_FATAL_FAILURE(OpenInterface());
+        info = iface->GetDeviceInfoById("cam1");
+        ASSERT_NE(info, nullptr);
+        Calls();
+    }
+};
+
+const struct {
+    const char* (ZelCam::DeviceInfo::*get)();
+    int command;
+    const char* text;
+} getters[] = {{&ZelCam::DeviceInfo::GetVendor, 1, "Vendor of cam1"},
+               {&ZelCam::DeviceInfo::GetModel, 2, "Model of cam1"},
+               {&ZelCam::DeviceInfo::GetDisplayName, 4, "Display name of cam1"},
+               {&ZelCam::DeviceInfo::GetUserDefinedName, 6, "User name of cam1"},
+               {&ZelCam::DeviceInfo::GetSerialNumber, 7, "Serial number of cam1"},
+               {&ZelCam::DeviceInfo::GetVersion, 8, "Version of cam1"},
+               {&ZelCam::DeviceInfo::GetUSB3HostInfo, 1100, "Host of cam1"}};
+
+}  // namespace
+
+TEST_F(DeviceInfoTest, TextsAreAskedOnEveryCall) {
+    for (const auto& getter : getters) {
+        SCOPED_TRACE(getter.command);
+        const std::string query = "IFGetDeviceInfo " + std::to_string(getter.command) + " cam1";
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_STREQ((info->*getter.get)(), getter.text);
+            EXPECT_THAT(Calls(), ElementsAre(query + '?', query));
+        }
+    }
+}
+
+TEST_F(DeviceInfoTest, TextsAreNullWhenTheProducerFails) {
+    for (const auto& getter : getters) {
+        SCOPED_TRACE(getter.command);
+        const char* const before = (info->*getter.get)();
+        for (size_t call = 0; call < 2; ++call) {
+            Fail("IFGetDeviceInfo", -1014, getter.command, call);
+            EXPECT_EQ((info->*getter.get)(), nullptr);
+            producer.ClearRules();
+        }
+        Answer("IFGetDeviceInfo", getter.command,
+               Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT64));
+        EXPECT_EQ((info->*getter.get)(), nullptr);
+        EXPECT_STREQ(before, getter.text);  // the text of the last success is kept
+    }
+}
+
+TEST_F(DeviceInfoTest, EachTextHasItsOwnBuffer) {
+    std::vector<const char*> texts;
+    for (const auto& getter : getters)
+        texts.push_back((info->*getter.get)());
+    for (size_t i = 0; i < texts.size(); ++i)
+        EXPECT_STREQ(texts[i], getters[i].text);
+
+    // A second text of the same length takes the place of the first, long or short.
+    for (const size_t length : {14U, 200U}) {
+        Answer("IFGetDeviceInfo", 1, Scripted::Gives(std::string(length, 'a')));
+        const char* const first = info->GetVendor();
+        const std::string second(length, 'b');
+        Answer("IFGetDeviceInfo", 1, Scripted::Gives(second));
+        ASSERT_EQ(info->GetVendor(), first);
+        EXPECT_EQ(first, second);
+    }
+}
+
+TEST_F(DeviceInfoTest, IdentifierAndInterfaceAreKnown) {
+    EXPECT_STREQ(info->GetID(), "cam1");
+    EXPECT_EQ(info->GetInterface(), iface);
+    EXPECT_THAT(Calls(), IsEmpty());
+}
+
+TEST_F(DeviceInfoTest, AccessStatusPassesThrough) {
+    for (const int32_t status : {0, 1, 2, 3, 4, 5, 6, 1000, -5}) {
+        Answer("IFGetDeviceInfo", 5, Scripted::Gives(status, GenTL::INFO_DATATYPE_INT32));
+        EXPECT_EQ(info->GetAccessStatus(), status);
+        EXPECT_THAT(Calls(), ElementsAre("IFGetDeviceInfo 5 cam1?", "IFGetDeviceInfo 5 cam1"));
+    }
+    Answer("IFGetDeviceInfo", 5, Scripted::Gives(uint32_t{3}, GenTL::INFO_DATATYPE_UINT32));
+    EXPECT_EQ(info->GetAccessStatus(), 0);
+    producer.ClearRules();
+    EXPECT_EQ(info->GetAccessStatus(), 1);
+    for (size_t call = 0; call < 2; ++call) {
+        Fail("IFGetDeviceInfo", -1010, 5, call);
+        EXPECT_EQ(info->GetAccessStatus(), 0);
+        producer.ClearRules();
+    }
+}
+
+TEST_F(DeviceInfoTest, ExternalXmlIsKeptEvenWhenItCannotBeRead) {
+    EXPECT_EQ(info->GetExternalXml(), nullptr);
+    const std::string file = testing::TempDir() + "external.xml";
+    std::ofstream(file) << "<xml/>";
+    EXPECT_EQ(info->SetExternalXml(file.c_str()), ZelCamErr_Success);
+    EXPECT_STREQ(info->GetExternalXml(), file.c_str());
+    EXPECT_EQ(info->SetExternalXml("/no/such/file.xml"), ZelCamErr_FileOpenFailed);
+    EXPECT_STREQ(info->GetExternalXml(), "/no/such/file.xml");
+    for (const char* nothing : {static_cast<const char*>(nullptr), ""}) {
+        info->SetExternalXml(file.c_str());
+        EXPECT_EQ(info->SetExternalXml(nothing), ZelCamErr_Success);
+        EXPECT_EQ(info->GetExternalXml(), nullptr);
+    }
+}
+
+TEST_F(DeviceInfoTest, OperationsOnParametersFail) {
+    uint32_t a = 1;
+    uint32_t b = 2;
+    uint32_t c = 3;
+    EXPECT_EQ(info->GetIP(&a, &b, &c), ZelCamErr_NoNodeMap);
+    EXPECT_THAT((std::vector<uint32_t>{a, b, c}), ElementsAre(1, 2, 3));
+    EXPECT_EQ(info->ForceIP(1U, 2U, 3U), ZelCamErr_NoNodeMap);
+    EXPECT_EQ(info->ForceIP("10.0.0.1", "255.0.0.0", "10.0.0.2"), ZelCamErr_NoNodeMap);
+    for (const auto get : {&ZelCam::DeviceInfo::GetIPAddress, &ZelCam::DeviceInfo::GetIPMask,
+                           &ZelCam::DeviceInfo::GetIPGateway}) {
+        ZelCamErr err = ZelCamErr_Success;
+        EXPECT_EQ((info->*get)(&err), nullptr);
+        EXPECT_EQ(err, ZelCamErr_NoNodeMap);
+        EXPECT_EQ((info->*get)(nullptr), nullptr);
+    }
+}

@@ -1,0 +1,131 @@
+// Typed queries: what is thrown for which fault of the producer, and where texts are cut.
+#include "ZelCameraApi/gentlinfo.h"
+
+#include <functional>
+#include <stdexcept>
+#include <typeinfo>
+
+#include "tests/library/fixture.h"
+
+using namespace ZelCameraApi::Internal;
+using namespace std::string_literals;
+
+namespace {
+
+class InfoQueries : public ScriptedTest {
+  protected:
+    InfoQueries() {
+        module.lib = std::make_shared<GenTLLib>(ProducerPath("libZelCTI.cti"));
+        module.lib->TLOpen(&module.handle);
+        module.lib->TLOpenInterface(module.handle, "if0", &iface.handle);
+        iface.lib = module.lib;
+        producer.TakeCalls();
+    }
+    void TearDown() override {
+        module.lib->IFClose(iface.handle);
+        module.lib->TLClose(module.handle);
+        ScriptedTest::TearDown();
+    }
+
+    GenTLModule<void*> module;
+    GenTLModule<void*> iface;
+};
+
+struct TextQuery {
+    const char* function;
+    std::function<std::string()> query;
+    bool cut;
+};
+
+}  // namespace
+
+TEST_F(InfoQueries, TextsKeepTheTerminatingZeroSaveTheInterfaces) {
+    const TextQuery queries[] = {
+        {"TLGetInfo", [&] { return TLGetInfoString(module, 7); }, false},
+        {"IFGetInfo", [&] { return IFGetInfoString(iface, 1); }, true},
+        {"IFGetDeviceInfo", [&] { return GetDevInfoString(iface, "cam0", 1); }, false}};
+    for (const TextQuery& query : queries) {
+        SCOPED_TRACE(query.function);
+        Answer(query.function, Scripted::AnyCommand, Scripted::Gives("text"));
+        EXPECT_EQ(query.query(), query.cut ? "text"s : "text\0"s);
+        EXPECT_EQ(Calls().size(), 2U);  // the size, then the text
+
+        Answer(query.function, Scripted::AnyCommand, Scripted::Gives(""));
+        EXPECT_EQ(query.query(), query.cut ? ""s : "\0"s);
+        Calls();
+    }
+}
+
+TEST_F(InfoQueries, FaultsOfTextQueries) {
+    const TextQuery queries[] = {
+        {"TLGetInfo", [&] { return TLGetInfoString(module, 7); }, false},
+        {"IFGetInfo", [&] { return IFGetInfoString(iface, 1); }, true},
+        {"IFGetDeviceInfo", [&] { return GetDevInfoString(iface, "cam0", 1); }, false}};
+    for (const TextQuery& query : queries) {
+        SCOPED_TRACE(query.function);
+        for (size_t call = 0; call < 2; ++call) {  // the first, the second call fails
+            producer.ClearRules();
+            Fail(query.function, -1010, Scripted::AnyCommand, call);
+            try {
+                query.query();
+                ADD_FAILURE() << "no exception";
+            } catch (const zelcam_exception& e) {
+                EXPECT_EQ(e.code().value(), -1010);
+            }
+            EXPECT_EQ(Calls().size(), call + 1);
+        }
+        producer.ClearRules();
+        Answer(query.function, Scripted::AnyCommand,
+               Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT32));
+        try {
+            query.query();
+            ADD_FAILURE() << "no exception";
+        } catch (const std::invalid_argument& e) {
+            EXPECT_STREQ(e.what(), "Not a string type");
+        }
+        // A producer's failure goes before the type it reports.
+        Scripted::Reply both = Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT32);
+        both.code = -1003;
+        Answer(query.function, Scripted::AnyCommand, both);
+        EXPECT_THROW(query.query(), zelcam_exception);
+
+        producer.ClearRules();
+        Scripted::Reply nothing = Scripted::Gives("");
+        nothing.bytes->clear();
+        Answer(query.function, Scripted::AnyCommand, nothing);
+        if (query.cut) {
+            EXPECT_THROW(query.query(), std::out_of_range);
+        } else {
+            EXPECT_EQ(query.query(), "");
+        }
+        producer.ClearRules();
+        Calls();
+    }
+}
+
+TEST(NumericQueries, CheckCodeThenSizeThenType) {
+    const auto ask = [](int code, size_t reportedSize, int reportedType) {
+        return QueryValue<GenTL::BUFFER_INFO_TIMESTAMP>(
+            [=](int command, int* type, void* value, size_t* size) {
+                EXPECT_EQ(command, 3);
+                EXPECT_EQ(*type, 0);
+                EXPECT_EQ(*size, 8U);
+                const uint64_t number = 0x0123456789ABCDEFU;
+                std::memcpy(value, &number, sizeof number);
+                *type = reportedType;
+                *size = reportedSize;
+                return code;
+            });
+    };
+    EXPECT_EQ(ask(0, 8, 8), 0x0123456789ABCDEFU);
+    EXPECT_THROW(ask(-1014, 4, 6), zelcam_exception);
+    EXPECT_THROW(ask(0, 8, 7), std::bad_cast);
+    for (const int type : {8, 6}) {  // the size is looked at first
+        try {
+            ask(0, 4, type);
+            ADD_FAILURE() << "no exception";
+        } catch (const std::invalid_argument& e) {
+            EXPECT_STREQ(e.what(), "Info size error");
+        }
+    }
+}

@@ -1,0 +1,323 @@
+#include "ZelCameraApi/ifaceimpl.h"
+
+#include <algorithm>
+#include <map>
+#include <system_error>
+
+#include "tests/library/fixture.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using ZelCam::InterfaceType;
+
+namespace {
+
+class InterfaceTest : public SessionTest {
+  protected:
+    using Infos = std::vector<ZelCam::DeviceInfo*>;
+
+    void SetUp() override {
+        ASSERT_NO_FATAL_FAILURE(OpenInterface());
+        Calls();
+    }
+
+    Infos List() {
+        Infos infos;
+        const Holder<ZelCam::List<ZelCam::DeviceInfo>> list(iface->GetDeviceInfoList());
+        EXPECT_NE(list, nullptr);
+        if (list == nullptr) return infos;
+        for (auto* i = list->GetFirst(); i != nullptr; i = list->GetNext())
+            infos.push_back(i);
+        return infos;
+    }
+
+    static std::vector<std::string> Ids(const Infos& infos) {
+        std::vector<std::string> ids;
+        for (ZelCam::DeviceInfo* i : infos)
+            ids.emplace_back(i->GetID());
+        return ids;
+    }
+
+    // The producer's list is now this, and an update says that it changed.
+    void Plug(const std::vector<std::string>& devices) {
+        producer.SetWorld({{"if0", "GEV", devices}});
+        Answer("IFUpdateDeviceList", Scripted::AnyCommand, Changed(1));
+    }
+
+    static Scripted::Reply Changed(uint8_t flag) {
+        return Scripted::Gives(flag, GenTL::INFO_DATATYPE_BOOL8);
+    }
+};
+
+}  // namespace
+
+TEST_F(InterfaceTest, ListsTheProducersDevicesWithoutUpdating) {
+    producer.SetWorld({{"if0", "GEV", {"b", "a"}}});
+    EXPECT_THAT(Ids(List()), ElementsAre("a", "b"));
+    EXPECT_THAT(Calls(), ElementsAre("IFGetNumDevices", "IFGetDeviceID 0?", "IFGetDeviceID 0",
+                                     "IFGetDeviceID 1?", "IFGetDeviceID 1"));
+    // A list that is not empty is not read again.
+    producer.SetWorld({{"if0", "GEV", {"c"}}});
+    EXPECT_THAT(Ids(List()), ElementsAre("a", "b"));
+    EXPECT_STREQ(iface->GetFirstDeviceInfo()->GetID(), "a");
+    EXPECT_THAT(Calls(), IsEmpty());
+}
+
+TEST_F(InterfaceTest, EnumerationAppliesTheDifference) {
+    const std::vector<std::vector<std::string>> steps = {
+        {"B", "D"}, {"D", "B"}, {"E", "A", "B"}, {}, {"B"}, {"A", "B", "C", "D", "E", "F"}};
+    Plug({"A", "B"});
+    Infos active = List();
+    Infos ever = active;
+    for (const auto& step : steps) {
+        Plug(step);
+        EXPECT_EQ(iface->ReEnumerateDevices(nullptr, 0), 0);
+
+        // Survivors keep object and place; new ones follow in the order of their identifiers.
+        Infos expected;
+        for (ZelCam::DeviceInfo* i : active) {
+            if (std::count(step.begin(), step.end(), i->GetID()) > 0) expected.push_back(i);
+        }
+        std::vector<std::string> ids = Ids(expected);
+        std::vector<std::string> sorted = step;
+        std::sort(sorted.begin(), sorted.end());
+        for (const std::string& id : sorted) {
+            if (std::count(ids.begin(), ids.end(), id) == 0) ids.push_back(id);
+        }
+        active = List();
+        EXPECT_EQ(Ids(active), ids);
+        ASSERT_LE(expected.size(), active.size());
+        for (size_t i = 0; i < active.size(); ++i) {
+            if (i < expected.size()) {
+                EXPECT_EQ(active[i], expected[i]);
+            } else {
+                EXPECT_EQ(std::count(ever.begin(), ever.end(), active[i]), 0) << "reused";
+                ever.push_back(active[i]);
+            }
+        }
+    }
+    // Also the infos of vanished cameras are alive.
+    EXPECT_THAT(Ids(ever), ElementsAre("A", "B", "D", "A", "E", "B", "A", "C", "D", "E", "F"));
+}
+
+TEST_F(InterfaceTest, ListsAreSnapshots) {
+    ZelCam::List<ZelCam::DeviceInfo>* const before = iface->GetDeviceInfoList();
+    Plug({"cam9"});
+    EXPECT_EQ(iface->ReEnumerateDevices(nullptr, 0), 0);
+    EXPECT_EQ(before->GetCount(), 2U);
+    EXPECT_STREQ(before->GetFirst()->GetID(), "cam0");
+    EXPECT_STREQ(before->GetNext()->GetID(), "cam1");
+    before->Release();
+    EXPECT_THAT(Ids(List()), ElementsAre("cam9"));
+    iface->GetDeviceInfoList();  // ends with the interface
+}
+
+TEST_F(InterfaceTest, AnEmptyInterfaceIsAskedEveryTime) {
+    producer.SetWorld({{"if0", "GEV", {}}});
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(iface->GetFirstDeviceInfo(), nullptr);
+        EXPECT_THAT(List(), IsEmpty());
+        EXPECT_THAT(Calls(), ElementsAre("IFGetNumDevices", "IFGetNumDevices"));
+    }
+}
+
+TEST_F(InterfaceTest, FailedEnumerationsGiveNullAndDropWhatWasRead) {
+    const std::pair<const char*, size_t> failures[] = {
+        {"IFGetNumDevices", 0}, {"IFGetDeviceID", 0}, {"IFGetDeviceID", 1}, {"IFGetDeviceID", 3}};
+    for (const auto& [function, skip] : failures) {
+        SCOPED_TRACE(std::string(function) + ' ' + std::to_string(skip));
+        const auto fail = [&, f = function, s = skip] {
+            producer.ClearRules();
+            Fail(f, -1010, Scripted::AnyCommand, s);
+        };
+        fail();
+        EXPECT_EQ(iface->GetDeviceInfoList(), nullptr);
+        fail();
+        EXPECT_EQ(iface->GetFirstDeviceInfo(), nullptr);
+        fail();
+        EXPECT_EQ(iface->GetDeviceInfoById("cam0"), nullptr);
+    }
+    producer.ClearRules();
+    EXPECT_THAT(Ids(List()), ElementsAre("cam0", "cam1"));
+}
+
+TEST_F(InterfaceTest, DeviceInfosByIdentifier) {
+    EXPECT_EQ(iface->GetDeviceInfoById(nullptr), nullptr);
+    EXPECT_THAT(Calls(), IsEmpty());
+    ZelCam::DeviceInfo* const listed = iface->GetDeviceInfoById("cam1");
+    EXPECT_EQ(listed, List().at(1));
+
+    // An identifier that is not listed gets an info of its own, and keeps it when it appears.
+    ZelCam::DeviceInfo* const unlisted = iface->GetDeviceInfoById("cam5");
+    ASSERT_NE(unlisted, nullptr);
+    EXPECT_STREQ(unlisted->GetID(), "cam5");
+    EXPECT_EQ(unlisted->GetInterface(), iface);
+    EXPECT_EQ(iface->GetDeviceInfoById("cam5"), unlisted);
+    EXPECT_NE(iface->GetDeviceInfoById("CAM1"), listed);
+    EXPECT_EQ(List().size(), 2U);
+
+    Plug({"cam0", "cam5"});
+    EXPECT_EQ(iface->ReEnumerateDevices(nullptr, 0), 0);
+    EXPECT_THAT(Ids(List()), ElementsAre("cam0", "cam5"));
+    EXPECT_NE(List().at(1), unlisted);
+    EXPECT_EQ(iface->GetDeviceInfoById("cam5"), unlisted);
+    EXPECT_NE(iface->GetDeviceInfoById("cam1"), listed);  // retired: no longer found
+    EXPECT_STREQ(listed->GetModel(), "Model of cam1");    // but alive
+}
+
+TEST_F(InterfaceTest, ReEnumerateReportsTheProducersAnswer) {
+    List();
+    Calls();
+    bool changed = true;
+    EXPECT_EQ(iface->ReEnumerateDevices(&changed, 0x123456789AU), 0);
+    EXPECT_FALSE(changed);
+    EXPECT_THAT(Calls(), ElementsAre("IFUpdateDeviceList " + std::to_string(0x123456789AU)));
+
+    // Any byte but 0 is true.
+    for (const uint8_t flag : {uint8_t{1}, uint8_t{2}, uint8_t{255}}) {
+        Answer("IFUpdateDeviceList", Scripted::AnyCommand, Changed(flag));
+        changed = false;
+        EXPECT_EQ(iface->ReEnumerateDevices(&changed, 5), 0);
+        EXPECT_TRUE(changed);
+        EXPECT_EQ(Calls().size(), 6U);
+    }
+
+    for (const bool before : {false, true}) {
+        changed = before;
+        Scripted::Reply fails = Changed(before ? 0 : 1);
+        fails.code = -1022;
+        fails.actFirst = true;
+        Answer("IFUpdateDeviceList", Scripted::AnyCommand, fails);
+        EXPECT_EQ(iface->ReEnumerateDevices(&changed, 5), -1022);
+        EXPECT_EQ(changed, before);
+        EXPECT_THAT(Calls(), ElementsAre("IFUpdateDeviceList 5"));
+    }
+}
+
+TEST_F(InterfaceTest, AFailedCollectionLeavesReEnumerateAsAnException) {
+    const Infos before = List();
+    for (const char* function : {"IFGetNumDevices", "IFGetDeviceID"}) {
+        Plug({"cam0", "cam7"});
+        Fail(function, -1011);
+        bool changed = false;
+        try {
+            iface->ReEnumerateDevices(&changed, 0);
+            ADD_FAILURE() << "no exception";
+        } catch (const std::system_error& e) {
+            EXPECT_EQ(e.code().value(), -1011);
+        }
+        EXPECT_TRUE(changed);
+        producer.ClearRules();
+        EXPECT_EQ(List(), before);
+    }
+}
+
+TEST_F(InterfaceTest, TypesAreCachedOnceKnown) {
+    const std::pair<const char*, InterfaceType> types[] = {
+        {"U3V", InterfaceType::U3V},     {"GEV", InterfaceType::GEV},
+        {"CL", InterfaceType::CL},       {"CXP", InterfaceType::CXP},
+        {"HDSDI", InterfaceType::HDSDI}, {"Custom", InterfaceType::Unknown},
+        {"gev", InterfaceType::Unknown}, {"GEV2", InterfaceType::Unknown},
+        {"", InterfaceType::Unknown},    {"U3", InterfaceType::Unknown}};
+    for (const auto& [name, type] : types) {
+        SCOPED_TRACE(name);
+        system.reset();
+        iface = nullptr;
+        producer.SetWorld({{"if0", name, {}}});
+        OpenInterface();
+        Calls();
+        EXPECT_EQ(iface->GetType(), type);
+        EXPECT_THAT(Calls(), ElementsAre("IFGetInfo 2?", "IFGetInfo 2"));
+        EXPECT_EQ(iface->GetType(), type);
+        EXPECT_EQ(Calls().size(), type == InterfaceType::Unknown ? 2U : 0U);
+    }
+}
+
+TEST_F(InterfaceTest, AnUnansweredTypeIsUnknownAndAskedAgain) {
+    Fail("IFGetInfo", -1010, 2, 0, 1);
+    EXPECT_EQ(iface->GetType(), InterfaceType::Unknown);
+    Answer("IFGetInfo", 2, Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT32));
+    EXPECT_EQ(iface->GetType(), InterfaceType::Unknown);
+    producer.ClearRules();
+    EXPECT_EQ(iface->GetType(), InterfaceType::GEV);
+}
+
+TEST_F(InterfaceTest, TextsAreAskedUntilTheyAreKnown) {
+    const struct {
+        const char* (ZelCam::Interface::*getter)();
+        int command;
+        const char* text;
+    } getters[] = {{&ZelCam::Interface::GetDescription, 1, "Interface if0"},
+                   {&ZelCam::Interface::GetVersion, 1000, "Version of if0"}};
+    for (const auto& [getter, command, text] : getters) {
+        Fail("IFGetInfo", -1014, command, 1, 1);  // the second call of the query
+        EXPECT_EQ((iface->*getter)(), nullptr);
+        Answer("IFGetInfo", command, Scripted::ReportsType(GenTL::INFO_DATATYPE_BUFFER));
+        EXPECT_EQ((iface->*getter)(), nullptr);
+        producer.ClearRules();
+        const char* const first = (iface->*getter)();
+        EXPECT_STREQ(first, text);
+        Calls();
+        EXPECT_EQ((iface->*getter)(), first);
+        EXPECT_THAT(Calls(), IsEmpty());
+    }
+    EXPECT_STREQ(iface->GetId(), "if0");
+    EXPECT_THAT(Calls(), IsEmpty());
+}
+
+TEST_F(InterfaceTest, EndsEventsThenDevicesThenItself) {
+    Plug({"active", "retired"});
+    ZelCam::DeviceInfo* const active = iface->GetDeviceInfoById("active");
+    ZelCam::DeviceInfo* const retired = iface->GetDeviceInfoById("retired");
+    ZelCam::DeviceInfo* const unlisted = iface->GetDeviceInfoById("unlisted");
+    Plug({"active", "unlisted"});
+    std::map<void*, std::string> names;
+    for (ZelCam::DeviceInfo* i : {active, unlisted})
+        ASSERT_NE(ZelCam_CreateDevice(i, ZelCam::DeviceAccess::Control, nullptr), nullptr);
+    Plug({"active", "retired"});
+    ASSERT_NE(ZelCam_CreateDevice(retired, ZelCam::DeviceAccess::Control, nullptr), nullptr);
+    Plug({"active", "unlisted"});
+    EXPECT_EQ(iface->ReEnumerateDevices(nullptr, 0), 0);
+    for (const std::string name : {"active", "retired", "unlisted"})
+        names[HandleOf("device " + name)] = name;
+
+    Subscriber subscriber;
+    EXPECT_EQ(iface->RegisterEvent(5, Subscriber::Form1, &subscriber), 0);
+    ASSERT_TRUE(producer.AwaitCount("EventGetData", 1));
+    producer.TakeCalls();
+    system.reset();
+    std::vector<std::string> order;
+    for (const Scripted::Call& call : producer.TakeCalls())
+        order.push_back(call.function + names[call.handle]);
+    ASSERT_EQ(order.size(), 9U) << testing::PrintToString(order);
+    EXPECT_EQ(order[0], "EventKill");
+    EXPECT_EQ(order[1], "GCUnregisterEvent");
+    EXPECT_EQ(order[2], "DevCloseactive");
+    EXPECT_EQ(order[3], "IFClose");
+    // Infos that are no longer listed go with the containers.
+    EXPECT_THAT((std::vector<std::string>{order[4], order[5]}),
+                testing::UnorderedElementsAre("DevCloseunlisted", "DevCloseretired"));
+    EXPECT_EQ(order[6], "IFClose");  // the other interface
+    EXPECT_EQ(order[7], "TLClose");
+    EXPECT_EQ(order[8], "GCCloseLib");
+}
+
+TEST_F(InterfaceTest, OperationsOnParametersFail) {
+    ZelCamErr err = ZelCamErr_Success;
+    EXPECT_EQ(iface->GetParameters(&err), nullptr);
+    EXPECT_EQ(err, ZelCamErr_NoNodeMap);
+    err = ZelCamErr_Success;
+    EXPECT_EQ(iface->CreateDeviceFromConfig("camera.xml", &err), nullptr);
+    EXPECT_EQ(err, ZelCamErr_NoNodeMap);
+    EXPECT_EQ(iface->GetParameters(nullptr), nullptr);
+}
+
+TEST(InterfaceTypes, MapHasTheFiveNames) {
+    using Map = std::map<InterfaceType, std::string>;
+    EXPECT_EQ(ZelCameraApi::Internal::GetInterfaceTypesMap(),
+              (Map{{InterfaceType::U3V, "U3V"},
+                   {InterfaceType::GEV, "GEV"},
+                   {InterfaceType::CL, "CL"},
+                   {InterfaceType::CXP, "CXP"},
+                   {InterfaceType::HDSDI, "HDSDI"}}));
+}

@@ -1,0 +1,422 @@
+#include "ZelCameraApi/streamimpl.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <thread>
+
+#include "tests/library/fixture.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr auto Untouched = static_cast<ZelCamErr>(77);
+
+class StreamTest : public SessionTest {
+  protected:
+    void SetUp() override {
+        ASSERT_NO_FATAL_FAILURE(OpenStream());
+        handle = HandleOf("stream stream0");
+        Calls();
+    }
+
+    // Announces three buffers.
+    std::array<ZelCam::Buffer*, 3> CreateBuffers() {
+        std::array<ZelCam::Buffer*, 3> buffers{};
+        for (ZelCam::Buffer*& buffer : buffers)
+            buffer = stream->CreateBuffer(64, nullptr, nullptr);
+        Calls();
+        return buffers;
+    }
+
+    void* handle = nullptr;
+};
+
+// A buffer of another implementation.
+class ForeignBuffer final : public ZelCam::Buffer {
+  public:
+    ZelImageInfo* GetImage() override { return nullptr; }
+    void* GetBufferPtr() override { return nullptr; }
+    size_t GetImageOffset() override { return 0; }
+    size_t GetBufferSize() override { return 0; }
+    uint64_t GetPixelFormat() override { return 0; }
+    void* GetUserPtr() override { return nullptr; }
+    uint64_t GetTimestamp() override { return 0; }
+    uint64_t GetFrameID() override { return 0; }
+    bool IsIncomplete() override { return false; }
+    size_t GetWidth() override { return 0; }
+    size_t GetHeight() override { return 0; }
+    size_t GetXOffset() override { return 0; }
+    size_t GetYOffset() override { return 0; }
+    size_t GetXPadding() override { return 0; }
+    size_t GetYPadding() override { return 0; }
+    size_t GetDeliveredHeight() override { return 0; }
+    bool IsKacFrameB() override { return false; }
+};
+
+}  // namespace
+
+TEST_F(StreamTest, ARefusedNewBufferEventShowsInGetBuffer) {
+    stream->Release();
+    Fail("GCRegisterEvent", -1004, 1);
+    stream = device->GetStreamByIndex(0);
+    ASSERT_NE(stream, nullptr);
+    ZelCamErr err = Untouched;
+    EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
+    EXPECT_EQ(err, ZelCamErr_GenTL_InvalidHandle);
+    Calls();
+    stream->Release();  // nothing to unregister
+    EXPECT_THAT(Calls(), ElementsAre("DSGetInfo 8", "DSFlushQueue 4", "DSClose"));
+}
+
+TEST_F(StreamTest, BuffersAreAnnouncedInBothForms) {
+    std::array<uint8_t, 128> memory{};
+    int user = 0;
+    ZelCamErr err = Untouched;
+    ZelCam::Buffer* const own = stream->CreateBuffer(256, &user, &err);
+    ASSERT_NE(own, nullptr);
+    EXPECT_EQ(err, ZelCamErr_Success);
+    err = Untouched;
+    ZelCam::Buffer* const foreign = stream->SetBuffer(memory.data(), memory.size(), &err, &err);
+    ASSERT_NE(foreign, nullptr);
+    EXPECT_EQ(err, ZelCamErr_Success);
+    const std::vector<Scripted::Call> calls = producer.TakeCalls();
+    ASSERT_EQ(calls.size(), 2U);
+    EXPECT_EQ(calls[0].Text(), "DSAllocAndAnnounceBuffer 256");
+    EXPECT_EQ(calls[0].priv, &user);
+    EXPECT_EQ(calls[1].Text(), "DSAnnounceBuffer 128");
+    EXPECT_EQ(calls[1].object, memory.data());
+    EXPECT_EQ(calls[1].priv, &err);
+    EXPECT_EQ(foreign->GetBufferPtr(), memory.data());
+    EXPECT_EQ(stream->GetBufferQueueSize(), 2U);
+}
+
+TEST_F(StreamTest, RefusedAnnouncementsAddNothing) {
+    Fail("DSAnnounceBuffer", -1021);
+    Fail("DSAllocAndAnnounceBuffer", -1020);
+    uint8_t memory = 0;
+    ZelCamErr err = Untouched;
+    EXPECT_EQ(stream->CreateBuffer(1, nullptr, &err), nullptr);
+    EXPECT_EQ(err, -1020);
+    EXPECT_EQ(stream->SetBuffer(&memory, 1, nullptr, &err), nullptr);
+    EXPECT_EQ(err, -1021);
+    EXPECT_EQ(stream->CreateBuffer(1, nullptr, nullptr), nullptr);
+    EXPECT_EQ(stream->SetBuffer(&memory, 1, nullptr, nullptr), nullptr);
+    EXPECT_EQ(stream->GetBufferQueueSize(), 0U);
+    Calls();
+    stream->Release();
+    EXPECT_EQ(producer.GetCount("DSRevokeBuffer"), 0U);
+}
+
+TEST_F(StreamTest, RevokingAlwaysSucceeds) {
+    const auto buffers = CreateBuffers();
+    ForeignBuffer foreign;
+    EXPECT_EQ(stream->RevokeBuffer(nullptr), 0);
+    EXPECT_EQ(stream->RevokeBuffer(&foreign), 0);
+    EXPECT_EQ(stream->GetBufferQueueSize(), 3U);
+    EXPECT_THAT(Calls(), IsEmpty());
+    EXPECT_EQ(stream->RevokeBuffer(buffers[1]), 0);
+    EXPECT_EQ(stream->GetBufferQueueSize(), 2U);
+    EXPECT_THAT(Calls(), ElementsAre("DSRevokeBuffer"));
+    Fail("DSRevokeBuffer", -1004, Scripted::AnyCommand, 0, 1);
+    EXPECT_EQ(stream->RevokeBuffer(buffers[0]), 0);
+    EXPECT_EQ(stream->GetBufferQueueSize(), 1U);
+    expectedOpen = {"buffer of stream0"};  // whose revocation was refused
+}
+
+TEST_F(StreamTest, QueueBufferPassesOnlyBuffersOfThisLibrary) {
+    const auto buffers = CreateBuffers();
+    ForeignBuffer foreign;
+    EXPECT_EQ(stream->QueueBuffer(nullptr), ZelCamErr_InvalidArgument);
+    EXPECT_EQ(stream->QueueBuffer(&foreign), ZelCamErr_InvalidArgument);
+    EXPECT_THAT(Calls(), IsEmpty());
+    EXPECT_EQ(stream->QueueBuffer(buffers[2]), 0);
+    Fail("DSQueueBuffer", -1013);
+    EXPECT_EQ(stream->QueueBuffer(buffers[2]), -1013);
+}
+
+TEST_F(StreamTest, DeliveredBuffersComeBackAsTheSameObjects) {
+    const auto buffers = CreateBuffers();
+    EXPECT_EQ(stream->StartAcquisition(ZelCam::Infinite, 0), 0);
+    ASSERT_TRUE(producer.DeliverFrame(handle));
+    ASSERT_TRUE(producer.DeliverFrame(handle));
+    ZelCamErr err = Untouched;
+    EXPECT_EQ(stream->GetBuffer(1000, &err), buffers[0]);
+    EXPECT_EQ(err, ZelCamErr_Success);
+    EXPECT_EQ(stream->GetBuffer(ZelCam::Infinite, nullptr), buffers[1]);
+    EXPECT_EQ(stream->GetBufferQueueSize(), 3U);
+    EXPECT_EQ(stream->QueueBuffer(buffers[0]), 0);
+    EXPECT_EQ(producer.GetCount("DSQueueBuffer"), 4U);
+    EXPECT_EQ(stream->GetNumDelivered(), 2U);
+    const std::vector<std::string> calls = Calls();
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "EventGetData 18446744073709551615"), 1);
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "EventGetData 1000"), 1);
+}
+
+TEST_F(StreamTest, FailedWaitsGiveTheProducersCode) {
+    ZelCamErr err = Untouched;
+    EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
+    EXPECT_EQ(err, ZelCamErr_GenTL_Timeout);
+    EXPECT_EQ(stream->GetBuffer(1, nullptr), nullptr);
+    for (const int32_t code : {-1001, -1012, -20000}) {
+        Fail("EventGetData", code);
+        EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
+        EXPECT_EQ(err, code);
+    }
+}
+
+TEST_F(StreamTest, AHandleThatIsNotTheStreamsIsAnError) {
+    const auto deliver = [this](void* buffer) {
+        GenTL::EVENT_NEW_BUFFER_DATA data{buffer, nullptr};
+        std::vector<uint8_t> bytes(sizeof data);
+        std::memcpy(bytes.data(), &data, sizeof data);
+        return producer.FireEvent(handle, GenTL::EVENT_NEW_BUFFER, bytes);
+    };
+    ZelCamErr err = Untouched;
+    ASSERT_TRUE(deliver(reinterpret_cast<void*>(uintptr_t{0x10})));
+    EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);  // there are no buffers
+    EXPECT_EQ(err, ZelCamErr_Error);
+
+    const auto buffers = CreateBuffers();
+    void* const revoked = HandleOf("buffer of stream0");
+    stream->RevokeBuffer(buffers[0]);
+    for (void* const buffer : {revoked, static_cast<void*>(nullptr)}) {
+        ASSERT_TRUE(deliver(buffer));
+        err = Untouched;
+        EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
+        EXPECT_EQ(err, ZelCamErr_Error);
+    }
+    ASSERT_TRUE(deliver(revoked));
+    EXPECT_EQ(stream->GetBuffer(0, nullptr), nullptr);
+}
+
+TEST_F(StreamTest, CancelBufferWakesAWaitOnAnotherThread) {
+    ZelCamErr err = Untouched;
+    ZelCam::Buffer* buffer = nullptr;
+    std::thread waiter([&] { buffer = stream->GetBuffer(ZelCam::Infinite, &err); });
+    ASSERT_TRUE(producer.AwaitCount("EventGetData", 1));
+    EXPECT_EQ(stream->CancelBuffer(), 0);
+    waiter.join();
+    EXPECT_EQ(buffer, nullptr);
+    EXPECT_EQ(err, ZelCamErr_GenTL_Abort);
+    Fail("EventKill", -1003);
+    EXPECT_EQ(stream->CancelBuffer(), -1003);
+}
+
+TEST_F(StreamTest, StartQueuesEveryBufferFirst) {
+    CreateBuffers();
+    EXPECT_EQ(stream->StartAcquisition(10, 5), 0);
+    EXPECT_THAT(Calls(), ElementsAre("DSFlushQueue 4", "DSQueueBuffer", "DSQueueBuffer",
+                                     "DSQueueBuffer", "DSStartAcquisition 5 10"));
+}
+
+TEST_F(StreamTest, StartWithKeepQueueLeavesTheQueueAlone) {
+    CreateBuffers();
+    EXPECT_EQ(stream->StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_KeepQueue), 0);
+    EXPECT_THAT(Calls(), ElementsAre("DSStartAcquisition 0 18446744073709551615"));
+    EXPECT_EQ(stream->StartAcquisition(1, ZelCam::StartFlag_KeepQueue | 0x7FFFFFFFU), 0);
+    EXPECT_THAT(Calls(), ElementsAre("DSStartAcquisition 2147483647 1"));
+}
+
+TEST_F(StreamTest, StartStopsAtTheFirstFailure) {
+    CreateBuffers();
+    const struct {
+        const char* function;
+        size_t skip;
+        size_t calls;
+    } failures[] = {{"DSFlushQueue", 0, 1},
+                    {"DSQueueBuffer", 0, 2},
+                    {"DSQueueBuffer", 2, 4},
+                    {"DSStartAcquisition", 0, 5}};
+    for (const auto& failure : failures) {
+        Fail(failure.function, -1013, Scripted::AnyCommand, failure.skip, 1);
+        EXPECT_EQ(stream->StartAcquisition(1, 0), -1013);
+        EXPECT_EQ(Calls().size(), failure.calls) << failure.function;
+        EXPECT_FALSE(stream->IsGrabbing());
+        producer.ClearRules();
+        Calls();
+    }
+}
+
+TEST_F(StreamTest, StopAndFlushPassTheirArgumentOn) {
+    for (const uint32_t flags : {0U, 1U, 0x80000001U}) {
+        EXPECT_EQ(stream->StopAcquisition(flags), 0);
+        EXPECT_THAT(Calls(), ElementsAre("DSStopAcquisition " +
+                                         std::to_string(static_cast<int32_t>(flags))));
+    }
+    for (uint32_t op = 0; op < 6; ++op) {
+        EXPECT_EQ(stream->FlushBuffers(static_cast<ZelCam::FlushOperation>(op)), 0);
+        EXPECT_THAT(Calls(), ElementsAre("DSFlushQueue " + std::to_string(op)));
+    }
+    Fail("DSStopAcquisition", -1004);
+    Fail("DSFlushQueue", -1009);
+    EXPECT_EQ(stream->StopAcquisition(0), -1004);
+    EXPECT_EQ(stream->FlushBuffers(ZelCam::FlushOperation::AllToInput), -1009);
+}
+
+TEST_F(StreamTest, AllocBufferQueueAnnouncesAndQueues) {
+    int user = 0;
+    EXPECT_EQ(stream->AllocBufferQueue(&user, 0), 0);
+    EXPECT_EQ(stream->GetBufferQueueSize(), 0U);
+    Calls();
+    EXPECT_EQ(stream->AllocBufferQueue(&user, 2), 0);
+    const std::vector<Scripted::Call> calls = producer.TakeCalls();
+    std::vector<std::string> texts;
+    for (const Scripted::Call& call : calls)
+        texts.push_back(call.Text());
+    EXPECT_THAT(texts, ElementsAre("DSGetInfo 9", "DSGetInfo 7",                      //
+                                   "DSAllocAndAnnounceBuffer 6000", "DSQueueBuffer",  //
+                                   "DSAllocAndAnnounceBuffer 6000", "DSQueueBuffer"));
+    EXPECT_EQ(calls[2].priv, &user);
+    EXPECT_EQ(calls[4].priv, &user);
+    EXPECT_EQ(stream->GetNumQueued(), 2U);
+
+    // What was made before a failure stays.
+    Fail("DSAllocAndAnnounceBuffer", -1021, Scripted::AnyCommand, 1, 1);
+    EXPECT_EQ(stream->AllocBufferQueue(&user, 3), -1021);
+    EXPECT_EQ(stream->GetBufferQueueSize(), 3U);
+    Fail("DSQueueBuffer", -1009, Scripted::AnyCommand, 0, 1);
+    EXPECT_EQ(stream->AllocBufferQueue(&user, 3), -1009);
+    EXPECT_EQ(stream->GetBufferQueueSize(), 4U);
+
+    // A size that is not known is the producer's to refuse.
+    Fail("DSGetInfo", -1003, 9);
+    Calls();
+    EXPECT_EQ(stream->AllocBufferQueue(&user, 1), 0);
+    EXPECT_THAT(Calls(), ElementsAre("DSGetInfo 9", "DSAllocAndAnnounceBuffer 0", "DSQueueBuffer"));
+}
+
+TEST_F(StreamTest, ReleaseBufferQueueIsRefusedWhileGrabbing) {
+    EXPECT_EQ(stream->AllocBufferQueue(nullptr, 1), 0);
+    CreateBuffers();
+    EXPECT_EQ(stream->StartAcquisition(1, 0), 0);
+    Calls();
+    EXPECT_EQ(stream->ReleaseBufferQueue(), ZelCamErr_AcquisitionActive);
+    EXPECT_THAT(Calls(), ElementsAre("DSGetInfo 8"));
+    EXPECT_EQ(stream->GetBufferQueueSize(), 4U);
+
+    EXPECT_EQ(stream->StopAcquisition(0), 0);
+    Fail("DSFlushQueue", -1010);
+    Calls();
+    EXPECT_EQ(stream->ReleaseBufferQueue(), 0);
+    EXPECT_THAT(Calls(), ElementsAre("DSGetInfo 8", "DSFlushQueue 4", "DSRevokeBuffer",
+                                     "DSRevokeBuffer", "DSRevokeBuffer", "DSRevokeBuffer"));
+    EXPECT_EQ(stream->GetBufferQueueSize(), 0U);
+    EXPECT_EQ(stream->ReleaseBufferQueue(), 0);
+}
+
+TEST_F(StreamTest, TheNewBufferEventIsTheStreamsOwn) {
+    Subscriber subscriber;
+    EXPECT_EQ(stream->RegisterEvent(1, Subscriber::Form1, &subscriber), -1004);
+    EXPECT_EQ(stream->RegisterEvent2(1, Subscriber::Form2, &subscriber), -1004);
+    EXPECT_EQ(stream->UnRegisterEvent(1, Subscriber::Form1, &subscriber), -1004);
+    EXPECT_EQ(stream->UnRegisterEvent2(1, Subscriber::Form2, &subscriber), -1004);
+    EXPECT_THAT(Calls(), IsEmpty());
+    EXPECT_EQ(stream->RegisterEvent(3, Subscriber::Form1, &subscriber), 0);
+    ASSERT_TRUE(producer.FireEvent(handle, 3, {9}));
+    EXPECT_EQ(subscriber.Await(1).at(0).data.at(0), 9);
+    EXPECT_EQ(stream->UnRegisterEvent(3, Subscriber::Form1, &subscriber), 0);
+}
+
+namespace {
+
+struct Statistic {
+    const char* name;
+    int command;
+    GenTL::INFO_DATATYPE type;
+    size_t width;
+    std::function<uint64_t(ZelCam::Stream&)> get;
+};
+
+const Statistic statistics[] = {
+    {"delivered", 1, 8, 8, [](ZelCam::Stream& s) { return s.GetNumDelivered(); }},
+    {"underrun", 2, 8, 8, [](ZelCam::Stream& s) { return s.GetNumUnderrun(); }},
+    {"announced", 3, 12, 8, [](ZelCam::Stream& s) { return s.GetNumAnnounced(); }},
+    {"queued", 4, 12, 8, [](ZelCam::Stream& s) { return s.GetNumQueued(); }},
+    {"await", 5, 12, 8, [](ZelCam::Stream& s) { return s.GetNumAwaitDelivery(); }},
+    {"grabbing", 8, 11, 1, [](ZelCam::Stream& s) { return s.IsGrabbing() ? 1U : 0U; }},
+    {"minimum", 12, 12, 8, [](ZelCam::Stream& s) { return s.GetMinNumBuffers(); }},
+    {"alignment", 13, 12, 8, [](ZelCam::Stream& s) { return s.GetBufferAlignment(); }}};
+
+}  // namespace
+
+TEST_F(StreamTest, StatisticsAskOnceAndAreZeroOnAnyFault) {
+    for (const Statistic& statistic : statistics) {
+        SCOPED_TRACE(statistic.name);
+        const bool flag = statistic.width == 1;
+        const uint64_t value = flag ? 1 : 0xFEDCBA9876543210U;
+        const auto answer = [&](GenTL::INFO_DATATYPE type) {
+            return flag ? Scripted::Gives(uint8_t{1}, type) : Scripted::Gives(value, type);
+        };
+        Answer("DSGetInfo", statistic.command, answer(statistic.type));
+        EXPECT_EQ(statistic.get(*stream), value);
+        EXPECT_THAT(Calls(), ElementsAre("DSGetInfo " + std::to_string(statistic.command)));
+
+        Answer("DSGetInfo", statistic.command, answer(flag ? 8 : 7));
+        EXPECT_EQ(statistic.get(*stream), 0U);
+        Scripted::Reply wrongWidth = answer(statistic.type);
+        wrongWidth.size = 4;
+        Answer("DSGetInfo", statistic.command, wrongWidth);
+        EXPECT_EQ(statistic.get(*stream), 0U);
+        Fail("DSGetInfo", -1014, statistic.command);
+        EXPECT_EQ(statistic.get(*stream), 0U);
+        Calls();
+    }
+}
+
+TEST_F(StreamTest, AnyByteButZeroIsTrue) {
+    Answer("DSGetInfo", 8, Scripted::Gives(uint8_t{2}, GenTL::INFO_DATATYPE_BOOL8));
+    EXPECT_TRUE(stream->IsGrabbing());
+}
+
+TEST_F(StreamTest, BufferSizeIsTheProducersWhenItDefinesIt) {
+    const Scripted::Reply size = Scripted::Gives(size_t{1001}, GenTL::INFO_DATATYPE_SIZET);
+    Answer("DSGetInfo", 7, size);
+    EXPECT_EQ(stream->GetBufferSize(), 1001U);  // not rounded
+    EXPECT_THAT(Calls(), ElementsAre("DSGetInfo 9", "DSGetInfo 7"));
+
+    const Scripted::Reply faults[] = {Scripted::Fails(-1014), Scripted::ReportsSize(4),
+                                      Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT64)};
+    for (const Scripted::Reply& fault : faults) {
+        for (const int command : {7, 9}) {
+            Answer("DSGetInfo", command, fault);
+            EXPECT_EQ(stream->GetBufferSize(), 0U);
+            producer.ClearRules();
+        }
+    }
+    // Without parameters a camera-defined size is not known.
+    Answer("DSGetInfo", 9, Scripted::Gives(uint8_t{0}, GenTL::INFO_DATATYPE_BOOL8));
+    EXPECT_EQ(stream->GetBufferSize(), 0U);
+}
+
+TEST_F(StreamTest, EndsInOrderWhetherGrabbingOrNot) {
+    for (const bool grabbing : {false, true}) {
+        stream = device->GetStreamByIndex(0);
+        ASSERT_NE(stream, nullptr);
+        CreateBuffers();
+        Subscriber subscriber;
+        const size_t waits = producer.GetCount("EventGetData");
+        EXPECT_EQ(stream->RegisterEvent(3, Subscriber::Form1, &subscriber), 0);
+        ASSERT_TRUE(producer.AwaitCount("EventGetData", waits + 1));
+        if (grabbing) {
+            EXPECT_EQ(stream->StartAcquisition(1, 0), 0);
+        }
+        Calls();
+        stream->Release();
+        std::vector<std::string> expected = {
+            "EventKill",           "GCUnregisterEvent 3", "DSGetInfo 8",
+            "GCUnregisterEvent 1", "DSFlushQueue 4",      "DSRevokeBuffer",
+            "DSRevokeBuffer",      "DSRevokeBuffer",      "DSClose"};
+        if (grabbing) expected.insert(expected.begin() + 3, "DSStopAcquisition 1");
+        EXPECT_EQ(Calls(), expected);
+    }
+}
+
+TEST_F(StreamTest, ParametersAreNotThereYet) {
+    ZelCamErr err = ZelCamErr_Success;
+    EXPECT_EQ(stream->GetParameters(&err), nullptr);
+    EXPECT_EQ(err, ZelCamErr_NoNodeMap);
+    EXPECT_EQ(stream->GetParameters(nullptr), nullptr);
+}

@@ -1,0 +1,223 @@
+// `zelcam grab`, run as a program against simulated cameras.
+
+#include <csignal>
+#include <filesystem>
+
+#include <gmock/gmock.h>
+
+#include "tests/tools/pngfile.h"
+#include "tests/tools/toolrun.h"
+
+using nlohmann::json;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+namespace {
+
+// Colour bars of 80 x 64 pixels, ten pixels each; the lines from 32 to 47 show nothing else.
+// The library lists cameras by identifier.
+constexpr const char* cameras = R"(
+  <Interface id="eth0" type="GEV">
+    <Camera id="a-gray" serial="101" userName="pair" width="80" height="64" pixelFormat="Mono8"
+            frameRate="0" xPadding="3" imageOffset="16"/>
+    <Camera id="a-gray12" serial="102" userName="pair" width="80" height="64" pixelFormat="Mono12p"
+            frameRate="0"/>
+    <Camera id="bayer" serial="103" width="80" height="64" pixelFormat="BayerRG8" frameRate="0"/>
+    <Camera id="bgr" serial="104" width="80" height="64" pixelFormat="BGR8" frameRate="0"/>
+    <Camera id="yuv" serial="105" width="80" height="64" pixelFormat="YUV422_8" frameRate="0"/>
+    <Camera id="silent" serial="106" dropEvery="1"/>
+    <Camera id="faulty" serial="107" width="80" height="64" frameRate="0" dropEvery="4"
+            incompleteEvery="3"/>
+    <Camera id="sparse" serial="108" width="80" height="64" frameRate="0.0001"/>
+    <Camera id="deaf" serial="109" streams="0"/>
+  </Interface>)";
+
+class ToolGrab : public ToolTest {
+  protected:
+    void SetUp() override {
+        ToolTest::SetUp();
+        SetCameras(cameras);
+    }
+    bool Exists(const std::string& name) const { return std::filesystem::exists(Path(name)); }
+};
+
+// The middle of each bar: white, yellow, cyan, green, magenta, red, blue, black.
+std::vector<std::vector<uint16_t>> Bars(const PngFile& picture) {
+    std::vector<std::vector<uint16_t>> bars;
+    for (size_t x = 5; x < 80; x += 10)
+        bars.push_back(picture.Pixel(x, 40));
+    return bars;
+}
+
+const std::vector<std::vector<uint16_t>> grayBars = {{255}, {226}, {179}, {150},
+                                                     {105}, {76},  {29},  {0}};
+const std::vector<std::vector<uint16_t>> colourBars = {
+    {255, 255, 255}, {255, 255, 0}, {0, 255, 255}, {0, 255, 0},
+    {255, 0, 255},   {255, 0, 0},   {0, 0, 255},   {0, 0, 0}};
+
+TEST_F(ToolGrab, OnePictureOfTheFirstCameraByDefault) {
+    const ToolResult result = Run({"grab"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.err, "") << "no progress bar outside of a terminal";
+    EXPECT_THAT(result.out, AllOf(HasSubstr("80 x 64 Mono8"), HasSubstr("frame-0001.png")));
+    EXPECT_EQ(Bars(ReadPngFile(Path("frame-0001.png"))), grayBars);
+    EXPECT_FALSE(Exists("frame-0002.png"));
+}
+
+TEST_F(ToolGrab, PicturesOfEveryKindOfFormat) {
+    for (const char* camera : {"bayer", "bgr"}) {
+        const ToolResult result = Run({"grab", camera, "-o", "{camera}.png"});
+        EXPECT_EQ(result.exitCode, 0) << result.err;
+        EXPECT_EQ(Bars(ReadPngFile(Path(std::string(camera) + ".png"))), colourBars) << camera;
+    }
+    EXPECT_EQ(Run({"grab", "a-gray12", "-o", "gray12.png"}).exitCode, 0);
+    const PngFile deep = ReadPngFile(Path("gray12.png"));
+    EXPECT_EQ(deep.depth, 16U);
+    EXPECT_EQ(deep.Pixel(5, 40)[0], 65535);
+    EXPECT_NEAR(deep.Pixel(55, 40)[0], 76 * 257, 20) << "red";
+    EXPECT_EQ(deep.Pixel(75, 40)[0], 0);
+    EXPECT_EQ(Run({"grab", "yuv", "-o", "yuv.png"}).exitCode, 0);
+    const auto bars = Bars(ReadPngFile(Path("yuv.png")));
+    for (size_t i = 0; i < bars.size(); ++i) {
+        for (size_t channel = 0; channel < 3; ++channel) {
+            EXPECT_NEAR(bars[i][channel], colourBars[i][channel], 2) << "bar " << i;
+        }
+    }
+}
+
+// Padding is part of the raw lines, the offset in the buffer is not.
+TEST_F(ToolGrab, RawBytesAndTheirDescription) {
+    const ToolResult result = Run({"grab", "a-gray", "-o", "{camera}-{frame}.raw"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const std::string bytes = Read("a-gray-0.raw");
+    ASSERT_EQ(bytes.size(), 83U * 63 + 80);
+    EXPECT_EQ(bytes.substr(83 * 40, 10), std::string(10, '\xFF'));
+    EXPECT_EQ(bytes.substr(83 * 40 + 70, 10), std::string(10, '\0'));
+    EXPECT_THAT(Read("a-gray-0.raw.txt"),
+                AllOf(HasSubstr("pixel format: Mono8\n"), HasSubstr("number: 0x01080001\n"),
+                      HasSubstr("width: 80\n"), HasSubstr("height: 64\n"),
+                      HasSubstr("bytes per line: 83\n"), HasSubstr("bytes: 5309\n"),
+                      HasSubstr("frame: 0\n"), HasSubstr("incomplete: no\n")));
+}
+
+TEST_F(ToolGrab, SeveralFramesAndTheSummary) {
+    const ToolResult result = Run({"grab", "104", "-n", "3", "-o", "a{n}.png", "--json"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const json report = result.Json();
+    EXPECT_EQ(report.at("camera"), "bgr");
+    EXPECT_EQ(report.at("frames"), 3);
+    EXPECT_EQ(report.at("lost"), 0);
+    EXPECT_EQ(report.at("written"), 3);
+    EXPECT_EQ(report.at("firstFile"), "a0001.png");
+    EXPECT_EQ(report.at("lastFile"), "a0003.png");
+    EXPECT_EQ(report.at("exitCode"), 0);
+    EXPECT_FALSE(report.contains("checks"));
+    for (const char* file : {"a0001.png", "a0002.png", "a0003.png"}) {
+        EXPECT_TRUE(Exists(file)) << file;
+    }
+}
+
+// Of the frames 0, 1, 2, ... the camera loses 3, 7, 11, ... and tears 2, 5, 8, 11, ...: the first
+// nine that arrive are 0 1 2 4 5 6 8 9 10.
+TEST_F(ToolGrab, CountsWhatWasLostOrIsIncomplete) {
+    const json report = Run({"grab", "faulty", "-n", "9", "-f", "none", "--json"}).Json();
+    EXPECT_EQ(report.at("frames"), 9);
+    EXPECT_EQ(report.at("lost"), 2);
+    EXPECT_EQ(report.at("incomplete"), 3);
+    EXPECT_EQ(report.at("written"), 0);
+}
+
+TEST_F(ToolGrab, UnknownAndAmbiguousCameras) {
+    const ToolResult unknown = Run({"grab", "nobody"});
+    EXPECT_EQ(unknown.exitCode, 3);
+    EXPECT_THAT(unknown.err, AllOf(HasSubstr("nobody"), HasSubstr("bayer")));
+    const ToolResult ambiguous = Run({"grab", "pair"});
+    EXPECT_EQ(ambiguous.exitCode, 3);
+    EXPECT_THAT(ambiguous.err,
+                AllOf(HasSubstr("1  a-gray"), HasSubstr("2  a-gray12"), Not(HasSubstr("bayer"))));
+    const ToolResult inJson = Run({"grab", "nobody", "--json"});
+    EXPECT_EQ(inJson.Json().at("exitCode"), 3);
+    SetCameras(R"(<Interface id="eth0" type="GEV"/>)");
+    EXPECT_EQ(Run({"grab"}).exitCode, 3);
+}
+
+TEST_F(ToolGrab, ProducersThatFail) {
+    const ToolResult asked = Run({"grab", "-p", "missing.cti"});
+    EXPECT_EQ(asked.exitCode, 2);
+    EXPECT_THAT(asked.err, AllOf(HasSubstr("missing.cti"), HasSubstr("no such file")));
+    EXPECT_FALSE(Exists("frame-0001.png"));
+    SetVariable("GENICAM_GENTL64_PATH", ZELCAM_BROKEN);
+    const ToolResult found = Run({"grab"});
+    EXPECT_EQ(found.exitCode, 0) << "a broken file in a folder is only a warning";
+    EXPECT_THAT(found.err, AllOf(HasSubstr("nolist.cti"), HasSubstr("refuses.cti")));
+}
+
+TEST_F(ToolGrab, SilenceIsExplained) {
+    const ToolResult text = Run({"grab", "silent", "-t", "200"});
+    EXPECT_EQ(text.exitCode, 6);
+    EXPECT_THAT(text.out, HasSubstr("Frames      0"));
+    EXPECT_THAT(
+        text.err,
+        AllOf(HasSubstr("no frame within 200 ms"), HasSubstr("ok  the stream is grabbing"),
+              HasSubstr("ok  8 buffers are announced"), HasSubstr("!!  0 frames were delivered"),
+              HasSubstr("access status is \"open\""), HasSubstr("trigger"), HasSubstr("UDP")));
+    const json report = Run({"grab", "sparse", "-n", "2", "-t", "200", "--json"}).Json();
+    EXPECT_EQ(report.at("exitCode"), 6);
+    EXPECT_EQ(report.at("frames"), 1) << "what came before counts";
+    EXPECT_EQ(report.at("lastFile"), "frame-0001.png");
+    for (const json& check : report.at("checks"))
+        EXPECT_TRUE(check.at("good")) << check;
+}
+
+TEST_F(ToolGrab, CameraThatCannotBeOpened) {
+    const ToolResult result = Run({"grab", "deaf"});
+    EXPECT_EQ(result.exitCode, 4);
+    EXPECT_THAT(result.err, HasSubstr("no data stream"));
+}
+
+TEST_F(ToolGrab, UnwritableOutput) {
+    const ToolResult result = Run({"grab", "-o", "no/such/folder.png"});
+    EXPECT_EQ(result.exitCode, 7);
+    EXPECT_THAT(result.err, HasSubstr("cannot write no/such/folder.png: No such file"));
+    EXPECT_THAT(result.out, HasSubstr("Frames      1"));
+}
+
+TEST_F(ToolGrab, WrongUse) {
+    EXPECT_EQ(Run({"grab", "-f", "jpeg"}).exitCode, 1);
+    EXPECT_EQ(Run({"grab", "-b", "0"}).exitCode, 1);
+    EXPECT_EQ(Run({"grab", "-o", "{index}.png"}).exitCode, 1);
+    EXPECT_EQ(Run({"grab", "-f", "none", "-o", "x.png"}).exitCode, 1);
+    const ToolResult overwriting = Run({"grab", "-n", "2", "-o", "x.png"});
+    EXPECT_EQ(overwriting.exitCode, 1);
+    EXPECT_THAT(overwriting.err, HasSubstr("{n}"));
+    EXPECT_FALSE(Exists("x.png"));
+}
+
+// With a count the run was cut short; without an end Ctrl-C is how it ends.
+TEST_F(ToolGrab, CtrlCEndsWithASummary) {
+    const struct {
+        const char* count;
+        int exitCode;
+    } cases[] = {{"1000000", 130}, {"0", 0}};
+    for (const auto& each : cases) {
+        const FileWatch watch(folder_);
+        const int process = Start({"grab", "-n", each.count, "-o", "{n}.raw", "a-gray"});
+        EXPECT_TRUE(watch.Await("0003.raw"));
+        kill(process, SIGINT);
+        const ToolResult result = Wait(process);
+        EXPECT_EQ(result.exitCode, each.exitCode) << result.err;
+        EXPECT_THAT(result.out, AllOf(HasSubstr("ended with Ctrl-C"), HasSubstr("0001.raw ... ")));
+    }
+}
+
+// A wait that is under way ends, too.
+TEST_F(ToolGrab, CtrlCEndsAWait) {
+    const FileWatch watch(folder_);
+    const int process = Start({"grab", "sparse", "-n", "2", "-t", "86400000"});
+    EXPECT_TRUE(watch.Await("frame-0001.png"));
+    kill(process, SIGTERM);
+    EXPECT_EQ(Wait(process).exitCode, 130);
+}
+
+}  // namespace

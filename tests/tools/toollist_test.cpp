@@ -1,0 +1,213 @@
+// `zelcam list`, run as a program.
+
+#include <filesystem>
+#include <regex>
+
+#include <gmock/gmock.h>
+
+#include "tests/tools/toolrun.h"
+
+using nlohmann::json;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+namespace {
+
+constexpr const char* twoInterfaces = R"(
+  <Interface id="eth7" type="GEV" displayName="Left gantry">
+    <Camera id="cam-a" vendor="Acme" model="Line 4" serial="0815" userName="left"/>
+    <Camera id="cam-b" serial="4711" userName="a &quot;b&quot;"/>
+  </Interface>
+  <Interface id="usb7" type="U3V"><Camera id="cam-c"/></Interface>)";
+
+class ToolList : public ToolTest {
+  protected:
+    void SetUp() override {
+        ToolTest::SetUp();
+        SetCameras(twoInterfaces);
+    }
+
+    // The entry for a producer file, which is in the listing once.
+    static json ProducerEntry(const json& listing, const std::string& file) {
+        for (const json& entry : listing.at("producers")) {
+            if (entry.at("file") == file) return entry;
+        }
+        return nullptr;
+    }
+};
+
+TEST_F(ToolList, ShowsEverythingAboutTheCameras) {
+    const ToolResult text = Run({"list"});
+    EXPECT_EQ(text.exitCode, 0) << text.err;
+    EXPECT_THAT(text.out, AllOf(HasSubstr("libZelCTI.cti"), HasSubstr("GigE Vision"),
+                                HasSubstr("Left gantry"), HasSubstr("USB3 Vision"),
+                                HasSubstr("0815"), HasSubstr("free")));
+    EXPECT_THAT(text.out, Not(HasSubstr("What to check")));
+
+    const json listing = Run({"list", "--json"}).Json();
+    ASSERT_EQ(listing.at("cameras").size(), 3U);
+    const json& camera = listing.at("cameras").at(0);
+    EXPECT_EQ(camera.at("id"), "cam-a");
+    EXPECT_EQ(camera.at("vendor"), "Acme");
+    EXPECT_EQ(camera.at("model"), "Line 4");
+    EXPECT_EQ(camera.at("serial"), "0815");
+    EXPECT_EQ(camera.at("userName"), "left");
+    EXPECT_EQ(camera.at("access"), "free");
+    EXPECT_EQ(camera.at("interface"), "eth7");
+    EXPECT_EQ(listing.at("cameras").at(1).at("userName"), "a \"b\"");
+    EXPECT_EQ(listing.at("interfaces").at(1).at("type"), "U3V");
+    EXPECT_EQ(listing.at("interfaces").at(0).at("cameras"), 2);
+    EXPECT_EQ(listing.at("producers").at(0).at("origin"), "default");
+    EXPECT_EQ(listing.at("producers").at(0).at("file"), ZELCAM_DEFAULT_PRODUCER);
+    EXPECT_EQ(listing.at("interfaces").at(0).at("producer"), ZELCAM_DEFAULT_PRODUCER);
+}
+
+// Each broken file is listed with its reason, and the working producers with their cameras.
+TEST_F(ToolList, BrokenProducersSinkNobodyElse) {
+    Write("text.cti", "this is no library");
+    std::filesystem::copy_file(ZELCAM_BROKEN "/foreign.cti", Path("damaged.cti"));
+    std::filesystem::resize_file(Path("damaged.cti"), 300);
+    const std::string missing = Path("missing.cti");
+    const std::string starts = ZELCAM_BROKEN "/refuses.cti";
+    const std::string lists = ZELCAM_BROKEN "/nolist.cti";
+    const std::string foreign = ZELCAM_BROKEN "/foreign.cti";
+    SetVariable("GENICAM_GENTL64_PATH", folder_ + ":/no/such/folder");
+    const ToolResult result = Run(
+        {"list", "--json", "-p", missing, "-p", starts, "-p", lists, "-p", foreign, "-p", folder_});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    const json listing = result.Json();
+    EXPECT_EQ(listing.at("cameras").size(), 3U);
+    const std::map<std::string, std::string> reasons = {
+        {missing, "there is no such file"},
+        {starts, "somebody else uses it (-1004): the licence is on holiday"},
+        {lists, "cannot tell its interfaces"},
+        {foreign, "not a GenTL producer"},
+        {folder_, "it is a folder"},
+        {Path("text.cti"), "not a shared library"},
+        {Path("damaged.cti"), "damaged.cti"},
+        {"/no/such/folder", "No such file or directory"}};
+    for (const auto& [file, reason] : reasons) {
+        const json entry = ProducerEntry(listing, file);
+        ASSERT_FALSE(entry.is_null()) << file;
+        EXPECT_EQ(entry.at("state"), "failed") << file;
+        EXPECT_THAT(entry.at("reason").get<std::string>(), HasSubstr(reason)) << file;
+    }
+    const std::string text = Run({"list", "-p", lists, "-p", missing}).out;
+    EXPECT_THAT(text, AllOf(HasSubstr(missing + ": there is no such file"), HasSubstr("cam-c")));
+}
+
+TEST_F(ToolList, FileOfAnotherMachine) {
+    // An ELF header of a machine that nobody has.
+    std::string header(64, '\0');
+    header.replace(0, 7,
+                   "\x7f"
+                   "ELF\x02\x01\x01");
+    header[18] = '\x2a';
+    Write("other.cti", header);
+    const json listing = Run({"list", "--json", "-p", "other.cti"}).Json();
+    const json entry = ProducerEntry(listing, Path("other.cti"));
+    ASSERT_FALSE(entry.is_null()) << "relative names are taken from the working folder";
+    EXPECT_THAT(entry.at("reason").get<std::string>(), HasSubstr("ELF machine 42"));
+}
+
+TEST_F(ToolList, TellsWhichProducerAnInterfaceBelongsTo) {
+    std::filesystem::create_directory(Path("more"));
+    const std::string second = Path("more/second.cti");
+    std::filesystem::copy_file(ZELCAM_DEFAULT_PRODUCER, second);
+    std::filesystem::create_symlink(ZELCAM_DEFAULT_PRODUCER, Path("more/same.cti"));
+    SetVariable("GENICAM_GENTL64_PATH", Path("more"));
+    const json listing = Run({"list", "--json"}).Json();
+    ASSERT_EQ(listing.at("interfaces").size(), 4U);
+    EXPECT_EQ(listing.at("interfaces").at(1).at("producer"), ZELCAM_DEFAULT_PRODUCER);
+    EXPECT_EQ(listing.at("interfaces").at(2).at("producer"), second);
+    EXPECT_EQ(listing.at("cameras").size(), 6U);
+    EXPECT_EQ(ProducerEntry(listing, Path("more/same.cti")).at("state"), "skipped");
+}
+
+TEST_F(ToolList, NoCameraSaysWhatToCheck) {
+    SetCameras(R"(<Interface id="eth0" type="GEV"/>)");
+    const ToolResult result = Run({"list"});
+    EXPECT_EQ(result.exitCode, 3);
+    EXPECT_THAT(result.out, AllOf(HasSubstr("No camera was found"), HasSubstr("UDP port 3956"),
+                                  Not(HasSubstr("lsusb"))));
+    EXPECT_EQ(Run({"list", "--json"}).Json().at("cameras"), json::array());
+}
+
+// Its own words tell more than the library, which only says that there is no System.
+TEST_F(ToolList, DefaultProducerThatDoesNotStart) {
+    SetCameras("<Nonsense/>");
+    const ToolResult result = Run({"list", "--json", "-p", ZELCAM_BROKEN "/foreign.cti"});
+    EXPECT_EQ(result.exitCode, 2);
+    const json producers = result.Json().at("producers");
+    EXPECT_EQ(producers.at(0).at("state"), "failed");
+    EXPECT_THAT(producers.at(0).at("reason").get<std::string>(), HasSubstr("cameras.xml"));
+    EXPECT_EQ(producers.at(1).at("state"), "skipped");
+    EXPECT_THAT(Run({"list"}).out, HasSubstr("LD_LIBRARY_PATH"));
+}
+
+TEST_F(ToolList, NamesForTheShell) {
+    EXPECT_EQ(Run({"list", "--names"}).out, "cam-a\n0815\nleft\ncam-b\n4711\na \"b\"\ncam-c\n0\n");
+}
+
+// Found first by the loader, it loads and starts but is of no use.
+TEST_F(ToolList, DefaultProducerThatCannotListInterfaces) {
+    std::filesystem::copy_file(ZELCAM_BROKEN "/nolist.cti", Path("libZelCTI.cti"));
+    SetVariable("LD_LIBRARY_PATH", folder_);
+    const ToolResult result = Run({"list", "--json"});
+    EXPECT_EQ(result.exitCode, 2);
+    const json producer = result.Json().at("producers").at(0);
+    EXPECT_EQ(producer.at("file"), Path("libZelCTI.cti"));
+    EXPECT_THAT(producer.at("reason").get<std::string>(), HasSubstr("cannot tell its interfaces"));
+}
+
+// What bash offers for a line that ends with the last of `words`.
+class Completion : public ToolList {
+  protected:
+    std::string Offers(const std::string& words) {
+        const ToolResult result =
+            Run({"-c", "source " ZELCAM_COMPLETION "; COMP_WORDS=(" ZELCAM_TOOL " " + words +
+                           "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _zelcam; "
+                           "printf '%s\\n' \"${COMPREPLY[@]}\""},
+                "/bin/bash");
+        return result.out + result.err;
+    }
+};
+
+TEST_F(Completion, CommandsOptionsCamerasAndFiles) {
+    EXPECT_EQ(Offers("''"), "list\ngrab\n-h\n--help\n--version\n");
+    EXPECT_EQ(Offers("grab cam-"), "cam-a\ncam-b\ncam-c\n");
+    EXPECT_EQ(Offers("grab a"), "a\\ \\\"b\\\"\n") << "names with blanks are quoted";
+    EXPECT_EQ(Offers("grab --co"), "--count\n");
+    EXPECT_EQ(Offers("grab -f r"), "raw\n");
+    EXPECT_EQ(Offers("list --producer cam"), "cameras.xml\n");
+}
+
+// The options that the completion offers are those the program has.
+TEST_F(Completion, KnowsEveryOption) {
+    for (const char* command : {"list", "grab"}) {
+        const std::string help = Run({command, "--help"}).out;
+        const std::string offered = "\n" + Offers(std::string(command) + " --");
+        const std::regex line("\\n  (?:-.,)?(--[a-z]+)");
+        const std::sregex_iterator end;
+        size_t options = 0;
+        for (std::sregex_iterator it(help.begin(), help.end(), line); it != end; ++it, ++options) {
+            EXPECT_THAT(offered, HasSubstr("\n" + it->str(1) + "\n")) << command;
+        }
+        EXPECT_GE(options, 4U);
+    }
+}
+
+TEST_F(ToolList, WrongUse) {
+    const ToolResult unknown = Run({"frobnicate"});
+    EXPECT_EQ(unknown.exitCode, 1);
+    EXPECT_THAT(unknown.err, HasSubstr("frobnicate"));
+    EXPECT_EQ(Run({}).exitCode, 1);
+    EXPECT_EQ(Run({"list", "--search", "soon"}).exitCode, 1);
+    EXPECT_EQ(Run({"list", "--help"}).exitCode, 0);
+    EXPECT_THAT(Run({"--help"}).out, HasSubstr("Exit codes"));
+    EXPECT_THAT(Run({"--version"}).out, StartsWith("zelcam " ZELCAM_VERSION));
+}
+
+}  // namespace

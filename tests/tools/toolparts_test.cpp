@@ -1,0 +1,149 @@
+// Parts of the tool that need no camera.
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <gmock/gmock.h>
+
+#include "tools/zelcam/camerachoice.h"
+#include "tools/zelcam/failure.h"
+#include "tools/zelcam/framefile.h"
+#include "tools/zelcam/framestatistics.h"
+#include "tools/zelcam/producerlist.h"
+#include "tools/zelcam/texttable.h"
+
+using std::chrono::milliseconds;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+namespace {
+
+// The message of the failure of `action`, after "<exit code>: "; empty when it does not fail.
+template <typename Action>
+std::string FailureOf(Action action) {
+    try {
+        action();
+    } catch (const Failure& failure) {
+        return std::to_string(static_cast<int>(failure.Code())) + ": " + failure.what();
+    }
+    return "";
+}
+
+uint64_t LostAmong(const std::vector<uint64_t>& frameIds) {
+    FrameStatistics statistics;
+    for (uint64_t id : frameIds)
+        statistics.Add(id, false, {});
+    return statistics.Lost();
+}
+
+TEST(FrameStatistics, GapsInTheFrameNumbersAreLostFrames) {
+    EXPECT_EQ(LostAmong({7, 8, 9}), 0U);
+    EXPECT_EQ(LostAmong({7, 9, 13}), 4U);
+    // 16-bit numbers go from 65535 to 1.
+    EXPECT_EQ(LostAmong({65534, 65535, 1, 2}), 0U);
+    EXPECT_EQ(LostAmong({65534, 2}), 2U);
+    // 32-bit counters pass the same numbers without a wrap.
+    EXPECT_EQ(LostAmong({65535, 65536}), 0U);
+    // The camera started to count anew.
+    EXPECT_EQ(LostAmong({500, 0, 1}), 0U);
+    EXPECT_EQ(LostAmong({500, 500}), 0U);
+}
+
+TEST(FrameStatistics, RateIsThatOfTheIntervals) {
+    FrameStatistics statistics;
+    const FrameStatistics::Clock::time_point start{};
+    statistics.Add(1, false, start);
+    EXPECT_EQ(statistics.FramesPerSecond(), 0);
+    statistics.Add(2, true, start + milliseconds(100));
+    statistics.Add(3, true, start + milliseconds(200));
+    EXPECT_DOUBLE_EQ(statistics.FramesPerSecond(), 10);
+    EXPECT_EQ(statistics.Incomplete(), 2U);
+}
+
+TEST(FileNamePattern, FillsInThePlaces) {
+    EXPECT_EQ(FileNamePattern("frame-{n}.png").Expand(7, 99, "cam"), "frame-0007.png");
+    EXPECT_EQ(FileNamePattern("{n}").Expand(12345, 0, ""), "12345");
+    EXPECT_EQ(FileNamePattern("out/{camera}_{frame}").Expand(1, 42, "a/b:c d"), "out/a_b_c_d_42");
+    EXPECT_EQ(FileNamePattern("plain.png").Expand(1, 2, "cam"), "plain.png");
+}
+
+TEST(FileNamePattern, RefusesWhatItDoesNotKnow) {
+    EXPECT_THAT(FailureOf([] { FileNamePattern("a{count}b"); }), HasSubstr("1: --output"));
+    EXPECT_THAT(FailureOf([] { FileNamePattern("a{n"); }), HasSubstr("without }"));
+    EXPECT_TRUE(FileNamePattern("{frame}").TellsFramesApart());
+    EXPECT_FALSE(FileNamePattern("{camera}.png").TellsFramesApart());
+}
+
+Camera MakeCamera(size_t number, const char* id, const char* serial, const char* userName) {
+    Camera camera{};
+    camera.number = number;
+    camera.id = id;
+    camera.serial = serial;
+    camera.userName = userName;
+    camera.interfaceId = "eth" + std::to_string(number);
+    return camera;
+}
+
+class ChooseCameraTest : public ::testing::Test {
+  protected:
+    size_t NumberOf(const std::string& wanted) { return ChooseCamera(cameras_, wanted).number; }
+
+    std::vector<Camera> cameras_ = {MakeCamera(1, "cam-a", "3", "left"),
+                                    MakeCamera(2, "cam-b", "22", "left"),
+                                    MakeCamera(3, "cam-c", "33", "")};
+};
+
+TEST_F(ChooseCameraTest, ByEveryName) {
+    EXPECT_EQ(NumberOf(""), 1U);
+    EXPECT_EQ(NumberOf("cam-b"), 2U);
+    EXPECT_EQ(NumberOf("33"), 3U);
+    EXPECT_EQ(NumberOf("2"), 2U);
+    EXPECT_EQ(NumberOf("3"), 1U) << "a serial number goes before the place in the list";
+}
+
+TEST_F(ChooseCameraTest, FailuresListTheCandidates) {
+    EXPECT_THAT(FailureOf([&] { NumberOf("left"); }),
+                AllOf(HasSubstr("3: \"left\" fits several"), HasSubstr("cam-a"),
+                      HasSubstr("2  cam-b"), HasSubstr("eth2"), Not(HasSubstr("cam-c"))));
+    EXPECT_THAT(FailureOf([&] { NumberOf("4"); }), AllOf(HasSubstr("cam-a"), HasSubstr("cam-c")));
+    EXPECT_THAT(FailureOf([] { ChooseCamera({}, ""); }), HasSubstr("3: no camera"));
+}
+
+TEST(TextTable, AlignsCharactersNotBytes) {
+    TextTable table({"NAME", "X"});
+    table.AddRow({"Größe", "1"});
+    table.AddRow({"", "2"});
+    std::ostringstream out;
+    table.Print(out);
+    EXPECT_EQ(out.str(), "  NAME   X\n  Größe  1\n  -      2\n");
+}
+
+TEST(CollectProducers, FoldersAndDuplicates) {
+    std::string folder = ::testing::TempDir() + "zelcam-XXXXXX";
+    ASSERT_NE(mkdtemp(folder.data()), nullptr);
+    for (const char* name : {"/b.cti", "/a.cti", "/c.so"})
+        std::ofstream(folder + name) << "x";
+    std::filesystem::create_symlink(folder + "/a.cti", folder + "/z.cti");
+
+    const auto producers =
+        CollectProducers({folder + "/b.cti"}, "::" + folder + ":" + folder + "/none");
+    std::filesystem::remove_all(folder);
+
+    std::vector<std::string> seen;
+    for (size_t i = 1; i < producers.size(); ++i) {
+        const std::string file = producers[i].file.substr(folder.size());
+        seen.push_back(file + " " + producers[i].OriginWords() + " " + producers[i].StateWords());
+    }
+    EXPECT_THAT(
+        seen, testing::ElementsAre("/b.cti --producer loaded", "/a.cti GENICAM_GENTL64_PATH loaded",
+                                   "/b.cti GENICAM_GENTL64_PATH skipped",
+                                   "/z.cti GENICAM_GENTL64_PATH skipped",
+                                   "/none GENICAM_GENTL64_PATH failed"));
+    EXPECT_THAT(producers.back().reason, HasSubstr("No such file"));
+}
+
+}  // namespace

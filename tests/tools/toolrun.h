@@ -1,0 +1,65 @@
+// Runs the built program as a user does.
+#ifndef ZELCAM_TESTS_TOOLS_TOOLRUN_H
+#define ZELCAM_TESTS_TOOLS_TOOLRUN_H
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+struct ToolResult {
+    int exitCode = -1;  // -1 when a signal ended the program
+    std::string out;
+    std::string err;
+
+    nlohmann::json Json() const { return nlohmann::json::parse(out); }
+};
+
+// A test with a folder of its own, in which the program runs, and cameras of its own.
+class ToolTest : public ::testing::Test {
+  protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    // The simulated cameras of the following runs: elements of the configuration.
+    void SetCameras(const std::string& interfaces);
+
+    // Adds a variable to the environment of the following runs.
+    void SetVariable(const std::string& name, const std::string& value) {
+        environment_[name] = value;
+    }
+
+    // Starts a program, zelcam by default; Wait returns what came of it.
+    int Start(const std::vector<std::string>& arguments, const char* program = ZELCAM_TOOL);
+    ToolResult Wait(int process);
+    ToolResult Run(const std::vector<std::string>& arguments, const char* program = ZELCAM_TOOL) {
+        return Wait(Start(arguments, program));
+    }
+
+    std::string Path(const std::string& name) const { return folder_ + "/" + name; }
+    std::string Read(const std::string& name) const;
+    void Write(const std::string& name, const std::string& text) const;
+
+    // Blocks until a file with this name appears in the folder. Create the object before what
+    // creates the file.
+    class FileWatch {
+      public:
+        explicit FileWatch(const std::string& folder);
+        ~FileWatch();
+        FileWatch(const FileWatch&) = delete;
+        FileWatch& operator=(const FileWatch&) = delete;
+        bool Await(const std::string& name) const;
+
+      private:
+        int inotify_;
+    };
+
+    std::string folder_;
+
+  private:
+    std::map<std::string, std::string> environment_;
+};
+
+#endif  // ZELCAM_TESTS_TOOLS_TOOLRUN_H

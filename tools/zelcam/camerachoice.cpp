@@ -1,0 +1,51 @@
+#include "tools/zelcam/camerachoice.h"
+
+#include <algorithm>
+
+#include "tools/zelcam/failure.h"
+
+namespace {
+
+std::string Lines(const std::vector<const Camera*>& cameras) {
+    std::string text;
+    for (const Camera* camera : cameras) {
+        text += "\n  " + std::to_string(camera->number) + "  " + camera->Description() + " on " +
+                camera->interfaceId;
+    }
+    return text;
+}
+
+std::vector<const Camera*> Matching(const std::vector<Camera>& cameras, const std::string& wanted) {
+    std::vector<const Camera*> found;
+    for (const Camera& camera : cameras) {
+        const bool named =
+            camera.id == wanted || camera.serial == wanted || camera.userName == wanted;
+        if (wanted.empty() || named) found.push_back(&camera);
+    }
+    if (!found.empty()) return found;
+    const auto numbered = std::find_if(cameras.begin(), cameras.end(), [&](const Camera& camera) {
+        return std::to_string(camera.number) == wanted;
+    });
+    if (numbered != cameras.end()) found.push_back(&*numbered);
+    return found;
+}
+
+}  // namespace
+
+const Camera& ChooseCamera(const std::vector<Camera>& cameras, const std::string& wanted) {
+    if (cameras.empty()) {
+        throw Failure(ExitCode::NoCamera, "no camera was found; `zelcam list` says what to check");
+    }
+    const std::vector<const Camera*> found = Matching(cameras, wanted);
+    if (found.empty()) {
+        throw Failure(ExitCode::NoCamera, "there is no camera \"" + wanted + "\"; there are" +
+                                              Lines(Matching(cameras, "")));
+    }
+    if (found.size() > 1 && !wanted.empty()) {
+        throw Failure(ExitCode::NoCamera, "\"" + wanted +
+                                              "\" fits several cameras; choose one by the number "
+                                              "before it" +
+                                              Lines(found));
+    }
+    return *found.front();
+}

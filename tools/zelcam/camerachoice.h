@@ -1,0 +1,15 @@
+// The camera the user means.
+#ifndef ZELCAM_TOOLS_ZELCAM_CAMERACHOICE_H
+#define ZELCAM_TOOLS_ZELCAM_CAMERACHOICE_H
+
+#include <string>
+#include <vector>
+
+#include "tools/zelcam/session.h"
+
+// The camera whose identifier, serial number or user name is `wanted`; else, for a number, the
+// camera with that number in the listing; for an empty `wanted` the first one. Throws Failure
+// (NoCamera) when there is none, and when several fit: the message then lists them.
+const Camera& ChooseCamera(const std::vector<Camera>& cameras, const std::string& wanted);
+
+#endif  // ZELCAM_TOOLS_ZELCAM_CAMERACHOICE_H

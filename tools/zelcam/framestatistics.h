@@ -1,0 +1,36 @@
+// What was received and what was lost.
+#ifndef ZELCAM_TOOLS_ZELCAM_FRAMESTATISTICS_H
+#define ZELCAM_TOOLS_ZELCAM_FRAMESTATISTICS_H
+
+#include <chrono>
+#include <cstdint>
+
+// Counts frames as they arrive.
+class FrameStatistics {
+  public:
+    using Clock = std::chrono::steady_clock;
+
+    void Add(uint64_t frameId, bool incomplete, Clock::time_point when);
+
+    uint64_t Frames() const { return frames_; }
+    uint64_t Incomplete() const { return incomplete_; }
+
+    // Frames missing between those received, by the numbers the camera gives them. Numbers of 16
+    // bits go from 65535 to 1; a number that goes back otherwise is a new start of the camera's
+    // count and tells nothing.
+    uint64_t Lost() const { return lost_; }
+
+    // From the first frame to the last.
+    double Seconds() const;
+    double FramesPerSecond() const;  // 0 for fewer than two frames
+
+  private:
+    uint64_t frames_ = 0;
+    uint64_t incomplete_ = 0;
+    uint64_t lost_ = 0;
+    uint64_t lastId_ = 0;
+    Clock::time_point first_;
+    Clock::time_point last_;
+};
+
+#endif  // ZELCAM_TOOLS_ZELCAM_FRAMESTATISTICS_H

@@ -1,0 +1,100 @@
+#include "tools/zelcam/grabreport.h"
+
+#include <iomanip>
+#include <iostream>
+
+#include <nlohmann/json.hpp>
+
+#include "tools/imaging/pixelformat.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// A line of the summary, with an explanation when the count is not 0.
+void PrintCount(std::ostream& out, const char* name, uint64_t count, const char* explanation) {
+    out << name << count << (count == 0 ? "" : explanation) << '\n';
+}
+
+Json ChecksAsJson(const std::vector<Check>& checks) {
+    Json result = Json::array();
+    for (const Check& check : checks) {
+        result.push_back({{"good", check.good},
+                          {"finding", check.finding},
+                          {"advice", check.good ? "" : check.advice}});
+    }
+    return result;
+}
+
+}  // namespace
+
+void GrabReport::NoteFrame(const Frame& frame, const std::string& file) {
+    if (geometry.empty()) {
+        geometry = std::to_string(frame.image.width) + " x " + std::to_string(frame.image.height) +
+                   " " + Imaging::PixelFormatName(frame.image.pixelFormat);
+    }
+    if (file.empty()) return;
+    if (++written == 1) firstFile = file;
+    lastFile = file;
+}
+
+void GrabReport::PrintText(std::ostream& out, std::ostream& err) const {
+    PrintSummary(out);
+    out.flush();
+    if (!error.empty()) PrintError(err);
+}
+
+void GrabReport::PrintSummary(std::ostream& out) const {
+    out << "Camera      " << camera.Description() << '\n';
+    if (!geometry.empty()) out << "Image       " << geometry << '\n';
+    out << "Frames      " << statistics.Frames();
+    if (statistics.Frames() > 1) {
+        out << " in " << std::fixed << std::setprecision(2) << statistics.Seconds() << " s, "
+            << std::setprecision(1) << statistics.FramesPerSecond() << " per second";
+    }
+    out << (interrupted ? ", ended with Ctrl-C\n" : "\n");
+    PrintCount(out, "Incomplete  ", statistics.Incomplete(), "  (parts were lost on the way)");
+    PrintCount(out, "Under-run   ", underruns,
+               "  (no buffer was free; more --buffers or less to write helps)");
+    PrintCount(out, "Lost        ", statistics.Lost(), "  (gaps in the camera's frame numbers)");
+    if (written == 0) return;
+    out << "Written     " << firstFile;
+    if (written > 1) out << (written > 2 ? " ... " : ", ") << lastFile;
+    out << '\n';
+}
+
+void GrabReport::PrintError(std::ostream& err) const {
+    err << "zelcam: " << error << '\n';
+    if (checks.empty()) return;
+    err << "What was checked:\n";
+    for (const Check& check : checks) {
+        err << (check.good ? "  ok  " : "  !!  ") << check.finding << '\n';
+        if (!check.good) err << "      -> " << check.advice << '\n';
+    }
+    err << "What cannot be seen from here:\n";
+    for (const std::string& cause : otherCauses)
+        err << "  - " << cause << '\n';
+}
+
+void GrabReport::PrintJson(std::ostream& out) const {
+    Json result = {{"camera", camera.id},
+                   {"serial", camera.serial},
+                   {"image", geometry},
+                   {"frames", statistics.Frames()},
+                   {"seconds", statistics.Seconds()},
+                   {"framesPerSecond", statistics.FramesPerSecond()},
+                   {"incomplete", statistics.Incomplete()},
+                   {"underruns", underruns},
+                   {"lost", statistics.Lost()},
+                   {"interrupted", interrupted},
+                   {"written", written},
+                   {"firstFile", firstFile},
+                   {"lastFile", lastFile},
+                   {"exitCode", static_cast<int>(exitCode)},
+                   {"error", error}};
+    if (!checks.empty()) {
+        result["checks"] = ChecksAsJson(checks);
+        result["otherCauses"] = otherCauses;
+    }
+    out << result.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+}

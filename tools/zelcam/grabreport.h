@@ -1,0 +1,42 @@
+// What came of grabbing.
+#ifndef ZELCAM_TOOLS_ZELCAM_GRABREPORT_H
+#define ZELCAM_TOOLS_ZELCAM_GRABREPORT_H
+
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "tools/zelcam/failure.h"
+#include "tools/zelcam/framefile.h"
+#include "tools/zelcam/framestatistics.h"
+#include "tools/zelcam/session.h"
+#include "tools/zelcam/timeoutreport.h"
+
+struct GrabReport {
+    Camera camera;
+    FrameStatistics statistics;
+    uint64_t underruns = 0;
+    std::string geometry;  // of the first frame: "640 x 480 Mono8"
+    uint64_t written = 0;
+    std::string firstFile;
+    std::string lastFile;
+    bool interrupted = false;
+    ExitCode exitCode = ExitCode::Ok;
+    std::string error;  // why it ended early; empty if it did not
+    std::vector<Check> checks;
+    std::vector<std::string> otherCauses;
+
+    // `file` is empty when none was written.
+    void NoteFrame(const Frame& frame, const std::string& file);
+
+    // The summary goes to `out`, errors and their causes to `err`.
+    void PrintText(std::ostream& out, std::ostream& err) const;
+    void PrintJson(std::ostream& out) const;
+
+  private:
+    void PrintSummary(std::ostream& out) const;
+    void PrintError(std::ostream& err) const;
+};
+
+#endif  // ZELCAM_TOOLS_ZELCAM_GRABREPORT_H

@@ -1,0 +1,192 @@
+// zelcam list: what there is, and why not more.
+
+#include <iostream>
+#include <memory>
+#include <set>
+
+#include <nlohmann/json.hpp>
+
+#include "tools/zelcam/commands.h"
+#include "tools/zelcam/texttable.h"
+#include "tools/zelcam/words.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct ListOptions {
+    SessionOptions session;
+    bool names = false;
+};
+
+Json ProducersAsJson(const Session& session) {
+    Json producers = Json::array();
+    for (const Producer& producer : session.Producers()) {
+        producers.push_back({{"file", producer.file},
+                             {"origin", producer.OriginWords()},
+                             {"state", producer.StateWords()},
+                             {"reason", producer.reason}});
+    }
+    return producers;
+}
+
+Json InterfacesAsJson(const Session& session) {
+    Json interfaces = Json::array();
+    for (const InterfaceEntry& entry : session.Interfaces()) {
+        interfaces.push_back({{"id", entry.id},
+                              {"type", InterfaceTypeName(entry.type)},
+                              {"description", entry.description},
+                              {"producer", entry.producer},
+                              {"problem", entry.problem},
+                              {"cameras", entry.cameras}});
+    }
+    return interfaces;
+}
+
+Json CamerasAsJson(const Session& session) {
+    Json cameras = Json::array();
+    for (const Camera& camera : session.Cameras()) {
+        cameras.push_back({{"number", camera.number},
+                           {"id", camera.id},
+                           {"vendor", camera.vendor},
+                           {"model", camera.model},
+                           {"serial", camera.serial},
+                           {"userName", camera.userName},
+                           {"version", camera.version},
+                           {"access", AccessWords(camera.accessStatus)},
+                           {"accessStatus", camera.accessStatus},
+                           {"interface", camera.interfaceId}});
+    }
+    return cameras;
+}
+
+void PrintProducers(const Session& session) {
+    std::cout << "Producers\n";
+    TextTable table({"STATE", "FROM", "FILE"});
+    for (const Producer& producer : session.Producers()) {
+        table.AddRow({producer.StateWords(), producer.OriginWords(), producer.file});
+    }
+    table.Print(std::cout);
+    for (const Producer& producer : session.Producers()) {
+        if (producer.reason.empty()) continue;
+        std::cout << "  " << producer.file << ": " << producer.reason << '\n';
+    }
+}
+
+void PrintInterfaces(const Session& session) {
+    if (session.Interfaces().empty()) return;
+    std::cout << "\nInterfaces\n";
+    TextTable table({"ID", "TYPE", "CAMERAS", "DESCRIPTION", "PRODUCER"});
+    for (const InterfaceEntry& entry : session.Interfaces()) {
+        const std::string file = entry.producer.substr(entry.producer.rfind('/') + 1);
+        table.AddRow({entry.id, InterfaceTypeWords(entry.type), std::to_string(entry.cameras),
+                      entry.description, file});
+    }
+    table.Print(std::cout);
+    for (const InterfaceEntry& entry : session.Interfaces()) {
+        if (!entry.problem.empty()) std::cout << "  " << entry.id << ": " << entry.problem << '\n';
+    }
+}
+
+void PrintCameras(const Session& session) {
+    if (session.Cameras().empty()) return;
+    std::cout << "\nCameras\n";
+    TextTable table({"#", "ID", "VENDOR", "MODEL", "SERIAL", "USER NAME", "ACCESS", "INTERFACE"});
+    for (const Camera& camera : session.Cameras()) {
+        table.AddRow({std::to_string(camera.number), camera.id, camera.vendor, camera.model,
+                      camera.serial, camera.userName, AccessWords(camera.accessStatus),
+                      camera.interfaceId});
+    }
+    table.Print(std::cout);
+}
+
+// What to look at when there is no camera, for the kinds of interface there are.
+std::vector<std::string> WhatToCheck(const Session& session) {
+    if (!session.HasInterfaceList()) {
+        return {
+            "the library needs its default producer: put a working libZelCTI.cti beside the "
+            "library, or name its folder in LD_LIBRARY_PATH"};
+    }
+    std::set<ZelCam::InterfaceType> types;
+    for (const InterfaceEntry& entry : session.Interfaces())
+        types.insert(entry.type);
+    std::vector<std::string> checks = {
+        "is the camera connected and powered? give it some seconds to start"};
+    if (types.empty()) {
+        checks.emplace_back("the producers have no interface: is the adapter or grabber there?");
+    }
+    if (types.count(ZelCam::InterfaceType::GEV) != 0) {
+        checks.emplace_back(
+            "GigE Vision: are adapter and camera in the same network? does a firewall block UDP "
+            "port 3956?");
+    }
+    if (types.count(ZelCam::InterfaceType::U3V) != 0) {
+        checks.emplace_back(
+            "USB3 Vision: does `lsusb` show it? may this user open it (udev rules, groups)?");
+    }
+    checks.emplace_back(
+        "does the camera need another producer? give its file with --producer, or its folder in "
+        "GENICAM_GENTL64_PATH");
+    checks.emplace_back("does the search take longer? try --search 5000");
+    return checks;
+}
+
+void PrintText(const Session& session) {
+    PrintProducers(session);
+    PrintInterfaces(session);
+    PrintCameras(session);
+    if (!session.Cameras().empty()) return;
+    std::cout << "\nNo camera was found. What to check:\n";
+    for (const std::string& check : WhatToCheck(session))
+        std::cout << "  - " << check << '\n';
+}
+
+// Everything by which a camera can be chosen, for the completion of the shell.
+void PrintNames(const Session& session) {
+    for (const Camera& camera : session.Cameras()) {
+        for (const std::string& name : {camera.id, camera.serial, camera.userName}) {
+            if (!name.empty()) std::cout << name << '\n';
+        }
+    }
+}
+
+void PrintJson(const Session& session) {
+    const Json result = {{"producers", ProducersAsJson(session)},
+                         {"interfaces", InterfacesAsJson(session)},
+                         {"cameras", CamerasAsJson(session)}};
+    // Producers should speak UTF-8; what is not becomes a replacement character.
+    std::cout << result.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+}
+
+ExitCode RunList(const ListOptions& options) {
+    const Session session(options.session, options.names ? Session::Detail::Cameras
+                                                         : Session::Detail::CamerasAndOwners);
+    if (options.names) {
+        PrintNames(session);
+    } else if (options.session.json) {
+        PrintJson(session);
+    } else {
+        PrintText(session);
+    }
+    if (!session.HasInterfaceList()) return ExitCode::NoProducer;
+    return session.Cameras().empty() ? ExitCode::NoCamera : ExitCode::Ok;
+}
+
+}  // namespace
+
+void AddListCommand(CLI::App& app, Invocation& invocation) {
+    auto options = std::make_shared<ListOptions>();
+    CLI::App* command = app.add_subcommand("list", "List producers, interfaces and cameras");
+    AddSessionOptions(*command, options->session);
+    command->add_flag("--names", options->names)->group("");
+    command->footer(
+        "Examples:\n"
+        "  zelcam list\n"
+        "  zelcam list --producer /opt/vendor/lib/vendor.cti\n"
+        "  zelcam list --json\n\n"
+        "A producer or interface that fails is listed with the reason; the others go on working.");
+    command->callback([options, &invocation] {
+        invocation.json = options->session.json;
+        invocation.run = [options] { return RunList(*options); };
+    });
+}

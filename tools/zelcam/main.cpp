@@ -1,0 +1,92 @@
+// zelcam: cameras from the command line. One source per subcommand, see commands.h.
+
+#include <cstdio>
+#include <exception>
+#include <iostream>
+
+#include <nlohmann/json.hpp>
+
+#include "tools/zelcam/commands.h"
+
+namespace {
+
+constexpr const char* help =
+    "Exit codes:\n"
+    "    0  success\n"
+    "    1  wrong option or argument\n"
+    "    2  a producer that is needed does not work\n"
+    "    3  no camera, no such camera, or several that fit\n"
+    "    4  the camera cannot be opened\n"
+    "    5  the acquisition failed\n"
+    "    6  no frame arrived in time\n"
+    "    7  a file cannot be written, or a frame not be converted\n"
+    "  130  ended with Ctrl-C before all frames had come\n\n"
+    "Examples:\n"
+    "  zelcam list\n"
+    "  zelcam grab -o picture.png\n"
+    "  zelcam grab --help";
+
+void TellFailure(const std::string& message, ExitCode code, bool json) {
+    if (!json) {
+        std::cerr << "zelcam: " << message << '\n';
+        return;
+    }
+    using Json = nlohmann::ordered_json;
+    const Json failure = {{"exitCode", static_cast<int>(code)}, {"error", message}};
+    std::cout << failure.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+}
+
+ExitCode Run(const Invocation& invocation) {
+    ExitCode code = ExitCode::Ok;
+    try {
+        code = invocation.run();
+        std::cout.flush();
+        if (!std::cout) throw Failure(ExitCode::CannotWrite, "the output cannot be written");
+    } catch (const Failure& failure) {
+        code = failure.Code();
+        TellFailure(failure.what(), code, invocation.json);
+    } catch (const std::exception& error) {
+        code = ExitCode::AcquisitionFailed;
+        TellFailure(error.what(), code, invocation.json);
+    }
+    return code;
+}
+
+ExitCode ParseAndRun(int argc, char** argv) {
+    CLI::App app("Find cameras and grab frames from them", "zelcam");
+    app.set_version_flag("--version", "zelcam " ZELCAM_VERSION);
+    app.set_help_flag("-h,--help", "Print this help");
+    app.footer(help);
+    app.require_subcommand(1);
+    app.get_formatter()->column_width(24);
+    Invocation invocation;
+    AddListCommand(app, invocation);
+    AddGrabCommand(app, invocation);
+    if (argc == 1) {
+        std::cerr << app.help();
+        return ExitCode::Usage;
+    }
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (app.get_subcommands().empty() && !app.remaining().empty()) {
+            TellFailure(
+                "there is no command \"" + app.remaining().front() + "\"; see zelcam --help",
+                ExitCode::Usage, false);
+            return ExitCode::Usage;
+        }
+        return app.exit(error) == 0 ? ExitCode::Ok : ExitCode::Usage;
+    }
+    return Run(invocation);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return static_cast<int>(ParseAndRun(argc, argv));
+    } catch (...) {
+        std::fputs("zelcam: the program could not start\n", stderr);
+        return static_cast<int>(ExitCode::Usage);
+    }
+}

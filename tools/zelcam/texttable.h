@@ -1,0 +1,21 @@
+// Rows of text in columns.
+#ifndef ZELCAM_TOOLS_ZELCAM_TEXTTABLE_H
+#define ZELCAM_TOOLS_ZELCAM_TEXTTABLE_H
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+// Prints rows with columns as wide as their widest cell. Empty cells show as "-".
+class TextTable {
+  public:
+    explicit TextTable(std::vector<std::string> headings);
+
+    void AddRow(std::vector<std::string> cells);
+    void Print(std::ostream& out) const;
+
+  private:
+    std::vector<std::vector<std::string>> rows_;  // the first holds the headings
+};
+
+#endif  // ZELCAM_TOOLS_ZELCAM_TEXTTABLE_H

@@ -1,0 +1,97 @@
+#include "tools/zelcam/words.h"
+
+namespace {
+
+constexpr struct {
+    ZelCamErr code;
+    const char* words;
+} meanings[] = {
+    {ZelCamErr_Success, "success"},
+    {ZelCamErr_Error, "unspecified failure"},
+    {ZelCamErr_NoNodeMap, "it has no parameters"},
+    {ZelCamErr_AcquisitionActive, "refused while frames are being grabbed"},
+    {ZelCamErr_GenTL_Error, "the producer reports an unspecified error"},
+    {ZelCamErr_GenTL_NotInitialized, "the producer was not initialised"},
+    {ZelCamErr_GenTL_NotImplemented, "the producer cannot do this"},
+    {ZelCamErr_GenTL_ResourceInUse, "somebody else uses it"},
+    {ZelCamErr_GenTL_AccessDenied, "access denied"},
+    {ZelCamErr_GenTL_InvalidHandle, "the producer does not know the handle"},
+    {ZelCamErr_GenTL_InvalidId, "the producer does not know the identifier"},
+    {ZelCamErr_GenTL_NoData, "no data"},
+    {ZelCamErr_GenTL_InvalidParameter, "the producer refuses a value as invalid"},
+    {ZelCamErr_GenTL_Io, "communication failed"},
+    {ZelCamErr_GenTL_Timeout, "no answer in time"},
+    {ZelCamErr_GenTL_Abort, "the operation was ended early"},
+    {ZelCamErr_GenTL_InvalidBuffer, "too few buffers, or an invalid one"},
+    {ZelCamErr_GenTL_NotAvailable, "not available, or the producer lacks a function"},
+    {ZelCamErr_GenTL_InvalidAddress, "there is nothing at that address"},
+    {ZelCamErr_GenTL_BufferTooSmall, "a buffer is too small"},
+};
+
+const char* Meaning(ZelCamErr code) {
+    for (const auto& meaning : meanings) {
+        if (meaning.code == code) return meaning.words;
+    }
+    // The range that the GenTL standard leaves to producers.
+    return code <= -10000 && code > -40000 ? "an error of this producer's own"
+                                           : "an error without a name";
+}
+
+}  // namespace
+
+std::string ErrorWords(ZelCamErr code) {
+    return std::string(Meaning(code)) + " (" + std::to_string(code) + ")";
+}
+
+std::string AccessWords(int32_t accessStatus) {
+    switch (accessStatus) {
+        case 1:
+            return "free";
+        case 2:
+            return "read-only";
+        case 3:
+            return "no access";
+        case 4:
+            return "in use";
+        case 5:
+            return "open";
+        case 6:
+            return "open read-only";
+        default:
+            return "unknown";
+    }
+}
+
+std::string InterfaceTypeWords(ZelCam::InterfaceType type) {
+    switch (type) {
+        case ZelCam::InterfaceType::U3V:
+            return "USB3 Vision";
+        case ZelCam::InterfaceType::GEV:
+            return "GigE Vision";
+        case ZelCam::InterfaceType::CL:
+            return "Camera Link";
+        case ZelCam::InterfaceType::CXP:
+            return "CoaXPress";
+        case ZelCam::InterfaceType::HDSDI:
+            return "HD-SDI";
+        default:
+            return "other";
+    }
+}
+
+std::string InterfaceTypeName(ZelCam::InterfaceType type) {
+    switch (type) {
+        case ZelCam::InterfaceType::U3V:
+            return "U3V";
+        case ZelCam::InterfaceType::GEV:
+            return "GEV";
+        case ZelCam::InterfaceType::CL:
+            return "CL";
+        case ZelCam::InterfaceType::CXP:
+            return "CXP";
+        case ZelCam::InterfaceType::HDSDI:
+            return "HDSDI";
+        default:
+            return "Unknown";
+    }
+}

@@ -1,0 +1,40 @@
+// The library's pixel-type codes: the table that describes each of them, and the lookups that turn
+// what a producer reports into a code.
+#ifndef UTILS_PIXELTYPES_H
+#define UTILS_PIXELTYPES_H
+
+#include <array>
+#include <cstdint>
+
+#include "ZelCam/PixelType.h"
+#include "gentl/PFNC.h"
+
+// Position of a component, named by its letter, within a pixel; -1 for a component it does not
+// have.
+int32_t GetIndexMONO(int16_t letter);
+int32_t GetIndexRGB(int16_t letter);
+int32_t GetIndexBGR(int16_t letter);
+int32_t GetIndexRGBA(int16_t letter);
+int32_t GetIndexBGRA(int16_t letter);
+int32_t GetIndexYUV(int16_t letter);
+
+struct ColorModelDescription {
+    const char* name;
+    const char*
+        components;  // of a pixel, or of the mosaic's cell: letters with blanks between them
+    uint32_t channels;
+    uint32_t bitsPerChannel;
+    int32_t (*indexOf)(int16_t letter);
+    uint32_t variant;  // phase of a TrueSense pattern, else 0
+    uint32_t pixelType;
+};
+
+// One row a code: the row of a code is (code & 0xFF) - 1.
+extern const std::array<ColorModelDescription, 133> s_colorModelDescription;
+
+// The code of a PFNC pixel format, and of a GigE Vision "Packed" format; 0 for formats without one.
+// Formats in RGB order have no PFNC mapping, those in BGR order have: applications rely on it.
+II_PIXEL_TYPE_DEFINES PFNCToZelPixelType(GenICam_3_0::PFNC::PixelFormatStandardValue value);
+II_PIXEL_TYPE_DEFINES GevToZelPixelType(uint32_t value);
+
+#endif  // UTILS_PIXELTYPES_H
