@@ -8,7 +8,6 @@
 #ifndef ZELSIM_H
 #define ZELSIM_H
 
-// NOLINTBEGIN(modernize-deprecated-headers,modernize-use-using): programs in C include this, too.
 #include <stddef.h>
 #include <stdint.h>
 
@@ -88,6 +87,5 @@ typedef size_t (*PZelSim_GetNumOpenHandles)(void);
 #ifdef __cplusplus
 }  // extern "C"
 #endif
-// NOLINTEND(modernize-deprecated-headers,modernize-use-using)
 
 #endif  // ZELSIM_H
