@@ -88,7 +88,7 @@ TEST_F(AcquisitionTest, FramesWithoutBufferAreUnderruns) {
 
 TEST_F(AcquisitionTest, DropsAndTearsFramesOnDemand) {
     OpenCamera("frameRate='0' dropEvery='4' incompleteEvery='3' width='64' height='64'");
-    memory.assign(64 * 64, 0xEE);
+    memory.assign(4096, 0xEE);
     BUFFER_HANDLE buffer = nullptr;
     ASSERT_EQ(p.DSAnnounceBuffer(stream, memory.data(), memory.size(), nullptr, &buffer), 0);
     ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
@@ -227,7 +227,7 @@ TEST_F(AcquisitionTest, AnnouncesAndRevokesMemory) {
 
 TEST_F(AcquisitionTest, FrameLargerThanBufferIsCut) {
     OpenCamera("frameRate='0' width='64' height='64'");
-    memory.assign(64 * 10 + 5, 0xEE);
+    memory.assign(645, 0xEE);
     BUFFER_HANDLE buffer = nullptr;
     ASSERT_EQ(p.DSAnnounceBuffer(stream, memory.data(), memory.size(), nullptr, &buffer), 0);
     ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
