@@ -61,7 +61,9 @@ const char* DeviceInfoImpl::GetUSB3HostInfo() {
 
 const char* DeviceInfoImpl::Info(std::string& buffer, int cmd) {
     return ZeroOnError([&] {
-        buffer = GetDevInfoString(parent_->module(), id_, cmd);
+        // Copied into place: a text handed out before shows the new one.
+        const std::string text = GetDevInfoString(parent_->module(), id_, cmd);
+        buffer = text;
         return buffer.c_str();
     });
 }

@@ -95,6 +95,7 @@ void EventHandlers::EventThread(EventInfo_t& entry) {
             entry.stateChanged.notify_all();
         }
         result = Dispatch(entry, event, maxSize);
+        RefuseSubscribers(entry);
         Unregister(entry);
     }
     SetEnded(entry, result);
@@ -138,6 +139,13 @@ bool EventHandlers::HasSubscribers(EventInfo_t& entry) {
     return entry.dispatching;
 }
 
+// Before the event is unregistered: a subscriber that came meanwhile would be accepted and never
+// called.
+void EventHandlers::RefuseSubscribers(EventInfo_t& entry) {
+    const std::lock_guard<std::mutex> lock(entry.subscribersMutex);
+    entry.dispatching = false;
+}
+
 // Subscribers are given the whole buffer, so that they see the same length with every event.
 void EventHandlers::Deliver(EventInfo_t& entry, const std::vector<std::byte>& data) {
     std::list<CallbackInfo_t> subscribers;
@@ -163,10 +171,7 @@ void EventHandlers::Unregister(EventInfo_t& entry) const {
 }
 
 void EventHandlers::SetEnded(EventInfo_t& entry, int resultCode) {
-    {
-        const std::lock_guard<std::mutex> lock(entry.subscribersMutex);
-        entry.dispatching = false;
-    }
+    RefuseSubscribers(entry);
     const std::lock_guard<std::mutex> state(entry.stateMutex);
     entry.resultCode = resultCode;
     entry.ended = true;

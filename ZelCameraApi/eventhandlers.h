@@ -117,6 +117,7 @@ class EventHandlers {
     int QueryMaxSize(GenTL::EVENT_HANDLE event, size_t* maxSize) const;
     int Dispatch(EventInfo_t& entry, GenTL::EVENT_HANDLE event, size_t maxSize) const;
     static bool HasSubscribers(EventInfo_t& entry);
+    static void RefuseSubscribers(EventInfo_t& entry);
     static void Deliver(EventInfo_t& entry, const std::vector<std::byte>& data);
     void Unregister(EventInfo_t& entry) const;
     static void SetEnded(EventInfo_t& entry, int resultCode);

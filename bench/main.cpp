@@ -4,7 +4,6 @@
 //
 // The cases run several times in random order, so that a pair is compared under the same
 // conditions; at the end stand the ratios of their medians. All options of Google Benchmark work.
-#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <map>
@@ -15,16 +14,15 @@
 
 namespace {
 
-// Shows the runs as usual and keeps the CPU time per frame of each.
+// Shows the results as usual and keeps the median CPU time per frame of each case.
 class PairReporter : public benchmark::ConsoleReporter {
   public:
     void ReportRuns(const std::vector<Run>& runs) override {
         ConsoleReporter::ReportRuns(runs);
         for (const Run& run : runs) {
-            if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
+            if (run.error_occurred || run.aggregate_name != "median") continue;
             const std::string& name = run.run_name.function_name;
-            cpuTimes_[name].push_back(run.cpu_accumulated_time /
-                                      static_cast<double>(run.iterations));
+            nanoseconds_[name] = run.GetAdjustedCPUTime();
         }
     }
 
@@ -32,33 +30,25 @@ class PairReporter : public benchmark::ConsoleReporter {
         printf("\nCPU time per frame, medians\n%-14s %12s %12s %8s\n", "camera", "bare", "library",
                "ratio");
         const std::string prefix = "BareLoop/";
-        for (const auto& [name, times] : cpuTimes_) {
+        for (const auto& [name, bare] : nanoseconds_) {
             if (name.compare(0, prefix.size(), prefix) != 0) continue;
             const std::string camera = name.substr(prefix.size());
-            const auto library = cpuTimes_.find("LibraryLoop/" + camera);
-            if (library == cpuTimes_.end()) continue;
-            const double bare = Median(times);
-            const double ours = Median(library->second);
-            printf("%-14s %9.2f us %9.2f us %8.2f\n", camera.c_str(), bare * 1e6, ours * 1e6,
-                   ours / bare);
+            const auto library = nanoseconds_.find("LibraryLoop/" + camera);
+            if (library == nanoseconds_.end()) continue;
+            printf("%-14s %9.0f ns %9.0f ns %8.2f\n", camera.c_str(), bare, library->second,
+                   library->second / bare);
         }
     }
 
   private:
-    static double Median(std::vector<double> values) {
-        const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-        std::nth_element(values.begin(), middle, values.end());
-        return *middle;
-    }
-
-    std::map<std::string, std::vector<double>> cpuTimes_;
+    std::map<std::string, double> nanoseconds_;
 };
 
 // Options of the command line come after these and win.
 int Run(int argc, char** argv) {
-    std::vector<std::string> options = {argv[0], "--benchmark_repetitions=9",
-                                        "--benchmark_min_time=0.2",
-                                        "--benchmark_enable_random_interleaving=true"};
+    std::vector<std::string> options = {
+        argv[0], "--benchmark_repetitions=9", "--benchmark_min_time=0.2",
+        "--benchmark_enable_random_interleaving=true", "--benchmark_display_aggregates_only=true"};
     options.insert(options.end(), argv + 1, argv + argc);
     std::vector<char*> arguments;
     for (std::string& option : options)

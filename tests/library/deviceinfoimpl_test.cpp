@@ -66,9 +66,16 @@ TEST_F(DeviceInfoTest, EachTextHasItsOwnBuffer) {
         texts.push_back((info->*getter.get)());
     for (size_t i = 0; i < texts.size(); ++i)
         EXPECT_STREQ(texts[i], getters[i].text);
-    Answer("IFGetDeviceInfo", 1, Scripted::Gives("VENDOR of cam1"));
-    EXPECT_EQ(info->GetVendor(), texts[0]);
-    EXPECT_STREQ(texts[0], "VENDOR of cam1");
+
+    // A second text of the same length takes the place of the first, long or short.
+    for (const size_t length : {14U, 200U}) {
+        Answer("IFGetDeviceInfo", 1, Scripted::Gives(std::string(length, 'a')));
+        const char* const first = info->GetVendor();
+        const std::string second(length, 'b');
+        Answer("IFGetDeviceInfo", 1, Scripted::Gives(second));
+        ASSERT_EQ(info->GetVendor(), first);
+        EXPECT_EQ(first, second);
+    }
 }
 
 TEST_F(DeviceInfoTest, IdentifierAndInterfaceAreKnown) {

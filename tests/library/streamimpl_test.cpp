@@ -1,6 +1,8 @@
 #include "ZelCameraApi/streamimpl.h"
 
+#include <algorithm>
 #include <array>
+#include <functional>
 #include <thread>
 
 #include "tests/library/fixture.h"

@@ -124,6 +124,9 @@ class Control {
     virtual bool AwaitCount(const std::string& function, size_t count,
                             int64_t command = AnyCommand) = 0;
 
+    // Waits until a thread is inside the default wait for an event of a module.
+    virtual bool AwaitWaiter(void* module, int32_t eventType) = 0;
+
     // Open handles as text ("device cam0"), and "library" for each GCInitLib without GCCloseLib.
     virtual std::vector<std::string> GetOpenHandles() = 0;
 

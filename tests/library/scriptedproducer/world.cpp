@@ -108,6 +108,14 @@ bool World::AwaitCount(const std::string& function, size_t count, int64_t comman
     return changed_.wait_for(lock, Patience, [&] { return counts_[{function, command}] >= count; });
 }
 
+bool World::AwaitWaiter(void* module, int32_t eventType) {
+    std::unique_lock lock(mutex_);
+    return changed_.wait_for(lock, Patience, [&] {
+        void* const event = FindEvent(module, eventType);
+        return event != nullptr && objects_.at(event).waiting;
+    });
+}
+
 std::vector<std::string> World::GetOpenHandles() {
     const std::lock_guard lock(mutex_);
     std::vector<std::string> names(static_cast<size_t>(std::max(initialised_, 0)), "library");
@@ -203,7 +211,10 @@ void* World::FindEvent(void* module, int32_t eventType) {
 // As the standard has it, a kill without a wait under way ends the next wait.
 GenTL::GC_ERROR World::AwaitEvent(std::unique_lock<std::mutex>& lock, void* event, void* buffer,
                                   size_t* size, uint64_t timeout) {
-    if (Find(event, Kind::Event, "EventGetData") == nullptr) return GenTL::GC_ERR_INVALID_HANDLE;
+    Object* const registration = Find(event, Kind::Event, "EventGetData");
+    if (registration == nullptr) return GenTL::GC_ERR_INVALID_HANDLE;
+    registration->waiting = true;
+    changed_.notify_all();
     const auto ready = [this, event] {
         const auto found = objects_.find(event);
         return found == objects_.end() || found->second.killed || !found->second.queue.empty();
@@ -211,11 +222,13 @@ GenTL::GC_ERROR World::AwaitEvent(std::unique_lock<std::mutex>& lock, void* even
     if (timeout == GENTL_INFINITE) {
         changed_.wait(lock, ready);
     } else if (!changed_.wait_for(lock, std::chrono::milliseconds(timeout), ready)) {
+        objects_.at(event).waiting = false;
         return GenTL::GC_ERR_TIMEOUT;
     }
     const auto found = objects_.find(event);
     if (found == objects_.end()) return GenTL::GC_ERR_ABORT;
     Object& object = found->second;
+    object.waiting = false;
     if (std::exchange(object.killed, false)) return GenTL::GC_ERR_ABORT;
     const std::vector<uint8_t>& data = object.queue.front();
     const size_t room = std::exchange(*size, data.size());

@@ -37,6 +37,7 @@ struct Object {
     int32_t eventType = 0;
     std::deque<std::vector<uint8_t>> queue;
     bool killed = false;
+    bool waiting = false;
 };
 
 // The value of an information command.
@@ -77,6 +78,7 @@ class World final : public Control {
     std::vector<Call> TakeCalls() override;
     size_t GetCount(const std::string& function, int64_t command) override;
     bool AwaitCount(const std::string& function, size_t count, int64_t command) override;
+    bool AwaitWaiter(void* module, int32_t eventType) override;
     std::vector<std::string> GetOpenHandles() override;
     std::vector<std::string> GetMisuses() override;
     void* FindHandle(const std::string& name) override;

@@ -1,0 +1,387 @@
+#include "ZelCameraApi/eventhandlers.h"
+
+#include <array>
+#include <atomic>
+#include <functional>
+#include <future>
+#include <stdexcept>
+
+#include "tests/library/fixture.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using ZelCameraApi::Internal::EventHandlers;
+using ZelCameraApi::Internal::GenTLLib;
+
+namespace {
+
+// A callback that runs a function of the test's.
+class Hook {
+  public:
+    explicit Hook(std::function<void()> function) : function_(std::move(function)) {}
+    static void Call(const void* /*data*/, size_t /*size*/, void* self) {
+        static_cast<Hook*>(self)->function_();
+    }
+
+  private:
+    std::function<void()> function_;
+};
+
+class EventHandlersTest : public ScriptedTest {
+  protected:
+    void TearDown() override {
+        handlers.reset();
+        ScriptedTest::TearDown();
+    }
+
+    bool Fire(int type, const std::vector<uint8_t>& data = {1}) {
+        return producer.FireEvent(module, type, data);
+    }
+    void Register(Subscriber& subscriber, int type = 5) {
+        EXPECT_EQ(handlers->RegisterEvent(module, type, Subscriber::Form1, &subscriber), 0);
+    }
+
+    // Ends all dispatching before the objects declared above it are destroyed.
+    class Ending {
+      public:
+        explicit Ending(EventHandlers& handlers) : handlers_(handlers) {}
+        ~Ending() { handlers_.clear(); }
+        Ending(const Ending&) = delete;
+        Ending& operator=(const Ending&) = delete;
+
+      private:
+        EventHandlers& handlers_;
+    };
+
+    void* const module = reinterpret_cast<void*>(uintptr_t{0xABC0});
+    std::shared_ptr<GenTLLib> lib = std::make_shared<GenTLLib>(ProducerPath("libZelCTI.cti"));
+    std::unique_ptr<EventHandlers> handlers = std::make_unique<EventHandlers>(lib);
+};
+
+}  // namespace
+
+TEST_F(EventHandlersTest, OneThreadServesAllSubscribersOfAnEvent) {
+    Subscriber first;
+    Subscriber second;
+    const Ending ending(*handlers);
+    Register(first);
+    EXPECT_EQ(handlers->RegisterEvent2(module, 5, Subscriber::Form2, &second), 0);
+    ASSERT_TRUE(Fire(5, {7, 8, 9}));
+    const auto one = first.Await(1);
+    const auto two = second.Await(1);
+    EXPECT_EQ(one[0].type, 0U);
+    EXPECT_EQ(two[0].type, 5U);
+    for (const auto& event : {one[0], two[0]}) {
+        // The whole buffer of the size that the producer tells.
+        ASSERT_EQ(event.data.size(), 64U);
+        EXPECT_THAT((std::vector<uint8_t>{event.data.begin(), event.data.begin() + 4}),
+                    ElementsAre(7, 8, 9, 0));
+    }
+    ASSERT_TRUE(producer.AwaitCount("EventGetData", 2));
+    const std::vector<Scripted::Call> calls = producer.TakeCalls();
+    ASSERT_EQ(calls.size(), 4U);
+    EXPECT_EQ(calls[0].Text(), "GCRegisterEvent 5");
+    EXPECT_EQ(calls[0].handle, module);
+    EXPECT_EQ(calls[1].Text(), "EventGetInfo 4");
+    EXPECT_EQ(calls[2].Text(), "EventGetData 18446744073709551615");
+    EXPECT_EQ(calls[1].handle, producer.FindHandle("event 5"));
+}
+
+TEST_F(EventHandlersTest, EachEventTypeAndModuleHasItsOwnThread) {
+    Subscriber a;
+    Subscriber b;
+    Subscriber c;
+    const Ending ending(*handlers);
+    void* const other = reinterpret_cast<void*>(uintptr_t{0xABD0});
+    Register(a, 3);
+    Register(b, 5);
+    EXPECT_EQ(handlers->RegisterEvent(other, 5, Subscriber::Form1, &c), 0);
+    ASSERT_TRUE(Fire(5));
+    ASSERT_TRUE(producer.FireEvent(other, 5, {2}));
+    ASSERT_TRUE(Fire(3, {3}));
+    EXPECT_EQ(a.Await(1).at(0).data.at(0), 3);
+    EXPECT_EQ(b.Await(1).at(0).data.at(0), 1);
+    EXPECT_EQ(c.Await(1).at(0).data.at(0), 2);
+    EXPECT_EQ(producer.GetCount("GCRegisterEvent"), 3U);
+}
+
+TEST_F(EventHandlersTest, ASubscriptionMadeTwiceIsCalledTwiceInOrder) {
+    std::promise<std::string> order;
+    std::string calls;
+    Hook a([&] { calls += 'a'; });
+    Hook b([&] { calls += 'b'; });
+    Hook last([&] { order.set_value(calls); });
+    const Ending ending(*handlers);
+    for (Hook* hook : {&a, &b, &a, &last})
+        EXPECT_EQ(handlers->RegisterEvent(module, 5, Hook::Call, hook), 0);
+    // The first equal subscription goes.
+    EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Hook::Call, &a), 0);
+    ASSERT_TRUE(Fire(5));
+    auto result = order.get_future();
+    ASSERT_EQ(result.wait_for(Patience), std::future_status::ready);
+    EXPECT_EQ(result.get(), "ba");
+}
+
+TEST_F(EventHandlersTest, AFailingStartGivesItsCodeAndTheNextRegistrationTriesAgain) {
+    Subscriber subscriber;
+    const Ending ending(*handlers);
+    for (const int32_t code : {-1003, -20000, 1}) {
+        Fail("GCRegisterEvent", code, 5, 0, 2);
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_EQ(handlers->RegisterEvent(module, 5, Subscriber::Form1, &subscriber), code);
+            EXPECT_THAT(Calls(), ElementsAre("GCRegisterEvent 5"));
+        }
+    }
+    EXPECT_EQ(handlers->RegisterEvent2(module, 5, Subscriber::Form2, &subscriber), 0);
+    ASSERT_TRUE(Fire(5));
+    EXPECT_FALSE(subscriber.Await(1).empty());
+}
+
+TEST_F(EventHandlersTest, AFailingSizeQueryEndsTheStartWithoutUnregistering) {
+    Subscriber subscriber;
+    const Ending ending(*handlers);
+    Fail("EventGetInfo", -1010, 4, 0, 1);
+    EXPECT_EQ(handlers->RegisterEvent(module, 5, Subscriber::Form1, &subscriber), -1010);
+    EXPECT_THAT(Calls(), ElementsAre("GCRegisterEvent 5", "EventGetInfo 4"));
+    EXPECT_THAT(producer.GetOpenHandles(), ElementsAre("event 5"));
+    // Tried again, where this producer finds the event still registered.
+    EXPECT_EQ(handlers->RegisterEvent(module, 5, Subscriber::Form1, &subscriber), -1004);
+    expectedOpen = {"event 5"};
+}
+
+TEST_F(EventHandlersTest, SizeOfTheEventBuffer) {
+    const struct {
+        Scripted::Reply reply;
+        size_t size;
+    } cases[] = {{Scripted::Fails(-1014), 1024},
+                 {Scripted::Fails(-1006), 1024},
+                 {Scripted::Gives(size_t{8}, GenTL::INFO_DATATYPE_SIZET), 8},
+                 {Scripted::Gives(size_t{4000}, GenTL::INFO_DATATYPE_SIZET), 4000}};
+    int type = 100;
+    for (const auto& c : cases) {
+        Answer("EventGetInfo", 4, c.reply);
+        Subscriber subscriber;
+        const Ending ending(*handlers);
+        Register(subscriber, ++type);
+        ASSERT_TRUE(Fire(type, {1, 2}));
+        EXPECT_EQ(subscriber.Await(1).at(0).data.size(), c.size);
+    }
+}
+
+TEST_F(EventHandlersTest, TheEventBufferGrowsWithTheEventAndStaysSo) {
+    Subscriber subscriber;
+    const Ending ending(*handlers);
+    Register(subscriber);
+    std::vector<uint8_t> large(100, 0xEE);
+    ASSERT_TRUE(Fire(5, large));
+    ASSERT_TRUE(Fire(5, {0x11}));
+    const auto events = subscriber.Await(2);
+    EXPECT_EQ(events[0].data, large);
+    large[0] = 0x11;  // what is behind the event's data is left from before
+    EXPECT_EQ(events[1].data, large);
+    ASSERT_TRUE(producer.AwaitCount("EventGetData", 4));  // one of them the repetition
+}
+
+TEST_F(EventHandlersTest, OnlyTheSamePairIsUnregistered) {
+    Subscriber subscriber;
+    Subscriber other;
+    const Ending ending(*handlers);
+    EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Subscriber::Form1, &subscriber), -1002);
+    Register(subscriber);
+    EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Subscriber::Form1, &other), -1002);
+    EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Hook::Call, &subscriber), -1002);
+    EXPECT_EQ(handlers->UnRegisterEvent2(module, 5, Subscriber::Form2, &subscriber), -1002);
+    EXPECT_EQ(handlers->UnRegisterEvent(module, 6, Subscriber::Form1, &subscriber), -1002);
+    EXPECT_EQ(handlers->UnRegisterEvent(nullptr, 5, Subscriber::Form1, &subscriber), -1002);
+    ASSERT_TRUE(Fire(5));
+    EXPECT_EQ(subscriber.Await(1).size(), 1U);  // still subscribed
+    EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Subscriber::Form1, &subscriber), 0);
+    EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Subscriber::Form1, &subscriber), -1002);
+}
+
+TEST_F(EventHandlersTest, WithoutSubscribersTheThreadEndsAtItsNextEvent) {
+    std::array<Subscriber, 5> subscribers;
+    const Ending ending(*handlers);
+    Register(subscribers[0]);
+    ASSERT_TRUE(producer.AwaitCount("EventGetData", 1));
+    EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Subscriber::Form1, &subscribers[0]), 0);
+    EXPECT_EQ(producer.GetCount("GCUnregisterEvent"), 0U);
+
+    // A thread that waits serves the next subscriber too; one that has ended is started afresh.
+    for (size_t i = 1; i < subscribers.size(); ++i) {
+        Register(subscribers[i]);
+        EXPECT_EQ(producer.GetCount("GCRegisterEvent"), i);
+        ASSERT_TRUE(Fire(5, {42}));
+        EXPECT_EQ(subscribers[i].Await(1).at(0).data.at(0), 42);
+        EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Subscriber::Form1, &subscribers[i]), 0);
+        Fire(5);  // or the thread has seen already that nobody is left
+        ASSERT_TRUE(producer.AwaitCount("GCUnregisterEvent", i));
+        EXPECT_EQ(subscribers[i].Await(1).size(), 1U);
+    }
+}
+
+TEST_F(EventHandlersTest, AFailingWaitEndsTheThreadAndARegistrationRestartsIt) {
+    for (const int32_t code : {-1001, -1012, -20000}) {
+        Subscriber subscriber;
+        Subscriber second;
+        const Ending ending(*handlers);
+        const size_t ended = producer.GetCount("GCUnregisterEvent");
+        Fail("EventGetData", code, Scripted::AnyCommand, 0, 1);
+        Register(subscriber);
+        ASSERT_TRUE(producer.AwaitCount("GCUnregisterEvent", ended + 1));
+        // The old subscription counts again.
+        EXPECT_EQ(handlers->RegisterEvent2(module, 5, Subscriber::Form2, &second), 0);
+        ASSERT_TRUE(Fire(5));
+        subscriber.Await(1);
+        second.Await(1);
+    }
+}
+
+TEST_F(EventHandlersTest, ClearEndsWaitingThreads) {
+    Subscriber subscriber;
+    const Ending ending(*handlers);
+    for (const int type : {3, 4, 5})
+        Register(subscriber, type);
+    ASSERT_TRUE(producer.AwaitCount("EventGetData", 3));
+    Calls();
+    handlers->clear();
+    EXPECT_THAT(Calls(), ElementsAre("EventKill", "GCUnregisterEvent 3",  //
+                                     "EventKill", "GCUnregisterEvent 4",  //
+                                     "EventKill", "GCUnregisterEvent 5"));
+    EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Subscriber::Form1, &subscriber), -1002);
+    Register(subscriber);  // usable again
+}
+
+TEST_F(EventHandlersTest, KillThreadEndsOneEntry) {
+    Subscriber subscriber;
+    const Ending ending(*handlers);
+    Register(subscriber, 3);
+    Register(subscriber, 5);
+    handlers->KillThread({module, 3});
+    EXPECT_EQ(producer.FindHandle("event 3"), nullptr);
+    EXPECT_NE(producer.FindHandle("event 5"), nullptr);
+    EXPECT_THROW(handlers->KillThread({module, 3}), std::out_of_range);
+}
+
+TEST_F(EventHandlersTest, EntriesThatNeverStartedAreClearedToo) {
+    Subscriber subscriber;
+    const Ending ending(*handlers);
+    Fail("GCRegisterEvent", -1003);
+    EXPECT_EQ(handlers->RegisterEvent(module, 5, Subscriber::Form1, &subscriber), -1003);
+    handlers->clear();
+    EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Subscriber::Form1, &subscriber), -1002);
+}
+
+TEST_F(EventHandlersTest, CallbacksMayRegisterAndUnregister) {
+    Subscriber same;
+    Subscriber other;
+    std::promise<void> done;
+    Hook hook([&] {
+        EXPECT_EQ(handlers->RegisterEvent(module, 5, Subscriber::Form1, &same), 0);
+        EXPECT_EQ(handlers->RegisterEvent(module, 6, Subscriber::Form1, &other), 0);
+        EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Hook::Call, &hook), 0);
+        done.set_value();
+    });
+    const Ending ending(*handlers);
+    EXPECT_EQ(handlers->RegisterEvent(module, 5, Hook::Call, &hook), 0);
+    ASSERT_TRUE(Fire(5, {1}));
+    ASSERT_EQ(done.get_future().wait_for(Patience), std::future_status::ready);
+    ASSERT_TRUE(Fire(5, {2}));
+    ASSERT_TRUE(Fire(6, {3}));
+    EXPECT_EQ(same.Await(1).at(0).data.at(0), 2);  // from the next event on
+    EXPECT_EQ(other.Await(1).at(0).data.at(0), 3);
+}
+
+TEST_F(EventHandlersTest, ASubscriberRemovedDuringDispatchIsCalledOnceMore) {
+    Subscriber removed;
+    Subscriber after;
+    Hook hook([&] { handlers->UnRegisterEvent(module, 5, Subscriber::Form1, &removed); });
+    const Ending ending(*handlers);
+    EXPECT_EQ(handlers->RegisterEvent(module, 5, Hook::Call, &hook), 0);
+    Register(removed);
+    Register(after);
+    ASSERT_TRUE(Fire(5));
+    ASSERT_TRUE(Fire(5));
+    after.Await(2);
+    EXPECT_EQ(removed.Await(1).size(), 1U);  // the list was copied before
+}
+
+TEST_F(EventHandlersTest, KillingItsOwnThreadOnlyEndsTheWait) {
+    std::promise<void> done;
+    Hook hook([&] {
+        handlers->KillThread({module, 5});
+        done.set_value();
+    });
+    const Ending ending(*handlers);
+    EXPECT_EQ(handlers->RegisterEvent(module, 5, Hook::Call, &hook), 0);
+    ASSERT_TRUE(Fire(5));
+    ASSERT_EQ(done.get_future().wait_for(Patience), std::future_status::ready);
+    ASSERT_TRUE(producer.AwaitCount("GCUnregisterEvent", 1));
+    // The entry is still there.
+    EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Hook::Call, &hook), 0);
+}
+
+TEST_F(EventHandlersTest, ClearWaitsForACallbackThatRegisters) {
+    std::promise<void> entered;
+    std::promise<void> proceed;
+    std::atomic<bool> left{false};
+    Subscriber other;
+    Hook hook([&] {
+        entered.set_value();
+        proceed.get_future().wait();
+        // Whatever the result is, this must not wait for clear, which waits for this callback.
+        handlers->RegisterEvent(module, 5, Subscriber::Form1, &other);
+        handlers->RegisterEvent(module, 6, Subscriber::Form1, &other);
+        handlers->UnRegisterEvent(module, 6, Subscriber::Form1, &other);
+        left = true;
+    });
+    const Ending ending(*handlers);
+    EXPECT_EQ(handlers->RegisterEvent(module, 5, Hook::Call, &hook), 0);
+    ASSERT_TRUE(Fire(5));
+    ASSERT_EQ(entered.get_future().wait_for(Patience), std::future_status::ready);
+    std::thread clearing([&] { handlers->clear(); });
+    EXPECT_TRUE(producer.AwaitCount("EventKill", 1));
+    proceed.set_value();
+    clearing.join();
+    EXPECT_TRUE(left);
+    EXPECT_THAT(producer.GetOpenHandles(), IsEmpty());
+}
+
+// A producer may answer EventKill with an error, or not have it.
+TEST_F(EventHandlersTest, TheEndDoesNotHangWithoutAKill) {
+    Fail("EventKill", -1003);
+    Subscriber subscriber;
+    Register(subscriber);
+    ASSERT_TRUE(producer.AwaitWaiter(module, 5));
+    handlers.reset();
+    EXPECT_EQ(producer.FindHandle("event 5"), nullptr);
+}
+
+TEST_F(EventHandlersTest, ManyThreadsMayRegisterAtOnce) {
+    constexpr int kThreads = 4;
+    constexpr int kRounds = 25;
+    std::atomic<int> failures{0};
+    std::vector<std::thread> threads;
+    Subscriber subscriber;
+    const Ending ending(*handlers);
+    for (int t = 0; t < kThreads; ++t) {
+        threads.emplace_back([&, t] {
+            for (int i = 0; i < kRounds; ++i) {
+                const int type = 5 + (t + i) % 2;
+                int priv = 0;
+                const auto ignore = [](const void*, size_t, void*) {};
+                failures += handlers->RegisterEvent(module, type, ignore, &priv) != 0 ? 1 : 0;
+                Fire(type);
+                failures += handlers->UnRegisterEvent(module, type, ignore, &priv) != 0 ? 1 : 0;
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(failures, 0);
+    Register(subscriber);
+    ASSERT_TRUE(Fire(5, {99}));
+    bool found = false;
+    for (size_t n = 1; !found; ++n)
+        found = subscriber.Await(n).back().data.at(0) == 99;
+}

@@ -1,0 +1,37 @@
+# The only macros that the public headers bring along, beside those of the standard library, are their
+# own include guards.
+#   cmake -DCOMPILER=... -DINCLUDE=<folder> -DHEADERS=<list> -P macros.cmake
+
+function(read_macros result text)
+    string(MD5 name "${text}")
+    set(source ${WORK}/macros_${name}.cpp)
+    file(WRITE ${source} "${text}")
+    execute_process(COMMAND ${COMPILER} -std=c++17 -dM -E -I${INCLUDE} ${source}
+        OUTPUT_VARIABLE output RESULT_VARIABLE code ERROR_VARIABLE errors)
+    file(REMOVE ${source})
+    if(NOT code EQUAL 0)
+        message(FATAL_ERROR "preprocessing fails: ${errors}")
+    endif()
+    string(REGEX MATCHALL "#define [A-Za-z0-9_]+" macros "${output}")
+    set(${result} ${macros} PARENT_SCOPE)
+endfunction()
+
+set(standard "#include <cstddef>\n#include <cstdint>\n")
+set(public "${standard}")
+foreach(header IN LISTS HEADERS)
+    string(APPEND public "#include \"${header}\"\n")
+endforeach()
+read_macros(before "${standard}")
+read_macros(after "${public}")
+list(REMOVE_ITEM after ${before})
+list(LENGTH HEADERS headers)
+set(guards 0)
+foreach(macro IN LISTS after)
+    if(NOT macro MATCHES "^#define (ZELCAM|ZELGENPARAM)_[A-Z]+_H$")
+        message(SEND_ERROR "a public header leaves: ${macro}")
+    endif()
+    math(EXPR guards "${guards} + 1")
+endforeach()
+if(NOT guards EQUAL headers)
+    message(SEND_ERROR "${guards} include guards for ${headers} headers")
+endif()

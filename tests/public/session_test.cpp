@@ -1,0 +1,347 @@
+// What an application does, through the shared library alone, with the simulated cameras.
+#include <chrono>
+#include <condition_variable>
+#include <dlfcn.h>
+#include <iterator>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "ZelCam/ZelCam.h"
+#include "producers/simulator/zelsim.h"
+#include "tests/public/slot.h"
+
+namespace {
+
+using ZelCam::DeviceAccess;
+using ZelCam::InterfaceType;
+
+struct Releaser {
+    template <typename T>
+    void operator()(T* object) const {
+        object->Release();
+    }
+};
+template <typename T>
+using Holder = std::unique_ptr<T, Releaser>;
+
+// The control functions of the simulated producer.
+struct Simulator {
+    Simulator() {
+        void* const file = dlopen(SIMULATOR_FILE, RTLD_NOW);
+        EXPECT_NE(file, nullptr) << dlerror();
+        const auto resolve = [file](auto& function, const char* name) {
+            function =
+                reinterpret_cast<std::remove_reference_t<decltype(function)>>(dlsym(file, name));
+            EXPECT_NE(function, nullptr) << name;
+        };
+        resolve(configure, "ZelSim_Configure");
+        resolve(plug, "ZelSim_PlugCamera");
+        resolve(unplug, "ZelSim_UnplugCamera");
+        resolve(fire, "ZelSim_FireEvent");
+        resolve(openHandles, "ZelSim_GetNumOpenHandles");
+    }
+
+    PZelSim_Configure configure = nullptr;
+    PZelSim_PlugCamera plug = nullptr;
+    PZelSim_UnplugCamera unplug = nullptr;
+    PZelSim_FireEvent fire = nullptr;
+    PZelSim_GetNumOpenHandles openHandles = nullptr;
+};
+
+// Frames as fast as they are asked for.
+constexpr const char* cameras =
+    "<ZelSim>"
+    "<Interface id='eth0' type='GEV' version='4.2'>"
+    "<Camera id='left' model='L' serial='1' width='64' height='48' frameRate='0'/>"
+    "<Camera id='right' width='30' height='20' frameRate='0' pixelFormat='BGR8' xPadding='6'/>"
+    "</Interface>"
+    "<Interface id='cl0' type='CL'/>"
+    "<Interface id='usb0' type='U3V'><Camera id='usb' frameRate='0' bigEndian='true'/></Interface>"
+    "</ZelSim>";
+
+constexpr uint64_t patience = 30000;  // milliseconds
+
+class PublicSession : public testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_EQ(simulator.configure(cameras), 0);
+        system.reset(ZelCam_GetSystem());
+        ASSERT_NE(system, nullptr);
+    }
+    void TearDown() override {
+        system.reset();
+        EXPECT_EQ(simulator.openHandles(), 0U);
+    }
+
+    // Opens the stream of a camera and starts it.
+    void Start(const char* interfaceId, const char* cameraId, uint64_t count = ZelCam::Infinite) {
+        ZelCam::Interface* const iface = system->GetInterfaceById(interfaceId);
+        ASSERT_NE(iface, nullptr);
+        ZelCamErr err = ZelCamErr_Error;
+        device =
+            ZelCam_CreateDevice(iface->GetDeviceInfoById(cameraId), DeviceAccess::Exclusive, &err);
+        ASSERT_EQ(err, ZelCamErr_Success);
+        stream = device->GetStreamByIndex(0);
+        ASSERT_NE(stream, nullptr);
+        ASSERT_EQ(stream->AllocBufferQueue(nullptr, 4), ZelCamErr_Success);
+        ASSERT_EQ(stream->StartAcquisition(count, ZelCam::StartFlag_Default), ZelCamErr_Success);
+    }
+
+    // Takes frames and gives them back; their frame identifiers follow each other.
+    void Grab(int count) {
+        uint64_t last = 0;
+        for (int i = 0; i < count; ++i) {
+            ZelCamErr err = ZelCamErr_Error;
+            ZelCam::Buffer* const buffer = stream->GetBuffer(patience, &err);
+            ASSERT_NE(buffer, nullptr) << err;
+            ASSERT_EQ(err, ZelCamErr_Success);
+            if (i > 0) {
+                EXPECT_EQ(buffer->GetFrameID(), last + 1);
+            }
+            last = buffer->GetFrameID();
+            EXPECT_EQ(buffer->GetImage()->frameId, last);
+            EXPECT_FALSE(buffer->IsIncomplete());
+            ASSERT_EQ(stream->QueueBuffer(buffer), ZelCamErr_Success);
+        }
+    }
+
+    std::vector<std::string> CameraIds(const char* interfaceId) {
+        std::vector<std::string> ids;
+        const Holder<ZelCam::List<ZelCam::DeviceInfo>> list(
+            system->GetInterfaceById(interfaceId)->GetDeviceInfoList());
+        for (auto* info = list->GetFirst(); info != nullptr; info = list->GetNext())
+            ids.emplace_back(info->GetID());
+        return ids;
+    }
+
+    Simulator simulator;
+    Holder<ZelCam::System> system;
+    ZelCam::Device* device = nullptr;
+    ZelCam::Stream* stream = nullptr;
+};
+
+}  // namespace
+
+TEST_F(PublicSession, ListsInterfacesAndCameras) {
+    const auto count = [this](InterfaceType type) {
+        return Holder<ZelCam::List<ZelCam::Interface>>(system->GetInterfaceList(type))->GetCount();
+    };
+    EXPECT_EQ(count(InterfaceType::Unknown), 3U);
+    EXPECT_EQ(count(InterfaceType::GEV), 1U);
+    EXPECT_EQ(count(InterfaceType::CXP), 0U);
+    EXPECT_THAT(CameraIds("eth0"), testing::ElementsAre("left", "right"));
+    EXPECT_THAT(CameraIds("cl0"), testing::IsEmpty());
+    ZelCam::Interface* const eth0 = system->GetInterfaceById("eth0");
+    EXPECT_STREQ(eth0->GetVersion(), "4.2");
+    ZelCam::DeviceInfo* const left = eth0->GetDeviceInfoById("left");
+    EXPECT_STREQ(left->GetModel(), "L");
+    EXPECT_STREQ(left->GetSerialNumber(), "1");
+    EXPECT_EQ(left->GetAccessStatus(), 1);
+}
+
+TEST_F(PublicSession, GrabsFrames) {
+    ASSERT_NO_FATAL_FAILURE(Start("eth0", "left"));
+    EXPECT_TRUE(stream->IsGrabbing());
+    EXPECT_EQ(stream->GetNumAnnounced(), 4U);
+    ASSERT_NO_FATAL_FAILURE(Grab(50));
+    EXPECT_GE(stream->GetNumDelivered(), 50U);
+    EXPECT_EQ(stream->ReleaseBufferQueue(), ZelCamErr_AcquisitionActive);
+    EXPECT_EQ(stream->StopAcquisition(ZelCam::StopFlag_Default), ZelCamErr_Success);
+    EXPECT_FALSE(stream->IsGrabbing());
+    EXPECT_EQ(stream->ReleaseBufferQueue(), ZelCamErr_Success);
+    EXPECT_EQ(stream->GetBufferQueueSize(), 0U);
+}
+
+TEST_F(PublicSession, DescribesImages) {
+    ASSERT_NO_FATAL_FAILURE(Start("eth0", "right"));
+    ZelCam::Buffer* const buffer = stream->GetBuffer(patience, nullptr);
+    ASSERT_NE(buffer, nullptr);
+    const ZelImageInfo& image = *buffer->GetImage();
+    EXPECT_EQ(image.pixelType, static_cast<uint32_t>(ZelPixelType_BGR8));
+    EXPECT_EQ(image.width, 30U);
+    EXPECT_EQ(image.height, 20U);
+    EXPECT_EQ(image.linePitch, 96U);
+    EXPECT_EQ(image.imageSize, 1920U);
+    EXPECT_EQ(image.bufferBase, buffer->GetBufferPtr());
+}
+
+TEST_F(PublicSession, CountedAcquisitionEndsByItself) {
+    ASSERT_NO_FATAL_FAILURE(Start("usb0", "usb", 3));
+    ASSERT_NO_FATAL_FAILURE(Grab(3));
+    ZelCamErr err = ZelCamErr_Success;
+    EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
+    EXPECT_EQ(err, ZelCamErr_GenTL_Timeout);
+    EXPECT_EQ(device->GetEndianness(), 0U);
+}
+
+TEST_F(PublicSession, CancelEndsAWait) {
+    ASSERT_NO_FATAL_FAILURE(Start("eth0", "left", 1));
+    ASSERT_NO_FATAL_FAILURE(Grab(1));
+    ZelCamErr err = ZelCamErr_Success;
+    std::thread waiter([&] { stream->GetBuffer(ZelCam::Infinite, &err); });
+    EXPECT_EQ(stream->CancelBuffer(), ZelCamErr_Success);  // before or during the wait
+    waiter.join();
+    EXPECT_EQ(err, ZelCamErr_GenTL_Abort);
+}
+
+TEST_F(PublicSession, StreamingGoesOnWhileCamerasComeAndGo) {
+    ASSERT_NO_FATAL_FAILURE(Start("eth0", "left"));
+    ZelCam::Interface* const eth0 = system->GetInterfaceById("eth0");
+    ZelCam::DeviceInfo* const right = eth0->GetDeviceInfoById("right");
+    for (int round = 0; round < 5; ++round) {
+        ASSERT_EQ(simulator.plug("eth0", "<Camera id='new' frameRate='0'/>"), 0);
+        bool changed = false;
+        EXPECT_EQ(eth0->ReEnumerateDevices(&changed, 100), ZelCamErr_Success);
+        EXPECT_TRUE(changed);
+        EXPECT_THAT(CameraIds("eth0"), testing::ElementsAre("left", "right", "new"));
+        ASSERT_NO_FATAL_FAILURE(Grab(5));
+        ASSERT_EQ(simulator.unplug("new"), 0);
+        EXPECT_EQ(eth0->ReEnumerateDevices(&changed, 100), ZelCamErr_Success);
+        EXPECT_TRUE(changed);
+        EXPECT_THAT(CameraIds("eth0"), testing::ElementsAre("left", "right"));
+    }
+    EXPECT_EQ(eth0->GetDeviceInfoById("right"), right);
+}
+
+TEST_F(PublicSession, AnUnpluggedCameraEndsItsWaitsAndIsTornDown) {
+    ASSERT_NO_FATAL_FAILURE(Start("eth0", "left"));
+    ASSERT_NO_FATAL_FAILURE(Grab(5));
+    ASSERT_EQ(simulator.unplug("left"), 0);
+    // Frames delivered before may still come.
+    ZelCamErr err = ZelCamErr_Success;
+    for (int i = 0; i < 100 && err == ZelCamErr_Success; ++i)
+        stream->GetBuffer(patience, &err);
+    EXPECT_NE(err, ZelCamErr_Success);
+    EXPECT_NE(err, ZelCamErr_GenTL_Timeout);
+    uint32_t value = 0;
+    EXPECT_NE(device->ReadMem(0, &value, sizeof value), ZelCamErr_Success);
+    stream->StopAcquisition(ZelCam::StopFlag_Kill);
+    stream->Release();
+    device->Release();
+    ZelCam::Interface* const eth0 = system->GetInterfaceById("eth0");
+    EXPECT_EQ(eth0->ReEnumerateDevices(nullptr, 100), ZelCamErr_Success);
+    EXPECT_THAT(CameraIds("eth0"), testing::ElementsAre("right"));
+}
+
+TEST_F(PublicSession, TwoSystemsShareTheCamerasButNotAnExclusiveOne) {
+    const Holder<ZelCam::System> other(ZelCam_GetSystem());
+    ASSERT_NE(other, nullptr);
+    ASSERT_NO_FATAL_FAILURE(Start("eth0", "left"));
+    ZelCam::Interface* const iface = other->GetInterfaceById("eth0");
+    ASSERT_NE(iface, nullptr);
+    ZelCam::DeviceInfo* const left = iface->GetDeviceInfoById("left");
+    ZelCamErr err = ZelCamErr_Success;
+    EXPECT_EQ(ZelCam_CreateDevice(left, DeviceAccess::Exclusive, &err), nullptr);
+    EXPECT_THAT(err, testing::AnyOf(ZelCamErr_GenTL_AccessDenied, ZelCamErr_GenTL_ResourceInUse));
+    EXPECT_NE(left->GetAccessStatus(), 1);
+
+    // Another camera streams at the same time.
+    ZelCam::Device* const right =
+        ZelCam_CreateDevice(iface->GetDeviceInfoById("right"), DeviceAccess::Exclusive, &err);
+    ASSERT_NE(right, nullptr);
+    ZelCam::Stream* const second = right->GetStreamByIndex(0);
+    ASSERT_NE(second, nullptr);
+    EXPECT_EQ(second->AllocBufferQueue(nullptr, 2), ZelCamErr_Success);
+    EXPECT_EQ(second->StartAcquisition(ZelCam::Infinite, 0), ZelCamErr_Success);
+    EXPECT_NE(second->GetBuffer(patience, &err), nullptr);
+    ASSERT_NO_FATAL_FAILURE(Grab(10));
+
+    device->Release();
+    ZelCam::Device* const mine = ZelCam_CreateDevice(left, DeviceAccess::Exclusive, &err);
+    EXPECT_NE(mine, nullptr);
+    EXPECT_EQ(err, ZelCamErr_Success);
+}
+
+TEST_F(PublicSession, ADeviceMayBringItsOwnSystem) {
+    system.reset();
+    ZelCamErr err = ZelCamErr_Error;
+    device = ZelCam_CreateDevice(nullptr, DeviceAccess::Exclusive, &err);
+    ASSERT_NE(device, nullptr);
+    EXPECT_EQ(err, ZelCamErr_Success);
+    EXPECT_STREQ(device->GetInfo()->GetID(), "left");
+    EXPECT_NE(device->GetStreamByIndex(0), nullptr);
+    device->Release();
+}
+
+TEST_F(PublicSession, EventsReachTheirModule) {
+    ASSERT_NO_FATAL_FAILURE(Start("usb0", "usb"));
+    struct Received {
+        std::mutex mutex;
+        std::condition_variable changed;
+        std::vector<std::string> texts;
+    } received;
+    const auto callback = [](uint32_t type, const void* data, size_t size, void* priv) {
+        auto& r = *static_cast<Received*>(priv);
+        const std::lock_guard<std::mutex> lock(r.mutex);
+        EXPECT_GE(size, 6U);
+        r.texts.push_back(std::to_string(type) + static_cast<const char*>(data));
+        r.changed.notify_all();
+    };
+    ZelCam::Interface* const usb0 = system->GetInterfaceById("usb0");
+    EXPECT_EQ(usb0->RegisterEvent2(5, callback, &received), ZelCamErr_Success);
+    EXPECT_EQ(device->RegisterEvent2(3, callback, &received), ZelCamErr_Success);
+    EXPECT_EQ(simulator.fire("usb0", 5, 1, "iface", 6), 0);
+    EXPECT_EQ(simulator.fire("usb", 3, 1, "camera", 7), 0);
+    std::unique_lock<std::mutex> lock(received.mutex);
+    EXPECT_TRUE(received.changed.wait_for(lock, std::chrono::milliseconds(patience),
+                                          [&] { return received.texts.size() == 2; }));
+    EXPECT_THAT(received.texts, testing::UnorderedElementsAre("5iface", "3camera"));
+    lock.unlock();
+    system.reset();  // ends the threads before `received` goes
+}
+
+// The operations without arguments, called as somebody with an older header would.
+TEST_F(PublicSession, RawTablesLeadToTheSameOperations) {
+    ASSERT_NO_FATAL_FAILURE(Start("usb0", "usb", 2));
+    ASSERT_NO_FATAL_FAILURE(Grab(2));
+    EXPECT_STREQ(CallSlot<const char*>(system.get(), 4), system->GetDisplayName());
+    EXPECT_STREQ(CallSlot<const char*>(system.get(), 5), system->GetVersion());
+
+    ZelCam::DeviceInfo* const info = CallSlot<ZelCam::DeviceInfo*>(device, 5);
+    EXPECT_EQ(info, device->GetInfo());
+    EXPECT_EQ(CallSlot<uint32_t>(device, 2), 1U);
+    EXPECT_EQ(CallSlot<uint32_t>(device, 16), 0U);  // a big-endian camera
+    ZelCam::Interface* const iface = CallSlot<ZelCam::Interface*>(info, 1);
+    EXPECT_EQ(iface, system->GetInterfaceById("usb0"));
+    const std::string texts[] = {
+        info->GetID(),          info->GetVendor(),          info->GetModel(),
+        info->GetDisplayName(), info->GetUserDefinedName(), info->GetSerialNumber(),
+        info->GetVersion()};
+    for (size_t i = 0; i < std::size(texts); ++i)
+        EXPECT_EQ(CallSlot<const char*>(info, 2 + i), texts[i]);
+    EXPECT_EQ(CallSlot<int32_t>(info, 9), info->GetAccessStatus());
+    const std::string host = info->GetUSB3HostInfo();
+    EXPECT_EQ(CallSlot<const char*>(info, 10), host);
+    EXPECT_EQ(CallSlot<const char*>(info, 18), nullptr);
+
+    EXPECT_EQ(CallSlot<ZelCam::DeviceInfo*>(iface, 2), info);
+    EXPECT_STREQ(CallSlot<const char*>(iface, 5), iface->GetDescription());
+    EXPECT_EQ(CallSlot<uint32_t>(iface, 6), 1U);
+    EXPECT_STREQ(CallSlot<const char*>(iface, 7), "usb0");
+    EXPECT_STREQ(CallSlot<const char*>(iface, 8), iface->GetVersion());
+    auto* const list = CallSlot<ZelCam::List<ZelCam::DeviceInfo>*>(iface, 1);
+    EXPECT_EQ(CallSlot<size_t>(list, 2), 1U);
+    EXPECT_EQ(CallSlot<ZelCam::DeviceInfo*>(list, 3), info);
+    EXPECT_EQ(CallSlot<ZelCam::DeviceInfo*>(list, 4), nullptr);
+    CallSlot<void>(list, 1);
+
+    EXPECT_EQ(CallSlot<size_t>(stream, 13), 4U);
+    EXPECT_EQ(CallSlot<uint64_t>(stream, 19), 2U);  // delivered
+    EXPECT_EQ(CallSlot<uint64_t>(stream, 21), 4U);  // announced
+    EXPECT_EQ(CallSlot<size_t>(stream, 24), size_t{640} * 480);
+    EXPECT_EQ(CallSlot<bool>(stream, 25), stream->IsGrabbing());
+    EXPECT_EQ(CallSlot<size_t>(stream, 26), stream->GetMinNumBuffers());
+    EXPECT_EQ(CallSlot<size_t>(stream, 27), stream->GetBufferAlignment());
+    CallSlot<ZelCamErr>(stream, 12);  // ReleaseBufferQueue
+    CallSlot<void>(stream, 1);
+    CallSlot<void>(device, 1);
+    CallSlot<void>(system.release(), 1);
+    EXPECT_EQ(simulator.openHandles(), 0U);
+}
