@@ -161,9 +161,9 @@ TEST_F(AcquisitionTest, ReportsTheStateAndGeometryOfBuffers) {
 
 TEST_F(AcquisitionTest, FlushMovesBuffersBetweenQueues) {
     OpenCamera("frameRate='0'");
-    std::vector<BUFFER_HANDLE> buffers;
-    for (int i = 0; i < 4; ++i)
-        buffers.push_back(Allocate());
+    std::vector<BUFFER_HANDLE> buffers(4);
+    for (BUFFER_HANDLE& buffer : buffers)
+        buffer = Allocate();
     const auto flush = [&](int32_t operation) {
         EXPECT_EQ(p.DSFlushQueue(stream, operation), GC_ERR_SUCCESS);
         return std::make_pair(NumQueued(), NumAwaiting());
