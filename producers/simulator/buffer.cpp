@@ -6,7 +6,7 @@ namespace ZelSim {
 
 namespace {
 
-constexpr int32_t _infoSecondOfPair = 1101;  // of this producer: the second frame of a pair
+constexpr int32_t kInfoSecondOfPair = 1101;  // of this producer: the second frame of a pair
 
 PortIdentity IdentityOf(const Camera& camera) {
     const CameraConfig& config = camera.Config();
@@ -132,7 +132,7 @@ bool Buffer::AnswerFrame(Answer answer) const {
         case GenTL::BUFFER_INFO_CHUNKLAYOUTID:
         case GenTL::BUFFER_INFO_FILENAME:
             throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "images have neither chunks nor a file");
-        case _infoSecondOfPair:
+        case kInfoSecondOfPair:
             if (!camera_->Config().framePairs) return false;
             return answer.Bool(Frame().id % 2 != 0), true;
         default:

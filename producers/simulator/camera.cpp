@@ -9,8 +9,8 @@ namespace ZelSim {
 
 namespace {
 
-constexpr uint64_t _nsPerSecond = 1000000000;
-constexpr int32_t _infoUsbHost = 1100;  // of this producer: what the host of a USB3 camera is
+constexpr uint64_t kNsPerSecond = 1000000000;
+constexpr int32_t kInfoUsbHost = 1100;  // of this producer: what the host of a USB3 camera is
 
 }  // namespace
 
@@ -91,7 +91,7 @@ void Camera::GetInfo(Answer answer, Handle client) const {
             return answer.String(config_.version);
         case GenTL::DEVICE_INFO_TIMESTAMP_FREQUENCY:
             return answer.Uint64(config_.timestampFrequency);
-        case _infoUsbHost:
+        case kInfoUsbHost:
             if (tlType_ == TLTypeU3VName) return answer.String(config_.usbHostInfo);
             break;
         default:
@@ -108,8 +108,8 @@ uint64_t Camera::Nanoseconds() const {
 
 uint64_t Camera::Ticks(uint64_t nanoseconds) const {
     const uint64_t frequency = config_.timestampFrequency;
-    return nanoseconds / _nsPerSecond * frequency +
-           nanoseconds % _nsPerSecond * frequency / _nsPerSecond;
+    return nanoseconds / kNsPerSecond * frequency +
+           nanoseconds % kNsPerSecond * frequency / kNsPerSecond;
 }
 
 std::shared_ptr<const TestPicture> Camera::Picture() {

@@ -27,10 +27,10 @@ using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 using tinyxml2::XMLNode;
 
-constexpr uint64_t _maxPayload = uint64_t{1}
+constexpr uint64_t kMaxPayload = uint64_t{1}
                                  << 30;  // one frame; keeps size arithmetic far from limits
 
-constexpr const char* _defaultConfig = R"(<ZelSim>
+constexpr const char* kDefaultConfig = R"(<ZelSim>
   <Interface id="GEV0" type="GEV" displayName="Simulated network adapter">
     <Camera id="GEV0-CAM0" model="Mono VGA" serial="1001" userName="Left" pixelFormat="Mono8"/>
     <Camera id="GEV0-CAM1" model="Colour VGA" serial="1002" userName="Right" pixelFormat="BayerRG8"/>
@@ -218,7 +218,7 @@ CameraConfig CameraOf(const XMLElement& element, const std::string& source) {
         place.Fail("width=\"" + std::to_string(camera.width) + "\": lines of " + format.name +
                    " are not whole bytes at this width");
     }
-    if (camera.PayloadSize() > _maxPayload) place.Fail("a frame is larger than 1 GiB");
+    if (camera.PayloadSize() > kMaxPayload) place.Fail("a frame is larger than 1 GiB");
     return camera;
 }
 
@@ -275,7 +275,7 @@ CameraConfig ParseCamera(const std::string& text, const std::string& source) {
 }
 
 WorldConfig DefaultConfig() {
-    return ParseConfig(_defaultConfig, "built-in configuration");
+    return ParseConfig(kDefaultConfig, "built-in configuration");
 }
 
 WorldConfig LoadConfig() {

@@ -10,7 +10,7 @@ namespace ZelSim {
 namespace {
 
 // Longer waits are endless: adding them to the clock could overflow.
-constexpr uint64_t _longestWaitMs = uint64_t{1000} * 3600 * 24 * 365;
+constexpr uint64_t kLongestWaitMs = uint64_t{1000} * 3600 * 24 * 365;
 
 }  // namespace
 
@@ -36,7 +36,7 @@ void Event::Sleep(std::unique_lock<std::mutex>& lock, uint64_t timeoutMs) {
     const auto isOver = [this] { return Count() != 0 || MustReturn(); };
     ++numWaiting_;
     ++waiting_.numSleeping;
-    if (timeoutMs > _longestWaitMs) {
+    if (timeoutMs > kLongestWaitMs) {
         waiting_.condition.wait(lock, isOver);
     } else {
         waiting_.condition.wait_for(lock, std::chrono::milliseconds(timeoutMs), isOver);

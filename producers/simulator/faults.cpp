@@ -9,17 +9,17 @@ namespace ZelSim {
 
 namespace {
 
-constexpr const char* _names[] = {
+constexpr const char* kNames[] = {
 #define ZELSIM_NAME(name, parameters) #name,
     GENTL_FUNCTIONS(ZELSIM_NAME)
 #undef ZELSIM_NAME
 };
 
-constexpr size_t _numFunctions = static_cast<size_t>(Function::Count);
+constexpr size_t kNumFunctions = static_cast<size_t>(Function::Count);
 
 std::optional<Function> FunctionOf(std::string_view name) {
-    for (size_t i = 0; i < _numFunctions; ++i) {
-        if (name == _names[i]) return static_cast<Function>(i);
+    for (size_t i = 0; i < kNumFunctions; ++i) {
+        if (name == kNames[i]) return static_cast<Function>(i);
     }
     return std::nullopt;
 }
@@ -33,7 +33,7 @@ bool LacksAnswer(GenTL::GC_ERROR code) {
 }  // namespace
 
 const char* NameOf(Function function) {
-    return _names[static_cast<size_t>(function)];
+    return kNames[static_cast<size_t>(function)];
 }
 
 GenTL::GC_ERROR FaultEffect::Apply(Answer answer, size_t capacity, GenTL::GC_ERROR result) const {

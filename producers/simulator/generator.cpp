@@ -10,7 +10,7 @@ namespace {
 using Seconds = std::chrono::duration<double>;
 
 // Of a slow camera, too, a frame is under way only for a short time.
-constexpr Seconds _longestTransfer = std::chrono::milliseconds(10);
+constexpr Seconds kLongestTransfer = std::chrono::milliseconds(10);
 
 // Whether this is the Nth, 2Nth, ... frame; never for 0.
 bool IsEvery(uint32_t n, uint64_t id) {
@@ -24,7 +24,7 @@ void Generator::Start(uint64_t numFrames) {
     const CameraConfig& config = camera_->Config();
     if (!config.noFill) picture_ = camera_->Picture();
     if (config.frameRate > 0) {
-        const Seconds transfer = std::min(Seconds(0.5 / config.frameRate), _longestTransfer);
+        const Seconds transfer = std::min(Seconds(0.5 / config.frameRate), kLongestTransfer);
         transfer_ = std::chrono::duration_cast<Clock::duration>(transfer);
     }
     pool_->SetHalt(BufferPool::Halt::No);

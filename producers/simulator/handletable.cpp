@@ -7,14 +7,14 @@ namespace ZelSim {
 
 namespace {
 
-constexpr uint64_t _mark = 0x5A;
-constexpr unsigned _markShift = 56;
-constexpr unsigned _generationShift = 24;
-constexpr uint32_t _indexMask = 0xFFFFFF;
+constexpr uint64_t kMark = 0x5A;
+constexpr unsigned kMarkShift = 56;
+constexpr unsigned kGenerationShift = 24;
+constexpr uint32_t kIndexMask = 0xFFFFFF;
 
 Handle Encode(uint32_t index, uint32_t generation) {
     const uint64_t bits =
-        _mark << _markShift | uint64_t{generation} << _generationShift | uint64_t{index};
+        kMark << kMarkShift | uint64_t{generation} << kGenerationShift | uint64_t{index};
     return reinterpret_cast<Handle>(bits);
 }
 
@@ -23,11 +23,11 @@ uint64_t Bits(Handle handle) {
 }
 
 uint32_t GenerationOf(Handle handle) {
-    return static_cast<uint32_t>(Bits(handle) >> _generationShift);
+    return static_cast<uint32_t>(Bits(handle) >> kGenerationShift);
 }
 
 uint32_t IndexOf(Handle handle) {
-    return static_cast<uint32_t>(Bits(handle)) & _indexMask;
+    return static_cast<uint32_t>(Bits(handle)) & kIndexMask;
 }
 
 }  // namespace
@@ -42,11 +42,11 @@ void HandleTable::ThrowInvalid() {
 }
 
 HandleTable::Slot* HandleTable::SlotOf(Handle handle) const {
-    if (Bits(handle) >> _markShift != _mark) return nullptr;
+    if (Bits(handle) >> kMarkShift != kMark) return nullptr;
     const uint32_t index = IndexOf(handle);
-    if (index >= _slotsOfBlock * _numBlocks) return nullptr;
-    Block* const block = blocks_[index / _slotsOfBlock].load(std::memory_order_acquire);
-    return block == nullptr ? nullptr : &(*block)[index % _slotsOfBlock];
+    if (index >= kSlotsOfBlock * kNumBlocks) return nullptr;
+    Block* const block = blocks_[index / kSlotsOfBlock].load(std::memory_order_acquire);
+    return block == nullptr ? nullptr : &(*block)[index % kSlotsOfBlock];
 }
 
 std::shared_ptr<Object> HandleTable::Lookup(Handle handle) const {
@@ -63,10 +63,10 @@ uint32_t HandleTable::TakeSlot() {
         freeSlots_.pop_back();
         return index;
     }
-    if (numSlots_ == _slotsOfBlock * _numBlocks) {
+    if (numSlots_ == kSlotsOfBlock * kNumBlocks) {
         throw Error(GenTL::GC_ERR_RESOURCE_EXHAUSTED, "no handle left");
     }
-    std::atomic<Block*>& block = blocks_[numSlots_ / _slotsOfBlock];
+    std::atomic<Block*>& block = blocks_[numSlots_ / kSlotsOfBlock];
     if (block.load(std::memory_order_relaxed) == nullptr) {
         block.store(std::make_unique<Block>().release(), std::memory_order_release);
     }
@@ -77,7 +77,7 @@ Handle HandleTable::Open(const std::shared_ptr<Object>& object,
                          const std::shared_ptr<Object>& parent) {
     const uint32_t index = TakeSlot();
     Slot& slot =
-        (*blocks_[index / _slotsOfBlock].load(std::memory_order_acquire))[index % _slotsOfBlock];
+        (*blocks_[index / kSlotsOfBlock].load(std::memory_order_acquire))[index % kSlotsOfBlock];
     Handle handle = nullptr;
     {
         const std::lock_guard lock(slot.mutex);

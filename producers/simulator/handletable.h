@@ -53,9 +53,9 @@ class HandleTable {
         uint32_t generation = 0;
         std::shared_ptr<Object> object;
     };
-    static constexpr size_t _slotsOfBlock = 256;
-    static constexpr size_t _numBlocks = 4096;
-    using Block = std::array<Slot, _slotsOfBlock>;
+    static constexpr size_t kSlotsOfBlock = 256;
+    static constexpr size_t kNumBlocks = 4096;
+    using Block = std::array<Slot, kSlotsOfBlock>;
 
     [[noreturn]] static void ThrowInvalid();
 
@@ -65,7 +65,7 @@ class HandleTable {
     uint32_t TakeSlot();
 
     // Blocks are added under slotsMutex_ and stay where they are, so that a lookup needs no lock.
-    std::array<std::atomic<Block*>, _numBlocks> blocks_{};
+    std::array<std::atomic<Block*>, kNumBlocks> blocks_{};
     std::atomic<size_t> count_{0};
     std::mutex slotsMutex_;
     std::vector<uint32_t> freeSlots_;  // guarded by slotsMutex_

@@ -23,16 +23,16 @@ class MessageEvent final : public Event {
         std::vector<char> bytes;
     };
     // What EVENT_SIZE_MAX reports; a message that a program fires itself may be larger.
-    static constexpr size_t _usualSize = 1024;
-    static constexpr size_t _maxMessages = 1024;
+    static constexpr size_t kUsualSize = 1024;
+    static constexpr size_t kMaxMessages = 1024;
 
     size_t Count() const override { return messages_.size(); }
     EventData Front() override;
     void Pop() override;
     void Clear() override { messages_.clear(); }
     uint64_t NumFired() const override { return numFired_; }
-    size_t SizeMax() const override { return _usualSize; }
-    size_t InfoSizeMax() const override { return _usualSize; }
+    size_t SizeMax() const override { return kUsualSize; }
+    size_t InfoSizeMax() const override { return kUsualSize; }
 
     uint64_t IdOf(EventData data) const;
 

@@ -9,12 +9,12 @@ namespace ZelSim {
 
 namespace {
 
-constexpr uint64_t _lastOwnAddress = 0xFFFFF;  // 1 MiB: ample for the features of a local module
+constexpr uint64_t kLastOwnAddress = 0xFFFFF;  // 1 MiB: ample for the features of a local module
 
 }  // namespace
 
 std::shared_ptr<RegisterSpace> Module::OwnRegisters() {
-    return std::make_shared<RegisterSpace>(_lastOwnAddress);
+    return std::make_shared<RegisterSpace>(kLastOwnAddress);
 }
 
 void Module::CheckConnected() const {

@@ -32,7 +32,7 @@ namespace Pfnc = GenICam_3_0::PFNC;
         FORMAT(order##12p, Pixel, letters, 12, Lsb), FORMAT(order##14, Pixel, letters, 14, Words), \
         FORMAT(order##16, Pixel, letters, 16, Words)
 
-constexpr PixelFormat _formats[] = {
+constexpr PixelFormat kFormats[] = {
     FORMAT(Mono8, Pixel, "Y", 8, Words),
     FORMAT(Mono10, Pixel, "Y", 10, Words),
     FORMAT(Mono10p, Pixel, "Y", 10, Lsb),
@@ -76,8 +76,8 @@ bool PixelFormat::AcceptsWidth(size_t width) const {
 }
 
 const PixelFormat* FindPixelFormat(std::string_view name) {
-    const auto* const end = std::end(_formats);
-    const auto* const found = std::find_if(std::begin(_formats), end,
+    const auto* const end = std::end(kFormats);
+    const auto* const found = std::find_if(std::begin(kFormats), end,
                                            [&](const PixelFormat& f) { return name == f.name; });
     return found == end ? nullptr : found;
 }

@@ -34,7 +34,7 @@ void RegisterSpace::Read(uint64_t address, void* buffer, size_t size) const {
     Check(address, size);
     auto* const out = static_cast<uint8_t*>(buffer);
     const std::lock_guard lock(mutex_);
-    ForEachPage(_pageSize, address, size,
+    ForEachPage(kPageSize, address, size,
                 [&](uint64_t number, size_t offset, size_t done, size_t length) {
                     const auto page = pages_.find(number);
                     if (page == pages_.end()) {
@@ -49,9 +49,9 @@ void RegisterSpace::Write(uint64_t address, const void* buffer, size_t size) {
     Check(address, size);
     const auto* const in = static_cast<const uint8_t*>(buffer);
     const std::lock_guard lock(mutex_);
-    ForEachPage(_pageSize, address, size,
+    ForEachPage(kPageSize, address, size,
                 [&](uint64_t number, size_t offset, size_t done, size_t length) {
-                    if (pages_.size() >= _maxPages && pages_.count(number) == 0) {
+                    if (pages_.size() >= kMaxPages && pages_.count(number) == 0) {
                         throw Error(GenTL::GC_ERR_RESOURCE_EXHAUSTED, "too many registers written");
                     }
                     std::memcpy(pages_[number].data() + offset, in + done, length);

@@ -23,9 +23,9 @@ class RegisterSpace {
     void Write(uint64_t address, const void* buffer, size_t size);
 
   private:
-    static constexpr size_t _pageSize = 4096;
-    static constexpr size_t _maxPages = 65536;  // 256 MiB
-    using Page = std::array<uint8_t, _pageSize>;
+    static constexpr size_t kPageSize = 4096;
+    static constexpr size_t kMaxPages = 65536;  // 256 MiB
+    using Page = std::array<uint8_t, kPageSize>;
 
     void Check(uint64_t address, size_t size) const;
 

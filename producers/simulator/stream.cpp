@@ -13,7 +13,7 @@ namespace ZelSim {
 
 namespace {
 
-constexpr size_t _cacheLine = 64;
+constexpr size_t kCacheLine = 64;
 
 PortIdentity IdentityOf(const Camera& camera, const std::string& id) {
     const CameraConfig& config = camera.Config();
@@ -98,7 +98,7 @@ Handle Stream::Announce(const std::shared_ptr<Stream>& stream, void* base, size_
 
 Handle Stream::Allocate(const std::shared_ptr<Stream>& stream, size_t size, void* userPointer) {
     if (size == 0) throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "a buffer of no size");
-    const size_t alignment = std::max<size_t>(stream->camera_->Config().bufAlignment, _cacheLine);
+    const size_t alignment = std::max<size_t>(stream->camera_->Config().bufAlignment, kCacheLine);
     if (size > SIZE_MAX - alignment) throw std::bad_alloc();
     const size_t rounded = (size + alignment - 1) / alignment * alignment;
     void* const base = std::aligned_alloc(alignment, rounded);

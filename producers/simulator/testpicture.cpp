@@ -7,16 +7,16 @@ namespace ZelSim {
 
 namespace {
 
-constexpr size_t _step = 8;  // pixels a frame
-constexpr size_t _cellWidth = 16;
-constexpr size_t _cellHeight = 24;
-constexpr size_t _glyphScale = 3;  // pixels for each dot of the digits
-constexpr size_t _markerTop = _cellHeight;
-constexpr size_t _markerHeight = 8;
-constexpr size_t _period = 256;  // of the gradient
+constexpr size_t kStep = 8;  // pixels a frame
+constexpr size_t kCellWidth = 16;
+constexpr size_t kCellHeight = 24;
+constexpr size_t kGlyphScale = 3;  // pixels for each dot of the digits
+constexpr size_t kMarkerTop = kCellHeight;
+constexpr size_t kMarkerHeight = 8;
+constexpr size_t kPeriod = 256;  // of the gradient
 
 // Digits of 5 x 7 dots; a row is five bits, the leftmost highest.
-constexpr uint8_t _glyphs[10][7] = {
+constexpr uint8_t kGlyphs[10][7] = {
     {0x0E, 0x11, 0x13, 0x15, 0x19, 0x11, 0x0E}, {0x04, 0x0C, 0x04, 0x04, 0x04, 0x04, 0x0E},
     {0x0E, 0x11, 0x01, 0x02, 0x04, 0x08, 0x1F}, {0x1F, 0x02, 0x04, 0x02, 0x01, 0x11, 0x0E},
     {0x02, 0x06, 0x0A, 0x12, 0x1F, 0x02, 0x02}, {0x1F, 0x10, 0x1E, 0x01, 0x01, 0x11, 0x0E},
@@ -25,11 +25,11 @@ constexpr uint8_t _glyphs[10][7] = {
 
 // One row of a digit in its cell, which it leaves a border of about one dot.
 std::vector<uint8_t> GlyphRow(size_t digit, size_t row) {
-    std::vector<uint8_t> levels(_cellWidth, 0);
-    if (row == 0 || row > 7 * _glyphScale) return levels;
-    const unsigned dots = _glyphs[digit][(row - 1) / _glyphScale];
-    for (size_t x = 0; x < 5 * _glyphScale; ++x) {
-        if ((dots >> (4 - x / _glyphScale) & 1U) != 0) levels[x] = 255;
+    std::vector<uint8_t> levels(kCellWidth, 0);
+    if (row == 0 || row > 7 * kGlyphScale) return levels;
+    const unsigned dots = kGlyphs[digit][(row - 1) / kGlyphScale];
+    for (size_t x = 0; x < 5 * kGlyphScale; ++x) {
+        if ((dots >> (4 - x / kGlyphScale) & 1U) != 0) levels[x] = 255;
     }
     return levels;
 }
@@ -46,7 +46,7 @@ Rgb ColourAt(const CameraConfig& camera, size_t x, size_t y) {
         case Pattern::GradientHorizontal:
             return Grey(x * 255 / std::max<size_t>(camera.width - 1, 1));
         case Pattern::GradientDiagonal:
-            return Grey((x + y) % _period);
+            return Grey((x + y) % kPeriod);
         case Pattern::Black:
             return Grey(0);
         case Pattern::White:
@@ -63,7 +63,7 @@ TestPicture::TestPicture(const CameraConfig& camera)
       width_(camera.width),
       height_(camera.height),
       pitch_(static_cast<size_t>(camera.LinePitch())),
-      moves_(width_ >= _cellWidth && height_ >= _markerTop + _markerHeight) {
+      moves_(width_ >= kCellWidth && height_ >= kMarkerTop + kMarkerHeight) {
     RenderStatic(camera);
     if (moves_) RenderParts();
 }
@@ -77,7 +77,7 @@ void TestPicture::RenderStatic(const CameraConfig& camera) {
     for (size_t y = 0; y < height_; ++y) {
         for (size_t x = 0; x < width_; ++x)
             line[x] = ColourAt(camera, x, y);
-        const bool black = moves_ && y >= _markerTop && y < _markerTop + _markerHeight;
+        const bool black = moves_ && y >= kMarkerTop && y < kMarkerTop + kMarkerHeight;
         if (black) std::fill(line.begin(), line.end(), Grey(0));
         uint8_t* const out = static_.data() + y * pitch_;
         if (line == above[y % 2]) {
@@ -100,15 +100,15 @@ std::vector<uint8_t> TestPicture::EncodeGrey(const std::vector<uint8_t>& levels)
 }
 
 void TestPicture::RenderParts() {
-    for (size_t digit = 0; digit < _numDigits; ++digit) {
-        for (size_t row = 0; row < _cellHeight; ++row) {
+    for (size_t digit = 0; digit < kNumDigits; ++digit) {
+        for (size_t row = 0; row < kCellHeight; ++row) {
             digits_[digit].push_back(EncodeGrey(GlyphRow(digit, row)));
         }
     }
-    marker_ = EncodeGrey(std::vector<uint8_t>(_step, 255));
-    std::vector<uint8_t> levels(width_ + _period);
+    marker_ = EncodeGrey(std::vector<uint8_t>(kStep, 255));
+    std::vector<uint8_t> levels(width_ + kPeriod);
     for (size_t x = 0; x < levels.size(); ++x)
-        levels[x] = static_cast<uint8_t>(x % _period);
+        levels[x] = static_cast<uint8_t>(x % kPeriod);
     gradient_ = EncodeGrey(levels);
 }
 
@@ -122,10 +122,10 @@ void TestPicture::Draw(uint64_t frame, uint8_t* image, size_t numLines) const {
 }
 
 void TestPicture::DrawCounter(uint64_t frame, uint8_t* image, size_t numLines) const {
-    const size_t numCells = std::min(_numDigits, width_ / _cellWidth);
-    const size_t numRows = std::min(_cellHeight, numLines);
+    const size_t numCells = std::min(kNumDigits, width_ / kCellWidth);
+    const size_t numRows = std::min(kCellHeight, numLines);
     for (size_t cell = numCells; cell-- > 0; frame /= 10) {
-        uint8_t* out = image + format_.LineBytes(cell * _cellWidth);
+        uint8_t* out = image + format_.LineBytes(cell * kCellWidth);
         const auto& digit = digits_[frame % 10];
         for (size_t row = 0; row < numRows; ++row, out += pitch_) {
             std::copy(digit[row].begin(), digit[row].end(), out);
@@ -134,17 +134,17 @@ void TestPicture::DrawCounter(uint64_t frame, uint8_t* image, size_t numLines) c
 }
 
 void TestPicture::DrawMarker(uint64_t frame, uint8_t* image, size_t numLines) const {
-    const auto x = static_cast<size_t>(frame % (width_ / _step)) * _step;
-    const size_t end = std::min(_markerTop + _markerHeight, numLines);
-    for (size_t row = _markerTop; row < end; ++row) {
+    const auto x = static_cast<size_t>(frame % (width_ / kStep)) * kStep;
+    const size_t end = std::min(kMarkerTop + kMarkerHeight, numLines);
+    for (size_t row = kMarkerTop; row < end; ++row) {
         std::copy(marker_.begin(), marker_.end(), image + row * pitch_ + format_.LineBytes(x));
     }
 }
 
 void TestPicture::DrawGradient(uint64_t frame, uint8_t* image, size_t numLines) const {
-    const auto shift = static_cast<size_t>(frame % (_period / _step)) * _step;
+    const auto shift = static_cast<size_t>(frame % (kPeriod / kStep)) * kStep;
     const uint8_t* const line = gradient_.data() + format_.LineBytes(shift);
-    const size_t top = std::max(height_ - height_ / 4, _markerTop + _markerHeight);
+    const size_t top = std::max(height_ - height_ / 4, kMarkerTop + kMarkerHeight);
     for (size_t row = top; row < numLines; ++row) {
         std::memcpy(image + row * pitch_, line, format_.LineBytes(width_));
     }

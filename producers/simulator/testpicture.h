@@ -31,7 +31,7 @@ class TestPicture {
     void Draw(uint64_t frame, uint8_t* image, size_t numLines) const;
 
   private:
-    static constexpr size_t _numDigits = 10;
+    static constexpr size_t kNumDigits = 10;
 
     void RenderStatic(const CameraConfig& camera);
     void RenderParts();
@@ -46,7 +46,7 @@ class TestPicture {
     const size_t pitch_;
     const bool moves_;
     std::vector<uint8_t> static_;
-    std::array<std::vector<std::vector<uint8_t>>, _numDigits> digits_;  // by digit, row
+    std::array<std::vector<std::vector<uint8_t>>, kNumDigits> digits_;  // by digit, row
     std::vector<uint8_t> marker_;
     std::vector<uint8_t> gradient_;  // one line, longer than the image by a period
 };

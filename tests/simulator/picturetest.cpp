@@ -76,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(
         Sample{"YUV422_8_UYVY", 16, 40, 6, {255, 29, 107, 29}}));
 
 // The digits as they stand in the image, a sample for each dot.
-constexpr const char* _digits[10] = {
+constexpr const char* kDigits[10] = {
     ".###. #...# #..## #.#.# ##..# #...# .###.", "..#.. .##.. ..#.. ..#.. ..#.. ..#.. .###.",
     ".###. #...# ....# ...#. ..#.. .#... #####", "##### ...#. ..#.. ...#. ....# #...# .###.",
     "...#. ..##. .#.#. #..#. ##### ...#. ...#.", "##### #.... ####. ....# ....# #...# .###.",
@@ -93,7 +93,7 @@ int DigitAt(const uint8_t* image, size_t cell) {
         }
     }
     for (int digit = 0; digit < 10; ++digit) {
-        if (seen == _digits[digit]) return digit;
+        if (seen == kDigits[digit]) return digit;
     }
     return -1;
 }
