@@ -16,11 +16,12 @@ using ::testing::Not;
 namespace {
 
 // Colour bars of 80 x 64 pixels, ten pixels each; the lines from 32 to 47 show nothing else.
+// The library lists cameras by identifier.
 constexpr const char* cameras = R"(
   <Interface id="eth0" type="GEV">
-    <Camera id="gray" serial="101" userName="pair" width="80" height="64" pixelFormat="Mono8"
+    <Camera id="a-gray" serial="101" userName="pair" width="80" height="64" pixelFormat="Mono8"
             frameRate="0" xPadding="3" imageOffset="16"/>
-    <Camera id="gray12" serial="102" userName="pair" width="80" height="64" pixelFormat="Mono12p"
+    <Camera id="a-gray12" serial="102" userName="pair" width="80" height="64" pixelFormat="Mono12p"
             frameRate="0"/>
     <Camera id="bayer" serial="103" width="80" height="64" pixelFormat="BayerRG8" frameRate="0"/>
     <Camera id="bgr" serial="104" width="80" height="64" pixelFormat="BGR8" frameRate="0"/>
@@ -70,11 +71,11 @@ TEST_F(ToolGrab, PicturesOfEveryKindOfFormat) {
         EXPECT_EQ(result.exitCode, 0) << result.err;
         EXPECT_EQ(Bars(ReadPngFile(Path(std::string(camera) + ".png"))), colourBars) << camera;
     }
-    EXPECT_EQ(Run({"grab", "gray12", "-o", "gray12.png"}).exitCode, 0);
+    EXPECT_EQ(Run({"grab", "a-gray12", "-o", "gray12.png"}).exitCode, 0);
     const PngFile deep = ReadPngFile(Path("gray12.png"));
     EXPECT_EQ(deep.depth, 16U);
     EXPECT_EQ(deep.Pixel(5, 40)[0], 65535);
-    EXPECT_NEAR(deep.Pixel(55, 40)[0], 0.299 * 65535, 20) << "red";
+    EXPECT_NEAR(deep.Pixel(55, 40)[0], 76 * 257, 20) << "red";
     EXPECT_EQ(deep.Pixel(75, 40)[0], 0);
     EXPECT_EQ(Run({"grab", "yuv", "-o", "yuv.png"}).exitCode, 0);
     const auto bars = Bars(ReadPngFile(Path("yuv.png")));
@@ -87,13 +88,13 @@ TEST_F(ToolGrab, PicturesOfEveryKindOfFormat) {
 
 // Padding is part of the raw lines, the offset in the buffer is not.
 TEST_F(ToolGrab, RawBytesAndTheirDescription) {
-    const ToolResult result = Run({"grab", "gray", "-o", "{camera}-{frame}.raw"});
+    const ToolResult result = Run({"grab", "a-gray", "-o", "{camera}-{frame}.raw"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
-    const std::string bytes = Read("gray-0.raw");
+    const std::string bytes = Read("a-gray-0.raw");
     ASSERT_EQ(bytes.size(), 83U * 63 + 80);
     EXPECT_EQ(bytes.substr(83 * 40, 10), std::string(10, '\xFF'));
     EXPECT_EQ(bytes.substr(83 * 40 + 70, 10), std::string(10, '\0'));
-    EXPECT_THAT(Read("gray-0.raw.txt"),
+    EXPECT_THAT(Read("a-gray-0.raw.txt"),
                 AllOf(HasSubstr("pixel format: Mono8\n"), HasSubstr("number: 0x01080001\n"),
                       HasSubstr("width: 80\n"), HasSubstr("height: 64\n"),
                       HasSubstr("bytes per line: 83\n"), HasSubstr("bytes: 5309\n"),
@@ -107,11 +108,14 @@ TEST_F(ToolGrab, SeveralFramesAndTheSummary) {
     EXPECT_EQ(report.at("camera"), "bgr");
     EXPECT_EQ(report.at("frames"), 3);
     EXPECT_EQ(report.at("lost"), 0);
-    EXPECT_EQ(report.at("files"), json({"a0001.png", "a0002.png", "a0003.png"}));
+    EXPECT_EQ(report.at("written"), 3);
+    EXPECT_EQ(report.at("firstFile"), "a0001.png");
+    EXPECT_EQ(report.at("lastFile"), "a0003.png");
     EXPECT_EQ(report.at("exitCode"), 0);
     EXPECT_FALSE(report.contains("checks"));
-    for (const auto& file : report.at("files"))
+    for (const char* file : {"a0001.png", "a0002.png", "a0003.png"}) {
         EXPECT_TRUE(Exists(file)) << file;
+    }
 }
 
 // Of the frames 0, 1, 2, ... the camera loses 3, 7, 11, ... and tears 2, 5, 8, 11, ...: the first
@@ -121,7 +125,7 @@ TEST_F(ToolGrab, CountsWhatWasLostOrIsIncomplete) {
     EXPECT_EQ(report.at("frames"), 9);
     EXPECT_EQ(report.at("lost"), 2);
     EXPECT_EQ(report.at("incomplete"), 3);
-    EXPECT_EQ(report.at("files"), json::array());
+    EXPECT_EQ(report.at("written"), 0);
 }
 
 TEST_F(ToolGrab, UnknownAndAmbiguousCameras) {
@@ -131,7 +135,7 @@ TEST_F(ToolGrab, UnknownAndAmbiguousCameras) {
     const ToolResult ambiguous = Run({"grab", "pair"});
     EXPECT_EQ(ambiguous.exitCode, 3);
     EXPECT_THAT(ambiguous.err,
-                AllOf(HasSubstr("1  gray"), HasSubstr("2  gray12"), Not(HasSubstr("bayer"))));
+                AllOf(HasSubstr("1  a-gray"), HasSubstr("2  a-gray12"), Not(HasSubstr("bayer"))));
     const ToolResult inJson = Run({"grab", "nobody", "--json"});
     EXPECT_EQ(inJson.Json().at("exitCode"), 3);
     SetCameras(R"(<Interface id="eth0" type="GEV"/>)");
@@ -161,7 +165,7 @@ TEST_F(ToolGrab, SilenceIsExplained) {
     const json report = Run({"grab", "sparse", "-n", "2", "-t", "200", "--json"}).Json();
     EXPECT_EQ(report.at("exitCode"), 6);
     EXPECT_EQ(report.at("frames"), 1) << "what came before counts";
-    EXPECT_EQ(report.at("files"), json({"frame-0001.png"}));
+    EXPECT_EQ(report.at("lastFile"), "frame-0001.png");
     for (const json& check : report.at("checks"))
         EXPECT_TRUE(check.at("good")) << check;
 }
@@ -198,7 +202,7 @@ TEST_F(ToolGrab, CtrlCEndsWithASummary) {
     } cases[] = {{"1000000", 130}, {"0", 0}};
     for (const auto& each : cases) {
         const FileWatch watch(folder_);
-        const int process = Start({"grab", "-n", each.count, "-o", "{n}.raw", "gray"});
+        const int process = Start({"grab", "-n", each.count, "-o", "{n}.raw", "a-gray"});
         EXPECT_TRUE(watch.Await("0003.raw"));
         kill(process, SIGINT);
         const ToolResult result = Wait(process);

@@ -1,6 +1,7 @@
 // `zelcam list`, run as a program.
 
 #include <filesystem>
+#include <regex>
 
 #include <gmock/gmock.h>
 
@@ -148,6 +149,54 @@ TEST_F(ToolList, DefaultProducerThatDoesNotStart) {
 
 TEST_F(ToolList, NamesForTheShell) {
     EXPECT_EQ(Run({"list", "--names"}).out, "cam-a\n0815\nleft\ncam-b\n4711\na \"b\"\ncam-c\n0\n");
+}
+
+// Found first by the loader, it loads and starts but is of no use.
+TEST_F(ToolList, DefaultProducerThatCannotListInterfaces) {
+    std::filesystem::copy_file(ZELCAM_BROKEN "/nolist.cti", Path("libZelCTI.cti"));
+    SetVariable("LD_LIBRARY_PATH", folder_);
+    const ToolResult result = Run({"list", "--json"});
+    EXPECT_EQ(result.exitCode, 2);
+    const json producer = result.Json().at("producers").at(0);
+    EXPECT_EQ(producer.at("file"), Path("libZelCTI.cti"));
+    EXPECT_THAT(producer.at("reason").get<std::string>(), HasSubstr("cannot tell its interfaces"));
+}
+
+// What bash offers for a line that ends with the last of `words`.
+class Completion : public ToolList {
+  protected:
+    std::string Offers(const std::string& words) {
+        const ToolResult result =
+            Run({"-c", "source " ZELCAM_COMPLETION "; COMP_WORDS=(" ZELCAM_TOOL " " + words +
+                           "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _zelcam; "
+                           "printf '%s\\n' \"${COMPREPLY[@]}\""},
+                "/bin/bash");
+        return result.out + result.err;
+    }
+};
+
+TEST_F(Completion, CommandsOptionsCamerasAndFiles) {
+    EXPECT_EQ(Offers("''"), "list\ngrab\n-h\n--help\n--version\n");
+    EXPECT_EQ(Offers("grab cam-"), "cam-a\ncam-b\ncam-c\n");
+    EXPECT_EQ(Offers("grab a"), "a\\ \\\"b\\\"\n") << "names with blanks are quoted";
+    EXPECT_EQ(Offers("grab --co"), "--count\n");
+    EXPECT_EQ(Offers("grab -f r"), "raw\n");
+    EXPECT_EQ(Offers("list --producer cam"), "cameras.xml\n");
+}
+
+// The options that the completion offers are those the program has.
+TEST_F(Completion, KnowsEveryOption) {
+    for (const char* command : {"list", "grab"}) {
+        const std::string help = Run({command, "--help"}).out;
+        const std::string offered = "\n" + Offers(std::string(command) + " --");
+        const std::regex line("\\n  (?:-.,)?(--[a-z]+)");
+        const std::sregex_iterator end;
+        size_t options = 0;
+        for (std::sregex_iterator it(help.begin(), help.end(), line); it != end; ++it, ++options) {
+            EXPECT_THAT(offered, HasSubstr("\n" + it->str(1) + "\n")) << command;
+        }
+        EXPECT_GE(options, 4U);
+    }
 }
 
 TEST_F(ToolList, WrongUse) {

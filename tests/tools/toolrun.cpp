@@ -36,7 +36,7 @@ void ToolTest::SetCameras(const std::string& interfaces) {
     SetVariable("ZELSIM_CONFIG", Path("cameras.xml"));
 }
 
-int ToolTest::Start(const std::vector<std::string>& arguments) {
+int ToolTest::Start(const std::vector<std::string>& arguments, const char* program) {
     const int process = fork();
     if (process < 0) throw std::runtime_error("fork");
     if (process > 0) return process;
@@ -45,11 +45,11 @@ int ToolTest::Start(const std::vector<std::string>& arguments) {
     if (chdir(folder_.c_str()) != 0) _exit(126);
     for (const auto& [name, value] : environment_)
         setenv(name.c_str(), value.c_str(), 1);
-    std::vector<char*> argv = {const_cast<char*>("zelcam")};
+    std::vector<char*> argv = {const_cast<char*>(program)};
     for (const std::string& argument : arguments)
         argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);
-    execv(ZELCAM_TOOL, argv.data());
+    execv(program, argv.data());
     _exit(127);
 }
 

@@ -31,10 +31,12 @@ class ToolTest : public ::testing::Test {
         environment_[name] = value;
     }
 
-    // Starts the program; Wait returns what came of it.
-    int Start(const std::vector<std::string>& arguments);
+    // Starts a program, zelcam by default; Wait returns what came of it.
+    int Start(const std::vector<std::string>& arguments, const char* program = ZELCAM_TOOL);
     ToolResult Wait(int process);
-    ToolResult Run(const std::vector<std::string>& arguments) { return Wait(Start(arguments)); }
+    ToolResult Run(const std::vector<std::string>& arguments, const char* program = ZELCAM_TOOL) {
+        return Wait(Start(arguments, program));
+    }
 
     std::string Path(const std::string& name) const { return folder_ + "/" + name; }
     std::string Read(const std::string& name) const;

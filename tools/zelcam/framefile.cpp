@@ -162,7 +162,7 @@ FrameWriter::FrameWriter(FileFormat format, FileNamePattern pattern, std::string
 
 std::string FrameWriter::Write(const Frame& frame, uint64_t number) const {
     if (format_ == FileFormat::None) return "";
-    const std::string name = pattern_.Expand(number, frame.frameId, cameraId_);
+    std::string name = pattern_.Expand(number, frame.frameId, cameraId_);
     if (format_ == FileFormat::Png) {
         const std::vector<uint8_t> bytes = ToPng(frame);
         WriteOrFail(name, bytes.data(), bytes.size());

@@ -134,7 +134,7 @@ ExitCode RunGrab(const GrabOptions& options) {
     return report.exitCode;
 }
 
-void AddGrabOptions(CLI::App& command, GrabOptions& options) {
+void AddFrameOptions(CLI::App& command, GrabOptions& options) {
     command
         .add_option("camera", options.camera,
                     "Identifier, serial number or user name of the camera, or\n"
@@ -156,6 +156,9 @@ void AddGrabOptions(CLI::App& command, GrabOptions& options) {
                     "[by the ending of --output, else png]")
         ->type_name("FORMAT")
         ->check(CLI::IsMember({"png", "raw", "none"}).description(""));
+}
+
+void AddCameraOptions(CLI::App& command, GrabOptions& options) {
     command
         .add_option("-t,--timeout", options.timeoutMs,
                     "Longest wait for the next frame, in milliseconds")
@@ -182,7 +185,8 @@ void AddGrabOptions(CLI::App& command, GrabOptions& options) {
 void AddGrabCommand(CLI::App& app, Invocation& invocation) {
     auto options = std::make_shared<GrabOptions>();
     CLI::App* command = app.add_subcommand("grab", "Grab frames and write them to files");
-    AddGrabOptions(*command, *options);
+    AddFrameOptions(*command, *options);
+    AddCameraOptions(*command, *options);
     AddSessionOptions(*command, options->session);
     command->footer(
         "Examples:\n"

@@ -33,7 +33,9 @@ void GrabReport::NoteFrame(const Frame& frame, const std::string& file) {
         geometry = std::to_string(frame.image.width) + " x " + std::to_string(frame.image.height) +
                    " " + Imaging::PixelFormatName(frame.image.pixelFormat);
     }
-    if (!file.empty()) files.push_back(file);
+    if (file.empty()) return;
+    if (++written == 1) firstFile = file;
+    lastFile = file;
 }
 
 void GrabReport::PrintText(std::ostream& out, std::ostream& err) const {
@@ -55,9 +57,9 @@ void GrabReport::PrintSummary(std::ostream& out) const {
     PrintCount(out, "Under-run   ", underruns,
                "  (no buffer was free; more --buffers or less to write helps)");
     PrintCount(out, "Lost        ", statistics.Lost(), "  (gaps in the camera's frame numbers)");
-    if (files.empty()) return;
-    out << "Written     " << files.front();
-    if (files.size() > 1) out << (files.size() > 2 ? " ... " : ", ") << files.back();
+    if (written == 0) return;
+    out << "Written     " << firstFile;
+    if (written > 1) out << (written > 2 ? " ... " : ", ") << lastFile;
     out << '\n';
 }
 
@@ -85,7 +87,9 @@ void GrabReport::PrintJson(std::ostream& out) const {
                    {"underruns", underruns},
                    {"lost", statistics.Lost()},
                    {"interrupted", interrupted},
-                   {"files", files},
+                   {"written", written},
+                   {"firstFile", firstFile},
+                   {"lastFile", lastFile},
                    {"exitCode", static_cast<int>(exitCode)},
                    {"error", error}};
     if (!checks.empty()) {

@@ -18,7 +18,9 @@ struct GrabReport {
     FrameStatistics statistics;
     uint64_t underruns = 0;
     std::string geometry;  // of the first frame: "640 x 480 Mono8"
-    std::vector<std::string> files;
+    uint64_t written = 0;
+    std::string firstFile;
+    std::string lastFile;
     bool interrupted = false;
     ExitCode exitCode = ExitCode::Ok;
     std::string error;  // why it ended early; empty if it did not

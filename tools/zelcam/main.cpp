@@ -1,5 +1,6 @@
 // zelcam: cameras from the command line. One source per subcommand, see commands.h.
 
+#include <cstdio>
 #include <exception>
 #include <iostream>
 
@@ -51,9 +52,7 @@ ExitCode Run(const Invocation& invocation) {
     return code;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+ExitCode ParseAndRun(int argc, char** argv) {
     CLI::App app("Find cameras and grab frames from them", "zelcam");
     app.set_version_flag("--version", "zelcam " ZELCAM_VERSION);
     app.set_help_flag("-h,--help", "Print this help");
@@ -65,7 +64,7 @@ int main(int argc, char** argv) {
     AddGrabCommand(app, invocation);
     if (argc == 1) {
         std::cerr << app.help();
-        return static_cast<int>(ExitCode::Usage);
+        return ExitCode::Usage;
     }
     try {
         app.parse(argc, argv);
@@ -74,9 +73,20 @@ int main(int argc, char** argv) {
             TellFailure(
                 "there is no command \"" + app.remaining().front() + "\"; see zelcam --help",
                 ExitCode::Usage, false);
-            return static_cast<int>(ExitCode::Usage);
+            return ExitCode::Usage;
         }
-        return app.exit(error) == 0 ? 0 : static_cast<int>(ExitCode::Usage);
+        return app.exit(error) == 0 ? ExitCode::Ok : ExitCode::Usage;
     }
-    return static_cast<int>(Run(invocation));
+    return Run(invocation);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return static_cast<int>(ParseAndRun(argc, argv));
+    } catch (...) {
+        std::fputs("zelcam: the program could not start\n", stderr);
+        return static_cast<int>(ExitCode::Usage);
+    }
 }

@@ -2,52 +2,39 @@
 
 namespace {
 
+constexpr struct {
+    ZelCamErr code;
+    const char* words;
+} meanings[] = {
+    {ZelCamErr_Success, "success"},
+    {ZelCamErr_Error, "unspecified failure"},
+    {ZelCamErr_NoNodeMap, "it has no parameters"},
+    {ZelCamErr_AcquisitionActive, "refused while frames are being grabbed"},
+    {ZelCamErr_GenTL_Error, "the producer reports an unspecified error"},
+    {ZelCamErr_GenTL_NotInitialized, "the producer was not initialised"},
+    {ZelCamErr_GenTL_NotImplemented, "the producer cannot do this"},
+    {ZelCamErr_GenTL_ResourceInUse, "somebody else uses it"},
+    {ZelCamErr_GenTL_AccessDenied, "access denied"},
+    {ZelCamErr_GenTL_InvalidHandle, "the producer does not know the handle"},
+    {ZelCamErr_GenTL_InvalidId, "the producer does not know the identifier"},
+    {ZelCamErr_GenTL_NoData, "no data"},
+    {ZelCamErr_GenTL_InvalidParameter, "the producer refuses a value as invalid"},
+    {ZelCamErr_GenTL_Io, "communication failed"},
+    {ZelCamErr_GenTL_Timeout, "no answer in time"},
+    {ZelCamErr_GenTL_Abort, "the operation was ended early"},
+    {ZelCamErr_GenTL_InvalidBuffer, "too few buffers, or an invalid one"},
+    {ZelCamErr_GenTL_NotAvailable, "not available, or the producer lacks a function"},
+    {ZelCamErr_GenTL_InvalidAddress, "there is nothing at that address"},
+    {ZelCamErr_GenTL_BufferTooSmall, "a buffer is too small"},
+};
+
 const char* Meaning(ZelCamErr code) {
-    switch (code) {
-        case ZelCamErr_Success:
-            return "success";
-        case ZelCamErr_Error:
-            return "unspecified failure";
-        case ZelCamErr_NoNodeMap:
-            return "it has no parameters";
-        case ZelCamErr_AcquisitionActive:
-            return "refused while frames are being grabbed";
-        case ZelCamErr_GenTL_Error:
-            return "the producer reports an unspecified error";
-        case ZelCamErr_GenTL_NotInitialized:
-            return "the producer was not initialised";
-        case ZelCamErr_GenTL_NotImplemented:
-            return "the producer cannot do this";
-        case ZelCamErr_GenTL_ResourceInUse:
-            return "somebody else uses it";
-        case ZelCamErr_GenTL_AccessDenied:
-            return "access denied";
-        case ZelCamErr_GenTL_InvalidHandle:
-            return "the producer does not know the handle";
-        case ZelCamErr_GenTL_InvalidId:
-            return "the producer does not know the identifier";
-        case ZelCamErr_GenTL_NoData:
-            return "no data";
-        case ZelCamErr_GenTL_InvalidParameter:
-            return "the producer refuses a value as invalid";
-        case ZelCamErr_GenTL_Io:
-            return "communication with the camera failed";
-        case ZelCamErr_GenTL_Timeout:
-            return "no answer in time";
-        case ZelCamErr_GenTL_Abort:
-            return "the operation was ended early";
-        case ZelCamErr_GenTL_InvalidBuffer:
-            return "too few buffers, or an invalid one";
-        case ZelCamErr_GenTL_NotAvailable:
-            return "not available, or the producer lacks a function";
-        case ZelCamErr_GenTL_InvalidAddress:
-            return "there is nothing at that address";
-        case ZelCamErr_GenTL_BufferTooSmall:
-            return "a buffer is too small";
-        default:
-            return code <= -10000 && code > -40000 ? "an error of this producer's own"
-                                                   : "an error without a name";
+    for (const auto& meaning : meanings) {
+        if (meaning.code == code) return meaning.words;
     }
+    // The range that the GenTL standard leaves to producers.
+    return code <= -10000 && code > -40000 ? "an error of this producer's own"
+                                           : "an error without a name";
 }
 
 }  // namespace

@@ -1,0 +1,230 @@
+// The control interface: faults, call counts and configuration.
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <future>
+#include <thread>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+
+#include "tests/simulator/producer.h"
+
+using namespace GenTL;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+
+namespace {
+
+class FaultTest : public SimulatorTest {
+  protected:
+    static ZelSimFault Fault(const char* function, uint32_t actions) {
+        ZelSimFault fault{};
+        fault.function = function;
+        fault.command = ZELSIM_ANY_COMMAND;
+        fault.count = ZELSIM_FOREVER;
+        fault.actions = actions;
+        return fault;
+    }
+    Info TlInfo(int32_t command) {
+        return Ask([&](INFO_DATATYPE* type, void* buffer, size_t* size) {
+            return p.TLGetInfo(system, command, type, buffer, size);
+        });
+    }
+    GC_ERROR Count() {
+        uint32_t count = 0;
+        return p.TLGetNumInterfaces(system, &count);
+    }
+};
+
+TEST_F(FaultTest, CountsCalls) {
+    const uint64_t before = p.GetCallCount("TLGetNumInterfaces");
+    Count();
+    Count();
+    EXPECT_EQ(p.GetCallCount("TLGetNumInterfaces"), before + 2);
+    EXPECT_EQ(p.GetCallCount("NoSuchFunction"), 0U);
+}
+
+TEST_F(FaultTest, ReturnsCodesAfterSkippedCalls) {
+    ZelSimFault fault = Fault("TLGetNumInterfaces", ZELSIM_FAULT_RETURN);
+    fault.code = GC_ERR_BUSY;
+    fault.skip = 1;
+    fault.count = 2;
+    ASSERT_EQ(p.InjectFault(&fault), GC_ERR_SUCCESS);
+    EXPECT_EQ(Count(), GC_ERR_SUCCESS);
+    EXPECT_EQ(Count(), GC_ERR_BUSY);
+    EXPECT_THAT(LastErrorText(), HasSubstr("TLGetNumInterfaces"));
+    EXPECT_EQ(Count(), GC_ERR_BUSY);
+    EXPECT_EQ(Count(), GC_ERR_SUCCESS);
+    fault.function = "*";
+    fault.skip = 0;
+    fault.count = ZELSIM_FOREVER;
+    ASSERT_EQ(p.InjectFault(&fault), GC_ERR_SUCCESS);
+    EXPECT_EQ(TlInfo(TL_INFO_ID).code, GC_ERR_BUSY);
+    ASSERT_EQ(p.ClearFaults(), GC_ERR_SUCCESS);
+    EXPECT_EQ(TlInfo(TL_INFO_ID).code, GC_ERR_SUCCESS);
+    fault.function = "NoSuchFunction";
+    EXPECT_EQ(p.InjectFault(&fault), GC_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(p.InjectFault(nullptr), GC_ERR_INVALID_PARAMETER);
+}
+
+TEST_F(FaultTest, FirstOfSeveralActs) {
+    ZelSimFault first = Fault("TLGetNumInterfaces", ZELSIM_FAULT_RETURN);
+    first.code = GC_ERR_IO;
+    first.count = 1;
+    ZelSimFault second = first;
+    second.code = GC_ERR_BUSY;
+    ASSERT_EQ(p.InjectFault(&first), GC_ERR_SUCCESS);
+    ASSERT_EQ(p.InjectFault(&second), GC_ERR_SUCCESS);
+    EXPECT_EQ(Count(), GC_ERR_IO);
+    EXPECT_EQ(Count(), GC_ERR_BUSY);
+    EXPECT_EQ(Count(), GC_ERR_SUCCESS);
+}
+
+TEST_F(FaultTest, ChangesTypeSizeAndValueOfOneCommand) {
+    ZelSimFault fault = Fault("TLGetInfo", ZELSIM_FAULT_TYPE | ZELSIM_FAULT_VALUE);
+    fault.command = 1234;  // a command that there is not
+    fault.type = INFO_DATATYPE_STRING;
+    fault.value = "abc";
+    fault.valueSize = 4;
+    ASSERT_EQ(p.InjectFault(&fault), GC_ERR_SUCCESS);
+    EXPECT_EQ(TlInfo(1234).Text(), "abc");
+    EXPECT_EQ(TlInfo(TL_INFO_TLTYPE).Text(), "Mixed");
+    char small[3];
+    INFO_DATATYPE type = 0;
+    size_t size = sizeof(small);
+    EXPECT_EQ(p.TLGetInfo(system, 1234, &type, small, &size), GC_ERR_BUFFER_TOO_SMALL);
+    EXPECT_EQ(size, 4U);
+    ASSERT_EQ(p.ClearFaults(), GC_ERR_SUCCESS);
+
+    fault = Fault("TLGetInfo", ZELSIM_FAULT_SIZE);
+    fault.size = 3;
+    ASSERT_EQ(p.InjectFault(&fault), GC_ERR_SUCCESS);
+    size = 0;
+    EXPECT_EQ(p.TLGetInfo(system, TL_INFO_TLTYPE, &type, nullptr, &size), GC_ERR_SUCCESS);
+    EXPECT_EQ(size, 3U);
+    EXPECT_EQ(type, INFO_DATATYPE_STRING);
+    ASSERT_EQ(p.ClearFaults(), GC_ERR_SUCCESS);
+
+    // Plain out-parameters too.
+    const uint32_t seven = 7;
+    fault = Fault("TLGetNumInterfaces", ZELSIM_FAULT_VALUE);
+    fault.value = &seven;
+    fault.valueSize = sizeof(seven);
+    ASSERT_EQ(p.InjectFault(&fault), GC_ERR_SUCCESS);
+    uint32_t count = 0;
+    EXPECT_EQ(p.TLGetNumInterfaces(system, &count), GC_ERR_SUCCESS);
+    EXPECT_EQ(count, 7U);
+    EXPECT_EQ(p.TLGetNumInterfaces(nullptr, &count), GC_ERR_INVALID_HANDLE);
+}
+
+TEST_F(FaultTest, BlockedCallsContinueWhenFaultsAreCleared) {
+    ZelSimFault fault = Fault("TLGetNumInterfaces", ZELSIM_FAULT_BLOCK);
+    fault.blockMs = ZELSIM_FOREVER;
+    ASSERT_EQ(p.InjectFault(&fault), GC_ERR_SUCCESS);
+    const uint64_t before = p.GetCallCount("TLGetNumInterfaces");
+    auto blocked = std::async(std::launch::async, [&] { return Count(); });
+    while (p.GetCallCount("TLGetNumInterfaces") == before)
+        std::this_thread::yield();
+    EXPECT_EQ(TlInfo(TL_INFO_TLTYPE).Text(), "Mixed") << "others are not blocked";
+    ASSERT_EQ(p.ClearFaults(), GC_ERR_SUCCESS);
+    EXPECT_EQ(blocked.get(), GC_ERR_SUCCESS);
+    fault.blockMs = 1;
+    ASSERT_EQ(p.InjectFault(&fault), GC_ERR_SUCCESS);
+    EXPECT_EQ(Count(), GC_ERR_SUCCESS);
+}
+
+class ConfigTest : public SimulatorTest {};
+
+TEST_F(ConfigTest, RefusesWhatIsNoConfiguration) {
+    EXPECT_EQ(p.Configure("<ZelSim/>"), GC_ERR_BUSY);
+    ASSERT_EQ(p.TLClose(system), GC_ERR_SUCCESS);
+    const auto camera = [](const std::string& keys) {
+        return "<ZelSim>\n<Interface id='I' type='GEV'>\n<Camera " + keys +
+               "/></Interface></ZelSim>";
+    };
+    const struct {
+        std::string text;
+        const char* line;
+        const char* reason;
+    } cases[] = {
+        {"<ZelSim>\n", ":", "not well-formed"},
+        {"<Other/>", ":1:", "must be ZelSim"},
+        {"<ZelSim>\n<Camera id='a'/></ZelSim>", ":2:", "only Interface"},
+        {"<ZelSim><Interface type='GEV'/></ZelSim>", ":1:", "without id"},
+        {"<ZelSim><Interface id='I'/></ZelSim>", ":1:", "without type"},
+        {"<ZelSim><Interface id='I' type='gev'/></ZelSim>", ":1:", "GEV, U3V"},
+        {camera("id='a' hight='3'"), ":3:", "no key \"hight\""},
+        {camera("width='3'"), ":3:", "without id"},
+        {camera("id='a' width='0'"), ":3:", "1 to 65536"},
+        {camera("id='a' width='12x'"), ":3:", "1 to 65536"},
+        {camera("id='a' frameRate='nan'"), ":3:", "frameRate"},
+        {camera("id='a' noFill='yes'"), ":3:", "true or false"},
+        {camera("id='a' pixelFormat='Mono9'"), ":3:", "PFNC"},
+        {camera("id='a' pattern='Stripes'"), ":3:", "ColorBars"},
+        {camera("id='a' bufAlignment='3'"), ":3:", "power of two"},
+        {camera("id='a' pixelFormat='Mono10p' width='6'"), ":3:", "not whole bytes"},
+        {camera("id='a' pixelFormat='YUV422_8' width='5'"), ":3:", "not whole bytes"},
+        {camera("id='a' width='65536' height='65536'"), ":3:", "1 GiB"},
+        {camera("id='a'/>\n<Camera id='a'"), ":4:", "used twice"},
+    };
+    for (const auto& bad : cases) {
+        EXPECT_EQ(p.Configure(bad.text.c_str()), GC_ERR_INVALID_PARAMETER) << bad.text;
+        EXPECT_THAT(LastErrorText(), AllOf(HasSubstr(bad.line), HasSubstr(bad.reason)));
+    }
+    EXPECT_EQ(p.Configure(nullptr), GC_ERR_SUCCESS);
+    ASSERT_EQ(p.TLOpen(&system), GC_ERR_SUCCESS);
+    EXPECT_EQ(DeviceIds(OpenInterface("GEV0")).size(), 2U);
+}
+
+// A file that ZELSIM_CONFIG names while a producer is loaded.
+class ConfigFile {
+  public:
+    explicit ConfigFile(const std::string& text)
+        : path_(std::filesystem::path(::testing::TempDir()) /
+                ("zelsim-" + std::to_string(getpid()) + ".xml")) {
+        std::ofstream(path_) << text;
+        setenv("ZELSIM_CONFIG", path_.c_str(), 1);
+    }
+    ~ConfigFile() {
+        unsetenv("ZELSIM_CONFIG");
+        std::filesystem::remove(path_);
+    }
+    std::string Path() const { return path_; }
+
+  private:
+    std::filesystem::path path_;
+};
+
+TEST(ConfigFileTest, IsReadWhenTheProducerIsInitialised) {
+    ConfigFile file("<ZelSim><Interface id='mine' type='CL'/></ZelSim>");
+    Producer p;
+    ASSERT_EQ(p.GCInitLib(), GC_ERR_SUCCESS);
+    TL_HANDLE system = nullptr;
+    ASSERT_EQ(p.TLOpen(&system), GC_ERR_SUCCESS);
+    char id[16] = {};
+    size_t size = sizeof(id);
+    EXPECT_EQ(p.TLGetInterfaceID(system, 0, id, &size), GC_ERR_SUCCESS);
+    EXPECT_STREQ(id, "mine");
+    EXPECT_EQ(p.GCCloseLib(), GC_ERR_SUCCESS);
+}
+
+TEST(ConfigFileTest, BadFileFailsTheInitialisation) {
+    ConfigFile file("<ZelSim>\n\n<Interface id='mine' type='X'/></ZelSim>");
+    Producer p;
+    EXPECT_EQ(p.GCInitLib(), GC_ERR_INVALID_PARAMETER);
+    GC_ERROR code = 0;
+    char text[600] = {};
+    size_t size = sizeof(text);
+    ASSERT_EQ(p.GCGetLastError(&code, text, &size), GC_ERR_SUCCESS);
+    EXPECT_EQ(code, GC_ERR_INVALID_PARAMETER);
+    EXPECT_THAT(text, HasSubstr(file.Path() + ":3: type=\"X\""));
+    setenv("ZELSIM_CONFIG", "/nonexistent/cameras.xml", 1);
+    EXPECT_EQ(p.GCInitLib(), GC_ERR_IO);
+    unsetenv("ZELSIM_CONFIG");
+    EXPECT_EQ(p.GCInitLib(), GC_ERR_SUCCESS);
+    EXPECT_EQ(p.GCCloseLib(), GC_ERR_SUCCESS);
+}
+
+}  // namespace

@@ -1,0 +1,205 @@
+// Events: queues, waits, kills, and their data.
+
+#include <array>
+#include <atomic>
+#include <future>
+#include <thread>
+
+#include <gmock/gmock.h>
+
+#include "tests/simulator/producer.h"
+
+using namespace GenTL;
+using ::testing::AnyOf;
+
+namespace {
+
+class EventTest : public CameraTest {
+  protected:
+    EventTest() { OpenCamera(""); }
+
+    EVENT_HANDLE Register(EVENTSRC_HANDLE module, int32_t type) {
+        EVENT_HANDLE event = nullptr;
+        EXPECT_EQ(p.GCRegisterEvent(module, type, &event), GC_ERR_SUCCESS);
+        return event;
+    }
+    GC_ERROR Fire(const char* id, int32_t type, const std::string& data, uint64_t eventId = 0) {
+        return p.FireEvent(id, type, eventId, data.data(), data.size());
+    }
+    GC_ERROR Get(EVENT_HANDLE event, std::string& data, uint64_t timeoutMs = patienceMs) {
+        size_t size = data.size();
+        const GC_ERROR code = p.EventGetData(event, data.data(), &size, timeoutMs);
+        data.resize(size);
+        return code;
+    }
+    Info EventInfo(EVENT_HANDLE event, int32_t command) {
+        return Ask([&](INFO_DATATYPE* type, void* buffer, size_t* size) {
+            return p.EventGetInfo(event, command, type, buffer, size);
+        });
+    }
+    Info DataInfo(EVENT_HANDLE event, const std::string& data, int32_t command) {
+        return Ask([&](INFO_DATATYPE* type, void* buffer, size_t* size) {
+            return p.EventGetDataInfo(event, data.data(), data.size(), command, type, buffer, size);
+        });
+    }
+};
+
+TEST_F(EventTest, RegistersWhatTheModuleHas) {
+    EVENT_HANDLE event = nullptr;
+    EXPECT_EQ(p.GCRegisterEvent(stream, EVENT_NEW_BUFFER, &event), GC_ERR_RESOURCE_IN_USE);
+    EXPECT_EQ(p.GCRegisterEvent(device, EVENT_NEW_BUFFER, &event), GC_ERR_NOT_IMPLEMENTED);
+    EXPECT_EQ(p.GCRegisterEvent(interface, EVENT_REMOTE_DEVICE, &event), GC_ERR_NOT_IMPLEMENTED);
+    EXPECT_EQ(p.GCRegisterEvent(device, EVENT_ERROR, nullptr), GC_ERR_INVALID_PARAMETER);
+    for (EVENTSRC_HANDLE module : {system, interface, device, stream})
+        Register(module, EVENT_MODULE);
+    EXPECT_EQ(p.GCUnregisterEvent(device, EVENT_MODULE), GC_ERR_SUCCESS);
+    EXPECT_EQ(p.GCUnregisterEvent(device, EVENT_MODULE), GC_ERR_NOT_AVAILABLE);
+    Register(device, EVENT_MODULE);
+}
+
+TEST_F(EventTest, DeliversInOrderAndKeepsWhatDoesNotFit) {
+    const EVENT_HANDLE event = Register(device, EVENT_REMOTE_DEVICE);
+    std::string data(4, '\0');
+    EXPECT_EQ(Get(event, data, 0), GC_ERR_TIMEOUT);
+    EXPECT_EQ(Get(event, data, 1), GC_ERR_TIMEOUT);
+    EXPECT_EQ(Fire("X", EVENT_REMOTE_DEVICE, "lost"), GC_ERR_INVALID_ID);
+    EXPECT_EQ(Fire("C", EVENT_NEW_BUFFER, "wrong"), GC_ERR_INVALID_PARAMETER);
+    ASSERT_EQ(Fire("C", EVENT_REMOTE_DEVICE, "first"), GC_ERR_SUCCESS);
+    ASSERT_EQ(Fire("C", EVENT_REMOTE_DEVICE, "2nd"), GC_ERR_SUCCESS);
+    EXPECT_EQ(EventInfo(event, EVENT_NUM_IN_QUEUE).Size(), 2U);
+    EXPECT_EQ(EventInfo(event, EVENT_EVENT_TYPE).Int32(), EVENT_REMOTE_DEVICE);
+    data.resize(4);
+    EXPECT_EQ(Get(event, data), GC_ERR_BUFFER_TOO_SMALL);
+    EXPECT_EQ(data.size(), 5U);
+    size_t size = 0;
+    EXPECT_EQ(p.EventGetData(event, nullptr, &size, 0), GC_ERR_SUCCESS);
+    EXPECT_EQ(size, 5U);
+    EXPECT_EQ(p.EventGetData(event, data.data(), nullptr, 0), GC_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(Get(event, data), GC_ERR_SUCCESS);
+    EXPECT_EQ(data, "first");
+    EXPECT_EQ(Get(event, data), GC_ERR_SUCCESS);
+    EXPECT_EQ(data, "2nd");
+    ASSERT_EQ(Fire("C", EVENT_REMOTE_DEVICE, "third"), GC_ERR_SUCCESS);
+    ASSERT_EQ(p.EventFlush(event), GC_ERR_SUCCESS);
+    EXPECT_EQ(EventInfo(event, EVENT_NUM_IN_QUEUE).Size(), 0U);
+    EXPECT_EQ(EventInfo(event, EVENT_NUM_FIRED).Uint64(), 3U);
+    // A large event is delivered too, beyond the size announced.
+    const std::string large(EventInfo(event, EVENT_SIZE_MAX).Size() + 1, 'x');
+    ASSERT_EQ(Fire("C", EVENT_REMOTE_DEVICE, large), GC_ERR_SUCCESS);
+    data.resize(large.size());
+    EXPECT_EQ(Get(event, data), GC_ERR_SUCCESS);
+    EXPECT_EQ(data, large);
+}
+
+TEST_F(EventTest, DataInfoFollowsTheTypeOfTheEvent) {
+    const EVENT_HANDLE remote = Register(device, EVENT_REMOTE_DEVICE);
+    const EVENT_HANDLE change = Register(device, EVENT_FEATURE_CHANGE);
+    const EVENT_HANDLE error = Register(stream, EVENT_ERROR);
+    const std::string named(
+        "Gain\0"
+        "12\0",
+        8);
+    Fire("C", EVENT_REMOTE_DEVICE, "abc", 0x9001);
+    Fire("C", EVENT_FEATURE_CHANGE, named);
+    Fire("C/Stream0", EVENT_ERROR, "broken", static_cast<uint64_t>(GC_ERR_IO));
+    std::string data(8, '\0');
+    ASSERT_EQ(Get(remote, data), GC_ERR_SUCCESS);
+    EXPECT_EQ(DataInfo(remote, data, EVENT_DATA_ID).Text(), "9001");
+    EXPECT_EQ(DataInfo(remote, data, EVENT_DATA_NUMID).Uint64(), 0x9001U);
+    const Info value = DataInfo(remote, data, EVENT_DATA_VALUE);
+    EXPECT_EQ(value.type, INFO_DATATYPE_BUFFER);
+    EXPECT_EQ(std::string(value.bytes.begin(), value.bytes.end()), "abc");
+    EXPECT_EQ(DataInfo(remote, "abd", EVENT_DATA_ID).code, GC_ERR_INVALID_PARAMETER);
+    data.resize(8);
+    ASSERT_EQ(Get(change, data), GC_ERR_SUCCESS);
+    EXPECT_EQ(DataInfo(change, data, EVENT_DATA_ID).Text(), "Gain");
+    EXPECT_EQ(DataInfo(change, data, EVENT_DATA_VALUE).Text(), "12");
+    EXPECT_EQ(DataInfo(change, data, EVENT_DATA_NUMID).code, GC_ERR_NOT_IMPLEMENTED);
+    data.resize(8);
+    ASSERT_EQ(Get(error, data), GC_ERR_SUCCESS);
+    EXPECT_EQ(DataInfo(error, data, EVENT_DATA_ID).Int32(), GC_ERR_IO);
+    EXPECT_EQ(DataInfo(error, data, EVENT_DATA_VALUE).Text(), "broken");
+}
+
+TEST_F(EventTest, NewBufferDataNameTheBuffer) {
+    int mark = 0;
+    BUFFER_HANDLE buffer = nullptr;
+    ASSERT_EQ(p.DSAllocAndAnnounceBuffer(stream, 400000, &mark, &buffer), GC_ERR_SUCCESS);
+    ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+    ASSERT_EQ(Start(1), GC_ERR_SUCCESS);
+    std::string data(sizeof(EVENT_NEW_BUFFER_DATA), '\0');
+    EXPECT_EQ(EventInfo(newBuffer, EVENT_SIZE_MAX).Size(), data.size());
+    ASSERT_EQ(Get(newBuffer, data), GC_ERR_SUCCESS);
+    EXPECT_EQ(DataInfo(newBuffer, data, EVENT_DATA_ID).Pointer(), buffer);
+    EXPECT_EQ(DataInfo(newBuffer, data, EVENT_DATA_VALUE).Pointer(), &mark);
+}
+
+TEST_F(EventTest, KillEndsTheNextWaitOnceAndKeepsEvents) {
+    const EVENT_HANDLE event = Register(interface, EVENT_MODULE);
+    std::string data(8, '\0');
+    ASSERT_EQ(Fire("I", EVENT_MODULE, "kept"), GC_ERR_SUCCESS);
+    ASSERT_EQ(p.EventKill(event), GC_ERR_SUCCESS);
+    ASSERT_EQ(p.EventKill(event), GC_ERR_SUCCESS) << "two kills that nobody waits for are one";
+    EXPECT_EQ(Get(event, data), GC_ERR_ABORT);
+    data.resize(8);
+    EXPECT_EQ(Get(event, data), GC_ERR_SUCCESS);
+    EXPECT_EQ(data, "kept");
+}
+
+// Whichever comes first, the wait or what ends it, the outcome is the same.
+TEST_F(EventTest, WaitsEndOnKillEventAndUnregistration) {
+    const EVENT_HANDLE event = Register(device, EVENT_MODULE);
+    const auto wait = [&] {
+        std::string data(8, '\0');
+        return Get(event, data, GENTL_INFINITE);
+    };
+    const auto launch = [&] {
+        const uint64_t before = p.GetCallCount("EventGetData");
+        auto result = std::async(std::launch::async, wait);
+        while (p.GetCallCount("EventGetData") == before)
+            std::this_thread::yield();
+        return result;
+    };
+    auto killed = launch();
+    ASSERT_EQ(p.EventKill(event), GC_ERR_SUCCESS);
+    EXPECT_EQ(killed.get(), GC_ERR_ABORT);
+    auto served = launch();
+    ASSERT_EQ(Fire("C", EVENT_MODULE, "event"), GC_ERR_SUCCESS);
+    EXPECT_EQ(served.get(), GC_ERR_SUCCESS);
+    auto ended = launch();
+    ASSERT_EQ(p.GCUnregisterEvent(device, EVENT_MODULE), GC_ERR_SUCCESS);
+    EXPECT_THAT(ended.get(), AnyOf(GC_ERR_ABORT, GC_ERR_INVALID_HANDLE));
+}
+
+TEST_F(EventTest, ManyThreadsShareOneQueue) {
+    const EVENT_HANDLE event = Register(device, EVENT_REMOTE_DEVICE);
+    constexpr size_t numThreads = 4;
+    constexpr uint32_t numEvents = 500;
+    std::atomic<uint64_t> sum{0};
+    std::atomic<uint32_t> numLeft{numEvents};
+    const auto fetch = [&] {
+        for (;;) {
+            uint32_t number = 0;
+            size_t size = sizeof(number);
+            const GC_ERROR code = p.EventGetData(event, &number, &size, patienceMs);
+            if (code == GC_ERR_ABORT || code == GC_ERR_INVALID_HANDLE) return;
+            ASSERT_EQ(code, GC_ERR_SUCCESS);
+            sum += number;
+            --numLeft;
+        }
+    };
+    std::vector<std::thread> threads;
+    for (size_t i = 0; i < numThreads; ++i)
+        threads.emplace_back(fetch);
+    for (uint32_t i = 1; i <= numEvents; ++i) {
+        EXPECT_EQ(p.FireEvent("C", EVENT_REMOTE_DEVICE, 0, &i, sizeof(i)), GC_ERR_SUCCESS);
+    }
+    while (numLeft != 0)
+        std::this_thread::yield();
+    EXPECT_EQ(p.GCUnregisterEvent(device, EVENT_REMOTE_DEVICE), GC_ERR_SUCCESS);
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(sum, uint64_t{numEvents} * (numEvents + 1) / 2);
+}
+
+}  // namespace
