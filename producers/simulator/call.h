@@ -39,12 +39,14 @@ template <typename Work>
                                                  Work&& work) noexcept {
     const std::optional<FaultEffect> effect = Faults::Instance().Meet(function, answer.Command());
     if (!effect) return Guard(function, std::forward<Work>(work));
-    if (effect->Has(ZELSIM_FAULT_RETURN)) {
-        if (effect->code != 0) LastError::Set(effect->code, NameOf(function), "injected fault");
-        return effect->code;
-    }
     const size_t capacity = answer.Capacity();
-    return effect->Apply(answer, capacity, Guard(function, std::forward<Work>(work)));
+    GenTL::GC_ERROR result = effect->code;
+    if (!effect->Has(ZELSIM_FAULT_RETURN)) {
+        result = Guard(function, std::forward<Work>(work));
+    } else if (result != GenTL::GC_ERR_SUCCESS) {
+        LastError::Set(result, NameOf(function), "injected fault");
+    }
+    return effect->Apply(answer, capacity, result);
 }
 
 // Counts the call, applies injected faults and runs the work. `answer` names the out-parameters of

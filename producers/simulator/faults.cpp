@@ -36,20 +36,20 @@ const char* NameOf(Function function) {
     return _names[static_cast<size_t>(function)];
 }
 
-GenTL::GC_ERROR FaultEffect::Apply(Answer original, size_t capacity, GenTL::GC_ERROR result) const {
-    const bool replace =
-        Has(ZELSIM_FAULT_VALUE) && (result == GenTL::GC_ERR_SUCCESS || LacksAnswer(result));
-    if (replace) {
-        original.OverwriteSize(capacity);
+GenTL::GC_ERROR FaultEffect::Apply(Answer answer, size_t capacity, GenTL::GC_ERROR result) const {
+    const bool replaceable =
+        result == GenTL::GC_ERR_SUCCESS || (!Has(ZELSIM_FAULT_RETURN) && LacksAnswer(result));
+    if (Has(ZELSIM_FAULT_VALUE) && replaceable) {
+        answer.OverwriteSize(capacity);
         try {
-            original.Replace(value.data(), value.size());
+            answer.Replace(value.data(), value.size());
             result = GenTL::GC_ERR_SUCCESS;
         } catch (const Error& error) {
             result = error.Code();
         }
     }
-    if (Has(ZELSIM_FAULT_TYPE)) original.OverwriteType(type);
-    if (Has(ZELSIM_FAULT_SIZE)) original.OverwriteSize(size);
+    if (Has(ZELSIM_FAULT_TYPE)) answer.OverwriteType(type);
+    if (Has(ZELSIM_FAULT_SIZE)) answer.OverwriteSize(size);
     return result;
 }
 

@@ -35,10 +35,13 @@ struct FaultEffect {
     size_t size = 0;
     std::vector<uint8_t> value;
 
-    bool Has(ZelSimFaultAction action) const { return (actions & static_cast<uint32_t>(action)) != 0; }
+    bool Has(ZelSimFaultAction action) const {
+        return (actions & static_cast<uint32_t>(action)) != 0;
+    }
 
-    // Changes the answer of a call that ended with `code`; the code it ends with now.
-    GenTL::GC_ERROR Apply(Answer original, size_t capacity, GenTL::GC_ERROR result) const;
+    // Changes the answer of a call that ended with `result`, its buffer having this capacity; the
+    // code it ends with now.
+    GenTL::GC_ERROR Apply(Answer answer, size_t capacity, GenTL::GC_ERROR result) const;
 };
 
 // The faults of the process. With none set a call costs one counter and one test. Thread-safe.

@@ -93,6 +93,7 @@ void TestPicture::RenderStatic(const CameraConfig& camera) {
 // Grey is the same in every row of a mosaic.
 std::vector<uint8_t> TestPicture::EncodeGrey(const std::vector<uint8_t>& levels) const {
     std::vector<Rgb> line;
+    line.reserve(levels.size());
     for (uint8_t level : levels)
         line.push_back(Grey(level));
     return EncodeLine(format_, line, 0);

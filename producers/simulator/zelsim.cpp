@@ -14,7 +14,6 @@ namespace {
 using ZelSim::Error;
 using ZelSim::Faults;
 using ZelSim::Handle;
-using ZelSim::Kind;
 using ZelSim::Library;
 using ZelSim::Module;
 using ZelSim::Require;

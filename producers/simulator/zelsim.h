@@ -8,7 +8,8 @@
 #ifndef ZELSIM_H
 #define ZELSIM_H
 
-// NOLINTBEGIN(modernize-deprecated-headers,modernize-use-using): programs in C include this, too.
+// NOLINTBEGIN(modernize-*): C programs include this header as well.
+
 #include <stddef.h>
 #include <stdint.h>
 
@@ -18,13 +19,17 @@ extern "C" {
 
 #define ZELSIM_EXPORT __attribute__((visibility("default")))
 
-// What a fault does to a call; the flags are combined.
+// What a fault does to a call; the flags are combined, and act in this order. VALUE replaces the
+// answer of a call that succeeds, or that fails only because there is no answer
+// (GC_ERR_NOT_IMPLEMENTED, GC_ERR_NOT_AVAILABLE, GC_ERR_NO_DATA, GC_ERR_BUFFER_TOO_SMALL); a null
+// buffer asks for its size, and a buffer too small for it gives GC_ERR_BUFFER_TOO_SMALL, as with
+// any answer. With RETURN it is written only when `code` is 0.
 enum ZelSimFaultAction {
-    ZELSIM_FAULT_BLOCK = 1,   // wait blockMs milliseconds first (or until ZelSim_ClearFaults)
-    ZELSIM_FAULT_RETURN = 2,  // do nothing and return `code`
+    ZELSIM_FAULT_BLOCK = 1,  // wait blockMs milliseconds (ZELSIM_FOREVER: until ZelSim_ClearFaults)
+    ZELSIM_FAULT_RETURN = 2,  // leave out the work of the function; its result is `code`
+    ZELSIM_FAULT_VALUE = 16,  // write the bytes `value` instead of the answer
     ZELSIM_FAULT_TYPE = 4,    // report the data type `type`
-    ZELSIM_FAULT_SIZE = 8,    // report the size `size`
-    ZELSIM_FAULT_VALUE = 16   // write the bytes `value` instead of the answer
+    ZELSIM_FAULT_SIZE = 8     // report the size `size`
 };
 
 #define ZELSIM_ANY_COMMAND INT32_MIN
@@ -33,7 +38,7 @@ enum ZelSimFaultAction {
 typedef struct ZelSimFault {
     const char* function;  // name of a GenTL function, or "*" for every function
     int32_t command;       // only calls with this info command; ZELSIM_ANY_COMMAND for all
-    uint32_t skip;         // matching calls that pass unharmed first
+    uint32_t skip;         // matching calls that this fault lets pass first
     uint32_t count;        // calls that the fault hits then; ZELSIM_FOREVER for all
     uint32_t actions;      // ZELSIM_FAULT_... combined
     int32_t code;
@@ -44,13 +49,15 @@ typedef struct ZelSimFault {
     uint32_t blockMs;
 } ZelSimFault;
 
-// Adds a fault. Of several that match a call, the one added first acts.
+// Adds a fault. Of several that match a call, the one added first acts. GC_ERR_INVALID_PARAMETER
+// for an unknown function.
 ZELSIM_EXPORT int32_t ZelSim_InjectFault(const ZelSimFault* fault);
 
 // Removes all faults and wakes the calls they block.
 ZELSIM_EXPORT int32_t ZelSim_ClearFaults(void);
 
-// Number of calls of a GenTL function since the file was loaded.
+// Number of calls of a GenTL function since the file was loaded, counted when they begin; 0 for an
+// unknown name.
 ZELSIM_EXPORT uint64_t ZelSim_GetCallCount(const char* function);
 
 // Replaces all interfaces and cameras by those of a configuration text (see docs/simulator.md);
@@ -63,12 +70,18 @@ ZELSIM_EXPORT int32_t ZelSim_Configure(const char* xml);
 ZELSIM_EXPORT int32_t ZelSim_PlugCamera(const char* interfaceId, const char* xml);
 
 // Takes a camera away: open devices and streams of it fail with GC_ERR_IO from now on and their
-// waits end; it vanishes from the list at the next IFUpdateDeviceList.
+// waits end with it; what a client does to close them still works. The camera vanishes from the
+// list at the next IFUpdateDeviceList.
 ZELSIM_EXPORT int32_t ZelSim_UnplugCamera(const char* deviceId);
 
-// Puts an event with these data bytes into the queue of every registration of `eventType` on an
-// interface, device or stream whose identifier is `moduleId`. `eventId` is what EventGetDataInfo
-// reports as EVENT_DATA_ID.
+// Puts an event with these data bytes into the queue of every registration of `eventType` (any but
+// EVENT_NEW_BUFFER) on an interface, device or stream whose identifier is `moduleId`. What
+// EventGetDataInfo makes of it depends on the type:
+//   EVENT_REMOTE_DEVICE, EVENT_MODULE  the identifier is `eventId`, the value is the data
+//   EVENT_ERROR                        the identifier is the code `eventId`, the value is the text
+//   EVENT_FEATURE_INVALIDATE           the data are the name of a feature
+//   EVENT_FEATURE_CHANGE               the data are the name, a zero, and the value as text
+// The data may be longer than EVENT_SIZE_MAX says. GC_ERR_INVALID_ID when no such module is open.
 ZELSIM_EXPORT int32_t ZelSim_FireEvent(const char* moduleId, int32_t eventType, uint64_t eventId,
                                        const void* data, size_t size);
 
@@ -88,6 +101,7 @@ typedef size_t (*PZelSim_GetNumOpenHandles)(void);
 #ifdef __cplusplus
 }  // extern "C"
 #endif
-// NOLINTEND(modernize-deprecated-headers,modernize-use-using)
+
+// NOLINTEND(modernize-*)
 
 #endif  // ZELSIM_H

@@ -88,7 +88,7 @@ TEST_F(AcquisitionTest, FramesWithoutBufferAreUnderruns) {
 
 TEST_F(AcquisitionTest, DropsAndTearsFramesOnDemand) {
     OpenCamera("frameRate='0' dropEvery='4' incompleteEvery='3' width='64' height='64'");
-    memory.assign(64 * 64, 0xEE);
+    memory.assign(4096, 0xEE);
     BUFFER_HANDLE buffer = nullptr;
     ASSERT_EQ(p.DSAnnounceBuffer(stream, memory.data(), memory.size(), nullptr, &buffer), 0);
     ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
@@ -161,9 +161,9 @@ TEST_F(AcquisitionTest, ReportsTheStateAndGeometryOfBuffers) {
 
 TEST_F(AcquisitionTest, FlushMovesBuffersBetweenQueues) {
     OpenCamera("frameRate='0'");
-    std::vector<BUFFER_HANDLE> buffers;
-    for (int i = 0; i < 4; ++i)
-        buffers.push_back(Allocate());
+    std::vector<BUFFER_HANDLE> buffers(4);
+    for (BUFFER_HANDLE& buffer : buffers)
+        buffer = Allocate();
     const auto flush = [&](int32_t operation) {
         EXPECT_EQ(p.DSFlushQueue(stream, operation), GC_ERR_SUCCESS);
         return std::make_pair(NumQueued(), NumAwaiting());
@@ -227,7 +227,7 @@ TEST_F(AcquisitionTest, AnnouncesAndRevokesMemory) {
 
 TEST_F(AcquisitionTest, FrameLargerThanBufferIsCut) {
     OpenCamera("frameRate='0' width='64' height='64'");
-    memory.assign(64 * 10 + 5, 0xEE);
+    memory.assign(645, 0xEE);
     BUFFER_HANDLE buffer = nullptr;
     ASSERT_EQ(p.DSAnnounceBuffer(stream, memory.data(), memory.size(), nullptr, &buffer), 0);
     ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);

@@ -107,6 +107,22 @@ TEST_F(FaultTest, ChangesTypeSizeAndValueOfOneCommand) {
     EXPECT_EQ(type, INFO_DATATYPE_STRING);
     ASSERT_EQ(p.ClearFaults(), GC_ERR_SUCCESS);
 
+    // A failure that reports a size; a success that is all made up.
+    fault = Fault("TLGetInfo", ZELSIM_FAULT_RETURN | ZELSIM_FAULT_SIZE);
+    fault.code = GC_ERR_BUFFER_TOO_SMALL;
+    fault.size = 77;
+    fault.count = 1;
+    ASSERT_EQ(p.InjectFault(&fault), GC_ERR_SUCCESS);
+    EXPECT_EQ(p.TLGetInfo(system, TL_INFO_ID, &type, nullptr, &size), GC_ERR_BUFFER_TOO_SMALL);
+    EXPECT_EQ(size, 77U);
+    fault = Fault("TLGetInfo", ZELSIM_FAULT_RETURN | ZELSIM_FAULT_VALUE | ZELSIM_FAULT_TYPE);
+    fault.type = INFO_DATATYPE_BOOL8;
+    fault.value = "\1";
+    fault.valueSize = 1;
+    ASSERT_EQ(p.InjectFault(&fault), GC_ERR_SUCCESS);
+    EXPECT_TRUE(TlInfo(TL_INFO_ID).Bool());
+    ASSERT_EQ(p.ClearFaults(), GC_ERR_SUCCESS);
+
     // Plain out-parameters too.
     const uint32_t seven = 7;
     fault = Fault("TLGetNumInterfaces", ZELSIM_FAULT_VALUE);

@@ -35,7 +35,7 @@ TEST(ProducerFile, NeedsInitialisationAndUnloads) {
     EXPECT_FALSE(Producer::IsLoaded());
 }
 
-TEST(ProducerFile, UnloadsAfterFramesAndFailuresOnOtherThreads) {
+TEST(ProducerFile, UnloadsAfterFailuresOnOtherThreads) {
     {
         Producer p;
         ASSERT_EQ(p.GCInitLib(), GC_ERR_SUCCESS);

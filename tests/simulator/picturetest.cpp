@@ -111,7 +111,7 @@ TEST_F(PictureTest, CounterMarkerAndGradientMove) {
             counter = counter * 10 + DigitAt(image, cell);
         ASSERT_EQ(counter, static_cast<int64_t>(id));
         const size_t marker = 8 * id % 640;
-        const uint8_t* const markerLine = image + 28 * 640;
+        const uint8_t* const markerLine = &image[size_t{28} * 640];
         EXPECT_EQ(markerLine[marker], 255);
         EXPECT_EQ(markerLine[marker + 7], 255);
         EXPECT_EQ(markerLine[(marker + 8) % 640], 0);

@@ -83,6 +83,9 @@ class SimulatorTest : public ::testing::Test {
     SimulatorTest();
     ~SimulatorTest() override;
 
+    // Whatever the tests did, nothing keeps the file in memory.
+    static void TearDownTestSuite() { EXPECT_FALSE(Producer::IsLoaded()); }
+
     // Reads a configuration and opens the system anew.
     void UseConfig(const std::string& xml);
 

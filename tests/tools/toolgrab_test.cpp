@@ -91,9 +91,9 @@ TEST_F(ToolGrab, RawBytesAndTheirDescription) {
     const ToolResult result = Run({"grab", "a-gray", "-o", "{camera}-{frame}.raw"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
     const std::string bytes = Read("a-gray-0.raw");
-    ASSERT_EQ(bytes.size(), 83U * 63 + 80);
-    EXPECT_EQ(bytes.substr(83 * 40, 10), std::string(10, '\xFF'));
-    EXPECT_EQ(bytes.substr(83 * 40 + 70, 10), std::string(10, '\0'));
+    ASSERT_EQ(bytes.size(), size_t{83} * 63 + 80);
+    EXPECT_EQ(bytes.substr(size_t{83} * 40, 10), std::string(10, '\xFF'));
+    EXPECT_EQ(bytes.substr(size_t{83} * 40 + 70, 10), std::string(10, '\0'));
     EXPECT_THAT(Read("a-gray-0.raw.txt"),
                 AllOf(HasSubstr("pixel format: Mono8\n"), HasSubstr("number: 0x01080001\n"),
                       HasSubstr("width: 80\n"), HasSubstr("height: 64\n"),

@@ -1,7 +1,7 @@
 // `zelcam list`, run as a program.
 
 #include <filesystem>
-#include <regex>
+#include <sstream>
 
 #include <gmock/gmock.h>
 
@@ -189,11 +189,14 @@ TEST_F(Completion, KnowsEveryOption) {
     for (const char* command : {"list", "grab"}) {
         const std::string help = Run({command, "--help"}).out;
         const std::string offered = "\n" + Offers(std::string(command) + " --");
-        const std::regex line("\\n  (?:-.,)?(--[a-z]+)");
-        const std::sregex_iterator end;
         size_t options = 0;
-        for (std::sregex_iterator it(help.begin(), help.end(), line); it != end; ++it, ++options) {
-            EXPECT_THAT(offered, HasSubstr("\n" + it->str(1) + "\n")) << command;
+        std::istringstream lines(help);
+        for (std::string line; std::getline(lines, line);) {
+            const size_t at = line.find("--");
+            if (at != 2 && at != 5) continue;  // a line of examples
+            const std::string option = line.substr(at, line.find_first_of(" =", at) - at);
+            EXPECT_THAT(offered, HasSubstr("\n" + option + "\n")) << command;
+            ++options;
         }
         EXPECT_GE(options, 4U);
     }
