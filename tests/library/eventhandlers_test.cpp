@@ -362,6 +362,7 @@ TEST_F(EventHandlersTest, ManyThreadsMayRegisterAtOnce) {
     constexpr int kRounds = 25;
     std::atomic<int> failures{0};
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     Subscriber subscriber;
     const Ending ending(*handlers);
     for (int t = 0; t < kThreads; ++t) {

@@ -32,6 +32,14 @@ ProducerCopy::~ProducerCopy() {
     std::filesystem::remove(path_);
 }
 
+std::vector<std::string> TextsOf(const std::vector<Scripted::Call>& calls) {
+    std::vector<std::string> texts;
+    texts.reserve(calls.size());
+    for (const Scripted::Call& call : calls)
+        texts.push_back(call.Text());
+    return texts;
+}
+
 void ScriptedTest::TearDown() {
     producer.ClearRules();
     EXPECT_THAT(producer.GetOpenHandles(), testing::UnorderedElementsAreArray(expectedOpen));
@@ -50,10 +58,7 @@ void ScriptedTest::Answer(const std::string& function, int64_t command,
 }
 
 std::vector<std::string> ScriptedTest::Calls() {
-    std::vector<std::string> texts;
-    for (const Scripted::Call& call : producer.TakeCalls())
-        texts.push_back(call.Text());
-    return texts;
+    return TextsOf(producer.TakeCalls());
 }
 
 void SessionTest::TearDown() {

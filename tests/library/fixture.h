@@ -47,6 +47,8 @@ struct Releaser {
 template <typename T>
 using Holder = std::unique_ptr<T, Releaser>;
 
+std::vector<std::string> TextsOf(const std::vector<Scripted::Call>& calls);
+
 // Each test starts with a fresh producer, and fails when it leaves a handle open or used one that
 // was closed.
 class ScriptedTest : public testing::Test {

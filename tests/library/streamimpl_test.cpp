@@ -263,12 +263,9 @@ TEST_F(StreamTest, AllocBufferQueueAnnouncesAndQueues) {
     Calls();
     EXPECT_EQ(stream->AllocBufferQueue(&user, 2), 0);
     const std::vector<Scripted::Call> calls = producer.TakeCalls();
-    std::vector<std::string> texts;
-    for (const Scripted::Call& call : calls)
-        texts.push_back(call.Text());
-    EXPECT_THAT(texts, ElementsAre("DSGetInfo 9", "DSGetInfo 7",                      //
-                                   "DSAllocAndAnnounceBuffer 6000", "DSQueueBuffer",  //
-                                   "DSAllocAndAnnounceBuffer 6000", "DSQueueBuffer"));
+    EXPECT_THAT(TextsOf(calls), ElementsAre("DSGetInfo 9", "DSGetInfo 7",                      //
+                                            "DSAllocAndAnnounceBuffer 6000", "DSQueueBuffer",  //
+                                            "DSAllocAndAnnounceBuffer 6000", "DSQueueBuffer"));
     EXPECT_EQ(calls[2].priv, &user);
     EXPECT_EQ(calls[4].priv, &user);
     EXPECT_EQ(stream->GetNumQueued(), 2U);

@@ -73,10 +73,7 @@ TEST_F(SystemTest, RegisteringReturnsTheFailingStepsCode) {
         second.AddRule({step.function, Scripted::AnyCommand,
                         [](const Scripted::Call&) { return Scripted::Fails(-1234); }});
         EXPECT_EQ(system->RegisterGenTLProvider(secondPath.c_str()), -1234);
-        std::vector<std::string> calls;
-        for (const Scripted::Call& call : second.TakeCalls())
-            calls.push_back(call.Text());
-        EXPECT_EQ(calls, step.calls);
+        EXPECT_EQ(TextsOf(second.TakeCalls()), step.calls);
     }
     EXPECT_EQ(system->RegisterGenTLProvider(nullptr), ZelCamErr_Error);
     EXPECT_EQ(system->RegisterGenTLProvider("/no/such/producer.cti"), ZelCamErr_Error);
