@@ -51,6 +51,7 @@ int Run(int argc, char** argv) {
         "--benchmark_enable_random_interleaving=true", "--benchmark_display_aggregates_only=true"};
     options.insert(options.end(), argv + 1, argv + argc);
     std::vector<char*> arguments;
+    arguments.reserve(options.size());
     for (std::string& option : options)
         arguments.push_back(option.data());
     int count = static_cast<int>(arguments.size());
