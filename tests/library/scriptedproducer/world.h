@@ -103,12 +103,11 @@ class World final : public Control {
     Object* Find(void* handle, Kind kind, const char* function);
     void Close(void* handle);
     const InterfaceSpec* FindInterface(const std::string& id) const;
-    const std::vector<InterfaceSpec>& GetInterfaces() const { return interfaces_; }
+    std::vector<std::string> ChildrenOf(const Object& module) const;
     void* FindEvent(void* module, int32_t eventType);
     GenTL::GC_ERROR AwaitEvent(std::unique_lock<std::mutex>& lock, void* event, void* buffer,
                                size_t* size, uint64_t timeout);
-    size_t CountBuffers(void* stream, bool queuedOnly) const;
-    void* GetBuffer(void* stream, size_t index) const;
+    size_t CountQueued(void* stream) const;
     void FlushQueue(void* stream, int32_t operation);
     void InitLibrary(int change) { initialised_ += change; }
 
