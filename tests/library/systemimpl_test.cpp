@@ -179,38 +179,32 @@ TEST_F(SystemTest, NameAndVersionAreAskedOfTheFirstProducerUntilItTells) {
 TEST_F(SystemTest, EndsInterfacesThenProducersInTheirOrder) {
     OpenSystem();
     EXPECT_EQ(system->RegisterGenTLProvider(secondPath.c_str()), 0);
-    EXPECT_EQ(Ids().size(), 4U);
     ASSERT_NE(system->GetInterfaceList(InterfaceType::Unknown), nullptr);  // never released
-
-    // When the second producer is closed, the first one is gone.
-    size_t firstClosed = 99;
-    size_t secondOpenInterfaces = 99;
-    second.AddRule({"TLClose", Scripted::AnyCommand, [&](const Scripted::Call&) {
-                        firstClosed = producer.GetCount("GCCloseLib");
-                        return Scripted::Reply{};
-                    }});
+    // What of the other producer is closed when each of them is.
+    std::vector<size_t> closed;
     producer.AddRule({"TLClose", Scripted::AnyCommand, [&](const Scripted::Call&) {
-                          secondOpenInterfaces = 2 - second.GetCount("IFClose");
+                          closed.push_back(second.GetCount("IFClose"));
                           return Scripted::Fails(-1010);  // ignored
                       }});
+    second.AddRule({"TLClose", Scripted::AnyCommand, [&](const Scripted::Call&) {
+                        closed.push_back(producer.GetCount("GCCloseLib"));
+                        return Scripted::Reply{};
+                    }});
     Fail("GCCloseLib", -1010);
     Calls();
     system.reset();
     EXPECT_THAT(Calls(), ElementsAre("IFClose", "IFClose", "TLClose", "GCCloseLib"));
-    EXPECT_EQ(firstClosed, 1U);
-    EXPECT_EQ(secondOpenInterfaces, 0U);
+    EXPECT_THAT(closed, ElementsAre(2, 1));
     EXPECT_THAT(second.GetOpenHandles(), IsEmpty());
     expectedOpen = {"library", "system scripted"};  // as scripted above
 }
 
 TEST_F(SystemTest, SystemsAreIndependent) {
     OpenSystem();
+    ZelCam::Interface* const mine = system->GetInterfaceById("if0");
     Holder<ZelCam::System> other(ZelCam_GetSystem());
     ASSERT_NE(other, nullptr);
-    EXPECT_NE(other, system);
-    ZelCam::Interface* const mine = system->GetInterfaceById("if0");
     EXPECT_NE(other->GetInterfaceById("if0"), mine);
     other.reset();
-    EXPECT_EQ(system->GetInterfaceById("if0"), mine);
     EXPECT_STREQ(mine->GetFirstDeviceInfo()->GetID(), "cam0");
 }
