@@ -117,30 +117,23 @@ TEST_F(DeviceTest, WithoutAnInfoTheFirstCameraIsOpenedWithASystemOfItsOwn) {
 }
 
 TEST_F(DeviceTest, WithoutAnInfoFailuresReleaseTheSystem) {
-    ZelCamErr err = Untouched;
-    const auto open = [&err] {
-        err = Untouched;
-        return ZelCam_CreateDevice(nullptr, DeviceAccess::Control, &err);
+    const auto expectFailure = [this](ZelCamErr code) {
+        ZelCamErr err = Untouched;
+        EXPECT_EQ(ZelCam_CreateDevice(nullptr, DeviceAccess::Control, &err), nullptr);
+        EXPECT_EQ(err, code);
+        EXPECT_THAT(producer.GetOpenHandles(), IsEmpty());
     };
     producer.SetWorld({{"empty", "GEV", {}}});
-    EXPECT_EQ(open(), nullptr);
-    EXPECT_EQ(err, ZelCamErr_GenTL_Error);
+    expectFailure(ZelCamErr_GenTL_Error);
     producer.SetWorld({});
-    EXPECT_EQ(open(), nullptr);
-    EXPECT_EQ(err, ZelCamErr_GenTL_Error);
+    expectFailure(ZelCamErr_GenTL_Error);
     EXPECT_EQ(ZelCam_CreateDevice(nullptr, DeviceAccess::Control, nullptr), nullptr);
 
     producer.Reset();
+    Fail("DevGetPort", -1005);
+    expectFailure(ZelCamErr_GenTL_AccessDenied);
     Fail("GCInitLib", -1010);  // no System
-    EXPECT_EQ(open(), nullptr);
-    EXPECT_EQ(err, ZelCamErr_GenTL_Error);
-    for (const char* function : {"IFOpenDevice", "DevGetPort"}) {
-        producer.ClearRules();
-        Fail(function, -1005);
-        EXPECT_EQ(open(), nullptr);
-        EXPECT_EQ(err, ZelCamErr_GenTL_AccessDenied);
-        EXPECT_THAT(producer.GetOpenHandles(), IsEmpty());
-    }
+    expectFailure(ZelCamErr_GenTL_Error);
 }
 
 TEST_F(DeviceTest, SeveralDevicesOfOneInfoAreSeparate) {

@@ -470,74 +470,37 @@ GC_ERROR DSGetBufferInfo(DS_HANDLE stream, BUFFER_HANDLE buffer, BUFFER_INFO_CMD
                  find);
 }
 
-// What the library never calls of itself.
+// What the library never calls of itself is only recorded.
+#define SCRIPTED_UNUSED(name, handle, parameters)     \
+    GC_ERROR name parameters {                        \
+        return NotImplemented(Record(#name, handle)); \
+    }
 
-GC_ERROR GCGetInfo(TL_INFO_CMD cmd, INFO_DATATYPE*, void*, size_t*) {
-    return NotImplemented(Record(__func__, nullptr, cmd));
-}
-
-GC_ERROR GCGetLastError(GC_ERROR*, char*, size_t*) {
-    return NotImplemented(Record(__func__, nullptr));
-}
-
-GC_ERROR GCGetPortURL(PORT_HANDLE port, char*, size_t*) {
-    return NotImplemented(Record(__func__, port));
-}
-
-GC_ERROR EventGetDataInfo(EVENT_HANDLE event, const void*, size_t, EVENT_DATA_INFO_CMD cmd,
-                          INFO_DATATYPE*, void*, size_t*) {
-    return NotImplemented(Record(__func__, event, cmd));
-}
-
-GC_ERROR EventFlush(EVENT_HANDLE event) {
-    return NotImplemented(Record(__func__, event));
-}
-
-GC_ERROR TLGetInterfaceInfo(TL_HANDLE tl, const char* id, INTERFACE_INFO_CMD cmd, INFO_DATATYPE*,
-                            void*, size_t*) {
-    return NotImplemented(Record(__func__, tl, cmd, id));
-}
-
-GC_ERROR DevGetInfo(DEV_HANDLE device, DEVICE_INFO_CMD cmd, INFO_DATATYPE*, void*, size_t*) {
-    return NotImplemented(Record(__func__, device, cmd));
-}
-
-GC_ERROR DSGetBufferID(DS_HANDLE stream, uint32_t index, BUFFER_HANDLE*) {
-    return NotImplemented(WithNumber(Record(__func__, stream), index));
-}
-
-GC_ERROR GCGetNumPortURLs(PORT_HANDLE port, uint32_t*) {
-    return NotImplemented(Record(__func__, port));
-}
-
-GC_ERROR GCGetPortURLInfo(PORT_HANDLE port, uint32_t, URL_INFO_CMD cmd, INFO_DATATYPE*, void*,
-                          size_t*) {
-    return NotImplemented(Record(__func__, port, cmd));
-}
-
-GC_ERROR GCReadPortStacked(PORT_HANDLE port, PORT_REGISTER_STACK_ENTRY*, size_t*) {
-    return NotImplemented(Record(__func__, port));
-}
-
-GC_ERROR GCWritePortStacked(PORT_HANDLE port, PORT_REGISTER_STACK_ENTRY*, size_t*) {
-    return NotImplemented(Record(__func__, port));
-}
-
-GC_ERROR DSGetBufferChunkData(DS_HANDLE stream, BUFFER_HANDLE, SINGLE_CHUNK_DATA*, size_t*) {
-    return NotImplemented(Record(__func__, stream));
-}
-
-GC_ERROR IFGetParentTL(IF_HANDLE iface, TL_HANDLE*) {
-    return NotImplemented(Record(__func__, iface));
-}
-
-GC_ERROR DevGetParentIF(DEV_HANDLE device, IF_HANDLE*) {
-    return NotImplemented(Record(__func__, device));
-}
-
-GC_ERROR DSGetParentDev(DS_HANDLE stream, DEV_HANDLE*) {
-    return NotImplemented(Record(__func__, stream));
-}
+SCRIPTED_UNUSED(GCGetInfo, nullptr, (TL_INFO_CMD, INFO_DATATYPE*, void*, size_t*))
+SCRIPTED_UNUSED(GCGetLastError, nullptr, (GC_ERROR*, char*, size_t*))
+SCRIPTED_UNUSED(GCGetPortURL, module, (PORT_HANDLE module, char*, size_t*))
+SCRIPTED_UNUSED(EventGetDataInfo, module,
+                (EVENT_HANDLE module, const void*, size_t, EVENT_DATA_INFO_CMD, INFO_DATATYPE*,
+                 void*, size_t*))
+SCRIPTED_UNUSED(EventFlush, module, (EVENT_HANDLE module))
+SCRIPTED_UNUSED(TLGetInterfaceInfo, module,
+                (TL_HANDLE module, const char*, INTERFACE_INFO_CMD, INFO_DATATYPE*, void*, size_t*))
+SCRIPTED_UNUSED(DevGetInfo, module,
+                (DEV_HANDLE module, DEVICE_INFO_CMD, INFO_DATATYPE*, void*, size_t*))
+SCRIPTED_UNUSED(DSGetBufferID, module, (DS_HANDLE module, uint32_t, BUFFER_HANDLE*))
+SCRIPTED_UNUSED(GCGetNumPortURLs, module, (PORT_HANDLE module, uint32_t*))
+SCRIPTED_UNUSED(GCGetPortURLInfo, module,
+                (PORT_HANDLE module, uint32_t, URL_INFO_CMD, INFO_DATATYPE*, void*, size_t*))
+SCRIPTED_UNUSED(GCReadPortStacked, module,
+                (PORT_HANDLE module, PORT_REGISTER_STACK_ENTRY*, size_t*))
+SCRIPTED_UNUSED(GCWritePortStacked, module,
+                (PORT_HANDLE module, PORT_REGISTER_STACK_ENTRY*, size_t*))
+SCRIPTED_UNUSED(DSGetBufferChunkData, module,
+                (DS_HANDLE module, BUFFER_HANDLE, SINGLE_CHUNK_DATA*, size_t*))
+SCRIPTED_UNUSED(IFGetParentTL, module, (IF_HANDLE module, TL_HANDLE*))
+SCRIPTED_UNUSED(DevGetParentIF, module, (DEV_HANDLE module, IF_HANDLE*))
+SCRIPTED_UNUSED(DSGetParentDev, module, (DS_HANDLE module, DEV_HANDLE*))
+#undef SCRIPTED_UNUSED
 
 }  // extern "C"
 
