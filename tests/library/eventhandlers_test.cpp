@@ -350,6 +350,7 @@ TEST_F(EventHandlersTest, TheEndDoesNotHangWithoutAKill) {
 TEST_F(EventHandlersTest, ManyThreadsMayRegisterAtOnce) {
     std::atomic<int> failures{0};
     std::vector<std::thread> threads;
+    threads.reserve(4);
     Subscriber subscriber;
     const Ending ending(*handlers);
     const auto run = [&](int first) {

@@ -57,38 +57,36 @@ GC_ERROR CodeOf(Action&& action, Arguments&&... arguments) {
 
 // A call that asks for no module: `action()`.
 template <typename Action>
-GC_ERROR Perform(Call call, Action&& action) {
-    return world.Perform(std::move(call), [&](Lock&, const Reply&) { return CodeOf(action); });
+GC_ERROR Perform(const Call& call, Action&& action) {
+    return world.Perform(call, [&](Lock&, const Reply&) { return CodeOf(action); });
 }
 
-GC_ERROR NotImplemented(Call call) {
-    return Perform(std::move(call), [] { return GC_ERR_NOT_IMPLEMENTED; });
+GC_ERROR NotImplemented(const Call& call) {
+    return Perform(call, [] { return GC_ERR_NOT_IMPLEMENTED; });
 }
 
 // A call on an open module: `action(object, reply)`.
 template <typename Action>
-GC_ERROR OnModuleWithReply(Call call, Kind kind, Action&& action) {
-    const Call copy = call;
-    return world.Perform(std::move(call), [&](Lock&, const Reply& reply) -> GC_ERROR {
-        Object* const object = world.Find(copy.handle, kind, copy.function.c_str());
+GC_ERROR OnModuleWithReply(const Call& call, Kind kind, Action&& action) {
+    return world.Perform(call, [&](Lock&, const Reply& reply) -> GC_ERROR {
+        Object* const object = world.Find(call.handle, kind, call.function.c_str());
         return object != nullptr ? CodeOf(action, *object, reply) : GC_ERR_INVALID_HANDLE;
     });
 }
 
 // The same with `action(object)`.
 template <typename Action>
-GC_ERROR OnModule(Call call, Kind kind, Action&& action) {
-    return OnModuleWithReply(std::move(call), kind,
+GC_ERROR OnModule(const Call& call, Kind kind, Action&& action) {
+    return OnModuleWithReply(call, kind,
                              [&](Object& object, const Reply&) { return CodeOf(action, object); });
 }
 
 // A call on a buffer of a stream.
 template <typename Action>
-GC_ERROR OnBuffer(Call call, Action&& action) {
-    const Call copy = call;
-    return Perform(std::move(call), [&]() -> GC_ERROR {
-        Object* const buffer = world.Find(copy.object, Kind::Buffer, copy.function.c_str());
-        if (buffer == nullptr || buffer->parent != copy.handle) return GC_ERR_INVALID_HANDLE;
+GC_ERROR OnBuffer(const Call& call, Action&& action) {
+    return Perform(call, [&]() -> GC_ERROR {
+        Object* const buffer = world.Find(call.object, Kind::Buffer, call.function.c_str());
+        if (buffer == nullptr || buffer->parent != call.handle) return GC_ERR_INVALID_HANDLE;
         return CodeOf(action, *buffer);
     });
 }
@@ -116,12 +114,11 @@ GC_ERROR Put(const Reply& reply, const Value& value, const Out& out) {
 template <typename Find>
 GC_ERROR Query(Call call, Kind kind, const Out& out, Find&& find) {
     call.sizeOnly = out.buffer == nullptr;
-    return OnModuleWithReply(std::move(call), kind,
-                             [&](Object& object, const Reply& reply) -> GC_ERROR {
-                                 const std::optional<Value> value = find(object);
-                                 if (!value && !reply.bytes) return GC_ERR_NOT_AVAILABLE;
-                                 return Put(reply, value.value_or(Value{}), out);
-                             });
+    return OnModuleWithReply(call, kind, [&](Object& object, const Reply& reply) -> GC_ERROR {
+        const std::optional<Value> value = find(object);
+        if (!value && !reply.bytes) return GC_ERR_NOT_AVAILABLE;
+        return Put(reply, value.value_or(Value{}), out);
+    });
 }
 
 // What the modules answer.
@@ -222,8 +219,8 @@ GC_ERROR OpenChild(const Call& call, Kind kind, Kind childKind, void** child) {
 }
 
 // Nothing changed unless the script says otherwise.
-GC_ERROR UpdateList(Call call, Kind kind, bool8_t* changed) {
-    return OnModuleWithReply(std::move(call), kind, [=](Object&, const Reply& reply) {
+GC_ERROR UpdateList(const Call& call, Kind kind, bool8_t* changed) {
+    return OnModuleWithReply(call, kind, [=](Object&, const Reply& reply) {
         if (changed != nullptr) *changed = reply.bytes ? reply.bytes->at(0) : bool8_t{0};
     });
 }
@@ -234,7 +231,7 @@ GC_ERROR Announce(Call call, void* memory, size_t size, void* priv, BUFFER_HANDL
     call.number = size;
     call.object = memory;
     call.priv = priv;
-    return OnModule(std::move(call), Kind::Stream, [=](Object& object) {
+    return OnModule(call, Kind::Stream, [=](Object& object) {
         *handle = world.Open(Kind::Buffer, "of " + object.id, stream);
         Object& buffer = *world.Find(*handle, Kind::Buffer, "Announce");
         if (memory == nullptr) buffer.memory.resize(size);

@@ -67,7 +67,7 @@ void World::ClearRules() {
     rules_.clear();
 }
 
-Reply World::Enter(Call call) {
+Reply World::Enter(const Call& call) {
     std::function<Reply(const Call&)> reply;
     {
         const std::lock_guard lock(mutex_);
