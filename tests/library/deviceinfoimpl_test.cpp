@@ -5,7 +5,6 @@
 #include "tests/library/fixture.h"
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -37,27 +36,19 @@ TEST_F(DeviceInfoTest, TextsAreAskedOnEveryCall) {
     for (const auto& getter : getters) {
         SCOPED_TRACE(getter.command);
         const std::string query = "IFGetDeviceInfo " + std::to_string(getter.command) + " cam1";
+        const char* text = nullptr;
         for (int i = 0; i < 2; ++i) {
-            EXPECT_STREQ((info->*getter.get)(), getter.text);
+            text = (info->*getter.get)();
             EXPECT_THAT(Calls(), ElementsAre(query + '?', query));
         }
-    }
-}
-
-TEST_F(DeviceInfoTest, TextsAreNullWhenTheProducerFails) {
-    for (const auto& getter : getters) {
-        SCOPED_TRACE(getter.command);
-        const char* const before = (info->*getter.get)();
-        for (size_t call = 0; call < 2; ++call) {
-            Fail("IFGetDeviceInfo", -1014, getter.command, call);
-            EXPECT_EQ((info->*getter.get)(), nullptr);
-            producer.ClearRules();
-        }
-        Answer("IFGetDeviceInfo", getter.command,
-               Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT64));
+        Fail("IFGetDeviceInfo", -1014, getter.command, 1);  // the second call
         EXPECT_EQ((info->*getter.get)(), nullptr);
-        EXPECT_STREQ(before, getter.text);  // the text of the last success is kept
+        EXPECT_STREQ(text, getter.text);  // the text of the last success is kept
+        producer.ClearRules();
+        Calls();
     }
+    Answer("IFGetDeviceInfo", 1, Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT64));
+    EXPECT_EQ(info->GetVendor(), nullptr);
 }
 
 TEST_F(DeviceInfoTest, EachTextHasItsOwnBuffer) {
@@ -78,26 +69,18 @@ TEST_F(DeviceInfoTest, EachTextHasItsOwnBuffer) {
     }
 }
 
-TEST_F(DeviceInfoTest, IdentifierAndInterfaceAreKnown) {
-    EXPECT_STREQ(info->GetID(), "cam1");
-    EXPECT_EQ(info->GetInterface(), iface);
-    EXPECT_THAT(Calls(), IsEmpty());
-}
-
 TEST_F(DeviceInfoTest, AccessStatusPassesThrough) {
-    for (const int32_t status : {0, 1, 2, 3, 4, 5, 6, 1000, -5}) {
+    for (const int32_t status : {0, 5, 1000, -5}) {
         Answer("IFGetDeviceInfo", 5, Scripted::Gives(status, GenTL::INFO_DATATYPE_INT32));
         EXPECT_EQ(info->GetAccessStatus(), status);
         EXPECT_THAT(Calls(), ElementsAre("IFGetDeviceInfo 5 cam1?", "IFGetDeviceInfo 5 cam1"));
     }
     Answer("IFGetDeviceInfo", 5, Scripted::Gives(uint32_t{3}, GenTL::INFO_DATATYPE_UINT32));
     EXPECT_EQ(info->GetAccessStatus(), 0);
-    producer.ClearRules();
-    EXPECT_EQ(info->GetAccessStatus(), 1);
     for (size_t call = 0; call < 2; ++call) {
+        producer.ClearRules();
         Fail("IFGetDeviceInfo", -1010, 5, call);
         EXPECT_EQ(info->GetAccessStatus(), 0);
-        producer.ClearRules();
     }
 }
 
@@ -113,22 +96,5 @@ TEST_F(DeviceInfoTest, ExternalXmlIsKeptEvenWhenItCannotBeRead) {
         info->SetExternalXml(file.c_str());
         EXPECT_EQ(info->SetExternalXml(nothing), ZelCamErr_Success);
         EXPECT_EQ(info->GetExternalXml(), nullptr);
-    }
-}
-
-TEST_F(DeviceInfoTest, OperationsOnParametersFail) {
-    uint32_t a = 1;
-    uint32_t b = 2;
-    uint32_t c = 3;
-    EXPECT_EQ(info->GetIP(&a, &b, &c), ZelCamErr_NoNodeMap);
-    EXPECT_THAT((std::vector<uint32_t>{a, b, c}), ElementsAre(1, 2, 3));
-    EXPECT_EQ(info->ForceIP(1U, 2U, 3U), ZelCamErr_NoNodeMap);
-    EXPECT_EQ(info->ForceIP("10.0.0.1", "255.0.0.0", "10.0.0.2"), ZelCamErr_NoNodeMap);
-    for (const auto get : {&ZelCam::DeviceInfo::GetIPAddress, &ZelCam::DeviceInfo::GetIPMask,
-                           &ZelCam::DeviceInfo::GetIPGateway}) {
-        ZelCamErr err = ZelCamErr_Success;
-        EXPECT_EQ((info->*get)(&err), nullptr);
-        EXPECT_EQ(err, ZelCamErr_NoNodeMap);
-        EXPECT_EQ((info->*get)(nullptr), nullptr);
     }
 }

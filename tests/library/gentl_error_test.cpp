@@ -3,6 +3,7 @@
 #include <climits>
 #include <utility>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "ZelCam/Error.h"
@@ -30,11 +31,8 @@ TEST(GentlError, TextsAreThoseOfTheStandard) {
         {-1014, "Resource or information is not available at a given time in a current state."},
         {-1015, "A given address is out of range or invalid for internal reasons"},
         {-1016, "Unknown error"},
-        {-1000, "Unknown error"},
         {1, "Unknown error"},
-        {-10000, "Unknown error"},
         {ZelCamErr_NotFound, "Unknown error"},
-        {INT_MAX, "Unknown error"},
         {INT_MIN, "Unknown error"}};
     for (const auto& [code, text] : texts) {
         EXPECT_EQ(_gentl_error_category.message(code), text) << code;
@@ -53,24 +51,17 @@ TEST(GentlError, ExceptionCarriesTheCode) {
 }
 
 TEST(GentlError, PublicCodesKeepTheirValues) {
-    const std::pair<ZelCamErr, int> codes[] = {{ZelCamErr_Success, 0},
-                                               {ZelCamErr_Error, -40001},
-                                               {ZelCamErr_FileOpenFailed, -40002},
-                                               {ZelCamErr_InvalidFile, -40003},
-                                               {ZelCamErr_LoadConfigFailed, -40004},
-                                               {ZelCamErr_IndexOutOfRange, -40005},
-                                               {ZelCamErr_NotFound, -40006},
-                                               {ZelCamErr_InvalidArgument, -40007},
-                                               {ZelCamErr_AcquisitionActive, -40051},
-                                               {ZelCamErr_GenApiError, -40200},
-                                               {ZelCamErr_NoNodeMap, -40201},
-                                               {ZelCamErr_AccessDenied, -40202},
-                                               {ZelCamErr_WrongParamType, -40203},
-                                               {ZelCamErr_OutOfRange, -40204},
-                                               {ZelCamErr_ParamNotFound, -40205},
-                                               {ZelCamErr_InvalidValue, -40206},
-                                               {ZelCamErr_RuntimeError, -40207}};
-    for (const auto& [code, value] : codes)
-        EXPECT_EQ(static_cast<int>(code), value);
+    const int codes[] = {ZelCamErr_Success,           ZelCamErr_Error,
+                         ZelCamErr_FileOpenFailed,    ZelCamErr_InvalidFile,
+                         ZelCamErr_LoadConfigFailed,  ZelCamErr_IndexOutOfRange,
+                         ZelCamErr_NotFound,          ZelCamErr_InvalidArgument,
+                         ZelCamErr_AcquisitionActive, ZelCamErr_GenApiError,
+                         ZelCamErr_NoNodeMap,         ZelCamErr_AccessDenied,
+                         ZelCamErr_WrongParamType,    ZelCamErr_OutOfRange,
+                         ZelCamErr_ParamNotFound,     ZelCamErr_InvalidValue,
+                         ZelCamErr_RuntimeError};
+    EXPECT_THAT(codes, testing::ElementsAre(0, -40001, -40002, -40003, -40004, -40005, -40006,
+                                            -40007, -40051, -40200, -40201, -40202, -40203, -40204,
+                                            -40205, -40206, -40207));
     static_assert(sizeof(ZelCamErr) == 4);
 }

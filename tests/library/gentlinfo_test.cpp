@@ -12,6 +12,16 @@ using namespace std::string_literals;
 
 namespace {
 
+template <typename Exception, typename Query>
+void ExpectThrow(Query&& query, const char* text) {
+    try {
+        query();
+        ADD_FAILURE() << "no exception";
+    } catch (const Exception& e) {
+        EXPECT_STREQ(e.what(), text);
+    }
+}
+
 class InfoQueries : public ScriptedTest {
   protected:
     InfoQueries() {
@@ -27,78 +37,62 @@ class InfoQueries : public ScriptedTest {
         ScriptedTest::TearDown();
     }
 
+    struct TextQuery {
+        const char* function;
+        std::function<std::string()> ask;
+        bool cut;
+    };
+
     GenTLModule<void*> module;
     GenTLModule<void*> iface;
-};
-
-struct TextQuery {
-    const char* function;
-    std::function<std::string()> query;
-    bool cut;
+    const TextQuery queries[3] = {
+        {"TLGetInfo", [this] { return TLGetInfoString(module, 7); }, false},
+        {"IFGetInfo", [this] { return IFGetInfoString(iface, 1); }, true},
+        {"IFGetDeviceInfo", [this] { return GetDevInfoString(iface, "cam0", 1); }, false}};
 };
 
 }  // namespace
 
 TEST_F(InfoQueries, TextsKeepTheTerminatingZeroSaveTheInterfaces) {
-    const TextQuery queries[] = {
-        {"TLGetInfo", [&] { return TLGetInfoString(module, 7); }, false},
-        {"IFGetInfo", [&] { return IFGetInfoString(iface, 1); }, true},
-        {"IFGetDeviceInfo", [&] { return GetDevInfoString(iface, "cam0", 1); }, false}};
     for (const TextQuery& query : queries) {
         SCOPED_TRACE(query.function);
         Answer(query.function, Scripted::AnyCommand, Scripted::Gives("text"));
-        EXPECT_EQ(query.query(), query.cut ? "text"s : "text\0"s);
+        EXPECT_EQ(query.ask(), query.cut ? "text"s : "text\0"s);
         EXPECT_EQ(Calls().size(), 2U);  // the size, then the text
-
         Answer(query.function, Scripted::AnyCommand, Scripted::Gives(""));
-        EXPECT_EQ(query.query(), query.cut ? ""s : "\0"s);
+        EXPECT_EQ(query.ask(), query.cut ? ""s : "\0"s);
+        Calls();
+
+        Scripted::Reply nothing = Scripted::Gives("");
+        nothing.bytes->clear();
+        Answer(query.function, Scripted::AnyCommand, nothing);
+        if (query.cut) {
+            EXPECT_THROW(query.ask(), std::out_of_range);
+        } else {
+            EXPECT_EQ(query.ask(), "");
+        }
         Calls();
     }
 }
 
 TEST_F(InfoQueries, FaultsOfTextQueries) {
-    const TextQuery queries[] = {
-        {"TLGetInfo", [&] { return TLGetInfoString(module, 7); }, false},
-        {"IFGetInfo", [&] { return IFGetInfoString(iface, 1); }, true},
-        {"IFGetDeviceInfo", [&] { return GetDevInfoString(iface, "cam0", 1); }, false}};
     for (const TextQuery& query : queries) {
         SCOPED_TRACE(query.function);
         for (size_t call = 0; call < 2; ++call) {  // the first, the second call fails
             producer.ClearRules();
             Fail(query.function, -1010, Scripted::AnyCommand, call);
-            try {
-                query.query();
-                ADD_FAILURE() << "no exception";
-            } catch (const zelcam_exception& e) {
-                EXPECT_EQ(e.code().value(), -1010);
-            }
+            ExpectThrow<zelcam_exception>(query.ask, "Communication error has occurred.");
             EXPECT_EQ(Calls().size(), call + 1);
         }
         producer.ClearRules();
-        Answer(query.function, Scripted::AnyCommand,
-               Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT32));
-        try {
-            query.query();
-            ADD_FAILURE() << "no exception";
-        } catch (const std::invalid_argument& e) {
-            EXPECT_STREQ(e.what(), "Not a string type");
-        }
+        Scripted::Reply wrongType = Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT32);
+        Answer(query.function, Scripted::AnyCommand, wrongType);
+        ExpectThrow<std::invalid_argument>(query.ask, "Not a string type");
         // A producer's failure goes before the type it reports.
-        Scripted::Reply both = Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT32);
-        both.code = -1003;
-        Answer(query.function, Scripted::AnyCommand, both);
-        EXPECT_THROW(query.query(), zelcam_exception);
-
-        producer.ClearRules();
-        Scripted::Reply nothing = Scripted::Gives("");
-        nothing.bytes->clear();
-        Answer(query.function, Scripted::AnyCommand, nothing);
-        if (query.cut) {
-            EXPECT_THROW(query.query(), std::out_of_range);
-        } else {
-            EXPECT_EQ(query.query(), "");
-        }
-        producer.ClearRules();
+        wrongType.code = -1003;
+        wrongType.actFirst = true;
+        Answer(query.function, Scripted::AnyCommand, wrongType);
+        EXPECT_THROW(query.ask(), zelcam_exception);
         Calls();
     }
 }
@@ -120,12 +114,6 @@ TEST(NumericQueries, CheckCodeThenSizeThenType) {
     EXPECT_EQ(ask(0, 8, 8), 0x0123456789ABCDEFU);
     EXPECT_THROW(ask(-1014, 4, 6), zelcam_exception);
     EXPECT_THROW(ask(0, 8, 7), std::bad_cast);
-    for (const int type : {8, 6}) {  // the size is looked at first
-        try {
-            ask(0, 4, type);
-            ADD_FAILURE() << "no exception";
-        } catch (const std::invalid_argument& e) {
-            EXPECT_STREQ(e.what(), "Info size error");
-        }
-    }
+    for (const int type : {8, 6})  // the size is looked at first
+        ExpectThrow<std::invalid_argument>([&] { ask(0, 4, type); }, "Info size error");
 }

@@ -78,17 +78,11 @@ TEST_F(StreamTest, BuffersAreAnnouncedInBothForms) {
     ZelCam::Buffer* const own = stream->CreateBuffer(256, &user, &err);
     ASSERT_NE(own, nullptr);
     EXPECT_EQ(err, ZelCamErr_Success);
-    err = Untouched;
-    ZelCam::Buffer* const foreign = stream->SetBuffer(memory.data(), memory.size(), &err, &err);
+    ZelCam::Buffer* const foreign = stream->SetBuffer(memory.data(), memory.size(), &err, nullptr);
     ASSERT_NE(foreign, nullptr);
-    EXPECT_EQ(err, ZelCamErr_Success);
-    const std::vector<Scripted::Call> calls = producer.TakeCalls();
-    ASSERT_EQ(calls.size(), 2U);
-    EXPECT_EQ(calls[0].Text(), "DSAllocAndAnnounceBuffer 256");
-    EXPECT_EQ(calls[0].priv, &user);
-    EXPECT_EQ(calls[1].Text(), "DSAnnounceBuffer 128");
-    EXPECT_EQ(calls[1].object, memory.data());
-    EXPECT_EQ(calls[1].priv, &err);
+    EXPECT_THAT(Calls(), ElementsAre("DSAllocAndAnnounceBuffer 256", "DSAnnounceBuffer 128"));
+    EXPECT_EQ(own->GetUserPtr(), &user);
+    EXPECT_EQ(foreign->GetUserPtr(), &err);
     EXPECT_EQ(foreign->GetBufferPtr(), memory.data());
     EXPECT_EQ(stream->GetBufferQueueSize(), 2U);
 }
@@ -160,36 +154,23 @@ TEST_F(StreamTest, FailedWaitsGiveTheProducersCode) {
     EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
     EXPECT_EQ(err, ZelCamErr_GenTL_Timeout);
     EXPECT_EQ(stream->GetBuffer(1, nullptr), nullptr);
-    for (const int32_t code : {-1001, -1012, -20000}) {
-        Fail("EventGetData", code);
-        EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
-        EXPECT_EQ(err, code);
-    }
+    Fail("EventGetData", -20000);
+    EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
+    EXPECT_EQ(err, -20000);
 }
 
 TEST_F(StreamTest, AHandleThatIsNotTheStreamsIsAnError) {
-    const auto deliver = [this](void* buffer) {
-        GenTL::EVENT_NEW_BUFFER_DATA data{buffer, nullptr};
-        std::vector<uint8_t> bytes(sizeof data);
-        std::memcpy(bytes.data(), &data, sizeof data);
-        return producer.FireEvent(handle, GenTL::EVENT_NEW_BUFFER, bytes);
-    };
-    ZelCamErr err = Untouched;
-    ASSERT_TRUE(deliver(reinterpret_cast<void*>(uintptr_t{0x10})));
-    EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);  // there are no buffers
-    EXPECT_EQ(err, ZelCamErr_Error);
-
     const auto buffers = CreateBuffers();
     void* const revoked = HandleOf("buffer of stream0");
     stream->RevokeBuffer(buffers[0]);
     for (void* const buffer : {revoked, static_cast<void*>(nullptr)}) {
-        ASSERT_TRUE(deliver(buffer));
-        err = Untouched;
+        const GenTL::EVENT_NEW_BUFFER_DATA data{buffer, nullptr};
+        const auto* const bytes = reinterpret_cast<const uint8_t*>(&data);
+        ASSERT_TRUE(producer.FireEvent(handle, 1, {bytes, bytes + sizeof data}));
+        ZelCamErr err = Untouched;
         EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
         EXPECT_EQ(err, ZelCamErr_Error);
     }
-    ASSERT_TRUE(deliver(revoked));
-    EXPECT_EQ(stream->GetBuffer(0, nullptr), nullptr);
 }
 
 TEST_F(StreamTest, CancelBufferWakesAWaitOnAnotherThread) {
@@ -205,19 +186,13 @@ TEST_F(StreamTest, CancelBufferWakesAWaitOnAnotherThread) {
     EXPECT_EQ(stream->CancelBuffer(), -1003);
 }
 
-TEST_F(StreamTest, StartQueuesEveryBufferFirst) {
+TEST_F(StreamTest, StartQueuesEveryBufferFirstUnlessTheQueueIsKept) {
     CreateBuffers();
     EXPECT_EQ(stream->StartAcquisition(10, 5), 0);
     EXPECT_THAT(Calls(), ElementsAre("DSFlushQueue 4", "DSQueueBuffer", "DSQueueBuffer",
                                      "DSQueueBuffer", "DSStartAcquisition 5 10"));
-}
-
-TEST_F(StreamTest, StartWithKeepQueueLeavesTheQueueAlone) {
-    CreateBuffers();
-    EXPECT_EQ(stream->StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_KeepQueue), 0);
-    EXPECT_THAT(Calls(), ElementsAre("DSStartAcquisition 0 18446744073709551615"));
-    EXPECT_EQ(stream->StartAcquisition(1, ZelCam::StartFlag_KeepQueue | 0x7FFFFFFFU), 0);
-    EXPECT_THAT(Calls(), ElementsAre("DSStartAcquisition 2147483647 1"));
+    EXPECT_EQ(stream->StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_KeepQueue | 0x7U), 0);
+    EXPECT_THAT(Calls(), ElementsAre("DSStartAcquisition 7 18446744073709551615"));
 }
 
 TEST_F(StreamTest, StartStopsAtTheFirstFailure) {
@@ -240,16 +215,12 @@ TEST_F(StreamTest, StartStopsAtTheFirstFailure) {
     }
 }
 
-TEST_F(StreamTest, StopAndFlushPassTheirArgumentOn) {
-    for (const uint32_t flags : {0U, 1U, 0x80000001U}) {
-        EXPECT_EQ(stream->StopAcquisition(flags), 0);
-        EXPECT_THAT(Calls(), ElementsAre("DSStopAcquisition " +
-                                         std::to_string(static_cast<int32_t>(flags))));
-    }
-    for (uint32_t op = 0; op < 6; ++op) {
-        EXPECT_EQ(stream->FlushBuffers(static_cast<ZelCam::FlushOperation>(op)), 0);
-        EXPECT_THAT(Calls(), ElementsAre("DSFlushQueue " + std::to_string(op)));
-    }
+TEST_F(StreamTest, StopAndFlushPassArgumentAndCodeOn) {
+    EXPECT_EQ(stream->StopAcquisition(0x80000001U), 0);
+    EXPECT_EQ(stream->FlushBuffers(ZelCam::FlushOperation::AllToInput), 0);
+    EXPECT_EQ(stream->FlushBuffers(static_cast<ZelCam::FlushOperation>(6)), 0);
+    EXPECT_THAT(Calls(),
+                ElementsAre("DSStopAcquisition -2147483647", "DSFlushQueue 2", "DSFlushQueue 6"));
     Fail("DSStopAcquisition", -1004);
     Fail("DSFlushQueue", -1009);
     EXPECT_EQ(stream->StopAcquisition(0), -1004);
@@ -259,16 +230,13 @@ TEST_F(StreamTest, StopAndFlushPassTheirArgumentOn) {
 TEST_F(StreamTest, AllocBufferQueueAnnouncesAndQueues) {
     int user = 0;
     EXPECT_EQ(stream->AllocBufferQueue(&user, 0), 0);
-    EXPECT_EQ(stream->GetBufferQueueSize(), 0U);
-    Calls();
+    EXPECT_THAT(Calls(), ElementsAre("DSGetInfo 9", "DSGetInfo 7"));
     EXPECT_EQ(stream->AllocBufferQueue(&user, 2), 0);
     const std::vector<Scripted::Call> calls = producer.TakeCalls();
     EXPECT_THAT(TextsOf(calls), ElementsAre("DSGetInfo 9", "DSGetInfo 7",                      //
                                             "DSAllocAndAnnounceBuffer 6000", "DSQueueBuffer",  //
                                             "DSAllocAndAnnounceBuffer 6000", "DSQueueBuffer"));
-    EXPECT_EQ(calls[2].priv, &user);
     EXPECT_EQ(calls[4].priv, &user);
-    EXPECT_EQ(stream->GetNumQueued(), 2U);
 
     // What was made before a failure stays.
     Fail("DSAllocAndAnnounceBuffer", -1021, Scripted::AnyCommand, 1, 1);
@@ -277,12 +245,6 @@ TEST_F(StreamTest, AllocBufferQueueAnnouncesAndQueues) {
     Fail("DSQueueBuffer", -1009, Scripted::AnyCommand, 0, 1);
     EXPECT_EQ(stream->AllocBufferQueue(&user, 3), -1009);
     EXPECT_EQ(stream->GetBufferQueueSize(), 4U);
-
-    // A size that is not known is the producer's to refuse.
-    Fail("DSGetInfo", -1003, 9);
-    Calls();
-    EXPECT_EQ(stream->AllocBufferQueue(&user, 1), 0);
-    EXPECT_THAT(Calls(), ElementsAre("DSGetInfo 9", "DSAllocAndAnnounceBuffer 0", "DSQueueBuffer"));
 }
 
 TEST_F(StreamTest, ReleaseBufferQueueIsRefusedWhileGrabbing) {
@@ -314,7 +276,6 @@ TEST_F(StreamTest, TheNewBufferEventIsTheStreamsOwn) {
     EXPECT_EQ(stream->RegisterEvent(3, Subscriber::Form1, &subscriber), 0);
     ASSERT_TRUE(producer.FireEvent(handle, 3, {9}));
     EXPECT_EQ(subscriber.Await(1).at(0).data.at(0), 9);
-    EXPECT_EQ(stream->UnRegisterEvent(3, Subscriber::Form1, &subscriber), 0);
 }
 
 namespace {
@@ -345,7 +306,8 @@ TEST_F(StreamTest, StatisticsAskOnceAndAreZeroOnAnyFault) {
         const bool flag = statistic.width == 1;
         const uint64_t value = flag ? 1 : 0xFEDCBA9876543210U;
         const auto answer = [&](GenTL::INFO_DATATYPE type) {
-            return flag ? Scripted::Gives(uint8_t{1}, type) : Scripted::Gives(value, type);
+            // Any byte but 0 is true.
+            return flag ? Scripted::Gives(uint8_t{2}, type) : Scripted::Gives(value, type);
         };
         Answer("DSGetInfo", statistic.command, answer(statistic.type));
         EXPECT_EQ(statistic.get(*stream), value);
@@ -363,25 +325,14 @@ TEST_F(StreamTest, StatisticsAskOnceAndAreZeroOnAnyFault) {
     }
 }
 
-TEST_F(StreamTest, AnyByteButZeroIsTrue) {
-    Answer("DSGetInfo", 8, Scripted::Gives(uint8_t{2}, GenTL::INFO_DATATYPE_BOOL8));
-    EXPECT_TRUE(stream->IsGrabbing());
-}
-
 TEST_F(StreamTest, BufferSizeIsTheProducersWhenItDefinesIt) {
-    const Scripted::Reply size = Scripted::Gives(size_t{1001}, GenTL::INFO_DATATYPE_SIZET);
-    Answer("DSGetInfo", 7, size);
+    Answer("DSGetInfo", 7, Scripted::Gives(size_t{1001}, GenTL::INFO_DATATYPE_SIZET));
     EXPECT_EQ(stream->GetBufferSize(), 1001U);  // not rounded
     EXPECT_THAT(Calls(), ElementsAre("DSGetInfo 9", "DSGetInfo 7"));
-
-    const Scripted::Reply faults[] = {Scripted::Fails(-1014), Scripted::ReportsSize(4),
-                                      Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT64)};
-    for (const Scripted::Reply& fault : faults) {
-        for (const int command : {7, 9}) {
-            Answer("DSGetInfo", command, fault);
-            EXPECT_EQ(stream->GetBufferSize(), 0U);
-            producer.ClearRules();
-        }
+    for (const int command : {7, 9}) {
+        Answer("DSGetInfo", command, Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT64));
+        EXPECT_EQ(stream->GetBufferSize(), 0U);
+        producer.ClearRules();
     }
     // Without parameters a camera-defined size is not known.
     Answer("DSGetInfo", 9, Scripted::Gives(uint8_t{0}, GenTL::INFO_DATATYPE_BOOL8));
@@ -409,11 +360,4 @@ TEST_F(StreamTest, EndsInOrderWhetherGrabbingOrNot) {
         if (grabbing) expected.insert(expected.begin() + 3, "DSStopAcquisition 1");
         EXPECT_EQ(Calls(), expected);
     }
-}
-
-TEST_F(StreamTest, ParametersAreNotThereYet) {
-    ZelCamErr err = ZelCamErr_Success;
-    EXPECT_EQ(stream->GetParameters(&err), nullptr);
-    EXPECT_EQ(err, ZelCamErr_NoNodeMap);
-    EXPECT_EQ(stream->GetParameters(nullptr), nullptr);
 }

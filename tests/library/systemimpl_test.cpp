@@ -46,11 +46,8 @@ const FailingStep openingSteps[] = {{"GCInitLib", {"GCInitLib"}, {}},
 TEST_F(SystemTest, OpensTheDefaultProducer) {
     OpenSystem();
     const std::vector<Scripted::Call> calls = producer.TakeCalls();
-    ASSERT_EQ(calls.size(), 3U);
-    EXPECT_EQ(calls[0].Text(), "GCInitLib");
-    EXPECT_EQ(calls[1].Text(), "TLOpen");
-    EXPECT_EQ(calls[2].Text(), "TLUpdateInterfaceList 1000");
-    EXPECT_EQ(calls[2].object, nullptr);  // nobody asks whether the list changed
+    EXPECT_THAT(TextsOf(calls), ElementsAre("GCInitLib", "TLOpen", "TLUpdateInterfaceList 1000"));
+    EXPECT_EQ(calls.back().object, nullptr);  // nobody asks whether the list changed
 }
 
 TEST_F(SystemTest, NoSystemWithoutTheDefaultProducer) {
@@ -127,21 +124,10 @@ TEST_F(SystemTest, InterfacesOfAllProducersInTheirOrder) {
 
 TEST_F(SystemTest, AFailedEnumerationLeavesNothingAndIsRepeated) {
     OpenSystem();
-    const struct {
-        const char* function;
-        size_t skip;
-    } failures[] = {{"TLGetNumInterfaces", 0},
-                    {"TLGetInterfaceID", 0},
-                    {"TLGetInterfaceID", 1},
-                    {"TLGetInterfaceID", 2},  // the second interface, with the first one open
-                    {"TLGetInterfaceID", 3}};
-    for (const auto& failure : failures) {
-        SCOPED_TRACE(std::string(failure.function) + ' ' + std::to_string(failure.skip));
-        Fail(failure.function, -1010, Scripted::AnyCommand, failure.skip, 1);
-        EXPECT_EQ(system->GetInterfaceList(InterfaceType::Unknown), nullptr);
-        EXPECT_EQ(producer.FindHandle("interface if0"), nullptr);
-        producer.ClearRules();
-    }
+    // The second interface, with the first one open.
+    Fail("TLGetInterfaceID", -1010, Scripted::AnyCommand, 2, 1);
+    EXPECT_EQ(system->GetInterfaceList(InterfaceType::Unknown), nullptr);
+    EXPECT_EQ(producer.FindHandle("interface if0"), nullptr);
     Fail("TLGetNumInterfaces", -1010, Scripted::AnyCommand, 0, 1);
     EXPECT_EQ(system->GetInterfaceById("if0"), nullptr);
     EXPECT_THAT(Ids(), ElementsAre("if0", "if1"));
@@ -193,46 +179,32 @@ TEST_F(SystemTest, NameAndVersionAreAskedOfTheFirstProducerUntilItTells) {
 TEST_F(SystemTest, EndsInterfacesThenProducersInTheirOrder) {
     OpenSystem();
     EXPECT_EQ(system->RegisterGenTLProvider(secondPath.c_str()), 0);
-    EXPECT_EQ(Ids().size(), 4U);
     ASSERT_NE(system->GetInterfaceList(InterfaceType::Unknown), nullptr);  // never released
-
-    // When the second producer is closed, the first one is gone.
-    size_t firstClosed = 99;
-    size_t secondOpenInterfaces = 99;
-    second.AddRule({"TLClose", Scripted::AnyCommand, [&](const Scripted::Call&) {
-                        firstClosed = producer.GetCount("GCCloseLib");
-                        return Scripted::Reply{};
-                    }});
+    // What of the other producer is closed when each of them is.
+    std::vector<size_t> closed;
     producer.AddRule({"TLClose", Scripted::AnyCommand, [&](const Scripted::Call&) {
-                          secondOpenInterfaces = 2 - second.GetCount("IFClose");
+                          closed.push_back(second.GetCount("IFClose"));
                           return Scripted::Fails(-1010);  // ignored
                       }});
+    second.AddRule({"TLClose", Scripted::AnyCommand, [&](const Scripted::Call&) {
+                        closed.push_back(producer.GetCount("GCCloseLib"));
+                        return Scripted::Reply{};
+                    }});
     Fail("GCCloseLib", -1010);
     Calls();
     system.reset();
     EXPECT_THAT(Calls(), ElementsAre("IFClose", "IFClose", "TLClose", "GCCloseLib"));
-    EXPECT_EQ(firstClosed, 1U);
-    EXPECT_EQ(secondOpenInterfaces, 0U);
+    EXPECT_THAT(closed, ElementsAre(2, 1));
     EXPECT_THAT(second.GetOpenHandles(), IsEmpty());
     expectedOpen = {"library", "system scripted"};  // as scripted above
 }
 
 TEST_F(SystemTest, SystemsAreIndependent) {
     OpenSystem();
+    ZelCam::Interface* const mine = system->GetInterfaceById("if0");
     Holder<ZelCam::System> other(ZelCam_GetSystem());
     ASSERT_NE(other, nullptr);
-    EXPECT_NE(other, system);
-    ZelCam::Interface* const mine = system->GetInterfaceById("if0");
     EXPECT_NE(other->GetInterfaceById("if0"), mine);
     other.reset();
-    EXPECT_EQ(system->GetInterfaceById("if0"), mine);
     EXPECT_STREQ(mine->GetFirstDeviceInfo()->GetID(), "cam0");
-}
-
-TEST_F(SystemTest, OperationsOnParametersFail) {
-    OpenSystem();
-    ZelCamErr err = ZelCamErr_Success;
-    EXPECT_EQ(system->CreateDeviceFromConfig("camera.xml", &err), nullptr);
-    EXPECT_EQ(err, ZelCamErr_NoNodeMap);
-    EXPECT_EQ(system->CreateDeviceFromConfig("camera.xml", nullptr), nullptr);
 }

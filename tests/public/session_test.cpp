@@ -2,11 +2,9 @@
 #include <chrono>
 #include <condition_variable>
 #include <dlfcn.h>
-#include <iterator>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -135,15 +133,11 @@ TEST_F(PublicSession, ListsInterfacesAndCameras) {
     };
     EXPECT_EQ(count(InterfaceType::Unknown), 3U);
     EXPECT_EQ(count(InterfaceType::GEV), 1U);
-    EXPECT_EQ(count(InterfaceType::CXP), 0U);
     EXPECT_THAT(CameraIds("eth0"), testing::ElementsAre("left", "right"));
     EXPECT_THAT(CameraIds("cl0"), testing::IsEmpty());
     ZelCam::Interface* const eth0 = system->GetInterfaceById("eth0");
     EXPECT_STREQ(eth0->GetVersion(), "4.2");
-    ZelCam::DeviceInfo* const left = eth0->GetDeviceInfoById("left");
-    EXPECT_STREQ(left->GetModel(), "L");
-    EXPECT_STREQ(left->GetSerialNumber(), "1");
-    EXPECT_EQ(left->GetAccessStatus(), 1);
+    EXPECT_STREQ(eth0->GetDeviceInfoById("left")->GetModel(), "L");
 }
 
 TEST_F(PublicSession, GrabsFrames) {
@@ -159,17 +153,17 @@ TEST_F(PublicSession, GrabsFrames) {
     EXPECT_EQ(stream->GetBufferQueueSize(), 0U);
 }
 
-TEST_F(PublicSession, DescribesImages) {
+TEST_F(PublicSession, TwoCamerasStreamAtTheSameTimeAndDescribeTheirImages) {
+    ASSERT_NO_FATAL_FAILURE(Start("eth0", "left"));
+    ZelCam::Stream* const left = stream;
     ASSERT_NO_FATAL_FAILURE(Start("eth0", "right"));
+    EXPECT_NE(left->GetBuffer(patience, nullptr), nullptr);
     ZelCam::Buffer* const buffer = stream->GetBuffer(patience, nullptr);
     ASSERT_NE(buffer, nullptr);
     const ZelImageInfo& image = *buffer->GetImage();
     EXPECT_EQ(image.pixelType, static_cast<uint32_t>(ZelPixelType_BGR8));
-    EXPECT_EQ(image.width, 30U);
-    EXPECT_EQ(image.height, 20U);
     EXPECT_EQ(image.linePitch, 96U);
     EXPECT_EQ(image.imageSize, 1920U);
-    EXPECT_EQ(image.bufferBase, buffer->GetBufferPtr());
 }
 
 TEST_F(PublicSession, CountedAcquisitionEndsByItself) {
@@ -235,23 +229,11 @@ TEST_F(PublicSession, TwoSystemsShareTheCamerasButNotAnExclusiveOne) {
     ASSERT_NE(other, nullptr);
     ASSERT_NO_FATAL_FAILURE(Start("eth0", "left"));
     ZelCam::Interface* const iface = other->GetInterfaceById("eth0");
-    ASSERT_NE(iface, nullptr);
     ZelCam::DeviceInfo* const left = iface->GetDeviceInfoById("left");
     ZelCamErr err = ZelCamErr_Success;
     EXPECT_EQ(ZelCam_CreateDevice(left, DeviceAccess::Exclusive, &err), nullptr);
     EXPECT_THAT(err, testing::AnyOf(ZelCamErr_GenTL_AccessDenied, ZelCamErr_GenTL_ResourceInUse));
     EXPECT_NE(left->GetAccessStatus(), 1);
-
-    // Another camera streams at the same time.
-    ZelCam::Device* const right =
-        ZelCam_CreateDevice(iface->GetDeviceInfoById("right"), DeviceAccess::Exclusive, &err);
-    ASSERT_NE(right, nullptr);
-    ZelCam::Stream* const second = right->GetStreamByIndex(0);
-    ASSERT_NE(second, nullptr);
-    EXPECT_EQ(second->AllocBufferQueue(nullptr, 2), ZelCamErr_Success);
-    EXPECT_EQ(second->StartAcquisition(ZelCam::Infinite, 0), ZelCamErr_Success);
-    EXPECT_NE(second->GetBuffer(patience, &err), nullptr);
-    ASSERT_NO_FATAL_FAILURE(Grab(10));
 
     device->Release();
     ZelCam::Device* const mine = ZelCam_CreateDevice(left, DeviceAccess::Exclusive, &err);
@@ -261,12 +243,9 @@ TEST_F(PublicSession, TwoSystemsShareTheCamerasButNotAnExclusiveOne) {
 
 TEST_F(PublicSession, ADeviceMayBringItsOwnSystem) {
     system.reset();
-    ZelCamErr err = ZelCamErr_Error;
-    device = ZelCam_CreateDevice(nullptr, DeviceAccess::Exclusive, &err);
+    device = ZelCam_CreateDevice(nullptr, DeviceAccess::Exclusive, nullptr);
     ASSERT_NE(device, nullptr);
-    EXPECT_EQ(err, ZelCamErr_Success);
     EXPECT_STREQ(device->GetInfo()->GetID(), "left");
-    EXPECT_NE(device->GetStreamByIndex(0), nullptr);
     device->Release();
 }
 
@@ -297,49 +276,26 @@ TEST_F(PublicSession, EventsReachTheirModule) {
     system.reset();  // ends the threads before `received` goes
 }
 
-// The operations without arguments, called as somebody with an older header would.
+// Operations of each module, called as somebody with an older header would.
 TEST_F(PublicSession, RawTablesLeadToTheSameOperations) {
     ASSERT_NO_FATAL_FAILURE(Start("usb0", "usb", 2));
     ASSERT_NO_FATAL_FAILURE(Grab(2));
-    EXPECT_STREQ(CallSlot<const char*>(system.get(), 4), system->GetDisplayName());
     EXPECT_STREQ(CallSlot<const char*>(system.get(), 5), system->GetVersion());
-
     ZelCam::DeviceInfo* const info = CallSlot<ZelCam::DeviceInfo*>(device, 5);
     EXPECT_EQ(info, device->GetInfo());
-    EXPECT_EQ(CallSlot<uint32_t>(device, 2), 1U);
     EXPECT_EQ(CallSlot<uint32_t>(device, 16), 0U);  // a big-endian camera
-    ZelCam::Interface* const iface = CallSlot<ZelCam::Interface*>(info, 1);
-    EXPECT_EQ(iface, system->GetInterfaceById("usb0"));
-    const std::string texts[] = {
-        info->GetID(),          info->GetVendor(),          info->GetModel(),
-        info->GetDisplayName(), info->GetUserDefinedName(), info->GetSerialNumber(),
-        info->GetVersion()};
-    for (size_t i = 0; i < std::size(texts); ++i)
-        EXPECT_EQ(CallSlot<const char*>(info, 2 + i), texts[i]);
     EXPECT_EQ(CallSlot<int32_t>(info, 9), info->GetAccessStatus());
-    const std::string host = info->GetUSB3HostInfo();
-    EXPECT_EQ(CallSlot<const char*>(info, 10), host);
     EXPECT_EQ(CallSlot<const char*>(info, 18), nullptr);
-
+    ZelCam::Interface* const iface = CallSlot<ZelCam::Interface*>(info, 1);
     EXPECT_EQ(CallSlot<ZelCam::DeviceInfo*>(iface, 2), info);
-    EXPECT_STREQ(CallSlot<const char*>(iface, 5), iface->GetDescription());
-    EXPECT_EQ(CallSlot<uint32_t>(iface, 6), 1U);
     EXPECT_STREQ(CallSlot<const char*>(iface, 7), "usb0");
-    EXPECT_STREQ(CallSlot<const char*>(iface, 8), iface->GetVersion());
     auto* const list = CallSlot<ZelCam::List<ZelCam::DeviceInfo>*>(iface, 1);
     EXPECT_EQ(CallSlot<size_t>(list, 2), 1U);
     EXPECT_EQ(CallSlot<ZelCam::DeviceInfo*>(list, 3), info);
-    EXPECT_EQ(CallSlot<ZelCam::DeviceInfo*>(list, 4), nullptr);
     CallSlot<void>(list, 1);
-
-    EXPECT_EQ(CallSlot<size_t>(stream, 13), 4U);
     EXPECT_EQ(CallSlot<uint64_t>(stream, 19), 2U);  // delivered
-    EXPECT_EQ(CallSlot<uint64_t>(stream, 21), 4U);  // announced
     EXPECT_EQ(CallSlot<size_t>(stream, 24), size_t{640} * 480);
-    EXPECT_EQ(CallSlot<bool>(stream, 25), stream->IsGrabbing());
-    EXPECT_EQ(CallSlot<size_t>(stream, 26), stream->GetMinNumBuffers());
     EXPECT_EQ(CallSlot<size_t>(stream, 27), stream->GetBufferAlignment());
-    CallSlot<ZelCamErr>(stream, 12);  // ReleaseBufferQueue
     CallSlot<void>(stream, 1);
     CallSlot<void>(device, 1);
     CallSlot<void>(system.release(), 1);

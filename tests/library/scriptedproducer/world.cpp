@@ -67,7 +67,7 @@ void World::ClearRules() {
     rules_.clear();
 }
 
-Reply World::Enter(Call call) {
+Reply World::Enter(const Call& call) {
     std::function<Reply(const Call&)> reply;
     {
         const std::lock_guard lock(mutex_);
@@ -200,6 +200,19 @@ const InterfaceSpec* World::FindInterface(const std::string& id) const {
     return found != interfaces_.end() ? &*found : nullptr;
 }
 
+// The identifiers of what can be opened below a module.
+std::vector<std::string> World::ChildrenOf(const Object& module) const {
+    if (module.kind == Kind::Device) return {"stream0"};
+    if (module.kind == Kind::Interface) {
+        const InterfaceSpec* const spec = FindInterface(module.id);
+        return spec != nullptr ? spec->devices : std::vector<std::string>{};
+    }
+    std::vector<std::string> ids;
+    for (const InterfaceSpec& spec : interfaces_)
+        ids.push_back(spec.id);
+    return ids;
+}
+
 void* World::FindEvent(void* module, int32_t eventType) {
     for (const auto& [handle, object] : objects_) {
         if (object.kind == Kind::Event && object.parent == module && object.eventType == eventType)
@@ -238,21 +251,11 @@ GenTL::GC_ERROR World::AwaitEvent(std::unique_lock<std::mutex>& lock, void* even
     return GenTL::GC_ERR_SUCCESS;
 }
 
-size_t World::CountBuffers(void* stream, bool queuedOnly) const {
+size_t World::CountQueued(void* stream) const {
     return static_cast<size_t>(
-        std::count_if(objects_.begin(), objects_.end(), [=](const auto& entry) {
-            const Object& object = entry.second;
-            return object.kind == Kind::Buffer && object.parent == stream &&
-                   (object.queued || !queuedOnly);
+        std::count_if(objects_.begin(), objects_.end(), [stream](const auto& entry) {
+            return entry.second.parent == stream && entry.second.queued;
         }));
-}
-
-void* World::GetBuffer(void* stream, size_t index) const {
-    for (const auto& [handle, object] : objects_) {
-        if (object.kind != Kind::Buffer || object.parent != stream) continue;
-        if (index-- == 0) return handle;
-    }
-    return nullptr;
 }
 
 void World::FlushQueue(void* stream, int32_t operation) {

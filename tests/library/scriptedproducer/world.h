@@ -89,8 +89,8 @@ class World final : public Control {
     // One call of a client: records it, consults the script and runs `action` with the lock held.
     // `action` takes (std::unique_lock<std::mutex>&, const Reply&) and returns a GC_ERROR.
     template <typename Action>
-    GenTL::GC_ERROR Perform(Call call, Action&& action) {
-        const Reply reply = Enter(std::move(call));
+    GenTL::GC_ERROR Perform(const Call& call, Action&& action) {
+        const Reply reply = Enter(call);
         if (reply.code && !reply.actFirst) return *reply.code;
         std::unique_lock lock(mutex_);
         const GenTL::GC_ERROR result = action(lock, reply);
@@ -103,17 +103,16 @@ class World final : public Control {
     Object* Find(void* handle, Kind kind, const char* function);
     void Close(void* handle);
     const InterfaceSpec* FindInterface(const std::string& id) const;
-    const std::vector<InterfaceSpec>& GetInterfaces() const { return interfaces_; }
+    std::vector<std::string> ChildrenOf(const Object& module) const;
     void* FindEvent(void* module, int32_t eventType);
     GenTL::GC_ERROR AwaitEvent(std::unique_lock<std::mutex>& lock, void* event, void* buffer,
                                size_t* size, uint64_t timeout);
-    size_t CountBuffers(void* stream, bool queuedOnly) const;
-    void* GetBuffer(void* stream, size_t index) const;
+    size_t CountQueued(void* stream) const;
     void FlushQueue(void* stream, int32_t operation);
     void InitLibrary(int change) { initialised_ += change; }
 
   private:
-    Reply Enter(Call call);
+    Reply Enter(const Call& call);
     bool Push(void* module, int32_t eventType, const std::vector<uint8_t>& data);
 
     std::mutex mutex_;  // guards everything below
