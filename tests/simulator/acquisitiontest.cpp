@@ -38,6 +38,16 @@ class AcquisitionTest : public CameraTest {
         }
         return ids;
     }
+
+    // Fetches and queues again, until something else ends it; gives the code of that.
+    GC_ERROR FetchUntilFailure() {
+        GC_ERROR code = GC_ERR_SUCCESS;
+        for (BUFFER_HANDLE buffer = nullptr; code == GC_ERR_SUCCESS;) {
+            code = TryFetch(GENTL_INFINITE, &buffer);
+            if (code == GC_ERR_SUCCESS) Queue(buffer);
+        }
+        return code;
+    }
 };
 
 TEST_F(AcquisitionTest, CountedAcquisitionEndsByItself) {
@@ -255,14 +265,7 @@ TEST_F(AcquisitionTest, UnpluggingEndsWaitsAndLeavesClosing) {
     OpenCamera("frameRate='0'");
     AllocateAndQueue(3);
     ASSERT_EQ(Start(), GC_ERR_SUCCESS);
-    auto ended = std::async(std::launch::async, [&] {
-        GC_ERROR code = GC_ERR_SUCCESS;
-        for (BUFFER_HANDLE buffer = nullptr; code == GC_ERR_SUCCESS;) {
-            code = TryFetch(GENTL_INFINITE, &buffer);
-            if (code == GC_ERR_SUCCESS) Queue(buffer);
-        }
-        return code;
-    });
+    auto ended = std::async(std::launch::async, [&] { return FetchUntilFailure(); });
     Await([&] { return StreamInfo(STREAM_INFO_NUM_DELIVERED).Uint64() > 10; });
     ASSERT_EQ(p.UnplugCamera("C"), GC_ERR_SUCCESS);
     EXPECT_EQ(ended.get(), GC_ERR_IO);
@@ -286,14 +289,7 @@ TEST_F(AcquisitionTest, ClosingWhileGrabbingEndsEverything) {
     OpenCamera("frameRate='0' noFill='true'");
     AllocateAndQueue(3);
     ASSERT_EQ(Start(), GC_ERR_SUCCESS);
-    auto ended = std::async(std::launch::async, [&] {
-        GC_ERROR code = GC_ERR_SUCCESS;
-        for (BUFFER_HANDLE buffer = nullptr; code == GC_ERR_SUCCESS;) {
-            code = TryFetch(GENTL_INFINITE, &buffer);
-            if (code == GC_ERR_SUCCESS) Queue(buffer);
-        }
-        return code;
-    });
+    auto ended = std::async(std::launch::async, [&] { return FetchUntilFailure(); });
     Await([&] { return StreamInfo(STREAM_INFO_NUM_DELIVERED).Uint64() > 100; });
     ASSERT_EQ(p.TLClose(system), GC_ERR_SUCCESS);
     EXPECT_THAT(ended.get(), ::testing::AnyOf(GC_ERR_ABORT, GC_ERR_INVALID_HANDLE));
