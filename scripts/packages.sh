@@ -3,7 +3,7 @@
 
 # What the products link against. The cross build takes the same ones for arm64.
 library_packages=(liblog4cpp5-dev libtinyxml2-dev libcli11-dev libpng-dev
-    nlohmann-json3-dev)
+    nlohmann-json3-dev libexpat1-dev libzip-dev)
 test_packages=(libgtest-dev libgmock-dev)
 
 # packages_for COMMAND: one package a line.
