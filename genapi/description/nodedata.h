@@ -5,7 +5,6 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 #include "genapi/description/description.h"
@@ -118,17 +117,16 @@ struct FormulaVariable {
     VariableForm form = VariableForm::Value;
 };
 
-template <typename Number>
-class Formula;
-
-// A formula with its names. Compiled on first use; node maps share the program.
+// A formula with the names in it. Its program is made on first use (formulas.h) and shared by the
+// node maps.
 struct FormulaData {
     TextRef text = 0;
-    Range variables;       // in NodeTables::variables
+    Range variables;           // in NodeTables::variables
+    NodeId node = kNoNode;     // whose constants and expressions it may use
     bool isInteger = true;
-    bool hasInput = false; // a last variable slot for FROM or TO
-    NodeId node = kNoNode; // the node that the formula belongs to
+    const char* input = nullptr;  // "FROM" or "TO": one more variable behind the others
 };
+struct CompiledFormula;
 
 // SwissKnife, IntSwissKnife.
 struct SwissKnifeData {
@@ -176,6 +174,12 @@ struct NodeTables {
     std::vector<std::int64_t> validValues;
     std::vector<AddressPart> addressParts;
     std::vector<FormulaVariable> variables;
+
+    // programs of the formulas, by index; null until first used
+    std::unique_ptr<std::atomic<const CompiledFormula*>[]> programs;
+
+    NodeTables();
+    ~NodeTables();
 
     template <typename T>
     static Slice<T> slice(const std::vector<T>& pool, Range range)
