@@ -56,9 +56,8 @@ class CPointer {
 
     bool operator==(T* pT) const { return m_pT == pT; }
     bool operator==(const CPointer& rT) const { return m_pT == rT.m_pT; }
-    // For comparisons with 0; any other number is a LogicalErrorException. For int alone, so that
-    // NULL, which is as wide as a pointer, compares as one.
-    template <class Int, class = typename std::enable_if<std::is_same<Int, int>::value>::type>
+    // For comparisons with 0 and NULL; any other number is a LogicalErrorException.
+    template <class Int, class = typename std::enable_if<std::is_integral<Int>::value>::type>
     bool operator==(Int nNull) const {
         if (nNull != 0) throw LOGICAL_ERROR_EXCEPTION("argument must be NULL");
         return m_pT == nullptr;
