@@ -1,11 +1,9 @@
-// File names of libGenApi.
+// File names of libGenApi: DLL_NAME("GenApi") and the like. On this platform nothing is linked by
+// including a header.
 #ifndef GENAPI_GENAPILINKAGE_H
 #define GENAPI_GENAPILINKAGE_H
 
 #include <Base/GCLinkage.h>
 #include <GenApi/GenApiNamespace.h>
-
-// What a consumer passes to the loader when it loads the library by name.
-#define GENAPI_DLL_NAME DLL_NAME("GenApi")
 
 #endif  // GENAPI_GENAPILINKAGE_H
