@@ -1,0 +1,638 @@
+// From the elements of each node, as written, to the data of its kind.
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include <Base/GCException.h>
+
+#include "genapi/description/nodedata.h"
+#include "genapi/description/numbers.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+namespace {
+
+// Which kinds a reference may point to, by the interface that it needs.
+bool isInteger(NodeKind kind)
+{
+    switch (kind) {
+    case NodeKind::Integer:
+    case NodeKind::IntReg:
+    case NodeKind::MaskedIntReg:
+    case NodeKind::StructEntry:
+    case NodeKind::IntSwissKnife:
+    case NodeKind::IntConverter:
+    case NodeKind::IntKey:
+    case NodeKind::AdvFeatureLock:
+    case NodeKind::SmartFeature: return true;
+    default: return false;
+    }
+}
+
+bool isFloat(NodeKind kind)
+{
+    return kind == NodeKind::Float || kind == NodeKind::FloatReg || kind == NodeKind::SwissKnife ||
+           kind == NodeKind::Converter;
+}
+
+bool isString(NodeKind kind)
+{
+    return kind == NodeKind::String || kind == NodeKind::StringReg || kind == NodeKind::TextDesc;
+}
+
+class Compiler {
+public:
+    Compiler(Description& description, NodeTables& tables, std::vector<NodeRecord>& records)
+        : description_(description), tables_(tables), records_(records)
+    {
+    }
+
+    void compile(NodeId id)
+    {
+        id_ = id;
+        NodeRecord& record = records_[id];
+        common(record);
+        switch (record.kind) {
+        case NodeKind::Category: record.data = add(tables_.categories, category()); break;
+        case NodeKind::Integer: record.data = add(tables_.integers, number<std::int64_t>()); break;
+        case NodeKind::Float: record.data = add(tables_.floats, number<double>()); break;
+        case NodeKind::IntReg:
+        case NodeKind::MaskedIntReg:
+        case NodeKind::StructEntry:
+        case NodeKind::FloatReg:
+        case NodeKind::StringReg:
+        case NodeKind::Register:
+        case NodeKind::ConfRom:
+        case NodeKind::AdvFeatureLock:
+            record.data = add(tables_.registers, registerData(record));
+            break;
+        case NodeKind::Boolean: record.data = add(tables_.booleans, boolean()); break;
+        case NodeKind::Command: record.data = add(tables_.commands, command()); break;
+        case NodeKind::Enumeration:
+            record.data = add(tables_.enumerations, enumeration());
+            break;
+        case NodeKind::EnumEntry: record.data = add(tables_.entries, entry()); break;
+        case NodeKind::String: record.data = add(tables_.strings, string()); break;
+        case NodeKind::SwissKnife:
+        case NodeKind::IntSwissKnife:
+            record.data = add(tables_.swissKnives, swissKnife());
+            break;
+        case NodeKind::Converter:
+        case NodeKind::IntConverter:
+            record.data = add(tables_.converters, converter());
+            break;
+        case NodeKind::Port: record.data = add(tables_.ports, port()); break;
+        case NodeKind::Node:
+        case NodeKind::TextDesc:
+        case NodeKind::IntKey:
+        case NodeKind::SmartFeature: break;
+        }
+    }
+
+private:
+    template <typename T>
+    static std::uint32_t add(std::vector<T>& table, T data)
+    {
+        table.push_back(std::move(data));
+        return static_cast<std::uint32_t>(table.size() - 1);
+    }
+
+    std::string_view text(const Property& property) const
+    {
+        return description_.text(property.text());
+    }
+
+    // The number that a text element says.
+    template <typename T>
+    T constant(const Property& property) const
+    {
+        return parseNumber<T>(text(property), property.element);
+    }
+
+    bool is(const Property& property, std::string_view word) const
+    {
+        return text(property) == word;
+    }
+
+    NodeKind kindOf(NodeId node) const { return records_[node].kind; }
+
+    NodeId integerLike(NodeId node) const
+    {
+        const NodeKind kind = kindOf(node);
+        if (!isInteger(kind) && !isFloat(kind) && kind != NodeKind::Enumeration &&
+            kind != NodeKind::Boolean)
+            throw RUNTIME_EXCEPTION("CIntegerPolyRef::operator(IBase*) : pointer is neither "
+                                    "IInteger*, nor IEnumeration*, nor IBoolean*, nor IFloat*");
+        return node;
+    }
+
+    NodeId floatLike(NodeId node) const
+    {
+        const NodeKind kind = kindOf(node);
+        if (!isInteger(kind) && !isFloat(kind) && kind != NodeKind::Enumeration)
+            throw RUNTIME_EXCEPTION("CFloatPolyRef::operator(IBase*) : pointer is neither "
+                                    "IFloat*, IInteger*, nor IEnumeration*");
+        return node;
+    }
+
+    NodeId like(const std::int64_t*, NodeId node) const { return integerLike(node); }
+    NodeId like(const double*, NodeId node) const { return floatLike(node); }
+
+    // A setting from a text element or a link, whichever the property is.
+    template <typename T>
+    Setting<T> setting(const Property& property) const
+    {
+        Setting<T> result;
+        if (isLink(property.element)) {
+            result.source = Setting<T>::Source::Node;
+            result.node = like(static_cast<const T*>(nullptr), property.node());
+        } else {
+            result.source = Setting<T>::Source::Constant;
+            result.constant = constant<T>(property);
+        }
+        return result;
+    }
+
+    Slice<Property> properties() const { return description_.properties(id_); }
+
+    // The nodes that links of one element point to.
+    Range links(Element element)
+    {
+        Range range{static_cast<std::uint32_t>(tables_.nodes.size()), 0};
+        for (const Property& property : properties())
+            if (property.element == element) {
+                tables_.nodes.push_back(property.node());
+                ++range.count;
+            }
+        return range;
+    }
+
+    void common(NodeRecord& record);
+    void presentation(const Property& property, Presentation& result) const;
+    CategoryData category();
+    template <typename T>
+    NumberData<T> number();
+    template <typename T>
+    void readValidValues(const Property& property, NumberData<T>& data);
+    RegisterData registerData(const NodeRecord& record);
+    void checkMask(const RegisterData& data) const;
+    void readAddress(RegisterData& data);
+    BooleanData boolean();
+    CommandData command();
+    EnumerationData enumeration();
+    EnumEntryData entry();
+    StringData string();
+    SwissKnifeData swissKnife();
+    ConverterData converter();
+    PortData port();
+    Range variables(bool integer);
+    FormulaVariable variable(const Property& property) const;
+    std::uint32_t formula(TextRef text, Range variables, bool integer, const char* input);
+
+    std::vector<IndexedCase<std::int64_t>>& cases(const std::int64_t*) const
+    {
+        return tables_.integerCases;
+    }
+    std::vector<IndexedCase<double>>& cases(const double*) const { return tables_.floatCases; }
+
+    Description& description_;
+    NodeTables& tables_;
+    std::vector<NodeRecord>& records_;
+    NodeId id_ = kNoNode;
+};
+
+EVisibility visibilityOf(std::string_view text)
+{
+    if (text == "Expert")
+        return Expert;
+    if (text == "Guru")
+        return Guru;
+    return text == "Invisible" ? Invisible : Beginner;
+}
+
+EAccessMode accessModeOf(std::string_view text)
+{
+    if (text == "RO")
+        return RO;
+    return text == "WO" ? WO : RW;
+}
+
+ECachingMode cachingModeOf(std::string_view text)
+{
+    if (text == "NoCache")
+        return NoCache;
+    return text == "WriteAround" ? WriteAround : WriteThrough;
+}
+
+bool isTrue(std::string_view text)
+{
+    return text == "true" || text == "1";
+}
+
+void Compiler::common(NodeRecord& record)
+{
+    for (const Property& property : properties()) {
+        switch (property.element) {
+        case Element::Visibility: record.visibility = visibilityOf(text(property)); break;
+        case Element::ImposedAccessMode: record.imposedAccess = accessModeOf(text(property)); break;
+        case Element::Streamable: record.streamable = is(property, "Yes"); break;
+        case Element::IsDeprecated: record.deprecated = is(property, "Yes"); break;
+        case Element::PollingTime:
+            record.pollingTime = static_cast<std::int32_t>(
+                std::clamp<std::int64_t>(constant<std::int64_t>(property), -1, INT32_MAX));
+            break;
+        case Element::pIsImplemented: record.isImplemented = integerLike(property.node()); break;
+        case Element::pIsAvailable: record.isAvailable = integerLike(property.node()); break;
+        case Element::pIsLocked: record.isLocked = integerLike(property.node()); break;
+        case Element::pBlockPolling: record.blockPolling = integerLike(property.node()); break;
+        default: break;
+        }
+    }
+}
+
+void Compiler::presentation(const Property& property, Presentation& result) const
+{
+    static constexpr std::array<std::string_view, 7> kRepresentations = {
+        "Linear", "Logarithmic", "Boolean", "PureNumber", "HexNumber", "IPV4Address", "MACAddress"};
+    switch (property.element) {
+    case Element::Unit: result.unit = property.text(); break;
+    case Element::Representation:
+        for (std::size_t i = 0; i < kRepresentations.size(); ++i)
+            if (is(property, kRepresentations[i]))
+                result.representation = static_cast<std::uint8_t>(i);
+        break;
+    case Element::DisplayNotation:
+        result.notation = is(property, "Fixed")        ? fnFixed
+                          : is(property, "Scientific") ? fnScientific
+                                                       : fnAutomatic;
+        break;
+    case Element::DisplayPrecision:
+        // More digits than a double has are zeros.
+        result.precision = static_cast<std::int16_t>(
+            std::clamp<std::int64_t>(constant<std::int64_t>(property), 0, 400));
+        break;
+    default: break;
+    }
+}
+
+CategoryData Compiler::category()
+{
+    return {links(Element::pFeature)};
+}
+
+template <typename T>
+void Compiler::readValidValues(const Property& property, NumberData<T>& data)
+{
+    data.validValues = {static_cast<std::uint32_t>(tables_.validValues.size()), 0};
+    std::string_view list = text(property);
+    while (!list.empty()) {
+        const std::size_t end = std::min(list.find(';'), list.size());
+        if (end > 0) {
+            tables_.validValues.push_back(
+                parseNumber<std::int64_t>(list.substr(0, end), property.element));
+            ++data.validValues.count;
+        }
+        list.remove_prefix(std::min(end + 1, list.size()));
+    }
+}
+
+template <typename T>
+NumberData<T> Compiler::number()
+{
+    NumberData<T> data;
+    auto& pool = cases(static_cast<const T*>(nullptr));
+    data.cases.first = static_cast<std::uint32_t>(pool.size());
+    for (const Property& property : properties()) {
+        switch (property.element) {
+        case Element::Value:
+        case Element::pValue: data.value = setting<T>(property); break;
+        case Element::pIndex: data.index = integerLike(property.node()); break;
+        case Element::ValueIndexed:
+        case Element::pValueIndexed:
+            pool.push_back({parseNumber<std::int64_t>(description_.text(property.attribute),
+                                                      property.element),
+                            setting<T>(property)});
+            ++data.cases.count;
+            break;
+        case Element::ValueDefault:
+        case Element::pValueDefault: data.otherwise = setting<T>(property); break;
+        case Element::Min:
+        case Element::pMin: data.min = setting<T>(property); break;
+        case Element::Max:
+        case Element::pMax: data.max = setting<T>(property); break;
+        case Element::Inc:
+        case Element::pInc: data.inc = setting<T>(property); break;
+        case Element::ValidValueSet: readValidValues(property, data); break;
+        default: presentation(property, data.presentation); break;
+        }
+    }
+    const auto byIndex = [](const auto& a, const auto& b) { return a.index < b.index; };
+    std::stable_sort(pool.begin() + data.cases.first, pool.end(), byIndex);
+    data.copies = links(Element::pValueCopy);
+    for (const NodeId copy : NodeTables::slice(tables_.nodes, data.copies))
+        like(static_cast<const T*>(nullptr), copy);
+    return data;
+}
+
+void Compiler::readAddress(RegisterData& data)
+{
+    data.address.first = static_cast<std::uint32_t>(tables_.addressParts.size());
+    std::uint64_t sum = 0;
+    for (const Property& property : properties()) {
+        switch (property.element) {
+        case Element::Address:
+            sum += static_cast<std::uint64_t>(constant<std::int64_t>(property));
+            break;
+        case Element::IntSwissKnife:
+        case Element::pAddress:
+            tables_.addressParts.push_back({setting<std::int64_t>(property), {}, false});
+            break;
+        case Element::pIndex:
+            tables_.addressParts.push_back({setting<std::int64_t>(property), {}, true});
+            break;
+        case Element::Offset:
+        case Element::pOffset:
+            if (tables_.addressParts.size() > data.address.first)
+                tables_.addressParts.back().step = setting<std::int64_t>(property);
+            break;
+        default: break;
+        }
+    }
+    data.constantAddress = static_cast<std::int64_t>(sum);
+    data.address.count =
+        static_cast<std::uint32_t>(tables_.addressParts.size()) - data.address.first;
+    data.addressIsConstant = data.address.count == 0;
+}
+
+RegisterData Compiler::registerData(const NodeRecord& record)
+{
+    RegisterData data;
+    readAddress(data);
+    for (const Property& property : properties()) {
+        switch (property.element) {
+        case Element::Length:
+        case Element::pLength: data.length = setting<std::int64_t>(property); break;
+        case Element::pPort: data.port = property.node(); break;
+        case Element::AccessMode: data.accessMode = accessModeOf(text(property)); break;
+        case Element::Cachable: data.cachable = cachingModeOf(text(property)); break;
+        case Element::Sign: data.isSigned = is(property, "Signed"); break;
+        case Element::Endianess: data.bigEndian = is(property, "BigEndian"); break;
+        case Element::Bit:
+            data.lsb = data.msb = static_cast<std::uint8_t>(
+                std::clamp<std::int64_t>(constant<std::int64_t>(property), 0, 255));
+            data.masked = true;
+            break;
+        case Element::LSB:
+        case Element::MSB:
+            (property.element == Element::LSB ? data.lsb : data.msb) = static_cast<std::uint8_t>(
+                std::clamp<std::int64_t>(constant<std::int64_t>(property), 0, 255));
+            data.masked = true;
+            break;
+        default: presentation(property, data.presentation); break;
+        }
+    }
+    if (record.kind == NodeKind::MaskedIntReg || record.kind == NodeKind::StructEntry)
+        checkMask(data);
+    return data;
+}
+
+void Compiler::checkMask(const RegisterData& data) const
+{
+    const std::int64_t bits = 8 * std::clamp<std::int64_t>(data.length.constant, 0, 8);
+    const char* fault = nullptr;
+    if (data.bigEndian) {
+        if (data.lsb >= bits)
+            fault = "For a big endian integer LSB must be smaller than 8 * Length";
+        else if (data.lsb < data.msb)
+            fault = "For a big endian integer LSB must be greater or equal than MSB";
+    } else {
+        if (data.msb >= bits)
+            fault = "For a little endian integer MSB must be smaller than 8 * Length";
+        else if (data.msb < data.lsb)
+            fault = "For a little endian integer MSB must be greater or equal than LSB";
+    }
+    if (fault)
+        throw RUNTIME_EXCEPTION("Node '%s' : %s", description_.name(id_).data(), fault);
+}
+
+BooleanData Compiler::boolean()
+{
+    BooleanData data;
+    for (const Property& property : properties()) {
+        switch (property.element) {
+        case Element::Value:
+            data.value.source = Setting<std::int64_t>::Source::Constant;
+            data.value.constant = isTrue(text(property)) ? 1 : 0;
+            break;
+        case Element::pValue: data.value = setting<std::int64_t>(property); break;
+        case Element::OnValue: data.onValue = constant<std::int64_t>(property); break;
+        case Element::OffValue: data.offValue = constant<std::int64_t>(property); break;
+        default: break;
+        }
+    }
+    if (data.value.source == Setting<std::int64_t>::Source::Constant)
+        data.value.constant = data.value.constant ? data.onValue : data.offValue;
+    return data;
+}
+
+CommandData Compiler::command()
+{
+    CommandData data;
+    for (const Property& property : properties()) {
+        switch (property.element) {
+        case Element::Value:
+        case Element::pValue: data.value = setting<std::int64_t>(property); break;
+        case Element::CommandValue:
+        case Element::pCommandValue: data.commandValue = setting<std::int64_t>(property); break;
+        default: break;
+        }
+    }
+    return data;
+}
+
+EnumerationData Compiler::enumeration()
+{
+    EnumerationData data;
+    for (const Property& property : properties())
+        if (property.element == Element::Value || property.element == Element::pValue)
+            data.value = setting<std::int64_t>(property);
+    data.entries = links(Element::pEnumEntry);
+    return data;
+}
+
+EnumEntryData Compiler::entry()
+{
+    EnumEntryData data;
+    bool hasNumeric = false;
+    for (const Property& property : properties()) {
+        switch (property.element) {
+        case Element::Value: data.value = constant<std::int64_t>(property); break;
+        case Element::NumericValue:
+            data.numeric = constant<double>(property);
+            hasNumeric = true;
+            break;
+        case Element::Symbolic: data.symbolic = property.text(); break;
+        case Element::IsSelfClearing: data.selfClearing = is(property, "Yes"); break;
+        default: break;
+        }
+    }
+    if (!hasNumeric)
+        data.numeric = static_cast<double>(data.value);
+    return data;
+}
+
+StringData Compiler::string()
+{
+    StringData data;
+    for (const Property& property : properties()) {
+        if (property.element == Element::Value) {
+            data.value.source = Setting<TextRef>::Source::Constant;
+            data.value.constant = property.text();
+        } else if (property.element == Element::pValue) {
+            if (!isString(kindOf(property.node())))
+                throw RUNTIME_EXCEPTION("Node '%s' : pValue is no string node",
+                                        description_.name(id_).data());
+            data.value.source = Setting<TextRef>::Source::Node;
+            data.value.node = property.node();
+        }
+    }
+    return data;
+}
+
+FormulaVariable Compiler::variable(const Property& property) const
+{
+    struct Suffix {
+        std::string_view text;
+        VariableForm form;
+    };
+    static constexpr std::array<Suffix, 7> kSuffixes = {{{"Value", VariableForm::Value},
+                                                         {"Min", VariableForm::Min},
+                                                         {"Max", VariableForm::Max},
+                                                         {"Inc", VariableForm::Inc},
+                                                         {"AccessMode", VariableForm::AccessMode},
+                                                         {"Visibility", VariableForm::Visibility},
+                                                         {"CachingMode",
+                                                          VariableForm::CachingMode}}};
+    FormulaVariable result;
+    result.name = property.attribute;
+    result.node = property.node();
+    const std::string_view name = description_.text(property.attribute);
+    const std::size_t dot = name.find('.');
+    if (dot == std::string_view::npos)
+        return result;
+    const std::string_view suffix = name.substr(dot + 1);
+    // Texts end with a NUL, so the rest of a text is one, too.
+    result.suffix = property.attribute + static_cast<TextRef>(dot + 1);
+    result.form = VariableForm::Unknown;
+    for (const Suffix& known : kSuffixes)
+        if (known.text == suffix)
+            result.form = known.form;
+    if (suffix.substr(0, 6) == "Entry.") {
+        result.form = VariableForm::Entry;
+        result.suffix += 6;
+    }
+    return result;
+}
+
+Range Compiler::variables(bool integer)
+{
+    Range range{static_cast<std::uint32_t>(tables_.variables.size()), 0};
+    for (const Property& property : properties())
+        if (property.element == Element::pVariable) {
+            const FormulaVariable found = variable(property);
+            // What a variable says of its node beside the value any node has.
+            if (integer)
+                integerLike(found.node);
+            else
+                floatLike(found.node);
+            tables_.variables.push_back(found);
+            ++range.count;
+        }
+    return range;
+}
+
+std::uint32_t Compiler::formula(TextRef text, Range variables, bool integer, const char* input)
+{
+    return add(tables_.formulas, FormulaData{text, variables, id_, integer, input});
+}
+
+SwissKnifeData Compiler::swissKnife()
+{
+    SwissKnifeData data;
+    const bool integer = kindOf(id_) == NodeKind::IntSwissKnife;
+    TextRef formulaText = 0;
+    const char* input = nullptr;
+    for (const Property& property : properties()) {
+        switch (property.element) {
+        case Element::Formula: formulaText = property.text(); break;
+        case Element::FormulaTo:
+            formulaText = property.text();
+            input = "FROM";
+            break;
+        case Element::FormulaFrom:
+            formulaText = property.text();
+            input = "TO";
+            break;
+        default: presentation(property, data.presentation); break;
+        }
+    }
+    data.formula = formula(formulaText, variables(integer), integer, input);
+    return data;
+}
+
+ConverterData Compiler::converter()
+{
+    ConverterData data;
+    const bool integer = kindOf(id_) == NodeKind::IntConverter;
+    TextRef to = 0, from = 0;
+    for (const Property& property : properties()) {
+        switch (property.element) {
+        case Element::FormulaTo: to = property.text(); break;
+        case Element::FormulaFrom: from = property.text(); break;
+        case Element::pValue:
+            data.value = integer ? integerLike(property.node()) : floatLike(property.node());
+            break;
+        case Element::Slope:
+            data.slope = is(property, "Increasing")   ? Increasing
+                         : is(property, "Decreasing") ? Decreasing
+                         : is(property, "Varying")    ? Varying
+                                                      : Automatic;
+            break;
+        default: presentation(property, data.presentation); break;
+        }
+    }
+    const Range names = variables(integer);
+    data.formulaTo = formula(to, names, integer, "FROM");
+    data.formulaFrom = formula(from, names, integer, "TO");
+    return data;
+}
+
+PortData Compiler::port()
+{
+    PortData data;
+    for (const Property& property : properties()) {
+        switch (property.element) {
+        case Element::ChunkID: data.chunkId = property.text(); break;
+        case Element::pChunkID: data.chunkIdNode = property.node(); break;
+        case Element::SwapEndianess: data.swapEndianess = is(property, "Yes"); break;
+        case Element::CacheChunkData: data.cacheChunkData = is(property, "Yes"); break;
+        default: break;
+        }
+    }
+    return data;
+}
+
+}  // namespace
+
+void compileNodes(Description& description, NodeTables& tables, std::vector<NodeRecord>& records)
+{
+    Compiler compiler(description, tables, records);
+    for (NodeId id = 0; id < records.size(); ++id)
+        compiler.compile(id);
+    tables.programs =
+        std::make_unique<std::atomic<const CompiledFormula*>[]>(tables.formulas.size());
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

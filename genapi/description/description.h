@@ -1,0 +1,122 @@
+// A camera description, parsed once: compact, immutable, shared by every node map made from it.
+//
+//   XML text -> DescriptionReader -> DescriptionBuilder -> Description -> NodeMap (one per camera)
+//
+// A description is a handful of flat tables. Nodes are numbered in the order in which their names
+// are first mentioned; that number, NodeId, is an index into the node table here and into the node
+// table of each map. Texts are interned in one pool. What a node says stands twice: as properties,
+// the elements as they were written, and as the typed data of its kind (nodedata.h), which is what
+// node maps compute with.
+//
+// Everything here is thread-safe: it is constant after building, but for the change sets and the
+// formulas, which are computed on first use under a lock of their own.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <Base/GCTypes.h>
+#include <GenApi/Types.h>
+
+#include "genapi/description/elements.h"
+#include "genapi/description/slice.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+using NodeId = std::uint32_t;
+constexpr NodeId kNoNode = 0xFFFFFFFF;
+
+// Place of a text in the pool; 0 is the empty text.
+using TextRef = std::uint32_t;
+
+// One element of a node as it was written.
+struct Property {
+    Element element;
+    std::uint32_t value;  // a NodeId where isLink(element), a TextRef otherwise
+    TextRef attribute;    // its attribute (Name, Index), empty when it has none
+
+    NodeId node() const { return value; }
+    TextRef text() const { return value; }
+};
+
+// What every node has, whatever its kind.
+struct NodeRecord {
+    TextRef name = 0;
+    NodeKind kind = NodeKind::Node;
+    std::uint8_t nameSpace = 0;             // ENameSpace
+    std::uint8_t visibility = 0;            // EVisibility
+    std::uint8_t imposedAccess = RW;        // EAccessMode
+    std::uint8_t caching = WriteThrough;    // ECachingMode: the effective one
+    std::uint8_t accessCacheable = Yes;     // EYesNo
+    bool streamable = false;
+    bool deprecated = false;
+    bool feature = false;
+    bool exposeStatic = false;
+    bool defined = false;                   // false while the name was only mentioned
+    std::uint32_t firstProperty = 0;
+    std::uint32_t propertyCount = 0;
+    std::uint32_t data = 0;                 // index into the table of its kind
+    std::int32_t pollingTime = -1;          // milliseconds, -1 when it has none
+    // kNoNode where the node has no such condition
+    NodeId isImplemented = kNoNode;
+    NodeId isAvailable = kNoNode;
+    NodeId isLocked = kNoNode;
+    NodeId blockPolling = kNoNode;
+};
+
+// The attributes of the root element.
+struct DeviceInfo {
+    std::string modelName, vendorName, toolTip, standardNameSpace, productGuid, versionGuid;
+    GENICAM_NAMESPACE::Version_t schemaVersion{}, deviceVersion{};
+};
+
+// Which nodes a change touches, sorted and without repetition; computed once, then constant.
+using ChangeSet = std::vector<NodeId>;
+
+struct NodeTables;    // nodedata.h: the typed data of each kind
+struct LinkTables;    // links.h: the reverse links, and the change sets made so far
+class DescriptionBuilder;
+
+class Description {
+public:
+    ~Description();
+    Description(const Description&) = delete;
+    Description& operator=(const Description&) = delete;
+
+    std::size_t nodeCount() const { return records_.size(); }
+    const NodeRecord& record(NodeId id) const { return records_[id]; }
+    Slice<Property> properties(NodeId id) const;
+    // The first property of that element, or null.
+    const Property* find(NodeId id, Element element) const;
+    // By name; "Std::" or "Cust::" before it must be the node's own name space. kNoNode if none.
+    NodeId find(std::string_view name) const;
+
+    // The text, with a NUL behind it.
+    std::string_view text(TextRef ref) const;
+    std::string_view name(NodeId id) const { return text(records_[id].name); }
+    // The text of an element, empty when the node has none.
+    std::string_view text(NodeId id, Element element) const;
+
+    const DeviceInfo& info() const { return info_; }
+    const NodeTables& tables() const { return *tables_; }
+    const LinkTables& links() const { return *links_; }
+
+private:
+    friend class DescriptionBuilder;
+    Description();
+
+    std::vector<char> pool_;
+    std::vector<NodeRecord> records_;
+    std::vector<Property> properties_;
+    std::vector<NodeId> names_;  // open addressing by hash of the name, a power of two in size
+    DeviceInfo info_;
+    std::unique_ptr<NodeTables> tables_;
+    std::unique_ptr<LinkTables> links_;
+};
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

@@ -1,0 +1,24 @@
+// The programs of a description's formulas, made when they are first needed.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "genapi/description/description.h"
+#include "genapi/formula/formula.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+// One of the two programs, or the reason why there is none.
+struct CompiledFormula {
+    std::unique_ptr<const Formula<std::int64_t>> integer;
+    std::unique_ptr<const Formula<double>> floating;
+    std::string error;
+};
+
+// By index in NodeTables::formulas. Thread-safe; the result lives as long as the description.
+const CompiledFormula& compiledFormula(const Description& description, std::uint32_t formula);
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

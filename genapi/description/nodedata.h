@@ -1,0 +1,196 @@
+// What a node of each kind computes with: its elements as numbers and node numbers. One table per
+// kind; NodeRecord::data is the index into it.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "genapi/description/description.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+// A number that is given as a constant, by a node, or not at all.
+template <typename T>
+struct Setting {
+    enum class Source : std::uint8_t { None, Constant, Node };
+    T constant{};
+    NodeId node = kNoNode;
+    Source source = Source::None;
+
+    bool given() const { return source != Source::None; }
+    bool isNode() const { return source == Source::Node; }
+};
+
+// A run of elements in one of the shared pools of NodeTables.
+struct Range {
+    std::uint32_t first = 0;
+    std::uint32_t count = 0;
+};
+
+// How a number is shown.
+struct Presentation {
+    TextRef unit = 0;
+    std::uint8_t representation = _UndefinedRepresentation;
+    std::uint8_t notation = _UndefinedEDisplayNotation;
+    std::int16_t precision = -1;  // -1 when not given
+};
+
+// Integer and Float: one source of the value (value, or index with cases), and limits.
+template <typename T>
+struct NumberData {
+    Setting<T> value;
+    NodeId index = kNoNode;   // pIndex
+    Range cases;              // of NodeTables::integerCases or floatCases, by index
+    Setting<T> otherwise;     // ValueDefault or pValueDefault
+    Setting<T> min, max, inc;
+    Range copies;             // pValueCopy, in NodeTables::nodes
+    Range validValues;        // in NodeTables::validValues
+    Presentation presentation;
+};
+using IntegerData = NumberData<std::int64_t>;
+using FloatData = NumberData<double>;
+
+template <typename T>
+struct IndexedCase {
+    std::int64_t index;
+    Setting<T> value;
+};
+
+// One summand of an address: a constant, a node, or an index times its step.
+struct AddressPart {
+    Setting<std::int64_t> base;         // Address, pAddress, IntSwissKnife; the index for an index
+    Setting<std::int64_t> step;         // Offset, pOffset; only for an index
+    bool isIndex = false;               // without a step the length is the step
+};
+
+struct RegisterData {
+    Range address;                      // in NodeTables::addressParts
+    std::int64_t constantAddress = 0;   // sum of the constant parts
+    bool addressIsConstant = true;
+    Setting<std::int64_t> length;
+    NodeId port = kNoNode;
+    std::uint8_t accessMode = RO;
+    std::uint8_t cachable = WriteThrough;
+    bool bigEndian = false;
+    bool isSigned = false;
+    bool masked = false;
+    std::uint8_t lsb = 0, msb = 0;      // as written; bit 0 is the most significant in big endian
+    Presentation presentation;
+};
+
+struct BooleanData {
+    Setting<std::int64_t> value;
+    std::int64_t onValue = 1, offValue = 0;
+};
+
+struct CommandData {
+    Setting<std::int64_t> value, commandValue;
+};
+
+struct EnumerationData {
+    Setting<std::int64_t> value;
+    Range entries;  // in NodeTables::nodes, in document order
+};
+
+struct EnumEntryData {
+    std::int64_t value = 0;
+    double numeric = 0;
+    TextRef symbolic = 0;
+    bool selfClearing = false;
+};
+
+struct StringData {
+    Setting<TextRef> value;
+};
+
+// What of a node a formula variable stands for.
+enum class VariableForm : std::uint8_t { Value, Min, Max, Inc, AccessMode, Visibility, CachingMode,
+                                         Entry, Unknown };
+
+struct FormulaVariable {
+    TextRef name = 0;    // with its suffix, as the formula spells it
+    TextRef suffix = 0;  // the symbolic of an entry, or the unknown suffix
+    NodeId node = kNoNode;
+    VariableForm form = VariableForm::Value;
+};
+
+// A formula with the names in it. Its program is made on first use (formulas.h) and shared by the
+// node maps.
+struct FormulaData {
+    TextRef text = 0;
+    Range variables;           // in NodeTables::variables
+    NodeId node = kNoNode;     // whose constants and expressions it may use
+    bool isInteger = true;
+    const char* input = nullptr;  // "FROM" or "TO": one more variable behind the others
+};
+struct CompiledFormula;
+
+// SwissKnife, IntSwissKnife.
+struct SwissKnifeData {
+    std::uint32_t formula = 0;  // in NodeTables::formulas
+    Presentation presentation;
+};
+
+struct ConverterData {
+    std::uint32_t formulaTo = 0, formulaFrom = 0;  // in NodeTables::formulas
+    NodeId value = kNoNode;
+    std::uint8_t slope = Automatic;
+    Presentation presentation;
+};
+
+struct PortData {
+    TextRef chunkId = 0;
+    NodeId chunkIdNode = kNoNode;
+    bool swapEndianess = false;
+    bool cacheChunkData = false;
+};
+
+struct CategoryData {
+    Range features;  // in NodeTables::nodes
+};
+
+struct NodeTables {
+    std::vector<IntegerData> integers;
+    std::vector<FloatData> floats;
+    std::vector<RegisterData> registers;
+    std::vector<BooleanData> booleans;
+    std::vector<CommandData> commands;
+    std::vector<EnumerationData> enumerations;
+    std::vector<EnumEntryData> entries;
+    std::vector<StringData> strings;
+    std::vector<SwissKnifeData> swissKnives;
+    std::vector<ConverterData> converters;
+    std::vector<PortData> ports;
+    std::vector<CategoryData> categories;
+    std::vector<FormulaData> formulas;
+
+    // pools that the ranges point into
+    std::vector<NodeId> nodes;
+    std::vector<IndexedCase<std::int64_t>> integerCases;
+    std::vector<IndexedCase<double>> floatCases;
+    std::vector<std::int64_t> validValues;
+    std::vector<AddressPart> addressParts;
+    std::vector<FormulaVariable> variables;
+
+    // programs of the formulas, by index; null until first used
+    std::unique_ptr<std::atomic<const CompiledFormula*>[]> programs;
+
+    NodeTables();
+    ~NodeTables();
+
+    template <typename T>
+    static Slice<T> slice(const std::vector<T>& pool, Range range)
+    {
+        return {pool.data() + range.first, range.count};
+    }
+};
+
+// Fills the tables from the properties of all nodes. Throws PropertyException for a number that is
+// none, RuntimeException for a reference to a node of a wrong kind or an impossible mask.
+void compileNodes(Description& description, NodeTables& tables, std::vector<NodeRecord>& records);
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE
