@@ -1,0 +1,173 @@
+// Lists of nodes and of values.
+#ifndef GENAPI_CONTAINER_H
+#define GENAPI_CONTAINER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <vector>
+
+#include <GenApi/GenApiDll.h>
+
+namespace GENAPI_NAMESPACE {
+
+struct INode;
+struct IValue;
+
+// A vector of pointers with the contract of std::vector; its storage does not show in the layout.
+// at throws OutOfRangeException; the other operations do not check. Reentrant.
+template <class T>
+class GENAPI_DECL CPointerVector {
+  public:
+    typedef T value_type;
+
+    class const_iterator {
+      public:
+        typedef std::random_access_iterator_tag iterator_category;
+        typedef T value_type;
+        typedef intptr_t difference_type;
+        typedef const T* pointer;
+        typedef const T& reference;
+
+        const_iterator(T* pT = nullptr) : _pT(pT) {}
+        const T& operator*() const { return *_pT; }
+        const T* operator->() const { return _pT; }
+        const T& operator[](intptr_t n) const { return _pT[n]; }
+        const_iterator& operator++() {
+            ++_pT;
+            return *this;
+        }
+        const_iterator operator++(int) { return const_iterator(_pT++); }
+        const_iterator& operator--() {
+            --_pT;
+            return *this;
+        }
+        const_iterator operator--(int) { return const_iterator(_pT--); }
+        const_iterator& operator+=(intptr_t n) {
+            _pT += n;
+            return *this;
+        }
+        const_iterator operator+=(intptr_t n) const { return const_iterator(_pT + n); }
+        const_iterator operator+(intptr_t n) const { return const_iterator(_pT + n); }
+        const_iterator& operator-=(intptr_t n) {
+            _pT -= n;
+            return *this;
+        }
+        const_iterator operator-=(intptr_t n) const { return const_iterator(_pT - n); }
+        const_iterator operator-(intptr_t n) const { return const_iterator(_pT - n); }
+        intptr_t operator-(const const_iterator& iter) const { return _pT - iter._pT; }
+        bool operator==(const const_iterator& iter) const { return _pT == iter._pT; }
+        bool operator!=(const const_iterator& iter) const { return _pT != iter._pT; }
+        bool operator<(const const_iterator& iter) const { return _pT < iter._pT; }
+        bool operator>(const const_iterator& iter) const { return _pT > iter._pT; }
+        bool operator<=(const const_iterator& iter) const { return _pT <= iter._pT; }
+        bool operator>=(const const_iterator& iter) const { return _pT >= iter._pT; }
+        friend const_iterator operator+(intptr_t n, const const_iterator& iter) { return iter + n; }
+
+      protected:
+        T* _pT;
+    };
+
+    class iterator : public const_iterator {
+      public:
+        typedef T* pointer;
+        typedef T& reference;
+
+        iterator(T* pT = nullptr) : const_iterator(pT) {}
+        T& operator*() const { return *_pT; }
+        T* operator->() const { return _pT; }
+        T& operator[](intptr_t n) const { return _pT[n]; }
+        iterator& operator++() {
+            ++_pT;
+            return *this;
+        }
+        iterator operator++(int) { return iterator(_pT++); }
+        iterator& operator--() {
+            --_pT;
+            return *this;
+        }
+        iterator operator--(int) { return iterator(_pT--); }
+        iterator& operator+=(intptr_t n) {
+            _pT += n;
+            return *this;
+        }
+        iterator operator+=(intptr_t n) const { return iterator(_pT + n); }
+        iterator operator+(intptr_t n) const { return iterator(_pT + n); }
+        iterator& operator-=(intptr_t n) {
+            _pT -= n;
+            return *this;
+        }
+        iterator operator-=(intptr_t n) const { return iterator(_pT - n); }
+        iterator operator-(intptr_t n) const { return iterator(_pT - n); }
+        intptr_t operator-(const const_iterator& iter) const {
+            return const_iterator::operator-(iter);
+        }
+        friend iterator operator+(intptr_t n, const iterator& iter) { return iter + n; }
+
+      private:
+        using const_iterator::_pT;
+    };
+
+    CPointerVector();
+    explicit CPointerVector(size_t uiSize);
+    CPointerVector(const CPointerVector& obj);
+    virtual ~CPointerVector();
+
+    virtual void assign(size_t n, const T& val);
+    virtual void clear();
+    virtual iterator erase(iterator pos);
+    virtual T& at(size_t uiIndex);
+    virtual const T& at(size_t uiIndex) const;
+    virtual T& back();
+    virtual const T& back() const;
+    virtual iterator begin();
+    virtual const_iterator begin() const;
+    virtual size_t capacity() const;
+    virtual iterator end();
+    virtual const_iterator end() const;
+    virtual T& front();
+    virtual const T& front() const;
+    virtual size_t max_size() const;
+    virtual size_t size() const;
+    virtual iterator insert(iterator pos, const T& val);
+    virtual bool empty() const;
+    virtual void pop_back();
+    virtual void push_back(const T& val);
+    virtual void resize(size_t uiSize, const T& val = T());
+    virtual void reserve(size_t uiSize);
+    virtual void erase(size_t uiIndex);
+    virtual void insert(size_t uiIndex, const T& val);
+
+    CPointerVector& operator=(const CPointerVector& obj);
+    T& operator[](size_t uiIndex) { return (*_pv)[uiIndex]; }
+    const T& operator[](size_t uiIndex) const { return (*_pv)[uiIndex]; }
+
+    // The library's heap, whoever makes the object.
+    void operator delete(void* pWhere);
+    void* operator new(size_t uiSize);
+
+  private:
+    std::vector<T>* _pv;
+};
+
+extern template class CPointerVector<INode*>;
+extern template class CPointerVector<IValue*>;
+
+class GENAPI_DECL node_vector : public CPointerVector<INode*> {
+  public:
+    node_vector() = default;
+    explicit node_vector(size_t uiSize) : CPointerVector<INode*>(uiSize) {}
+};
+
+class GENAPI_DECL value_vector : public CPointerVector<IValue*> {
+  public:
+    value_vector() = default;
+    explicit value_vector(size_t uiSize) : CPointerVector<IValue*>(uiSize) {}
+};
+
+typedef node_vector NodeList_t;
+typedef value_vector FeatureList_t;
+
+}  // namespace GENAPI_NAMESPACE
+
+#endif  // GENAPI_CONTAINER_H

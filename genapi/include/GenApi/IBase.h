@@ -1,0 +1,23 @@
+// What every node and every port offers.
+#ifndef GENAPI_IBASE_H
+#define GENAPI_IBASE_H
+
+#include <GenApi/GenApiDll.h>
+#include <GenApi/Types.h>
+
+namespace GENAPI_NAMESPACE {
+
+// Root of all interfaces; dynamic_cast moves from one interface of an object to another.
+struct GENAPI_DECL_ABSTRACT IBase {
+    // The present access mode. Thread-safe on nodes. A port of the consumer is asked when the mode
+    // of its node is computed, and must not throw.
+    virtual EAccessMode GetAccessMode() const = 0;
+
+    virtual ~IBase() = 0;
+};
+
+inline IBase::~IBase() {}
+
+}  // namespace GENAPI_NAMESPACE
+
+#endif  // GENAPI_IBASE_H

@@ -1,0 +1,19 @@
+// The end of an object.
+#ifndef GENAPI_IDESTROY_H
+#define GENAPI_IDESTROY_H
+
+#include <GenApi/GenApiDll.h>
+
+namespace GENAPI_NAMESPACE {
+
+struct GENAPI_DECL_ABSTRACT IDestroy {
+    // Ends the object; the pointer is no longer valid.
+    virtual void Destroy() = 0;
+
+  protected:
+    ~IDestroy() = default;
+};
+
+}  // namespace GENAPI_NAMESPACE
+
+#endif  // GENAPI_IDESTROY_H

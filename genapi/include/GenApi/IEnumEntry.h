@@ -1,0 +1,22 @@
+// One value of an enumeration.
+#ifndef GENAPI_IENUMENTRY_H
+#define GENAPI_IENUMENTRY_H
+
+#include <Base/GCString.h>
+#include <GenApi/IValue.h>
+
+namespace GENAPI_NAMESPACE {
+
+// Thread-safe; common errors at IValue.
+struct GENAPI_DECL_ABSTRACT IEnumEntry : virtual public IValue {
+    virtual int64_t GetValue() = 0;
+    virtual GENICAM_NAMESPACE::gcstring GetSymbolic() const = 0;
+    // Falls back on the integer value.
+    virtual double GetNumericValue() = 0;
+    // Whether the device replaces the value by another one when it has carried it out.
+    virtual bool IsSelfClearing() = 0;
+};
+
+}  // namespace GENAPI_NAMESPACE
+
+#endif  // GENAPI_IENUMENTRY_H

@@ -1,0 +1,25 @@
+// An enumeration whose values are those of a C++ enumeration.
+#ifndef GENAPI_IENUMERATIONT_H
+#define GENAPI_IENUMERATIONT_H
+
+#include <GenApi/IEnumeration.h>
+
+namespace GENAPI_NAMESPACE {
+
+// Implemented by classes made for one camera; node maps offer IEnumeration only.
+template <typename EnumT>
+struct IEnumerationT : virtual public IEnumeration {
+    using IEnumeration::GetEntry;
+
+    virtual void SetValue(EnumT Value, bool Verify = true) = 0;
+    virtual IEnumeration& operator=(EnumT Value) = 0;
+    virtual EnumT GetValue(bool Verify = false, bool IgnoreCache = false) = 0;
+    virtual EnumT operator()() = 0;
+    virtual IEnumeration& operator=(const GENICAM_NAMESPACE::gcstring& ValueStr) = 0;
+    virtual IEnumEntry* GetEntry(const EnumT Value) = 0;
+    virtual IEnumEntry* GetCurrentEntry(bool Verify = false, bool IgnoreCache = false) = 0;
+};
+
+}  // namespace GENAPI_NAMESPACE
+
+#endif  // GENAPI_IENUMERATIONT_H

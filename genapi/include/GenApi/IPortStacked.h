@@ -1,0 +1,36 @@
+// A port that takes several writes at once.
+#ifndef GENAPI_IPORTSTACKED_H
+#define GENAPI_IPORTSTACKED_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include <GenApi/IPort.h>
+
+namespace GENAPI_NAMESPACE {
+
+// One write of a list.
+typedef struct S_PORT_REGISTER_STACK_ENTRY {
+    uint64_t Address;
+    void* pBuffer;
+    size_t Size;
+} PORT_REGISTER_STACK_ENTRY;
+
+// A port for devices that can carry out a list of writes in one go.
+struct GENAPI_DECL_ABSTRACT IPortStacked : virtual public IPort {
+    using IPort::Write;
+    virtual void Write(PORT_REGISTER_STACK_ENTRY* pEntries, size_t numEntries) = 0;
+};
+
+// IPortConstruct for such ports.
+struct GENAPI_DECL_ABSTRACT IPortStackedConstruct {
+    virtual void SetPortImpl(IPortStacked* pPort) = 0;
+    virtual EYesNo GetSwapEndianess() = 0;
+
+  protected:
+    ~IPortStackedConstruct() = default;
+};
+
+}  // namespace GENAPI_NAMESPACE
+
+#endif  // GENAPI_IPORTSTACKED_H

@@ -1,0 +1,638 @@
+// Pixel formats of the GenICam Pixel Format Naming Convention (PFNC), list of 2020-10-14: the
+// 32-bit values that GenTL producers report as BUFFER_INFO_PIXELFORMAT and cameras offer as
+// PixelFormat. For C and C++.
+//
+// Bits 24 to 30 hold the component mark (1 single, 2 multiple), bits 16 to 23 the bits one pixel
+// occupies, bits 0 to 15 the number of the format.
+#ifndef GENTL_PFNC_H
+#define GENTL_PFNC_H
+
+#define PFNC_CUSTOM 0x80000000
+#define PFNC_SINGLE_COMPONENT 0x01000000
+#define PFNC_MULTIPLE_COMPONENT 0x02000000
+#define PFNC_COMPONENT_MASK 0x7F000000
+
+#define PFNC_OCCUPY1BIT 0x00010000
+#define PFNC_OCCUPY2BIT 0x00020000
+#define PFNC_OCCUPY4BIT 0x00040000
+#define PFNC_OCCUPY8BIT 0x00080000
+#define PFNC_OCCUPY10BIT 0x000A0000
+#define PFNC_OCCUPY12BIT 0x000C0000
+#define PFNC_OCCUPY16BIT 0x00100000
+#define PFNC_OCCUPY24BIT 0x00180000
+#define PFNC_OCCUPY30BIT 0x001E0000
+#define PFNC_OCCUPY32BIT 0x00200000
+#define PFNC_OCCUPY36BIT 0x00240000
+#define PFNC_OCCUPY40BIT 0x00280000
+#define PFNC_OCCUPY48BIT 0x00300000
+#define PFNC_OCCUPY64BIT 0x00400000
+#define PFNC_PIXEL_SIZE_MASK 0x00FF0000
+#define PFNC_PIXEL_SIZE_SHIFT 16
+#define PFNC_PIXEL_ID_MASK 0x0000FFFF
+
+// The parts of a value.
+#define PFNC_PIXEL_SIZE(X) (((X)&PFNC_PIXEL_SIZE_MASK) >> PFNC_PIXEL_SIZE_SHIFT)
+#define PFNC_IS_PIXEL_SINGLE_COMPONENT(X) (((X)&PFNC_COMPONENT_MASK) == PFNC_SINGLE_COMPONENT)
+#define PFNC_IS_PIXEL_MULTIPLE_COMPONENT(X) (((X)&PFNC_COMPONENT_MASK) == PFNC_MULTIPLE_COMPONENT)
+#define PFNC_IS_PIXEL_CUSTOM(X) (((X)&PFNC_CUSTOM) == PFNC_CUSTOM)
+#define PFNC_PIXEL_ID(X) ((X)&PFNC_PIXEL_ID_MASK)
+
+// The values; GVSP_ marks the formats that only GigE Vision had.
+#define PFNC_Mono1p 0x01010037
+#define PFNC_Mono2p 0x01020038
+#define PFNC_Mono4p 0x01040039
+#define PFNC_Mono8 0x01080001
+#define PFNC_Mono8s 0x01080002
+#define PFNC_Mono10 0x01100003
+#define PFNC_Mono10p 0x010A0046
+#define PFNC_Mono12 0x01100005
+#define PFNC_Mono12p 0x010C0047
+#define PFNC_Mono14 0x01100025
+#define PFNC_Mono14p 0x010E0104
+#define PFNC_Mono16 0x01100007
+#define PFNC_Mono32 0x01200111
+#define PFNC_BayerBG4p 0x01040110
+#define PFNC_BayerBG8 0x0108000B
+#define PFNC_BayerBG10 0x0110000F
+#define PFNC_BayerBG10p 0x010A0052
+#define PFNC_BayerBG12 0x01100013
+#define PFNC_BayerBG12p 0x010C0053
+#define PFNC_BayerBG14 0x0110010C
+#define PFNC_BayerBG14p 0x010E0108
+#define PFNC_BayerBG16 0x01100031
+#define PFNC_BayerGB4p 0x0104010F
+#define PFNC_BayerGB8 0x0108000A
+#define PFNC_BayerGB10 0x0110000E
+#define PFNC_BayerGB10p 0x010A0054
+#define PFNC_BayerGB12 0x01100012
+#define PFNC_BayerGB12p 0x010C0055
+#define PFNC_BayerGB14 0x0110010B
+#define PFNC_BayerGB14p 0x010E0107
+#define PFNC_BayerGB16 0x01100030
+#define PFNC_BayerGR4p 0x0104010D
+#define PFNC_BayerGR8 0x01080008
+#define PFNC_BayerGR10 0x0110000C
+#define PFNC_BayerGR10p 0x010A0056
+#define PFNC_BayerGR12 0x01100010
+#define PFNC_BayerGR12p 0x010C0057
+#define PFNC_BayerGR14 0x01100109
+#define PFNC_BayerGR14p 0x010E0105
+#define PFNC_BayerGR16 0x0110002E
+#define PFNC_BayerRG4p 0x0104010E
+#define PFNC_BayerRG8 0x01080009
+#define PFNC_BayerRG10 0x0110000D
+#define PFNC_BayerRG10p 0x010A0058
+#define PFNC_BayerRG12 0x01100011
+#define PFNC_BayerRG12p 0x010C0059
+#define PFNC_BayerRG14 0x0110010A
+#define PFNC_BayerRG14p 0x010E0106
+#define PFNC_BayerRG16 0x0110002F
+#define PFNC_RGBa8 0x02200016
+#define PFNC_RGBa10 0x0240005F
+#define PFNC_RGBa10p 0x02280060
+#define PFNC_RGBa12 0x02400061
+#define PFNC_RGBa12p 0x02300062
+#define PFNC_RGBa14 0x02400063
+#define PFNC_RGBa16 0x02400064
+#define PFNC_RGB8 0x02180014
+#define PFNC_RGB8_Planar 0x02180021
+#define PFNC_RGB10 0x02300018
+#define PFNC_RGB10_Planar 0x02300022
+#define PFNC_RGB10p 0x021E005C
+#define PFNC_RGB10p32 0x0220001D
+#define PFNC_RGB12 0x0230001A
+#define PFNC_RGB12_Planar 0x02300023
+#define PFNC_RGB12p 0x0224005D
+#define PFNC_RGB14 0x0230005E
+#define PFNC_RGB16 0x02300033
+#define PFNC_RGB16_Planar 0x02300024
+#define PFNC_RGB565p 0x02100035
+#define PFNC_BGRa8 0x02200017
+#define PFNC_BGRa10 0x0240004C
+#define PFNC_BGRa10p 0x0228004D
+#define PFNC_BGRa12 0x0240004E
+#define PFNC_BGRa12p 0x0230004F
+#define PFNC_BGRa14 0x02400050
+#define PFNC_BGRa16 0x02400051
+#define PFNC_BGR8 0x02180015
+#define PFNC_BGR10 0x02300019
+#define PFNC_BGR10p 0x021E0048
+#define PFNC_BGR12 0x0230001B
+#define PFNC_BGR12p 0x02240049
+#define PFNC_BGR14 0x0230004A
+#define PFNC_BGR16 0x0230004B
+#define PFNC_BGR565p 0x02100036
+#define PFNC_R8 0x010800C9
+#define PFNC_R10 0x01100120
+#define PFNC_R10_Deprecated 0x010A00CA
+#define PFNC_R12 0x01100121
+#define PFNC_R12_Deprecated 0x010C00CB
+#define PFNC_R16 0x011000CC
+#define PFNC_G8 0x010800CD
+#define PFNC_G10 0x01100122
+#define PFNC_G10_Deprecated 0x010A00CE
+#define PFNC_G12 0x01100123
+#define PFNC_G12_Deprecated 0x010C00CF
+#define PFNC_G16 0x011000D0
+#define PFNC_B8 0x010800D1
+#define PFNC_B10 0x01100124
+#define PFNC_B10_Deprecated 0x010A00D2
+#define PFNC_B12 0x01100125
+#define PFNC_B12_Deprecated 0x010C00D3
+#define PFNC_B16 0x011000D4
+#define PFNC_Coord3D_ABC8 0x021800B2
+#define PFNC_Coord3D_ABC8_Planar 0x021800B3
+#define PFNC_Coord3D_ABC10p 0x021E00DB
+#define PFNC_Coord3D_ABC10p_Planar 0x021E00DC
+#define PFNC_Coord3D_ABC12p 0x022400DE
+#define PFNC_Coord3D_ABC12p_Planar 0x022400DF
+#define PFNC_Coord3D_ABC16 0x023000B9
+#define PFNC_Coord3D_ABC16_Planar 0x023000BA
+#define PFNC_Coord3D_ABC32f 0x026000C0
+#define PFNC_Coord3D_ABC32f_Planar 0x026000C1
+#define PFNC_Coord3D_AC8 0x021000B4
+#define PFNC_Coord3D_AC8_Planar 0x021000B5
+#define PFNC_Coord3D_AC10p 0x021400F0
+#define PFNC_Coord3D_AC10p_Planar 0x021400F1
+#define PFNC_Coord3D_AC12p 0x021800F2
+#define PFNC_Coord3D_AC12p_Planar 0x021800F3
+#define PFNC_Coord3D_AC16 0x022000BB
+#define PFNC_Coord3D_AC16_Planar 0x022000BC
+#define PFNC_Coord3D_AC32f 0x024000C2
+#define PFNC_Coord3D_AC32f_Planar 0x024000C3
+#define PFNC_Coord3D_A8 0x010800AF
+#define PFNC_Coord3D_A10p 0x010A00D5
+#define PFNC_Coord3D_A12p 0x010C00D8
+#define PFNC_Coord3D_A16 0x011000B6
+#define PFNC_Coord3D_A32f 0x012000BD
+#define PFNC_Coord3D_B8 0x010800B0
+#define PFNC_Coord3D_B10p 0x010A00D6
+#define PFNC_Coord3D_B12p 0x010C00D9
+#define PFNC_Coord3D_B16 0x011000B7
+#define PFNC_Coord3D_B32f 0x012000BE
+#define PFNC_Coord3D_C8 0x010800B1
+#define PFNC_Coord3D_C10p 0x010A00D7
+#define PFNC_Coord3D_C12p 0x010C00DA
+#define PFNC_Coord3D_C16 0x011000B8
+#define PFNC_Coord3D_C32f 0x012000BF
+#define PFNC_Confidence1 0x010800C4
+#define PFNC_Confidence1p 0x010100C5
+#define PFNC_Confidence8 0x010800C6
+#define PFNC_Confidence16 0x011000C7
+#define PFNC_Confidence32f 0x012000C8
+#define PFNC_BiColorBGRG8 0x021000A6
+#define PFNC_BiColorBGRG10 0x022000A9
+#define PFNC_BiColorBGRG10p 0x021400AA
+#define PFNC_BiColorBGRG12 0x022000AD
+#define PFNC_BiColorBGRG12p 0x021800AE
+#define PFNC_BiColorRGBG8 0x021000A5
+#define PFNC_BiColorRGBG10 0x022000A7
+#define PFNC_BiColorRGBG10p 0x021400A8
+#define PFNC_BiColorRGBG12 0x022000AB
+#define PFNC_BiColorRGBG12p 0x021800AC
+#define PFNC_Data8 0x01080116
+#define PFNC_Data8s 0x01080117
+#define PFNC_Data16 0x01100118
+#define PFNC_Data16s 0x01100119
+#define PFNC_Data32 0x0120011A
+#define PFNC_Data32f 0x0120011C
+#define PFNC_Data32s 0x0120011B
+#define PFNC_Data64 0x0140011D
+#define PFNC_Data64f 0x0140011F
+#define PFNC_Data64s 0x0140011E
+#define PFNC_SCF1WBWG8 0x01080067
+#define PFNC_SCF1WBWG10 0x01100068
+#define PFNC_SCF1WBWG10p 0x010A0069
+#define PFNC_SCF1WBWG12 0x0110006A
+#define PFNC_SCF1WBWG12p 0x010C006B
+#define PFNC_SCF1WBWG14 0x0110006C
+#define PFNC_SCF1WBWG16 0x0110006D
+#define PFNC_SCF1WGWB8 0x0108006E
+#define PFNC_SCF1WGWB10 0x0110006F
+#define PFNC_SCF1WGWB10p 0x010A0070
+#define PFNC_SCF1WGWB12 0x01100071
+#define PFNC_SCF1WGWB12p 0x010C0072
+#define PFNC_SCF1WGWB14 0x01100073
+#define PFNC_SCF1WGWB16 0x01100074
+#define PFNC_SCF1WGWR8 0x01080075
+#define PFNC_SCF1WGWR10 0x01100076
+#define PFNC_SCF1WGWR10p 0x010A0077
+#define PFNC_SCF1WGWR12 0x01100078
+#define PFNC_SCF1WGWR12p 0x010C0079
+#define PFNC_SCF1WGWR14 0x0110007A
+#define PFNC_SCF1WGWR16 0x0110007B
+#define PFNC_SCF1WRWG8 0x0108007C
+#define PFNC_SCF1WRWG10 0x0110007D
+#define PFNC_SCF1WRWG10p 0x010A007E
+#define PFNC_SCF1WRWG12 0x0110007F
+#define PFNC_SCF1WRWG12p 0x010C0080
+#define PFNC_SCF1WRWG14 0x01100081
+#define PFNC_SCF1WRWG16 0x01100082
+#define PFNC_YCbCr8 0x0218005B
+#define PFNC_YCbCr8_CbYCr 0x0218003A
+#define PFNC_YCbCr10_CbYCr 0x02300083
+#define PFNC_YCbCr10p_CbYCr 0x021E0084
+#define PFNC_YCbCr12_CbYCr 0x02300085
+#define PFNC_YCbCr12p_CbYCr 0x02240086
+#define PFNC_YCbCr411_8 0x020C005A
+#define PFNC_YCbCr411_8_CbYYCrYY 0x020C003C
+#define PFNC_YCbCr420_8_YY_CbCr_Semiplanar 0x020C0112
+#define PFNC_YCbCr420_8_YY_CrCb_Semiplanar 0x020C0114
+#define PFNC_YCbCr422_8 0x0210003B
+#define PFNC_YCbCr422_8_CbYCrY 0x02100043
+#define PFNC_YCbCr422_8_YY_CbCr_Semiplanar 0x02100113
+#define PFNC_YCbCr422_8_YY_CrCb_Semiplanar 0x02100115
+#define PFNC_YCbCr422_10 0x02200065
+#define PFNC_YCbCr422_10_CbYCrY 0x02200099
+#define PFNC_YCbCr422_10p 0x02140087
+#define PFNC_YCbCr422_10p_CbYCrY 0x0214009A
+#define PFNC_YCbCr422_12 0x02200066
+#define PFNC_YCbCr422_12_CbYCrY 0x0220009B
+#define PFNC_YCbCr422_12p 0x02180088
+#define PFNC_YCbCr422_12p_CbYCrY 0x0218009C
+#define PFNC_YCbCr601_8_CbYCr 0x0218003D
+#define PFNC_YCbCr601_10_CbYCr 0x02300089
+#define PFNC_YCbCr601_10p_CbYCr 0x021E008A
+#define PFNC_YCbCr601_12_CbYCr 0x0230008B
+#define PFNC_YCbCr601_12p_CbYCr 0x0224008C
+#define PFNC_YCbCr601_411_8_CbYYCrYY 0x020C003F
+#define PFNC_YCbCr601_422_8 0x0210003E
+#define PFNC_YCbCr601_422_8_CbYCrY 0x02100044
+#define PFNC_YCbCr601_422_10 0x0220008D
+#define PFNC_YCbCr601_422_10_CbYCrY 0x0220009D
+#define PFNC_YCbCr601_422_10p 0x0214008E
+#define PFNC_YCbCr601_422_10p_CbYCrY 0x0214009E
+#define PFNC_YCbCr601_422_12 0x0220008F
+#define PFNC_YCbCr601_422_12_CbYCrY 0x0220009F
+#define PFNC_YCbCr601_422_12p 0x02180090
+#define PFNC_YCbCr601_422_12p_CbYCrY 0x021800A0
+#define PFNC_YCbCr709_8_CbYCr 0x02180040
+#define PFNC_YCbCr709_10_CbYCr 0x02300091
+#define PFNC_YCbCr709_10p_CbYCr 0x021E0092
+#define PFNC_YCbCr709_12_CbYCr 0x02300093
+#define PFNC_YCbCr709_12p_CbYCr 0x02240094
+#define PFNC_YCbCr709_411_8_CbYYCrYY 0x020C0042
+#define PFNC_YCbCr709_422_8 0x02100041
+#define PFNC_YCbCr709_422_8_CbYCrY 0x02100045
+#define PFNC_YCbCr709_422_10 0x02200095
+#define PFNC_YCbCr709_422_10_CbYCrY 0x022000A1
+#define PFNC_YCbCr709_422_10p 0x02140096
+#define PFNC_YCbCr709_422_10p_CbYCrY 0x021400A2
+#define PFNC_YCbCr709_422_12 0x02200097
+#define PFNC_YCbCr709_422_12_CbYCrY 0x022000A3
+#define PFNC_YCbCr709_422_12p 0x02180098
+#define PFNC_YCbCr709_422_12p_CbYCrY 0x021800A4
+#define PFNC_YCbCr2020_8_CbYCr 0x021800F4
+#define PFNC_YCbCr2020_10_CbYCr 0x023000F5
+#define PFNC_YCbCr2020_10p_CbYCr 0x021E00F6
+#define PFNC_YCbCr2020_12_CbYCr 0x023000F7
+#define PFNC_YCbCr2020_12p_CbYCr 0x022400F8
+#define PFNC_YCbCr2020_411_8_CbYYCrYY 0x020C00F9
+#define PFNC_YCbCr2020_422_8 0x021000FA
+#define PFNC_YCbCr2020_422_8_CbYCrY 0x021000FB
+#define PFNC_YCbCr2020_422_10 0x022000FC
+#define PFNC_YCbCr2020_422_10_CbYCrY 0x022000FD
+#define PFNC_YCbCr2020_422_10p 0x021400FE
+#define PFNC_YCbCr2020_422_10p_CbYCrY 0x021400FF
+#define PFNC_YCbCr2020_422_12 0x02200100
+#define PFNC_YCbCr2020_422_12_CbYCrY 0x02200101
+#define PFNC_YCbCr2020_422_12p 0x02180102
+#define PFNC_YCbCr2020_422_12p_CbYCrY 0x02180103
+#define PFNC_YUV8_UYV 0x02180020
+#define PFNC_YUV411_8_UYYVYY 0x020C001E
+#define PFNC_YUV422_8 0x02100032
+#define PFNC_YUV422_8_UYVY 0x0210001F
+#define GVSP_Mono10Packed 0x010C0004
+#define GVSP_Mono12Packed 0x010C0006
+#define GVSP_BayerBG10Packed 0x010C0029
+#define GVSP_BayerBG12Packed 0x010C002D
+#define GVSP_BayerGB10Packed 0x010C0028
+#define GVSP_BayerGB12Packed 0x010C002C
+#define GVSP_BayerGR10Packed 0x010C0026
+#define GVSP_BayerGR12Packed 0x010C002A
+#define GVSP_BayerRG10Packed 0x010C0027
+#define GVSP_BayerRG12Packed 0x010C002B
+#define GVSP_RGB10V1Packed 0x0220001C
+#define GVSP_RGB12V1Packed 0x02240034
+
+// Calls X(name, value) for every format above.
+#define PFNC_FOR_EACH_FORMAT(X)                                          \
+    X(Mono1p, PFNC_Mono1p)                                               \
+    X(Mono2p, PFNC_Mono2p)                                               \
+    X(Mono4p, PFNC_Mono4p)                                               \
+    X(Mono8, PFNC_Mono8)                                                 \
+    X(Mono8s, PFNC_Mono8s)                                               \
+    X(Mono10, PFNC_Mono10)                                               \
+    X(Mono10p, PFNC_Mono10p)                                             \
+    X(Mono12, PFNC_Mono12)                                               \
+    X(Mono12p, PFNC_Mono12p)                                             \
+    X(Mono14, PFNC_Mono14)                                               \
+    X(Mono14p, PFNC_Mono14p)                                             \
+    X(Mono16, PFNC_Mono16)                                               \
+    X(Mono32, PFNC_Mono32)                                               \
+    X(BayerBG4p, PFNC_BayerBG4p)                                         \
+    X(BayerBG8, PFNC_BayerBG8)                                           \
+    X(BayerBG10, PFNC_BayerBG10)                                         \
+    X(BayerBG10p, PFNC_BayerBG10p)                                       \
+    X(BayerBG12, PFNC_BayerBG12)                                         \
+    X(BayerBG12p, PFNC_BayerBG12p)                                       \
+    X(BayerBG14, PFNC_BayerBG14)                                         \
+    X(BayerBG14p, PFNC_BayerBG14p)                                       \
+    X(BayerBG16, PFNC_BayerBG16)                                         \
+    X(BayerGB4p, PFNC_BayerGB4p)                                         \
+    X(BayerGB8, PFNC_BayerGB8)                                           \
+    X(BayerGB10, PFNC_BayerGB10)                                         \
+    X(BayerGB10p, PFNC_BayerGB10p)                                       \
+    X(BayerGB12, PFNC_BayerGB12)                                         \
+    X(BayerGB12p, PFNC_BayerGB12p)                                       \
+    X(BayerGB14, PFNC_BayerGB14)                                         \
+    X(BayerGB14p, PFNC_BayerGB14p)                                       \
+    X(BayerGB16, PFNC_BayerGB16)                                         \
+    X(BayerGR4p, PFNC_BayerGR4p)                                         \
+    X(BayerGR8, PFNC_BayerGR8)                                           \
+    X(BayerGR10, PFNC_BayerGR10)                                         \
+    X(BayerGR10p, PFNC_BayerGR10p)                                       \
+    X(BayerGR12, PFNC_BayerGR12)                                         \
+    X(BayerGR12p, PFNC_BayerGR12p)                                       \
+    X(BayerGR14, PFNC_BayerGR14)                                         \
+    X(BayerGR14p, PFNC_BayerGR14p)                                       \
+    X(BayerGR16, PFNC_BayerGR16)                                         \
+    X(BayerRG4p, PFNC_BayerRG4p)                                         \
+    X(BayerRG8, PFNC_BayerRG8)                                           \
+    X(BayerRG10, PFNC_BayerRG10)                                         \
+    X(BayerRG10p, PFNC_BayerRG10p)                                       \
+    X(BayerRG12, PFNC_BayerRG12)                                         \
+    X(BayerRG12p, PFNC_BayerRG12p)                                       \
+    X(BayerRG14, PFNC_BayerRG14)                                         \
+    X(BayerRG14p, PFNC_BayerRG14p)                                       \
+    X(BayerRG16, PFNC_BayerRG16)                                         \
+    X(RGBa8, PFNC_RGBa8)                                                 \
+    X(RGBa10, PFNC_RGBa10)                                               \
+    X(RGBa10p, PFNC_RGBa10p)                                             \
+    X(RGBa12, PFNC_RGBa12)                                               \
+    X(RGBa12p, PFNC_RGBa12p)                                             \
+    X(RGBa14, PFNC_RGBa14)                                               \
+    X(RGBa16, PFNC_RGBa16)                                               \
+    X(RGB8, PFNC_RGB8)                                                   \
+    X(RGB8_Planar, PFNC_RGB8_Planar)                                     \
+    X(RGB10, PFNC_RGB10)                                                 \
+    X(RGB10_Planar, PFNC_RGB10_Planar)                                   \
+    X(RGB10p, PFNC_RGB10p)                                               \
+    X(RGB10p32, PFNC_RGB10p32)                                           \
+    X(RGB12, PFNC_RGB12)                                                 \
+    X(RGB12_Planar, PFNC_RGB12_Planar)                                   \
+    X(RGB12p, PFNC_RGB12p)                                               \
+    X(RGB14, PFNC_RGB14)                                                 \
+    X(RGB16, PFNC_RGB16)                                                 \
+    X(RGB16_Planar, PFNC_RGB16_Planar)                                   \
+    X(RGB565p, PFNC_RGB565p)                                             \
+    X(BGRa8, PFNC_BGRa8)                                                 \
+    X(BGRa10, PFNC_BGRa10)                                               \
+    X(BGRa10p, PFNC_BGRa10p)                                             \
+    X(BGRa12, PFNC_BGRa12)                                               \
+    X(BGRa12p, PFNC_BGRa12p)                                             \
+    X(BGRa14, PFNC_BGRa14)                                               \
+    X(BGRa16, PFNC_BGRa16)                                               \
+    X(BGR8, PFNC_BGR8)                                                   \
+    X(BGR10, PFNC_BGR10)                                                 \
+    X(BGR10p, PFNC_BGR10p)                                               \
+    X(BGR12, PFNC_BGR12)                                                 \
+    X(BGR12p, PFNC_BGR12p)                                               \
+    X(BGR14, PFNC_BGR14)                                                 \
+    X(BGR16, PFNC_BGR16)                                                 \
+    X(BGR565p, PFNC_BGR565p)                                             \
+    X(R8, PFNC_R8)                                                       \
+    X(R10, PFNC_R10)                                                     \
+    X(R10_Deprecated, PFNC_R10_Deprecated)                               \
+    X(R12, PFNC_R12)                                                     \
+    X(R12_Deprecated, PFNC_R12_Deprecated)                               \
+    X(R16, PFNC_R16)                                                     \
+    X(G8, PFNC_G8)                                                       \
+    X(G10, PFNC_G10)                                                     \
+    X(G10_Deprecated, PFNC_G10_Deprecated)                               \
+    X(G12, PFNC_G12)                                                     \
+    X(G12_Deprecated, PFNC_G12_Deprecated)                               \
+    X(G16, PFNC_G16)                                                     \
+    X(B8, PFNC_B8)                                                       \
+    X(B10, PFNC_B10)                                                     \
+    X(B10_Deprecated, PFNC_B10_Deprecated)                               \
+    X(B12, PFNC_B12)                                                     \
+    X(B12_Deprecated, PFNC_B12_Deprecated)                               \
+    X(B16, PFNC_B16)                                                     \
+    X(Coord3D_ABC8, PFNC_Coord3D_ABC8)                                   \
+    X(Coord3D_ABC8_Planar, PFNC_Coord3D_ABC8_Planar)                     \
+    X(Coord3D_ABC10p, PFNC_Coord3D_ABC10p)                               \
+    X(Coord3D_ABC10p_Planar, PFNC_Coord3D_ABC10p_Planar)                 \
+    X(Coord3D_ABC12p, PFNC_Coord3D_ABC12p)                               \
+    X(Coord3D_ABC12p_Planar, PFNC_Coord3D_ABC12p_Planar)                 \
+    X(Coord3D_ABC16, PFNC_Coord3D_ABC16)                                 \
+    X(Coord3D_ABC16_Planar, PFNC_Coord3D_ABC16_Planar)                   \
+    X(Coord3D_ABC32f, PFNC_Coord3D_ABC32f)                               \
+    X(Coord3D_ABC32f_Planar, PFNC_Coord3D_ABC32f_Planar)                 \
+    X(Coord3D_AC8, PFNC_Coord3D_AC8)                                     \
+    X(Coord3D_AC8_Planar, PFNC_Coord3D_AC8_Planar)                       \
+    X(Coord3D_AC10p, PFNC_Coord3D_AC10p)                                 \
+    X(Coord3D_AC10p_Planar, PFNC_Coord3D_AC10p_Planar)                   \
+    X(Coord3D_AC12p, PFNC_Coord3D_AC12p)                                 \
+    X(Coord3D_AC12p_Planar, PFNC_Coord3D_AC12p_Planar)                   \
+    X(Coord3D_AC16, PFNC_Coord3D_AC16)                                   \
+    X(Coord3D_AC16_Planar, PFNC_Coord3D_AC16_Planar)                     \
+    X(Coord3D_AC32f, PFNC_Coord3D_AC32f)                                 \
+    X(Coord3D_AC32f_Planar, PFNC_Coord3D_AC32f_Planar)                   \
+    X(Coord3D_A8, PFNC_Coord3D_A8)                                       \
+    X(Coord3D_A10p, PFNC_Coord3D_A10p)                                   \
+    X(Coord3D_A12p, PFNC_Coord3D_A12p)                                   \
+    X(Coord3D_A16, PFNC_Coord3D_A16)                                     \
+    X(Coord3D_A32f, PFNC_Coord3D_A32f)                                   \
+    X(Coord3D_B8, PFNC_Coord3D_B8)                                       \
+    X(Coord3D_B10p, PFNC_Coord3D_B10p)                                   \
+    X(Coord3D_B12p, PFNC_Coord3D_B12p)                                   \
+    X(Coord3D_B16, PFNC_Coord3D_B16)                                     \
+    X(Coord3D_B32f, PFNC_Coord3D_B32f)                                   \
+    X(Coord3D_C8, PFNC_Coord3D_C8)                                       \
+    X(Coord3D_C10p, PFNC_Coord3D_C10p)                                   \
+    X(Coord3D_C12p, PFNC_Coord3D_C12p)                                   \
+    X(Coord3D_C16, PFNC_Coord3D_C16)                                     \
+    X(Coord3D_C32f, PFNC_Coord3D_C32f)                                   \
+    X(Confidence1, PFNC_Confidence1)                                     \
+    X(Confidence1p, PFNC_Confidence1p)                                   \
+    X(Confidence8, PFNC_Confidence8)                                     \
+    X(Confidence16, PFNC_Confidence16)                                   \
+    X(Confidence32f, PFNC_Confidence32f)                                 \
+    X(BiColorBGRG8, PFNC_BiColorBGRG8)                                   \
+    X(BiColorBGRG10, PFNC_BiColorBGRG10)                                 \
+    X(BiColorBGRG10p, PFNC_BiColorBGRG10p)                               \
+    X(BiColorBGRG12, PFNC_BiColorBGRG12)                                 \
+    X(BiColorBGRG12p, PFNC_BiColorBGRG12p)                               \
+    X(BiColorRGBG8, PFNC_BiColorRGBG8)                                   \
+    X(BiColorRGBG10, PFNC_BiColorRGBG10)                                 \
+    X(BiColorRGBG10p, PFNC_BiColorRGBG10p)                               \
+    X(BiColorRGBG12, PFNC_BiColorRGBG12)                                 \
+    X(BiColorRGBG12p, PFNC_BiColorRGBG12p)                               \
+    X(Data8, PFNC_Data8)                                                 \
+    X(Data8s, PFNC_Data8s)                                               \
+    X(Data16, PFNC_Data16)                                               \
+    X(Data16s, PFNC_Data16s)                                             \
+    X(Data32, PFNC_Data32)                                               \
+    X(Data32f, PFNC_Data32f)                                             \
+    X(Data32s, PFNC_Data32s)                                             \
+    X(Data64, PFNC_Data64)                                               \
+    X(Data64f, PFNC_Data64f)                                             \
+    X(Data64s, PFNC_Data64s)                                             \
+    X(SCF1WBWG8, PFNC_SCF1WBWG8)                                         \
+    X(SCF1WBWG10, PFNC_SCF1WBWG10)                                       \
+    X(SCF1WBWG10p, PFNC_SCF1WBWG10p)                                     \
+    X(SCF1WBWG12, PFNC_SCF1WBWG12)                                       \
+    X(SCF1WBWG12p, PFNC_SCF1WBWG12p)                                     \
+    X(SCF1WBWG14, PFNC_SCF1WBWG14)                                       \
+    X(SCF1WBWG16, PFNC_SCF1WBWG16)                                       \
+    X(SCF1WGWB8, PFNC_SCF1WGWB8)                                         \
+    X(SCF1WGWB10, PFNC_SCF1WGWB10)                                       \
+    X(SCF1WGWB10p, PFNC_SCF1WGWB10p)                                     \
+    X(SCF1WGWB12, PFNC_SCF1WGWB12)                                       \
+    X(SCF1WGWB12p, PFNC_SCF1WGWB12p)                                     \
+    X(SCF1WGWB14, PFNC_SCF1WGWB14)                                       \
+    X(SCF1WGWB16, PFNC_SCF1WGWB16)                                       \
+    X(SCF1WGWR8, PFNC_SCF1WGWR8)                                         \
+    X(SCF1WGWR10, PFNC_SCF1WGWR10)                                       \
+    X(SCF1WGWR10p, PFNC_SCF1WGWR10p)                                     \
+    X(SCF1WGWR12, PFNC_SCF1WGWR12)                                       \
+    X(SCF1WGWR12p, PFNC_SCF1WGWR12p)                                     \
+    X(SCF1WGWR14, PFNC_SCF1WGWR14)                                       \
+    X(SCF1WGWR16, PFNC_SCF1WGWR16)                                       \
+    X(SCF1WRWG8, PFNC_SCF1WRWG8)                                         \
+    X(SCF1WRWG10, PFNC_SCF1WRWG10)                                       \
+    X(SCF1WRWG10p, PFNC_SCF1WRWG10p)                                     \
+    X(SCF1WRWG12, PFNC_SCF1WRWG12)                                       \
+    X(SCF1WRWG12p, PFNC_SCF1WRWG12p)                                     \
+    X(SCF1WRWG14, PFNC_SCF1WRWG14)                                       \
+    X(SCF1WRWG16, PFNC_SCF1WRWG16)                                       \
+    X(YCbCr8, PFNC_YCbCr8)                                               \
+    X(YCbCr8_CbYCr, PFNC_YCbCr8_CbYCr)                                   \
+    X(YCbCr10_CbYCr, PFNC_YCbCr10_CbYCr)                                 \
+    X(YCbCr10p_CbYCr, PFNC_YCbCr10p_CbYCr)                               \
+    X(YCbCr12_CbYCr, PFNC_YCbCr12_CbYCr)                                 \
+    X(YCbCr12p_CbYCr, PFNC_YCbCr12p_CbYCr)                               \
+    X(YCbCr411_8, PFNC_YCbCr411_8)                                       \
+    X(YCbCr411_8_CbYYCrYY, PFNC_YCbCr411_8_CbYYCrYY)                     \
+    X(YCbCr420_8_YY_CbCr_Semiplanar, PFNC_YCbCr420_8_YY_CbCr_Semiplanar) \
+    X(YCbCr420_8_YY_CrCb_Semiplanar, PFNC_YCbCr420_8_YY_CrCb_Semiplanar) \
+    X(YCbCr422_8, PFNC_YCbCr422_8)                                       \
+    X(YCbCr422_8_CbYCrY, PFNC_YCbCr422_8_CbYCrY)                         \
+    X(YCbCr422_8_YY_CbCr_Semiplanar, PFNC_YCbCr422_8_YY_CbCr_Semiplanar) \
+    X(YCbCr422_8_YY_CrCb_Semiplanar, PFNC_YCbCr422_8_YY_CrCb_Semiplanar) \
+    X(YCbCr422_10, PFNC_YCbCr422_10)                                     \
+    X(YCbCr422_10_CbYCrY, PFNC_YCbCr422_10_CbYCrY)                       \
+    X(YCbCr422_10p, PFNC_YCbCr422_10p)                                   \
+    X(YCbCr422_10p_CbYCrY, PFNC_YCbCr422_10p_CbYCrY)                     \
+    X(YCbCr422_12, PFNC_YCbCr422_12)                                     \
+    X(YCbCr422_12_CbYCrY, PFNC_YCbCr422_12_CbYCrY)                       \
+    X(YCbCr422_12p, PFNC_YCbCr422_12p)                                   \
+    X(YCbCr422_12p_CbYCrY, PFNC_YCbCr422_12p_CbYCrY)                     \
+    X(YCbCr601_8_CbYCr, PFNC_YCbCr601_8_CbYCr)                           \
+    X(YCbCr601_10_CbYCr, PFNC_YCbCr601_10_CbYCr)                         \
+    X(YCbCr601_10p_CbYCr, PFNC_YCbCr601_10p_CbYCr)                       \
+    X(YCbCr601_12_CbYCr, PFNC_YCbCr601_12_CbYCr)                         \
+    X(YCbCr601_12p_CbYCr, PFNC_YCbCr601_12p_CbYCr)                       \
+    X(YCbCr601_411_8_CbYYCrYY, PFNC_YCbCr601_411_8_CbYYCrYY)             \
+    X(YCbCr601_422_8, PFNC_YCbCr601_422_8)                               \
+    X(YCbCr601_422_8_CbYCrY, PFNC_YCbCr601_422_8_CbYCrY)                 \
+    X(YCbCr601_422_10, PFNC_YCbCr601_422_10)                             \
+    X(YCbCr601_422_10_CbYCrY, PFNC_YCbCr601_422_10_CbYCrY)               \
+    X(YCbCr601_422_10p, PFNC_YCbCr601_422_10p)                           \
+    X(YCbCr601_422_10p_CbYCrY, PFNC_YCbCr601_422_10p_CbYCrY)             \
+    X(YCbCr601_422_12, PFNC_YCbCr601_422_12)                             \
+    X(YCbCr601_422_12_CbYCrY, PFNC_YCbCr601_422_12_CbYCrY)               \
+    X(YCbCr601_422_12p, PFNC_YCbCr601_422_12p)                           \
+    X(YCbCr601_422_12p_CbYCrY, PFNC_YCbCr601_422_12p_CbYCrY)             \
+    X(YCbCr709_8_CbYCr, PFNC_YCbCr709_8_CbYCr)                           \
+    X(YCbCr709_10_CbYCr, PFNC_YCbCr709_10_CbYCr)                         \
+    X(YCbCr709_10p_CbYCr, PFNC_YCbCr709_10p_CbYCr)                       \
+    X(YCbCr709_12_CbYCr, PFNC_YCbCr709_12_CbYCr)                         \
+    X(YCbCr709_12p_CbYCr, PFNC_YCbCr709_12p_CbYCr)                       \
+    X(YCbCr709_411_8_CbYYCrYY, PFNC_YCbCr709_411_8_CbYYCrYY)             \
+    X(YCbCr709_422_8, PFNC_YCbCr709_422_8)                               \
+    X(YCbCr709_422_8_CbYCrY, PFNC_YCbCr709_422_8_CbYCrY)                 \
+    X(YCbCr709_422_10, PFNC_YCbCr709_422_10)                             \
+    X(YCbCr709_422_10_CbYCrY, PFNC_YCbCr709_422_10_CbYCrY)               \
+    X(YCbCr709_422_10p, PFNC_YCbCr709_422_10p)                           \
+    X(YCbCr709_422_10p_CbYCrY, PFNC_YCbCr709_422_10p_CbYCrY)             \
+    X(YCbCr709_422_12, PFNC_YCbCr709_422_12)                             \
+    X(YCbCr709_422_12_CbYCrY, PFNC_YCbCr709_422_12_CbYCrY)               \
+    X(YCbCr709_422_12p, PFNC_YCbCr709_422_12p)                           \
+    X(YCbCr709_422_12p_CbYCrY, PFNC_YCbCr709_422_12p_CbYCrY)             \
+    X(YCbCr2020_8_CbYCr, PFNC_YCbCr2020_8_CbYCr)                         \
+    X(YCbCr2020_10_CbYCr, PFNC_YCbCr2020_10_CbYCr)                       \
+    X(YCbCr2020_10p_CbYCr, PFNC_YCbCr2020_10p_CbYCr)                     \
+    X(YCbCr2020_12_CbYCr, PFNC_YCbCr2020_12_CbYCr)                       \
+    X(YCbCr2020_12p_CbYCr, PFNC_YCbCr2020_12p_CbYCr)                     \
+    X(YCbCr2020_411_8_CbYYCrYY, PFNC_YCbCr2020_411_8_CbYYCrYY)           \
+    X(YCbCr2020_422_8, PFNC_YCbCr2020_422_8)                             \
+    X(YCbCr2020_422_8_CbYCrY, PFNC_YCbCr2020_422_8_CbYCrY)               \
+    X(YCbCr2020_422_10, PFNC_YCbCr2020_422_10)                           \
+    X(YCbCr2020_422_10_CbYCrY, PFNC_YCbCr2020_422_10_CbYCrY)             \
+    X(YCbCr2020_422_10p, PFNC_YCbCr2020_422_10p)                         \
+    X(YCbCr2020_422_10p_CbYCrY, PFNC_YCbCr2020_422_10p_CbYCrY)           \
+    X(YCbCr2020_422_12, PFNC_YCbCr2020_422_12)                           \
+    X(YCbCr2020_422_12_CbYCrY, PFNC_YCbCr2020_422_12_CbYCrY)             \
+    X(YCbCr2020_422_12p, PFNC_YCbCr2020_422_12p)                         \
+    X(YCbCr2020_422_12p_CbYCrY, PFNC_YCbCr2020_422_12p_CbYCrY)           \
+    X(YUV8_UYV, PFNC_YUV8_UYV)                                           \
+    X(YUV411_8_UYYVYY, PFNC_YUV411_8_UYYVYY)                             \
+    X(YUV422_8, PFNC_YUV422_8)                                           \
+    X(YUV422_8_UYVY, PFNC_YUV422_8_UYVY)                                 \
+    X(Mono10Packed, GVSP_Mono10Packed)                                   \
+    X(Mono12Packed, GVSP_Mono12Packed)                                   \
+    X(BayerBG10Packed, GVSP_BayerBG10Packed)                             \
+    X(BayerBG12Packed, GVSP_BayerBG12Packed)                             \
+    X(BayerGB10Packed, GVSP_BayerGB10Packed)                             \
+    X(BayerGB12Packed, GVSP_BayerGB12Packed)                             \
+    X(BayerGR10Packed, GVSP_BayerGR10Packed)                             \
+    X(BayerGR12Packed, GVSP_BayerGR12Packed)                             \
+    X(BayerRG10Packed, GVSP_BayerRG10Packed)                             \
+    X(BayerRG12Packed, GVSP_BayerRG12Packed)                             \
+    X(RGB10V1Packed, GVSP_RGB10V1Packed)                                 \
+    X(RGB12V1Packed, GVSP_RGB12V1Packed)
+
+#define PFNC_ENUMERATOR(name, value) name = value,
+
+typedef enum PfncFormat_ {
+    InvalidPixelFormat = 0,
+    PFNC_FOR_EACH_FORMAT(PFNC_ENUMERATOR)
+} PfncFormat;
+
+#ifdef PFNC_INCLUDE_HELPERS
+// The name of a format without prefix; "UnknownPixelFormat" for a number that is none.
+static inline const char* GetPixelFormatName(PfncFormat format) {
+#define PFNC_CASE(name, value) \
+    case name:                 \
+        return #name;
+    switch (format) {
+        PFNC_FOR_EACH_FORMAT(PFNC_CASE)
+        case InvalidPixelFormat:
+            break;
+    }
+#undef PFNC_CASE
+    return "UnknownPixelFormat";
+}
+#endif
+
+#ifdef __cplusplus
+#include <cstdint>
+
+// The same values in a namespace of their own, which names its version because applications do.
+namespace GenICam_3_0 {
+namespace PFNC {
+
+enum PixelFormatStandardValue : uint32_t {
+    InvalidPixelFormat = 0,
+    PFNC_FOR_EACH_FORMAT(PFNC_ENUMERATOR)
+};
+
+}  // namespace PFNC
+}  // namespace GenICam_3_0
+#endif
+
+#undef PFNC_ENUMERATOR
+
+#endif  // GENTL_PFNC_H

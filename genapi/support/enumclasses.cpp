@@ -1,0 +1,148 @@
+#include <cstring>
+
+#include <GenApi/EnumClasses.h>
+
+namespace GENAPI_NAMESPACE {
+
+namespace {
+
+template <class E>
+struct Name {
+    E value;
+    const char* text;
+};
+
+#define ENUMERATOR(name) \
+    { name, #name }
+
+// The enumerators of each enumeration.
+template <class E>
+constexpr int kNames = 0;
+
+template <>
+constexpr Name<ESign> kNames<ESign>[] = {ENUMERATOR(Signed), ENUMERATOR(Unsigned),
+                                         ENUMERATOR(_UndefinedSign)};
+
+template <>
+constexpr Name<EAccessMode> kNames<EAccessMode>[] = {ENUMERATOR(NI),
+                                                     ENUMERATOR(NA),
+                                                     ENUMERATOR(WO),
+                                                     ENUMERATOR(RO),
+                                                     ENUMERATOR(RW),
+                                                     ENUMERATOR(_UndefinedAccesMode),
+                                                     ENUMERATOR(_CycleDetectAccesMode)};
+
+template <>
+constexpr Name<EVisibility> kNames<EVisibility>[] = {ENUMERATOR(Beginner), ENUMERATOR(Expert),
+                                                     ENUMERATOR(Guru), ENUMERATOR(Invisible),
+                                                     ENUMERATOR(_UndefinedVisibility)};
+
+template <>
+constexpr Name<ECachingMode> kNames<ECachingMode>[] = {
+    ENUMERATOR(NoCache), ENUMERATOR(WriteThrough), ENUMERATOR(WriteAround),
+    ENUMERATOR(_UndefinedCachingMode)};
+
+template <>
+constexpr Name<ERepresentation> kNames<ERepresentation>[] = {
+    ENUMERATOR(Linear),     ENUMERATOR(Logarithmic),
+    ENUMERATOR(Boolean),    ENUMERATOR(PureNumber),
+    ENUMERATOR(HexNumber),  ENUMERATOR(IPV4Address),
+    ENUMERATOR(MACAddress), ENUMERATOR(_UndefinedRepresentation)};
+
+template <>
+constexpr Name<EEndianess> kNames<EEndianess>[] = {ENUMERATOR(BigEndian), ENUMERATOR(LittleEndian),
+                                                   ENUMERATOR(_UndefinedEndian)};
+
+template <>
+constexpr Name<ENameSpace> kNames<ENameSpace>[] = {ENUMERATOR(Custom), ENUMERATOR(Standard),
+                                                   ENUMERATOR(_UndefinedNameSpace)};
+
+template <>
+constexpr Name<EStandardNameSpace> kNames<EStandardNameSpace>[] = {
+    ENUMERATOR(None), ENUMERATOR(GEV), ENUMERATOR(IIDC),
+    ENUMERATOR(CL),   ENUMERATOR(USB), ENUMERATOR(_UndefinedStandardNameSpace)};
+
+template <>
+constexpr Name<EYesNo> kNames<EYesNo>[] = {ENUMERATOR(Yes), ENUMERATOR(No),
+                                           ENUMERATOR(_UndefinedYesNo)};
+
+template <>
+constexpr Name<ESlope> kNames<ESlope>[] = {ENUMERATOR(Increasing), ENUMERATOR(Decreasing),
+                                           ENUMERATOR(Varying), ENUMERATOR(Automatic),
+                                           ENUMERATOR(_UndefinedESlope)};
+
+template <>
+constexpr Name<EXMLValidation> kNames<EXMLValidation>[] = {
+    ENUMERATOR(xvLoad),    ENUMERATOR(xvCycles), ENUMERATOR(xvSFNC),
+    ENUMERATOR(xvDefault), ENUMERATOR(xvAll),    ENUMERATOR(_UndefinedEXMLValidation)};
+
+template <>
+constexpr Name<EDisplayNotation> kNames<EDisplayNotation>[] = {
+    ENUMERATOR(fnAutomatic), ENUMERATOR(fnFixed), ENUMERATOR(fnScientific),
+    ENUMERATOR(_UndefinedEDisplayNotation)};
+
+template <>
+constexpr Name<EInterfaceType> kNames<EInterfaceType>[] = {
+    ENUMERATOR(intfIValue),       ENUMERATOR(intfIBase),      ENUMERATOR(intfIInteger),
+    ENUMERATOR(intfIBoolean),     ENUMERATOR(intfICommand),   ENUMERATOR(intfIFloat),
+    ENUMERATOR(intfIString),      ENUMERATOR(intfIRegister),  ENUMERATOR(intfICategory),
+    ENUMERATOR(intfIEnumeration), ENUMERATOR(intfIEnumEntry), ENUMERATOR(intfIPort)};
+
+template <>
+constexpr Name<ELinkType> kNames<ELinkType>[] = {
+    ENUMERATOR(ctParentNodes),     ENUMERATOR(ctReadingChildren),
+    ENUMERATOR(ctWritingChildren), ENUMERATOR(ctInvalidatingChildren),
+    ENUMERATOR(ctDependingNodes),  ENUMERATOR(ctTerminalNodes)};
+
+template <>
+constexpr Name<EIncMode> kNames<EIncMode>[] = {ENUMERATOR(noIncrement), ENUMERATOR(fixedIncrement),
+                                               ENUMERATOR(listIncrement)};
+
+template <>
+constexpr Name<EInputDirection> kNames<EInputDirection>[] = {ENUMERATOR(idFrom), ENUMERATOR(idTo),
+                                                             ENUMERATOR(idNone)};
+
+template <>
+constexpr Name<EGenApiSchemaVersion> kNames<EGenApiSchemaVersion>[] = {
+    ENUMERATOR(v1_0), ENUMERATOR(v1_1), ENUMERATOR(_Undefined)};
+
+}  // namespace
+
+template <class E>
+bool EnumText<E>::FromString(const GENICAM_NAMESPACE::gcstring& ValueStr, E* pValue) {
+    for (const Name<E>& name : kNames<E>) {
+        if (std::strcmp(ValueStr.c_str(), name.text) == 0) {
+            *pValue = name.value;
+            return true;
+        }
+    }
+    return false;
+}
+
+template <class E>
+GENICAM_NAMESPACE::gcstring EnumText<E>::ToString(E Value) {
+    for (const Name<E>& name : kNames<E>) {
+        if (name.value == Value) return name.text;
+    }
+    return "";
+}
+
+template class EnumText<ESign>;
+template class EnumText<EAccessMode>;
+template class EnumText<EVisibility>;
+template class EnumText<ECachingMode>;
+template class EnumText<ERepresentation>;
+template class EnumText<EEndianess>;
+template class EnumText<ENameSpace>;
+template class EnumText<EStandardNameSpace>;
+template class EnumText<EYesNo>;
+template class EnumText<ESlope>;
+template class EnumText<EXMLValidation>;
+template class EnumText<EDisplayNotation>;
+template class EnumText<EInterfaceType>;
+template class EnumText<ELinkType>;
+template class EnumText<EIncMode>;
+template class EnumText<EInputDirection>;
+template class EnumText<EGenApiSchemaVersion>;
+
+}  // namespace GENAPI_NAMESPACE

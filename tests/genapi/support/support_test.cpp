@@ -1,0 +1,96 @@
+// Locks, callbacks, texts of enumerators, and the rules that combine access modes.
+#include <thread>
+
+#include <GenApi/EnumClasses.h>
+#include <GenApi/NodeCallback.h>
+#include <GenApi/Synch.h>
+#include <gmock/gmock.h>
+
+using namespace GENAPI_NAMESPACE;
+
+namespace {
+
+bool otherThreadGets(CLock& lock) {
+    bool got = false;
+    std::thread([&] {
+        got = lock.TryLock();
+        if (got) lock.Unlock();
+    }).join();
+    return got;
+}
+
+TEST(Lock, IsHeldUntilUnlockedAsOften) {
+    CLock lock;
+    {
+        AutoLock outer(lock);
+        AutoLock inner(lock);
+        EXPECT_TRUE(lock.TryLock());
+        lock.Unlock();
+        EXPECT_FALSE(otherThreadGets(lock));
+    }
+    EXPECT_TRUE(otherThreadGets(lock));
+}
+
+struct Guarded : LockableObject<Guarded> {
+    CLock& lock() const { return m_Lock; }
+};
+
+TEST(Lock, OfAnObjectIsHeldForTheScope) {
+    const Guarded object;
+    {
+        const auto held = object.GetLock();
+        EXPECT_FALSE(otherThreadGets(object.lock()));
+    }
+    EXPECT_TRUE(otherThreadGets(object.lock()));
+}
+
+struct Client {
+    void changed(INode*) { ++calls; }
+    int calls = 0;
+};
+
+TEST(Callback, ActsOnItsOwnPhaseOnly) {
+    int calls = 0;
+    Client client;
+    CNodeCallback* callbacks[] = {
+        make_NodeCallback(
+            nullptr, [&calls](INode*) { ++calls; }, cbPostInsideLock),
+        make_NodeCallback(nullptr, client, &Client::changed, cbPostOutsideLock)};
+    for (CNodeCallback* callback : callbacks)
+        (*callback)(cbPostInsideLock);
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(client.calls, 0);
+    for (CNodeCallback* callback : callbacks)
+        (*callback)(cbPostOutsideLock);
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(client.calls, 1);
+    for (CNodeCallback* callback : callbacks)
+        callback->Destroy();
+}
+
+TEST(EnumText, GoesBothWays) {
+    EVisibility visibility = Beginner;
+    EXPECT_TRUE(EVisibilityClass::FromString("Guru", &visibility));
+    EXPECT_EQ(visibility, Guru);
+    EXPECT_FALSE(EVisibilityClass::FromString("guru", &visibility));
+    EXPECT_EQ(visibility, Guru);
+    EXPECT_EQ(EVisibilityClass::ToString(_UndefinedVisibility), "_UndefinedVisibility");
+    EXPECT_EQ(EYesNoClass::ToString(Yes), "Yes");
+    EXPECT_EQ(EVisibilityClass::ToString(static_cast<EVisibility>(50)), "");
+}
+
+TEST(Combine, TakesTheStrongerRestriction) {
+    const struct {
+        EAccessMode first, second, both;
+    } cases[] = {{RW, RW, RW}, {RW, RO, RO}, {RW, WO, WO}, {RO, WO, NA},
+                 {RO, NA, NA}, {NA, NI, NI}, {WO, NI, NI}, {WO, WO, WO}};
+    for (const auto& it : cases) {
+        EXPECT_EQ(Combine(it.first, it.second), it.both) << it.first << " with " << it.second;
+        EXPECT_EQ(Combine(it.second, it.first), it.both) << it.second << " with " << it.first;
+    }
+    EXPECT_EQ(Combine(Expert, Guru), Guru);
+    EXPECT_EQ(Combine(WriteThrough, WriteAround), WriteAround);
+    EXPECT_EQ(Combine(NoCache, WriteAround), NoCache);
+}
+
+}  // namespace
