@@ -4,16 +4,15 @@
 
 #include <memory>
 #include <string_view>
-#include <unordered_map>
-#include <vector>
 
 #include "genapi/description/description.h"
+#include "genapi/description/slice.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 class DescriptionBuilder {
-public:
+  public:
     DescriptionBuilder();
     ~DescriptionBuilder();
 
@@ -23,17 +22,24 @@ public:
     bool isDefined(NodeId id) const;
     // Gives a mentioned node its kind and elements, in document order. Once per node.
     void define(NodeId id, NodeKind kind, ENameSpace nameSpace, bool exposeStatic,
-                const std::vector<Property>& properties);
+                Slice<Property> properties);
+    std::string_view name(NodeId id) const;
+    std::string_view text(TextRef ref) const;
     DeviceInfo& info();
 
     // Throws RuntimeException for names that were mentioned but not defined, for references to
-    // nodes of a wrong kind, for cycles; PropertyException for numbers that are none.
+    // nodes of a wrong kind, for cycles; PropertyException for numbers that are none. The builder
+    // is used up.
     std::shared_ptr<const Description> finish();
 
-private:
+  private:
     struct Interned;
+
+    std::size_t slotOf(std::string_view text);
+    void indexNames();
+
     std::unique_ptr<Description> description_;
-    std::unique_ptr<Interned> interned_;  // hash sets of the texts and names so far
+    std::unique_ptr<Interned> interned_;  // the texts so far, and the nodes that are called so
 };
 
 }  // namespace Engine

@@ -10,15 +10,6 @@ namespace Engine {
 
 namespace {
 
-std::string_view trimmed(std::string_view text)
-{
-    constexpr const char* kBlanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
 template <typename T, typename... Options>
 bool parseAll(std::string_view text, T& value, Options... options)
 {
@@ -33,6 +24,15 @@ bool isHex(std::string_view text)
 }
 
 }  // namespace
+
+std::string_view trimmed(std::string_view text)
+{
+    constexpr const char* kBlanks = " \t\r\n";
+    const std::size_t first = text.find_first_not_of(kBlanks);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
 
 bool parse(std::string_view text, std::int64_t& value)
 {

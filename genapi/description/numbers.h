@@ -9,6 +9,9 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
+// Without the white space around it.
+std::string_view trimmed(std::string_view text);
+
 // Decimal with a sign, or hexadecimal behind 0x: 64 bits, read as two's complement. White space
 // around it is ignored. False when the text is no such number, or too large.
 bool parse(std::string_view text, std::int64_t& value);

@@ -1,0 +1,143 @@
+#include "genapi/description/builder.h"
+
+#include <Base/GCException.h>
+
+#include "genapi/description/limits.h"
+#include "genapi/description/links.h"
+#include "genapi/description/nodedata.h"
+#include "genapi/description/texthash.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+// The texts so far, by hash: open addressing, a power of two in size, at most half full.
+struct DescriptionBuilder::Interned {
+    struct Slot {
+        std::uint64_t hash = 0;
+        TextRef text = 0;  // 0 in an empty slot: the empty text is never looked up
+        NodeId node = kNoNode;
+    };
+    std::vector<Slot> slots = std::vector<Slot>(1024);
+    std::size_t used = 0;
+
+    void grow() {
+        std::vector<Slot> old(2 * slots.size());
+        old.swap(slots);
+        for (const Slot& slot : old)
+            if (slot.text != 0) slots[freeFor(slot.hash)] = slot;
+    }
+
+    std::size_t freeFor(std::uint64_t hash) const {
+        std::size_t i = hash & (slots.size() - 1);
+        while (slots[i].text != 0)
+            i = (i + 1) & (slots.size() - 1);
+        return i;
+    }
+};
+
+DescriptionBuilder::DescriptionBuilder()
+    : description_(new Description), interned_(std::make_unique<Interned>()) {
+    description_->pool_.push_back('\0');
+}
+
+DescriptionBuilder::~DescriptionBuilder() = default;
+
+std::size_t DescriptionBuilder::slotOf(std::string_view text) {
+    if (2 * interned_->used >= interned_->slots.size()) interned_->grow();
+    const std::uint64_t hash = hashOf(text);
+    auto& slots = interned_->slots;
+    std::vector<char>& pool = description_->pool_;
+    std::size_t i = hash & (slots.size() - 1);
+    for (; slots[i].text != 0; i = (i + 1) & (slots.size() - 1))
+        if (slots[i].hash == hash && description_->text(slots[i].text) == text) return i;
+    if (pool.size() + text.size() >= kMaxPoolSize)
+        throw RUNTIME_EXCEPTION("The texts of the description are too long");
+    slots[i].hash = hash;
+    slots[i].text = static_cast<TextRef>(pool.size());
+    ++interned_->used;
+    pool.insert(pool.end(), text.begin(), text.end());
+    pool.push_back('\0');
+    return i;
+}
+
+TextRef DescriptionBuilder::intern(std::string_view text) {
+    return text.empty() ? 0 : interned_->slots[slotOf(text)].text;
+}
+
+NodeId DescriptionBuilder::mention(std::string_view name) {
+    Interned::Slot unnamed;
+    Interned::Slot& slot = name.empty() ? unnamed : interned_->slots[slotOf(name)];
+    if (slot.node == kNoNode) {
+        std::vector<NodeRecord>& records = description_->records_;
+        if (records.size() >= kMaxNodes)
+            throw RUNTIME_EXCEPTION("The description has too many nodes");
+        slot.node = static_cast<NodeId>(records.size());
+        records.emplace_back().name = slot.text;
+    }
+    return slot.node;
+}
+
+bool DescriptionBuilder::isDefined(NodeId id) const {
+    return description_->records_[id].defined;
+}
+
+std::string_view DescriptionBuilder::name(NodeId id) const {
+    return description_->name(id);
+}
+
+std::string_view DescriptionBuilder::text(TextRef ref) const {
+    return description_->text(ref);
+}
+
+void DescriptionBuilder::define(NodeId id, NodeKind kind, ENameSpace nameSpace, bool exposeStatic,
+                                Slice<Property> properties) {
+    std::vector<Property>& all = description_->properties_;
+    if (all.size() + properties.size() > kMaxProperties)
+        throw RUNTIME_EXCEPTION("The nodes of the description have too many elements");
+    NodeRecord& record = description_->records_[id];
+    record.kind = kind;
+    record.nameSpace = static_cast<std::uint8_t>(nameSpace);
+    record.exposeStatic = exposeStatic;
+    record.defined = true;
+    record.firstProperty = static_cast<std::uint32_t>(all.size());
+    record.propertyCount = static_cast<std::uint32_t>(properties.size());
+    all.insert(all.end(), properties.begin(), properties.end());
+}
+
+DeviceInfo& DescriptionBuilder::info() {
+    return description_->info_;
+}
+
+void DescriptionBuilder::indexNames() {
+    std::size_t size = 16;
+    while (size < 2 * description_->records_.size())
+        size *= 2;
+    std::vector<NodeId>& names = description_->names_;
+    names.assign(size, kNoNode);
+    for (const Interned::Slot& slot : interned_->slots) {
+        if (slot.node == kNoNode) continue;
+        std::size_t i = slot.hash & (size - 1);
+        while (names[i] != kNoNode)
+            i = (i + 1) & (size - 1);
+        names[i] = slot.node;
+    }
+}
+
+std::shared_ptr<const Description> DescriptionBuilder::finish() {
+    for (const NodeRecord& record : description_->records_)
+        if (!record.defined)
+            throw RUNTIME_EXCEPTION("Fatal error : Dangling node reference '%s'",
+                                    description_->text(record.name).data());
+    indexNames();
+    interned_.reset();
+    Description& description = *description_;
+    description.pool_.shrink_to_fit();
+    description.records_.shrink_to_fit();
+    description.properties_.shrink_to_fit();
+    compileNodes(description, *description.tables_, description.records_);
+    linkNodes(description, *description.links_, description.records_);
+    return std::shared_ptr<const Description>(description_.release());
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

@@ -1,0 +1,43 @@
+// Bounds on what a description may ask for. A description comes from a device: whatever it says, it
+// must not make the loader hang or exhaust memory. The largest descriptions in use have about 1 MB
+// of XML, 4000 nodes and 40000 elements; the bounds leave room for thirty times as much.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include <GenApi/GenApiNamespace.h>
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+// Bytes of XML. What the reader allocates is a small multiple of it.
+constexpr std::size_t kMaxXmlSize = 32u << 20;
+
+// Bytes of a zip archive; nothing that unpacks to kMaxXmlSize needs more than its own size.
+constexpr std::size_t kMaxArchiveSize = kMaxXmlSize;
+
+// Deflated XML shrinks to a tenth or a thirtieth. Deflate itself can reach a thousand, which only
+// archives made for the purpose come near to.
+constexpr std::uint64_t kMaxArchiveRatio = 500;
+
+// Elements inside each other: groups in groups, and foreign content of Extension. The XML parser
+// keeps a record for each open element.
+constexpr unsigned kMaxNesting = 64;
+
+// Bytes of the text of one element: the longest are descriptions and formulas of a few KB.
+constexpr std::size_t kMaxTextSize = 1u << 20;
+
+// Entries of an enumeration count as nodes.
+constexpr std::size_t kMaxNodes = 200000;
+
+// Elements of all nodes. Needed beside the size of the XML because the entries of a StructReg
+// inherit its elements, and expressions the variables of their node, so that their product counts.
+constexpr std::size_t kMaxProperties = 2000000;
+
+// Bytes of all texts. Generated names repeat those of their owners, so this is no consequence of
+// the size of the XML.
+constexpr std::size_t kMaxPoolSize = 64u << 20;
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

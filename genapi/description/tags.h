@@ -1,0 +1,40 @@
+// The names of XML elements: what a tag inside a description stands for.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "genapi/description/elements.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+// Which content model an element has, if it is a node: the kinds of nodes, and two that leave none.
+using ModelId = std::uint8_t;
+constexpr ModelId modelOf(NodeKind kind) {
+    return static_cast<ModelId>(kind);
+}
+constexpr ModelId kStructReg = modelOf(NodeKind::SmartFeature) + 1;
+constexpr ModelId kGroup = kStructReg + 1;
+constexpr ModelId kNoModel = kGroup + 1;
+
+// What an element is inside a node: one of Element, or one of two that are no properties.
+using Key = std::uint8_t;
+constexpr Key keyOf(Element element) {
+    return static_cast<Key>(element);
+}
+constexpr Key kExtension = keyOf(Element::IntKey) + 1;
+constexpr Key kStructEntry = kExtension + 1;
+constexpr Key kNoKey = kStructEntry + 1;
+
+struct Tag {
+    std::string_view name;
+    ModelId model = kNoModel;
+    Key key = kNoKey;
+};
+
+// Null for a name that no schema knows.
+const Tag* findTag(std::string_view name);
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

@@ -1,0 +1,114 @@
+// Access modes: what a node allows is what its value source allows, restricted by what the
+// description or the application imposes and by its conditions.
+#include "genapi/nodes/nodemap.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+EAccessMode Node::GetAccessMode() const
+{
+    // Most queries find the mode known; a mode that another thread is about to change is as true
+    // with the lock as without.
+    const std::uint8_t known = map_.accessOf(id_).load(std::memory_order_acquire);
+    if (known < NodeMap::kComputingAccess)
+        return static_cast<EAccessMode>(known);
+    const Entry entry(*this, "GetAccessMode");
+    return const_cast<Node*>(this)->accessMode();
+}
+
+EAccessMode Node::accessMode()
+{
+    std::atomic<std::uint8_t>& cached = map_.accessOf(id_);
+    const std::uint8_t known = cached.load(std::memory_order_relaxed);
+    if (known < NodeMap::kComputingAccess)
+        return static_cast<EAccessMode>(known);
+    if (known == NodeMap::kComputingAccess)
+        return RW;  // a cycle through this node: it adds no restriction of its own
+    const Nesting nesting(*this);
+    cached.store(NodeMap::kComputingAccess, std::memory_order_relaxed);
+    try {
+        const EAccessMode mode = computeAccessMode(false);
+        cached.store(record().accessCacheable == Yes ? static_cast<std::uint8_t>(mode)
+                                                     : NodeMap::kUnknownAccess,
+                     std::memory_order_release);
+        return mode;
+    } catch (...) {
+        cached.store(NodeMap::kUnknownAccess, std::memory_order_relaxed);
+        throw;
+    }
+}
+
+EAccessMode Node::relaxedAccessMode()
+{
+    const Nesting nesting(*this);
+    return computeAccessMode(true);
+}
+
+EAccessMode Node::computeAccessMode(bool relaxed)
+{
+    EAccessMode mode = conditionalAccessMode(relaxed);
+    if (mode == NI)
+        return NI;
+    mode = Combine(mode, sourceAccessMode(relaxed));
+    mode = Combine(mode, static_cast<EAccessMode>(record().imposedAccess));
+    if (imposedAccess_ != _UndefinedAccesMode)
+        mode = Combine(mode, static_cast<EAccessMode>(imposedAccess_));
+    return mode;
+}
+
+bool Node::condition(NodeId id, bool& readable)
+{
+    Node& source = node(id);
+    readable = IsReadable(source.accessMode());
+    return readable && source.getInt({}) != 0;
+}
+
+EAccessMode Node::conditionalAccessMode(bool relaxed)
+{
+    const NodeRecord& own = record();
+    EAccessMode mode = RW;
+    bool readable = true;
+    if (own.isImplemented != kNoNode && !condition(own.isImplemented, readable)) {
+        if (readable)
+            return NI;
+        mode = NA;
+    }
+    if (relaxed)
+        return mode;
+    if (own.isAvailable != kNoNode && !condition(own.isAvailable, readable))
+        mode = NA;
+    if (own.isLocked != kNoNode) {
+        const bool locked = condition(own.isLocked, readable);
+        if (!readable)
+            mode = NA;
+        else if (locked)
+            mode = Combine(mode, RO);
+    }
+    return mode;
+}
+
+EAccessMode Node::sourceAccessMode(bool)
+{
+    return RW;
+}
+
+void Node::requireReadable()
+{
+    if (!IsReadable(accessMode()))
+        throw NODE_ERROR(AccessException, *this)("Node is not readable.");
+}
+
+void Node::requireWritable(bool verify)
+{
+    if (!IsWritable(verify ? accessMode() : relaxedAccessMode()))
+        throw NODE_ERROR(AccessException, *this)("Node is not writable.");
+}
+
+void Node::requireAvailable()
+{
+    if (!IsAvailable(accessMode()))
+        throw NODE_ERROR(AccessException, *this)("Node is not available.");
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

@@ -1,0 +1,104 @@
+#include "genapi/nodes/commandnode.h"
+
+#include "genapi/description/links.h"
+#include "genapi/nodes/nodemap.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+using GENICAM_NAMESPACE::gcstring;
+
+CommandNode::CommandNode(NodeMap& map, NodeId id)
+    : Node(map, id),
+      value_(*this, description().tables().commands[record().data].value),
+      commandValue_(*this, description().tables().commands[record().data].commandValue)
+{
+}
+
+bool CommandNode::isRunning() const
+{
+    return (map().flagsOf(id()) & NodeMap::kActive) != 0;
+}
+
+void CommandNode::setRunning(bool running)
+{
+    std::uint8_t& flags = map().flagsOf(id());
+    if (running)
+        flags |= NodeMap::kActive;
+    else
+        flags &= static_cast<std::uint8_t>(~NodeMap::kActive);
+}
+
+void CommandNode::execute(bool verify)
+{
+    requireWritable(true);
+    const std::int64_t command = commandValue_.read({});
+    {
+        const Nesting nesting(*this);
+        value_.write(command, verify);
+    }
+    setRunning(value_.isNode());
+    if (verify)
+        checkErrorNodes();
+}
+
+void CommandNode::Execute(bool verify)
+{
+    modify("Execute", [&]() -> const ChangeSet& {
+        execute(verify);
+        return changedByWriteTo(description(), id());
+    });
+}
+
+// Asks the device; true when the command has finished since it was last asked.
+bool CommandNode::checkDone()
+{
+    if (!isRunning() || !IsReadable(value_.accessMode(false)))
+        return false;
+    const Nesting nesting(*this);
+    if (value_.read({false, true}) == commandValue_.read({}))
+        return false;
+    setRunning(false);
+    return true;
+}
+
+bool CommandNode::IsDone(bool)
+{
+    bool finished = false;
+    bool done = false;
+    {
+        const Entry entry(*this, "IsDone");
+        finished = checkDone();
+        done = !isRunning() || !IsReadable(value_.accessMode(false));
+    }
+    if (finished)
+        modify("IsDone",
+               [this]() -> const ChangeSet& { return invalidatedBy(description(), id()); });
+    return done;
+}
+
+gcstring CommandNode::ToString(bool, bool)
+{
+    const Entry entry(*this, "ToString");
+    requireReadable();
+    return isRunning() ? "1" : "0";
+}
+
+void CommandNode::FromString(const gcstring& text, bool verify)
+{
+    if (text != "1" && text != "true") {
+        const Entry entry(*this, "FromString");
+        throw NODE_ERROR(InvalidArgumentException, *this)("'%s' does not convert to TRUE",
+                                                          text.c_str());
+    }
+    Execute(verify);
+}
+
+bool CommandNode::IsValueCacheValid() const
+{
+    const Entry entry(*this, "IsValueCacheValid");
+    return isValueCached();
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

@@ -1,0 +1,42 @@
+// Command: writes a value to start something, and can tell whether it is done.
+//
+//   idle --Execute--> running --IsDone reads another value--> idle
+#pragma once
+
+#include <GenApi/ICommand.h>
+
+#include "genapi/nodes/integersource.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+class CommandNode final : public Node, public ICommand {
+public:
+    CommandNode(NodeMap& map, NodeId id);
+
+    EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
+    INode* GetNode() override { return this; }
+    GENICAM_NAMESPACE::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
+    void FromString(const GENICAM_NAMESPACE::gcstring& text, bool verify = true) override;
+    bool IsValueCacheValid() const override;
+    void Execute(bool verify = true) override;
+    void operator()() override { Execute(); }
+    bool IsDone(bool verify = true) override;
+
+    bool isPolled() const override { return isRunning(); }
+
+protected:
+    EAccessMode sourceAccessMode(bool relaxed) override { return value_.accessMode(relaxed); }
+
+private:
+    bool isRunning() const;
+    void setRunning(bool running);
+    bool checkDone();
+    void execute(bool verify);
+
+    IntegerSource value_;
+    IntegerSource commandValue_;
+};
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

@@ -1,0 +1,246 @@
+#include "genapi/nodes/enumerationnode.h"
+
+#include "genapi/description/links.h"
+#include "genapi/nodes/nodemap.h"
+#include "genapi/nodes/rounding.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+using GENICAM_NAMESPACE::gcstring;
+
+EnumEntryNode::EnumEntryNode(NodeMap& map, NodeId id)
+    : Node(map, id), data_(description().tables().entries[record().data])
+{
+}
+
+gcstring EnumEntryNode::GetSymbolic() const
+{
+    return gcstring(description().text(data_.symbolic).data());
+}
+
+gcstring EnumEntryNode::ToString(bool, bool)
+{
+    const Entry entry(*this, "ToString");
+    requireReadable();
+    return gcstring(std::to_string(data_.value).c_str());
+}
+
+void EnumEntryNode::FromString(const gcstring&, bool)
+{
+    const Entry entry(*this, "FromString");
+    throw NODE_ERROR(AccessException, *this)("Node is not writable");
+}
+
+EnumerationNode::EnumerationNode(NodeMap& map, NodeId id)
+    : Node(map, id), data_(description().tables().enumerations[record().data]),
+      source_(*this, data_.value)
+{
+}
+
+Slice<NodeId> EnumerationNode::entries() const
+{
+    return NodeTables::slice(description().tables().nodes, data_.entries);
+}
+
+EnumEntryNode& EnumerationNode::entry(NodeId id) const
+{
+    return static_cast<EnumEntryNode&>(node(id));
+}
+
+EnumEntryNode* EnumerationNode::entryOf(std::int64_t value) const
+{
+    for (const NodeId id : entries())
+        if (entry(id).data().value == value)
+            return &entry(id);
+    return nullptr;
+}
+
+EnumEntryNode* EnumerationNode::entryOf(std::string_view symbolic) const
+{
+    for (const NodeId id : entries())
+        if (description().text(entry(id).data().symbolic) == symbolic)
+            return &entry(id);
+    return nullptr;
+}
+
+void EnumerationNode::throwNoEntry(const std::string& value) const
+{
+    throw NODE_ERROR(InvalidArgumentException, *this)(
+        "Feature '%s' : cannot convert value '%s', the value is invalid.", name().data(),
+        value.c_str());
+}
+
+std::int64_t EnumerationNode::getInt(ReadOptions options)
+{
+    requireReadable();
+    if (!isValueCached() || options.ignoreCache) {
+        const Nesting nesting(*this);
+        value_ = source_.read(options);
+        valueWasRead(options.ignoreCache || !source_.isNode());
+    }
+    const std::int64_t value = value_;
+    if (!(map().flagsOf(id()) & NodeMap::kActive) && !options.verify)
+        return value;
+    EnumEntryNode* current = entryOf(value);
+    if (!current || !current->data().selfClearing)
+        map().flagsOf(id()) &= static_cast<std::uint8_t>(~NodeMap::kActive);
+    if (options.verify) {
+        if (!current)
+            throw NODE_ERROR(OutOfRangeException, *this)(
+                "Value of the enumeration is none of its entries");
+        if (!IsAvailable(current->accessMode()))
+            throw NODE_ERROR(AccessException, *this)("Enum entry is not readable");
+        checkErrorNodes();
+    }
+    return value;
+}
+
+void EnumerationNode::setInt(std::int64_t value, bool verify)
+{
+    requireWritable(verify);
+    EnumEntryNode* target = entryOf(value);
+    if (!target)
+        throwNoEntry(std::to_string(value));
+    if (verify && !IsAvailable(target->accessMode()))
+        throw NODE_ERROR(AccessException, *this)(
+            "Failed to write enumeration value. Enum entry is not writable");
+    {
+        const Nesting nesting(*this);
+        source_.write(value, verify);
+    }
+    value_ = value;
+    if (target->data().selfClearing)
+        map().flagsOf(id()) |= NodeMap::kActive;
+    if (source_.isNode())
+        valueWasWritten();
+    if (verify)
+        checkErrorNodes();
+}
+
+std::int64_t EnumerationNode::minInt()
+{
+    return kInt64Min;
+}
+
+std::int64_t EnumerationNode::maxInt()
+{
+    return kInt64Max;
+}
+
+double EnumerationNode::getFloat(ReadOptions options)
+{
+    const std::int64_t value = getInt(options);
+    const EnumEntryNode* current = entryOf(value);
+    return current ? current->data().numeric : static_cast<double>(value);
+}
+
+void EnumerationNode::setFloat(double value, bool verify)
+{
+    for (const NodeId id : entries())
+        if (entry(id).data().numeric == value)
+            return setInt(entry(id).data().value, verify);
+    setInt(roundToInt(value), verify);
+}
+
+double EnumerationNode::minFloat()
+{
+    return -kDoubleMax;
+}
+
+double EnumerationNode::maxFloat()
+{
+    return kDoubleMax;
+}
+
+bool EnumerationNode::isPolled() const
+{
+    return (map().flagsOf(id()) & NodeMap::kActive) != 0;
+}
+
+gcstring EnumerationNode::ToString(bool verify, bool ignoreCache)
+{
+    const Entry scope(*this, "ToString");
+    requireReadable();
+    const std::int64_t value = getInt({false, ignoreCache});
+    const EnumEntryNode* current = entryOf(value);
+    if (!current)
+        throwNoEntry(std::to_string(value));
+    if (verify)
+        getInt({true, false});
+    return current->GetSymbolic();
+}
+
+void EnumerationNode::FromString(const gcstring& text, bool verify)
+{
+    modify("FromString", [&]() -> const ChangeSet& {
+        requireWritable(verify);
+        const EnumEntryNode* target = entryOf(std::string_view(text.c_str(), text.length()));
+        if (!target)
+            throwNoEntry(text.c_str());
+        setInt(target->data().value, verify);
+        return changedByWriteTo(description(), id());
+    });
+}
+
+bool EnumerationNode::IsValueCacheValid() const
+{
+    const Entry scope(*this, "IsValueCacheValid");
+    return isValueCached();
+}
+
+void EnumerationNode::GetSymbolics(StringList_t& symbolics)
+{
+    const Entry scope(*this, "GetSymbolics");
+    symbolics.clear();
+    for (const NodeId id : entries())
+        if (IsAvailable(entry(id).accessMode()))
+            symbolics.push_back(entry(id).GetSymbolic());
+}
+
+void EnumerationNode::GetEntries(NodeList_t& list)
+{
+    const Entry scope(*this, "GetEntries");
+    list.clear();
+    for (const NodeId id : entries())
+        list.push_back(&node(id));
+}
+
+IEnumeration& EnumerationNode::operator=(const gcstring& symbolic)
+{
+    FromString(symbolic);
+    return *this;
+}
+
+void EnumerationNode::SetIntValue(int64_t value, bool verify)
+{
+    modify("SetIntValue", [&]() -> const ChangeSet& {
+        setInt(value, verify);
+        return changedByWriteTo(description(), id());
+    });
+}
+
+int64_t EnumerationNode::GetIntValue(bool verify, bool ignoreCache)
+{
+    const Entry scope(*this, "GetIntValue");
+    return getInt({verify, ignoreCache});
+}
+
+IEnumEntry* EnumerationNode::GetEntryByName(const gcstring& symbolic)
+{
+    return entryOf(std::string_view(symbolic.c_str(), symbolic.length()));
+}
+
+IEnumEntry* EnumerationNode::GetEntry(const int64_t value)
+{
+    return entryOf(value);
+}
+
+IEnumEntry* EnumerationNode::GetCurrentEntry(bool verify, bool ignoreCache)
+{
+    const Entry scope(*this, "GetCurrentEntry");
+    return entryOf(getInt({verify, ignoreCache}));
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

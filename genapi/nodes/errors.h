@@ -1,0 +1,53 @@
+// Exceptions raised inside a node map: they name the node, and the operation through which the
+// application came in.
+#pragma once
+
+#include <cstdarg>
+#include <cstdio>
+#include <string>
+
+#include <Base/GCException.h>
+#include <GenApi/GenApiNamespace.h>
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+class Node;
+
+// Name of the node, and "Node.Operation()" of the call in progress, for the texts of exceptions.
+std::string errorNodeOf(const Node& node);
+std::string entryPointOf(const Node& node);
+
+// Makes one exception: NodeError<E>(node, file, line, type)(format, ...).
+template <typename E>
+class NodeError {
+public:
+    NodeError(const Node& node, const char* file, int line, const char* type)
+        : node_(node), file_(file), line_(line), type_(type)
+    {
+    }
+
+    E operator()(const char* format, ...) const __attribute__((format(printf, 2, 3)))
+    {
+        char text[1024];
+        va_list arguments;
+        va_start(arguments, format);
+        std::vsnprintf(text, sizeof text, format, arguments);
+        va_end(arguments);
+        return E(text, file_, line_, entryPointOf(node_).c_str(), errorNodeOf(node_).c_str(),
+                 type_);
+    }
+
+private:
+    const Node& node_;
+    const char* file_;
+    int line_;
+    const char* type_;
+};
+
+// throw NODE_ERROR(AccessException, *this)("Node is not readable.");
+#define NODE_ERROR(Type, node)                                                                     \
+    ::GENAPI_NAMESPACE::Engine::NodeError<GENICAM_NAMESPACE::Type>(node, __FILE__, __LINE__, #Type)
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

@@ -1,0 +1,249 @@
+#include "genapi/nodes/floatbase.h"
+
+#include <algorithm>
+
+#include "genapi/description/links.h"
+#include "genapi/nodes/nodemap.h"
+#include "genapi/nodes/rounding.h"
+#include "genapi/nodes/textform.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+using GENICAM_NAMESPACE::gcstring;
+
+namespace {
+constexpr int kDefaultPrecision = 6;
+}
+
+struct FloatBase::Limits {
+    double min = -kDoubleMax;
+    double max = kDoubleMax;
+};
+
+FloatBase::~FloatBase() = default;
+
+double FloatBase::getFloat(ReadOptions options)
+{
+    requireReadable();
+    if (!isValueCached() || options.ignoreCache) {
+        const Nesting nesting(*this);
+        value_ = readValue(options);
+        valueWasRead(options.ignoreCache || !mayCache());
+    }
+    const double value = value_;
+    if (options.verify) {
+        checkRange(value);
+        checkErrorNodes();
+    }
+    return value;
+}
+
+void FloatBase::setFloat(double value, bool verify)
+{
+    requireWritable(verify);
+    if (verify)
+        checkRange(value);
+    {
+        const Nesting nesting(*this);
+        writeValue(value, verify);
+    }
+    value_ = value;
+    if (mayCache())
+        valueWasWritten();
+    if (verify)
+        checkErrorNodes();
+}
+
+void FloatBase::checkRange(double value)
+{
+    const double min = minFloat();
+    if (value < min)
+        throw NODE_ERROR(OutOfRangeException, *this)(
+            "Value %f must be greater than or equal %f.", value, min);
+    const double max = maxFloat();
+    if (value > max)
+        throw NODE_ERROR(OutOfRangeException, *this)(
+            "Value %f must be smaller than or equal %f.", value, max);
+}
+
+double FloatBase::minFloat()
+{
+    const double own = ownMin();
+    return imposed_ ? std::max(own, imposed_->min) : own;
+}
+
+double FloatBase::maxFloat()
+{
+    const double own = ownMax();
+    return imposed_ ? std::min(own, imposed_->max) : own;
+}
+
+double FloatBase::incFloat()
+{
+    throw NODE_ERROR(RuntimeException, *this)("node does not have an increment.");
+}
+
+std::int64_t FloatBase::getInt(ReadOptions options)
+{
+    return roundToInt(getFloat(options));
+}
+
+void FloatBase::setInt(std::int64_t value, bool verify)
+{
+    setFloat(static_cast<double>(value), verify);
+}
+
+std::int64_t FloatBase::minInt()
+{
+    return roundToInt(minFloat());
+}
+
+std::int64_t FloatBase::maxInt()
+{
+    return roundToInt(maxFloat());
+}
+
+gcstring FloatBase::ToString(bool verify, bool ignoreCache)
+{
+    const Entry entry(*this, "ToString");
+    const double value = getFloat({verify, ignoreCache});
+    const Presentation shownAs = shown();
+    const std::string text = formatFloat(value, static_cast<EDisplayNotation>(shownAs.notation),
+                                         shownAs.precision);
+    return gcstring(text.data(), text.size());
+}
+
+void FloatBase::FromString(const gcstring& text, bool verify)
+{
+    modify("FromString", [&]() -> const ChangeSet& {
+        double value = 0;
+        if (!parseFloat({text.c_str(), text.length()}, value))
+            throw NODE_ERROR(InvalidArgumentException, *this)(
+                "Node '%s' : cannot convert string '%s' to double.", name().data(), text.c_str());
+        setFloat(value, verify);
+        return changedByWriteTo(description(), id());
+    });
+}
+
+bool FloatBase::IsValueCacheValid() const
+{
+    const Entry entry(*this, "IsValueCacheValid");
+    return isValueCached();
+}
+
+void FloatBase::SetValue(double value, bool verify)
+{
+    modify("SetValue", [&]() -> const ChangeSet& {
+        setFloat(value, verify);
+        return changedByWriteTo(description(), id());
+    });
+}
+
+IFloat& FloatBase::operator=(double value)
+{
+    SetValue(value);
+    return *this;
+}
+
+double FloatBase::GetValue(bool verify, bool ignoreCache)
+{
+    const Entry entry(*this, "GetValue");
+    return getFloat({verify, ignoreCache});
+}
+
+double FloatBase::GetMin()
+{
+    const Entry entry(*this, "GetMin");
+    requireAvailable();
+    return minFloat();
+}
+
+double FloatBase::GetMax()
+{
+    const Entry entry(*this, "GetMax");
+    requireAvailable();
+    return maxFloat();
+}
+
+bool FloatBase::HasInc()
+{
+    const Entry entry(*this, "HasInc");
+    return hasInc();
+}
+
+EIncMode FloatBase::GetIncMode()
+{
+    const Entry entry(*this, "GetIncMode");
+    return hasInc() ? fixedIncrement : noIncrement;
+}
+
+double FloatBase::GetInc()
+{
+    const Entry entry(*this, "GetInc");
+    requireAvailable();
+    return incFloat();
+}
+
+double_autovector_t FloatBase::GetListOfValidValues(bool)
+{
+    return double_autovector_t();
+}
+
+Presentation FloatBase::shown() const
+{
+    Presentation result = effectivePresentation(*const_cast<FloatBase*>(this));
+    if (result.representation == _UndefinedRepresentation)
+        result.representation = PureNumber;
+    if (result.notation == _UndefinedEDisplayNotation)
+        result.notation = fnAutomatic;
+    if (result.precision < 0)
+        result.precision = kDefaultPrecision;
+    return result;
+}
+
+ERepresentation FloatBase::GetRepresentation()
+{
+    const Entry entry(*this, "GetRepresentation");
+    return static_cast<ERepresentation>(shown().representation);
+}
+
+gcstring FloatBase::GetUnit() const
+{
+    const Entry entry(*this, "GetUnit");
+    return gcstring(description().text(shown().unit).data());
+}
+
+EDisplayNotation FloatBase::GetDisplayNotation() const
+{
+    const Entry entry(*this, "GetDisplayNotation");
+    return static_cast<EDisplayNotation>(shown().notation);
+}
+
+int64_t FloatBase::GetDisplayPrecision() const
+{
+    const Entry entry(*this, "GetDisplayPrecision");
+    return shown().precision;
+}
+
+FloatBase::Limits& FloatBase::imposed()
+{
+    if (!imposed_)
+        imposed_ = std::make_unique<Limits>();
+    return *imposed_;
+}
+
+void FloatBase::ImposeMin(double value)
+{
+    const Entry entry(*this, "ImposeMin");
+    imposed().min = value;
+}
+
+void FloatBase::ImposeMax(double value)
+{
+    const Entry entry(*this, "ImposeMax");
+    imposed().max = value;
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

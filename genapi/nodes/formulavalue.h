@@ -1,0 +1,18 @@
+// Evaluates a formula of a description with the values that its variables have in a map.
+#pragma once
+
+#include "genapi/nodes/node.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+// input is the value of FROM or TO in a converter's formulas. LogicalErrorException when the
+// formula does not parse or cannot be evaluated.
+template <typename Number>
+Number evaluate(Node& owner, std::uint32_t formula, ReadOptions options, Number input = {});
+
+// The mode that the variables of a formula allow: that of a value that can be read, or NI or NA.
+EAccessMode variablesAccessMode(Node& owner, std::uint32_t formula);
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

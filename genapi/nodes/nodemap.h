@@ -1,0 +1,203 @@
+// A node map: the state of one camera over a description that it may share with other maps.
+//
+//   Description (constant, shared)          NodeMap (one per camera)
+//   records, tables, links       <------    nodes (objects in one arena, by NodeId)
+//   programs of formulas                    access modes and cache flags, flat, by NodeId
+//   change sets                             contents of registers, shared by address
+//                                           one recursive lock
+//
+// Thread-safe: every operation takes the lock.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include <GenApi/IDestroy.h>
+#include <GenApi/IDeviceInfo.h>
+#include <GenApi/INodeMap.h>
+#include <GenApi/IUserData.h>
+#include <GenApi/Synch.h>
+
+#include "genapi/description/description.h"
+#include "genapi/nodes/node.h"
+#include "genapi/nodes/registercache.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+class Entry;
+
+class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, public IUserData {
+public:
+    // With a lock of the caller's, or its own where none is given.
+    NodeMap(std::shared_ptr<const Description> description, const GENICAM_NAMESPACE::gcstring& name,
+            CLock* lock);
+    virtual ~NodeMap();
+    NodeMap(const NodeMap&) = delete;
+    NodeMap& operator=(const NodeMap&) = delete;
+
+    // INodeMap
+    void GetNodes(NodeList_t& nodes) const override;
+    INode* GetNode(const GENICAM_NAMESPACE::gcstring& name) const override;
+    void InvalidateNodes() const override;
+    bool Connect(IPort* port, const GENICAM_NAMESPACE::gcstring& portName) const override;
+    bool Connect(IPort* port) const override;
+    bool Connect(IPortStacked* port, const GENICAM_NAMESPACE::gcstring& portName) override;
+    bool Connect(IPortStacked* port) override;
+    GENICAM_NAMESPACE::gcstring GetDeviceName() override;
+    void Poll(int64_t elapsedTime) override;
+    CLock& GetLock() const override;
+    uint64_t GetNumNodes() const override;
+    bool ParseSwissKnifes(GENICAM_NAMESPACE::gcstring_vector* errors = nullptr) const override;
+
+    // IDeviceInfo
+    GENICAM_NAMESPACE::gcstring GetModelName() override;
+    GENICAM_NAMESPACE::gcstring GetVendorName() override;
+    GENICAM_NAMESPACE::gcstring GetToolTip() override;
+    GENICAM_NAMESPACE::gcstring GetStandardNameSpace() override;
+    void GetGenApiVersion(GENICAM_NAMESPACE::Version_t& version, uint16_t& build) override;
+    void GetSchemaVersion(GENICAM_NAMESPACE::Version_t& version) override;
+    void GetDeviceVersion(GENICAM_NAMESPACE::Version_t& version) override;
+    GENICAM_NAMESPACE::gcstring GetProductGuid() override;
+    GENICAM_NAMESPACE::gcstring GetVersionGuid() override;
+
+    // IDestroy, IUserData
+    void Destroy() override;
+    UserData_t GetUserData() const override;
+    UserData_t SetUserData(UserData_t userData) override;
+
+    // Inside: for the nodes, with the lock held.
+    const Description& description() const { return *description_; }
+    std::size_t nodeCount() const { return nodes_.size(); }
+    Node& node(NodeId id) const { return *nodes_[id]; }
+    RegisterCache& registers() { return registers_; }
+    const Entry* entry() const { return entry_; }
+
+    // Cached access modes; kUnknownAccess where there is none. Read without the lock, too.
+    static constexpr std::uint8_t kUnknownAccess = 0xFF;
+    static constexpr std::uint8_t kComputingAccess = 0xFE;
+    std::atomic<std::uint8_t>& accessOf(NodeId id) const { return access_[id]; }
+
+    // What a node's own cache holds, as bits.
+    enum Flag : std::uint8_t {
+        kValueCached = 1,     // the value is cached
+        kKeep = 2,            // ... and stays so in the change that is being made
+        kAddressKnown = 4,    // a register's address and length are
+        kActive = 8,          // a command runs, or an enumeration waits for its entry to clear
+    };
+    std::uint8_t& flagsOf(NodeId id) { return flags_[id]; }
+
+    // The node's value was written and is what its cache holds; the change in progress keeps it.
+    void keep(NodeId id);
+    // Drops what a change made invalid, but for the values that were kept.
+    void invalidate(const ChangeSet& nodes);
+    void invalidateAll();
+    // Gives up the values kept by an operation that failed half way.
+    void forgetKept();
+
+    bool hasCallbacks() const { return callbackCount_ > 0; }
+    void callbackAdded() { ++callbackCount_; }
+    void callbackRemoved() { --callbackCount_; }
+
+    UserData_t userDataOf(NodeId id) const;
+    UserData_t setUserDataOf(NodeId id, UserData_t userData);
+
+private:
+    friend class Entry;
+    friend class Nesting;
+
+    void createNodes();
+    void initialisePolling();
+    bool connect(IPort* port, const GENICAM_NAMESPACE::gcstring& portName);
+
+    struct Polled {
+        NodeId node;
+        std::int64_t elapsed;
+    };
+
+    const std::shared_ptr<const Description> description_;
+    const std::string deviceName_;
+    mutable CLock ownLock_;
+    CLock& lock_;
+    std::unique_ptr<std::byte[]> arena_;
+    std::vector<Node*> nodes_;
+    std::unique_ptr<std::atomic<std::uint8_t>[]> access_;
+    std::unique_ptr<std::uint8_t[]> flags_;
+    RegisterCache registers_;
+    std::vector<Polled> polled_;
+    std::vector<NodeId> kept_;
+    std::unordered_map<NodeId, UserData_t> nodeUserData_;
+    UserData_t userData_ = nullptr;
+    const Entry* entry_ = nullptr;  // the innermost call from outside
+    std::size_t callbackCount_ = 0;
+    unsigned nesting_ = 0;
+};
+
+// A call into the map from outside: holds the lock, and knows for the texts of exceptions which
+// operation of which node it is.
+class Entry {
+public:
+    Entry(const Node& node, const char* operation)
+        : lock_(node.map().GetLock()), map_(node.map()), outer_(map_.entry_), node_(node),
+          operation_(operation)
+    {
+        map_.entry_ = this;
+    }
+    ~Entry() { map_.entry_ = outer_; }
+    Entry(const Entry&) = delete;
+    Entry& operator=(const Entry&) = delete;
+
+    const Node& node() const { return node_; }
+    const char* operation() const { return operation_; }
+
+private:
+    AutoLock lock_;
+    NodeMap& map_;
+    const Entry* outer_;
+    const Node& node_;
+    const char* operation_;
+};
+
+// One step of a value or access mode that is computed from other nodes. RuntimeException when the
+// steps nest too deeply, so that a long chain of nodes cannot exhaust the stack.
+class Nesting {
+public:
+    explicit Nesting(const Node& node);
+    ~Nesting() { --map_.nesting_; }
+    Nesting(const Nesting&) = delete;
+    Nesting& operator=(const Nesting&) = delete;
+
+private:
+    NodeMap& map_;
+};
+
+// A new map, which lives until Destroy. The lock, where one is given, must outlive it.
+INodeMap* createNodeMap(std::shared_ptr<const Description> description,
+                        const GENICAM_NAMESPACE::gcstring& deviceName, CLock* lock = nullptr);
+
+template <typename Operation>
+void Node::modify(const char* name, Operation operation)
+{
+    Notification notification;
+    {
+        const Entry entry(*this, name);
+        const ChangeSet& changed = [&]() -> const ChangeSet& {
+            try {
+                return operation();
+            } catch (...) {
+                map_.forgetKept();
+                throw;
+            }
+        }();
+        map_.invalidate(changed);
+        notification.add(map_, changed);
+        notification.fire(cbPostInsideLock);
+    }
+    notification.fire(cbPostOutsideLock);
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

@@ -1,0 +1,162 @@
+#include "genapi/nodes/numbersource.h"
+
+#include <algorithm>
+
+#include "genapi/nodes/rounding.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+template <>
+struct NumberOf<std::int64_t> {
+    static std::int64_t read(Node& node, ReadOptions options) { return node.getInt(options); }
+    static void write(Node& node, std::int64_t value, bool verify) { node.setInt(value, verify); }
+    static std::int64_t min(Node& node) { return node.minInt(); }
+    static std::int64_t max(Node& node) { return node.maxInt(); }
+    static std::int64_t inc(Node& node) { return node.incInt(); }
+    static constexpr std::int64_t kLowest = kInt64Min, kHighest = kInt64Max;
+    static Slice<IndexedCase<std::int64_t>> cases(const NodeTables& tables, Range range)
+    {
+        return NodeTables::slice(tables.integerCases, range);
+    }
+};
+
+template <>
+struct NumberOf<double> {
+    static double read(Node& node, ReadOptions options) { return node.getFloat(options); }
+    static void write(Node& node, double value, bool verify) { node.setFloat(value, verify); }
+    static double min(Node& node) { return node.minFloat(); }
+    static double max(Node& node) { return node.maxFloat(); }
+    static double inc(Node& node) { return node.incFloat(); }
+    static constexpr double kLowest = -kDoubleMax, kHighest = kDoubleMax;
+    static Slice<IndexedCase<double>> cases(const NodeTables& tables, Range range)
+    {
+        return NodeTables::slice(tables.floatCases, range);
+    }
+};
+
+template <typename T>
+Node* NumberSource<T>::valueNode() const
+{
+    return data_.value.isNode() ? &owner_.node(data_.value.node) : nullptr;
+}
+
+template <typename T>
+typename NumberSource<T>::Picked NumberSource<T>::pick()
+{
+    if (data_.index == kNoNode)
+        return {&data_.value, 0};
+    const std::int64_t index = owner_.node(data_.index).getInt({});
+    const auto cases = NumberOf<T>::cases(owner_.description().tables(), data_.cases);
+    const auto* found =
+        std::lower_bound(cases.begin(), cases.end(), index,
+                         [](const IndexedCase<T>& c, std::int64_t i) { return c.index < i; });
+    if (found != cases.end() && found->index == index)
+        return {&found->value, static_cast<std::size_t>(found - cases.begin()) + 1};
+    return {&data_.otherwise, 0};
+}
+
+template <typename T>
+Node* NumberSource<T>::pickedNode()
+{
+    const Picked picked = pick();
+    return picked.setting->isNode() ? &owner_.node(picked.setting->node) : nullptr;
+}
+
+template <typename T>
+T& NumberSource<T>::constant(const Picked& picked)
+{
+    if (!constants_) {
+        const auto cases = NumberOf<T>::cases(owner_.description().tables(), data_.cases);
+        constants_ = std::make_unique<std::vector<T>>();
+        constants_->push_back(data_.index == kNoNode ? data_.value.constant
+                                                     : data_.otherwise.constant);
+        for (const IndexedCase<T>& one : cases)
+            constants_->push_back(one.value.constant);
+    }
+    return (*constants_)[picked.slot];
+}
+
+template <typename T>
+T NumberSource<T>::read(ReadOptions options)
+{
+    const Picked picked = pick();
+    if (picked.setting->isNode())
+        return NumberOf<T>::read(owner_.node(picked.setting->node), options);
+    return constants_ ? constant(picked) : picked.setting->constant;
+}
+
+template <typename T>
+void NumberSource<T>::write(T value, bool verify)
+{
+    const Picked picked = pick();
+    if (picked.setting->isNode())
+        NumberOf<T>::write(owner_.node(picked.setting->node), value, verify);
+    else
+        constant(picked) = value;
+    for (const NodeId copy : NodeTables::slice(owner_.description().tables().nodes, data_.copies))
+        NumberOf<T>::write(owner_.node(copy), value, verify);
+}
+
+template <typename T>
+T NumberSource<T>::limit(const Setting<T>& setting)
+{
+    return setting.isNode() ? NumberOf<T>::read(owner_.node(setting.node), {}) : setting.constant;
+}
+
+template <typename T>
+T NumberSource<T>::min()
+{
+    if (data_.min.given())
+        return limit(data_.min);
+    Node* node = pickedNode();
+    return node ? NumberOf<T>::min(*node) : NumberOf<T>::kLowest;
+}
+
+template <typename T>
+T NumberSource<T>::max()
+{
+    if (data_.max.given())
+        return limit(data_.max);
+    Node* node = pickedNode();
+    return node ? NumberOf<T>::max(*node) : NumberOf<T>::kHighest;
+}
+
+template <typename T>
+bool NumberSource<T>::hasInc()
+{
+    if (data_.inc.given())
+        return true;
+    Node* node = pickedNode();
+    return node && node->hasInc();
+}
+
+template <typename T>
+T NumberSource<T>::inc()
+{
+    if (data_.inc.given())
+        return limit(data_.inc);
+    Node* node = pickedNode();
+    return node ? NumberOf<T>::inc(*node) : T{1};
+}
+
+template <typename T>
+EAccessMode NumberSource<T>::accessMode(bool relaxed)
+{
+    EAccessMode mode = RW;
+    if (data_.index != kNoNode && !IsReadable(owner_.node(data_.index).accessMode()))
+        return NA;
+    if (Node* node = pickedNode())
+        mode = relaxed ? node->relaxedAccessMode() : node->accessMode();
+    for (const Setting<T>* setting : {&data_.min, &data_.max})
+        if (!relaxed && setting->isNode() &&
+            !IsAvailable(owner_.node(setting->node).accessMode()))
+            mode = Combine(mode, NA);
+    return mode;
+}
+
+template class NumberSource<std::int64_t>;
+template class NumberSource<double>;
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

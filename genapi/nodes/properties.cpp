@@ -1,0 +1,127 @@
+#include "genapi/nodes/properties.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <vector>
+
+#include "genapi/description/links.h"
+#include "genapi/description/numbers.h"
+#include "genapi/nodes/nodemap.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+using GENICAM_NAMESPACE::gcstring;
+
+namespace {
+
+const char* kindName(NodeKind kind)
+{
+    static constexpr std::array<const char*, 25> kNames = {
+        "Node",       "Category",   "Integer",      "IntReg",      "MaskedIntReg",
+        "StructEntry", "Boolean",   "Command",      "Float",       "FloatReg",
+        "Enumeration", "EnumEntry", "String",       "StringReg",   "Register",
+        "SwissKnife", "IntSwissKnife", "Converter", "IntConverter", "Port",
+        "ConfRom",    "TextDesc",   "IntKey",       "AdvFeatureLock", "SmartFeature"};
+    return kNames[static_cast<std::size_t>(kind)];
+}
+
+std::string joined(const Description& description, const std::vector<NodeId>& ids)
+{
+    std::string text;
+    for (const NodeId id : ids) {
+        if (!text.empty())
+            text += '\t';
+        text += description.name(id);
+    }
+    return text;
+}
+
+// Properties that every node has, whether its description says so or not.
+struct General {
+    const char* name;
+    std::string (*value)(const Node& node);
+};
+
+constexpr const char* yesNo(bool yes)
+{
+    return yes ? "Yes" : "No";
+}
+
+const General kGeneral[] = {
+    {"Name", [](const Node& n) { return std::string(n.name()); }},
+    {"NameSpace",
+     [](const Node& n) {
+         return std::string(n.record().nameSpace == Standard ? "Standard" : "Custom");
+     }},
+    {"NodeType", [](const Node& n) { return std::string(kindName(n.record().kind)); }},
+    {"DeviceName", [](const Node& n) { return std::string(n.GetDeviceName().c_str()); }},
+    {"IsFeature", [](const Node& n) { return std::string(yesNo(n.record().feature)); }},
+    {"ExposeStatic", [](const Node& n) { return std::string(yesNo(n.record().exposeStatic)); }},
+};
+
+// Links that are computed; a node has them only when there is something to tell.
+struct Computed {
+    const char* name;
+    ELinkType link;
+};
+constexpr Computed kComputed[] = {{"pDependent", ctDependingNodes}, {"pTerminal", ctTerminalNodes}};
+
+}  // namespace
+
+void propertyNames(const Node& node, GENICAM_NAMESPACE::gcstring_vector& names)
+{
+    for (const General& general : kGeneral)
+        names.push_back(general.name);
+    std::vector<Element> seen;
+    for (const Property& property : node.description().properties(node.id()))
+        if (std::find(seen.begin(), seen.end(), property.element) == seen.end()) {
+            seen.push_back(property.element);
+            names.push_back(nameOf(property.element));
+        }
+    for (const Computed& computed : kComputed)
+        if (!children(node.description(), node.id(), computed.link).empty())
+            names.push_back(computed.name);
+}
+
+bool propertyOf(const Node& node, std::string_view name, gcstring& value, gcstring& attribute)
+{
+    for (const General& general : kGeneral)
+        if (name == general.name) {
+            value = general.value(node).c_str();
+            attribute = "";
+            return true;
+        }
+    const Description& description = node.description();
+    for (const Computed& computed : kComputed)
+        if (name == computed.name) {
+            const std::string text =
+                joined(description, children(description, node.id(), computed.link));
+            value = text.c_str();
+            attribute = "";
+            return !text.empty();
+        }
+    std::string values, attributes;
+    bool found = false;
+    for (const Property& property : description.properties(node.id())) {
+        if (name != nameOf(property.element))
+            continue;
+        if (found) {
+            values += '\t';
+            attributes += '\t';
+        }
+        found = true;
+        values += isLink(property.element) ? description.name(property.node())
+                                           : description.text(property.text());
+        attributes += description.text(property.attribute);
+    }
+    if (!found)
+        return false;
+    value = gcstring(values.data(), values.size());
+    attribute = gcstring(attributes.data(), attributes.size());
+    return true;
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

@@ -1,0 +1,148 @@
+#include "genapi/nodes/registercore.h"
+
+#include "genapi/nodes/portnode.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+namespace {
+// No camera has a register of this size; a description that claims one must not exhaust memory.
+constexpr std::int64_t kMaxRegisterLength = std::int64_t{1} << 28;
+}  // namespace
+
+PortNode* RegisterCore::port()
+{
+    if (data_.port == kNoNode)
+        return nullptr;
+    Node& node = owner_.node(data_.port);
+    return node.record().kind == NodeKind::Port ? static_cast<PortNode*>(&node) : nullptr;
+}
+
+EAccessMode RegisterCore::accessMode()
+{
+    PortNode* device = port();
+    if (!device)
+        return NI;
+    EAccessMode mode =
+        Combine(static_cast<EAccessMode>(data_.accessMode), device->accessMode());
+    const auto parts = NodeTables::slice(owner_.description().tables().addressParts, data_.address);
+    for (const AddressPart& part : parts)
+        for (const Setting<std::int64_t>* setting : {&part.base, &part.step})
+            if (setting->isNode() && !IsReadable(owner_.node(setting->node).accessMode()))
+                mode = Combine(mode, NA);
+    return mode;
+}
+
+std::int64_t RegisterCore::step(const AddressPart& part)
+{
+    if (!part.isIndex)
+        return 1;
+    if (part.step.isNode())
+        return owner_.node(part.step.node).getInt({});
+    return part.step.given() ? part.step.constant : length_;
+}
+
+void RegisterCore::locate()
+{
+    std::uint8_t& flags = owner_.map().flagsOf(owner_.id());
+    if (flags & NodeMap::kAddressKnown)
+        return;
+    length_ = data_.length.isNode() ? owner_.node(data_.length.node).getInt({})
+                                    : data_.length.constant;
+    // Unsigned, because addresses may wrap.
+    std::uint64_t sum = static_cast<std::uint64_t>(data_.constantAddress);
+    bool constant = !data_.length.isNode() ||
+                    owner_.node(data_.length.node).record().caching != NoCache;
+    const auto parts = NodeTables::slice(owner_.description().tables().addressParts, data_.address);
+    for (const AddressPart& part : parts) {
+        const std::int64_t base =
+            part.base.isNode() ? owner_.node(part.base.node).getInt({}) : part.base.constant;
+        sum += static_cast<std::uint64_t>(base) * static_cast<std::uint64_t>(step(part));
+        for (const Setting<std::int64_t>* setting : {&part.base, &part.step})
+            if (setting->isNode() && owner_.node(setting->node).record().caching == NoCache)
+                constant = false;
+    }
+    address_ = static_cast<std::int64_t>(sum);
+    slot_ = owner_.map().registers().slotOf(data_.port, address_, length_);
+    if (constant)
+        flags |= NodeMap::kAddressKnown;
+}
+
+std::int64_t RegisterCore::address()
+{
+    locate();
+    return address_;
+}
+
+std::int64_t RegisterCore::length()
+{
+    locate();
+    return length_;
+}
+
+std::size_t RegisterCore::byteCount()
+{
+    const std::int64_t bytes = length();
+    if (bytes < 0 || bytes > kMaxRegisterLength)
+        throw NODE_ERROR(RuntimeException, owner_)("Register length is out of range");
+    return static_cast<std::size_t>(bytes);
+}
+
+const std::uint8_t* RegisterCore::knownContent()
+{
+    locate();
+    return owner_.map().registers().content(slot_);
+}
+
+void RegisterCore::read(std::uint8_t* bytes, std::size_t count, bool ignoreCache)
+{
+    locate();
+    RegisterCache& cache = owner_.map().registers();
+    const bool cachable = owner_.record().caching != NoCache;
+    if (!ignoreCache && cachable) {
+        if (const std::uint8_t* known = cache.content(slot_)) {
+            std::copy(known, known + count, bytes);
+            return;
+        }
+    }
+    const RegisterCache::Slot slot = slot_;
+    port()->readDevice(bytes, address_, static_cast<std::int64_t>(count));
+    if (ignoreCache || !cachable)
+        cache.drop(slot);
+    else if (static_cast<std::int64_t>(count) == length_)
+        cache.store(slot, bytes, count);
+}
+
+std::vector<std::uint8_t> RegisterCore::read(bool ignoreCache)
+{
+    std::vector<std::uint8_t> bytes(byteCount());
+    read(bytes.data(), bytes.size(), ignoreCache);
+    return bytes;
+}
+
+void RegisterCore::write(const std::uint8_t* bytes, std::size_t count)
+{
+    locate();
+    RegisterCache& cache = owner_.map().registers();
+    const RegisterCache::Slot slot = slot_;
+    try {
+        port()->writeDevice(bytes, address_, static_cast<std::int64_t>(count));
+    } catch (...) {
+        cache.drop(slot);  // what the device holds now is not known
+        throw;
+    }
+    if (owner_.record().caching == WriteThrough) {
+        cache.store(slot, bytes, count);
+        owner_.map().keep(owner_.id());
+    } else {
+        cache.drop(slot);
+    }
+}
+
+void RegisterCore::dropCaches()
+{
+    owner_.map().registers().drop(slot_);
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

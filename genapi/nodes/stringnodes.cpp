@@ -1,0 +1,139 @@
+#include "genapi/nodes/stringnodes.h"
+
+#include <cinttypes>
+#include <limits>
+
+#include "genapi/description/links.h"
+#include "genapi/nodes/nodemap.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+using GENICAM_NAMESPACE::gcstring;
+
+namespace {
+
+gcstring toText(const std::string& text)
+{
+    return gcstring(text.data(), text.size());
+}
+
+}  // namespace
+
+std::string StringBase::getText(ReadOptions options)
+{
+    requireReadable();
+    std::string value;
+    if (isValueCached() && !options.ignoreCache) {
+        value = *value_;
+    } else {
+        const Nesting nesting(*this);
+        value = readValue(options);
+        if (mayCache())
+            value_ = std::make_unique<std::string>(value);
+        valueWasRead(options.ignoreCache || !mayCache());
+    }
+    if (options.verify)
+        checkErrorNodes();
+    return value;
+}
+
+void StringBase::setText(const std::string& value, bool verify)
+{
+    requireWritable(verify);
+    const std::int64_t max = maxLength();
+    if (max >= 0 && value.size() > static_cast<std::uint64_t>(max))
+        throw NODE_ERROR(OutOfRangeException, *this)(
+            "String exceeds maximum length. Max length is %" PRId64, max);
+    {
+        const Nesting nesting(*this);
+        writeValue(value, verify);
+    }
+    if (mayCache()) {
+        value_ = std::make_unique<std::string>(value);
+        valueWasWritten();
+    }
+    if (verify)
+        checkErrorNodes();
+}
+
+gcstring StringBase::ToString(bool verify, bool ignoreCache)
+{
+    const Entry entry(*this, "ToString");
+    return toText(getText({verify, ignoreCache}));
+}
+
+void StringBase::FromString(const gcstring& text, bool verify)
+{
+    SetValue(text, verify);
+}
+
+bool StringBase::IsValueCacheValid() const
+{
+    const Entry entry(*this, "IsValueCacheValid");
+    return isValueCached();
+}
+
+void StringBase::SetValue(const gcstring& value, bool verify)
+{
+    modify("SetValue", [&]() -> const ChangeSet& {
+        setText(std::string(value.c_str(), value.length()), verify);
+        return changedByWriteTo(description(), id());
+    });
+}
+
+IString& StringBase::operator=(const gcstring& value)
+{
+    SetValue(value);
+    return *this;
+}
+
+gcstring StringBase::GetValue(bool verify, bool ignoreCache)
+{
+    const Entry entry(*this, "GetValue");
+    return toText(getText({verify, ignoreCache}));
+}
+
+int64_t StringBase::GetMaxLength(bool)
+{
+    const Entry entry(*this, "GetMaxLength");
+    return maxLength();
+}
+
+StringNode::StringNode(NodeMap& map, NodeId id)
+    : StringBase(map, id), data_(description().tables().strings[record().data])
+{
+}
+
+std::string StringNode::readValue(ReadOptions options)
+{
+    if (data_.value.isNode())
+        return node(data_.value.node).getText(options);
+    return constant_ ? *constant_ : std::string(description().text(data_.value.constant));
+}
+
+void StringNode::writeValue(const std::string& value, bool verify)
+{
+    if (data_.value.isNode())
+        node(data_.value.node).setText(value, verify);
+    else
+        constant_ = std::make_unique<std::string>(value);
+}
+
+std::int64_t StringNode::maxLength()
+{
+    if (data_.value.isNode())
+        return node(data_.value.node).maxTextLength();
+    return std::numeric_limits<std::int32_t>::max();
+}
+
+EAccessMode StringNode::sourceAccessMode(bool relaxed)
+{
+    if (!data_.value.isNode())
+        return RW;
+    Node& source = node(data_.value.node);
+    return relaxed ? source.relaxedAccessMode() : source.accessMode();
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE
