@@ -131,8 +131,6 @@ class GENAPI_DECL CFeatureBag : public IPersistScript {
         bool m_Finished;
     };
 
-    void Append(const GENICAM_NAMESPACE::gcstring& Name, const GENICAM_NAMESPACE::gcstring& Value);
-
     GENICAM_NAMESPACE::gcstring_vector m_Names;
     GENICAM_NAMESPACE::gcstring_vector m_Values;
     GENICAM_NAMESPACE::gcstring m_Info;
