@@ -71,9 +71,9 @@ extern template class Formula<std::int64_t>;
 extern template class Formula<double>;
 
 // Bounds, so that a hostile formula costs neither stack nor time without end.
-constexpr std::size_t kMaxFormulaStack = 64;        // operands waiting at once
+constexpr std::size_t kMaxFormulaStack = 1024;        // operands waiting at once
 constexpr std::size_t kMaxKeptExpressions = 64;     // expressions that a formula uses
-constexpr std::size_t kMaxFormulaNesting = 200;     // brackets, signs and nested arms
+constexpr std::size_t kMaxFormulaNesting = 400;     // brackets, signs and nested arms
 constexpr std::size_t kMaxFormulaOperations = 1 << 16;
 
 }  // namespace Engine
