@@ -1,5 +1,7 @@
 #include "genapi/description/builder.h"
 
+#include <cstring>
+
 #include <Base/GCException.h>
 
 #include "genapi/description/limits.h"
@@ -41,6 +43,14 @@ DescriptionBuilder::DescriptionBuilder()
 }
 
 DescriptionBuilder::~DescriptionBuilder() = default;
+
+// Whether the text stands at a place of the pool, with a NUL behind it.
+bool DescriptionBuilder::stands(std::string_view text, TextRef place) const
+{
+    const std::vector<char>& pool = description_->pool_;
+    return text.size() < pool.size() - place && pool[place + text.size()] == '\0' &&
+           std::memcmp(pool.data() + place, text.data(), text.size()) == 0;
+}
 
 std::size_t DescriptionBuilder::slotOf(std::string_view text) {
     if (2 * interned_->used >= interned_->slots.size()) interned_->grow();

@@ -35,6 +35,7 @@ class DescriptionBuilder {
   private:
     struct Interned;
 
+    bool stands(std::string_view text, TextRef place) const;
     std::size_t slotOf(std::string_view text);
     void indexNames();
 

@@ -108,7 +108,7 @@ struct FreeParser {
 
 class Reader {
   public:
-    Reader(DescriptionBuilder& builder, const ReadOptions& options)
+    Reader(DescriptionBuilder& builder, const LoadOptions& options)
         : builder_(builder),
           assembler_(builder),
           options_(options),
@@ -215,7 +215,7 @@ class Reader {
 
     DescriptionBuilder& builder_;
     NodeAssembler assembler_;
-    const ReadOptions& options_;
+    const LoadOptions& options_;
     std::unique_ptr<std::remove_pointer_t<XML_Parser>, FreeParser> parser_;
     std::exception_ptr failure_;
 
@@ -407,7 +407,7 @@ void Reader::closeLeaf() {
 }  // namespace
 
 void readDescription(std::string_view xml, DescriptionBuilder& builder,
-                     const ReadOptions& options) {
+                     const LoadOptions& options) {
     if (xml.size() > kMaxXmlSize) throw RUNTIME_EXCEPTION("The description is too large");
     Reader(builder, options).read(xml);
 }

@@ -8,14 +8,14 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-struct ReadOptions {
+struct LoadOptions {
     bool suppressStrings = false;  // leave out tool tips, descriptions and addresses of documents
     bool injected = false;         // the builder holds a description that this one is added to
 };
 
 // Throws RuntimeException for text that is no description; the builder is then of no more use.
 void readDescription(std::string_view xml, DescriptionBuilder& builder,
-                     const ReadOptions& options = {});
+                     const LoadOptions& options = {});
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

@@ -1,0 +1,75 @@
+#include "genapi/description/archive.h"
+
+#include <memory>
+#include <zip.h>
+
+#include <Base/GCException.h>
+
+#include "genapi/description/limits.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+namespace {
+
+struct CloseArchive {
+    void operator()(zip_t* archive) const { zip_discard(archive); }
+};
+struct CloseEntry {
+    void operator()(zip_file_t* entry) const { zip_fclose(entry); }
+};
+using Archive = std::unique_ptr<zip_t, CloseArchive>;
+using Entry = std::unique_ptr<zip_file_t, CloseEntry>;
+
+[[noreturn]] void throwInvalid() {
+    throw RUNTIME_EXCEPTION("Invalid ZIP string in ParseXmlBuffer");
+}
+
+// Null when the bytes are no archive.
+Archive tryOpen(std::string_view bytes) {
+    zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, nullptr);
+    if (!source) return nullptr;
+    Archive archive(zip_open_from_source(source, ZIP_RDONLY, nullptr));
+    if (!archive) zip_source_free(source);
+    return archive;
+}
+
+// The library looks for the end of the directory in the last 64 KB only, but a device may give all
+// of the memory that an archive lies in.
+std::string_view withoutTail(std::string_view bytes) {
+    constexpr std::size_t kEndRecordSize = 22;
+    const std::size_t end = bytes.rfind(std::string_view("PK\5\6", 4));
+    return end == std::string_view::npos ? bytes : bytes.substr(0, end + kEndRecordSize);
+}
+
+std::string readEntry(zip_file_t* entry, std::size_t size) {
+    std::string contents(size, '\0');
+    std::size_t done = 0;
+    while (done < size) {
+        const zip_int64_t count = zip_fread(entry, &contents[done], size - done);
+        if (count <= 0) throwInvalid();
+        done += static_cast<std::size_t>(count);
+    }
+    char more;  // the check sum is compared when the end is reached
+    if (zip_fread(entry, &more, 1) != 0) throwInvalid();
+    return contents;
+}
+
+}  // namespace
+
+std::string unzipFirstEntry(std::string_view bytes) {
+    if (bytes.size() > kMaxArchiveSize) throwInvalid();
+    Archive archive = tryOpen(bytes);
+    if (!archive) archive = tryOpen(withoutTail(bytes));
+    zip_stat_t stat;
+    if (!archive || zip_stat_index(archive.get(), 0, 0, &stat) != 0 ||
+        (stat.valid & ZIP_STAT_SIZE) == 0 || stat.size > kMaxXmlSize ||
+        stat.size / kMaxArchiveRatio > bytes.size())
+        throwInvalid();
+    const Entry entry(zip_fopen_index(archive.get(), 0, 0));
+    if (!entry) throwInvalid();
+    return readEntry(entry.get(), static_cast<std::size_t>(stat.size));
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE
