@@ -68,6 +68,9 @@ TEST(ChunksTest, RefusesWhatDoesNotFillTheBuffer) {
     }
     bad[18] = 0xFF;  // 4 GiB
     EXPECT_FALSE(IsLaidOut(bad));
+    bad = kTwoChunks;
+    bad.resize(bad.size() + 8);  // an empty chunk
+    EXPECT_FALSE(IsLaidOut(bad));
 }
 
 TEST(ChunksTest, RefusesNoise) {

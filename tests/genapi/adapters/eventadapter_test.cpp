@@ -31,7 +31,7 @@ std::string EventNode(const std::string& kind, const std::string& name, const st
            kind + ">";
 }
 
-// Note: "Note" stands before the ports in the description, to see that it comes after them.
+// "Note" stands before the ports in the description, to see that it comes after them.
 const std::string kNodes =
     EventNode("Integer", "Note", "9001", "<Value>1</Value>") + EventNode("Port", "First", "9001") +
     EventNode("Port", "Padded", "000000009001") + EventNode("Port", "Second", "9c0A") +
@@ -260,6 +260,9 @@ TEST_F(EventAdapterTest, CallbacksMayDetach) {
 TEST_F(EventAdapterTest, ThrowingCallbackDoesNotKeepTheAdapter) {
     const auto handle = Register(map._GetNode("First"), [](INode*) { throw std::string("no"); });
     EXPECT_THROW(CEventAdapterGEV{map._Ptr}, std::string);
+    EXPECT_EQ(Mode("First"), NI);
+    CEventAdapterGEV adapter;
+    EXPECT_THROW(adapter.AttachNodeMap(map._Ptr), std::string);
     EXPECT_EQ(Mode("First"), NI);
     Deregister(handle);
 }
