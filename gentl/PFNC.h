@@ -1,5 +1,5 @@
-// The pixel formats of PFNC, as GenICam_3_0::PFNC::PixelFormatStandardValue. The list itself is part
-// of what the node-map engine installs.
+// The pixel formats of PFNC, as GenICam_3_0::PFNC::PixelFormatStandardValue. The list itself is
+// part of what the node-map engine installs.
 #ifndef ZELCAM_GENTL_PFNC_H
 #define ZELCAM_GENTL_PFNC_H
 

@@ -11,6 +11,7 @@ namespace Engine {
 class BooleanNode final : public Node, public IBoolean {
 public:
     BooleanNode(NodeMap& map, NodeId id);
+    using IBoolean::operator=;
 
     EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
     INode* GetNode() override { return this; }

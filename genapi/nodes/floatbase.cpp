@@ -4,7 +4,6 @@
 
 #include "genapi/description/links.h"
 #include "genapi/nodes/nodemap.h"
-#include "genapi/nodes/rounding.h"
 #include "genapi/nodes/textform.h"
 
 namespace GENAPI_NAMESPACE {
@@ -15,11 +14,6 @@ using GENICAM_NAMESPACE::gcstring;
 namespace {
 constexpr int kDefaultPrecision = 6;
 }
-
-struct FloatBase::Limits {
-    double min = -kDoubleMax;
-    double max = kDoubleMax;
-};
 
 FloatBase::~FloatBase() = default;
 

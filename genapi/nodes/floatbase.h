@@ -7,6 +7,7 @@
 #include <GenApi/IFloat.h>
 
 #include "genapi/nodes/node.h"
+#include "genapi/nodes/rounding.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -61,7 +62,10 @@ protected:
     virtual bool mayCache() const { return true; }
 
 private:
-    struct Limits;
+    struct Limits {
+        double min = -kDoubleMax;
+        double max = kDoubleMax;
+    };
 
     Presentation shown() const;
     Limits& imposed();

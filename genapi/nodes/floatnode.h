@@ -14,6 +14,7 @@ public:
     {
     }
 
+    using FloatBase::operator=;
     const Presentation* presentation() const override { return &source_.data().presentation; }
     Node* presentationSource() override { return source_.valueNode(); }
     bool hasInc() override { return source_.hasInc(); }

@@ -27,6 +27,7 @@ template <typename Number>
 class SwissKnifeNode final : public Family<Number> {
 public:
     SwissKnifeNode(NodeMap& map, NodeId id);
+    using Family<Number>::operator=;
 
     const Presentation* presentation() const override { return &data_.presentation; }
 
@@ -46,6 +47,7 @@ template <typename Number>
 class ConverterNode final : public Family<Number> {
 public:
     ConverterNode(NodeMap& map, NodeId id);
+    using Family<Number>::operator=;
 
     const Presentation* presentation() const override { return &data_.presentation; }
     Node* presentationSource() override { return &this->node(data_.value); }

@@ -5,18 +5,12 @@
 
 #include "genapi/description/links.h"
 #include "genapi/nodes/nodemap.h"
-#include "genapi/nodes/rounding.h"
 #include "genapi/nodes/textform.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 using GENICAM_NAMESPACE::gcstring;
-
-struct IntegerBase::Limits {
-    std::int64_t min = kInt64Min;
-    std::int64_t max = kInt64Max;
-};
 
 IntegerBase::~IntegerBase() = default;
 

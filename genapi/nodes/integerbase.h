@@ -7,6 +7,7 @@
 #include <GenApi/IInteger.h>
 
 #include "genapi/nodes/node.h"
+#include "genapi/nodes/rounding.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -60,7 +61,10 @@ protected:
     virtual bool mayCache() const { return true; }
 
 private:
-    struct Limits;
+    struct Limits {
+        std::int64_t min = kInt64Min;
+        std::int64_t max = kInt64Max;
+    };
 
     Limits& imposed();
     void checkRange(std::int64_t value);

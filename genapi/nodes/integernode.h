@@ -10,6 +10,7 @@ namespace Engine {
 class IntegerNode final : public IntegerBase {
 public:
     IntegerNode(NodeMap& map, NodeId id);
+    using IntegerBase::operator=;
 
     const Presentation* presentation() const override { return &source_.data().presentation; }
     Node* presentationSource() override { return source_.valueNode(); }

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include <GenApi/IEnumEntry.h>
+#include <GenApi/IEnumeration.h>
+
 #include "genapi/description/links.h"
 #include "genapi/nodes/nodemap.h"
 #include "genapi/nodes/properties.h"

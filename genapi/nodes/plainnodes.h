@@ -44,6 +44,7 @@ private:
 class LegacyInteger final : public IntegerBase {
 public:
     using IntegerBase::IntegerBase;
+    using IntegerBase::operator=;
 
 protected:
     std::int64_t readValue(ReadOptions) override { return 0; }
@@ -57,6 +58,7 @@ protected:
 class LegacyString final : public StringBase {
 public:
     using StringBase::StringBase;
+    using StringBase::operator=;
 
 protected:
     std::string readValue(ReadOptions) override { return {}; }

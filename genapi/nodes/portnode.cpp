@@ -1,5 +1,7 @@
 #include "genapi/nodes/portnode.h"
 
+#include <GenApi/IValue.h>
+
 #include "genapi/description/links.h"
 
 namespace GENAPI_NAMESPACE {

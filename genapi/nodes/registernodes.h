@@ -14,6 +14,7 @@ namespace Engine {
 class IntRegNode final : public WithRegister<IntegerBase> {
 public:
     using WithRegister::WithRegister;
+    using WithRegister::operator=;
 
 protected:
     std::int64_t readValue(ReadOptions options) override;
@@ -28,6 +29,7 @@ private:
 class FloatRegNode final : public WithRegister<FloatBase> {
 public:
     using WithRegister::WithRegister;
+    using WithRegister::operator=;
 
 protected:
     double readValue(ReadOptions options) override;
@@ -39,6 +41,7 @@ protected:
 class StringRegNode final : public WithRegister<StringBase> {
 public:
     using WithRegister::WithRegister;
+    using WithRegister::operator=;
 
 protected:
     std::string readValue(ReadOptions options) override;

@@ -46,6 +46,7 @@ private:
 class StringNode final : public StringBase {
 public:
     StringNode(NodeMap& map, NodeId id);
+    using StringBase::operator=;
 
 protected:
     std::string readValue(ReadOptions options) override;

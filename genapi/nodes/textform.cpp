@@ -154,8 +154,8 @@ bool parseFloat(std::string_view text, double& value)
         text.remove_prefix(1);
     const std::size_t first = !text.empty() && text[0] == '-' ? 1 : 0;
     // "inf" and "nan" are no numbers here.
-    if (first >= text.size() || (digitOf(text[first]) > 9 || digitOf(text[first]) < 0) &&
-                                    text[first] != '.')
+    if (first >= text.size() || ((digitOf(text[first]) > 9 || digitOf(text[first]) < 0) &&
+                                     text[first] != '.'))
         return false;
     const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     return error == std::errc();

@@ -12,6 +12,7 @@ namespace Engine {
 template <typename Base>
 class WithRegister : public Base, public IRegister {
 public:
+    using Base::operator=;
     WithRegister(NodeMap& map, NodeId id)
         : Base(map, id),
           register_(*this, map.description().tables().registers[this->record().data])

@@ -106,13 +106,11 @@ template <>
 constexpr Name<EGenApiSchemaVersion> kNames<EGenApiSchemaVersion>[] = {
     ENUMERATOR(v1_0), ENUMERATOR(v1_1), ENUMERATOR(_Undefined)};
 
-}  // namespace
-
 template <class E>
-bool EnumText<E>::FromString(const GENICAM_NAMESPACE::gcstring& ValueStr, E* pValue) {
+bool fromString(const GENICAM_NAMESPACE::gcstring& text, E* value) {
     for (const Name<E>& name : kNames<E>) {
-        if (std::strcmp(ValueStr.c_str(), name.text) == 0) {
-            *pValue = name.value;
+        if (std::strcmp(text.c_str(), name.text) == 0) {
+            *value = name.value;
             return true;
         }
     }
@@ -120,29 +118,39 @@ bool EnumText<E>::FromString(const GENICAM_NAMESPACE::gcstring& ValueStr, E* pVa
 }
 
 template <class E>
-GENICAM_NAMESPACE::gcstring EnumText<E>::ToString(E Value) {
+GENICAM_NAMESPACE::gcstring toString(E value) {
     for (const Name<E>& name : kNames<E>) {
-        if (name.value == Value) return name.text;
+        if (name.value == value) return name.text;
     }
     return "";
 }
 
-template class EnumText<ESign>;
-template class EnumText<EAccessMode>;
-template class EnumText<EVisibility>;
-template class EnumText<ECachingMode>;
-template class EnumText<ERepresentation>;
-template class EnumText<EEndianess>;
-template class EnumText<ENameSpace>;
-template class EnumText<EStandardNameSpace>;
-template class EnumText<EYesNo>;
-template class EnumText<ESlope>;
-template class EnumText<EXMLValidation>;
-template class EnumText<EDisplayNotation>;
-template class EnumText<EInterfaceType>;
-template class EnumText<ELinkType>;
-template class EnumText<EIncMode>;
-template class EnumText<EInputDirection>;
-template class EnumText<EGenApiSchemaVersion>;
+}  // namespace
+
+#define ENUM_CLASS(E)                                                                   \
+    bool E##Class::FromString(const GENICAM_NAMESPACE::gcstring& ValueStr, E* pValue) { \
+        return fromString(ValueStr, pValue);                                            \
+    }                                                                                   \
+    GENICAM_NAMESPACE::gcstring E##Class::ToString(E Value) {                           \
+        return toString(Value);                                                         \
+    }
+
+ENUM_CLASS(ESign)
+ENUM_CLASS(EAccessMode)
+ENUM_CLASS(EVisibility)
+ENUM_CLASS(ECachingMode)
+ENUM_CLASS(ERepresentation)
+ENUM_CLASS(EEndianess)
+ENUM_CLASS(ENameSpace)
+ENUM_CLASS(EStandardNameSpace)
+ENUM_CLASS(EYesNo)
+ENUM_CLASS(ESlope)
+ENUM_CLASS(EXMLValidation)
+ENUM_CLASS(EDisplayNotation)
+ENUM_CLASS(EInterfaceType)
+ENUM_CLASS(ELinkType)
+ENUM_CLASS(EIncMode)
+ENUM_CLASS(EInputDirection)
+ENUM_CLASS(EGenApiSchemaVersion)
 
 }  // namespace GENAPI_NAMESPACE

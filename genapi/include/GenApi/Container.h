@@ -14,6 +14,97 @@ namespace GENAPI_NAMESPACE {
 struct INode;
 struct IValue;
 
+// Random-access iterators of CPointerVector; they end with the next change of the list's size.
+template <class T>
+class CPointerVectorConstIterator {
+  public:
+    typedef std::random_access_iterator_tag iterator_category;
+    typedef CPointerVectorConstIterator const_iterator;
+    typedef T value_type;
+    typedef intptr_t difference_type;
+    typedef const T* pointer;
+    typedef const T& reference;
+
+    CPointerVectorConstIterator(T* pT = nullptr) : _pT(pT) {}
+    const T& operator*() const { return *_pT; }
+    const T* operator->() const { return _pT; }
+    const T& operator[](intptr_t n) const { return _pT[n]; }
+    const_iterator& operator++() {
+        ++_pT;
+        return *this;
+    }
+    const_iterator operator++(int) { return const_iterator(_pT++); }
+    const_iterator& operator--() {
+        --_pT;
+        return *this;
+    }
+    const_iterator operator--(int) { return const_iterator(_pT--); }
+    const_iterator& operator+=(intptr_t n) {
+        _pT += n;
+        return *this;
+    }
+    const_iterator operator+=(intptr_t n) const { return const_iterator(_pT + n); }
+    const_iterator operator+(intptr_t n) const { return const_iterator(_pT + n); }
+    const_iterator& operator-=(intptr_t n) {
+        _pT -= n;
+        return *this;
+    }
+    const_iterator operator-=(intptr_t n) const { return const_iterator(_pT - n); }
+    const_iterator operator-(intptr_t n) const { return const_iterator(_pT - n); }
+    intptr_t operator-(const const_iterator& iter) const { return _pT - iter._pT; }
+    bool operator==(const const_iterator& iter) const { return _pT == iter._pT; }
+    bool operator!=(const const_iterator& iter) const { return _pT != iter._pT; }
+    bool operator<(const const_iterator& iter) const { return _pT < iter._pT; }
+    bool operator>(const const_iterator& iter) const { return _pT > iter._pT; }
+    bool operator<=(const const_iterator& iter) const { return _pT <= iter._pT; }
+    bool operator>=(const const_iterator& iter) const { return _pT >= iter._pT; }
+    friend const_iterator operator+(intptr_t n, const const_iterator& iter) { return iter + n; }
+
+  protected:
+    T* _pT;
+};
+
+template <class T>
+class CPointerVectorIterator : public CPointerVectorConstIterator<T> {
+  public:
+    typedef CPointerVectorConstIterator<T> const_iterator;
+    typedef CPointerVectorIterator iterator;
+    typedef T* pointer;
+    typedef T& reference;
+
+    CPointerVectorIterator(T* pT = nullptr) : const_iterator(pT) {}
+    T& operator*() const { return *_pT; }
+    T* operator->() const { return _pT; }
+    T& operator[](intptr_t n) const { return _pT[n]; }
+    iterator& operator++() {
+        ++_pT;
+        return *this;
+    }
+    iterator operator++(int) { return iterator(_pT++); }
+    iterator& operator--() {
+        --_pT;
+        return *this;
+    }
+    iterator operator--(int) { return iterator(_pT--); }
+    iterator& operator+=(intptr_t n) {
+        _pT += n;
+        return *this;
+    }
+    iterator operator+=(intptr_t n) const { return iterator(_pT + n); }
+    iterator operator+(intptr_t n) const { return iterator(_pT + n); }
+    iterator& operator-=(intptr_t n) {
+        _pT -= n;
+        return *this;
+    }
+    iterator operator-=(intptr_t n) const { return iterator(_pT - n); }
+    iterator operator-(intptr_t n) const { return iterator(_pT - n); }
+    intptr_t operator-(const const_iterator& iter) const { return const_iterator::operator-(iter); }
+    friend iterator operator+(intptr_t n, const iterator& iter) { return iter + n; }
+
+  private:
+    using const_iterator::_pT;
+};
+
 // A vector of pointers with the contract of std::vector; its storage does not show in the layout.
 // at throws OutOfRangeException; the other operations do not check. Reentrant.
 template <class T>
@@ -21,92 +112,8 @@ class GENAPI_DECL CPointerVector {
   public:
     typedef T value_type;
 
-    class const_iterator {
-      public:
-        typedef std::random_access_iterator_tag iterator_category;
-        typedef T value_type;
-        typedef intptr_t difference_type;
-        typedef const T* pointer;
-        typedef const T& reference;
-
-        const_iterator(T* pT = nullptr) : _pT(pT) {}
-        const T& operator*() const { return *_pT; }
-        const T* operator->() const { return _pT; }
-        const T& operator[](intptr_t n) const { return _pT[n]; }
-        const_iterator& operator++() {
-            ++_pT;
-            return *this;
-        }
-        const_iterator operator++(int) { return const_iterator(_pT++); }
-        const_iterator& operator--() {
-            --_pT;
-            return *this;
-        }
-        const_iterator operator--(int) { return const_iterator(_pT--); }
-        const_iterator& operator+=(intptr_t n) {
-            _pT += n;
-            return *this;
-        }
-        const_iterator operator+=(intptr_t n) const { return const_iterator(_pT + n); }
-        const_iterator operator+(intptr_t n) const { return const_iterator(_pT + n); }
-        const_iterator& operator-=(intptr_t n) {
-            _pT -= n;
-            return *this;
-        }
-        const_iterator operator-=(intptr_t n) const { return const_iterator(_pT - n); }
-        const_iterator operator-(intptr_t n) const { return const_iterator(_pT - n); }
-        intptr_t operator-(const const_iterator& iter) const { return _pT - iter._pT; }
-        bool operator==(const const_iterator& iter) const { return _pT == iter._pT; }
-        bool operator!=(const const_iterator& iter) const { return _pT != iter._pT; }
-        bool operator<(const const_iterator& iter) const { return _pT < iter._pT; }
-        bool operator>(const const_iterator& iter) const { return _pT > iter._pT; }
-        bool operator<=(const const_iterator& iter) const { return _pT <= iter._pT; }
-        bool operator>=(const const_iterator& iter) const { return _pT >= iter._pT; }
-        friend const_iterator operator+(intptr_t n, const const_iterator& iter) { return iter + n; }
-
-      protected:
-        T* _pT;
-    };
-
-    class iterator : public const_iterator {
-      public:
-        typedef T* pointer;
-        typedef T& reference;
-
-        iterator(T* pT = nullptr) : const_iterator(pT) {}
-        T& operator*() const { return *_pT; }
-        T* operator->() const { return _pT; }
-        T& operator[](intptr_t n) const { return _pT[n]; }
-        iterator& operator++() {
-            ++_pT;
-            return *this;
-        }
-        iterator operator++(int) { return iterator(_pT++); }
-        iterator& operator--() {
-            --_pT;
-            return *this;
-        }
-        iterator operator--(int) { return iterator(_pT--); }
-        iterator& operator+=(intptr_t n) {
-            _pT += n;
-            return *this;
-        }
-        iterator operator+=(intptr_t n) const { return iterator(_pT + n); }
-        iterator operator+(intptr_t n) const { return iterator(_pT + n); }
-        iterator& operator-=(intptr_t n) {
-            _pT -= n;
-            return *this;
-        }
-        iterator operator-=(intptr_t n) const { return iterator(_pT - n); }
-        iterator operator-(intptr_t n) const { return iterator(_pT - n); }
-        intptr_t operator-(const const_iterator& iter) const {
-            return const_iterator::operator-(iter);
-        }
-        friend iterator operator+(intptr_t n, const iterator& iter) { return iter + n; }
-
-      private:
-        using const_iterator::_pT;
-    };
+    typedef CPointerVectorConstIterator<T> const_iterator;
+    typedef CPointerVectorIterator<T> iterator;
 
     CPointerVector();
     explicit CPointerVector(size_t uiSize);
@@ -150,8 +157,9 @@ class GENAPI_DECL CPointerVector {
     std::vector<T>* _pv;
 };
 
-extern template class CPointerVector<INode*>;
-extern template class CPointerVector<IValue*>;
+// Exported whatever the visibility of what INode and IValue were first declared with.
+extern template class GENAPI_DECL CPointerVector<INode*>;
+extern template class GENAPI_DECL CPointerVector<IValue*>;
 
 class GENAPI_DECL node_vector : public CPointerVector<INode*> {
   public:

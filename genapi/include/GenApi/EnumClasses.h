@@ -8,33 +8,35 @@
 
 namespace GENAPI_NAMESPACE {
 
-// The texts are the names of the enumerators. Thread-safe.
-template <class E>
-class GENAPI_DECL EnumText {
-  public:
-    // False, and nothing set, for text that names no enumerator.
-    static bool FromString(const GENICAM_NAMESPACE::gcstring& ValueStr, E* pValue);
-    // Empty for a number that is no enumerator.
-    static GENICAM_NAMESPACE::gcstring ToString(E Value);
-};
+// For every enumeration E a class EClass. The texts are the names of the enumerators.
+//  - FromString: false, and nothing set, for text that names no enumerator.
+//  - ToString: empty for a number that is no enumerator.
+// Thread-safe.
+#define GENAPI_ENUM_CLASS(E)                                                            \
+    class GENAPI_DECL E##Class {                                                        \
+      public:                                                                           \
+        static bool FromString(const GENICAM_NAMESPACE::gcstring& ValueStr, E* pValue); \
+        static GENICAM_NAMESPACE::gcstring ToString(E Value);                           \
+    };
 
-typedef EnumText<ESign> ESignClass;
-typedef EnumText<EAccessMode> EAccessModeClass;
-typedef EnumText<EVisibility> EVisibilityClass;
-typedef EnumText<ECachingMode> ECachingModeClass;
-typedef EnumText<ERepresentation> ERepresentationClass;
-typedef EnumText<EEndianess> EEndianessClass;
-typedef EnumText<ENameSpace> ENameSpaceClass;
-typedef EnumText<EStandardNameSpace> EStandardNameSpaceClass;
-typedef EnumText<EYesNo> EYesNoClass;
-typedef EnumText<ESlope> ESlopeClass;
-typedef EnumText<EXMLValidation> EXMLValidationClass;
-typedef EnumText<EDisplayNotation> EDisplayNotationClass;
-typedef EnumText<EInterfaceType> EInterfaceTypeClass;
-typedef EnumText<ELinkType> ELinkTypeClass;
-typedef EnumText<EIncMode> EIncModeClass;
-typedef EnumText<EInputDirection> EInputDirectionClass;
-typedef EnumText<EGenApiSchemaVersion> EGenApiSchemaVersionClass;
+GENAPI_ENUM_CLASS(ESign)
+GENAPI_ENUM_CLASS(EAccessMode)
+GENAPI_ENUM_CLASS(EVisibility)
+GENAPI_ENUM_CLASS(ECachingMode)
+GENAPI_ENUM_CLASS(ERepresentation)
+GENAPI_ENUM_CLASS(EEndianess)
+GENAPI_ENUM_CLASS(ENameSpace)
+GENAPI_ENUM_CLASS(EStandardNameSpace)
+GENAPI_ENUM_CLASS(EYesNo)
+GENAPI_ENUM_CLASS(ESlope)
+GENAPI_ENUM_CLASS(EXMLValidation)
+GENAPI_ENUM_CLASS(EDisplayNotation)
+GENAPI_ENUM_CLASS(EInterfaceType)
+GENAPI_ENUM_CLASS(ELinkType)
+GENAPI_ENUM_CLASS(EIncMode)
+GENAPI_ENUM_CLASS(EInputDirection)
+GENAPI_ENUM_CLASS(EGenApiSchemaVersion)
+#undef GENAPI_ENUM_CLASS
 
 }  // namespace GENAPI_NAMESPACE
 

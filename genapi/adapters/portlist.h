@@ -1,0 +1,48 @@
+// What event and chunk adapters do with their ports.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include <GenApi/GenApiNamespace.h>
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+// The ports, given up by those who made them.
+template <typename Port>
+std::vector<Port*> releasePorts(std::vector<std::unique_ptr<Port>>& made) {
+    std::vector<Port*> ports;
+    ports.reserve(made.size());
+    for (auto& port : made) {
+        ports.push_back(port.release());
+    }
+    return ports;
+}
+
+// Disconnects and deletes the ports. Callbacks that look at the list find it empty.
+template <typename Port>
+void deletePorts(std::vector<Port*>& list) {
+    std::vector<Port*> ports;
+    ports.swap(list);
+    for (Port* port : ports) {
+        delete port;
+    }
+}
+
+// Connects the ports, by index, since callbacks may delete them. None stays after an exception.
+template <typename Port>
+void connectPorts(std::vector<Port*>& ports) {
+    try {
+        for (std::size_t i = 0; i < ports.size(); ++i) {
+            ports[i]->Connect();
+        }
+    } catch (...) {
+        deletePorts(ports);
+        throw;
+    }
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

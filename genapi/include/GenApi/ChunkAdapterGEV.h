@@ -1,0 +1,26 @@
+// Chunk data of GigE Vision cameras.
+#ifndef GENAPI_CHUNKADAPTERGEV_H
+#define GENAPI_CHUNKADAPTERGEV_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include <GenApi/ChunkAdapter.h>
+
+namespace GENAPI_NAMESPACE {
+
+// A buffer is a row of chunks, each with its data first and then, big endian, its id and the length
+// of the data, four bytes each.
+class GENAPI_DECL CChunkAdapterGEV : public CChunkAdapter {
+  public:
+    CChunkAdapterGEV(INodeMap* pNodeMap = NULL, int64_t MaxChunkCacheSize = -1);
+    virtual ~CChunkAdapterGEV();
+
+    bool CheckBufferLayout(uint8_t* pBuffer, int64_t BufferLength) override;
+    void AttachBuffer(uint8_t* pBuffer, int64_t BufferLength,
+                      AttachStatistics_t* pAttachStatistics = NULL) override;
+};
+
+}  // namespace GENAPI_NAMESPACE
+
+#endif  // GENAPI_CHUNKADAPTERGEV_H

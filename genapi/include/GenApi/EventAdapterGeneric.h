@@ -1,0 +1,30 @@
+// Events of which the transport layer tells the id.
+#ifndef GENAPI_EVENTADAPTERGENERIC_H
+#define GENAPI_EVENTADAPTERGENERIC_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include <Base/GCString.h>
+#include <GenApi/EventAdapter.h>
+
+namespace GENAPI_NAMESPACE {
+
+// The whole message is the event's data: address 0 of its port is msg[0].
+class GENAPI_DECL CEventAdapterGeneric : public CEventAdapter {
+  public:
+    CEventAdapterGeneric(INodeMap* pNodeMap = NULL);
+    virtual ~CEventAdapterGeneric();
+
+    // A message without id reaches no node.
+    void DeliverMessage(const uint8_t msg[], uint32_t numBytes) override;
+    // Hexadecimal digits without "0x". RuntimeException for an odd number of them; other text is
+    // no node's id.
+    virtual void DeliverMessage(const uint8_t msg[], uint32_t numBytes,
+                                const GENICAM_NAMESPACE::gcstring& EventID);
+    virtual void DeliverMessage(const uint8_t msg[], uint32_t numBytes, uint64_t EventID);
+};
+
+}  // namespace GENAPI_NAMESPACE
+
+#endif  // GENAPI_EVENTADAPTERGENERIC_H

@@ -1,0 +1,57 @@
+// Events of USB3 Vision cameras.
+#ifndef GENAPI_EVENTADAPTERU3V_H
+#define GENAPI_EVENTADAPTERU3V_H
+
+#include <cstddef>
+#include <cstdint>
+
+#include <GenApi/EventAdapter.h>
+
+namespace GENAPI_NAMESPACE {
+
+static const uint32_t U3V_EVENT_PREFIX = 0x45563355;
+static const uint16_t GENCP_EVENT_CMD_ID = 0x0C00;
+static const uint32_t GENCP_COMMAND_HEADER_SIZE = 12;
+static const uint32_t GENCP_EVENT_BASIC_SIZE = 24;
+
+// The messages as they are on the wire: all fields are little endian.
+#pragma pack(push, 1)
+
+typedef struct _U3V_COMMAND_HEADER {
+    uint32_t Prefix;
+    uint16_t Flags;
+    uint16_t CommandId;
+    uint16_t Length;  // of what follows the header
+    uint16_t ReqId;
+} U3V_COMMAND_HEADER;
+
+// Followed by the data of the event.
+typedef struct _U3V_EVENT_DATA {
+    uint16_t Reserved;
+    uint16_t EventId;
+    uint64_t Timestamp;
+} U3V_EVENT_DATA;
+
+typedef struct _U3V_EVENT_MESSAGE {
+    U3V_COMMAND_HEADER Header;
+    U3V_EVENT_DATA Event;
+} U3V_EVENT_MESSAGE;
+
+#pragma pack(pop)
+
+// Takes event commands with one event each. Address 0 of the event's port is the first byte after
+// the header.
+class GENAPI_DECL CEventAdapterU3V : public CEventAdapter {
+  public:
+    CEventAdapterU3V(INodeMap* pNodeMap = NULL);
+    virtual ~CEventAdapterU3V();
+
+    void DeliverMessage(const uint8_t msg[], uint32_t numBytes) override;
+
+    // Believes the Length in the header. Neither the prefix nor the command is looked at.
+    void DeliverEventMessage(const U3V_EVENT_MESSAGE* pEventMessage);
+};
+
+}  // namespace GENAPI_NAMESPACE
+
+#endif  // GENAPI_EVENTADAPTERU3V_H

@@ -1,0 +1,24 @@
+#include "genapi/ports/byterange.h"
+
+#include <Base/GCCompatibility.h>
+#include <Base/GCException.h>
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+void checkByteRange(const char* portName, std::int64_t address, std::int64_t length,
+                    std::int64_t begin, std::int64_t end) {
+    // In this order, no difference can overflow.
+    const bool starts = begin <= address && address <= end;
+    if (starts && 0 <= length && length <= end - address) return;
+    // Sums of what a caller asks for may overflow; unsigned ones wrap.
+    const std::uint64_t last =
+        static_cast<std::uint64_t>(address) + static_cast<std::uint64_t>(length);
+    throw RUNTIME_EXCEPTION("%s : Attempt to read address range [%" FMT_I64 "d,%" FMT_I64
+                            "d] which is outside the buffers address range [%" FMT_I64 "d,%" FMT_I64
+                            "d]",
+                            portName, address, static_cast<std::int64_t>(last), begin, end);
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE
