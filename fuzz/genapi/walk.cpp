@@ -4,7 +4,14 @@
 #include <vector>
 
 #include <Base/GCException.h>
-#include <GenApi/GenApi.h>
+#include <GenApi/ICategory.h>
+#include <GenApi/IEnumeration.h>
+#include <GenApi/IFloat.h>
+#include <GenApi/IInteger.h>
+#include <GenApi/INode.h>
+#include <GenApi/IPort.h>
+#include <GenApi/IRegister.h>
+#include <GenApi/IValue.h>
 
 using namespace GENAPI_NAMESPACE;
 using GENICAM_NAMESPACE::gcstring;
