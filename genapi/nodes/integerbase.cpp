@@ -17,7 +17,7 @@ IntegerBase::~IntegerBase() = default;
 std::int64_t IntegerBase::getInt(ReadOptions options)
 {
     requireReadable();
-    if (!isValueCached() || options.ignoreCache) {
+    if (!isValueCached() || options.ignoreCache || (options.verify && restsOnNodes())) {
         const Nesting nesting(*this);
         value_ = readValue(options);
         valueWasRead(options.ignoreCache || !mayCache());

@@ -33,7 +33,10 @@ EVisibility CategoryNode::GetVisibility() const
 
 gcstring CategoryNode::ToString(bool, bool)
 {
-    return GetName();
+    const Entry entry(*this, "ToString");
+    if (!IsReadable(accessMode()))
+        throw NODE_ERROR(AccessException, *this)("Node is not readable");
+    return GetDisplayName();
 }
 
 void CategoryNode::FromString(const gcstring&, bool)
