@@ -120,7 +120,8 @@ INSTANTIATE_TEST_SUITE_P(Shared, Floats, testing::ValuesIn([] {
 
 INSTANTIATE_TEST_SUITE_P(
     Own, Integers,
-    testing::Values(IntegerCase{"-7/2", -3}, IntegerCase{"2**-1", 0}, IntegerCase{"(-1)**-3", -1},
+    testing::Values(IntegerCase{"-7/2", -3}, IntegerCase{"(1<<40)>>33", 128},
+                    IntegerCase{"2**-1", 0}, IntegerCase{"(-1)**-3", -1},
                     IntegerCase{"(-1)**-2", 1}, IntegerCase{"3**40", -6289078614652622815},
                     IntegerCase{"9223372036854775807+1", kMin},
                     IntegerCase{"-9223372036854775807-2", kMax}, IntegerCase{"(1<<63)/-1", kMin},
