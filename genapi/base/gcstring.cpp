@@ -91,6 +91,7 @@ gcstring& gcstring::append(const gcstring& str) {
 }
 
 gcstring& gcstring::append(size_t count, char ch) {
+    if (count > max_size() - m_length) ThrowBadAlloc(__FILE__, __LINE__);
     grow(m_length + count);
     std::memset(m_psz + m_length, ch, count);
     setLength(m_length + count);

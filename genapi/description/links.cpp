@@ -196,19 +196,19 @@ template <typename Path>
 // The caching mode that a node has without those it reads.
 ECachingMode ownCaching(const Description& description, NodeId id)
 {
+    const std::string_view text = description.text(id, Element::Cachable);
+    if (text == "NoCache")
+        return NoCache;
     switch (description.record(id).kind) {
+    // What is written may read back differently.
     case NodeKind::SwissKnife:
     case NodeKind::Converter:
     case NodeKind::IntConverter:
     case NodeKind::FloatReg: return WriteAround;
     case NodeKind::Float:
         return description.find(id, Element::pValue) ? WriteThrough : WriteAround;
-    default: break;
+    default: return text == "WriteAround" ? WriteAround : WriteThrough;
     }
-    const std::string_view text = description.text(id, Element::Cachable);
-    if (text == "NoCache")
-        return NoCache;
-    return text == "WriteAround" ? WriteAround : WriteThrough;
 }
 
 void findCaching(const Description& description, std::vector<NodeRecord>& records)

@@ -175,12 +175,19 @@ EIncMode FloatBase::GetIncMode()
 double FloatBase::GetInc()
 {
     const Entry entry(*this, "GetInc");
-    requireAvailable();
+    if (hasInc())
+        requireAvailable();
     return incFloat();
 }
 
-double_autovector_t FloatBase::GetListOfValidValues(bool)
+double_autovector_t FloatBase::GetListOfValidValues(bool bounded)
 {
+    const Entry entry(*this, "GetListOfValidValues");
+    if (bounded) {
+        requireAvailable();
+        minFloat();
+        maxFloat();
+    }
     return double_autovector_t();
 }
 

@@ -1,0 +1,14 @@
+// The type of error codes of C-style operations. Failures of this library are exceptions.
+#ifndef GCBASE_GCERROR_H
+#define GCBASE_GCERROR_H
+
+#include <Base/GCTypes.h>
+
+namespace GENICAM_NAMESPACE {
+
+// 0 for success. In the namespace: transport layers have a type of the same name.
+typedef int32_t GC_ERROR;
+
+}  // namespace GENICAM_NAMESPACE
+
+#endif  // GCBASE_GCERROR_H

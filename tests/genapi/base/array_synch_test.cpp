@@ -1,0 +1,55 @@
+// Buffers, and locks that are shared by name.
+#include <thread>
+
+#include <Base/GCArray.h>
+#include <Base/GCSynch.h>
+#include <gmock/gmock.h>
+
+using namespace GENICAM_NAMESPACE;
+
+namespace {
+
+template <typename Lock>
+bool otherThreadGets(Lock& lock) {
+    bool got = false;
+    std::thread([&] {
+        got = lock.TryLock();
+        if (got) lock.Unlock();
+    }).join();
+    return got;
+}
+
+TEST(Array, OwnsItsElements) {
+    gcarray<int> array(2);
+    EXPECT_EQ(array[1], 0);
+    array[1] = 5;
+    gcarray<int> copy(array), assigned;
+    assigned = copy;
+    copy[1] = 6;
+    EXPECT_EQ(array.get()[1] * 100 + copy[1] * 10 + assigned[1], 565);
+    EXPECT_EQ(assigned.length(), 2u);
+}
+
+TEST(BaseLock, IsRecursive) {
+    CLock lock;
+    {
+        AutoLock outer(lock);
+        AutoLock inner(lock);
+        EXPECT_FALSE(otherThreadGets(lock));
+    }
+    EXPECT_TRUE(otherThreadGets(lock));
+}
+
+TEST(GlobalLock, IsOnePerName) {
+    CGlobalLock first("one"), again("one"), other("two");
+    ASSERT_TRUE(first.Lock(0));
+    EXPECT_FALSE(otherThreadGets(again));
+    EXPECT_TRUE(otherThreadGets(other));
+    bool waited = true;
+    std::thread([&] { waited = again.Lock(20); }).join();
+    EXPECT_FALSE(waited);
+    again.Unlock();
+    EXPECT_TRUE(otherThreadGets(first));
+}
+
+}  // namespace
