@@ -10,7 +10,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 // Beyond what a camera has, tables of its values included; text and selectors come from outside.
-constexpr size_t kMaxEntries = size_t(1) << 20;
+constexpr size_t kMaxEntries = size_t(1) << 19;
 
 // A view of the lists of a bag.
 class EntryList {

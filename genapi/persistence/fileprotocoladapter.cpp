@@ -123,7 +123,7 @@ int64_t FileProtocolAdapter::getBufSize(const char* pFileName, std::ios_base::op
 int64_t FileProtocolAdapter::getFileSize(const char* pFileName) {
     const Operation operation(m_pNodeMap);
     m_ptrFileSelector->FromString(pFileName);
-    return IsReadable(m_ptrFileSize) ? m_ptrFileSize->GetValue() : -1;
+    return IsReadable(m_ptrFileSize) ? m_ptrFileSize->GetValue(false, true) : -1;
 }
 
 void FileProtocolAdapter::Select(const char* pFileName, const char* pOperation) {
