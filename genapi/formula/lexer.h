@@ -18,20 +18,19 @@ struct Token {
 
 // Splits a formula; FormulaError at a character that belongs to no token.
 class Lexer {
-public:
+  public:
     // Numbers with fraction and exponent, or integers only.
     Lexer(std::string_view text, bool fractions) : rest_(text), fractions_(fractions) { next(); }
 
     const Token& token() const { return token_; }
-    bool is(std::string_view symbol) const
-    {
+    bool is(std::string_view symbol) const {
         return token_.kind == TokenKind::Symbol && token_.text == symbol;
     }
     void next();
     // Takes the symbol if it is the next token.
     bool take(std::string_view symbol);
 
-private:
+  private:
     std::size_t numberLength() const;
 
     std::string_view rest_;

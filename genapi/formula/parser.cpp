@@ -1,359 +1,286 @@
 #include "genapi/formula/parser.h"
 
-#include <algorithm>
-#include <array>
-#include <cctype>
 #include <charconv>
 #include <limits>
-#include <type_traits>
+#include <string>
+#include <utility>
+
+#include "genapi/formula/arithmetic.h"
+#include "genapi/formula/vocabulary.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 namespace {
 
-struct BinaryOperator {
-    std::string_view symbol;
-    FormulaOp op;
-};
-
-// Operators of one level are taken from left to right; a later level binds more.
-const std::vector<BinaryOperator> kLevels[] = {
-    {{"<", FormulaOp::Less},
-     {"<=", FormulaOp::LessEqual},
-     {">", FormulaOp::Greater},
-     {">=", FormulaOp::GreaterEqual},
-     {"=", FormulaOp::Equal},
-     {"<>", FormulaOp::NotEqual},
-     {"&&", FormulaOp::LogicalAnd},
-     {"||", FormulaOp::LogicalOr}},
-    {{"+", FormulaOp::Add}, {"-", FormulaOp::Subtract}},
-    {{"*", FormulaOp::Multiply}, {"/", FormulaOp::Divide}, {"%", FormulaOp::Modulo}},
-    {{"**", FormulaOp::Power},
-     {"<<", FormulaOp::ShiftLeft},
-     {">>", FormulaOp::ShiftRight},
-     {"&", FormulaOp::And},
-     {"^", FormulaOp::Xor},
-     {"|", FormulaOp::Or}},
-};
-constexpr std::size_t kSignLevel = 4;
-
-struct Function {
-    std::string_view name;
-    FormulaOp op;
-    bool forIntegers;
-};
-
-constexpr std::array<Function, 17> kFunctions = {{{"SGN", FormulaOp::Sgn, true},
-                                                  {"NEG", FormulaOp::Negate, true},
-                                                  {"ABS", FormulaOp::Abs, false},
-                                                  {"SQRT", FormulaOp::Sqrt, false},
-                                                  {"EXP", FormulaOp::Exp, false},
-                                                  {"LN", FormulaOp::Ln, false},
-                                                  {"LG", FormulaOp::Lg, false},
-                                                  {"SIN", FormulaOp::Sin, false},
-                                                  {"COS", FormulaOp::Cos, false},
-                                                  {"TAN", FormulaOp::Tan, false},
-                                                  {"ASIN", FormulaOp::Asin, false},
-                                                  {"ACOS", FormulaOp::Acos, false},
-                                                  {"ATAN", FormulaOp::Atan, false},
-                                                  {"TRUNC", FormulaOp::Trunc, false},
-                                                  {"FLOOR", FormulaOp::Floor, false},
-                                                  {"CEIL", FormulaOp::Ceil, false},
-                                                  {"ROUND", FormulaOp::Round, false}}};
-
-std::string upper(std::string_view name)
-{
-    std::string result(name);
-    for (char& c : result)
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return result;
-}
-
-[[noreturn]] void throwSyntax()
-{
+[[noreturn]] void throwSyntax() {
     throw FormulaError("#Syntax error!");
 }
 
-[[noreturn]] void throwUnknown(std::string_view name)
-{
+[[noreturn]] void throwInvalid() {
+    throw FormulaError("#Invalid formula");
+}
+
+[[noreturn]] void throwUnknown(std::string_view name) {
     throw FormulaError("# " + std::string(name) + " - Unknown function/variable!");
 }
 
-void checkBrackets(std::string_view text)
-{
+void checkBrackets(std::string_view text) {
     std::ptrdiff_t open = 0;
     for (const char c : text) {
         open += c == '(' ? 1 : c == ')' ? -1 : 0;
-        if (open < 0)
-            break;
+        if (open < 0) break;
     }
-    if (open != 0)
-        throw FormulaError("#Brackets do not match!");
+    if (open != 0) throw FormulaError("#Brackets do not match!");
 }
 
-int operandCount(FormulaOp op)
-{
-    if (op < FormulaOp::Keep)
-        return 0;
-    if (op < FormulaOp::Power)
-        return 1;
-    return op == FormulaOp::Select ? 3 : 2;
+// Too large numbers become the largest.
+void readNumber(std::string_view digits, bool hex, bool negative, std::int64_t& number) {
+    constexpr std::uint64_t kMax = std::numeric_limits<std::int64_t>::max();
+    std::uint64_t magnitude = 0;
+    const auto result =
+        std::from_chars(digits.data(), digits.data() + digits.size(), magnitude, hex ? 16 : 10);
+    if (result.ec != std::errc() || magnitude > kMax) magnitude = kMax + negative;
+    number = static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude);
+}
+
+void readNumber(std::string_view digits, bool hex, bool negative, double& number) {
+    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number,
+                                        hex ? std::chars_format::hex : std::chars_format::general);
+    if (result.ec != std::errc()) throwInvalid();
+    if (negative) number = -number;
 }
 
 }  // namespace
 
+// Held while the parser is inside something.
 template <typename Number>
-FormulaParser<Number>::FormulaParser(const FormulaSymbols& symbols)
-    : symbols_(symbols), lexer_({}, false), kept_(symbols.expressions.size(), kUnused),
-      usableExpressions_(symbols.expressions.size())
-{
-}
+class FormulaParser<Number>::Nesting {
+  public:
+    explicit Nesting(std::size_t& depth) : depth_(depth) {
+        if (++depth_ > kMaxFormulaNesting) throwInvalid();
+    }
+    ~Nesting() { --depth_; }
+    Nesting(const Nesting&) = delete;
+    Nesting& operator=(const Nesting&) = delete;
+
+  private:
+    std::size_t& depth_;
+};
 
 template <typename Number>
-std::vector<typename FormulaParser<Number>::Operation> FormulaParser<Number>::parse(
-    std::string_view text)
-{
+FormulaParser<Number>::FormulaParser(const FormulaSymbols& symbols)
+    : symbols_(symbols),
+      names_(symbols),
+      lexer_({}, kFractions),
+      expressions_(symbols.expressions.size()),
+      usableExpressions_(static_cast<std::uint32_t>(symbols.expressions.size())) {}
+
+template <typename Number>
+FormulaProgram<Number> FormulaParser<Number>::parse(std::string_view text) {
     whole(text);
+    program_.result = place(values_.back());
     return std::move(program_);
 }
 
 // A text that is one formula, from its beginning to its end.
 template <typename Number>
-void FormulaParser<Number>::whole(std::string_view text)
-{
+void FormulaParser<Number>::whole(std::string_view text) {
     checkBrackets(text);
-    const Lexer outer = lexer_;
-    lexer_ = Lexer(text, std::is_floating_point_v<Number>);
-    if (lexer_.token().kind == TokenKind::End)
-        throw FormulaError("#Invalid formula");
+    const Lexer outer = std::exchange(lexer_, Lexer(text, kFractions));
+    if (lexer_.token().kind == TokenKind::End) throwInvalid();
     selection();
-    if (lexer_.token().kind != TokenKind::End)
-        throwSyntax();
+    if (lexer_.token().kind != TokenKind::End) throwSyntax();
     lexer_ = outer;
 }
 
+// A chain "a ? b : c ? d : e" is a loop: its length must not be limited by the nesting.
 template <typename Number>
-void FormulaParser<Number>::nest()
-{
-    if (++nesting_ > kMaxFormulaNesting)
-        throw FormulaError("#Invalid formula");
-}
-
-template <typename Number>
-void FormulaParser<Number>::emit(FormulaOp op, std::uint32_t index, Number value)
-{
-    depth_ = depth_ + 1 - static_cast<std::size_t>(operandCount(op));
-    if (depth_ > kMaxFormulaStack || program_.size() >= kMaxFormulaOperations)
-        throw FormulaError("#Invalid formula");
-    program_.push_back({op, index, value});
-}
-
-template <typename Number>
-void FormulaParser<Number>::selection()
-{
-    nest();
+void FormulaParser<Number>::selection() {
+    std::size_t links = 0;
     binary(0);
-    if (lexer_.take("?")) {
+    while (lexer_.take("?")) {
         binary(0);
-        if (!lexer_.take(":"))
-            throwSyntax();
-        selection();
-        emit(FormulaOp::Select);
+        if (!lexer_.take(":")) throwSyntax();
+        binary(0);
+        ++links;
     }
-    --nesting_;
+    while (links-- > 0)
+        emit(FormulaOp::Select);
 }
 
 template <typename Number>
-void FormulaParser<Number>::binary(std::size_t level)
-{
-    if (level == kSignLevel)
-        return sign();
-    binary(level + 1);
-    for (;;) {
-        const BinaryOperator* found = nullptr;
-        for (const BinaryOperator& candidate : kLevels[level])
-            if (lexer_.is(candidate.symbol))
-                found = &candidate;
-        if (!found)
-            return;
+void FormulaParser<Number>::binary(unsigned level, bool afterSign) {
+    prefixed(afterSign);
+    while (const BinaryOperator* found = findOperator(lexer_.token().text)) {
+        if (found->level < level) return;
         lexer_.next();
-        binary(level + 1);
+        const bool isSign = found->op == FormulaOp::Add || found->op == FormulaOp::Subtract;
+        binary(found->level + 1, isSign);
         emit(found->op);
     }
 }
 
+// One sign must not follow another, be it between operands or in front of one.
 template <typename Number>
-void FormulaParser<Number>::sign()
-{
-    if (lexer_.take("-")) {
-        operand();
-        emit(FormulaOp::Negate);
-    } else if (lexer_.take("~")) {
-        operand();
-        emit(FormulaOp::Complement);
-    } else {
-        lexer_.take("+");
-        operand();
-    }
+void FormulaParser<Number>::prefixed(bool afterSign) {
+    const bool minus = lexer_.is("-");
+    const bool sign = minus || lexer_.is("+");
+    if (!sign && !lexer_.is("~")) return operand();
+    if (sign && afterSign) throwSyntax();
+    const Nesting nesting(nesting_);
+    lexer_.next();
+    prefixed(sign);
+    if (minus) emit(FormulaOp::Negate);
+    if (!sign) emit(FormulaOp::Complement);
 }
 
 template <typename Number>
-void FormulaParser<Number>::operand()
-{
+void FormulaParser<Number>::operand() {
     const Token token = lexer_.token();
+    if (token.kind == TokenKind::Name) return name();
     if (token.kind == TokenKind::Number) {
         lexer_.next();
-        number(token.text);
-    } else if (token.kind == TokenKind::Name) {
-        name();
-    } else if (lexer_.take("(")) {
-        selection();
-        if (!lexer_.take(")"))
-            throwSyntax();
-    } else {
-        throwSyntax();
+        return number(token.text);
     }
+    if (!lexer_.take("(")) throwSyntax();
+    const Nesting nesting(nesting_);
+    selection();
+    if (!lexer_.take(")")) throwSyntax();
 }
 
 template <typename Number>
-void FormulaParser<Number>::number(std::string_view text)
-{
-    const bool hex = isHexNumber(text, std::is_floating_point_v<Number>);
+void FormulaParser<Number>::number(std::string_view text, bool negative) {
+    const bool hex = isHexNumber(text, kFractions);
+    if (hex) text.remove_prefix(2);
     Number value{};
-    if (hex || std::is_integral_v<Number>) {
-        if (hex)
-            text.remove_prefix(2);
-        std::int64_t integer = 0;
-        const auto result =
-            std::from_chars(text.data(), text.data() + text.size(), integer, hex ? 16 : 10);
-        if (result.ec == std::errc::result_out_of_range)
-            integer = std::numeric_limits<std::int64_t>::max();
-        value = static_cast<Number>(integer);
-    } else {
-        double parsed = 0;
-        const auto result = std::from_chars(text.data(), text.data() + text.size(), parsed);
-        if (result.ec == std::errc::result_out_of_range)
-            throw FormulaError("#Invalid formula");
-        value = static_cast<Number>(parsed);
-    }
-    emit(FormulaOp::Constant, 0, value);
+    readNumber(text, hex, negative, value);
+    values_.push_back({FormulaArea::Constant, 0, value});
 }
 
 template <typename Number>
-void FormulaParser<Number>::name()
-{
-    const std::string_view found = lexer_.token().text;
+void FormulaParser<Number>::name() {
+    const std::string_view text = lexer_.token().text;
     lexer_.next();
-    if (variable(found) || constant(found) || expression(found))
-        return;
-    if (lexer_.is("("))
-        return call(found);
-    if (!mathConstant(found))
-        throwUnknown(found);
+    if (const FormulaSymbol* symbol = names_.find(text, usableExpressions_)) {
+        switch (symbol->kind) {
+            case SymbolKind::Variable:
+                return values_.push_back({FormulaArea::Variable, symbol->index, {}});
+            case SymbolKind::Constant:
+                return constant(symbols_.constants[symbol->index].second);
+            case SymbolKind::Expression:
+                return expression(symbol->index);
+        }
+    }
+    call(text);
+}
+
+// A number with its sign, and nothing else.
+template <typename Number>
+void FormulaParser<Number>::constant(std::string_view text) {
+    Lexer lexer(text, kFractions);
+    const bool negative = lexer.take("-");
+    if (!negative) lexer.take("+");
+    const Token token = lexer.token();
+    if (token.kind != TokenKind::Number) throwSyntax();
+    lexer.next();
+    if (lexer.token().kind != TokenKind::End) throwSyntax();
+    number(token.text, negative);
 }
 
 template <typename Number>
-bool FormulaParser<Number>::variable(std::string_view name)
-{
-    const auto& names = symbols_.variables;
-    const auto found = std::find(names.begin(), names.end(), name);
-    if (found == names.end())
-        return false;
-    emit(FormulaOp::Variable, static_cast<std::uint32_t>(found - names.begin()));
+void FormulaParser<Number>::expression(std::uint32_t index) {
+    if (!expressions_[index]) {
+        const Nesting nesting(nesting_);
+        const std::uint32_t usable = std::exchange(usableExpressions_, index);
+        whole(symbols_.expressions[index].second);
+        usableExpressions_ = usable;
+        expressions_[index] = keep(values_.back());
+        values_.pop_back();
+    }
+    values_.push_back(*expressions_[index]);
+}
+
+// A function, or a constant that may be written like one.
+template <typename Number>
+void FormulaParser<Number>::call(std::string_view name) {
+    const bool brackets = lexer_.take("(");
+    if constexpr (kFractions) {
+        if (const double* known = findMathConstant(name)) {
+            if (brackets && !lexer_.take(")")) throwSyntax();
+            return values_.push_back({FormulaArea::Constant, 0, *known});
+        }
+    }
+    const FormulaFunction* const function = findFunction(name, kFractions);
+    if (!brackets || !function) throwUnknown(name);
+    const Nesting nesting(nesting_);
+    selection();
+    const bool digits = function->op == FormulaOp::Round && lexer_.take(",");
+    if (digits) selection();
+    if (!lexer_.take(")")) throwSyntax();
+    emit(digits ? FormulaOp::RoundDigits : function->op);
+}
+
+template <typename Number>
+void FormulaParser<Number>::emit(FormulaOp op) {
+    const std::size_t count = operandCount(op);
+    const Value* const operands = values_.data() + values_.size() - count;
+    if (fold(op, operands, count)) return;
+    FormulaOperation operation{op, 0, {}};
+    for (std::size_t i = 0; i < 3; ++i) {
+        operation.operands[i] = i < count ? place(operands[i]) : operation.operands[0];
+        if (i < count && isWaiting(operands[i])) --waiting_;
+    }
+    if (waiting_ >= kMaxWaitingValues || program_.operations.size() >= kMaxFormulaOperations)
+        throwInvalid();
+    const std::uint32_t target = kMaxKeptValues + waiting_++;
+    operation.target = static_cast<std::uint16_t>(target);
+    program_.operations.push_back(operation);
+    values_.resize(values_.size() - count);
+    values_.push_back({FormulaArea::Register, target, {}});
+}
+
+// Computes now what depends on no variable. What has no result must say so when evaluated.
+template <typename Number>
+bool FormulaParser<Number>::fold(FormulaOp op, const Value* operands, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i)
+        if (operands[i].area != FormulaArea::Constant) return false;
+    Value result = operands[0];
+    if (op == FormulaOp::Select) {
+        result = operands[result.number != 0 ? 1 : 2];
+    } else {
+        try {
+            result.number = apply(op, operands[0].number, operands[count - 1].number);
+        } catch (const FormulaError&) {
+            return false;
+        }
+    }
+    values_.resize(values_.size() - count);
+    values_.push_back(result);
     return true;
 }
 
 template <typename Number>
-bool FormulaParser<Number>::constant(std::string_view name)
-{
-    for (const auto& [known, text] : symbols_.constants) {
-        if (known != name)
-            continue;
-        // A number with its sign, and nothing else.
-        Lexer digits(text, std::is_floating_point_v<Number>);
-        const bool negative = digits.take("-");
-        if (!negative)
-            digits.take("+");
-        if (digits.token().kind != TokenKind::Number)
-            throwSyntax();
-        number(digits.token().text);
-        digits.next();
-        if (digits.token().kind != TokenKind::End)
-            throwSyntax();
-        if (negative)
-            emit(FormulaOp::Negate);
-        return true;
-    }
-    return false;
+FormulaOperand FormulaParser<Number>::place(const Value& value) {
+    if (value.area != FormulaArea::Constant) return {value.area, value.index};
+    program_.constants.push_back(value.number);
+    return {FormulaArea::Constant, static_cast<std::uint32_t>(program_.constants.size() - 1)};
 }
 
 template <typename Number>
-bool FormulaParser<Number>::expression(std::string_view name)
-{
-    for (std::size_t i = 0; i < usableExpressions_; ++i) {
-        if (symbols_.expressions[i].first != name)
-            continue;
-        if (kept_[i] != kUnused) {
-            emit(FormulaOp::Kept, kept_[i]);
-            return true;
-        }
-        nest();
-        const std::size_t usable = std::exchange(usableExpressions_, i);
-        whole(symbols_.expressions[i].second);
-        usableExpressions_ = usable;
-        --nesting_;
-        if (keptCount_ >= kMaxKeptExpressions)
-            throw FormulaError("#Invalid formula");
-        kept_[i] = keptCount_++;
-        emit(FormulaOp::Keep, kept_[i]);
-        return true;
-    }
-    return false;
+bool FormulaParser<Number>::isWaiting(const Value& value) const {
+    return value.area == FormulaArea::Register && value.index >= kMaxKeptValues;
 }
 
+// The last operation is the one that computes a waiting value on top of the others.
 template <typename Number>
-bool FormulaParser<Number>::mathConstant(std::string_view name)
-{
-    if constexpr (std::is_floating_point_v<Number>) {
-        const std::string known = upper(name);
-        if (known == "PI" || known == "E") {
-            emit(FormulaOp::Constant, 0,
-                 known == "PI" ? 3.14159265358979323846 : 2.71828182845904523536);
-            return true;
-        }
-    } else {
-        static_cast<void>(name);
-    }
-    return false;
-}
-
-template <typename Number>
-void FormulaParser<Number>::call(std::string_view name)
-{
-    lexer_.take("(");
-    if (lexer_.take(")")) {
-        if (!mathConstant(name))
-            throwUnknown(name);
-        return;
-    }
-    const std::string known = upper(name);
-    const auto found =
-        std::find_if(kFunctions.begin(), kFunctions.end(), [&](const Function& function) {
-            return function.name == known &&
-                   (function.forIntegers || std::is_floating_point_v<Number>);
-        });
-    if (found == kFunctions.end())
-        throwUnknown(name);
-    selection();
-    FormulaOp op = found->op;
-    if (op == FormulaOp::Round && lexer_.take(",")) {
-        selection();
-        op = FormulaOp::RoundDigits;
-    }
-    if (!lexer_.take(")"))
-        throwSyntax();
-    emit(op);
+typename FormulaParser<Number>::Value FormulaParser<Number>::keep(Value value) {
+    if (!isWaiting(value)) return value;
+    if (kept_ >= kMaxKeptValues) throwInvalid();
+    value.index = kept_++;
+    program_.operations.back().target = static_cast<std::uint16_t>(value.index);
+    --waiting_;
+    return value;
 }
 
 template class FormulaParser<std::int64_t>;

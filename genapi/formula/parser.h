@@ -1,52 +1,70 @@
-// From the text of a formula to its operations, by recursive descent.
+// From the text of a formula to its program, by recursive descent.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "genapi/formula/formula.h"
 #include "genapi/formula/lexer.h"
+#include "genapi/formula/names.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
+// For one formula. The symbols must outlive the parser.
 template <typename Number>
 class FormulaParser {
-public:
-    using Operation = typename Formula<Number>::Operation;
-
+  public:
     explicit FormulaParser(const FormulaSymbols& symbols);
 
-    std::vector<Operation> parse(std::string_view text);
+    FormulaProgram<Number> parse(std::string_view text);
 
-private:
-    // The levels of the language, from "? :" that binds least to signs that bind most.
-    void selection();
-    void binary(std::size_t level);
-    void sign();
-    void operand();
-    void name();
-    void call(std::string_view name);
-    void number(std::string_view text);
-
-    // Names: true when the name was one of that sort.
-    bool variable(std::string_view name);
-    bool constant(std::string_view name);
-    bool expression(std::string_view name);
-    bool mathConstant(std::string_view name);
+  private:
+    // A value that the program has at hand when it comes to some point. Constants get their place
+    // only when an operation uses them, since most operations on constants alone vanish.
+    struct Value {
+        FormulaArea area;
+        std::uint32_t index;
+        Number number;
+    };
 
     void whole(std::string_view text);
-    void emit(FormulaOp op, std::uint32_t index = 0, Number value = {});
-    void nest();
 
-    static constexpr std::uint32_t kUnused = 0xFFFFFFFF;
+    // What a formula consists of, each of these leaves one more value.
+    void selection();
+    void binary(unsigned level, bool afterSign = false);
+    void prefixed(bool afterSign);
+    void operand();
+    void number(std::string_view text, bool negative = false);
+    void name();
+    void constant(std::string_view text);
+    void expression(std::uint32_t index);
+    void call(std::string_view name);
+
+    // Replaces the operands among the values by the result.
+    void emit(FormulaOp op);
+    bool fold(FormulaOp op, const Value* operands, std::size_t count);
+    FormulaOperand place(const Value& value);
+    bool isWaiting(const Value& value) const;
+    // The value of an expression, moved to where later operations do not overwrite it.
+    Value keep(Value value);
+
+    class Nesting;
+
+    static constexpr bool kFractions = std::is_floating_point_v<Number>;
 
     const FormulaSymbols& symbols_;
+    FormulaNames names_;
     Lexer lexer_;
-    std::vector<Operation> program_;
-    std::vector<std::uint32_t> kept_;  // by expression: where its value is kept
-    std::uint32_t keptCount_ = 0;
-    std::size_t usableExpressions_;    // an expression may use those before it
-    std::size_t depth_ = 0;            // operands on the stack
+    FormulaProgram<Number> program_;
+    std::vector<Value> values_;
+    std::uint32_t waiting_ = 0;                      // those of values_ in registers of their own
+    std::vector<std::optional<Value>> expressions_;  // those that were used
+    std::uint32_t kept_ = 0;
+    std::uint32_t usableExpressions_;  // an expression may use those before it
     std::size_t nesting_ = 0;
 };
 

@@ -1,0 +1,216 @@
+// The operations of formulas on numbers, for both evaluators.
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+
+#include "genapi/formula/formula.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+[[noreturn]] inline void throwInfinity() {
+    throw FormulaError("#Infinity somewhere!");
+}
+
+inline std::uint64_t bits(std::int64_t value) {
+    return static_cast<std::uint64_t>(value);
+}
+
+// Integers wrap around.
+class IntegerArithmetic {
+  public:
+    using Number = std::int64_t;
+
+    static Number negate(Number a) { return static_cast<Number>(0 - bits(a)); }
+    static Number add(Number a, Number b) { return static_cast<Number>(bits(a) + bits(b)); }
+    static Number subtract(Number a, Number b) { return static_cast<Number>(bits(a) - bits(b)); }
+    static Number multiply(Number a, Number b) { return static_cast<Number>(bits(a) * bits(b)); }
+
+    // The most negative number by -1 does not fit: the processor would trap.
+    static Number divide(Number a, Number b) {
+        if (b == 0) throwInfinity();
+        return b == -1 ? negate(a) : a / b;
+    }
+    static Number modulo(Number a, Number b) {
+        if (b == 0) throwInfinity();
+        return b == -1 ? 0 : a % b;
+    }
+    static Number power(Number base, Number exponent) {
+        if (exponent < 0) return inversePower(base, exponent);
+        Number result = 1;
+        for (; exponent > 0; exponent >>= 1, base = multiply(base, base))
+            if (exponent & 1) result = multiply(result, base);
+        return result;
+    }
+    static std::int64_t integer(Number a) { return a; }
+
+  private:
+    // Only 1 and -1 have an inverse that is not rounded to 0.
+    static Number inversePower(Number base, Number exponent) {
+        if (base == 0) throwInfinity();
+        if (base != 1 && base != -1) return 0;
+        return exponent % 2 == 0 ? 1 : base;
+    }
+};
+
+class FloatArithmetic {
+  public:
+    using Number = double;
+
+    static Number negate(Number a) { return -a; }
+    static Number add(Number a, Number b) { return a + b; }
+    static Number subtract(Number a, Number b) { return a - b; }
+    static Number multiply(Number a, Number b) { return a * b; }
+    static Number divide(Number a, Number b) {
+        if (b == 0) throwInfinity();
+        return a / b;
+    }
+    static Number modulo(Number a, Number b) {
+        if (b == 0) throwInfinity();
+        return std::fmod(a, b);
+    }
+    static Number power(Number base, Number exponent) { return std::pow(base, exponent); }
+
+    // Operators on bits take a number without its fraction.
+    static std::int64_t integer(Number a) {
+        constexpr double kLimit = 9223372036854775808.0;
+        if (!(a >= -kLimit && a < kLimit)) throw FormulaError("#Value too big for operation!");
+        return static_cast<std::int64_t>(a);
+    }
+
+    static Number function(FormulaOp op, Number a) {
+        switch (op) {
+            case FormulaOp::Abs:
+                return std::fabs(a);
+            case FormulaOp::Sqrt:
+                return std::sqrt(a);
+            case FormulaOp::Exp:
+                return std::exp(a);
+            case FormulaOp::Ln:
+                return std::log(a);
+            case FormulaOp::Lg:
+                return std::log10(a);
+            case FormulaOp::Sin:
+                return std::sin(a);
+            case FormulaOp::Cos:
+                return std::cos(a);
+            case FormulaOp::Tan:
+                return std::tan(a);
+            case FormulaOp::Asin:
+                return std::asin(a);
+            case FormulaOp::Acos:
+                return std::acos(a);
+            case FormulaOp::Atan:
+                return std::atan(a);
+            case FormulaOp::Trunc:
+                return std::trunc(a);
+            case FormulaOp::Floor:
+                return std::floor(a);
+            case FormulaOp::Ceil:
+                return std::ceil(a);
+            default:
+                return std::round(a);
+        }
+    }
+
+    // Half away from zero. Negative digits divide by a power of ten, which is exact where its
+    // inverse is not.
+    static Number roundDigits(Number a, Number digits) {
+        const double scale = std::pow(10.0, std::fabs(std::trunc(digits)));
+        if (digits < 0) {
+            const double rounded = std::round(a / scale);
+            return rounded == 0 ? rounded : rounded * scale;
+        }
+        const double rounded = std::round(a * scale) / scale;
+        return std::isfinite(rounded) ? rounded : a;
+    }
+};
+
+template <typename Number>
+struct ArithmeticOf;
+template <>
+struct ArithmeticOf<std::int64_t> {
+    using Type = IntegerArithmetic;
+};
+template <>
+struct ArithmeticOf<double> {
+    using Type = FloatArithmetic;
+};
+
+// The operators on bits, shifts with their count modulo 64.
+inline std::int64_t applyToBits(FormulaOp op, std::int64_t a, std::int64_t b) {
+    switch (op) {
+        case FormulaOp::Complement:
+            return ~a;
+        case FormulaOp::And:
+            return a & b;
+        case FormulaOp::Xor:
+            return a ^ b;
+        case FormulaOp::Or:
+            return a | b;
+        case FormulaOp::ShiftLeft:
+            return static_cast<std::int64_t>(bits(a) << (bits(b) & 63));
+        default:
+            return a >> (bits(b) & 63);
+    }
+}
+
+// Any operation but Select. FormulaError when it has no result.
+template <typename Number>
+inline Number apply(FormulaOp op, Number a, Number b) {
+    using Arithmetic = typename ArithmeticOf<Number>::Type;
+    switch (op) {
+        case FormulaOp::Negate:
+            return Arithmetic::negate(a);
+        case FormulaOp::Add:
+            return Arithmetic::add(a, b);
+        case FormulaOp::Subtract:
+            return Arithmetic::subtract(a, b);
+        case FormulaOp::Multiply:
+            return Arithmetic::multiply(a, b);
+        case FormulaOp::Divide:
+            return Arithmetic::divide(a, b);
+        case FormulaOp::Modulo:
+            return Arithmetic::modulo(a, b);
+        case FormulaOp::Power:
+            return Arithmetic::power(a, b);
+        case FormulaOp::Complement:
+            return static_cast<Number>(applyToBits(op, Arithmetic::integer(a), 0));
+        case FormulaOp::And:
+        case FormulaOp::Xor:
+        case FormulaOp::Or:
+        case FormulaOp::ShiftLeft:
+        case FormulaOp::ShiftRight:
+            return static_cast<Number>(
+                applyToBits(op, Arithmetic::integer(a), Arithmetic::integer(b)));
+        case FormulaOp::Less:
+            return a < b;
+        case FormulaOp::LessEqual:
+            return a <= b;
+        case FormulaOp::Greater:
+            return a > b;
+        case FormulaOp::GreaterEqual:
+            return a >= b;
+        case FormulaOp::Equal:
+            return a == b;
+        case FormulaOp::NotEqual:
+            return a != b;
+        case FormulaOp::LogicalAnd:
+            return a != 0 && b != 0;
+        case FormulaOp::LogicalOr:
+            return a != 0 || b != 0;
+        case FormulaOp::Sgn:
+            return static_cast<Number>((a > 0) - (a < 0));
+        default:
+            break;
+    }
+    if constexpr (std::is_floating_point_v<Number>)
+        return op == FormulaOp::RoundDigits ? FloatArithmetic::roundDigits(a, b)
+                                            : FloatArithmetic::function(op, a);
+    else
+        throw FormulaError("#Internal error!");
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

@@ -1,0 +1,35 @@
+// Finds what a name in a formula stands for.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "genapi/formula/formula.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+enum class SymbolKind : std::uint8_t { Variable, Constant, Expression };
+
+struct FormulaSymbol {
+    std::string_view name;
+    SymbolKind kind;
+    std::uint32_t index;  // in its list
+};
+
+// Sorted, so that a long formula over many names does not cost their product. Refers to the texts
+// of the symbols.
+class FormulaNames {
+  public:
+    explicit FormulaNames(const FormulaSymbols& symbols);
+
+    // Null when there is none. Expressions from the given one on are not seen.
+    const FormulaSymbol* find(std::string_view name, std::uint32_t expressions) const;
+
+  private:
+    std::vector<FormulaSymbol> symbols_;
+};
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE
