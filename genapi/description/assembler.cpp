@@ -1,6 +1,7 @@
 #include "genapi/description/assembler.h"
 
 #include <algorithm>
+#include <bitset>
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -12,6 +13,15 @@ bool has(const std::vector<Property>& properties, Element element) {
                        [&](const Property& property) { return property.element == element; });
 }
 
+using Elements = std::bitset<256>;
+
+Elements elementsOf(const std::vector<Property>& properties) {
+    Elements elements;
+    for (const Property& property : properties)
+        elements.set(static_cast<std::size_t>(property.element));
+    return elements;
+}
+
 bool isInteger(NodeKind kind) {
     return kind == NodeKind::IntConverter || kind == NodeKind::IntSwissKnife;
 }
@@ -21,14 +31,22 @@ NodeKind formulaKind(NodeKind owner) {
     return isInteger(owner) ? NodeKind::IntSwissKnife : NodeKind::SwissKnife;
 }
 
-// The names that formulas of a node may use, and one formula.
-std::vector<Property> formulaOf(Slice<Property> owner, Property formula) {
-    std::vector<Property> result;
-    for (const Property& property : owner)
-        if (property.element == Element::pVariable || property.element == Element::pExpression)
-            result.push_back(property);
-    result.push_back(formula);
-    return result;
+bool isName(Element element) {
+    return element == Element::pVariable || element == Element::pExpression;
+}
+
+// The elements of a node that has the names and one formula.
+std::vector<Property> formulaOf(std::vector<Property> names, Property formula) {
+    names.push_back(formula);
+    return names;
+}
+
+// The names that formulas of a node may use.
+std::vector<Property> namesOf(const std::vector<Property>& properties) {
+    std::vector<Property> names;
+    for (const Property& property : properties)
+        if (isName(property.element)) names.push_back(property);
+    return names;
 }
 
 }  // namespace
@@ -94,25 +112,30 @@ void NodeAssembler::define(NodeId id, NodeKind kind, ENameSpace nameSpace, bool 
 // A constant is a variable of the formula, over a node of its own. Each expression may use the
 // expressions before it, and no others.
 void NodeAssembler::expandNames(NodeId owner, NodeKind kind, std::vector<Property>& properties) {
+    if (!has(properties, Element::Constant) && !has(properties, Element::Expression)) return;
     const std::string ownerName(builder_.name(owner));
-    for (std::size_t i = 0; i < properties.size(); ++i) {
-        Property& property = properties[i];
-        if (property.element != Element::Constant && property.element != Element::Expression)
-            continue;
-        const std::string name(builder_.text(property.attribute));
-        const NodeId id = mentionJoined("_", ownerName, "_", name);
-        if (property.element == Element::Constant) {
-            std::vector<Property> own = {{Element::Value, property.value, 0}};
-            define(id, isInteger(kind) ? NodeKind::Integer : NodeKind::Float, Custom, false, own);
-            property.element = Element::pVariable;
-        } else {
-            std::vector<Property> own = formulaOf({properties.data(), properties.size()},
-                                                  {Element::Formula, property.value, 0});
-            define(id, formulaKind(kind), Custom, false, own);
-            property.element = Element::pExpression;
-        }
-        property.value = id;
+    std::vector<Property> names;
+    for (Property& property : properties) {
+        if (property.element == Element::Constant || property.element == Element::Expression)
+            expandName(ownerName, kind, names, property);
+        if (isName(property.element)) names.push_back(property);
     }
+}
+
+void NodeAssembler::expandName(const std::string& owner, NodeKind kind,
+                               const std::vector<Property>& names, Property& property) {
+    const std::string name(builder_.text(property.attribute));
+    const NodeId id = mentionJoined("_", owner, "_", name);
+    if (property.element == Element::Constant) {
+        std::vector<Property> own = {{Element::Value, property.value, 0}};
+        define(id, isInteger(kind) ? NodeKind::Integer : NodeKind::Float, Custom, false, own);
+        property.element = Element::pVariable;
+    } else {
+        std::vector<Property> own = formulaOf(names, {Element::Formula, property.value, 0});
+        define(id, formulaKind(kind), Custom, false, own);
+        property.element = Element::pExpression;
+    }
+    property.value = id;
 }
 
 void NodeAssembler::expandConverter(NodeId owner, NodeKind kind,
@@ -126,12 +149,13 @@ void NodeAssembler::expandConverter(NodeId owner, NodeKind kind,
         {Element::FormulaFrom, Element::pConvertFrom, "_ConvertFrom"},
     };
     const std::string ownerName(builder_.name(owner));
+    const std::vector<Property> names = namesOf(properties);
     for (const Half& half : kHalves) {
         const auto formula = std::find_if(
             properties.begin(), properties.end(),
             [&](const Property& property) { return property.element == half.formula; });
         const NodeId id = mentionJoined("", ownerName, "", half.suffix);
-        std::vector<Property> own = formulaOf({properties.data(), properties.size()}, *formula);
+        std::vector<Property> own = formulaOf(names, *formula);
         define(id, formulaKind(kind), Custom, false, own);
         properties.push_back({half.link, id, 0});
     }
@@ -141,8 +165,10 @@ void NodeAssembler::expandStruct(const OpenNode& node) {
     std::vector<Property> properties;
     for (Entry& entry : entries_) {
         properties.clear();
+        const Elements own = elementsOf(entry.properties);
         for (const Property& property : node.properties)
-            if (!has(entry.properties, property.element)) inherit(property, entry, properties);
+            if (!own[static_cast<std::size_t>(property.element)])
+                inherit(property, entry, properties);
         properties.insert(properties.end(), entry.properties.begin(), entry.properties.end());
         define(entry.id, NodeKind::StructEntry, entry.nameSpace, entry.exposeStatic, properties);
     }

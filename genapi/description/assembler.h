@@ -66,6 +66,8 @@ class NodeAssembler {
     void define(NodeId id, NodeKind kind, ENameSpace nameSpace, bool exposeStatic,
                 std::vector<Property>& properties);
     void expandNames(NodeId owner, NodeKind kind, std::vector<Property>& properties);
+    void expandName(const std::string& owner, NodeKind kind, const std::vector<Property>& names,
+                    Property& property);
     void expandConverter(NodeId owner, NodeKind kind, std::vector<Property>& properties);
     void expandStruct(const OpenNode& node);
     void inherit(const Property& property, const Entry& entry, std::vector<Property>& into);

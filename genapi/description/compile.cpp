@@ -549,6 +549,11 @@ Range Compiler::variables(bool integer)
             tables_.variables.push_back(found);
             ++range.count;
         }
+    // Variables are read in the order of their names.
+    std::sort(tables_.variables.begin() + range.first, tables_.variables.end(),
+              [this](const FormulaVariable& a, const FormulaVariable& b) {
+                  return description_.text(a.name) < description_.text(b.name);
+              });
     return range;
 }
 

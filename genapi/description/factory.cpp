@@ -1,5 +1,6 @@
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -42,8 +43,11 @@ struct Source {
         bytes.shrink_to_fit();
     }
 
-    std::string text() const {
-        return type == ContentType_ZippedXml ? unzipFirstEntry(bytes) : bytes;
+    // The XML; unpacked holds it where it had to be unpacked.
+    std::string_view text(std::string& unpacked) const {
+        if (type != ContentType_ZippedXml) return bytes;
+        unpacked = unzipFirstEntry(bytes);
+        return unpacked;
     }
 };
 
@@ -93,11 +97,12 @@ struct CNodeMapFactory::State {
         auto made = std::make_unique<DescriptionBuilder>();
         LoadOptions options;
         options.suppressStrings = suppressStrings;
+        std::string unpacked;
         for (const Source& source : sources) {
             if (source.nodes)
                 addNodes(*source.nodes, *made);
             else
-                readDescription(source.text(), *made, options);
+                readDescription(source.text(unpacked), *made, options);
             options.injected = true;
         }
         builder = std::move(made);
@@ -207,7 +212,7 @@ void CNodeMapFactory::ReleaseCameraDescriptionFileData() {
 }
 
 bool CNodeMapFactory::IsCameraDescriptionFileDataReleased() const {
-    return m_State->sources.empty();
+    return m_State->sources.empty() && m_State->isLoaded();
 }
 
 INodeMap* CNodeMapFactory::CreateNodeMap(const gcstring& DeviceName,
@@ -260,7 +265,8 @@ gcstring CNodeMapFactory::ToXml() const {
         throw RUNTIME_EXCEPTION("The description is no longer there as XML");
     Source& source = m_State->sources.front();
     source.readFile();
-    return gcstring(source.text().c_str());
+    std::string unpacked;
+    return gcstring(std::string(source.text(unpacked)).c_str());
 }
 
 void CNodeMapFactory::GetNodeStatistics(NodeStatistics_t& Statistics) {

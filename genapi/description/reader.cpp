@@ -58,45 +58,6 @@ class Attributes {
     const char** list_;
 };
 
-// The attribute that belongs to an element, with its text.
-const char* attributeNameOf(Element element) {
-    switch (element) {
-        case Element::pVariable:
-        case Element::Constant:
-        case Element::Expression:
-        case Element::TextDesc:
-        case Element::IntKey:
-            return "Name";
-        case Element::ValueIndexed:
-        case Element::pValueIndexed:
-            return "Index";
-        default:
-            return nullptr;
-    }
-}
-
-// Whether the white space around a text belongs to it.
-bool isFreeText(Element element, ModelId model) {
-    switch (element) {
-        case Element::ToolTip:
-        case Element::Description:
-        case Element::DisplayName:
-        case Element::DocuURL:
-        case Element::Unit:
-        case Element::Symbolic:
-        case Element::Expression:
-        case Element::Formula:
-        case Element::FormulaTo:
-        case Element::FormulaFrom:
-        case Element::FeatureID:
-            return true;
-        case Element::Value:
-            return model == modelOf(NodeKind::String);
-        default:
-            return false;
-    }
-}
-
 bool isDocumentation(Element element) {
     return element == Element::ToolTip || element == Element::Description ||
            element == Element::DocuURL;

@@ -202,6 +202,43 @@ bool isAllowedText(Element element, std::string_view text, ModelId model, unsign
     return std::find(words->data(), end, text) != end;
 }
 
+const char* attributeNameOf(Element element) {
+    switch (element) {
+        case Element::pVariable:
+        case Element::Constant:
+        case Element::Expression:
+        case Element::TextDesc:
+        case Element::IntKey:
+            return "Name";
+        case Element::ValueIndexed:
+        case Element::pValueIndexed:
+            return "Index";
+        default:
+            return nullptr;
+    }
+}
+
+bool isFreeText(Element element, ModelId model) {
+    switch (element) {
+        case Element::ToolTip:
+        case Element::Description:
+        case Element::DisplayName:
+        case Element::DocuURL:
+        case Element::Unit:
+        case Element::Symbolic:
+        case Element::Expression:
+        case Element::Formula:
+        case Element::FormulaTo:
+        case Element::FormulaFrom:
+        case Element::FeatureID:
+            return true;
+        case Element::Value:
+            return model == modelOf(NodeKind::String);
+        default:
+            return false;
+    }
+}
+
 bool isStandardNameSpace(std::string_view text) {
     static const Words words = {"None", "IIDC", "GEV", "CL", "USB"};
     return std::find(words.begin(), words.end(), text) != words.end();

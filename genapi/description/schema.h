@@ -29,6 +29,12 @@ bool isInSchema10(NodeKind kind);
 // element is no enumeration.
 bool isAllowedText(Element element, std::string_view text, ModelId model, unsigned schemaMinor);
 
+// The attribute that belongs to the element and must stand there; null where there is none.
+const char* attributeNameOf(Element element);
+
+// Whether the white space around the element's text belongs to it.
+bool isFreeText(Element element, ModelId model);
+
 // The words of an attribute.
 bool isStandardNameSpace(std::string_view text);
 

@@ -20,7 +20,7 @@ BooleanNode::BooleanNode(NodeMap& map, NodeId id)
 std::int64_t BooleanNode::getInt(ReadOptions options)
 {
     requireReadable();
-    if (!isValueCached() || options.ignoreCache) {
+    if (!isValueCached() || options.ignoreCache || options.verify) {
         const Nesting nesting(*this);
         value_ = source_.read(options);
         valueWasRead(options.ignoreCache || !source_.isNode());

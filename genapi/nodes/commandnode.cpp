@@ -68,6 +68,8 @@ bool CommandNode::IsDone(bool)
     bool done = false;
     {
         const Entry entry(*this, "IsDone");
+        if (!IsImplemented(accessMode()))
+            throw NODE_ERROR(AccessException, *this)("Node is not implemented.");
         finished = checkDone();
         done = !isRunning() || !IsReadable(value_.accessMode(false));
     }
@@ -80,7 +82,8 @@ bool CommandNode::IsDone(bool)
 gcstring CommandNode::ToString(bool, bool)
 {
     const Entry entry(*this, "ToString");
-    requireReadable();
+    if (!IsReadable(value_.accessMode(false)))
+        throw NODE_ERROR(AccessException, *this)("Node is not readable");
     return isRunning() ? "1" : "0";
 }
 

@@ -74,7 +74,7 @@ void EnumerationNode::throwNoEntry(const std::string& value) const
 std::int64_t EnumerationNode::getInt(ReadOptions options)
 {
     requireReadable();
-    if (!isValueCached() || options.ignoreCache) {
+    if (!isValueCached() || options.ignoreCache || options.verify) {
         const Nesting nesting(*this);
         value_ = source_.read(options);
         valueWasRead(options.ignoreCache || !source_.isNode());

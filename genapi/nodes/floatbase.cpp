@@ -20,7 +20,7 @@ FloatBase::~FloatBase() = default;
 double FloatBase::getFloat(ReadOptions options)
 {
     requireReadable();
-    if (!isValueCached() || options.ignoreCache) {
+    if (!isValueCached() || options.ignoreCache || (options.verify && restsOnNodes())) {
         const Nesting nesting(*this);
         value_ = readValue(options);
         valueWasRead(options.ignoreCache || !mayCache());
@@ -52,7 +52,7 @@ void FloatBase::setFloat(double value, bool verify)
 void FloatBase::checkRange(double value)
 {
     const double min = minFloat();
-    if (value < min)
+    if (!(value >= min))  // a NaN is in no range
         throw NODE_ERROR(OutOfRangeException, *this)(
             "Value %f must be greater than or equal %f.", value, min);
     const double max = maxFloat();
@@ -175,12 +175,19 @@ EIncMode FloatBase::GetIncMode()
 double FloatBase::GetInc()
 {
     const Entry entry(*this, "GetInc");
-    requireAvailable();
+    if (hasInc())
+        requireAvailable();
     return incFloat();
 }
 
-double_autovector_t FloatBase::GetListOfValidValues(bool)
+double_autovector_t FloatBase::GetListOfValidValues(bool bounded)
 {
+    const Entry entry(*this, "GetListOfValidValues");
+    if (bounded) {
+        requireAvailable();
+        minFloat();
+        maxFloat();
+    }
     return double_autovector_t();
 }
 

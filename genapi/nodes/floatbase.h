@@ -60,6 +60,8 @@ protected:
     virtual double ownMax() = 0;
     // Whether there is something to cache; constants are never cached.
     virtual bool mayCache() const { return true; }
+    // Whether a verified read must verify the nodes below, too.
+    virtual bool restsOnNodes() const { return true; }
 
 private:
     struct Limits {

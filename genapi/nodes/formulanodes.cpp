@@ -79,7 +79,7 @@ template <typename Number>
 Number ConverterNode<Number>::readValue(ReadOptions options)
 {
     const Number raw = Range64<Number>::read(this->node(data_.value), options);
-    return evaluate<Number>(*this, data_.formulaFrom, options, raw);
+    return evaluate<Number>(*this, data_.formulaFrom, {}, raw);
 }
 
 template <typename Number>

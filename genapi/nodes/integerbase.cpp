@@ -17,7 +17,7 @@ IntegerBase::~IntegerBase() = default;
 std::int64_t IntegerBase::getInt(ReadOptions options)
 {
     requireReadable();
-    if (!isValueCached() || options.ignoreCache) {
+    if (!isValueCached() || options.ignoreCache || (options.verify && restsOnNodes())) {
         const Nesting nesting(*this);
         value_ = readValue(options);
         valueWasRead(options.ignoreCache || !mayCache());
@@ -188,9 +188,15 @@ int64_t IntegerBase::GetInc()
 int64_autovector_t IntegerBase::GetListOfValidValues(bool bounded)
 {
     const Entry entry(*this, "GetListOfValidValues");
+    std::int64_t min = kInt64Min, max = kInt64Max;
+    if (bounded) {
+        requireAvailable();
+        min = minInt();
+        max = maxInt();
+    }
     std::vector<std::int64_t> found;
     for (const std::int64_t value : validValues())
-        if (!bounded || (value >= minInt() && value <= maxInt()))
+        if (value >= min && value <= max)
             found.push_back(value);
     int64_autovector_t list(found.size());
     for (std::size_t i = 0; i < found.size(); ++i)

@@ -59,6 +59,8 @@ protected:
     virtual Slice<std::int64_t> validValues() { return {}; }
     // Whether IsValueCacheValid may be true; constants are never cached.
     virtual bool mayCache() const { return true; }
+    // Whether a verified read must verify the nodes below, too.
+    virtual bool restsOnNodes() const { return true; }
 
 private:
     struct Limits {

@@ -87,10 +87,14 @@ ENameSpace Node::GetNameSpace() const
 
 EVisibility Node::GetVisibility() const
 {
-    const std::uint8_t own = record().visibility;
+    return imposed(static_cast<EVisibility>(record().visibility));
+}
+
+EVisibility Node::imposed(EVisibility own) const
+{
     if (imposedVisibility_ == kNoImposedVisibility)
-        return static_cast<EVisibility>(own);
-    return static_cast<EVisibility>(std::max(own, imposedVisibility_));
+        return own;
+    return Combine(own, static_cast<EVisibility>(imposedVisibility_));
 }
 
 bool Node::IsCachable() const

@@ -126,6 +126,8 @@ protected:
     // The mode that the value source and the nodes the value rests on allow.
     virtual EAccessMode sourceAccessMode(bool relaxed);
 
+    // The visibility with what the application has imposed.
+    EVisibility imposed(EVisibility own) const;
     void requireReadable();
     void requireWritable(bool verify);
     void requireAvailable();

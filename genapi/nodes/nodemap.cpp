@@ -212,6 +212,9 @@ bool NodeMap::ParseSwissKnifes(GENICAM_NAMESPACE::gcstring_vector* errors) const
     bool good = true;
     for (std::uint32_t i = 0; i < description_->tables().formulas.size(); ++i) {
         const FormulaData& data = description_->tables().formulas[i];
+        const NodeKind kind = description_->record(data.node).kind;
+        if (kind == NodeKind::Converter || kind == NodeKind::IntConverter)
+            continue;  // the nodes that stand for its halves have the same formulas
         const CompiledFormula& compiled = compiledFormula(*description_, i);
         if (compiled.error.empty())
             continue;

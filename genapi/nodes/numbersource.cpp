@@ -36,6 +36,12 @@ struct NumberOf<double> {
 };
 
 template <typename T>
+Slice<NodeId> NumberSource<T>::copies() const
+{
+    return NodeTables::slice(owner_.description().tables().nodes, data_.copies);
+}
+
+template <typename T>
 Node* NumberSource<T>::valueNode() const
 {
     return data_.value.isNode() ? &owner_.node(data_.value.node) : nullptr;
@@ -94,7 +100,7 @@ void NumberSource<T>::write(T value, bool verify)
         NumberOf<T>::write(owner_.node(picked.setting->node), value, verify);
     else
         constant(picked) = value;
-    for (const NodeId copy : NodeTables::slice(owner_.description().tables().nodes, data_.copies))
+    for (const NodeId copy : copies())
         NumberOf<T>::write(owner_.node(copy), value, verify);
 }
 
@@ -110,7 +116,10 @@ T NumberSource<T>::min()
     if (data_.min.given())
         return limit(data_.min);
     Node* node = pickedNode();
-    return node ? NumberOf<T>::min(*node) : NumberOf<T>::kLowest;
+    T result = node ? NumberOf<T>::min(*node) : NumberOf<T>::kLowest;
+    for (const NodeId copy : copies())
+        result = std::max(result, NumberOf<T>::min(owner_.node(copy)));
+    return result;
 }
 
 template <typename T>
@@ -119,7 +128,10 @@ T NumberSource<T>::max()
     if (data_.max.given())
         return limit(data_.max);
     Node* node = pickedNode();
-    return node ? NumberOf<T>::max(*node) : NumberOf<T>::kHighest;
+    T result = node ? NumberOf<T>::max(*node) : NumberOf<T>::kHighest;
+    for (const NodeId copy : copies())
+        result = std::min(result, NumberOf<T>::max(owner_.node(copy)));
+    return result;
 }
 
 template <typename T>

@@ -40,6 +40,7 @@ private:
         std::size_t slot;
     };
     Picked pick();
+    Slice<NodeId> copies() const;
     Node* pickedNode();
     T& constant(const Picked& picked);
     T limit(const Setting<T>& setting);

@@ -1,5 +1,7 @@
 #include "genapi/nodes/plainnodes.h"
 
+#include <algorithm>
+
 #include "genapi/nodes/nodemap.h"
 
 namespace GENAPI_NAMESPACE {
@@ -27,13 +29,19 @@ Slice<NodeId> CategoryNode::features() const
 
 EVisibility CategoryNode::GetVisibility() const
 {
-    // There is nothing to show in it.
-    return features().empty() ? Invisible : Node::GetVisibility();
+    // A category is shown to those who may see something in it.
+    std::uint8_t least = Invisible;
+    for (const NodeId id : features())
+        least = std::min(least, description().record(id).visibility);
+    return imposed(static_cast<EVisibility>(least));
 }
 
 gcstring CategoryNode::ToString(bool, bool)
 {
-    return GetName();
+    const Entry entry(*this, "ToString");
+    if (!IsReadable(accessMode()))
+        throw NODE_ERROR(AccessException, *this)("Node is not readable");
+    return GetDisplayName();
 }
 
 void CategoryNode::FromString(const gcstring&, bool)

@@ -47,8 +47,7 @@ void RegisterCore::locate()
     std::uint8_t& flags = owner_.map().flagsOf(owner_.id());
     if (flags & NodeMap::kAddressKnown)
         return;
-    length_ = data_.length.isNode() ? owner_.node(data_.length.node).getInt({})
-                                    : data_.length.constant;
+    length_ = length();
     // Unsigned, because addresses may wrap.
     std::uint64_t sum = static_cast<std::uint64_t>(data_.constantAddress);
     bool constant = !data_.length.isNode() ||
@@ -76,8 +75,8 @@ std::int64_t RegisterCore::address()
 
 std::int64_t RegisterCore::length()
 {
-    locate();
-    return length_;
+    return data_.length.isNode() ? owner_.node(data_.length.node).getInt({})
+                                 : data_.length.constant;
 }
 
 std::size_t RegisterCore::byteCount()

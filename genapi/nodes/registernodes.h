@@ -21,6 +21,7 @@ protected:
     void writeValue(std::int64_t value, bool verify) override;
     std::int64_t ownMin() override { return field().min(); }
     std::int64_t ownMax() override { return field().max(); }
+    bool restsOnNodes() const override { return false; }
 
 private:
     BitField field();
@@ -36,6 +37,7 @@ protected:
     void writeValue(double value, bool verify) override;
     double ownMin() override { return -ownMax(); }
     double ownMax() override;
+    bool restsOnNodes() const override { return false; }
 };
 
 class StringRegNode final : public WithRegister<StringBase> {

@@ -1,7 +1,6 @@
 #include "genapi/nodes/stringnodes.h"
 
 #include <cinttypes>
-#include <limits>
 
 #include "genapi/description/links.h"
 #include "genapi/nodes/nodemap.h"
@@ -13,6 +12,9 @@ using GENICAM_NAMESPACE::gcstring;
 
 namespace {
 
+// Longest text that a String without a register takes.
+constexpr std::int64_t kMaxConstantLength = 0x3FFFFFFC;
+
 gcstring toText(const std::string& text)
 {
     return gcstring(text.data(), text.size());
@@ -23,16 +25,8 @@ gcstring toText(const std::string& text)
 std::string StringBase::getText(ReadOptions options)
 {
     requireReadable();
-    std::string value;
-    if (isValueCached() && !options.ignoreCache) {
-        value = *value_;
-    } else {
-        const Nesting nesting(*this);
-        value = readValue(options);
-        if (mayCache())
-            value_ = std::make_unique<std::string>(value);
-        valueWasRead(options.ignoreCache || !mayCache());
-    }
+    const Nesting nesting(*this);
+    std::string value = readValue(options);
     if (options.verify)
         checkErrorNodes();
     return value;
@@ -49,10 +43,6 @@ void StringBase::setText(const std::string& value, bool verify)
         const Nesting nesting(*this);
         writeValue(value, verify);
     }
-    if (mayCache()) {
-        value_ = std::make_unique<std::string>(value);
-        valueWasWritten();
-    }
     if (verify)
         checkErrorNodes();
 }
@@ -66,12 +56,6 @@ gcstring StringBase::ToString(bool verify, bool ignoreCache)
 void StringBase::FromString(const gcstring& text, bool verify)
 {
     SetValue(text, verify);
-}
-
-bool StringBase::IsValueCacheValid() const
-{
-    const Entry entry(*this, "IsValueCacheValid");
-    return isValueCached();
 }
 
 void StringBase::SetValue(const gcstring& value, bool verify)
@@ -97,6 +81,9 @@ gcstring StringBase::GetValue(bool verify, bool ignoreCache)
 int64_t StringBase::GetMaxLength(bool)
 {
     const Entry entry(*this, "GetMaxLength");
+    // What cannot be written does not get longer than it is.
+    if (!IsWritable(accessMode()))
+        return static_cast<std::int64_t>(getText({}).size());
     return maxLength();
 }
 
@@ -124,7 +111,7 @@ std::int64_t StringNode::maxLength()
 {
     if (data_.value.isNode())
         return node(data_.value.node).maxTextLength();
-    return std::numeric_limits<std::int32_t>::max();
+    return kMaxConstantLength;
 }
 
 EAccessMode StringNode::sourceAccessMode(bool relaxed)

@@ -19,7 +19,8 @@ public:
     INode* GetNode() override { return this; }
     GENICAM_NAMESPACE::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GENICAM_NAMESPACE::gcstring& text, bool verify = true) override;
-    bool IsValueCacheValid() const override;
+    // Texts are cached by their registers only.
+    bool IsValueCacheValid() const override { return false; }
     void SetValue(const GENICAM_NAMESPACE::gcstring& value, bool verify = true) override;
     IString& operator=(const GENICAM_NAMESPACE::gcstring& value) override;
     GENICAM_NAMESPACE::gcstring GetValue(bool verify = false, bool ignoreCache = false) override;
@@ -35,11 +36,6 @@ protected:
     virtual std::string readValue(ReadOptions options) = 0;
     virtual void writeValue(const std::string& value, bool verify) = 0;
     virtual std::int64_t maxLength() = 0;
-    // Whether there is something to cache; constants are never cached.
-    virtual bool mayCache() const { return true; }
-
-private:
-    std::unique_ptr<std::string> value_;
 };
 
 // String: a stored text, or the text of another node.
@@ -52,7 +48,6 @@ protected:
     std::string readValue(ReadOptions options) override;
     void writeValue(const std::string& value, bool verify) override;
     std::int64_t maxLength() override;
-    bool mayCache() const override { return data_.value.isNode(); }
     EAccessMode sourceAccessMode(bool relaxed) override;
 
 private:

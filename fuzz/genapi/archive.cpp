@@ -1,0 +1,15 @@
+// Any bytes as a zip archive.
+#include "genapi/description/archive.h"
+
+#include <cstddef>
+#include <cstdint>
+
+#include <Base/GCException.h>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    try {
+        GENAPI_NAMESPACE::Engine::unzipFirstEntry({reinterpret_cast<const char*>(data), size});
+    } catch (const GENICAM_NAMESPACE::RuntimeException&) {
+    }
+    return 0;
+}

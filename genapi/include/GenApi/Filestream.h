@@ -1,0 +1,307 @@
+// The files of a camera as streams, over the features of its file access (FileSelector,
+// FileOperationSelector, ...):
+//
+//     ODevFileStream out(map, "UserSet1");       IDevFileStream in(map, "UserSet1");
+//     out << text;                               in >> word;
+//     out.close();
+#ifndef GENAPI_FILESTREAM_H
+#define GENAPI_FILESTREAM_H
+
+#include <cstddef>
+#include <cstdint>
+#include <ios>
+#include <istream>
+#include <ostream>
+#include <streambuf>
+#include <string>
+#include <vector>
+
+#include <Base/GCException.h>
+#include <GenApi/GenApiDll.h>
+#include <GenApi/INodeMap.h>
+#include <GenApi/Pointer.h>
+
+namespace GENAPI_NAMESPACE {
+
+// The operations of a camera on its files. An operation that the camera does not report as a
+// success gives false or -1; one before attach throws LogicalErrorException, one that does not end
+// within a minute TimeoutException; exceptions of the nodes pass. Reentrant; an operation holds the
+// lock of the map from its beginning to its end.
+class GENAPI_DECL FileProtocolAdapter {
+  public:
+    FileProtocolAdapter();
+    virtual ~FileProtocolAdapter();
+
+    // Takes the features of a map, which must outlive the use of the adapter. False, and not
+    // attached, for null and if a feature is missing (FileSize may be).
+    virtual bool attach(INodeMap* pInterface);
+
+    // For reading (in), writing (out), or both.
+    virtual bool openFile(const char* pFileName, std::ios_base::openmode mode);
+    virtual bool closeFile(const char* pFileName);
+    virtual bool deleteFile(const char* pFileName);
+
+    // The number of bytes transferred; fewer than wanted at the end of the file.
+    virtual std::streamsize write(const char* buf, int64_t offs, int64_t len,
+                                  const char* pFileName);
+    virtual std::streamsize read(char* buf, int64_t offs, std::streamsize len,
+                                 const char* pFileName);
+
+    // The number of bytes that the camera can transfer at once; more are transferred in parts.
+    virtual int64_t getBufSize(const char* pFileName, std::ios_base::openmode mode);
+    // The length of the file, -1 if the camera does not tell.
+    virtual int64_t getFileSize(const char* pFileName);
+
+  private:
+    void Select(const char* pFileName, const char* pOperation);
+    bool Execute();
+    int64_t GetBufferLength();
+    int64_t WritePart(const char* pData, int64_t Offset, int64_t Length);
+    int64_t ReadPart(char* pData, int64_t Offset, int64_t Length);
+
+    INodeMap* m_pNodeMap;
+    CEnumerationPtr m_ptrFileSelector;
+    CEnumerationPtr m_ptrFileOperationSelector;
+    CEnumerationPtr m_ptrFileOpenMode;
+    CEnumerationPtr m_ptrFileOperationStatus;
+    CCommandPtr m_ptrFileOperationExecute;
+    CRegisterPtr m_ptrFileAccessBuffer;
+    CIntegerPtr m_ptrFileAccessOffset;
+    CIntegerPtr m_ptrFileAccessLength;
+    CIntegerPtr m_ptrFileOperationResult;
+    CIntegerPtr m_ptrFileSize;
+};
+
+// What the buffers of both directions have in common: a file that is open. Thread-bound.
+template <typename CharType, typename Traits = std::char_traits<CharType>>
+class DevFileStreamBuf : public std::basic_streambuf<CharType, Traits> {
+    static_assert(sizeof(CharType) == 1, "files of cameras consist of bytes");
+
+  public:
+    DevFileStreamBuf() : m_Offset(0), m_IsOpen(false) {}
+    DevFileStreamBuf(const DevFileStreamBuf&) = delete;
+    DevFileStreamBuf& operator=(const DevFileStreamBuf&) = delete;
+
+    // Null if a file is open already or this one cannot be opened.
+    DevFileStreamBuf* open(INodeMap* pInterface, const char* pFileName,
+                           std::ios_base::openmode mode) {
+        if (m_IsOpen || pFileName == NULL || !m_Adapter.attach(pInterface)) return NULL;
+        const int64_t size = m_Adapter.getBufSize(pFileName, mode);
+        if (size <= 0 || !m_Adapter.openFile(pFileName, mode)) return NULL;
+        m_IsOpen = true;
+        m_FileName = pFileName;
+        m_Buffer.resize(static_cast<size_t>(size));
+        m_Offset = 0;
+        if ((mode & (std::ios_base::app | std::ios_base::ate)) != 0) return SeekEnd();
+        return this;
+    }
+
+    // Null if no file is open or the camera cannot close it.
+    DevFileStreamBuf* close() {
+        if (!m_IsOpen) return NULL;
+        m_IsOpen = false;
+        return m_Adapter.closeFile(m_FileName.c_str()) ? this : NULL;
+    }
+
+    bool is_open() const { return m_IsOpen; }
+
+  protected:
+    // An exception of the nodes has no way out of a destructor.
+    void CloseQuietly() {
+        try {
+            close();
+        } catch (const GENICAM_NAMESPACE::GenericException&) {
+        }
+    }
+
+    FileProtocolAdapter m_Adapter;
+    std::string m_FileName;
+    std::vector<CharType> m_Buffer;
+    int64_t m_Offset;  // in the file, of what follows the buffer
+
+  private:
+    DevFileStreamBuf* SeekEnd() {
+        m_Offset = m_Adapter.getFileSize(m_FileName.c_str());
+        if (m_Offset >= 0) return this;
+        close();
+        return NULL;
+    }
+
+    bool m_IsOpen;
+};
+
+template <typename CharType, typename Traits = std::char_traits<CharType>>
+class ODevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
+    typedef DevFileStreamBuf<CharType, Traits> Base;
+
+  public:
+    ~ODevFileStreamBuf() { CloseQuietly(); }
+
+    ODevFileStreamBuf* open(INodeMap* pInterface, const char* pFileName,
+                            std::ios_base::openmode mode) {
+        if (Base::open(pInterface, pFileName, mode | std::ios_base::out) == NULL) return NULL;
+        Empty();
+        return this;
+    }
+
+    // Writes what is still in the buffer.
+    ODevFileStreamBuf* close() {
+        if (!this->is_open()) return NULL;
+        bool written = false;
+        try {
+            written = Flush();
+        } catch (const GENICAM_NAMESPACE::GenericException&) {
+            Leave();
+            throw;
+        }
+        return Leave() && written ? this : NULL;
+    }
+
+  protected:
+    typename Traits::int_type overflow(typename Traits::int_type c) override {
+        if (!this->is_open() || !Flush()) return Traits::eof();
+        if (Traits::eq_int_type(c, Traits::eof())) return Traits::not_eof(c);
+        return this->sputc(Traits::to_char_type(c));
+    }
+
+    int sync() override { return this->is_open() && Flush() ? 0 : -1; }
+
+  private:
+    void Empty() {
+        this->setp(this->m_Buffer.data(), this->m_Buffer.data() + this->m_Buffer.size());
+    }
+
+    // What could not be written is lost.
+    bool Flush() {
+        const std::streamsize length = this->pptr() - this->pbase();
+        const char* const data = reinterpret_cast<const char*>(this->pbase());
+        Empty();
+        if (length == 0) return true;
+        const std::streamsize written =
+            this->m_Adapter.write(data, this->m_Offset, length, this->m_FileName.c_str());
+        if (written > 0) this->m_Offset += written;
+        return written == length;
+    }
+
+    bool Leave() {
+        this->setp(NULL, NULL);
+        return Base::close() != NULL;
+    }
+
+    void CloseQuietly() {
+        try {
+            close();
+        } catch (const GENICAM_NAMESPACE::GenericException&) {
+            Base::CloseQuietly();
+        }
+    }
+};
+
+template <typename CharType, typename Traits = std::char_traits<CharType>>
+class IDevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
+    typedef DevFileStreamBuf<CharType, Traits> Base;
+
+  public:
+    ~IDevFileStreamBuf() { this->CloseQuietly(); }
+
+    IDevFileStreamBuf* open(INodeMap* pInterface, const char* pFileName,
+                            std::ios_base::openmode mode) {
+        if (Base::open(pInterface, pFileName, mode | std::ios_base::in) == NULL) return NULL;
+        this->setg(NULL, NULL, NULL);
+        return this;
+    }
+
+    IDevFileStreamBuf* close() {
+        this->setg(NULL, NULL, NULL);
+        return Base::close() == NULL ? NULL : this;
+    }
+
+  protected:
+    typename Traits::int_type underflow() override {
+        if (!this->is_open()) return Traits::eof();
+        CharType* const data = this->m_Buffer.data();
+        const std::streamsize length = this->m_Adapter.read(
+            reinterpret_cast<char*>(data), this->m_Offset,
+            static_cast<std::streamsize>(this->m_Buffer.size()), this->m_FileName.c_str());
+        if (length <= 0) return Traits::eof();
+        this->m_Offset += length;
+        this->setg(data, data, data + length);
+        return Traits::to_int_type(*data);
+    }
+};
+
+// A file of a camera for writing. As std::ofstream: failbit if the file cannot be opened or closed,
+// badbit if it cannot be written; but exceptions of the nodes pass out of open and close. No
+// seeking. The map must outlive the open file. Thread-bound.
+template <typename CharType, typename Traits = std::char_traits<CharType>>
+class ODevFileStreamBase : public std::basic_ostream<CharType, Traits> {
+  public:
+    typedef ODevFileStreamBuf<CharType, Traits> filebuf_type;
+
+    ODevFileStreamBase() : std::basic_ostream<CharType, Traits>(NULL) { this->init(&m_Buf); }
+    ODevFileStreamBase(INodeMap* pInterface, const char* pFileName,
+                       std::ios_base::openmode mode = std::ios_base::out | std::ios_base::trunc)
+        : ODevFileStreamBase() {
+        open(pInterface, pFileName, mode);
+    }
+
+    filebuf_type* rdbuf() const { return const_cast<filebuf_type*>(&m_Buf); }
+    bool is_open() const { return m_Buf.is_open(); }
+
+    // With app or ate writing begins at the end of the file; the camera must have FileSize then.
+    void open(INodeMap* pInterface, const char* pFileName,
+              std::ios_base::openmode mode = std::ios_base::out | std::ios_base::trunc) {
+        if (m_Buf.open(pInterface, pFileName, mode) == NULL) {
+            this->setstate(std::ios_base::failbit);
+        } else {
+            this->clear();
+        }
+    }
+
+    void close() {
+        if (m_Buf.close() == NULL) this->setstate(std::ios_base::failbit);
+    }
+
+  private:
+    filebuf_type m_Buf;
+};
+
+// A file of a camera for reading, likewise as std::ifstream.
+template <typename CharType, typename Traits = std::char_traits<CharType>>
+class IDevFileStreamBase : public std::basic_istream<CharType, Traits> {
+  public:
+    typedef IDevFileStreamBuf<CharType, Traits> filebuf_type;
+
+    IDevFileStreamBase() : std::basic_istream<CharType, Traits>(NULL) { this->init(&m_Buf); }
+    IDevFileStreamBase(INodeMap* pInterface, const char* pFileName,
+                       std::ios_base::openmode mode = std::ios_base::in)
+        : IDevFileStreamBase() {
+        open(pInterface, pFileName, mode);
+    }
+
+    filebuf_type* rdbuf() const { return const_cast<filebuf_type*>(&m_Buf); }
+    bool is_open() const { return m_Buf.is_open(); }
+
+    void open(INodeMap* pInterface, const char* pFileName,
+              std::ios_base::openmode mode = std::ios_base::in) {
+        if (m_Buf.open(pInterface, pFileName, mode) == NULL) {
+            this->setstate(std::ios_base::failbit);
+        } else {
+            this->clear();
+        }
+    }
+
+    void close() {
+        if (m_Buf.close() == NULL) this->setstate(std::ios_base::failbit);
+    }
+
+  private:
+    filebuf_type m_Buf;
+};
+
+typedef ODevFileStreamBase<char> ODevFileStream;
+typedef IDevFileStreamBase<char> IDevFileStream;
+
+}  // namespace GENAPI_NAMESPACE
+
+#endif  // GENAPI_FILESTREAM_H

@@ -1,0 +1,51 @@
+#include "genapi/description/archive.h"
+
+#include <Base/GCException.h>
+#include <gtest/gtest.h>
+
+#include "genapi/description/limits.h"
+#include "tests/genapi/description/archives.h"
+#include "tests/genapi/description/documents.h"
+
+namespace test {
+namespace {
+
+constexpr const char* kInvalid = "Invalid ZIP string in ParseXmlBuffer";
+
+std::string errorOf(const std::string& bytes) {
+    return textOf<GENICAM_NAMESPACE::RuntimeException>([&] { unzipFirstEntry(bytes); });
+}
+
+TEST(Archives, FirstEntryStoredOrDeflated) {
+    const std::string text(10000, 'x');
+    const std::string other(200, 'y');
+    for (const int method : {ZIP_CM_STORE, ZIP_CM_DEFLATE})
+        EXPECT_EQ(text,
+                  unzipFirstEntry(archive({{"folder/a.txt", text}, {"b.xml", other}}, method)));
+}
+
+TEST(Archives, BytesBehindTheEndDoNotMatter) {
+    const std::string bytes = archive({{"a.xml", "text"}});
+    EXPECT_EQ("text", unzipFirstEntry(bytes + "tail"));
+    EXPECT_EQ("text", unzipFirstEntry(bytes + std::string(200000, '\xFF')));
+}
+
+TEST(Archives, DamagedOnes) {
+    const std::string bytes = archive({{"a.xml", "some text"}}, ZIP_CM_STORE);
+    EXPECT_EQ(kInvalid, errorOf("<RegisterDescription/>"));
+    EXPECT_EQ(kInvalid, errorOf(""));
+    EXPECT_EQ(kInvalid, errorOf("PK\5\6" + std::string(18, '\0')));
+    EXPECT_EQ(kInvalid, errorOf(bytes.substr(0, bytes.size() / 2)));
+    std::string changed = bytes;
+    changed[changed.find("some")] ^= 1;
+    EXPECT_EQ(kInvalid, errorOf(changed));
+}
+
+TEST(Archives, TooLargeContents) {
+    EXPECT_EQ(kInvalid, errorOf(archive({{"a.xml", std::string(kMaxXmlSize + 1, ' ')}})));
+    // Within the size, but blown up from nearly nothing.
+    EXPECT_EQ(kInvalid, errorOf(archive({{"a.xml", std::string(kMaxXmlSize / 2, ' ')}})));
+}
+
+}  // namespace
+}  // namespace test
