@@ -21,8 +21,8 @@ gcstring assemble(const gcstring& description, const char* fileName, unsigned in
     if (isGiven(type)) text += gcstring(" : ") + type + " thrown";
     if (isGiven(errorNode)) text += gcstring(" in node '") + errorNode + "'";
     if (isGiven(entryPoint)) text += gcstring(" while calling '") + entryPoint + "'";
-    text += gcstring(" (file '") + baseName(fileName) + "', line " +
-            std::to_string(line).c_str() + ")";
+    text +=
+        gcstring(" (file '") + baseName(fileName) + "', line " + std::to_string(line).c_str() + ")";
     return text;
 }
 
@@ -64,18 +64,18 @@ const char* GenericException::what() const noexcept {
     return m_What.c_str();
 }
 
-#define DEFINE_EXCEPTION(name)                                                                    \
-    name::name(const char* pDescription, const char* pSourceFileName, int SourceLine)             \
+#define DEFINE_EXCEPTION(name)                                                                     \
+    name::name(const char* pDescription, const char* pSourceFileName, int SourceLine)              \
         : GenericException(pDescription, pSourceFileName, static_cast<unsigned int>(SourceLine)) { \
-    }                                                                                             \
-    name::name(const char* pDescription, const char* pSourceFileName, int SourceLine,             \
-               const char* pExceptionType)                                                        \
-        : GenericException(pDescription, pSourceFileName, static_cast<unsigned int>(SourceLine),  \
-                           pExceptionType) {}                                                     \
-    name::name(const char* pDescription, const char* pSourceFileName, int SourceLine,             \
-               const char* pEntryPoint, const char* pErrorNodeName, const char* pExceptionType)   \
-        : GenericException(pDescription, pSourceFileName, static_cast<unsigned int>(SourceLine),  \
-                           pEntryPoint, pErrorNodeName, pExceptionType) {}                        \
+    }                                                                                              \
+    name::name(const char* pDescription, const char* pSourceFileName, int SourceLine,              \
+               const char* pExceptionType)                                                         \
+        : GenericException(pDescription, pSourceFileName, static_cast<unsigned int>(SourceLine),   \
+                           pExceptionType) {}                                                      \
+    name::name(const char* pDescription, const char* pSourceFileName, int SourceLine,              \
+               const char* pEntryPoint, const char* pErrorNodeName, const char* pExceptionType)    \
+        : GenericException(pDescription, pSourceFileName, static_cast<unsigned int>(SourceLine),   \
+                           pEntryPoint, pErrorNodeName, pExceptionType) {}                         \
     name::~name() noexcept = default
 
 DEFINE_EXCEPTION(BadAllocException);

@@ -1,5 +1,3 @@
-#include <Base/GCString.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -7,6 +5,7 @@
 #include <string_view>
 
 #include <Base/GCException.h>
+#include <Base/GCString.h>
 
 namespace GENICAM_NAMESPACE {
 

@@ -1,11 +1,10 @@
-#include <Base/GCStringVector.h>
-
 #include <algorithm>
 #include <new>
 #include <stdexcept>
 #include <vector>
 
 #include <Base/GCException.h>
+#include <Base/GCStringVector.h>
 
 namespace GENICAM_NAMESPACE {
 
@@ -24,8 +23,7 @@ gcstring_vector::gcstring_vector() : _pv(new Strings) {}
 gcstring_vector::gcstring_vector(size_t uiSize, const gcstring& str)
     : _pv(new Strings(uiSize, str)) {}
 
-gcstring_vector::gcstring_vector(const gcstring_vector& obj)
-    : _pv(new Strings(strings(obj._pv))) {}
+gcstring_vector::gcstring_vector(const gcstring_vector& obj) : _pv(new Strings(strings(obj._pv))) {}
 
 gcstring_vector::~gcstring_vector() {
     delete static_cast<Strings*>(_pv);

@@ -45,8 +45,7 @@ DescriptionBuilder::DescriptionBuilder()
 DescriptionBuilder::~DescriptionBuilder() = default;
 
 // Whether the text stands at a place of the pool, with a NUL behind it.
-bool DescriptionBuilder::stands(std::string_view text, TextRef place) const
-{
+bool DescriptionBuilder::stands(std::string_view text, TextRef place) const {
     const std::vector<char>& pool = description_->pool_;
     return text.size() < pool.size() - place && pool[place + text.size()] == '\0' &&
            std::memcmp(pool.data() + place, text.data(), text.size()) == 0;

@@ -14,125 +14,134 @@ namespace Engine {
 namespace {
 
 // Which kinds a reference may point to, by the interface that it needs.
-bool isInteger(NodeKind kind)
-{
+bool isInteger(NodeKind kind) {
     switch (kind) {
-    case NodeKind::Integer:
-    case NodeKind::IntReg:
-    case NodeKind::MaskedIntReg:
-    case NodeKind::StructEntry:
-    case NodeKind::IntSwissKnife:
-    case NodeKind::IntConverter:
-    case NodeKind::IntKey:
-    case NodeKind::AdvFeatureLock:
-    case NodeKind::SmartFeature: return true;
-    default: return false;
+        case NodeKind::Integer:
+        case NodeKind::IntReg:
+        case NodeKind::MaskedIntReg:
+        case NodeKind::StructEntry:
+        case NodeKind::IntSwissKnife:
+        case NodeKind::IntConverter:
+        case NodeKind::IntKey:
+        case NodeKind::AdvFeatureLock:
+        case NodeKind::SmartFeature:
+            return true;
+        default:
+            return false;
     }
 }
 
-bool isFloat(NodeKind kind)
-{
+bool isFloat(NodeKind kind) {
     return kind == NodeKind::Float || kind == NodeKind::FloatReg || kind == NodeKind::SwissKnife ||
            kind == NodeKind::Converter;
 }
 
-bool isString(NodeKind kind)
-{
+bool isString(NodeKind kind) {
     return kind == NodeKind::String || kind == NodeKind::StringReg || kind == NodeKind::TextDesc;
 }
 
 class Compiler {
-public:
+  public:
     Compiler(Description& description, NodeTables& tables, std::vector<NodeRecord>& records)
-        : description_(description), tables_(tables), records_(records)
-    {
-    }
+        : description_(description), tables_(tables), records_(records) {}
 
-    void compile(NodeId id)
-    {
+    void compile(NodeId id) {
         id_ = id;
         NodeRecord& record = records_[id];
         common(record);
         switch (record.kind) {
-        case NodeKind::Category: record.data = add(tables_.categories, category()); break;
-        case NodeKind::Integer: record.data = add(tables_.integers, number<std::int64_t>()); break;
-        case NodeKind::Float: record.data = add(tables_.floats, number<double>()); break;
-        case NodeKind::IntReg:
-        case NodeKind::MaskedIntReg:
-        case NodeKind::StructEntry:
-        case NodeKind::FloatReg:
-        case NodeKind::StringReg:
-        case NodeKind::Register:
-        case NodeKind::ConfRom:
-        case NodeKind::AdvFeatureLock:
-            record.data = add(tables_.registers, registerData(record));
-            break;
-        case NodeKind::Boolean: record.data = add(tables_.booleans, boolean()); break;
-        case NodeKind::Command: record.data = add(tables_.commands, command()); break;
-        case NodeKind::Enumeration:
-            record.data = add(tables_.enumerations, enumeration());
-            break;
-        case NodeKind::EnumEntry: record.data = add(tables_.entries, entry()); break;
-        case NodeKind::String: record.data = add(tables_.strings, string()); break;
-        case NodeKind::SwissKnife:
-        case NodeKind::IntSwissKnife:
-            record.data = add(tables_.swissKnives, swissKnife());
-            break;
-        case NodeKind::Converter:
-        case NodeKind::IntConverter:
-            record.data = add(tables_.converters, converter());
-            break;
-        case NodeKind::Port: record.data = add(tables_.ports, port()); break;
-        case NodeKind::Node:
-        case NodeKind::TextDesc:
-        case NodeKind::IntKey:
-        case NodeKind::SmartFeature: break;
+            case NodeKind::Category:
+                record.data = add(tables_.categories, category());
+                break;
+            case NodeKind::Integer:
+                record.data = add(tables_.integers, number<std::int64_t>());
+                break;
+            case NodeKind::Float:
+                record.data = add(tables_.floats, number<double>());
+                break;
+            case NodeKind::IntReg:
+            case NodeKind::MaskedIntReg:
+            case NodeKind::StructEntry:
+            case NodeKind::FloatReg:
+            case NodeKind::StringReg:
+            case NodeKind::Register:
+            case NodeKind::ConfRom:
+            case NodeKind::AdvFeatureLock:
+                record.data = add(tables_.registers, registerData(record));
+                break;
+            case NodeKind::Boolean:
+                record.data = add(tables_.booleans, boolean());
+                break;
+            case NodeKind::Command:
+                record.data = add(tables_.commands, command());
+                break;
+            case NodeKind::Enumeration:
+                record.data = add(tables_.enumerations, enumeration());
+                break;
+            case NodeKind::EnumEntry:
+                record.data = add(tables_.entries, entry());
+                break;
+            case NodeKind::String:
+                record.data = add(tables_.strings, string());
+                break;
+            case NodeKind::SwissKnife:
+            case NodeKind::IntSwissKnife:
+                record.data = add(tables_.swissKnives, swissKnife());
+                break;
+            case NodeKind::Converter:
+            case NodeKind::IntConverter:
+                record.data = add(tables_.converters, converter());
+                break;
+            case NodeKind::Port:
+                record.data = add(tables_.ports, port());
+                break;
+            case NodeKind::Node:
+            case NodeKind::TextDesc:
+            case NodeKind::IntKey:
+            case NodeKind::SmartFeature:
+                break;
         }
     }
 
-private:
+  private:
     template <typename T>
-    static std::uint32_t add(std::vector<T>& table, T data)
-    {
+    static std::uint32_t add(std::vector<T>& table, T data) {
         table.push_back(std::move(data));
         return static_cast<std::uint32_t>(table.size() - 1);
     }
 
-    std::string_view text(const Property& property) const
-    {
+    std::string_view text(const Property& property) const {
         return description_.text(property.text());
     }
 
     // The number that a text element says.
     template <typename T>
-    T constant(const Property& property) const
-    {
+    T constant(const Property& property) const {
         return parseNumber<T>(text(property), property.element);
     }
 
-    bool is(const Property& property, std::string_view word) const
-    {
+    bool is(const Property& property, std::string_view word) const {
         return text(property) == word;
     }
 
     NodeKind kindOf(NodeId node) const { return records_[node].kind; }
 
-    NodeId integerLike(NodeId node) const
-    {
+    NodeId integerLike(NodeId node) const {
         const NodeKind kind = kindOf(node);
         if (!isInteger(kind) && !isFloat(kind) && kind != NodeKind::Enumeration &&
             kind != NodeKind::Boolean)
-            throw RUNTIME_EXCEPTION("CIntegerPolyRef::operator(IBase*) : pointer is neither "
-                                    "IInteger*, nor IEnumeration*, nor IBoolean*, nor IFloat*");
+            throw RUNTIME_EXCEPTION(
+                "CIntegerPolyRef::operator(IBase*) : pointer is neither "
+                "IInteger*, nor IEnumeration*, nor IBoolean*, nor IFloat*");
         return node;
     }
 
-    NodeId floatLike(NodeId node) const
-    {
+    NodeId floatLike(NodeId node) const {
         const NodeKind kind = kindOf(node);
         if (!isInteger(kind) && !isFloat(kind) && kind != NodeKind::Enumeration)
-            throw RUNTIME_EXCEPTION("CFloatPolyRef::operator(IBase*) : pointer is neither "
-                                    "IFloat*, IInteger*, nor IEnumeration*");
+            throw RUNTIME_EXCEPTION(
+                "CFloatPolyRef::operator(IBase*) : pointer is neither "
+                "IFloat*, IInteger*, nor IEnumeration*");
         return node;
     }
 
@@ -141,8 +150,7 @@ private:
 
     // A setting from a text element or a link, whichever the property is.
     template <typename T>
-    Setting<T> setting(const Property& property) const
-    {
+    Setting<T> setting(const Property& property) const {
         Setting<T> result;
         if (isLink(property.element)) {
             result.source = Setting<T>::Source::Node;
@@ -157,8 +165,7 @@ private:
     Slice<Property> properties() const { return description_.properties(id_); }
 
     // The nodes that links of one element point to.
-    Range links(Element element)
-    {
+    Range links(Element element) {
         Range range{static_cast<std::uint32_t>(tables_.nodes.size()), 0};
         for (const Property& property : properties())
             if (property.element == element) {
@@ -190,8 +197,7 @@ private:
     FormulaVariable variable(const Property& property) const;
     std::uint32_t formula(TextRef text, Range variables, bool integer, const char* input);
 
-    std::vector<IndexedCase<std::int64_t>>& cases(const std::int64_t*) const
-    {
+    std::vector<IndexedCase<std::int64_t>>& cases(const std::int64_t*) const {
         return tables_.integerCases;
     }
     std::vector<IndexedCase<double>>& cases(const double*) const { return tables_.floatCases; }
@@ -202,88 +208,96 @@ private:
     NodeId id_ = kNoNode;
 };
 
-EVisibility visibilityOf(std::string_view text)
-{
-    if (text == "Expert")
-        return Expert;
-    if (text == "Guru")
-        return Guru;
+EVisibility visibilityOf(std::string_view text) {
+    if (text == "Expert") return Expert;
+    if (text == "Guru") return Guru;
     return text == "Invisible" ? Invisible : Beginner;
 }
 
-EAccessMode accessModeOf(std::string_view text)
-{
-    if (text == "RO")
-        return RO;
+EAccessMode accessModeOf(std::string_view text) {
+    if (text == "RO") return RO;
     return text == "WO" ? WO : RW;
 }
 
-ECachingMode cachingModeOf(std::string_view text)
-{
-    if (text == "NoCache")
-        return NoCache;
+ECachingMode cachingModeOf(std::string_view text) {
+    if (text == "NoCache") return NoCache;
     return text == "WriteAround" ? WriteAround : WriteThrough;
 }
 
-bool isTrue(std::string_view text)
-{
+bool isTrue(std::string_view text) {
     return text == "true" || text == "1";
 }
 
-void Compiler::common(NodeRecord& record)
-{
+void Compiler::common(NodeRecord& record) {
     for (const Property& property : properties()) {
         switch (property.element) {
-        case Element::Visibility: record.visibility = visibilityOf(text(property)); break;
-        case Element::ImposedAccessMode: record.imposedAccess = accessModeOf(text(property)); break;
-        case Element::Streamable: record.streamable = is(property, "Yes"); break;
-        case Element::IsDeprecated: record.deprecated = is(property, "Yes"); break;
-        case Element::PollingTime:
-            record.pollingTime = static_cast<std::int32_t>(
-                std::clamp<std::int64_t>(constant<std::int64_t>(property), -1, INT32_MAX));
-            break;
-        case Element::pIsImplemented: record.isImplemented = integerLike(property.node()); break;
-        case Element::pIsAvailable: record.isAvailable = integerLike(property.node()); break;
-        case Element::pIsLocked: record.isLocked = integerLike(property.node()); break;
-        case Element::pBlockPolling: record.blockPolling = integerLike(property.node()); break;
-        default: break;
+            case Element::Visibility:
+                record.visibility = visibilityOf(text(property));
+                break;
+            case Element::ImposedAccessMode:
+                record.imposedAccess = accessModeOf(text(property));
+                break;
+            case Element::Streamable:
+                record.streamable = is(property, "Yes");
+                break;
+            case Element::IsDeprecated:
+                record.deprecated = is(property, "Yes");
+                break;
+            case Element::PollingTime:
+                record.pollingTime = static_cast<std::int32_t>(
+                    std::clamp<std::int64_t>(constant<std::int64_t>(property), -1, INT32_MAX));
+                break;
+            case Element::pIsImplemented:
+                record.isImplemented = integerLike(property.node());
+                break;
+            case Element::pIsAvailable:
+                record.isAvailable = integerLike(property.node());
+                break;
+            case Element::pIsLocked:
+                record.isLocked = integerLike(property.node());
+                break;
+            case Element::pBlockPolling:
+                record.blockPolling = integerLike(property.node());
+                break;
+            default:
+                break;
         }
     }
 }
 
-void Compiler::presentation(const Property& property, Presentation& result) const
-{
+void Compiler::presentation(const Property& property, Presentation& result) const {
     static constexpr std::array<std::string_view, 7> kRepresentations = {
         "Linear", "Logarithmic", "Boolean", "PureNumber", "HexNumber", "IPV4Address", "MACAddress"};
     switch (property.element) {
-    case Element::Unit: result.unit = property.text(); break;
-    case Element::Representation:
-        for (std::size_t i = 0; i < kRepresentations.size(); ++i)
-            if (is(property, kRepresentations[i]))
-                result.representation = static_cast<std::uint8_t>(i);
-        break;
-    case Element::DisplayNotation:
-        result.notation = is(property, "Fixed")        ? fnFixed
-                          : is(property, "Scientific") ? fnScientific
-                                                       : fnAutomatic;
-        break;
-    case Element::DisplayPrecision:
-        // More digits than a double has are zeros.
-        result.precision = static_cast<std::int16_t>(
-            std::clamp<std::int64_t>(constant<std::int64_t>(property), 0, 400));
-        break;
-    default: break;
+        case Element::Unit:
+            result.unit = property.text();
+            break;
+        case Element::Representation:
+            for (std::size_t i = 0; i < kRepresentations.size(); ++i)
+                if (is(property, kRepresentations[i]))
+                    result.representation = static_cast<std::uint8_t>(i);
+            break;
+        case Element::DisplayNotation:
+            result.notation = is(property, "Fixed")        ? fnFixed
+                              : is(property, "Scientific") ? fnScientific
+                                                           : fnAutomatic;
+            break;
+        case Element::DisplayPrecision:
+            // More digits than a double has are zeros.
+            result.precision = static_cast<std::int16_t>(
+                std::clamp<std::int64_t>(constant<std::int64_t>(property), 0, 400));
+            break;
+        default:
+            break;
     }
 }
 
-CategoryData Compiler::category()
-{
+CategoryData Compiler::category() {
     return {links(Element::pFeature)};
 }
 
 template <typename T>
-void Compiler::readValidValues(const Property& property, NumberData<T>& data)
-{
+void Compiler::readValidValues(const Property& property, NumberData<T>& data) {
     data.validValues = {static_cast<std::uint32_t>(tables_.validValues.size()), 0};
     std::string_view list = text(property);
     while (!list.empty()) {
@@ -298,33 +312,48 @@ void Compiler::readValidValues(const Property& property, NumberData<T>& data)
 }
 
 template <typename T>
-NumberData<T> Compiler::number()
-{
+NumberData<T> Compiler::number() {
     NumberData<T> data;
     auto& pool = cases(static_cast<const T*>(nullptr));
     data.cases.first = static_cast<std::uint32_t>(pool.size());
     for (const Property& property : properties()) {
         switch (property.element) {
-        case Element::Value:
-        case Element::pValue: data.value = setting<T>(property); break;
-        case Element::pIndex: data.index = integerLike(property.node()); break;
-        case Element::ValueIndexed:
-        case Element::pValueIndexed:
-            pool.push_back({parseNumber<std::int64_t>(description_.text(property.attribute),
-                                                      property.element),
-                            setting<T>(property)});
-            ++data.cases.count;
-            break;
-        case Element::ValueDefault:
-        case Element::pValueDefault: data.otherwise = setting<T>(property); break;
-        case Element::Min:
-        case Element::pMin: data.min = setting<T>(property); break;
-        case Element::Max:
-        case Element::pMax: data.max = setting<T>(property); break;
-        case Element::Inc:
-        case Element::pInc: data.inc = setting<T>(property); break;
-        case Element::ValidValueSet: readValidValues(property, data); break;
-        default: presentation(property, data.presentation); break;
+            case Element::Value:
+            case Element::pValue:
+                data.value = setting<T>(property);
+                break;
+            case Element::pIndex:
+                data.index = integerLike(property.node());
+                break;
+            case Element::ValueIndexed:
+            case Element::pValueIndexed:
+                pool.push_back({parseNumber<std::int64_t>(description_.text(property.attribute),
+                                                          property.element),
+                                setting<T>(property)});
+                ++data.cases.count;
+                break;
+            case Element::ValueDefault:
+            case Element::pValueDefault:
+                data.otherwise = setting<T>(property);
+                break;
+            case Element::Min:
+            case Element::pMin:
+                data.min = setting<T>(property);
+                break;
+            case Element::Max:
+            case Element::pMax:
+                data.max = setting<T>(property);
+                break;
+            case Element::Inc:
+            case Element::pInc:
+                data.inc = setting<T>(property);
+                break;
+            case Element::ValidValueSet:
+                readValidValues(property, data);
+                break;
+            default:
+                presentation(property, data.presentation);
+                break;
         }
     }
     const auto byIndex = [](const auto& a, const auto& b) { return a.index < b.index; };
@@ -335,28 +364,28 @@ NumberData<T> Compiler::number()
     return data;
 }
 
-void Compiler::readAddress(RegisterData& data)
-{
+void Compiler::readAddress(RegisterData& data) {
     data.address.first = static_cast<std::uint32_t>(tables_.addressParts.size());
     std::uint64_t sum = 0;
     for (const Property& property : properties()) {
         switch (property.element) {
-        case Element::Address:
-            sum += static_cast<std::uint64_t>(constant<std::int64_t>(property));
-            break;
-        case Element::IntSwissKnife:
-        case Element::pAddress:
-            tables_.addressParts.push_back({setting<std::int64_t>(property), {}, false});
-            break;
-        case Element::pIndex:
-            tables_.addressParts.push_back({setting<std::int64_t>(property), {}, true});
-            break;
-        case Element::Offset:
-        case Element::pOffset:
-            if (tables_.addressParts.size() > data.address.first)
-                tables_.addressParts.back().step = setting<std::int64_t>(property);
-            break;
-        default: break;
+            case Element::Address:
+                sum += static_cast<std::uint64_t>(constant<std::int64_t>(property));
+                break;
+            case Element::IntSwissKnife:
+            case Element::pAddress:
+                tables_.addressParts.push_back({setting<std::int64_t>(property), {}, false});
+                break;
+            case Element::pIndex:
+                tables_.addressParts.push_back({setting<std::int64_t>(property), {}, true});
+                break;
+            case Element::Offset:
+            case Element::pOffset:
+                if (tables_.addressParts.size() > data.address.first)
+                    tables_.addressParts.back().step = setting<std::int64_t>(property);
+                break;
+            default:
+                break;
         }
     }
     data.constantAddress = static_cast<std::int64_t>(sum);
@@ -365,31 +394,45 @@ void Compiler::readAddress(RegisterData& data)
     data.addressIsConstant = data.address.count == 0;
 }
 
-RegisterData Compiler::registerData(const NodeRecord& record)
-{
+RegisterData Compiler::registerData(const NodeRecord& record) {
     RegisterData data;
     readAddress(data);
     for (const Property& property : properties()) {
         switch (property.element) {
-        case Element::Length:
-        case Element::pLength: data.length = setting<std::int64_t>(property); break;
-        case Element::pPort: data.port = property.node(); break;
-        case Element::AccessMode: data.accessMode = accessModeOf(text(property)); break;
-        case Element::Cachable: data.cachable = cachingModeOf(text(property)); break;
-        case Element::Sign: data.isSigned = is(property, "Signed"); break;
-        case Element::Endianess: data.bigEndian = is(property, "BigEndian"); break;
-        case Element::Bit:
-            data.lsb = data.msb = static_cast<std::uint8_t>(
-                std::clamp<std::int64_t>(constant<std::int64_t>(property), 0, 255));
-            data.masked = true;
-            break;
-        case Element::LSB:
-        case Element::MSB:
-            (property.element == Element::LSB ? data.lsb : data.msb) = static_cast<std::uint8_t>(
-                std::clamp<std::int64_t>(constant<std::int64_t>(property), 0, 255));
-            data.masked = true;
-            break;
-        default: presentation(property, data.presentation); break;
+            case Element::Length:
+            case Element::pLength:
+                data.length = setting<std::int64_t>(property);
+                break;
+            case Element::pPort:
+                data.port = property.node();
+                break;
+            case Element::AccessMode:
+                data.accessMode = accessModeOf(text(property));
+                break;
+            case Element::Cachable:
+                data.cachable = cachingModeOf(text(property));
+                break;
+            case Element::Sign:
+                data.isSigned = is(property, "Signed");
+                break;
+            case Element::Endianess:
+                data.bigEndian = is(property, "BigEndian");
+                break;
+            case Element::Bit:
+                data.lsb = data.msb = static_cast<std::uint8_t>(
+                    std::clamp<std::int64_t>(constant<std::int64_t>(property), 0, 255));
+                data.masked = true;
+                break;
+            case Element::LSB:
+            case Element::MSB:
+                (property.element == Element::LSB ? data.lsb : data.msb) =
+                    static_cast<std::uint8_t>(
+                        std::clamp<std::int64_t>(constant<std::int64_t>(property), 0, 255));
+                data.masked = true;
+                break;
+            default:
+                presentation(property, data.presentation);
+                break;
         }
     }
     if (record.kind == NodeKind::MaskedIntReg || record.kind == NodeKind::StructEntry)
@@ -397,8 +440,7 @@ RegisterData Compiler::registerData(const NodeRecord& record)
     return data;
 }
 
-void Compiler::checkMask(const RegisterData& data) const
-{
+void Compiler::checkMask(const RegisterData& data) const {
     const std::int64_t bits = 8 * std::clamp<std::int64_t>(data.length.constant, 0, 8);
     const char* fault = nullptr;
     if (data.bigEndian) {
@@ -412,23 +454,28 @@ void Compiler::checkMask(const RegisterData& data) const
         else if (data.msb < data.lsb)
             fault = "For a little endian integer MSB must be greater or equal than LSB";
     }
-    if (fault)
-        throw RUNTIME_EXCEPTION("Node '%s' : %s", description_.name(id_).data(), fault);
+    if (fault) throw RUNTIME_EXCEPTION("Node '%s' : %s", description_.name(id_).data(), fault);
 }
 
-BooleanData Compiler::boolean()
-{
+BooleanData Compiler::boolean() {
     BooleanData data;
     for (const Property& property : properties()) {
         switch (property.element) {
-        case Element::Value:
-            data.value.source = Setting<std::int64_t>::Source::Constant;
-            data.value.constant = isTrue(text(property)) ? 1 : 0;
-            break;
-        case Element::pValue: data.value = setting<std::int64_t>(property); break;
-        case Element::OnValue: data.onValue = constant<std::int64_t>(property); break;
-        case Element::OffValue: data.offValue = constant<std::int64_t>(property); break;
-        default: break;
+            case Element::Value:
+                data.value.source = Setting<std::int64_t>::Source::Constant;
+                data.value.constant = isTrue(text(property)) ? 1 : 0;
+                break;
+            case Element::pValue:
+                data.value = setting<std::int64_t>(property);
+                break;
+            case Element::OnValue:
+                data.onValue = constant<std::int64_t>(property);
+                break;
+            case Element::OffValue:
+                data.offValue = constant<std::int64_t>(property);
+                break;
+            default:
+                break;
         }
     }
     if (data.value.source == Setting<std::int64_t>::Source::Constant)
@@ -436,23 +483,26 @@ BooleanData Compiler::boolean()
     return data;
 }
 
-CommandData Compiler::command()
-{
+CommandData Compiler::command() {
     CommandData data;
     for (const Property& property : properties()) {
         switch (property.element) {
-        case Element::Value:
-        case Element::pValue: data.value = setting<std::int64_t>(property); break;
-        case Element::CommandValue:
-        case Element::pCommandValue: data.commandValue = setting<std::int64_t>(property); break;
-        default: break;
+            case Element::Value:
+            case Element::pValue:
+                data.value = setting<std::int64_t>(property);
+                break;
+            case Element::CommandValue:
+            case Element::pCommandValue:
+                data.commandValue = setting<std::int64_t>(property);
+                break;
+            default:
+                break;
         }
     }
     return data;
 }
 
-EnumerationData Compiler::enumeration()
-{
+EnumerationData Compiler::enumeration() {
     EnumerationData data;
     for (const Property& property : properties())
         if (property.element == Element::Value || property.element == Element::pValue)
@@ -461,29 +511,33 @@ EnumerationData Compiler::enumeration()
     return data;
 }
 
-EnumEntryData Compiler::entry()
-{
+EnumEntryData Compiler::entry() {
     EnumEntryData data;
     bool hasNumeric = false;
     for (const Property& property : properties()) {
         switch (property.element) {
-        case Element::Value: data.value = constant<std::int64_t>(property); break;
-        case Element::NumericValue:
-            data.numeric = constant<double>(property);
-            hasNumeric = true;
-            break;
-        case Element::Symbolic: data.symbolic = property.text(); break;
-        case Element::IsSelfClearing: data.selfClearing = is(property, "Yes"); break;
-        default: break;
+            case Element::Value:
+                data.value = constant<std::int64_t>(property);
+                break;
+            case Element::NumericValue:
+                data.numeric = constant<double>(property);
+                hasNumeric = true;
+                break;
+            case Element::Symbolic:
+                data.symbolic = property.text();
+                break;
+            case Element::IsSelfClearing:
+                data.selfClearing = is(property, "Yes");
+                break;
+            default:
+                break;
         }
     }
-    if (!hasNumeric)
-        data.numeric = static_cast<double>(data.value);
+    if (!hasNumeric) data.numeric = static_cast<double>(data.value);
     return data;
 }
 
-StringData Compiler::string()
-{
+StringData Compiler::string() {
     StringData data;
     for (const Property& property : properties()) {
         if (property.element == Element::Value) {
@@ -500,34 +554,31 @@ StringData Compiler::string()
     return data;
 }
 
-FormulaVariable Compiler::variable(const Property& property) const
-{
+FormulaVariable Compiler::variable(const Property& property) const {
     struct Suffix {
         std::string_view text;
         VariableForm form;
     };
-    static constexpr std::array<Suffix, 7> kSuffixes = {{{"Value", VariableForm::Value},
-                                                         {"Min", VariableForm::Min},
-                                                         {"Max", VariableForm::Max},
-                                                         {"Inc", VariableForm::Inc},
-                                                         {"AccessMode", VariableForm::AccessMode},
-                                                         {"Visibility", VariableForm::Visibility},
-                                                         {"CachingMode",
-                                                          VariableForm::CachingMode}}};
+    static constexpr std::array<Suffix, 7> kSuffixes = {
+        {{"Value", VariableForm::Value},
+         {"Min", VariableForm::Min},
+         {"Max", VariableForm::Max},
+         {"Inc", VariableForm::Inc},
+         {"AccessMode", VariableForm::AccessMode},
+         {"Visibility", VariableForm::Visibility},
+         {"CachingMode", VariableForm::CachingMode}}};
     FormulaVariable result;
     result.name = property.attribute;
     result.node = property.node();
     const std::string_view name = description_.text(property.attribute);
     const std::size_t dot = name.find('.');
-    if (dot == std::string_view::npos)
-        return result;
+    if (dot == std::string_view::npos) return result;
     const std::string_view suffix = name.substr(dot + 1);
     // Texts end with a NUL, so the rest of a text is one, too.
     result.suffix = property.attribute + static_cast<TextRef>(dot + 1);
     result.form = VariableForm::Unknown;
     for (const Suffix& known : kSuffixes)
-        if (known.text == suffix)
-            result.form = known.form;
+        if (known.text == suffix) result.form = known.form;
     if (suffix.substr(0, 6) == "Entry.") {
         result.form = VariableForm::Entry;
         result.suffix += 6;
@@ -535,8 +586,7 @@ FormulaVariable Compiler::variable(const Property& property) const
     return result;
 }
 
-Range Compiler::variables(bool integer)
-{
+Range Compiler::variables(bool integer) {
     Range range{static_cast<std::uint32_t>(tables_.variables.size()), 0};
     for (const Property& property : properties())
         if (property.element == Element::pVariable) {
@@ -557,54 +607,61 @@ Range Compiler::variables(bool integer)
     return range;
 }
 
-std::uint32_t Compiler::formula(TextRef text, Range variables, bool integer, const char* input)
-{
+std::uint32_t Compiler::formula(TextRef text, Range variables, bool integer, const char* input) {
     return add(tables_.formulas, FormulaData{text, variables, id_, integer, input});
 }
 
-SwissKnifeData Compiler::swissKnife()
-{
+SwissKnifeData Compiler::swissKnife() {
     SwissKnifeData data;
     const bool integer = kindOf(id_) == NodeKind::IntSwissKnife;
     TextRef formulaText = 0;
     const char* input = nullptr;
     for (const Property& property : properties()) {
         switch (property.element) {
-        case Element::Formula: formulaText = property.text(); break;
-        case Element::FormulaTo:
-            formulaText = property.text();
-            input = "FROM";
-            break;
-        case Element::FormulaFrom:
-            formulaText = property.text();
-            input = "TO";
-            break;
-        default: presentation(property, data.presentation); break;
+            case Element::Formula:
+                formulaText = property.text();
+                break;
+            case Element::FormulaTo:
+                formulaText = property.text();
+                input = "FROM";
+                break;
+            case Element::FormulaFrom:
+                formulaText = property.text();
+                input = "TO";
+                break;
+            default:
+                presentation(property, data.presentation);
+                break;
         }
     }
     data.formula = formula(formulaText, variables(integer), integer, input);
     return data;
 }
 
-ConverterData Compiler::converter()
-{
+ConverterData Compiler::converter() {
     ConverterData data;
     const bool integer = kindOf(id_) == NodeKind::IntConverter;
     TextRef to = 0, from = 0;
     for (const Property& property : properties()) {
         switch (property.element) {
-        case Element::FormulaTo: to = property.text(); break;
-        case Element::FormulaFrom: from = property.text(); break;
-        case Element::pValue:
-            data.value = integer ? integerLike(property.node()) : floatLike(property.node());
-            break;
-        case Element::Slope:
-            data.slope = is(property, "Increasing")   ? Increasing
-                         : is(property, "Decreasing") ? Decreasing
-                         : is(property, "Varying")    ? Varying
-                                                      : Automatic;
-            break;
-        default: presentation(property, data.presentation); break;
+            case Element::FormulaTo:
+                to = property.text();
+                break;
+            case Element::FormulaFrom:
+                from = property.text();
+                break;
+            case Element::pValue:
+                data.value = integer ? integerLike(property.node()) : floatLike(property.node());
+                break;
+            case Element::Slope:
+                data.slope = is(property, "Increasing")   ? Increasing
+                             : is(property, "Decreasing") ? Decreasing
+                             : is(property, "Varying")    ? Varying
+                                                          : Automatic;
+                break;
+            default:
+                presentation(property, data.presentation);
+                break;
         }
     }
     const Range names = variables(integer);
@@ -613,16 +670,24 @@ ConverterData Compiler::converter()
     return data;
 }
 
-PortData Compiler::port()
-{
+PortData Compiler::port() {
     PortData data;
     for (const Property& property : properties()) {
         switch (property.element) {
-        case Element::ChunkID: data.chunkId = property.text(); break;
-        case Element::pChunkID: data.chunkIdNode = property.node(); break;
-        case Element::SwapEndianess: data.swapEndianess = is(property, "Yes"); break;
-        case Element::CacheChunkData: data.cacheChunkData = is(property, "Yes"); break;
-        default: break;
+            case Element::ChunkID:
+                data.chunkId = property.text();
+                break;
+            case Element::pChunkID:
+                data.chunkIdNode = property.node();
+                break;
+            case Element::SwapEndianess:
+                data.swapEndianess = is(property, "Yes");
+                break;
+            case Element::CacheChunkData:
+                data.cacheChunkData = is(property, "Yes");
+                break;
+            default:
+                break;
         }
     }
     return data;
@@ -630,8 +695,7 @@ PortData Compiler::port()
 
 }  // namespace
 
-void compileNodes(Description& description, NodeTables& tables, std::vector<NodeRecord>& records)
-{
+void compileNodes(Description& description, NodeTables& tables, std::vector<NodeRecord>& records) {
     Compiler compiler(description, tables, records);
     for (NodeId id = 0; id < records.size(); ++id)
         compiler.compile(id);

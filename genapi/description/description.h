@@ -47,20 +47,20 @@ struct Property {
 struct NodeRecord {
     TextRef name = 0;
     NodeKind kind = NodeKind::Node;
-    std::uint8_t nameSpace = 0;             // ENameSpace
-    std::uint8_t visibility = 0;            // EVisibility
-    std::uint8_t imposedAccess = RW;        // EAccessMode
-    std::uint8_t caching = WriteThrough;    // ECachingMode: the effective one
-    std::uint8_t accessCacheable = Yes;     // EYesNo
+    std::uint8_t nameSpace = 0;           // ENameSpace
+    std::uint8_t visibility = 0;          // EVisibility
+    std::uint8_t imposedAccess = RW;      // EAccessMode
+    std::uint8_t caching = WriteThrough;  // ECachingMode: the effective one
+    std::uint8_t accessCacheable = Yes;   // EYesNo
     bool streamable = false;
     bool deprecated = false;
     bool feature = false;
     bool exposeStatic = false;
-    bool defined = false;                   // false while the name was only mentioned
+    bool defined = false;  // false while the name was only mentioned
     std::uint32_t firstProperty = 0;
     std::uint32_t propertyCount = 0;
-    std::uint32_t data = 0;                 // index into the table of its kind
-    std::int32_t pollingTime = -1;          // milliseconds, -1 when it has none
+    std::uint32_t data = 0;         // index into the table of its kind
+    std::int32_t pollingTime = -1;  // milliseconds, -1 when it has none
     // kNoNode where the node has no such condition
     NodeId isImplemented = kNoNode;
     NodeId isAvailable = kNoNode;
@@ -77,12 +77,12 @@ struct DeviceInfo {
 // Which nodes a change touches, sorted and without repetition; computed once, then constant.
 using ChangeSet = std::vector<NodeId>;
 
-struct NodeTables;    // nodedata.h: the typed data of each kind
-struct LinkTables;    // links.h: the reverse links, and the change sets made so far
+struct NodeTables;  // nodedata.h: the typed data of each kind
+struct LinkTables;  // links.h: the reverse links, and the change sets made so far
 class DescriptionBuilder;
 
 class Description {
-public:
+  public:
     ~Description();
     Description(const Description&) = delete;
     Description& operator=(const Description&) = delete;
@@ -105,7 +105,7 @@ public:
     const NodeTables& tables() const { return *tables_; }
     const LinkTables& links() const { return *links_; }
 
-private:
+  private:
     friend class DescriptionBuilder;
     Description();
 

@@ -7,29 +7,25 @@ namespace Engine {
 
 namespace {
 
-FormulaSymbols symbolsOf(const Description& description, const FormulaData& data)
-{
+FormulaSymbols symbolsOf(const Description& description, const FormulaData& data) {
     FormulaSymbols symbols;
     for (const FormulaVariable& variable :
          NodeTables::slice(description.tables().variables, data.variables))
         symbols.variables.push_back(description.text(variable.name));
-    if (data.input)
-        symbols.variables.push_back(data.input);
+    if (data.input) symbols.variables.push_back(data.input);
     for (const Property& property : description.properties(data.node)) {
         if (property.element == Element::Constant)
             symbols.constants.emplace_back(description.text(property.attribute),
                                            description.text(property.text()));
         else if (property.element == Element::pExpression)
-            symbols.expressions.emplace_back(
-                description.text(property.attribute),
-                description.text(property.node(), Element::Formula));
+            symbols.expressions.emplace_back(description.text(property.attribute),
+                                             description.text(property.node(), Element::Formula));
     }
     return symbols;
 }
 
 std::unique_ptr<const CompiledFormula> compile(const Description& description,
-                                               const FormulaData& data)
-{
+                                               const FormulaData& data) {
     auto compiled = std::make_unique<CompiledFormula>();
     const FormulaSymbols symbols = symbolsOf(description, data);
     const std::string_view text = description.text(data.text);
@@ -48,18 +44,15 @@ std::unique_ptr<const CompiledFormula> compile(const Description& description,
 
 NodeTables::NodeTables() = default;
 
-NodeTables::~NodeTables()
-{
+NodeTables::~NodeTables() {
     for (std::size_t i = 0; programs && i < formulas.size(); ++i)
         delete programs[i].load(std::memory_order_relaxed);
 }
 
-const CompiledFormula& compiledFormula(const Description& description, std::uint32_t formula)
-{
+const CompiledFormula& compiledFormula(const Description& description, std::uint32_t formula) {
     const NodeTables& tables = description.tables();
     std::atomic<const CompiledFormula*>& slot = tables.programs[formula];
-    if (const CompiledFormula* known = slot.load(std::memory_order_acquire))
-        return *known;
+    if (const CompiledFormula* known = slot.load(std::memory_order_acquire)) return *known;
     auto made = compile(description, tables.formulas[formula]);
     const CompiledFormula* expected = nullptr;
     // Two maps may compile at once; the first result stays.

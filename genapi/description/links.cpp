@@ -11,47 +11,45 @@ namespace Engine {
 namespace {
 
 // Elements through which a node's value, limits, address or access mode rest on another node.
-bool isRead(Element element)
-{
+bool isRead(Element element) {
     switch (element) {
-    case Element::pError:
-    case Element::pAlias:
-    case Element::pCastAlias:
-    case Element::pInvalidator:
-    case Element::pSelected:
-    case Element::pValueCopy:
-    case Element::pBlockPolling:
-    case Element::pConvertTo: return false;
-    default: return isLink(element);
+        case Element::pError:
+        case Element::pAlias:
+        case Element::pCastAlias:
+        case Element::pInvalidator:
+        case Element::pSelected:
+        case Element::pValueCopy:
+        case Element::pBlockPolling:
+        case Element::pConvertTo:
+            return false;
+        default:
+            return isLink(element);
     }
 }
 
-bool invalidates(Element element)
-{
+bool invalidates(Element element) {
     return isRead(element) || element == Element::pInvalidator;
 }
 
 // Elements that a written value passes on to.
-bool isWritten(Element element)
-{
+bool isWritten(Element element) {
     switch (element) {
-    case Element::pValue:
-    case Element::pValueCopy:
-    case Element::pValueIndexed:
-    case Element::pValueDefault: return true;
-    default: return false;
+        case Element::pValue:
+        case Element::pValueCopy:
+        case Element::pValueIndexed:
+        case Element::pValueDefault:
+            return true;
+        default:
+            return false;
     }
 }
 
-void addUnique(std::vector<NodeId>& list, NodeId id)
-{
-    if (std::find(list.begin(), list.end(), id) == list.end())
-        list.push_back(id);
+void addUnique(std::vector<NodeId>& list, NodeId id) {
+    if (std::find(list.begin(), list.end(), id) == list.end()) list.push_back(id);
 }
 
 template <typename Predicate>
-std::vector<NodeId> targets(const Description& description, NodeId id, Predicate predicate)
-{
+std::vector<NodeId> targets(const Description& description, NodeId id, Predicate predicate) {
     std::vector<NodeId> found;
     for (const Property& property : description.properties(id))
         if (isLink(property.element) && predicate(property.element))
@@ -60,22 +58,19 @@ std::vector<NodeId> targets(const Description& description, NodeId id, Predicate
 }
 
 template <typename Follow>
-std::vector<NodeId> closure(std::vector<NodeId> start, Follow follow)
-{
+std::vector<NodeId> closure(std::vector<NodeId> start, Follow follow) {
     std::vector<NodeId> reached = std::move(start);
     for (std::size_t i = 0; i < reached.size(); ++i)
         follow(reached[i], reached);
     return reached;
 }
 
-Slice<NodeId> sourcesOf(const Description& description, NodeId id)
-{
+Slice<NodeId> sourcesOf(const Description& description, NodeId id) {
     const LinkTables& links = description.links();
     return {links.sources.data() + links.starts[id], links.starts[id + 1] - links.starts[id]};
 }
 
-ChangeSet dependents(const Description& description, std::vector<NodeId> start)
-{
+ChangeSet dependents(const Description& description, std::vector<NodeId> start) {
     std::vector<bool> seen(description.nodeCount());
     std::vector<NodeId> reached;
     const auto add = [&](NodeId id) {
@@ -94,30 +89,29 @@ ChangeSet dependents(const Description& description, std::vector<NodeId> start)
 }
 
 // Elements through which the value itself is read.
-bool carriesValue(Element element)
-{
+bool carriesValue(Element element) {
     switch (element) {
-    case Element::pValue:
-    case Element::pValueCopy:
-    case Element::pIndex:
-    case Element::pValueIndexed:
-    case Element::pValueDefault:
-    case Element::pVariable:
-    case Element::pAddress:
-    case Element::IntSwissKnife:
-    case Element::pOffset:
-    case Element::pLength: return true;
-    default: return false;
+        case Element::pValue:
+        case Element::pValueCopy:
+        case Element::pIndex:
+        case Element::pValueIndexed:
+        case Element::pValueDefault:
+        case Element::pVariable:
+        case Element::pAddress:
+        case Element::IntSwissKnife:
+        case Element::pOffset:
+        case Element::pLength:
+            return true;
+        default:
+            return false;
     }
 }
 
-bool carriesLimit(Element element)
-{
+bool carriesLimit(Element element) {
     return element == Element::pMin || element == Element::pMax || element == Element::pInc;
 }
 
-bool isCondition(Element element)
-{
+bool isCondition(Element element) {
     return element == Element::pIsImplemented || element == Element::pIsAvailable ||
            element == Element::pIsLocked;
 }
@@ -127,8 +121,7 @@ bool isCondition(Element element)
 // walked is given to onCycle, and not followed.
 template <typename Predicate, typename OnCycle>
 std::vector<NodeId> targetsFirst(const Description& description, Predicate predicate,
-                                 OnCycle onCycle)
-{
+                                 OnCycle onCycle) {
     struct Step {
         NodeId node;
         std::uint32_t next;  // property to look at
@@ -139,8 +132,7 @@ std::vector<NodeId> targetsFirst(const Description& description, Predicate predi
     order.reserve(description.nodeCount());
     std::vector<Step> path;
     for (NodeId start = 0; start < description.nodeCount(); ++start) {
-        if (state[start] != kNew)
-            continue;
+        if (state[start] != kNew) continue;
         state[start] = kOpen;
         path.push_back({start, 0});
         while (!path.empty()) {
@@ -153,8 +145,7 @@ std::vector<NodeId> targetsFirst(const Description& description, Predicate predi
                 continue;
             }
             const Property& property = properties[path.back().next++];
-            if (!isLink(property.element) || !predicate(property.element))
-                continue;
+            if (!isLink(property.element) || !predicate(property.element)) continue;
             const NodeId target = property.node();
             if (state[target] == kNew) {
                 state[target] = kOpen;
@@ -169,8 +160,7 @@ std::vector<NodeId> targetsFirst(const Description& description, Predicate predi
 
 // Whether every step of a cycle goes through pValue.
 template <typename Path>
-bool isValueChain(const Description& description, const Path& path, std::size_t first)
-{
+bool isValueChain(const Description& description, const Path& path, std::size_t first) {
     for (std::size_t i = first; i < path.size(); ++i)
         if (description.properties(path[i].node)[path[i].next - 1].element != Element::pValue)
             return false;
@@ -178,8 +168,7 @@ bool isValueChain(const Description& description, const Path& path, std::size_t 
 }
 
 template <typename Path>
-[[noreturn]] void throwCycle(const Description& description, const Path& path, NodeId back)
-{
+[[noreturn]] void throwCycle(const Description& description, const Path& path, NodeId back) {
     std::size_t first = 0;
     while (path[first].node != back)
         ++first;
@@ -194,25 +183,24 @@ template <typename Path>
 }
 
 // The caching mode that a node has without those it reads.
-ECachingMode ownCaching(const Description& description, NodeId id)
-{
+ECachingMode ownCaching(const Description& description, NodeId id) {
     const std::string_view text = description.text(id, Element::Cachable);
-    if (text == "NoCache")
-        return NoCache;
+    if (text == "NoCache") return NoCache;
     switch (description.record(id).kind) {
-    // What is written may read back differently.
-    case NodeKind::SwissKnife:
-    case NodeKind::Converter:
-    case NodeKind::IntConverter:
-    case NodeKind::FloatReg: return WriteAround;
-    case NodeKind::Float:
-        return description.find(id, Element::pValue) ? WriteThrough : WriteAround;
-    default: return text == "WriteAround" ? WriteAround : WriteThrough;
+        // What is written may read back differently.
+        case NodeKind::SwissKnife:
+        case NodeKind::Converter:
+        case NodeKind::IntConverter:
+        case NodeKind::FloatReg:
+            return WriteAround;
+        case NodeKind::Float:
+            return description.find(id, Element::pValue) ? WriteThrough : WriteAround;
+        default:
+            return text == "WriteAround" ? WriteAround : WriteThrough;
     }
 }
 
-void findCaching(const Description& description, std::vector<NodeRecord>& records)
-{
+void findCaching(const Description& description, std::vector<NodeRecord>& records) {
     const auto order = targetsFirst(
         description, [](Element e) { return carriesValue(e) || carriesLimit(e); },
         [&](const auto& path, NodeId back) { throwCycle(description, path, back); });
@@ -220,23 +208,19 @@ void findCaching(const Description& description, std::vector<NodeRecord>& record
         ECachingMode mode = ownCaching(description, id);
         for (const Property& property : description.properties(id))
             if (isLink(property.element) && carriesValue(property.element))
-                mode = Combine(
-                    mode, static_cast<ECachingMode>(records[property.node()].caching));
+                mode = Combine(mode, static_cast<ECachingMode>(records[property.node()].caching));
         // An integer formula cannot be written, so that it matters only whether it may be cached.
-        if (records[id].kind == NodeKind::IntSwissKnife && mode == WriteAround)
-            mode = WriteThrough;
+        if (records[id].kind == NodeKind::IntSwissKnife && mode == WriteAround) mode = WriteThrough;
         records[id].caching = static_cast<std::uint8_t>(mode);
     }
 }
 
-void findCacheableAccess(const Description& description, std::vector<NodeRecord>& records)
-{
+void findCacheableAccess(const Description& description, std::vector<NodeRecord>& records) {
     const auto order = targetsFirst(description, isRead, [](const auto&, NodeId) {});
     for (const NodeId id : order) {
         bool cacheable = true;
         for (const Property& property : description.properties(id)) {
-            if (!isLink(property.element) || !isRead(property.element))
-                continue;
+            if (!isLink(property.element) || !isRead(property.element)) continue;
             const NodeRecord& target = records[property.node()];
             if (target.accessCacheable == No ||
                 (isCondition(property.element) && target.caching == NoCache))
@@ -246,8 +230,7 @@ void findCacheableAccess(const Description& description, std::vector<NodeRecord>
     }
 }
 
-void findParents(const Description& description, LinkTables& links)
-{
+void findParents(const Description& description, LinkTables& links) {
     const std::size_t count = description.nodeCount();
     links.starts.assign(count + 1, 0);
     const auto each = [&](auto action) {
@@ -264,11 +247,9 @@ void findParents(const Description& description, LinkTables& links)
     each([&](NodeId source, NodeId target) { links.sources[next[target]++] = source; });
 }
 
-void findFeatures(const Description& description, std::vector<NodeRecord>& records)
-{
+void findFeatures(const Description& description, std::vector<NodeRecord>& records) {
     const NodeId root = description.find("Root");
-    if (root == kNoNode || records[root].kind != NodeKind::Category)
-        return;
+    if (root == kNoNode || records[root].kind != NodeKind::Category) return;
     std::vector<NodeId> open{root};
     records[root].feature = true;
     while (!open.empty()) {
@@ -284,8 +265,8 @@ void findFeatures(const Description& description, std::vector<NodeRecord>& recor
 
 }  // namespace
 
-void linkNodes(const Description& description, LinkTables& links, std::vector<NodeRecord>& records)
-{
+void linkNodes(const Description& description, LinkTables& links,
+               std::vector<NodeRecord>& records) {
     findCaching(description, records);
     findCacheableAccess(description, records);
     findParents(description, links);
@@ -294,24 +275,27 @@ void linkNodes(const Description& description, LinkTables& links, std::vector<No
     links.written.reset(new std::atomic<const ChangeSet*>[records.size()]());
 }
 
-std::vector<NodeId> children(const Description& description, NodeId id, ELinkType type)
-{
+std::vector<NodeId> children(const Description& description, NodeId id, ELinkType type) {
     switch (type) {
-    case ctReadingChildren: return targets(description, id, isRead);
-    case ctInvalidatingChildren: return targets(description, id, invalidates);
-    case ctWritingChildren: return targets(description, id, isWritten);
-    case ctParentNodes: return parents(description, id);
-    case ctDependingNodes: {
-        std::vector<NodeId> found = dependents(description, {id});
-        found.erase(std::remove(found.begin(), found.end(), id), found.end());
-        return found;
-    }
-    default: return {};
+        case ctReadingChildren:
+            return targets(description, id, isRead);
+        case ctInvalidatingChildren:
+            return targets(description, id, invalidates);
+        case ctWritingChildren:
+            return targets(description, id, isWritten);
+        case ctParentNodes:
+            return parents(description, id);
+        case ctDependingNodes: {
+            std::vector<NodeId> found = dependents(description, {id});
+            found.erase(std::remove(found.begin(), found.end(), id), found.end());
+            return found;
+        }
+        default:
+            return {};
     }
 }
 
-std::vector<NodeId> parents(const Description& description, NodeId id)
-{
+std::vector<NodeId> parents(const Description& description, NodeId id) {
     const auto sources = sourcesOf(description, id);
     std::vector<NodeId> found;
     for (const NodeId source : sources)
@@ -319,13 +303,11 @@ std::vector<NodeId> parents(const Description& description, NodeId id)
     return found;
 }
 
-std::vector<NodeId> selectedFeatures(const Description& description, NodeId id)
-{
+std::vector<NodeId> selectedFeatures(const Description& description, NodeId id) {
     return targets(description, id, [](Element e) { return e == Element::pSelected; });
 }
 
-std::vector<NodeId> selectingFeatures(const Description& description, NodeId id)
-{
+std::vector<NodeId> selectingFeatures(const Description& description, NodeId id) {
     std::vector<NodeId> found;
     for (NodeId other = 0; other < description.nodeCount(); ++other)
         for (const Property& property : description.properties(other))
@@ -337,12 +319,10 @@ std::vector<NodeId> selectingFeatures(const Description& description, NodeId id)
 namespace {
 
 const ChangeSet& cachedSet(const LinkTables& links, std::atomic<const ChangeSet*>& slot,
-                           const Description& description, std::vector<NodeId> start)
-{
+                           const Description& description, std::vector<NodeId> start) {
     auto made = std::make_unique<const ChangeSet>(dependents(description, std::move(start)));
     const std::lock_guard<std::mutex> lock(links.mutex);
-    if (const ChangeSet* known = slot.load(std::memory_order_acquire))
-        return *known;
+    if (const ChangeSet* known = slot.load(std::memory_order_acquire)) return *known;
     links.sets.push_back(std::move(made));
     slot.store(links.sets.back().get(), std::memory_order_release);
     return *links.sets.back();
@@ -350,24 +330,20 @@ const ChangeSet& cachedSet(const LinkTables& links, std::atomic<const ChangeSet*
 
 }  // namespace
 
-const ChangeSet& invalidatedBy(const Description& description, NodeId id)
-{
+const ChangeSet& invalidatedBy(const Description& description, NodeId id) {
     const LinkTables& links = description.links();
     if (const ChangeSet* known = links.invalidated[id].load(std::memory_order_acquire))
         return *known;
     return cachedSet(links, links.invalidated[id], description, {id});
 }
 
-const ChangeSet& changedByWriteTo(const Description& description, NodeId id)
-{
+const ChangeSet& changedByWriteTo(const Description& description, NodeId id) {
     const LinkTables& links = description.links();
-    if (const ChangeSet* known = links.written[id].load(std::memory_order_acquire))
-        return *known;
-    std::vector<NodeId> chain =
-        closure({id}, [&](NodeId node, std::vector<NodeId>& reached) {
-            for (const NodeId target : targets(description, node, isWritten))
-                addUnique(reached, target);
-        });
+    if (const ChangeSet* known = links.written[id].load(std::memory_order_acquire)) return *known;
+    std::vector<NodeId> chain = closure({id}, [&](NodeId node, std::vector<NodeId>& reached) {
+        for (const NodeId target : targets(description, node, isWritten))
+            addUnique(reached, target);
+    });
     return cachedSet(links, links.written[id], description, std::move(chain));
 }
 

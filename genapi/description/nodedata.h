@@ -42,12 +42,12 @@ struct Presentation {
 template <typename T>
 struct NumberData {
     Setting<T> value;
-    NodeId index = kNoNode;   // pIndex
-    Range cases;              // of NodeTables::integerCases or floatCases, by index
-    Setting<T> otherwise;     // ValueDefault or pValueDefault
+    NodeId index = kNoNode;  // pIndex
+    Range cases;             // of NodeTables::integerCases or floatCases, by index
+    Setting<T> otherwise;    // ValueDefault or pValueDefault
     Setting<T> min, max, inc;
-    Range copies;             // pValueCopy, in NodeTables::nodes
-    Range validValues;        // in NodeTables::validValues
+    Range copies;       // pValueCopy, in NodeTables::nodes
+    Range validValues;  // in NodeTables::validValues
     Presentation presentation;
 };
 using IntegerData = NumberData<std::int64_t>;
@@ -61,14 +61,14 @@ struct IndexedCase {
 
 // One summand of an address: a constant, a node, or an index times its step.
 struct AddressPart {
-    Setting<std::int64_t> base;         // Address, pAddress, IntSwissKnife; the index for an index
-    Setting<std::int64_t> step;         // Offset, pOffset; only for an index
-    bool isIndex = false;               // without a step the length is the step
+    Setting<std::int64_t> base;  // Address, pAddress, IntSwissKnife; the index for an index
+    Setting<std::int64_t> step;  // Offset, pOffset; only for an index
+    bool isIndex = false;        // without a step the length is the step
 };
 
 struct RegisterData {
-    Range address;                      // in NodeTables::addressParts
-    std::int64_t constantAddress = 0;   // sum of the constant parts
+    Range address;                     // in NodeTables::addressParts
+    std::int64_t constantAddress = 0;  // sum of the constant parts
     bool addressIsConstant = true;
     Setting<std::int64_t> length;
     NodeId port = kNoNode;
@@ -77,7 +77,7 @@ struct RegisterData {
     bool bigEndian = false;
     bool isSigned = false;
     bool masked = false;
-    std::uint8_t lsb = 0, msb = 0;      // as written; bit 0 is the most significant in big endian
+    std::uint8_t lsb = 0, msb = 0;  // as written; bit 0 is the most significant in big endian
     Presentation presentation;
 };
 
@@ -107,8 +107,17 @@ struct StringData {
 };
 
 // What of a node a formula variable stands for.
-enum class VariableForm : std::uint8_t { Value, Min, Max, Inc, AccessMode, Visibility, CachingMode,
-                                         Entry, Unknown };
+enum class VariableForm : std::uint8_t {
+    Value,
+    Min,
+    Max,
+    Inc,
+    AccessMode,
+    Visibility,
+    CachingMode,
+    Entry,
+    Unknown
+};
 
 struct FormulaVariable {
     TextRef name = 0;    // with its suffix, as the formula spells it
@@ -121,8 +130,8 @@ struct FormulaVariable {
 // node maps.
 struct FormulaData {
     TextRef text = 0;
-    Range variables;           // in NodeTables::variables
-    NodeId node = kNoNode;     // whose constants and expressions it may use
+    Range variables;        // in NodeTables::variables
+    NodeId node = kNoNode;  // whose constants and expressions it may use
     bool isInteger = true;
     const char* input = nullptr;  // "FROM" or "TO": one more variable behind the others
 };
@@ -182,8 +191,7 @@ struct NodeTables {
     ~NodeTables();
 
     template <typename T>
-    static Slice<T> slice(const std::vector<T>& pool, Range range)
-    {
+    static Slice<T> slice(const std::vector<T>& pool, Range range) {
         return {pool.data() + range.first, range.count};
     }
 };

@@ -25,11 +25,9 @@ const char* typeName(const double*);
 
 // The number that an element says; PropertyException when it is none.
 template <typename T>
-T parseNumber(std::string_view text, Element element)
-{
+T parseNumber(std::string_view text, Element element) {
     T value{};
-    if (!parse(text, value))
-        throwNoNumber(element, text, typeName(static_cast<const T*>(nullptr)));
+    if (!parse(text, value)) throwNoNumber(element, text, typeName(static_cast<const T*>(nullptr)));
     return value;
 }
 

@@ -10,7 +10,7 @@ namespace Engine {
 
 template <typename T>
 class Slice {
-public:
+  public:
     Slice() = default;
     Slice(const T* first, std::size_t count) : first_(first), count_(count) {}
 
@@ -20,7 +20,7 @@ public:
     bool empty() const { return count_ == 0; }
     const T& operator[](std::size_t i) const { return first_[i]; }
 
-private:
+  private:
     const T* first_ = nullptr;
     std::size_t count_ = 0;
 };

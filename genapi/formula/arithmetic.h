@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <type_traits>
 
 #include "genapi/formula/formula.h"
 

@@ -5,23 +5,19 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-EAccessMode Node::GetAccessMode() const
-{
+EAccessMode Node::GetAccessMode() const {
     // Most queries find the mode known; a mode that another thread is about to change is as true
     // with the lock as without.
     const std::uint8_t known = map_.accessOf(id_).load(std::memory_order_acquire);
-    if (known < NodeMap::kComputingAccess)
-        return static_cast<EAccessMode>(known);
+    if (known < NodeMap::kComputingAccess) return static_cast<EAccessMode>(known);
     const Entry entry(*this, "GetAccessMode");
     return const_cast<Node*>(this)->accessMode();
 }
 
-EAccessMode Node::accessMode()
-{
+EAccessMode Node::accessMode() {
     std::atomic<std::uint8_t>& cached = map_.accessOf(id_);
     const std::uint8_t known = cached.load(std::memory_order_relaxed);
-    if (known < NodeMap::kComputingAccess)
-        return static_cast<EAccessMode>(known);
+    if (known < NodeMap::kComputingAccess) return static_cast<EAccessMode>(known);
     if (known == NodeMap::kComputingAccess)
         return RW;  // a cycle through this node: it adds no restriction of its own
     const Nesting nesting(*this);
@@ -38,17 +34,14 @@ EAccessMode Node::accessMode()
     }
 }
 
-EAccessMode Node::relaxedAccessMode()
-{
+EAccessMode Node::relaxedAccessMode() {
     const Nesting nesting(*this);
     return computeAccessMode(true);
 }
 
-EAccessMode Node::computeAccessMode(bool relaxed)
-{
+EAccessMode Node::computeAccessMode(bool relaxed) {
     EAccessMode mode = conditionalAccessMode(relaxed);
-    if (mode == NI)
-        return NI;
+    if (mode == NI) return NI;
     mode = Combine(mode, sourceAccessMode(relaxed));
     mode = Combine(mode, static_cast<EAccessMode>(record().imposedAccess));
     if (imposedAccess_ != _UndefinedAccesMode)
@@ -56,30 +49,25 @@ EAccessMode Node::computeAccessMode(bool relaxed)
     return mode;
 }
 
-bool Node::condition(NodeId id, bool& readable)
-{
+bool Node::condition(NodeId id, EAccessMode& mode) {
     Node& source = node(id);
-    readable = IsReadable(source.accessMode());
-    return readable && source.getInt({}) != 0;
+    mode = source.accessMode();
+    return IsReadable(mode) && source.getInt({}) != 0;
 }
 
-EAccessMode Node::conditionalAccessMode(bool relaxed)
-{
+EAccessMode Node::conditionalAccessMode(bool relaxed) {
     const NodeRecord& own = record();
     EAccessMode mode = RW;
-    bool readable = true;
-    if (own.isImplemented != kNoNode && !condition(own.isImplemented, readable)) {
-        if (readable)
-            return NI;
+    EAccessMode source = RW;
+    if (own.isImplemented != kNoNode && !condition(own.isImplemented, source)) {
+        if (IsReadable(source) || source == NI) return NI;
         mode = NA;
     }
-    if (relaxed)
-        return mode;
-    if (own.isAvailable != kNoNode && !condition(own.isAvailable, readable))
-        mode = NA;
+    if (relaxed || !isConditional()) return mode;
+    if (own.isAvailable != kNoNode && !condition(own.isAvailable, source)) mode = NA;
     if (own.isLocked != kNoNode) {
-        const bool locked = condition(own.isLocked, readable);
-        if (!readable)
+        const bool locked = condition(own.isLocked, source);
+        if (!IsReadable(source))
             mode = NA;
         else if (locked)
             mode = Combine(mode, RO);
@@ -87,25 +75,21 @@ EAccessMode Node::conditionalAccessMode(bool relaxed)
     return mode;
 }
 
-EAccessMode Node::sourceAccessMode(bool)
-{
+EAccessMode Node::sourceAccessMode(bool) {
     return RW;
 }
 
-void Node::requireReadable()
-{
+void Node::requireReadable() {
     if (!IsReadable(accessMode()))
         throw NODE_ERROR(AccessException, *this)("Node is not readable.");
 }
 
-void Node::requireWritable(bool verify)
-{
+void Node::requireWritable(bool verify) {
     if (!IsWritable(verify ? accessMode() : relaxedAccessMode()))
         throw NODE_ERROR(AccessException, *this)("Node is not writable.");
 }
 
-void Node::requireAvailable()
-{
+void Node::requireAvailable() {
     if (!IsAvailable(accessMode()))
         throw NODE_ERROR(AccessException, *this)("Node is not available.");
 }

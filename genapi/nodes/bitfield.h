@@ -10,7 +10,7 @@ namespace Engine {
 
 // Where an integer lies in the value of a register of up to eight bytes.
 class BitField {
-public:
+  public:
     // length in bytes, 1 to 8
     BitField(const RegisterData& data, std::size_t length);
 
@@ -26,7 +26,7 @@ public:
     // Whether the field is the whole register, so that its old content does not matter.
     bool isWhole() const { return width_ == 8 * length_; }
 
-private:
+  private:
     std::uint64_t mask() const { return ~std::uint64_t{0} >> (64 - width_); }
 
     std::size_t length_;

@@ -12,13 +12,11 @@ namespace Engine {
 using GENICAM_NAMESPACE::gcstring;
 
 BooleanNode::BooleanNode(NodeMap& map, NodeId id)
-    : Node(map, id), data_(description().tables().booleans[record().data]),
-      source_(*this, data_.value)
-{
-}
+    : Node(map, id),
+      data_(description().tables().booleans[record().data]),
+      source_(*this, data_.value) {}
 
-std::int64_t BooleanNode::getInt(ReadOptions options)
-{
+std::int64_t BooleanNode::getInt(ReadOptions options) {
     requireReadable();
     if (!isValueCached() || options.ignoreCache || options.verify) {
         const Nesting nesting(*this);
@@ -26,8 +24,7 @@ std::int64_t BooleanNode::getInt(ReadOptions options)
         valueWasRead(options.ignoreCache || !source_.isNode());
     }
     const std::int64_t value = value_;
-    if (options.verify)
-        checkErrorNodes();
+    if (options.verify) checkErrorNodes();
     if (value != data_.onValue && value != data_.offValue)
         throw NODE_ERROR(LogicalErrorException, *this)(
             "Value '%" PRId64 "' is neither true (%" PRId64 ") nor false (%" PRId64 ")", value,
@@ -35,8 +32,7 @@ std::int64_t BooleanNode::getInt(ReadOptions options)
     return value == data_.onValue ? 1 : 0;
 }
 
-void BooleanNode::setInt(std::int64_t value, bool verify)
-{
+void BooleanNode::setInt(std::int64_t value, bool verify) {
     requireWritable(verify);
     const std::int64_t written = value != 0 ? data_.onValue : data_.offValue;
     {
@@ -44,30 +40,24 @@ void BooleanNode::setInt(std::int64_t value, bool verify)
         source_.write(written, verify);
     }
     value_ = written;
-    if (source_.isNode())
-        valueWasWritten();
-    if (verify)
-        checkErrorNodes();
+    if (source_.isNode()) valueWasWritten();
+    if (verify) checkErrorNodes();
 }
 
-std::int64_t BooleanNode::minInt()
-{
+std::int64_t BooleanNode::minInt() {
     return kInt64Min;
 }
 
-std::int64_t BooleanNode::maxInt()
-{
+std::int64_t BooleanNode::maxInt() {
     return kInt64Max;
 }
 
-gcstring BooleanNode::ToString(bool verify, bool ignoreCache)
-{
+gcstring BooleanNode::ToString(bool verify, bool ignoreCache) {
     const Entry entry(*this, "ToString");
     return getInt({verify, ignoreCache}) ? "1" : "0";
 }
 
-void BooleanNode::FromString(const gcstring& text, bool verify)
-{
+void BooleanNode::FromString(const gcstring& text, bool verify) {
     modify("FromString", [&]() -> const ChangeSet& {
         const bool on = text == "1" || text == "true";
         if (!on && text != "0" && text != "false")
@@ -78,22 +68,19 @@ void BooleanNode::FromString(const gcstring& text, bool verify)
     });
 }
 
-bool BooleanNode::IsValueCacheValid() const
-{
+bool BooleanNode::IsValueCacheValid() const {
     const Entry entry(*this, "IsValueCacheValid");
     return isValueCached();
 }
 
-void BooleanNode::SetValue(bool value, bool verify)
-{
+void BooleanNode::SetValue(bool value, bool verify) {
     modify("SetValue", [&]() -> const ChangeSet& {
         setInt(value ? 1 : 0, verify);
         return changedByWriteTo(description(), id());
     });
 }
 
-bool BooleanNode::GetValue(bool verify, bool ignoreCache) const
-{
+bool BooleanNode::GetValue(bool verify, bool ignoreCache) const {
     const Entry entry(*this, "GetValue");
     return const_cast<BooleanNode*>(this)->getInt({verify, ignoreCache}) != 0;
 }

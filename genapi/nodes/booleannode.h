@@ -9,7 +9,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 class BooleanNode final : public Node, public IBoolean {
-public:
+  public:
     BooleanNode(NodeMap& map, NodeId id);
     using IBoolean::operator=;
 
@@ -29,10 +29,10 @@ public:
     std::int64_t incInt() override { return 1; }
     bool hasInc() override { return true; }
 
-protected:
+  protected:
     EAccessMode sourceAccessMode(bool relaxed) override { return source_.accessMode(relaxed); }
 
-private:
+  private:
     const BooleanData& data_;
     IntegerSource source_;
     std::int64_t value_ = 0;

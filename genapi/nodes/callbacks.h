@@ -16,32 +16,31 @@ class NodeMap;
 // A registered callback object, which the node owns. A notification in progress shares it, so that
 // a callback may deregister itself or another one while it runs.
 class Callback {
-public:
+  public:
     explicit Callback(CNodeCallback& object) : object_(object) {}
     ~Callback() { object_.Destroy(); }
     Callback(const Callback&) = delete;
     Callback& operator=(const Callback&) = delete;
 
-    bool is(CallbackHandleType handle) const
-    {
+    bool is(CallbackHandleType handle) const {
         return reinterpret_cast<CallbackHandleType>(&object_) == handle;
     }
     void call(ECallbackType phase) const { object_(phase); }
 
-private:
+  private:
     CNodeCallback& object_;
 };
 
 // The callbacks of the nodes that one change touched, each once.
 class Notification {
-public:
+  public:
     // Adds the callbacks of the given nodes; the lock of the map is held.
     void add(NodeMap& map, const ChangeSet& nodes);
     void addAll(NodeMap& map);
     // Calls those that are still registered, with the given phase.
     void fire(ECallbackType phase) const;
 
-private:
+  private:
     std::vector<std::weak_ptr<Callback>> callbacks_;
 };
 

@@ -11,17 +11,13 @@ using GENICAM_NAMESPACE::gcstring;
 CommandNode::CommandNode(NodeMap& map, NodeId id)
     : Node(map, id),
       value_(*this, description().tables().commands[record().data].value),
-      commandValue_(*this, description().tables().commands[record().data].commandValue)
-{
-}
+      commandValue_(*this, description().tables().commands[record().data].commandValue) {}
 
-bool CommandNode::isRunning() const
-{
+bool CommandNode::isRunning() const {
     return (map().flagsOf(id()) & NodeMap::kActive) != 0;
 }
 
-void CommandNode::setRunning(bool running)
-{
+void CommandNode::setRunning(bool running) {
     std::uint8_t& flags = map().flagsOf(id());
     if (running)
         flags |= NodeMap::kActive;
@@ -29,8 +25,7 @@ void CommandNode::setRunning(bool running)
         flags &= static_cast<std::uint8_t>(~NodeMap::kActive);
 }
 
-void CommandNode::execute(bool verify)
-{
+void CommandNode::execute(bool verify) {
     requireWritable(true);
     const std::int64_t command = commandValue_.read({});
     {
@@ -38,12 +33,10 @@ void CommandNode::execute(bool verify)
         value_.write(command, verify);
     }
     setRunning(value_.isNode());
-    if (verify)
-        checkErrorNodes();
+    if (verify) checkErrorNodes();
 }
 
-void CommandNode::Execute(bool verify)
-{
+void CommandNode::Execute(bool verify) {
     modify("Execute", [&]() -> const ChangeSet& {
         execute(verify);
         return changedByWriteTo(description(), id());
@@ -51,19 +44,15 @@ void CommandNode::Execute(bool verify)
 }
 
 // Asks the device; true when the command has finished since it was last asked.
-bool CommandNode::checkDone()
-{
-    if (!isRunning() || !IsReadable(value_.accessMode(false)))
-        return false;
+bool CommandNode::checkDone() {
+    if (!isRunning() || !IsReadable(value_.accessMode(false))) return false;
     const Nesting nesting(*this);
-    if (value_.read({false, true}) == commandValue_.read({}))
-        return false;
+    if (value_.read({false, true}) == commandValue_.read({})) return false;
     setRunning(false);
     return true;
 }
 
-bool CommandNode::IsDone(bool)
-{
+bool CommandNode::IsDone(bool verify) {
     bool finished = false;
     bool done = false;
     {
@@ -72,6 +61,7 @@ bool CommandNode::IsDone(bool)
             throw NODE_ERROR(AccessException, *this)("Node is not implemented.");
         finished = checkDone();
         done = !isRunning() || !IsReadable(value_.accessMode(false));
+        if (verify) checkErrorNodes();
     }
     if (finished)
         modify("IsDone",
@@ -79,16 +69,14 @@ bool CommandNode::IsDone(bool)
     return done;
 }
 
-gcstring CommandNode::ToString(bool, bool)
-{
+gcstring CommandNode::ToString(bool, bool) {
     const Entry entry(*this, "ToString");
     if (!IsReadable(value_.accessMode(false)))
         throw NODE_ERROR(AccessException, *this)("Node is not readable");
     return isRunning() ? "1" : "0";
 }
 
-void CommandNode::FromString(const gcstring& text, bool verify)
-{
+void CommandNode::FromString(const gcstring& text, bool verify) {
     if (text != "1" && text != "true") {
         const Entry entry(*this, "FromString");
         throw NODE_ERROR(InvalidArgumentException, *this)("'%s' does not convert to TRUE",
@@ -97,8 +85,7 @@ void CommandNode::FromString(const gcstring& text, bool verify)
     Execute(verify);
 }
 
-bool CommandNode::IsValueCacheValid() const
-{
+bool CommandNode::IsValueCacheValid() const {
     const Entry entry(*this, "IsValueCacheValid");
     return isValueCached();
 }

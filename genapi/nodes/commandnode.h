@@ -11,7 +11,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 class CommandNode final : public Node, public ICommand {
-public:
+  public:
     CommandNode(NodeMap& map, NodeId id);
 
     EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
@@ -25,10 +25,10 @@ public:
 
     bool isPolled() const override { return isRunning(); }
 
-protected:
+  protected:
     EAccessMode sourceAccessMode(bool relaxed) override { return value_.accessMode(relaxed); }
 
-private:
+  private:
     bool isRunning() const;
     void setRunning(bool running);
     bool checkDone();

@@ -10,69 +10,71 @@ namespace Engine {
 using GENICAM_NAMESPACE::gcstring;
 
 EnumEntryNode::EnumEntryNode(NodeMap& map, NodeId id)
-    : Node(map, id), data_(description().tables().entries[record().data])
-{
-}
+    : Node(map, id), data_(description().tables().entries[record().data]) {}
 
-gcstring EnumEntryNode::GetSymbolic() const
-{
+gcstring EnumEntryNode::GetSymbolic() const {
     return gcstring(description().text(data_.symbolic).data());
 }
 
-gcstring EnumEntryNode::ToString(bool, bool)
-{
+gcstring EnumEntryNode::ToString(bool, bool) {
     const Entry entry(*this, "ToString");
     requireReadable();
     return gcstring(std::to_string(data_.value).c_str());
 }
 
-void EnumEntryNode::FromString(const gcstring&, bool)
-{
+void EnumEntryNode::FromString(const gcstring&, bool) {
     const Entry entry(*this, "FromString");
     throw NODE_ERROR(AccessException, *this)("Node is not writable");
 }
 
 EnumerationNode::EnumerationNode(NodeMap& map, NodeId id)
-    : Node(map, id), data_(description().tables().enumerations[record().data]),
-      source_(*this, data_.value)
-{
-}
+    : Node(map, id),
+      data_(description().tables().enumerations[record().data]),
+      source_(*this, data_.value) {}
 
-Slice<NodeId> EnumerationNode::entries() const
-{
+Slice<NodeId> EnumerationNode::entries() const {
     return NodeTables::slice(description().tables().nodes, data_.entries);
 }
 
-EnumEntryNode& EnumerationNode::entry(NodeId id) const
-{
+EnumEntryNode& EnumerationNode::entry(NodeId id) const {
     return static_cast<EnumEntryNode&>(node(id));
 }
 
-EnumEntryNode* EnumerationNode::entryOf(std::int64_t value) const
-{
+EnumEntryNode* EnumerationNode::entryOf(std::int64_t value) const {
     for (const NodeId id : entries())
-        if (entry(id).data().value == value)
-            return &entry(id);
+        if (entry(id).data().value == value) return &entry(id);
     return nullptr;
 }
 
-EnumEntryNode* EnumerationNode::entryOf(std::string_view symbolic) const
-{
+EnumEntryNode* EnumerationNode::entryOf(std::string_view symbolic) const {
     for (const NodeId id : entries())
-        if (description().text(entry(id).data().symbolic) == symbolic)
-            return &entry(id);
+        if (description().text(entry(id).data().symbolic) == symbolic) return &entry(id);
     return nullptr;
 }
 
-void EnumerationNode::throwNoEntry(const std::string& value) const
-{
+EAccessMode EnumerationNode::sourceAccessMode(bool relaxed) {
+    const EAccessMode mode = source_.accessMode(relaxed);
+    return relaxed ? mode : Combine(mode, entriesAccessMode());
+}
+
+// An enumeration is as available as the best of its entries.
+EAccessMode EnumerationNode::entriesAccessMode() const {
+    EAccessMode mode = NI;
+    for (const NodeId id : entries()) {
+        const EAccessMode found = entry(id).accessMode();
+        if (IsAvailable(found)) return RW;
+        if (found == NA) mode = NA;
+    }
+    return mode;
+}
+
+void EnumerationNode::throwNoEntry(const std::string& value) const {
     throw NODE_ERROR(InvalidArgumentException, *this)(
         "Feature '%s' : cannot convert value '%s', the value is invalid.", name().data(),
         value.c_str());
 }
 
-std::int64_t EnumerationNode::getInt(ReadOptions options)
-{
+std::int64_t EnumerationNode::getInt(ReadOptions options) {
     requireReadable();
     if (!isValueCached() || options.ignoreCache || options.verify) {
         const Nesting nesting(*this);
@@ -80,15 +82,14 @@ std::int64_t EnumerationNode::getInt(ReadOptions options)
         valueWasRead(options.ignoreCache || !source_.isNode());
     }
     const std::int64_t value = value_;
-    if (!(map().flagsOf(id()) & NodeMap::kActive) && !options.verify)
-        return value;
+    if (!(map().flagsOf(id()) & NodeMap::kActive) && !options.verify) return value;
     EnumEntryNode* current = entryOf(value);
     if (!current || !current->data().selfClearing)
         map().flagsOf(id()) &= static_cast<std::uint8_t>(~NodeMap::kActive);
     if (options.verify) {
         if (!current)
-            throw NODE_ERROR(OutOfRangeException, *this)(
-                "Value of the enumeration is none of its entries");
+            throw NODE_ERROR(OutOfRangeException,
+                             *this)("Value of the enumeration is none of its entries");
         if (!IsAvailable(current->accessMode()))
             throw NODE_ERROR(AccessException, *this)("Enum entry is not readable");
         checkErrorNodes();
@@ -96,148 +97,120 @@ std::int64_t EnumerationNode::getInt(ReadOptions options)
     return value;
 }
 
-void EnumerationNode::setInt(std::int64_t value, bool verify)
-{
+void EnumerationNode::setInt(std::int64_t value, bool verify) {
     requireWritable(verify);
     EnumEntryNode* target = entryOf(value);
-    if (!target)
-        throwNoEntry(std::to_string(value));
+    if (!target) throwNoEntry(std::to_string(value));
     if (verify && !IsAvailable(target->accessMode()))
-        throw NODE_ERROR(AccessException, *this)(
-            "Failed to write enumeration value. Enum entry is not writable");
+        throw NODE_ERROR(AccessException,
+                         *this)("Failed to write enumeration value. Enum entry is not writable");
     {
         const Nesting nesting(*this);
         source_.write(value, verify);
     }
     value_ = value;
-    if (target->data().selfClearing)
-        map().flagsOf(id()) |= NodeMap::kActive;
-    if (source_.isNode())
-        valueWasWritten();
-    if (verify)
-        checkErrorNodes();
+    if (target->data().selfClearing) map().flagsOf(id()) |= NodeMap::kActive;
+    if (source_.isNode()) valueWasWritten();
+    if (verify) checkErrorNodes();
 }
 
-std::int64_t EnumerationNode::minInt()
-{
+std::int64_t EnumerationNode::minInt() {
     return kInt64Min;
 }
 
-std::int64_t EnumerationNode::maxInt()
-{
+std::int64_t EnumerationNode::maxInt() {
     return kInt64Max;
 }
 
-double EnumerationNode::getFloat(ReadOptions options)
-{
+double EnumerationNode::getFloat(ReadOptions options) {
     const std::int64_t value = getInt(options);
     const EnumEntryNode* current = entryOf(value);
     return current ? current->data().numeric : static_cast<double>(value);
 }
 
-void EnumerationNode::setFloat(double value, bool verify)
-{
+void EnumerationNode::setFloat(double value, bool verify) {
     for (const NodeId id : entries())
-        if (entry(id).data().numeric == value)
-            return setInt(entry(id).data().value, verify);
+        if (entry(id).data().numeric == value) return setInt(entry(id).data().value, verify);
     setInt(roundToInt(value), verify);
 }
 
-double EnumerationNode::minFloat()
-{
+double EnumerationNode::minFloat() {
     return -kDoubleMax;
 }
 
-double EnumerationNode::maxFloat()
-{
+double EnumerationNode::maxFloat() {
     return kDoubleMax;
 }
 
-bool EnumerationNode::isPolled() const
-{
+bool EnumerationNode::isPolled() const {
     return (map().flagsOf(id()) & NodeMap::kActive) != 0;
 }
 
-gcstring EnumerationNode::ToString(bool verify, bool ignoreCache)
-{
+gcstring EnumerationNode::ToString(bool verify, bool ignoreCache) {
     const Entry scope(*this, "ToString");
     requireReadable();
     const std::int64_t value = getInt({false, ignoreCache});
     const EnumEntryNode* current = entryOf(value);
-    if (!current)
-        throwNoEntry(std::to_string(value));
-    if (verify)
-        getInt({true, false});
+    if (!current) throwNoEntry(std::to_string(value));
+    if (verify) getInt({true, false});
     return current->GetSymbolic();
 }
 
-void EnumerationNode::FromString(const gcstring& text, bool verify)
-{
+void EnumerationNode::FromString(const gcstring& text, bool verify) {
     modify("FromString", [&]() -> const ChangeSet& {
         requireWritable(verify);
         const EnumEntryNode* target = entryOf(std::string_view(text.c_str(), text.length()));
-        if (!target)
-            throwNoEntry(text.c_str());
+        if (!target) throwNoEntry(text.c_str());
         setInt(target->data().value, verify);
         return changedByWriteTo(description(), id());
     });
 }
 
-bool EnumerationNode::IsValueCacheValid() const
-{
+bool EnumerationNode::IsValueCacheValid() const {
     const Entry scope(*this, "IsValueCacheValid");
     return isValueCached();
 }
 
-void EnumerationNode::GetSymbolics(StringList_t& symbolics)
-{
+void EnumerationNode::GetSymbolics(StringList_t& symbolics) {
     const Entry scope(*this, "GetSymbolics");
     symbolics.clear();
     for (const NodeId id : entries())
-        if (IsAvailable(entry(id).accessMode()))
-            symbolics.push_back(entry(id).GetSymbolic());
+        if (IsAvailable(entry(id).accessMode())) symbolics.push_back(entry(id).GetSymbolic());
 }
 
-void EnumerationNode::GetEntries(NodeList_t& list)
-{
+void EnumerationNode::GetEntries(NodeList_t& list) {
     const Entry scope(*this, "GetEntries");
     list.clear();
     for (const NodeId id : entries())
         list.push_back(&node(id));
 }
 
-IEnumeration& EnumerationNode::operator=(const gcstring& symbolic)
-{
+IEnumeration& EnumerationNode::operator=(const gcstring& symbolic) {
     FromString(symbolic);
     return *this;
 }
 
-void EnumerationNode::SetIntValue(int64_t value, bool verify)
-{
+void EnumerationNode::SetIntValue(int64_t value, bool verify) {
     modify("SetIntValue", [&]() -> const ChangeSet& {
         setInt(value, verify);
         return changedByWriteTo(description(), id());
     });
 }
 
-int64_t EnumerationNode::GetIntValue(bool verify, bool ignoreCache)
-{
+int64_t EnumerationNode::GetIntValue(bool verify, bool ignoreCache) {
     const Entry scope(*this, "GetIntValue");
     return getInt({verify, ignoreCache});
 }
 
-IEnumEntry* EnumerationNode::GetEntryByName(const gcstring& symbolic)
-{
+IEnumEntry* EnumerationNode::GetEntryByName(const gcstring& symbolic) {
     return entryOf(std::string_view(symbolic.c_str(), symbolic.length()));
 }
 
-IEnumEntry* EnumerationNode::GetEntry(const int64_t value)
-{
+IEnumEntry* EnumerationNode::GetEntry(const int64_t value) {
     return entryOf(value);
 }
 
-IEnumEntry* EnumerationNode::GetCurrentEntry(bool verify, bool ignoreCache)
-{
+IEnumEntry* EnumerationNode::GetCurrentEntry(bool verify, bool ignoreCache) {
     const Entry scope(*this, "GetCurrentEntry");
     return entryOf(getInt({verify, ignoreCache}));
 }

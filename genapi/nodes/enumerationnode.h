@@ -10,7 +10,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 class EnumEntryNode final : public Node, public IEnumEntry {
-public:
+  public:
     EnumEntryNode(NodeMap& map, NodeId id);
 
     EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
@@ -25,15 +25,15 @@ public:
 
     const EnumEntryData& data() const { return data_; }
 
-protected:
+  protected:
     EAccessMode sourceAccessMode(bool) override { return RO; }
 
-private:
+  private:
     const EnumEntryData& data_;
 };
 
 class EnumerationNode final : public Node, public IEnumeration {
-public:
+  public:
     EnumerationNode(NodeMap& map, NodeId id);
 
     EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
@@ -70,10 +70,11 @@ public:
     EnumEntryNode* entryOf(std::int64_t value) const;
     EnumEntryNode* entryOf(std::string_view symbolic) const;
 
-protected:
-    EAccessMode sourceAccessMode(bool relaxed) override { return source_.accessMode(relaxed); }
+  protected:
+    EAccessMode sourceAccessMode(bool relaxed) override;
 
-private:
+  private:
+    EAccessMode entriesAccessMode() const;
     Slice<NodeId> entries() const;
     EnumEntryNode& entry(NodeId id) const;
     [[noreturn]] void throwNoEntry(const std::string& value) const;

@@ -21,14 +21,11 @@ std::string entryPointOf(const Node& node);
 // Makes one exception: NodeError<E>(node, file, line, type)(format, ...).
 template <typename E>
 class NodeError {
-public:
+  public:
     NodeError(const Node& node, const char* file, int line, const char* type)
-        : node_(node), file_(file), line_(line), type_(type)
-    {
-    }
+        : node_(node), file_(file), line_(line), type_(type) {}
 
-    E operator()(const char* format, ...) const __attribute__((format(printf, 2, 3)))
-    {
+    E operator()(const char* format, ...) const __attribute__((format(printf, 2, 3))) {
         char text[1024];
         va_list arguments;
         va_start(arguments, format);
@@ -38,7 +35,7 @@ public:
                  type_);
     }
 
-private:
+  private:
     const Node& node_;
     const char* file_;
     int line_;
@@ -46,7 +43,7 @@ private:
 };
 
 // throw NODE_ERROR(AccessException, *this)("Node is not readable.");
-#define NODE_ERROR(Type, node)                                                                     \
+#define NODE_ERROR(Type, node) \
     ::GENAPI_NAMESPACE::Engine::NodeError<GENICAM_NAMESPACE::Type>(node, __FILE__, __LINE__, #Type)
 
 }  // namespace Engine

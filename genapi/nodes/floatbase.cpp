@@ -1,6 +1,7 @@
 #include "genapi/nodes/floatbase.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "genapi/description/links.h"
 #include "genapi/nodes/nodemap.h"
@@ -17,8 +18,7 @@ constexpr int kDefaultPrecision = 6;
 
 FloatBase::~FloatBase() = default;
 
-double FloatBase::getFloat(ReadOptions options)
-{
+double FloatBase::getFloat(ReadOptions options) {
     requireReadable();
     if (!isValueCached() || options.ignoreCache || (options.verify && restsOnNodes())) {
         const Nesting nesting(*this);
@@ -33,83 +33,73 @@ double FloatBase::getFloat(ReadOptions options)
     return value;
 }
 
-void FloatBase::setFloat(double value, bool verify)
-{
+void FloatBase::setFloat(double value, bool verify) {
     requireWritable(verify);
-    if (verify)
+    if (verify) {
+        if (std::isnan(value))
+            throw NODE_ERROR(OutOfRangeException, *this)("Value is not a number.");
         checkRange(value);
+    }
     {
         const Nesting nesting(*this);
         writeValue(value, verify);
     }
     value_ = value;
-    if (mayCache())
-        valueWasWritten();
-    if (verify)
-        checkErrorNodes();
+    if (mayCache()) valueWasWritten();
+    if (verify) checkErrorNodes();
 }
 
-void FloatBase::checkRange(double value)
-{
+void FloatBase::checkRange(double value) {
     const double min = minFloat();
-    if (!(value >= min))  // a NaN is in no range
-        throw NODE_ERROR(OutOfRangeException, *this)(
-            "Value %f must be greater than or equal %f.", value, min);
+    if (value < min)
+        throw NODE_ERROR(OutOfRangeException, *this)("Value %f must be greater than or equal %f.",
+                                                     value, min);
     const double max = maxFloat();
     if (value > max)
-        throw NODE_ERROR(OutOfRangeException, *this)(
-            "Value %f must be smaller than or equal %f.", value, max);
+        throw NODE_ERROR(OutOfRangeException, *this)("Value %f must be smaller than or equal %f.",
+                                                     value, max);
 }
 
-double FloatBase::minFloat()
-{
+double FloatBase::minFloat() {
     const double own = ownMin();
     return imposed_ ? std::max(own, imposed_->min) : own;
 }
 
-double FloatBase::maxFloat()
-{
+double FloatBase::maxFloat() {
     const double own = ownMax();
     return imposed_ ? std::min(own, imposed_->max) : own;
 }
 
-double FloatBase::incFloat()
-{
+double FloatBase::incFloat() {
     throw NODE_ERROR(RuntimeException, *this)("node does not have an increment.");
 }
 
-std::int64_t FloatBase::getInt(ReadOptions options)
-{
+std::int64_t FloatBase::getInt(ReadOptions options) {
     return roundToInt(getFloat(options));
 }
 
-void FloatBase::setInt(std::int64_t value, bool verify)
-{
+void FloatBase::setInt(std::int64_t value, bool verify) {
     setFloat(static_cast<double>(value), verify);
 }
 
-std::int64_t FloatBase::minInt()
-{
+std::int64_t FloatBase::minInt() {
     return roundToInt(minFloat());
 }
 
-std::int64_t FloatBase::maxInt()
-{
+std::int64_t FloatBase::maxInt() {
     return roundToInt(maxFloat());
 }
 
-gcstring FloatBase::ToString(bool verify, bool ignoreCache)
-{
+gcstring FloatBase::ToString(bool verify, bool ignoreCache) {
     const Entry entry(*this, "ToString");
     const double value = getFloat({verify, ignoreCache});
     const Presentation shownAs = shown();
-    const std::string text = formatFloat(value, static_cast<EDisplayNotation>(shownAs.notation),
-                                         shownAs.precision);
+    const std::string text =
+        formatFloat(value, static_cast<EDisplayNotation>(shownAs.notation), shownAs.precision);
     return gcstring(text.data(), text.size());
 }
 
-void FloatBase::FromString(const gcstring& text, bool verify)
-{
+void FloatBase::FromString(const gcstring& text, bool verify) {
     modify("FromString", [&]() -> const ChangeSet& {
         double value = 0;
         if (!parseFloat({text.c_str(), text.length()}, value))
@@ -120,128 +110,104 @@ void FloatBase::FromString(const gcstring& text, bool verify)
     });
 }
 
-bool FloatBase::IsValueCacheValid() const
-{
+bool FloatBase::IsValueCacheValid() const {
     const Entry entry(*this, "IsValueCacheValid");
     return isValueCached();
 }
 
-void FloatBase::SetValue(double value, bool verify)
-{
+void FloatBase::SetValue(double value, bool verify) {
     modify("SetValue", [&]() -> const ChangeSet& {
         setFloat(value, verify);
         return changedByWriteTo(description(), id());
     });
 }
 
-IFloat& FloatBase::operator=(double value)
-{
+IFloat& FloatBase::operator=(double value) {
     SetValue(value);
     return *this;
 }
 
-double FloatBase::GetValue(bool verify, bool ignoreCache)
-{
+double FloatBase::GetValue(bool verify, bool ignoreCache) {
     const Entry entry(*this, "GetValue");
     return getFloat({verify, ignoreCache});
 }
 
-double FloatBase::GetMin()
-{
+double FloatBase::GetMin() {
     const Entry entry(*this, "GetMin");
     requireAvailable();
     return minFloat();
 }
 
-double FloatBase::GetMax()
-{
+double FloatBase::GetMax() {
     const Entry entry(*this, "GetMax");
     requireAvailable();
     return maxFloat();
 }
 
-bool FloatBase::HasInc()
-{
+bool FloatBase::HasInc() {
     const Entry entry(*this, "HasInc");
     return hasInc();
 }
 
-EIncMode FloatBase::GetIncMode()
-{
+EIncMode FloatBase::GetIncMode() {
     const Entry entry(*this, "GetIncMode");
     return hasInc() ? fixedIncrement : noIncrement;
 }
 
-double FloatBase::GetInc()
-{
+double FloatBase::GetInc() {
     const Entry entry(*this, "GetInc");
-    if (hasInc())
-        requireAvailable();
+    if (hasInc()) requireAvailable();
     return incFloat();
 }
 
-double_autovector_t FloatBase::GetListOfValidValues(bool bounded)
-{
+double_autovector_t FloatBase::GetListOfValidValues(bool bounded) {
     const Entry entry(*this, "GetListOfValidValues");
     if (bounded) {
-        requireAvailable();
         minFloat();
         maxFloat();
     }
     return double_autovector_t();
 }
 
-Presentation FloatBase::shown() const
-{
+Presentation FloatBase::shown() const {
     Presentation result = effectivePresentation(*const_cast<FloatBase*>(this));
-    if (result.representation == _UndefinedRepresentation)
-        result.representation = PureNumber;
-    if (result.notation == _UndefinedEDisplayNotation)
-        result.notation = fnAutomatic;
-    if (result.precision < 0)
-        result.precision = kDefaultPrecision;
+    if (result.representation == _UndefinedRepresentation) result.representation = PureNumber;
+    if (result.notation == _UndefinedEDisplayNotation) result.notation = fnAutomatic;
+    if (result.precision < 0) result.precision = kDefaultPrecision;
     return result;
 }
 
-ERepresentation FloatBase::GetRepresentation()
-{
+ERepresentation FloatBase::GetRepresentation() {
     const Entry entry(*this, "GetRepresentation");
     return static_cast<ERepresentation>(shown().representation);
 }
 
-gcstring FloatBase::GetUnit() const
-{
+gcstring FloatBase::GetUnit() const {
     const Entry entry(*this, "GetUnit");
     return gcstring(description().text(shown().unit).data());
 }
 
-EDisplayNotation FloatBase::GetDisplayNotation() const
-{
+EDisplayNotation FloatBase::GetDisplayNotation() const {
     const Entry entry(*this, "GetDisplayNotation");
     return static_cast<EDisplayNotation>(shown().notation);
 }
 
-int64_t FloatBase::GetDisplayPrecision() const
-{
+int64_t FloatBase::GetDisplayPrecision() const {
     const Entry entry(*this, "GetDisplayPrecision");
     return shown().precision;
 }
 
-FloatBase::Limits& FloatBase::imposed()
-{
-    if (!imposed_)
-        imposed_ = std::make_unique<Limits>();
+FloatBase::Limits& FloatBase::imposed() {
+    if (!imposed_) imposed_ = std::make_unique<Limits>();
     return *imposed_;
 }
 
-void FloatBase::ImposeMin(double value)
-{
+void FloatBase::ImposeMin(double value) {
     const Entry entry(*this, "ImposeMin");
     imposed().min = value;
 }
 
-void FloatBase::ImposeMax(double value)
-{
+void FloatBase::ImposeMax(double value) {
     const Entry entry(*this, "ImposeMax");
     imposed().max = value;
 }

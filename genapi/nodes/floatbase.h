@@ -13,7 +13,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 class FloatBase : public Node, public IFloat {
-public:
+  public:
     using Node::Node;
     ~FloatBase() override;
 
@@ -53,7 +53,7 @@ public:
     bool hasInc() override { return false; }
     double incFloat() override;
 
-protected:
+  protected:
     virtual double readValue(ReadOptions options) = 0;
     virtual void writeValue(double value, bool verify) = 0;
     virtual double ownMin() = 0;
@@ -63,7 +63,7 @@ protected:
     // Whether a verified read must verify the nodes below, too.
     virtual bool restsOnNodes() const { return true; }
 
-private:
+  private:
     struct Limits {
         double min = -kDoubleMax;
         double max = kDoubleMax;

@@ -8,11 +8,9 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 class FloatNode final : public FloatBase {
-public:
+  public:
     FloatNode(NodeMap& map, NodeId id)
-        : FloatBase(map, id), source_(*this, description().tables().floats[record().data])
-    {
-    }
+        : FloatBase(map, id), source_(*this, description().tables().floats[record().data]) {}
 
     using FloatBase::operator=;
     const Presentation* presentation() const override { return &source_.data().presentation; }
@@ -20,7 +18,7 @@ public:
     bool hasInc() override { return source_.hasInc(); }
     double incFloat() override { return hasInc() ? source_.inc() : FloatBase::incFloat(); }
 
-protected:
+  protected:
     double readValue(ReadOptions options) override { return source_.read(options); }
     void writeValue(double value, bool verify) override { source_.write(value, verify); }
     double ownMin() override { return source_.min(); }
@@ -28,7 +26,7 @@ protected:
     bool mayCache() const override { return source_.isNode(); }
     EAccessMode sourceAccessMode(bool relaxed) override { return source_.accessMode(relaxed); }
 
-private:
+  private:
     NumberSource<double> source_;
 };
 

@@ -17,16 +17,16 @@ struct Range64<std::int64_t> {
     static constexpr std::int64_t kLowest = kInt64Min, kHighest = kInt64Max;
     static std::int64_t read(Node& node, ReadOptions options) { return node.getInt(options); }
     static void write(Node& node, std::int64_t value, bool verify) { node.setInt(value, verify); }
-    static std::int64_t min(Node& node) { return node.minInt(); }
-    static std::int64_t max(Node& node) { return node.maxInt(); }
+    static std::int64_t min(Node& node) { return node.requireAvailable(), node.minInt(); }
+    static std::int64_t max(Node& node) { return node.requireAvailable(), node.maxInt(); }
 };
 template <>
 struct Range64<double> {
     static constexpr double kLowest = -kDoubleMax, kHighest = kDoubleMax;
     static double read(Node& node, ReadOptions options) { return node.getFloat(options); }
     static void write(Node& node, double value, bool verify) { node.setFloat(value, verify); }
-    static double min(Node& node) { return node.minFloat(); }
-    static double max(Node& node) { return node.maxFloat(); }
+    static double min(Node& node) { return node.requireAvailable(), node.minFloat(); }
+    static double max(Node& node) { return node.requireAvailable(), node.maxFloat(); }
 };
 
 }  // namespace
@@ -34,93 +34,75 @@ struct Range64<double> {
 template <typename Number>
 SwissKnifeNode<Number>::SwissKnifeNode(NodeMap& map, NodeId id)
     : Family<Number>(map, id),
-      data_(this->description().tables().swissKnives[this->record().data])
-{
-}
+      data_(this->description().tables().swissKnives[this->record().data]) {}
 
 template <typename Number>
-Number SwissKnifeNode<Number>::readValue(ReadOptions options)
-{
+Number SwissKnifeNode<Number>::readValue(ReadOptions options) {
     return evaluate<Number>(*this, data_.formula, options);
 }
 
 template <typename Number>
-void SwissKnifeNode<Number>::writeValue(Number, bool)
-{
+void SwissKnifeNode<Number>::writeValue(Number, bool) {
     throw NODE_ERROR(AccessException, *this)("Node is not writable.");
 }
 
 template <typename Number>
-Number SwissKnifeNode<Number>::ownMin()
-{
+Number SwissKnifeNode<Number>::ownMin() {
     return Range64<Number>::kLowest;
 }
 
 template <typename Number>
-Number SwissKnifeNode<Number>::ownMax()
-{
+Number SwissKnifeNode<Number>::ownMax() {
     return Range64<Number>::kHighest;
 }
 
 template <typename Number>
-EAccessMode SwissKnifeNode<Number>::sourceAccessMode(bool)
-{
+EAccessMode SwissKnifeNode<Number>::sourceAccessMode(bool) {
     return Combine(RO, variablesAccessMode(*this, data_.formula));
 }
 
 template <typename Number>
 ConverterNode<Number>::ConverterNode(NodeMap& map, NodeId id)
     : Family<Number>(map, id),
-      data_(this->description().tables().converters[this->record().data])
-{
-}
+      data_(this->description().tables().converters[this->record().data]) {}
 
 template <typename Number>
-Number ConverterNode<Number>::readValue(ReadOptions options)
-{
+Number ConverterNode<Number>::readValue(ReadOptions options) {
     const Number raw = Range64<Number>::read(this->node(data_.value), options);
     return evaluate<Number>(*this, data_.formulaFrom, {}, raw);
 }
 
 template <typename Number>
-void ConverterNode<Number>::writeValue(Number value, bool verify)
-{
+void ConverterNode<Number>::writeValue(Number value, bool verify) {
     const Number raw = evaluate<Number>(*this, data_.formulaTo, {}, value);
     Range64<Number>::write(this->node(data_.value), raw, verify);
 }
 
 template <typename Number>
-typename ConverterNode<Number>::Bounds ConverterNode<Number>::bounds()
-{
-    if (data_.slope == Varying)
-        return {Range64<Number>::kLowest, Range64<Number>::kHighest};
+typename ConverterNode<Number>::Bounds ConverterNode<Number>::bounds() {
+    if (data_.slope == Varying) return {Range64<Number>::kLowest, Range64<Number>::kHighest};
     Node& source = this->node(data_.value);
     const Number first =
         evaluate<Number>(*this, data_.formulaFrom, {}, Range64<Number>::min(source));
     const Number second =
         evaluate<Number>(*this, data_.formulaFrom, {}, Range64<Number>::max(source));
-    if (data_.slope == Increasing)
-        return {first, second};
-    if (data_.slope == Decreasing)
-        return {second, first};
+    if (data_.slope == Increasing) return {first, second};
+    if (data_.slope == Decreasing) return {second, first};
     return {std::min(first, second), std::max(first, second)};
 }
 
 template <typename Number>
-Number ConverterNode<Number>::ownMin()
-{
+Number ConverterNode<Number>::ownMin() {
     return bounds().min;
 }
 
 template <typename Number>
-Number ConverterNode<Number>::ownMax()
-{
+Number ConverterNode<Number>::ownMax() {
     return bounds().max;
 }
 
 template <typename Number>
-EAccessMode ConverterNode<Number>::sourceAccessMode(bool relaxed)
-{
+EAccessMode ConverterNode<Number>::sourceAccessMode(bool relaxed) {
     Node& source = this->node(data_.value);
     const EAccessMode mode = relaxed ? source.relaxedAccessMode() : source.accessMode();
     return Combine(mode, variablesAccessMode(*this, data_.formulaFrom));

@@ -25,41 +25,41 @@ using Family = typename FamilyOf<Number>::Base;
 // A value computed from variables; it cannot be written.
 template <typename Number>
 class SwissKnifeNode final : public Family<Number> {
-public:
+  public:
     SwissKnifeNode(NodeMap& map, NodeId id);
     using Family<Number>::operator=;
 
     const Presentation* presentation() const override { return &data_.presentation; }
 
-protected:
+  protected:
     Number readValue(ReadOptions options) override;
     void writeValue(Number value, bool verify) override;
     Number ownMin() override;
     Number ownMax() override;
     EAccessMode sourceAccessMode(bool relaxed) override;
 
-private:
+  private:
     const SwissKnifeData& data_;
 };
 
 // Another node's value through a formula, and back through a second one.
 template <typename Number>
 class ConverterNode final : public Family<Number> {
-public:
+  public:
     ConverterNode(NodeMap& map, NodeId id);
     using Family<Number>::operator=;
 
     const Presentation* presentation() const override { return &data_.presentation; }
     Node* presentationSource() override { return &this->node(data_.value); }
 
-protected:
+  protected:
     Number readValue(ReadOptions options) override;
     void writeValue(Number value, bool verify) override;
     Number ownMin() override;
     Number ownMax() override;
     EAccessMode sourceAccessMode(bool relaxed) override;
 
-private:
+  private:
     struct Bounds {
         Number min, max;
     };

@@ -23,12 +23,10 @@ struct Operand<std::int64_t> {
     static std::int64_t min(Node& node) { return node.minInt(); }
     static std::int64_t max(Node& node) { return node.maxInt(); }
     // A float's own increment, rounded; integers never see a float's as 1 here.
-    static std::int64_t inc(Node& node)
-    {
+    static std::int64_t inc(Node& node) {
         return node.hasInc() ? roundToInt(node.incFloat()) : node.incInt();
     }
-    static const Formula<std::int64_t>& program(const CompiledFormula& compiled)
-    {
+    static const Formula<std::int64_t>& program(const CompiledFormula& compiled) {
         return *compiled.integer;
     }
 };
@@ -39,14 +37,12 @@ struct Operand<double> {
     static double min(Node& node) { return node.minFloat(); }
     static double max(Node& node) { return node.maxFloat(); }
     static double inc(Node& node) { return node.incFloat(); }
-    static const Formula<double>& program(const CompiledFormula& compiled)
-    {
+    static const Formula<double>& program(const CompiledFormula& compiled) {
         return *compiled.floating;
     }
 };
 
-std::int64_t entryValue(Node& owner, const FormulaVariable& variable)
-{
+std::int64_t entryValue(Node& owner, const FormulaVariable& variable) {
     const std::string_view symbolic = owner.description().text(variable.suffix);
     Node& node = owner.node(variable.node);
     const auto* enumeration = dynamic_cast<EnumerationNode*>(&node);
@@ -56,27 +52,46 @@ std::int64_t entryValue(Node& owner, const FormulaVariable& variable)
     return entry->data().value;
 }
 
-template <typename Number>
-Number operand(Node& owner, const FormulaVariable& variable, ReadOptions options)
-{
-    Node& node = owner.node(variable.node);
-    switch (variable.form) {
-    case VariableForm::Value: return Operand<Number>::value(node, options);
-    case VariableForm::Min: return Operand<Number>::min(node);
-    case VariableForm::Max: return Operand<Number>::max(node);
-    case VariableForm::Inc: return Operand<Number>::inc(node);
-    case VariableForm::AccessMode: return static_cast<Number>(node.accessMode());
-    case VariableForm::Visibility: return static_cast<Number>(node.GetVisibility());
-    case VariableForm::CachingMode: return static_cast<Number>(node.GetCachingMode());
-    case VariableForm::Entry: return static_cast<Number>(entryValue(owner, variable));
-    case VariableForm::Unknown: break;
-    }
-    throw NODE_ERROR(RuntimeException, owner)(
-        "Invalid Extension %s", owner.description().text(variable.suffix).data());
+// A formula does not compute with a value that is none of the enumeration's entries.
+void requireEntry(Node& owner, Node& node) {
+    const std::int64_t value = node.getInt({});
+    if (!static_cast<EnumerationNode&>(node).entryOf(value))
+        throw NODE_ERROR(LogicalErrorException, owner)(
+            "%s : Value %lld of '%s' is none of its entries", owner.name().data(),
+            static_cast<long long>(value), node.name().data());
 }
 
-const CompiledFormula& compiledOrThrow(Node& owner, std::uint32_t formula)
-{
+template <typename Number>
+Number operand(Node& owner, const FormulaVariable& variable, ReadOptions options) {
+    Node& node = owner.node(variable.node);
+    switch (variable.form) {
+        case VariableForm::Value: {
+            const Number value = Operand<Number>::value(node, options);
+            if (node.record().kind == NodeKind::Enumeration) requireEntry(owner, node);
+            return value;
+        }
+        case VariableForm::Min:
+            return Operand<Number>::min(node);
+        case VariableForm::Max:
+            return Operand<Number>::max(node);
+        case VariableForm::Inc:
+            return Operand<Number>::inc(node);
+        case VariableForm::AccessMode:
+            return static_cast<Number>(node.accessMode());
+        case VariableForm::Visibility:
+            return static_cast<Number>(node.GetVisibility());
+        case VariableForm::CachingMode:
+            return static_cast<Number>(node.GetCachingMode());
+        case VariableForm::Entry:
+            return static_cast<Number>(entryValue(owner, variable));
+        case VariableForm::Unknown:
+            break;
+    }
+    throw NODE_ERROR(RuntimeException, owner)("Invalid Extension %s",
+                                              owner.description().text(variable.suffix).data());
+}
+
+const CompiledFormula& compiledOrThrow(Node& owner, std::uint32_t formula) {
     const CompiledFormula& compiled = compiledFormula(owner.description(), formula);
     if (!compiled.error.empty()) {
         const FormulaData& data = owner.description().tables().formulas[formula];
@@ -90,8 +105,7 @@ const CompiledFormula& compiledOrThrow(Node& owner, std::uint32_t formula)
 }  // namespace
 
 template <typename Number>
-Number evaluate(Node& owner, std::uint32_t formula, ReadOptions options, Number input)
-{
+Number evaluate(Node& owner, std::uint32_t formula, ReadOptions options, Number input) {
     const NodeTables& tables = owner.description().tables();
     const FormulaData& data = tables.formulas[formula];
     const auto variables = NodeTables::slice(tables.variables, data.variables);
@@ -119,15 +133,13 @@ Number evaluate(Node& owner, std::uint32_t formula, ReadOptions options, Number 
 template std::int64_t evaluate(Node&, std::uint32_t, ReadOptions, std::int64_t);
 template double evaluate(Node&, std::uint32_t, ReadOptions, double);
 
-EAccessMode variablesAccessMode(Node& owner, std::uint32_t formula)
-{
+EAccessMode variablesAccessMode(Node& owner, std::uint32_t formula) {
     const NodeTables& tables = owner.description().tables();
     EAccessMode mode = RW;
     for (const FormulaVariable& variable :
          NodeTables::slice(tables.variables, tables.formulas[formula].variables)) {
         const EAccessMode found = owner.node(variable.node).accessMode();
-        if (!IsAvailable(found))
-            mode = Combine(mode, found);
+        if (!IsAvailable(found)) mode = Combine(mode, found);
     }
     return mode;
 }

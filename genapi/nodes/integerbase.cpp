@@ -14,8 +14,7 @@ using GENICAM_NAMESPACE::gcstring;
 
 IntegerBase::~IntegerBase() = default;
 
-std::int64_t IntegerBase::getInt(ReadOptions options)
-{
+std::int64_t IntegerBase::getInt(ReadOptions options) {
     requireReadable();
     if (!isValueCached() || options.ignoreCache || (options.verify && restsOnNodes())) {
         const Nesting nesting(*this);
@@ -30,24 +29,19 @@ std::int64_t IntegerBase::getInt(ReadOptions options)
     return value;
 }
 
-void IntegerBase::setInt(std::int64_t value, bool verify)
-{
+void IntegerBase::setInt(std::int64_t value, bool verify) {
     requireWritable(verify);
-    if (verify)
-        checkRange(value);
+    if (verify) checkRange(value);
     {
         const Nesting nesting(*this);
         writeValue(value, verify);
     }
     value_ = value;
-    if (mayCache())
-        valueWasWritten();
-    if (verify)
-        checkErrorNodes();
+    if (mayCache()) valueWasWritten();
+    if (verify) checkErrorNodes();
 }
 
-void IntegerBase::checkRange(std::int64_t value)
-{
+void IntegerBase::checkRange(std::int64_t value) {
     const std::int64_t min = minInt();
     if (value < min)
         throw NODE_ERROR(OutOfRangeException, *this)(
@@ -64,53 +58,43 @@ void IntegerBase::checkRange(std::int64_t value)
             "The difference between Value = %" PRId64 " and Min = %" PRId64
             " must be dividable without rest by Inc = %" PRId64 ".",
             value, min, inc);
-    if (inc == 0)
-        throw NODE_ERROR(LogicalErrorException, *this)("Increment must not equal 0!");
+    if (inc == 0) throw NODE_ERROR(LogicalErrorException, *this)("Increment must not equal 0!");
 }
 
-std::int64_t IntegerBase::minInt()
-{
+std::int64_t IntegerBase::minInt() {
     const std::int64_t own = ownMin();
     return imposed_ ? std::max(own, imposed_->min) : own;
 }
 
-std::int64_t IntegerBase::maxInt()
-{
+std::int64_t IntegerBase::maxInt() {
     const std::int64_t own = ownMax();
     return imposed_ ? std::min(own, imposed_->max) : own;
 }
 
-double IntegerBase::getFloat(ReadOptions options)
-{
+double IntegerBase::getFloat(ReadOptions options) {
     return static_cast<double>(getInt(options));
 }
 
-void IntegerBase::setFloat(double value, bool verify)
-{
+void IntegerBase::setFloat(double value, bool verify) {
     std::int64_t rounded = roundToInt(value);
     const std::int64_t inc = incInt();
-    if (inc > 1)
-        rounded = roundToGrid(rounded, minInt(), inc);
+    if (inc > 1) rounded = roundToGrid(rounded, minInt(), inc);
     setInt(rounded, verify);
 }
 
-double IntegerBase::minFloat()
-{
+double IntegerBase::minFloat() {
     return static_cast<double>(minInt());
 }
 
-double IntegerBase::maxFloat()
-{
+double IntegerBase::maxFloat() {
     return static_cast<double>(maxInt());
 }
 
-double IntegerBase::incFloat()
-{
+double IntegerBase::incFloat() {
     return static_cast<double>(incInt());
 }
 
-gcstring IntegerBase::ToString(bool verify, bool ignoreCache)
-{
+gcstring IntegerBase::ToString(bool verify, bool ignoreCache) {
     const Entry entry(*this, "ToString");
     const std::int64_t value = getInt({verify, ignoreCache});
     const auto representation = effectivePresentation(*this).representation;
@@ -118,8 +102,7 @@ gcstring IntegerBase::ToString(bool verify, bool ignoreCache)
     return gcstring(text.data(), text.size());
 }
 
-void IntegerBase::FromString(const gcstring& text, bool verify)
-{
+void IntegerBase::FromString(const gcstring& text, bool verify) {
     modify("FromString", [&]() -> const ChangeSet& {
         const auto representation = effectivePresentation(*this).representation;
         std::int64_t value = 0;
@@ -132,80 +115,68 @@ void IntegerBase::FromString(const gcstring& text, bool verify)
     });
 }
 
-bool IntegerBase::IsValueCacheValid() const
-{
+bool IntegerBase::IsValueCacheValid() const {
     const Entry entry(*this, "IsValueCacheValid");
     return isValueCached();
 }
 
-void IntegerBase::SetValue(int64_t value, bool verify)
-{
+void IntegerBase::SetValue(int64_t value, bool verify) {
     modify("SetValue", [&]() -> const ChangeSet& {
         setInt(value, verify);
         return changedByWriteTo(description(), id());
     });
 }
 
-IInteger& IntegerBase::operator=(int64_t value)
-{
+IInteger& IntegerBase::operator=(int64_t value) {
     SetValue(value);
     return *this;
 }
 
-int64_t IntegerBase::GetValue(bool verify, bool ignoreCache)
-{
+int64_t IntegerBase::GetValue(bool verify, bool ignoreCache) {
     const Entry entry(*this, "GetValue");
     return getInt({verify, ignoreCache});
 }
 
-int64_t IntegerBase::GetMin()
-{
+int64_t IntegerBase::GetMin() {
     const Entry entry(*this, "GetMin");
     requireAvailable();
     return minInt();
 }
 
-int64_t IntegerBase::GetMax()
-{
+int64_t IntegerBase::GetMax() {
     const Entry entry(*this, "GetMax");
     requireAvailable();
     return maxInt();
 }
 
-EIncMode IntegerBase::GetIncMode()
-{
+EIncMode IntegerBase::GetIncMode() {
     const Entry entry(*this, "GetIncMode");
     return validValues().empty() ? fixedIncrement : listIncrement;
 }
 
-int64_t IntegerBase::GetInc()
-{
+int64_t IntegerBase::GetInc() {
     const Entry entry(*this, "GetInc");
     requireAvailable();
     return incInt();
 }
 
-int64_autovector_t IntegerBase::GetListOfValidValues(bool bounded)
-{
+int64_autovector_t IntegerBase::GetListOfValidValues(bool bounded) {
     const Entry entry(*this, "GetListOfValidValues");
     std::int64_t min = kInt64Min, max = kInt64Max;
     if (bounded) {
-        requireAvailable();
         min = minInt();
         max = maxInt();
     }
     std::vector<std::int64_t> found;
     for (const std::int64_t value : validValues())
-        if (value >= min && value <= max)
-            found.push_back(value);
+        if (value >= min && value <= max) found.push_back(value);
     int64_autovector_t list(found.size());
     for (std::size_t i = 0; i < found.size(); ++i)
         list[i] = found[i];
     return list;
 }
 
-ERepresentation IntegerBase::GetRepresentation()
-{
+ERepresentation IntegerBase::GetRepresentation() {
     const Entry entry(*this, "GetRepresentation");
     const auto representation = effectivePresentation(*this).representation;
     return representation == _UndefinedRepresentation
@@ -213,27 +184,22 @@ ERepresentation IntegerBase::GetRepresentation()
                : static_cast<ERepresentation>(representation);
 }
 
-gcstring IntegerBase::GetUnit()
-{
+gcstring IntegerBase::GetUnit() {
     const Entry entry(*this, "GetUnit");
     return gcstring(description().text(effectivePresentation(*this).unit).data());
 }
 
-IntegerBase::Limits& IntegerBase::imposed()
-{
-    if (!imposed_)
-        imposed_ = std::make_unique<Limits>();
+IntegerBase::Limits& IntegerBase::imposed() {
+    if (!imposed_) imposed_ = std::make_unique<Limits>();
     return *imposed_;
 }
 
-void IntegerBase::ImposeMin(int64_t value)
-{
+void IntegerBase::ImposeMin(int64_t value) {
     const Entry entry(*this, "ImposeMin");
     imposed().min = value;
 }
 
-void IntegerBase::ImposeMax(int64_t value)
-{
+void IntegerBase::ImposeMax(int64_t value) {
     const Entry entry(*this, "ImposeMax");
     imposed().max = value;
 }

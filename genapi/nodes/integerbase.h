@@ -13,7 +13,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 class IntegerBase : public Node, public IInteger {
-public:
+  public:
     using Node::Node;
     ~IntegerBase() override;
 
@@ -50,7 +50,7 @@ public:
     bool hasInc() final { return true; }
     double incFloat() final;
 
-protected:
+  protected:
     virtual std::int64_t readValue(ReadOptions options) = 0;
     virtual void writeValue(std::int64_t value, bool verify) = 0;
     virtual std::int64_t ownMin() = 0;
@@ -62,7 +62,7 @@ protected:
     // Whether a verified read must verify the nodes below, too.
     virtual bool restsOnNodes() const { return true; }
 
-private:
+  private:
     struct Limits {
         std::int64_t min = kInt64Min;
         std::int64_t max = kInt64Max;

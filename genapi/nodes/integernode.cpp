@@ -4,12 +4,9 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 IntegerNode::IntegerNode(NodeMap& map, NodeId id)
-    : IntegerBase(map, id), source_(*this, description().tables().integers[record().data])
-{
-}
+    : IntegerBase(map, id), source_(*this, description().tables().integers[record().data]) {}
 
-Slice<std::int64_t> IntegerNode::validValues()
-{
+Slice<std::int64_t> IntegerNode::validValues() {
     return NodeTables::slice(description().tables().validValues, source_.data().validValues);
 }
 

@@ -8,14 +8,14 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 class IntegerNode final : public IntegerBase {
-public:
+  public:
     IntegerNode(NodeMap& map, NodeId id);
     using IntegerBase::operator=;
 
     const Presentation* presentation() const override { return &source_.data().presentation; }
     Node* presentationSource() override { return source_.valueNode(); }
 
-protected:
+  protected:
     std::int64_t readValue(ReadOptions options) override { return source_.read(options); }
     void writeValue(std::int64_t value, bool verify) override { source_.write(value, verify); }
     std::int64_t ownMin() override { return source_.min(); }
@@ -25,7 +25,7 @@ protected:
     bool mayCache() const override { return source_.isNode(); }
     EAccessMode sourceAccessMode(bool relaxed) override { return source_.accessMode(relaxed); }
 
-private:
+  private:
     NumberSource<std::int64_t> source_;
 };
 

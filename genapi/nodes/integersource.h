@@ -7,34 +7,28 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 class IntegerSource {
-public:
+  public:
     IntegerSource(Node& owner, const Setting<std::int64_t>& setting)
-        : owner_(owner), setting_(setting), constant_(setting.constant)
-    {
-    }
+        : owner_(owner), setting_(setting), constant_(setting.constant) {}
 
     bool isNode() const { return setting_.isNode(); }
     Node* node() const { return isNode() ? &owner_.node(setting_.node) : nullptr; }
 
-    std::int64_t read(ReadOptions options) const
-    {
+    std::int64_t read(ReadOptions options) const {
         return isNode() ? node()->getInt(options) : constant_;
     }
-    void write(std::int64_t value, bool verify)
-    {
+    void write(std::int64_t value, bool verify) {
         if (isNode())
             node()->setInt(value, verify);
         else
             constant_ = value;
     }
-    EAccessMode accessMode(bool relaxed) const
-    {
-        if (!isNode())
-            return RW;
+    EAccessMode accessMode(bool relaxed) const {
+        if (!isNode()) return RW;
         return relaxed ? node()->relaxedAccessMode() : node()->accessMode();
     }
 
-private:
+  private:
     Node& owner_;
     const Setting<std::int64_t>& setting_;
     std::int64_t constant_;

@@ -31,7 +31,7 @@ struct ReadOptions {
 };
 
 class Node : public INode, public ISelector, public IUserData {
-public:
+  public:
     Node(NodeMap& map, NodeId id) : map_(map), id_(id) {}
     ~Node() override;
     Node(const Node&) = delete;
@@ -90,6 +90,9 @@ public:
     // What an unverified write goes by: locks and pIsAvailable do not count.
     EAccessMode relaxedAccessMode();
 
+    // AccessException when the node is not implemented or not available: it has no limits then.
+    void requireAvailable();
+
     // The value as an integer, with the limits that a reference to this node goes by. Nodes without
     // a number throw LogicalErrorException; descriptions that ask for one do not load.
     virtual std::int64_t getInt(ReadOptions options);
@@ -122,7 +125,9 @@ public:
     Node& node(NodeId id) const;
     std::vector<std::shared_ptr<Callback>>* callbacks() const { return callbacks_.get(); }
 
-protected:
+  protected:
+    // Whether pIsAvailable and pIsLocked count.
+    virtual bool isConditional() const { return true; }
     // The mode that the value source and the nodes the value rests on allow.
     virtual EAccessMode sourceAccessMode(bool relaxed);
 
@@ -130,7 +135,6 @@ protected:
     EVisibility imposed(EVisibility own) const;
     void requireReadable();
     void requireWritable(bool verify);
-    void requireAvailable();
     // RuntimeException when one of the error nodes (pError) tells of an error.
     void checkErrorNodes();
 
@@ -145,10 +149,10 @@ protected:
     template <typename Operation>
     void modify(const char* name, Operation operation);
 
-private:
+  private:
     EAccessMode computeAccessMode(bool relaxed);
     EAccessMode conditionalAccessMode(bool relaxed);
-    bool condition(NodeId id, bool& readable);
+    bool condition(NodeId id, EAccessMode& mode);
     void fillFeatures(const std::vector<NodeId>& ids, FeatureList_t& features) const;
     void fillNodes(const std::vector<NodeId>& ids, NodeList_t& nodes) const;
     GENICAM_NAMESPACE::gcstring textOf(Element element) const;

@@ -24,15 +24,13 @@ struct Maker {
 };
 
 template <typename T>
-constexpr Maker maker()
-{
+constexpr Maker maker() {
     constexpr std::size_t kAlignment = alignof(std::max_align_t);
     return {(sizeof(T) + kAlignment - 1) / kAlignment * kAlignment,
             [](NodeMap& map, NodeId id, void* place) -> Node* { return new (place) T(map, id); }};
 }
 
-const Maker& makerOf(NodeKind kind)
-{
+const Maker& makerOf(NodeKind kind) {
     // In the order of NodeKind.
     static const std::array<Maker, 25> kMakers = {
         maker<PlainNode>(),           maker<CategoryNode>(),      maker<IntegerNode>(),
@@ -49,13 +47,11 @@ const Maker& makerOf(NodeKind kind)
 
 }  // namespace
 
-std::size_t nodeSize(NodeKind kind)
-{
+std::size_t nodeSize(NodeKind kind) {
     return makerOf(kind).size;
 }
 
-Node* makeNode(NodeMap& map, NodeId id, void* place)
-{
+Node* makeNode(NodeMap& map, NodeId id, void* place) {
     return makerOf(map.description().record(id).kind).make(map, id, place);
 }
 

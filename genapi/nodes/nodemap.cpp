@@ -21,33 +21,30 @@ namespace {
 // step takes a few hundred bytes of stack.
 constexpr unsigned kMaxNesting = 500;
 
-gcstring toText(const std::string& text)
-{
+gcstring toText(const std::string& text) {
     return gcstring(text.data(), text.size());
 }
 
 }  // namespace
 
 NodeMap::NodeMap(std::shared_ptr<const Description> description, const gcstring& name, CLock* lock)
-    : description_(std::move(description)), deviceName_(name.c_str(), name.length()),
+    : description_(std::move(description)),
+      deviceName_(name.c_str(), name.length()),
       lock_(lock ? *lock : ownLock_),
       access_(new std::atomic<std::uint8_t>[description_->nodeCount()]),
-      flags_(new std::uint8_t[description_->nodeCount()]())
-{
+      flags_(new std::uint8_t[description_->nodeCount()]()) {
     for (NodeId id = 0; id < description_->nodeCount(); ++id)
         access_[id].store(kUnknownAccess, std::memory_order_relaxed);
     createNodes();
     initialisePolling();
 }
 
-NodeMap::~NodeMap()
-{
+NodeMap::~NodeMap() {
     for (Node* node : nodes_)
         node->~Node();
 }
 
-void NodeMap::createNodes()
-{
+void NodeMap::createNodes() {
     // All nodes lie in one block, in the order of their numbers.
     std::size_t size = 0;
     for (NodeId id = 0; id < description_->nodeCount(); ++id)
@@ -61,34 +58,28 @@ void NodeMap::createNodes()
     }
 }
 
-void NodeMap::initialisePolling()
-{
+void NodeMap::initialisePolling() {
     for (NodeId id = 0; id < description_->nodeCount(); ++id)
-        if (description_->record(id).pollingTime >= 0)
-            polled_.push_back({id, 0});
+        if (description_->record(id).pollingTime >= 0) polled_.push_back({id, 0});
 }
 
-void NodeMap::GetNodes(NodeList_t& nodes) const
-{
+void NodeMap::GetNodes(NodeList_t& nodes) const {
     nodes.clear();
     nodes.reserve(nodes_.size());
     for (Node* node : nodes_)
         nodes.push_back(node);
 }
 
-INode* NodeMap::GetNode(const gcstring& name) const
-{
+INode* NodeMap::GetNode(const gcstring& name) const {
     const NodeId id = description_->find(std::string_view(name.c_str(), name.length()));
     return id == kNoNode ? nullptr : nodes_[id];
 }
 
-uint64_t NodeMap::GetNumNodes() const
-{
+uint64_t NodeMap::GetNumNodes() const {
     return nodes_.size();
 }
 
-void NodeMap::InvalidateNodes() const
-{
+void NodeMap::InvalidateNodes() const {
     auto& self = const_cast<NodeMap&>(*this);
     Notification notification;
     {
@@ -100,14 +91,12 @@ void NodeMap::InvalidateNodes() const
     notification.fire(cbPostOutsideLock);
 }
 
-void NodeMap::keep(NodeId id)
-{
+void NodeMap::keep(NodeId id) {
     flags_[id] |= kKeep;
     kept_.push_back(id);
 }
 
-void NodeMap::forgetKept()
-{
+void NodeMap::forgetKept() {
     for (const NodeId id : kept_) {
         flags_[id] &= static_cast<std::uint8_t>(~(kKeep | kValueCached));
         nodes_[id]->dropCaches();
@@ -115,12 +104,10 @@ void NodeMap::forgetKept()
     kept_.clear();
 }
 
-void NodeMap::invalidate(const ChangeSet& nodes)
-{
+void NodeMap::invalidate(const ChangeSet& nodes) {
     for (const NodeId id : nodes) {
         access_[id].store(kUnknownAccess, std::memory_order_release);
-        if (flags_[id] & kKeep)
-            continue;
+        if (flags_[id] & kKeep) continue;
         flags_[id] &= kActive;
         nodes_[id]->dropCaches();
     }
@@ -129,8 +116,7 @@ void NodeMap::invalidate(const ChangeSet& nodes)
     kept_.clear();
 }
 
-void NodeMap::invalidateAll()
-{
+void NodeMap::invalidateAll() {
     for (NodeId id = 0; id < nodes_.size(); ++id) {
         access_[id].store(kUnknownAccess, std::memory_order_relaxed);
         flags_[id] &= kActive;
@@ -138,57 +124,46 @@ void NodeMap::invalidateAll()
     registers_.dropAll();
 }
 
-bool NodeMap::connect(IPort* port, const gcstring& portName)
-{
+bool NodeMap::connect(IPort* port, const gcstring& portName) {
     INode* node = GetNode(portName);
-    if (!node || node->GetPrincipalInterfaceType() != intfIPort)
-        return false;
+    if (!node || node->GetPrincipalInterfaceType() != intfIPort) return false;
     static_cast<PortNode*>(node)->SetPortImpl(port);
     return true;
 }
 
-bool NodeMap::Connect(IPort* port, const gcstring& portName) const
-{
+bool NodeMap::Connect(IPort* port, const gcstring& portName) const {
     return const_cast<NodeMap*>(this)->connect(port, portName);
 }
 
-bool NodeMap::Connect(IPort* port) const
-{
+bool NodeMap::Connect(IPort* port) const {
     return Connect(port, "Device");
 }
 
-bool NodeMap::Connect(IPortStacked* port, const gcstring& portName)
-{
+bool NodeMap::Connect(IPortStacked* port, const gcstring& portName) {
     return connect(port, portName);
 }
 
-bool NodeMap::Connect(IPortStacked* port)
-{
+bool NodeMap::Connect(IPortStacked* port) {
     return connect(port, "Device");
 }
 
-gcstring NodeMap::GetDeviceName()
-{
+gcstring NodeMap::GetDeviceName() {
     return toText(deviceName_);
 }
 
-void NodeMap::Poll(int64_t elapsedTime)
-{
-    if (elapsedTime <= 0)
-        return;
+void NodeMap::Poll(int64_t elapsedTime) {
+    if (elapsedTime <= 0) return;
     Notification notification;
     {
         const AutoLock lock(lock_);
         ChangeSet due;
         for (Polled& polled : polled_) {
             Node& node = *nodes_[polled.node];
-            if (!node.isPolled())
-                continue;
+            if (!node.isPolled()) continue;
             const std::int64_t period = node.record().pollingTime;
             // Counted only as far as it matters.
             polled.elapsed += std::min(elapsedTime, period + 1);
-            if (polled.elapsed < period || node.isPollingBlocked())
-                continue;
+            if (polled.elapsed < period || node.isPollingBlocked()) continue;
             polled.elapsed = 0;
             const ChangeSet& changed = invalidatedBy(*description_, polled.node);
             due.insert(due.end(), changed.begin(), changed.end());
@@ -202,13 +177,11 @@ void NodeMap::Poll(int64_t elapsedTime)
     notification.fire(cbPostOutsideLock);
 }
 
-CLock& NodeMap::GetLock() const
-{
+CLock& NodeMap::GetLock() const {
     return lock_;
 }
 
-bool NodeMap::ParseSwissKnifes(GENICAM_NAMESPACE::gcstring_vector* errors) const
-{
+bool NodeMap::ParseSwissKnifes(GENICAM_NAMESPACE::gcstring_vector* errors) const {
     bool good = true;
     for (std::uint32_t i = 0; i < description_->tables().formulas.size(); ++i) {
         const FormulaData& data = description_->tables().formulas[i];
@@ -216,11 +189,9 @@ bool NodeMap::ParseSwissKnifes(GENICAM_NAMESPACE::gcstring_vector* errors) const
         if (kind == NodeKind::Converter || kind == NodeKind::IntConverter)
             continue;  // the nodes that stand for its halves have the same formulas
         const CompiledFormula& compiled = compiledFormula(*description_, i);
-        if (compiled.error.empty())
-            continue;
+        if (compiled.error.empty()) continue;
         good = false;
-        if (!errors)
-            continue;
+        if (!errors) continue;
         const std::string name(description_->name(data.node));
         const std::string text(description_->text(data.text));
         const GENICAM_NAMESPACE::LogicalErrorException error =
@@ -233,92 +204,76 @@ bool NodeMap::ParseSwissKnifes(GENICAM_NAMESPACE::gcstring_vector* errors) const
     return good;
 }
 
-gcstring NodeMap::GetModelName()
-{
+gcstring NodeMap::GetModelName() {
     return toText(description_->info().modelName);
 }
 
-gcstring NodeMap::GetVendorName()
-{
+gcstring NodeMap::GetVendorName() {
     return toText(description_->info().vendorName);
 }
 
-gcstring NodeMap::GetToolTip()
-{
+gcstring NodeMap::GetToolTip() {
     return toText(description_->info().toolTip);
 }
 
-gcstring NodeMap::GetStandardNameSpace()
-{
+gcstring NodeMap::GetStandardNameSpace() {
     return toText(description_->info().standardNameSpace);
 }
 
-void NodeMap::GetGenApiVersion(GENICAM_NAMESPACE::Version_t& version, uint16_t& build)
-{
+void NodeMap::GetGenApiVersion(GENICAM_NAMESPACE::Version_t& version, uint16_t& build) {
     version.Major = GENAPI_VERSION_MAJOR;
     version.Minor = GENAPI_VERSION_MINOR;
     version.SubMinor = GENAPI_VERSION_SUBMINOR;
     build = GENAPI_VERSION_BUILD;
 }
 
-void NodeMap::GetSchemaVersion(GENICAM_NAMESPACE::Version_t& version)
-{
+void NodeMap::GetSchemaVersion(GENICAM_NAMESPACE::Version_t& version) {
     version = description_->info().schemaVersion;
 }
 
-void NodeMap::GetDeviceVersion(GENICAM_NAMESPACE::Version_t& version)
-{
+void NodeMap::GetDeviceVersion(GENICAM_NAMESPACE::Version_t& version) {
     version = description_->info().deviceVersion;
 }
 
-gcstring NodeMap::GetProductGuid()
-{
+gcstring NodeMap::GetProductGuid() {
     return toText(description_->info().productGuid);
 }
 
-gcstring NodeMap::GetVersionGuid()
-{
+gcstring NodeMap::GetVersionGuid() {
     return toText(description_->info().versionGuid);
 }
 
-void NodeMap::Destroy()
-{
+void NodeMap::Destroy() {
     delete this;
 }
 
-UserData_t NodeMap::GetUserData() const
-{
+UserData_t NodeMap::GetUserData() const {
     const AutoLock lock(lock_);
     return userData_;
 }
 
-UserData_t NodeMap::SetUserData(UserData_t userData)
-{
+UserData_t NodeMap::SetUserData(UserData_t userData) {
     const AutoLock lock(lock_);
     return std::exchange(userData_, userData);
 }
 
-UserData_t NodeMap::userDataOf(NodeId id) const
-{
+UserData_t NodeMap::userDataOf(NodeId id) const {
     const auto found = nodeUserData_.find(id);
     return found == nodeUserData_.end() ? nullptr : found->second;
 }
 
-UserData_t NodeMap::setUserDataOf(NodeId id, UserData_t userData)
-{
+UserData_t NodeMap::setUserDataOf(NodeId id, UserData_t userData) {
     return std::exchange(nodeUserData_[id], userData);
 }
 
-Nesting::Nesting(const Node& node) : map_(node.map())
-{
+Nesting::Nesting(const Node& node) : map_(node.map()) {
     if (map_.nesting_ >= kMaxNesting)
         throw NODE_ERROR(RuntimeException, node)("Nodes depend on one another too deeply");
     ++map_.nesting_;
 }
 
 INodeMap* createNodeMap(std::shared_ptr<const Description> description, const gcstring& deviceName,
-                        CLock* lock)
-{
+                        CLock* lock) {
     return new NodeMap(std::move(description), deviceName, lock);
 }
 

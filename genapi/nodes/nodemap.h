@@ -31,7 +31,7 @@ namespace Engine {
 class Entry;
 
 class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, public IUserData {
-public:
+  public:
     // With a lock of the caller's, or its own where none is given.
     NodeMap(std::shared_ptr<const Description> description, const GENICAM_NAMESPACE::gcstring& name,
             CLock* lock);
@@ -83,10 +83,10 @@ public:
 
     // What a node's own cache holds, as bits.
     enum Flag : std::uint8_t {
-        kValueCached = 1,     // the value is cached
-        kKeep = 2,            // ... and stays so in the change that is being made
-        kAddressKnown = 4,    // a register's address and length are
-        kActive = 8,          // a command runs, or an enumeration waits for its entry to clear
+        kValueCached = 1,   // the value is cached
+        kKeep = 2,          // ... and stays so in the change that is being made
+        kAddressKnown = 4,  // a register's address and length are
+        kActive = 8,        // a command runs, or an enumeration waits for its entry to clear
     };
     std::uint8_t& flagsOf(NodeId id) { return flags_[id]; }
 
@@ -105,7 +105,7 @@ public:
     UserData_t userDataOf(NodeId id) const;
     UserData_t setUserDataOf(NodeId id, UserData_t userData);
 
-private:
+  private:
     friend class Entry;
     friend class Nesting;
 
@@ -139,11 +139,13 @@ private:
 // A call into the map from outside: holds the lock, and knows for the texts of exceptions which
 // operation of which node it is.
 class Entry {
-public:
+  public:
     Entry(const Node& node, const char* operation)
-        : lock_(node.map().GetLock()), map_(node.map()), outer_(map_.entry_), node_(node),
-          operation_(operation)
-    {
+        : lock_(node.map().GetLock()),
+          map_(node.map()),
+          outer_(map_.entry_),
+          node_(node),
+          operation_(operation) {
         map_.entry_ = this;
     }
     ~Entry() { map_.entry_ = outer_; }
@@ -153,7 +155,7 @@ public:
     const Node& node() const { return node_; }
     const char* operation() const { return operation_; }
 
-private:
+  private:
     AutoLock lock_;
     NodeMap& map_;
     const Entry* outer_;
@@ -164,13 +166,13 @@ private:
 // One step of a value or access mode that is computed from other nodes. RuntimeException when the
 // steps nest too deeply, so that a long chain of nodes cannot exhaust the stack.
 class Nesting {
-public:
+  public:
     explicit Nesting(const Node& node);
     ~Nesting() { --map_.nesting_; }
     Nesting(const Nesting&) = delete;
     Nesting& operator=(const Nesting&) = delete;
 
-private:
+  private:
     NodeMap& map_;
 };
 
@@ -179,8 +181,7 @@ INodeMap* createNodeMap(std::shared_ptr<const Description> description,
                         const GENICAM_NAMESPACE::gcstring& deviceName, CLock* lock = nullptr);
 
 template <typename Operation>
-void Node::modify(const char* name, Operation operation)
-{
+void Node::modify(const char* name, Operation operation) {
     Notification notification;
     {
         const Entry entry(*this, name);

@@ -11,12 +11,11 @@ template <>
 struct NumberOf<std::int64_t> {
     static std::int64_t read(Node& node, ReadOptions options) { return node.getInt(options); }
     static void write(Node& node, std::int64_t value, bool verify) { node.setInt(value, verify); }
-    static std::int64_t min(Node& node) { return node.minInt(); }
-    static std::int64_t max(Node& node) { return node.maxInt(); }
+    static std::int64_t min(Node& node) { return node.requireAvailable(), node.minInt(); }
+    static std::int64_t max(Node& node) { return node.requireAvailable(), node.maxInt(); }
     static std::int64_t inc(Node& node) { return node.incInt(); }
     static constexpr std::int64_t kLowest = kInt64Min, kHighest = kInt64Max;
-    static Slice<IndexedCase<std::int64_t>> cases(const NodeTables& tables, Range range)
-    {
+    static Slice<IndexedCase<std::int64_t>> cases(const NodeTables& tables, Range range) {
         return NodeTables::slice(tables.integerCases, range);
     }
 };
@@ -25,33 +24,28 @@ template <>
 struct NumberOf<double> {
     static double read(Node& node, ReadOptions options) { return node.getFloat(options); }
     static void write(Node& node, double value, bool verify) { node.setFloat(value, verify); }
-    static double min(Node& node) { return node.minFloat(); }
-    static double max(Node& node) { return node.maxFloat(); }
+    static double min(Node& node) { return node.requireAvailable(), node.minFloat(); }
+    static double max(Node& node) { return node.requireAvailable(), node.maxFloat(); }
     static double inc(Node& node) { return node.incFloat(); }
     static constexpr double kLowest = -kDoubleMax, kHighest = kDoubleMax;
-    static Slice<IndexedCase<double>> cases(const NodeTables& tables, Range range)
-    {
+    static Slice<IndexedCase<double>> cases(const NodeTables& tables, Range range) {
         return NodeTables::slice(tables.floatCases, range);
     }
 };
 
 template <typename T>
-Slice<NodeId> NumberSource<T>::copies() const
-{
+Slice<NodeId> NumberSource<T>::copies() const {
     return NodeTables::slice(owner_.description().tables().nodes, data_.copies);
 }
 
 template <typename T>
-Node* NumberSource<T>::valueNode() const
-{
+Node* NumberSource<T>::valueNode() const {
     return data_.value.isNode() ? &owner_.node(data_.value.node) : nullptr;
 }
 
 template <typename T>
-typename NumberSource<T>::Picked NumberSource<T>::pick()
-{
-    if (data_.index == kNoNode)
-        return {&data_.value, 0};
+typename NumberSource<T>::Picked NumberSource<T>::pick() {
+    if (data_.index == kNoNode) return {&data_.value, 0};
     const std::int64_t index = owner_.node(data_.index).getInt({});
     const auto cases = NumberOf<T>::cases(owner_.description().tables(), data_.cases);
     const auto* found =
@@ -63,15 +57,13 @@ typename NumberSource<T>::Picked NumberSource<T>::pick()
 }
 
 template <typename T>
-Node* NumberSource<T>::pickedNode()
-{
+Node* NumberSource<T>::pickedNode() {
     const Picked picked = pick();
     return picked.setting->isNode() ? &owner_.node(picked.setting->node) : nullptr;
 }
 
 template <typename T>
-T& NumberSource<T>::constant(const Picked& picked)
-{
+T& NumberSource<T>::constant(const Picked& picked) {
     if (!constants_) {
         const auto cases = NumberOf<T>::cases(owner_.description().tables(), data_.cases);
         constants_ = std::make_unique<std::vector<T>>();
@@ -84,8 +76,7 @@ T& NumberSource<T>::constant(const Picked& picked)
 }
 
 template <typename T>
-T NumberSource<T>::read(ReadOptions options)
-{
+T NumberSource<T>::read(ReadOptions options) {
     const Picked picked = pick();
     if (picked.setting->isNode())
         return NumberOf<T>::read(owner_.node(picked.setting->node), options);
@@ -93,8 +84,7 @@ T NumberSource<T>::read(ReadOptions options)
 }
 
 template <typename T>
-void NumberSource<T>::write(T value, bool verify)
-{
+void NumberSource<T>::write(T value, bool verify) {
     const Picked picked = pick();
     if (picked.setting->isNode())
         NumberOf<T>::write(owner_.node(picked.setting->node), value, verify);
@@ -105,16 +95,13 @@ void NumberSource<T>::write(T value, bool verify)
 }
 
 template <typename T>
-T NumberSource<T>::limit(const Setting<T>& setting)
-{
+T NumberSource<T>::limit(const Setting<T>& setting) {
     return setting.isNode() ? NumberOf<T>::read(owner_.node(setting.node), {}) : setting.constant;
 }
 
 template <typename T>
-T NumberSource<T>::min()
-{
-    if (data_.min.given())
-        return limit(data_.min);
+T NumberSource<T>::min() {
+    if (data_.min.given()) return limit(data_.min);
     Node* node = pickedNode();
     T result = node ? NumberOf<T>::min(*node) : NumberOf<T>::kLowest;
     for (const NodeId copy : copies())
@@ -123,10 +110,8 @@ T NumberSource<T>::min()
 }
 
 template <typename T>
-T NumberSource<T>::max()
-{
-    if (data_.max.given())
-        return limit(data_.max);
+T NumberSource<T>::max() {
+    if (data_.max.given()) return limit(data_.max);
     Node* node = pickedNode();
     T result = node ? NumberOf<T>::max(*node) : NumberOf<T>::kHighest;
     for (const NodeId copy : copies())
@@ -135,34 +120,26 @@ T NumberSource<T>::max()
 }
 
 template <typename T>
-bool NumberSource<T>::hasInc()
-{
-    if (data_.inc.given())
-        return true;
+bool NumberSource<T>::hasInc() {
+    if (data_.inc.given()) return true;
     Node* node = pickedNode();
     return node && node->hasInc();
 }
 
 template <typename T>
-T NumberSource<T>::inc()
-{
-    if (data_.inc.given())
-        return limit(data_.inc);
+T NumberSource<T>::inc() {
+    if (data_.inc.given()) return limit(data_.inc);
     Node* node = pickedNode();
     return node ? NumberOf<T>::inc(*node) : T{1};
 }
 
 template <typename T>
-EAccessMode NumberSource<T>::accessMode(bool relaxed)
-{
+EAccessMode NumberSource<T>::accessMode(bool relaxed) {
     EAccessMode mode = RW;
-    if (data_.index != kNoNode && !IsReadable(owner_.node(data_.index).accessMode()))
-        return NA;
-    if (Node* node = pickedNode())
-        mode = relaxed ? node->relaxedAccessMode() : node->accessMode();
+    if (data_.index != kNoNode && !IsReadable(owner_.node(data_.index).accessMode())) return NA;
+    if (Node* node = pickedNode()) mode = relaxed ? node->relaxedAccessMode() : node->accessMode();
     for (const Setting<T>* setting : {&data_.min, &data_.max})
-        if (!relaxed && setting->isNode() &&
-            !IsAvailable(owner_.node(setting->node).accessMode()))
+        if (!relaxed && setting->isNode() && !IsAvailable(owner_.node(setting->node).accessMode()))
             mode = Combine(mode, NA);
     return mode;
 }

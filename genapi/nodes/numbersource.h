@@ -16,7 +16,7 @@ struct NumberOf;
 
 template <typename T>
 class NumberSource {
-public:
+  public:
     NumberSource(Node& owner, const NumberData<T>& data) : owner_(owner), data_(data) {}
 
     const NumberData<T>& data() const { return data_; }
@@ -33,7 +33,7 @@ public:
     bool hasInc();
     EAccessMode accessMode(bool relaxed);
 
-private:
+  private:
     // The constant or node that counts now; slot is the place of a constant in constants_.
     struct Picked {
         const Setting<T>* setting;

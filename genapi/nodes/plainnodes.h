@@ -11,7 +11,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 class PlainNode final : public Node, public IValue {
-public:
+  public:
     using Node::Node;
 
     EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
@@ -22,7 +22,7 @@ public:
 };
 
 class CategoryNode final : public Node, public ICategory {
-public:
+  public:
     using Node::Node;
 
     EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
@@ -33,20 +33,21 @@ public:
     bool IsValueCacheValid() const override { return false; }
     void GetFeatures(FeatureList_t& features) const override;
 
-protected:
+  protected:
+    bool isConditional() const override { return false; }
     EAccessMode sourceAccessMode(bool relaxed) override;
 
-private:
+  private:
     Slice<NodeId> features() const;
 };
 
 // IntKey, SmartFeature, AdvFeatureLock.
 class LegacyInteger final : public IntegerBase {
-public:
+  public:
     using IntegerBase::IntegerBase;
     using IntegerBase::operator=;
 
-protected:
+  protected:
     std::int64_t readValue(ReadOptions) override { return 0; }
     void writeValue(std::int64_t, bool) override {}
     std::int64_t ownMin() override { return 0; }
@@ -56,11 +57,11 @@ protected:
 
 // TextDesc.
 class LegacyString final : public StringBase {
-public:
+  public:
     using StringBase::StringBase;
     using StringBase::operator=;
 
-protected:
+  protected:
     std::string readValue(ReadOptions) override { return {}; }
     void writeValue(const std::string&, bool) override {}
     std::int64_t maxLength() override { return 0; }

@@ -10,92 +10,73 @@ namespace Engine {
 using GENICAM_NAMESPACE::gcstring;
 
 PortNode::PortNode(NodeMap& map, NodeId id)
-    : Node(map, id), data_(description().tables().ports[record().data])
-{
-}
+    : Node(map, id), data_(description().tables().ports[record().data]) {}
 
-EAccessMode PortNode::sourceAccessMode(bool)
-{
+EAccessMode PortNode::sourceAccessMode(bool) {
     return port_ ? port_->GetAccessMode() : NI;
 }
 
-void PortNode::readDevice(void* buffer, std::int64_t address, std::int64_t length)
-{
-    if (!port_)
-        throw NODE_ERROR(AccessException, *this)("CPortImplIntern::Read : port not set");
+void PortNode::readDevice(void* buffer, std::int64_t address, std::int64_t length) {
+    if (!port_) throw NODE_ERROR(AccessException, *this)("CPortImplIntern::Read : port not set");
     port_->Read(buffer, address, length);
 }
 
-void PortNode::writeDevice(const void* buffer, std::int64_t address, std::int64_t length)
-{
+void PortNode::writeDevice(const void* buffer, std::int64_t address, std::int64_t length) {
     if (recording_) {
         recording_->Write(buffer, address, length);
         return;
     }
-    if (!port_)
-        throw NODE_ERROR(AccessException, *this)("CPortImplIntern::Write : port not set");
+    if (!port_) throw NODE_ERROR(AccessException, *this)("CPortImplIntern::Write : port not set");
     port_->Write(buffer, address, length);
 }
 
-void PortNode::Read(void* buffer, int64_t address, int64_t length)
-{
+void PortNode::Read(void* buffer, int64_t address, int64_t length) {
     const Entry entry(*this, "Read");
     readDevice(buffer, address, length);
 }
 
-void PortNode::Write(const void* buffer, int64_t address, int64_t length)
-{
+void PortNode::Write(const void* buffer, int64_t address, int64_t length) {
     modify("Write", [&]() -> const ChangeSet& {
         writeDevice(buffer, address, length);
         return invalidatedBy(description(), id());
     });
 }
 
-void PortNode::SetPortImpl(IPort* port)
-{
+void PortNode::SetPortImpl(IPort* port) {
     modify("SetPortImpl", [&]() -> const ChangeSet& {
         port_ = port;
         return invalidatedBy(description(), id());
     });
     // A port that wants to invalidate this node must know it.
-    if (auto* construct = dynamic_cast<IPortConstruct*>(port))
-        construct->SetPortImpl(this);
+    if (auto* construct = dynamic_cast<IPortConstruct*>(port)) construct->SetPortImpl(this);
 }
 
-EYesNo PortNode::GetSwapEndianess()
-{
+EYesNo PortNode::GetSwapEndianess() {
     return data_.swapEndianess ? Yes : No;
 }
 
-gcstring PortNode::GetChunkID() const
-{
-    if (data_.chunkIdNode == kNoNode)
-        return gcstring(description().text(data_.chunkId).data());
+gcstring PortNode::GetChunkID() const {
+    if (data_.chunkIdNode == kNoNode) return gcstring(description().text(data_.chunkId).data());
     const Entry entry(*this, "GetChunkID");
-    if (auto* value = dynamic_cast<IValue*>(&node(data_.chunkIdNode)))
-        return value->ToString();
+    if (auto* value = dynamic_cast<IValue*>(&node(data_.chunkIdNode))) return value->ToString();
     return gcstring();
 }
 
-EYesNo PortNode::CacheChunkData() const
-{
+EYesNo PortNode::CacheChunkData() const {
     return data_.cacheChunkData ? Yes : No;
 }
 
-void PortNode::StartRecording(IPortWriteList* list)
-{
+void PortNode::StartRecording(IPortWriteList* list) {
     const Entry entry(*this, "StartRecording");
     recording_ = list;
 }
 
-void PortNode::StopRecording()
-{
+void PortNode::StopRecording() {
     const Entry entry(*this, "StopRecording");
     recording_ = nullptr;
 }
 
-void PortNode::Replay(IPortWriteList* list, bool invalidate)
-{
+void PortNode::Replay(IPortWriteList* list, bool invalidate) {
     if (!list) {
         const Entry entry(*this, "Replay");
         throw NODE_ERROR(InvalidArgumentException, *this)("The list of writes must not be NULL");

@@ -12,11 +12,8 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-class PortNode final : public Node,
-                       public IPortConstruct,
-                       public IChunkPort,
-                       public IPortRecorder {
-public:
+class PortNode final : public Node, public IPortConstruct, public IChunkPort, public IPortRecorder {
+  public:
     PortNode(NodeMap& map, NodeId id);
 
     EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
@@ -39,12 +36,12 @@ public:
     void readDevice(void* buffer, std::int64_t address, std::int64_t length);
     void writeDevice(const void* buffer, std::int64_t address, std::int64_t length);
 
-protected:
+  protected:
     EAccessMode sourceAccessMode(bool relaxed) override;
 
-private:
+  private:
     const PortData& data_;
-    IPort* port_ = nullptr;             // the application's, until it connects another one
+    IPort* port_ = nullptr;  // the application's, until it connects another one
     IPortWriteList* recording_ = nullptr;
 };
 

@@ -16,23 +16,20 @@ using GENICAM_NAMESPACE::gcstring;
 
 namespace {
 
-const char* kindName(NodeKind kind)
-{
+const char* kindName(NodeKind kind) {
     static constexpr std::array<const char*, 25> kNames = {
-        "Node",       "Category",   "Integer",      "IntReg",      "MaskedIntReg",
-        "StructEntry", "Boolean",   "Command",      "Float",       "FloatReg",
-        "Enumeration", "EnumEntry", "String",       "StringReg",   "Register",
-        "SwissKnife", "IntSwissKnife", "Converter", "IntConverter", "Port",
-        "ConfRom",    "TextDesc",   "IntKey",       "AdvFeatureLock", "SmartFeature"};
+        "Node",        "Category",      "Integer",   "IntReg",         "MaskedIntReg",
+        "StructEntry", "Boolean",       "Command",   "Float",          "FloatReg",
+        "Enumeration", "EnumEntry",     "String",    "StringReg",      "Register",
+        "SwissKnife",  "IntSwissKnife", "Converter", "IntConverter",   "Port",
+        "ConfRom",     "TextDesc",      "IntKey",    "AdvFeatureLock", "SmartFeature"};
     return kNames[static_cast<std::size_t>(kind)];
 }
 
-std::string joined(const Description& description, const std::vector<NodeId>& ids)
-{
+std::string joined(const Description& description, const std::vector<NodeId>& ids) {
     std::string text;
     for (const NodeId id : ids) {
-        if (!text.empty())
-            text += '\t';
+        if (!text.empty()) text += '\t';
         text += description.name(id);
     }
     return text;
@@ -44,8 +41,7 @@ struct General {
     std::string (*value)(const Node& node);
 };
 
-constexpr const char* yesNo(bool yes)
-{
+constexpr const char* yesNo(bool yes) {
     return yes ? "Yes" : "No";
 }
 
@@ -70,8 +66,7 @@ constexpr Computed kComputed[] = {{"pDependent", ctDependingNodes}, {"pTerminal"
 
 }  // namespace
 
-void propertyNames(const Node& node, GENICAM_NAMESPACE::gcstring_vector& names)
-{
+void propertyNames(const Node& node, GENICAM_NAMESPACE::gcstring_vector& names) {
     for (const General& general : kGeneral)
         names.push_back(general.name);
     std::vector<Element> seen;
@@ -85,8 +80,7 @@ void propertyNames(const Node& node, GENICAM_NAMESPACE::gcstring_vector& names)
             names.push_back(computed.name);
 }
 
-bool propertyOf(const Node& node, std::string_view name, gcstring& value, gcstring& attribute)
-{
+bool propertyOf(const Node& node, std::string_view name, gcstring& value, gcstring& attribute) {
     for (const General& general : kGeneral)
         if (name == general.name) {
             value = general.value(node).c_str();
@@ -105,8 +99,7 @@ bool propertyOf(const Node& node, std::string_view name, gcstring& value, gcstri
     std::string values, attributes;
     bool found = false;
     for (const Property& property : description.properties(node.id())) {
-        if (name != nameOf(property.element))
-            continue;
+        if (name != nameOf(property.element)) continue;
         if (found) {
             values += '\t';
             attributes += '\t';
@@ -116,8 +109,7 @@ bool propertyOf(const Node& node, std::string_view name, gcstring& value, gcstri
                                            : description.text(property.text());
         attributes += description.text(property.attribute);
     }
-    if (!found)
-        return false;
+    if (!found) return false;
     value = gcstring(values.data(), values.size());
     attribute = gcstring(attributes.data(), attributes.size());
     return true;

@@ -13,7 +13,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 class RegisterCache {
-public:
+  public:
     using Slot = std::uint32_t;
     static constexpr Slot kNoSlot = 0xFFFFFFFF;
 
@@ -29,7 +29,7 @@ public:
     void drop(Slot slot);
     void dropAll() { ++epoch_; }
 
-private:
+  private:
     static constexpr std::int64_t kMaxLength = 1 << 20;  // larger ones are read where they are
     static constexpr std::size_t kMaxSlots = 1 << 16;    // a moving address must not fill memory
 
@@ -37,8 +37,7 @@ private:
         NodeId port;
         std::uint32_t length;
         std::int64_t address;
-        bool operator==(const Key& other) const
-        {
+        bool operator==(const Key& other) const {
             return port == other.port && length == other.length && address == other.address;
         }
     };

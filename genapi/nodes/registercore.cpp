@@ -10,48 +10,40 @@ namespace {
 constexpr std::int64_t kMaxRegisterLength = std::int64_t{1} << 28;
 }  // namespace
 
-PortNode* RegisterCore::port()
-{
-    if (data_.port == kNoNode)
-        return nullptr;
+PortNode* RegisterCore::port() {
+    if (data_.port == kNoNode) return nullptr;
     Node& node = owner_.node(data_.port);
     return node.record().kind == NodeKind::Port ? static_cast<PortNode*>(&node) : nullptr;
 }
 
-EAccessMode RegisterCore::accessMode()
-{
+EAccessMode RegisterCore::accessMode() {
     PortNode* device = port();
-    if (!device)
-        return NI;
-    EAccessMode mode =
-        Combine(static_cast<EAccessMode>(data_.accessMode), device->accessMode());
+    if (!device) return NI;
+    EAccessMode mode = Combine(static_cast<EAccessMode>(data_.accessMode), device->accessMode());
     const auto parts = NodeTables::slice(owner_.description().tables().addressParts, data_.address);
     for (const AddressPart& part : parts)
         for (const Setting<std::int64_t>* setting : {&part.base, &part.step})
-            if (setting->isNode() && !IsReadable(owner_.node(setting->node).accessMode()))
-                mode = Combine(mode, NA);
+            if (setting->isNode()) {
+                const EAccessMode found = owner_.node(setting->node).accessMode();
+                if (!IsReadable(found)) mode = Combine(mode, found == NI ? NI : NA);
+            }
     return mode;
 }
 
-std::int64_t RegisterCore::step(const AddressPart& part)
-{
-    if (!part.isIndex)
-        return 1;
-    if (part.step.isNode())
-        return owner_.node(part.step.node).getInt({});
+std::int64_t RegisterCore::step(const AddressPart& part) {
+    if (!part.isIndex) return 1;
+    if (part.step.isNode()) return owner_.node(part.step.node).getInt({});
     return part.step.given() ? part.step.constant : length_;
 }
 
-void RegisterCore::locate()
-{
+void RegisterCore::locate() {
     std::uint8_t& flags = owner_.map().flagsOf(owner_.id());
-    if (flags & NodeMap::kAddressKnown)
-        return;
+    if (flags & NodeMap::kAddressKnown) return;
     length_ = length();
     // Unsigned, because addresses may wrap.
     std::uint64_t sum = static_cast<std::uint64_t>(data_.constantAddress);
-    bool constant = !data_.length.isNode() ||
-                    owner_.node(data_.length.node).record().caching != NoCache;
+    bool constant =
+        !data_.length.isNode() || owner_.node(data_.length.node).record().caching != NoCache;
     const auto parts = NodeTables::slice(owner_.description().tables().addressParts, data_.address);
     for (const AddressPart& part : parts) {
         const std::int64_t base =
@@ -63,38 +55,39 @@ void RegisterCore::locate()
     }
     address_ = static_cast<std::int64_t>(sum);
     slot_ = owner_.map().registers().slotOf(data_.port, address_, length_);
-    if (constant)
-        flags |= NodeMap::kAddressKnown;
+    if (constant) flags |= NodeMap::kAddressKnown;
 }
 
-std::int64_t RegisterCore::address()
-{
+void RegisterCore::verifyAddress() {
+    const auto parts = NodeTables::slice(owner_.description().tables().addressParts, data_.address);
+    for (const AddressPart& part : parts)
+        for (const Setting<std::int64_t>* setting : {&part.base, &part.step})
+            if (setting->isNode()) owner_.node(setting->node).getInt({true, false});
+}
+
+std::int64_t RegisterCore::address() {
     locate();
     return address_;
 }
 
-std::int64_t RegisterCore::length()
-{
+std::int64_t RegisterCore::length() {
     return data_.length.isNode() ? owner_.node(data_.length.node).getInt({})
                                  : data_.length.constant;
 }
 
-std::size_t RegisterCore::byteCount()
-{
+std::size_t RegisterCore::byteCount() {
     const std::int64_t bytes = length();
     if (bytes < 0 || bytes > kMaxRegisterLength)
         throw NODE_ERROR(RuntimeException, owner_)("Register length is out of range");
     return static_cast<std::size_t>(bytes);
 }
 
-const std::uint8_t* RegisterCore::knownContent()
-{
+const std::uint8_t* RegisterCore::knownContent() {
     locate();
     return owner_.map().registers().content(slot_);
 }
 
-void RegisterCore::read(std::uint8_t* bytes, std::size_t count, bool ignoreCache)
-{
+void RegisterCore::read(std::uint8_t* bytes, std::size_t count, bool ignoreCache) {
     locate();
     RegisterCache& cache = owner_.map().registers();
     const bool cachable = owner_.record().caching != NoCache;
@@ -112,15 +105,13 @@ void RegisterCore::read(std::uint8_t* bytes, std::size_t count, bool ignoreCache
         cache.store(slot, bytes, count);
 }
 
-std::vector<std::uint8_t> RegisterCore::read(bool ignoreCache)
-{
+std::vector<std::uint8_t> RegisterCore::read(bool ignoreCache) {
     std::vector<std::uint8_t> bytes(byteCount());
     read(bytes.data(), bytes.size(), ignoreCache);
     return bytes;
 }
 
-void RegisterCore::write(const std::uint8_t* bytes, std::size_t count)
-{
+void RegisterCore::write(const std::uint8_t* bytes, std::size_t count) {
     locate();
     RegisterCache& cache = owner_.map().registers();
     const RegisterCache::Slot slot = slot_;
@@ -138,8 +129,7 @@ void RegisterCore::write(const std::uint8_t* bytes, std::size_t count)
     }
 }
 
-void RegisterCore::dropCaches()
-{
+void RegisterCore::dropCaches() {
     owner_.map().registers().drop(slot_);
 }
 

@@ -12,7 +12,7 @@ namespace Engine {
 class PortNode;
 
 class RegisterCore {
-public:
+  public:
     RegisterCore(Node& owner, const RegisterData& data) : owner_(owner), data_(data) {}
 
     const RegisterData& data() const { return data_; }
@@ -22,6 +22,9 @@ public:
     std::int64_t length();
     // RuntimeException for a length that no register has.
     std::size_t byteCount();
+
+    // Checks the ranges of the nodes that the address comes from.
+    void verifyAddress();
 
     // The first bytes of the register, from the cache where that is allowed and possible.
     void read(std::uint8_t* bytes, std::size_t count, bool ignoreCache);
@@ -35,7 +38,7 @@ public:
     void dropCaches();
     EAccessMode accessMode();
 
-private:
+  private:
     void locate();
     PortNode* port();
     std::int64_t step(const AddressPart& part);

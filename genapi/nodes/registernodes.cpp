@@ -15,33 +15,29 @@ namespace {
 
 constexpr std::size_t kMaxNumberLength = 8;
 
-void reverseIf(bool bigEndian, std::uint8_t* bytes, std::size_t count)
-{
+void reverseIf(bool bigEndian, std::uint8_t* bytes, std::size_t count) {
     // Little endian is how BitField and the numbers below put bytes together.
-    if (bigEndian)
-        std::reverse(bytes, bytes + count);
+    if (bigEndian) std::reverse(bytes, bytes + count);
 }
 
 }  // namespace
 
-BitField IntRegNode::field()
-{
+BitField IntRegNode::field() {
     const std::int64_t length = register_.length();
     if (length < 1 || length > static_cast<std::int64_t>(kMaxNumberLength))
         throw NODE_ERROR(RuntimeException, *this)("Length of an integer register must be 1 to 8");
     return {register_.data(), static_cast<std::size_t>(length)};
 }
 
-std::int64_t IntRegNode::readValue(ReadOptions options)
-{
+std::int64_t IntRegNode::readValue(ReadOptions options) {
+    if (options.verify) register_.verifyAddress();
     const BitField bits = field();
     std::uint8_t bytes[kMaxNumberLength];
     register_.read(bytes, register_.byteCount(), options.ignoreCache);
     return bits.extract(bits.load(bytes));
 }
 
-void IntRegNode::writeValue(std::int64_t value, bool)
-{
+void IntRegNode::writeValue(std::int64_t value, bool) {
     const BitField bits = field();
     const std::size_t count = register_.byteCount();
     std::uint8_t bytes[kMaxNumberLength] = {};
@@ -57,14 +53,12 @@ void IntRegNode::writeValue(std::int64_t value, bool)
     register_.write(bytes, count);
 }
 
-double FloatRegNode::ownMax()
-{
+double FloatRegNode::ownMax() {
     return register_.length() == 4 ? static_cast<double>(std::numeric_limits<float>::max())
                                    : std::numeric_limits<double>::max();
 }
 
-double FloatRegNode::readValue(ReadOptions options)
-{
+double FloatRegNode::readValue(ReadOptions options) {
     std::uint8_t bytes[kMaxNumberLength] = {};
     const std::int64_t length = register_.length();
     if (length != 4 && length != 8)
@@ -85,8 +79,7 @@ double FloatRegNode::readValue(ReadOptions options)
     return static_cast<double>(value);
 }
 
-void FloatRegNode::writeValue(double value, bool)
-{
+void FloatRegNode::writeValue(double value, bool) {
     const std::int64_t length = register_.length();
     std::uint64_t bits = 0;
     if (length == 8) {
@@ -108,33 +101,28 @@ void FloatRegNode::writeValue(double value, bool)
     register_.write(bytes, static_cast<std::size_t>(length));
 }
 
-std::string StringRegNode::readValue(ReadOptions options)
-{
+std::string StringRegNode::readValue(ReadOptions options) {
     const std::vector<std::uint8_t> bytes = register_.read(options.ignoreCache);
     return std::string(bytes.begin(), std::find(bytes.begin(), bytes.end(), 0));
 }
 
-void StringRegNode::writeValue(const std::string& value, bool)
-{
+void StringRegNode::writeValue(const std::string& value, bool) {
     // What the text does not fill is zeros.
     std::vector<std::uint8_t> bytes(register_.byteCount());
     std::copy_n(value.begin(), std::min(value.size(), bytes.size()), bytes.begin());
     register_.write(bytes.data(), bytes.size());
 }
 
-gcstring RegisterNode::ToString(bool verify, bool ignoreCache)
-{
+gcstring RegisterNode::ToString(bool verify, bool ignoreCache) {
     const Entry entry(*this, "ToString");
     requireReadable();
     const std::vector<std::uint8_t> bytes = register_.read(ignoreCache);
-    if (verify)
-        checkErrorNodes();
+    if (verify) checkErrorNodes();
     const std::string text = formatBytes(bytes.data(), bytes.size());
     return gcstring(text.data(), text.size());
 }
 
-void RegisterNode::FromString(const gcstring& text, bool verify)
-{
+void RegisterNode::FromString(const gcstring& text, bool verify) {
     modify("FromString", [&]() -> const ChangeSet& {
         std::vector<std::uint8_t> bytes;
         if (!parseBytes({text.c_str(), text.length()}, bytes))
@@ -147,8 +135,7 @@ void RegisterNode::FromString(const gcstring& text, bool verify)
     });
 }
 
-bool RegisterNode::IsValueCacheValid() const
-{
+bool RegisterNode::IsValueCacheValid() const {
     const Entry entry(*this, "IsValueCacheValid");
     return const_cast<RegisterNode*>(this)->register_.knownContent() != nullptr;
 }

@@ -12,27 +12,27 @@ namespace Engine {
 
 // IntReg, MaskedIntReg, StructEntry.
 class IntRegNode final : public WithRegister<IntegerBase> {
-public:
+  public:
     using WithRegister::WithRegister;
     using WithRegister::operator=;
 
-protected:
+  protected:
     std::int64_t readValue(ReadOptions options) override;
     void writeValue(std::int64_t value, bool verify) override;
     std::int64_t ownMin() override { return field().min(); }
     std::int64_t ownMax() override { return field().max(); }
     bool restsOnNodes() const override { return false; }
 
-private:
+  private:
     BitField field();
 };
 
 class FloatRegNode final : public WithRegister<FloatBase> {
-public:
+  public:
     using WithRegister::WithRegister;
     using WithRegister::operator=;
 
-protected:
+  protected:
     double readValue(ReadOptions options) override;
     void writeValue(double value, bool verify) override;
     double ownMin() override { return -ownMax(); }
@@ -41,11 +41,11 @@ protected:
 };
 
 class StringRegNode final : public WithRegister<StringBase> {
-public:
+  public:
     using WithRegister::WithRegister;
     using WithRegister::operator=;
 
-protected:
+  protected:
     std::string readValue(ReadOptions options) override;
     void writeValue(const std::string& value, bool verify) override;
     std::int64_t maxLength() override { return register_.length(); }
@@ -53,12 +53,12 @@ protected:
 
 // What Register has beside the bytes: their hexadecimal text.
 class BytesBase : public Node {
-public:
+  public:
     using Node::Node;
 };
 
 class RegisterNode final : public WithRegister<BytesBase> {
-public:
+  public:
     using WithRegister::WithRegister;
 
     GENICAM_NAMESPACE::gcstring ToString(bool verify = false, bool ignoreCache = false) override;

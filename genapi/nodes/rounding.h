@@ -15,22 +15,16 @@ constexpr std::int64_t kInt64Max = std::numeric_limits<std::int64_t>::max();
 constexpr double kDoubleMax = std::numeric_limits<double>::max();
 
 // Half away from zero; saturated, and 0 for a NaN.
-inline std::int64_t roundToInt(double value)
-{
-    if (std::isnan(value))
-        return 0;
-    if (value >= 9223372036854775808.0)
-        return kInt64Max;
-    if (value <= -9223372036854775808.0)
-        return kInt64Min;
+inline std::int64_t roundToInt(double value) {
+    if (std::isnan(value)) return 0;
+    if (value >= 9223372036854775808.0) return kInt64Max;
+    if (value <= -9223372036854775808.0) return kInt64Min;
     return static_cast<std::int64_t>(std::round(value));
 }
 
 // The value of the grid min, min + inc, ... that is nearest; of two equally near the lower one.
-inline std::int64_t roundToGrid(std::int64_t value, std::int64_t min, std::int64_t inc)
-{
-    if (inc <= 1 || value <= min)
-        return value;
+inline std::int64_t roundToGrid(std::int64_t value, std::int64_t min, std::int64_t inc) {
+    if (inc <= 1 || value <= min) return value;
     // The distance may exceed int64, not uint64.
     const std::uint64_t step = static_cast<std::uint64_t>(inc);
     const std::uint64_t distance =

@@ -15,25 +15,21 @@ namespace {
 // Longest text that a String without a register takes.
 constexpr std::int64_t kMaxConstantLength = 0x3FFFFFFC;
 
-gcstring toText(const std::string& text)
-{
+gcstring toText(const std::string& text) {
     return gcstring(text.data(), text.size());
 }
 
 }  // namespace
 
-std::string StringBase::getText(ReadOptions options)
-{
+std::string StringBase::getText(ReadOptions options) {
     requireReadable();
     const Nesting nesting(*this);
     std::string value = readValue(options);
-    if (options.verify)
-        checkErrorNodes();
+    if (options.verify) checkErrorNodes();
     return value;
 }
 
-void StringBase::setText(const std::string& value, bool verify)
-{
+void StringBase::setText(const std::string& value, bool verify) {
     requireWritable(verify);
     const std::int64_t max = maxLength();
     if (max >= 0 && value.size() > static_cast<std::uint64_t>(max))
@@ -43,81 +39,64 @@ void StringBase::setText(const std::string& value, bool verify)
         const Nesting nesting(*this);
         writeValue(value, verify);
     }
-    if (verify)
-        checkErrorNodes();
+    if (verify) checkErrorNodes();
 }
 
-gcstring StringBase::ToString(bool verify, bool ignoreCache)
-{
+gcstring StringBase::ToString(bool verify, bool ignoreCache) {
     const Entry entry(*this, "ToString");
     return toText(getText({verify, ignoreCache}));
 }
 
-void StringBase::FromString(const gcstring& text, bool verify)
-{
+void StringBase::FromString(const gcstring& text, bool verify) {
     SetValue(text, verify);
 }
 
-void StringBase::SetValue(const gcstring& value, bool verify)
-{
+void StringBase::SetValue(const gcstring& value, bool verify) {
     modify("SetValue", [&]() -> const ChangeSet& {
         setText(std::string(value.c_str(), value.length()), verify);
         return changedByWriteTo(description(), id());
     });
 }
 
-IString& StringBase::operator=(const gcstring& value)
-{
+IString& StringBase::operator=(const gcstring& value) {
     SetValue(value);
     return *this;
 }
 
-gcstring StringBase::GetValue(bool verify, bool ignoreCache)
-{
+gcstring StringBase::GetValue(bool verify, bool ignoreCache) {
     const Entry entry(*this, "GetValue");
     return toText(getText({verify, ignoreCache}));
 }
 
-int64_t StringBase::GetMaxLength(bool)
-{
+int64_t StringBase::GetMaxLength(bool) {
     const Entry entry(*this, "GetMaxLength");
     // What cannot be written does not get longer than it is.
-    if (!IsWritable(accessMode()))
-        return static_cast<std::int64_t>(getText({}).size());
+    if (!IsWritable(accessMode())) return static_cast<std::int64_t>(getText({}).size());
     return maxLength();
 }
 
 StringNode::StringNode(NodeMap& map, NodeId id)
-    : StringBase(map, id), data_(description().tables().strings[record().data])
-{
-}
+    : StringBase(map, id), data_(description().tables().strings[record().data]) {}
 
-std::string StringNode::readValue(ReadOptions options)
-{
-    if (data_.value.isNode())
-        return node(data_.value.node).getText(options);
+std::string StringNode::readValue(ReadOptions options) {
+    if (data_.value.isNode()) return node(data_.value.node).getText(options);
     return constant_ ? *constant_ : std::string(description().text(data_.value.constant));
 }
 
-void StringNode::writeValue(const std::string& value, bool verify)
-{
+void StringNode::writeValue(const std::string& value, bool verify) {
     if (data_.value.isNode())
         node(data_.value.node).setText(value, verify);
     else
         constant_ = std::make_unique<std::string>(value);
 }
 
-std::int64_t StringNode::maxLength()
-{
-    if (data_.value.isNode())
-        return node(data_.value.node).maxTextLength();
+std::int64_t StringNode::maxLength() {
+    if (data_.value.isNode()) return node(data_.value.node).maxTextLength();
     return kMaxConstantLength;
 }
 
-EAccessMode StringNode::sourceAccessMode(bool relaxed)
-{
-    if (!data_.value.isNode())
-        return RW;
+EAccessMode StringNode::sourceAccessMode(bool relaxed) {
+    if (!data_.value.isNode()) return RW;
     Node& source = node(data_.value.node);
     return relaxed ? source.relaxedAccessMode() : source.accessMode();
 }

@@ -12,7 +12,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 class StringBase : public Node, public IString {
-public:
+  public:
     using Node::Node;
 
     EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
@@ -32,7 +32,7 @@ public:
     void setText(const std::string& value, bool verify) final;
     std::int64_t maxTextLength() final { return maxLength(); }
 
-protected:
+  protected:
     virtual std::string readValue(ReadOptions options) = 0;
     virtual void writeValue(const std::string& value, bool verify) = 0;
     virtual std::int64_t maxLength() = 0;
@@ -40,17 +40,17 @@ protected:
 
 // String: a stored text, or the text of another node.
 class StringNode final : public StringBase {
-public:
+  public:
     StringNode(NodeMap& map, NodeId id);
     using StringBase::operator=;
 
-protected:
+  protected:
     std::string readValue(ReadOptions options) override;
     void writeValue(const std::string& value, bool verify) override;
     std::int64_t maxLength() override;
     EAccessMode sourceAccessMode(bool relaxed) override;
 
-private:
+  private:
     const StringData& data_;
     std::unique_ptr<std::string> constant_;  // once it was written
 };

@@ -11,41 +11,34 @@ namespace Engine {
 
 template <typename Base>
 class WithRegister : public Base, public IRegister {
-public:
+  public:
     using Base::operator=;
     WithRegister(NodeMap& map, NodeId id)
         : Base(map, id),
-          register_(*this, map.description().tables().registers[this->record().data])
-    {
-    }
+          register_(*this, map.description().tables().registers[this->record().data]) {}
 
     EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
     INode* GetNode() override { return this; }
 
-    void Set(const uint8_t* buffer, int64_t length, bool verify = true) override
-    {
+    void Set(const uint8_t* buffer, int64_t length, bool verify = true) override {
         this->modify("Set", [&]() -> const ChangeSet& {
             setBytes(buffer, length, verify);
             return changedByWriteTo(this->description(), this->id());
         });
     }
     void Get(uint8_t* buffer, int64_t length, bool verify = false,
-             bool ignoreCache = false) override
-    {
+             bool ignoreCache = false) override {
         const Entry entry(*this, "Get");
         this->requireReadable();
         checkTransfer(buffer, length, "InternalGet");
         register_.read(buffer, static_cast<std::size_t>(length), ignoreCache);
-        if (verify)
-            this->checkErrorNodes();
+        if (verify) this->checkErrorNodes();
     }
-    int64_t GetLength(bool = false) override
-    {
+    int64_t GetLength(bool = false) override {
         const Entry entry(*this, "GetLength");
         return register_.length();
     }
-    int64_t GetAddress(bool = false) override
-    {
+    int64_t GetAddress(bool = false) override {
         const Entry entry(*this, "GetAddress");
         return register_.address();
     }
@@ -53,24 +46,21 @@ public:
     void dropCaches() override { register_.dropCaches(); }
     const Presentation* presentation() const override { return &register_.data().presentation; }
 
-protected:
+  protected:
     EAccessMode sourceAccessMode(bool) override { return register_.accessMode(); }
 
-    void setBytes(const std::uint8_t* bytes, std::int64_t length, bool verify)
-    {
+    void setBytes(const std::uint8_t* bytes, std::int64_t length, bool verify) {
         this->requireWritable(verify);
         checkTransfer(bytes, length, "InternalSet");
         register_.write(bytes, static_cast<std::size_t>(length));
         this->valueIsUnknown();
-        if (verify)
-            this->checkErrorNodes();
+        if (verify) this->checkErrorNodes();
     }
 
     RegisterCore register_;
 
-private:
-    void checkTransfer(const void* buffer, std::int64_t length, const char* operation)
-    {
+  private:
+    void checkTransfer(const void* buffer, std::int64_t length, const char* operation) {
         if (!buffer)
             throw NODE_ERROR(LogicalErrorException, *this)(
                 "CRegisterImpl::%s : pBuffer must not be NULL", operation);

@@ -44,15 +44,15 @@ class GCBASE_RTTI_CLASS_API GenericException {
     gcstring m_What;
 };
 
-#define DECLARE_EXCEPTION(name)                                                                   \
-    class GCBASE_RTTI_CLASS_API name : public GenericException {                                  \
-      public:                                                                                     \
-        name(const char* pDescription, const char* pSourceFileName, int SourceLine);              \
-        name(const char* pDescription, const char* pSourceFileName, int SourceLine,               \
-             const char* pExceptionType);                                                         \
-        name(const char* pDescription, const char* pSourceFileName, int SourceLine,               \
-             const char* pEntryPoint, const char* pErrorNodeName, const char* pExceptionType);    \
-        ~name() noexcept override;                                                                \
+#define DECLARE_EXCEPTION(name)                                                                \
+    class GCBASE_RTTI_CLASS_API name : public GenericException {                               \
+      public:                                                                                  \
+        name(const char* pDescription, const char* pSourceFileName, int SourceLine);           \
+        name(const char* pDescription, const char* pSourceFileName, int SourceLine,            \
+             const char* pExceptionType);                                                      \
+        name(const char* pDescription, const char* pSourceFileName, int SourceLine,            \
+             const char* pEntryPoint, const char* pErrorNodeName, const char* pExceptionType); \
+        ~name() noexcept override;                                                             \
     }
 
 DECLARE_EXCEPTION(BadAllocException);         // no memory
@@ -113,7 +113,7 @@ inline GenericException ExceptionReporter<GenericException>::make(const char* de
 #define GENICAM_REPORTER(name) \
     GENICAM_NAMESPACE::ExceptionReporter<GENICAM_NAMESPACE::name>(__FILE__, __LINE__, #name).Report
 
-#define GENERIC_EXCEPTION                                                                       \
+#define GENERIC_EXCEPTION                                                                         \
     GENICAM_NAMESPACE::ExceptionReporter<GENICAM_NAMESPACE::GenericException>(__FILE__, __LINE__) \
         .Report
 #define BAD_ALLOC_EXCEPTION GENICAM_REPORTER(BadAllocException)
@@ -142,26 +142,25 @@ inline GenericException ExceptionReporter<GenericException>::make(const char* de
         if (gcInc > 0 && (static_cast<uint64_t>(gcValue) - static_cast<uint64_t>(gcMin)) %      \
                                  static_cast<uint64_t>(gcInc) !=                                \
                              0)                                                                 \
-            throw OUT_OF_RANGE_EXCEPTION("The difference between Value = %" FMT_I64             \
-                                         "d and Min = %" FMT_I64                                \
-                                         "d must be dividable without rest by Inc = %" FMT_I64  \
-                                         "d",                                                   \
-                                         gcValue, gcMin, gcInc);                                \
+            throw OUT_OF_RANGE_EXCEPTION(                                                       \
+                "The difference between Value = %" FMT_I64 "d and Min = %" FMT_I64              \
+                "d must be dividable without rest by Inc = %" FMT_I64 "d",                      \
+                gcValue, gcMin, gcInc);                                                         \
     } while (false)
 
-#define CHECK_RANGE_FLT(_Value, _Min, _Max)                                                       \
-    do {                                                                                          \
-        const double gcValue = (_Value), gcMin = (_Min), gcMax = (_Max);                          \
-        if (gcValue < gcMin)                                                                      \
-            throw OUT_OF_RANGE_EXCEPTION("Value %f must be greater than or equal %f", gcValue,    \
-                                         gcMin);                                                  \
-        if (gcValue > gcMax)                                                                      \
-            throw OUT_OF_RANGE_EXCEPTION("Value %f must be smaller than or equal %f", gcValue,    \
-                                         gcMax);                                                  \
+#define CHECK_RANGE_FLT(_Value, _Min, _Max)                                                    \
+    do {                                                                                       \
+        const double gcValue = (_Value), gcMin = (_Min), gcMax = (_Max);                       \
+        if (gcValue < gcMin)                                                                   \
+            throw OUT_OF_RANGE_EXCEPTION("Value %f must be greater than or equal %f", gcValue, \
+                                         gcMin);                                               \
+        if (gcValue > gcMax)                                                                   \
+            throw OUT_OF_RANGE_EXCEPTION("Value %f must be smaller than or equal %f", gcValue, \
+                                         gcMax);                                               \
     } while (false)
 
-#define CHECK_DYNAMIC_CAST_POINTER(_Pointer)                                         \
-    do {                                                                             \
+#define CHECK_DYNAMIC_CAST_POINTER(_Pointer)                                               \
+    do {                                                                                   \
         if (!(_Pointer)) throw LOGICAL_ERROR_EXCEPTION("Unexpected type in dynamic cast"); \
     } while (false)
 

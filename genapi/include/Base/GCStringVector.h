@@ -38,9 +38,7 @@ class GCBASE_RTTI_CLASS_API gcstring_vector {
         bool operator>(const const_iterator& iter) const { return _ps > iter._ps; }
         bool operator<=(const const_iterator& iter) const { return _ps <= iter._ps; }
         bool operator>=(const const_iterator& iter) const { return _ps >= iter._ps; }
-        friend const_iterator operator+(intptr_t n, const const_iterator& iter) {
-            return iter + n;
-        }
+        friend const_iterator operator+(intptr_t n, const const_iterator& iter) { return iter + n; }
 
       protected:
         gcstring* _ps;
