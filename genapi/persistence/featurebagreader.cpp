@@ -83,8 +83,9 @@ void CFeatureBag::CReader::Line(const char* pText, size_t Length) {
         m_HasMagic = true;
         return;
     }
-    if (line.substr(0, 1) == "#" || trimmed(line).empty()) return;
-    const std::string_view entry = line.substr(line.find_first_not_of(kBlanks));
+    const size_t first = line.find_first_not_of(kBlanks);
+    if (first == std::string_view::npos || line[first] == '#') return;
+    const std::string_view entry = line.substr(first);
     const size_t tab = entry.find('\t');
     if (tab == std::string_view::npos)
         throw RUNTIME_EXCEPTION("The stream holds incomplete key - value - set");

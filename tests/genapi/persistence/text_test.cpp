@@ -55,7 +55,7 @@ TEST(FeatureBagText, EntriesKeepTheirOrderAndTheirValuesAsTheyAre) {
     EXPECT_EQ(again("B\t2\nA\t1\n"), "B\t2\nA\t1\n");
     EXPECT_EQ(again("  Width \t73 \r\nText\ta\tb\n"), "Width\t73 \r\nText\ta\tb\n");
     EXPECT_EQ(again("Empty\t\nLast\t1"), "Empty\t\nLast\t1\n");
-    EXPECT_EQ(again("\n# comment\nA\t1\n \t \n#\nA\t2\n\n"), "A\t1\nA\t2\n");
+    EXPECT_EQ(again("\n# comment\nA\t1\n \t \n # x\t1\n#\nA\t2\n\n"), "A\t1\nA\t2\n");
     EXPECT_EQ(again("# " + std::string(5000, 'x') + "\nA\t1\n"), "A\t1\n");
     const std::string zero("A\t1\0002\n", 6);
     EXPECT_EQ(again(zero), zero);
