@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cstdio>
+#include <string>
 
-#include <GenApi/ISelector.h>
 #include <GenApi/Persistence.h>
 #include <GenApi/Synch.h>
 

@@ -6,6 +6,8 @@
 #include <GenApi/INode.h>
 #include <GenApi/ISelector.h>
 
+#include "genapi/persistence/access.h"
+
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
@@ -25,11 +27,6 @@ bool isStorable(const INode& node) {
         return false;
     const auto* const selector = dynamic_cast<const ISelector*>(&node);
     return selector == nullptr || !selector->IsSelector();
-}
-
-bool isAccessible(const IBase& node) {
-    const EAccessMode mode = node.GetAccessMode();
-    return IsReadable(mode) && IsWritable(mode);
 }
 
 // Gives the selectors their former values back, whatever happens.
@@ -98,7 +95,7 @@ void FeatureStore::storeFeature(IValue& feature) {
     CSelectorSet selectors(&feature);
     if (!selectors.IsEmpty()) {
         storeCombinations(feature, selectors);
-    } else if (isAccessible(feature)) {
+    } else if (isReadableAndWritable(feature)) {
         append(feature);
     }
 }
@@ -111,7 +108,7 @@ void FeatureStore::storeCombinations(IValue& feature, CSelectorSet& selectors) {
             throw RUNTIME_EXCEPTION("The selectors of feature '%s' have too many combinations",
                                     feature.GetNode()->GetName().c_str());
         firstUnstored = std::min(firstUnstored, selectors.GetFirstChanged());
-        if (!isAccessible(feature)) continue;
+        if (!isReadableAndWritable(feature)) continue;
         storeSelectors(selectors, firstUnstored);
         append(feature);
         firstUnstored = static_cast<size_t>(-1);
@@ -125,7 +122,7 @@ void FeatureStore::storeSelectors(CSelectorSet& selectors, size_t first) {
     FeatureList_t list;
     selectors.GetSelectorList(list);
     for (size_t i = first; i < list.size(); ++i) {
-        if (isAccessible(*list[i])) append(*list[i]);
+        if (isReadableAndWritable(*list[i])) append(*list[i]);
     }
 }
 
