@@ -39,5 +39,8 @@ constexpr std::size_t kMaxProperties = 2000000;
 // the size of the XML.
 constexpr std::size_t kMaxPoolSize = 64u << 20;
 
+// Nodes in all change sets that are kept. The largest descriptions in use come to 50000.
+constexpr std::size_t kMaxChangeSets = 8000000;
+
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE
