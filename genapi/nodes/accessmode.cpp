@@ -21,17 +21,14 @@ EAccessMode Node::accessMode() {
     if (known == NodeMap::kComputingAccess)
         return RW;  // a cycle through this node: it adds no restriction of its own
     const Nesting nesting(*this);
+    // Where it cannot be computed it stays marked: until the node is invalidated, the mode does not
+    // restrict, and the device is not asked again.
     cached.store(NodeMap::kComputingAccess, std::memory_order_relaxed);
-    try {
-        const EAccessMode mode = computeAccessMode(false);
-        cached.store(record().accessCacheable == Yes ? static_cast<std::uint8_t>(mode)
-                                                     : NodeMap::kUnknownAccess,
-                     std::memory_order_release);
-        return mode;
-    } catch (...) {
-        cached.store(NodeMap::kUnknownAccess, std::memory_order_relaxed);
-        throw;
-    }
+    const EAccessMode mode = computeAccessMode(false);
+    cached.store(
+        record().accessCacheable == Yes ? static_cast<std::uint8_t>(mode) : NodeMap::kUnknownAccess,
+        std::memory_order_release);
+    return mode;
 }
 
 EAccessMode Node::relaxedAccessMode() {

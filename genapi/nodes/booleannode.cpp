@@ -21,7 +21,7 @@ std::int64_t BooleanNode::getInt(ReadOptions options) {
     if (!isValueCached() || options.ignoreCache || options.verify) {
         const Nesting nesting(*this);
         value_ = source_.read(options);
-        valueWasRead(options.ignoreCache || !source_.isNode());
+        if (source_.isNode()) valueWasRead(options);
     }
     const std::int64_t value = value_;
     if (options.verify) checkErrorNodes();
@@ -70,7 +70,7 @@ void BooleanNode::FromString(const gcstring& text, bool verify) {
 
 bool BooleanNode::IsValueCacheValid() const {
     const Entry entry(*this, "IsValueCacheValid");
-    return isValueCached();
+    return !source_.isNode() || isValueCached();
 }
 
 void BooleanNode::SetValue(bool value, bool verify) {

@@ -71,7 +71,8 @@ bool CommandNode::IsDone(bool verify) {
 
 gcstring CommandNode::ToString(bool, bool) {
     const Entry entry(*this, "ToString");
-    if (!IsReadable(value_.accessMode(false)))
+    // A locked command still tells whether it runs.
+    if (!IsReadable(relaxedAccessMode()))
         throw NODE_ERROR(AccessException, *this)("Node is not readable");
     return isRunning() ? "1" : "0";
 }

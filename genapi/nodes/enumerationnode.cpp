@@ -79,7 +79,7 @@ std::int64_t EnumerationNode::getInt(ReadOptions options) {
     if (!isValueCached() || options.ignoreCache || options.verify) {
         const Nesting nesting(*this);
         value_ = source_.read(options);
-        valueWasRead(options.ignoreCache || !source_.isNode());
+        if (source_.isNode()) valueWasRead(options);
     }
     const std::int64_t value = value_;
     if (!(map().flagsOf(id()) & NodeMap::kActive) && !options.verify) return value;
@@ -90,11 +90,15 @@ std::int64_t EnumerationNode::getInt(ReadOptions options) {
         if (!current)
             throw NODE_ERROR(OutOfRangeException,
                              *this)("Value of the enumeration is none of its entries");
-        if (!IsAvailable(current->accessMode()))
-            throw NODE_ERROR(AccessException, *this)("Enum entry is not readable");
-        checkErrorNodes();
+        verifyEntry(*current);
     }
     return value;
+}
+
+void EnumerationNode::verifyEntry(EnumEntryNode& current) {
+    if (!IsAvailable(current.accessMode()))
+        throw NODE_ERROR(AccessException, *this)("Enum entry is not readable");
+    checkErrorNodes();
 }
 
 void EnumerationNode::setInt(std::int64_t value, bool verify) {
@@ -148,11 +152,10 @@ bool EnumerationNode::isPolled() const {
 
 gcstring EnumerationNode::ToString(bool verify, bool ignoreCache) {
     const Entry scope(*this, "ToString");
-    requireReadable();
     const std::int64_t value = getInt({false, ignoreCache});
-    const EnumEntryNode* current = entryOf(value);
+    EnumEntryNode* current = entryOf(value);
     if (!current) throwNoEntry(std::to_string(value));
-    if (verify) getInt({true, false});
+    if (verify) verifyEntry(*current);
     return current->GetSymbolic();
 }
 
@@ -168,7 +171,7 @@ void EnumerationNode::FromString(const gcstring& text, bool verify) {
 
 bool EnumerationNode::IsValueCacheValid() const {
     const Entry scope(*this, "IsValueCacheValid");
-    return isValueCached();
+    return !source_.isNode() || isValueCached();
 }
 
 void EnumerationNode::GetSymbolics(StringList_t& symbolics) {

@@ -75,6 +75,7 @@ class EnumerationNode final : public Node, public IEnumeration {
 
   private:
     EAccessMode entriesAccessMode() const;
+    void verifyEntry(EnumEntryNode& current);
     Slice<NodeId> entries() const;
     EnumEntryNode& entry(NodeId id) const;
     [[noreturn]] void throwNoEntry(const std::string& value) const;

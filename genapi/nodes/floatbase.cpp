@@ -14,7 +14,15 @@ using GENICAM_NAMESPACE::gcstring;
 
 namespace {
 constexpr int kDefaultPrecision = 6;
+
+// Digits behind the decimal point.
+std::size_t decimalsOf(const std::string& text) {
+    const std::size_t point = text.find('.');
+    if (point == std::string::npos) return 0;
+    const std::size_t end = text.find_first_not_of("0123456789", point + 1);
+    return std::min(end, text.size()) - point - 1;
 }
+}  // namespace
 
 FloatBase::~FloatBase() = default;
 
@@ -23,7 +31,7 @@ double FloatBase::getFloat(ReadOptions options) {
     if (!isValueCached() || options.ignoreCache || (options.verify && restsOnNodes())) {
         const Nesting nesting(*this);
         value_ = readValue(options);
-        valueWasRead(options.ignoreCache || !mayCache());
+        if (mayCache()) valueWasRead(options);
     }
     const double value = value_;
     if (options.verify) {
@@ -35,11 +43,7 @@ double FloatBase::getFloat(ReadOptions options) {
 
 void FloatBase::setFloat(double value, bool verify) {
     requireWritable(verify);
-    if (verify) {
-        if (std::isnan(value))
-            throw NODE_ERROR(OutOfRangeException, *this)("Value is not a number.");
-        checkRange(value);
-    }
+    if (verify) checkRange(value);
     {
         const Nesting nesting(*this);
         writeValue(value, verify);
@@ -92,11 +96,25 @@ std::int64_t FloatBase::maxInt() {
 
 gcstring FloatBase::ToString(bool verify, bool ignoreCache) {
     const Entry entry(*this, "ToString");
-    const double value = getFloat({verify, ignoreCache});
-    const Presentation shownAs = shown();
-    const std::string text =
-        formatFloat(value, static_cast<EDisplayNotation>(shownAs.notation), shownAs.precision);
+    const std::string text = textInRange(getFloat({verify, ignoreCache}));
     return gcstring(text.data(), text.size());
+}
+
+// Rounding for display must not carry a value over a limit, or its text could not be written back:
+// such a value is moved by half a unit of the last digit shown.
+std::string FloatBase::textInRange(double value) {
+    const Presentation shownAs = shown();
+    const auto format = [&](double number) {
+        return formatFloat(number, static_cast<EDisplayNotation>(shownAs.notation),
+                           shownAs.precision);
+    };
+    const std::string text = format(value);
+    double rounded = 0;
+    if (!parseFloat(text, rounded)) return text;
+    const double half = 0.5 * std::pow(10.0, -static_cast<double>(decimalsOf(text)));
+    if (rounded > maxFloat()) return format(value - half);
+    if (rounded < minFloat()) return format(value + half);
+    return text;
 }
 
 void FloatBase::FromString(const gcstring& text, bool verify) {
@@ -112,7 +130,7 @@ void FloatBase::FromString(const gcstring& text, bool verify) {
 
 bool FloatBase::IsValueCacheValid() const {
     const Entry entry(*this, "IsValueCacheValid");
-    return isValueCached();
+    return !mayCache() || isValueCached();
 }
 
 void FloatBase::SetValue(double value, bool verify) {

@@ -70,6 +70,7 @@ class FloatBase : public Node, public IFloat {
     };
 
     Presentation shown() const;
+    std::string textInRange(double value);
     Limits& imposed();
     void checkRange(double value);
 

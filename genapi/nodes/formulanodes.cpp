@@ -38,6 +38,8 @@ SwissKnifeNode<Number>::SwissKnifeNode(NodeMap& map, NodeId id)
 
 template <typename Number>
 Number SwissKnifeNode<Number>::readValue(ReadOptions options) {
+    // Fresh values of the variables stay cached.
+    options.refresh = options.ignoreCache;
     return evaluate<Number>(*this, data_.formula, options);
 }
 
@@ -81,23 +83,34 @@ void ConverterNode<Number>::writeValue(Number value, bool verify) {
 template <typename Number>
 typename ConverterNode<Number>::Bounds ConverterNode<Number>::bounds() {
     if (data_.slope == Varying) return {Range64<Number>::kLowest, Range64<Number>::kHighest};
-    Node& source = this->node(data_.value);
-    const Number first =
-        evaluate<Number>(*this, data_.formulaFrom, {}, Range64<Number>::min(source));
-    const Number second =
-        evaluate<Number>(*this, data_.formulaFrom, {}, Range64<Number>::max(source));
-    if (data_.slope == Increasing) return {first, second};
-    if (data_.slope == Decreasing) return {second, first};
+    const Number first = atMin(), second = atMax();
     return {std::min(first, second), std::max(first, second)};
+}
+
+// The limits of the node below through the formula.
+template <typename Number>
+Number ConverterNode<Number>::atMin() {
+    const Number raw = Range64<Number>::min(this->node(data_.value));
+    return evaluate<Number>(*this, data_.formulaFrom, {}, raw);
+}
+
+template <typename Number>
+Number ConverterNode<Number>::atMax() {
+    const Number raw = Range64<Number>::max(this->node(data_.value));
+    return evaluate<Number>(*this, data_.formulaFrom, {}, raw);
 }
 
 template <typename Number>
 Number ConverterNode<Number>::ownMin() {
+    if (data_.slope == Increasing) return atMin();
+    if (data_.slope == Decreasing) return atMax();
     return bounds().min;
 }
 
 template <typename Number>
 Number ConverterNode<Number>::ownMax() {
+    if (data_.slope == Increasing) return atMax();
+    if (data_.slope == Decreasing) return atMin();
     return bounds().max;
 }
 

@@ -64,6 +64,8 @@ class ConverterNode final : public Family<Number> {
         Number min, max;
     };
     Bounds bounds();
+    Number atMin();
+    Number atMax();
 
     const ConverterData& data_;
 };

@@ -19,7 +19,7 @@ std::int64_t IntegerBase::getInt(ReadOptions options) {
     if (!isValueCached() || options.ignoreCache || (options.verify && restsOnNodes())) {
         const Nesting nesting(*this);
         value_ = readValue(options);
-        valueWasRead(options.ignoreCache || !mayCache());
+        if (mayCache()) valueWasRead(options);
     }
     const std::int64_t value = value_;
     if (options.verify) {
@@ -117,7 +117,7 @@ void IntegerBase::FromString(const gcstring& text, bool verify) {
 
 bool IntegerBase::IsValueCacheValid() const {
     const Entry entry(*this, "IsValueCacheValid");
-    return isValueCached();
+    return !mayCache() || isValueCached();
 }
 
 void IntegerBase::SetValue(int64_t value, bool verify) {

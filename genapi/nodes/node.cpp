@@ -341,8 +341,8 @@ bool Node::isValueCached() const {
     return (map_.flagsOf(id_) & NodeMap::kValueCached) != 0;
 }
 
-void Node::valueWasRead(bool ignoreCache) {
-    if (ignoreCache || cachingMode() == NoCache)
+void Node::valueWasRead(ReadOptions options) {
+    if (options.leavesNothing() || cachingMode() == NoCache)
         valueIsUnknown();
     else
         map_.flagsOf(id_) |= NodeMap::kValueCached;

@@ -28,6 +28,9 @@ class NodeMap;
 struct ReadOptions {
     bool verify = false;       // check range and error nodes, too
     bool ignoreCache = false;  // read the device, and leave nothing cached
+    bool refresh = false;      // read the device, but cache what it says
+
+    bool leavesNothing() const { return ignoreCache && !refresh; }
 };
 
 class Node : public INode, public ISelector, public IUserData {
@@ -140,7 +143,7 @@ class Node : public INode, public ISelector, public IUserData {
 
     ECachingMode cachingMode() const { return static_cast<ECachingMode>(record().caching); }
     bool isValueCached() const;
-    void valueWasRead(bool ignoreCache);
+    void valueWasRead(ReadOptions options);
     void valueWasWritten();
     void valueIsUnknown();
 

@@ -82,16 +82,11 @@ std::size_t RegisterCore::byteCount() {
     return static_cast<std::size_t>(bytes);
 }
 
-const std::uint8_t* RegisterCore::knownContent() {
-    locate();
-    return owner_.map().registers().content(slot_);
-}
-
-void RegisterCore::read(std::uint8_t* bytes, std::size_t count, bool ignoreCache) {
+void RegisterCore::read(std::uint8_t* bytes, std::size_t count, ReadOptions options) {
     locate();
     RegisterCache& cache = owner_.map().registers();
     const bool cachable = owner_.record().caching != NoCache;
-    if (!ignoreCache && cachable) {
+    if (!options.ignoreCache && cachable) {
         if (const std::uint8_t* known = cache.content(slot_)) {
             std::copy(known, known + count, bytes);
             return;
@@ -99,15 +94,15 @@ void RegisterCore::read(std::uint8_t* bytes, std::size_t count, bool ignoreCache
     }
     const RegisterCache::Slot slot = slot_;
     port()->readDevice(bytes, address_, static_cast<std::int64_t>(count));
-    if (ignoreCache || !cachable)
+    if (options.leavesNothing() || !cachable)
         cache.drop(slot);
     else if (static_cast<std::int64_t>(count) == length_)
         cache.store(slot, bytes, count);
 }
 
-std::vector<std::uint8_t> RegisterCore::read(bool ignoreCache) {
+std::vector<std::uint8_t> RegisterCore::read(ReadOptions options) {
     std::vector<std::uint8_t> bytes(byteCount());
-    read(bytes.data(), bytes.size(), ignoreCache);
+    read(bytes.data(), bytes.size(), options);
     return bytes;
 }
 

@@ -27,12 +27,10 @@ class RegisterCore {
     void verifyAddress();
 
     // The first bytes of the register, from the cache where that is allowed and possible.
-    void read(std::uint8_t* bytes, std::size_t count, bool ignoreCache);
-    std::vector<std::uint8_t> read(bool ignoreCache);
+    void read(std::uint8_t* bytes, std::size_t count, ReadOptions options);
+    std::vector<std::uint8_t> read(ReadOptions options);
     // Writes the first bytes to the device and brings the cache up to date.
     void write(const std::uint8_t* bytes, std::size_t count);
-    // What the register holds as far as it is known without asking the device, or null.
-    const std::uint8_t* knownContent();
 
     // The register was touched by a change elsewhere.
     void dropCaches();

@@ -33,7 +33,7 @@ std::int64_t IntRegNode::readValue(ReadOptions options) {
     if (options.verify) register_.verifyAddress();
     const BitField bits = field();
     std::uint8_t bytes[kMaxNumberLength];
-    register_.read(bytes, register_.byteCount(), options.ignoreCache);
+    register_.read(bytes, register_.byteCount(), options);
     return bits.extract(bits.load(bytes));
 }
 
@@ -46,7 +46,7 @@ void IntRegNode::writeValue(std::int64_t value, bool) {
         // The neighbours of the field keep their bits.
         if (!IsReadable(accessMode()))
             throw NODE_ERROR(AccessException, *this)("Node is not readable");
-        register_.read(bytes, count, false);
+        register_.read(bytes, count, {});
         content = bits.load(bytes);
     }
     bits.store(bits.insert(value, content), bytes);
@@ -63,7 +63,7 @@ double FloatRegNode::readValue(ReadOptions options) {
     const std::int64_t length = register_.length();
     if (length != 4 && length != 8)
         throw NODE_ERROR(RuntimeException, *this)("Length of a float register must be 4 or 8");
-    register_.read(bytes, register_.byteCount(), options.ignoreCache);
+    register_.read(bytes, register_.byteCount(), options);
     reverseIf(register_.data().bigEndian, bytes, register_.byteCount());
     std::uint64_t bits = 0;
     for (std::size_t i = kMaxNumberLength; i-- > 0;)
@@ -102,7 +102,7 @@ void FloatRegNode::writeValue(double value, bool) {
 }
 
 std::string StringRegNode::readValue(ReadOptions options) {
-    const std::vector<std::uint8_t> bytes = register_.read(options.ignoreCache);
+    const std::vector<std::uint8_t> bytes = register_.read(options);
     return std::string(bytes.begin(), std::find(bytes.begin(), bytes.end(), 0));
 }
 
@@ -116,7 +116,7 @@ void StringRegNode::writeValue(const std::string& value, bool) {
 gcstring RegisterNode::ToString(bool verify, bool ignoreCache) {
     const Entry entry(*this, "ToString");
     requireReadable();
-    const std::vector<std::uint8_t> bytes = register_.read(ignoreCache);
+    const std::vector<std::uint8_t> bytes = register_.read({false, ignoreCache});
     if (verify) checkErrorNodes();
     const std::string text = formatBytes(bytes.data(), bytes.size());
     return gcstring(text.data(), text.size());
@@ -133,11 +133,6 @@ void RegisterNode::FromString(const gcstring& text, bool verify) {
         setBytes(bytes.data(), static_cast<std::int64_t>(bytes.size()), verify);
         return changedByWriteTo(description(), id());
     });
-}
-
-bool RegisterNode::IsValueCacheValid() const {
-    const Entry entry(*this, "IsValueCacheValid");
-    return const_cast<RegisterNode*>(this)->register_.knownContent() != nullptr;
 }
 
 }  // namespace Engine

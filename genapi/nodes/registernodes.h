@@ -21,7 +21,7 @@ class IntRegNode final : public WithRegister<IntegerBase> {
     void writeValue(std::int64_t value, bool verify) override;
     std::int64_t ownMin() override { return field().min(); }
     std::int64_t ownMax() override { return field().max(); }
-    bool restsOnNodes() const override { return false; }
+    bool restsOnNodes() const override { return !register_.data().addressIsConstant; }
 
   private:
     BitField field();
@@ -37,7 +37,7 @@ class FloatRegNode final : public WithRegister<FloatBase> {
     void writeValue(double value, bool verify) override;
     double ownMin() override { return -ownMax(); }
     double ownMax() override;
-    bool restsOnNodes() const override { return false; }
+    bool restsOnNodes() const override { return !register_.data().addressIsConstant; }
 };
 
 class StringRegNode final : public WithRegister<StringBase> {
@@ -63,7 +63,8 @@ class RegisterNode final : public WithRegister<BytesBase> {
 
     GENICAM_NAMESPACE::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GENICAM_NAMESPACE::gcstring& text, bool verify = true) override;
-    bool IsValueCacheValid() const override;
+    // Bytes are cached by address, not by node.
+    bool IsValueCacheValid() const override { return false; }
     const Presentation* presentation() const override { return nullptr; }
 };
 

@@ -14,9 +14,9 @@ constexpr std::int64_t kInt64Min = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t kInt64Max = std::numeric_limits<std::int64_t>::max();
 constexpr double kDoubleMax = std::numeric_limits<double>::max();
 
-// Half away from zero; saturated, and 0 for a NaN.
+// Half away from zero; saturated. A NaN is no value in range: it becomes the least number.
 inline std::int64_t roundToInt(double value) {
-    if (std::isnan(value)) return 0;
+    if (std::isnan(value)) return kInt64Min;
     if (value >= 9223372036854775808.0) return kInt64Max;
     if (value <= -9223372036854775808.0) return kInt64Min;
     return static_cast<std::int64_t>(std::round(value));

@@ -41,6 +41,7 @@ class StringBase : public Node, public IString {
 // String: a stored text, or the text of another node.
 class StringNode final : public StringBase {
   public:
+    bool IsValueCacheValid() const override { return !data_.value.isNode(); }
     StringNode(NodeMap& map, NodeId id);
     using StringBase::operator=;
 

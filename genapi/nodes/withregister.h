@@ -31,7 +31,7 @@ class WithRegister : public Base, public IRegister {
         const Entry entry(*this, "Get");
         this->requireReadable();
         checkTransfer(buffer, length, "InternalGet");
-        register_.read(buffer, static_cast<std::size_t>(length), ignoreCache);
+        register_.read(buffer, static_cast<std::size_t>(length), {false, ignoreCache});
         if (verify) this->checkErrorNodes();
     }
     int64_t GetLength(bool = false) override {

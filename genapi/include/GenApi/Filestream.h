@@ -86,14 +86,12 @@ class DevFileStreamBuf : public std::basic_streambuf<CharType, Traits> {
     DevFileStreamBuf* open(INodeMap* pInterface, const char* pFileName,
                            std::ios_base::openmode mode) {
         if (m_IsOpen || pFileName == NULL || !m_Adapter.attach(pInterface)) return NULL;
-        const int64_t size = m_Adapter.getBufSize(pFileName, mode);
-        if (size <= 0 || !m_Adapter.openFile(pFileName, mode)) return NULL;
+        if (!m_Adapter.openFile(pFileName, mode)) return NULL;
         m_IsOpen = true;
         m_FileName = pFileName;
-        m_Buffer.resize(static_cast<size_t>(size));
-        m_Offset = 0;
-        if ((mode & (std::ios_base::app | std::ios_base::ate)) != 0) return SeekEnd();
-        return this;
+        if (Prepare(mode)) return this;
+        close();
+        return NULL;
     }
 
     // Null if no file is open or the camera cannot close it.
@@ -120,11 +118,14 @@ class DevFileStreamBuf : public std::basic_streambuf<CharType, Traits> {
     int64_t m_Offset;  // in the file, of what follows the buffer
 
   private:
-    DevFileStreamBuf* SeekEnd() {
-        m_Offset = m_Adapter.getFileSize(m_FileName.c_str());
-        if (m_Offset >= 0) return this;
-        close();
-        return NULL;
+    // Some cameras tell the size of the buffer only while the file is open.
+    bool Prepare(std::ios_base::openmode mode) {
+        const int64_t size = m_Adapter.getBufSize(m_FileName.c_str(), mode);
+        if (size <= 0) return false;
+        m_Buffer.resize(static_cast<size_t>(size));
+        const bool isAtEnd = (mode & (std::ios_base::app | std::ios_base::ate)) != 0;
+        m_Offset = isAtEnd ? m_Adapter.getFileSize(m_FileName.c_str()) : 0;
+        return m_Offset >= 0;
     }
 
     bool m_IsOpen;

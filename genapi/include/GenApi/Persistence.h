@@ -122,7 +122,7 @@ class GENAPI_DECL CFeatureBag : public IPersistScript {
         void Finish();
 
         // The longest text that is read, in characters.
-        static const size_t MaxTextLength = size_t(1) << 26;
+        static const size_t MaxTextLength = size_t(1) << 25;
         static void ThrowTooLong();
 
       private:
@@ -130,8 +130,6 @@ class GENAPI_DECL CFeatureBag : public IPersistScript {
         bool m_HasMagic;
         bool m_Finished;
     };
-
-    void Append(const GENICAM_NAMESPACE::gcstring& Name, const GENICAM_NAMESPACE::gcstring& Value);
 
     GENICAM_NAMESPACE::gcstring_vector m_Names;
     GENICAM_NAMESPACE::gcstring_vector m_Values;
@@ -145,6 +143,7 @@ inline std::ostream& operator<<(std::ostream& os, const CFeatureBag& FeatureBag)
     os << "# " GENAPI_PERSISTENCE_MAGIC "\n";
     os << "# GenApi persistence file (version " << GENAPI_VERSION_MAJOR << '.'
        << GENAPI_VERSION_MINOR << '.' << GENAPI_VERSION_SUBMINOR << ")\n";
+    using ::operator<<;  // that of gcstring, which the one of the bag would hide
     os << "# " << FeatureBag.m_Info << '\n';
     for (size_t i = 0; i < FeatureBag.m_Names.size(); ++i)
         os << FeatureBag.m_Names[i] << '\t' << FeatureBag.m_Values[i] << '\n';

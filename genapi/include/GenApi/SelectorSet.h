@@ -29,7 +29,7 @@ class CSelectorState;
 // Thread-bound: hold the lock of the map meanwhile, and keep the map. Exceptions of the nodes pass.
 class GENAPI_DECL CSelectorSet : public ISelectorDigit {
   public:
-    // Of a node of a map; null and objects without selectors give an empty set. RuntimeException if
+    // Of a node of a map; null and nodes without selectors give an empty set. RuntimeException if
     // there are more selectors than any camera has.
     explicit CSelectorSet(IBase* pBase);
     ~CSelectorSet() override;
@@ -38,14 +38,12 @@ class GENAPI_DECL CSelectorSet : public ISelectorDigit {
 
     bool IsEmpty() const;
 
-    // Writes the first combination; true for the empty set, which has one combination of nothing.
-    // False if a selector has no value in any.
+    // Writes the first combination. Always true: the empty set has one, of nothing.
     bool SetFirst() override;
-    // Writes the next combination. After the last one writes the first again and gives false, as it
-    // does on the empty set. Without Tick no selector moves on; the present combination is written
-    // once more.
+    // Writes the next combination; after the last one writes the first again and gives false.
+    // Without Tick nothing moves.
     bool SetNext(bool Tick = true) override;
-    // Writes the values that the selectors had when the set was made.
+    // Writes the values that the selectors had when the set was made, as far as they were changed.
     void Restore() override;
 
     // The present combination, as CSelectorState::ToString.
@@ -61,7 +59,7 @@ class GENAPI_DECL CSelectorSet : public ISelectorDigit {
     size_t GetFirstChanged() const;
 
   private:
-    bool SetDigits(size_t First);
+    void SetDigits(size_t First);
 
     std::vector<std::unique_ptr<ISelectorDigit>> m_Digits;
     size_t m_FirstChanged;

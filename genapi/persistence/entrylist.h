@@ -1,0 +1,38 @@
+// The entries of a feature bag: names and values in two lists of equal length.
+#pragma once
+
+#include <Base/GCException.h>
+#include <Base/GCString.h>
+#include <Base/GCStringVector.h>
+#include <GenApi/GenApiNamespace.h>
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+// Beyond what a camera has, tables of its values included; text and selectors come from outside.
+constexpr size_t kMaxEntries = size_t(1) << 19;
+
+// A view of the lists of a bag.
+class EntryList {
+  public:
+    EntryList(GENICAM_NAMESPACE::gcstring_vector& names, GENICAM_NAMESPACE::gcstring_vector& values)
+        : names_(names), values_(values) {}
+
+    size_t size() const { return values_.size(); }
+    const GENICAM_NAMESPACE::gcstring& name(size_t index) const { return names_[index]; }
+    const GENICAM_NAMESPACE::gcstring& value(size_t index) const { return values_[index]; }
+
+    // RuntimeException when the list is full.
+    void append(const GENICAM_NAMESPACE::gcstring& name, const GENICAM_NAMESPACE::gcstring& value) {
+        if (size() >= kMaxEntries) throw RUNTIME_EXCEPTION("The feature bag is full");
+        names_.push_back(name);
+        values_.push_back(value);
+    }
+
+  private:
+    GENICAM_NAMESPACE::gcstring_vector& names_;
+    GENICAM_NAMESPACE::gcstring_vector& values_;
+};
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

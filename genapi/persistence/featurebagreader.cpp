@@ -1,0 +1,107 @@
+#include <algorithm>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <GenApi/Persistence.h>
+
+#include "genapi/persistence/entrylist.h"
+
+namespace GENAPI_NAMESPACE {
+
+using GENICAM_NAMESPACE::gcstring;
+
+namespace {
+
+using Entry = std::pair<std::string_view, std::string_view>;
+
+constexpr const char* kBlanks = " \t\r\v\f";
+
+std::string_view trimmed(std::string_view text) {
+    const size_t first = text.find_first_not_of(kBlanks);
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+bool isName(std::string_view text) {
+    const auto isNameCharacter = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+               c == '_' || c == ':';
+    };
+    return !text.empty() && std::all_of(text.begin(), text.end(), isNameCharacter);
+}
+
+// Takes "{Selector=value<tab>...}<tab>" off the front of a value. Anything else is a part of the
+// value, which may be any text.
+std::vector<Entry> takeSelectors(std::string_view& value) {
+    const size_t end = value.find("}\t");
+    if (value.empty() || value[0] != '{' || end == 1 || end == std::string_view::npos) return {};
+    std::vector<Entry> selectors;
+    for (std::string_view list = value.substr(1, end - 1); !list.empty();) {
+        const std::string_view item = list.substr(0, list.find('\t'));
+        const size_t sign = item.find('=');
+        if (sign == std::string_view::npos || !isName(item.substr(0, sign))) return {};
+        selectors.emplace_back(item.substr(0, sign), item.substr(sign + 1));
+        list.remove_prefix(std::min(list.size(), item.size() + 1));
+    }
+    value.remove_prefix(end + 2);
+    return selectors;
+}
+
+gcstring toText(std::string_view text) {
+    return gcstring(text.data(), text.size());
+}
+
+void checkMagic(std::string_view line) {
+    if (line.find(GENAPI_PERSISTENCE_MAGIC_FEATUREBAGGER) != std::string_view::npos)
+        throw RUNTIME_EXCEPTION(
+            "The stream has been created using the CFeatureBagger class thus must be restored "
+            "using the CFeatureBagger class as well");
+    if (line.find(GENAPI_PERSISTENCE_MAGIC) == std::string_view::npos)
+        throw RUNTIME_EXCEPTION(
+            "The stream is not a GenApi feature stream since it is missing the magic GUID in the "
+            "first line");
+}
+
+}  // namespace
+
+CFeatureBag::CReader::CReader(CFeatureBag& bag) : m_Bag(bag), m_HasMagic(false), m_Finished(false) {
+    m_Bag.m_Names.clear();
+    m_Bag.m_Values.clear();
+}
+
+CFeatureBag::CReader::~CReader() {
+    if (m_Finished) return;
+    m_Bag.m_Names.clear();
+    m_Bag.m_Values.clear();
+}
+
+void CFeatureBag::CReader::Line(const char* pText, size_t Length) {
+    const std::string_view line(pText, Length);
+    if (!m_HasMagic) {
+        checkMagic(line);
+        m_HasMagic = true;
+        return;
+    }
+    const size_t first = line.find_first_not_of(kBlanks);
+    if (first == std::string_view::npos || line[first] == '#') return;
+    const std::string_view entry = line.substr(first);
+    const size_t tab = entry.find('\t');
+    if (tab == std::string_view::npos)
+        throw RUNTIME_EXCEPTION("The stream holds incomplete key - value - set");
+    std::string_view value = entry.substr(tab + 1);
+    Engine::EntryList entries(m_Bag.m_Names, m_Bag.m_Values);
+    for (const Entry& selector : takeSelectors(value))
+        entries.append(toText(selector.first), toText(selector.second));
+    entries.append(toText(trimmed(entry.substr(0, tab))), toText(value));
+}
+
+void CFeatureBag::CReader::Finish() {
+    m_Finished = true;
+}
+
+void CFeatureBag::CReader::ThrowTooLong() {
+    throw RUNTIME_EXCEPTION("The stream is too long for a GenApi feature stream");
+}
+
+}  // namespace GENAPI_NAMESPACE

@@ -1,0 +1,148 @@
+#include "genapi/persistence/featurestore.h"
+
+#include <algorithm>
+
+#include <GenApi/IDeviceInfo.h>
+#include <GenApi/INode.h>
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+using GENICAM_NAMESPACE::gcstring;
+using GENICAM_NAMESPACE::gcstring_vector;
+
+namespace {
+
+// A combination in which nothing is accessible leaves no entry, so they have a limit of their own.
+constexpr size_t kMaxCombinations = kMaxEntries;
+
+bool isStorable(EInterfaceType type) {
+    return type != intfICommand && type != intfICategory && type != intfIEnumEntry &&
+           type != intfIPort;
+}
+
+bool isAccessible(const IBase& node) {
+    const EAccessMode mode = node.GetAccessMode();
+    return IsReadable(mode) && IsWritable(mode);
+}
+
+// Gives the selectors their former values back, whatever happens.
+class SelectorGuard {
+  public:
+    explicit SelectorGuard(CSelectorSet& selectors) : selectors_(selectors) {}
+    ~SelectorGuard() {
+        if (isRestored_) return;
+        try {
+            selectors_.Restore();
+        } catch (...) {
+            // what led here tells more
+        }
+    }
+    SelectorGuard(const SelectorGuard&) = delete;
+    SelectorGuard& operator=(const SelectorGuard&) = delete;
+
+    void restore() {
+        isRestored_ = true;
+        selectors_.Restore();
+    }
+
+  private:
+    CSelectorSet& selectors_;
+    bool isRestored_ = false;
+};
+
+gcstring toText(const GENICAM_NAMESPACE::Version_t& version) {
+    const std::string text = std::to_string(version.Major) + "." + std::to_string(version.Minor) +
+                             "." + std::to_string(version.SubMinor);
+    return text.c_str();
+}
+
+}  // namespace
+
+FeatureStore::FeatureStore(EntryList entries, int maxEntries, const gcstring_vector* filter)
+    : entries_(entries),
+      start_(entries.size()),
+      hasLimit_(maxEntries >= 0),
+      limit_(hasLimit_ ? static_cast<size_t>(maxEntries) : 0),
+      hasFilter_(filter != nullptr) {
+    if (!hasFilter_) return;
+    for (const gcstring& name : *filter)
+        filter_.emplace(name.c_str(), name.length());
+}
+
+void FeatureStore::store(const INodeMap& nodeMap) {
+    NodeList_t nodes;
+    nodeMap.GetNodes(nodes);
+    for (INode* node : nodes) {
+        if (isFull()) return;
+        if (!isWanted(*node)) continue;
+        auto* const feature = dynamic_cast<IValue*>(node);
+        if (feature != nullptr && storedSelectors_.count(feature) == 0) storeFeature(*feature);
+    }
+}
+
+bool FeatureStore::isWanted(INode& node) const {
+    if (!node.IsStreamable() || !node.IsFeature() || !isStorable(node.GetPrincipalInterfaceType()))
+        return false;
+    if (!hasFilter_) return true;
+    const gcstring name = node.GetName();
+    return filter_.count(std::string(name.c_str(), name.length())) > 0;
+}
+
+void FeatureStore::storeFeature(IValue& feature) {
+    CSelectorSet selectors(&feature);
+    if (!selectors.IsEmpty()) {
+        storeCombinations(feature, selectors);
+    } else if (isAccessible(feature)) {
+        append(feature);
+    }
+}
+
+void FeatureStore::storeCombinations(IValue& feature, CSelectorSet& selectors) {
+    SelectorGuard guard(selectors);
+    size_t firstUnstored = 0;
+    for (bool more = selectors.SetFirst(); more && !isFull(); more = selectors.SetNext()) {
+        if (++numCombinations_ > kMaxCombinations)
+            throw RUNTIME_EXCEPTION("The selectors of feature '%s' have too many combinations",
+                                    feature.GetNode()->GetName().c_str());
+        firstUnstored = std::min(firstUnstored, selectors.GetFirstChanged());
+        if (!isAccessible(feature)) continue;
+        storeSelectors(selectors, firstUnstored);
+        append(feature);
+        firstUnstored = static_cast<size_t>(-1);
+    }
+    guard.restore();
+    storeSelectors(selectors, 0);
+}
+
+// A selector that cannot be written has no entry: loading would fail on it.
+void FeatureStore::storeSelectors(CSelectorSet& selectors, size_t first) {
+    FeatureList_t list;
+    selectors.GetSelectorList(list);
+    for (size_t i = first; i < list.size(); ++i) {
+        if (!isAccessible(*list[i])) continue;
+        append(*list[i]);
+        storedSelectors_.insert(list[i]);
+    }
+}
+
+void FeatureStore::append(IValue& feature) {
+    if (!isFull()) entries_.append(feature.GetNode()->GetName(), feature.ToString());
+}
+
+gcstring describeDevice(INodeMap& nodeMap) {
+    gcstring text = nodeMap.GetDeviceName();
+    auto* const device = dynamic_cast<IDeviceInfo*>(&nodeMap);
+    if (device == nullptr) return text;
+    GENICAM_NAMESPACE::Version_t version = {0, 0, 0};
+    device->GetDeviceVersion(version);
+    text += " = " + device->GetVendorName() + "::" + device->GetModelName();
+    text += " -- " + device->GetToolTip();
+    text += " -- Device version = " + toText(version);
+    text += " -- Product GUID = " + device->GetProductGuid();
+    text += " -- Product version GUID = " + device->GetVersionGuid();
+    return text;
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

@@ -1,0 +1,48 @@
+// Reads the settings of a camera into the entries of a bag.
+#pragma once
+
+#include <string>
+#include <unordered_set>
+
+#include <GenApi/INodeMap.h>
+#include <GenApi/IValue.h>
+#include <GenApi/SelectorSet.h>
+
+#include "genapi/persistence/entrylist.h"
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+// The entries of one store: see CFeatureBag::StoreToBag. Used with the lock of the map held.
+class FeatureStore {
+  public:
+    // No limit if it is negative, no filter if it is null.
+    FeatureStore(EntryList entries, int maxEntries,
+                 const GENICAM_NAMESPACE::gcstring_vector* filter);
+
+    void store(const INodeMap& nodeMap);
+    size_t count() const { return entries_.size() - start_; }
+
+  private:
+    bool isWanted(INode& node) const;
+    bool isFull() const { return hasLimit_ && count() >= limit_; }
+    void storeFeature(IValue& feature);
+    void storeCombinations(IValue& feature, CSelectorSet& selectors);
+    void storeSelectors(CSelectorSet& selectors, size_t first);
+    void append(IValue& feature);
+
+    EntryList entries_;
+    const size_t start_;
+    const bool hasLimit_;
+    const size_t limit_;
+    const bool hasFilter_;
+    std::unordered_set<std::string> filter_;
+    std::unordered_set<const IValue*> storedSelectors_;
+    size_t numCombinations_ = 0;
+};
+
+// What StoreToBag says of a camera.
+GENICAM_NAMESPACE::gcstring describeDevice(INodeMap& nodeMap);
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

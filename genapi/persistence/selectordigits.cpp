@@ -1,0 +1,185 @@
+#include "genapi/persistence/selectordigits.h"
+
+#include <cstdint>
+#include <optional>
+
+#include <GenApi/IEnumEntry.h>
+#include <GenApi/IEnumeration.h>
+#include <GenApi/IInteger.h>
+#include <GenApi/SelectorState.h>
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+using GENICAM_NAMESPACE::gcstring;
+
+namespace {
+
+bool isAccessible(const IBase& node) {
+    const EAccessMode mode = node.GetAccessMode();
+    return IsReadable(mode) && IsWritable(mode);
+}
+
+// A selector with its present value only.
+class FixedDigit : public ISelectorDigit {
+  public:
+    explicit FixedDigit(IValue& selector) : selector_(selector) {}
+
+    bool SetFirst() override { return true; }
+    bool SetNext(bool tick = true) override { return !tick; }
+    void Restore() override {}
+
+    gcstring ToString() override {
+        CSelectorState state;
+        GetState(state);
+        return state.ToString();
+    }
+
+    void GetState(CSelectorState& state) override {
+        if (IsReadable(selector_))
+            state.Append(selector_.GetNode()->GetName(), selector_.ToString());
+    }
+
+    void GetSelectorList(FeatureList_t& selectors, bool incremental = false) override {
+        if (!incremental) selectors.clear();
+        selectors.push_back(&selector_);
+    }
+
+  private:
+    IValue& selector_;
+};
+
+// A selector that runs through values. Which ones there are may depend on the outer selectors, so
+// that is looked up anew with each SetFirst.
+class RunningDigit : public FixedDigit {
+  public:
+    using FixedDigit::FixedDigit;
+
+    bool SetFirst() override {
+        const std::optional<int64_t> value = isAccessible(target()) ? first() : std::nullopt;
+        isRunning_ = value.has_value();
+        if (isRunning_) write(*value);
+        return true;
+    }
+
+    bool SetNext(bool tick = true) override {
+        if (!tick) return true;
+        if (!isRunning_) return false;
+        const std::optional<int64_t> value = next();
+        if (value) write(*value);
+        return value.has_value();
+    }
+
+    void Restore() override {
+        if (former_ && wasWritten_) set(*former_);
+    }
+
+  protected:
+    void remember(int64_t value) { former_ = value; }
+
+    virtual const IBase& target() const = 0;
+    virtual std::optional<int64_t> first() = 0;
+    virtual std::optional<int64_t> next() = 0;
+    virtual void set(int64_t value) = 0;
+
+  private:
+    void write(int64_t value) {
+        wasWritten_ = true;
+        set(value);
+    }
+
+    std::optional<int64_t> former_;
+    bool isRunning_ = false;
+    bool wasWritten_ = false;
+};
+
+class EnumerationDigit final : public RunningDigit {
+  public:
+    explicit EnumerationDigit(IEnumeration& selector) : RunningDigit(selector), target_(selector) {
+        if (!isAccessible(selector)) return;
+        const int64_t value = selector.GetIntValue();
+        if (selector.GetEntry(value) != nullptr) remember(value);
+    }
+
+  private:
+    const IBase& target() const override { return target_; }
+
+    std::optional<int64_t> first() override {
+        target_.GetEntries(entries_);
+        index_ = 0;
+        return next();
+    }
+
+    std::optional<int64_t> next() override {
+        while (index_ < entries_.size()) {
+            auto* const entry = dynamic_cast<IEnumEntry*>(entries_[index_++]);
+            if (IsAvailable(entry)) return entry->GetValue();
+        }
+        return std::nullopt;
+    }
+
+    void set(int64_t value) override { target_.SetIntValue(value); }
+
+    IEnumeration& target_;
+    NodeList_t entries_;
+    size_t index_ = 0;
+};
+
+class IntegerDigit final : public RunningDigit {
+  public:
+    explicit IntegerDigit(IInteger& selector) : RunningDigit(selector), target_(selector) {
+        if (isAccessible(selector)) remember(selector.GetValue());
+    }
+
+  private:
+    const IBase& target() const override { return target_; }
+
+    std::optional<int64_t> first() override {
+        hasList_ = target_.GetIncMode() == listIncrement;
+        if (hasList_) {
+            list_ = target_.GetListOfValidValues();
+            index_ = 0;
+            return nextOfList();
+        }
+        value_ = target_.GetMin();
+        max_ = target_.GetMax();
+        inc_ = target_.GetInc();
+        return value_ <= max_ ? std::optional<int64_t>(value_) : std::nullopt;
+    }
+
+    std::optional<int64_t> next() override {
+        if (hasList_) return nextOfList();
+        // the difference may exceed int64_t, not uint64_t
+        const uint64_t rest = static_cast<uint64_t>(max_) - static_cast<uint64_t>(value_);
+        if (inc_ <= 0 || static_cast<uint64_t>(inc_) > rest) return std::nullopt;
+        return value_ += inc_;
+    }
+
+    std::optional<int64_t> nextOfList() {
+        return index_ < list_.size() ? std::optional<int64_t>(list_[index_++]) : std::nullopt;
+    }
+
+    void set(int64_t value) override { target_.SetValue(value); }
+
+    IInteger& target_;
+    bool hasList_ = false;
+    int64_autovector_t list_;
+    size_t index_ = 0;
+    int64_t value_ = 0;
+    int64_t max_ = 0;
+    int64_t inc_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<ISelectorDigit> makeSelectorDigit(IValue& selector) {
+    const EInterfaceType type = selector.GetNode()->GetPrincipalInterfaceType();
+    if (type == intfIEnumeration)
+        return std::make_unique<EnumerationDigit>(dynamic_cast<IEnumeration&>(selector));
+    if (type == intfIInteger)
+        return std::make_unique<IntegerDigit>(dynamic_cast<IInteger&>(selector));
+    return std::make_unique<FixedDigit>(selector);
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE

@@ -1,0 +1,266 @@
+// Storing the settings of a camera and loading them.
+#include <algorithm>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <GenApi/Persistence.h>
+#include <gmock/gmock.h>
+
+#include "tests/genapi/persistence/camera.h"
+
+using namespace GENAPI_NAMESPACE;
+using GENICAM_NAMESPACE::gcstring_vector;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace {
+
+using test::Camera;
+using Lines = std::vector<std::string>;
+
+gcstring_vector listOf(const Lines& names) {
+    gcstring_vector list;
+    for (const std::string& name : names)
+        list.push_back(name.c_str());
+    return list;
+}
+
+Lines linesOf(const CFeatureBag& bag) {
+    std::stringstream stream;
+    stream << bag;
+    Lines lines;
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+Lines entriesOf(const CFeatureBag& bag) {
+    Lines lines = linesOf(bag);
+    lines.erase(lines.begin(), lines.begin() + 3);
+    for (std::string& line : lines)
+        std::replace(line.begin(), line.end(), '\t', ' ');
+    return lines;
+}
+
+// The entries of the features named.
+Lines stored(Camera& camera, const Lines& names, int maxEntries = -1) {
+    gcstring_vector filter = listOf(names);
+    CFeatureBag bag;
+    const int64_t count = bag.StoreToBag(camera.nodeMap(), maxEntries, &filter);
+    const Lines entries = entriesOf(bag);
+    EXPECT_EQ(count, static_cast<int64_t>(entries.size()));
+    return entries;
+}
+
+// The messages of loading these lines.
+Lines load(Camera& camera, const std::string& lines, bool verify = true) {
+    std::istringstream stream("# " GENAPI_PERSISTENCE_MAGIC "\n" + lines);
+    CFeatureBag bag;
+    stream >> bag;
+    gcstring_vector errors(1, "from before");
+    const bool isGood = bag.LoadFromBag(camera.nodeMap(), verify, &errors);
+    EXPECT_EQ(isGood, errors.empty());
+    EXPECT_EQ(bag.LoadFromBag(camera.nodeMap(), verify), isGood);
+    Lines messages;
+    for (const auto& error : errors)
+        messages.push_back(error.c_str());
+    return messages;
+}
+
+TEST(StoreToBag, TakesWhatCanBeReadAndWrittenAndLoadedAgain) {
+    Camera camera;
+    camera.set("Width", "64");
+    camera.set("Mask", "0x1f");
+    camera.set("Name", "left");
+    camera.set("Ratio", "1.5");
+    const Lines names = {"Width", "Mask", "Name", "Ratio", "Fixed", "Start", "Hidden", "Outside"};
+    EXPECT_THAT(stored(camera, names),
+                ElementsAre("Width 64", "Mask 0x1f", "Name left", "Ratio 1.5"));
+    EXPECT_THAT(stored(camera, {"Ratio", "Nope", "Width"}), ElementsAre("Width 64", "Ratio 1.5"));
+}
+
+TEST(StoreToBag, TellsWhereTheSettingsAreFrom) {
+    Camera camera;
+    gcstring_vector none;
+    CFeatureBag bag;
+    bag.SetInfo("mine");
+    bag.StoreToBag(camera.nodeMap(), -1, &none);
+    EXPECT_EQ(linesOf(bag)[2],
+              "# Cam = Vendor::Model -- Tip -- Device version = 1.2.3 -- Product GUID = P -- "
+              "Product version GUID = G");
+    bag.SetInfo("mine");
+    EXPECT_EQ(linesOf(bag)[2], "# mine");
+}
+
+TEST(StoreToBag, SelectorsGoBeforeTheirFeatureAndBackBehindIt) {
+    Camera camera;
+    for (const char* sel : {"A", "C", "B"}) {
+        camera.set("Sel", sel);
+        camera.set("Gain", sel == std::string("B") ? "20" : "10");
+    }
+    // Sel itself has been stored when its turn comes
+    EXPECT_THAT(stored(camera, {"Gain"}),
+                ElementsAre("Sel A", "Gain 10", "Sel B", "Gain 20", "Sel C", "Gain 10", "Sel B"));
+    EXPECT_THAT(stored(camera, {"Boost"}),
+                ElementsAre("Sel A", "Boost 0", "Sel C", "Boost 0", "Sel B"));
+    EXPECT_EQ(camera.get("Sel"), "B");
+}
+
+TEST(StoreToBag, TheOutermostSelectorIsTheSlowest) {
+    Camera camera;
+    camera.set("Bank", "1");
+    camera.set("LutIndex", "1");
+    camera.set("LutValue", "7");
+    EXPECT_THAT(
+        stored(camera, {"LutValue"}),
+        ElementsAre("Bank 0", "LutIndex 0", "LutValue 0", "LutIndex 1", "LutValue 0", "LutIndex 2",
+                    "LutValue 0", "Bank 1", "LutIndex 0", "LutValue 0", "LutIndex 1", "LutValue 7",
+                    "LutIndex 2", "LutValue 0", "Bank 1", "LutIndex 1"));
+}
+
+TEST(StoreToBag, EachStepWritesTheSelectorAndReadsTheFeature) {
+    Camera camera;
+    camera.set("Bank", "1");
+    camera.port.takeTrace();
+    stored(camera, {"BankValue"});
+    EXPECT_EQ(camera.port.takeTrace(), "W40=0 R44 W40=1 R48 W40=0 W40=1 ");
+}
+
+TEST(StoreToBag, StopsAtTheMaximumAndAppends) {
+    Camera camera;
+    EXPECT_THAT(stored(camera, {"Gain"}, 3), ElementsAre("Sel A", "Gain 0", "Sel B"));
+    EXPECT_THAT(stored(camera, {"Gain"}, 0), IsEmpty());
+    EXPECT_EQ(camera.get("Sel"), "A");
+    EXPECT_EQ(stored(camera, {"HugeValue"}, 100).size(), 100u);
+    EXPECT_EQ(camera.get("HugeIndex"), "0");
+
+    gcstring_vector width = listOf({"Width"});
+    CFeatureBag bag;
+    EXPECT_EQ(bag.StoreToBag(camera.nodeMap(), 1, &width), 1);
+    EXPECT_EQ(bag.StoreToBag(camera.nodeMap(), 1, &width), 1);
+    EXPECT_THAT(entriesOf(bag), ElementsAre("Width 0", "Width 0"));
+}
+
+TEST(StoreToBag, SelectorsWithTooManyCombinationsAreRefused) {
+    Camera camera;
+    camera.set("HugeIndex", "5");
+    EXPECT_THROW(stored(camera, {"HugeValue"}), GENICAM_NAMESPACE::RuntimeException);
+    EXPECT_EQ(camera.get("HugeIndex"), "5");
+}
+
+TEST(StoreToBag, SelectorsThatSelectOneAnotherEnd) {
+    Camera camera;
+    EXPECT_THAT(stored(camera, {"LoopA"}),
+                ElementsAre("LoopB 0", "LoopA 0", "LoopB 1", "LoopA 0", "LoopB 0"));
+}
+
+TEST(StoreToBag, AnErrorOfThePortPassesAndSelectorsGoBack) {
+    Camera camera;
+    camera.set("Sel", "A");
+    camera.port.failing = 108;  // Gain under B
+    gcstring_vector filter = listOf({"Width", "Gain"});
+    CFeatureBag bag;
+    EXPECT_THROW(bag.StoreToBag(camera.nodeMap(), -1, &filter),
+                 GENICAM_NAMESPACE::TimeoutException);
+    EXPECT_THAT(entriesOf(bag), ElementsAre("Width 0", "Sel A", "Gain 0", "Sel B"));
+    EXPECT_EQ(camera.get("Sel"), "A");
+}
+
+TEST(LoadFromBag, BringsBackWhatWasStored) {
+    const Lines names = {"Width", "Name", "LutValue", "Gain", "Boost", "Ratio"};
+    Camera one;
+    one.set("Width", "64");
+    one.set("Name", "left");
+    one.set("Bank", "1");
+    one.set("LutIndex", "2");
+    one.set("LutValue", "7");
+    one.set("Sel", "C");
+    one.set("Gain", "30");
+    const Lines settings = stored(one, names);
+    std::string text;
+    for (std::string line : settings)
+        text += line.replace(line.find(' '), 1, "\t") + "\n";
+    Camera other;
+    EXPECT_THAT(load(other, text), IsEmpty());
+    EXPECT_EQ(stored(other, names), settings);
+    EXPECT_EQ(other.port.memory, one.port.memory);
+}
+
+TEST(LoadFromBag, UnderstandsSelectorsInBraces) {
+    Camera camera;
+    EXPECT_THAT(load(camera, "Gain\t{Sel=B}\t20\nGain\t{Sel=C}\t30\nSel\tA\n"), IsEmpty());
+    EXPECT_THAT(stored(camera, {"Gain"}),
+                ElementsAre("Sel A", "Gain 0", "Sel B", "Gain 20", "Sel C", "Gain 30", "Sel A"));
+}
+
+TEST(LoadFromBag, FailuresAreTold) {
+    Camera camera;
+    EXPECT_THAT(load(camera, "Nope\t1\n"),
+                ElementsAre("Error while writing node: 'Nope' not found "));
+    EXPECT_THAT(load(camera, "Device\t1\nWidth\t5\n"),
+                ElementsAre("Error while writing node: 'Device' not found "));
+    EXPECT_EQ(camera.get("Width"), "5");
+    EXPECT_THAT(load(camera, "Width\tabc\n", false),
+                ElementsAre(StartsWith("Error while writing node 'Width': Node 'Width' : cannot "
+                                       "convert string 'abc' to int.")));
+    EXPECT_THAT(load(camera, "Fixed\t0\n", false),
+                ElementsAre(StartsWith("Error while writing node 'Fixed': ")));
+    EXPECT_THAT(load(camera, "Sel\tNope\nWidth\t\n", false).size(), 2u);
+}
+
+TEST(LoadFromBag, VerificationComparesTexts) {
+    Camera camera;
+    EXPECT_THAT(load(camera, "Width\t0x48\n"),
+                ElementsAre("Error while verifying node 'Width'. Expected '0x48', but found '72'"));
+    EXPECT_THAT(load(camera, "Width\t0x48\n", false), IsEmpty());
+    EXPECT_THAT(load(camera, "Width\t73 \n"),
+                ElementsAre("Error while verifying node 'Width'. Expected '73 ', but found '73'"));
+    // limits count only there
+    EXPECT_THAT(load(camera, "Width\t200\n", false), IsEmpty());
+    EXPECT_THAT(
+        load(camera, "Width\t200\n"),
+        ElementsAre(StartsWith("Error while verifying the value of node 'Width': Value = 200 must "
+                               "be equal or smaller than Max = 100.")));
+    EXPECT_THAT(load(camera, "Width\t200\nWidth\t5\n"),
+                ElementsAre("Error while verifying node 'Width'. Expected '200', but found '5'"));
+}
+
+TEST(LoadFromBag, SelectorsAreWrittenTwiceAndNotCompared) {
+    Camera camera;
+    camera.port.takeTrace();
+    EXPECT_THAT(load(camera, "Bank\t0x1\nBankValue\t9\n"), IsEmpty());
+    EXPECT_EQ(camera.port.takeTrace(), "W40=1 W48=9 W40=1 R48 W40=1 W48=9 W40=1 R48 ");
+    EXPECT_THAT(load(camera, "Bank\t7\n"), IsEmpty());
+}
+
+TEST(CFeatureBag, WithoutAMapNothingIsDone) {
+    CFeatureBag bag;
+    for (const bool isLoad : {false, true}) {
+        try {
+            if (isLoad) {
+                bag.LoadFromBag(nullptr);
+            } else {
+                bag.StoreToBag(nullptr);
+            }
+            FAIL() << isLoad;
+        } catch (const GENICAM_NAMESPACE::InvalidArgumentException& error) {
+            EXPECT_STREQ(error.GetDescription(), "Nodemap pointer is NULL");
+        }
+    }
+}
+
+TEST(CFeatureBag, SingleFeaturesAreTakenDownWithTheirSelectors) {
+    Camera camera;
+    camera.set("Sel", "C");
+    const CValuePtr gain(camera.map._GetNode("Gain"));
+    CSelectorSet selectors(gain);
+    CFeatureBag bag;
+    IPersistScript& script = bag;
+    script.PersistFeature(*gain);
+    script.PersistFeature(*gain, &selectors);
+    EXPECT_THAT(entriesOf(bag), ElementsAre("Gain 0", "Sel C", "Gain 0"));
+}
+
+}  // namespace
