@@ -210,6 +210,42 @@ void findFeatures(const Description& description, std::vector<NodeRecord>& recor
     }
 }
 
+// A category is shown to those who may see something in it: its visibility is the least of those
+// of its features, whatever its own element says.
+void findCategoryVisibility(const Description& description, std::vector<NodeRecord>& records) {
+    struct Membership {
+        NodeId feature, category;
+    };
+    std::vector<Membership> members;
+    for (NodeId id = 0; id < records.size(); ++id) {
+        if (records[id].kind != NodeKind::Category) continue;
+        records[id].visibility = Invisible;
+        for (const Property& property : description.properties(id))
+            if (property.element == Element::pFeature) members.push_back({property.node(), id});
+    }
+    const auto byFeature = [](const Membership& a, const Membership& b) {
+        return a.feature < b.feature;
+    };
+    std::sort(members.begin(), members.end(), byFeature);
+    // From the most visible features upwards, so that each category is settled once.
+    for (std::uint8_t level = Beginner; level < Invisible; ++level) {
+        std::vector<NodeId> open;
+        for (const Membership& member : members)
+            if (records[member.feature].visibility == level) open.push_back(member.feature);
+        while (!open.empty()) {
+            const auto [first, last] = std::equal_range(members.begin(), members.end(),
+                                                        Membership{open.back(), 0}, byFeature);
+            open.pop_back();
+            for (auto member = first; member != last; ++member) {
+                std::uint8_t& visibility = records[member->category].visibility;
+                if (visibility <= level) continue;
+                visibility = level;
+                open.push_back(member->category);
+            }
+        }
+    }
+}
+
 }  // namespace
 
 void linkNodes(const Description& description, LinkTables& links,
@@ -218,6 +254,7 @@ void linkNodes(const Description& description, LinkTables& links,
     findSelectors(description, links);
     findCaching(description, records);
     findCacheableAccess(links, records);
+    findCategoryVisibility(description, records);
     findFeatures(description, records);
     links.invalidated.reset(new std::atomic<const ChangeSet*>[records.size()]());
     links.written.reset(new std::atomic<const ChangeSet*>[records.size()]());

@@ -96,7 +96,8 @@ void Node::requireReadable() {
 
 void Node::requireWritable(bool verify) {
     // What can never be written is not worth asking the device about.
-    if (!IsWritable(Combine(declaredAccessMode(), static_cast<EAccessMode>(record().imposedAccess))))
+    if (!IsWritable(
+            Combine(declaredAccessMode(), static_cast<EAccessMode>(record().imposedAccess))))
         throw NODE_ERROR(AccessException, *this)("Node is not writable.");
     if (!IsWritable(verify ? accessMode() : relaxedAccessMode()))
         throw NODE_ERROR(AccessException, *this)("Node is not writable.");

@@ -111,8 +111,8 @@ void EnumerationNode::setInt(std::int64_t value, bool verify) {
 void EnumerationNode::write(EnumEntryNode& target, bool verify) {
     const EAccessMode mode = target.accessMode();
     if (verify ? !IsAvailable(mode) : !IsImplemented(mode))
-        throw NODE_ERROR(AccessException, *this)(
-            "Failed to write enumeration value. Enum entry is not writable");
+        throw NODE_ERROR(AccessException,
+                         *this)("Failed to write enumeration value. Enum entry is not writable");
     {
         const Nesting nesting(*this);
         source_.write(target.data().value, verify);

@@ -136,8 +136,6 @@ class Node : public INode, public ISelector, public IUserData {
     // The mode that the description gives to the node itself, whatever the device says.
     virtual EAccessMode declaredAccessMode() const;
 
-    // The visibility with what the application has imposed.
-    EVisibility imposed(EVisibility own) const;
     void requireReadable();
     void requireWritable(bool verify);
     // RuntimeException when one of the error nodes (pError) tells of an error.

@@ -54,6 +54,13 @@ std::int64_t RegisterCore::address() {
     return static_cast<std::int64_t>(sum);
 }
 
+void RegisterCore::verifyAddress() {
+    const auto parts = NodeTables::slice(owner_.description().tables().addressParts, data_.address);
+    for (const AddressPart& part : parts)
+        for (const Setting<std::int64_t>* setting : {&part.base, &part.step})
+            if (setting->isNode()) owner_.node(setting->node).getInt({true, false});
+}
+
 // A negative address counts from the end of what the port holds: chunks have their trailers there.
 std::int64_t RegisterCore::fromEnd(std::int64_t address) {
     std::uint8_t bytes[kPortSizeLength];
