@@ -122,6 +122,7 @@ EAccessMode CChunkPort::GetAccessMode() const {
 
 void CChunkPort::Read(void* pBuffer, int64_t Address, int64_t Length) {
     if (!m_HasChunk) throw ACCESS_EXCEPTION("CChunkPort : No chunk is attached");
+    if (Engine::readPortSize(pBuffer, Address, Length, m_Length)) return;
     Engine::checkByteRange("CChunkPort", Address, Length, 0, m_Length);
     if (Length > 0) std::memcpy(pBuffer, m_pChunk + Address, static_cast<size_t>(Length));
 }

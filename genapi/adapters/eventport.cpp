@@ -69,6 +69,7 @@ EAccessMode CEventPort::GetAccessMode() const {
 
 void CEventPort::Read(void* pBuffer, int64_t Address, int64_t Length) {
     if (!m_HasEvent) throw ACCESS_EXCEPTION("CEventPort : No event was delivered");
+    if (Engine::readPortSize(pBuffer, Address, Length, static_cast<int64_t>(m_Data.size()))) return;
     Engine::checkByteRange("CEventPort", Address, Length, 0, static_cast<int64_t>(m_Data.size()));
     if (Length > 0) std::memcpy(pBuffer, m_Data.data() + Address, static_cast<size_t>(Length));
 }

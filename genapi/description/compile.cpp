@@ -653,6 +653,9 @@ ConverterData Compiler::converter() {
             case Element::pValue:
                 data.value = integer ? integerLike(property.node()) : floatLike(property.node());
                 break;
+            case Element::IsLinear:
+                data.isLinear = is(property, "Yes");
+                break;
             case Element::Slope:
                 data.slope = is(property, "Increasing")   ? Increasing
                              : is(property, "Decreasing") ? Decreasing

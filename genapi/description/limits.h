@@ -39,5 +39,9 @@ constexpr std::size_t kMaxProperties = 2000000;
 // the size of the XML.
 constexpr std::size_t kMaxPoolSize = 64u << 20;
 
+// Node numbers in all change sets of a description. They are made when needed; all those of the
+// largest descriptions together have 50000, but in a chain of nodes the square of its length.
+constexpr std::size_t kMaxChangeSetSize = 4u << 20;
+
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

@@ -1,109 +1,82 @@
+// The links that are computed once, when a description is loaded.
 #include "genapi/description/links.h"
 
 #include <algorithm>
+#include <string>
 
 #include <Base/GCException.h>
 #include <GenApi/INode.h>
+
+#include "genapi/description/linkrules.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 namespace {
 
-// Elements through which a node's value, limits, address or access mode rest on another node.
-bool isRead(Element element) {
-    switch (element) {
-        case Element::pError:
-        case Element::pAlias:
-        case Element::pCastAlias:
-        case Element::pInvalidator:
-        case Element::pSelected:
-        case Element::pValueCopy:
-        case Element::pBlockPolling:
-        case Element::pConvertTo:
-            return false;
-        default:
-            return isLink(element);
-    }
+// Calls action(node, property) for each link element of the description.
+template <typename Action>
+void eachLink(const Description& description, Action action) {
+    const auto count = static_cast<NodeId>(description.nodeCount());
+    for (NodeId id = 0; id < count; ++id)
+        for (const Property& property : description.properties(id))
+            if (isLink(property.element)) action(id, property);
 }
 
-bool invalidates(Element element) {
-    return isRead(element) || element == Element::pInvalidator;
-}
-
-// Elements that a written value passes on to.
-bool isWritten(Element element) {
-    switch (element) {
-        case Element::pValue:
-        case Element::pValueCopy:
-        case Element::pValueIndexed:
-        case Element::pValueDefault:
-            return true;
-        default:
-            return false;
-    }
-}
-
-void addUnique(std::vector<NodeId>& list, NodeId id) {
-    if (std::find(list.begin(), list.end(), id) == list.end()) list.push_back(id);
-}
-
-template <typename Predicate>
-std::vector<NodeId> targets(const Description& description, NodeId id, Predicate predicate) {
-    std::vector<NodeId> found;
-    for (const Property& property : description.properties(id))
-        if (isLink(property.element) && predicate(property.element))
-            addUnique(found, property.node());
-    return found;
-}
-
-template <typename Follow>
-std::vector<NodeId> closure(std::vector<NodeId> start, Follow follow) {
-    std::vector<NodeId> reached = std::move(start);
-    for (std::size_t i = 0; i < reached.size(); ++i)
-        follow(reached[i], reached);
-    return reached;
-}
-
-Slice<NodeId> sourcesOf(const Description& description, NodeId id) {
-    const LinkTables& links = description.links();
-    return {links.sources.data() + links.starts[id], links.starts[id + 1] - links.starts[id]};
-}
-
-ChangeSet dependents(const Description& description, std::vector<NodeId> start) {
-    std::vector<bool> seen(description.nodeCount());
-    std::vector<NodeId> reached;
-    const auto add = [&](NodeId id) {
-        if (!seen[id]) {
-            seen[id] = true;
-            reached.push_back(id);
-        }
+void findSources(const Description& description, LinkTables& links) {
+    const std::size_t count = description.nodeCount();
+    std::vector<std::uint32_t>& starts = links.starts;
+    std::vector<std::uint32_t>& parentEnds = links.parentEnds;
+    starts.assign(count + 1, 0);
+    parentEnds.assign(count, 0);
+    // action(node, what is invalidated with it, whether that is a parent)
+    const auto each = [&](auto action) {
+        eachLink(description, [&](NodeId id, const Property& property) {
+            const NodeKind kind = description.record(id).kind;
+            if (property.element == Element::pSelected)
+                action(id, property.node(), false);
+            else if (invalidates(kind, property.element))
+                action(property.node(), id, isParent(kind, property.element));
+        });
     };
-    for (const NodeId id : start)
-        add(id);
-    for (std::size_t i = 0; i < reached.size(); ++i)
-        for (const NodeId source : sourcesOf(description, reached[i]))
-            add(source);
-    std::sort(reached.begin(), reached.end());
-    return reached;
+    each([&](NodeId node, NodeId, bool parent) {
+        ++starts[node + 1];
+        if (parent) ++parentEnds[node];
+    });
+    std::vector<std::uint32_t> otherEnds(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        starts[i + 1] += starts[i];
+        otherEnds[i] = starts[i] + parentEnds[i];
+        parentEnds[i] = starts[i];
+    }
+    links.sources.resize(starts[count]);
+    each([&](NodeId node, NodeId source, bool parent) {
+        links.sources[(parent ? parentEnds : otherEnds)[node]++] = source;
+    });
 }
 
-// Elements through which the value itself is read.
-bool carriesValue(Element element) {
+void findSelectors(const Description& description, LinkTables& links) {
+    eachLink(description, [&](NodeId id, const Property& property) {
+        if (property.element == Element::pSelected)
+            links.selectors.emplace_back(property.node(), id);
+    });
+    std::sort(links.selectors.begin(), links.selectors.end());
+}
+
+// Elements on which the value or its place rests.
+bool carriesValue(NodeKind kind, Element element) {
     switch (element) {
-        case Element::pValue:
-        case Element::pValueCopy:
-        case Element::pIndex:
-        case Element::pValueIndexed:
-        case Element::pValueDefault:
         case Element::pVariable:
+        case Element::pExpression:
+            return !isConverter(kind);
+        case Element::pIndex:
         case Element::pAddress:
         case Element::IntSwissKnife:
         case Element::pOffset:
         case Element::pLength:
             return true;
         default:
-            return false;
+            return writes(element);
     }
 }
 
@@ -111,30 +84,47 @@ bool carriesLimit(Element element) {
     return element == Element::pMin || element == Element::pMax || element == Element::pInc;
 }
 
-bool isCondition(Element element) {
-    return element == Element::pIsImplemented || element == Element::pIsAvailable ||
-           element == Element::pIsLocked;
+// A node on the way down to what nodes rest on, and its property that is looked at next.
+struct Step {
+    NodeId node;
+    std::uint32_t next;
+};
+using Path = std::vector<Step>;
+
+Element elementOf(const Description& description, const Step& step) {
+    return description.properties(step.node)[step.next - 1].element;
 }
 
-// The nodes so that each comes after those that it links to by the elements that the predicate
-// takes; without recursion, because chains may be long. Each way back into the path that is being
-// walked is given to onCycle, and not followed.
-template <typename Predicate, typename OnCycle>
-std::vector<NodeId> targetsFirst(const Description& description, Predicate predicate,
-                                 OnCycle onCycle) {
-    struct Step {
-        NodeId node;
-        std::uint32_t next;  // property to look at
-    };
+[[noreturn]] void throwCycle(const Description& description, const Path& path, NodeId back) {
+    const auto first = std::find_if(path.begin(), path.end(),
+                                    [back](const Step& step) { return step.node == back; });
+    const bool isValueCycle = std::all_of(
+        first, path.end(), [&](const Step& step) { return writes(elementOf(description, step)); });
+    if (isValueCycle)
+        throw RUNTIME_EXCEPTION("WARNING: PropagateTerminals cycle detected in node = '%s'\n",
+                                description.name(back).data());
+    constexpr std::size_t kLongest = 500;
+    std::string names;
+    for (auto step = first; step != path.end() && names.size() < kLongest; ++step)
+        names.append(description.name(step->node)).append(" -> ");
+    names.append(description.name(back));
+    throw RUNTIME_EXCEPTION("ERROR : read cycle detected : %s", names.c_str());
+}
+
+// The nodes so that each comes after those that its value and limits rest on. Without recursion:
+// chains may be long.
+std::vector<NodeId> targetsFirst(const Description& description) {
     enum : std::uint8_t { kNew, kOpen, kDone };
     std::vector<std::uint8_t> state(description.nodeCount(), kNew);
     std::vector<NodeId> order;
     order.reserve(description.nodeCount());
-    std::vector<Step> path;
+    Path path;
+    const auto enter = [&](NodeId node) {
+        state[node] = kOpen;
+        path.push_back({node, 0});
+    };
     for (NodeId start = 0; start < description.nodeCount(); ++start) {
-        if (state[start] != kNew) continue;
-        state[start] = kOpen;
-        path.push_back({start, 0});
+        if (state[start] == kNew) enter(start);
         while (!path.empty()) {
             const NodeId node = path.back().node;
             const Slice<Property> properties = description.properties(node);
@@ -145,121 +135,114 @@ std::vector<NodeId> targetsFirst(const Description& description, Predicate predi
                 continue;
             }
             const Property& property = properties[path.back().next++];
-            if (!isLink(property.element) || !predicate(property.element)) continue;
-            const NodeId target = property.node();
-            if (state[target] == kNew) {
-                state[target] = kOpen;
-                path.push_back({target, 0});
-            } else if (state[target] == kOpen) {
-                onCycle(path, target);
-            }
+            if (!carriesValue(description.record(node).kind, property.element) &&
+                !carriesLimit(property.element))
+                continue;
+            if (state[property.node()] == kNew)
+                enter(property.node());
+            else if (state[property.node()] == kOpen)
+                throwCycle(description, path, property.node());
         }
     }
     return order;
 }
 
-// Whether every step of a cycle goes through pValue.
-template <typename Path>
-bool isValueChain(const Description& description, const Path& path, std::size_t first) {
-    for (std::size_t i = first; i < path.size(); ++i)
-        if (description.properties(path[i].node)[path[i].next - 1].element != Element::pValue)
-            return false;
-    return true;
-}
-
-template <typename Path>
-[[noreturn]] void throwCycle(const Description& description, const Path& path, NodeId back) {
-    std::size_t first = 0;
-    while (path[first].node != back)
-        ++first;
-    if (isValueChain(description, path, first))
-        throw RUNTIME_EXCEPTION("WARNING: PropagateTerminals cycle detected in node = '%s'\n",
-                                description.name(back).data());
-    std::string text;
-    for (std::size_t i = first; i < path.size() && text.size() < 500; ++i)
-        text += std::string(description.name(path[i].node)) + " -> ";
-    text += description.name(back);
-    throw RUNTIME_EXCEPTION("ERROR : read cycle detected : %s", text.c_str());
-}
-
-// The caching mode that a node has without those it reads.
+// The caching mode that a node has without those that it rests on.
 ECachingMode ownCaching(const Description& description, NodeId id) {
     const std::string_view text = description.text(id, Element::Cachable);
     if (text == "NoCache") return NoCache;
     switch (description.record(id).kind) {
-        // What is written may read back differently.
+        // What is written to them may read back differently: they round.
+        case NodeKind::Float:
+        case NodeKind::FloatReg:
         case NodeKind::SwissKnife:
         case NodeKind::Converter:
         case NodeKind::IntConverter:
-        case NodeKind::FloatReg:
             return WriteAround;
-        case NodeKind::Float:
-            return description.find(id, Element::pValue) ? WriteThrough : WriteAround;
         default:
             return text == "WriteAround" ? WriteAround : WriteThrough;
     }
 }
 
+// A node takes on the modes of the nodes that it writes to. Of the others that its value rests on
+// it matters only whether they may be cached.
 void findCaching(const Description& description, std::vector<NodeRecord>& records) {
-    const auto order = targetsFirst(
-        description, [](Element e) { return carriesValue(e) || carriesLimit(e); },
-        [&](const auto& path, NodeId back) { throwCycle(description, path, back); });
-    for (const NodeId id : order) {
+    for (const NodeId id : targetsFirst(description)) {
         ECachingMode mode = ownCaching(description, id);
-        for (const Property& property : description.properties(id))
-            if (isLink(property.element) && carriesValue(property.element))
-                mode = Combine(mode, static_cast<ECachingMode>(records[property.node()].caching));
-        // An integer formula cannot be written, so that it matters only whether it may be cached.
-        if (records[id].kind == NodeKind::IntSwissKnife && mode == WriteAround) mode = WriteThrough;
+        for (const Property& property : description.properties(id)) {
+            if (!carriesValue(records[id].kind, property.element)) continue;
+            const auto other = static_cast<ECachingMode>(records[property.node()].caching);
+            if (writes(property.element) || other == NoCache) mode = Combine(mode, other);
+        }
         records[id].caching = static_cast<std::uint8_t>(mode);
     }
 }
 
-void findCacheableAccess(const Description& description, std::vector<NodeRecord>& records) {
-    const auto order = targetsFirst(description, isRead, [](const auto&, NodeId) {});
-    for (const NodeId id : order) {
-        bool cacheable = true;
-        for (const Property& property : description.properties(id)) {
-            if (!isLink(property.element) || !isRead(property.element)) continue;
-            const NodeRecord& target = records[property.node()];
-            if (target.accessCacheable == No ||
-                (isCondition(property.element) && target.caching == NoCache))
-                cacheable = false;
-        }
-        records[id].accessCacheable = cacheable ? Yes : No;
-    }
-}
-
-void findParents(const Description& description, LinkTables& links) {
-    const std::size_t count = description.nodeCount();
-    links.starts.assign(count + 1, 0);
-    const auto each = [&](auto action) {
-        for (NodeId id = 0; id < count; ++id)
-            for (const Property& property : description.properties(id))
-                if (isLink(property.element) && invalidates(property.element))
-                    action(id, property.node());
+// An access mode may not be kept where a condition may not, nor where it rests on such a mode.
+void findCacheableAccess(const LinkTables& links, std::vector<NodeRecord>& records) {
+    const auto isVolatile = [&](NodeId condition) {
+        return condition != kNoNode && records[condition].caching == NoCache;
     };
-    each([&](NodeId, NodeId target) { ++links.starts[target + 1]; });
-    for (std::size_t i = 0; i < count; ++i)
-        links.starts[i + 1] += links.starts[i];
-    links.sources.resize(links.starts[count]);
-    std::vector<std::uint32_t> next(links.starts.begin(), links.starts.end() - 1);
-    each([&](NodeId source, NodeId target) { links.sources[next[target]++] = source; });
+    std::vector<NodeId> found;
+    const auto add = [&](NodeId id) {
+        if (records[id].accessCacheable == No) return;
+        records[id].accessCacheable = No;
+        found.push_back(id);
+    };
+    for (NodeId id = 0; id < records.size(); ++id)
+        if (isVolatile(records[id].isImplemented) || isVolatile(records[id].isAvailable) ||
+            isVolatile(records[id].isLocked))
+            add(id);
+    for (std::size_t i = 0; i < found.size(); ++i)
+        for (const NodeId parent : links.parents(found[i]))
+            add(parent);
 }
 
 void findFeatures(const Description& description, std::vector<NodeRecord>& records) {
     const NodeId root = description.find("Root");
     if (root == kNoNode || records[root].kind != NodeKind::Category) return;
-    std::vector<NodeId> open{root};
-    records[root].feature = true;
-    while (!open.empty()) {
-        const NodeId id = open.back();
-        open.pop_back();
+    NodeCollection features(description);
+    features.add(root);
+    for (std::size_t i = 0; i < features.size(); ++i) {
+        records[features[i]].feature = true;
+        addTargets(
+            description, features[i], [](Element e) { return e == Element::pFeature; }, features);
+    }
+}
+
+// A category is shown to those who may see something in it: its visibility is the least of those
+// of its features, whatever its own element says.
+void findCategoryVisibility(const Description& description, std::vector<NodeRecord>& records) {
+    struct Membership {
+        NodeId feature, category;
+    };
+    std::vector<Membership> members;
+    for (NodeId id = 0; id < records.size(); ++id) {
+        if (records[id].kind != NodeKind::Category) continue;
+        records[id].visibility = Invisible;
         for (const Property& property : description.properties(id))
-            if (property.element == Element::pFeature && !records[property.node()].feature) {
-                records[property.node()].feature = true;
-                open.push_back(property.node());
+            if (property.element == Element::pFeature) members.push_back({property.node(), id});
+    }
+    const auto byFeature = [](const Membership& a, const Membership& b) {
+        return a.feature < b.feature;
+    };
+    std::sort(members.begin(), members.end(), byFeature);
+    // From the most visible features upwards, so that each category is settled once.
+    for (std::uint8_t level = Beginner; level < Invisible; ++level) {
+        std::vector<NodeId> open;
+        for (const Membership& member : members)
+            if (records[member.feature].visibility == level) open.push_back(member.feature);
+        while (!open.empty()) {
+            const auto [first, last] = std::equal_range(members.begin(), members.end(),
+                                                        Membership{open.back(), 0}, byFeature);
+            open.pop_back();
+            for (auto member = first; member != last; ++member) {
+                std::uint8_t& visibility = records[member->category].visibility;
+                if (visibility <= level) continue;
+                visibility = level;
+                open.push_back(member->category);
             }
+        }
     }
 }
 
@@ -267,84 +250,14 @@ void findFeatures(const Description& description, std::vector<NodeRecord>& recor
 
 void linkNodes(const Description& description, LinkTables& links,
                std::vector<NodeRecord>& records) {
+    findSources(description, links);
+    findSelectors(description, links);
     findCaching(description, records);
-    findCacheableAccess(description, records);
-    findParents(description, links);
+    findCacheableAccess(links, records);
+    findCategoryVisibility(description, records);
     findFeatures(description, records);
     links.invalidated.reset(new std::atomic<const ChangeSet*>[records.size()]());
     links.written.reset(new std::atomic<const ChangeSet*>[records.size()]());
-}
-
-std::vector<NodeId> children(const Description& description, NodeId id, ELinkType type) {
-    switch (type) {
-        case ctReadingChildren:
-            return targets(description, id, isRead);
-        case ctInvalidatingChildren:
-            return targets(description, id, invalidates);
-        case ctWritingChildren:
-            return targets(description, id, isWritten);
-        case ctParentNodes:
-            return parents(description, id);
-        case ctDependingNodes: {
-            std::vector<NodeId> found = dependents(description, {id});
-            found.erase(std::remove(found.begin(), found.end(), id), found.end());
-            return found;
-        }
-        default:
-            return {};
-    }
-}
-
-std::vector<NodeId> parents(const Description& description, NodeId id) {
-    const auto sources = sourcesOf(description, id);
-    std::vector<NodeId> found;
-    for (const NodeId source : sources)
-        addUnique(found, source);
-    return found;
-}
-
-std::vector<NodeId> selectedFeatures(const Description& description, NodeId id) {
-    return targets(description, id, [](Element e) { return e == Element::pSelected; });
-}
-
-std::vector<NodeId> selectingFeatures(const Description& description, NodeId id) {
-    std::vector<NodeId> found;
-    for (NodeId other = 0; other < description.nodeCount(); ++other)
-        for (const Property& property : description.properties(other))
-            if (property.element == Element::pSelected && property.node() == id)
-                found.push_back(other);
-    return found;
-}
-
-namespace {
-
-const ChangeSet& cachedSet(const LinkTables& links, std::atomic<const ChangeSet*>& slot,
-                           const Description& description, std::vector<NodeId> start) {
-    auto made = std::make_unique<const ChangeSet>(dependents(description, std::move(start)));
-    const std::lock_guard<std::mutex> lock(links.mutex);
-    if (const ChangeSet* known = slot.load(std::memory_order_acquire)) return *known;
-    links.sets.push_back(std::move(made));
-    slot.store(links.sets.back().get(), std::memory_order_release);
-    return *links.sets.back();
-}
-
-}  // namespace
-
-const ChangeSet& invalidatedBy(const Description& description, NodeId id) {
-    const LinkTables& links = description.links();
-    if (const ChangeSet* known = links.invalidated[id].load(std::memory_order_acquire))
-        return *known;
-    return cachedSet(links, links.invalidated[id], description, {id});
-}
-
-const ChangeSet& changedByWriteTo(const Description& description, NodeId id) {
-    const LinkTables& links = description.links();
-    if (const ChangeSet* known = links.written[id].load(std::memory_order_acquire)) return *known;
-    std::vector<NodeId> chain = closure({id}, [&](NodeId node, std::vector<NodeId>& reached) {
-        for (const NodeId target : targets(description, node, isWritten))
-            addUnique(reached, target);
-    });
-    return cachedSet(links, links.written[id], description, std::move(chain));
 }
 
 }  // namespace Engine

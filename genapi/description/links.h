@@ -1,11 +1,13 @@
-// Who depends on whom in a description: reverse links, the link queries of INode, the features
+// Who depends on whom in a description: the link queries of INode and ISelector, the features
 // below "Root", effective caching modes, cycles, and the sets of nodes that a change touches.
+// linkrules.h says what counts as which link.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 #include "genapi/description/description.h"
@@ -14,34 +16,50 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 struct LinkTables {
-    // compressed rows: the nodes that name node n are sources[starts[n] .. starts[n + 1])
-    std::vector<std::uint32_t> starts;
+    // Compressed rows: sources[starts[n] .. starts[n + 1]) are invalidated with node n. Up to
+    // parentEnds[n] they are its parents; the same node may occur several times.
+    std::vector<std::uint32_t> starts, parentEnds;
     std::vector<NodeId> sources;
-    // change sets made so far, by node; null until first asked for
+    // Sorted pairs of a node and a selector that names it in pSelected.
+    std::vector<std::pair<NodeId, NodeId>> selectors;
+
+    // Change sets made so far, by node; null until first asked for.
     std::unique_ptr<std::atomic<const ChangeSet*>[]> invalidated;
     std::unique_ptr<std::atomic<const ChangeSet*>[]> written;
     mutable std::mutex mutex;  // held while a set is made
     mutable std::vector<std::unique_ptr<const ChangeSet>> sets;
+    mutable std::size_t setSize = 0;                    // nodes in all sets
+    mutable std::unique_ptr<const ChangeSet> allNodes;  // once sets would need too much memory
+
+    Slice<NodeId> invalidatedWith(NodeId id) const {
+        return {sources.data() + starts[id], starts[id + 1] - starts[id]};
+    }
+    Slice<NodeId> parents(NodeId id) const {
+        return {sources.data() + starts[id], parentEnds[id] - starts[id]};
+    }
 };
 
 // Computes the link tables and completes the records: feature, caching, accessCacheable.
-// Throws RuntimeException for cycles.
+// Throws RuntimeException where a value or a limit rests on itself. Conditions and categories may
+// go in circles.
 void linkNodes(const Description& description, LinkTables& links, std::vector<NodeRecord>& records);
 
-// INode::GetChildren and GetParents, in the order in which they are reported.
+// INode::GetChildren and GetParents; no node occurs twice.
 std::vector<NodeId> children(const Description& description, NodeId id, ELinkType type);
 std::vector<NodeId> parents(const Description& description, NodeId id);
 
-// ISelector: the direct targets of pSelected, and the nodes that name this one in pSelected.
+// ISelector: what a selector selects, directly and then through the nodes that read it; and the
+// selectors of a node, those that name it and then those that reach it.
 std::vector<NodeId> selectedFeatures(const Description& description, NodeId id);
 std::vector<NodeId> selectingFeatures(const Description& description, NodeId id);
 
 // The node and everything that must be recomputed when it changes. Thread-safe; the set lives as
-// long as the description.
+// long as the description. A description that would need more memory for its sets than any in use
+// gets the set of all nodes.
 const ChangeSet& invalidatedBy(const Description& description, NodeId id);
 
 // What a successful write to the node changes: the node, the nodes below it down to the register
-// or constant that takes the value, and everything that depends on these.
+// or constant that takes the value, and everything that depends on these. As invalidatedBy.
 const ChangeSet& changedByWriteTo(const Description& description, NodeId id);
 
 }  // namespace Engine

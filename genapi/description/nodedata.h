@@ -147,6 +147,7 @@ struct ConverterData {
     std::uint32_t formulaTo = 0, formulaFrom = 0;  // in NodeTables::formulas
     NodeId value = kNoNode;
     std::uint8_t slope = Automatic;
+    bool isLinear = false;
     Presentation presentation;
 };
 

@@ -31,6 +31,15 @@ EAccessMode Node::accessMode() {
     return mode;
 }
 
+// A node that is not implemented stays so, whatever its other conditions say, as long as the
+// condition that says so may be cached.
+bool Node::restsOnImplementedOnly(EAccessMode mode) const {
+    const NodeId condition = record().isImplemented;
+    if (mode != NI || condition == kNoNode) return false;
+    const NodeRecord& source = description().record(condition);
+    return source.caching != NoCache && source.accessCacheable == Yes;
+}
+
 EAccessMode Node::relaxedAccessMode() {
     const Nesting nesting(*this);
     return computeAccessMode(true);
@@ -76,12 +85,20 @@ EAccessMode Node::sourceAccessMode(bool) {
     return RW;
 }
 
+EAccessMode Node::declaredAccessMode() const {
+    return RW;
+}
+
 void Node::requireReadable() {
     if (!IsReadable(accessMode()))
         throw NODE_ERROR(AccessException, *this)("Node is not readable.");
 }
 
 void Node::requireWritable(bool verify) {
+    // What can never be written is not worth asking the device about.
+    if (!IsWritable(
+            Combine(declaredAccessMode(), static_cast<EAccessMode>(record().imposedAccess))))
+        throw NODE_ERROR(AccessException, *this)("Node is not writable.");
     if (!IsWritable(verify ? accessMode() : relaxedAccessMode()))
         throw NODE_ERROR(AccessException, *this)("Node is not writable.");
 }

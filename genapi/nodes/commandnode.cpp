@@ -33,7 +33,6 @@ void CommandNode::execute(bool verify) {
         value_.write(command, verify);
     }
     setRunning(value_.isNode());
-    if (verify) checkErrorNodes();
 }
 
 void CommandNode::Execute(bool verify) {
@@ -59,9 +58,9 @@ bool CommandNode::IsDone(bool verify) {
         const Entry entry(*this, "IsDone");
         if (!IsImplemented(accessMode()))
             throw NODE_ERROR(AccessException, *this)("Node is not implemented.");
+        if (verify && !isRunning()) checkErrorNodes();
         finished = checkDone();
         done = !isRunning() || !IsReadable(value_.accessMode(false));
-        if (verify) checkErrorNodes();
     }
     if (finished)
         modify("IsDone",
@@ -69,11 +68,12 @@ bool CommandNode::IsDone(bool verify) {
     return done;
 }
 
-gcstring CommandNode::ToString(bool, bool) {
+gcstring CommandNode::ToString(bool verify, bool) {
     const Entry entry(*this, "ToString");
     // A locked command still tells whether it runs.
     if (!IsReadable(relaxedAccessMode()))
         throw NODE_ERROR(AccessException, *this)("Node is not readable");
+    if (verify) checkErrorNodes();
     return isRunning() ? "1" : "0";
 }
 

@@ -105,15 +105,20 @@ void EnumerationNode::setInt(std::int64_t value, bool verify) {
     requireWritable(verify);
     EnumEntryNode* target = entryOf(value);
     if (!target) throwNoEntry(std::to_string(value));
-    if (verify && !IsAvailable(target->accessMode()))
+    write(*target, verify);
+}
+
+void EnumerationNode::write(EnumEntryNode& target, bool verify) {
+    const EAccessMode mode = target.accessMode();
+    if (verify ? !IsAvailable(mode) : !IsImplemented(mode))
         throw NODE_ERROR(AccessException,
                          *this)("Failed to write enumeration value. Enum entry is not writable");
     {
         const Nesting nesting(*this);
-        source_.write(value, verify);
+        source_.write(target.data().value, verify);
     }
-    value_ = value;
-    if (target->data().selfClearing) map().flagsOf(id()) |= NodeMap::kActive;
+    value_ = target.data().value;
+    if (target.data().selfClearing) map().flagsOf(id()) |= NodeMap::kActive;
     if (source_.isNode()) valueWasWritten();
     if (verify) checkErrorNodes();
 }
@@ -162,9 +167,9 @@ gcstring EnumerationNode::ToString(bool verify, bool ignoreCache) {
 void EnumerationNode::FromString(const gcstring& text, bool verify) {
     modify("FromString", [&]() -> const ChangeSet& {
         requireWritable(verify);
-        const EnumEntryNode* target = entryOf(std::string_view(text.c_str(), text.length()));
+        EnumEntryNode* target = entryOf(std::string_view(text.c_str(), text.length()));
         if (!target) throwNoEntry(text.c_str());
-        setInt(target->data().value, verify);
+        write(*target, verify);
         return changedByWriteTo(description(), id());
     });
 }

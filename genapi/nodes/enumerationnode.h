@@ -76,6 +76,7 @@ class EnumerationNode final : public Node, public IEnumeration {
   private:
     EAccessMode entriesAccessMode() const;
     void verifyEntry(EnumEntryNode& current);
+    void write(EnumEntryNode& target, bool verify);
     Slice<NodeId> entries() const;
     EnumEntryNode& entry(NodeId id) const;
     [[noreturn]] void throwNoEntry(const std::string& value) const;

@@ -31,11 +31,12 @@ double FloatBase::getFloat(ReadOptions options) {
     if (!isValueCached() || options.ignoreCache || (options.verify && restsOnNodes())) {
         const Nesting nesting(*this);
         value_ = readValue(options);
-        if (mayCache()) valueWasRead(options);
+        valueWasRead(options);
     }
     const double value = value_;
     if (options.verify) {
-        checkRange(value);
+        checkMax(value);
+        checkMin(value);
         checkErrorNodes();
     }
     return value;
@@ -43,21 +44,27 @@ double FloatBase::getFloat(ReadOptions options) {
 
 void FloatBase::setFloat(double value, bool verify) {
     requireWritable(verify);
-    if (verify) checkRange(value);
+    if (verify) {
+        checkMin(value);
+        checkMax(value);
+    }
     {
         const Nesting nesting(*this);
         writeValue(value, verify);
     }
     value_ = value;
-    if (mayCache()) valueWasWritten();
+    valueWasWritten();
     if (verify) checkErrorNodes();
 }
 
-void FloatBase::checkRange(double value) {
+void FloatBase::checkMin(double value) {
     const double min = minFloat();
     if (value < min)
         throw NODE_ERROR(OutOfRangeException, *this)("Value %f must be greater than or equal %f.",
                                                      value, min);
+}
+
+void FloatBase::checkMax(double value) {
     const double max = maxFloat();
     if (value > max)
         throw NODE_ERROR(OutOfRangeException, *this)("Value %f must be smaller than or equal %f.",
@@ -130,7 +137,7 @@ void FloatBase::FromString(const gcstring& text, bool verify) {
 
 bool FloatBase::IsValueCacheValid() const {
     const Entry entry(*this, "IsValueCacheValid");
-    return !mayCache() || isValueCached();
+    return isValueCached();
 }
 
 void FloatBase::SetValue(double value, bool verify) {

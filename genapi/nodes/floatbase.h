@@ -58,8 +58,6 @@ class FloatBase : public Node, public IFloat {
     virtual void writeValue(double value, bool verify) = 0;
     virtual double ownMin() = 0;
     virtual double ownMax() = 0;
-    // Whether there is something to cache; constants are never cached.
-    virtual bool mayCache() const { return true; }
     // Whether a verified read must verify the nodes below, too.
     virtual bool restsOnNodes() const { return true; }
 
@@ -72,7 +70,8 @@ class FloatBase : public Node, public IFloat {
     Presentation shown() const;
     std::string textInRange(double value);
     Limits& imposed();
-    void checkRange(double value);
+    void checkMin(double value);
+    void checkMax(double value);
 
     double value_ = 0;
     std::unique_ptr<Limits> imposed_;  // limits set by the application, which few nodes have

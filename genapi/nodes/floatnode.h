@@ -23,7 +23,6 @@ class FloatNode final : public FloatBase {
     void writeValue(double value, bool verify) override { source_.write(value, verify); }
     double ownMin() override { return source_.min(); }
     double ownMax() override { return source_.max(); }
-    bool mayCache() const override { return source_.isNode(); }
     EAccessMode sourceAccessMode(bool relaxed) override { return source_.accessMode(relaxed); }
 
   private:

@@ -1,6 +1,8 @@
 #include "genapi/nodes/formulanodes.h"
 
 #include <algorithm>
+#include <cmath>
+#include <type_traits>
 
 #include "genapi/nodes/nodemap.h"
 #include "genapi/nodes/rounding.h"
@@ -98,6 +100,20 @@ template <typename Number>
 Number ConverterNode<Number>::atMax() {
     const Number raw = Range64<Number>::max(this->node(data_.value));
     return evaluate<Number>(*this, data_.formulaFrom, {}, raw);
+}
+
+template <typename Number>
+bool ConverterNode<Number>::hasInc() {
+    if (std::is_integral_v<Number>) return Family<Number>::hasInc();
+    return data_.isLinear && this->node(data_.value).hasInc();
+}
+
+template <typename Number>
+double ConverterNode<Number>::incFloat() {
+    if (std::is_integral_v<Number> || !hasInc()) return Family<Number>::incFloat();
+    const Number step = static_cast<Number>(this->node(data_.value).incFloat());
+    return std::fabs(static_cast<double>(evaluate<Number>(*this, data_.formulaFrom, {}, step) -
+                                         evaluate<Number>(*this, data_.formulaFrom, {}, Number{})));
 }
 
 template <typename Number>

@@ -51,6 +51,9 @@ class ConverterNode final : public Family<Number> {
 
     const Presentation* presentation() const override { return &data_.presentation; }
     Node* presentationSource() override { return &this->node(data_.value); }
+    // A linear formula takes the steps of the node below to steps of its own.
+    bool hasInc() override;
+    double incFloat() override;
 
   protected:
     Number readValue(ReadOptions options) override;

@@ -19,11 +19,12 @@ std::int64_t IntegerBase::getInt(ReadOptions options) {
     if (!isValueCached() || options.ignoreCache || (options.verify && restsOnNodes())) {
         const Nesting nesting(*this);
         value_ = readValue(options);
-        if (mayCache()) valueWasRead(options);
+        valueWasRead(options);
     }
     const std::int64_t value = value_;
     if (options.verify) {
-        checkRange(value);
+        checkMax(value);
+        checkMin(value);
         checkErrorNodes();
     }
     return value;
@@ -31,34 +32,46 @@ std::int64_t IntegerBase::getInt(ReadOptions options) {
 
 void IntegerBase::setInt(std::int64_t value, bool verify) {
     requireWritable(verify);
-    if (verify) checkRange(value);
+    if (verify) {
+        checkMin(value);
+        checkMax(value);
+        checkInc(value);
+    }
     {
         const Nesting nesting(*this);
         writeValue(value, verify);
     }
     value_ = value;
-    if (mayCache()) valueWasWritten();
+    valueWasWritten();
     if (verify) checkErrorNodes();
 }
 
-void IntegerBase::checkRange(std::int64_t value) {
+void IntegerBase::checkMin(std::int64_t value) {
     const std::int64_t min = minInt();
     if (value < min)
         throw NODE_ERROR(OutOfRangeException, *this)(
             "Value = %" PRId64 " must be equal or greater than Min = %" PRId64 ".", value, min);
+}
+
+void IntegerBase::checkMax(std::int64_t value) {
     const std::int64_t max = maxInt();
     if (value > max)
         throw NODE_ERROR(OutOfRangeException, *this)(
             "Value = %" PRId64 " must be equal or smaller than Max = %" PRId64 ".", value, max);
+}
+
+void IntegerBase::checkInc(std::int64_t value) {
     const std::int64_t inc = incInt();
+    if (inc == 0) throw NODE_ERROR(LogicalErrorException, *this)("Increment must not equal 0!");
+    if (inc <= 1) return;
+    const std::int64_t min = minInt();
     const std::uint64_t distance =
         static_cast<std::uint64_t>(value) - static_cast<std::uint64_t>(min);
-    if (inc > 1 && distance % static_cast<std::uint64_t>(inc) != 0)
+    if (distance % static_cast<std::uint64_t>(inc) != 0)
         throw NODE_ERROR(OutOfRangeException, *this)(
             "The difference between Value = %" PRId64 " and Min = %" PRId64
             " must be dividable without rest by Inc = %" PRId64 ".",
             value, min, inc);
-    if (inc == 0) throw NODE_ERROR(LogicalErrorException, *this)("Increment must not equal 0!");
 }
 
 std::int64_t IntegerBase::minInt() {
@@ -117,7 +130,7 @@ void IntegerBase::FromString(const gcstring& text, bool verify) {
 
 bool IntegerBase::IsValueCacheValid() const {
     const Entry entry(*this, "IsValueCacheValid");
-    return !mayCache() || isValueCached();
+    return isValueCached();
 }
 
 void IntegerBase::SetValue(int64_t value, bool verify) {

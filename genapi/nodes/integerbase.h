@@ -47,8 +47,8 @@ class IntegerBase : public Node, public IInteger {
     void setFloat(double value, bool verify) final;
     double minFloat() final;
     double maxFloat() final;
-    bool hasInc() final { return true; }
-    double incFloat() final;
+    bool hasInc() override { return true; }
+    double incFloat() override;
 
   protected:
     virtual std::int64_t readValue(ReadOptions options) = 0;
@@ -57,8 +57,6 @@ class IntegerBase : public Node, public IInteger {
     virtual std::int64_t ownMax() = 0;
     virtual std::int64_t ownInc() { return 1; }
     virtual Slice<std::int64_t> validValues() { return {}; }
-    // Whether IsValueCacheValid may be true; constants are never cached.
-    virtual bool mayCache() const { return true; }
     // Whether a verified read must verify the nodes below, too.
     virtual bool restsOnNodes() const { return true; }
 
@@ -69,7 +67,9 @@ class IntegerBase : public Node, public IInteger {
     };
 
     Limits& imposed();
-    void checkRange(std::int64_t value);
+    void checkMin(std::int64_t value);
+    void checkMax(std::int64_t value);
+    void checkInc(std::int64_t value);
 
     std::int64_t value_ = 0;
     std::unique_ptr<Limits> imposed_;  // limits set by the application, which few nodes have

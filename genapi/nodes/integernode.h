@@ -22,7 +22,6 @@ class IntegerNode final : public IntegerBase {
     std::int64_t ownMax() override { return source_.max(); }
     std::int64_t ownInc() override { return source_.inc(); }
     Slice<std::int64_t> validValues() override;
-    bool mayCache() const override { return source_.isNode(); }
     EAccessMode sourceAccessMode(bool relaxed) override { return source_.accessMode(relaxed); }
 
   private:

@@ -72,10 +72,7 @@ ENameSpace Node::GetNameSpace() const {
 }
 
 EVisibility Node::GetVisibility() const {
-    return imposed(static_cast<EVisibility>(record().visibility));
-}
-
-EVisibility Node::imposed(EVisibility own) const {
+    const auto own = static_cast<EVisibility>(record().visibility);
     if (imposedVisibility_ == kNoImposedVisibility) return own;
     return Combine(own, static_cast<EVisibility>(imposedVisibility_));
 }

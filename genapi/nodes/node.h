@@ -133,9 +133,9 @@ class Node : public INode, public ISelector, public IUserData {
     virtual bool isConditional() const { return true; }
     // The mode that the value source and the nodes the value rests on allow.
     virtual EAccessMode sourceAccessMode(bool relaxed);
+    // The mode that the description gives to the node itself, whatever the device says.
+    virtual EAccessMode declaredAccessMode() const;
 
-    // The visibility with what the application has imposed.
-    EVisibility imposed(EVisibility own) const;
     void requireReadable();
     void requireWritable(bool verify);
     // RuntimeException when one of the error nodes (pError) tells of an error.
@@ -155,6 +155,7 @@ class Node : public INode, public ISelector, public IUserData {
   private:
     EAccessMode computeAccessMode(bool relaxed);
     EAccessMode conditionalAccessMode(bool relaxed);
+    bool restsOnImplementedOnly(EAccessMode mode) const;
     bool condition(NodeId id, EAccessMode& mode);
     void fillFeatures(const std::vector<NodeId>& ids, FeatureList_t& features) const;
     void fillNodes(const std::vector<NodeId>& ids, NodeList_t& nodes) const;

@@ -1,7 +1,5 @@
 #include "genapi/nodes/plainnodes.h"
 
-#include <algorithm>
-
 #include "genapi/nodes/nodemap.h"
 
 namespace GENAPI_NAMESPACE {
@@ -22,14 +20,6 @@ void PlainNode::FromString(const gcstring&, bool) {
 Slice<NodeId> CategoryNode::features() const {
     const CategoryData& data = description().tables().categories[record().data];
     return NodeTables::slice(description().tables().nodes, data.features);
-}
-
-EVisibility CategoryNode::GetVisibility() const {
-    // A category is shown to those who may see something in it.
-    std::uint8_t least = Invisible;
-    for (const NodeId id : features())
-        least = std::min(least, description().record(id).visibility);
-    return imposed(static_cast<EVisibility>(least));
 }
 
 gcstring CategoryNode::ToString(bool, bool) {

@@ -26,7 +26,6 @@ class CategoryNode final : public Node, public ICategory {
     using Node::Node;
 
     EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
-    EVisibility GetVisibility() const override;
     INode* GetNode() override { return this; }
     GENICAM_NAMESPACE::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GENICAM_NAMESPACE::gcstring& text, bool verify = true) override;

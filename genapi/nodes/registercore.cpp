@@ -1,6 +1,7 @@
 #include "genapi/nodes/registercore.h"
 
 #include "genapi/nodes/portnode.h"
+#include "genapi/ports/byterange.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -33,29 +34,24 @@ EAccessMode RegisterCore::accessMode() {
 std::int64_t RegisterCore::step(const AddressPart& part) {
     if (!part.isIndex) return 1;
     if (part.step.isNode()) return owner_.node(part.step.node).getInt({});
-    return part.step.given() ? part.step.constant : length_;
+    return part.step.given() ? part.step.constant : length();
 }
 
-void RegisterCore::locate() {
-    std::uint8_t& flags = owner_.map().flagsOf(owner_.id());
-    if (flags & NodeMap::kAddressKnown) return;
-    length_ = length();
-    // Unsigned, because addresses may wrap.
+std::int64_t RegisterCore::length() {
+    return data_.length.isNode() ? owner_.node(data_.length.node).getInt({})
+                                 : data_.length.constant;
+}
+
+std::int64_t RegisterCore::address() {
+    // Unsigned, because sums may wrap.
     std::uint64_t sum = static_cast<std::uint64_t>(data_.constantAddress);
-    bool constant =
-        !data_.length.isNode() || owner_.node(data_.length.node).record().caching != NoCache;
     const auto parts = NodeTables::slice(owner_.description().tables().addressParts, data_.address);
     for (const AddressPart& part : parts) {
         const std::int64_t base =
             part.base.isNode() ? owner_.node(part.base.node).getInt({}) : part.base.constant;
         sum += static_cast<std::uint64_t>(base) * static_cast<std::uint64_t>(step(part));
-        for (const Setting<std::int64_t>* setting : {&part.base, &part.step})
-            if (setting->isNode() && owner_.node(setting->node).record().caching == NoCache)
-                constant = false;
     }
-    address_ = static_cast<std::int64_t>(sum);
-    slot_ = owner_.map().registers().slotOf(data_.port, address_, length_);
-    if (constant) flags |= NodeMap::kAddressKnown;
+    return static_cast<std::int64_t>(sum);
 }
 
 void RegisterCore::verifyAddress() {
@@ -65,18 +61,40 @@ void RegisterCore::verifyAddress() {
             if (setting->isNode()) owner_.node(setting->node).getInt({true, false});
 }
 
-std::int64_t RegisterCore::address() {
-    locate();
-    return address_;
+// A negative address counts from the end of what the port holds: chunks have their trailers there.
+std::int64_t RegisterCore::fromEnd(std::int64_t address) {
+    std::uint8_t bytes[kPortSizeLength];
+    port()->readDevice(bytes, kPortSizeAddress, kPortSizeLength);
+    std::uint64_t size = 0;
+    for (std::size_t i = sizeof bytes; i-- > 0;)
+        size = size << 8 | bytes[i];
+    return static_cast<std::int64_t>(size + static_cast<std::uint64_t>(address));
 }
 
-std::int64_t RegisterCore::length() {
-    return data_.length.isNode() ? owner_.node(data_.length.node).getInt({})
-                                 : data_.length.constant;
+bool RegisterCore::mayKeepAddress() const {
+    const auto isKept = [this](const Setting<std::int64_t>& setting) {
+        return !setting.isNode() || owner_.node(setting.node).record().caching != NoCache;
+    };
+    if (!isKept(data_.length)) return false;
+    for (const AddressPart& part :
+         NodeTables::slice(owner_.description().tables().addressParts, data_.address))
+        if (!isKept(part.base) || !isKept(part.step)) return false;
+    return true;
+}
+
+void RegisterCore::locate() {
+    std::uint8_t& flags = owner_.map().flagsOf(owner_.id());
+    if (flags & NodeMap::kAddressKnown) return;
+    length_ = length();
+    address_ = address();
+    if (address_ < 0) address_ = fromEnd(address_);
+    slot_ = owner_.map().registers().slotOf(data_.port, address_, length_);
+    if (mayKeepAddress()) flags |= NodeMap::kAddressKnown;
 }
 
 std::size_t RegisterCore::byteCount() {
-    const std::int64_t bytes = length();
+    locate();
+    const std::int64_t bytes = length_;
     if (bytes < 0 || bytes > kMaxRegisterLength)
         throw NODE_ERROR(RuntimeException, owner_)("Register length is out of range");
     return static_cast<std::size_t>(bytes);

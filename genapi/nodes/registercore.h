@@ -17,7 +17,7 @@ class RegisterCore {
 
     const RegisterData& data() const { return data_; }
 
-    // The sum of all address parts, and the length; computed again when a part has changed.
+    // The sum of all address parts, and the length.
     std::int64_t address();
     std::int64_t length();
     // RuntimeException for a length that no register has.
@@ -38,6 +38,8 @@ class RegisterCore {
 
   private:
     void locate();
+    std::int64_t fromEnd(std::int64_t address);
+    bool mayKeepAddress() const;
     PortNode* port();
     std::int64_t step(const AddressPart& part);
 

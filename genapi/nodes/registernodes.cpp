@@ -37,7 +37,7 @@ std::int64_t IntRegNode::readValue(ReadOptions options) {
     return bits.extract(bits.load(bytes));
 }
 
-void IntRegNode::writeValue(std::int64_t value, bool) {
+void IntRegNode::writeValue(std::int64_t value, bool verify) {
     const BitField bits = field();
     const std::size_t count = register_.byteCount();
     std::uint8_t bytes[kMaxNumberLength] = {};
@@ -49,6 +49,7 @@ void IntRegNode::writeValue(std::int64_t value, bool) {
         register_.read(bytes, count, {});
         content = bits.load(bytes);
     }
+    if (verify) register_.verifyAddress();
     bits.store(bits.insert(value, content), bytes);
     register_.write(bytes, count);
 }
@@ -124,11 +125,11 @@ gcstring RegisterNode::ToString(bool verify, bool ignoreCache) {
 
 void RegisterNode::FromString(const gcstring& text, bool verify) {
     modify("FromString", [&]() -> const ChangeSet& {
+        requireWritable(verify);
         std::vector<std::uint8_t> bytes;
         if (!parseBytes({text.c_str(), text.length()}, bytes))
             throw NODE_ERROR(InvalidArgumentException, *this)(
                 "Node '%s' : cannot convert hex string", name().data());
-        requireWritable(verify);
         bytes.resize(std::min(bytes.size(), register_.byteCount()));
         setBytes(bytes.data(), static_cast<std::int64_t>(bytes.size()), verify);
         return changedByWriteTo(description(), id());

@@ -48,6 +48,9 @@ class WithRegister : public Base, public IRegister {
 
   protected:
     EAccessMode sourceAccessMode(bool) override { return register_.accessMode(); }
+    EAccessMode declaredAccessMode() const override {
+        return static_cast<EAccessMode>(register_.data().accessMode);
+    }
 
     void setBytes(const std::uint8_t* bytes, std::int64_t length, bool verify) {
         this->requireWritable(verify);

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cstdio>
+#include <string>
 
-#include <GenApi/ISelector.h>
 #include <GenApi/Persistence.h>
 #include <GenApi/Synch.h>
 
@@ -52,7 +52,7 @@ bool CFeatureBag::LoadFromBag(INodeMap* pNodeMap, bool Verify, gcstring_vector* 
     const AutoLock lock(pNodeMap->GetLock());
     Engine::FeatureLoad load(*pNodeMap, Engine::EntryList(m_Names, m_Values), pErrorList);
     load.write();
-    if (Verify) load.verify();
+    if (Verify && load.isGood()) load.verify();
     return load.isGood();
 }
 

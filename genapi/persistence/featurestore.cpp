@@ -4,6 +4,9 @@
 
 #include <GenApi/IDeviceInfo.h>
 #include <GenApi/INode.h>
+#include <GenApi/ISelector.h>
+
+#include "genapi/persistence/access.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -16,14 +19,14 @@ namespace {
 // A combination in which nothing is accessible leaves no entry, so they have a limit of their own.
 constexpr size_t kMaxCombinations = kMaxEntries;
 
-bool isStorable(EInterfaceType type) {
-    return type != intfICommand && type != intfICategory && type != intfIEnumEntry &&
-           type != intfIPort;
-}
-
-bool isAccessible(const IBase& node) {
-    const EAccessMode mode = node.GetAccessMode();
-    return IsReadable(mode) && IsWritable(mode);
+// Selectors are stored with the features that they select.
+bool isStorable(const INode& node) {
+    const EInterfaceType type = node.GetPrincipalInterfaceType();
+    if (type == intfICommand || type == intfICategory || type == intfIEnumEntry ||
+        type == intfIPort)
+        return false;
+    const auto* const selector = dynamic_cast<const ISelector*>(&node);
+    return selector == nullptr || !selector->IsSelector();
 }
 
 // Gives the selectors their former values back, whatever happens.
@@ -77,13 +80,12 @@ void FeatureStore::store(const INodeMap& nodeMap) {
         if (isFull()) return;
         if (!isWanted(*node)) continue;
         auto* const feature = dynamic_cast<IValue*>(node);
-        if (feature != nullptr && storedSelectors_.count(feature) == 0) storeFeature(*feature);
+        if (feature != nullptr) storeFeature(*feature);
     }
 }
 
-bool FeatureStore::isWanted(INode& node) const {
-    if (!node.IsStreamable() || !node.IsFeature() || !isStorable(node.GetPrincipalInterfaceType()))
-        return false;
+bool FeatureStore::isWanted(const INode& node) const {
+    if (!node.IsStreamable() || !node.IsFeature() || !isStorable(node)) return false;
     if (!hasFilter_) return true;
     const gcstring name = node.GetName();
     return filter_.count(std::string(name.c_str(), name.length())) > 0;
@@ -93,7 +95,7 @@ void FeatureStore::storeFeature(IValue& feature) {
     CSelectorSet selectors(&feature);
     if (!selectors.IsEmpty()) {
         storeCombinations(feature, selectors);
-    } else if (isAccessible(feature)) {
+    } else if (isReadableAndWritable(feature)) {
         append(feature);
     }
 }
@@ -106,7 +108,7 @@ void FeatureStore::storeCombinations(IValue& feature, CSelectorSet& selectors) {
             throw RUNTIME_EXCEPTION("The selectors of feature '%s' have too many combinations",
                                     feature.GetNode()->GetName().c_str());
         firstUnstored = std::min(firstUnstored, selectors.GetFirstChanged());
-        if (!isAccessible(feature)) continue;
+        if (!isReadableAndWritable(feature)) continue;
         storeSelectors(selectors, firstUnstored);
         append(feature);
         firstUnstored = static_cast<size_t>(-1);
@@ -120,9 +122,7 @@ void FeatureStore::storeSelectors(CSelectorSet& selectors, size_t first) {
     FeatureList_t list;
     selectors.GetSelectorList(list);
     for (size_t i = first; i < list.size(); ++i) {
-        if (!isAccessible(*list[i])) continue;
-        append(*list[i]);
-        storedSelectors_.insert(list[i]);
+        if (isReadableAndWritable(*list[i])) append(*list[i]);
     }
 }
 

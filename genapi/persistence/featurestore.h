@@ -24,7 +24,7 @@ class FeatureStore {
     size_t count() const { return entries_.size() - start_; }
 
   private:
-    bool isWanted(INode& node) const;
+    bool isWanted(const INode& node) const;
     bool isFull() const { return hasLimit_ && count() >= limit_; }
     void storeFeature(IValue& feature);
     void storeCombinations(IValue& feature, CSelectorSet& selectors);
@@ -37,7 +37,6 @@ class FeatureStore {
     const size_t limit_;
     const bool hasFilter_;
     std::unordered_set<std::string> filter_;
-    std::unordered_set<const IValue*> storedSelectors_;
     size_t numCombinations_ = 0;
 };
 

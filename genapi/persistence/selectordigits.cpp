@@ -8,17 +8,14 @@
 #include <GenApi/IInteger.h>
 #include <GenApi/SelectorState.h>
 
+#include "genapi/persistence/access.h"
+
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 using GENICAM_NAMESPACE::gcstring;
 
 namespace {
-
-bool isAccessible(const IBase& node) {
-    const EAccessMode mode = node.GetAccessMode();
-    return IsReadable(mode) && IsWritable(mode);
-}
 
 // A selector with its present value only.
 class FixedDigit : public ISelectorDigit {
@@ -56,7 +53,8 @@ class RunningDigit : public FixedDigit {
     using FixedDigit::FixedDigit;
 
     bool SetFirst() override {
-        const std::optional<int64_t> value = isAccessible(target()) ? first() : std::nullopt;
+        const std::optional<int64_t> value =
+            isReadableAndWritable(target()) ? first() : std::nullopt;
         isRunning_ = value.has_value();
         if (isRunning_) write(*value);
         return true;
@@ -96,7 +94,7 @@ class RunningDigit : public FixedDigit {
 class EnumerationDigit final : public RunningDigit {
   public:
     explicit EnumerationDigit(IEnumeration& selector) : RunningDigit(selector), target_(selector) {
-        if (!isAccessible(selector)) return;
+        if (!isReadableAndWritable(selector)) return;
         const int64_t value = selector.GetIntValue();
         if (selector.GetEntry(value) != nullptr) remember(value);
     }
@@ -128,7 +126,7 @@ class EnumerationDigit final : public RunningDigit {
 class IntegerDigit final : public RunningDigit {
   public:
     explicit IntegerDigit(IInteger& selector) : RunningDigit(selector), target_(selector) {
-        if (isAccessible(selector)) remember(selector.GetValue());
+        if (isReadableAndWritable(selector)) remember(selector.GetValue());
     }
 
   private:

@@ -6,6 +6,14 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
+bool readPortSize(void* buffer, std::int64_t address, std::int64_t length, std::int64_t size) {
+    if (address != kPortSizeAddress || length != kPortSizeLength) return false;
+    std::uint64_t rest = static_cast<std::uint64_t>(size);
+    for (std::int64_t i = 0; i < kPortSizeLength; ++i, rest >>= 8)
+        static_cast<std::uint8_t*>(buffer)[i] = static_cast<std::uint8_t>(rest);
+    return true;
+}
+
 void checkByteRange(const char* portName, std::int64_t address, std::int64_t length,
                     std::int64_t begin, std::int64_t end) {
     // In this order, no difference can overflow.

@@ -69,19 +69,20 @@ class GENAPI_DECL CFeatureBag : public IPersistScript {
     // Appends the streamable features of the category tree that can be read and written, sets the
     // info, and gives the number of new entries: at most MaxNumPersistSkriptEntries unless that is
     // -1. With a filter only the features that it names, with their selectors. A feature with
-    // selectors is stored once for each combination of their values in which it is accessible;
-    // selectors are written meanwhile and get their former values back, also on an exception.
-    // InvalidArgumentException for null, RuntimeException if selectors have more combinations than
-    // a bag can hold; exceptions of the port pass, and what was collected stays. Thread-safe on the
-    // map, whose lock it holds.
+    // selectors is stored once for each combination of their values in which it is accessible, and
+    // the selectors with their former values behind it; a selector has no other entries, and needs
+    // not be streamable. Selectors are written meanwhile and get their former values back, also on
+    // an exception. InvalidArgumentException for null, RuntimeException if selectors have more
+    // combinations than a bag can hold; exceptions of the port pass, and what was collected stays.
+    // Thread-safe on the map, whose lock it holds.
     int64_t StoreToBag(INodeMap* pNodeMap, const int MaxNumPersistSkriptEntries = -1,
                        GENICAM_NAMESPACE::gcstring_vector* pFeatureFilter = NULL);
 
-    // Writes the values in order, whatever the limits of the features; with Verify then goes
-    // through them once more, writes the selectors again and compares the values of all others with
-    // the entries. A failing entry does not keep the others from being loaded. True if none failed;
-    // one message for each failure in pErrorList, which is replaced. InvalidArgumentException for
-    // null. Thread-safe on the map, whose lock it holds.
+    // Writes the values in order, whatever the limits of the features. With Verify, and if none
+    // failed, then goes through them once more, writes the selectors again and compares the values
+    // of all others with the entries. A failing entry does not keep those behind it from being
+    // loaded. True if none failed; one message for each failure in pErrorList, which is replaced.
+    // InvalidArgumentException for null. Thread-safe on the map, whose lock it holds.
     bool LoadFromBag(INodeMap* pNodeMap, bool Verify = true,
                      GENICAM_NAMESPACE::gcstring_vector* pErrorList = NULL);
 

@@ -1,0 +1,16 @@
+// What persistence asks of a feature.
+#pragma once
+
+#include <GenApi/INode.h>
+
+namespace GENAPI_NAMESPACE {
+namespace Engine {
+
+// Whether a value can be read now and written back later.
+inline bool isReadableAndWritable(const IBase& node) {
+    const EAccessMode mode = node.GetAccessMode();
+    return IsReadable(mode) && IsWritable(mode);
+}
+
+}  // namespace Engine
+}  // namespace GENAPI_NAMESPACE
