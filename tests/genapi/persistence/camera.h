@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -28,6 +29,7 @@ class MemoryPort : public IPort {
     }
 
     void Write(const void* pBuffer, int64_t Address, int64_t Length) override {
+        if (onWrite) onWrite(Address);
         const auto* const bytes = static_cast<const uint8_t*>(pBuffer);
         trace += "W" + std::to_string(Address) + "=" + std::to_string(bytes[0]) + " ";
         for (int64_t i = 0; i < Length; ++i)
@@ -43,6 +45,7 @@ class MemoryPort : public IPort {
     std::map<int64_t, uint8_t> memory;
     std::string trace;
     int64_t failing = -1;  // an address that cannot be read
+    std::function<void(int64_t)> onWrite;
 };
 
 inline std::string intReg(const std::string& name, int address, const std::string& more = "") {
