@@ -31,6 +31,14 @@ add_compile_options(
     # GNU unique symbols pin a shared object in memory; producers must really be unloaded.
     $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fno-gnu-unique>)
 
+# Fuzzers are built with the instrumented library, so the choice is one for everything.
+if(ZELCAM_BUILD_FUZZERS)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        message(FATAL_ERROR "ZELCAM_BUILD_FUZZERS needs clang, for its libFuzzer")
+    endif()
+    set(ZELCAM_SANITIZE address,undefined,fuzzer-no-link)
+endif()
+
 if(ZELCAM_SANITIZE)
     add_compile_options(
         -fsanitize=${ZELCAM_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -14,6 +14,7 @@ packages_for() {
         build | demo | install) wanted=("${build[@]}") ;;
         test | sanitize) wanted=("${build[@]}" "${test_packages[@]}") ;;
         bench) wanted=("${build[@]}" libbenchmark-dev) ;;
+        fuzz) wanted=("${build[@]}" clang-14 libclang-rt-14-dev) ;;
         lint)
             # clang-format and clang-tidy by version: another one formats and finds differently.
             wanted=("${build[@]}" "${test_packages[@]}" libbenchmark-dev
