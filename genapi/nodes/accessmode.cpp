@@ -1,5 +1,7 @@
 // Access modes: what a node allows is what its value source allows, restricted by what the
 // description or the application imposes and by its conditions.
+#include <cstring>
+
 #include "genapi/nodes/nodemap.h"
 
 namespace GENAPI_NAMESPACE {
@@ -77,13 +79,19 @@ EAccessMode Node::sourceAccessMode(bool) {
 }
 
 void Node::requireReadable() {
-    if (!IsReadable(accessMode()))
-        throw NODE_ERROR(AccessException, *this)("Node is not readable.");
+    if (IsReadable(accessMode())) return;
+    // Applications know the text of ToString without a full stop.
+    const Entry* entry = map_.entry();
+    const bool asText = entry && std::strcmp(entry->operation(), "ToString") == 0;
+    throw NODE_ERROR(AccessException, *this)("Node is not readable%s", asText ? "" : ".");
+}
+
+bool Node::isWritable(bool verify) {
+    return IsWritable(verify ? accessMode() : relaxedAccessMode());
 }
 
 void Node::requireWritable(bool verify) {
-    if (!IsWritable(verify ? accessMode() : relaxedAccessMode()))
-        throw NODE_ERROR(AccessException, *this)("Node is not writable.");
+    if (!isWritable(verify)) throw NODE_ERROR(AccessException, *this)("Node is not writable.");
 }
 
 void Node::requireAvailable() {

@@ -34,7 +34,7 @@ EVisibility CategoryNode::GetVisibility() const {
 
 gcstring CategoryNode::ToString(bool, bool) {
     const Entry entry(*this, "ToString");
-    if (!IsReadable(accessMode())) throw NODE_ERROR(AccessException, *this)("Node is not readable");
+    requireReadable();
     return GetDisplayName();
 }
 
