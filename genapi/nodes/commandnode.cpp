@@ -13,6 +13,13 @@ CommandNode::CommandNode(NodeMap& map, NodeId id)
       value_(*this, description().tables().commands[record().data].value),
       commandValue_(*this, description().tables().commands[record().data].commandValue) {}
 
+EAccessMode CommandNode::sourceAccessMode(bool relaxed) {
+    const EAccessMode mode = value_.accessMode(relaxed);
+    // Without the value that starts it there is no command.
+    const EAccessMode command = commandValue_.accessMode(relaxed);
+    return IsAvailable(command) ? mode : Combine(mode, command);
+}
+
 bool CommandNode::isRunning() const {
     return (map().flagsOf(id()) & NodeMap::kActive) != 0;
 }

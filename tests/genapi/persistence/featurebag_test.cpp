@@ -89,7 +89,7 @@ TEST(StoreToBag, TellsWhereTheSettingsAreFrom) {
     bag.SetInfo("mine");
     bag.StoreToBag(camera.nodeMap(), -1, &none);
     EXPECT_EQ(linesOf(bag)[2],
-              "# Cam = Vendor::Model -- Tip -- Device version = 1.2.3 -- Product GUID = P -- "
+              "# Cam = V::M -- T -- Device version = 2.3.4 -- Product GUID = P -- "
               "Product version GUID = G");
     bag.SetInfo("mine");
     EXPECT_EQ(linesOf(bag)[2], "# mine");
