@@ -1,5 +1,7 @@
 // Access modes: what a node allows is what its value source allows, restricted by what the
 // description or the application imposes and by its conditions.
+#include <cstring>
+
 #include "genapi/nodes/nodemap.h"
 
 namespace GENAPI_NAMESPACE {
@@ -90,16 +92,22 @@ EAccessMode Node::declaredAccessMode() const {
 }
 
 void Node::requireReadable() {
-    if (!IsReadable(accessMode()))
-        throw NODE_ERROR(AccessException, *this)("Node is not readable.");
+    if (IsReadable(accessMode())) return;
+    // Applications know the text of ToString without a full stop.
+    const Entry* entry = map_.entry();
+    const bool asText = entry && std::strcmp(entry->operation(), "ToString") == 0;
+    throw NODE_ERROR(AccessException, *this)("Node is not readable%s", asText ? "" : ".");
+}
+
+bool Node::isWritable(bool verify) {
+    // What can never be written is not worth asking the device about.
+    const EAccessMode declared =
+        Combine(declaredAccessMode(), static_cast<EAccessMode>(record().imposedAccess));
+    return IsWritable(declared) && IsWritable(verify ? accessMode() : relaxedAccessMode());
 }
 
 void Node::requireWritable(bool verify) {
-    // What can never be written is not worth asking the device about.
-    if (!IsWritable(
-            Combine(declaredAccessMode(), static_cast<EAccessMode>(record().imposedAccess))))
-        throw NODE_ERROR(AccessException, *this)("Node is not writable.");
-    if (!IsWritable(verify ? accessMode() : relaxedAccessMode()))
+    if (!isWritable(verify))
         throw NODE_ERROR(AccessException, *this)("Node is not writable.");
 }
 

@@ -13,6 +13,13 @@ CommandNode::CommandNode(NodeMap& map, NodeId id)
       value_(*this, description().tables().commands[record().data].value),
       commandValue_(*this, description().tables().commands[record().data].commandValue) {}
 
+EAccessMode CommandNode::sourceAccessMode(bool relaxed) {
+    const EAccessMode mode = value_.accessMode(relaxed);
+    // Without the value that starts it there is no command.
+    const EAccessMode command = commandValue_.accessMode(relaxed);
+    return IsAvailable(command) ? mode : Combine(mode, command);
+}
+
 bool CommandNode::isRunning() const {
     return (map().flagsOf(id()) & NodeMap::kActive) != 0;
 }
@@ -44,7 +51,7 @@ void CommandNode::Execute(bool verify) {
 
 // Asks the device; true when the command has finished since it was last asked.
 bool CommandNode::checkDone() {
-    if (!isRunning() || !IsReadable(value_.accessMode(false))) return false;
+    if (!isRunning() || !IsReadable(accessMode())) return false;
     const Nesting nesting(*this);
     if (value_.read({false, true}) == commandValue_.read({})) return false;
     setRunning(false);
@@ -60,7 +67,7 @@ bool CommandNode::IsDone(bool verify) {
             throw NODE_ERROR(AccessException, *this)("Node is not implemented.");
         if (verify && !isRunning()) checkErrorNodes();
         finished = checkDone();
-        done = !isRunning() || !IsReadable(value_.accessMode(false));
+        done = !isRunning() || !IsReadable(accessMode());
     }
     if (finished)
         modify("IsDone",
@@ -70,20 +77,21 @@ bool CommandNode::IsDone(bool verify) {
 
 gcstring CommandNode::ToString(bool verify, bool) {
     const Entry entry(*this, "ToString");
-    // A locked command still tells whether it runs.
-    if (!IsReadable(relaxedAccessMode()))
-        throw NODE_ERROR(AccessException, *this)("Node is not readable");
+    if (!IsReadable(accessMode())) throw NODE_ERROR(AccessException, *this)("Node is not readable");
     if (verify) checkErrorNodes();
+    checkDone();
     return isRunning() ? "1" : "0";
 }
 
 void CommandNode::FromString(const gcstring& text, bool verify) {
-    if (text != "1" && text != "true") {
-        const Entry entry(*this, "FromString");
-        throw NODE_ERROR(InvalidArgumentException, *this)("'%s' does not convert to TRUE",
-                                                          text.c_str());
-    }
-    Execute(verify);
+    modify("FromString", [&]() -> const ChangeSet& {
+        if (text != "1" && text != "true")
+            throw NODE_ERROR(InvalidArgumentException, *this)("'%s' does not convert to TRUE",
+                                                              text.c_str());
+        execute(verify);
+        if (verify) checkErrorNodes();
+        return changedByWriteTo(description(), id());
+    });
 }
 
 bool CommandNode::IsValueCacheValid() const {

@@ -26,7 +26,7 @@ class CommandNode final : public Node, public ICommand {
     bool isPolled() const override { return isRunning(); }
 
   protected:
-    EAccessMode sourceAccessMode(bool relaxed) override { return value_.accessMode(relaxed); }
+    EAccessMode sourceAccessMode(bool relaxed) override;
 
   private:
     bool isRunning() const;

@@ -35,8 +35,7 @@ double FloatBase::getFloat(ReadOptions options) {
     }
     const double value = value_;
     if (options.verify) {
-        checkMax(value);
-        checkMin(value);
+        checkRange(value);
         checkErrorNodes();
     }
     return value;
@@ -44,10 +43,7 @@ double FloatBase::getFloat(ReadOptions options) {
 
 void FloatBase::setFloat(double value, bool verify) {
     requireWritable(verify);
-    if (verify) {
-        checkMin(value);
-        checkMax(value);
-    }
+    if (verify) checkRange(value);
     {
         const Nesting nesting(*this);
         writeValue(value, verify);
@@ -57,14 +53,11 @@ void FloatBase::setFloat(double value, bool verify) {
     if (verify) checkErrorNodes();
 }
 
-void FloatBase::checkMin(double value) {
+void FloatBase::checkRange(double value) {
     const double min = minFloat();
     if (value < min)
         throw NODE_ERROR(OutOfRangeException, *this)("Value %f must be greater than or equal %f.",
                                                      value, min);
-}
-
-void FloatBase::checkMax(double value) {
     const double max = maxFloat();
     if (value > max)
         throw NODE_ERROR(OutOfRangeException, *this)("Value %f must be smaller than or equal %f.",
@@ -188,8 +181,8 @@ double FloatBase::GetInc() {
 double_autovector_t FloatBase::GetListOfValidValues(bool bounded) {
     const Entry entry(*this, "GetListOfValidValues");
     if (bounded) {
-        minFloat();
         maxFloat();
+        minFloat();
     }
     return double_autovector_t();
 }

@@ -70,8 +70,7 @@ class FloatBase : public Node, public IFloat {
     Presentation shown() const;
     std::string textInRange(double value);
     Limits& imposed();
-    void checkMin(double value);
-    void checkMax(double value);
+    void checkRange(double value);
 
     double value_ = 0;
     std::unique_ptr<Limits> imposed_;  // limits set by the application, which few nodes have

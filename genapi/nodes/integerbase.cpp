@@ -23,8 +23,7 @@ std::int64_t IntegerBase::getInt(ReadOptions options) {
     }
     const std::int64_t value = value_;
     if (options.verify) {
-        checkMax(value);
-        checkMin(value);
+        checkRange(value);
         checkErrorNodes();
     }
     return value;
@@ -32,11 +31,7 @@ std::int64_t IntegerBase::getInt(ReadOptions options) {
 
 void IntegerBase::setInt(std::int64_t value, bool verify) {
     requireWritable(verify);
-    if (verify) {
-        checkMin(value);
-        checkMax(value);
-        checkInc(value);
-    }
+    if (verify) checkRange(value);
     {
         const Nesting nesting(*this);
         writeValue(value, verify);
@@ -46,25 +41,18 @@ void IntegerBase::setInt(std::int64_t value, bool verify) {
     if (verify) checkErrorNodes();
 }
 
-void IntegerBase::checkMin(std::int64_t value) {
+void IntegerBase::checkRange(std::int64_t value) {
     const std::int64_t min = minInt();
     if (value < min)
         throw NODE_ERROR(OutOfRangeException, *this)(
             "Value = %" PRId64 " must be equal or greater than Min = %" PRId64 ".", value, min);
-}
-
-void IntegerBase::checkMax(std::int64_t value) {
     const std::int64_t max = maxInt();
     if (value > max)
         throw NODE_ERROR(OutOfRangeException, *this)(
             "Value = %" PRId64 " must be equal or smaller than Max = %" PRId64 ".", value, max);
-}
-
-void IntegerBase::checkInc(std::int64_t value) {
     const std::int64_t inc = incInt();
     if (inc == 0) throw NODE_ERROR(LogicalErrorException, *this)("Increment must not equal 0!");
     if (inc <= 1) return;
-    const std::int64_t min = minInt();
     const std::uint64_t distance =
         static_cast<std::uint64_t>(value) - static_cast<std::uint64_t>(min);
     if (distance % static_cast<std::uint64_t>(inc) != 0)
@@ -177,8 +165,8 @@ int64_autovector_t IntegerBase::GetListOfValidValues(bool bounded) {
     const Entry entry(*this, "GetListOfValidValues");
     std::int64_t min = kInt64Min, max = kInt64Max;
     if (bounded) {
-        min = minInt();
         max = maxInt();
+        min = minInt();
     }
     std::vector<std::int64_t> found;
     for (const std::int64_t value : validValues())

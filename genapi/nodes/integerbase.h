@@ -67,9 +67,7 @@ class IntegerBase : public Node, public IInteger {
     };
 
     Limits& imposed();
-    void checkMin(std::int64_t value);
-    void checkMax(std::int64_t value);
-    void checkInc(std::int64_t value);
+    void checkRange(std::int64_t value);
 
     std::int64_t value_ = 0;
     std::unique_ptr<Limits> imposed_;  // limits set by the application, which few nodes have

@@ -137,6 +137,7 @@ class Node : public INode, public ISelector, public IUserData {
     virtual EAccessMode declaredAccessMode() const;
 
     void requireReadable();
+    bool isWritable(bool verify);
     void requireWritable(bool verify);
     // RuntimeException when one of the error nodes (pError) tells of an error.
     void checkErrorNodes();

@@ -119,7 +119,7 @@ void NodeMap::invalidate(const ChangeSet& nodes) {
 void NodeMap::invalidateAll() {
     for (NodeId id = 0; id < nodes_.size(); ++id) {
         access_[id].store(kUnknownAccess, std::memory_order_relaxed);
-        flags_[id] = 0;  // commands in progress are forgotten, too
+        flags_[id] &= kActive;
     }
     registers_.dropAll();
 }

@@ -24,7 +24,7 @@ Slice<NodeId> CategoryNode::features() const {
 
 gcstring CategoryNode::ToString(bool, bool) {
     const Entry entry(*this, "ToString");
-    if (!IsReadable(accessMode())) throw NODE_ERROR(AccessException, *this)("Node is not readable");
+    requireReadable();
     return GetDisplayName();
 }
 

@@ -30,7 +30,7 @@ std::string StringBase::getText(ReadOptions options) {
 }
 
 void StringBase::setText(const std::string& value, bool verify) {
-    requireWritable(verify);
+    if (!isWritable(verify)) throw NODE_ERROR(AccessException, *this)("Node is not writable");
     const std::int64_t max = maxLength();
     if (max >= 0 && value.size() > static_cast<std::uint64_t>(max))
         throw NODE_ERROR(OutOfRangeException, *this)(

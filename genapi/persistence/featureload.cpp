@@ -59,6 +59,9 @@ void FeatureLoad::attempt(const char* what, size_t entry, Operation operation) {
         fail(what + entries_.name(entry) + "': " + error.what());
     } catch (const std::exception& error) {
         fail(what + entries_.name(entry) + "': " + error.what());
+    } catch (...) {
+        // ports belong to the consumer, which may throw anything
+        fail(what + entries_.name(entry) + "': unknown exception");
     }
 }
 

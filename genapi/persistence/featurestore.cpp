@@ -127,7 +127,11 @@ void FeatureStore::storeSelectors(CSelectorSet& selectors, size_t first) {
 }
 
 void FeatureStore::append(IValue& feature) {
-    if (!isFull()) entries_.append(feature.GetNode()->GetName(), feature.ToString());
+    if (isFull()) return;
+    const gcstring value = feature.ToString();
+    valueLength_ += value.length();
+    if (valueLength_ > kMaxValues) throw RUNTIME_EXCEPTION("The values are too long for a bag");
+    entries_.append(feature.GetNode()->GetName(), value);
 }
 
 gcstring describeDevice(INodeMap& nodeMap) {

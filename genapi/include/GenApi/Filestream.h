@@ -16,7 +16,6 @@
 #include <string>
 #include <vector>
 
-#include <Base/GCException.h>
 #include <GenApi/GenApiDll.h>
 #include <GenApi/INodeMap.h>
 #include <GenApi/Pointer.h>
@@ -104,11 +103,11 @@ class DevFileStreamBuf : public std::basic_streambuf<CharType, Traits> {
     bool is_open() const { return m_IsOpen; }
 
   protected:
-    // An exception of the nodes has no way out of a destructor.
+    // No exception, be it of the nodes or of the consumer's port, has a way out of a destructor.
     void CloseQuietly() {
         try {
             close();
-        } catch (const GENICAM_NAMESPACE::GenericException&) {
+        } catch (...) {
         }
     }
 
@@ -151,7 +150,7 @@ class ODevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
         bool written = false;
         try {
             written = Flush();
-        } catch (const GENICAM_NAMESPACE::GenericException&) {
+        } catch (...) {
             Leave();
             throw;
         }
@@ -192,7 +191,7 @@ class ODevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
     void CloseQuietly() {
         try {
             close();
-        } catch (const GENICAM_NAMESPACE::GenericException&) {
+        } catch (...) {
             Base::CloseQuietly();
         }
     }

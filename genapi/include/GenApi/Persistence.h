@@ -73,8 +73,8 @@ class GENAPI_DECL CFeatureBag : public IPersistScript {
     // the selectors with their former values behind it; a selector has no other entries, and needs
     // not be streamable. Selectors are written meanwhile and get their former values back, also on
     // an exception. InvalidArgumentException for null, RuntimeException if selectors have more
-    // combinations than a bag can hold; exceptions of the port pass, and what was collected stays.
-    // Thread-safe on the map, whose lock it holds.
+    // combinations, or the values more characters, than a bag can hold; exceptions of the port
+    // pass, and what was collected stays. Thread-safe on the map, whose lock it holds.
     int64_t StoreToBag(INodeMap* pNodeMap, const int MaxNumPersistSkriptEntries = -1,
                        GENICAM_NAMESPACE::gcstring_vector* pFeatureFilter = nullptr);
 

@@ -5,23 +5,13 @@
 
 #include <GenApi/NodeMapRef.h>
 
+#include "tests/genapi/support/description.h"
+
 inline std::string RegisterOn(const std::string& port, const std::string& name, int address,
                               int length) {
-    return "<IntReg Name=\"" + name + "\"><Address>" + std::to_string(address) +
-           "</Address><Length>" + std::to_string(length) +
-           "</Length><AccessMode>RW</AccessMode><pPort>" + port +
-           "</pPort><Sign>Unsigned</Sign><Endianess>BigEndian</Endianess></IntReg>";
+    return test::named("IntReg", name, test::registerAt(address, length, "RW", port) + test::kBig);
 }
 
 inline void Load(GenApi::CNodeMapRef& map, const std::string& nodes) {
-    const std::string description =
-        "<RegisterDescription ModelName=\"M\" VendorName=\"V\" StandardNameSpace=\"None\" "
-        "SchemaMajorVersion=\"1\" SchemaMinorVersion=\"1\" SchemaSubMinorVersion=\"0\" "
-        "MajorVersion=\"1\" MinorVersion=\"0\" SubMinorVersion=\"0\" "
-        "ProductGuid=\"00000000-0000-0000-0000-000000000001\" "
-        "VersionGuid=\"00000000-0000-0000-0000-000000000002\" "
-        "xmlns=\"http://www.genicam.org/GenApi/Version_1_1\">"
-        "<Category Name=\"Root\"/>" +
-        nodes + "</RegisterDescription>";
-    map._LoadXMLFromString(description.c_str());
+    map._LoadXMLFromString(test::document("<Category Name='Root'/>" + nodes).c_str());
 }

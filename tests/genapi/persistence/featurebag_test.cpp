@@ -1,6 +1,7 @@
 // Storing the settings of a camera and loading them.
 #include <algorithm>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -88,7 +89,7 @@ TEST(StoreToBag, TellsWhereTheSettingsAreFrom) {
     bag.SetInfo("mine");
     bag.StoreToBag(camera.nodeMap(), -1, &none);
     EXPECT_EQ(linesOf(bag)[2],
-              "# Cam = Vendor::Model -- Tip -- Device version = 1.2.3 -- Product GUID = P -- "
+              "# Cam = V::M -- T -- Device version = 2.3.4 -- Product GUID = P -- "
               "Product version GUID = G");
     bag.SetInfo("mine");
     EXPECT_EQ(linesOf(bag)[2], "# mine");
@@ -148,6 +149,27 @@ TEST(StoreToBag, SelectorsWithTooManyCombinationsAreRefused) {
     camera.set("HugeIndex", "5");
     EXPECT_THROW(stored(camera, {"HugeValue"}), GENICAM_NAMESPACE::RuntimeException);
     EXPECT_EQ(camera.get("HugeIndex"), "5");
+}
+
+TEST(StoreToBag, ValuesTooLongForATextAreRefused) {
+    const int length = 1 << 20;
+    Camera camera(test::features({"Index", "Table"}) + "<Port Name='Device'/>" +
+                  test::integer("Index", test::limited("100000") + test::selecting("Table")) +
+                  test::intReg("IndexReg", 0) +
+                  "<Register Name='Table'><Streamable>Yes</Streamable><Address>4</Address>"
+                  "<Length>" +
+                  std::to_string(length) +
+                  "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>"
+                  "<pInvalidator>Index</pInvalidator></Register>");
+    class : public test::MemoryPort {
+        void Read(void* pBuffer, int64_t, int64_t Length) override {
+            std::fill_n(static_cast<uint8_t*>(pBuffer), Length, uint8_t(0));
+        }
+    } quick;
+    camera.map._Connect(&quick);
+    EXPECT_THROW(stored(camera, {"Table"}), GENICAM_NAMESPACE::RuntimeException);
+    EXPECT_EQ(camera.get("Index"), "0");
+    camera.map._Connect(static_cast<IPort*>(nullptr));
 }
 
 TEST(StoreToBag, SelectorsThatSelectOneAnotherEnd) {
@@ -213,6 +235,18 @@ TEST(LoadFromBag, FailuresAreTold) {
     EXPECT_THAT(load(camera, "Fixed\t0\n", false),
                 ElementsAre(StartsWith("Error while writing node 'Fixed': ")));
     EXPECT_EQ(load(camera, "Sel\tNope\nWidth\t\n", false).size(), 2u);
+}
+
+TEST(LoadFromBag, NothingThatAPortThrowsPasses) {
+    Camera camera;
+    camera.port.onWrite = [](int64_t address) {
+        if (address == 0) throw 1;
+        if (address == 4) throw std::runtime_error("unplugged");
+    };
+    EXPECT_THAT(load(camera, "Width\t5\nMask\t0x1\nRatio\t2\n"),
+                ElementsAre(StartsWith("Error while writing node 'Width': "),
+                            "Error while writing node 'Mask': unplugged"));
+    EXPECT_EQ(camera.get("Ratio"), "2");
 }
 
 TEST(LoadFromBag, VerificationComparesTexts) {

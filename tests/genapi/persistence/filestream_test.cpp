@@ -1,6 +1,7 @@
 // The files of a camera as streams.
 #include <algorithm>
 #include <iterator>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -162,6 +163,23 @@ TEST_F(FileStream, WhatTheCameraRefusesIsAFailureOfTheStream) {
     out.clear();
     out.close();
     EXPECT_TRUE(out.fail());
+    EXPECT_FALSE(out.is_open());
+}
+
+TEST_F(FileStream, TheEndOfAStreamSurvivesAnyExceptionOfThePort) {
+    {
+        ODevFileStream out(camera.nodeMap(), "One");
+        IDevFileStream in(camera.nodeMap(), "One");
+        out << "text";
+        device.onWrite = [](int64_t) { throw std::runtime_error("unplugged"); };
+    }
+    device.onWrite = nullptr;
+    ODevFileStream out(camera.nodeMap(), "One");
+    out << "text";
+    device.onWrite = [](int64_t address) {
+        if (address == kBuffer) throw std::runtime_error("unplugged");
+    };
+    EXPECT_THROW(out.close(), std::runtime_error);
     EXPECT_FALSE(out.is_open());
 }
 

@@ -1,0 +1,56 @@
+// Descriptions for tests, from the nodes that a test is about.
+#pragma once
+
+#include <string>
+
+namespace test {
+
+// A description whose nodes begin at line 2, column 0.
+inline std::string document(const std::string& nodes, int minor = 1) {
+    const std::string digit = std::to_string(minor);
+    return "<RegisterDescription ModelName='M' VendorName='V' ToolTip='T' StandardNameSpace='GEV' "
+           "SchemaMajorVersion='1' SchemaMinorVersion='" +
+           digit +
+           "' SchemaSubMinorVersion='0' MajorVersion='2' MinorVersion='3' SubMinorVersion='4' "
+           "ProductGuid='P' VersionGuid='G' xmlns='http://www.genicam.org/GenApi/Version_1_" +
+           digit + "'>\n" + nodes + "</RegisterDescription>";
+}
+
+inline const std::string kPort = "<Port Name='Device'/>";
+
+// <Min>5</Min>
+template <typename Text>
+std::string element(const std::string& tag, const Text& text) {
+    return "<" + tag + ">" + std::string(text) + "</" + tag + ">";
+}
+inline std::string element(const std::string& tag, int number) {
+    return element(tag, std::to_string(number));
+}
+
+// <Integer Name='I'>...</Integer>
+inline std::string named(const std::string& kind, const std::string& name,
+                         const std::string& inside) {
+    return "<" + kind + " Name='" + name + "'>" + inside + "</" + kind + ">";
+}
+
+// What every register says. `where` is the address, or elements that make it up.
+inline std::string registerAt(const std::string& where, int length,
+                              const std::string& access = "RW",
+                              const std::string& port = "Device") {
+    return where + element("Length", length) + element("AccessMode", access) +
+           element("pPort", port);
+}
+inline std::string registerAt(int address, int length, const std::string& access = "RW",
+                              const std::string& port = "Device") {
+    return registerAt(element("Address", address), length, access, port);
+}
+
+inline const std::string kLittle = "<Endianess>LittleEndian</Endianess>";
+inline const std::string kBig = "<Endianess>BigEndian</Endianess>";
+
+// An unsigned little-endian register of 4 bytes. `more` stands behind its address.
+inline std::string intReg(const std::string& name, int address, const std::string& more = "") {
+    return named("IntReg", name, registerAt(element("Address", address) + more, 4) + kLittle);
+}
+
+}  // namespace test
