@@ -65,7 +65,9 @@ class TagTable {
     static constexpr std::size_t kSize = 1024;
 
     static std::size_t place(std::string_view name) {
-        const auto at = [&](std::size_t i) { return static_cast<unsigned char>(name[i]); };
+        const auto at = [&](std::size_t i) {
+            return std::size_t{static_cast<unsigned char>(name[i])};
+        };
         const std::size_t size = name.size();
         if (size == 0) return 0;
         return (size * 7 + at(0) * 31u + at(size - 1) * 131u + at(size / 2) * 523u +

@@ -108,7 +108,7 @@ std::string FloatBase::textInRange(double value) {
         return formatFloat(number, static_cast<EDisplayNotation>(shownAs.notation),
                            shownAs.precision);
     };
-    const std::string text = format(value);
+    std::string text = format(value);
     double rounded = 0;
     if (!parseFloat(text, rounded)) return text;
     const double half = 0.5 * std::pow(10.0, -static_cast<double>(decimalsOf(text)));

@@ -17,7 +17,7 @@ class WithRegister : public Base, public IRegister {
         : Base(map, id),
           register_(*this, map.description().tables().registers[this->record().data]) {}
 
-    EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
+    EAccessMode GetAccessMode() const override { return Base::GetAccessMode(); }
     INode* GetNode() override { return this; }
 
     void Set(const uint8_t* buffer, int64_t length, bool verify = true) override {
