@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -33,17 +34,17 @@ void replay(const std::filesystem::path& path) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: %s FOLDER\n", argv[0]);
-        return 2;
-    }
+int main(int argc, char** argv) try {
+    if (argc != 2) throw std::runtime_error("usage: replay FOLDER");
     std::size_t count = 0;
     for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
         replay(entry.path());
         ++count;
     }
+    if (count == 0) throw std::runtime_error("an empty corpus tests nothing");
     std::printf("%zu inputs\n", count);
-    // An empty corpus tests nothing.
-    return count == 0 ? 1 : 0;
+    return 0;
+} catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 1;
 }

@@ -3,6 +3,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <Base/GCException.h>
 #include <Base/GCString.h>
@@ -218,9 +219,14 @@ size_t gcstring::_npos() {
 }
 
 void gcstring::swap(gcstring& Right) {
-    const gcstring other(Right);
-    Right = *this;
-    *this = other;
+    const bool wasShort = isShort();
+    const bool rightWasShort = Right.isShort();
+    std::swap(m_psz, Right.m_psz);
+    std::swap(m_length, Right.m_length);
+    std::swap(m_capacity, Right.m_capacity);
+    std::swap(m_short, Right.m_short);
+    if (wasShort) Right.m_psz = Right.m_short;
+    if (rightWasShort) m_psz = m_short;
 }
 
 bool gcstring::operator!=(const gcstring& str) const {
@@ -254,6 +260,7 @@ gcstring gcstring::operator+=(char ch) const {
     return result;
 }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): assign takes itself
 gcstring& gcstring::operator=(const gcstring& str) {
     return assign(str);
 }

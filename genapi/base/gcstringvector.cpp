@@ -139,6 +139,7 @@ void gcstring_vector::insert(size_t uiIndex, const gcstring& str) {
     strings(_pv).insert(strings(_pv).begin() + static_cast<intptr_t>(uiIndex), str);
 }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): assign takes itself
 gcstring_vector& gcstring_vector::operator=(const gcstring_vector& obj) {
     return assign(obj);
 }

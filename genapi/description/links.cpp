@@ -256,8 +256,8 @@ void linkNodes(const Description& description, LinkTables& links,
     findCacheableAccess(links, records);
     findCategoryVisibility(description, records);
     findFeatures(description, records);
-    links.invalidated.reset(new std::atomic<const ChangeSet*>[records.size()]());
-    links.written.reset(new std::atomic<const ChangeSet*>[records.size()]());
+    links.invalidated = std::make_unique<std::atomic<const ChangeSet*>[]>(records.size());
+    links.written = std::make_unique<std::atomic<const ChangeSet*>[]>(records.size());
 }
 
 }  // namespace Engine

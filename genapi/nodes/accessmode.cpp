@@ -107,8 +107,7 @@ bool Node::isWritable(bool verify) {
 }
 
 void Node::requireWritable(bool verify) {
-    if (!isWritable(verify))
-        throw NODE_ERROR(AccessException, *this)("Node is not writable.");
+    if (!isWritable(verify)) throw NODE_ERROR(AccessException, *this)("Node is not writable.");
 }
 
 void Node::requireAvailable() {

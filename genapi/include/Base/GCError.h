@@ -7,7 +7,7 @@
 namespace GENICAM_NAMESPACE {
 
 // 0 for success. In the namespace: transport layers have a type of the same name.
-typedef int32_t GC_ERROR;
+using GC_ERROR = int32_t;
 
 }  // namespace GENICAM_NAMESPACE
 

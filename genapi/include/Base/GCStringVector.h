@@ -13,11 +13,11 @@ class GCBASE_RTTI_CLASS_API gcstring_vector {
   public:
     class const_iterator {
       public:
-        typedef std::random_access_iterator_tag iterator_category;
-        typedef gcstring value_type;
-        typedef intptr_t difference_type;
-        typedef const gcstring* pointer;
-        typedef const gcstring& reference;
+        using iterator_category = std::random_access_iterator_tag;
+        using value_type = gcstring;
+        using difference_type = intptr_t;
+        using pointer = const gcstring*;
+        using reference = const gcstring&;
 
         const_iterator(gcstring* pStr = nullptr) : _ps(pStr) {}
         const gcstring& operator*() const { return *_ps; }
@@ -46,8 +46,8 @@ class GCBASE_RTTI_CLASS_API gcstring_vector {
 
     class iterator : public const_iterator {
       public:
-        typedef gcstring* pointer;
-        typedef gcstring& reference;
+        using pointer = gcstring*;
+        using reference = gcstring&;
 
         iterator(gcstring* ps = nullptr) : const_iterator(ps) {}
         gcstring& operator*() const { return *_ps; }

@@ -41,8 +41,8 @@
 #define PLATFORM_NAME "Linux32_i86"
 #endif
 
-typedef float float32_t;
-typedef double float64_t;
+using float32_t = float;
+using float64_t = double;
 
 namespace GENICAM_NAMESPACE {
 

@@ -17,11 +17,11 @@ struct Chunk;
 }
 
 // What AttachBuffer found.
-typedef struct _AttachStatistics_t {
+using AttachStatistics_t = struct _AttachStatistics_t {
     int NumChunkPorts;      // port nodes for chunks in the map
     int NumChunks;          // chunks in the buffer
     int NumAttachedChunks;  // those that a port node takes
-} AttachStatistics_t;
+};
 
 // Shows the chunks of one buffer at a time in the port nodes whose ChunkID is the chunk's id:
 //
@@ -37,7 +37,7 @@ typedef struct _AttachStatistics_t {
 // run in the calling thread, and must not delete the adapter.
 class GENAPI_DECL CChunkAdapter {
   public:
-    typedef GENAPI_NAMESPACE::AttachStatistics_t AttachStatistics_t;
+    using AttachStatistics_t = GENAPI_NAMESPACE::AttachStatistics_t;
 
     // Detaches.
     virtual ~CChunkAdapter();
@@ -53,7 +53,7 @@ class GENAPI_DECL CChunkAdapter {
     virtual bool CheckBufferLayout(uint8_t* pBuffer, int64_t BufferLength) = 0;
     // RuntimeException, and nothing changes, if it does not.
     virtual void AttachBuffer(uint8_t* pBuffer, int64_t BufferLength,
-                              AttachStatistics_t* pAttachStatistics = NULL) = 0;
+                              AttachStatistics_t* pAttachStatistics = nullptr) = 0;
     void DetachBuffer();
     // A buffer with the same length and layout as the one that is attached. LogicalErrorException
     // when none is, InvalidArgumentException for null.
@@ -63,7 +63,7 @@ class GENAPI_DECL CChunkAdapter {
 
   protected:
     // MaxChunkCacheSize: the longest chunk that is copied, -1 for any.
-    CChunkAdapter(INodeMap* pNodeMap = NULL, int64_t MaxChunkCacheSize = -1);
+    CChunkAdapter(INodeMap* pNodeMap = nullptr, int64_t MaxChunkCacheSize = -1);
 
     // Of several chunks with one id the first counts. The chunks must lie within the buffer.
     void AttachChunks(const uint8_t* pBuffer, const std::vector<Engine::Chunk>& Chunks,

@@ -13,12 +13,12 @@ namespace GENAPI_NAMESPACE {
 // of the data, four bytes each.
 class GENAPI_DECL CChunkAdapterGEV : public CChunkAdapter {
   public:
-    CChunkAdapterGEV(INodeMap* pNodeMap = NULL, int64_t MaxChunkCacheSize = -1);
-    virtual ~CChunkAdapterGEV();
+    CChunkAdapterGEV(INodeMap* pNodeMap = nullptr, int64_t MaxChunkCacheSize = -1);
+    ~CChunkAdapterGEV() override;
 
     bool CheckBufferLayout(uint8_t* pBuffer, int64_t BufferLength) override;
     void AttachBuffer(uint8_t* pBuffer, int64_t BufferLength,
-                      AttachStatistics_t* pAttachStatistics = NULL) override;
+                      AttachStatistics_t* pAttachStatistics = nullptr) override;
 };
 
 }  // namespace GENAPI_NAMESPACE

@@ -13,12 +13,12 @@ namespace GENAPI_NAMESPACE {
 // length of the data, four bytes each.
 class GENAPI_DECL CChunkAdapterU3V : public CChunkAdapter {
   public:
-    CChunkAdapterU3V(INodeMap* pNodeMap = NULL, int64_t MaxChunkCacheSize = -1);
-    virtual ~CChunkAdapterU3V();
+    CChunkAdapterU3V(INodeMap* pNodeMap = nullptr, int64_t MaxChunkCacheSize = -1);
+    ~CChunkAdapterU3V() override;
 
     bool CheckBufferLayout(uint8_t* pBuffer, int64_t BufferLength) override;
     void AttachBuffer(uint8_t* pBuffer, int64_t BufferLength,
-                      AttachStatistics_t* pAttachStatistics = NULL) override;
+                      AttachStatistics_t* pAttachStatistics = nullptr) override;
 };
 
 }  // namespace GENAPI_NAMESPACE

@@ -29,7 +29,7 @@ class GENAPI_DECL CChunkPort : public IPort {
     // Does not connect. The node must be one that HasChunkID.
     explicit CChunkPort(INode* pNode);
     // Disconnects; exceptions of callbacks end here.
-    virtual ~CChunkPort();
+    ~CChunkPort() override;
     CChunkPort(const CChunkPort&) = delete;
     CChunkPort& operator=(const CChunkPort&) = delete;
 

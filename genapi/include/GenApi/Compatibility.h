@@ -6,12 +6,12 @@
 
 #ifndef GUID_DEFINED
 #define GUID_DEFINED
-typedef struct _GUID {
+using GUID = struct _GUID {
     uint32_t Data1;
     uint16_t Data2;
     uint16_t Data3;
     uint8_t Data4[8];
-} GUID;
+};
 #endif
 
 #endif  // GENAPI_COMPATIBILITY_H

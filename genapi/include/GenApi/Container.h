@@ -18,12 +18,12 @@ struct IValue;
 template <class T>
 class CPointerVectorConstIterator {
   public:
-    typedef std::random_access_iterator_tag iterator_category;
-    typedef CPointerVectorConstIterator const_iterator;
-    typedef T value_type;
-    typedef intptr_t difference_type;
-    typedef const T* pointer;
-    typedef const T& reference;
+    using iterator_category = std::random_access_iterator_tag;
+    using const_iterator = CPointerVectorConstIterator;
+    using value_type = T;
+    using difference_type = intptr_t;
+    using pointer = const T*;
+    using reference = const T&;
 
     CPointerVectorConstIterator(T* pT = nullptr) : _pT(pT) {}
     const T& operator*() const { return *_pT; }
@@ -67,10 +67,10 @@ class CPointerVectorConstIterator {
 template <class T>
 class CPointerVectorIterator : public CPointerVectorConstIterator<T> {
   public:
-    typedef CPointerVectorConstIterator<T> const_iterator;
-    typedef CPointerVectorIterator iterator;
-    typedef T* pointer;
-    typedef T& reference;
+    using const_iterator = CPointerVectorConstIterator<T>;
+    using iterator = CPointerVectorIterator;
+    using pointer = T*;
+    using reference = T&;
 
     CPointerVectorIterator(T* pT = nullptr) : const_iterator(pT) {}
     T& operator*() const { return *_pT; }
@@ -110,10 +110,10 @@ class CPointerVectorIterator : public CPointerVectorConstIterator<T> {
 template <class T>
 class GENAPI_DECL CPointerVector {
   public:
-    typedef T value_type;
+    using value_type = T;
 
-    typedef CPointerVectorConstIterator<T> const_iterator;
-    typedef CPointerVectorIterator<T> iterator;
+    using const_iterator = CPointerVectorConstIterator<T>;
+    using iterator = CPointerVectorIterator<T>;
 
     CPointerVector();
     explicit CPointerVector(size_t uiSize);
@@ -173,8 +173,8 @@ class GENAPI_DECL value_vector : public CPointerVector<IValue*> {
     explicit value_vector(size_t uiSize) : CPointerVector<IValue*>(uiSize) {}
 };
 
-typedef node_vector NodeList_t;
-typedef value_vector FeatureList_t;
+using NodeList_t = node_vector;
+using FeatureList_t = value_vector;
 
 }  // namespace GENAPI_NAMESPACE
 

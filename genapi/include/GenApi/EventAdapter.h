@@ -24,7 +24,7 @@ class CEventPort;
 // not delete the adapter.
 class GENAPI_DECL CEventAdapter {
   public:
-    CEventAdapter(INodeMap* pNodeMap = NULL);
+    CEventAdapter(INodeMap* pNodeMap = nullptr);
     // Detaches.
     virtual ~CEventAdapter();
     CEventAdapter(const CEventAdapter&) = delete;

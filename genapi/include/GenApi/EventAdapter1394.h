@@ -13,8 +13,8 @@ namespace GENAPI_NAMESPACE {
 // there is no delivery for this transport.
 class GENAPI_DECL CEventAdapter1394 : public CEventAdapter {
   public:
-    CEventAdapter1394(INodeMap* pNodeMap = NULL);
-    virtual ~CEventAdapter1394();
+    CEventAdapter1394(INodeMap* pNodeMap = nullptr);
+    ~CEventAdapter1394() override;
 
     // Always a RuntimeException.
     void DeliverMessage(const uint8_t msg[], uint32_t numBytes) override;

@@ -19,34 +19,34 @@ struct EventItem;
 
 static const uint8_t COMMAND_MAGIC = 0x42;
 
-typedef enum _GVCP_MESSAGE_TAGS {
+using GVCP_MESSAGE_TAGS = enum _GVCP_MESSAGE_TAGS {
     TAG_EVENT_CMD = 0xc0,
     TAG_EVENTDATA_CMD = 0xc2
-} GVCP_MESSAGE_TAGS;
+};
 
-typedef struct _GVCP_REQUEST_HEADER {
+using GVCP_REQUEST_HEADER = struct _GVCP_REQUEST_HEADER {
     uint8_t Magic;
     uint8_t Flags;
     uint16_t Command;
     uint16_t Length;  // of what follows the header
     uint16_t ReqId;
-} GVCP_REQUEST_HEADER;
+};
 
-typedef struct _GVCP_EVENT_ITEM_BASIC {
+using GVCP_EVENT_ITEM_BASIC = struct _GVCP_EVENT_ITEM_BASIC {
     uint16_t ReservedOrEventSize;
     uint16_t EventId;
-} GVCP_EVENT_ITEM_BASIC;
+};
 
-typedef struct _GVCP_EVENT_ITEM {
+using GVCP_EVENT_ITEM = struct _GVCP_EVENT_ITEM {
     uint16_t ReservedOrEventSize;
     uint16_t EventId;
     uint16_t StreamChannelId;
     uint16_t BlockId;
     uint32_t TimestampHigh;
     uint32_t TimestampLow;
-} GVCP_EVENT_ITEM;
+};
 
-typedef struct _GVCP_EVENT_ITEM_EXTENDED_ID {
+using GVCP_EVENT_ITEM_EXTENDED_ID = struct _GVCP_EVENT_ITEM_EXTENDED_ID {
     uint16_t ReservedOrEventSize;
     uint16_t EventId;
     uint16_t StreamChannelId;
@@ -55,30 +55,30 @@ typedef struct _GVCP_EVENT_ITEM_EXTENDED_ID {
     uint32_t BlockId64Low;
     uint32_t TimestampHigh;
     uint32_t TimestampLow;
-} GVCP_EVENT_ITEM_EXTENDED_ID;
+};
 
 // The arrays at the end are as long as the message says.
-typedef struct _GVCP_EVENT_REQUEST {
+using GVCP_EVENT_REQUEST = struct _GVCP_EVENT_REQUEST {
     GVCP_REQUEST_HEADER Header;
     GVCP_EVENT_ITEM Items[1];
-} GVCP_EVENT_REQUEST;
+};
 
-typedef struct _GVCP_EVENT_REQUEST_EXTENDED_ID {
+using GVCP_EVENT_REQUEST_EXTENDED_ID = struct _GVCP_EVENT_REQUEST_EXTENDED_ID {
     GVCP_REQUEST_HEADER Header;
     GVCP_EVENT_ITEM_EXTENDED_ID Items[1];
-} GVCP_EVENT_REQUEST_EXTENDED_ID;
+};
 
-typedef struct _GVCP_EVENTDATA_REQUEST {
+using GVCP_EVENTDATA_REQUEST = struct _GVCP_EVENTDATA_REQUEST {
     GVCP_REQUEST_HEADER Header;
     GVCP_EVENT_ITEM Event;
     uint32_t Data[1];
-} GVCP_EVENTDATA_REQUEST;
+};
 
-typedef struct _GVCP_EVENTDATA_REQUEST_EXTENDED_ID {
+using GVCP_EVENTDATA_REQUEST_EXTENDED_ID = struct _GVCP_EVENTDATA_REQUEST_EXTENDED_ID {
     GVCP_REQUEST_HEADER Header;
     GVCP_EVENT_ITEM_EXTENDED_ID Event;
     uint32_t Data[1];
-} GVCP_EVENTDATA_REQUEST_EXTENDED_ID;
+};
 
 #pragma pack(pop)
 
@@ -86,8 +86,8 @@ typedef struct _GVCP_EVENTDATA_REQUEST_EXTENDED_ID {
 // the first byte of its item; an item that does not state its size shows it all the same.
 class GENAPI_DECL CEventAdapterGEV : public CEventAdapter {
   public:
-    CEventAdapterGEV(INodeMap* pNodeMap = NULL);
-    virtual ~CEventAdapterGEV();
+    CEventAdapterGEV(INodeMap* pNodeMap = nullptr);
+    ~CEventAdapterGEV() override;
 
     void DeliverMessage(const uint8_t msg[], uint32_t numBytes) override;
 

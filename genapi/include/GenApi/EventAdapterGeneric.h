@@ -13,8 +13,8 @@ namespace GENAPI_NAMESPACE {
 // The whole message is the event's data: address 0 of its port is msg[0].
 class GENAPI_DECL CEventAdapterGeneric : public CEventAdapter {
   public:
-    CEventAdapterGeneric(INodeMap* pNodeMap = NULL);
-    virtual ~CEventAdapterGeneric();
+    CEventAdapterGeneric(INodeMap* pNodeMap = nullptr);
+    ~CEventAdapterGeneric() override;
 
     // A message without id reaches no node.
     void DeliverMessage(const uint8_t msg[], uint32_t numBytes) override;

@@ -17,25 +17,25 @@ static const uint32_t GENCP_EVENT_BASIC_SIZE = 24;
 // The messages as they are on the wire: all fields are little endian.
 #pragma pack(push, 1)
 
-typedef struct _U3V_COMMAND_HEADER {
+using U3V_COMMAND_HEADER = struct _U3V_COMMAND_HEADER {
     uint32_t Prefix;
     uint16_t Flags;
     uint16_t CommandId;
     uint16_t Length;  // of what follows the header
     uint16_t ReqId;
-} U3V_COMMAND_HEADER;
+};
 
 // Followed by the data of the event.
-typedef struct _U3V_EVENT_DATA {
+using U3V_EVENT_DATA = struct _U3V_EVENT_DATA {
     uint16_t Reserved;
     uint16_t EventId;
     uint64_t Timestamp;
-} U3V_EVENT_DATA;
+};
 
-typedef struct _U3V_EVENT_MESSAGE {
+using U3V_EVENT_MESSAGE = struct _U3V_EVENT_MESSAGE {
     U3V_COMMAND_HEADER Header;
     U3V_EVENT_DATA Event;
-} U3V_EVENT_MESSAGE;
+};
 
 #pragma pack(pop)
 
@@ -43,8 +43,8 @@ typedef struct _U3V_EVENT_MESSAGE {
 // the header.
 class GENAPI_DECL CEventAdapterU3V : public CEventAdapter {
   public:
-    CEventAdapterU3V(INodeMap* pNodeMap = NULL);
-    virtual ~CEventAdapterU3V();
+    CEventAdapterU3V(INodeMap* pNodeMap = nullptr);
+    ~CEventAdapterU3V() override;
 
     void DeliverMessage(const uint8_t msg[], uint32_t numBytes) override;
 

@@ -24,7 +24,7 @@ class GENAPI_DECL CEventPort : public IPort {
     // Does not connect. LogicalErrorException if the EventID has an odd number of digits.
     explicit CEventPort(INode* pNode);
     // Disconnects; exceptions of callbacks end here.
-    virtual ~CEventPort();
+    ~CEventPort() override;
     CEventPort(const CEventPort&) = delete;
     CEventPort& operator=(const CEventPort&) = delete;
 

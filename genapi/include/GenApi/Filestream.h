@@ -84,7 +84,7 @@ class DevFileStreamBuf : public std::basic_streambuf<CharType, Traits> {
     // Null if a file is open already or this one cannot be opened.
     DevFileStreamBuf* open(INodeMap* pInterface, const char* pFileName,
                            std::ios_base::openmode mode) {
-        if (m_IsOpen || pFileName == NULL || !m_Adapter.attach(pInterface)) return NULL;
+        if (m_IsOpen || pFileName == nullptr || !m_Adapter.attach(pInterface)) return NULL;
         if (!m_Adapter.openFile(pFileName, mode)) return NULL;
         m_IsOpen = true;
         m_FileName = pFileName;
@@ -132,7 +132,7 @@ class DevFileStreamBuf : public std::basic_streambuf<CharType, Traits> {
 
 template <typename CharType, typename Traits = std::char_traits<CharType>>
 class ODevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
-    typedef DevFileStreamBuf<CharType, Traits> Base;
+    using Base = DevFileStreamBuf<CharType, Traits>;
 
   public:
     ~ODevFileStreamBuf() { CloseQuietly(); }
@@ -199,7 +199,7 @@ class ODevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
 
 template <typename CharType, typename Traits = std::char_traits<CharType>>
 class IDevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
-    typedef DevFileStreamBuf<CharType, Traits> Base;
+    using Base = DevFileStreamBuf<CharType, Traits>;
 
   public:
     ~IDevFileStreamBuf() { this->CloseQuietly(); }
@@ -236,7 +236,7 @@ class IDevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
 template <typename CharType, typename Traits = std::char_traits<CharType>>
 class ODevFileStreamBase : public std::basic_ostream<CharType, Traits> {
   public:
-    typedef ODevFileStreamBuf<CharType, Traits> filebuf_type;
+    using filebuf_type = ODevFileStreamBuf<CharType, Traits>;
 
     ODevFileStreamBase() : std::basic_ostream<CharType, Traits>(NULL) { this->init(&m_Buf); }
     ODevFileStreamBase(INodeMap* pInterface, const char* pFileName,
@@ -270,7 +270,7 @@ class ODevFileStreamBase : public std::basic_ostream<CharType, Traits> {
 template <typename CharType, typename Traits = std::char_traits<CharType>>
 class IDevFileStreamBase : public std::basic_istream<CharType, Traits> {
   public:
-    typedef IDevFileStreamBuf<CharType, Traits> filebuf_type;
+    using filebuf_type = IDevFileStreamBuf<CharType, Traits>;
 
     IDevFileStreamBase() : std::basic_istream<CharType, Traits>(NULL) { this->init(&m_Buf); }
     IDevFileStreamBase(INodeMap* pInterface, const char* pFileName,
@@ -299,8 +299,8 @@ class IDevFileStreamBase : public std::basic_istream<CharType, Traits> {
     filebuf_type m_Buf;
 };
 
-typedef ODevFileStreamBase<char> ODevFileStream;
-typedef IDevFileStreamBase<char> IDevFileStream;
+using ODevFileStream = ODevFileStreamBase<char>;
+using IDevFileStream = IDevFileStreamBase<char>;
 
 }  // namespace GENAPI_NAMESPACE
 

@@ -15,9 +15,9 @@ struct IEnumerationT : virtual public IEnumeration {
     virtual IEnumeration& operator=(EnumT Value) = 0;
     virtual EnumT GetValue(bool Verify = false, bool IgnoreCache = false) = 0;
     virtual EnumT operator()() = 0;
-    virtual IEnumeration& operator=(const GENICAM_NAMESPACE::gcstring& ValueStr) = 0;
+    IEnumeration& operator=(const GENICAM_NAMESPACE::gcstring& ValueStr) override = 0;
     virtual IEnumEntry* GetEntry(const EnumT Value) = 0;
-    virtual IEnumEntry* GetCurrentEntry(bool Verify = false, bool IgnoreCache = false) = 0;
+    IEnumEntry* GetCurrentEntry(bool Verify = false, bool IgnoreCache = false) override = 0;
 };
 
 }  // namespace GENAPI_NAMESPACE

@@ -14,7 +14,7 @@ class CNodeCallback;
 struct INodeMap;
 
 // What INode::RegisterCallback gives and INode::DeregisterCallback takes.
-typedef intptr_t CallbackHandleType;
+using CallbackHandleType = intptr_t;
 
 // What all kinds of nodes have in common. Nodes live as long as their map; all operations are
 // thread-safe.

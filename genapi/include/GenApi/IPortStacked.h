@@ -10,11 +10,11 @@
 namespace GENAPI_NAMESPACE {
 
 // One write of a list.
-typedef struct S_PORT_REGISTER_STACK_ENTRY {
+using PORT_REGISTER_STACK_ENTRY = struct S_PORT_REGISTER_STACK_ENTRY {
     uint64_t Address;
     void* pBuffer;
     size_t Size;
-} PORT_REGISTER_STACK_ENTRY;
+};
 
 // A port for devices that can carry out a list of writes in one go.
 struct GENAPI_DECL_ABSTRACT IPortStacked : virtual public IPort {

@@ -6,7 +6,7 @@
 
 namespace GENAPI_NAMESPACE {
 
-typedef void* UserData_t;
+using UserData_t = void*;
 
 // Thread-safe. The engine never looks at what the pointer points to.
 struct GENAPI_DECL_ABSTRACT IUserData {

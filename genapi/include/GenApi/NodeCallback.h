@@ -8,7 +8,7 @@
 namespace GENAPI_NAMESPACE {
 
 // When a callback is called: before or after the map's lock is released.
-typedef enum _ECallbackType { cbPostInsideLock = 1, cbPostOutsideLock = 2 } ECallbackType;
+using ECallbackType = enum _ECallbackType { cbPostInsideLock = 1, cbPostOutsideLock = 2 };
 
 // Called twice per change of its node, once for each type; the object ignores the call that is not
 // its own. It runs in the thread that made the change and should not throw: an exception reaches
@@ -48,7 +48,7 @@ class Function_NodeCallback : public CNodeCallback {
 template <class Client, class Member>
 class Member_NodeCallback : public CNodeCallback {
   public:
-    typedef void (Client::*PMEMBER_FUNC)(INode*);
+    using PMEMBER_FUNC = void (Client::*)(INode*);
 
     Member_NodeCallback(INode* pNode, Client& client, Member member, ECallbackType CallbackType)
         : CNodeCallback(pNode, CallbackType), m_Client(client), m_Member(member) {}

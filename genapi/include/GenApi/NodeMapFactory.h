@@ -16,17 +16,17 @@ namespace GENAPI_NAMESPACE {
 
 // Use of the folder of preprocessed descriptions. This library keeps none: all values mean the
 // same.
-typedef enum _ECacheUsage_t {
+using ECacheUsage_t = enum _ECacheUsage_t {
     CacheUsage_Automatic = 0,
     CacheUsage_ForceWrite = 1,
     CacheUsage_ForceRead = 2,
     CacheUsage_Ignore = 3
-} ECacheUsage_t;
+};
 
-typedef enum _EContentType_t {
+using EContentType_t = enum _EContentType_t {
     ContentType_Xml = 0,
     ContentType_ZippedXml = 1  // the first entry of the archive counts
-} EContentType_t;
+};
 
 class CNodeDataMap;
 
@@ -40,12 +40,12 @@ class CNodeDataMap;
 class GENAPI_DECL CNodeMapFactory {
   public:
     // Sizes of the description.
-    typedef struct NodeStatistics {
+    using NodeStatistics_t = struct NodeStatistics {
         uint32_t NumNodes;
         uint32_t NumProperties;
         uint32_t NumLinks;
         uint32_t NumStrings;
-    } NodeStatistics_t;
+    };
 
     // Empty.
     CNodeMapFactory();

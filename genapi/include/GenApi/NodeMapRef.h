@@ -48,7 +48,7 @@ class CNodeMapRefT : public TCameraParams {
         : TCameraParams(), _Ptr(nullptr), m_DeviceName(Them.m_DeviceName) {
         Share(Them);
     }
-    virtual ~CNodeMapRefT() {}
+    ~CNodeMapRefT() override {}
 
     CNodeMapRefT& operator=(const CNodeMapRefT& Them) {
         if (this == &Them) return *this;

@@ -34,7 +34,7 @@ struct GENAPI_DECL_ABSTRACT IPersistScript {
     // A line for people on where the settings are from; newlines in it become blanks.
     virtual void SetInfo(const GENICAM_NAMESPACE::gcstring& Info) = 0;
     // Takes down the present value of a feature; before it that of its selectors, where given.
-    virtual void PersistFeature(IValue& item, CSelectorSet* selectorSet = NULL) = 0;
+    virtual void PersistFeature(IValue& item, CSelectorSet* selectorSet = nullptr) = 0;
 
   protected:
     ~IPersistScript() = default;
@@ -64,7 +64,7 @@ class GENAPI_DECL CFeatureBag : public IPersistScript {
     virtual ~CFeatureBag();
 
     void SetInfo(const GENICAM_NAMESPACE::gcstring& Info) override;
-    void PersistFeature(IValue& item, CSelectorSet* selectorSet = NULL) override;
+    void PersistFeature(IValue& item, CSelectorSet* selectorSet = nullptr) override;
 
     // Appends the streamable features of the category tree that can be read and written, sets the
     // info, and gives the number of new entries: at most MaxNumPersistSkriptEntries unless that is
@@ -76,7 +76,7 @@ class GENAPI_DECL CFeatureBag : public IPersistScript {
     // combinations, or the values more characters, than a bag can hold; exceptions of the port
     // pass, and what was collected stays. Thread-safe on the map, whose lock it holds.
     int64_t StoreToBag(INodeMap* pNodeMap, const int MaxNumPersistSkriptEntries = -1,
-                       GENICAM_NAMESPACE::gcstring_vector* pFeatureFilter = NULL);
+                       GENICAM_NAMESPACE::gcstring_vector* pFeatureFilter = nullptr);
 
     // Writes the values in order, whatever the limits of the features. With Verify, and if none
     // failed, then goes through them once more, writes the selectors again and compares the values
@@ -84,7 +84,7 @@ class GENAPI_DECL CFeatureBag : public IPersistScript {
     // loaded. True if none failed; one message for each failure in pErrorList, which is replaced.
     // InvalidArgumentException for null. Thread-safe on the map, whose lock it holds.
     bool LoadFromBag(INodeMap* pNodeMap, bool Verify = true,
-                     GENICAM_NAMESPACE::gcstring_vector* pErrorList = NULL);
+                     GENICAM_NAMESPACE::gcstring_vector* pErrorList = nullptr);
 
     // Whether both hold the same entries in the same order.
     bool operator==(const CFeatureBag& FeatureBag) const;
@@ -152,7 +152,7 @@ inline std::ostream& operator<<(std::ostream& os, const CFeatureBag& FeatureBag)
 }
 
 inline std::istream& operator>>(std::istream& is, CFeatureBag& FeatureBag) {
-    typedef std::istream::traits_type Traits;
+    using Traits = std::istream::traits_type;
     if (is.eof()) throw RUNTIME_EXCEPTION("The stream is eof");
     CFeatureBag::CReader reader(FeatureBag);
     std::string line;

@@ -76,29 +76,29 @@ class CPointer {
 // The principal interface of a node as text, such as "IInteger"; "IBase" for what is no node.
 GENAPI_DECL GENICAM_NAMESPACE::gcstring GetInterfaceName(IBase* pBase);
 
-typedef CPointer<IBase> CBasePtr;
-typedef CPointer<INode> CNodePtr;
-typedef CPointer<IValue> CValuePtr;
-typedef CPointer<ICategory> CCategoryPtr;
-typedef CPointer<IBoolean> CBooleanPtr;
-typedef CPointer<IInteger> CIntegerPtr;
-typedef CPointer<IString> CStringPtr;
-typedef CPointer<IRegister> CRegisterPtr;
-typedef CPointer<IEnumeration> CEnumerationPtr;
-typedef CPointer<IEnumEntry> CEnumEntryPtr;
-typedef CPointer<IPort> CPortPtr;
-typedef CPointer<IPortReplay> CPortReplayPtr;
-typedef CPointer<IPortRecorder> CPortRecorderPtr;
-typedef CPointer<IPortWriteList, IPortWriteList> CPortWriteListPtr;
-typedef CPointer<IChunkPort> CChunkPortPtr;
-typedef CPointer<ISelector> CSelectorPtr;
-typedef CPointer<ICommand> CCommandPtr;
-typedef CPointer<IUserData> CNodeUserDataPtr;
-typedef CPointer<IPortConstruct> CPortConstructPtr;
-typedef CPointer<IPortStackedConstruct> CPortStackedConstructPtr;
-typedef CPointer<INodeMap, INodeMap> CNodeMapPtr;
-typedef CPointer<IDeviceInfo, INodeMap> CDeviceInfoPtr;
-typedef CPointer<IUserData, INodeMap> CNodeMapUserDataPtr;
+using CBasePtr = CPointer<IBase>;
+using CNodePtr = CPointer<INode>;
+using CValuePtr = CPointer<IValue>;
+using CCategoryPtr = CPointer<ICategory>;
+using CBooleanPtr = CPointer<IBoolean>;
+using CIntegerPtr = CPointer<IInteger>;
+using CStringPtr = CPointer<IString>;
+using CRegisterPtr = CPointer<IRegister>;
+using CEnumerationPtr = CPointer<IEnumeration>;
+using CEnumEntryPtr = CPointer<IEnumEntry>;
+using CPortPtr = CPointer<IPort>;
+using CPortReplayPtr = CPointer<IPortReplay>;
+using CPortRecorderPtr = CPointer<IPortRecorder>;
+using CPortWriteListPtr = CPointer<IPortWriteList, IPortWriteList>;
+using CChunkPortPtr = CPointer<IChunkPort>;
+using CSelectorPtr = CPointer<ISelector>;
+using CCommandPtr = CPointer<ICommand>;
+using CNodeUserDataPtr = CPointer<IUserData>;
+using CPortConstructPtr = CPointer<IPortConstruct>;
+using CPortStackedConstructPtr = CPointer<IPortStackedConstruct>;
+using CNodeMapPtr = CPointer<INodeMap, INodeMap>;
+using CDeviceInfoPtr = CPointer<IDeviceInfo, INodeMap>;
+using CNodeMapUserDataPtr = CPointer<IUserData, INodeMap>;
 
 class CFloatPtr : public CPointer<IFloat, IBase> {
   public:

@@ -17,7 +17,7 @@ namespace GENAPI_NAMESPACE {
 class GENAPI_DECL CPortImpl : public IPortConstruct {
   public:
     CPortImpl();
-    virtual ~CPortImpl();
+    ~CPortImpl() override;
     CPortImpl(const CPortImpl&) = delete;
     CPortImpl& operator=(const CPortImpl&) = delete;
 

@@ -14,7 +14,7 @@ namespace GENAPI_NAMESPACE {
 class GENAPI_DECL CPortStackedImpl : public CPortImpl, public IPortStacked {
   public:
     CPortStackedImpl();
-    virtual ~CPortStackedImpl();
+    ~CPortStackedImpl() override;
 
     EAccessMode GetAccessMode() const override = 0;
     void Read(void* pBuffer, int64_t Address, int64_t Length) override = 0;

@@ -9,10 +9,10 @@
 namespace GENAPI_NAMESPACE {
 
 // Signedness of a register.
-typedef enum _ESign { Signed = 0, Unsigned = 1, _UndefinedSign = 2 } ESign;
+using ESign = enum _ESign { Signed = 0, Unsigned = 1, _UndefinedSign = 2 };
 
 // What can be done with a node: not implemented, not available, write only, read only, both.
-typedef enum _EAccessMode {
+using EAccessMode = enum _EAccessMode {
     NI = 0,
     NA = 1,
     WO = 2,
@@ -20,27 +20,27 @@ typedef enum _EAccessMode {
     RW = 4,
     _UndefinedAccesMode = 5,
     _CycleDetectAccesMode = 6  // used inside while the mode is being computed
-} EAccessMode;
+};
 
 // For whom a feature is meant.
-typedef enum _EVisibility {
+using EVisibility = enum _EVisibility {
     Beginner = 0,
     Expert = 1,
     Guru = 2,
     Invisible = 3,
     _UndefinedVisibility = 99
-} EVisibility;
+};
 
 // How the value of a register is cached.
-typedef enum _ECachingMode {
+using ECachingMode = enum _ECachingMode {
     NoCache = 0,
     WriteThrough = 1,  // a write fills the cache
     WriteAround = 2,   // a write empties the cache, a read fills it
     _UndefinedCachingMode = 3
-} ECachingMode;
+};
 
 // How a number wants to be shown.
-typedef enum _ERepresentation {
+using ERepresentation = enum _ERepresentation {
     Linear = 0,
     Logarithmic = 1,
     Boolean = 2,
@@ -49,7 +49,7 @@ typedef enum _ERepresentation {
     IPV4Address = 5,
     MACAddress = 6,
     _UndefinedRepresentation = 7
-} ERepresentation;
+};
 
 #ifndef NO_UNDEFINEDED_REPRESENTATION
 // Old misspelling.
@@ -57,52 +57,52 @@ typedef enum _ERepresentation {
 #endif
 
 // Byte order of a register.
-typedef enum _EEndianess { BigEndian = 0, LittleEndian = 1, _UndefinedEndian = 2 } EEndianess;
+using EEndianess = enum _EEndianess { BigEndian = 0, LittleEndian = 1, _UndefinedEndian = 2 };
 
 // Whether a node's name is one of a standard.
-typedef enum _ENameSpace { Custom = 0, Standard = 1, _UndefinedNameSpace = 2 } ENameSpace;
+using ENameSpace = enum _ENameSpace { Custom = 0, Standard = 1, _UndefinedNameSpace = 2 };
 
 // The standard that a description follows.
-typedef enum _EStandardNameSpace {
+using EStandardNameSpace = enum _EStandardNameSpace {
     None = 0,
     GEV = 1,
     IIDC = 2,
     CL = 3,
     USB = 4,
     _UndefinedStandardNameSpace = 5
-} EStandardNameSpace;
+};
 
-typedef enum _EYesNo { Yes = 1, No = 0, _UndefinedYesNo = 2 } EYesNo;
+using EYesNo = enum _EYesNo { Yes = 1, No = 0, _UndefinedYesNo = 2 };
 
 // Direction of the formula of a converter.
-typedef enum _ESlope {
+using ESlope = enum _ESlope {
     Increasing = 0,
     Decreasing = 1,
     Varying = 2,
     Automatic = 3,
     _UndefinedESlope = 4
-} ESlope;
+};
 
 // What to check of a description.
-typedef enum _EXMLValidation {
+using EXMLValidation = enum _EXMLValidation {
     xvLoad = 1,
     xvCycles = 2,
     xvSFNC = 4,
     xvDefault = 0,
     xvAll = 0xffffffff,
     _UndefinedEXMLValidation = 0x8000000
-} EXMLValidation;
+};
 
 // Notation of a floating-point number as text.
-typedef enum _EDisplayNotation {
+using EDisplayNotation = enum _EDisplayNotation {
     fnAutomatic = 0,
     fnFixed = 1,
     fnScientific = 2,
     _UndefinedEDisplayNotation = 3
-} EDisplayNotation;
+};
 
 // The interface that a node is mainly used by.
-typedef enum _EInterfaceType {
+using EInterfaceType = enum _EInterfaceType {
     intfIValue = 0,
     intfIBase = 1,
     intfIInteger = 2,
@@ -115,28 +115,28 @@ typedef enum _EInterfaceType {
     intfIEnumeration = 9,
     intfIEnumEntry = 10,
     intfIPort = 11
-} EInterfaceType;
+};
 
 // The neighbours of a node that INode::GetChildren lists.
-typedef enum _ELinkType {
+using ELinkType = enum _ELinkType {
     ctParentNodes = 0,
     ctReadingChildren = 1,       // nodes read from
     ctWritingChildren = 2,       // nodes written to
     ctInvalidatingChildren = 3,  // nodes whose change invalidates this one
     ctDependingNodes = 4,        // nodes that a change of this one invalidates, however far
     ctTerminalNodes = 5          // nodes at which the value finally rests
-} ELinkType;
+};
 
 // Kind of increment of a number.
-typedef enum _EIncMode { noIncrement = 0, fixedIncrement = 1, listIncrement = 2 } EIncMode;
+using EIncMode = enum _EIncMode { noIncrement = 0, fixedIncrement = 1, listIncrement = 2 };
 
 // Whether a formula converts from or to the device.
-typedef enum _EInputDirection { idFrom = 0, idTo = 1, idNone = 2 } EInputDirection;
+using EInputDirection = enum _EInputDirection { idFrom = 0, idTo = 1, idNone = 2 };
 
 // Version of the schema that a description follows.
-typedef enum _EGenApiSchemaVersion { v1_0 = 1, v1_1 = 2, _Undefined = -1 } EGenApiSchemaVersion;
+using EGenApiSchemaVersion = enum _EGenApiSchemaVersion { v1_0 = 1, v1_1 = 2, _Undefined = -1 };
 
-typedef GENICAM_NAMESPACE::gcstring_vector StringList_t;
+using StringList_t = GENICAM_NAMESPACE::gcstring_vector;
 
 }  // namespace GENAPI_NAMESPACE
 
