@@ -117,10 +117,10 @@ TEST(Commands, RunUntilTheDeviceSaysOtherwise) {
     EXPECT_TRUE(command_.IsDone());
     EXPECT_EQ(map.port.takeTrace(), "");
     command_.Execute();
-    EXPECT_EQ(map.get("C"), "1");
+    EXPECT_EQ(map.get("C"), "1") << "the text asks the device, too";
     EXPECT_FALSE(command_.IsDone());
     EXPECT_FALSE(command_.IsDone());
-    EXPECT_EQ(map.port.takeTrace(), "W0=7 R0 R0 ");
+    EXPECT_EQ(map.port.takeTrace(), "W0=7 R0 R0 R0 ");
     map.port.fill(0, {0});
     EXPECT_TRUE(command_.IsDone());
     EXPECT_EQ(map.get("C"), "0");

@@ -366,6 +366,8 @@ TEST(Caching, EffectiveModes) {
         EXPECT_EQ(map.node(c.name).GetCachingMode(), c.mode) << c.name;
         EXPECT_EQ(map.node(c.name).IsCachable(), c.mode != NoCache) << c.name;
     }
+    EXPECT_FALSE(map.integer("Literal").IsValueCacheValid());
+    map.get("Literal");
     EXPECT_TRUE(map.integer("Literal").IsValueCacheValid());
     map.get("KnifeOfNo");
     map.get("KnifeOfNo");
