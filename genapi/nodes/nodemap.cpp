@@ -93,15 +93,15 @@ void NodeMap::InvalidateNodes() const {
 
 void NodeMap::keep(NodeId id) {
     flags_[id] |= kKeep;
-    kept_.push_back(id);
+    written_.push_back(id);
 }
 
-void NodeMap::forgetKept() {
-    for (const NodeId id : kept_) {
-        flags_[id] &= static_cast<std::uint8_t>(~(kKeep | kValueCached));
-        nodes_[id]->dropCaches();
-    }
-    kept_.clear();
+void NodeMap::forgetWritten() {
+    const std::vector<NodeId> written = std::exchange(written_, {});
+    for (const NodeId id : written)
+        flags_[id] &= static_cast<std::uint8_t>(~kKeep);
+    for (const NodeId id : written)
+        invalidate(invalidatedBy(*description_, id));
 }
 
 void NodeMap::invalidate(const ChangeSet& nodes) {
@@ -111,9 +111,9 @@ void NodeMap::invalidate(const ChangeSet& nodes) {
         flags_[id] &= kActive;
         nodes_[id]->dropCaches();
     }
-    for (const NodeId id : kept_)
+    for (const NodeId id : written_)
         flags_[id] &= static_cast<std::uint8_t>(~kKeep);
-    kept_.clear();
+    written_.clear();
 }
 
 void NodeMap::invalidateAll() {

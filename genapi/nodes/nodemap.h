@@ -95,8 +95,10 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     // Drops what a change made invalid, but for the values that were kept.
     void invalidate(const ChangeSet& nodes);
     void invalidateAll();
-    // Gives up the values kept by an operation that failed half way.
-    void forgetKept();
+    // The node's value is being written; where the operation fails after that, it is not known.
+    void beginWrite(NodeId id) { written_.push_back(id); }
+    // Drops what an operation that failed half way may have changed.
+    void forgetWritten();
 
     bool hasCallbacks() const { return callbackCount_ > 0; }
     void callbackAdded() { ++callbackCount_; }
@@ -128,7 +130,7 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     std::unique_ptr<std::uint8_t[]> flags_;
     RegisterCache registers_;
     std::vector<Polled> polled_;
-    std::vector<NodeId> kept_;
+    std::vector<NodeId> written_;  // by the operation in progress; some of them are kept
     std::unordered_map<NodeId, UserData_t> nodeUserData_;
     UserData_t userData_ = nullptr;
     const Entry* entry_ = nullptr;  // the innermost call from outside
@@ -189,7 +191,7 @@ void Node::modify(const char* name, Operation operation) {
             try {
                 return operation();
             } catch (...) {
-                map_.forgetKept();
+                map_.forgetWritten();
                 throw;
             }
         }();

@@ -86,10 +86,12 @@ T NumberSource<T>::read(ReadOptions options) {
 template <typename T>
 void NumberSource<T>::write(T value, bool verify) {
     const Picked picked = pick();
-    if (picked.setting->isNode())
+    if (picked.setting->isNode()) {
         NumberOf<T>::write(owner_.node(picked.setting->node), value, verify);
-    else
+    } else {
+        owner_.map().beginWrite(owner_.id());
         constant(picked) = value;
+    }
     for (const NodeId copy : copies())
         NumberOf<T>::write(owner_.node(copy), value, verify);
 }

@@ -128,12 +128,8 @@ void RegisterCore::write(const std::uint8_t* bytes, std::size_t count) {
     locate();
     RegisterCache& cache = owner_.map().registers();
     const RegisterCache::Slot slot = slot_;
-    try {
-        port()->writeDevice(bytes, address_, static_cast<std::int64_t>(count));
-    } catch (...) {
-        cache.drop(slot);  // what the device holds now is not known
-        throw;
-    }
+    owner_.map().beginWrite(owner_.id());
+    port()->writeDevice(bytes, address_, static_cast<std::int64_t>(count));
     if (owner_.record().caching == WriteThrough) {
         cache.store(slot, bytes, count);
         owner_.map().keep(owner_.id());

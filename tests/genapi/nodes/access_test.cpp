@@ -25,16 +25,13 @@ std::string whenImplemented(const char* by) {
 std::string imposed(const char* mode) {
     return element("ImposedAccessMode", mode);
 }
-std::string entry(const char* conditions = "") {
-    return named("EnumEntry", "A", conditions + element("Value", 1));
-}
-
+const std::string kEntry = entry("A", 1);
 const std::string kConditions =
     kPort + node("Integer", "Zero", "", element("Value", 0)) +
     node("Integer", "One", "", element("Value", 1)) +
     node("Float", "Two", "", element("Value", "2.5")) +
     node("Boolean", "False", "", element("Value", "false")) +
-    node("Enumeration", "List", "", entry() + element("Value", 1)) +
+    node("Enumeration", "List", "", kEntry + element("Value", 1)) +
     named("IntReg", "Write", registerAt(8, 4, "WO") + kLittle) +
     node("Integer", "Absent", whenAvailable("Zero"), element("Value", 1)) +
     node("Integer", "Missing", whenImplemented("Zero"), element("Value", 1));
@@ -86,8 +83,8 @@ TEST(AccessMode, OfWhatAValueRestsOn) {
         {"R", named("IntReg", "R", registerAt("<pAddress>Absent</pAddress>", 4) + kLittle), NA},
         {"I", node("Integer", "I", "", "<Value>1</Value><pMax>Absent</pMax>"), NA},
         {"I", node("Integer", "I", "", "<Value>1</Value><pMin>Absent</pMin>"), NA},
-        {"E", node("Enumeration", "E", "", entry() + "<pValue>Absent</pValue>"), NA},
-        {"E", node("Enumeration", "E", "", entry() + "<pValue>Write</pValue>"), WO},
+        {"E", node("Enumeration", "E", "", kEntry + "<pValue>Absent</pValue>"), NA},
+        {"E", node("Enumeration", "E", "", kEntry + "<pValue>Write</pValue>"), WO},
         {"C",
          named("Converter", "C",
                "<pVariable Name='V'>Write</pVariable><FormulaTo>FROM</FormulaTo>"
@@ -155,7 +152,7 @@ TEST(AccessMode, UnverifiedWritesSkipLocksAndAvailability) {
         {node("Integer", "X", whenAvailable("Zero"), below), "1", "nothing"},
         {node("Float", "X", whenLocked("One"), below), "1", "nothing"},
         {node("Boolean", "X", whenLocked("One"), below), "1", "nothing"},
-        {node("Enumeration", "X", whenLocked("One"), entry() + below), "A", "nothing"},
+        {node("Enumeration", "X", whenLocked("One"), kEntry + below), "A", "nothing"},
         {node("String", "X", whenLocked("One"), "<pValue>S</pValue>"), "t", "nothing"},
         {node("IntReg", "X", whenLocked("One"), registerAt(0, 4, "WO") + kLittle), "1", "nothing"},
         {node("Integer", "X", whenImplemented("Zero"), below), "1", refused},

@@ -19,15 +19,6 @@ using testing::UnorderedElementsAre;
 
 namespace {
 
-std::string literal(const std::string& name, const std::string& value,
-                    const std::string& before = "") {
-    return named("Integer", name, before + element("Value", value));
-}
-std::string over(const std::string& name, const std::string& below, const std::string& before = "",
-                 const std::string& after = "") {
-    return named("Integer", name, before + element("pValue", below) + after);
-}
-
 const std::string kNodes =
     kPort + named("Category", "Root", "<pFeature>Width</pFeature>") + over("Width", "R") +
     intReg("R", 0) + over("Other", "R") +

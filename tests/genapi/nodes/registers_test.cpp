@@ -319,15 +319,31 @@ TEST(Caching, WhatDropsTheCache) {
     EXPECT_EQ(traffic(), "");
 }
 
-TEST(Caching, FailedAccessLeavesNothingCached) {
-    TestMap map(cachedNodes("WriteThrough"));
-    map.set("I", "5");
-    map.port.failing = 0;
-    EXPECT_EQ(errorOf([&] { map.set("I", "6"); }), "TimeoutException: no answer");
-    EXPECT_EQ(errorOf([&] { map.node("R").InvalidateNode(), map.get("I"); }),
-              "TimeoutException: no answer");
-    map.port.failing = -1;
-    EXPECT_EQ(map.get("I"), "5");
+TEST(Caching, FailedWritesLeaveNothingThatMayBeWrong) {
+    for (const char* mode : {"WriteThrough", "WriteAround"}) {
+        SCOPED_TRACE(mode);
+        TestMap map(
+            cachedNodes(mode) + intReg("Fragile", 16) + literal("L", "0") +
+            over("Both", "R", element("pValueCopy", "Fragile")) +
+            over("BothL", "L", element("pValueCopy", "Fragile")) +
+            named("IntSwissKnife", "K", "<pVariable Name='L'>L</pVariable><Formula>L</Formula>"));
+        const auto read = [&] {
+            return map.get("I") + map.get("J") + map.get("Both") + map.get("K");
+        };
+        EXPECT_EQ(read(), "0000");
+        map.port.failing = 16;
+        for (const char* name : {"Both", "BothL"})
+            EXPECT_EQ(errorOf([&] { map.set(name, "6"); }), "TimeoutException: no answer");
+        EXPECT_EQ(read(), "6666") << "written before the other one failed";
+        map.port.fill(0, {7});
+        map.node("R").InvalidateNode();
+        EXPECT_EQ(map.get("I"), "7");
+        map.port.failing = 0;
+        EXPECT_EQ(errorOf([&] { map.set("I", "8"); }), "TimeoutException: no answer");
+        map.port.failing = -1;
+        map.port.fill(0, {8});
+        EXPECT_EQ(map.get("I") + map.get("J"), "88") << "it may have arrived";
+    }
 }
 
 TEST(Caching, EffectiveModes) {
@@ -350,6 +366,8 @@ TEST(Caching, EffectiveModes) {
         EXPECT_EQ(map.node(c.name).GetCachingMode(), c.mode) << c.name;
         EXPECT_EQ(map.node(c.name).IsCachable(), c.mode != NoCache) << c.name;
     }
+    EXPECT_FALSE(map.integer("Literal").IsValueCacheValid());
+    map.get("Literal");
     EXPECT_TRUE(map.integer("Literal").IsValueCacheValid());
     map.get("KnifeOfNo");
     map.get("KnifeOfNo");

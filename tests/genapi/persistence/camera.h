@@ -39,8 +39,8 @@ inline std::string features(const std::vector<std::string>& names) {
 inline std::string cameraNodes() {
     const std::string no;
     return features({"Width", "Mask", "Name", "Ratio", "Bank", "BankValue", "LutIndex", "LutValue",
-                     "Sel", "Gain", "Boost", "LoopA", "LoopB", "HugeIndex", "HugeValue", "Fixed",
-                     "Start", "Hidden"}) +
+                     "Sel", "Gain", "Boost", "LoopA", "LoopB", "LoopValue", "HugeIndex",
+                     "HugeValue", "Fixed", "Start", "Hidden"}) +
            "<Port Name='Device'/>" +
            // what stands alone
            integer("Width", limited("100")) + intReg("WidthReg", 0) +
@@ -72,8 +72,9 @@ inline std::string cameraNodes() {
            "<Formula>S &lt;&gt; 1</Formula></IntSwissKnife>"
            "<Integer Name='Zero'><Value>0</Value></Integer>" +
            // selectors without an outermost one, and one with billions of values
-           integer("LoopA", limited("1") + selecting("LoopB")) + intReg("LoopAReg", 128) +
-           integer("LoopB", limited("1") + selecting("LoopA")) + intReg("LoopBReg", 132) +
+           integer("LoopA", limited("1") + selecting("LoopB") + selecting("LoopValue")) +
+           intReg("LoopAReg", 128) + integer("LoopB", limited("1") + selecting("LoopA")) +
+           intReg("LoopBReg", 132) + integer("LoopValue") + intReg("LoopValueReg", 156) +
            integer("HugeIndex", limited("4294967295") + selecting("HugeValue"), no) +
            intReg("HugeIndexReg", 136) + integer("HugeValue") + intReg("HugeValueReg", 140) +
            // what is not stored

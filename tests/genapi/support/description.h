@@ -33,6 +33,20 @@ inline std::string named(const std::string& kind, const std::string& name,
     return "<" + kind + " Name='" + name + "'>" + inside + "</" + kind + ">";
 }
 
+// Nodes with a value of their own, and over another node.
+inline std::string literal(const std::string& name, const std::string& value,
+                           const std::string& more = "", const std::string& kind = "Integer") {
+    return named(kind, name, element("Value", value) + more);
+}
+inline std::string over(const std::string& name, const std::string& below,
+                        const std::string& more = "", const std::string& kind = "Integer") {
+    return named(kind, name, element("pValue", below) + more);
+}
+inline std::string entry(const std::string& name, int value, const std::string& before = "",
+                         const std::string& after = "") {
+    return named("EnumEntry", name, before + element("Value", value) + after);
+}
+
 // What every register says. `where` is the address, or elements that make it up.
 inline std::string registerAt(const std::string& where, int length,
                               const std::string& access = "RW",

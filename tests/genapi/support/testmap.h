@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -115,6 +116,17 @@ class TestMap {
     IEnumeration& enumeration(const std::string& name) const { return as<IEnumeration>(name); }
     INode& node(const std::string& name) const { return as<INode>(name); }
     EAccessMode mode(const std::string& name) const { return node(name).GetAccessMode(); }
+
+    // "0..255/1" of an integer or a float; "/none" where there is no increment.
+    std::string limits(const std::string& name) const {
+        std::ostringstream text;
+        if (auto* number = dynamic_cast<IInteger*>(&node(name)))
+            text << number->GetMin() << ".." << number->GetMax() << "/" << number->GetInc();
+        else
+            text << floating(name).GetMin() << ".." << floating(name).GetMax() << "/"
+                 << (floating(name).HasInc() ? std::to_string(floating(name).GetInc()) : "none");
+        return text.str();
+    }
 
     std::string get(const std::string& name) const { return toStd(as<IValue>(name).ToString()); }
     void set(const std::string& name, const std::string& value) const {
