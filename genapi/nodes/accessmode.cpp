@@ -1,6 +1,7 @@
 // Access modes: what a node allows is what its value source allows, restricted by what the
 // description or the application imposes and by its conditions.
 #include <cstring>
+#include <utility>
 
 #include "genapi/nodes/nodemap.h"
 
@@ -26,20 +27,14 @@ EAccessMode Node::accessMode() {
     // Where it cannot be computed it stays marked: until the node is invalidated, the mode does not
     // restrict, and the device is not asked again.
     cached.store(NodeMap::kComputingAccess, std::memory_order_relaxed);
+    const bool outer = std::exchange(map_.accessIsVolatile(), false);
     const EAccessMode mode = computeAccessMode(false);
-    cached.store(
-        record().accessCacheable == Yes ? static_cast<std::uint8_t>(mode) : NodeMap::kUnknownAccess,
-        std::memory_order_release);
+    // Categories only group, so that theirs is kept in any case.
+    const bool keep = !map_.accessIsVolatile() || record().kind == NodeKind::Category;
+    map_.accessIsVolatile() = outer || !keep;
+    cached.store(keep ? static_cast<std::uint8_t>(mode) : NodeMap::kUnknownAccess,
+                 std::memory_order_release);
     return mode;
-}
-
-// A node that is not implemented stays so, whatever its other conditions say, as long as the
-// condition that says so may be cached.
-bool Node::restsOnImplementedOnly(EAccessMode mode) const {
-    const NodeId condition = record().isImplemented;
-    if (mode != NI || condition == kNoNode) return false;
-    const NodeRecord& source = description().record(condition);
-    return source.caching != NoCache && source.accessCacheable == Yes;
 }
 
 EAccessMode Node::relaxedAccessMode() {
@@ -60,7 +55,9 @@ EAccessMode Node::computeAccessMode(bool relaxed) {
 bool Node::condition(NodeId id, EAccessMode& mode) {
     Node& source = node(id);
     mode = source.accessMode();
-    return IsReadable(mode) && source.getInt({}) != 0;
+    if (!IsReadable(mode)) return false;
+    if (source.record().caching == NoCache) map_.accessIsVolatile() = true;
+    return source.getInt({}) != 0;
 }
 
 EAccessMode Node::conditionalAccessMode(bool relaxed) {
@@ -73,7 +70,7 @@ EAccessMode Node::conditionalAccessMode(bool relaxed) {
     }
     if (relaxed || !isConditional()) return mode;
     if (own.isAvailable != kNoNode && !condition(own.isAvailable, source)) mode = NA;
-    if (own.isLocked != kNoNode) {
+    if (mode != NA && own.isLocked != kNoNode) {
         const bool locked = condition(own.isLocked, source);
         if (!IsReadable(source))
             mode = NA;

@@ -74,19 +74,26 @@ void EnumerationNode::throwNoEntry(const std::string& value) const {
         value.c_str());
 }
 
-std::int64_t EnumerationNode::getInt(ReadOptions options) {
+std::int64_t EnumerationNode::readValue(ReadOptions options) {
     requireReadable();
     if (!isValueCached() || options.ignoreCache || options.verify) {
         const Nesting nesting(*this);
         value_ = source_.read(options);
         if (source_.isNode()) valueWasRead(options);
     }
-    const std::int64_t value = value_;
-    if (!(map().flagsOf(id()) & NodeMap::kActive) && !options.verify) return value;
-    EnumEntryNode* current = entryOf(value);
-    if (!current || !current->data().selfClearing)
-        map().flagsOf(id()) &= static_cast<std::uint8_t>(~NodeMap::kActive);
+    std::uint8_t& flags = map().flagsOf(id());
+    if (flags & NodeMap::kActive) {
+        const EnumEntryNode* current = entryOf(value_);
+        if (!current || !current->data().selfClearing)
+            flags &= static_cast<std::uint8_t>(~NodeMap::kActive);
+    }
+    return value_;
+}
+
+std::int64_t EnumerationNode::getInt(ReadOptions options) {
+    const std::int64_t value = readValue(options);
     if (options.verify) {
+        EnumEntryNode* current = entryOf(value);
         if (!current)
             throw NODE_ERROR(OutOfRangeException,
                              *this)("Value of the enumeration is none of its entries");
@@ -157,7 +164,7 @@ bool EnumerationNode::isPolled() const {
 
 gcstring EnumerationNode::ToString(bool verify, bool ignoreCache) {
     const Entry scope(*this, "ToString");
-    const std::int64_t value = getInt({false, ignoreCache});
+    const std::int64_t value = readValue({verify, ignoreCache});
     EnumEntryNode* current = entryOf(value);
     if (!current) throwNoEntry(std::to_string(value));
     if (verify) verifyEntry(*current);

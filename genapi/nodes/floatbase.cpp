@@ -120,9 +120,11 @@ std::string FloatBase::textInRange(double value) {
 void FloatBase::FromString(const gcstring& text, bool verify) {
     modify("FromString", [&]() -> const ChangeSet& {
         double value = 0;
-        if (!parseFloat({text.c_str(), text.length()}, value))
+        if (!parseFloat({text.c_str(), text.length()}, value)) {
+            requireWritable(verify);  // comes first, but is not asked twice
             throw NODE_ERROR(InvalidArgumentException, *this)(
                 "Node '%s' : cannot convert string '%s' to double.", name().data(), text.c_str());
+        }
         setFloat(value, verify);
         return changedByWriteTo(description(), id());
     });

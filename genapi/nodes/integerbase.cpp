@@ -108,9 +108,11 @@ void IntegerBase::FromString(const gcstring& text, bool verify) {
         const auto representation = effectivePresentation(*this).representation;
         std::int64_t value = 0;
         if (!parseInteger({text.c_str(), text.length()},
-                          static_cast<ERepresentation>(representation), value))
+                          static_cast<ERepresentation>(representation), value)) {
+            requireWritable(verify);  // comes first, but is not asked twice
             throw NODE_ERROR(InvalidArgumentException, *this)(
                 "Node '%s' : cannot convert string '%s' to int.", name().data(), text.c_str());
+        }
         setInt(value, verify);
         return changedByWriteTo(description(), id());
     });

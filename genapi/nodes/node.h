@@ -156,7 +156,6 @@ class Node : public INode, public ISelector, public IUserData {
   private:
     EAccessMode computeAccessMode(bool relaxed);
     EAccessMode conditionalAccessMode(bool relaxed);
-    bool restsOnImplementedOnly(EAccessMode mode) const;
     bool condition(NodeId id, EAccessMode& mode);
     void fillFeatures(const std::vector<NodeId>& ids, FeatureList_t& features) const;
     void fillNodes(const std::vector<NodeId>& ids, NodeList_t& nodes) const;

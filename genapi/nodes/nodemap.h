@@ -81,6 +81,9 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     static constexpr std::uint8_t kComputingAccess = 0xFE;
     std::atomic<std::uint8_t>& accessOf(NodeId id) const { return access_[id]; }
 
+    // Whether the access mode being computed rests on a value that may not be cached.
+    bool& accessIsVolatile() { return accessIsVolatile_; }
+
     // What a node's own cache holds, as bits.
     enum Flag : std::uint8_t {
         kValueCached = 1,   // the value is cached
@@ -136,6 +139,7 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     const Entry* entry_ = nullptr;  // the innermost call from outside
     std::size_t callbackCount_ = 0;
     unsigned nesting_ = 0;
+    bool accessIsVolatile_ = false;
 };
 
 // A call into the map from outside: holds the lock, and knows for the texts of exceptions which

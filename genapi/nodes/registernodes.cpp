@@ -103,6 +103,7 @@ void FloatRegNode::writeValue(double value, bool) {
 }
 
 std::string StringRegNode::readValue(ReadOptions options) {
+    if (options.verify) register_.verifyAddress();
     const std::vector<std::uint8_t> bytes = register_.read(options);
     return std::string(bytes.begin(), std::find(bytes.begin(), bytes.end(), 0));
 }
