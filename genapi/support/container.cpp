@@ -150,7 +150,7 @@ void CPointerVector<T>::insert(size_t uiIndex, const T& val) {
 
 template <class T>
 CPointerVector<T>& CPointerVector<T>::operator=(const CPointerVector& obj) {
-    *_pv = *obj._pv;
+    if (this != &obj) *_pv = *obj._pv;
     return *this;
 }
 
