@@ -39,7 +39,9 @@ void CPointerVector<T>::clear() {
 
 template <class T>
 typename CPointerVector<T>::iterator CPointerVector<T>::erase(iterator pos) {
-    return iterator(_pv->data() + (_pv->erase(_pv->begin() + (pos - begin())) - _pv->begin()));
+    const intptr_t index = pos - begin();
+    _pv->erase(_pv->begin() + index);
+    return begin() + index;
 }
 
 template <class T>
@@ -109,8 +111,9 @@ size_t CPointerVector<T>::size() const {
 
 template <class T>
 typename CPointerVector<T>::iterator CPointerVector<T>::insert(iterator pos, const T& val) {
-    return iterator(_pv->data() +
-                    (_pv->insert(_pv->begin() + (pos - begin()), val) - _pv->begin()));
+    const intptr_t index = pos - begin();  // storage may move
+    _pv->insert(_pv->begin() + index, val);
+    return begin() + index;
 }
 
 template <class T>
