@@ -68,7 +68,7 @@ FeatureStore::FeatureStore(EntryList entries, int maxEntries, const gcstring_vec
       hasLimit_(maxEntries >= 0),
       limit_(hasLimit_ ? static_cast<size_t>(maxEntries) : 0),
       hasFilter_(filter != nullptr) {
-    if (!hasFilter_) return;
+    if (filter == nullptr) return;
     for (const gcstring& name : *filter)
         filter_.emplace(name.c_str(), name.length());
 }

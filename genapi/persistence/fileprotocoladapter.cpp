@@ -7,8 +7,6 @@
 
 namespace GENAPI_NAMESPACE {
 
-using GENICAM_NAMESPACE::gcstring;
-
 namespace {
 
 constexpr std::chrono::seconds kTimeout(60);

@@ -39,7 +39,9 @@ void CPointerVector<T>::clear() {
 
 template <class T>
 typename CPointerVector<T>::iterator CPointerVector<T>::erase(iterator pos) {
-    return iterator(_pv->data() + (_pv->erase(_pv->begin() + (pos - begin())) - _pv->begin()));
+    const intptr_t index = pos - begin();
+    _pv->erase(_pv->begin() + index);
+    return begin() + index;
 }
 
 template <class T>
@@ -109,8 +111,9 @@ size_t CPointerVector<T>::size() const {
 
 template <class T>
 typename CPointerVector<T>::iterator CPointerVector<T>::insert(iterator pos, const T& val) {
-    return iterator(_pv->data() +
-                    (_pv->insert(_pv->begin() + (pos - begin()), val) - _pv->begin()));
+    const intptr_t index = pos - begin();  // storage may move
+    _pv->insert(_pv->begin() + index, val);
+    return begin() + index;
 }
 
 template <class T>
@@ -150,7 +153,7 @@ void CPointerVector<T>::insert(size_t uiIndex, const T& val) {
 
 template <class T>
 CPointerVector<T>& CPointerVector<T>::operator=(const CPointerVector& obj) {
-    *_pv = *obj._pv;
+    if (this != &obj) *_pv = *obj._pv;
     return *this;
 }
 

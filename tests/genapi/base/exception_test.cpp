@@ -46,6 +46,7 @@ TEST(Exception, TellsWhatItKnows) {
 
 TEST(Exception, KeepsItsParts) {
     const TimeoutException original("late", "/a/b.cpp", 3);
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const GenericException copy(original);
     EXPECT_STREQ(copy.GetDescription(), "late");
     EXPECT_STREQ(copy.GetSourceFileName(), "/a/b.cpp");

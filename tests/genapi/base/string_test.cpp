@@ -46,7 +46,7 @@ TEST(String, KeepsTextsOfAllLengths) {
     gcstring appended;
     for (size_t n = 0; n < 200; ++n) {
         const gcstring made(expected.data(), n);
-        const gcstring copy(made);
+        const gcstring copy(made);  // NOLINT(performance-unnecessary-copy-initialization)
         ASSERT_EQ(text(copy), expected);
         ASSERT_EQ(text(appended), expected);
         gcstring assigned("previous text");

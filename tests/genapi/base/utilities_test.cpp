@@ -1,7 +1,7 @@
 // Casts, environment variables, coding of URLs, files, and names that carry the version.
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <stdlib.h>
 #include <string>
 #include <vector>
 
@@ -114,9 +114,8 @@ TEST(Tokens, AreWhatLiesBetweenDelimiters) {
 TEST(Files, MatchPatterns) {
     std::string folder = (std::filesystem::temp_directory_path() / "gcbase-XXXXXX").string();
     ASSERT_NE(mkdtemp(folder.data()), nullptr);
-    std::ofstream(folder + "/b.xml");
-    std::ofstream(folder + "/a.xml");
-    std::ofstream(folder + "/a.txt");
+    for (const char* name : {"/b.xml", "/a.xml", "/a.txt"})
+        const std::ofstream file(folder + name);
     std::filesystem::create_directory(folder + "/d.xml");
     const gcstring pattern = gcstring(folder.c_str()) + "/*.xml";
     gcstring_vector all, directories, none;

@@ -10,7 +10,7 @@ using namespace GENAPI_NAMESPACE::Engine;
 
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 const std::string kSyntax = "parse: #Syntax error!";
 const std::string kBrackets = "parse: #Brackets do not match!";

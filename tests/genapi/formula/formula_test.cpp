@@ -1,6 +1,7 @@
 // Values of formulas.
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <string>
 #include <vector>
@@ -113,6 +114,7 @@ const std::vector<IntegerCase> kShared = {
 INSTANTIATE_TEST_SUITE_P(Shared, Integers, testing::ValuesIn(kShared));
 INSTANTIATE_TEST_SUITE_P(Shared, Floats, testing::ValuesIn([] {
                              std::vector<FloatCase> result;
+                             result.reserve(std::size(kShared));
                              for (const auto& [text, expected] : kShared)
                                  result.push_back({text, static_cast<double>(expected)});
                              return result;

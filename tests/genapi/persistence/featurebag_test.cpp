@@ -50,7 +50,7 @@ Lines stored(Camera& camera, const Lines& names, int maxEntries = -1) {
     gcstring_vector filter = listOf(names);
     CFeatureBag bag;
     const int64_t count = bag.StoreToBag(camera.nodeMap(), maxEntries, &filter);
-    const Lines entries = entriesOf(bag);
+    Lines entries = entriesOf(bag);
     EXPECT_EQ(count, static_cast<int64_t>(entries.size()));
     return entries;
 }

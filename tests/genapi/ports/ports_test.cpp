@@ -1,4 +1,4 @@
-#include <cstring>
+#include <algorithm>
 #include <limits>
 #include <string>
 #include <vector>
@@ -130,7 +130,7 @@ TEST(PortWriteListTest, ReplaysCopiesInOrder) {
     CPortWriteList list;
     char bytes[] = "one";
     list.Write(bytes, 16, 3);
-    std::memcpy(bytes, "two", 3);
+    std::copy_n("two", 3, bytes);
     list.Write(bytes, 8, 3);
     list.Write(nullptr, 4, 0);
     for (int i = 0; i < 2; ++i) {

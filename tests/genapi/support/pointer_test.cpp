@@ -35,6 +35,7 @@ TEST(Pointer, FindsTheInterfacesOfAnObject) {
 TEST(Pointer, ComparesWithPointersAndWithNull) {
     Chunk chunk;
     CChunkPortPtr first(&chunk);
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const CChunkPortPtr second(first);
     CChunkPortPtr none;
     EXPECT_TRUE(first == second);
