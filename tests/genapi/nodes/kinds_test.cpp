@@ -9,7 +9,6 @@
 #include "tests/genapi/support/testmap.h"
 
 using namespace test;
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 namespace {
