@@ -11,18 +11,31 @@ const char* baseName(const char* path) {
     return base;
 }
 
+// Room for what most texts say beside the description.
+constexpr size_t kUsualDetails = 200;
+
 bool isGiven(const char* text) {
     return text && *text;
 }
 
+// Exceptions are how unreadable features are told apart, so they are made often: one text, in one
+// go.
 gcstring assemble(const gcstring& description, const char* fileName, unsigned int line,
                   const char* entryPoint, const char* errorNode, const char* type) {
-    gcstring text(description);
-    if (isGiven(type)) text += gcstring(" : ") + type + " thrown";
-    if (isGiven(errorNode)) text += gcstring(" in node '") + errorNode + "'";
-    if (isGiven(entryPoint)) text += gcstring(" while calling '") + entryPoint + "'";
-    text +=
-        gcstring(" (file '") + baseName(fileName) + "', line " + std::to_string(line).c_str() + ")";
+    gcstring text;
+    text.reserve(description.length() + kUsualDetails);
+    text += description;
+    const auto add = [&text](const char* before, const char* detail, const char* after) {
+        text += before;
+        text += detail;
+        text += after;
+    };
+    if (isGiven(type)) add(" : ", type, " thrown");
+    if (isGiven(errorNode)) add(" in node '", errorNode, "'");
+    if (isGiven(entryPoint)) add(" while calling '", entryPoint, "'");
+    add(" (file '", baseName(fileName), "', line ");
+    text += std::to_string(line).c_str();
+    text += ')';
     return text;
 }
 
