@@ -1,5 +1,7 @@
 #include "genapi/nodes/portnode.h"
 
+#include <cstdio>
+
 #include <GenApi/IValue.h>
 
 #include "genapi/description/links.h"
@@ -58,8 +60,16 @@ EYesNo PortNode::GetSwapEndianess() {
 gcstring PortNode::GetChunkID() const {
     if (data_.chunkIdNode == kNoNode) return gcstring(description().text(data_.chunkId).data());
     const Entry entry(*this, "GetChunkID");
-    if (auto* value = dynamic_cast<IValue*>(&node(data_.chunkIdNode))) return value->ToString();
-    return gcstring();
+    Node& source = node(data_.chunkIdNode);
+    // The id is hexadecimal digits, however its node shows numbers.
+    if (source.GetPrincipalInterfaceType() == intfIInteger) {
+        char digits[2 * sizeof(std::uint64_t) + 1];
+        std::snprintf(digits, sizeof digits, "%llx",
+                      static_cast<unsigned long long>(source.getInt({})));
+        return gcstring(digits);
+    }
+    auto* value = dynamic_cast<IValue*>(&source);
+    return value ? value->ToString() : gcstring();
 }
 
 EYesNo PortNode::CacheChunkData() const {
