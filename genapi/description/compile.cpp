@@ -1,12 +1,9 @@
-// From the elements of each node, as written, to the data of its kind.
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 #include <Base/GCException.h>
 
-#include "genapi/description/nodedata.h"
-#include "genapi/description/numbers.h"
+#include "genapi/description/compiler.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -40,174 +37,6 @@ bool isString(NodeKind kind) {
     return kind == NodeKind::String || kind == NodeKind::StringReg || kind == NodeKind::TextDesc;
 }
 
-class Compiler {
-  public:
-    Compiler(Description& description, NodeTables& tables, std::vector<NodeRecord>& records)
-        : description_(description), tables_(tables), records_(records) {}
-
-    void compile(NodeId id) {
-        id_ = id;
-        NodeRecord& record = records_[id];
-        common(record);
-        switch (record.kind) {
-            case NodeKind::Category:
-                record.data = add(tables_.categories, category());
-                break;
-            case NodeKind::Integer:
-                record.data = add(tables_.integers, number<std::int64_t>());
-                break;
-            case NodeKind::Float:
-                record.data = add(tables_.floats, number<double>());
-                break;
-            case NodeKind::IntReg:
-            case NodeKind::MaskedIntReg:
-            case NodeKind::StructEntry:
-            case NodeKind::FloatReg:
-            case NodeKind::StringReg:
-            case NodeKind::Register:
-            case NodeKind::ConfRom:
-            case NodeKind::AdvFeatureLock:
-                record.data = add(tables_.registers, registerData(record));
-                break;
-            case NodeKind::Boolean:
-                record.data = add(tables_.booleans, boolean());
-                break;
-            case NodeKind::Command:
-                record.data = add(tables_.commands, command());
-                break;
-            case NodeKind::Enumeration:
-                record.data = add(tables_.enumerations, enumeration());
-                break;
-            case NodeKind::EnumEntry:
-                record.data = add(tables_.entries, entry());
-                break;
-            case NodeKind::String:
-                record.data = add(tables_.strings, string());
-                break;
-            case NodeKind::SwissKnife:
-            case NodeKind::IntSwissKnife:
-                record.data = add(tables_.swissKnives, swissKnife());
-                break;
-            case NodeKind::Converter:
-            case NodeKind::IntConverter:
-                record.data = add(tables_.converters, converter());
-                break;
-            case NodeKind::Port:
-                record.data = add(tables_.ports, port());
-                break;
-            case NodeKind::Node:
-            case NodeKind::TextDesc:
-            case NodeKind::IntKey:
-            case NodeKind::SmartFeature:
-                break;
-        }
-    }
-
-  private:
-    template <typename T>
-    static std::uint32_t add(std::vector<T>& table, T data) {
-        table.push_back(std::move(data));
-        return static_cast<std::uint32_t>(table.size() - 1);
-    }
-
-    std::string_view text(const Property& property) const {
-        return description_.text(property.text());
-    }
-
-    // The number that a text element says.
-    template <typename T>
-    T constant(const Property& property) const {
-        return parseNumber<T>(text(property), property.element);
-    }
-
-    bool is(const Property& property, std::string_view word) const {
-        return text(property) == word;
-    }
-
-    NodeKind kindOf(NodeId node) const { return records_[node].kind; }
-
-    NodeId integerLike(NodeId node) const {
-        const NodeKind kind = kindOf(node);
-        if (!isInteger(kind) && !isFloat(kind) && kind != NodeKind::Enumeration &&
-            kind != NodeKind::Boolean)
-            throw RUNTIME_EXCEPTION(
-                "CIntegerPolyRef::operator(IBase*) : pointer is neither "
-                "IInteger*, nor IEnumeration*, nor IBoolean*, nor IFloat*");
-        return node;
-    }
-
-    NodeId floatLike(NodeId node) const {
-        const NodeKind kind = kindOf(node);
-        if (!isInteger(kind) && !isFloat(kind) && kind != NodeKind::Enumeration)
-            throw RUNTIME_EXCEPTION(
-                "CFloatPolyRef::operator(IBase*) : pointer is neither "
-                "IFloat*, IInteger*, nor IEnumeration*");
-        return node;
-    }
-
-    NodeId like(const std::int64_t*, NodeId node) const { return integerLike(node); }
-    NodeId like(const double*, NodeId node) const { return floatLike(node); }
-
-    // A setting from a text element or a link, whichever the property is.
-    template <typename T>
-    Setting<T> setting(const Property& property) const {
-        Setting<T> result;
-        if (isLink(property.element)) {
-            result.source = Setting<T>::Source::Node;
-            result.node = like(static_cast<const T*>(nullptr), property.node());
-        } else {
-            result.source = Setting<T>::Source::Constant;
-            result.constant = constant<T>(property);
-        }
-        return result;
-    }
-
-    Slice<Property> properties() const { return description_.properties(id_); }
-
-    // The nodes that links of one element point to.
-    Range links(Element element) {
-        Range range{static_cast<std::uint32_t>(tables_.nodes.size()), 0};
-        for (const Property& property : properties())
-            if (property.element == element) {
-                tables_.nodes.push_back(property.node());
-                ++range.count;
-            }
-        return range;
-    }
-
-    void common(NodeRecord& record);
-    void presentation(const Property& property, Presentation& result) const;
-    CategoryData category();
-    template <typename T>
-    NumberData<T> number();
-    template <typename T>
-    void readValidValues(const Property& property, NumberData<T>& data);
-    RegisterData registerData(const NodeRecord& record);
-    void checkMask(const RegisterData& data) const;
-    void readAddress(RegisterData& data);
-    BooleanData boolean();
-    CommandData command();
-    EnumerationData enumeration();
-    EnumEntryData entry();
-    StringData string();
-    SwissKnifeData swissKnife();
-    ConverterData converter();
-    PortData port();
-    Range variables(bool integer);
-    FormulaVariable variable(const Property& property) const;
-    std::uint32_t formula(TextRef text, Range variables, bool integer, const char* input);
-
-    std::vector<IndexedCase<std::int64_t>>& cases(const std::int64_t*) const {
-        return tables_.integerCases;
-    }
-    std::vector<IndexedCase<double>>& cases(const double*) const { return tables_.floatCases; }
-
-    Description& description_;
-    NodeTables& tables_;
-    std::vector<NodeRecord>& records_;
-    NodeId id_ = kNoNode;
-};
-
 EVisibility visibilityOf(std::string_view text) {
     if (text == "Expert") return Expert;
     if (text == "Guru") return Guru;
@@ -226,6 +55,27 @@ ECachingMode cachingModeOf(std::string_view text) {
 
 bool isTrue(std::string_view text) {
     return text == "true" || text == "1";
+}
+
+}  // namespace
+
+NodeId Compiler::integerLike(NodeId node) const {
+    const NodeKind kind = kindOf(node);
+    if (!isInteger(kind) && !isFloat(kind) && kind != NodeKind::Enumeration &&
+        kind != NodeKind::Boolean)
+        throw RUNTIME_EXCEPTION(
+            "CIntegerPolyRef::operator(IBase*) : pointer is neither "
+            "IInteger*, nor IEnumeration*, nor IBoolean*, nor IFloat*");
+    return node;
+}
+
+NodeId Compiler::floatLike(NodeId node) const {
+    const NodeKind kind = kindOf(node);
+    if (!isInteger(kind) && !isFloat(kind) && kind != NodeKind::Enumeration)
+        throw RUNTIME_EXCEPTION(
+            "CFloatPolyRef::operator(IBase*) : pointer is neither "
+            "IFloat*, IInteger*, nor IEnumeration*");
+    return node;
 }
 
 void Compiler::common(NodeRecord& record) {
@@ -554,125 +404,6 @@ StringData Compiler::string() {
     return data;
 }
 
-FormulaVariable Compiler::variable(const Property& property) const {
-    struct Suffix {
-        std::string_view text;
-        VariableForm form;
-    };
-    static constexpr std::array<Suffix, 7> kSuffixes = {
-        {{"Value", VariableForm::Value},
-         {"Min", VariableForm::Min},
-         {"Max", VariableForm::Max},
-         {"Inc", VariableForm::Inc},
-         {"AccessMode", VariableForm::AccessMode},
-         {"Visibility", VariableForm::Visibility},
-         {"CachingMode", VariableForm::CachingMode}}};
-    FormulaVariable result;
-    result.name = property.attribute;
-    result.node = property.node();
-    const std::string_view name = description_.text(property.attribute);
-    const std::size_t dot = name.find('.');
-    if (dot == std::string_view::npos) return result;
-    const std::string_view suffix = name.substr(dot + 1);
-    // Texts end with a NUL, so the rest of a text is one, too.
-    result.suffix = property.attribute + static_cast<TextRef>(dot + 1);
-    result.form = VariableForm::Unknown;
-    for (const Suffix& known : kSuffixes)
-        if (known.text == suffix) result.form = known.form;
-    if (suffix.substr(0, 6) == "Entry.") {
-        result.form = VariableForm::Entry;
-        result.suffix += 6;
-    }
-    return result;
-}
-
-Range Compiler::variables(bool integer) {
-    Range range{static_cast<std::uint32_t>(tables_.variables.size()), 0};
-    for (const Property& property : properties())
-        if (property.element == Element::pVariable) {
-            const FormulaVariable found = variable(property);
-            // What a variable says of its node beside the value any node has.
-            if (integer)
-                integerLike(found.node);
-            else
-                floatLike(found.node);
-            tables_.variables.push_back(found);
-            ++range.count;
-        }
-    // Variables are read in the order of their names.
-    std::sort(tables_.variables.begin() + range.first, tables_.variables.end(),
-              [this](const FormulaVariable& a, const FormulaVariable& b) {
-                  return description_.text(a.name) < description_.text(b.name);
-              });
-    return range;
-}
-
-std::uint32_t Compiler::formula(TextRef text, Range variables, bool integer, const char* input) {
-    return add(tables_.formulas, FormulaData{text, variables, id_, integer, input});
-}
-
-SwissKnifeData Compiler::swissKnife() {
-    SwissKnifeData data;
-    const bool integer = kindOf(id_) == NodeKind::IntSwissKnife;
-    TextRef formulaText = 0;
-    const char* input = nullptr;
-    for (const Property& property : properties()) {
-        switch (property.element) {
-            case Element::Formula:
-                formulaText = property.text();
-                break;
-            case Element::FormulaTo:
-                formulaText = property.text();
-                input = "FROM";
-                break;
-            case Element::FormulaFrom:
-                formulaText = property.text();
-                input = "TO";
-                break;
-            default:
-                presentation(property, data.presentation);
-                break;
-        }
-    }
-    data.formula = formula(formulaText, variables(integer), integer, input);
-    return data;
-}
-
-ConverterData Compiler::converter() {
-    ConverterData data;
-    const bool integer = kindOf(id_) == NodeKind::IntConverter;
-    TextRef to = 0, from = 0;
-    for (const Property& property : properties()) {
-        switch (property.element) {
-            case Element::FormulaTo:
-                to = property.text();
-                break;
-            case Element::FormulaFrom:
-                from = property.text();
-                break;
-            case Element::pValue:
-                data.value = integer ? integerLike(property.node()) : floatLike(property.node());
-                break;
-            case Element::IsLinear:
-                data.isLinear = is(property, "Yes");
-                break;
-            case Element::Slope:
-                data.slope = is(property, "Increasing")   ? Increasing
-                             : is(property, "Decreasing") ? Decreasing
-                             : is(property, "Varying")    ? Varying
-                                                          : Automatic;
-                break;
-            default:
-                presentation(property, data.presentation);
-                break;
-        }
-    }
-    const Range names = variables(integer);
-    data.formulaTo = formula(to, names, integer, "FROM");
-    data.formulaFrom = formula(from, names, integer, "TO");
-    return data;
-}
-
 PortData Compiler::port() {
     PortData data;
     for (const Property& property : properties()) {
@@ -696,7 +427,63 @@ PortData Compiler::port() {
     return data;
 }
 
-}  // namespace
+void Compiler::compile(NodeId id) {
+    id_ = id;
+    NodeRecord& record = records_[id];
+    common(record);
+    switch (record.kind) {
+        case NodeKind::Category:
+            record.data = add(tables_.categories, category());
+            break;
+        case NodeKind::Integer:
+            record.data = add(tables_.integers, number<std::int64_t>());
+            break;
+        case NodeKind::Float:
+            record.data = add(tables_.floats, number<double>());
+            break;
+        case NodeKind::IntReg:
+        case NodeKind::MaskedIntReg:
+        case NodeKind::StructEntry:
+        case NodeKind::FloatReg:
+        case NodeKind::StringReg:
+        case NodeKind::Register:
+        case NodeKind::ConfRom:
+        case NodeKind::AdvFeatureLock:
+            record.data = add(tables_.registers, registerData(record));
+            break;
+        case NodeKind::Boolean:
+            record.data = add(tables_.booleans, boolean());
+            break;
+        case NodeKind::Command:
+            record.data = add(tables_.commands, command());
+            break;
+        case NodeKind::Enumeration:
+            record.data = add(tables_.enumerations, enumeration());
+            break;
+        case NodeKind::EnumEntry:
+            record.data = add(tables_.entries, entry());
+            break;
+        case NodeKind::String:
+            record.data = add(tables_.strings, string());
+            break;
+        case NodeKind::SwissKnife:
+        case NodeKind::IntSwissKnife:
+            record.data = add(tables_.swissKnives, swissKnife());
+            break;
+        case NodeKind::Converter:
+        case NodeKind::IntConverter:
+            record.data = add(tables_.converters, converter());
+            break;
+        case NodeKind::Port:
+            record.data = add(tables_.ports, port());
+            break;
+        case NodeKind::Node:
+        case NodeKind::TextDesc:
+        case NodeKind::IntKey:
+        case NodeKind::SmartFeature:
+            break;
+    }
+}
 
 void compileNodes(Description& description, NodeTables& tables, std::vector<NodeRecord>& records) {
     Compiler compiler(description, tables, records);

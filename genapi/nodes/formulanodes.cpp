@@ -5,33 +5,10 @@
 #include <type_traits>
 
 #include "genapi/nodes/nodemap.h"
-#include "genapi/nodes/rounding.h"
+#include "genapi/nodes/numberof.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
-
-namespace {
-
-template <typename Number>
-struct Range64;
-template <>
-struct Range64<std::int64_t> {
-    static constexpr std::int64_t kLowest = kInt64Min, kHighest = kInt64Max;
-    static std::int64_t read(Node& node, ReadOptions options) { return node.getInt(options); }
-    static void write(Node& node, std::int64_t value, bool verify) { node.setInt(value, verify); }
-    static std::int64_t min(Node& node) { return node.requireAvailable(), node.minInt(); }
-    static std::int64_t max(Node& node) { return node.requireAvailable(), node.maxInt(); }
-};
-template <>
-struct Range64<double> {
-    static constexpr double kLowest = -kDoubleMax, kHighest = kDoubleMax;
-    static double read(Node& node, ReadOptions options) { return node.getFloat(options); }
-    static void write(Node& node, double value, bool verify) { node.setFloat(value, verify); }
-    static double min(Node& node) { return node.requireAvailable(), node.minFloat(); }
-    static double max(Node& node) { return node.requireAvailable(), node.maxFloat(); }
-};
-
-}  // namespace
 
 template <typename Number>
 SwissKnifeNode<Number>::SwissKnifeNode(NodeMap& map, NodeId id)
@@ -52,12 +29,12 @@ void SwissKnifeNode<Number>::writeValue(Number, bool) {
 
 template <typename Number>
 Number SwissKnifeNode<Number>::ownMin() {
-    return Range64<Number>::kLowest;
+    return NumberOf<Number>::kLowest;
 }
 
 template <typename Number>
 Number SwissKnifeNode<Number>::ownMax() {
-    return Range64<Number>::kHighest;
+    return NumberOf<Number>::kHighest;
 }
 
 template <typename Number>
@@ -72,19 +49,19 @@ ConverterNode<Number>::ConverterNode(NodeMap& map, NodeId id)
 
 template <typename Number>
 Number ConverterNode<Number>::readValue(ReadOptions options) {
-    const Number raw = Range64<Number>::read(this->node(data_.value), options);
+    const Number raw = NumberOf<Number>::read(this->node(data_.value), options);
     return evaluate<Number>(*this, data_.formulaFrom, {}, raw);
 }
 
 template <typename Number>
 void ConverterNode<Number>::writeValue(Number value, bool verify) {
     const Number raw = evaluate<Number>(*this, data_.formulaTo, {}, value);
-    Range64<Number>::write(this->node(data_.value), raw, verify);
+    NumberOf<Number>::write(this->node(data_.value), raw, verify);
 }
 
 template <typename Number>
 typename ConverterNode<Number>::Bounds ConverterNode<Number>::bounds() {
-    if (data_.slope == Varying) return {Range64<Number>::kLowest, Range64<Number>::kHighest};
+    if (data_.slope == Varying) return {NumberOf<Number>::kLowest, NumberOf<Number>::kHighest};
     const Number first = atMin(), second = atMax();
     return {std::min(first, second), std::max(first, second)};
 }
@@ -92,13 +69,13 @@ typename ConverterNode<Number>::Bounds ConverterNode<Number>::bounds() {
 // The limits of the node below through the formula.
 template <typename Number>
 Number ConverterNode<Number>::atMin() {
-    const Number raw = Range64<Number>::min(this->node(data_.value));
+    const Number raw = NumberOf<Number>::min(this->node(data_.value));
     return evaluate<Number>(*this, data_.formulaFrom, {}, raw);
 }
 
 template <typename Number>
 Number ConverterNode<Number>::atMax() {
-    const Number raw = Range64<Number>::max(this->node(data_.value));
+    const Number raw = NumberOf<Number>::max(this->node(data_.value));
     return evaluate<Number>(*this, data_.formulaFrom, {}, raw);
 }
 

@@ -2,36 +2,23 @@
 
 #include <algorithm>
 
-#include "genapi/nodes/rounding.h"
+#include "genapi/nodes/numberof.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-template <>
-struct NumberOf<std::int64_t> {
-    static std::int64_t read(Node& node, ReadOptions options) { return node.getInt(options); }
-    static void write(Node& node, std::int64_t value, bool verify) { node.setInt(value, verify); }
-    static std::int64_t min(Node& node) { return node.requireAvailable(), node.minInt(); }
-    static std::int64_t max(Node& node) { return node.requireAvailable(), node.maxInt(); }
-    static std::int64_t inc(Node& node) { return node.incInt(); }
-    static constexpr std::int64_t kLowest = kInt64Min, kHighest = kInt64Max;
-    static Slice<IndexedCase<std::int64_t>> cases(const NodeTables& tables, Range range) {
-        return NodeTables::slice(tables.integerCases, range);
-    }
-};
+namespace {
 
-template <>
-struct NumberOf<double> {
-    static double read(Node& node, ReadOptions options) { return node.getFloat(options); }
-    static void write(Node& node, double value, bool verify) { node.setFloat(value, verify); }
-    static double min(Node& node) { return node.requireAvailable(), node.minFloat(); }
-    static double max(Node& node) { return node.requireAvailable(), node.maxFloat(); }
-    static double inc(Node& node) { return node.incFloat(); }
-    static constexpr double kLowest = -kDoubleMax, kHighest = kDoubleMax;
-    static Slice<IndexedCase<double>> cases(const NodeTables& tables, Range range) {
-        return NodeTables::slice(tables.floatCases, range);
-    }
-};
+Slice<IndexedCase<std::int64_t>> casesOf(const NodeTables& tables,
+                                         const NumberData<std::int64_t>& data) {
+    return NodeTables::slice(tables.integerCases, data.cases);
+}
+
+Slice<IndexedCase<double>> casesOf(const NodeTables& tables, const NumberData<double>& data) {
+    return NodeTables::slice(tables.floatCases, data.cases);
+}
+
+}  // namespace
 
 template <typename T>
 Slice<NodeId> NumberSource<T>::copies() const {
@@ -47,7 +34,7 @@ template <typename T>
 typename NumberSource<T>::Picked NumberSource<T>::pick() {
     if (data_.index == kNoNode) return {&data_.value, 0};
     const std::int64_t index = owner_.node(data_.index).getInt({});
-    const auto cases = NumberOf<T>::cases(owner_.description().tables(), data_.cases);
+    const auto cases = casesOf(owner_.description().tables(), data_);
     const auto* found =
         std::lower_bound(cases.begin(), cases.end(), index,
                          [](const IndexedCase<T>& c, std::int64_t i) { return c.index < i; });
@@ -65,7 +52,7 @@ Node* NumberSource<T>::pickedNode() {
 template <typename T>
 T& NumberSource<T>::constant(const Picked& picked) {
     if (!constants_) {
-        const auto cases = NumberOf<T>::cases(owner_.description().tables(), data_.cases);
+        const auto cases = casesOf(owner_.description().tables(), data_);
         constants_ = std::make_unique<std::vector<T>>();
         constants_->push_back(data_.index == kNoNode ? data_.value.constant
                                                      : data_.otherwise.constant);

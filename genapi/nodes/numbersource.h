@@ -10,10 +10,6 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// How a number of either type is read from and written to any node with a number.
-template <typename T>
-struct NumberOf;
-
 template <typename T>
 class NumberSource {
   public:
