@@ -84,20 +84,20 @@ class DevFileStreamBuf : public std::basic_streambuf<CharType, Traits> {
     // Null if a file is open already or this one cannot be opened.
     DevFileStreamBuf* open(INodeMap* pInterface, const char* pFileName,
                            std::ios_base::openmode mode) {
-        if (m_IsOpen || pFileName == nullptr || !m_Adapter.attach(pInterface)) return NULL;
-        if (!m_Adapter.openFile(pFileName, mode)) return NULL;
+        if (m_IsOpen || pFileName == nullptr || !m_Adapter.attach(pInterface)) return nullptr;
+        if (!m_Adapter.openFile(pFileName, mode)) return nullptr;
         m_IsOpen = true;
         m_FileName = pFileName;
         if (Prepare(mode)) return this;
         close();
-        return NULL;
+        return nullptr;
     }
 
     // Null if no file is open or the camera cannot close it.
     DevFileStreamBuf* close() {
-        if (!m_IsOpen) return NULL;
+        if (!m_IsOpen) return nullptr;
         m_IsOpen = false;
-        return m_Adapter.closeFile(m_FileName.c_str()) ? this : NULL;
+        return m_Adapter.closeFile(m_FileName.c_str()) ? this : nullptr;
     }
 
     bool is_open() const { return m_IsOpen; }
@@ -135,18 +135,18 @@ class ODevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
     using Base = DevFileStreamBuf<CharType, Traits>;
 
   public:
-    ~ODevFileStreamBuf() { CloseQuietly(); }
+    ~ODevFileStreamBuf() override { CloseQuietly(); }
 
     ODevFileStreamBuf* open(INodeMap* pInterface, const char* pFileName,
                             std::ios_base::openmode mode) {
-        if (Base::open(pInterface, pFileName, mode | std::ios_base::out) == NULL) return NULL;
+        if (Base::open(pInterface, pFileName, mode | std::ios_base::out) == nullptr) return nullptr;
         Empty();
         return this;
     }
 
     // Writes what is still in the buffer.
     ODevFileStreamBuf* close() {
-        if (!this->is_open()) return NULL;
+        if (!this->is_open()) return nullptr;
         bool written = false;
         try {
             written = Flush();
@@ -154,7 +154,7 @@ class ODevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
             Leave();
             throw;
         }
-        return Leave() && written ? this : NULL;
+        return Leave() && written ? this : nullptr;
     }
 
   protected:
@@ -184,8 +184,8 @@ class ODevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
     }
 
     bool Leave() {
-        this->setp(NULL, NULL);
-        return Base::close() != NULL;
+        this->setp(nullptr, nullptr);
+        return Base::close() != nullptr;
     }
 
     void CloseQuietly() {
@@ -202,18 +202,18 @@ class IDevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
     using Base = DevFileStreamBuf<CharType, Traits>;
 
   public:
-    ~IDevFileStreamBuf() { this->CloseQuietly(); }
+    ~IDevFileStreamBuf() override { this->CloseQuietly(); }
 
     IDevFileStreamBuf* open(INodeMap* pInterface, const char* pFileName,
                             std::ios_base::openmode mode) {
-        if (Base::open(pInterface, pFileName, mode | std::ios_base::in) == NULL) return NULL;
-        this->setg(NULL, NULL, NULL);
+        if (Base::open(pInterface, pFileName, mode | std::ios_base::in) == nullptr) return nullptr;
+        this->setg(nullptr, nullptr, nullptr);
         return this;
     }
 
     IDevFileStreamBuf* close() {
-        this->setg(NULL, NULL, NULL);
-        return Base::close() == NULL ? NULL : this;
+        this->setg(nullptr, nullptr, nullptr);
+        return Base::close() == nullptr ? nullptr : this;
     }
 
   protected:
@@ -238,7 +238,7 @@ class ODevFileStreamBase : public std::basic_ostream<CharType, Traits> {
   public:
     using filebuf_type = ODevFileStreamBuf<CharType, Traits>;
 
-    ODevFileStreamBase() : std::basic_ostream<CharType, Traits>(NULL) { this->init(&m_Buf); }
+    ODevFileStreamBase() : std::basic_ostream<CharType, Traits>(nullptr) { this->init(&m_Buf); }
     ODevFileStreamBase(INodeMap* pInterface, const char* pFileName,
                        std::ios_base::openmode mode = std::ios_base::out | std::ios_base::trunc)
         : ODevFileStreamBase() {
@@ -251,7 +251,7 @@ class ODevFileStreamBase : public std::basic_ostream<CharType, Traits> {
     // With app or ate writing begins at the end of the file; the camera must have FileSize then.
     void open(INodeMap* pInterface, const char* pFileName,
               std::ios_base::openmode mode = std::ios_base::out | std::ios_base::trunc) {
-        if (m_Buf.open(pInterface, pFileName, mode) == NULL) {
+        if (m_Buf.open(pInterface, pFileName, mode) == nullptr) {
             this->setstate(std::ios_base::failbit);
         } else {
             this->clear();
@@ -259,7 +259,7 @@ class ODevFileStreamBase : public std::basic_ostream<CharType, Traits> {
     }
 
     void close() {
-        if (m_Buf.close() == NULL) this->setstate(std::ios_base::failbit);
+        if (m_Buf.close() == nullptr) this->setstate(std::ios_base::failbit);
     }
 
   private:
@@ -272,7 +272,7 @@ class IDevFileStreamBase : public std::basic_istream<CharType, Traits> {
   public:
     using filebuf_type = IDevFileStreamBuf<CharType, Traits>;
 
-    IDevFileStreamBase() : std::basic_istream<CharType, Traits>(NULL) { this->init(&m_Buf); }
+    IDevFileStreamBase() : std::basic_istream<CharType, Traits>(nullptr) { this->init(&m_Buf); }
     IDevFileStreamBase(INodeMap* pInterface, const char* pFileName,
                        std::ios_base::openmode mode = std::ios_base::in)
         : IDevFileStreamBase() {
@@ -284,7 +284,7 @@ class IDevFileStreamBase : public std::basic_istream<CharType, Traits> {
 
     void open(INodeMap* pInterface, const char* pFileName,
               std::ios_base::openmode mode = std::ios_base::in) {
-        if (m_Buf.open(pInterface, pFileName, mode) == NULL) {
+        if (m_Buf.open(pInterface, pFileName, mode) == nullptr) {
             this->setstate(std::ios_base::failbit);
         } else {
             this->clear();
@@ -292,7 +292,7 @@ class IDevFileStreamBase : public std::basic_istream<CharType, Traits> {
     }
 
     void close() {
-        if (m_Buf.close() == NULL) this->setstate(std::ios_base::failbit);
+        if (m_Buf.close() == nullptr) this->setstate(std::ios_base::failbit);
     }
 
   private:

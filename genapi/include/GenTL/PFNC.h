@@ -596,7 +596,7 @@
 
 #define PFNC_ENUMERATOR(name, value) name = value,
 
-typedef enum PfncFormat_ {
+typedef enum PfncFormat_ {  // NOLINT(modernize-use-using): for C, too
     InvalidPixelFormat = 0,
     PFNC_FOR_EACH_FORMAT(PFNC_ENUMERATOR)
 } PfncFormat;
