@@ -17,9 +17,7 @@ gcstring EnumEntryNode::GetSymbolic() const {
 }
 
 gcstring EnumEntryNode::ToString(bool, bool) {
-    const Entry entry(*this, "ToString");
-    requireReadable();
-    return gcstring(std::to_string(data_.value).c_str());
+    return read("ToString", [&] { return gcstring(std::to_string(data_.value).c_str()); });
 }
 
 void EnumEntryNode::FromString(const gcstring&, bool) {
@@ -75,7 +73,6 @@ void EnumerationNode::throwNoEntry(const std::string& value) const {
 }
 
 std::int64_t EnumerationNode::readValue(ReadOptions options) {
-    requireReadable();
     if (!isValueCached() || options.ignoreCache || options.verify) {
         const Nesting nesting(*this);
         value_ = source_.read(options);
@@ -91,6 +88,11 @@ std::int64_t EnumerationNode::readValue(ReadOptions options) {
 }
 
 std::int64_t EnumerationNode::getInt(ReadOptions options) {
+    requireReadable();
+    return readableInt(options);
+}
+
+std::int64_t EnumerationNode::readableInt(ReadOptions options) {
     const std::int64_t value = readValue(options);
     if (options.verify) {
         EnumEntryNode* current = entryOf(value);
@@ -163,12 +165,13 @@ bool EnumerationNode::isPolled() const {
 }
 
 gcstring EnumerationNode::ToString(bool verify, bool ignoreCache) {
-    const Entry scope(*this, "ToString");
-    const std::int64_t value = readValue({verify, ignoreCache});
-    EnumEntryNode* current = entryOf(value);
-    if (!current) throwNoEntry(std::to_string(value));
-    if (verify) verifyEntry(*current);
-    return current->GetSymbolic();
+    return read("ToString", [&] {
+        const std::int64_t value = readValue({verify, ignoreCache});
+        EnumEntryNode* current = entryOf(value);
+        if (!current) throwNoEntry(std::to_string(value));
+        if (verify) verifyEntry(*current);
+        return current->GetSymbolic();
+    });
 }
 
 void EnumerationNode::FromString(const gcstring& text, bool verify) {
@@ -213,8 +216,7 @@ void EnumerationNode::SetIntValue(int64_t value, bool verify) {
 }
 
 int64_t EnumerationNode::GetIntValue(bool verify, bool ignoreCache) {
-    const Entry scope(*this, "GetIntValue");
-    return getInt({verify, ignoreCache});
+    return read("GetIntValue", [&] { return readableInt({verify, ignoreCache}); });
 }
 
 IEnumEntry* EnumerationNode::GetEntryByName(const gcstring& symbolic) {
@@ -226,8 +228,7 @@ IEnumEntry* EnumerationNode::GetEntry(const int64_t value) {
 }
 
 IEnumEntry* EnumerationNode::GetCurrentEntry(bool verify, bool ignoreCache) {
-    const Entry scope(*this, "GetCurrentEntry");
-    return entryOf(getInt({verify, ignoreCache}));
+    return read("GetCurrentEntry", [&] { return entryOf(readableInt({verify, ignoreCache})); });
 }
 
 }  // namespace Engine

@@ -76,6 +76,7 @@ class EnumerationNode final : public Node, public IEnumeration {
   private:
     EAccessMode entriesAccessMode() const;
     std::int64_t readValue(ReadOptions options);
+    std::int64_t readableInt(ReadOptions options);
     void verifyEntry(EnumEntryNode& current);
     void write(EnumEntryNode& target, bool verify);
     Slice<NodeId> entries() const;
