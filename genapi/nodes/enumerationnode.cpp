@@ -8,6 +8,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 using GENICAM_NAMESPACE::gcstring;
+using GENICAM_NAMESPACE::InvalidArgumentException;
 
 EnumEntryNode::EnumEntryNode(NodeMap& map, NodeId id)
     : Node(map, id), data_(description().tables().entries[record().data]) {}
@@ -66,8 +67,8 @@ EAccessMode EnumerationNode::entriesAccessMode() const {
     return mode;
 }
 
-void EnumerationNode::throwNoEntry(const std::string& value) const {
-    throw NODE_ERROR(InvalidArgumentException, *this)(
+InvalidArgumentException EnumerationNode::noEntry(const std::string& value) const {
+    return NODE_ERROR(InvalidArgumentException, *this)(
         "Feature '%s' : cannot convert value '%s', the value is invalid.", name().data(),
         value.c_str());
 }
@@ -113,7 +114,7 @@ void EnumerationNode::verifyEntry(EnumEntryNode& current) {
 void EnumerationNode::setInt(std::int64_t value, bool verify) {
     requireWritable(verify);
     EnumEntryNode* target = entryOf(value);
-    if (!target) throwNoEntry(std::to_string(value));
+    if (!target) throw noEntry(std::to_string(value));
     write(*target, verify);
 }
 
@@ -168,7 +169,7 @@ gcstring EnumerationNode::ToString(bool verify, bool ignoreCache) {
     return read("ToString", [&] {
         const std::int64_t value = readValue({verify, ignoreCache});
         EnumEntryNode* current = entryOf(value);
-        if (!current) throwNoEntry(std::to_string(value));
+        if (!current) throw noEntry(std::to_string(value));
         if (verify) verifyEntry(*current);
         return current->GetSymbolic();
     });
@@ -178,7 +179,7 @@ void EnumerationNode::FromString(const gcstring& text, bool verify) {
     modify("FromString", [&]() -> const ChangeSet& {
         requireWritable(verify);
         EnumEntryNode* target = entryOf(std::string_view(text.c_str(), text.length()));
-        if (!target) throwNoEntry(text.c_str());
+        if (!target) throw noEntry(text.c_str());
         write(*target, verify);
         return changedByWriteTo(description(), id());
     });

@@ -81,7 +81,7 @@ class EnumerationNode final : public Node, public IEnumeration {
     void write(EnumEntryNode& target, bool verify);
     Slice<NodeId> entries() const;
     EnumEntryNode& entry(NodeId id) const;
-    [[noreturn]] void throwNoEntry(const std::string& value) const;
+    GENICAM_NAMESPACE::InvalidArgumentException noEntry(const std::string& value) const;
 
     const EnumerationData& data_;
     IntegerSource source_;

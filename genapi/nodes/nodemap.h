@@ -180,7 +180,7 @@ INodeMap* createNodeMap(std::shared_ptr<const Description> description,
                         const GENICAM_NAMESPACE::gcstring& deviceName, CLock* lock = nullptr);
 
 template <typename Operation>
-auto Node::read(const char* name, Operation operation) {
+[[gnu::always_inline]] inline auto Node::read(const char* name, Operation operation) {
     {
         const Entry entry(*this, name);
         if (IsReadable(accessMode())) return operation();
