@@ -152,7 +152,7 @@ class Node : public INode, public ISelector, public IUserData {
 
     // Runs an operation that reads the value: lock, access mode, operation. That the node is not
     // readable is said after the lock is released: applications that read all features meet many
-    // such nodes, and an exception costs by the scopes it has to leave.
+    // such nodes, and an exception costs by the frames and scopes that it leaves.
     template <typename Operation>
     auto read(const char* name, Operation operation);
 

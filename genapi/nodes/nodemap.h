@@ -179,6 +179,7 @@ class Nesting {
 INodeMap* createNodeMap(std::shared_ptr<const Description> description,
                         const GENICAM_NAMESPACE::gcstring& deviceName, CLock* lock = nullptr);
 
+// Inlined, so that its exception passes no frame but that of the operation called.
 template <typename Operation>
 [[gnu::always_inline]] inline auto Node::read(const char* name, Operation operation) {
     {
