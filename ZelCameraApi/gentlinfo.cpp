@@ -49,4 +49,10 @@ std::string GetDevInfoString(const GenTLModule<void*>& iface, const std::string&
     });
 }
 
+std::string GCGetPortInfoString(const GenTLModule<void*>& port, int cmd) {
+    return QueryString(TerminatingZero::Cut, [&](int* type, void* buffer, size_t* size) {
+        return port.lib->GCGetPortInfo(port.handle, cmd, type, buffer, size);
+    });
+}
+
 }  // namespace ZelCameraApi::Internal
