@@ -92,12 +92,13 @@ typename InfoOf<CMD>::return_type QueryValue(Query&& query) {
 }
 
 // Text queries. Throw zelcam_exception when the producer fails, std::invalid_argument when the
-// value is not a string. The texts of interfaces and ports are cut before their terminating zero
-// byte, the others keep it; handing out c_str() makes no difference.
+// value is not a string. The interface's text is cut before its terminating zero byte, the others
+// keep it; handing out c_str() makes no difference.
 std::string TLGetInfoString(const GenTLModule<void*>& tl, int cmd);
 std::string IFGetInfoString(const GenTLModule<void*>& iface, int cmd);
 std::string GetDevInfoString(const GenTLModule<void*>& iface, const std::string& deviceId, int cmd);
-std::string GCGetPortInfoString(const GenTLModule<void*>& port, int cmd);
+std::string PortGetInfoString(const GenTLModule<void*>& port, int cmd);
+std::string PortGetURLString(const GenTLModule<void*>& port, uint32_t index);
 
 // The size that a producer reports for a text. Throws zelcam_exception when it is beyond any text,
 // so that a broken producer does not exhaust the memory.
