@@ -10,9 +10,8 @@ namespace ZelCameraApi::Internal {
 
 std::unique_ptr<GenApi::CEventAdapter> CreateEventAdapter(const GenTLModule<void*>& port,
                                                           GenApi::INodeMap* nodeMap) {
-    const std::string type = ZeroOnError([&] {
-        return std::string(PortGetInfoString(port, GenTL::PORT_INFO_TLTYPE).c_str());
-    });
+    const std::string type = ZeroOnError(
+        [&] { return std::string(PortGetInfoString(port, GenTL::PORT_INFO_TLTYPE).c_str()); });
     if (type == "CL" || type == "CXP") return nullptr;
     try {
         if (type == "GEV") return std::make_unique<GenApi::CEventAdapterGEV>(nodeMap);

@@ -291,7 +291,7 @@ GC_ERROR GCReadPort(PORT_HANDLE port, uint64_t address, void* buffer, size_t* si
 GC_ERROR GCWritePort(PORT_HANDLE port, uint64_t address, const void* buffer, size_t* size) {
     Call call = Record(__func__, port);
     const auto* const bytes = static_cast<const uint8_t*>(buffer);
-    call.data.assign(bytes, bytes + *size);
+    if (bytes != nullptr) call.data.assign(bytes, bytes + *size);
     return AccessPort(std::move(call), address, size,
                       [=](uint8_t* data, size_t n) { std::memcpy(data, buffer, n); });
 }
