@@ -1,7 +1,11 @@
 // Parameters of every module of the object tree, with a description and without one.
+#include <fstream>
 #include <functional>
 
-#include "tests/library/fixture.h"
+#include "ZelGenParam/Array.h"
+#include "tests/library/moduledescription.h"
+
+using testing::ElementsAre;
 
 namespace {
 
@@ -31,4 +35,67 @@ TEST_F(ParametersTest, WithoutADescriptionOperationsFail) {
     EXPECT_EQ(info->ForceIP(1U, 2U, 3U), ZelCamErr_NoNodeMap);
     EXPECT_EQ(device->SaveConfiguration("camera.xml"), ZelCamErr_NoNodeMap);
     EXPECT_EQ(device->LoadConfiguration("camera.xml"), ZelCamErr_NoNodeMap);
+}
+
+TEST_F(ParametersTest, AreMadeOnceOfTheModulesOwnPort) {
+    producer.SetDescription(Description::Xml());
+    OpenStream();
+    const struct {
+        const char* module;
+        std::function<ZelGenParam::Array*(ZelCamErr*)> get;
+    } cases[] = {
+        {"interface if0", [&](ZelCamErr* err) { return iface->GetParameters(err); }},
+        {"device cam0", [&](ZelCamErr* err) { return device->GetTransportParameters(err); }},
+        {"port cam0", [&](ZelCamErr* err) { return device->GetCameraParameters(err); }},
+        {"stream stream0", [&](ZelCamErr* err) { return stream->GetParameters(err); }}};
+    for (const auto& [module, get] : cases) {
+        SCOPED_TRACE(module);
+        ZelCamErr err = ZelCamErr_Error;
+        Fail("GCGetNumPortURLs", -1010);
+        EXPECT_EQ(get(&err), nullptr);
+        EXPECT_EQ(err, ZelCamErr_GenTL_Io);
+        producer.ClearRules();
+
+        ZelGenParam::Array* const parameters = get(&err);  // tries again
+        ASSERT_NE(parameters, nullptr);
+        EXPECT_EQ(err, ZelCamErr_Success);
+        Calls();
+        err = ZelCamErr_Error;
+        EXPECT_EQ(get(&err), parameters);
+        EXPECT_EQ(err, ZelCamErr_Success);
+        EXPECT_THAT(Calls(), testing::IsEmpty());
+        EXPECT_EQ(parameters->SetIntegerValue("Width", 5), ZelCamErr_Success);
+        for (const Scripted::Call& call : producer.TakeCalls())
+            EXPECT_EQ(call.handle, HandleOf(module)) << call.Text();
+    }
+}
+
+TEST_F(ParametersTest, OfTheCameraFollowTheExternalDescription) {
+    producer.SetDescription(Description::Xml());
+    OpenDevice();
+    const std::string file = testing::TempDir() + "external.xml";
+    std::ofstream(file) << test::document("<Category Name='Root'/>" + test::kPort +
+                                          test::intReg("External", 0));
+    ZelCamErr err = ZelCamErr_Success;
+    info->SetExternalXml("/no/such/file.xml");
+    EXPECT_EQ(device->GetCameraParameters(&err), nullptr);
+    EXPECT_EQ(err, ZelCamErr_FileOpenFailed);
+    info->SetExternalXml(file.c_str());
+    EXPECT_NE(device->GetCameraParameters(&err)->GetInt("External", nullptr), nullptr);
+    EXPECT_EQ(device->GetTransportParameters(&err)->GetInt("External", nullptr), nullptr);
+}
+
+TEST_F(ParametersTest, EndWithTheirModules) {
+    producer.SetDescription(Description::Xml());
+    OpenStream();
+    iface->GetParameters(nullptr);
+    device->GetTransportParameters(nullptr);
+    stream->GetParameters(nullptr);
+    ASSERT_NE(device->GetCameraParameters(nullptr), nullptr);
+    ASSERT_TRUE(producer.AwaitWaiter(HandleOf("device cam0"), GenTL::EVENT_REMOTE_DEVICE));
+    Calls();
+    device->Release();
+    EXPECT_THAT(Calls(),
+                ElementsAre("EventKill", "GCUnregisterEvent 4", "DSGetInfo 8",
+                            "GCUnregisterEvent 1", "DSFlushQueue 4", "DSClose", "DevClose"));
 }
