@@ -66,6 +66,9 @@ void DeviceImpl::Init(const GenTLModule<void*>& iface, ZelCam::DeviceAccess acce
 DeviceImpl::~DeviceImpl() {
     events_.clear();
     streams_.clear();
+    // Their end changes the features of events, and sinks may want to reach the camera then.
+    camera_.eventAdapter.reset();
+    transport_.eventAdapter.reset();
     module_.lib->DevClose(module_.handle);
 }
 

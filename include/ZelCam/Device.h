@@ -34,8 +34,9 @@ class Device {
         uint64_t errorCode;  // 0 when there is none
     };
 
-    // Closes the camera and destroys this object with its streams. Not from within an event
-    // callback.
+    // Closes the camera and destroys this object with its streams and parameters. Sinks that are
+    // still registered on features of events are called a last time. Not from within an event
+    // callback or a sink.
     virtual void Release() = 0;
 
     // Number of data streams of the camera, opened or not; 0 when the producer fails.

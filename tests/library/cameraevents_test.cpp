@@ -119,3 +119,29 @@ TEST_F(CameraEventsTest, ParametersDoNotNeedThem) {
     EXPECT_EQ(parameters->GetIntegerValue("Plain", &err), 0);
     EXPECT_EQ(err, ZelCamErr_Success);
 }
+
+// The features of events vanish with the device, which their sinks are told.
+TEST_F(CameraEventsTest, SinksStillReachTheCameraWhenItIsReleased) {
+    class Writer final : public ZelGenParam::ParamEventSink {
+      public:
+        explicit Writer(ZelGenParam::Array& parameters) : parameters_(parameters) {}
+        void OnParamChanged(ZelGenParam::Param* /*param*/) override {
+            err = parameters_.SetIntegerValue("Height", ++calls);
+        }
+
+        int calls = 0;
+        ZelCamErr err = ZelCamErr_Success;
+
+      private:
+        ZelGenParam::Array& parameters_;
+    };
+    ZelGenParam::Array* const parameters = Open("GEV");
+    ASSERT_NE(parameters, nullptr);
+    Writer sink(*parameters);
+    parameters->GetInt("GevBlock", nullptr)->RegisterEventSink(&sink);
+    Fire(kGevEvent);
+    EXPECT_EQ(sink.calls, 1);
+    device->Release();
+    EXPECT_EQ(sink.calls, 2);
+    EXPECT_EQ(sink.err, ZelCamErr_Success);
+}
