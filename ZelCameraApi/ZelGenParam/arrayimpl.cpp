@@ -47,7 +47,8 @@ std::unique_ptr<GenApi::CNodeMapRef> ArrayImpl::LoadAnnounced(
     uint32_t urls, const GenICam::gcstring& moduleId) const {
     for (uint32_t i = 0; i < urls; ++i) {
         try {
-            return LoadDescriptionUrl(module_, PortGetURLString(module_, i), moduleId);
+            const std::string url = PortGetURLString(module_, i);
+            return LoadDescriptionUrl(module_, url.substr(0, url.find('\0')), moduleId);
         } catch (const std::exception&) {
             continue;
         } catch (const GenICam::GenericException&) {

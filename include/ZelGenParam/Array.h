@@ -11,6 +11,7 @@ namespace GenApi_3_0 {
 struct INodeMap;
 }
 
+#pragma GCC visibility push(default)
 namespace ZelGenParam {
 
 // All features of one module (an interface, a camera, the transport layer's side of it, a stream),
@@ -74,5 +75,6 @@ class Array {
 };
 
 }  // namespace ZelGenParam
+#pragma GCC visibility pop
 
 #endif  // ZELGENPARAM_ARRAY_H

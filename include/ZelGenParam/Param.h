@@ -11,6 +11,9 @@ namespace GenApi_3_0 {
 struct INode;
 }
 
+// Visible also in programs that hide what they do not mark: dynamic_cast between the interfaces
+// needs one type information for the library and its users.
+#pragma GCC visibility push(default)
 namespace ZelGenParam {
 
 // The kind of a feature, and the interface that Param::ToInt and its like lead to.
@@ -216,5 +219,6 @@ class Category : public virtual Param {
 };
 
 }  // namespace ZelGenParam
+#pragma GCC visibility pop
 
 #endif  // ZELGENPARAM_PARAM_H
