@@ -5,11 +5,8 @@
 #include <cstdint>
 
 #include "ZelCam/Error.h"
+#include "ZelGenParam/GenApi.h"
 #include "ZelGenParam/Param.h"
-
-namespace GenApi_3_0 {
-struct INodeMap;
-}
 
 namespace ZelGenParam {
 
@@ -42,7 +39,7 @@ class Array {
     virtual Category* GetRootCategory(ZelCamErr* err) = 0;
 
     // The GenApi node map itself.
-    virtual GenApi_3_0::INodeMap* GetNodeMap(ZelCamErr* err) = 0;
+    virtual GenApi::INodeMap* GetNodeMap(ZelCamErr* err) = 0;
 
     // The features as a flat list. Null with ZelCamErr_IndexOutOfRange when `index` is not below
     // the count.
