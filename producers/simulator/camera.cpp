@@ -17,9 +17,12 @@ constexpr int32_t kInfoUsbHost = 1100;  // of this producer: what the host of a 
 Camera::Camera(CameraConfig config, std::string tlType)
     : config_(std::move(config)),
       tlType_(std::move(tlType)),
-      registers_(std::make_shared<RegisterSpace>(
-          std::numeric_limits<uint64_t>::max(),
-          config_.bigEndian ? ByteOrder::Big : ByteOrder::Little)) {}
+      registers_(
+          std::make_shared<RegisterSpace>(std::numeric_limits<uint64_t>::max(),
+                                          config_.bigEndian ? ByteOrder::Big : ByteOrder::Little)),
+      events_(tlType_) {
+    events_.AddRegisters(*registers_, [this] { return Ticks(Nanoseconds()); });
+}
 
 void Camera::CheckPlugged() const {
     if (!IsPlugged()) throw Error(GenTL::GC_ERR_IO, config_.id + " is unplugged");

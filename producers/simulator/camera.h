@@ -14,6 +14,7 @@
 #include "producers/simulator/answer.h"
 #include "producers/simulator/claim.h"
 #include "producers/simulator/config.h"
+#include "producers/simulator/eventchannel.h"
 #include "producers/simulator/object.h"
 #include "producers/simulator/registerspace.h"
 #include "producers/simulator/testpicture.h"
@@ -31,6 +32,8 @@ class Camera : public std::enable_shared_from_this<Camera> {
     const CameraConfig& Config() const { return config_; }
     const std::string& TlType() const { return tlType_; }
     const std::shared_ptr<RegisterSpace>& Registers() const { return registers_; }
+
+    EventChannel& Events() { return events_; }
 
     bool IsPlugged() const { return plugged_.load(std::memory_order_relaxed); }
     void CheckPlugged() const;  // throws GC_ERR_IO
@@ -63,6 +66,7 @@ class Camera : public std::enable_shared_from_this<Camera> {
     const CameraConfig config_;
     const std::string tlType_;
     const std::shared_ptr<RegisterSpace> registers_;
+    EventChannel events_;
     const std::chrono::steady_clock::time_point powerOn_ = std::chrono::steady_clock::now();
     std::atomic<bool> plugged_{true};
     mutable std::mutex mutex_;

@@ -57,23 +57,32 @@ bool Generator::IsLost(uint64_t id) const {
 
 void Generator::Run(uint64_t numFrames) {
     const bool paced = camera_->Config().frameRate > 0;
+    Report(EventKind::AcquisitionStart);
     for (uint64_t id = 0, acquired = 0; acquired < numFrames; ++id) {
         if (paced) pool_->WaitUntil(EndOf(id) - transfer_, BufferPool::Halt::AfterFrame);
         if (pool_->IsHalted() || !camera_->IsPlugged()) break;
         if (!IsLost(id) && Acquire(id)) ++acquired;
     }
+    Report(EventKind::AcquisitionEnd);
     grabbing_ = false;
+}
+
+void Generator::Report(EventKind kind, std::optional<uint64_t> frameId) {
+    camera_->Events().Send(kind, camera_->Ticks(camera_->Nanoseconds()), frameId);
 }
 
 bool Generator::Acquire(uint64_t id) {
     const bool paced = camera_->Config().frameRate > 0;
     Buffer* const buffer = pool_->Take(!paced);
     if (buffer == nullptr) return false;
+    Report(EventKind::FrameStart, id);
     if (paced && !pool_->WaitUntil(EndOf(id), BufferPool::Halt::Now)) {
         pool_->PutBack(*buffer);
         return false;
     }
+    Report(EventKind::ExposureEnd, id);
     Fill(*buffer, id);
+    Report(EventKind::FrameEnd, id);
     pool_->Deliver(*buffer);
     return true;
 }

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <thread>
 
 #include "producers/simulator/bufferpool.h"
@@ -42,6 +43,7 @@ class Generator {
     bool Acquire(uint64_t id);  // false when there is no buffer for this frame
     bool IsLost(uint64_t id) const;
     void Fill(Buffer& buffer, uint64_t id);
+    void Report(EventKind kind, std::optional<uint64_t> frameId = {});
     void Draw(const Buffer& buffer, uint64_t id, FrameInfo& frame);
     Clock::time_point EndOf(uint64_t id) const;
 
