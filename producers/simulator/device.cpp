@@ -3,6 +3,7 @@
 #include "producers/simulator/error.h"
 #include "producers/simulator/library.h"
 #include "producers/simulator/messageevent.h"
+#include "producers/simulator/placeholders.h"
 #include "producers/simulator/remotedevice.h"
 #include "producers/simulator/stream.h"
 
@@ -72,6 +73,11 @@ void Device::OnClose() {
 std::shared_ptr<Event> Device::MakeEvent(GenTL::EVENT_TYPE type) {
     if (type == GenTL::EVENT_REMOTE_DEVICE) return std::make_shared<MessageEvent>(type);
     return Module::MakeEvent(type);
+}
+
+std::unique_ptr<const Description> Device::MakeDescription() const {
+    return std::make_unique<Description>("ZelSim_Device", Placeholders().FillIn("device.xml"),
+                                         Description::Form::Zip);
 }
 
 }  // namespace ZelSim

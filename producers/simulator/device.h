@@ -35,6 +35,7 @@ class Device final : public Module {
   private:
     bool MayWrite() const override { return access_ != GenTL::DEVICE_ACCESS_READONLY; }
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
+    std::unique_ptr<const Description> MakeDescription() const override;
     void OnClose() override;
 
     const std::shared_ptr<Camera> camera_;

@@ -2,6 +2,7 @@
 
 #include "producers/simulator/device.h"
 #include "producers/simulator/library.h"
+#include "producers/simulator/placeholders.h"
 
 namespace ZelSim {
 
@@ -30,6 +31,11 @@ Handle Interface::OpenDevice(const std::shared_ptr<Interface>& interface, const 
     const std::shared_ptr<Camera> camera = interface->cameras_.Find(id);
     const auto device = std::make_shared<Device>(camera, access, interface->client_);
     return Library::Instance().Handles().Open(device, interface);
+}
+
+std::unique_ptr<const Description> Interface::MakeDescription() const {
+    return std::make_unique<Description>("ZelSim_Interface", Placeholders().FillIn("interface.xml"),
+                                         Description::Form::Xml);
 }
 
 }  // namespace ZelSim

@@ -28,6 +28,7 @@ class Interface final : public Module {
                              GenTL::DEVICE_ACCESS_FLAGS access);
 
   private:
+    std::unique_ptr<const Description> MakeDescription() const override;
     void OnClose() override { claim_.reset(); }
 
     const std::shared_ptr<HostInterface> host_;

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "producers/simulator/camera.h"
+#include "producers/simulator/cameradescription.h"
 #include "producers/simulator/module.h"
 
 namespace ZelSim {
@@ -23,6 +24,10 @@ class RemoteDevice final : public Module {
   private:
     bool MayWrite() const override { return mayWrite_; }
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE) override { return nullptr; }
+
+    std::unique_ptr<const Description> MakeDescription() const override {
+        return MakeCameraDescription(*camera_);
+    }
 
     const std::shared_ptr<Camera> camera_;
     const bool mayWrite_;

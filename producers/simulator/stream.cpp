@@ -8,6 +8,7 @@
 #include "producers/simulator/error.h"
 #include "producers/simulator/library.h"
 #include "producers/simulator/newbufferevent.h"
+#include "producers/simulator/placeholders.h"
 
 namespace ZelSim {
 
@@ -166,6 +167,11 @@ void Stream::OnClosing() {
     const std::lock_guard lock(generatorMutex_);
     closed_ = true;
     generator_.Stop(BufferPool::Halt::Now);
+}
+
+std::unique_ptr<const Description> Stream::MakeDescription() const {
+    return std::make_unique<Description>("ZelSim_Stream", Placeholders().FillIn("stream.xml"),
+                                         Description::Form::Xml);
 }
 
 }  // namespace ZelSim

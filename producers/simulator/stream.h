@@ -50,6 +50,7 @@ class Stream final : public Module {
     size_t PayloadSize() const { return static_cast<size_t>(camera_->Config().PayloadSize()); }
 
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
+    std::unique_ptr<const Description> MakeDescription() const override;
     void OnClosing() override;
     void OnClose() override { claim_.reset(); }
 

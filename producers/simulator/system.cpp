@@ -2,6 +2,7 @@
 
 #include "producers/simulator/interface.h"
 #include "producers/simulator/library.h"
+#include "producers/simulator/placeholders.h"
 
 namespace ZelSim {
 
@@ -18,6 +19,11 @@ Handle System::OpenInterface(const std::shared_ptr<System>& system, const char* 
     Claim claim = system->opened_.Take(host->Id());
     const auto interface = std::make_shared<Interface>(host, system->GetHandle(), std::move(claim));
     return Library::Instance().Handles().Open(interface, system);
+}
+
+std::unique_ptr<const Description> System::MakeDescription() const {
+    return std::make_unique<Description>("ZelSim_System", Placeholders().FillIn("system.xml"),
+                                         Description::Form::Xml);
 }
 
 }  // namespace ZelSim

@@ -25,6 +25,7 @@ class System final : public Module {
     static Handle OpenInterface(const std::shared_ptr<System>& system, const char* id);
 
   private:
+    std::unique_ptr<const Description> MakeDescription() const override;
     const std::shared_ptr<World> world_;
     Snapshot<HostInterface> interfaces_;
     ClaimedIds opened_;

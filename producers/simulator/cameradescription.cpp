@@ -1,0 +1,40 @@
+#include "producers/simulator/cameradescription.h"
+
+#include "producers/simulator/camera.h"
+#include "producers/simulator/placeholders.h"
+
+namespace ZelSim {
+
+namespace {
+
+// A text as a name that descriptions and file systems take.
+std::string NameOf(std::string text) {
+    for (char& c : text) {
+        const bool plain =
+            (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+        if (!plain) c = '_';
+    }
+    return text;
+}
+
+const char* StandardNameSpace(const std::string& tlType) {
+    if (tlType == TLTypeGEVName) return "GEV";
+    if (tlType == TLTypeU3VName) return "USB";
+    if (tlType == TLTypeCLName) return "CL";
+    return "None";
+}
+
+}  // namespace
+
+std::unique_ptr<const Description> MakeCameraDescription(const Camera& camera) {
+    const CameraConfig& config = camera.Config();
+    Placeholders values;
+    values.Text("VENDOR", NameOf(config.vendor));
+    values.Text("MODEL", NameOf(config.model));
+    values.Text("STANDARD", StandardNameSpace(camera.TlType()));
+    values.Text("ENDIANESS", config.bigEndian ? "BigEndian" : "LittleEndian");
+    return std::make_unique<Description>(NameOf(config.model), values.FillIn("camera.xml"),
+                                         Description::Form::Xml);
+}
+
+}  // namespace ZelSim
