@@ -89,24 +89,23 @@ bool Buffer::AnswerState(Answer answer) const {
 }
 
 bool Buffer::AnswerGeometry(Answer answer) const {
-    const CameraConfig& config = camera_->Config();
     switch (answer.Command()) {
         case GenTL::BUFFER_INFO_WIDTH:
-            return Frame(), answer.Size(config.width), true;
+            return answer.Size(Frame().settings->width), true;
         case GenTL::BUFFER_INFO_HEIGHT:
-            return Frame(), answer.Size(config.height), true;
+            return answer.Size(Frame().settings->height), true;
         case GenTL::BUFFER_INFO_XOFFSET:
-            return Frame(), answer.Size(config.offsetX), true;
+            return answer.Size(Frame().settings->offsetX), true;
         case GenTL::BUFFER_INFO_YOFFSET:
-            return Frame(), answer.Size(config.offsetY), true;
+            return answer.Size(Frame().settings->offsetY), true;
         case GenTL::BUFFER_INFO_XPADDING:
-            return Frame(), answer.Size(config.xPadding), true;
+            return answer.Size(Frame().settings->xPadding), true;
         case GenTL::BUFFER_INFO_YPADDING:
-            return Frame(), answer.Size(config.yPadding), true;
+            return answer.Size(Frame().settings->yPadding), true;
         case GenTL::BUFFER_INFO_IMAGEOFFSET:
-            return Frame(), answer.Size(config.imageOffset), true;
+            return answer.Size(Frame().settings->imageOffset), true;
         case GenTL::BUFFER_INFO_PIXELFORMAT:
-            return Frame(), answer.Uint64(config.pixelFormat->value), true;
+            return answer.Uint64(Frame().settings->pixelFormat->value), true;
         case GenTL::BUFFER_INFO_PIXELFORMAT_NAMESPACE:
             return Frame(), answer.Uint64(GenTL::PIXELFORMAT_NAMESPACE_PFNC_32BIT), true;
         case GenTL::BUFFER_INFO_PIXEL_ENDIANNESS:

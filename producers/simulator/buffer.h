@@ -17,6 +17,7 @@ namespace ZelSim {
 
 // What a frame left in a buffer.
 struct FrameInfo {
+    std::shared_ptr<const FrameSettings> settings;
     uint64_t id = 0;
     uint64_t timestampNs = 0;
     size_t sizeFilled = 0;

@@ -20,6 +20,7 @@ Camera::Camera(CameraConfig config, std::string tlType)
       registers_(
           std::make_shared<RegisterSpace>(std::numeric_limits<uint64_t>::max(),
                                           config_.bigEndian ? ByteOrder::Big : ByteOrder::Little)),
+      control_(PowerOnSettings(config_)),
       events_(tlType_) {
     events_.AddRegisters(*registers_, [this] { return Ticks(Nanoseconds()); });
 }
@@ -47,8 +48,12 @@ Claim Camera::Open(GenTL::DEVICE_ACCESS_FLAGS access, Handle client) {
     const uint64_t number = nextOpened_++;
     opened_[number] = {access, client};
     return Claim(this, [self = shared_from_this(), number](void*) {
-        const std::lock_guard releaseLock(self->mutex_);
+        std::unique_lock releaseLock(self->mutex_);
         self->opened_.erase(number);
+        const bool unused = self->opened_.empty();
+        releaseLock.unlock();
+        // The next client need not know how this one left the acquisition.
+        if (unused) self->control_.EnableAcquisition();
     });
 }
 
@@ -117,9 +122,11 @@ uint64_t Camera::Ticks(uint64_t nanoseconds) const {
            nanoseconds % kNsPerSecond * frequency / kNsPerSecond;
 }
 
-std::shared_ptr<const TestPicture> Camera::Picture() {
-    const std::lock_guard lock(mutex_);
-    if (picture_ == nullptr) picture_ = std::make_shared<const TestPicture>(config_);
+std::shared_ptr<const TestPicture> Camera::Picture(const FrameSettings& settings) {
+    const std::lock_guard lock(pictureMutex_);
+    if (picture_ == nullptr || !picture_->IsOf(settings)) {
+        picture_ = std::make_shared<const TestPicture>(settings);
+    }
     return picture_;
 }
 

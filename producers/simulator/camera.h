@@ -12,6 +12,7 @@
 
 #include "gentl/GenTL.h"
 #include "producers/simulator/answer.h"
+#include "producers/simulator/cameracontrol.h"
 #include "producers/simulator/claim.h"
 #include "producers/simulator/config.h"
 #include "producers/simulator/eventchannel.h"
@@ -32,7 +33,8 @@ class Camera : public std::enable_shared_from_this<Camera> {
     const CameraConfig& Config() const { return config_; }
     const std::string& TlType() const { return tlType_; }
     const std::shared_ptr<RegisterSpace>& Registers() const { return registers_; }
-
+    CameraControl& Control() { return control_; }
+    std::shared_ptr<const FrameSettings> Settings() const { return control_.Settings(); }
     EventChannel& Events() { return events_; }
 
     bool IsPlugged() const { return plugged_.load(std::memory_order_relaxed); }
@@ -50,8 +52,8 @@ class Camera : public std::enable_shared_from_this<Camera> {
     uint64_t Nanoseconds() const;
     uint64_t Ticks(uint64_t nanoseconds) const;
 
-    // Rendered when it is first asked for.
-    std::shared_ptr<const TestPicture> Picture();
+    // What frames with these settings show; rendered when it differs from the picture before.
+    std::shared_ptr<const TestPicture> Picture(const FrameSettings& settings);
 
   private:
     struct Opened {
@@ -66,13 +68,15 @@ class Camera : public std::enable_shared_from_this<Camera> {
     const CameraConfig config_;
     const std::string tlType_;
     const std::shared_ptr<RegisterSpace> registers_;
+    CameraControl control_;
     EventChannel events_;
     const std::chrono::steady_clock::time_point powerOn_ = std::chrono::steady_clock::now();
     std::atomic<bool> plugged_{true};
     mutable std::mutex mutex_;
-    std::map<uint64_t, Opened> opened_;           // guarded by mutex_
-    uint64_t nextOpened_ = 0;                     // guarded by mutex_
-    std::shared_ptr<const TestPicture> picture_;  // guarded by mutex_
+    std::map<uint64_t, Opened> opened_;  // guarded by mutex_
+    uint64_t nextOpened_ = 0;            // guarded by mutex_
+    std::mutex pictureMutex_;
+    std::shared_ptr<const TestPicture> picture_;  // guarded by pictureMutex_
 };
 
 }  // namespace ZelSim

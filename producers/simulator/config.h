@@ -41,11 +41,6 @@ struct CameraConfig {
     uint32_t bufAnnounceMin = 1;
     uint32_t bufAlignment = 1;
     uint64_t timestampFrequency = 1000000000;
-
-    uint64_t LinePitch() const { return pixelFormat->LineBytes(width) + uint64_t{xPadding}; }
-
-    // Bytes of one frame: what comes before the image, its lines, and what comes after it.
-    uint64_t PayloadSize() const { return imageOffset + LinePitch() * height + yPadding; }
 };
 
 struct InterfaceConfig {

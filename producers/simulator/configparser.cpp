@@ -17,6 +17,7 @@
 
 #include "gentl/GenTL.h"
 #include "producers/simulator/error.h"
+#include "producers/simulator/framesettings.h"
 
 namespace ZelSim {
 
@@ -26,9 +27,6 @@ using tinyxml2::XMLAttribute;
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 using tinyxml2::XMLNode;
-
-constexpr uint64_t kMaxPayload = uint64_t{1}
-                                 << 30;  // one frame; keeps size arithmetic far from limits
 
 constexpr const char* kDefaultConfig = R"(<ZelSim>
   <Interface id="GEV0" type="GEV" displayName="Simulated network adapter">
@@ -218,7 +216,8 @@ CameraConfig CameraOf(const XMLElement& element, const std::string& source) {
         place.Fail("width=\"" + std::to_string(camera.width) + "\": lines of " + format.name +
                    " are not whole bytes at this width");
     }
-    if (camera.PayloadSize() > kMaxPayload) place.Fail("a frame is larger than 1 GiB");
+    if (PowerOnSettings(camera).PayloadSize() > kMaxPayload)
+        place.Fail("a frame is larger than 1 GiB");
     return camera;
 }
 
