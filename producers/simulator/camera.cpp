@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "producers/simulator/chunkregisters.h"
 #include "producers/simulator/error.h"
 
 namespace ZelSim {
@@ -23,6 +24,8 @@ Camera::Camera(CameraConfig config, std::string tlType)
       control_(PowerOnSettings(config_)),
       events_(tlType_) {
     events_.AddRegisters(*registers_, [this] { return Ticks(Nanoseconds()); });
+    events_.Follow(control_);
+    AddChunkRegisters(*registers_, control_);
 }
 
 void Camera::CheckPlugged() const {

@@ -16,6 +16,7 @@
 #include "producers/simulator/claim.h"
 #include "producers/simulator/config.h"
 #include "producers/simulator/eventchannel.h"
+#include "producers/simulator/eventmessage.h"
 #include "producers/simulator/object.h"
 #include "producers/simulator/registerspace.h"
 #include "producers/simulator/testpicture.h"
@@ -32,6 +33,10 @@ class Camera : public std::enable_shared_from_this<Camera> {
     const std::string& Id() const { return config_.id; }
     const CameraConfig& Config() const { return config_; }
     const std::string& TlType() const { return tlType_; }
+
+    // Of what the transport adds to the data of the camera.
+    ByteOrder WireOrder() const { return EventFormOf(tlType_).order; }
+
     const std::shared_ptr<RegisterSpace>& Registers() const { return registers_; }
     CameraControl& Control() { return control_; }
     std::shared_ptr<const FrameSettings> Settings() const { return control_.Settings(); }

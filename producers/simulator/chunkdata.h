@@ -23,18 +23,20 @@ enum class ChunkKind : uint32_t {
 };
 constexpr uint32_t kNumChunkKinds = 8;
 
-// Which chunks frames carry; empty while the chunk mode is off.
+// Some of the kinds.
 class ChunkSet {
   public:
     ChunkSet() = default;
-    explicit ChunkSet(uint32_t bits) : bits_(bits) {}
+    explicit ChunkSet(ChunkKind only) { Set(only, true); }
 
     bool IsEmpty() const { return bits_ == 0; }
-    bool Has(ChunkKind kind) const { return (bits_ >> static_cast<uint32_t>(kind) & 1U) != 0; }
-    void Add(ChunkKind kind) { bits_ |= 1U << static_cast<uint32_t>(kind); }
+    bool Has(ChunkKind kind) const { return (bits_ & Bit(kind)) != 0; }
+    void Set(ChunkKind kind, bool has) { bits_ = has ? bits_ | Bit(kind) : bits_ & ~Bit(kind); }
     uint32_t Bits() const { return bits_; }
 
   private:
+    static uint32_t Bit(ChunkKind kind) { return 1U << static_cast<uint32_t>(kind); }
+
     uint32_t bits_ = 0;
 };
 

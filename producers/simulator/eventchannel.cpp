@@ -1,6 +1,7 @@
 #include "producers/simulator/eventchannel.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "producers/simulator/eventmessage.h"
 #include "producers/simulator/module.h"
@@ -14,6 +15,22 @@ constexpr uint64_t kTestEventAddress = 0x8100;
 
 // By kind; the description names the same numbers.
 constexpr uint16_t kIds[kNumEventKinds] = {0x9011, 0x9012, 0x9021, 0x9022, 0x9001, 0x9FFF};
+
+// The features whose change is told, with what they read as.
+struct Followed {
+    const char* name;
+    double (*value)(const FrameSettings& settings);
+};
+constexpr Followed kFollowed[] = {
+    {"Width", [](const FrameSettings& s) -> double { return s.width; }},
+    {"Height", [](const FrameSettings& s) -> double { return s.height; }},
+    {"OffsetX", [](const FrameSettings& s) -> double { return s.offsetX; }},
+    {"OffsetY", [](const FrameSettings& s) -> double { return s.offsetY; }},
+    {"PixelFormat", [](const FrameSettings& s) -> double { return s.pixelFormat->value; }},
+    {"PayloadSize", [](const FrameSettings& s) { return static_cast<double>(s.PayloadSize()); }},
+    {"ExposureTime", [](const FrameSettings& s) -> double { return s.exposureTime; }},
+    {"AcquisitionFrameRate", [](const FrameSettings& s) { return s.frameRate; }},
+};
 
 }  // namespace
 
@@ -60,9 +77,19 @@ void EventChannel::Send(EventKind kind, uint64_t timestamp, std::optional<uint64
     Fire(GenTL::EVENT_REMOTE_DEVICE, event.id, {message.data(), message.size()});
 }
 
-void EventChannel::InvalidateFeature(const std::string& name) {
+void EventChannel::Follow(CameraControl& control) {
+    changes_ = control.AddListener([this](const FrameSettings& before, const FrameSettings& after) {
+        ReportChanges(before, after);
+    });
+}
+
+void EventChannel::ReportChanges(const FrameSettings& before, const FrameSettings& after) {
     const std::lock_guard lock(mutex_);
-    Fire(GenTL::EVENT_FEATURE_INVALIDATE, 0, {name.c_str(), name.size() + 1});
+    for (const Followed& feature : kFollowed) {
+        if (feature.value(before) == feature.value(after)) continue;
+        const EventData name{feature.name, std::strlen(feature.name) + 1};
+        Fire(GenTL::EVENT_FEATURE_INVALIDATE, 0, name);
+    }
 }
 
 void EventChannel::Fire(GenTL::EVENT_TYPE type, uint64_t id, EventData data) {

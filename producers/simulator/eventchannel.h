@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "producers/simulator/cameracontrol.h"
 #include "producers/simulator/claim.h"
 #include "producers/simulator/event.h"
 #include "producers/simulator/registerspace.h"
@@ -43,6 +44,9 @@ class EventChannel {
     // for the time stamp of the test event.
     void AddRegisters(RegisterSpace& registers, std::function<uint64_t()> clock);
 
+    // Says of the features that depend on the settings when they change. The control lives longer.
+    void Follow(CameraControl& control);
+
     // The module gets the events until the claim is given back, which it does before it goes.
     Claim Subscribe(Module& module);
 
@@ -53,14 +57,13 @@ class EventChannel {
     // Sends an event if the camera is to do so.
     void Send(EventKind kind, uint64_t timestamp, std::optional<uint64_t> frameId = {});
 
-    // Says that a feature has changed by more than what a client wrote to it.
-    void InvalidateFeature(const std::string& name);
-
   private:
+    void ReportChanges(const FrameSettings& before, const FrameSettings& after);
     void SetOn(EventKind kind, bool on);
     void Fire(GenTL::EVENT_TYPE type, uint64_t id, EventData data);
 
     const std::string tlType_;
+    Claim changes_;
     std::atomic<uint32_t> enabled_{1U << static_cast<uint32_t>(EventKind::Test)};
     std::mutex mutex_;
     std::vector<Module*> modules_;  // guarded by mutex_

@@ -29,6 +29,16 @@ uint64_t FramesOfOneStart(const FrameSettings& settings) {
     }
 }
 
+ChunkValues ChunkValuesOf(const FrameSettings& settings) {
+    ChunkValues values;
+    values.width = settings.width;
+    values.height = settings.height;
+    values.pixelFormat = settings.pixelFormat->value;
+    values.exposureTime = settings.exposureTime / 10.0;
+    values.gain = settings.gain[static_cast<size_t>(Channel::All)] / 10.0;
+    return values;
+}
+
 }  // namespace
 
 void Generator::Start(uint64_t numFrames) {
@@ -204,11 +214,21 @@ void Generator::Draw(const Buffer& buffer, FrameInfo& frame) {
     frame.incomplete = torn || frame.tooLarge;
     frame.deliveredHeight = numLines;
     frame.sizeFilled = frame.incomplete ? offset + numLines * pitch : payload;
+    if (!frame.incomplete) AppendChunks(memory.base, frame);
     if (!config.noFill) {
         camera_->Picture(*settings_)->Draw(id_, memory.base + offset, numLines);
     } else if (memory.size >= sizeof(id_)) {
         std::memcpy(memory.base, &id_, sizeof(id_));
     }
+}
+
+void Generator::AppendChunks(uint8_t* payload, FrameInfo& frame) const {
+    frame.chunks = settings_->SentChunks();
+    ChunkValues values = ChunkValuesOf(*settings_);
+    values.frameId = frame.id;
+    values.timestamp = camera_->Ticks(frame.timestampNs);
+    WriteChunks(payload, frame.chunks, settings_->ImageSize(), values, camera_->WireOrder(),
+                camera_->Registers()->Order());
 }
 
 }  // namespace ZelSim

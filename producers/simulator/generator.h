@@ -54,6 +54,7 @@ class Generator {
     bool IsLost() const;
     void Fill(Buffer& buffer);
     void Draw(const Buffer& buffer, FrameInfo& frame);
+    void AppendChunks(uint8_t* payload, FrameInfo& frame) const;
     void Report(EventKind kind, std::optional<uint64_t> frameId = {});
     Clock::time_point StartOf(uint64_t id) const;
 
