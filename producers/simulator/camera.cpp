@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "producers/simulator/chunkregisters.h"
 #include "producers/simulator/error.h"
 
 namespace ZelSim {
@@ -21,8 +22,13 @@ Camera::Camera(CameraConfig config, std::string tlType)
           std::make_shared<RegisterSpace>(std::numeric_limits<uint64_t>::max(),
                                           config_.bigEndian ? ByteOrder::Big : ByteOrder::Little)),
       control_(PowerOnSettings(config_)),
+      events_(tlType_),
       userName_(config_.userName),
-      features_(*this) {}
+      features_(*this) {
+    events_.AddRegisters(*registers_, [this] { return Ticks(Nanoseconds()); });
+    events_.Follow(control_);
+    AddChunkRegisters(*registers_, control_);
+}
 
 void Camera::CheckPlugged() const {
     if (!IsPlugged()) throw Error(GenTL::GC_ERR_IO, config_.id + " is unplugged");

@@ -16,6 +16,8 @@
 #include "producers/simulator/camerafeatures.h"
 #include "producers/simulator/claim.h"
 #include "producers/simulator/config.h"
+#include "producers/simulator/eventchannel.h"
+#include "producers/simulator/eventmessage.h"
 #include "producers/simulator/object.h"
 #include "producers/simulator/registerspace.h"
 #include "producers/simulator/testpicture.h"
@@ -32,9 +34,14 @@ class Camera : public std::enable_shared_from_this<Camera> {
     const std::string& Id() const { return config_.id; }
     const CameraConfig& Config() const { return config_; }
     const std::string& TlType() const { return tlType_; }
+
+    // Of what the transport adds to the data of the camera.
+    ByteOrder WireOrder() const { return EventFormOf(tlType_).order; }
+
     const std::shared_ptr<RegisterSpace>& Registers() const { return registers_; }
     CameraControl& Control() { return control_; }
     std::shared_ptr<const FrameSettings> Settings() const { return control_.Settings(); }
+    EventChannel& Events() { return events_; }
 
     bool IsPlugged() const { return plugged_.load(std::memory_order_relaxed); }
     void CheckPlugged() const;  // throws GC_ERR_IO
@@ -72,6 +79,7 @@ class Camera : public std::enable_shared_from_this<Camera> {
     const std::string tlType_;
     const std::shared_ptr<RegisterSpace> registers_;
     CameraControl control_;
+    EventChannel events_;
     const std::chrono::steady_clock::time_point powerOn_ = std::chrono::steady_clock::now();
     std::atomic<bool> plugged_{true};
     mutable std::mutex mutex_;

@@ -25,7 +25,8 @@ Device::Device(const std::shared_ptr<Camera>& camera, GenTL::DEVICE_ACCESS_FLAGS
       camera_(camera),
       access_(access),
       client_(client),
-      claim_(camera->Open(access, client)) {}
+      claim_(camera->Open(access, client)),
+      eventSubscription_(camera->Events().Subscribe(*this)) {}
 
 void Device::GetInfo(Answer answer) const {
     CheckConnected();
@@ -62,6 +63,11 @@ Handle Device::OpenRemote(const std::shared_ptr<Device>& device) {
         device->remote_ = Library::Instance().Handles().Open(remote, device);
     }
     return device->remote_;
+}
+
+void Device::OnClose() {
+    eventSubscription_.reset();
+    claim_.reset();
 }
 
 std::shared_ptr<Event> Device::MakeEvent(GenTL::EVENT_TYPE type) {

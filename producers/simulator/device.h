@@ -36,12 +36,13 @@ class Device final : public Module {
     bool MayWrite() const override { return access_ != GenTL::DEVICE_ACCESS_READONLY; }
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
     std::unique_ptr<const Description> MakeDescription() const override;
-    void OnClose() override { claim_.reset(); }
+    void OnClose() override;
 
     const std::shared_ptr<Camera> camera_;
     const GenTL::DEVICE_ACCESS_FLAGS access_;
     const Handle client_;
     Claim claim_;
+    Claim eventSubscription_;
     ClaimedIds openedStreams_;
     std::mutex remoteMutex_;
     Handle remote_ = nullptr;  // guarded by remoteMutex_

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "producers/simulator/chunkdata.h"
 #include "producers/simulator/config.h"
 
 namespace ZelSim {
@@ -51,6 +52,9 @@ struct FrameSettings {
     std::array<int32_t, kNumChannels> blackLevel{};  // of 255
     double gamma = 1;
 
+    bool chunkMode = false;
+    ChunkSet chunks{ChunkKind::Image};  // those that are enabled
+
     uint32_t WidthMax() const { return sensorWidth / binningHorizontal; }
     uint32_t HeightMax() const { return sensorHeight / binningVertical; }
 
@@ -59,8 +63,14 @@ struct FrameSettings {
 
     uint64_t LinePitch() const { return pixelFormat->LineBytes(width) + uint64_t{xPadding}; }
 
-    // Bytes of one frame: what comes before the image, its lines, and what comes after it.
-    uint64_t PayloadSize() const { return imageOffset + LinePitch() * height + yPadding; }
+    // Bytes of the image: what comes before it, its lines, and what comes after it.
+    uint64_t ImageSize() const { return imageOffset + LinePitch() * height + yPadding; }
+
+    // The chunks that frames carry; none unless the chunk mode is on.
+    ChunkSet SentChunks() const { return chunkMode ? chunks : ChunkSet(); }
+
+    // Bytes of one frame.
+    uint64_t PayloadSize() const { return PayloadWithChunks(SentChunks(), ImageSize()); }
 
     bool IsPaced() const { return frameRateEnable && frameRate > 0; }
     double MaxFrameRate() const;

@@ -29,6 +29,16 @@ uint64_t FramesOfOneStart(const FrameSettings& settings) {
     }
 }
 
+ChunkValues ChunkValuesOf(const FrameSettings& settings) {
+    ChunkValues values;
+    values.width = settings.width;
+    values.height = settings.height;
+    values.pixelFormat = settings.pixelFormat->value;
+    values.exposureTime = settings.exposureTime / 10.0;
+    values.gain = settings.gain[static_cast<size_t>(Channel::All)] / 10.0;
+    return values;
+}
+
 }  // namespace
 
 void Generator::Start(uint64_t numFrames) {
@@ -38,6 +48,7 @@ void Generator::Start(uint64_t numFrames) {
         [pool = pool_](const FrameSettings&, const FrameSettings&) { pool->Wake(); });
     locked_ = camera_->Control().LockForStream();
     id_ = 0;
+    acquires_ = false;
     triggers_ = camera_->Control().State().triggers;
     Restart();
     grabbing_ = true;
@@ -97,6 +108,7 @@ void Generator::Run(uint64_t numFrames) {
         --numLeft_;
         if (!IsLost() && Acquire()) ++acquired;
     }
+    ReportAcquisition(false);
     grabbing_ = false;
 }
 
@@ -117,9 +129,38 @@ bool Generator::IsDue() {
     return true;
 }
 
+// Whether the camera is between the start and the end of an acquisition.
+bool Generator::IsAcquiring() const {
+    return numLeft_ != 0 && camera_->Control().State().enabled;
+}
+
+void Generator::ReportAcquisition(bool acquires) {
+    if (acquires == acquires_) return;
+    acquires_ = acquires;
+    Report(acquires ? EventKind::AcquisitionStart : EventKind::AcquisitionEnd);
+}
+
+void Generator::Report(EventKind kind, std::optional<uint64_t> frameId) {
+    camera_->Events().Send(kind, camera_->Ticks(camera_->Nanoseconds()), frameId);
+}
+
+// Waits until a frame is due, and reports on the way when the acquisition begins or ends.
+bool Generator::AwaitDue() {
+    bool due = false;
+    while (!due) {
+        const auto hasNews = [&] {
+            due = IsDue();
+            return due || IsAcquiring() != acquires_;
+        };
+        if (!pool_->WaitFor(hasNews)) return false;
+        ReportAcquisition(due || IsAcquiring());
+    }
+    return true;
+}
+
 // Waits for the start of the next frame; false when the acquisition has ended.
 bool Generator::AwaitTurn() {
-    if (!pool_->WaitFor([this] { return IsDue(); })) return false;
+    if (!AwaitDue()) return false;
     FollowRate();
     const bool triggered = settings_->triggerMode;
     if (triggered || wasTriggered_) {
@@ -137,11 +178,14 @@ bool Generator::Acquire() {
     const bool paced = frameRate_ > 0;
     Buffer* const buffer = pool_->Take(!paced);
     if (buffer == nullptr) return false;
+    Report(EventKind::FrameStart, id_);
     if (paced && !pool_->WaitUntil(StartOf(id_) + transfer_, BufferPool::Halt::Now)) {
         pool_->PutBack(*buffer);
         return false;
     }
+    Report(EventKind::ExposureEnd, id_);
     Fill(*buffer);
+    Report(EventKind::FrameEnd, id_);
     pool_->Deliver(*buffer);
     return true;
 }
@@ -170,11 +214,21 @@ void Generator::Draw(const Buffer& buffer, FrameInfo& frame) {
     frame.incomplete = torn || frame.tooLarge;
     frame.deliveredHeight = numLines;
     frame.sizeFilled = frame.incomplete ? offset + numLines * pitch : payload;
+    if (!frame.incomplete) AppendChunks(memory.base, frame);
     if (!config.noFill) {
         camera_->Picture(*settings_)->Draw(id_, memory.base + offset, numLines);
     } else if (memory.size >= sizeof(id_)) {
         std::memcpy(memory.base, &id_, sizeof(id_));
     }
+}
+
+void Generator::AppendChunks(uint8_t* payload, FrameInfo& frame) const {
+    frame.chunks = settings_->SentChunks();
+    ChunkValues values = ChunkValuesOf(*settings_);
+    values.frameId = frame.id;
+    values.timestamp = camera_->Ticks(frame.timestampNs);
+    WriteChunks(payload, frame.chunks, settings_->ImageSize(), values, camera_->WireOrder(),
+                camera_->Registers()->Order());
 }
 
 }  // namespace ZelSim

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <thread>
 
 #include "producers/simulator/bufferpool.h"
@@ -43,13 +44,18 @@ class Generator {
 
     void Run(uint64_t numFrames);
     bool AwaitTurn();
+    bool AwaitDue();
     bool IsDue();
+    bool IsAcquiring() const;
+    void ReportAcquisition(bool acquires);
     void Restart();
     void FollowRate();
     bool Acquire();  // false when there is no buffer for this frame
     bool IsLost() const;
     void Fill(Buffer& buffer);
     void Draw(const Buffer& buffer, FrameInfo& frame);
+    void AppendChunks(uint8_t* payload, FrameInfo& frame) const;
+    void Report(EventKind kind, std::optional<uint64_t> frameId = {});
     Clock::time_point StartOf(uint64_t id) const;
 
     const std::shared_ptr<Camera> camera_;
@@ -66,6 +72,7 @@ class Generator {
     uint64_t starts_ = 0;    // of the acquisition that were followed
     uint64_t triggers_ = 0;  // that were followed
     bool wasTriggered_ = false;
+    bool acquires_ = false;   // as the events of the camera tell
     double frameRate_ = 0;    // that frames are paced with; 0 for those that are not
     Clock::time_point base_;  // when frame baseId_ starts
     uint64_t baseId_ = 0;
