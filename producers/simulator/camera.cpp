@@ -66,6 +66,18 @@ GenTL::DEVICE_ACCESS_STATUS Camera::AccessStatus(Handle client) const {
     return GenTL::DEVICE_ACCESS_STATUS_READWRITE;
 }
 
+IpSettings Camera::Ip() const {
+    const std::lock_guard lock(mutex_);
+    return ip_;
+}
+
+void Camera::ForceIp(const IpSettings& ip) {
+    CheckPlugged();
+    const std::lock_guard lock(mutex_);
+    if (!opened_.empty()) throw Error(GenTL::GC_ERR_ACCESS_DENIED, config_.id + " is open");
+    ip_ = ip.address == 0 ? config_.ip : ip;
+}
+
 std::string Camera::DisplayName() const {
     if (!config_.userName.empty()) return config_.userName;
     return config_.vendor + " " + config_.model + " (" + config_.serial + ")";

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "producers/simulator/network.h"
 #include "producers/simulator/pixelformat.h"
 
 namespace ZelSim {
@@ -41,6 +42,9 @@ struct CameraConfig {
     uint32_t bufAnnounceMin = 1;
     uint32_t bufAlignment = 1;
     uint64_t timestampFrequency = 1000000000;
+    IpSettings ip;                // address and mask 0: the interface gives them
+    std::string descriptionFile;  // announced before the camera's own description
+    std::string descriptionUrl;   // announced before all others
 
     uint64_t LinePitch() const { return pixelFormat->LineBytes(width) + uint64_t{xPadding}; }
 
