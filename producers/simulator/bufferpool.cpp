@@ -128,6 +128,19 @@ bool BufferPool::WaitUntil(Clock::time_point time, Halt urgency) {
     return !generatorWake_.wait_until(lock, time, [&] { return halt_.load() >= urgency; });
 }
 
+bool BufferPool::WaitFor(const std::function<bool()>& isDue) {
+    std::unique_lock lock(mutex_);
+    generatorSleeps_ = true;
+    generatorWake_.wait(lock, [&] { return halt_.load() != Halt::No || isDue(); });
+    generatorSleeps_ = false;
+    return halt_.load() == Halt::No;
+}
+
+void BufferPool::Wake() {
+    const std::lock_guard lock(mutex_);
+    generatorWake_.notify_all();
+}
+
 Buffer* BufferPool::Take(bool wait) {
     std::unique_lock lock(mutex_);
     if (wait && input_.empty()) {

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <memory>
 #include <mutex>
@@ -54,6 +55,12 @@ class BufferPool {
 
     // Waits for a point in time; false when a halt of at least this urgency came first.
     bool WaitUntil(Clock::time_point time, Halt urgency);
+
+    // Waits until `isDue` becomes true, at which it looks upon Wake and queued buffers; false when
+    // a halt came first.
+    bool WaitFor(const std::function<bool()>& isDue);
+    void Wake();
+    bool HasInput() const { return !input_.empty(); }  // for `isDue` only
 
     // The buffer for the next frame, its start being counted. Without a queued buffer: null after
     // counting an under-run, or, with `wait`, waits for one until a halt.

@@ -1,6 +1,7 @@
 #include "producers/simulator/cameradescription.h"
 
 #include "producers/simulator/camera.h"
+#include "producers/simulator/eventmessage.h"
 #include "producers/simulator/placeholders.h"
 
 namespace ZelSim {
@@ -24,6 +25,17 @@ const char* StandardNameSpace(const std::string& tlType) {
     return "None";
 }
 
+const char* Endianess(ByteOrder order) {
+    return order == ByteOrder::Big ? "BigEndian" : "LittleEndian";
+}
+
+void DescribeEvents(const std::string& tlType, Placeholders& values) {
+    const EventForm form = EventFormOf(tlType);
+    values.Text("EVENT_ENDIANESS", Endianess(form.order));
+    values.Text("EVENT_TIMESTAMP_ADDRESS", std::to_string(form.timestampAddress));
+    values.Text("EVENT_FRAME_ID_ADDRESS", std::to_string(form.frameIdAddress));
+}
+
 }  // namespace
 
 std::unique_ptr<const Description> MakeCameraDescription(const Camera& camera) {
@@ -32,7 +44,8 @@ std::unique_ptr<const Description> MakeCameraDescription(const Camera& camera) {
     values.Text("VENDOR", NameOf(config.vendor));
     values.Text("MODEL", NameOf(config.model));
     values.Text("STANDARD", StandardNameSpace(camera.TlType()));
-    values.Text("ENDIANESS", config.bigEndian ? "BigEndian" : "LittleEndian");
+    values.Text("ENDIANESS", Endianess(camera.Registers()->Order()));
+    DescribeEvents(camera.TlType(), values);
     return std::make_unique<Description>(NameOf(config.model), values.FillIn("camera.xml"),
                                          Description::Form::Xml);
 }

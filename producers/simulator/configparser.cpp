@@ -18,6 +18,7 @@
 
 #include "gentl/GenTL.h"
 #include "producers/simulator/error.h"
+#include "producers/simulator/framesettings.h"
 
 namespace ZelSim {
 
@@ -27,9 +28,6 @@ using tinyxml2::XMLAttribute;
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 using tinyxml2::XMLNode;
-
-constexpr uint64_t kMaxPayload = uint64_t{1}
-                                 << 30;  // one frame; keeps size arithmetic far from limits
 
 constexpr const char* kDefaultConfig = R"(<ZelSim>
   <Interface id="GEV0" type="GEV" displayName="Simulated network adapter">
@@ -173,6 +171,7 @@ std::vector<Key<CameraConfig>> CameraKeys() {
         Numeric("streams", &C::streams, 0U, 16U),
         Numeric("bufAnnounceMin", &C::bufAnnounceMin, 1U, 1024U),
         {"bufAlignment", SetAlignment},
+        Numeric("flashBusyTime", &C::flashBusyTime, 0U, 60000U),
         Numeric("timestampFrequency", &C::timestampFrequency, uint64_t{1}, uint64_t{1000000000}),
         IpAddress("ip", &IpSettings::address),
         IpAddress("mask", &IpSettings::mask),
@@ -232,7 +231,8 @@ CameraConfig CameraOf(const XMLElement& element, const std::string& source) {
         place.Fail("width=\"" + std::to_string(camera.width) + "\": lines of " + format.name +
                    " are not whole bytes at this width");
     }
-    if (camera.PayloadSize() > kMaxPayload) place.Fail("a frame is larger than 1 GiB");
+    if (PowerOnSettings(camera).PayloadSize() > kMaxPayload)
+        place.Fail("a frame is larger than 1 GiB");
     return camera;
 }
 

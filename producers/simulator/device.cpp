@@ -27,7 +27,8 @@ Device::Device(const std::shared_ptr<Camera>& camera, GenTL::DEVICE_ACCESS_FLAGS
       camera_(camera),
       access_(access),
       client_(client),
-      claim_(camera->Open(access, client)) {
+      claim_(camera->Open(access, client)),
+      eventSubscription_(camera->Events().Subscribe(*this)) {
     AddInformation();
     AddStreams();
     if (camera_->TlType() == TLTypeGEVName) AddNetwork();
@@ -123,6 +124,11 @@ Handle Device::OpenRemote(const std::shared_ptr<Device>& device) {
 std::shared_ptr<RemoteDevice> Device::Remote() const {
     const std::lock_guard lock(remoteMutex_);
     return remote_;
+}
+
+void Device::OnClose() {
+    eventSubscription_.reset();
+    claim_.reset();
 }
 
 std::shared_ptr<Event> Device::MakeEvent(GenTL::EVENT_TYPE type) {

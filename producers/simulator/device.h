@@ -38,7 +38,7 @@ class Device final : public Module {
     bool MayWrite() const override { return access_ != GenTL::DEVICE_ACCESS_READONLY; }
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
     std::unique_ptr<const Description> MakeDescription() const override;
-    void OnClose() override { claim_.reset(); }
+    void OnClose() override;
 
     void AddInformation();
     void AddStreams();
@@ -50,6 +50,7 @@ class Device final : public Module {
     const GenTL::DEVICE_ACCESS_FLAGS access_;
     const Handle client_;
     Claim claim_;
+    Claim eventSubscription_;
     ClaimedIds openedStreams_;
     uint32_t selectedStream_ = 0;  // used by registers only
     mutable std::mutex remoteMutex_;

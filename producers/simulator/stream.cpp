@@ -82,7 +82,7 @@ void Stream::GetInfo(Answer answer) const {
         case GenTL::STREAM_INFO_TLTYPE:
             return answer.String(camera_->TlType());
         case GenTL::STREAM_INFO_NUM_CHUNKS_MAX:
-            return answer.Size(0);
+            return answer.Size(kNumChunkKinds);
         case GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN:
             return answer.Size(config.bufAnnounceMin);
         case GenTL::STREAM_INFO_BUF_ALIGNMENT:
