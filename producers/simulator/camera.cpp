@@ -22,7 +22,9 @@ Camera::Camera(CameraConfig config, std::string tlType)
           std::make_shared<RegisterSpace>(std::numeric_limits<uint64_t>::max(),
                                           config_.bigEndian ? ByteOrder::Big : ByteOrder::Little)),
       control_(PowerOnSettings(config_)),
-      events_(tlType_) {
+      events_(tlType_),
+      userName_(config_.userName),
+      features_(*this) {
     events_.AddRegisters(*registers_, [this] { return Ticks(Nanoseconds()); });
     events_.Follow(control_);
     AddChunkRegisters(*registers_, control_);
@@ -77,8 +79,19 @@ GenTL::DEVICE_ACCESS_STATUS Camera::AccessStatus(Handle client) const {
     return GenTL::DEVICE_ACCESS_STATUS_READWRITE;
 }
 
+std::string Camera::UserName() const {
+    const std::lock_guard lock(mutex_);
+    return userName_;
+}
+
+void Camera::SetUserName(const std::string& name) {
+    const std::lock_guard lock(mutex_);
+    userName_ = name;
+}
+
 std::string Camera::DisplayName() const {
-    if (!config_.userName.empty()) return config_.userName;
+    std::string userName = UserName();
+    if (!userName.empty()) return userName;
     return config_.vendor + " " + config_.model + " (" + config_.serial + ")";
 }
 
@@ -97,7 +110,7 @@ void Camera::GetInfo(Answer answer, Handle client) const {
         case GenTL::DEVICE_INFO_ACCESS_STATUS:
             return answer.Int32(AccessStatus(client));
         case GenTL::DEVICE_INFO_USER_DEFINED_NAME:
-            return answer.String(config_.userName);
+            return answer.String(UserName());
         case GenTL::DEVICE_INFO_SERIAL_NUMBER:
             return answer.String(config_.serial);
         case GenTL::DEVICE_INFO_VERSION:

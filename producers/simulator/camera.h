@@ -13,6 +13,7 @@
 #include "gentl/GenTL.h"
 #include "producers/simulator/answer.h"
 #include "producers/simulator/cameracontrol.h"
+#include "producers/simulator/camerafeatures.h"
 #include "producers/simulator/claim.h"
 #include "producers/simulator/config.h"
 #include "producers/simulator/eventchannel.h"
@@ -50,6 +51,10 @@ class Camera : public std::enable_shared_from_this<Camera> {
     // open excludes it, GC_ERR_INVALID_PARAMETER for an access that is none.
     Claim Open(GenTL::DEVICE_ACCESS_FLAGS access, Handle client);
 
+    // What the user calls the camera.
+    std::string UserName() const;
+    void SetUserName(const std::string& name);
+
     // Device info commands, as this client sees the camera.
     void GetInfo(Answer answer, Handle client) const;
 
@@ -80,8 +85,10 @@ class Camera : public std::enable_shared_from_this<Camera> {
     mutable std::mutex mutex_;
     std::map<uint64_t, Opened> opened_;  // guarded by mutex_
     uint64_t nextOpened_ = 0;            // guarded by mutex_
+    std::string userName_;               // guarded by mutex_
     std::mutex pictureMutex_;
     std::shared_ptr<const TestPicture> picture_;  // guarded by pictureMutex_
+    CameraFeatures features_;                     // after all that its registers work on
 };
 
 }  // namespace ZelSim

@@ -40,6 +40,7 @@ struct CameraConfig {
     uint32_t streams = 1;
     uint32_t bufAnnounceMin = 1;
     uint32_t bufAlignment = 1;
+    uint32_t flashBusyTime = 5;  // ms
     uint64_t timestampFrequency = 1000000000;
 };
 

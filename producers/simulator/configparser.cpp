@@ -162,6 +162,7 @@ std::vector<Key<CameraConfig>> CameraKeys() {
         Numeric("streams", &C::streams, 0U, 16U),
         Numeric("bufAnnounceMin", &C::bufAnnounceMin, 1U, 1024U),
         {"bufAlignment", SetAlignment},
+        Numeric("flashBusyTime", &C::flashBusyTime, 0U, 60000U),
         Numeric("timestampFrequency", &C::timestampFrequency, uint64_t{1}, uint64_t{1000000000})};
 }
 
