@@ -93,6 +93,11 @@ void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
     WakeGenerator();
 }
 
+void BufferPool::SetNewestOnly(bool newestOnly) {
+    const std::lock_guard lock(mutex_);
+    newestOnly_ = newestOnly;
+}
+
 Handle BufferPool::HandleAt(uint32_t index) const {
     const std::lock_guard lock(mutex_);
     for (const List* list : {&idle_, &input_, &acquiring_, &output_}) {
@@ -162,6 +167,7 @@ void BufferPool::PutBack(Buffer& buffer) {
 
 void BufferPool::Deliver(Buffer& buffer) {
     const std::lock_guard lock(mutex_);
+    if (newestOnly_) MoveAll(State::Output, State::Input);
     Move(buffer, State::Output);
 }
 

@@ -42,6 +42,9 @@ class BufferPool {
     void Revoke(Buffer& buffer);  // throws GC_ERR_RESOURCE_IN_USE unless it is idle
     void Queue(Buffer& buffer);   // the same
     void Flush(GenTL::ACQ_QUEUE_TYPE operation);
+
+    // Whether a delivered buffer sends those that are not fetched yet back into the input.
+    void SetNewestOnly(bool newestOnly);
     Handle HandleAt(uint32_t index) const;  // throws GC_ERR_INVALID_INDEX
     StreamCounts Counts() const;
 
@@ -87,6 +90,7 @@ class BufferPool {
     std::condition_variable generatorWake_;
     bool generatorSleeps_ = false;
     std::atomic<Halt> halt_{Halt::No};  // read without the mutex as well
+    bool newestOnly_ = false;
     List idle_;
     List input_;
     List acquiring_;

@@ -89,6 +89,18 @@ void Camera::SetUserName(const std::string& name) {
     userName_ = name;
 }
 
+IpSettings Camera::Ip() const {
+    const std::lock_guard lock(mutex_);
+    return ip_;
+}
+
+void Camera::ForceIp(const IpSettings& ip) {
+    CheckPlugged();
+    const std::lock_guard lock(mutex_);
+    if (!opened_.empty()) throw Error(GenTL::GC_ERR_ACCESS_DENIED, config_.id + " is open");
+    ip_ = ip.address == 0 ? config_.ip : ip;
+}
+
 std::string Camera::DisplayName() const {
     std::string userName = UserName();
     if (!userName.empty()) return userName;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "producers/simulator/network.h"
 #include "producers/simulator/pixelformat.h"
 
 namespace ZelSim {
@@ -42,6 +43,9 @@ struct CameraConfig {
     uint32_t bufAlignment = 1;
     uint32_t flashBusyTime = 5;  // ms
     uint64_t timestampFrequency = 1000000000;
+    IpSettings ip;                // address and mask 0: the interface gives them
+    std::string descriptionFile;  // announced before the camera's own description
+    std::string descriptionUrl;   // announced before all others
 };
 
 struct InterfaceConfig {

@@ -8,6 +8,7 @@
 #include <functional>
 #include <iterator>
 #include <limits>
+#include <optional>
 #include <set>
 #include <sstream>
 #include <string_view>
@@ -127,6 +128,14 @@ Key<CameraConfig> Flag(std::string_view name, bool CameraConfig::*member) {
     return {name, [=](CameraConfig& c, const Value& v) { c.*member = Boolean(v); }};
 }
 
+Key<CameraConfig> IpAddress(std::string_view name, uint32_t IpSettings::*member) {
+    return {name, [=](CameraConfig& c, const Value& v) {
+                const std::optional<uint32_t> address = ParseIpAddress(v.text);
+                if (!address) v.Refuse("an address like 192.168.0.1");
+                c.ip.*member = *address;
+            }};
+}
+
 void SetAlignment(CameraConfig& camera, const Value& value) {
     camera.bufAlignment = Number(value, 1U, 1U << 20);
     if ((camera.bufAlignment & (camera.bufAlignment - 1)) != 0) value.Refuse("a power of two");
@@ -163,7 +172,12 @@ std::vector<Key<CameraConfig>> CameraKeys() {
         Numeric("bufAnnounceMin", &C::bufAnnounceMin, 1U, 1024U),
         {"bufAlignment", SetAlignment},
         Numeric("flashBusyTime", &C::flashBusyTime, 0U, 60000U),
-        Numeric("timestampFrequency", &C::timestampFrequency, uint64_t{1}, uint64_t{1000000000})};
+        Numeric("timestampFrequency", &C::timestampFrequency, uint64_t{1}, uint64_t{1000000000}),
+        IpAddress("ip", &IpSettings::address),
+        IpAddress("mask", &IpSettings::mask),
+        IpAddress("gateway", &IpSettings::gateway),
+        Text("descriptionFile", &C::descriptionFile),
+        Text("descriptionUrl", &C::descriptionUrl)};
 }
 
 std::vector<Key<InterfaceConfig>> InterfaceKeys() {

@@ -72,6 +72,7 @@ std::vector<PortUrl> Module::Urls() const {
 }
 
 void Module::ReadPort(uint64_t address, void* buffer, size_t size) const {
+    numReads_.fetch_add(1, std::memory_order_relaxed);
     CheckConnected();
     if (const Description* const description = DescriptionAt(address, size)) {
         return description->Read(address, buffer, size);
@@ -80,6 +81,7 @@ void Module::ReadPort(uint64_t address, void* buffer, size_t size) const {
 }
 
 void Module::WritePort(uint64_t address, const void* buffer, size_t size) {
+    numWrites_.fetch_add(1, std::memory_order_relaxed);
     CheckConnected();
     if (!MayWrite()) throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the device is open read-only");
     if (DescriptionAt(address, size) != nullptr) {

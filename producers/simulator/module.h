@@ -2,6 +2,7 @@
 #ifndef ZELSIM_MODULE_H
 #define ZELSIM_MODULE_H
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -59,6 +60,10 @@ class Module : public Object {
     void ReadPort(uint64_t address, void* buffer, size_t size) const;
     void WritePort(uint64_t address, const void* buffer, size_t size);
 
+    // Accesses so far, those that failed included.
+    uint64_t NumReads() const { return numReads_.load(std::memory_order_relaxed); }
+    uint64_t NumWrites() const { return numWrites_.load(std::memory_order_relaxed); }
+
     // Throws GC_ERR_RESOURCE_IN_USE when the type is registered, GC_ERR_NOT_IMPLEMENTED when the
     // module has no such event.
     static Handle RegisterEvent(const std::shared_ptr<Module>& module, GenTL::EVENT_TYPE type);
@@ -79,6 +84,7 @@ class Module : public Object {
 
     // Registers of a module that exists only on this side.
     static std::shared_ptr<RegisterSpace> OwnRegisters();
+    RegisterSpace& Registers() { return *registers_; }
 
     virtual bool MayWrite() const { return true; }
 
@@ -96,6 +102,8 @@ class Module : public Object {
     const std::shared_ptr<RegisterSpace> registers_;
     mutable std::once_flag descriptionOnce_;
     mutable std::unique_ptr<const Description> description_;  // set under descriptionOnce_
+    mutable std::atomic<uint64_t> numReads_{0};
+    std::atomic<uint64_t> numWrites_{0};
     std::mutex eventsMutex_;
     std::map<GenTL::EVENT_TYPE, std::shared_ptr<Event>> events_;  // guarded by eventsMutex_
 };

@@ -49,6 +49,14 @@ Placeholders& Placeholders::Xml(const std::string& name, std::string xml) {
     return *this;
 }
 
+Placeholders& Placeholders::List(const std::string& name, const std::string& element,
+                                 std::initializer_list<std::string_view> texts) {
+    std::string xml;
+    for (const std::string_view text : texts)
+        xml += "<" + element + ">" + Escaped(text) + "</" + element + ">";
+    return Xml(name, std::move(xml));
+}
+
 std::string Placeholders::FillIn(std::string_view fileName) const {
     std::string out;
     Append(Fragment(fileName), out);

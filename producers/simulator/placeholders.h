@@ -2,6 +2,7 @@
 #ifndef ZELSIM_PLACEHOLDERS_H
 #define ZELSIM_PLACEHOLDERS_H
 
+#include <initializer_list>
 #include <map>
 #include <string>
 #include <string_view>
@@ -17,6 +18,10 @@ class Placeholders {
 
     // A value that is XML, and may hold placeholders itself.
     Placeholders& Xml(const std::string& name, std::string xml);
+
+    // A value that is one element after the other, each with a text; for lists of links.
+    Placeholders& List(const std::string& name, const std::string& element,
+                       std::initializer_list<std::string_view> texts);
 
     // The fragment with all gaps filled; throws std::logic_error when one has no value.
     std::string FillIn(std::string_view fileName) const;

@@ -20,6 +20,7 @@ class RemoteDevice final : public Module {
     RemoteDevice(std::shared_ptr<Camera> camera, bool mayWrite);
 
     const Camera* GetCamera() const override { return camera_.get(); }
+    std::vector<PortUrl> Urls() const override;
 
   private:
     bool MayWrite() const override { return mayWrite_; }

@@ -51,6 +51,8 @@ class Stream final : public Module {
 
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
     std::unique_ptr<const Description> MakeDescription() const override;
+    void AddRegisters();
+    void CheckBufferHandling(uint64_t mode) const;
     void OnClosing() override;
     void OnClose() override { claim_.reset(); }
 
