@@ -29,6 +29,17 @@ const char* Endianess(ByteOrder order) {
     return order == ByteOrder::Big ? "BigEndian" : "LittleEndian";
 }
 
+// One entry for each pixel format. Names of nodes tell the enumerations apart.
+std::string PixelFormatEntries(const std::string& enumeration) {
+    std::string entries;
+    for (const PixelFormat& format : AllPixelFormats()) {
+        entries += "<EnumEntry Name=\"EnumEntry_" + enumeration + "_" + format.name + "\"><Value>" +
+                   std::to_string(format.value) + "</Value><Symbolic>" + format.name +
+                   "</Symbolic></EnumEntry>";
+    }
+    return entries;
+}
+
 void DescribeEvents(const std::string& tlType, Placeholders& values) {
     const EventForm form = EventFormOf(tlType);
     values.Text("EVENT_ENDIANESS", Endianess(form.order));
@@ -45,6 +56,7 @@ std::unique_ptr<const Description> MakeCameraDescription(const Camera& camera) {
     values.Text("MODEL", NameOf(config.model));
     values.Text("STANDARD", StandardNameSpace(camera.TlType()));
     values.Text("ENDIANESS", Endianess(camera.Registers()->Order()));
+    values.Xml("CHUNK_PIXEL_FORMAT_ENTRIES", PixelFormatEntries("ChunkPixelFormat"));
     DescribeEvents(camera.TlType(), values);
     return std::make_unique<Description>(NameOf(config.model), values.FillIn("camera.xml"),
                                          Description::Form::Xml);
