@@ -48,6 +48,15 @@ int64_t PortNodeMap::Integer(const char* name) {
     return CIntegerPtr(Node(name))->GetValue();
 }
 
+void PortNodeMap::SetInteger(const char* name, int64_t value) {
+    CIntegerPtr(Node(name))->SetValue(value);
+}
+
+bool PortNodeMap::IsReadable(const char* name) {
+    INode* const node = Node(name);
+    return node != nullptr && GENAPI_NAMESPACE::IsReadable(node);
+}
+
 void PortNodeMap::Execute(const char* name) {
     CCommandPtr(Node(name))->Execute();
 }

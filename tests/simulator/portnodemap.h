@@ -23,6 +23,8 @@ class PortNodeMap final : public GENAPI_NAMESPACE::CPortImpl {
     void Set(const char* name, const std::string& value);
     std::string Get(const char* name);
     int64_t Integer(const char* name);
+    void SetInteger(const char* name, int64_t value);
+    bool IsReadable(const char* name);  // false also when there is no such node
     void Execute(const char* name);
 
     GENAPI_NAMESPACE::EAccessMode GetAccessMode() const override { return GENAPI_NAMESPACE::RW; }
