@@ -79,6 +79,16 @@ GenTL::DEVICE_ACCESS_STATUS Camera::AccessStatus(Handle client) const {
     return GenTL::DEVICE_ACCESS_STATUS_READWRITE;
 }
 
+std::string Camera::UserName() const {
+    const std::lock_guard lock(mutex_);
+    return userName_;
+}
+
+void Camera::SetUserName(const std::string& name) {
+    const std::lock_guard lock(mutex_);
+    userName_ = name;
+}
+
 IpSettings Camera::Ip() const {
     const std::lock_guard lock(mutex_);
     return ip_;
@@ -89,16 +99,6 @@ void Camera::ForceIp(const IpSettings& ip) {
     const std::lock_guard lock(mutex_);
     if (!opened_.empty()) throw Error(GenTL::GC_ERR_ACCESS_DENIED, config_.id + " is open");
     ip_ = ip.address == 0 ? config_.ip : ip;
-}
-
-std::string Camera::UserName() const {
-    const std::lock_guard lock(mutex_);
-    return userName_;
-}
-
-void Camera::SetUserName(const std::string& name) {
-    const std::lock_guard lock(mutex_);
-    userName_ = name;
 }
 
 std::string Camera::DisplayName() const {

@@ -51,16 +51,16 @@ class Camera : public std::enable_shared_from_this<Camera> {
     // open excludes it, GC_ERR_INVALID_PARAMETER for an access that is none.
     Claim Open(GenTL::DEVICE_ACCESS_FLAGS access, Handle client);
 
+    // What the user calls the camera.
+    std::string UserName() const;
+    void SetUserName(const std::string& name);
+
     // As GigE cameras have them.
     IpSettings Ip() const;
 
     // Gives the camera other settings until it is unplugged; those of the beginning for the address
     // 0. Throws GC_ERR_ACCESS_DENIED while anyone has it open.
     void ForceIp(const IpSettings& ip);
-
-    // What the user calls the camera.
-    std::string UserName() const;
-    void SetUserName(const std::string& name);
 
     // Device info commands, as this client sees the camera.
     void GetInfo(Answer answer, Handle client) const;
@@ -92,8 +92,8 @@ class Camera : public std::enable_shared_from_this<Camera> {
     mutable std::mutex mutex_;
     std::map<uint64_t, Opened> opened_;  // guarded by mutex_
     uint64_t nextOpened_ = 0;            // guarded by mutex_
-    IpSettings ip_ = config_.ip;         // guarded by mutex_
     std::string userName_;               // guarded by mutex_
+    IpSettings ip_ = config_.ip;         // guarded by mutex_
     std::mutex pictureMutex_;
     std::shared_ptr<const TestPicture> picture_;  // guarded by pictureMutex_
     CameraFeatures features_;                     // after all that its registers work on

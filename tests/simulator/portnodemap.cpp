@@ -70,3 +70,10 @@ void PortNodeMap::Write(const void* buffer, int64_t address, int64_t length) {
     auto size = static_cast<size_t>(length);
     Check(p_.GCWritePort(port_, static_cast<uint64_t>(address), buffer, &size), "GCWritePort");
 }
+
+void CameraNodesTest::Open(const std::string& keys, const std::string& type) {
+    OpenCamera(keys, type);
+    PORT_HANDLE port = nullptr;
+    ASSERT_EQ(p.DevGetPort(device, &port), GC_ERR_SUCCESS);
+    nodes = std::make_unique<PortNodeMap>(p, port);
+}
