@@ -46,13 +46,15 @@ std::string EnumEntry(const std::string& feature, const std::string& symbol,
            "</Symbolic></EnumEntry>\n";
 }
 
+// Names of nodes must tell the entries of enumerations apart.
 void DescribePixels(Placeholders& values) {
     std::string formats;
+    std::string chunkFormats;
     std::set<unsigned> sizes;
     for (const PixelFormat& format : AllPixelFormats()) {
-        formats +=
-            EnumEntry("PixelFormat", format.name,
-                      std::to_string(format.BitsPerPixel()) + " bits a pixel.", format.value);
+        const std::string toolTip = std::to_string(format.BitsPerPixel()) + " bits a pixel.";
+        formats += EnumEntry("PixelFormat", format.name, toolTip, format.value);
+        chunkFormats += EnumEntry("ChunkPixelFormat", format.name, toolTip, format.value);
         sizes.insert(format.BitsPerPixel());
     }
     std::string sizeEntries;
@@ -61,6 +63,7 @@ void DescribePixels(Placeholders& values) {
         sizeEntries += EnumEntry("PixelSize", "Bpp" + bits, bits + " bits.", size);
     }
     values.Xml("PIXEL_FORMATS", formats);
+    values.Xml("CHUNK_PIXEL_FORMATS", chunkFormats);
     values.Xml("PIXEL_SIZES", sizeEntries);
 }
 

@@ -100,6 +100,7 @@ void CameraFeatures::AddDeviceControl() {
     space.Add(ReadOnly(kDevice, 4, [=] { return transport; }));
     space.Add(Command(kDevice + 0x10, [this] {
         camera_.Control().LockByClient(false);
+        camera_.Events().Reset();
         LoadUserSet(static_cast<size_t>(defaultUserSet_));
     }));
     space.Add(
