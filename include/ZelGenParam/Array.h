@@ -5,11 +5,8 @@
 #include <cstdint>
 
 #include "ZelCam/Error.h"
+#include "ZelGenParam/GenApi.h"
 #include "ZelGenParam/Param.h"
-
-namespace GenApi_3_0 {
-struct INodeMap;
-}
 
 #pragma GCC visibility push(default)
 namespace ZelGenParam {
@@ -43,7 +40,7 @@ class Array {
     virtual Category* GetRootCategory(ZelCamErr* err) = 0;
 
     // The GenApi node map itself, for what this interface does not offer; it stays the Array's.
-    virtual GenApi_3_0::INodeMap* GetNodeMap(ZelCamErr* err) = 0;
+    virtual GenApi::INodeMap* GetNodeMap(ZelCamErr* err) = 0;
 
     // The features as a flat list, categories included, in the order of the node map. Null with
     // ZelCamErr_IndexOutOfRange when `index` is not below the count.

@@ -6,10 +6,7 @@
 #include <cstdint>
 
 #include "ZelCam/Error.h"
-
-namespace GenApi_3_0 {
-struct INode;
-}
+#include "ZelGenParam/GenApi.h"
 
 // Visible also in programs that hide what they do not mark: dynamic_cast between the interfaces
 // needs one type information for the library and its users.
@@ -99,7 +96,7 @@ class Param {
     virtual ZelCamErr UnregisterEventSink(ParamEventSink* sink) = 0;
 
     // The GenApi node behind the feature; never null for a Param that an Array gave.
-    virtual GenApi_3_0::INode* GetNode() = 0;
+    virtual GenApi::INode* GetNode() = 0;
 
     // This feature as its kind, null when it is of another kind.
     virtual Category* ToCategory() = 0;
