@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "ZelCam/ZelCam.h"
+#include "ZelGenParam/Array.h"
 #include "producers/simulator/zelsim.h"
 #include "tests/public/slot.h"
 
@@ -300,4 +301,23 @@ TEST_F(PublicSession, RawTablesLeadToTheSameOperations) {
     CallSlot<void>(device, 1);
     CallSlot<void>(system.release(), 1);
     EXPECT_EQ(simulator.openHandles(), 0U);
+}
+
+// The type information of the interfaces is the same in the library and here.
+TEST_F(PublicSession, FeaturesAreCastToTheirKinds) {
+    ZelCam::Interface* const iface = system->GetInterfaceById("eth0");
+    const Holder<ZelCam::Device> camera(
+        ZelCam_CreateDevice(iface->GetDeviceInfoById("left"), DeviceAccess::Exclusive, nullptr));
+    ASSERT_NE(camera, nullptr);
+    ZelCamErr err = ZelCamErr_Error;
+    ZelGenParam::Array* const features = camera->GetCameraParameters(&err);
+    ASSERT_NE(features, nullptr) << err;
+    ZelGenParam::Param* const width = features->GetParam("Width", &err);
+    ASSERT_NE(width, nullptr) << err;
+    EXPECT_NE(dynamic_cast<ZelGenParam::Int*>(width), nullptr);
+    EXPECT_EQ(dynamic_cast<ZelGenParam::Int*>(width), width->ToInt());
+    EXPECT_EQ(dynamic_cast<ZelGenParam::Float*>(width), nullptr);
+    ZelGenParam::Param* const format = features->GetParam("PixelFormat", &err);
+    ASSERT_NE(format, nullptr) << err;
+    EXPECT_NE(dynamic_cast<ZelGenParam::Enum*>(format), nullptr);
 }
