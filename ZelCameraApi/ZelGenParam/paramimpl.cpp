@@ -98,7 +98,7 @@ ZelCamErr ParamImpl::RegisterEventSink(ZelGenParam::ParamEventSink* sink) {
         auto callback = std::make_unique<ParamEventSink_NodeCallback>(GetNode(), this, sink,
                                                                       GenApi::cbPostInsideLock);
         const GenApi::CallbackHandleType handle = node_->RegisterCallback(callback.get());
-        callback.release();
+        (void)callback.release();  // the node map has it
         // Of a sink registered twice the first handle stays.
         sinks_.emplace(sink, handle);
         return ZelCamErr_Success;
