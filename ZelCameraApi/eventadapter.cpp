@@ -1,5 +1,7 @@
 #include "ZelCameraApi/eventadapter.h"
 
+#include <string_view>
+
 #include <GenApi/EventAdapterGEV.h>
 #include <GenApi/EventAdapterU3V.h>
 
@@ -10,8 +12,9 @@ namespace ZelCameraApi::Internal {
 
 std::unique_ptr<GenApi::CEventAdapter> CreateEventAdapter(const GenTLModule<void*>& port,
                                                           GenApi::INodeMap* nodeMap) {
-    const std::string type = ZeroOnError(
-        [&] { return std::string(PortGetInfoString(port, GenTL::PORT_INFO_TLTYPE).c_str()); });
+    const std::string text =
+        ZeroOnError([&] { return PortGetInfoString(port, GenTL::PORT_INFO_TLTYPE); });
+    const std::string_view type = text.c_str();  // up to the terminating zero
     if (type == "CL" || type == "CXP") return nullptr;
     try {
         if (type == "GEV") return std::make_unique<GenApi::CEventAdapterGEV>(nodeMap);

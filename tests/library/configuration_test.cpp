@@ -47,7 +47,7 @@ class ConfigurationTest : public SessionTest {
     }
 
     int files = 0;
-    const std::string folder = testing::TempDir() + "configuration";
+    const std::string folder = TempPath("configuration");
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 // A session with everything in it, run again and again with each call of the producer failing in
 // turn: nothing crashes or hangs, and what was opened is closed.
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <set>
 #include <system_error>
@@ -98,9 +99,10 @@ void FaultInjection::UseDevice(ZelCam::Device& device) {
     ZelCamErr err = ZelCamErr_Success;
     ZelGenParam::Array* const parameters = device.GetCameraParameters(&err);
     EXPECT_EQ(parameters == nullptr, err != ZelCamErr_Success);
-    const std::string file = testing::TempDir() + "faultinjection.xml";
+    const std::string file = TempPath("configuration.xml");
     if (device.SaveConfiguration(file.c_str()) == ZelCamErr_Success) {
         device.LoadConfiguration(file.c_str());
+        std::filesystem::remove(file);
     }
     ZelCam::Stream* stream = device.GetStreamByIndex(0);
     if (stream == nullptr) return;

@@ -1,5 +1,6 @@
 #include "ZelCameraApi/firmwareupload.h"
 
+#include <filesystem>
 #include <fstream>
 
 #include "ZelCameraApi/deviceimpl.h"
@@ -28,6 +29,11 @@ class FirmwareUploadTest : public SessionTest {
     void SetUp() override {
         ASSERT_NO_FATAL_FAILURE(OpenDevice());
         AcceptAll();
+    }
+
+    void TearDown() override {
+        SessionTest::TearDown();
+        std::filesystem::remove(Path());
     }
 
     // The flash takes every command and is never busy.
@@ -63,11 +69,12 @@ class FirmwareUploadTest : public SessionTest {
         return writes;
     }
 
+    static std::string Path() { return TempPath("firmware.rpd"); }
+
     // A file of `size` bytes.
     static std::string File(size_t size) {
-        const std::string path = testing::TempDir() + "firmware.rpd";
-        std::ofstream(path) << std::string(size, '\xFF');
-        return path;
+        std::ofstream(Path()) << std::string(size, '\xFF');
+        return Path();
     }
 
     static constexpr uint64_t Command = 0x20006050;

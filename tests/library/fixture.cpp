@@ -9,6 +9,10 @@ std::string ProducerPath(const std::string& file) {
     return SCRIPTED_PRODUCER_FOLDER "/" + file;
 }
 
+std::string TempPath(const std::string& file) {
+    return testing::TempDir() + std::to_string(getpid()) + "_" + file;
+}
+
 Scripted::Control& LoadControl(const std::string& file) {
     void* const module = dlopen(ProducerPath(file).c_str(), RTLD_NOW);
     void* const symbol = module != nullptr ? dlsym(module, "ScriptedProducer_GetControl") : nullptr;
@@ -22,8 +26,7 @@ bool IsLoaded(const std::string& path) {
     return module != nullptr;
 }
 
-ProducerCopy::ProducerCopy(const std::string& file)
-    : path_(testing::TempDir() + "copy" + std::to_string(getpid()) + "_of_" + file) {
+ProducerCopy::ProducerCopy(const std::string& file) : path_(TempPath("copy_of_" + file)) {
     std::filesystem::copy_file(ProducerPath(file), path_,
                                std::filesystem::copy_options::overwrite_existing);
 }

@@ -19,6 +19,9 @@
 // Path of a file in the scripted producer's folder.
 std::string ProducerPath(const std::string& file);
 
+// Path of a temporary file that no other test uses: tests run in processes of their own at once.
+std::string TempPath(const std::string& file);
+
 // Loads a scripted producer for the rest of the program and returns its control.
 Scripted::Control& LoadControl(const std::string& file = "libZelCTI.cti");
 

@@ -1,4 +1,5 @@
 // Parameters of every module of the object tree, with a description and without one.
+#include <filesystem>
 #include <fstream>
 #include <functional>
 
@@ -73,7 +74,7 @@ TEST_F(ParametersTest, AreMadeOnceOfTheModulesOwnPort) {
 TEST_F(ParametersTest, OfTheCameraFollowTheExternalDescription) {
     producer.SetDescription(Description::Xml());
     OpenDevice();
-    const std::string file = testing::TempDir() + "external.xml";
+    const std::string file = TempPath("external.xml");
     std::ofstream(file) << test::document("<Category Name='Root'/>" + test::kPort +
                                           test::intReg("External", 0));
     ZelCamErr err = ZelCamErr_Success;
@@ -83,6 +84,7 @@ TEST_F(ParametersTest, OfTheCameraFollowTheExternalDescription) {
     info->SetExternalXml(file.c_str());
     EXPECT_NE(device->GetCameraParameters(&err)->GetInt("External", nullptr), nullptr);
     EXPECT_EQ(device->GetTransportParameters(&err)->GetInt("External", nullptr), nullptr);
+    std::filesystem::remove(file);
 }
 
 TEST_F(ParametersTest, EndWithTheirModules) {
