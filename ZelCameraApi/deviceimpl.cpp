@@ -1,7 +1,12 @@
 #include "ZelCameraApi/deviceimpl.h"
 
 #include <algorithm>
+#include <fstream>
+#include <sstream>
 
+#include <tinyxml2.h>
+
+#include "ZelCameraApi/configurationfile.h"
 #include "ZelCameraApi/deviceinfoimpl.h"
 #include "ZelCameraApi/errorboundary.h"
 #include "ZelCameraApi/gentlinfo.h"
@@ -61,6 +66,9 @@ void DeviceImpl::Init(const GenTLModule<void*>& iface, ZelCam::DeviceAccess acce
 DeviceImpl::~DeviceImpl() {
     events_.clear();
     streams_.clear();
+    // Their end changes the features of events, and sinks may want to reach the camera then.
+    camera_.eventAdapter.reset();
+    transport_.eventAdapter.reset();
     module_.lib->DevClose(module_.handle);
 }
 
@@ -108,21 +116,107 @@ ZelCamErr DeviceImpl::WriteMem(uint64_t address, const void* buffer, size_t size
 }
 
 ZelGenParam::Array* DeviceImpl::GetTransportParameters(ZelCamErr* err) {
-    StoreError(err, ZelCamErr_NoNodeMap);
-    return nullptr;
+    MakeParameters(transport_, module_, nullptr, err);
+    return transport_.array.get();
 }
 
 ZelGenParam::Array* DeviceImpl::GetCameraParameters(ZelCamErr* err) {
-    StoreError(err, ZelCamErr_NoNodeMap);
-    return nullptr;
+    if (MakeParameters(camera_, remotePort_, info_->GetExternalXml(), err)) {
+        eventDelegate_.function = [this](uint32_t /*eventType*/, const void* data, size_t size) {
+            GenICamEvent(camera_.eventAdapter.get(), data, size);
+        };
+        // Where the producer refuses, there are no events to deliver.
+        RegisterEvent2(GenTL::EVENT_REMOTE_DEVICE, EventCallbackDelegate::Callback,
+                       &eventDelegate_);
+    }
+    return camera_.array.get();
 }
 
-ZelCamErr DeviceImpl::SaveConfiguration(const char* /*fileName*/) {
-    return ZelCamErr_NoNodeMap;
+// Makes parameters that are not there yet; whether it did.
+bool DeviceImpl::MakeParameters(Parameters& parameters, const GenTLModule<void*>& port,
+                                const char* xmlFile, ZelCamErr* err) {
+    StoreError(err, ZelCamErr_Success);
+    if (parameters.array != nullptr) return false;
+    parameters.array = CreateArray(port, err, xmlFile);
+    if (parameters.array == nullptr) return false;
+    parameters.eventAdapter = CreateEventAdapter(port, parameters.array->GetNodeMap(nullptr));
+    return true;
 }
 
-ZelCamErr DeviceImpl::LoadConfiguration(const char* /*fileName*/) {
-    return ZelCamErr_NoNodeMap;
+void DeviceImpl::GenICamEvent(GenApi::CEventAdapter* adapter, const void* data, size_t size) {
+    if (adapter == nullptr) return;
+    try {
+        adapter->DeliverMessage(static_cast<const uint8_t*>(data), static_cast<uint32_t>(size));
+    } catch (...) {  // this is the event thread: nobody is there to be told
+    }
+}
+
+GenApi::INodeMap* DeviceImpl::GetCameraNodeMap(ZelCamErr* err) {
+    ZelGenParam::Array* const parameters = GetCameraParameters(err);
+    return parameters != nullptr ? parameters->GetNodeMap(err) : nullptr;
+}
+
+ZelCamErr DeviceImpl::SaveConfiguration(const char* fileName) {
+    ZelCamErr err = ZelCamErr_Success;
+    GenApi::INodeMap* const nodeMap = GetCameraNodeMap(&err);
+    if (nodeMap == nullptr) return err;
+    try {
+        WriteConfigurationFile(fileName, info_->GetInterface()->GetId(), id_.c_str(),
+                               StoreFeatures(nodeMap));
+        return ZelCamErr_Success;
+    } catch (const GenICam::GenericException&) {
+        return ZelCamErr_GenApiError;
+    } catch (...) {
+        return ZelCamErr_Error;
+    }
+}
+
+ZelCamErr DeviceImpl::LoadConfiguration(const char* fileName) {
+    if (fileName == nullptr) return ZelCamErr_FileOpenFailed;
+    tinyxml2::XMLDocument document;
+    const tinyxml2::XMLError result = document.LoadFile(fileName);
+    if (result == tinyxml2::XML_SUCCESS) return LoadConfiguration(&document);
+    if (result == tinyxml2::XML_ERROR_FILE_NOT_FOUND) {
+        std::istringstream text(fileName);
+        return LoadConfiguration(text);
+    }
+    std::ifstream file(fileName);
+    return LoadConfiguration(file);
+}
+
+ZelCamErr DeviceImpl::LoadConfiguration(const tinyxml2::XMLDocument* document) {
+    const char* const features = GetFeatureText(*document);
+    if (features == nullptr) return ZelCamErr_InvalidFile;
+    std::istringstream text(features);
+    return LoadConfiguration(text);
+}
+
+ZelCamErr DeviceImpl::LoadConfiguration(std::istream& text) {
+    if (text.fail()) return ZelCamErr_FileOpenFailed;
+    ZelCamErr err = ZelCamErr_Success;
+    GenApi::INodeMap* const nodeMap = GetCameraNodeMap(&err);
+    return nodeMap != nullptr ? LoadFeatures(text, nodeMap) : err;
+}
+
+ZelCamErr DeviceImpl::UploadRpd(const char* fileName, unsigned long /*reserved*/,
+                                UploadProgress progress) {
+    std::vector<uint8_t> image;
+    const ZelCamErr result = ReadFirmware(fileName, image);
+    return result == ZelCamErr_Success ? FirmwareUpload(*this, progress).Run(image) : result;
+}
+
+bool DeviceImpl::EraseSector(unsigned long /*address*/, unsigned int /*count*/) {
+    return true;
+}
+
+bool DeviceImpl::PageWrite(unsigned long /*address*/, unsigned char* /*data*/,
+                           unsigned int /*size*/, unsigned long /*flags*/) {
+    return true;
+}
+
+bool DeviceImpl::PageRead(unsigned long /*address*/, unsigned char* /*data*/, unsigned int /*size*/,
+                          unsigned long /*flags*/) {
+    return true;
 }
 
 uint32_t DeviceImpl::GetEndianness() const {
@@ -162,6 +256,8 @@ ZelCam::Device* ZelCam_CreateDevice(ZelCam::DeviceInfo* info, ZelCam::DeviceAcce
     } catch (const zelcam_exception& e) {
         StoreError(err, e.code().value());
     } catch (const std::exception& e) {
+        (void)e.what();
+    } catch (const GenICam::GenericException& e) {
         (void)e.what();
     }
     return nullptr;

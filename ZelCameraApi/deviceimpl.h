@@ -2,22 +2,30 @@
 #ifndef ZELCAMERAAPI_DEVICEIMPL_H
 #define ZELCAMERAAPI_DEVICEIMPL_H
 
+#include <iosfwd>
 #include <list>
 #include <memory>
 #include <string>
 
 #include "ZelCam/Device.h"
 #include "ZelCam/System.h"
+#include "ZelCameraApi/ZelGenParam/arrayimpl.h"
+#include "ZelCameraApi/eventadapter.h"
 #include "ZelCameraApi/eventsource.h"
+#include "ZelCameraApi/firmwareupload.h"
 #include "ZelCameraApi/gentlmodule.h"
+
+namespace tinyxml2 {
+class XMLDocument;
+}
 
 namespace ZelCameraApi::Internal {
 
 class DeviceInfoImpl;
 class StreamImpl;
 
-// One opened device module with the camera's own port. Owns its streams. Owned by the device info
-// it was opened from, save the NonSystemDevice below.
+// One opened device module with the camera's own port. Owns its streams and parameters. Owned by
+// the device info it was opened from, save the NonSystemDevice below.
 class DeviceImpl : public EventSource<ZelCam::Device> {
   public:
     // Opens the device. Throws zelcam_exception when the producer refuses, std::bad_cast when the
@@ -41,13 +49,43 @@ class DeviceImpl : public EventSource<ZelCam::Device> {
     // Destroys an open stream of this device; ignores any other.
     void CloseStream(StreamImpl* stream);
 
+    // LoadConfiguration from a configuration file, and from the text of the features alone.
+    ZelCamErr LoadConfiguration(const tinyxml2::XMLDocument* document);
+    ZelCamErr LoadConfiguration(std::istream& text);
+
+    // Delivers an event message of the camera to the node map of the adapter, if there is one. A
+    // message that is malformed reaches nothing.
+    static void GenICamEvent(GenApi::CEventAdapter* adapter, const void* data, size_t size);
+
+    // Writes a firmware image into the camera's flash memory: see ReadFirmware and FirmwareUpload.
+    ZelCamErr UploadRpd(const char* fileName, unsigned long reserved, UploadProgress progress);
+
+    // Without effect, and true.
+    bool EraseSector(unsigned long address, unsigned int count);
+    bool PageWrite(unsigned long address, unsigned char* data, unsigned int size,
+                   unsigned long flags);
+    bool PageRead(unsigned long address, unsigned char* data, unsigned int size,
+                  unsigned long flags);
+
   private:
+    // A node map and what delivers events to it, which ends first.
+    struct Parameters {
+        std::unique_ptr<ArrayImpl> array;
+        std::unique_ptr<GenApi::CEventAdapter> eventAdapter;
+    };
+
     void Init(const GenTLModule<void*>& iface, ZelCam::DeviceAccess access);
+    static bool MakeParameters(Parameters& parameters, const GenTLModule<void*>& port,
+                               const char* xmlFile, ZelCamErr* err);
+    GenApi::INodeMap* GetCameraNodeMap(ZelCamErr* err);
 
     std::string id_;
     DeviceInfoImpl* info_;  // lives as long as the System, which outlives its devices
     GenTLModule<void*> remotePort_;
     std::list<std::unique_ptr<StreamImpl>> streams_;
+    Parameters transport_;  // made when first asked for
+    Parameters camera_;     // likewise
+    EventCallbackDelegate eventDelegate_;
 };
 
 // Holds a System and releases it.

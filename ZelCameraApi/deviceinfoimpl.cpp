@@ -2,12 +2,15 @@
 
 #include <cstdio>
 #include <stdexcept>
+#include <utility>
 
 #include "ZelCameraApi/deviceimpl.h"
 #include "ZelCameraApi/errorboundary.h"
 #include "ZelCameraApi/gentlinfo.h"
 #include "ZelCameraApi/ifaceimpl.h"
+#include "ZelCameraApi/ipaddress.h"
 #include "ZelCameraApi/listimpl.h"
+#include "utils/zelgev_utils.h"
 
 namespace ZelCameraApi::Internal {
 
@@ -15,6 +18,10 @@ namespace {
 
 // The USB host a camera is connected to: a producer-specific command.
 constexpr int kDeviceInfoUsb3Host = 1100;
+
+// Features of an interface that reaches GigE Vision cameras.
+constexpr const char* kDeviceSelector = "DeviceSelector";
+constexpr const char* kForceIP = "GevDeviceForceIP";
 
 }  // namespace
 
@@ -89,31 +96,106 @@ int32_t DeviceInfoImpl::QueryAccessStatus() const {
 }
 
 const char* DeviceInfoImpl::GetIPAddress(ZelCamErr* err) {
-    StoreError(err, ZelCamErr_NoNodeMap);
-    return nullptr;
+    return RefreshIPTexts(err) ? ipAddress_.c_str() : nullptr;
 }
 
 const char* DeviceInfoImpl::GetIPMask(ZelCamErr* err) {
-    StoreError(err, ZelCamErr_NoNodeMap);
-    return nullptr;
+    return RefreshIPTexts(err) ? ipMask_.c_str() : nullptr;
 }
 
 const char* DeviceInfoImpl::GetIPGateway(ZelCamErr* err) {
-    StoreError(err, ZelCamErr_NoNodeMap);
-    return nullptr;
+    return RefreshIPTexts(err) ? ipGateway_.c_str() : nullptr;
 }
 
-ZelCamErr DeviceInfoImpl::GetIP(uint32_t* /*address*/, uint32_t* /*mask*/, uint32_t* /*gateway*/) {
-    return ZelCamErr_NoNodeMap;
+// Writes `*err` on failure only.
+bool DeviceInfoImpl::RefreshIPTexts(ZelCamErr* err) {
+    uint32_t address = 0;
+    uint32_t mask = 0;
+    uint32_t gateway = 0;
+    ZelCam::DeviceInfo& self = *this;
+    const ZelCamErr result = self.GetIP(&address, &mask, &gateway);
+    if (result != ZelCamErr_Success) {
+        StoreError(err, result);
+        return false;
+    }
+    ipAddress_ = IP_N2Str(address);
+    ipMask_ = IP_N2Str(mask);
+    ipGateway_ = IP_N2Str(gateway);
+    return true;
 }
 
-ZelCamErr DeviceInfoImpl::ForceIP(const char* /*address*/, const char* /*mask*/,
-                                  const char* /*gateway*/) {
-    return ZelCamErr_NoNodeMap;
+// False when the interface cannot list its cameras.
+bool DeviceInfoImpl::FindPosition(Position& position) {
+    ZelCam::Interface& iface = *parent_;
+    const ListHolder<ZelCam::DeviceInfo> infos(iface.GetDeviceInfoList());
+    if (infos == nullptr) return false;
+    ZelCam::DeviceInfo* info = infos->GetFirst();
+    for (; info != nullptr && id_ != info->GetID(); info = infos->GetNext())
+        ++position.index;
+    position.listed = info != nullptr;
+    return true;
 }
 
-ZelCamErr DeviceInfoImpl::ForceIP(uint32_t /*address*/, uint32_t /*mask*/, uint32_t /*gateway*/) {
-    return ZelCamErr_NoNodeMap;
+ZelCamErr DeviceInfoImpl::GetIP(uint32_t* address, uint32_t* mask, uint32_t* gateway) {
+    Position position;
+    if (!FindPosition(position) || !position.listed) return ZelCamErr_NotFound;
+    ZelGenParam::Array* const ifParams = parent_->GetParameters(nullptr);
+    if (ifParams == nullptr) return ZelCamErr_NotFound;
+
+    ZelCamErr err = ifParams->SetIntegerValue(kDeviceSelector, position.index);
+    const auto read = [&](const char* name) {
+        const int64_t value = err == ZelCamErr_Success ? ifParams->GetIntegerValue(name, &err) : 0;
+        return static_cast<uint32_t>(value);
+    };
+    const uint32_t values[] = {read("GevDeviceIPAddress"), read("GevDeviceSubnetMask"),
+                               read("GevDeviceGateway")};
+    if (err != ZelCamErr_Success) return err;
+    *address = values[0];
+    *mask = values[1];
+    *gateway = values[2];
+    return ZelCamErr_Success;
+}
+
+ZelCamErr DeviceInfoImpl::ForceIP(const char* address, const char* mask, const char* gateway) {
+    uint32_t addressValue = 0;
+    uint32_t maskValue = 0;
+    uint32_t gatewayValue = 0;
+    if (!validateIpAddress(address, &addressValue) || !validateIpAddress(mask, &maskValue)) {
+        return ZelCamErr_InvalidArgument;
+    }
+    // A camera needs no gateway: a text that is no address stands for none.
+    validateIpAddress(gateway, &gatewayValue);
+    ZelCam::DeviceInfo& self = *this;
+    return self.ForceIP(addressValue, maskValue, gatewayValue);
+}
+
+ZelCamErr DeviceInfoImpl::ForceIP(uint32_t address, uint32_t mask, uint32_t gateway) {
+    ZelCamErr err = ZelCamErr_Success;
+    ZelGenParam::Array* const ifParams = parent_->GetParameters(&err);
+    if (ifParams == nullptr) return err;
+    const int64_t saved = ifParams->GetIntegerValue(kDeviceSelector, &err);
+    if (err != ZelCamErr_Success) return err;
+    if (ifParams->GetCommand(kForceIP, &err) == nullptr) return err;
+
+    Position position;
+    if (!FindPosition(position)) return ZelCamErr_NotFound;
+    err = ifParams->SetIntegerValue(kDeviceSelector, position.index);
+    if (err != ZelCamErr_Success) return err;
+    err = ForceIPToCurrentDevice(ifParams, address, mask, gateway);
+    ifParams->SetIntegerValue(kDeviceSelector, saved);
+    return err;
+}
+
+ZelCamErr DeviceInfoImpl::ForceIPToCurrentDevice(ZelGenParam::Array* ifParams, uint32_t address,
+                                                 uint32_t mask, uint32_t gateway) {
+    const std::pair<const char*, uint32_t> values[] = {{"GevDeviceForceIPAddress", address},
+                                                       {"GevDeviceForceSubnetMask", mask},
+                                                       {"GevDeviceForceGateway", gateway}};
+    for (const auto& [name, value] : values) {
+        const ZelCamErr err = ifParams->SetIntegerValue(name, value);
+        if (err != ZelCamErr_Success) return err;
+    }
+    return ifParams->ExecuteCommand(kForceIP);
 }
 
 ZelCamErr DeviceInfoImpl::SetExternalXml(const char* fileName) {

@@ -8,6 +8,7 @@
 
 #include "ZelCam/DeviceInfo.h"
 #include "ZelCameraApi/gentlmodule.h"
+#include "ZelGenParam/Array.h"
 
 namespace ZelCameraApi::Internal {
 
@@ -51,9 +52,22 @@ class DeviceInfoImpl final : public ZelCam::DeviceInfo {
     // Destroys a device that CreateDevice opened; ignores any other.
     void CloseDevice(DeviceImpl* device);
 
+    // Forces a network configuration on the camera that the interface's DeviceSelector selects.
+    static ZelCamErr ForceIPToCurrentDevice(ZelGenParam::Array* ifParams, uint32_t address,
+                                            uint32_t mask, uint32_t gateway);
+
   private:
+    // The camera's place among those of its interface, which is its number in the interface's
+    // DeviceSelector.
+    struct Position {
+        int64_t index = 0;  // the number of cameras when it is not among them
+        bool listed = false;
+    };
+
     const char* Info(std::string& buffer, int cmd);
     int32_t QueryAccessStatus() const;
+    bool FindPosition(Position& position);
+    bool RefreshIPTexts(ZelCamErr* err);
 
     std::string id_;
     InterfaceImpl* parent_;  // owns this
@@ -65,6 +79,9 @@ class DeviceInfoImpl final : public ZelCam::DeviceInfo {
     std::string version_;
     std::string usb3HostInfo_;
     std::string externalXml_;  // set by the application; empty for none
+    std::string ipAddress_;
+    std::string ipMask_;
+    std::string ipGateway_;
     std::list<std::unique_ptr<DeviceImpl>> devices_;
 };
 

@@ -4,6 +4,8 @@
 
 #include <exception>
 
+#include <Base/GCException.h>
+
 #include "ZelCam/Error.h"
 #include "ZelCameraApi/gentl_error.h"
 
@@ -32,8 +34,10 @@ auto ZeroOnError(Operation&& operation) -> decltype(operation()) {
         return operation();
     } catch (const std::exception& e) {
         (void)e.what();
-        return {};
+    } catch (const GenICam::GenericException& e) {
+        (void)e.what();
     }
+    return {};
 }
 
 // For operations that create an object and report through `err`: null on failure.

@@ -49,4 +49,17 @@ std::string GetDevInfoString(const GenTLModule<void*>& iface, const std::string&
     });
 }
 
+std::string PortGetInfoString(const GenTLModule<void*>& port, int cmd) {
+    return QueryString(TerminatingZero::Keep, [&](int* type, void* buffer, size_t* size) {
+        return port.lib->GCGetPortInfo(port.handle, cmd, type, buffer, size);
+    });
+}
+
+std::string PortGetURLString(const GenTLModule<void*>& port, uint32_t index) {
+    return QueryString(TerminatingZero::Keep, [&](int* type, void* buffer, size_t* size) {
+        return port.lib->GCGetPortURLInfo(port.handle, index, GenTL::URL_INFO_URL, type, buffer,
+                                          size);
+    });
+}
+
 }  // namespace ZelCameraApi::Internal

@@ -97,6 +97,8 @@ typename InfoOf<CMD>::return_type QueryValue(Query&& query) {
 std::string TLGetInfoString(const GenTLModule<void*>& tl, int cmd);
 std::string IFGetInfoString(const GenTLModule<void*>& iface, int cmd);
 std::string GetDevInfoString(const GenTLModule<void*>& iface, const std::string& deviceId, int cmd);
+std::string PortGetInfoString(const GenTLModule<void*>& port, int cmd);
+std::string PortGetURLString(const GenTLModule<void*>& port, uint32_t index);
 
 // The size that a producer reports for a text. Throws zelcam_exception when it is beyond any text,
 // so that a broken producer does not exhaust the memory.

@@ -4,6 +4,10 @@
 #include <cstring>
 #include <utility>
 
+#include <tinyxml2.h>
+
+#include "ZelCameraApi/configurationfile.h"
+#include "ZelCameraApi/deviceimpl.h"
 #include "ZelCameraApi/deviceinfoimpl.h"
 #include "ZelCameraApi/errorboundary.h"
 #include "ZelCameraApi/gentlinfo.h"
@@ -104,13 +108,36 @@ const char* InterfaceImpl::CachedInfo(std::string& cache, int cmd) {
 }
 
 ZelGenParam::Array* InterfaceImpl::GetParameters(ZelCamErr* err) {
-    StoreError(err, ZelCamErr_NoNodeMap);
-    return nullptr;
+    StoreError(err, ZelCamErr_Success);
+    if (parameters_ == nullptr) parameters_ = CreateArray(module_, err, nullptr);
+    return parameters_.get();
 }
 
-ZelCam::Device* InterfaceImpl::CreateDeviceFromConfig(const char* /*fileName*/, ZelCamErr* err) {
-    StoreError(err, ZelCamErr_NoNodeMap);
-    return nullptr;
+ZelCam::Device* InterfaceImpl::CreateDeviceFromConfig(const char* fileName, ZelCamErr* err) {
+    StoreError(err, ZelCamErr_Success);
+    tinyxml2::XMLDocument document;
+    if (document.LoadFile(fileName) != tinyxml2::XML_SUCCESS) return nullptr;
+    return CreateDeviceFromConfig(&document, err);
+}
+
+ZelCam::Device* InterfaceImpl::CreateDeviceFromConfig(tinyxml2::XMLDocument* document,
+                                                      ZelCamErr* err) {
+    StoreError(err, ZelCamErr_Success);
+    const char* const cameraId = GetCameraAttribute(*document, kCameraId);
+    if (cameraId == nullptr) {
+        StoreError(err, ZelCamErr_InvalidFile);
+        return nullptr;
+    }
+    ZelCam::Interface& self = *this;
+    ZelCam::DeviceInfo* const info = self.GetDeviceInfoById(cameraId);
+    if (info == nullptr) {
+        StoreError(err, ZelCamErr_NotFound);
+        return nullptr;
+    }
+    auto* const device =
+        dynamic_cast<DeviceImpl*>(ZelCam_CreateDevice(info, ZelCam::DeviceAccess::Exclusive, err));
+    if (device != nullptr) StoreError(err, device->LoadConfiguration(document));
+    return device;
 }
 
 void InterfaceImpl::RemoveList(DeviceInfoList* list) {

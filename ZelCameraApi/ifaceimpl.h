@@ -9,9 +9,14 @@
 #include <vector>
 
 #include "ZelCam/Interface.h"
+#include "ZelCameraApi/ZelGenParam/arrayimpl.h"
 #include "ZelCameraApi/eventsource.h"
 #include "ZelCameraApi/gentlmodule.h"
 #include "ZelCameraApi/listimpl.h"
+
+namespace tinyxml2 {
+class XMLDocument;
+}
 
 namespace ZelCameraApi::Internal {
 
@@ -43,6 +48,9 @@ class InterfaceImpl final : public EventSource<ZelCam::Interface> {
     ZelGenParam::Array* GetParameters(ZelCamErr* err) override;
     ZelCam::Device* CreateDeviceFromConfig(const char* fileName, ZelCamErr* err) override;
 
+    // The same from a file that is already read.
+    ZelCam::Device* CreateDeviceFromConfig(tinyxml2::XMLDocument* document, ZelCamErr* err);
+
     // Deletes a list that was handed out.
     void RemoveList(DeviceInfoList* list);
 
@@ -66,6 +74,7 @@ class InterfaceImpl final : public EventSource<ZelCam::Interface> {
     DeviceInfos retiredDeviceInfos_;
     std::list<std::unique_ptr<DeviceInfoList>> lists_;
     std::map<std::string, std::unique_ptr<DeviceInfoImpl>> deviceInfosById_;
+    std::unique_ptr<ArrayImpl> parameters_;  // made when first asked for
 };
 
 }  // namespace ZelCameraApi::Internal

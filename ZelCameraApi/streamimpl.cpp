@@ -132,8 +132,9 @@ size_t StreamImpl::GetBufferQueueSize() {
 }
 
 ZelGenParam::Array* StreamImpl::GetParameters(ZelCamErr* err) {
-    StoreError(err, ZelCamErr_NoNodeMap);
-    return nullptr;
+    StoreError(err, ZelCamErr_Success);
+    if (parameters_ == nullptr) parameters_ = CreateArray(module_, err, nullptr);
+    return parameters_.get();
 }
 
 uint64_t StreamImpl::GetNumDelivered() {
@@ -156,12 +157,29 @@ uint64_t StreamImpl::GetNumAwaitDelivery() {
     return ZeroOnError([this] { return GetInfo<GenTL::STREAM_INFO_NUM_AWAIT_DELIVERY>(); });
 }
 
-// A producer that leaves the size to the camera's features cannot be asked yet.
 size_t StreamImpl::GetBufferSize() {
     return ZeroOnError([this]() -> size_t {
-        if (!GetInfo<GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE>()) return 0;
+        if (!GetInfo<GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE>()) return GetCameraPayloadSize();
         return GetInfo<GenTL::STREAM_INFO_PAYLOAD_SIZE>();
     });
+}
+
+// What the camera's features tell of the size of an image. A feature that cannot be read counts as
+// 0, and so makes the size 0.
+uint64_t StreamImpl::GetCameraPayloadSize() {
+    ZelGenParam::Array* const camera = device_->GetCameraParameters(nullptr);
+    if (camera == nullptr) return 0;
+    const auto integer = [camera](const char* name) {
+        return static_cast<uint64_t>(camera->GetIntegerValue(name, nullptr));
+    };
+    if (ZelGenParam::Int* const payloadSize = camera->GetInt("PayloadSize", nullptr)) {
+        const auto size = static_cast<uint64_t>(payloadSize->GetValue(nullptr));
+        const uint64_t alignment = GetBufferAlignment();
+        return alignment != 0 ? (size - 1 + alignment) / alignment * alignment : 0;
+    }
+    const auto format = static_cast<uint64_t>(camera->GetEnumValue("PixelFormat", nullptr));
+    const uint64_t bitsPerPixel = format >> 16 & 0xFF;
+    return bitsPerPixel * (integer("Width") * integer("Height")) >> 3;
 }
 
 bool StreamImpl::IsGrabbing() {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "ZelCam/Stream.h"
+#include "ZelCameraApi/ZelGenParam/arrayimpl.h"
 #include "ZelCameraApi/eventsource.h"
 #include "ZelCameraApi/gentlinfo.h"
 
@@ -62,11 +63,13 @@ class StreamImpl final : public EventSource<ZelCam::Stream> {
   private:
     ZelCam::Buffer* FindBuffer(GenTL::BUFFER_HANDLE handle) const;
     ZelCamErr QueueAll();
+    uint64_t GetCameraPayloadSize();
 
     DeviceImpl* device_;  // owns this
     GenTL::EVENT_HANDLE newBufferEvent_ = nullptr;
     std::list<std::unique_ptr<BufferImpl>> buffers_;
     std::string id_;
+    std::unique_ptr<ArrayImpl> parameters_;  // made when first asked for
 };
 
 }  // namespace ZelCameraApi::Internal

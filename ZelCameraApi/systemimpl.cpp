@@ -1,5 +1,8 @@
 #include "ZelCameraApi/systemimpl.h"
 
+#include <tinyxml2.h>
+
+#include "ZelCameraApi/configurationfile.h"
 #include "ZelCameraApi/errorboundary.h"
 #include "ZelCameraApi/gentlinfo.h"
 #include "ZelCameraApi/ifaceimpl.h"
@@ -87,9 +90,23 @@ const char* SystemImpl::CachedInfo(std::string& cache, int cmd) {
     });
 }
 
-ZelCam::Device* SystemImpl::CreateDeviceFromConfig(const char* /*fileName*/, ZelCamErr* err) {
-    StoreError(err, ZelCamErr_NoNodeMap);
-    return nullptr;
+ZelCam::Device* SystemImpl::CreateDeviceFromConfig(const char* fileName, ZelCamErr* err) {
+    return ZeroOnError([&]() -> ZelCam::Device* {
+        tinyxml2::XMLDocument document;
+        const bool loaded = document.LoadFile(fileName) == tinyxml2::XML_SUCCESS;
+        const char* const id = loaded ? GetCameraAttribute(document, kInterfaceId) : nullptr;
+        if (id == nullptr) {
+            StoreError(err, ZelCamErr_InvalidFile);
+            return nullptr;
+        }
+        ZelCam::System& self = *this;
+        auto* const iface = dynamic_cast<InterfaceImpl*>(self.GetInterfaceById(id));
+        if (iface == nullptr) {
+            StoreError(err, ZelCamErr_NotFound);
+            return nullptr;
+        }
+        return iface->CreateDeviceFromConfig(&document, err);
+    });
 }
 
 ZelCamErr SystemImpl::RegisterGenTLProvider(const char* ctiPath) {

@@ -4,21 +4,14 @@
 #include <cstdio>
 #include <cwchar>
 #include <syslog.h>
-#include <unistd.h>
 
 #include <log4cpp/Appender.hh>
 #include <log4cpp/Category.hh>
 #include <log4cpp/PropertyConfigurator.hh>
 
-namespace {
+#include "log/executabledirectory.h"
 
-// Empty when the link cannot be read.
-std::string ExecutableDirectory() {
-    char path[4096];
-    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
-    const std::string executable(path, length > 0 ? static_cast<size_t>(length) : 0);
-    return executable.substr(0, executable.rfind('/'));
-}
+namespace {
 
 // Prints into a buffer of twice the size until the text fits. The printers answer with a negative
 // number both when a wide buffer is too small and when an argument cannot be converted at all,

@@ -8,6 +8,8 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
+using GENICAM_NAMESPACE::AccessException;
+
 EAccessMode Node::GetAccessMode() const {
     // Most queries find the mode known; a mode that another thread is about to change is as true
     // with the lock as without.
@@ -89,11 +91,15 @@ EAccessMode Node::declaredAccessMode() const {
 }
 
 void Node::requireReadable() {
-    if (IsReadable(accessMode())) return;
+    if (!IsReadable(accessMode())) throw notReadable(map_.call());
+}
+
+AccessException Node::notReadable(const Call& call) const {
     // Applications know the text of ToString without a full stop.
-    const Entry* entry = map_.entry();
-    const bool asText = entry && std::strcmp(entry->operation(), "ToString") == 0;
-    throw NODE_ERROR(AccessException, *this)("Node is not readable%s", asText ? "" : ".");
+    const bool asText = std::strcmp(call.operation, "ToString") == 0;
+    return AccessException(asText ? "Node is not readable" : "Node is not readable.", __FILE__,
+                           __LINE__, entryPointOf(call).c_str(), errorNodeOf(*this).c_str(),
+                           "AccessException");
 }
 
 bool Node::isWritable(bool verify) {

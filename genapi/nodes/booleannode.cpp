@@ -18,6 +18,10 @@ BooleanNode::BooleanNode(NodeMap& map, NodeId id)
 
 std::int64_t BooleanNode::getInt(ReadOptions options) {
     requireReadable();
+    return readableInt(options);
+}
+
+std::int64_t BooleanNode::readableInt(ReadOptions options) {
     if (!isValueCached() || options.ignoreCache || options.verify) {
         const Nesting nesting(*this);
         value_ = source_.read(options);
@@ -53,8 +57,9 @@ std::int64_t BooleanNode::maxInt() {
 }
 
 gcstring BooleanNode::ToString(bool verify, bool ignoreCache) {
-    const Entry entry(*this, "ToString");
-    return getInt({verify, ignoreCache}) ? "1" : "0";
+    return read("ToString", [&] {
+        return gcstring(readableInt({verify, ignoreCache}) ? "1" : "0");
+    });
 }
 
 void BooleanNode::FromString(const gcstring& text, bool verify) {
@@ -81,8 +86,8 @@ void BooleanNode::SetValue(bool value, bool verify) {
 }
 
 bool BooleanNode::GetValue(bool verify, bool ignoreCache) const {
-    const Entry entry(*this, "GetValue");
-    return const_cast<BooleanNode*>(this)->getInt({verify, ignoreCache}) != 0;
+    auto& self = const_cast<BooleanNode&>(*this);
+    return self.read("GetValue", [&] { return self.readableInt({verify, ignoreCache}) != 0; });
 }
 
 }  // namespace Engine

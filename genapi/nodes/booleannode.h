@@ -33,6 +33,8 @@ class BooleanNode final : public Node, public IBoolean {
     EAccessMode sourceAccessMode(bool relaxed) override { return source_.accessMode(relaxed); }
 
   private:
+    std::int64_t readableInt(ReadOptions options);
+
     const BooleanData& data_;
     IntegerSource source_;
     std::int64_t value_ = 0;

@@ -76,11 +76,11 @@ bool CommandNode::IsDone(bool verify) {
 }
 
 gcstring CommandNode::ToString(bool verify, bool) {
-    const Entry entry(*this, "ToString");
-    if (!IsReadable(accessMode())) throw NODE_ERROR(AccessException, *this)("Node is not readable");
-    if (verify) checkErrorNodes();
-    checkDone();
-    return isRunning() ? "1" : "0";
+    return read("ToString", [&] {
+        if (verify) checkErrorNodes();
+        checkDone();
+        return gcstring(isRunning() ? "1" : "0");
+    });
 }
 
 void CommandNode::FromString(const gcstring& text, bool verify) {

@@ -8,6 +8,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 using GENICAM_NAMESPACE::gcstring;
+using GENICAM_NAMESPACE::InvalidArgumentException;
 
 EnumEntryNode::EnumEntryNode(NodeMap& map, NodeId id)
     : Node(map, id), data_(description().tables().entries[record().data]) {}
@@ -17,9 +18,7 @@ gcstring EnumEntryNode::GetSymbolic() const {
 }
 
 gcstring EnumEntryNode::ToString(bool, bool) {
-    const Entry entry(*this, "ToString");
-    requireReadable();
-    return gcstring(std::to_string(data_.value).c_str());
+    return read("ToString", [&] { return gcstring(std::to_string(data_.value).c_str()); });
 }
 
 void EnumEntryNode::FromString(const gcstring&, bool) {
@@ -68,14 +67,13 @@ EAccessMode EnumerationNode::entriesAccessMode() const {
     return mode;
 }
 
-void EnumerationNode::throwNoEntry(const std::string& value) const {
-    throw NODE_ERROR(InvalidArgumentException, *this)(
+InvalidArgumentException EnumerationNode::noEntry(const std::string& value) const {
+    return NODE_ERROR(InvalidArgumentException, *this)(
         "Feature '%s' : cannot convert value '%s', the value is invalid.", name().data(),
         value.c_str());
 }
 
 std::int64_t EnumerationNode::readValue(ReadOptions options) {
-    requireReadable();
     if (!isValueCached() || options.ignoreCache || options.verify) {
         const Nesting nesting(*this);
         value_ = source_.read(options);
@@ -91,6 +89,11 @@ std::int64_t EnumerationNode::readValue(ReadOptions options) {
 }
 
 std::int64_t EnumerationNode::getInt(ReadOptions options) {
+    requireReadable();
+    return readableInt(options);
+}
+
+std::int64_t EnumerationNode::readableInt(ReadOptions options) {
     const std::int64_t value = readValue(options);
     if (options.verify) {
         EnumEntryNode* current = entryOf(value);
@@ -111,7 +114,7 @@ void EnumerationNode::verifyEntry(EnumEntryNode& current) {
 void EnumerationNode::setInt(std::int64_t value, bool verify) {
     requireWritable(verify);
     EnumEntryNode* target = entryOf(value);
-    if (!target) throwNoEntry(std::to_string(value));
+    if (!target) throw noEntry(std::to_string(value));
     write(*target, verify);
 }
 
@@ -163,19 +166,20 @@ bool EnumerationNode::isPolled() const {
 }
 
 gcstring EnumerationNode::ToString(bool verify, bool ignoreCache) {
-    const Entry scope(*this, "ToString");
-    const std::int64_t value = readValue({verify, ignoreCache});
-    EnumEntryNode* current = entryOf(value);
-    if (!current) throwNoEntry(std::to_string(value));
-    if (verify) verifyEntry(*current);
-    return current->GetSymbolic();
+    return read("ToString", [&] {
+        const std::int64_t value = readValue({verify, ignoreCache});
+        EnumEntryNode* current = entryOf(value);
+        if (!current) throw noEntry(std::to_string(value));
+        if (verify) verifyEntry(*current);
+        return current->GetSymbolic();
+    });
 }
 
 void EnumerationNode::FromString(const gcstring& text, bool verify) {
     modify("FromString", [&]() -> const ChangeSet& {
         requireWritable(verify);
         EnumEntryNode* target = entryOf(std::string_view(text.c_str(), text.length()));
-        if (!target) throwNoEntry(text.c_str());
+        if (!target) throw noEntry(text.c_str());
         write(*target, verify);
         return changedByWriteTo(description(), id());
     });
@@ -213,8 +217,7 @@ void EnumerationNode::SetIntValue(int64_t value, bool verify) {
 }
 
 int64_t EnumerationNode::GetIntValue(bool verify, bool ignoreCache) {
-    const Entry scope(*this, "GetIntValue");
-    return getInt({verify, ignoreCache});
+    return read("GetIntValue", [&] { return readableInt({verify, ignoreCache}); });
 }
 
 IEnumEntry* EnumerationNode::GetEntryByName(const gcstring& symbolic) {
@@ -226,8 +229,7 @@ IEnumEntry* EnumerationNode::GetEntry(const int64_t value) {
 }
 
 IEnumEntry* EnumerationNode::GetCurrentEntry(bool verify, bool ignoreCache) {
-    const Entry scope(*this, "GetCurrentEntry");
-    return entryOf(getInt({verify, ignoreCache}));
+    return read("GetCurrentEntry", [&] { return entryOf(readableInt({verify, ignoreCache})); });
 }
 
 }  // namespace Engine

@@ -76,11 +76,12 @@ class EnumerationNode final : public Node, public IEnumeration {
   private:
     EAccessMode entriesAccessMode() const;
     std::int64_t readValue(ReadOptions options);
+    std::int64_t readableInt(ReadOptions options);
     void verifyEntry(EnumEntryNode& current);
     void write(EnumEntryNode& target, bool verify);
     Slice<NodeId> entries() const;
     EnumEntryNode& entry(NodeId id) const;
-    [[noreturn]] void throwNoEntry(const std::string& value) const;
+    GENICAM_NAMESPACE::InvalidArgumentException noEntry(const std::string& value) const;
 
     const EnumerationData& data_;
     IntegerSource source_;

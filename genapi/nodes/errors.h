@@ -14,8 +14,16 @@ namespace Engine {
 
 class Node;
 
-// Name of the node, and "Node.Operation()" of the call in progress, for the texts of exceptions.
+// An operation that the application called; no node where there is none.
+struct Call {
+    const Node* node = nullptr;
+    const char* operation = "";
+};
+
+// For the texts of exceptions: the name of a node, "Node.Operation()" of a call, and the same of
+// the call in progress.
 std::string errorNodeOf(const Node& node);
+std::string entryPointOf(const Call& call);
 std::string entryPointOf(const Node& node);
 
 // Makes one exception: NodeError<E>(node, file, line, type)(format, ...).

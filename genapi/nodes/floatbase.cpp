@@ -28,6 +28,10 @@ FloatBase::~FloatBase() = default;
 
 double FloatBase::getFloat(ReadOptions options) {
     requireReadable();
+    return readableFloat(options);
+}
+
+double FloatBase::readableFloat(ReadOptions options) {
     if (!isValueCached() || options.ignoreCache || (options.verify && restsOnNodes())) {
         const Nesting nesting(*this);
         value_ = readValue(options);
@@ -95,9 +99,10 @@ std::int64_t FloatBase::maxInt() {
 }
 
 gcstring FloatBase::ToString(bool verify, bool ignoreCache) {
-    const Entry entry(*this, "ToString");
-    const std::string text = textInRange(getFloat({verify, ignoreCache}));
-    return gcstring(text.data(), text.size());
+    return read("ToString", [&] {
+        const std::string text = textInRange(readableFloat({verify, ignoreCache}));
+        return gcstring(text.data(), text.size());
+    });
 }
 
 // Rounding for display must not carry a value over a limit, or its text could not be written back:
@@ -148,8 +153,7 @@ IFloat& FloatBase::operator=(double value) {
 }
 
 double FloatBase::GetValue(bool verify, bool ignoreCache) {
-    const Entry entry(*this, "GetValue");
-    return getFloat({verify, ignoreCache});
+    return read("GetValue", [&] { return readableFloat({verify, ignoreCache}); });
 }
 
 double FloatBase::GetMin() {

@@ -67,6 +67,7 @@ class FloatBase : public Node, public IFloat {
         double max = kDoubleMax;
     };
 
+    double readableFloat(ReadOptions options);
     Presentation shown() const;
     std::string textInRange(double value);
     Limits& imposed();

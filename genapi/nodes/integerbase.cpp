@@ -16,6 +16,10 @@ IntegerBase::~IntegerBase() = default;
 
 std::int64_t IntegerBase::getInt(ReadOptions options) {
     requireReadable();
+    return readableInt(options);
+}
+
+std::int64_t IntegerBase::readableInt(ReadOptions options) {
     if (!isValueCached() || options.ignoreCache || (options.verify && restsOnNodes())) {
         const Nesting nesting(*this);
         value_ = readValue(options);
@@ -96,11 +100,12 @@ double IntegerBase::incFloat() {
 }
 
 gcstring IntegerBase::ToString(bool verify, bool ignoreCache) {
-    const Entry entry(*this, "ToString");
-    const std::int64_t value = getInt({verify, ignoreCache});
-    const auto representation = effectivePresentation(*this).representation;
-    const std::string text = formatInteger(value, static_cast<ERepresentation>(representation));
-    return gcstring(text.data(), text.size());
+    return read("ToString", [&] {
+        const std::int64_t value = readableInt({verify, ignoreCache});
+        const auto representation = effectivePresentation(*this).representation;
+        const std::string text = formatInteger(value, static_cast<ERepresentation>(representation));
+        return gcstring(text.data(), text.size());
+    });
 }
 
 void IntegerBase::FromString(const gcstring& text, bool verify) {
@@ -136,8 +141,7 @@ IInteger& IntegerBase::operator=(int64_t value) {
 }
 
 int64_t IntegerBase::GetValue(bool verify, bool ignoreCache) {
-    const Entry entry(*this, "GetValue");
-    return getInt({verify, ignoreCache});
+    return read("GetValue", [&] { return readableInt({verify, ignoreCache}); });
 }
 
 int64_t IntegerBase::GetMin() {

@@ -66,6 +66,7 @@ class IntegerBase : public Node, public IInteger {
         std::int64_t max = kInt64Max;
     };
 
+    std::int64_t readableInt(ReadOptions options);
     Limits& imposed();
     void checkRange(std::int64_t value);
 

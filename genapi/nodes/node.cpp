@@ -18,10 +18,13 @@ std::string errorNodeOf(const Node& node) {
     return std::string(node.name());
 }
 
+std::string entryPointOf(const Call& call) {
+    if (!call.node) return {};
+    return std::string(call.node->name()) + "." + call.operation + "()";
+}
+
 std::string entryPointOf(const Node& node) {
-    const Entry* entry = node.map().entry();
-    if (!entry) return {};
-    return std::string(entry->node().name()) + "." + entry->operation() + "()";
+    return entryPointOf(node.map().call());
 }
 
 namespace {

@@ -136,6 +136,8 @@ class Node : public INode, public ISelector, public IUserData {
     // The mode that the description gives to the node itself, whatever the device says.
     virtual EAccessMode declaredAccessMode() const;
 
+    // AccessException when the node is not readable. For a node that others read; where it is the
+    // one that the application called, read says it at less cost.
     void requireReadable();
     bool isWritable(bool verify);
     void requireWritable(bool verify);
@@ -148,12 +150,19 @@ class Node : public INode, public ISelector, public IUserData {
     void valueWasWritten();
     void valueIsUnknown();
 
+    // Runs an operation that reads the value: lock, access mode, operation. That the node is not
+    // readable is said after the lock is released: applications that read all features meet many
+    // such nodes, and an exception costs by the frames and scopes that it leaves.
+    template <typename Operation>
+    auto read(const char* name, Operation operation);
+
     // Runs an operation that changes the device: lock, operation, callbacks inside the lock, and
     // after the lock is released those outside.
     template <typename Operation>
     void modify(const char* name, Operation operation);
 
   private:
+    GENICAM_NAMESPACE::AccessException notReadable(const Call& call) const;
     EAccessMode computeAccessMode(bool relaxed);
     EAccessMode conditionalAccessMode(bool relaxed);
     bool condition(NodeId id, EAccessMode& mode);

@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <memory>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <GenApi/IDestroy.h>
@@ -74,7 +75,8 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     std::size_t nodeCount() const { return nodes_.size(); }
     Node& node(NodeId id) const { return *nodes_[id]; }
     RegisterCache& registers() { return registers_; }
-    const Entry* entry() const { return entry_; }
+    // The innermost call from outside.
+    const Call& call() const { return call_; }
 
     // Cached access modes; kUnknownAccess where there is none. Read without the lock, too.
     static constexpr std::uint8_t kUnknownAccess = 0xFF;
@@ -136,7 +138,7 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     std::vector<NodeId> written_;  // by the operation in progress; some of them are kept
     std::unordered_map<NodeId, UserData_t> nodeUserData_;
     UserData_t userData_ = nullptr;
-    const Entry* entry_ = nullptr;  // the innermost call from outside
+    Call call_;
     std::size_t callbackCount_ = 0;
     unsigned nesting_ = 0;
     bool accessIsVolatile_ = false;
@@ -149,24 +151,15 @@ class Entry {
     Entry(const Node& node, const char* operation)
         : lock_(node.map().GetLock()),
           map_(node.map()),
-          outer_(map_.entry_),
-          node_(node),
-          operation_(operation) {
-        map_.entry_ = this;
-    }
-    ~Entry() { map_.entry_ = outer_; }
+          outer_(std::exchange(map_.call_, {&node, operation})) {}
+    ~Entry() { map_.call_ = outer_; }
     Entry(const Entry&) = delete;
     Entry& operator=(const Entry&) = delete;
-
-    const Node& node() const { return node_; }
-    const char* operation() const { return operation_; }
 
   private:
     AutoLock lock_;
     NodeMap& map_;
-    const Entry* outer_;
-    const Node& node_;
-    const char* operation_;
+    const Call outer_;
 };
 
 // One step of a value or access mode that is computed from other nodes. RuntimeException when the
@@ -185,6 +178,16 @@ class Nesting {
 // A new map, which lives until Destroy. The lock, where one is given, must outlive it.
 INodeMap* createNodeMap(std::shared_ptr<const Description> description,
                         const GENICAM_NAMESPACE::gcstring& deviceName, CLock* lock = nullptr);
+
+// Inlined, so that its exception passes no frame but that of the operation called.
+template <typename Operation>
+[[gnu::always_inline]] inline auto Node::read(const char* name, Operation operation) {
+    {
+        const Entry entry(*this, name);
+        if (IsReadable(accessMode())) return operation();
+    }
+    throw notReadable({this, name});
+}
 
 template <typename Operation>
 void Node::modify(const char* name, Operation operation) {

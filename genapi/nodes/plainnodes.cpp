@@ -23,9 +23,7 @@ Slice<NodeId> CategoryNode::features() const {
 }
 
 gcstring CategoryNode::ToString(bool, bool) {
-    const Entry entry(*this, "ToString");
-    requireReadable();
-    return GetDisplayName();
+    return read("ToString", [&] { return GetDisplayName(); });
 }
 
 void CategoryNode::FromString(const gcstring&, bool) {

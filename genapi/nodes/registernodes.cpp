@@ -116,12 +116,12 @@ void StringRegNode::writeValue(const std::string& value, bool) {
 }
 
 gcstring RegisterNode::ToString(bool verify, bool ignoreCache) {
-    const Entry entry(*this, "ToString");
-    requireReadable();
-    const std::vector<std::uint8_t> bytes = register_.read({false, ignoreCache});
-    if (verify) checkErrorNodes();
-    const std::string text = formatBytes(bytes.data(), bytes.size());
-    return gcstring(text.data(), text.size());
+    return read("ToString", [&] {
+        const std::vector<std::uint8_t> bytes = register_.read({false, ignoreCache});
+        if (verify) checkErrorNodes();
+        const std::string text = formatBytes(bytes.data(), bytes.size());
+        return gcstring(text.data(), text.size());
+    });
 }
 
 void RegisterNode::FromString(const gcstring& text, bool verify) {

@@ -23,6 +23,10 @@ gcstring toText(const std::string& text) {
 
 std::string StringBase::getText(ReadOptions options) {
     requireReadable();
+    return readableText(options);
+}
+
+std::string StringBase::readableText(ReadOptions options) {
     const Nesting nesting(*this);
     std::string value = readValue(options);
     if (options.verify) checkErrorNodes();
@@ -43,8 +47,7 @@ void StringBase::setText(const std::string& value, bool verify) {
 }
 
 gcstring StringBase::ToString(bool verify, bool ignoreCache) {
-    const Entry entry(*this, "ToString");
-    return toText(getText({verify, ignoreCache}));
+    return read("ToString", [&] { return toText(readableText({verify, ignoreCache})); });
 }
 
 void StringBase::FromString(const gcstring& text, bool verify) {
@@ -64,8 +67,7 @@ IString& StringBase::operator=(const gcstring& value) {
 }
 
 gcstring StringBase::GetValue(bool verify, bool ignoreCache) {
-    const Entry entry(*this, "GetValue");
-    return toText(getText({verify, ignoreCache}));
+    return read("GetValue", [&] { return toText(readableText({verify, ignoreCache})); });
 }
 
 int64_t StringBase::GetMaxLength(bool) {

@@ -36,6 +36,9 @@ class StringBase : public Node, public IString {
     virtual std::string readValue(ReadOptions options) = 0;
     virtual void writeValue(const std::string& value, bool verify) = 0;
     virtual std::int64_t maxLength() = 0;
+
+  private:
+    std::string readableText(ReadOptions options);
 };
 
 // String: a stored text, or the text of another node.

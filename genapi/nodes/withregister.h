@@ -28,11 +28,11 @@ class WithRegister : public Base, public IRegister {
     }
     void Get(uint8_t* buffer, int64_t length, bool verify = false,
              bool ignoreCache = false) override {
-        const Entry entry(*this, "Get");
-        this->requireReadable();
-        checkTransfer(buffer, length, "InternalGet");
-        register_.read(buffer, static_cast<std::size_t>(length), {false, ignoreCache});
-        if (verify) this->checkErrorNodes();
+        this->read("Get", [&] {
+            checkTransfer(buffer, length, "InternalGet");
+            register_.read(buffer, static_cast<std::size_t>(length), {false, ignoreCache});
+            if (verify) this->checkErrorNodes();
+        });
     }
     int64_t GetLength(bool = false) override {
         const Entry entry(*this, "GetLength");

@@ -34,8 +34,9 @@ class Device {
         uint64_t errorCode;  // 0 when there is none
     };
 
-    // Closes the camera and destroys this object with its streams. Not from within an event
-    // callback.
+    // Closes the camera and destroys this object with its streams and parameters. Sinks that are
+    // still registered on features of events are called a last time. Not from within an event
+    // callback or a sink.
     virtual void Release() = 0;
 
     // Number of data streams of the camera, opened or not; 0 when the producer fails.
@@ -61,15 +62,31 @@ class Device {
     virtual ZelCamErr UnRegisterEvent(uint32_t eventType, EventCallback cb, void* priv) = 0;
 
     // The features of the transport layer's side of the connection, and those of the camera; owned
-    // by the Device, the same on every call. This version has no parameters yet: null with
-    // ZelCamErr_NoNodeMap.
+    // by the Device, the same on every call. Null on failure, as for Interface, and
+    // ZelCamErr_FileOpenFailed when the camera's external description (DeviceInfo::SetExternalXml)
+    // cannot be read; the next call tries again.
+    //
+    // From the first GetCameraParameters on, events of the camera reach its features, on the event
+    // thread of the Device: features of an event are read, and ParamEventSinks are called there.
     virtual ZelGenParam::Array* GetTransportParameters(ZelCamErr* err) = 0;
     virtual ZelGenParam::Array* GetCameraParameters(ZelCamErr* err) = 0;
 
-    // Save the camera's features to a file, and load them again; `fileName` of LoadConfiguration
-    // may also be the text of a configuration itself. This version has no parameters yet:
-    // ZelCamErr_NoNodeMap.
+    // Saves the camera's streamable features, with the identifiers of the camera and its interface,
+    // to an XML file. Success also when the file cannot be written: look at the file where that
+    // matters.
+    //   ZelCamErr_GenApiError  a feature cannot be read
+    //   ZelCamErr_Error        any other failure
+    // or the code of GetCameraParameters.
     virtual ZelCamErr SaveConfiguration(const char* fileName) = 0;
+
+    // Sets the camera's features as saved before, of this camera or another. `fileName` names a
+    // file that SaveConfiguration wrote or one with the text of the features alone (GenApi
+    // persistence text); when there is no such file it is taken as that text itself. Nothing is
+    // rolled back: features set before a failure keep their new values.
+    //   ZelCamErr_FileOpenFailed    the file cannot be opened, or `fileName` is null
+    //   ZelCamErr_InvalidFile       the file or text is not a configuration
+    //   ZelCamErr_LoadConfigFailed  a feature did not take its value; the others are set
+    // or the code of GetCameraParameters.
     virtual ZelCamErr LoadConfiguration(const char* fileName) = 0;
 
     // 1 when the camera's registers are little-endian, 0 when they are big-endian or the producer

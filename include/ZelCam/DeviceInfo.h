@@ -44,20 +44,31 @@ class DeviceInfo {
     // The USB host the camera is connected to (producer-specific info 1100).
     virtual const char* GetUSB3HostInfo() = 0;
 
-    // The current network configuration of a GigE Vision camera as dotted text. On success `*err`
-    // is left as it was. This version has no parameters yet: null with ZelCamErr_NoNodeMap.
+    // The current network configuration of a GigE Vision camera as dotted text. Null on failure,
+    // with a code of GetIP in `*err`; on success `*err` is left as it was.
     virtual const char* GetIPAddress(ZelCamErr* err) = 0;
     virtual const char* GetIPMask(ZelCamErr* err) = 0;
     virtual const char* GetIPGateway(ZelCamErr* err) = 0;
 
     // The same as numbers, the first octet in the most significant byte (192.168.1.2 is
-    // 0xC0A80102). The arguments are written on success only; none may be null. This version has no
-    // parameters yet: ZelCamErr_NoNodeMap.
+    // 0xC0A80102). The arguments are written on success only; none may be null.
+    //   ZelCamErr_NotFound       the interface does not list the camera, or has no features
+    //   ZelCamErr_ParamNotFound  the interface is not one for GigE Vision cameras
+    // and the other codes of access by name, see ZelGenParam::Array. Selects the camera in the
+    // interface's "DeviceSelector".
     virtual ZelCamErr GetIP(uint32_t* address, uint32_t* mask, uint32_t* gateway) = 0;
 
     // Force a temporary network configuration on a GigE Vision camera (FORCEIP), for a camera that
-    // does not fit into the network of its adapter.
-    // This version has no parameters yet: ZelCamErr_NoNodeMap.
+    // does not fit into the network of its adapter. "DeviceSelector" of the interface gets its
+    // former value back.
+    //   ZelCamErr_InvalidArgument  the address or the mask is no text of four numbers; a gateway
+    //                              that is none counts as 0.0.0.0
+    //   ZelCamErr_ParamNotFound    the interface is not one for GigE Vision cameras
+    //   ZelCamErr_OutOfRange       the interface does not list the camera
+    //   ZelCamErr_NotFound         the interface cannot list its cameras
+    // and the other codes of access by name and of Interface::GetParameters. Numbers of a text are
+    // not checked for their range: only their lower eight bits count. A null text raises
+    // std::logic_error.
     virtual ZelCamErr ForceIP(const char* address, const char* mask, const char* gateway) = 0;
     virtual ZelCamErr ForceIP(uint32_t address, uint32_t mask, uint32_t gateway) = 0;
 

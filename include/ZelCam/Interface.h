@@ -89,13 +89,22 @@ class Interface {
     virtual ZelCamErr UnRegisterEvent2(uint32_t eventType, EventCallback2 cb, void* priv) = 0;
     virtual ZelCamErr UnRegisterEvent(uint32_t eventType, EventCallback cb, void* priv) = 0;
 
-    // The features of the interface; owned by the interface, the same on every call.
-    // This version has no parameters yet: null with ZelCamErr_NoNodeMap.
+    // The features of the interface; owned by the interface, the same on every call. Null on
+    // failure, and the next call tries again, with in `*err`:
+    //   ZelCamErr_NoNodeMap     the producer has no usable description of them
+    //   ZelCamErr_RuntimeError  the description cannot be turned into features
+    //   ZelCamErr_GenApiError   the module cannot be accessed, or another failure of GenApi
+    // or the producer's code.
     virtual ZelGenParam::Array* GetParameters(ZelCamErr* err) = 0;
 
-    // Opens, with exclusive access, the camera of this interface that a configuration file names,
-    // and loads the configuration into it. Null on failure; `*err` stays 0 when the file does not
-    // load. This version has no parameters yet: null with ZelCamErr_NoNodeMap.
+    // Opens, with exclusive access, the camera of this interface that a configuration file names
+    // (see Device::SaveConfiguration), and loads the configuration into it; which interface the
+    // file names does not matter. Null on failure, with in `*err`:
+    //   0                      the file cannot be read or is no XML
+    //   ZelCamErr_InvalidFile  the file lacks "Camera" or its "cameraId"
+    //   ZelCamErr_NotFound     the interface cannot list its cameras
+    // or the code of ZelCam_CreateDevice. The device is returned also when loading the
+    // configuration into it failed; `*err` is then the code of Device::LoadConfiguration.
     virtual Device* CreateDeviceFromConfig(const char* fileName, ZelCamErr* err) = 0;
 
   protected:

@@ -110,8 +110,8 @@ class Stream {
     virtual ZelCamErr UnRegisterEvent(uint32_t eventType, EventCallback cb, void* priv) = 0;
     virtual ZelCamErr UnRegisterEvent2(uint32_t eventType, EventCallback2 cb, void* priv) = 0;
 
-    // The features of the stream; owned by the Stream, the same on every call.
-    // This version has no parameters yet: null with ZelCamErr_NoNodeMap.
+    // The features of the stream; owned by the Stream, the same on every call. Null on failure, as
+    // for Interface; the next call tries again.
     virtual ZelGenParam::Array* GetParameters(ZelCamErr* err) = 0;
 
     // Counters of the producer since the start of the acquisition (GenTL STREAM_INFO_CMD). 0 or
@@ -123,6 +123,9 @@ class Stream {
     virtual uint64_t GetNumAwaitDelivery() = 0;
 
     // Bytes that a buffer needs at the current settings of the camera; 0 when it cannot be told.
+    // The producer's size where it defines one; else the camera's "PayloadSize", rounded up to a
+    // multiple of GetBufferAlignment(); else the image without any padding, from "Width", "Height"
+    // and "PixelFormat".
     virtual size_t GetBufferSize() = 0;
 
     virtual bool IsGrabbing() = 0;

@@ -39,12 +39,14 @@ class System {
     virtual const char* GetDisplayName() = 0;
     virtual const char* GetVersion() = 0;
 
-    // Opens, with exclusive access, the device that a configuration file names, and loads the
-    // configuration into it. Null on failure, with in `*err`:
-    //   ZelCamErr_InvalidFile  the file does not load, or lacks "Camera" or its "ifaceId" or
-    //   "cameraId" ZelCamErr_NotFound     no interface has the identifier ZelCamErr_NoNodeMap this
-    //   version has no parameters yet
-    // The device is returned also when loading the configuration into it failed; `*err` then tells.
+    // Opens, with exclusive access, the camera that a configuration file names (see
+    // Device::SaveConfiguration), and loads the configuration into it. Null on failure, with in
+    // `*err`:
+    //   ZelCamErr_InvalidFile  the file cannot be read, is no XML, or lacks "Camera" or its
+    //                          "ifaceId" or "cameraId"
+    //   ZelCamErr_NotFound     no interface has the identifier, or it cannot list its cameras
+    // or the code of ZelCam_CreateDevice. The device is returned also when loading the
+    // configuration into it failed; `*err` is then the code of Device::LoadConfiguration.
     virtual Device* CreateDeviceFromConfig(const char* fileName, ZelCamErr* err) = 0;
 
     // Loads the producer file `ctiPath`, initialises it and opens its transport layer. A path

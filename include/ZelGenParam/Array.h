@@ -5,12 +5,10 @@
 #include <cstdint>
 
 #include "ZelCam/Error.h"
+#include "ZelGenParam/GenApi.h"
 #include "ZelGenParam/Param.h"
 
-namespace GenApi_3_0 {
-struct INodeMap;
-}
-
+#pragma GCC visibility push(default)
 namespace ZelGenParam {
 
 // All features of one module (an interface, a camera, the transport layer's side of it, a stream),
@@ -41,15 +39,17 @@ class Array {
     // The root of the tree of categories.
     virtual Category* GetRootCategory(ZelCamErr* err) = 0;
 
-    // The GenApi node map itself.
-    virtual GenApi_3_0::INodeMap* GetNodeMap(ZelCamErr* err) = 0;
+    // The GenApi node map itself, for what this interface does not offer; it stays the Array's.
+    virtual GenApi::INodeMap* GetNodeMap(ZelCamErr* err) = 0;
 
-    // The features as a flat list. Null with ZelCamErr_IndexOutOfRange when `index` is not below
-    // the count.
+    // The features as a flat list, categories included, in the order of the node map. Null with
+    // ZelCamErr_IndexOutOfRange when `index` is not below the count.
     virtual uint32_t GetCount() = 0;
     virtual Param* GetParamByIndex(uint32_t index, ZelCamErr* err) = 0;
 
-    // Access by name. Texts stay valid until the next text is read under the same name.
+    // Access by name, without an object for the feature. Values are verified against access mode
+    // and limits before they are written. Enumerations go by the entry's symbolic name (...Str) or
+    // its number. Texts stay valid until the next text is read under the same name.
     virtual ZelCamErr SetBooleanValue(const char* name, bool value) = 0;
     virtual bool GetBooleanValue(const char* name, ZelCamErr* err) = 0;
     virtual ZelCamErr SetEnumValueStr(const char* name, const char* value) = 0;
@@ -74,5 +74,6 @@ class Array {
 };
 
 }  // namespace ZelGenParam
+#pragma GCC visibility pop
 
 #endif  // ZELGENPARAM_ARRAY_H

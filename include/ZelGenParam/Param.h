@@ -6,11 +6,11 @@
 #include <cstdint>
 
 #include "ZelCam/Error.h"
+#include "ZelGenParam/GenApi.h"
 
-namespace GenApi_3_0 {
-struct INode;
-}
-
+// Visible also in programs that hide what they do not mark: dynamic_cast between the interfaces
+// needs one type information for the library and its users.
+#pragma GCC visibility push(default)
 namespace ZelGenParam {
 
 // The kind of a feature, and the interface that Param::ToInt and its like lead to.
@@ -67,8 +67,8 @@ class ParamEventSink {
 //   ZelCamErr_InvalidArgument  the value is not one the feature can have
 //   ZelCamErr_WrongParamType   the node behind the feature is of another kind
 //   ZelCamErr_Error            anything else, a failed access to the camera for instance
-// and return zero, null or false on failure. Texts stay valid until the same operation is called
-// again on the same object. Thread-bound (see ZelCam/ZelCam.h).
+// and return zero, null or false on failure. OutOfRange comes from writing only. Texts stay valid
+// until the same operation is called again on the same object. Thread-bound (see ZelCam/ZelCam.h).
 class Param {
   public:
     virtual ParamType GetType() = 0;
@@ -95,8 +95,8 @@ class Param {
     // ZelCamErr_IndexOutOfRange when the sink is not registered.
     virtual ZelCamErr UnregisterEventSink(ParamEventSink* sink) = 0;
 
-    // The GenApi node behind the feature.
-    virtual GenApi_3_0::INode* GetNode() = 0;
+    // The GenApi node behind the feature; never null for a Param that an Array gave.
+    virtual GenApi::INode* GetNode() = 0;
 
     // This feature as its kind, null when it is of another kind.
     virtual Category* ToCategory() = 0;
@@ -140,6 +140,7 @@ class Float : public virtual Param {
     ~Float() = default;
 };
 
+// A text. What is longer than GetMaxLength is refused.
 class String : public virtual Param {
   public:
     ParamType GetType() override { return ParamType_String; }
@@ -182,6 +183,7 @@ class EnumEntry : public virtual Param {
     ~EnumEntry() = default;
 };
 
+// A truth value.
 class Boolean : public virtual Param {
   public:
     ParamType GetType() override { return ParamType_Boolean; }
@@ -216,5 +218,6 @@ class Category : public virtual Param {
 };
 
 }  // namespace ZelGenParam
+#pragma GCC visibility pop
 
 #endif  // ZELGENPARAM_PARAM_H

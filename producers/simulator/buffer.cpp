@@ -40,8 +40,8 @@ const FrameInfo& Buffer::Frame() const {
 
 void Buffer::GetInfo(Answer answer) const {
     const std::lock_guard lock(mutex_);
-    if (AnswerFrame(answer) || AnswerGeometry(answer) || AnswerState(answer) ||
-        AnswerMemory(answer)) {
+    if (AnswerFrame(answer) || AnswerChunks(answer) || AnswerGeometry(answer) ||
+        AnswerState(answer) || AnswerMemory(answer)) {
         return;
     }
     throw Error(GenTL::GC_ERR_NOT_IMPLEMENTED, "unknown buffer info command");
@@ -82,31 +82,30 @@ bool Buffer::AnswerState(Answer answer) const {
         case GenTL::BUFFER_INFO_IMAGEPRESENT:
             return answer.Bool(hasFrame_), true;
         case GenTL::BUFFER_INFO_CONTAINS_CHUNKDATA:
-            return answer.Bool(false), true;
+            return answer.Bool(hasFrame_ && !frame_.chunks.IsEmpty()), true;
         default:
             return false;
     }
 }
 
 bool Buffer::AnswerGeometry(Answer answer) const {
-    const CameraConfig& config = camera_->Config();
     switch (answer.Command()) {
         case GenTL::BUFFER_INFO_WIDTH:
-            return Frame(), answer.Size(config.width), true;
+            return answer.Size(Frame().settings->width), true;
         case GenTL::BUFFER_INFO_HEIGHT:
-            return Frame(), answer.Size(config.height), true;
+            return answer.Size(Frame().settings->height), true;
         case GenTL::BUFFER_INFO_XOFFSET:
-            return Frame(), answer.Size(config.offsetX), true;
+            return answer.Size(Frame().settings->offsetX), true;
         case GenTL::BUFFER_INFO_YOFFSET:
-            return Frame(), answer.Size(config.offsetY), true;
+            return answer.Size(Frame().settings->offsetY), true;
         case GenTL::BUFFER_INFO_XPADDING:
-            return Frame(), answer.Size(config.xPadding), true;
+            return answer.Size(Frame().settings->xPadding), true;
         case GenTL::BUFFER_INFO_YPADDING:
-            return Frame(), answer.Size(config.yPadding), true;
+            return answer.Size(Frame().settings->yPadding), true;
         case GenTL::BUFFER_INFO_IMAGEOFFSET:
-            return Frame(), answer.Size(config.imageOffset), true;
+            return answer.Size(Frame().settings->imageOffset), true;
         case GenTL::BUFFER_INFO_PIXELFORMAT:
-            return Frame(), answer.Uint64(config.pixelFormat->value), true;
+            return answer.Uint64(Frame().settings->pixelFormat->value), true;
         case GenTL::BUFFER_INFO_PIXELFORMAT_NAMESPACE:
             return Frame(), answer.Uint64(GenTL::PIXELFORMAT_NAMESPACE_PFNC_32BIT), true;
         case GenTL::BUFFER_INFO_PIXEL_ENDIANNESS:
@@ -128,16 +127,31 @@ bool Buffer::AnswerFrame(Answer answer) const {
             return Frame(), answer.Size(GenTL::PAYLOAD_TYPE_IMAGE), true;
         case GenTL::BUFFER_INFO_DELIVERED_IMAGEHEIGHT:
             return answer.Size(Frame().deliveredHeight), true;
-        case GenTL::BUFFER_INFO_DELIVERED_CHUNKPAYLOADSIZE:
-        case GenTL::BUFFER_INFO_CHUNKLAYOUTID:
         case GenTL::BUFFER_INFO_FILENAME:
-            throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "images have neither chunks nor a file");
+            throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "images have no file");
         case kInfoSecondOfPair:
             if (!camera_->Config().framePairs) return false;
             return answer.Bool(Frame().id % 2 != 0), true;
         default:
             return false;
     }
+}
+
+bool Buffer::AnswerChunks(Answer answer) const {
+    const bool size = answer.Command() == GenTL::BUFFER_INFO_DELIVERED_CHUNKPAYLOADSIZE;
+    if (!size && answer.Command() != GenTL::BUFFER_INFO_CHUNKLAYOUTID) return false;
+    if (Frame().chunks.IsEmpty()) {
+        throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the frame has no chunks");
+    }
+    if (size) return answer.Size(frame_.sizeFilled), true;
+    const uint64_t layout = frame_.settings->ImageSize() << kNumChunkKinds | frame_.chunks.Bits();
+    return answer.Uint64(layout), true;
+}
+
+std::vector<ChunkPlace> Buffer::Chunks() const {
+    const std::lock_guard lock(mutex_);
+    if (Frame().chunks.IsEmpty()) throw Error(GenTL::GC_ERR_NO_DATA, "the frame has no chunks");
+    return ChunkPlaces(frame_.chunks, frame_.settings->ImageSize());
 }
 
 void Buffer::GetSegmentInfo(Answer answer) const {

@@ -9,6 +9,7 @@
 #include <list>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 #include "producers/simulator/camera.h"
 #include "producers/simulator/module.h"
@@ -17,10 +18,12 @@ namespace ZelSim {
 
 // What a frame left in a buffer.
 struct FrameInfo {
+    std::shared_ptr<const FrameSettings> settings;
     uint64_t id = 0;
     uint64_t timestampNs = 0;
     size_t sizeFilled = 0;
     size_t deliveredHeight = 0;
+    ChunkSet chunks;  // that came with the frame
     bool incomplete = false;
     bool tooLarge = false;  // larger than the buffer
 };
@@ -58,6 +61,9 @@ class Buffer final : public Module {
     void GetInfo(Answer answer) const;
     void GetSegmentInfo(Answer answer) const;
 
+    // Throws GC_ERR_NO_DATA when the frame has none.
+    std::vector<ChunkPlace> Chunks() const;
+
   private:
     friend class BufferPool;
 
@@ -65,6 +71,7 @@ class Buffer final : public Module {
     bool AnswerState(Answer answer) const;
     bool AnswerGeometry(Answer answer) const;
     bool AnswerFrame(Answer answer) const;
+    bool AnswerChunks(Answer answer) const;
     const FrameInfo& Frame() const;  // throws GC_ERR_NOT_AVAILABLE without one
 
     const std::shared_ptr<Camera> camera_;

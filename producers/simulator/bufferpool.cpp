@@ -93,6 +93,11 @@ void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
     WakeGenerator();
 }
 
+void BufferPool::SetNewestOnly(bool newestOnly) {
+    const std::lock_guard lock(mutex_);
+    newestOnly_ = newestOnly;
+}
+
 Handle BufferPool::HandleAt(uint32_t index) const {
     const std::lock_guard lock(mutex_);
     for (const List* list : {&idle_, &input_, &acquiring_, &output_}) {
@@ -123,6 +128,19 @@ bool BufferPool::WaitUntil(Clock::time_point time, Halt urgency) {
     return !generatorWake_.wait_until(lock, time, [&] { return halt_.load() >= urgency; });
 }
 
+bool BufferPool::WaitFor(const std::function<bool()>& isDue) {
+    std::unique_lock lock(mutex_);
+    generatorSleeps_ = true;
+    generatorWake_.wait(lock, [&] { return halt_.load() != Halt::No || isDue(); });
+    generatorSleeps_ = false;
+    return halt_.load() == Halt::No;
+}
+
+void BufferPool::Wake() {
+    const std::lock_guard lock(mutex_);
+    generatorWake_.notify_all();
+}
+
 Buffer* BufferPool::Take(bool wait) {
     std::unique_lock lock(mutex_);
     if (wait && input_.empty()) {
@@ -149,6 +167,7 @@ void BufferPool::PutBack(Buffer& buffer) {
 
 void BufferPool::Deliver(Buffer& buffer) {
     const std::lock_guard lock(mutex_);
+    if (newestOnly_) MoveAll(State::Output, State::Input);
     Move(buffer, State::Output);
 }
 

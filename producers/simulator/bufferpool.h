@@ -6,6 +6,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <memory>
 #include <mutex>
@@ -41,6 +42,9 @@ class BufferPool {
     void Revoke(Buffer& buffer);  // throws GC_ERR_RESOURCE_IN_USE unless it is idle
     void Queue(Buffer& buffer);   // the same
     void Flush(GenTL::ACQ_QUEUE_TYPE operation);
+
+    // Whether a delivered buffer sends those that are not fetched yet back into the input.
+    void SetNewestOnly(bool newestOnly);
     Handle HandleAt(uint32_t index) const;  // throws GC_ERR_INVALID_INDEX
     StreamCounts Counts() const;
 
@@ -51,6 +55,12 @@ class BufferPool {
 
     // Waits for a point in time; false when a halt of at least this urgency came first.
     bool WaitUntil(Clock::time_point time, Halt urgency);
+
+    // Waits until `isDue` becomes true, at which it looks upon Wake and queued buffers; false when
+    // a halt came first.
+    bool WaitFor(const std::function<bool()>& isDue);
+    void Wake();
+    bool HasInput() const { return !input_.empty(); }  // for `isDue` only
 
     // The buffer for the next frame, its start being counted. Without a queued buffer: null after
     // counting an under-run, or, with `wait`, waits for one until a halt.
@@ -80,6 +90,7 @@ class BufferPool {
     std::condition_variable generatorWake_;
     bool generatorSleeps_ = false;
     std::atomic<Halt> halt_{Halt::No};  // read without the mutex as well
+    bool newestOnly_ = false;
     List idle_;
     List input_;
     List acquiring_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "producers/simulator/chunkregisters.h"
 #include "producers/simulator/error.h"
 
 namespace ZelSim {
@@ -17,7 +18,17 @@ constexpr int32_t kInfoUsbHost = 1100;  // of this producer: what the host of a 
 Camera::Camera(CameraConfig config, std::string tlType)
     : config_(std::move(config)),
       tlType_(std::move(tlType)),
-      registers_(std::make_shared<RegisterSpace>(std::numeric_limits<uint64_t>::max())) {}
+      registers_(
+          std::make_shared<RegisterSpace>(std::numeric_limits<uint64_t>::max(),
+                                          config_.bigEndian ? ByteOrder::Big : ByteOrder::Little)),
+      control_(PowerOnSettings(config_)),
+      events_(tlType_),
+      userName_(config_.userName),
+      features_(*this) {
+    events_.AddRegisters(*registers_, [this] { return Ticks(Nanoseconds()); });
+    events_.Follow(control_);
+    AddChunkRegisters(*registers_, control_);
+}
 
 void Camera::CheckPlugged() const {
     if (!IsPlugged()) throw Error(GenTL::GC_ERR_IO, config_.id + " is unplugged");
@@ -42,8 +53,12 @@ Claim Camera::Open(GenTL::DEVICE_ACCESS_FLAGS access, Handle client) {
     const uint64_t number = nextOpened_++;
     opened_[number] = {access, client};
     return Claim(this, [self = shared_from_this(), number](void*) {
-        const std::lock_guard releaseLock(self->mutex_);
+        std::unique_lock releaseLock(self->mutex_);
         self->opened_.erase(number);
+        const bool unused = self->opened_.empty();
+        releaseLock.unlock();
+        // The next client need not know how this one left the acquisition.
+        if (unused) self->control_.EnableAcquisition();
     });
 }
 
@@ -64,8 +79,31 @@ GenTL::DEVICE_ACCESS_STATUS Camera::AccessStatus(Handle client) const {
     return GenTL::DEVICE_ACCESS_STATUS_READWRITE;
 }
 
+std::string Camera::UserName() const {
+    const std::lock_guard lock(mutex_);
+    return userName_;
+}
+
+void Camera::SetUserName(const std::string& name) {
+    const std::lock_guard lock(mutex_);
+    userName_ = name;
+}
+
+IpSettings Camera::Ip() const {
+    const std::lock_guard lock(mutex_);
+    return ip_;
+}
+
+void Camera::ForceIp(const IpSettings& ip) {
+    CheckPlugged();
+    const std::lock_guard lock(mutex_);
+    if (!opened_.empty()) throw Error(GenTL::GC_ERR_ACCESS_DENIED, config_.id + " is open");
+    ip_ = ip.address == 0 ? config_.ip : ip;
+}
+
 std::string Camera::DisplayName() const {
-    if (!config_.userName.empty()) return config_.userName;
+    std::string userName = UserName();
+    if (!userName.empty()) return userName;
     return config_.vendor + " " + config_.model + " (" + config_.serial + ")";
 }
 
@@ -84,7 +122,7 @@ void Camera::GetInfo(Answer answer, Handle client) const {
         case GenTL::DEVICE_INFO_ACCESS_STATUS:
             return answer.Int32(AccessStatus(client));
         case GenTL::DEVICE_INFO_USER_DEFINED_NAME:
-            return answer.String(config_.userName);
+            return answer.String(UserName());
         case GenTL::DEVICE_INFO_SERIAL_NUMBER:
             return answer.String(config_.serial);
         case GenTL::DEVICE_INFO_VERSION:
@@ -112,9 +150,11 @@ uint64_t Camera::Ticks(uint64_t nanoseconds) const {
            nanoseconds % kNsPerSecond * frequency / kNsPerSecond;
 }
 
-std::shared_ptr<const TestPicture> Camera::Picture() {
-    const std::lock_guard lock(mutex_);
-    if (picture_ == nullptr) picture_ = std::make_shared<const TestPicture>(config_);
+std::shared_ptr<const TestPicture> Camera::Picture(const FrameSettings& settings) {
+    const std::lock_guard lock(pictureMutex_);
+    if (picture_ == nullptr || !picture_->IsOf(settings)) {
+        picture_ = std::make_shared<const TestPicture>(settings);
+    }
     return picture_;
 }
 

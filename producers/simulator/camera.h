@@ -12,8 +12,12 @@
 
 #include "gentl/GenTL.h"
 #include "producers/simulator/answer.h"
+#include "producers/simulator/cameracontrol.h"
+#include "producers/simulator/camerafeatures.h"
 #include "producers/simulator/claim.h"
 #include "producers/simulator/config.h"
+#include "producers/simulator/eventchannel.h"
+#include "producers/simulator/eventmessage.h"
 #include "producers/simulator/object.h"
 #include "producers/simulator/registerspace.h"
 #include "producers/simulator/testpicture.h"
@@ -30,7 +34,14 @@ class Camera : public std::enable_shared_from_this<Camera> {
     const std::string& Id() const { return config_.id; }
     const CameraConfig& Config() const { return config_; }
     const std::string& TlType() const { return tlType_; }
+
+    // Of what the transport adds to the data of the camera.
+    ByteOrder WireOrder() const { return EventFormOf(tlType_).order; }
+
     const std::shared_ptr<RegisterSpace>& Registers() const { return registers_; }
+    CameraControl& Control() { return control_; }
+    std::shared_ptr<const FrameSettings> Settings() const { return control_.Settings(); }
+    EventChannel& Events() { return events_; }
 
     bool IsPlugged() const { return plugged_.load(std::memory_order_relaxed); }
     void CheckPlugged() const;  // throws GC_ERR_IO
@@ -40,6 +51,17 @@ class Camera : public std::enable_shared_from_this<Camera> {
     // open excludes it, GC_ERR_INVALID_PARAMETER for an access that is none.
     Claim Open(GenTL::DEVICE_ACCESS_FLAGS access, Handle client);
 
+    // What the user calls the camera.
+    std::string UserName() const;
+    void SetUserName(const std::string& name);
+
+    // As GigE cameras have them.
+    IpSettings Ip() const;
+
+    // Gives the camera other settings until it is unplugged; those of the beginning for the address
+    // 0. Throws GC_ERR_ACCESS_DENIED while anyone has it open.
+    void ForceIp(const IpSettings& ip);
+
     // Device info commands, as this client sees the camera.
     void GetInfo(Answer answer, Handle client) const;
 
@@ -47,8 +69,8 @@ class Camera : public std::enable_shared_from_this<Camera> {
     uint64_t Nanoseconds() const;
     uint64_t Ticks(uint64_t nanoseconds) const;
 
-    // Rendered when it is first asked for.
-    std::shared_ptr<const TestPicture> Picture();
+    // What frames with these settings show; rendered when it differs from the picture before.
+    std::shared_ptr<const TestPicture> Picture(const FrameSettings& settings);
 
   private:
     struct Opened {
@@ -63,12 +85,18 @@ class Camera : public std::enable_shared_from_this<Camera> {
     const CameraConfig config_;
     const std::string tlType_;
     const std::shared_ptr<RegisterSpace> registers_;
+    CameraControl control_;
+    EventChannel events_;
     const std::chrono::steady_clock::time_point powerOn_ = std::chrono::steady_clock::now();
     std::atomic<bool> plugged_{true};
     mutable std::mutex mutex_;
-    std::map<uint64_t, Opened> opened_;           // guarded by mutex_
-    uint64_t nextOpened_ = 0;                     // guarded by mutex_
-    std::shared_ptr<const TestPicture> picture_;  // guarded by mutex_
+    std::map<uint64_t, Opened> opened_;  // guarded by mutex_
+    uint64_t nextOpened_ = 0;            // guarded by mutex_
+    std::string userName_;               // guarded by mutex_
+    IpSettings ip_ = config_.ip;         // guarded by mutex_
+    std::mutex pictureMutex_;
+    std::shared_ptr<const TestPicture> picture_;  // guarded by pictureMutex_
+    CameraFeatures features_;                     // after all that its registers work on
 };
 
 }  // namespace ZelSim

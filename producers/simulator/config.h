@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "producers/simulator/network.h"
 #include "producers/simulator/pixelformat.h"
 
 namespace ZelSim {
@@ -40,12 +41,11 @@ struct CameraConfig {
     uint32_t streams = 1;
     uint32_t bufAnnounceMin = 1;
     uint32_t bufAlignment = 1;
+    uint32_t flashBusyTime = 5;  // ms
     uint64_t timestampFrequency = 1000000000;
-
-    uint64_t LinePitch() const { return pixelFormat->LineBytes(width) + uint64_t{xPadding}; }
-
-    // Bytes of one frame: what comes before the image, its lines, and what comes after it.
-    uint64_t PayloadSize() const { return imageOffset + LinePitch() * height + yPadding; }
+    IpSettings ip;                // address and mask 0: the interface gives them
+    std::string descriptionFile;  // announced before the camera's own description
+    std::string descriptionUrl;   // announced before all others
 };
 
 struct InterfaceConfig {

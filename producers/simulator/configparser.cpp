@@ -8,6 +8,7 @@
 #include <functional>
 #include <iterator>
 #include <limits>
+#include <optional>
 #include <set>
 #include <sstream>
 #include <string_view>
@@ -17,6 +18,7 @@
 
 #include "gentl/GenTL.h"
 #include "producers/simulator/error.h"
+#include "producers/simulator/framesettings.h"
 
 namespace ZelSim {
 
@@ -26,9 +28,6 @@ using tinyxml2::XMLAttribute;
 using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 using tinyxml2::XMLNode;
-
-constexpr uint64_t kMaxPayload = uint64_t{1}
-                                 << 30;  // one frame; keeps size arithmetic far from limits
 
 constexpr const char* kDefaultConfig = R"(<ZelSim>
   <Interface id="GEV0" type="GEV" displayName="Simulated network adapter">
@@ -129,6 +128,14 @@ Key<CameraConfig> Flag(std::string_view name, bool CameraConfig::*member) {
     return {name, [=](CameraConfig& c, const Value& v) { c.*member = Boolean(v); }};
 }
 
+Key<CameraConfig> IpAddress(std::string_view name, uint32_t IpSettings::*member) {
+    return {name, [=](CameraConfig& c, const Value& v) {
+                const std::optional<uint32_t> address = ParseIpAddress(v.text);
+                if (!address) v.Refuse("an address like 192.168.0.1");
+                c.ip.*member = *address;
+            }};
+}
+
 void SetAlignment(CameraConfig& camera, const Value& value) {
     camera.bufAlignment = Number(value, 1U, 1U << 20);
     if ((camera.bufAlignment & (camera.bufAlignment - 1)) != 0) value.Refuse("a power of two");
@@ -164,7 +171,13 @@ std::vector<Key<CameraConfig>> CameraKeys() {
         Numeric("streams", &C::streams, 0U, 16U),
         Numeric("bufAnnounceMin", &C::bufAnnounceMin, 1U, 1024U),
         {"bufAlignment", SetAlignment},
-        Numeric("timestampFrequency", &C::timestampFrequency, uint64_t{1}, uint64_t{1000000000})};
+        Numeric("flashBusyTime", &C::flashBusyTime, 0U, 60000U),
+        Numeric("timestampFrequency", &C::timestampFrequency, uint64_t{1}, uint64_t{1000000000}),
+        IpAddress("ip", &IpSettings::address),
+        IpAddress("mask", &IpSettings::mask),
+        IpAddress("gateway", &IpSettings::gateway),
+        Text("descriptionFile", &C::descriptionFile),
+        Text("descriptionUrl", &C::descriptionUrl)};
 }
 
 std::vector<Key<InterfaceConfig>> InterfaceKeys() {
@@ -218,7 +231,8 @@ CameraConfig CameraOf(const XMLElement& element, const std::string& source) {
         place.Fail("width=\"" + std::to_string(camera.width) + "\": lines of " + format.name +
                    " are not whole bytes at this width");
     }
-    if (camera.PayloadSize() > kMaxPayload) place.Fail("a frame is larger than 1 GiB");
+    if (PowerOnSettings(camera).PayloadSize() > kMaxPayload)
+        place.Fail("a frame is larger than 1 GiB");
     return camera;
 }
 

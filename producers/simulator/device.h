@@ -12,6 +12,8 @@
 
 namespace ZelSim {
 
+class RemoteDevice;
+
 // A camera that a client has open: the local side, with the streams and the port of the camera
 // below it. Thread-safe.
 class Device final : public Module {
@@ -35,15 +37,24 @@ class Device final : public Module {
   private:
     bool MayWrite() const override { return access_ != GenTL::DEVICE_ACCESS_READONLY; }
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
-    void OnClose() override { claim_.reset(); }
+    std::unique_ptr<const Description> MakeDescription() const override;
+    void OnClose() override;
+
+    void AddInformation();
+    void AddStreams();
+    void AddNetwork();
+    void AddLink();
+    std::shared_ptr<RemoteDevice> Remote() const;  // null before it is asked for
 
     const std::shared_ptr<Camera> camera_;
     const GenTL::DEVICE_ACCESS_FLAGS access_;
     const Handle client_;
     Claim claim_;
+    Claim eventSubscription_;
     ClaimedIds openedStreams_;
-    std::mutex remoteMutex_;
-    Handle remote_ = nullptr;  // guarded by remoteMutex_
+    uint32_t selectedStream_ = 0;  // used by registers only
+    mutable std::mutex remoteMutex_;
+    std::shared_ptr<RemoteDevice> remote_;  // guarded by remoteMutex_; open when it is there
 };
 
 }  // namespace ZelSim

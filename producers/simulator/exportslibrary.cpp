@@ -15,6 +15,7 @@ using ZelSim::Function;
 using ZelSim::LastError;
 using ZelSim::Library;
 using ZelSim::Module;
+using ZelSim::PortUrl;
 using ZelSim::Require;
 
 namespace GenTL {
@@ -105,27 +106,34 @@ GC_ERROR GCGetPortInfo(PORT_HANDLE hPort, PORT_INFO_CMD iInfoCmd, INFO_DATATYPE*
     return Call(Function::GCGetPortInfo, answer, [&] { Find<Module>(hPort)->GetPortInfo(answer); });
 }
 
+// The texts of all URLs, one after the other; a zero more ends the list.
 GC_ERROR GCGetPortURL(PORT_HANDLE hPort, char* sURL, size_t* piSize) {
-    return Call(Function::GCGetPortURL, Answer(sURL, piSize), [&] {
-        Find<Module>(hPort);
-        throw Error(GC_ERR_NOT_AVAILABLE, "the module has no description");
+    Answer answer(sURL, piSize);
+    return Call(Function::GCGetPortURL, answer, [&] {
+        std::string list;
+        for (const PortUrl& url : Find<Module>(hPort)->Urls())
+            list += url.Text() + '\0';
+        if (list.empty()) throw Error(GC_ERR_NOT_AVAILABLE, "the module has no description");
+        answer.String(list);
     });
 }
 
 GC_ERROR GCGetNumPortURLs(PORT_HANDLE hPort, uint32_t* piNumURLs) {
     Answer answer = Answer::Fixed(piNumURLs);
-    return Call(Function::GCGetNumPortURLs, answer, [&] {
-        Find<Module>(hPort);
-        answer.Set(uint32_t{0});
-    });
+    return Call(Function::GCGetNumPortURLs, answer,
+                [&] { answer.Set(static_cast<uint32_t>(Find<Module>(hPort)->Urls().size())); });
 }
 
 GC_ERROR GCGetPortURLInfo(PORT_HANDLE hPort, uint32_t iURLIndex, URL_INFO_CMD iInfoCmd,
                           INFO_DATATYPE* piType, void* pBuffer, size_t* piSize) {
     const Answer answer(iInfoCmd, piType, pBuffer, piSize);
     return Call(Function::GCGetPortURLInfo, answer, [&] {
-        Find<Module>(hPort);
-        throw Error(GC_ERR_INVALID_INDEX, "no description " + std::to_string(iURLIndex));
+        const auto module = Find<Module>(hPort);
+        const std::vector<PortUrl> urls = module->Urls();
+        if (iURLIndex >= urls.size()) {
+            throw Error(GC_ERR_INVALID_INDEX, "no description " + std::to_string(iURLIndex));
+        }
+        urls[iURLIndex].GetInfo(answer);
     });
 }
 

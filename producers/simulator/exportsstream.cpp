@@ -1,5 +1,8 @@
 // The exported functions of data streams and buffers.
 
+#include <algorithm>
+#include <vector>
+
 #include "producers/simulator/call.h"
 #include "producers/simulator/stream.h"
 
@@ -178,11 +181,20 @@ GC_ERROR DSGetBufferInfoStacked(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer,
 }
 
 GC_ERROR DSGetBufferChunkData(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer,
-                              SINGLE_CHUNK_DATA* /*pChunkData*/, size_t* piNumChunks) {
+                              SINGLE_CHUNK_DATA* pChunkData, size_t* piNumChunks) {
     return Call(Function::DSGetBufferChunkData, {}, [&] {
-        FindBuffer(hDataStream, hBuffer);
+        const auto buffer = FindBuffer(hDataStream, hBuffer);
         Require(piNumChunks);
-        throw Error(GC_ERR_NO_DATA, "the payload has no chunks");
+        const std::vector<ZelSim::ChunkPlace> chunks = buffer->Chunks();
+        const size_t capacity = *piNumChunks;
+        *piNumChunks = chunks.size();
+        if (pChunkData == nullptr) return;
+        if (capacity < chunks.size()) {
+            throw Error(GC_ERR_BUFFER_TOO_SMALL, "the frame has more chunks");
+        }
+        std::transform(chunks.begin(), chunks.end(), pChunkData, [](const auto& chunk) {
+            return SINGLE_CHUNK_DATA{chunk.id, static_cast<ptrdiff_t>(chunk.offset), chunk.size};
+        });
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 
 namespace ZelSim {
 
@@ -17,23 +18,46 @@ bool IsEvery(uint32_t n, uint64_t id) {
     return n != 0 && (id + 1) % n == 0;
 }
 
+uint64_t FramesOfOneStart(const FrameSettings& settings) {
+    switch (settings.acquisitionMode) {
+        case AcquisitionMode::SingleFrame:
+            return 1;
+        case AcquisitionMode::MultiFrame:
+            return settings.acquisitionFrameCount;
+        default:
+            return std::numeric_limits<uint64_t>::max();
+    }
+}
+
+ChunkValues ChunkValuesOf(const FrameSettings& settings) {
+    ChunkValues values;
+    values.width = settings.width;
+    values.height = settings.height;
+    values.pixelFormat = settings.pixelFormat->value;
+    values.exposureTime = settings.exposureTime / 10.0;
+    values.gain = settings.gain[static_cast<size_t>(Channel::All)] / 10.0;
+    return values;
+}
+
 }  // namespace
 
 void Generator::Start(uint64_t numFrames) {
     Stop(BufferPool::Halt::Now);  // joins a thread that has ended by itself
-    const CameraConfig& config = camera_->Config();
-    if (!config.noFill) picture_ = camera_->Picture();
-    if (config.frameRate > 0) {
-        const Seconds transfer = std::min(Seconds(0.5 / config.frameRate), kLongestTransfer);
-        transfer_ = std::chrono::duration_cast<Clock::duration>(transfer);
-    }
     pool_->SetHalt(BufferPool::Halt::No);
-    start_ = Clock::now();
+    listener_ = camera_->Control().AddListener(
+        [pool = pool_](const FrameSettings&, const FrameSettings&) { pool->Wake(); });
+    locked_ = camera_->Control().LockForStream();
+    id_ = 0;
+    acquires_ = false;
+    triggers_ = camera_->Control().State().triggers;
+    Restart();
     grabbing_ = true;
     try {
         thread_ = std::thread(&Generator::Run, this, numFrames);
     } catch (...) {
         grabbing_ = false;
+        listener_.reset();
+        locked_.reset();
         throw;
     }
 }
@@ -43,68 +67,168 @@ void Generator::Stop(BufferPool::Halt halt) {
     pool_->SetHalt(halt);
     thread_.join();
     thread_ = std::thread();
+    listener_.reset();
+    locked_.reset();
 }
 
-// The point in time at which a frame is delivered.
-Generator::Clock::time_point Generator::EndOf(uint64_t id) const {
-    const Seconds since(static_cast<double>(id) / camera_->Config().frameRate);
-    return start_ + transfer_ + std::chrono::duration_cast<Clock::duration>(since);
+// The acquisition begins, or begins again: its next frame comes at once.
+void Generator::Restart() {
+    settings_ = camera_->Settings();
+    starts_ = camera_->Control().State().starts;
+    numLeft_ = FramesOfOneStart(*settings_);
+    base_ = Clock::now();
+    baseId_ = id_;
+    frameRate_ = 0;
 }
 
-bool Generator::IsLost(uint64_t id) const {
-    return IsEvery(camera_->Config().dropEvery, id);
+Generator::Clock::time_point Generator::StartOf(uint64_t id) const {
+    if (frameRate_ <= 0) return base_;
+    const Seconds since(static_cast<double>(id - baseId_) / frameRate_);
+    return base_ + std::chrono::duration_cast<Clock::duration>(since);
+}
+
+// Frames come at another rate from the next one on.
+void Generator::FollowRate() {
+    const double rate = settings_->IsPaced() ? settings_->frameRate : 0;
+    if (rate == frameRate_) return;
+    base_ = StartOf(id_);
+    baseId_ = id_;
+    frameRate_ = rate;
+    const Seconds transfer =
+        rate > 0 ? std::min(Seconds(0.5 / rate), kLongestTransfer) : Seconds(0);
+    transfer_ = std::chrono::duration_cast<Clock::duration>(transfer);
+}
+
+bool Generator::IsLost() const {
+    return IsEvery(camera_->Config().dropEvery, id_);
 }
 
 void Generator::Run(uint64_t numFrames) {
-    const bool paced = camera_->Config().frameRate > 0;
-    for (uint64_t id = 0, acquired = 0; acquired < numFrames; ++id) {
-        if (paced) pool_->WaitUntil(EndOf(id) - transfer_, BufferPool::Halt::AfterFrame);
-        if (pool_->IsHalted() || !camera_->IsPlugged()) break;
-        if (!IsLost(id) && Acquire(id)) ++acquired;
+    for (uint64_t acquired = 0; acquired < numFrames && AwaitTurn(); ++id_) {
+        --numLeft_;
+        if (!IsLost() && Acquire()) ++acquired;
     }
+    ReportAcquisition(false);
     grabbing_ = false;
 }
 
-bool Generator::Acquire(uint64_t id) {
-    const bool paced = camera_->Config().frameRate > 0;
+// Whether the camera wants a frame; takes the trigger or the start that says so.
+bool Generator::IsDue() {
+    const CameraControl::Acquisition state = camera_->Control().State();
+    if (!state.enabled) return false;
+    if (state.starts != starts_) Restart();
+    if (numLeft_ == 0) return false;
+    settings_ = camera_->Settings();
+    if (!settings_->IsPaced() && !pool_->HasInput()) return false;
+    if (!settings_->triggerMode) {
+        triggers_ = state.triggers;
+        return true;
+    }
+    if (triggers_ == state.triggers) return false;
+    ++triggers_;
+    return true;
+}
+
+// Whether the camera is between the start and the end of an acquisition.
+bool Generator::IsAcquiring() const {
+    return numLeft_ != 0 && camera_->Control().State().enabled;
+}
+
+void Generator::ReportAcquisition(bool acquires) {
+    if (acquires == acquires_) return;
+    acquires_ = acquires;
+    Report(acquires ? EventKind::AcquisitionStart : EventKind::AcquisitionEnd);
+}
+
+void Generator::Report(EventKind kind, std::optional<uint64_t> frameId) {
+    camera_->Events().Send(kind, camera_->Ticks(camera_->Nanoseconds()), frameId);
+}
+
+// Waits until a frame is due, and reports on the way when the acquisition begins or ends.
+bool Generator::AwaitDue() {
+    bool due = false;
+    while (!due) {
+        const auto hasNews = [&] {
+            due = IsDue();
+            return due || IsAcquiring() != acquires_;
+        };
+        if (!pool_->WaitFor(hasNews)) return false;
+        ReportAcquisition(due || IsAcquiring());
+    }
+    return true;
+}
+
+// Waits for the start of the next frame; false when the acquisition has ended.
+bool Generator::AwaitTurn() {
+    if (!AwaitDue()) return false;
+    FollowRate();
+    const bool triggered = settings_->triggerMode;
+    if (triggered || wasTriggered_) {
+        base_ = Clock::now();
+        baseId_ = id_;
+    }
+    wasTriggered_ = triggered;
+    if (frameRate_ > 0 && !triggered) {
+        pool_->WaitUntil(StartOf(id_), BufferPool::Halt::AfterFrame);
+    }
+    return !pool_->IsHalted() && camera_->IsPlugged();
+}
+
+bool Generator::Acquire() {
+    const bool paced = frameRate_ > 0;
     Buffer* const buffer = pool_->Take(!paced);
     if (buffer == nullptr) return false;
-    if (paced && !pool_->WaitUntil(EndOf(id), BufferPool::Halt::Now)) {
+    Report(EventKind::FrameStart, id_);
+    if (paced && !pool_->WaitUntil(StartOf(id_) + transfer_, BufferPool::Halt::Now)) {
         pool_->PutBack(*buffer);
         return false;
     }
-    Fill(*buffer, id);
+    Report(EventKind::ExposureEnd, id_);
+    Fill(*buffer);
+    Report(EventKind::FrameEnd, id_);
     pool_->Deliver(*buffer);
     return true;
 }
 
-void Generator::Fill(Buffer& buffer, uint64_t id) {
+void Generator::Fill(Buffer& buffer) {
+    settings_ = camera_->Settings();  // they may have changed while the frame was under way
     FrameInfo frame;
-    frame.id = id;
+    frame.settings = settings_;
+    frame.id = id_;
     frame.timestampNs = camera_->Nanoseconds();
-    Draw(buffer, id, frame);
+    Draw(buffer, frame);
     buffer.SetFrame(frame);
 }
 
-void Generator::Draw(const Buffer& buffer, uint64_t id, FrameInfo& frame) {
+void Generator::Draw(const Buffer& buffer, FrameInfo& frame) {
     const CameraConfig& config = camera_->Config();
     const BufferMemory& memory = buffer.Memory();
-    const auto payload = static_cast<size_t>(config.PayloadSize());
-    const auto pitch = static_cast<size_t>(config.LinePitch());
+    const auto payload = static_cast<size_t>(settings_->PayloadSize());
+    const auto pitch = static_cast<size_t>(settings_->LinePitch());
     frame.tooLarge = payload > memory.size;
-    const size_t offset = std::min<size_t>(memory.size, config.imageOffset);
+    const size_t offset = std::min<size_t>(memory.size, settings_->imageOffset);
     const size_t room = memory.size - offset;
-    size_t numLines = std::min<size_t>(config.height, room / pitch);
-    const bool torn = IsEvery(config.incompleteEvery, id);
-    if (torn) numLines = std::min<size_t>(numLines, config.height / 2);
+    size_t numLines = std::min<size_t>(settings_->height, room / pitch);
+    const bool torn = IsEvery(config.incompleteEvery, id_);
+    if (torn) numLines = std::min<size_t>(numLines, settings_->height / 2);
     frame.incomplete = torn || frame.tooLarge;
     frame.deliveredHeight = numLines;
     frame.sizeFilled = frame.incomplete ? offset + numLines * pitch : payload;
-    if (picture_ != nullptr) {
-        picture_->Draw(id, memory.base + offset, numLines);
-    } else if (memory.size >= sizeof(id)) {
-        std::memcpy(memory.base, &id, sizeof(id));
+    if (!frame.incomplete) AppendChunks(memory.base, frame);
+    if (!config.noFill) {
+        camera_->Picture(*settings_)->Draw(id_, memory.base + offset, numLines);
+    } else if (memory.size >= sizeof(id_)) {
+        std::memcpy(memory.base, &id_, sizeof(id_));
     }
+}
+
+void Generator::AppendChunks(uint8_t* payload, FrameInfo& frame) const {
+    frame.chunks = settings_->SentChunks();
+    ChunkValues values = ChunkValuesOf(*settings_);
+    values.frameId = frame.id;
+    values.timestamp = camera_->Ticks(frame.timestampNs);
+    WriteChunks(payload, frame.chunks, settings_->ImageSize(), values, camera_->WireOrder(),
+                camera_->Registers()->Order());
 }
 
 }  // namespace ZelSim

@@ -6,7 +6,20 @@
 
 namespace ZelSim {
 
-HostInterface::HostInterface(const InterfaceConfig& config) : config_(config) {
+namespace {
+
+constexpr uint32_t kMask = 0xFFFFFF00;
+
+// The adapter is the first host of the network 192.168.10.0, 192.168.11.0 and so on.
+IpSettings AdapterIp(uint32_t number) {
+    constexpr uint32_t first = 0xC0A80A01;
+    return {first + (number % 200 << 8), kMask, 0};
+}
+
+}  // namespace
+
+HostInterface::HostInterface(const InterfaceConfig& config, uint32_t number)
+    : config_(config), ip_(AdapterIp(number)) {
     for (const CameraConfig& camera : config.cameras)
         Plug(camera);
 }
@@ -18,7 +31,18 @@ std::vector<std::shared_ptr<Camera>> HostInterface::Cameras() const {
 
 void HostInterface::Plug(CameraConfig camera) {
     const std::lock_guard lock(mutex_);
+    CompleteIp(camera.ip);
+    ++numPlugged_;
     cameras_.push_back(std::make_shared<Camera>(std::move(camera), config_.type));
+}
+
+void HostInterface::CompleteIp(IpSettings& camera) {
+    constexpr uint32_t firstHost = 100;
+    constexpr uint32_t numHosts = 150;
+    if (camera.address == 0) {
+        camera.address = (ip_.address & kMask) + firstHost + numPlugged_ % numHosts;
+    }
+    if (camera.mask == 0) camera.mask = kMask;
 }
 
 std::shared_ptr<Camera> HostInterface::Unplug(const std::string& cameraId) {

@@ -10,6 +10,7 @@
 #include "producers/simulator/answer.h"
 #include "producers/simulator/camera.h"
 #include "producers/simulator/config.h"
+#include "producers/simulator/network.h"
 
 namespace ZelSim {
 
@@ -17,10 +18,12 @@ namespace ZelSim {
 // are plugged in at the moment. Thread-safe.
 class HostInterface {
   public:
-    explicit HostInterface(const InterfaceConfig& config);
+    // `number` tells the networks of the interfaces apart.
+    HostInterface(const InterfaceConfig& config, uint32_t number);
 
     const std::string& Id() const { return config_.id; }
     const InterfaceConfig& Config() const { return config_; }
+    const IpSettings& Ip() const { return ip_; }  // of the adapter
 
     std::vector<std::shared_ptr<Camera>> Cameras() const;
     void Plug(CameraConfig camera);
@@ -29,8 +32,12 @@ class HostInterface {
     void GetInfo(Answer answer) const;  // interface info commands
 
   private:
+    void CompleteIp(IpSettings& camera);
+
     const InterfaceConfig config_;  // its cameras are those of the beginning
+    const IpSettings ip_;
     mutable std::mutex mutex_;
+    uint32_t numPlugged_ = 0;                       // guarded by mutex_; so far
     std::vector<std::shared_ptr<Camera>> cameras_;  // guarded by mutex_
 };
 

@@ -8,6 +8,7 @@
 #include "producers/simulator/claim.h"
 #include "producers/simulator/hostinterface.h"
 #include "producers/simulator/module.h"
+#include "producers/simulator/selector.h"
 #include "producers/simulator/snapshot.h"
 
 namespace ZelSim {
@@ -28,12 +29,19 @@ class Interface final : public Module {
                              GenTL::DEVICE_ACCESS_FLAGS access);
 
   private:
+    std::unique_ptr<const Description> MakeDescription() const override;
     void OnClose() override { claim_.reset(); }
+
+    void AddInformation();
+    void AddEnumeration();
+    void AddNetwork();
 
     const std::shared_ptr<HostInterface> host_;
     const Handle client_;  // the system module
     Claim claim_;
     Snapshot<Camera> cameras_;
+    Selector<Camera> selected_{cameras_};
+    IpSettings forced_;  // what the next command forces; used by registers only
 };
 
 }  // namespace ZelSim

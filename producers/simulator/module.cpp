@@ -54,14 +54,39 @@ void Module::GetPortInfo(Answer answer) const {
     }
 }
 
+const Description* Module::GetDescription() const {
+    std::call_once(descriptionOnce_, [this] { description_ = MakeDescription(); });
+    return description_.get();
+}
+
+const Description* Module::DescriptionAt(uint64_t address, size_t size) const {
+    if (address < Description::kAddress) return nullptr;
+    const Description* const description = GetDescription();
+    return description != nullptr && description->Contains(address, size) ? description : nullptr;
+}
+
+std::vector<PortUrl> Module::Urls() const {
+    const Description* const description = GetDescription();
+    if (description == nullptr) return {};
+    return {PortUrl(*description)};
+}
+
 void Module::ReadPort(uint64_t address, void* buffer, size_t size) const {
+    numReads_.fetch_add(1, std::memory_order_relaxed);
     CheckConnected();
+    if (const Description* const description = DescriptionAt(address, size)) {
+        return description->Read(address, buffer, size);
+    }
     registers_->Read(address, buffer, size);
 }
 
 void Module::WritePort(uint64_t address, const void* buffer, size_t size) {
+    numWrites_.fetch_add(1, std::memory_order_relaxed);
     CheckConnected();
     if (!MayWrite()) throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the device is open read-only");
+    if (DescriptionAt(address, size) != nullptr) {
+        throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the description is read-only");
+    }
     registers_->Write(address, buffer, size);
 }
 

@@ -2,17 +2,21 @@
 #ifndef ZELSIM_MODULE_H
 #define ZELSIM_MODULE_H
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "gentl/GenTL.h"
 #include "producers/simulator/answer.h"
+#include "producers/simulator/description.h"
 #include "producers/simulator/event.h"
 #include "producers/simulator/object.h"
+#include "producers/simulator/porturl.h"
 #include "producers/simulator/registerspace.h"
 
 namespace ZelSim {
@@ -47,8 +51,18 @@ class Module : public Object {
     void CheckConnected() const;
 
     void GetPortInfo(Answer answer) const;
+
+    // Where the description of the registers is, the first choice first; empty when there is none.
+    virtual std::vector<PortUrl> Urls() const;
+
+    // Throw GC_ERR_ACCESS_DENIED when the module may not be written, or the registers may not be
+    // accessed in this way, and GC_ERR_INVALID_ADDRESS when there are none.
     void ReadPort(uint64_t address, void* buffer, size_t size) const;
     void WritePort(uint64_t address, const void* buffer, size_t size);
+
+    // Accesses so far, those that failed included.
+    uint64_t NumReads() const { return numReads_.load(std::memory_order_relaxed); }
+    uint64_t NumWrites() const { return numWrites_.load(std::memory_order_relaxed); }
 
     // Throws GC_ERR_RESOURCE_IN_USE when the type is registered, GC_ERR_NOT_IMPLEMENTED when the
     // module has no such event.
@@ -70,15 +84,26 @@ class Module : public Object {
 
     // Registers of a module that exists only on this side.
     static std::shared_ptr<RegisterSpace> OwnRegisters();
+    RegisterSpace& Registers() { return *registers_; }
 
     virtual bool MayWrite() const { return true; }
+
+    // Called once, when the description is first asked for; null when there is none.
+    virtual std::unique_ptr<const Description> MakeDescription() const { return nullptr; }
 
     // A new registration; null when the module has no such event.
     virtual std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type);
 
   private:
+    const Description* GetDescription() const;
+    const Description* DescriptionAt(uint64_t address, size_t size) const;  // null: registers
+
     const PortIdentity port_;
     const std::shared_ptr<RegisterSpace> registers_;
+    mutable std::once_flag descriptionOnce_;
+    mutable std::unique_ptr<const Description> description_;  // set under descriptionOnce_
+    mutable std::atomic<uint64_t> numReads_{0};
+    std::atomic<uint64_t> numWrites_{0};
     std::mutex eventsMutex_;
     std::map<GenTL::EVENT_TYPE, std::shared_ptr<Event>> events_;  // guarded by eventsMutex_
 };

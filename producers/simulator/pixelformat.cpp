@@ -75,11 +75,27 @@ bool PixelFormat::AcceptsWidth(size_t width) const {
     return width * BitsPerPixel() % 8 == 0 && (!pairs || width % 2 == 0);
 }
 
-const PixelFormat* FindPixelFormat(std::string_view name) {
+namespace {
+
+template <typename Matches>
+const PixelFormat* FindFormat(Matches&& matches) {
     const auto* const end = std::end(kFormats);
-    const auto* const found = std::find_if(std::begin(kFormats), end,
-                                           [&](const PixelFormat& f) { return name == f.name; });
+    const auto* const found = std::find_if(std::begin(kFormats), end, matches);
     return found == end ? nullptr : found;
+}
+
+}  // namespace
+
+const PixelFormat* FindPixelFormat(std::string_view name) {
+    return FindFormat([=](const PixelFormat& format) { return name == format.name; });
+}
+
+const PixelFormat* FindPixelFormat(uint32_t value) {
+    return FindFormat([=](const PixelFormat& format) { return value == format.value; });
+}
+
+std::vector<PixelFormat> AllPixelFormats() {
+    return {std::begin(kFormats), std::end(kFormats)};
 }
 
 }  // namespace ZelSim

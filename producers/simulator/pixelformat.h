@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 namespace ZelSim {
 
@@ -38,8 +39,11 @@ struct PixelFormat {
     size_t LineBytes(size_t width) const { return width * BitsPerPixel() / 8; }
 };
 
-// The format with this PFNC name; null when there is none.
+// The format with this PFNC name, or value; null when there is none.
 const PixelFormat* FindPixelFormat(std::string_view name);
+const PixelFormat* FindPixelFormat(uint32_t value);
+
+std::vector<PixelFormat> AllPixelFormats();
 
 }  // namespace ZelSim
 

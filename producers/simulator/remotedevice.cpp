@@ -17,4 +17,16 @@ RemoteDevice::RemoteDevice(std::shared_ptr<Camera> camera, bool mayWrite)
       camera_(std::move(camera)),
       mayWrite_(mayWrite) {}
 
+std::vector<PortUrl> RemoteDevice::Urls() const {
+    const CameraConfig& config = camera_->Config();
+    std::vector<PortUrl> urls = Module::Urls();
+    if (!config.descriptionFile.empty()) {
+        urls.insert(urls.begin(), PortUrl::OfFile(config.descriptionFile));
+    }
+    if (!config.descriptionUrl.empty()) {
+        urls.insert(urls.begin(), PortUrl(config.descriptionUrl));
+    }
+    return urls;
+}
+
 }  // namespace ZelSim

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "producers/simulator/camera.h"
+#include "producers/simulator/cameradescription.h"
 #include "producers/simulator/module.h"
 
 namespace ZelSim {
@@ -19,10 +20,15 @@ class RemoteDevice final : public Module {
     RemoteDevice(std::shared_ptr<Camera> camera, bool mayWrite);
 
     const Camera* GetCamera() const override { return camera_.get(); }
+    std::vector<PortUrl> Urls() const override;
 
   private:
     bool MayWrite() const override { return mayWrite_; }
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE) override { return nullptr; }
+
+    std::unique_ptr<const Description> MakeDescription() const override {
+        return MakeCameraDescription(*camera_);
+    }
 
     const std::shared_ptr<Camera> camera_;
     const bool mayWrite_;

@@ -7,13 +7,17 @@
 
 #include "producers/simulator/error.h"
 #include "producers/simulator/library.h"
+#include "producers/simulator/localregisters.h"
 #include "producers/simulator/newbufferevent.h"
+#include "producers/simulator/placeholders.h"
+#include "producers/simulator/transporttype.h"
 
 namespace ZelSim {
 
 namespace {
 
 constexpr size_t kCacheLine = 64;
+constexpr uint64_t kNewestOnly = 1;  // the last of the buffer handling modes
 
 PortIdentity IdentityOf(const Camera& camera, const std::string& id) {
     const CameraConfig& config = camera.Config();
@@ -28,7 +32,39 @@ Stream::Stream(std::shared_ptr<Camera> camera, const std::string& id, Claim clai
     : Module(Kind::Stream, IdentityOf(*camera, id), OwnRegisters()),
       camera_(std::move(camera)),
       claim_(std::move(claim)),
-      generator_(camera_, pool_) {}
+      generator_(camera_, pool_) {
+    AddRegisters();
+}
+
+// They stand in descriptions/stream.xml as well.
+void Stream::AddRegisters() {
+    AddInfos(Registers(),
+             {{0x2000, kTextSize, GenTL::STREAM_INFO_ID},
+              {0x3000, 8, GenTL::STREAM_INFO_NUM_DELIVERED},
+              {0x3008, 8, GenTL::STREAM_INFO_NUM_UNDERRUN},
+              {0x3010, 8, GenTL::STREAM_INFO_NUM_STARTED},
+              {0x3018, 8, GenTL::STREAM_INFO_NUM_ANNOUNCED},
+              {0x3020, 8, GenTL::STREAM_INFO_NUM_QUEUED},
+              {0x3028, 8, GenTL::STREAM_INFO_NUM_AWAIT_DELIVERY},
+              {0x3030, 8, GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN},
+              {0x3038, 8, GenTL::STREAM_INFO_BUF_ALIGNMENT},
+              {0x3040, 8, GenTL::STREAM_INFO_NUM_CHUNKS_MAX},
+              {0x3048, 8, GenTL::STREAM_INFO_PAYLOAD_SIZE},
+              {0x3050, 4, GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE},
+              {0x3054, 4, GenTL::STREAM_INFO_IS_GRABBING}},
+             [this](Answer answer) { GetInfo(answer); });
+    AddNumber(Registers(), 0x2100, 4, [this] { return TransportTypeNumber(camera_->TlType()); });
+    Registers().Add(RegisterSpace::Integer{
+        0x3058, 4, Access::ReadWrite, nullptr, [this](uint64_t mode) { CheckBufferHandling(mode); },
+        [this](uint64_t mode) { pool_->SetNewestOnly(mode == kNewestOnly); }});
+}
+
+void Stream::CheckBufferHandling(uint64_t mode) const {
+    if (mode > kNewestOnly) throw Error(GenTL::GC_ERR_INVALID_VALUE, "no such mode");
+    if (generator_.IsGrabbing()) {
+        throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the acquisition runs");
+    }
+}
 
 void Stream::GetInfo(Answer answer) const {
     if (AnswerCount(answer)) return;
@@ -46,7 +82,7 @@ void Stream::GetInfo(Answer answer) const {
         case GenTL::STREAM_INFO_TLTYPE:
             return answer.String(camera_->TlType());
         case GenTL::STREAM_INFO_NUM_CHUNKS_MAX:
-            return answer.Size(0);
+            return answer.Size(kNumChunkKinds);
         case GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN:
             return answer.Size(config.bufAnnounceMin);
         case GenTL::STREAM_INFO_BUF_ALIGNMENT:
@@ -166,6 +202,11 @@ void Stream::OnClosing() {
     const std::lock_guard lock(generatorMutex_);
     closed_ = true;
     generator_.Stop(BufferPool::Halt::Now);
+}
+
+std::unique_ptr<const Description> Stream::MakeDescription() const {
+    return std::make_unique<Description>("ZelSim_Stream", Placeholders().FillIn("stream.xml"),
+                                         Description::Form::Xml);
 }
 
 }  // namespace ZelSim

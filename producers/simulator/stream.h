@@ -47,9 +47,12 @@ class Stream final : public Module {
     static Handle Announce(const std::shared_ptr<Stream>& stream, BufferMemory memory);
 
     bool AnswerCount(Answer answer) const;
-    size_t PayloadSize() const { return static_cast<size_t>(camera_->Config().PayloadSize()); }
+    size_t PayloadSize() const { return static_cast<size_t>(camera_->Settings()->PayloadSize()); }
 
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
+    std::unique_ptr<const Description> MakeDescription() const override;
+    void AddRegisters();
+    void CheckBufferHandling(uint64_t mode) const;
     void OnClosing() override;
     void OnClose() override { claim_.reset(); }
 

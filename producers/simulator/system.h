@@ -7,6 +7,7 @@
 #include "producers/simulator/claim.h"
 #include "producers/simulator/hostinterface.h"
 #include "producers/simulator/module.h"
+#include "producers/simulator/selector.h"
 #include "producers/simulator/snapshot.h"
 #include "producers/simulator/world.h"
 
@@ -25,8 +26,13 @@ class System final : public Module {
     static Handle OpenInterface(const std::shared_ptr<System>& system, const char* id);
 
   private:
+    std::unique_ptr<const Description> MakeDescription() const override;
+    void AddInformation();
+    void AddEnumeration();
+
     const std::shared_ptr<World> world_;
     Snapshot<HostInterface> interfaces_;
+    Selector<HostInterface> selected_{interfaces_};
     ClaimedIds opened_;
 };
 

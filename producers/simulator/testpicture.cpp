@@ -39,12 +39,13 @@ Rgb Grey(size_t level) {
     return {value, value, value};
 }
 
-Rgb ColourAt(const CameraConfig& camera, size_t x, size_t y) {
+// The pattern at a place of the sensor, in pixels after binning.
+Rgb ColourAt(const FrameSettings& settings, size_t x, size_t y) {
     constexpr Rgb bars[] = {{255, 255, 255}, {255, 255, 0}, {0, 255, 255}, {0, 255, 0},
                             {255, 0, 255},   {255, 0, 0},   {0, 0, 255},   {0, 0, 0}};
-    switch (camera.pattern) {
+    switch (settings.pattern) {
         case Pattern::GradientHorizontal:
-            return Grey(x * 255 / std::max<size_t>(camera.width - 1, 1));
+            return Grey(x * 255 / std::max<size_t>(settings.WidthMax() - 1, 1));
         case Pattern::GradientDiagonal:
             return Grey((x + y) % kPeriod);
         case Pattern::Black:
@@ -52,31 +53,42 @@ Rgb ColourAt(const CameraConfig& camera, size_t x, size_t y) {
         case Pattern::White:
             return Grey(255);
         default:
-            return bars[x * std::size(bars) / camera.width];
+            return bars[x * std::size(bars) / settings.WidthMax()];
     }
 }
 
 }  // namespace
 
-TestPicture::TestPicture(const CameraConfig& camera)
-    : format_(*camera.pixelFormat),
-      width_(camera.width),
-      height_(camera.height),
-      pitch_(static_cast<size_t>(camera.LinePitch())),
+TestPicture::TestPicture(const FrameSettings& settings)
+    : settings_(settings),
+      brightness_(settings),
+      format_(*settings.pixelFormat),
+      width_(settings.width),
+      height_(settings.height),
+      pitch_(static_cast<size_t>(settings.LinePitch())),
       moves_(width_ >= kCellWidth && height_ >= kMarkerTop + kMarkerHeight) {
-    RenderStatic(camera);
+    RenderStatic();
     if (moves_) RenderParts();
+}
+
+// One line of the region that the camera sends.
+std::vector<Rgb> TestPicture::PatternLine(size_t y) const {
+    std::vector<Rgb> line(width_);
+    for (size_t x = 0; x < width_; ++x) {
+        const size_t place = settings_.offsetX + x;
+        const size_t column = settings_.reverseX ? settings_.WidthMax() - 1 - place : place;
+        line[x] = brightness_.Apply(ColourAt(settings_, column, settings_.offsetY + y));
+    }
+    return line;
 }
 
 // Most lines are like the one two rows above, which has the same place in a mosaic: they are
 // copied.
-void TestPicture::RenderStatic(const CameraConfig& camera) {
+void TestPicture::RenderStatic() {
     static_.assign(pitch_ * height_, 0);
     std::array<std::vector<Rgb>, 2> above;
-    std::vector<Rgb> line(width_);
     for (size_t y = 0; y < height_; ++y) {
-        for (size_t x = 0; x < width_; ++x)
-            line[x] = ColourAt(camera, x, y);
+        std::vector<Rgb> line = PatternLine(y);
         const bool black = moves_ && y >= kMarkerTop && y < kMarkerTop + kMarkerHeight;
         if (black) std::fill(line.begin(), line.end(), Grey(0));
         uint8_t* const out = static_.data() + y * pitch_;
@@ -108,7 +120,7 @@ void TestPicture::RenderParts() {
     marker_ = EncodeGrey(std::vector<uint8_t>(kStep, 255));
     std::vector<uint8_t> levels(width_ + kPeriod);
     for (size_t x = 0; x < levels.size(); ++x)
-        levels[x] = static_cast<uint8_t>(x % kPeriod);
+        levels[x] = brightness_.Apply(Grey(x % kPeriod)).g;
     gradient_ = EncodeGrey(levels);
 }
 

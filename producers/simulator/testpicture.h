@@ -7,7 +7,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "producers/simulator/config.h"
+#include "producers/simulator/brightness.h"
+#include "producers/simulator/framesettings.h"
 #include "producers/simulator/lineencoder.h"
 
 namespace ZelSim {
@@ -25,7 +26,10 @@ namespace ZelSim {
 // pixels are whole bytes in every format, so that moving parts need no shifting of bits.
 class TestPicture {
   public:
-    explicit TestPicture(const CameraConfig& camera);
+    explicit TestPicture(const FrameSettings& settings);
+
+    // Whether it is the picture of frames with these settings.
+    bool IsOf(const FrameSettings& settings) const { return settings_.ShowsSameAs(settings); }
 
     // Draws the first lines of a frame, each with its padding.
     void Draw(uint64_t frame, uint8_t* image, size_t numLines) const;
@@ -33,13 +37,16 @@ class TestPicture {
   private:
     static constexpr size_t kNumDigits = 10;
 
-    void RenderStatic(const CameraConfig& camera);
+    void RenderStatic();
+    std::vector<Rgb> PatternLine(size_t y) const;
     void RenderParts();
     void DrawCounter(uint64_t frame, uint8_t* image, size_t numLines) const;
     void DrawMarker(uint64_t frame, uint8_t* image, size_t numLines) const;
     void DrawGradient(uint64_t frame, uint8_t* image, size_t numLines) const;
     std::vector<uint8_t> EncodeGrey(const std::vector<uint8_t>& levels) const;
 
+    const FrameSettings settings_;
+    const Brightness brightness_;
     const PixelFormat& format_;
     const size_t width_;
     const size_t height_;

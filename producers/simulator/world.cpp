@@ -6,7 +6,8 @@ namespace ZelSim {
 
 World::World(const WorldConfig& config) {
     for (const InterfaceConfig& interface : config.interfaces) {
-        interfaces_.push_back(std::make_shared<HostInterface>(interface));
+        const auto number = static_cast<uint32_t>(interfaces_.size());
+        interfaces_.push_back(std::make_shared<HostInterface>(interface, number));
     }
 }
 

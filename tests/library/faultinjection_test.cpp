@@ -6,7 +6,7 @@
 #include <system_error>
 #include <thread>
 
-#include "tests/library/fixture.h"
+#include "tests/library/moduledescription.h"
 
 namespace {
 
@@ -42,6 +42,7 @@ bool IsClosing(const std::string& function) {
 }
 
 void FaultInjection::RunSession() {
+    producer.SetDescription(Description::Xml());
     const Holder<ZelCam::System> system(ZelCam_GetSystem());
     if (system == nullptr) return;
     system->GetDisplayName();
@@ -77,6 +78,8 @@ void FaultInjection::UseInterface(ZelCam::Interface& iface) {
     info->GetAccessStatus();
     iface.GetDeviceInfoById("unlisted");
     ZelCamErr err = ZelCamErr_Success;
+    const char* const address = info->GetIPAddress(&err);
+    EXPECT_EQ(address == nullptr, err != ZelCamErr_Success);
     ZelCam::Device* const device = ZelCam_CreateDevice(info, ZelCam::DeviceAccess::Exclusive, &err);
     EXPECT_EQ(device == nullptr, err != ZelCamErr_Success);
     if (device == nullptr) return;
@@ -92,6 +95,13 @@ void FaultInjection::UseDevice(ZelCam::Device& device) {
     uint32_t value = 0;
     device.ReadMem(0, &value, sizeof value);
     device.WriteMem(0, &value, sizeof value, nullptr);
+    ZelCamErr err = ZelCamErr_Success;
+    ZelGenParam::Array* const parameters = device.GetCameraParameters(&err);
+    EXPECT_EQ(parameters == nullptr, err != ZelCamErr_Success);
+    const std::string file = testing::TempDir() + "faultinjection.xml";
+    if (device.SaveConfiguration(file.c_str()) == ZelCamErr_Success) {
+        device.LoadConfiguration(file.c_str());
+    }
     ZelCam::Stream* stream = device.GetStreamByIndex(0);
     if (stream == nullptr) return;
     UseStream(*stream);
@@ -105,6 +115,7 @@ void FaultInjection::UseDevice(ZelCam::Device& device) {
 void FaultInjection::UseStream(ZelCam::Stream& stream) {
     stream.RegisterEvent(3, Subscriber::Form1, &subscriber);
     stream.GetMinNumBuffers();
+    stream.GetParameters(nullptr);
     stream.AllocBufferQueue(nullptr, 2);
     uint64_t memory[16] = {};
     ZelCamErr err = ZelCamErr_Success;

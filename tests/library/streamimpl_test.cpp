@@ -5,7 +5,7 @@
 #include <functional>
 #include <thread>
 
-#include "tests/library/fixture.h"
+#include "tests/library/moduledescription.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -334,9 +334,38 @@ TEST_F(StreamTest, BufferSizeIsTheProducersWhenItDefinesIt) {
         EXPECT_EQ(stream->GetBufferSize(), 0U);
         producer.ClearRules();
     }
-    // Without parameters a camera-defined size is not known.
-    Answer("DSGetInfo", 9, Scripted::Gives(uint8_t{0}, GenTL::INFO_DATATYPE_BOOL8));
+}
+
+TEST_F(StreamTest, BufferSizeIsTheCamerasOtherwise) {
+    const auto size = [this](const std::string& xml, size_t alignment) {
+        producer.SetDescription(xml);
+        device->Release();
+        OpenDevice();
+        OpenStream();
+        Answer("DSGetInfo", 9, Scripted::Gives(uint8_t{0}, GenTL::INFO_DATATYPE_BOOL8));
+        Answer("DSGetInfo", 13, Scripted::Gives(alignment, GenTL::INFO_DATATYPE_SIZET));
+        return stream->GetBufferSize();
+    };
+    const std::string xml = Description::Xml();
+    EXPECT_EQ(size("no description", 64), 0U);
+    Description::Poke(producer, Description::PayloadSize, 1000);
+    EXPECT_EQ(size(xml, 64), 1024U);
+    EXPECT_EQ(size(xml, 1), 1000U);
+    EXPECT_EQ(size(xml, 0), 0U);
+    Fail("DSGetInfo", -1014, 13);
     EXPECT_EQ(stream->GetBufferSize(), 0U);
+
+    // Without a feature for it, from the image; bits over a byte do not count.
+    const std::string imageOnly = Description::Xml("SomethingElse");
+    Description::Poke(producer, Description::PixelFormat, 0x010C0047);
+    Description::Poke(producer, Description::Width, 100);
+    Description::Poke(producer, Description::Height, 10);
+    EXPECT_EQ(size(imageOnly, 64), 1500U);
+    Description::Poke(producer, Description::Width, 3);
+    Description::Poke(producer, Description::Height, 1);
+    EXPECT_EQ(size(imageOnly, 0), 4U);
+
+    EXPECT_EQ(size(test::document("<Category Name='Root'/>" + test::kPort), 64), 0U);
 }
 
 TEST_F(StreamTest, EndsInOrderWhetherGrabbingOrNot) {

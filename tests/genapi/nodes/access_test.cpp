@@ -1,6 +1,7 @@
 // Access modes: how they combine, when they are computed anew, and what an unverified write skips.
 #include <string>
 
+#include <GenApi/NodeCallback.h>
 #include <gmock/gmock.h>
 
 #include "tests/genapi/support/testmap.h"
@@ -191,6 +192,33 @@ TEST(AccessMode, TextsOfRefusal) {
     EXPECT_EQ(errorOf([&] { map.integer("Absent").GetInc(); }), refused("available."));
     EXPECT_EQ(errorOf([&] { map.floating("F").GetMin(); }), refused("available."));
     EXPECT_EQ(map.integer("Write").GetMin(), 0) << "write-only nodes have limits";
+}
+
+TEST(AccessMode, IsAskedOnceByAReadThatNamesItsOwnCall) {
+    TestMap map(
+        kConditions +
+        named("IntReg", "State", registerAt(0, 4) + element("Cachable", "NoCache") + kLittle) +
+        node("Integer", "Guarded", whenAvailable("State"), element("Value", 1)) +
+        node("Integer", "Set", "", element("Value", 1)));
+    const auto refusal = [&] {
+        try {
+            map.get("Guarded");
+        } catch (const GENICAM_NAMESPACE::AccessException& e) {
+            return std::string(e.what());
+        }
+        return std::string("nothing");
+    };
+    const auto named = testing::HasSubstr("in node 'Guarded' while calling 'Guarded.ToString()'");
+    EXPECT_THAT(refusal(), named);
+    EXPECT_EQ(map.port.takeTrace(), "R0 ");
+    std::string inside;
+    Register(
+        &map.node("Set"), [&](INode*) { inside = refusal(); }, cbPostInsideLock);
+    map.set("Set", "2");
+    EXPECT_THAT(inside, named);
+    map.port.memory[0] = 1;
+    EXPECT_EQ(map.get("Guarded"), "1");
+    EXPECT_EQ(map.port.takeTrace(), "R0 R0 ");
 }
 
 }  // namespace

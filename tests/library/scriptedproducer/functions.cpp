@@ -138,10 +138,10 @@ std::optional<Value> SystemInfo(int32_t command) {
                   command);
 }
 
-std::optional<Value> InterfaceInfo(const std::string& id, int32_t command) {
-    const Scripted::InterfaceSpec* const spec = world.FindInterface(id);
+std::optional<Value> InterfaceInfo(const Object& iface, int32_t command) {
+    const std::string& id = iface.id;
     return Lookup({{INTERFACE_INFO_DISPLAYNAME, TextValue("Interface " + id)},
-                   {INTERFACE_INFO_TLTYPE, TextValue(spec != nullptr ? spec->type : "Custom")},
+                   {INTERFACE_INFO_TLTYPE, TextValue(world.TypeOf(iface))},
                    {INTERFACE_INFO_CUSTOM_ID, TextValue("Version of " + id)}},
                   command);
 }
@@ -166,6 +166,18 @@ std::optional<Value> StreamInfo(const Object& stream, void* handle, int32_t comm
                    {STREAM_INFO_IS_GRABBING, BoolValue(stream.grabbing)},
                    {STREAM_INFO_DEFINES_PAYLOADSIZE, BoolValue(true)},
                    {STREAM_INFO_BUF_ANNOUNCE_MIN, SizeValue(2)}},
+                  command);
+}
+
+std::optional<Value> PortInfo(const Object& module, int32_t command) {
+    return Lookup({{PORT_INFO_ID, TextValue("Port of " + module.id)},
+                   {PORT_INFO_TLTYPE, TextValue(world.TypeOf(module))},
+                   {PORT_INFO_BIG_ENDIAN, BoolValue(false)},
+                   {PORT_INFO_ACCESS_READ, BoolValue(true)},
+                   {PORT_INFO_ACCESS_WRITE, BoolValue(true)},
+                   {PORT_INFO_ACCESS_NA, BoolValue(false)},
+                   {PORT_INFO_ACCESS_NI, BoolValue(false)},
+                   {PORT_INFO_PORTNAME, TextValue("Device")}},
                   command);
 }
 
@@ -243,16 +255,20 @@ GC_ERROR Announce(Call call, void* memory, size_t size, void* priv, BUFFER_HANDL
 
 // `copy` moves bytes between the caller and the registers.
 template <typename Copy>
-GC_ERROR AccessPort(const char* function, void* port, uint64_t address, size_t* size, Copy&& copy) {
-    const auto access = [&](Object&, const Reply& reply) -> GC_ERROR {
+GC_ERROR AccessPort(Call call, uint64_t address, size_t* size, Copy&& copy) {
+    call.number = address;
+    return OnModuleWithReply(call, Scripted::AnyModule, [&](Object&, Reply reply) -> GC_ERROR {
         std::vector<uint8_t>& registers = world.GetRegisters();
-        if (address > registers.size() || *size > registers.size() - address)
+        const bool inside = address <= registers.size() && *size <= registers.size() - address;
+        if (reply.bytes) {
+            reply.bytes->resize(*size);
+        } else if (!inside) {
             return GC_ERR_INVALID_ADDRESS;
-        copy(registers.data() + address, *size);
+        }
+        copy(reply.bytes ? reply.bytes->data() : registers.data() + address, *size);
         *size = reply.size.value_or(*size);
         return GC_ERR_SUCCESS;
-    };
-    return OnModuleWithReply(WithNumber(Record(function, port), address), Kind::Port, access);
+    });
 }
 
 }  // namespace
@@ -268,20 +284,39 @@ GC_ERROR GCCloseLib() {
 }
 
 GC_ERROR GCReadPort(PORT_HANDLE port, uint64_t address, void* buffer, size_t* size) {
-    return AccessPort(__func__, port, address, size,
+    return AccessPort(Record(__func__, port), address, size,
                       [=](const uint8_t* data, size_t n) { std::memcpy(buffer, data, n); });
 }
 
 GC_ERROR GCWritePort(PORT_HANDLE port, uint64_t address, const void* buffer, size_t* size) {
-    return AccessPort(__func__, port, address, size,
+    Call call = Record(__func__, port);
+    const auto* const bytes = static_cast<const uint8_t*>(buffer);
+    if (bytes != nullptr) call.data.assign(bytes, bytes + *size);
+    return AccessPort(std::move(call), address, size,
                       [=](uint8_t* data, size_t n) { std::memcpy(data, buffer, n); });
 }
 
 GC_ERROR GCGetPortInfo(PORT_HANDLE port, PORT_INFO_CMD cmd, INFO_DATATYPE* type, void* buffer,
                        size_t* size) {
-    return Query(Record(__func__, port, cmd), Kind::Port, {type, buffer, size}, [=](const Object&) {
-        return Lookup({{PORT_INFO_BIG_ENDIAN, BoolValue(false)}}, cmd);
-    });
+    return Query(Record(__func__, port, cmd), Scripted::AnyModule, {type, buffer, size},
+                 [=](const Object& object) { return PortInfo(object, cmd); });
+}
+
+// The script tells the number as the size.
+GC_ERROR GCGetNumPortURLs(PORT_HANDLE port, uint32_t* count) {
+    return OnModuleWithReply(Record(__func__, port), Scripted::AnyModule,
+                             [=](Object&, const Reply& reply) {
+                                 const size_t urls = world.DescriptionUrl().empty() ? 0 : 1;
+                                 *count = static_cast<uint32_t>(reply.size.value_or(urls));
+                             });
+}
+
+GC_ERROR GCGetPortURLInfo(PORT_HANDLE port, uint32_t index, URL_INFO_CMD cmd, INFO_DATATYPE* type,
+                          void* buffer, size_t* size) {
+    return Query(WithNumber(Record(__func__, port, cmd), index), Scripted::AnyModule,
+                 {type, buffer, size}, [=](const Object&) {
+                     return Lookup({{URL_INFO_URL, TextValue(world.DescriptionUrl())}}, cmd);
+                 });
 }
 
 GC_ERROR GCRegisterEvent(EVENTSRC_HANDLE source, EVENT_TYPE eventType, EVENT_HANDLE* event) {
@@ -361,7 +396,7 @@ GC_ERROR IFClose(IF_HANDLE iface) {
 GC_ERROR IFGetInfo(IF_HANDLE iface, INTERFACE_INFO_CMD cmd, INFO_DATATYPE* type, void* buffer,
                    size_t* size) {
     return Query(Record(__func__, iface, cmd), Kind::Interface, {type, buffer, size},
-                 [=](const Object& object) { return InterfaceInfo(object.id, cmd); });
+                 [=](const Object& object) { return InterfaceInfo(object, cmd); });
 }
 
 GC_ERROR IFGetNumDevices(IF_HANDLE iface, uint32_t* count) {
@@ -485,9 +520,6 @@ SCRIPTED_UNUSED(TLGetInterfaceInfo, module,
 SCRIPTED_UNUSED(DevGetInfo, module,
                 (DEV_HANDLE module, DEVICE_INFO_CMD, INFO_DATATYPE*, void*, size_t*))
 SCRIPTED_UNUSED(DSGetBufferID, module, (DS_HANDLE module, uint32_t, BUFFER_HANDLE*))
-SCRIPTED_UNUSED(GCGetNumPortURLs, module, (PORT_HANDLE module, uint32_t*))
-SCRIPTED_UNUSED(GCGetPortURLInfo, module,
-                (PORT_HANDLE module, uint32_t, URL_INFO_CMD, INFO_DATATYPE*, void*, size_t*))
 SCRIPTED_UNUSED(GCReadPortStacked, module,
                 (PORT_HANDLE module, PORT_REGISTER_STACK_ENTRY*, size_t*))
 SCRIPTED_UNUSED(GCWritePortStacked, module,

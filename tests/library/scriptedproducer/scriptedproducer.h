@@ -30,6 +30,7 @@ struct Call {
     void* object = nullptr;          // second handle, or the memory a caller announces
     bool sizeOnly = false;           // a query without a buffer
     void* priv = nullptr;            // user pointer of an announcement
+    std::vector<uint8_t> data;       // what is written to a port
 
     // "IFOpenDevice 4 cam0", "TLUpdateInterfaceList 1000", "TLGetInfo 7?" (size only).
     std::string Text() const {
@@ -49,7 +50,8 @@ struct Reply {
     bool actFirst = false;                // with `code`: act, then return it
     std::optional<GenTL::INFO_DATATYPE> type;
     std::optional<size_t> size;                 // reported, whatever is written
-    std::optional<std::vector<uint8_t>> bytes;  // the value; or the changed flag of an update
+    std::optional<std::vector<uint8_t>> bytes;  // the value; what a port reads, at any address;
+                                                // or the changed flag of an update
 };
 
 inline Reply Fails(GenTL::GC_ERROR code) {
@@ -143,8 +145,12 @@ class Control {
     // buffer is queued, the stream does not grab or the event is not registered.
     virtual bool DeliverFrame(void* stream) = 0;
 
-    // Register space of every camera, 64 KiB.
+    // Register space of every module, 64 KiB.
     virtual std::vector<uint8_t>& GetRegisters() = 0;
+
+    // The GenApi description of every module, served behind its registers. Without one a module
+    // has no URL.
+    virtual void SetDescription(const std::string& xml) = 0;
 
   protected:
     ~Control() = default;

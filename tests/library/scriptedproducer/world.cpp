@@ -11,6 +11,7 @@ namespace Scripted {
 namespace {
 
 constexpr std::chrono::seconds Patience{30};
+constexpr size_t RegisterSpace = 0x10000;
 
 const std::set<std::string>& FunctionNames() {
 #define SCRIPTED_NAME(name, parameters) #name,
@@ -47,13 +48,29 @@ void World::Reset() {
     counts_.clear();
     objects_.clear();
     misuses_.clear();
-    registers_.assign(0x10000, 0);
+    registers_.assign(RegisterSpace, 0);
     initialised_ = 0;
 }
 
 void World::SetWorld(std::vector<InterfaceSpec> interfaces) {
     const std::lock_guard lock(mutex_);
     interfaces_ = std::move(interfaces);
+}
+
+void World::SetDescription(const std::string& xml) {
+    const std::lock_guard lock(mutex_);
+    registers_.resize(RegisterSpace);
+    registers_.insert(registers_.end(), xml.begin(), xml.end());
+    registers_.resize((registers_.size() + 3) / 4 * 4, ' ');
+}
+
+// Empty when there is none.
+std::string World::DescriptionUrl() const {
+    if (registers_.size() == RegisterSpace) return {};
+    char url[64];
+    std::snprintf(url, sizeof url, "Local:scripted.xml;%zx;%zx", RegisterSpace,
+                  registers_.size() - RegisterSpace);
+    return url;
 }
 
 void World::AddRule(Rule rule) {
@@ -180,7 +197,11 @@ void* World::Open(Kind kind, const std::string& id, void* parent) {
 
 Object* World::Find(void* handle, Kind kind, const char* function) {
     const auto found = objects_.find(handle);
-    if (found != objects_.end() && found->second.kind == kind) return &found->second;
+    const auto matches = [kind](Kind actual) {
+        const bool module = actual != Kind::Buffer && actual != Kind::Event;
+        return kind == AnyModule ? module : kind == actual;
+    };
+    if (found != objects_.end() && matches(found->second.kind)) return &found->second;
     if (handle != nullptr) misuses_.emplace_back(function);
     return nullptr;
 }
@@ -198,6 +219,14 @@ const InterfaceSpec* World::FindInterface(const std::string& id) const {
     const auto found = std::find_if(interfaces_.begin(), interfaces_.end(),
                                     [&id](const InterfaceSpec& spec) { return spec.id == id; });
     return found != interfaces_.end() ? &*found : nullptr;
+}
+
+// The transport-layer type of the interface that a module is or belongs to.
+std::string World::TypeOf(const Object& module) const {
+    if (module.kind == Kind::System) return "Mixed";
+    if (module.kind != Kind::Interface) return TypeOf(objects_.at(module.parent));
+    const InterfaceSpec* const spec = FindInterface(module.id);
+    return spec != nullptr ? spec->type : "Custom";
 }
 
 // The identifiers of what can be opened below a module.

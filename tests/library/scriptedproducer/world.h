@@ -16,6 +16,9 @@ namespace Scripted {
 
 enum class Kind { System, Interface, Device, Port, Stream, Buffer, Event };
 
+// Where a kind is asked for: one of those that have registers.
+constexpr Kind AnyModule = Kind{-1};
+
 // A module, buffer or event registration. Handles are never used twice.
 struct Object {
     Kind kind;
@@ -85,6 +88,7 @@ class World final : public Control {
     bool FireEvent(void* module, int32_t eventType, const std::vector<uint8_t>& data) override;
     bool DeliverFrame(void* stream) override;
     std::vector<uint8_t>& GetRegisters() override { return registers_; }
+    void SetDescription(const std::string& xml) override;
 
     // One call of a client: records it, consults the script and runs `action` with the lock held.
     // `action` takes (std::unique_lock<std::mutex>&, const Reply&) and returns a GC_ERROR.
@@ -103,6 +107,8 @@ class World final : public Control {
     Object* Find(void* handle, Kind kind, const char* function);
     void Close(void* handle);
     const InterfaceSpec* FindInterface(const std::string& id) const;
+    std::string TypeOf(const Object& module) const;
+    std::string DescriptionUrl() const;
     std::vector<std::string> ChildrenOf(const Object& module) const;
     void* FindEvent(void* module, int32_t eventType);
     GenTL::GC_ERROR AwaitEvent(std::unique_lock<std::mutex>& lock, void* event, void* buffer,
@@ -123,7 +129,7 @@ class World final : public Control {
     std::map<std::pair<std::string, int64_t>, size_t> counts_;
     std::map<void*, Object> objects_;  // handles grow, so the order is that of opening
     std::vector<std::string> misuses_;
-    std::vector<uint8_t> registers_;
+    std::vector<uint8_t> registers_;  // followed by the description
     uintptr_t lastHandle_ = 0;
     int initialised_ = 0;
 };

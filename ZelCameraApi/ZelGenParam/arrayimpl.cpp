@@ -1,0 +1,182 @@
+#include "ZelCameraApi/ZelGenParam/arrayimpl.h"
+
+#include <utility>
+
+#include "ZelCameraApi/ZelGenParam/genapierrors.h"
+#include "ZelCameraApi/ZelGenParam/portdescription.h"
+#include "ZelCameraApi/ZelGenParam/porterrors.h"
+#include "ZelCameraApi/errorboundary.h"
+#include "ZelCameraApi/fixenvironment.h"
+#include "ZelCameraApi/gentlinfo.h"
+
+namespace ZelCameraApi::Internal {
+
+std::unique_ptr<ArrayImpl> CreateArray(const GenTLModule<void*>& module, ZelCamErr* err,
+                                       const char* xmlFile) {
+    StoreError(err, ZelCamErr_Success);
+    try {
+        return std::make_unique<ArrayImpl>(module, xmlFile);
+    } catch (...) {
+        StoreError(err, CodeOfCreation());
+        return nullptr;
+    }
+}
+
+ArrayImpl::ArrayImpl(const GenTLModule<void*>& module, const char* xmlFile) : module_(module) {
+    CreateNodeMap(xmlFile);
+}
+
+ArrayImpl::~ArrayImpl() = default;
+
+void ArrayImpl::CreateNodeMap(const char* xmlFile) {
+    const std::unique_ptr<Environment> environment = FixEnvironment();
+    if (GetAccessMode() < GenApi::WO) throw ACCESS_EXCEPTION("Port inaccessable");
+    uint32_t urls = 0;
+    ThrowOnError(module_.lib->GCGetNumPortURLs(module_.handle, &urls));
+
+    const GenICam::gcstring moduleId = PortText(GenTL::PORT_INFO_ID, "Module");
+    nodeMap_ =
+        xmlFile != nullptr ? LoadDescriptionFile(xmlFile, moduleId) : LoadAnnounced(urls, moduleId);
+    if (nodeMap_ == nullptr) throw zelcam_exception(ZelCamErr_NoNodeMap);
+    nodeMap_->_Connect(this, PortText(GenTL::PORT_INFO_PORTNAME, "Device"));
+}
+
+// From the first URL that leads to a description; null when none does. That one fails is no reason
+// to give up: ports announce alternatives.
+std::unique_ptr<GenApi::CNodeMapRef> ArrayImpl::LoadAnnounced(
+    uint32_t urls, const GenICam::gcstring& moduleId) const {
+    for (uint32_t i = 0; i < urls; ++i) {
+        try {
+            const std::string url = PortGetURLString(module_, i);
+            return LoadDescriptionUrl(module_, url.substr(0, url.find('\0')), moduleId);
+        } catch (const std::exception&) {
+            continue;
+        } catch (const GenICam::GenericException&) {
+            continue;
+        }
+    }
+    return nullptr;
+}
+
+GenICam::gcstring ArrayImpl::PortText(int command, const char* fallback) const {
+    try {
+        const GenICam::gcstring text = PortGetInfoString(module_, command).c_str();
+        if (!text.empty()) return text;
+    } catch (const std::exception& e) {
+        (void)e.what();
+    }
+    return fallback;
+}
+
+bool ArrayImpl::PortFlag(int command) const {
+    int type = GenTL::INFO_DATATYPE_UNKNOWN;
+    GenTL::bool8_t flag = 0;
+    size_t size = sizeof flag;
+    CheckPortInfo(command,
+                  module_.lib->GCGetPortInfo(module_.handle, command, &type, &flag, &size));
+    return flag != 0;
+}
+
+GenApi::EAccessMode ArrayImpl::GetAccessMode() const {
+    if (PortFlag(GenTL::PORT_INFO_ACCESS_NI)) return GenApi::NI;
+    if (PortFlag(GenTL::PORT_INFO_ACCESS_NA)) return GenApi::NA;
+    const bool readable = PortFlag(GenTL::PORT_INFO_ACCESS_READ);
+    const bool writable = PortFlag(GenTL::PORT_INFO_ACCESS_WRITE);
+    if (readable) return writable ? GenApi::RW : GenApi::RO;
+    return writable ? GenApi::WO : GenApi::_UndefinedAccesMode;
+}
+
+void ArrayImpl::Read(void* buffer, int64_t address, int64_t length) {
+    auto size = static_cast<size_t>(length);
+    const int result =
+        module_.lib->GCReadPort(module_.handle, static_cast<uint64_t>(address), buffer, &size);
+    CheckPortAccess({"Read", address, length}, result, size);
+}
+
+void ArrayImpl::Write(const void* buffer, int64_t address, int64_t length) {
+    auto size = static_cast<size_t>(length);
+    const int result =
+        module_.lib->GCWritePort(module_.handle, static_cast<uint64_t>(address), buffer, &size);
+    CheckPortAccess({"Write", address, length}, result, size);
+}
+
+GenApi::INodeMap* ArrayImpl::GetNodeMap(ZelCamErr* err) {
+    StoreError(err, nodeMap_ != nullptr ? ZelCamErr_Success : ZelCamErr_NoNodeMap);
+    return nodeMap_ != nullptr ? nodeMap_->_Ptr : nullptr;
+}
+
+ZelGenParam::Param* ArrayImpl::GetParam(const char* name, ZelCamErr* err) {
+    StoreError(err, ZelCamErr_Success);
+    const std::string key = name != nullptr ? name : "";
+    const auto known = params_.find(key);
+    if (known != params_.end()) return known->second.get();
+
+    GenApi::INode* const node = nodeMap_->_GetNode(key.c_str());
+    std::unique_ptr<ParamImpl> param = CreateParam(this, node);
+    if (param == nullptr) {
+        StoreError(err, ZelCamErr_ParamNotFound);
+        return nullptr;
+    }
+    return params_.emplace(key, std::move(param)).first->second.get();
+}
+
+template <typename Public>
+Public* ArrayImpl::FindTyped(const char* name, ZelGenParam::ParamType type, ZelCamErr* err) {
+    ZelGenParam::Param* const param = GetParam(name, err);
+    if (param == nullptr) return nullptr;
+    if (param->GetType() == type) return dynamic_cast<Public*>(param);
+    StoreError(err, ZelCamErr_WrongParamType);
+    return nullptr;
+}
+
+ZelGenParam::Boolean* ArrayImpl::GetBoolean(const char* name, ZelCamErr* err) {
+    return FindTyped<ZelGenParam::Boolean>(name, ZelGenParam::ParamType_Boolean, err);
+}
+
+ZelGenParam::Command* ArrayImpl::GetCommand(const char* name, ZelCamErr* err) {
+    return FindTyped<ZelGenParam::Command>(name, ZelGenParam::ParamType_Command, err);
+}
+
+ZelGenParam::Enum* ArrayImpl::GetEnum(const char* name, ZelCamErr* err) {
+    return FindTyped<ZelGenParam::Enum>(name, ZelGenParam::ParamType_Enum, err);
+}
+
+ZelGenParam::Float* ArrayImpl::GetFloat(const char* name, ZelCamErr* err) {
+    return FindTyped<ZelGenParam::Float>(name, ZelGenParam::ParamType_Float, err);
+}
+
+ZelGenParam::Int* ArrayImpl::GetInt(const char* name, ZelCamErr* err) {
+    return FindTyped<ZelGenParam::Int>(name, ZelGenParam::ParamType_Int, err);
+}
+
+ZelGenParam::String* ArrayImpl::GetString(const char* name, ZelCamErr* err) {
+    return FindTyped<ZelGenParam::String>(name, ZelGenParam::ParamType_String, err);
+}
+
+ZelGenParam::Category* ArrayImpl::GetRootCategory(ZelCamErr* err) {
+    return FindTyped<ZelGenParam::Category>("Root", ZelGenParam::ParamType_Category, err);
+}
+
+// What was gathered before a failure counts; nothing gathered is asked for again.
+uint32_t ArrayImpl::GetCount() {
+    if (features_.empty()) {
+        try {
+            GenApi::NodeList_t nodes;
+            nodeMap_->_GetNodes(nodes);
+            for (GenApi::INode* const node : nodes) {
+                if (node->IsFeature()) features_.push_back(node);
+            }
+        } catch (const GenICam::GenericException& e) {
+            (void)e.what();
+        }
+    }
+    return static_cast<uint32_t>(features_.size());
+}
+
+ZelGenParam::Param* ArrayImpl::GetParamByIndex(uint32_t index, ZelCamErr* err) {
+    if (index < GetCount()) return GetParam(features_[index]->GetName().c_str(), err);
+    StoreError(err, ZelCamErr_IndexOutOfRange);
+    return nullptr;
+}
+
+}  // namespace ZelCameraApi::Internal

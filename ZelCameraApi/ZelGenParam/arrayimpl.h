@@ -1,0 +1,110 @@
+// The features of one module of a producer, over a GenApi node map.
+#ifndef ZELCAMERAAPI_ZELGENPARAM_ARRAYIMPL_H
+#define ZELCAMERAAPI_ZELGENPARAM_ARRAYIMPL_H
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <GenApi/GenApi.h>
+
+#include "ZelCameraApi/ZelGenParam/paramimpl.h"
+#include "ZelCameraApi/gentlmodule.h"
+#include "ZelGenParam/Array.h"
+
+namespace ZelCameraApi::Internal {
+
+// The node map of a module's port, and at the same time the GenApi port that the node map reads and
+// writes: every access to a feature becomes an access to the producer's port.
+//
+// It belongs to the object that opened the module and is destroyed before the module is closed. It
+// owns the node map, the Params it handed out (one for each spelling of a name) and the texts read
+// by name. Members are declared in the order of their dependence: Params go before their nodes, the
+// node map before the producer.
+class ArrayImpl final : public ZelGenParam::Array, public GenApi::IPort {
+  public:
+    // Builds and connects the node map, from the file `xmlFile` or, when that is null, from the
+    // description that the port announces. Throws zelcam_exception, or what GenApi throws.
+    ArrayImpl(const GenTLModule<void*>& module, const char* xmlFile);
+    ArrayImpl(const ArrayImpl&) = delete;
+    ArrayImpl& operator=(const ArrayImpl&) = delete;
+
+    ZelGenParam::Param* GetParam(const char* name, ZelCamErr* err) override;
+    ZelGenParam::Boolean* GetBoolean(const char* name, ZelCamErr* err) override;
+    ZelGenParam::Command* GetCommand(const char* name, ZelCamErr* err) override;
+    ZelGenParam::Enum* GetEnum(const char* name, ZelCamErr* err) override;
+    ZelGenParam::Float* GetFloat(const char* name, ZelCamErr* err) override;
+    ZelGenParam::Int* GetInt(const char* name, ZelCamErr* err) override;
+    ZelGenParam::String* GetString(const char* name, ZelCamErr* err) override;
+    ZelGenParam::Category* GetRootCategory(ZelCamErr* err) override;
+    GenApi::INodeMap* GetNodeMap(ZelCamErr* err) override;
+    uint32_t GetCount() override;
+    ZelGenParam::Param* GetParamByIndex(uint32_t index, ZelCamErr* err) override;
+
+    ZelCamErr SetBooleanValue(const char* name, bool value) override;
+    bool GetBooleanValue(const char* name, ZelCamErr* err) override;
+    ZelCamErr SetEnumValueStr(const char* name, const char* value) override;
+    ZelCamErr SetEnumValue(const char* name, int64_t value) override;
+    const char* GetEnumValueStr(const char* name, ZelCamErr* err) override;
+    int64_t GetEnumValue(const char* name, ZelCamErr* err) override;
+    ZelCamErr SetFloatValue(const char* name, double value) override;
+    double GetFloatValue(const char* name, ZelCamErr* err) override;
+    ZelCamErr SetIntegerValue(const char* name, int64_t value) override;
+    int64_t GetIntegerValue(const char* name, ZelCamErr* err) override;
+    ZelCamErr SetStringValue(const char* name, const char* value) override;
+    const char* GetStringValue(const char* name, ZelCamErr* err) override;
+    ZelCamErr ExecuteCommand(const char* name) override;
+    bool IsCommandDone(const char* name, ZelCamErr* err) override;
+    ZelCamErr Poll(int64_t elapsedMs) override;
+
+    ~ArrayImpl() override;
+
+    // What the node map calls. The two accesses and the query throw GenApi's exceptions, which
+    // reach the caller of the feature.
+    GenApi::EAccessMode GetAccessMode() const override;
+    void Read(void* buffer, int64_t address, int64_t length) override;
+    void Write(const void* buffer, int64_t address, int64_t length) override;
+
+  private:
+    void CreateNodeMap(const char* xmlFile);
+    std::unique_ptr<GenApi::CNodeMapRef> LoadAnnounced(uint32_t urls,
+                                                       const GenICam::gcstring& moduleId) const;
+
+    // The port's text for a PORT_INFO command, `fallback` when it has none.
+    GenICam::gcstring PortText(int command, const char* fallback) const;
+    bool PortFlag(int command) const;
+
+    // A Param of the kind that `type` names, as the interface `Public` of it.
+    template <typename Public>
+    Public* FindTyped(const char* name, ZelGenParam::ParamType type, ZelCamErr* err);
+
+    // The node of that name as the interface `Interface`, which must be its principal one.
+    template <typename Interface>
+    GenApi::CPointer<Interface> Resolve(const char* name, ZelCamErr* err);
+
+    // Access by name: `access(node)` with the node resolved and exceptions turned into codes.
+    template <typename Interface, typename Access>
+    ZelCamErr Set(const char* name, Access&& access);
+    template <typename Interface, typename Access>
+    auto Get(const char* name, ZelCamErr* err, Access&& access);
+
+    const char* Keep(const char* name, const GenICam::gcstring& text);
+
+    GenTLModule<void*> module_;
+    std::unique_ptr<GenApi::CNodeMapRef> nodeMap_;
+    std::map<std::string, std::unique_ptr<ParamImpl>> params_;
+    std::map<std::string, GenICam::gcstring> stringValues_;  // last text read under a name
+    std::vector<GenApi::INode*> features_;                   // filled by GetCount
+};
+
+// A new Array over the port `module`. Null with a code when it cannot be made: that of the
+// producer's failing call, ZelCamErr_FileOpenFailed for a missing `xmlFile`, ZelCamErr_NoNodeMap
+// when there is no usable description, ZelCamErr_RuntimeError or ZelCamErr_GenApiError when GenApi
+// refuses.
+std::unique_ptr<ArrayImpl> CreateArray(const GenTLModule<void*>& module, ZelCamErr* err,
+                                       const char* xmlFile);
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_ZELGENPARAM_ARRAYIMPL_H

@@ -1,0 +1,151 @@
+// The access by name of ArrayImpl, which makes no parameter objects.
+#include <type_traits>
+
+#include "ZelCameraApi/ZelGenParam/arrayimpl.h"
+#include "ZelCameraApi/ZelGenParam/genapierrors.h"
+#include "ZelCameraApi/errorboundary.h"
+
+namespace ZelCameraApi::Internal {
+
+using GenApi::IBoolean;
+using GenApi::ICommand;
+using GenApi::IEnumeration;
+using GenApi::IFloat;
+using GenApi::IInteger;
+using GenApi::IString;
+
+namespace {
+
+template <typename Interface>
+constexpr GenApi::EInterfaceType kPrincipal = GenApi::intfIBase;
+template <>
+constexpr GenApi::EInterfaceType kPrincipal<IBoolean> = GenApi::intfIBoolean;
+template <>
+constexpr GenApi::EInterfaceType kPrincipal<ICommand> = GenApi::intfICommand;
+template <>
+constexpr GenApi::EInterfaceType kPrincipal<IEnumeration> = GenApi::intfIEnumeration;
+template <>
+constexpr GenApi::EInterfaceType kPrincipal<IFloat> = GenApi::intfIFloat;
+template <>
+constexpr GenApi::EInterfaceType kPrincipal<IInteger> = GenApi::intfIInteger;
+template <>
+constexpr GenApi::EInterfaceType kPrincipal<IString> = GenApi::intfIString;
+
+}  // namespace
+
+template <typename Interface>
+GenApi::CPointer<Interface> ArrayImpl::Resolve(const char* name, ZelCamErr* err) {
+    GenApi::INodeMap* const map = GetNodeMap(err);
+    if (map == nullptr) return {};
+    GenApi::INode* const node = map->GetNode(name);
+    if (node == nullptr) {
+        StoreError(err, ZelCamErr_ParamNotFound);
+        return {};
+    }
+    if (node->GetPrincipalInterfaceType() != kPrincipal<Interface>) {
+        StoreError(err, ZelCamErr_WrongParamType);
+        return {};
+    }
+    return node;
+}
+
+template <typename Interface, typename Access>
+ZelCamErr ArrayImpl::Set(const char* name, Access&& access) {
+    ZelCamErr err = ZelCamErr_Success;
+    const GenApi::CPointer<Interface> value = Resolve<Interface>(name, &err);
+    if (!value.IsValid()) return err;
+    try {
+        access(*value);
+        return ZelCamErr_Success;
+    } catch (...) {
+        return CodeOfNamedAccess(ValueAccess::Write);
+    }
+}
+
+template <typename Interface, typename Access>
+auto ArrayImpl::Get(const char* name, ZelCamErr* err, Access&& access) {
+    using Value = std::invoke_result_t<Access, Interface&>;
+    StoreError(err, ZelCamErr_Success);
+    const GenApi::CPointer<Interface> value = Resolve<Interface>(name, err);
+    if (!value.IsValid()) return Value{};
+    try {
+        return access(*value);
+    } catch (...) {
+        StoreError(err, CodeOfNamedAccess(ValueAccess::Read));
+        return Value{};
+    }
+}
+
+const char* ArrayImpl::Keep(const char* name, const GenICam::gcstring& text) {
+    return (stringValues_[name] = text).c_str();
+}
+
+ZelCamErr ArrayImpl::SetBooleanValue(const char* name, bool value) {
+    return Set<IBoolean>(name, [=](IBoolean& b) { b.SetValue(value); });
+}
+
+bool ArrayImpl::GetBooleanValue(const char* name, ZelCamErr* err) {
+    return Get<IBoolean>(name, err, [](IBoolean& b) { return b.GetValue(); });
+}
+
+ZelCamErr ArrayImpl::SetEnumValueStr(const char* name, const char* value) {
+    return Set<IEnumeration>(name, [=](IEnumeration& e) { e = GenICam::gcstring(value); });
+}
+
+ZelCamErr ArrayImpl::SetEnumValue(const char* name, int64_t value) {
+    return Set<IEnumeration>(name, [=](IEnumeration& e) { e.SetIntValue(value); });
+}
+
+const char* ArrayImpl::GetEnumValueStr(const char* name, ZelCamErr* err) {
+    return Get<IEnumeration>(name, err, [=](IEnumeration& e) { return Keep(name, *e); });
+}
+
+int64_t ArrayImpl::GetEnumValue(const char* name, ZelCamErr* err) {
+    return Get<IEnumeration>(name, err, [](IEnumeration& e) { return e.GetIntValue(); });
+}
+
+ZelCamErr ArrayImpl::SetFloatValue(const char* name, double value) {
+    return Set<IFloat>(name, [=](IFloat& f) { f.SetValue(value); });
+}
+
+double ArrayImpl::GetFloatValue(const char* name, ZelCamErr* err) {
+    return Get<IFloat>(name, err, [](IFloat& f) { return f.GetValue(); });
+}
+
+ZelCamErr ArrayImpl::SetIntegerValue(const char* name, int64_t value) {
+    return Set<IInteger>(name, [=](IInteger& i) { i.SetValue(value); });
+}
+
+int64_t ArrayImpl::GetIntegerValue(const char* name, ZelCamErr* err) {
+    return Get<IInteger>(name, err, [](IInteger& i) { return i.GetValue(); });
+}
+
+ZelCamErr ArrayImpl::SetStringValue(const char* name, const char* value) {
+    return Set<IString>(name, [=](IString& s) { s.SetValue(value); });
+}
+
+const char* ArrayImpl::GetStringValue(const char* name, ZelCamErr* err) {
+    return Get<IString>(name, err, [=](IString& s) { return Keep(name, s.GetValue()); });
+}
+
+ZelCamErr ArrayImpl::ExecuteCommand(const char* name) {
+    return Set<ICommand>(name, [](ICommand& c) { c.Execute(); });
+}
+
+bool ArrayImpl::IsCommandDone(const char* name, ZelCamErr* err) {
+    return Get<ICommand>(name, err, [](ICommand& c) { return c.IsDone(); });
+}
+
+ZelCamErr ArrayImpl::Poll(int64_t elapsedMs) {
+    ZelCamErr err = ZelCamErr_Success;
+    GenApi::INodeMap* const map = GetNodeMap(&err);
+    if (map == nullptr) return err;
+    try {
+        map->Poll(elapsedMs);
+        return ZelCamErr_Success;
+    } catch (...) {
+        return CodeOfNamedAccess(ValueAccess::Read);
+    }
+}
+
+}  // namespace ZelCameraApi::Internal

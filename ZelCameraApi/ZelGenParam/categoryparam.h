@@ -1,0 +1,19 @@
+// Parameter object of a category.
+#ifndef ZELCAMERAAPI_ZELGENPARAM_CATEGORYPARAM_H
+#define ZELCAMERAAPI_ZELGENPARAM_CATEGORYPARAM_H
+
+#include "ZelCameraApi/ZelGenParam/paramimpl.h"
+
+namespace ZelCameraApi::Internal {
+
+// Its features are the Array's objects, looked up by name.
+class CategoryParamImpl final : public ZelGenParam::Category, public ParamImpl {
+  public:
+    using ParamImpl::ParamImpl;
+    uint32_t GetCount() override;
+    ZelGenParam::Param* GetParamByIndex(uint32_t index, ZelCamErr* err) override;
+};
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_ZELGENPARAM_CATEGORYPARAM_H

@@ -1,0 +1,42 @@
+// Parameter objects of enumerations and of their entries.
+#ifndef ZELCAMERAAPI_ZELGENPARAM_ENUMPARAMS_H
+#define ZELCAMERAAPI_ZELGENPARAM_ENUMPARAMS_H
+
+#include <map>
+#include <memory>
+
+#include "ZelCameraApi/ZelGenParam/paramimpl.h"
+
+namespace ZelCameraApi::Internal {
+
+class EnumEntryParamImpl final : public ZelGenParam::EnumEntry, public ParamImpl {
+  public:
+    using ParamImpl::ParamImpl;
+    int64_t GetValue(ZelCamErr* err) override;
+    const char* GetValueStr(ZelCamErr* err) override;
+};
+
+// Owns the objects of its entries, one for each number.
+class EnumerationParamImpl final : public ZelGenParam::Enum, public ParamImpl {
+  public:
+    using ParamImpl::ParamImpl;
+    size_t GetEnumEntriesCount(ZelCamErr* err) override;
+    ZelGenParam::EnumEntry* GetEnumEntryByIndex(size_t index) override;
+    ZelGenParam::EnumEntry* GetEnumEntryByName(const char* name) override;
+    ZelGenParam::EnumEntry* GetEnumEntryByValue(int64_t value) override;
+    int64_t GetValue(ZelCamErr* err) override;
+    const char* GetValueStr(ZelCamErr* err) override;
+    ZelCamErr SetValue(int64_t value) override;
+    ZelCamErr SetValueStr(const char* value) override;
+
+  private:
+    // `find(enumeration)` gives the entry, null when there is none.
+    template <typename Find>
+    ZelGenParam::EnumEntry* FindEntry(Find&& find);
+
+    std::map<int64_t, std::unique_ptr<EnumEntryParamImpl>> entries_;
+};
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_ZELGENPARAM_ENUMPARAMS_H

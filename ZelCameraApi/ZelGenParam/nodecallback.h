@@ -1,0 +1,31 @@
+// The link from a node's callbacks to an application's sink.
+#ifndef ZELCAMERAAPI_ZELGENPARAM_NODECALLBACK_H
+#define ZELCAMERAAPI_ZELGENPARAM_NODECALLBACK_H
+
+#include <GenApi/GenApi.h>
+
+#include "ZelGenParam/Param.h"
+
+namespace ZelCameraApi::Internal {
+
+// Reports changes of a node to `sink` as changes of `param`. The node map owns the object once it
+// is registered. Param and sink must be valid as long as the node can change.
+class ParamEventSink_NodeCallback final : public GenApi::CNodeCallback {
+  public:
+    ParamEventSink_NodeCallback(GenApi::INode* node, ZelGenParam::Param* param,
+                                ZelGenParam::ParamEventSink* sink, GenApi::ECallbackType type)
+        : CNodeCallback(node, type), param_(param), sink_(sink) {}
+
+    void operator()(GenApi::ECallbackType type) const override {
+        if (sink_ != nullptr && type == m_CallbackType) sink_->OnParamChanged(param_);
+    }
+    void Destroy() override { delete this; }
+
+  private:
+    ZelGenParam::Param* param_;
+    ZelGenParam::ParamEventSink* sink_;
+};
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_ZELGENPARAM_NODECALLBACK_H

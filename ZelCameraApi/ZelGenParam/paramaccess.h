@@ -1,0 +1,44 @@
+// How parameter objects read and write the value of their node: one pattern each way.
+#ifndef ZELCAMERAAPI_ZELGENPARAM_PARAMACCESS_H
+#define ZELCAMERAAPI_ZELGENPARAM_PARAMACCESS_H
+
+#include <utility>
+
+#include <GenApi/GenApi.h>
+
+#include "ZelCameraApi/ZelGenParam/genapierrors.h"
+#include "ZelCameraApi/errorboundary.h"
+
+namespace ZelCameraApi::Internal {
+
+// `get(value)` with the node's interface `Interface`; any failure gives the result type's zero.
+template <typename Interface, typename Getter>
+auto ParamGetterWithError(GenApi::INode* node, ZelCamErr* err, Getter&& get)
+    -> decltype(get(std::declval<Interface&>())) {
+    StoreError(err, ZelCamErr_Success);
+    try {
+        const GenApi::CPointer<Interface> value(node);
+        if (value.IsValid()) return get(*value);
+        StoreError(err, ZelCamErr_WrongParamType);
+    } catch (...) {
+        StoreError(err, CodeOfParamAccess(ValueAccess::Read));
+    }
+    return {};
+}
+
+// `set(value)` with the node's interface `Interface`.
+template <typename Interface, typename Setter>
+ZelCamErr ParamSetter(GenApi::INode* node, Setter&& set) {
+    try {
+        const GenApi::CPointer<Interface> value(node);
+        if (!value.IsValid()) return ZelCamErr_WrongParamType;
+        set(*value);
+        return ZelCamErr_Success;
+    } catch (...) {
+        return CodeOfParamAccess(ValueAccess::Write);
+    }
+}
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_ZELGENPARAM_PARAMACCESS_H

@@ -1,0 +1,186 @@
+#include "ZelCameraApi/ZelGenParam/paramimpl.h"
+
+#include "ZelCameraApi/ZelGenParam/categoryparam.h"
+#include "ZelCameraApi/ZelGenParam/enumparams.h"
+#include "ZelCameraApi/ZelGenParam/genapierrors.h"
+#include "ZelCameraApi/ZelGenParam/nodecallback.h"
+#include "ZelCameraApi/ZelGenParam/valueparams.h"
+
+namespace ZelCameraApi::Internal {
+
+ParamImpl::ParamImpl(ZelGenParam::Array* owner, GenApi::INode* node) : node_(node), owner_(owner) {}
+
+ParamImpl::~ParamImpl() = default;
+
+GenApi::INode* ParamImpl::GetNode() {
+    return node_;
+}
+
+GenApi::INode* ParamImpl::NodeOrNull() const {
+    return node_.IsValid() ? static_cast<GenApi::INode*>(node_) : nullptr;
+}
+
+const char* ParamImpl::Keep(const char* operation, const GenICam::gcstring& text) {
+    return (texts_[operation] = text).c_str();
+}
+
+const char* ParamImpl::GetName() {
+    return Keep("GetName", node_->GetName());
+}
+
+const char* ParamImpl::GetToolTip() {
+    return Keep("GetToolTip", node_->GetToolTip());
+}
+
+const char* ParamImpl::GetDescription() {
+    return Keep("GetDescription", node_->GetDescription());
+}
+
+const char* ParamImpl::GetDisplayName() {
+    return Keep("GetDisplayName", node_->GetDisplayName());
+}
+
+// What `query(node)` says, `fallback` when it cannot be told.
+template <typename Value, typename Query>
+Value ParamImpl::Ask(Value fallback, Query&& query) const {
+    if (!node_.IsValid()) return fallback;
+    try {
+        return query(*node_);
+    } catch (...) {
+        return fallback;
+    }
+}
+
+ZelGenParam::Visibility ParamImpl::GetVisibility() {
+    return Ask(ZelGenParam::Visibility::UndefinedVisibility, [](const GenApi::INode& node) {
+        return static_cast<ZelGenParam::Visibility>(node.GetVisibility());
+    });
+}
+
+bool ParamImpl::IsVisible(ZelGenParam::Visibility v) {
+    return Ask(false, [v](const GenApi::INode& node) {
+        return static_cast<ZelGenParam::Visibility>(node.GetVisibility()) <= v;
+    });
+}
+
+bool ParamImpl::IsValueCached() {
+    return Ask(false, [](GenApi::INode& node) {
+        const GenApi::CValuePtr value(&node);
+        return value.IsValid() && value->IsValueCacheValid();
+    });
+}
+
+// The modes above NA count, those that are not known for certain too.
+bool ParamImpl::IsAvailable() {
+    return Ask(false, [](const GenApi::INode& node) { return node.GetAccessMode() > GenApi::NA; });
+}
+
+bool ParamImpl::IsWritable() {
+    return Ask(false, [](const GenApi::INode& node) {
+        const GenApi::EAccessMode mode = node.GetAccessMode();
+        return mode == GenApi::WO || mode == GenApi::RW;
+    });
+}
+
+bool ParamImpl::IsReadable() {
+    return Ask(false, [](const GenApi::INode& node) {
+        const GenApi::EAccessMode mode = node.GetAccessMode();
+        return mode == GenApi::RO || mode == GenApi::RW;
+    });
+}
+
+bool ParamImpl::IsStreamable() {
+    return Ask(false, [](const GenApi::INode& node) { return node.IsStreamable(); });
+}
+
+ZelCamErr ParamImpl::RegisterEventSink(ZelGenParam::ParamEventSink* sink) {
+    try {
+        auto callback = std::make_unique<ParamEventSink_NodeCallback>(GetNode(), this, sink,
+                                                                      GenApi::cbPostInsideLock);
+        const GenApi::CallbackHandleType handle = node_->RegisterCallback(callback.get());
+        (void)callback.release();  // the node map has it
+        // Of a sink registered twice the first handle stays.
+        sinks_.emplace(sink, handle);
+        return ZelCamErr_Success;
+    } catch (...) {
+        return CodeOfParamAccess(ValueAccess::Write);
+    }
+}
+
+ZelCamErr ParamImpl::UnregisterEventSink(ZelGenParam::ParamEventSink* sink) {
+    const auto found = sinks_.find(sink);
+    if (found == sinks_.end()) return ZelCamErr_IndexOutOfRange;
+    node_->DeregisterCallback(found->second);
+    sinks_.erase(found);
+    return ZelCamErr_Success;
+}
+
+ZelGenParam::Category* ParamImpl::ToCategory() {
+    return dynamic_cast<ZelGenParam::Category*>(this);
+}
+
+ZelGenParam::Boolean* ParamImpl::ToBoolean() {
+    return dynamic_cast<ZelGenParam::Boolean*>(this);
+}
+
+ZelGenParam::Command* ParamImpl::ToCommand() {
+    return dynamic_cast<ZelGenParam::Command*>(this);
+}
+
+ZelGenParam::EnumEntry* ParamImpl::ToEnumEntry() {
+    return dynamic_cast<ZelGenParam::EnumEntry*>(this);
+}
+
+ZelGenParam::Enum* ParamImpl::ToEnum() {
+    return dynamic_cast<ZelGenParam::Enum*>(this);
+}
+
+ZelGenParam::Float* ParamImpl::ToFloat() {
+    return dynamic_cast<ZelGenParam::Float*>(this);
+}
+
+ZelGenParam::Int* ParamImpl::ToInt() {
+    return dynamic_cast<ZelGenParam::Int*>(this);
+}
+
+ZelGenParam::String* ParamImpl::ToString() {
+    return dynamic_cast<ZelGenParam::String*>(this);
+}
+
+namespace {
+
+std::unique_ptr<ParamImpl> MakeParam(ZelGenParam::Array* owner, GenApi::INode* node) {
+    switch (node->GetPrincipalInterfaceType()) {
+        case GenApi::intfIInteger:
+            return std::make_unique<IntParamImpl>(owner, node);
+        case GenApi::intfIFloat:
+            return std::make_unique<FloatParamImpl>(owner, node);
+        case GenApi::intfIString:
+            return std::make_unique<StringParamImpl>(owner, node);
+        case GenApi::intfIEnumeration:
+            return std::make_unique<EnumerationParamImpl>(owner, node);
+        case GenApi::intfIEnumEntry:
+            return std::make_unique<EnumEntryParamImpl>(owner, node);
+        case GenApi::intfIBoolean:
+            return std::make_unique<BooleanParamImpl>(owner, node);
+        case GenApi::intfICommand:
+            return std::make_unique<CommandParamImpl>(owner, node);
+        case GenApi::intfICategory:
+            return std::make_unique<CategoryParamImpl>(owner, node);
+        default:
+            return std::make_unique<UnknownParamImpl>(owner, node);
+    }
+}
+
+}  // namespace
+
+std::unique_ptr<ParamImpl> CreateParam(ZelGenParam::Array* owner, GenApi::INode* node) {
+    try {
+        const GenApi::CNodePtr pointer(node);
+        return MakeParam(owner, pointer);
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+}  // namespace ZelCameraApi::Internal

@@ -1,0 +1,85 @@
+// What the parameter objects of all kinds have in common.
+#ifndef ZELCAMERAAPI_ZELGENPARAM_PARAMIMPL_H
+#define ZELCAMERAAPI_ZELGENPARAM_PARAMIMPL_H
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include <GenApi/GenApi.h>
+
+#include "ZelGenParam/Array.h"
+#include "ZelGenParam/Param.h"
+
+namespace ZelCameraApi::Internal {
+
+// A handle on one node of an Array's node map. The Array (or, for entries, the Enum) owns it and
+// destroys it before the node map, so that the node is valid as long as the Param. Callbacks that
+// are still registered then end with the node map.
+class ParamImpl : public virtual ZelGenParam::Param {
+  public:
+    ParamImpl(ZelGenParam::Array* owner, GenApi::INode* node);
+    ParamImpl(const ParamImpl&) = delete;
+    ParamImpl& operator=(const ParamImpl&) = delete;
+
+    const char* GetName() override;
+    const char* GetToolTip() override;
+    const char* GetDescription() override;
+    const char* GetDisplayName() override;
+    ZelGenParam::Visibility GetVisibility() override;
+    bool IsValueCached() override;
+    bool IsAvailable() override;
+    bool IsWritable() override;
+    bool IsReadable() override;
+    bool IsStreamable() override;
+    bool IsVisible(ZelGenParam::Visibility v) override;
+    ZelCamErr RegisterEventSink(ZelGenParam::ParamEventSink* sink) override;
+    ZelCamErr UnregisterEventSink(ZelGenParam::ParamEventSink* sink) override;
+
+    // Throws LogicalErrorException when there is no node, as the four texts above do.
+    GenApi::INode* GetNode() override;
+
+    ZelGenParam::Category* ToCategory() override;
+    ZelGenParam::Boolean* ToBoolean() override;
+    ZelGenParam::Command* ToCommand() override;
+    ZelGenParam::EnumEntry* ToEnumEntry() override;
+    ZelGenParam::Enum* ToEnum() override;
+    ZelGenParam::Float* ToFloat() override;
+    ZelGenParam::Int* ToInt() override;
+    ZelGenParam::String* ToString() override;
+
+    virtual ~ParamImpl();
+
+  protected:
+    ZelGenParam::Array* owner() const { return owner_; }
+
+    // Null where GetNode throws.
+    GenApi::INode* NodeOrNull() const;
+
+    // Keeps a text under the name of the operation that returns it.
+    const char* Keep(const char* operation, const GenICam::gcstring& text);
+
+  private:
+    template <typename Value, typename Query>
+    Value Ask(Value fallback, Query&& query) const;
+
+    GenApi::CNodePtr node_;
+    ZelGenParam::Array* owner_;
+    std::map<std::string, GenICam::gcstring> texts_;
+    std::map<ZelGenParam::ParamEventSink*, GenApi::CallbackHandleType> sinks_;
+};
+
+// A node of no supported kind.
+class UnknownParamImpl final : public ParamImpl {
+  public:
+    using ParamImpl::ParamImpl;
+    ZelGenParam::ParamType GetType() override { return ZelGenParam::ParamType_Unknown; }
+};
+
+// The Param for a node, of the class that belongs to the node's principal interface. Null for a
+// null node.
+std::unique_ptr<ParamImpl> CreateParam(ZelGenParam::Array* owner, GenApi::INode* node);
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_ZELGENPARAM_PARAMIMPL_H

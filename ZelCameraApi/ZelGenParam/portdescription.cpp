@@ -1,0 +1,145 @@
+#include "ZelCameraApi/ZelGenParam/portdescription.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+#include "ZelCam/Error.h"
+#include "ZelCameraApi/gentl_error.h"
+
+namespace ZelCameraApi::Internal {
+
+namespace {
+
+using NodeMapOwner = std::unique_ptr<GenApi::CNodeMapRef>;
+
+// The length of a description is a claim of the device. The largest cameras need a few MiB, and
+// what a description may grow to when it is unpacked is the engine's business.
+constexpr uint64_t kMaxLength = uint64_t{64} << 20;
+
+// Ports are read in whole registers.
+constexpr uint64_t kRegisterSize = 4;
+
+std::string UpperCase(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), [](char c) {
+        return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    });
+    return text;
+}
+
+// What follows the last dot; empty when there is none.
+std::string ExtensionOf(const std::string& path) {
+    const size_t dot = path.rfind('.');
+    return dot != std::string::npos ? UpperCase(path.substr(dot + 1)) : std::string();
+}
+
+// `loadXml(map)` or `loadZip(map)`, as the extension says; null when it says neither.
+template <typename LoadXml, typename LoadZip>
+NodeMapOwner Load(const std::string& extension, const GenICam::gcstring& moduleId,
+                  LoadXml&& loadXml, LoadZip&& loadZip) {
+    auto map = std::make_unique<GenApi::CNodeMapRef>(moduleId);
+    if (extension == "ZIP") {
+        loadZip(*map);
+    } else if (extension == "XML") {
+        loadXml(*map);
+    } else {
+        return nullptr;
+    }
+    return map;
+}
+
+NodeMapOwner LoadFile(const std::string& path, const std::string& extension,
+                      const GenICam::gcstring& moduleId) {
+    const GenICam::gcstring file(path.c_str());
+    return Load(
+        extension, moduleId, [&](GenApi::CNodeMapRef& map) { map._LoadXMLFromFile(file); },
+        [&](GenApi::CNodeMapRef& map) { map._LoadXMLFromZIPFile(file); });
+}
+
+struct RegisterRange {
+    std::string extension;  // of the file name that the registers stand for
+    uint64_t address;
+    uint64_t length;
+};
+
+// "name.ext;address;length?query".
+RegisterRange ParseRegisterRange(const std::string& body) {
+    const size_t nameEnd = body.find(';');
+    const size_t addressEnd = nameEnd != std::string::npos ? body.find(';', nameEnd + 1) : nameEnd;
+    if (addressEnd == std::string::npos) throw RUNTIME_EXCEPTION("Invalid URL");
+    const size_t lengthEnd = body.find('?', addressEnd);
+    const auto number = [&body](size_t begin, size_t end) {
+        const std::string digits = body.substr(begin, end - begin);
+        return uint64_t{std::strtoull(digits.c_str(), nullptr, 16)};
+    };
+    return {ExtensionOf(body.substr(0, nameEnd)), number(nameEnd + 1, addressEnd),
+            number(addressEnd + 1, lengthEnd)};
+}
+
+// The bytes of the range alone: what the rounding added never reaches a parser.
+std::string ReadRegisters(const GenTLModule<void*>& port, const RegisterRange& range) {
+    if (range.length > kMaxLength) throw RUNTIME_EXCEPTION("Description too large");
+    size_t size = (range.length + kRegisterSize - 1) / kRegisterSize * kRegisterSize;
+    std::string bytes(size, '\0');
+    ThrowOnError(port.lib->GCReadPort(port.handle, range.address, bytes.data(), &size));
+    if (size < range.length) throw RUNTIME_EXCEPTION("Description incomplete");
+    bytes.resize(range.length);
+    return bytes;
+}
+
+NodeMapOwner LoadRegisters(const GenTLModule<void*>& port, const std::string& body,
+                           const GenICam::gcstring& moduleId) {
+    const RegisterRange range = ParseRegisterRange(body);
+    const std::string bytes = ReadRegisters(port, range);
+    return Load(
+        range.extension, moduleId,
+        // Zeros after the text fill its registers up.
+        [&](GenApi::CNodeMapRef& map) { map._LoadXMLFromString(bytes.c_str()); },
+        [&](GenApi::CNodeMapRef& map) { map._LoadXMLFromZIPData(bytes.data(), bytes.size()); });
+}
+
+// At most `count` characters of a text in UTF-8.
+std::string FirstCharacters(const std::string& text, size_t count) {
+    const auto end = std::find_if(text.begin(), text.end(), [&count](char c) {
+        const bool begins = (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
+        return begins && count-- == 0;
+    });
+    return {text.begin(), end};
+}
+
+// `path` is what follows the colon, slashes included.
+NodeMapOwner LoadFileUrl(const std::string& path, const GenICam::gcstring& moduleId) {
+    constexpr size_t kMaxPath = 512;
+    const std::string file = FirstCharacters(path, kMaxPath);
+    return LoadFile(file, ExtensionOf(file), moduleId);
+}
+
+}  // namespace
+
+NodeMapOwner LoadDescriptionFile(const char* path, const GenICam::gcstring& moduleId) {
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path, "r"), &std::fclose);
+    if (file == nullptr) throw zelcam_exception(ZelCamErr_FileOpenFailed);
+    return LoadFile(path, ExtensionOf(path).substr(0, 3), moduleId);
+}
+
+NodeMapOwner LoadDescriptionUrl(const GenTLModule<void*>& port, const std::string& url,
+                                const GenICam::gcstring& moduleId) {
+    const size_t colon = url.find(':');
+    const size_t begin = colon != std::string::npos ? url.find_first_not_of('/', colon + 1) : colon;
+    if (begin == std::string::npos) throw RUNTIME_EXCEPTION("Invalid URL");
+
+    const std::string scheme = UpperCase(url.substr(0, colon));
+    if (scheme == "HTTP") throw RUNTIME_EXCEPTION("Unsupported URL");
+    NodeMapOwner map;
+    if (scheme == "LOCAL") {
+        map = LoadRegisters(port, url.substr(begin), moduleId);
+    } else if (scheme == "FILE") {
+        map = LoadFileUrl(url.substr(colon + 1), moduleId);
+    } else {
+        throw RUNTIME_EXCEPTION("Invalid URL");
+    }
+    if (map == nullptr) throw RUNTIME_EXCEPTION("Invalid XML");
+    return map;
+}
+
+}  // namespace ZelCameraApi::Internal

@@ -1,0 +1,25 @@
+// Results of a producer's port as GenApi's exceptions, in which a node map hears of them.
+#ifndef ZELCAMERAAPI_ZELGENPARAM_PORTERRORS_H
+#define ZELCAMERAAPI_ZELGENPARAM_PORTERRORS_H
+
+#include <cstddef>
+#include <cstdint>
+
+namespace ZelCameraApi::Internal {
+
+// One access to a port's registers, for the texts.
+struct PortAccess {
+    const char* verb;  // "Read" or "Write"
+    int64_t address;
+    int64_t length;
+};
+
+// Throws unless the access succeeded and moved all its bytes.
+void CheckPortAccess(const PortAccess& access, int result, size_t actualSize);
+
+// Throws unless GCGetPortInfo succeeded.
+void CheckPortInfo(int command, int result);
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_ZELGENPARAM_PORTERRORS_H

@@ -1,0 +1,46 @@
+// Configuration files: the features of a camera, and which camera they were taken from.
+//
+//     <Camera ifaceId="..." cameraId="...">
+//         <Config><![CDATA[...]]></Config>     the features, as the text of a GenApi feature bag
+//     </Camera>
+#ifndef ZELCAMERAAPI_CONFIGURATIONFILE_H
+#define ZELCAMERAAPI_CONFIGURATIONFILE_H
+
+#include <iosfwd>
+#include <string>
+
+#include <GenApi/GenApi.h>
+
+#include "ZelCam/Error.h"
+
+namespace tinyxml2 {
+class XMLDocument;
+}
+
+namespace ZelCameraApi::Internal {
+
+// Writes a configuration file. Whether that works is not reported.
+void WriteConfigurationFile(const char* fileName, const char* ifaceId, const char* cameraId,
+                            const std::string& features);
+
+// Names of the attributes.
+constexpr const char* kInterfaceId = "ifaceId";
+constexpr const char* kCameraId = "cameraId";
+
+// An attribute of "Camera"; null when the document has none.
+const char* GetCameraAttribute(const tinyxml2::XMLDocument& document, const char* name);
+
+// The text of "Config", which may be empty; null when the document has no such element.
+const char* GetFeatureText(const tinyxml2::XMLDocument& document);
+
+// The streamable features of a camera as text. Throws what GenApi throws.
+std::string StoreFeatures(GenApi::INodeMap* nodeMap);
+
+// Sets the features that a text tells, and verifies them. ZelCamErr_InvalidFile when the text
+// cannot be read, ZelCamErr_LoadConfigFailed when a feature does not take its value; the others are
+// set all the same.
+ZelCamErr LoadFeatures(std::istream& text, GenApi::INodeMap* nodeMap);
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_CONFIGURATIONFILE_H

@@ -1,0 +1,31 @@
+#include "ZelCameraApi/eventadapter.h"
+
+#include <GenApi/EventAdapterGEV.h>
+#include <GenApi/EventAdapterU3V.h>
+
+#include "ZelCameraApi/errorboundary.h"
+#include "ZelCameraApi/gentlinfo.h"
+
+namespace ZelCameraApi::Internal {
+
+std::unique_ptr<GenApi::CEventAdapter> CreateEventAdapter(const GenTLModule<void*>& port,
+                                                          GenApi::INodeMap* nodeMap) {
+    const std::string type = ZeroOnError(
+        [&] { return std::string(PortGetInfoString(port, GenTL::PORT_INFO_TLTYPE).c_str()); });
+    if (type == "CL" || type == "CXP") return nullptr;
+    try {
+        if (type == "GEV") return std::make_unique<GenApi::CEventAdapterGEV>(nodeMap);
+        // "U3V" and "Custom", and what is not known.
+        return std::make_unique<GenApi::CEventAdapterU3V>(nodeMap);
+    } catch (const GenICam::GenericException&) {
+        return nullptr;
+    }
+}
+
+void EventCallbackDelegate::Callback(uint32_t eventType, const void* data, size_t size,
+                                     void* self) {
+    const auto& function = static_cast<EventCallbackDelegate*>(self)->function;
+    if (function) function(eventType, data, size);
+}
+
+}  // namespace ZelCameraApi::Internal

@@ -1,0 +1,32 @@
+// How the events of a device reach its node map.
+#ifndef ZELCAMERAAPI_EVENTADAPTER_H
+#define ZELCAMERAAPI_EVENTADAPTER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+#include <GenApi/EventAdapter.h>
+#include <GenApi/GenApi.h>
+
+#include "ZelCameraApi/gentlmodule.h"
+
+namespace ZelCameraApi::Internal {
+
+// The adapter for the events of a port, attached to the port's node map: the transport-layer type
+// of the port decides on the form of its messages. Null for a transport without event messages, and
+// for a node map whose event identifiers make no sense. It ends before its node map.
+std::unique_ptr<GenApi::CEventAdapter> CreateEventAdapter(const GenTLModule<void*>& port,
+                                                          GenApi::INodeMap* nodeMap);
+
+// An event callback of the library with state; pass `this` as the private pointer.
+struct EventCallbackDelegate {
+    std::function<void(uint32_t eventType, const void* data, size_t size)> function;
+
+    static void Callback(uint32_t eventType, const void* data, size_t size, void* self);
+};
+
+}  // namespace ZelCameraApi::Internal
+
+#endif  // ZELCAMERAAPI_EVENTADAPTER_H

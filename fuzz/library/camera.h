@@ -1,0 +1,25 @@
+// A camera with features of every kind and with events, for targets whose input is something else.
+#ifndef FUZZ_LIBRARY_CAMERA_H
+#define FUZZ_LIBRARY_CAMERA_H
+
+#include <memory>
+#include <string>
+
+#include "ZelCameraApi/ZelGenParam/arrayimpl.h"
+#include "fuzz/library/fakeport.h"
+
+namespace Fuzz {
+
+extern const char* const kCameraDescription;
+
+struct Camera {
+    explicit Camera(const std::string& tlType);
+
+    FakePort port;
+    std::unique_ptr<ZelCameraApi::Internal::ArrayImpl> features;
+    GenApi::INodeMap* nodeMap;
+};
+
+}  // namespace Fuzz
+
+#endif  // FUZZ_LIBRARY_CAMERA_H

@@ -1,0 +1,122 @@
+#include "producers/simulator/cameracontrol.h"
+
+#include "producers/simulator/error.h"
+
+namespace ZelSim {
+
+CameraControl::CameraControl(const FrameSettings& powerOn)
+    : settings_(std::make_shared<const FrameSettings>(powerOn)) {}
+
+std::shared_ptr<const FrameSettings> CameraControl::Settings() const {
+    const std::lock_guard lock(mutex_);
+    return settings_;
+}
+
+void CameraControl::Change(const std::function<void(FrameSettings&)>& change) {
+    const auto before = Apply(change, false);
+    Notify(*before, *Settings());
+}
+
+void CameraControl::ChangeFixed(const std::function<void(FrameSettings&)>& change) {
+    const auto before = Apply(change, true);
+    Notify(*before, *Settings());
+}
+
+// Returns the settings before the change.
+std::shared_ptr<const FrameSettings> CameraControl::Apply(
+    const std::function<void(FrameSettings&)>& change, bool fixed) {
+    const std::lock_guard changing(changeMutex_);
+    if (fixed && IsLocked()) {
+        throw Error(GenTL::GC_ERR_ACCESS_DENIED,
+                    "fixed while frames flow or parameters are locked");
+    }
+    const std::shared_ptr<const FrameSettings> before = Settings();
+    FrameSettings settings = *before;
+    change(settings);
+    settings.Adapt();
+    if (settings.width > settings.WidthMax() || settings.height == 0 ||
+        settings.PayloadSize() > kMaxPayload) {
+        throw Error(GenTL::GC_ERR_INVALID_VALUE, "the sensor cannot send such frames");
+    }
+    auto after = std::make_shared<const FrameSettings>(settings);
+    const std::lock_guard lock(mutex_);
+    settings_ = std::move(after);
+    return before;
+}
+
+bool CameraControl::IsLocked() const {
+    const std::lock_guard lock(mutex_);
+    return lockedByClient_ || numStreams_ != 0;
+}
+
+bool CameraControl::IsLockedByClient() const {
+    const std::lock_guard lock(mutex_);
+    return lockedByClient_;
+}
+
+void CameraControl::LockByClient(bool lock) {
+    const std::lock_guard changing(changeMutex_);
+    const std::lock_guard guard(mutex_);
+    lockedByClient_ = lock;
+}
+
+Claim CameraControl::LockForStream() {
+    const std::lock_guard changing(changeMutex_);
+    const std::lock_guard lock(mutex_);
+    ++numStreams_;
+    return Claim(this, [this](void*) {
+        const std::lock_guard releaseLock(mutex_);
+        --numStreams_;
+    });
+}
+
+CameraControl::Acquisition CameraControl::State() const {
+    const std::lock_guard lock(mutex_);
+    return acquisition_;
+}
+
+void CameraControl::ChangeState(const std::function<void(Acquisition&)>& change) {
+    {
+        const std::lock_guard lock(mutex_);
+        change(acquisition_);
+    }
+    const auto settings = Settings();
+    Notify(*settings, *settings);
+}
+
+void CameraControl::StartAcquisition() {
+    ChangeState([](Acquisition& acquisition) {
+        acquisition.enabled = true;
+        ++acquisition.starts;
+    });
+}
+
+void CameraControl::StopAcquisition() {
+    ChangeState([](Acquisition& acquisition) { acquisition.enabled = false; });
+}
+
+void CameraControl::EnableAcquisition() {
+    ChangeState([](Acquisition& acquisition) { acquisition.enabled = true; });
+}
+
+void CameraControl::Trigger() {
+    ChangeState([](Acquisition& acquisition) { ++acquisition.triggers; });
+}
+
+Claim CameraControl::AddListener(Listener listener) {
+    const std::lock_guard lock(listenersMutex_);
+    const uint64_t number = nextListener_++;
+    listeners_[number] = std::move(listener);
+    return Claim(this, [this, number](void*) {
+        const std::lock_guard releaseLock(listenersMutex_);
+        listeners_.erase(number);
+    });
+}
+
+void CameraControl::Notify(const FrameSettings& before, const FrameSettings& after) {
+    const std::lock_guard lock(listenersMutex_);
+    for (const auto& [number, listener] : listeners_)
+        listener(before, after);
+}
+
+}  // namespace ZelSim

@@ -1,0 +1,76 @@
+// What a camera is told to do.
+#ifndef ZELSIM_CAMERACONTROL_H
+#define ZELSIM_CAMERACONTROL_H
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+
+#include "producers/simulator/claim.h"
+#include "producers/simulator/framesettings.h"
+
+namespace ZelSim {
+
+// The settings of a camera and the state of its acquisition, between the registers that change them
+// and the streams that follow them. Thread-safe.
+class CameraControl {
+  public:
+    struct Acquisition {
+        bool enabled = true;    // false from a stop to the next start
+        uint64_t starts = 0;    // so many starts came
+        uint64_t triggers = 0;  // and so many triggers
+    };
+
+    // Learns of a change of the settings, or, with equal ones, of the acquisition. Called by the
+    // thread that made it, with no lock of this class that others need; must not wait for frames.
+    using Listener = std::function<void(const FrameSettings& before, const FrameSettings& after)>;
+
+    explicit CameraControl(const FrameSettings& powerOn);
+
+    std::shared_ptr<const FrameSettings> Settings() const;
+
+    // Applies `change` to a copy of the settings, brings the rest into its limits and publishes it.
+    // Throws what `change` throws, and GC_ERR_INVALID_VALUE for frames of no size or too large
+    // ones.
+    void Change(const std::function<void(FrameSettings&)>& change);
+
+    // The same for settings that are fixed while frames flow or the client has locked them: throws
+    // GC_ERR_ACCESS_DENIED then.
+    void ChangeFixed(const std::function<void(FrameSettings&)>& change);
+
+    bool IsLocked() const;
+    bool IsLockedByClient() const;
+    void LockByClient(bool lock);
+    Claim LockForStream();  // released with the claim
+
+    Acquisition State() const;
+    void StartAcquisition();
+    void StopAcquisition();
+    void EnableAcquisition();  // as after switching on
+    void Trigger();
+
+    // Called until the claim goes; the camera must live longer.
+    Claim AddListener(Listener listener);
+
+  private:
+    std::shared_ptr<const FrameSettings> Apply(const std::function<void(FrameSettings&)>& change,
+                                               bool fixed);
+    void ChangeState(const std::function<void(Acquisition&)>& change);
+    void Notify(const FrameSettings& before, const FrameSettings& after);
+
+    std::mutex changeMutex_;    // held from the copy of the settings to their publication
+    mutable std::mutex mutex_;  // guards what follows; no other is taken under it
+    std::shared_ptr<const FrameSettings> settings_;
+    Acquisition acquisition_;
+    bool lockedByClient_ = false;
+    unsigned numStreams_ = 0;
+    std::mutex listenersMutex_;
+    std::map<uint64_t, Listener> listeners_;  // guarded by listenersMutex_
+    uint64_t nextListener_ = 0;               // guarded by listenersMutex_
+};
+
+}  // namespace ZelSim
+
+#endif  // ZELSIM_CAMERACONTROL_H

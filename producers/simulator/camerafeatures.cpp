@@ -1,0 +1,202 @@
+#include "producers/simulator/camerafeatures.h"
+
+#include <string>
+#include <utility>
+
+#include "producers/simulator/camera.h"
+#include "producers/simulator/error.h"
+#include "producers/simulator/frameregisters.h"
+#include "producers/simulator/settingregisters.h"
+
+namespace ZelSim {
+
+namespace {
+
+constexpr uint64_t kIdentification = 0x0200;
+constexpr uint64_t kTextSize = 64;
+constexpr uint64_t kDevice = 0x2000;
+constexpr uint64_t kCalibration = 0x2328;
+constexpr uint64_t kLines = 0x2400;
+constexpr uint64_t kUserSets = 0x2500;
+constexpr uint64_t kTransport = 0x2600;
+
+constexpr const char* kFirmwareVersion = "2.4.1";
+constexpr uint64_t kNsPerMs = 1000000;
+constexpr uint64_t kCalibrationNs = 30 * kNsPerMs;
+constexpr uint64_t kFactoryKey = 0x5A454C;
+constexpr uint64_t kWarmUpNs = 60000000000;
+
+// Temperatures: 1/16 degree, from -40 degrees Celsius.
+constexpr uint64_t kColdSensor = (25 + 40) * 16;
+constexpr uint64_t kColdMainboard = (30 + 40) * 16;
+constexpr uint64_t kWarmUp = 15 * 16;
+
+constexpr size_t kNumLines = 2;
+constexpr uint64_t kLineInverter = 1U << 1;
+
+// In the order of the entries of DeviceTLType, with the speed of the link in bytes a second.
+constexpr struct {
+    const char* name;
+    uint64_t bytesPerSecond;
+} kTransports[] = {{TLTypeGEVName, 125000000},  {TLTypeCLName, 850000000},
+                   {TLTypeCLHSName, 300000000}, {TLTypeCXPName, 1250000000},
+                   {TLTypeU3VName, 500000000},  {TLTypeCustomName, 371250000}};
+
+// Transports without an entry count as the last one, the custom ones.
+size_t TransportOf(const std::string& tlType) {
+    size_t index = 0;
+    while (index + 1 < std::size(kTransports) && tlType != kTransports[index].name)
+        ++index;
+    return index;
+}
+
+RegisterSpace::Integer ReadOnly(uint64_t address, size_t size, std::function<uint64_t()> get) {
+    return {address, size, Access::ReadOnly, std::move(get), nullptr, nullptr};
+}
+
+RegisterSpace::Integer Command(uint64_t address, std::function<void()> action) {
+    return {address,
+            4,
+            Access::WriteOnly,
+            nullptr,
+            nullptr,
+            [action = std::move(action)](uint64_t value) {
+                if (value != 0) action();
+            }};
+}
+
+}  // namespace
+
+CameraFeatures::CameraFeatures(Camera& camera)
+    : camera_(camera),
+      flash_(
+          *camera.Registers(), [&camera] { return camera.Nanoseconds(); },
+          camera.Config().flashBusyTime * kNsPerMs) {
+    userSets_.fill(*camera.Settings());
+    AddIdentification();
+    AddDeviceControl();
+    AddSensor();
+    AddFrameRegisters(*camera.Registers(), camera.Control());
+    AddCalibration();
+    AddLines();
+    AddUserSets();
+    AddTransport();
+}
+
+void CameraFeatures::AddIdentification() {
+    RegisterSpace& space = *camera_.Registers();
+    const CameraConfig& config = camera_.Config();
+    uint64_t address = kIdentification;
+    for (const std::string& text : {config.vendor, config.model, config.version,
+                                    std::string(kFirmwareVersion), config.serial}) {
+        space.Add(RegisterSpace::String{address, kTextSize, Access::ReadOnly,
+                                        [text] { return text; }, nullptr, nullptr});
+        address += kTextSize;
+    }
+    space.Add(RegisterSpace::String{
+        address, kTextSize, Access::ReadWrite, [this] { return camera_.UserName(); }, nullptr,
+        [this](const std::string& name) { camera_.SetUserName(name); }});
+}
+
+void CameraFeatures::AddDeviceControl() {
+    RegisterSpace& space = *camera_.Registers();
+    const size_t transport = TransportOf(camera_.TlType());
+    space.Add(ReadOnly(kDevice, 4, [=] { return transport; }));
+    space.Add(Command(kDevice + 0x10, [this] {
+        camera_.Control().LockByClient(false);
+        LoadUserSet(static_cast<size_t>(defaultUserSet_));
+    }));
+    space.Add(
+        Command(kDevice + 0x14, [this] { latchedTicks_ = camera_.Ticks(camera_.Nanoseconds()); }));
+    space.Add(ReadOnly(kDevice + 0x18, 8, [this] { return latchedTicks_; }));
+    space.Add(ReadOnly(kDevice + 0x28, 8, [=] { return kTransports[transport].bytesPerSecond; }));
+    space.Add(RegisterSpace::Integer{kDevice + 0x30, 4, Access::WriteOnly, nullptr, nullptr,
+                                     [this](uint64_t key) { unlocked_ = key == kFactoryKey; }});
+    space.Add(ReadOnly(kDevice + 0x34, 4, [this] { return unlocked_ ? 1 : 0; }));
+}
+
+// What the sensor tells of itself: it gets warm in the first minute.
+void CameraFeatures::AddSensor() {
+    RegisterSpace& space = *camera_.Registers();
+    const auto warmedUp = [this](uint64_t cold) {
+        return cold + std::min(camera_.Nanoseconds(), kWarmUpNs) * kWarmUp / kWarmUpNs;
+    };
+    space.Add(ReadOnly(kDevice + 0x04, 4, [=] { return warmedUp(kColdSensor); }));
+    space.Add(ReadOnly(kDevice + 0x08, 4, [=] { return warmedUp(kColdMainboard); }));
+}
+
+// A command that takes its time: its register reads as 1 until it is done.
+void CameraFeatures::AddCalibration() {
+    const auto isBusy = [this] { return camera_.Nanoseconds() < calibratedNs_; };
+    camera_.Registers()->Add(RegisterSpace::Integer{
+        kCalibration, 4, Access::ReadWrite, [=] { return isBusy() ? 1 : 0; }, nullptr,
+        [=](uint64_t value) {
+            if (value == 0) return;
+            if (isBusy()) throw Error(GenTL::GC_ERR_BUSY, "the calibration runs already");
+            calibratedNs_ = camera_.Nanoseconds() + kCalibrationNs;
+            ++numCalibrations_;
+        }});
+    camera_.Registers()->Add(ReadOnly(kCalibration + 4, 4, [this] { return numCalibrations_; }));
+}
+
+// A line without a signal is low, and high for the camera when it is inverted. The configuration
+// of a line is memory, little endian in every camera.
+void CameraFeatures::AddLines() {
+    RegisterSpace& space = *camera_.Registers();
+    space.Add(ReadOnly(kLines + 0x10, 4, [&space] {
+        uint64_t status = 0;
+        for (size_t line = 0; line < kNumLines; ++line) {
+            uint8_t bytes[4];
+            space.Read(kLines + line * sizeof(bytes), bytes, sizeof(bytes));
+            const uint64_t config = LoadInteger(bytes, sizeof(bytes), ByteOrder::Little);
+            if ((config & kLineInverter) != 0) status |= uint64_t{1} << line;
+        }
+        return status;
+    }));
+}
+
+void CameraFeatures::AddUserSets() {
+    RegisterSpace& space = *camera_.Registers();
+    for (size_t i = 0; i < kNumUserSets; ++i) {
+        space.Add(Command(kUserSets + 0x10 + 4 * i, [=] { LoadUserSet(i); }));
+        space.Add(Command(kUserSets + 0x20 + 4 * i, [=] { SaveUserSet(i); }));
+    }
+    space.Add(RegisterSpace::Integer{
+        kUserSets + 0x04, 4, Access::ReadWrite, [this] { return defaultUserSet_; },
+        [](uint64_t index) {
+            if (index < kNumUserSets) return;
+            throw Error(GenTL::GC_ERR_INVALID_VALUE, "not that many user sets");
+        },
+        [this](uint64_t index) { defaultUserSet_ = index; }});
+}
+
+void CameraFeatures::LoadUserSet(size_t index) {
+    camera_.Control().ChangeFixed([&](FrameSettings& settings) { settings = userSets_.at(index); });
+}
+
+void CameraFeatures::SaveUserSet(size_t index) {
+    if (index == 0) throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the factory's settings stay");
+    userSets_.at(index) = *camera_.Settings();
+}
+
+void CameraFeatures::AddTransport() {
+    RegisterSpace& space = *camera_.Registers();
+    CameraControl& control = camera_.Control();
+    space.Add(ReadOnly(kTransport, 8, [&control] { return control.Settings()->PayloadSize(); }));
+    space.Add(
+        RegisterSpace::Integer{kTransport + 0x08, 4, Access::ReadWrite,
+                               [&control] { return control.IsLockedByClient() ? 1 : 0; }, nullptr,
+                               [&control](uint64_t lock) { control.LockByClient(lock != 0); }});
+    space.Add(ReadOnly(kTransport + 0x0C, 4, [&control] { return control.IsLocked() ? 1 : 0; }));
+    const uint64_t frequency = camera_.Config().timestampFrequency;
+    space.Add(ReadOnly(kTransport + 0x10, 8, [=] { return frequency; }));
+
+    // Of GigE cameras; plain memory with what a camera comes up with.
+    for (const auto& [address, value] : {std::pair(0x20, 1500), {0x24, 0}, {0x28, 3000}}) {
+        uint8_t bytes[4];
+        StoreInteger(bytes, sizeof(bytes), static_cast<uint64_t>(value), space.Order());
+        space.Load(kTransport + static_cast<uint64_t>(address), bytes, sizeof(bytes));
+    }
+}
+
+}  // namespace ZelSim

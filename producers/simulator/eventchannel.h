@@ -1,0 +1,75 @@
+// What a camera tells by itself.
+#ifndef ZELSIM_EVENTCHANNEL_H
+#define ZELSIM_EVENTCHANNEL_H
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "producers/simulator/cameracontrol.h"
+#include "producers/simulator/claim.h"
+#include "producers/simulator/event.h"
+#include "producers/simulator/registerspace.h"
+
+namespace ZelSim {
+
+class Module;
+
+// The events of a camera, in the order of its selector.
+enum class EventKind : uint32_t {
+    AcquisitionStart,
+    AcquisitionEnd,
+    FrameStart,
+    FrameEnd,
+    ExposureEnd,
+    Test
+};
+constexpr uint32_t kNumEventKinds = 6;
+
+// Carries the events of a camera to the device modules of all clients that have it open. Which
+// events the camera sends is written to its registers; at power-on only the test event is, which
+// comes upon a command. Thread-safe: events may be sent from the actions of registers and from the
+// threads that make frames.
+class EventChannel {
+  public:
+    explicit EventChannel(std::string tlType) : tlType_(std::move(tlType)) {}
+    EventChannel(const EventChannel&) = delete;
+    EventChannel& operator=(const EventChannel&) = delete;
+
+    // Adds the registers of the event control, which refer to this object. `clock` gives the ticks
+    // for the time stamp of the test event.
+    void AddRegisters(RegisterSpace& registers, std::function<uint64_t()> clock);
+
+    // Says of the features that depend on the settings when they change. The control lives longer.
+    void Follow(CameraControl& control);
+
+    // The module gets the events until the claim is given back, which it does before it goes.
+    Claim Subscribe(Module& module);
+
+    bool IsOn(EventKind kind) const {
+        return (enabled_.load(std::memory_order_relaxed) >> static_cast<uint32_t>(kind) & 1U) != 0;
+    }
+
+    // Sends an event if the camera is to do so.
+    void Send(EventKind kind, uint64_t timestamp, std::optional<uint64_t> frameId = {});
+
+  private:
+    void ReportChanges(const FrameSettings& before, const FrameSettings& after);
+    void SetOn(EventKind kind, bool on);
+    void Fire(GenTL::EVENT_TYPE type, uint64_t id, EventData data);
+
+    const std::string tlType_;
+    Claim changes_;
+    std::atomic<uint32_t> enabled_{1U << static_cast<uint32_t>(EventKind::Test)};
+    std::mutex mutex_;
+    std::vector<Module*> modules_;  // guarded by mutex_
+    uint16_t lastRequest_ = 0;      // guarded by mutex_
+};
+
+}  // namespace ZelSim
+
+#endif  // ZELSIM_EVENTCHANNEL_H

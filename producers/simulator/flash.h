@@ -1,0 +1,40 @@
+// The memory of a camera's firmware.
+#ifndef ZELSIM_FLASH_H
+#define ZELSIM_FLASH_H
+
+#include <cstdint>
+#include <functional>
+
+#include "producers/simulator/registerspace.h"
+
+namespace ZelSim {
+
+// A flash with its registers in the space of a camera, 4 bytes each and little endian whatever the
+// order of the space. An operation keeps it busy for a while; the status says so, and commands are
+// refused with GC_ERR_BUSY until then.
+//
+//   idle --erase or program--> busy --time passes--> idle
+//
+// Guarded by the lock of the register space.
+class Flash {
+  public:
+    using Clock = std::function<uint64_t()>;  // nanoseconds
+
+    Flash(RegisterSpace& space, Clock clock, uint64_t busyNs);
+
+  private:
+    void Execute(uint32_t command);
+    void Erase(uint32_t address);
+    void ProgramPage(uint32_t address);
+    bool IsBusy() const { return clock_() < idleNs_; }
+
+    RegisterSpace& space_;
+    const Clock clock_;
+    const uint64_t busyNs_;
+    uint64_t idleNs_ = 0;      // when the operation ends
+    bool mayProgram_ = false;  // the page program control was written
+};
+
+}  // namespace ZelSim
+
+#endif  // ZELSIM_FLASH_H

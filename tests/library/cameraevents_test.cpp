@@ -1,0 +1,147 @@
+// Events of a camera in its node map: the messages are literal bytes as cameras send them.
+#include "ZelGenParam/Array.h"
+#include "tests/library/moduledescription.h"
+
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+// EVENTDATA command: event 0x9001, block 9, data 01020304.
+const Bytes kGevEvent = {0x42, 0x01, 0x00, 0xC2, 0x00, 0x14, 0x00, 0x01,  //
+                         0x00, 0x00, 0x90, 0x01, 0x00, 0x00, 0x00, 0x09,  //
+                         0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x2A,  //
+                         0x01, 0x02, 0x03, 0x04};
+// Event 0x9001 at 0x0102030405060708 with two bytes of data.
+const Bytes kU3vEvent = {0x55, 0x33, 0x56, 0x45, 0x00, 0x00, 0x00, 0x0C, 0x0E, 0x00, 0x07, 0x00,  //
+                         0x00, 0x00, 0x01, 0x90, 0x08, 0x07, 0x06, 0x05, 0x04, 0x03, 0x02, 0x01,  //
+                         0xAA, 0xBB};
+
+// Notes the value of its feature at each change.
+class Sink final : public ZelGenParam::ParamEventSink {
+  public:
+    void OnParamChanged(ZelGenParam::Param* param) override {
+        const int64_t value = param->ToInt()->GetValue(nullptr);
+        const std::lock_guard lock(mutex_);
+        values_.push_back(value);
+        changed_.notify_all();
+    }
+
+    bool Await(int64_t value) {
+        std::unique_lock lock(mutex_);
+        return changed_.wait_for(lock, Patience, [&] {
+            return std::find(values_.begin(), values_.end(), value) != values_.end();
+        });
+    }
+
+  private:
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::vector<int64_t> values_;  // guarded by mutex_
+};
+
+class CameraEventsTest : public SessionTest {
+  protected:
+    // The camera's parameters, on an interface of that transport-layer type.
+    ZelGenParam::Array* Open(const std::string& type) {
+        producer.SetDescription(Description::Xml());
+        producer.SetWorld({{"if0", type, {"cam0"}}});
+        iface = nullptr;
+        device = nullptr;
+        system.reset();
+        OpenDevice();
+        return device != nullptr ? device->GetCameraParameters(nullptr) : nullptr;
+    }
+
+    // Delivers an event as the camera, and waits until the library is through with it.
+    void Fire(const Bytes& message) {
+        void* const handle = HandleOf("device cam0");
+        ASSERT_TRUE(producer.AwaitWaiter(handle, GenTL::EVENT_REMOTE_DEVICE));
+        const size_t calls = producer.GetCount("EventGetData");
+        ASSERT_TRUE(producer.FireEvent(handle, GenTL::EVENT_REMOTE_DEVICE, message));
+        ASSERT_TRUE(producer.AwaitCount("EventGetData", calls + 1));
+    }
+};
+
+}  // namespace
+
+TEST_F(CameraEventsTest, ReachTheSinksOfTheFeaturesOfTheEvent) {
+    const struct {
+        const char* type;
+        const Bytes& message;
+        const char* feature;
+        int64_t value;
+    } cases[] = {{"GEV", kGevEvent, "GevBlock", 9},
+                 {"U3V", kU3vEvent, "U3vTimestamp", 0x0102030405060708},
+                 {"Custom", kU3vEvent, "U3vTimestamp", 0x0102030405060708},
+                 {"HDSDI", kU3vEvent, "U3vTimestamp", 0x0102030405060708}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.type);
+        ZelGenParam::Array* const parameters = Open(c.type);
+        ASSERT_NE(parameters, nullptr);
+        ZelGenParam::Int* const feature = parameters->GetInt(c.feature, nullptr);
+        ASSERT_NE(feature, nullptr);
+        EXPECT_FALSE(feature->IsAvailable());  // until there was an event
+
+        Sink sink;
+        ASSERT_EQ(feature->RegisterEventSink(&sink), ZelCamErr_Success);
+        Fire({0x00, 0x01});  // malformed: dropped, and the next one arrives
+        Fire(c.message);
+        EXPECT_TRUE(sink.Await(c.value));
+        EXPECT_EQ(feature->GetValue(nullptr), c.value);
+        EXPECT_EQ(feature->UnregisterEventSink(&sink), ZelCamErr_Success);
+    }
+}
+
+TEST_F(CameraEventsTest, AreDroppedWhereTheTransportHasNone) {
+    for (const char* type : {"CL", "CXP"}) {
+        ZelGenParam::Array* const parameters = Open(type);
+        ASSERT_NE(parameters, nullptr);
+        Fire(kGevEvent);
+        Fire(kU3vEvent);
+        EXPECT_FALSE(parameters->GetInt("GevBlock", nullptr)->IsAvailable()) << type;
+    }
+}
+
+TEST_F(CameraEventsTest, ParametersDoNotNeedThem) {
+    Fail("GCRegisterEvent", -1003, GenTL::EVENT_REMOTE_DEVICE);
+    EXPECT_NE(Open("GEV"), nullptr);
+    producer.ClearRules();
+    // An event identifier that makes no sense leaves the other features usable.
+    producer.SetDescription(
+        test::document("<Category Name='Root'/><Port Name='Odd'><EventID>901"
+                       "</EventID></Port>" +
+                       test::kPort + test::intReg("Plain", 0)));
+    device->Release();
+    device = ZelCam_CreateDevice(info, ZelCam::DeviceAccess::Control, nullptr);
+    ZelCamErr err = ZelCamErr_Error;
+    ZelGenParam::Array* const parameters = device->GetCameraParameters(&err);
+    ASSERT_NE(parameters, nullptr);
+    EXPECT_EQ(parameters->GetIntegerValue("Plain", &err), 0);
+    EXPECT_EQ(err, ZelCamErr_Success);
+}
+
+// The features of events vanish with the device, which their sinks are told.
+TEST_F(CameraEventsTest, SinksStillReachTheCameraWhenItIsReleased) {
+    class Writer final : public ZelGenParam::ParamEventSink {
+      public:
+        explicit Writer(ZelGenParam::Array& parameters) : parameters_(parameters) {}
+        void OnParamChanged(ZelGenParam::Param* /*param*/) override {
+            err = parameters_.SetIntegerValue("Height", ++calls);
+        }
+
+        int calls = 0;
+        ZelCamErr err = ZelCamErr_Success;
+
+      private:
+        ZelGenParam::Array& parameters_;
+    };
+    ZelGenParam::Array* const parameters = Open("GEV");
+    ASSERT_NE(parameters, nullptr);
+    Writer sink(*parameters);
+    parameters->GetInt("GevBlock", nullptr)->RegisterEventSink(&sink);
+    Fire(kGevEvent);
+    EXPECT_EQ(sink.calls, 1);
+    device->Release();
+    EXPECT_EQ(sink.calls, 2);
+    EXPECT_EQ(sink.err, ZelCamErr_Success);
+}

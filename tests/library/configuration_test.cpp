@@ -1,0 +1,178 @@
+// Configuration files: saved, loaded in every form, and opened as the camera that they name.
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "ZelGenParam/Array.h"
+#include "tests/library/moduledescription.h"
+
+using Description::Peek;
+using Description::Poke;
+using testing::HasSubstr;
+
+namespace {
+
+const std::string kMagic =
+    "# {05D8C294-F295-4dfb-9D01-096BD04049F4}\n"
+    "# GenApi persistence file (version 3.0.2)\n";
+
+std::string Features(const std::string& width) {
+    return kMagic + "Width\t" + width + "\nHeight\t48\n";
+}
+
+std::string Camera(const std::string& attributes, const std::string& inside) {
+    return "<Camera " + attributes + ">" + inside + "</Camera>";
+}
+
+std::string Config(const std::string& features) {
+    return "<Config><![CDATA[" + features + "]]></Config>";
+}
+
+class ConfigurationTest : public SessionTest {
+  protected:
+    void SetUp() override {
+        producer.SetDescription(Description::Xml());
+        std::filesystem::create_directories(folder);
+    }
+    void TearDown() override {
+        SessionTest::TearDown();
+        std::filesystem::remove_all(folder);
+    }
+
+    // A file of its own.
+    std::string File(const std::string& text) {
+        const std::string path = folder + "/file" + std::to_string(++files);
+        std::ofstream(path) << text;
+        return path;
+    }
+
+    int files = 0;
+    const std::string folder = testing::TempDir() + "configuration";
+};
+
+}  // namespace
+
+TEST_F(ConfigurationTest, IsSavedAndLoadedAgain) {
+    OpenDevice();
+    Poke(producer, Description::Width, 640);
+    Poke(producer, Description::Height, 480);
+    Poke(producer, Description::PixelFormat, 0x010C0047);
+    const std::string file = folder + "/camera.xml";
+    EXPECT_EQ(device->SaveConfiguration(file.c_str()), ZelCamErr_Success);
+
+    std::stringstream text;
+    text << std::ifstream(file).rdbuf();
+    EXPECT_THAT(text.str(), HasSubstr("<Camera ifaceId=\"if0\" cameraId=\"cam0\">"));
+    EXPECT_THAT(text.str(), HasSubstr("<Config><![CDATA[" + kMagic + "# "));
+    EXPECT_THAT(text.str(),
+                HasSubstr("\nWidth\t640\nHeight\t480\nPixelFormat\tMono12p\n]]></Config>"));
+
+    ZelGenParam::Array* const parameters = device->GetCameraParameters(nullptr);
+    EXPECT_EQ(parameters->SetIntegerValue("Width", 1), ZelCamErr_Success);
+    EXPECT_EQ(parameters->SetEnumValueStr("PixelFormat", "Mono8"), ZelCamErr_Success);
+    EXPECT_EQ(device->LoadConfiguration(file.c_str()), ZelCamErr_Success);
+    EXPECT_EQ(Peek(producer, Description::Width), 640U);
+    EXPECT_EQ(Peek(producer, Description::PixelFormat), 0x010C0047U);
+
+    EXPECT_EQ(device->SaveConfiguration((folder + "/none/camera.xml").c_str()), ZelCamErr_Success);
+    device->Release();
+    device = ZelCam_CreateDevice(info, ZelCam::DeviceAccess::Control, nullptr);
+    ASSERT_NE(device->GetCameraParameters(nullptr), nullptr);
+    Fail("GCReadPort", -1010);
+    EXPECT_EQ(device->SaveConfiguration(file.c_str()), ZelCamErr_GenApiError);
+}
+
+TEST_F(ConfigurationTest, IsLoadedFromEveryForm) {
+    OpenDevice();
+    const std::string good = Features("32");
+    const std::pair<std::string, ZelCamErr> forms[] = {
+        {File(Camera("", Config(good))), ZelCamErr_Success},
+        {File(good), ZelCamErr_Success},
+        {good, ZelCamErr_Success},
+        {good.substr(0, good.size() - 1), ZelCamErr_Success},
+        {File(Camera("", Config(Features("wide")))), ZelCamErr_LoadConfigFailed},
+        {File(Features("wide")), ZelCamErr_LoadConfigFailed},
+        {Features("wide"), ZelCamErr_LoadConfigFailed},
+        {File("<Kamera>" + Config(good) + "</Kamera>"), ZelCamErr_InvalidFile},
+        {File(Camera("", "")), ZelCamErr_InvalidFile},
+        {File(Camera("", "<Config/>")), ZelCamErr_InvalidFile},
+        {File(Camera("", Config("Width\t32\n"))), ZelCamErr_InvalidFile},
+        {File("Width\t32\n"), ZelCamErr_InvalidFile},
+        {File(""), ZelCamErr_InvalidFile},
+        {folder, ZelCamErr_InvalidFile},
+        {"no such file", ZelCamErr_InvalidFile},
+        {"", ZelCamErr_InvalidFile}};
+    for (const auto& [argument, code] : forms) {
+        SCOPED_TRACE(argument);
+        Poke(producer, Description::Width, 7);
+        Poke(producer, Description::Height, 7);
+        EXPECT_EQ(device->LoadConfiguration(argument.c_str()), code);
+        EXPECT_EQ(Peek(producer, Description::Width), code == ZelCamErr_Success ? 32U : 7U);
+        // A feature that fails does not keep the others from being set.
+        EXPECT_EQ(Peek(producer, Description::Height), code == ZelCamErr_InvalidFile ? 7U : 48U);
+    }
+    EXPECT_EQ(device->LoadConfiguration(nullptr), ZelCamErr_FileOpenFailed);
+}
+
+TEST_F(ConfigurationTest, OpensTheCameraThatItNames) {
+    const std::string good = Config(Features("32"));
+    const struct {
+        std::string text;
+        ZelCamErr ofSystem;
+        ZelCamErr ofInterface;
+        bool opened = false;
+    } cases[] = {
+        {Camera("ifaceId='if0' cameraId='cam1'", good), ZelCamErr_Success, ZelCamErr_Success, true},
+        {Camera("ifaceId='if0' cameraId='cam1'", ""), ZelCamErr_InvalidFile, ZelCamErr_InvalidFile,
+         true},
+        {Camera("ifaceId='if9' cameraId='cam1'", Config(Features("wide"))), ZelCamErr_NotFound,
+         ZelCamErr_LoadConfigFailed, true},
+        {Camera("cameraId='cam1'", good), ZelCamErr_InvalidFile, ZelCamErr_Success, true},
+        {Camera("ifaceId='if0' cameraId='none'", good), ZelCamErr_GenTL_InvalidId,
+         ZelCamErr_GenTL_InvalidId},
+        {Camera("ifaceId='if0'", good), ZelCamErr_InvalidFile, ZelCamErr_InvalidFile},
+        {"<Kamera ifaceId='if0' cameraId='cam1'/>", ZelCamErr_InvalidFile, ZelCamErr_InvalidFile},
+        {"no XML", ZelCamErr_InvalidFile, ZelCamErr_Success}};
+    OpenInterface();
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        const std::string file = File(c.text);
+        const auto check = [&](auto& opener, ZelCamErr code, bool expected) {
+            ZelCamErr err = ZelCamErr_Error;
+            for (ZelCamErr* const out : {&err, static_cast<ZelCamErr*>(nullptr)}) {
+                const Holder<ZelCam::Device> opened(
+                    opener.CreateDeviceFromConfig(file.c_str(), out));
+                ASSERT_EQ(opened != nullptr, expected);
+                if (opened != nullptr) {
+                    EXPECT_STREQ(opened->GetInfo()->GetID(), "cam1");
+                }
+            }
+            EXPECT_EQ(err, code);
+        };
+        check(*iface, c.ofInterface, c.opened);
+        check(*system, c.ofSystem, c.opened && c.ofSystem == c.ofInterface);
+    }
+    EXPECT_EQ(producer.GetCount("IFOpenDevice"),
+              producer.GetCount("IFOpenDevice", GenTL::DEVICE_ACCESS_EXCLUSIVE));
+}
+
+TEST_F(ConfigurationTest, OpensNothingThatCannotBeFound) {
+    producer.SetWorld({{"if0", "GEV", {}}});
+    OpenInterface();
+    const std::string file = File(Camera("ifaceId='if0' cameraId='cam0'", ""));
+    Fail("IFGetNumDevices", -1010);  // so the camera is not found
+    ZelCamErr err = ZelCamErr_Error;
+    EXPECT_EQ(iface->CreateDeviceFromConfig(file.c_str(), &err), nullptr);
+    EXPECT_EQ(err, ZelCamErr_NotFound);
+    err = ZelCamErr_Error;
+    EXPECT_EQ(system->CreateDeviceFromConfig(file.c_str(), &err), nullptr);
+    EXPECT_EQ(err, ZelCamErr_NotFound);
+
+    for (const char* missing : {"/no/such/file.xml", static_cast<const char*>(nullptr)}) {
+        err = ZelCamErr_Error;
+        EXPECT_EQ(iface->CreateDeviceFromConfig(missing, &err), nullptr);
+        EXPECT_EQ(err, ZelCamErr_Success);
+        EXPECT_EQ(system->CreateDeviceFromConfig(missing, &err), nullptr);
+        EXPECT_EQ(err, ZelCamErr_InvalidFile);
+    }
+}

@@ -1,0 +1,124 @@
+// Events that a camera sends by itself.
+
+#include <memory>
+
+#include <GenApi/EventAdapterGEV.h>
+#include <GenApi/EventAdapterU3V.h>
+#include <gmock/gmock.h>
+
+#include "tests/simulator/portnodemap.h"
+#include "tests/simulator/producer.h"
+
+using namespace GENAPI_NAMESPACE;
+using namespace GenTL;
+using ::testing::ElementsAre;
+
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+class CameraEventTest : public CameraTest {
+  protected:
+    void Open(const std::string& keys, const std::string& type) {
+        OpenCamera(keys, type);
+        PORT_HANDLE port = nullptr;
+        ASSERT_EQ(p.DevGetPort(device, &port), GC_ERR_SUCCESS);
+        nodes = std::make_unique<PortNodeMap>(p, port);
+        ASSERT_EQ(p.GCRegisterEvent(device, EVENT_REMOTE_DEVICE, &event), GC_ERR_SUCCESS);
+    }
+    void Switch(const char* name, const char* value) {
+        nodes->Set("EventSelector", name);
+        nodes->Set("EventNotification", value);
+    }
+    // The next message of the camera; empty, and a failed test, when none comes.
+    Bytes Message(uint64_t timeoutMs = patienceMs) {
+        Bytes message(1024);
+        size_t size = message.size();
+        EXPECT_EQ(p.EventGetData(event, message.data(), &size, timeoutMs), GC_ERR_SUCCESS);
+        message.resize(size);
+        return message;
+    }
+    uint64_t NumFired() {
+        return Ask([&](INFO_DATATYPE* type, void* buffer, size_t* size) {
+                   return p.EventGetInfo(event, EVENT_NUM_FIRED, type, buffer, size);
+               })
+            .Uint64();
+    }
+
+    // With frames 0 and 1 the events of two exposures reach the features.
+    void CheckExposureEnds(CEventAdapter& adapter) {
+        Switch("ExposureEnd", "On");
+        EXPECT_EQ(nodes->Node("EventExposureEndFrameID")->GetAccessMode(), NA);
+        AllocateAndQueue(2);
+        ASSERT_EQ(Start(2), GC_ERR_SUCCESS);
+        int64_t last = 0;
+        for (int64_t frame = 0; frame < 2; ++frame) {
+            const Bytes message = Message();
+            adapter.DeliverMessage(message.data(), static_cast<uint32_t>(message.size()));
+            EXPECT_EQ(nodes->Integer("EventExposureEndFrameID"), frame);
+            const int64_t time = nodes->Integer("EventExposureEndTimestamp");
+            EXPECT_GT(time, last);
+            last = time;
+            EXPECT_GE(BufferInfo(Fetch(), BUFFER_INFO_TIMESTAMP).Uint64(),
+                      static_cast<uint64_t>(time));
+        }
+        EXPECT_EQ(Stop(), GC_ERR_SUCCESS);
+    }
+
+    std::unique_ptr<PortNodeMap> nodes;
+    EVENT_HANDLE event = nullptr;
+};
+
+TEST_F(CameraEventTest, GevMessagesReachTheFeatures) {
+    Open("frameRate='0' bigEndian='true'", "GEV");
+    CEventAdapterGEV adapter(&nodes->Map());
+    CheckExposureEnds(adapter);
+}
+
+TEST_F(CameraEventTest, U3vMessagesReachTheFeatures) {
+    Open("frameRate='100'", "U3V");
+    CEventAdapterU3V adapter(&nodes->Map());
+    CheckExposureEnds(adapter);
+}
+
+TEST_F(CameraEventTest, MessagesHaveTheFormOfTheTransport) {
+    const auto message = [&](const char* type) {
+        Open("frameRate='0' timestampFrequency='1'", type);
+        nodes->Execute("TestEventGenerate");
+        return Message();
+    };
+    Bytes gev = message("GEV");
+    ASSERT_EQ(gev.size(), 24U);
+    EXPECT_LT(gev[23], 60);  // seconds since the camera was configured
+    gev[23] = 0;
+    EXPECT_THAT(gev, ElementsAre(0x42, 0x01, 0x00, 0xC0, 0x00, 0x10, 0x00, 0x01,  //
+                                 0x00, 0x00, 0x9F, 0xFF, 0x00, 0x00, 0x00, 0x00,  //
+                                 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00));
+    Bytes u3v = message("U3V");
+    ASSERT_EQ(u3v.size(), 24U);
+    EXPECT_LT(u3v[16], 60);
+    u3v[16] = 0;
+    EXPECT_THAT(u3v, ElementsAre(0x55, 0x33, 0x56, 0x45, 0x00, 0x00, 0x00, 0x0C,  //
+                                 0x0C, 0x00, 0x01, 0x00, 0x00, 0x00, 0xFF, 0x9F,  //
+                                 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00));
+}
+
+TEST_F(CameraEventTest, AreSentInOrderWhenSwitchedOn) {
+    Open("frameRate='0'", "GEV");
+    for (const char* name : {"AcquisitionStart", "AcquisitionEnd", "FrameStart", "FrameEnd"})
+        Switch(name, "On");
+    Switch("Test", "Off");
+    nodes->Execute("TestEventGenerate");
+    AllocateAndQueue(1);
+    ASSERT_EQ(Start(1), GC_ERR_SUCCESS);
+    std::vector<int> ids;
+    for (int i = 0; i < 4; ++i) {
+        const Bytes message = Message();
+        ASSERT_GE(message.size(), 24U);
+        ids.push_back(message[10] << 8 | message[11]);
+    }
+    EXPECT_THAT(ids, ElementsAre(0x9011, 0x9021, 0x9022, 0x9012));
+    EXPECT_EQ(NumFired(), 4U);
+}
+
+}  // namespace

@@ -1,0 +1,37 @@
+// What a process holds of the system's resources, to see that it does not grow.
+#ifndef ZELCAM_TESTS_PROCESSSTATE_H
+#define ZELCAM_TESTS_PROCESSSTATE_H
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <malloc.h>
+#include <unistd.h>
+
+namespace ZelTest {
+
+struct ProcessState {
+    long residentKiB;
+    long threads;
+    long descriptors;
+
+    // What the allocator keeps in reserve does not count.
+    static ProcessState Now() {
+        malloc_trim(0);
+        long total = 0;
+        long resident = 0;
+        std::ifstream("/proc/self/statm") >> total >> resident;
+        return {resident * (sysconf(_SC_PAGESIZE) / 1024), CountEntries("/proc/self/task"),
+                CountEntries("/proc/self/fd")};
+    }
+
+  private:
+    static long CountEntries(const char* folder) {
+        const std::filesystem::directory_iterator entries(folder);
+        return static_cast<long>(std::distance(begin(entries), end(entries)));
+    }
+};
+
+}  // namespace ZelTest
+
+#endif  // ZELCAM_TESTS_PROCESSSTATE_H
