@@ -13,12 +13,23 @@ struct FeaturesOptions {
     std::string glob;
     std::string visibility = "guru";
     bool missing = false;
+    bool names = false;
 };
+
+// For the completion of the shell. No value is read.
+ExitCode PrintNames(ZelGenParam::Array& features) {
+    const FeatureFilter everything = {"", ZelGenParam::Visibility::Invisible, true};
+    VisitFeatures(features, everything, [](ZelGenParam::Param& feature, const auto&) {
+        std::cout << feature.GetName() << '\n';
+    });
+    return ExitCode::Ok;
+}
 
 ExitCode RunFeatures(const FeaturesOptions& options) {
     FeatureSession session(options.camera);
     const FeatureFilter filter = {options.glob, VisibilityOf(options.visibility), options.missing};
     ZelGenParam::Array& features = session.Features();
+    if (options.names) return PrintNames(features);
     const size_t count =
         options.camera.session.json
             ? PrintFeaturesAsJson(std::cout, features, filter, session.Camera().Info().id)
@@ -36,6 +47,7 @@ void AddFeaturesCommand(CLI::App& app, Invocation& invocation) {
     CLI::App* command = app.add_subcommand("features", "Show the features of a camera");
     AddFeatureOptions(*command, options->camera);
     AddFilterOptions(*command, options->glob, options->visibility);
+    command->add_flag("--names", options->names)->group("");
     command->add_flag("--all", options->missing, "Also features that this camera does not have");
     command->footer(
         "Examples:\n"
