@@ -109,6 +109,9 @@ ExitCode RunEvents(const EventsOptions& options) {
             if (++arrived == options.count) break;
         }
     }
+    if (arrived == 0 && !options.grab) {
+        std::cerr << "zelcam: note: no event came; many come only with frames: --grab\n";
+    }
     if (arrived < options.count) return Interrupted() ? ExitCode::Interrupted : ExitCode::Timeout;
     return ExitCode::Ok;
 }
