@@ -1,5 +1,8 @@
 #include "producers/simulator/cameradescription.h"
 
+#include <set>
+#include <string>
+
 #include "producers/simulator/camera.h"
 #include "producers/simulator/eventmessage.h"
 #include "producers/simulator/placeholders.h"
@@ -36,6 +39,48 @@ void DescribeEvents(const std::string& tlType, Placeholders& values) {
     values.Text("EVENT_FRAME_ID_ADDRESS", std::to_string(form.frameIdAddress));
 }
 
+std::string EnumEntry(const std::string& feature, const std::string& symbol,
+                      const std::string& toolTip, uint64_t value) {
+    return "<EnumEntry Name=\"EnumEntry_" + feature + "_" + symbol + "\"><ToolTip>" + toolTip +
+           "</ToolTip><Value>" + std::to_string(value) + "</Value><Symbolic>" + symbol +
+           "</Symbolic></EnumEntry>\n";
+}
+
+// Names of nodes must tell the entries of enumerations apart.
+void DescribePixels(Placeholders& values) {
+    std::string formats;
+    std::string chunkFormats;
+    std::set<unsigned> sizes;
+    for (const PixelFormat& format : AllPixelFormats()) {
+        const std::string toolTip = std::to_string(format.BitsPerPixel()) + " bits a pixel.";
+        formats += EnumEntry("PixelFormat", format.name, toolTip, format.value);
+        chunkFormats += EnumEntry("ChunkPixelFormat", format.name, toolTip, format.value);
+        sizes.insert(format.BitsPerPixel());
+    }
+    std::string sizeEntries;
+    for (const unsigned size : sizes) {
+        const std::string bits = std::to_string(size);
+        sizeEntries += EnumEntry("PixelSize", "Bpp" + bits, bits + " bits.", size);
+    }
+    values.Xml("PIXEL_FORMATS", formats);
+    values.Xml("CHUNK_PIXEL_FORMATS", chunkFormats);
+    values.Xml("PIXEL_SIZES", sizeEntries);
+}
+
+// The fragment cameragev.xml holds more features for the category of the transport.
+void DescribeTransport(const std::string& tlType, Placeholders& values) {
+    const bool gev = tlType == TLTypeGEVName;
+    std::string features;
+    if (gev) {
+        for (const char* const name :
+             {"GevSCPSPacketSize", "GevSCPD", "GevHeartbeatTimeout", "GevTimestampTickFrequency"}) {
+            features += std::string("<pFeature>") + name + "</pFeature>";
+        }
+    }
+    values.Xml("GEV_FEATURES", features);
+    values.Xml("GEV_NODES", gev ? "@cameragev.xml@" : "");
+}
+
 }  // namespace
 
 std::unique_ptr<const Description> MakeCameraDescription(const Camera& camera) {
@@ -45,6 +90,8 @@ std::unique_ptr<const Description> MakeCameraDescription(const Camera& camera) {
     values.Text("MODEL", NameOf(config.model));
     values.Text("STANDARD", StandardNameSpace(camera.TlType()));
     values.Text("ENDIANESS", Endianess(camera.Registers()->Order()));
+    DescribePixels(values);
+    DescribeTransport(camera.TlType(), values);
     DescribeEvents(camera.TlType(), values);
     return std::make_unique<Description>(NameOf(config.model), values.FillIn("camera.xml"),
                                          Description::Form::Xml);

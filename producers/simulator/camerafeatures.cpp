@@ -1,5 +1,6 @@
 #include "producers/simulator/camerafeatures.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -7,6 +8,7 @@
 #include "producers/simulator/error.h"
 #include "producers/simulator/frameregisters.h"
 #include "producers/simulator/settingregisters.h"
+#include "producers/simulator/transporttype.h"
 
 namespace ZelSim {
 
@@ -34,21 +36,15 @@ constexpr uint64_t kWarmUp = 15 * 16;
 constexpr size_t kNumLines = 2;
 constexpr uint64_t kLineInverter = 1U << 1;
 
-// In the order of the entries of DeviceTLType, with the speed of the link in bytes a second.
-constexpr struct {
-    const char* name;
-    uint64_t bytesPerSecond;
-} kTransports[] = {{TLTypeGEVName, 125000000},  {TLTypeCLName, 850000000},
-                   {TLTypeCLHSName, 300000000}, {TLTypeCXPName, 1250000000},
-                   {TLTypeU3VName, 500000000},  {TLTypeCustomName, 371250000}};
+// Bytes a second on the link, by TransportTypeNumber.
+constexpr uint64_t kLinkSpeeds[] = {0,         371250000,  125000000, 500000000,
+                                    850000000, 1250000000, 371250000};
 
-// Transports without an entry count as the last one, the custom ones.
-size_t TransportOf(const std::string& tlType) {
-    size_t index = 0;
-    while (index + 1 < std::size(kTransports) && tlType != kTransports[index].name)
-        ++index;
-    return index;
-}
+// What the camera can do, as the features Capability... take it apart.
+constexpr uint32_t kBinning = 1U << 0;
+constexpr uint32_t kReverse = 1U << 1;
+constexpr uint32_t kSoftwareTrigger = 1U << 2;
+constexpr unsigned kUserSetsShift = 8;
 
 RegisterSpace::Integer ReadOnly(uint64_t address, size_t size, std::function<uint64_t()> get) {
     return {address, size, Access::ReadOnly, std::move(get), nullptr, nullptr};
@@ -100,19 +96,32 @@ void CameraFeatures::AddIdentification() {
 
 void CameraFeatures::AddDeviceControl() {
     RegisterSpace& space = *camera_.Registers();
-    const size_t transport = TransportOf(camera_.TlType());
+    const uint32_t transport = TransportTypeNumber(camera_.TlType());
     space.Add(ReadOnly(kDevice, 4, [=] { return transport; }));
     space.Add(Command(kDevice + 0x10, [this] {
         camera_.Control().LockByClient(false);
+        camera_.Events().Reset();
         LoadUserSet(static_cast<size_t>(defaultUserSet_));
     }));
     space.Add(
         Command(kDevice + 0x14, [this] { latchedTicks_ = camera_.Ticks(camera_.Nanoseconds()); }));
     space.Add(ReadOnly(kDevice + 0x18, 8, [this] { return latchedTicks_; }));
-    space.Add(ReadOnly(kDevice + 0x28, 8, [=] { return kTransports[transport].bytesPerSecond; }));
+    space.Add(ReadOnly(kDevice + 0x28, 8, [=] { return kLinkSpeeds[transport]; }));
     space.Add(RegisterSpace::Integer{kDevice + 0x30, 4, Access::WriteOnly, nullptr, nullptr,
                                      [this](uint64_t key) { unlocked_ = key == kFactoryKey; }});
     space.Add(ReadOnly(kDevice + 0x34, 4, [this] { return unlocked_ ? 1 : 0; }));
+
+    // Bits are counted from the other end in big-endian registers: little endian in every camera.
+    Register capabilities;
+    capabilities.address = kDevice + 0x38;
+    capabilities.size = 4;
+    capabilities.access = Access::ReadOnly;
+    capabilities.source = [](uint8_t* bytes) {
+        const uint32_t bits =
+            kBinning | kReverse | kSoftwareTrigger | kNumUserSets << kUserSetsShift;
+        StoreInteger(bytes, 4, bits, ByteOrder::Little);
+    };
+    space.Add(std::move(capabilities));
 }
 
 // What the sensor tells of itself: it gets warm in the first minute.

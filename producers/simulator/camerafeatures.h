@@ -20,7 +20,7 @@ class CameraFeatures {
     explicit CameraFeatures(Camera& camera);
 
   private:
-    static constexpr size_t kNumUserSets = 3;  // the first is that of the factory
+    static constexpr uint32_t kNumUserSets = 3;  // the first is that of the factory
 
     void AddIdentification();
     void AddDeviceControl();

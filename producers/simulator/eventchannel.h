@@ -54,17 +54,22 @@ class EventChannel {
         return (enabled_.load(std::memory_order_relaxed) >> static_cast<uint32_t>(kind) & 1U) != 0;
     }
 
+    // What is sent is again what it was at power-on.
+    void Reset() { enabled_ = kEnabledAtPowerOn; }
+
     // Sends an event if the camera is to do so.
     void Send(EventKind kind, uint64_t timestamp, std::optional<uint64_t> frameId = {});
 
   private:
+    static constexpr uint32_t kEnabledAtPowerOn = 1U << static_cast<uint32_t>(EventKind::Test);
+
     void ReportChanges(const FrameSettings& before, const FrameSettings& after);
     void SetOn(EventKind kind, bool on);
     void Fire(GenTL::EVENT_TYPE type, uint64_t id, EventData data);
 
     const std::string tlType_;
     Claim changes_;
-    std::atomic<uint32_t> enabled_{1U << static_cast<uint32_t>(EventKind::Test)};
+    std::atomic<uint32_t> enabled_{kEnabledAtPowerOn};
     std::mutex mutex_;
     std::vector<Module*> modules_;  // guarded by mutex_
     uint16_t lastRequest_ = 0;      // guarded by mutex_

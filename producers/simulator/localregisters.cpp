@@ -17,10 +17,11 @@ void AddInfos(RegisterSpace& registers, std::initializer_list<InfoRegister> info
         reg.source = [info, getInfo](uint8_t* bytes) {
             size_t length = 0;
             getInfo(Answer(info.command, nullptr, nullptr, &length));
-            std::vector<uint8_t> answer(length);
+            // Never shorter than the register: a text may grow between the two calls.
+            std::vector<uint8_t> answer(std::max(length, info.size));
+            length = answer.size();
             getInfo(Answer(info.command, nullptr, answer.data(), &length));
-            std::memset(bytes, 0, info.size);
-            std::memcpy(bytes, answer.data(), std::min(info.size, answer.size()));
+            std::memcpy(bytes, answer.data(), info.size);
         };
         registers.Add(std::move(reg));
     }

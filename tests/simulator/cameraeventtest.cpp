@@ -1,7 +1,5 @@
 // Events that a camera sends by itself.
 
-#include <memory>
-
 #include <GenApi/EventAdapterGEV.h>
 #include <GenApi/EventAdapterU3V.h>
 #include <gmock/gmock.h>
@@ -17,13 +15,10 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-class CameraEventTest : public CameraTest {
+class CameraEventTest : public CameraNodesTest {
   protected:
     void Open(const std::string& keys, const std::string& type) {
-        OpenCamera(keys, type);
-        PORT_HANDLE port = nullptr;
-        ASSERT_EQ(p.DevGetPort(device, &port), GC_ERR_SUCCESS);
-        nodes = std::make_unique<PortNodeMap>(p, port);
+        CameraNodesTest::Open(keys, type);
         ASSERT_EQ(p.GCRegisterEvent(device, EVENT_REMOTE_DEVICE, &event), GC_ERR_SUCCESS);
     }
     void Switch(const char* name, const char* value) {
@@ -65,7 +60,6 @@ class CameraEventTest : public CameraTest {
         EXPECT_EQ(Stop(), GC_ERR_SUCCESS);
     }
 
-    std::unique_ptr<PortNodeMap> nodes;
     EVENT_HANDLE event = nullptr;
 };
 
@@ -119,6 +113,18 @@ TEST_F(CameraEventTest, AreSentInOrderWhenSwitchedOn) {
     }
     EXPECT_THAT(ids, ElementsAre(0x9011, 0x9021, 0x9022, 0x9012));
     EXPECT_EQ(NumFired(), 4U);
+}
+
+TEST_F(CameraEventTest, TellsWhichFeaturesChanged) {
+    Open("frameRate='0'", "GEV");
+    ASSERT_EQ(p.GCRegisterEvent(device, EVENT_FEATURE_INVALIDATE, &event), GC_ERR_SUCCESS);
+    nodes->Set("ChunkModeActive", "true");
+    const Bytes name = Message();
+    EXPECT_EQ(std::string(name.begin(), name.end()), std::string("PayloadSize") + '\0');
+    nodes->Set("Width", "320");
+    EXPECT_EQ(Message(), Bytes({'W', 'i', 'd', 't', 'h', '\0'}));
+    EXPECT_EQ(Message(), name);
+    EXPECT_EQ(NumFired(), 3U);
 }
 
 }  // namespace

@@ -48,6 +48,15 @@ int64_t PortNodeMap::Integer(const char* name) {
     return CIntegerPtr(Node(name))->GetValue();
 }
 
+void PortNodeMap::SetInteger(const char* name, int64_t value) {
+    CIntegerPtr(Node(name))->SetValue(value);
+}
+
+bool PortNodeMap::IsReadable(const char* name) {
+    INode* const node = Node(name);
+    return node != nullptr && GENAPI_NAMESPACE::IsReadable(node);
+}
+
 void PortNodeMap::Execute(const char* name) {
     CCommandPtr(Node(name))->Execute();
 }
@@ -60,4 +69,11 @@ void PortNodeMap::Read(void* buffer, int64_t address, int64_t length) {
 void PortNodeMap::Write(const void* buffer, int64_t address, int64_t length) {
     auto size = static_cast<size_t>(length);
     Check(p_.GCWritePort(port_, static_cast<uint64_t>(address), buffer, &size), "GCWritePort");
+}
+
+void CameraNodesTest::Open(const std::string& keys, const std::string& type) {
+    OpenCamera(keys, type);
+    PORT_HANDLE port = nullptr;
+    ASSERT_EQ(p.DevGetPort(device, &port), GC_ERR_SUCCESS);
+    nodes = std::make_unique<PortNodeMap>(p, port);
 }

@@ -3,6 +3,7 @@
 #define TESTS_SIMULATOR_PORTNODEMAP_H
 
 #include <cstdint>
+#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -22,6 +23,8 @@ class PortNodeMap final : public GENAPI_NAMESPACE::CPortImpl {
     void Set(const char* name, const std::string& value);
     std::string Get(const char* name);
     int64_t Integer(const char* name);
+    void SetInteger(const char* name, int64_t value);
+    bool IsReadable(const char* name);  // false also when there is no such node
     void Execute(const char* name);
 
     GENAPI_NAMESPACE::EAccessMode GetAccessMode() const override { return GENAPI_NAMESPACE::RW; }
@@ -34,6 +37,14 @@ class PortNodeMap final : public GENAPI_NAMESPACE::CPortImpl {
     Producer& p_;
     const GenTL::PORT_HANDLE port_;
     GENAPI_NAMESPACE::CNodeMapRef map_;
+};
+
+// An open camera with the node map of its remote side.
+class CameraNodesTest : public CameraTest {
+  protected:
+    void Open(const std::string& keys, const std::string& type);
+
+    std::unique_ptr<PortNodeMap> nodes;
 };
 
 #endif  // TESTS_SIMULATOR_PORTNODEMAP_H

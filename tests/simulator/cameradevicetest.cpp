@@ -1,0 +1,147 @@
+// Features and registers of the simulated cameras that do not show in frames.
+
+#include <thread>
+
+#include "tests/simulator/portnodemap.h"
+#include "tests/simulator/producer.h"
+
+using namespace GenTL;
+
+namespace {
+
+constexpr uint64_t kFlashCommand = 0x20006050;
+constexpr uint64_t kFlashStatus = 0x20006058;
+constexpr uint64_t kFlashPageControl = 0x20006100;
+constexpr uint64_t kFlashWindow = 0x30000000;
+
+class CameraDeviceTest : public CameraNodesTest {
+  protected:
+    PORT_HANDLE Remote() {
+        PORT_HANDLE port = nullptr;
+        EXPECT_EQ(p.DevGetPort(device, &port), GC_ERR_SUCCESS);
+        return port;
+    }
+    GC_ERROR Write(uint64_t address, uint32_t value) {
+        size_t size = sizeof value;
+        return p.GCWritePort(Remote(), address, &value, &size);
+    }
+    GC_ERROR Read(uint64_t address, uint32_t* value) {
+        size_t size = sizeof *value;
+        return p.GCReadPort(Remote(), address, value, &size);
+    }
+    uint32_t Value(uint64_t address) {
+        uint32_t value = 0;
+        EXPECT_EQ(Read(address, &value), GC_ERR_SUCCESS);
+        return value;
+    }
+};
+
+// The byte order of the camera is that of all its numbers and of none of its bit fields.
+class ByteOrderTest : public CameraDeviceTest, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(ByteOrderTest, FeaturesKeepWhatIsWritten) {
+    Open(std::string("serial='77' userName='One' bigEndian='") + GetParam() + "'", "GEV");
+    EXPECT_EQ(nodes->Get("DeviceSerialNumber"), "77");
+    nodes->Set("DeviceUserID", "Two");
+    EXPECT_EQ(DeviceInfo(interface, "C", DEVICE_INFO_USER_DEFINED_NAME).Text(), "Two");
+    nodes->SetInteger("Width", 100);
+    nodes->Set("Gamma", "0.5");
+    EXPECT_EQ(nodes->Integer("PayloadSize"), 100 * 480);
+    EXPECT_EQ(nodes->Get("Gamma"), "0.5");
+    EXPECT_EQ(nodes->Integer("CapabilityUserSets"), 3);
+
+    nodes->Set("LineSelector", "Line1");
+    nodes->Set("LineInverter", "1");
+    nodes->SetInteger("LineDebouncerTime", 200);
+    EXPECT_EQ(nodes->Get("LineMode"), "Input");
+    EXPECT_EQ(nodes->Get("LineStatus"), "1");
+    EXPECT_EQ(nodes->Integer("LineStatusAll"), 2);
+    EXPECT_EQ(Value(0x2404), 0xC802U);
+}
+INSTANTIATE_TEST_SUITE_P(Orders, ByteOrderTest, ::testing::Values("false", "true"));
+
+TEST_F(CameraDeviceTest, UserSetsKeepSettings) {
+    Open("width='64'", "U3V");
+    nodes->SetInteger("Width", 32);
+    nodes->Set("Gain", "6");
+    nodes->Set("UserSetSelector", "UserSet1");
+    nodes->Execute("UserSetSave");
+    nodes->Set("UserSetSelector", "Default");
+    nodes->Execute("UserSetLoad");
+    EXPECT_EQ(nodes->Integer("Width"), 64);
+    EXPECT_EQ(nodes->Get("Gain"), "0");
+    EXPECT_FALSE(GENAPI_NAMESPACE::IsWritable(nodes->Node("UserSetSave")));
+    EXPECT_EQ(Write(0x2520, 1), GC_ERR_ACCESS_DENIED);
+    nodes->Set("UserSetDefault", "UserSet1");
+    nodes->Execute("DeviceReset");
+    EXPECT_EQ(nodes->Integer("Width"), 32);
+    EXPECT_EQ(nodes->Get("Gain"), "6");
+}
+
+TEST_F(CameraDeviceTest, CommandsTakeTheirTime) {
+    Open("", "CL");
+    nodes->Execute("BlackLevelCalibrate");
+    const GENAPI_NAMESPACE::CCommandPtr calibrate = nodes->Node("BlackLevelCalibrate");
+    EXPECT_FALSE(nodes->IsReadable("BlackLevelCalibrationCount"));
+    nodes->SetInteger("FactoryKey", 0x5A454C);
+    EXPECT_EQ(nodes->Integer("BlackLevelCalibrationCount"), 1);
+    while (!calibrate->IsDone())
+        std::this_thread::yield();
+    EXPECT_EQ(nodes->Integer("BlackLevelCalibrateReg"), 0);
+
+    nodes->Execute("TimestampLatch");
+    const int64_t first = nodes->Integer("TimestampLatchValue");
+    nodes->Execute("TimestampLatch");
+    EXPECT_GT(nodes->Integer("TimestampLatchValue"), first);
+}
+
+TEST_F(CameraDeviceTest, RegistersRefuseWhatTheyDoNotAllow) {
+    Open("", "GEV");
+    uint32_t value = 0;
+    EXPECT_EQ(Write(0x2100, 1), GC_ERR_ACCESS_DENIED);      // SensorWidth
+    EXPECT_EQ(Read(0x2204, &value), GC_ERR_ACCESS_DENIED);  // AcquisitionStart
+    EXPECT_EQ(Write(0x2110, 641), GC_ERR_INVALID_VALUE);    // Width
+    EXPECT_EQ(Write(0x212C, 0x01080001), GC_ERR_SUCCESS);   // PixelFormat
+    EXPECT_EQ(Write(0x212C, 0x12345678), GC_ERR_INVALID_VALUE);
+    EXPECT_EQ(Value(0x212C), 0x01080001U);
+    EXPECT_EQ(Write(0x2504, 3), GC_ERR_INVALID_VALUE);  // UserSetDefault
+
+    // A write that touches half of two registers changes these halves.
+    const std::vector<uint8_t> bytes{1, 0, 1, 0};
+    size_t size = bytes.size();
+    EXPECT_EQ(p.GCWritePort(Remote(), 0x2112, bytes.data(), &size), GC_ERR_INVALID_VALUE);
+    EXPECT_EQ(Value(0x2110), 640U);
+    EXPECT_EQ(Value(0x2114), 480U);
+}
+
+TEST_F(CameraDeviceTest, TheFlashErasesAndPrograms) {
+    Open("flashBusyTime='1'", "GEV");
+    const auto whenIdle = [this](uint32_t command) {
+        GC_ERROR code = GC_ERR_BUSY;
+        while ((code = Write(kFlashCommand, command)) == GC_ERR_BUSY)
+            std::this_thread::yield();
+        return code;
+    };
+    EXPECT_EQ(whenIdle(0x17F0000), GC_ERR_SUCCESS);  // the last sector
+    while ((Value(kFlashStatus) & 0xFFU) != 0)
+        ASSERT_EQ(Write(kFlashCommand, 0x6000000), GC_ERR_SUCCESS);
+    EXPECT_EQ(Value(kFlashWindow + 0x7FFFFC), 0xFFFFFFFFU);
+    EXPECT_EQ(whenIdle(0x1800000), GC_ERR_INVALID_VALUE);
+
+    ASSERT_EQ(Write(0x10000300, 0x12345678), GC_ERR_SUCCESS);
+    EXPECT_EQ(whenIdle(0x37F0000), GC_ERR_ACCESS_DENIED);
+    ASSERT_EQ(Write(kFlashPageControl, 0x1000001), GC_ERR_SUCCESS);
+    EXPECT_EQ(whenIdle(0x37F0000), GC_ERR_SUCCESS);
+    EXPECT_EQ(Value(kFlashWindow + 0x7F0000), 0x12345678U);
+    EXPECT_EQ(Value(kFlashWindow + 0x7F0004), 0U);
+}
+
+TEST_F(CameraDeviceTest, TheFlashIsBusyForAWhile) {
+    Open("flashBusyTime='60000'", "GEV");
+    EXPECT_EQ(Write(kFlashCommand, 0x1400000), GC_ERR_SUCCESS);
+    EXPECT_NE(Value(kFlashStatus) & 0xFFU, 0U);
+    EXPECT_EQ(Write(kFlashCommand, 0x6000000), GC_ERR_SUCCESS);
+    EXPECT_EQ(Write(kFlashCommand, 0x1410000), GC_ERR_BUSY);
+}
+
+}  // namespace

@@ -1,0 +1,162 @@
+// Features of the simulated cameras that change the frames.
+
+#include "tests/simulator/portnodemap.h"
+#include "tests/simulator/producer.h"
+
+using namespace GenTL;
+
+namespace {
+
+class CameraFeatureTest : public CameraNodesTest {
+  protected:
+    double Float(const char* name) {
+        return GENAPI_NAMESPACE::CFloatPtr(nodes->Node(name))->GetValue();
+    }
+    int64_t Max(const char* name) {
+        return GENAPI_NAMESPACE::CIntegerPtr(nodes->Node(name))->GetMax();
+    }
+    bool IsWritable(const char* name) { return GENAPI_NAMESPACE::IsWritable(nodes->Node(name)); }
+
+    // The bytes of the next frame.
+    std::vector<uint8_t> Grab() {
+        AllocateAndQueue(1);
+        EXPECT_EQ(Start(1), GC_ERR_SUCCESS);
+        const BUFFER_HANDLE buffer = Fetch();
+        const uint8_t* const data = Data(buffer);
+        const size_t size = BufferInfo(buffer, BUFFER_INFO_SIZE_FILLED).Size();
+        EXPECT_EQ(Stop(), GC_ERR_SUCCESS);
+        return {data, data + size};
+    }
+};
+
+TEST_F(CameraFeatureTest, TheRegionStaysOnTheSensor) {
+    Open("width='64' height='16'", "U3V");
+    nodes->SetInteger("Width", 32);
+    EXPECT_EQ(Max("OffsetX"), 32);
+    nodes->SetInteger("OffsetX", 16);
+    EXPECT_EQ(Max("Width"), 48);
+    nodes->SetInteger("BinningHorizontal", 2);
+    EXPECT_EQ(nodes->Integer("WidthMax"), 32);
+    EXPECT_EQ(nodes->Integer("Width"), 16);
+    EXPECT_EQ(nodes->Integer("OffsetX"), 8);
+    EXPECT_THROW(nodes->SetInteger("Width", 28), GENICAM_NAMESPACE::OutOfRangeException);
+
+    // The limits are those of the camera, too.
+    const std::vector<uint8_t> tooWide{28, 0, 0, 0};
+    EXPECT_THROW(nodes->Write(tooWide.data(), 0x2110, 4), std::runtime_error);
+    const std::vector<uint8_t> frame = Grab();
+    EXPECT_EQ(frame.size(), 16U * 16U);
+    EXPECT_EQ(frame.size(), StreamInfo(STREAM_INFO_PAYLOAD_SIZE).Size());
+}
+
+TEST_F(CameraFeatureTest, TheFormatDecidesWhichWidthsThereAre) {
+    Open("width='66' height='16'", "GEV");
+    nodes->Set("PixelFormat", "BayerGR10p");
+    EXPECT_EQ(nodes->Integer("Width"), 64);
+    EXPECT_EQ(GENAPI_NAMESPACE::CIntegerPtr(nodes->Node("Width"))->GetInc(), 4);
+    EXPECT_EQ(nodes->Get("PixelSize"), "Bpp10");
+    EXPECT_EQ(nodes->Get("PixelColorFilter"), "BayerGR");
+    EXPECT_EQ(nodes->Integer("PixelDynamicRangeMax"), 1023);
+    EXPECT_EQ(nodes->Integer("PayloadSize"), 80 * 16);
+    EXPECT_EQ(Grab().size(), 80U * 16U);
+}
+
+TEST_F(CameraFeatureTest, FramesFollowTheirSettings) {
+    Open("width='64' height='8' pattern='GradientHorizontal' frameRate='0'", "GEV");
+    const std::vector<uint8_t> plain = Grab();
+    nodes->Set("ReverseX", "1");
+    const std::vector<uint8_t> reversed = Grab();
+    EXPECT_EQ(plain.front(), reversed[63]);
+    EXPECT_EQ(plain[63], reversed.front());
+    nodes->Set("ReverseX", "0");
+
+    const double exposure = Float("ExposureTime");
+    nodes->Set("ExposureTime", std::to_string(exposure * 2));
+    EXPECT_EQ(Grab()[20], plain[20] * 2);
+    nodes->Set("ExposureAuto", "Once");
+    EXPECT_EQ(nodes->Get("ExposureAuto"), "Off");
+    EXPECT_EQ(Float("ExposureTime"), exposure);
+
+    nodes->Set("GainSelector", "Blue");
+    nodes->Set("Gain", "24");
+    EXPECT_GT(Grab()[20], plain[20]);
+    nodes->Set("GainSelector", "All");
+    EXPECT_EQ(Float("Gain"), 0);
+    nodes->Set("UserSetSelector", "Default");
+    nodes->Execute("UserSetLoad");
+    nodes->Set("BlackLevel", "-10");
+    EXPECT_EQ(Grab()[20], plain[20] - 10);
+    nodes->Set("TestPattern", "White");
+    EXPECT_EQ(Grab()[20], 245);
+}
+
+TEST_F(CameraFeatureTest, GeometryIsFixedWhileFramesFlow) {
+    Open("width='64' height='8'", "GEV");
+    AllocateAndQueue(1);
+    ASSERT_EQ(Start(), GC_ERR_SUCCESS);
+    for (const char* const name :
+         {"Width", "OffsetY", "BinningVertical", "PixelFormat", "UserSetLoad"})
+        EXPECT_FALSE(IsWritable(name)) << name;
+    const std::vector<uint8_t> width{32, 0, 0, 0};
+    EXPECT_THROW(nodes->Write(width.data(), 0x2110, 4), std::runtime_error);
+    EXPECT_TRUE(IsWritable("ExposureTime"));
+    ASSERT_EQ(Stop(), GC_ERR_SUCCESS);
+    EXPECT_TRUE(IsWritable("Width"));
+    nodes->SetInteger("TLParamsLocked", 1);
+    EXPECT_FALSE(IsWritable("Width"));
+    nodes->SetInteger("TLParamsLocked", 0);
+    EXPECT_TRUE(IsWritable("Width"));
+}
+
+TEST_F(CameraFeatureTest, TheCameraCountsAndPausesFrames) {
+    Open("width='16' height='8' frameRate='0'", "CXP");
+    nodes->Set("AcquisitionMode", "MultiFrame");
+    nodes->SetInteger("AcquisitionFrameCount", 2);
+    AllocateAndQueue(4);
+    ASSERT_EQ(Start(), GC_ERR_SUCCESS);
+    EXPECT_EQ(FrameId(Fetch()), 0U);
+    EXPECT_EQ(FrameId(Fetch()), 1U);
+    EXPECT_EQ(StreamInfo(STREAM_INFO_NUM_STARTED).Uint64(), 2U);
+    nodes->Execute("AcquisitionStart");
+    EXPECT_EQ(FrameId(Fetch()), 2U);
+    EXPECT_EQ(FrameId(Fetch()), 3U);
+
+    // Stopped, it does not even begin a new start of the stream; being started wakes that.
+    ASSERT_EQ(Stop(), GC_ERR_SUCCESS);
+    nodes->Execute("AcquisitionStop");
+    AllocateAndQueue(1);
+    ASSERT_EQ(Start(), GC_ERR_SUCCESS);
+    EXPECT_EQ(StreamInfo(STREAM_INFO_NUM_QUEUED).Size(), 1U);
+    nodes->Execute("AcquisitionStart");
+    EXPECT_EQ(FrameId(Fetch()), 0U);
+}
+
+TEST_F(CameraFeatureTest, SoftwareTriggersGiveOneFrameEach) {
+    Open("width='16' height='8' frameRate='1000'", "U3V");
+    EXPECT_FALSE(IsWritable("TriggerSoftware"));
+    nodes->Set("TriggerMode", "On");
+    AllocateAndQueue(4);
+    ASSERT_EQ(Start(), GC_ERR_SUCCESS);
+    for (uint64_t id = 0; id < 3; ++id) {
+        nodes->Execute("TriggerSoftware");
+        EXPECT_EQ(FrameId(Fetch()), id);
+    }
+    EXPECT_EQ(StreamInfo(STREAM_INFO_NUM_STARTED).Uint64(), 3U);
+    nodes->Set("TriggerMode", "Off");
+    EXPECT_EQ(FrameId(Fetch()), 3U);
+}
+
+TEST_F(CameraFeatureTest, TheExposureLimitsTheFrameRate) {
+    Open("frameRate='50'", "GEV");
+    const GENAPI_NAMESPACE::CFloatPtr rate = nodes->Node("AcquisitionFrameRate");
+    nodes->Set("ExposureTime", "100000");
+    EXPECT_DOUBLE_EQ(rate->GetMax(), 10);
+    EXPECT_DOUBLE_EQ(rate->GetValue(), 10);
+    nodes->Set("ExposureAuto", "Continuous");
+    EXPECT_FALSE(IsWritable("ExposureTime"));
+    EXPECT_DOUBLE_EQ(rate->GetMax(), 100);
+    nodes->Set("AcquisitionFrameRateEnable", "0");
+    EXPECT_FALSE(GENAPI_NAMESPACE::IsAvailable(nodes->Node("AcquisitionFrameRate")));
+}
+
+}  // namespace
