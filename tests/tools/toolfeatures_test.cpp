@@ -173,9 +173,11 @@ TEST_F(ToolFeatures, ShowsAndForcesAddresses) {
     EXPECT_EQ(Run({"ip", "show", "cam-c"}).exitCode, 1) << "a USB camera has no address";
 }
 
-TEST_F(ToolFeatures, WatchEndsInTime) {
-    const ToolResult result = Run({"watch", "cam-a", "Timestamp*", "-i", "1", "-d", "20"});
+TEST_F(ToolFeatures, WatchTellsChanges) {
+    const ToolResult result =
+        Run({"watch", "cam-a", "DeviceTemperature", "-i", "1", "-n", "1", "-d", "60000", "--json"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.Json().at("name"), "DeviceTemperature");
     EXPECT_EQ(Run({"watch", "cam-a", "Width", "-i", "1", "-d", "2", "-n", "1"}).exitCode, 6)
         << "the change that was asked for did not come";
     EXPECT_EQ(Run({"watch", "cam-a", "NoSuch"}).exitCode, 8);

@@ -40,7 +40,12 @@ std::string VersionText(const GenICam::Version_t& version) {
 class Report {
   public:
     Report(const ReportOptions& options, const Session& session, const Camera& camera)
-        : options_(options), session_(session), camera_(camera) {}
+        : options_(options), session_(session), camera_(camera) {
+        for (const Camera& other : session.Cameras()) {
+            mask_.AddSecret(other.serial);
+            mask_.AddSecret(other.userName);
+        }
+    }
 
     std::string Write() {
         Section("Program", [this] { Program(); });
@@ -75,7 +80,7 @@ class Report {
         out_ << std::left << std::setw(14) << name << (value.empty() ? "-" : value) << '\n';
     }
 
-    // A value that is masked where it stands, and elsewhere.
+    // A value that is masked where it stands, however short, and elsewhere.
     void SecretLine(const std::string& name, const std::string& value) {
         mask_.AddSecret(value);
         Line(name, options_.mask && !value.empty() ? "***" : value);
