@@ -176,7 +176,10 @@ class Completion : public ToolList {
 };
 
 TEST_F(Completion, CommandsOptionsCamerasAndFiles) {
-    EXPECT_EQ(Offers("''"), "list\ngrab\n-h\n--help\n--version\n");
+    EXPECT_THAT(Offers("''"), AllOf(StartsWith("list\ngrab\n"), HasSubstr("\nreport\n")));
+    EXPECT_EQ(Offers("config s"), "save\n");
+    EXPECT_EQ(Offers("config load cam-a cam"), "cameras.xml\n");
+    EXPECT_EQ(Offers("get cam-a Widt"), "Width\n");
     EXPECT_EQ(Offers("grab cam-"), "cam-a\ncam-b\ncam-c\n");
     EXPECT_EQ(Offers("grab a"), "a\\ \\\"b\\\"\n") << "names with blanks are quoted";
     EXPECT_EQ(Offers("grab --co"), "--count\n");
@@ -186,9 +189,14 @@ TEST_F(Completion, CommandsOptionsCamerasAndFiles) {
 
 // The options that the completion offers are those the program has.
 TEST_F(Completion, KnowsEveryOption) {
-    for (const char* command : {"list", "grab"}) {
-        const std::string help = Run({command, "--help"}).out;
-        const std::string offered = "\n" + Offers(std::string(command) + " --");
+    for (const std::string command : {"list", "grab", "features", "get", "set", "exec", "watch",
+                                      "events", "xml", "report", "config save", "ip show"}) {
+        const size_t blank = command.find(' ');
+        std::vector<std::string> words = {command.substr(0, blank)};
+        if (blank != std::string::npos) words.push_back(command.substr(blank + 1));
+        words.emplace_back("--help");
+        const std::string help = Run(words).out;
+        const std::string offered = "\n" + Offers(command + " --");
         size_t options = 0;
         std::istringstream lines(help);
         for (std::string line; std::getline(lines, line);) {

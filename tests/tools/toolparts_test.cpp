@@ -9,9 +9,11 @@
 #include <gmock/gmock.h>
 
 #include "tools/zelcam/camerachoice.h"
+#include "tools/zelcam/description.h"
 #include "tools/zelcam/failure.h"
 #include "tools/zelcam/framefile.h"
 #include "tools/zelcam/framestatistics.h"
+#include "tools/zelcam/masking.h"
 #include "tools/zelcam/producerlist.h"
 #include "tools/zelcam/texttable.h"
 
@@ -19,6 +21,7 @@ using std::chrono::milliseconds;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::Not;
+using ::testing::StartsWith;
 
 namespace {
 
@@ -144,6 +147,42 @@ TEST(CollectProducers, FoldersAndDuplicates) {
                                    "/z.cti GENICAM_GENTL64_PATH skipped",
                                    "/none GENICAM_GENTL64_PATH failed"));
     EXPECT_THAT(producers.back().reason, HasSubstr("No such file"));
+}
+
+TEST(Description, PlacesInRegistersAndFiles) {
+    const auto local = ParseDescriptionUrl("Local:///Cam_1.zip;F0F00000;3bf?SchemaVersion=1.1.0");
+    ASSERT_TRUE(local.has_value());
+    EXPECT_TRUE(local->local);
+    EXPECT_EQ(local->file, "Cam_1.zip");
+    EXPECT_EQ(local->address, 0xF0F00000U);
+    EXPECT_EQ(local->size, 0x3BFU);
+    for (const char* url : {"file:/opt/cam.xml", "File:///opt/cam.xml?SchemaVersion=1.0.0"}) {
+        const auto file = ParseDescriptionUrl(url);
+        ASSERT_TRUE(file.has_value()) << url;
+        EXPECT_FALSE(file->local);
+        EXPECT_EQ(file->file, "/opt/cam.xml");
+    }
+    for (const char* url : {"", "cam.xml", "file:", "http://host/cam.xml", "local:cam.xml;10",
+                            "local:cam.xml;1x;10", "local:cam.xml;10;fffffffffffffff"}) {
+        EXPECT_FALSE(ParseDescriptionUrl(url).has_value()) << url;
+    }
+}
+
+TEST(Description, TextsAndArchives) {
+    EXPECT_EQ(Unpack(std::string("<a/>\0\0\0", 7)), "<a/>");
+    EXPECT_THAT(FailureOf([] { Unpack("PK, but no archive"); }), StartsWith("7: "));
+}
+
+TEST(Masking, AddressesByFormAndSecretsAnywhere) {
+    Mask mask;
+    mask.AddSecret("4711");
+    mask.AddSecret("4711-B");
+    mask.AddSecret("0");
+    EXPECT_EQ(mask.Apply("192.168.0.10 00:11:22:aa:BB:cc 00-11-22-AA-BB-CC x4711-B_4711 0 1.2.3"),
+              "*** *** *** x***_*** 0 1.2.3");
+    EXPECT_TRUE(IsSecretFeature("DeviceSerialNumber"));
+    EXPECT_TRUE(IsSecretFeature("GevCurrentIPAddress"));
+    EXPECT_FALSE(IsSecretFeature("Width"));
 }
 
 }  // namespace

@@ -5,15 +5,14 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "tools/zelcam/session.h"
+#include "ZelCam/ZelCam.h"
 
-// Opens a camera and its first stream, announces buffers and starts the acquisition, all at
-// construction; undoes all of it at destruction. Throws Failure (CannotOpen, AcquisitionFailed)
-// with what the user can do about it.
+// Announces buffers and starts the acquisition at construction; undoes both at destruction. The
+// stream must outlive it. Throws Failure (AcquisitionFailed) with what the user can do about it.
 class Acquisition {
   public:
     // At least as many buffers are announced as the producer needs.
-    Acquisition(const Camera& camera, ZelCam::DeviceAccess access, size_t buffers);
+    Acquisition(ZelCam::Stream& stream, size_t buffers);
     ~Acquisition();
     Acquisition(const Acquisition&) = delete;
     Acquisition& operator=(const Acquisition&) = delete;
@@ -25,15 +24,13 @@ class Acquisition {
     // Gives a buffer back to be filled again.
     void Requeue(ZelCam::Buffer& buffer);
 
-    ZelCam::Stream& Stream() { return *stream_; }
+    ZelCam::Stream& Stream() { return stream_; }
 
   private:
-    void OpenStream();
     void Announce(size_t buffers);
     void Start();
 
-    Released<ZelCam::Device> device_;
-    Released<ZelCam::Stream> stream_;
+    ZelCam::Stream& stream_;
 };
 
 #endif  // ZELCAM_TOOLS_ZELCAM_ACQUISITION_H

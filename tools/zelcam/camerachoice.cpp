@@ -1,6 +1,7 @@
 #include "tools/zelcam/camerachoice.h"
 
 #include <algorithm>
+#include <iostream>
 
 #include "tools/zelcam/failure.h"
 
@@ -30,6 +31,17 @@ std::vector<const Camera*> Matching(const std::vector<Camera>& cameras, const st
     return found;
 }
 
+void TellAboutProducers(const Session& session) {
+    for (const Producer& producer : session.Producers()) {
+        if (producer.state != Producer::State::Failed) continue;
+        const std::string message = "producer " + producer.file + ": " + producer.reason;
+        if (producer.origin != Producer::Origin::Environment) {
+            throw Failure(ExitCode::NoProducer, message);
+        }
+        std::cerr << "zelcam: warning: " << message << '\n';
+    }
+}
+
 }  // namespace
 
 const Camera& ChooseCamera(const std::vector<Camera>& cameras, const std::string& wanted) {
@@ -48,4 +60,9 @@ const Camera& ChooseCamera(const std::vector<Camera>& cameras, const std::string
                                               Lines(found));
     }
     return *found.front();
+}
+
+const Camera& SelectCamera(const Session& session, const std::string& wanted) {
+    TellAboutProducers(session);
+    return ChooseCamera(session.Cameras(), wanted);
 }

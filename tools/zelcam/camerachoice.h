@@ -12,4 +12,8 @@
 // (NoCamera) when there is none, and when several fit: the message then lists them.
 const Camera& ChooseCamera(const std::vector<Camera>& cameras, const std::string& wanted);
 
+// The same for the cameras of a session. A producer that the user named must work, else Failure
+// (NoProducer); one found in a folder only gets a warning.
+const Camera& SelectCamera(const Session& session, const std::string& wanted);
+
 #endif  // ZELCAM_TOOLS_ZELCAM_CAMERACHOICE_H

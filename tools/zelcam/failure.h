@@ -14,7 +14,9 @@ enum class ExitCode {
     CannotOpen = 4,
     AcquisitionFailed = 5,
     Timeout = 6,
-    CannotWrite = 7,
+    FileFailed = 7,
+    FeatureFailed = 8,
+    Different = 9,
     Interrupted = 130,
 };
 

@@ -91,7 +91,7 @@ std::vector<uint8_t> ToPng(const Frame& frame) {
     try {
         return Imaging::EncodePng(Imaging::Decode(frame.image));
     } catch (const Imaging::Error& error) {
-        throw Failure(ExitCode::CannotWrite,
+        throw Failure(ExitCode::FileFailed,
                       std::string(error.what()) + "; --format raw writes the bytes as they are");
     }
 }
@@ -100,7 +100,7 @@ void WriteOrFail(const std::string& name, const void* data, size_t size) {
     try {
         Imaging::WriteFile(name, data, size);
     } catch (const Imaging::Error& error) {
-        throw Failure(ExitCode::CannotWrite, error.what());
+        throw Failure(ExitCode::FileFailed, error.what());
     }
 }
 

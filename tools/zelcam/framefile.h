@@ -57,7 +57,7 @@ class FrameWriter {
   public:
     FrameWriter(FileFormat format, FileNamePattern pattern, std::string cameraId);
 
-    // Returns the name of the file, empty for FileFormat::None. Throws Failure (CannotWrite).
+    // Returns the name of the file, empty for FileFormat::None. Throws Failure (FileFailed).
     std::string Write(const Frame& frame, uint64_t number) const;
 
   private:

@@ -4,23 +4,22 @@
 #include <memory>
 #include <utility>
 
-#include "tools/zelcam/acquisition.h"
 #include "tools/zelcam/camerachoice.h"
 #include "tools/zelcam/commands.h"
+#include "tools/zelcam/featurevalue.h"
 #include "tools/zelcam/framefile.h"
-#include "tools/zelcam/grabreport.h"
+#include "tools/zelcam/grabloop.h"
 #include "tools/zelcam/interrupt.h"
-#include "tools/zelcam/progress.h"
-#include "tools/zelcam/words.h"
+#include "tools/zelcam/openedcamera.h"
 
 namespace {
 
 struct GrabOptions {
     SessionOptions session;
     std::string camera;
-    uint64_t count = 1;
+    GrabLimits limits;
     size_t buffers = 8;
-    uint64_t timeoutMs = 5000;
+    std::vector<std::string> settings;
     std::string output;
     std::string format;
     std::string access = "control";
@@ -46,7 +45,7 @@ FrameWriter MakeWriter(const GrabOptions& options, const Camera& camera) {
     std::string text = options.output;
     if (text.empty()) text = format == FileFormat::Raw ? "frame-{n}.raw" : "frame-{n}.png";
     FileNamePattern pattern(text);
-    if (options.count != 1 && !pattern.TellsFramesApart()) {
+    if (options.limits.count != 1 && !pattern.TellsFramesApart()) {
         throw Failure(ExitCode::Usage,
                       "every frame would overwrite the one before: put {n} or "
                       "{frame} into --output, as in frame-{n}.png");
@@ -54,77 +53,21 @@ FrameWriter MakeWriter(const GrabOptions& options, const Camera& camera) {
     return {format, std::move(pattern), camera.id};
 }
 
-ZelCam::DeviceAccess AccessOf(const std::string& name) {
-    if (name == "readonly") return ZelCam::DeviceAccess::ReadOnly;
-    return name == "exclusive" ? ZelCam::DeviceAccess::Exclusive : ZelCam::DeviceAccess::Control;
-}
-
-// A producer that the user named must work; one found in a folder only gets a warning.
-void TellAboutProducers(const Session& session) {
-    for (const Producer& producer : session.Producers()) {
-        if (producer.state != Producer::State::Failed) continue;
-        const std::string message = "producer " + producer.file + ": " + producer.reason;
-        if (producer.origin != Producer::Origin::Environment) {
-            throw Failure(ExitCode::NoProducer, message);
-        }
-        std::cerr << "zelcam: warning: " << message << '\n';
-    }
-}
-
-// Notes why no frame came, and how the program ends for it.
-void EndWithoutFrame(ZelCamErr code, const GrabOptions& options, const Camera& camera,
-                     ZelCam::Stream& stream, GrabReport& report) {
-    if (code == ZelCamErr_GenTL_Abort && Interrupted()) {
-        report.interrupted = true;
-        if (options.count != 0) report.exitCode = ExitCode::Interrupted;
-    } else if (code == ZelCamErr_GenTL_Timeout) {
-        report.exitCode = ExitCode::Timeout;
-        report.error = "no frame within " + std::to_string(options.timeoutMs) + " ms";
-        report.checks = CheckSilence(stream, camera, report.statistics);
-        report.otherCauses = OtherCauses(camera);
-    } else {
-        report.exitCode = ExitCode::AcquisitionFailed;
-        report.error = "waiting for a frame failed: " + ErrorWords(code);
-    }
-}
-
-void GrabFrames(const GrabOptions& options, const Camera& camera, const FrameWriter& writer,
-                Acquisition& acquisition, GrabReport& report) {
-    Progress progress(options.count);
-    FrameStatistics& statistics = report.statistics;
-    while (options.count == 0 || statistics.Frames() < options.count) {
-        ZelCamErr code = ZelCamErr_Success;
-        ZelCam::Buffer* buffer = acquisition.WaitForFrame(options.timeoutMs, &code);
-        if (buffer == nullptr) {
-            EndWithoutFrame(code, options, camera, acquisition.Stream(), report);
-            return;
-        }
-        const Frame frame(*buffer);
-        statistics.Add(frame.frameId, frame.incomplete, FrameStatistics::Clock::now());
-        report.NoteFrame(frame, writer.Write(frame, statistics.Frames()));
-        acquisition.Requeue(*buffer);
-        progress.Update(statistics);
-    }
-}
-
 ExitCode RunGrab(const GrabOptions& options) {
     NoteInterrupts();
     const Session session(options.session, Session::Detail::Cameras);
-    TellAboutProducers(session);
-    const Camera& camera = ChooseCamera(session.Cameras(), options.camera);
+    const Camera& camera = SelectCamera(session, options.camera);
     const FrameWriter writer = MakeWriter(options, camera);
     GrabReport report;
     report.camera = camera;
     {
-        Acquisition acquisition(camera, AccessOf(options.access), options.buffers);
-        try {
-            GrabFrames(options, camera, writer, acquisition, report);
-        } catch (const Failure& failure) {
-            // What was received until then is told all the same.
-            report.exitCode = failure.Code();
-            report.error = failure.what();
+        OpenedCamera opened(camera, options.access);
+        if (!options.settings.empty()) {
+            ZelGenParam::Array& features = opened.Features(Module::Camera);
+            for (const std::string& setting : options.settings)
+                SetFeature(features, setting);
         }
-        report.underruns = acquisition.Stream().GetNumUnderrun();
+        GrabFrames(opened.Stream(), options.buffers, options.limits, writer, report);
     }
     if (options.session.json) {
         report.PrintJson(std::cout);
@@ -135,12 +78,8 @@ ExitCode RunGrab(const GrabOptions& options) {
 }
 
 void AddFrameOptions(CLI::App& command, GrabOptions& options) {
-    command
-        .add_option("camera", options.camera,
-                    "Identifier, serial number or user name of the camera, or\n"
-                    "its number in `zelcam list`. Left out: the first one")
-        ->type_name("CAMERA");
-    command.add_option("-n,--count", options.count, "Frames to grab; 0: until Ctrl-C")
+    AddCameraArgument(command, options.camera, false);
+    command.add_option("-n,--count", options.limits.count, "Frames to grab; 0: until Ctrl-C")
         ->type_name("N")
         ->capture_default_str();
     command
@@ -160,7 +99,7 @@ void AddFrameOptions(CLI::App& command, GrabOptions& options) {
 
 void AddCameraOptions(CLI::App& command, GrabOptions& options) {
     command
-        .add_option("-t,--timeout", options.timeoutMs,
+        .add_option("-t,--timeout", options.limits.timeoutMs,
                     "Longest wait for the next frame, in milliseconds")
         ->type_name("MS")
         ->check(CLI::Range(uint64_t{1}, uint64_t{86400000}).description(""))
@@ -172,12 +111,13 @@ void AddCameraOptions(CLI::App& command, GrabOptions& options) {
         ->type_name("N")
         ->check(CLI::Range(size_t{1}, size_t{4096}).description(""))
         ->capture_default_str();
+    AddAccessOption(command, options.access, {"readonly", "control", "exclusive"});
     command
-        .add_option("-a,--access", options.access,
-                    "readonly, control (others may read) or exclusive")
-        ->type_name("ACCESS")
-        ->check(CLI::IsMember({"readonly", "control", "exclusive"}).description(""))
-        ->capture_default_str();
+        .add_option("--set", options.settings,
+                    "Set a feature of the camera first; may be given several\n"
+                    "times and is done in that order")
+        ->type_name("NAME=VALUE")
+        ->allow_extra_args(false);
 }
 
 }  // namespace
@@ -193,6 +133,7 @@ void AddGrabCommand(CLI::App& app, Invocation& invocation) {
         "  zelcam grab                                one picture of the first camera\n"
         "  zelcam grab 4711 -n 10 -o shot-{n}.png     ten pictures of serial number 4711\n"
         "  zelcam grab left -n 0 -f none              count frames until Ctrl-C\n"
+        "  zelcam grab --set ExposureTime=500         one picture with a short exposure\n"
         "  zelcam grab -n 3 -o \"{camera}-{frame}.raw\"  the bytes of three frames\n\n"
         "Pictures of more than 8 bits are written with 16: values are stretched so that the "
         "camera's\nwhite is white. When nothing arrives, the program lists what it could check.");

@@ -3,9 +3,8 @@
 #include <iomanip>
 #include <iostream>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/imaging/pixelformat.h"
+#include "tools/zelcam/jsontext.h"
 
 namespace {
 
@@ -96,5 +95,5 @@ void GrabReport::PrintJson(std::ostream& out) const {
         result["checks"] = ChecksAsJson(checks);
         result["otherCauses"] = otherCauses;
     }
-    out << result.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    out << JsonText(result) << '\n';
 }

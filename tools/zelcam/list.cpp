@@ -4,10 +4,9 @@
 #include <memory>
 #include <set>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/commands.h"
-#include "tools/zelcam/texttable.h"
+#include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/listing.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -60,46 +59,6 @@ Json CamerasAsJson(const Session& session) {
     return cameras;
 }
 
-void PrintProducers(const Session& session) {
-    std::cout << "Producers\n";
-    TextTable table({"STATE", "FROM", "FILE"});
-    for (const Producer& producer : session.Producers()) {
-        table.AddRow({producer.StateWords(), producer.OriginWords(), producer.file});
-    }
-    table.Print(std::cout);
-    for (const Producer& producer : session.Producers()) {
-        if (producer.reason.empty()) continue;
-        std::cout << "  " << producer.file << ": " << producer.reason << '\n';
-    }
-}
-
-void PrintInterfaces(const Session& session) {
-    if (session.Interfaces().empty()) return;
-    std::cout << "\nInterfaces\n";
-    TextTable table({"ID", "TYPE", "CAMERAS", "DESCRIPTION", "PRODUCER"});
-    for (const InterfaceEntry& entry : session.Interfaces()) {
-        const std::string file = entry.producer.substr(entry.producer.rfind('/') + 1);
-        table.AddRow({entry.id, InterfaceTypeWords(entry.type), std::to_string(entry.cameras),
-                      entry.description, file});
-    }
-    table.Print(std::cout);
-    for (const InterfaceEntry& entry : session.Interfaces()) {
-        if (!entry.problem.empty()) std::cout << "  " << entry.id << ": " << entry.problem << '\n';
-    }
-}
-
-void PrintCameras(const Session& session) {
-    if (session.Cameras().empty()) return;
-    std::cout << "\nCameras\n";
-    TextTable table({"#", "ID", "VENDOR", "MODEL", "SERIAL", "USER NAME", "ACCESS", "INTERFACE"});
-    for (const Camera& camera : session.Cameras()) {
-        table.AddRow({std::to_string(camera.number), camera.id, camera.vendor, camera.model,
-                      camera.serial, camera.userName, AccessWords(camera.accessStatus),
-                      camera.interfaceId});
-    }
-    table.Print(std::cout);
-}
-
 // What to look at when there is no camera, for the kinds of interface there are.
 std::vector<std::string> WhatToCheck(const Session& session) {
     if (!session.HasInterfaceList()) {
@@ -132,9 +91,7 @@ std::vector<std::string> WhatToCheck(const Session& session) {
 }
 
 void PrintText(const Session& session) {
-    PrintProducers(session);
-    PrintInterfaces(session);
-    PrintCameras(session);
+    PrintSession(std::cout, session);
     if (!session.Cameras().empty()) return;
     std::cout << "\nNo camera was found. What to check:\n";
     for (const std::string& check : WhatToCheck(session))
@@ -154,8 +111,7 @@ void PrintJson(const Session& session) {
     const Json result = {{"producers", ProducersAsJson(session)},
                          {"interfaces", InterfacesAsJson(session)},
                          {"cameras", CamerasAsJson(session)}};
-    // Producers should speak UTF-8; what is not becomes a replacement character.
-    std::cout << result.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    std::cout << JsonText(result) << '\n';
 }
 
 ExitCode RunList(const ListOptions& options) {

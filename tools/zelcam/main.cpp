@@ -4,9 +4,10 @@
 #include <exception>
 #include <iostream>
 
-#include <nlohmann/json.hpp>
+#include <Base/GCBase.h>
 
 #include "tools/zelcam/commands.h"
+#include "tools/zelcam/jsontext.h"
 
 namespace {
 
@@ -19,11 +20,15 @@ constexpr const char* help =
     "    4  the camera cannot be opened\n"
     "    5  the acquisition failed\n"
     "    6  no frame arrived in time\n"
-    "    7  a file cannot be written, or a frame not be converted\n"
-    "  130  ended with Ctrl-C before all frames had come\n\n"
+    "    7  a file cannot be read or written, or a frame not be converted\n"
+    "    8  a feature does not exist, or cannot be read, set or started\n"
+    "    9  config diff: the camera is set otherwise than the file says\n"
+    "  130  ended with Ctrl-C before all was done\n\n"
     "Examples:\n"
     "  zelcam list\n"
     "  zelcam grab -o picture.png\n"
+    "  zelcam features 1\n"
+    "  zelcam set 1 ExposureTime=500\n"
     "  zelcam grab --help";
 
 void TellFailure(const std::string& message, ExitCode code, bool json) {
@@ -33,7 +38,7 @@ void TellFailure(const std::string& message, ExitCode code, bool json) {
     }
     using Json = nlohmann::ordered_json;
     const Json failure = {{"exitCode", static_cast<int>(code)}, {"error", message}};
-    std::cout << failure.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    std::cout << JsonText(failure) << '\n';
 }
 
 ExitCode Run(const Invocation& invocation) {
@@ -41,10 +46,13 @@ ExitCode Run(const Invocation& invocation) {
     try {
         code = invocation.run();
         std::cout.flush();
-        if (!std::cout) throw Failure(ExitCode::CannotWrite, "the output cannot be written");
+        if (!std::cout) throw Failure(ExitCode::FileFailed, "the output cannot be written");
     } catch (const Failure& failure) {
         code = failure.Code();
         TellFailure(failure.what(), code, invocation.json);
+    } catch (const GenICam::GenericException& error) {
+        code = ExitCode::FeatureFailed;
+        TellFailure(error.GetDescription(), code, invocation.json);
     } catch (const std::exception& error) {
         code = ExitCode::AcquisitionFailed;
         TellFailure(error.what(), code, invocation.json);
@@ -53,7 +61,7 @@ ExitCode Run(const Invocation& invocation) {
 }
 
 ExitCode ParseAndRun(int argc, char** argv) {
-    CLI::App app("Find cameras and grab frames from them", "zelcam");
+    CLI::App app("Find cameras, set them, and grab frames from them", "zelcam");
     app.set_version_flag("--version", "zelcam " ZELCAM_VERSION);
     app.set_help_flag("-h,--help", "Print this help");
     app.footer(help);
@@ -62,6 +70,16 @@ ExitCode ParseAndRun(int argc, char** argv) {
     Invocation invocation;
     AddListCommand(app, invocation);
     AddGrabCommand(app, invocation);
+    AddFeaturesCommand(app, invocation);
+    AddGetCommand(app, invocation);
+    AddSetCommand(app, invocation);
+    AddExecCommand(app, invocation);
+    AddWatchCommand(app, invocation);
+    AddEventsCommand(app, invocation);
+    AddConfigCommand(app, invocation);
+    AddXmlCommand(app, invocation);
+    AddIpCommand(app, invocation);
+    AddReportCommand(app, invocation);
     if (argc == 1) {
         std::cerr << app.help();
         return ExitCode::Usage;

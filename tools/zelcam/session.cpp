@@ -129,6 +129,11 @@ Session::Session(const SessionOptions& options, Detail detail)
     AssignOwners();
 }
 
+std::string Session::DefaultProducerName() const {
+    if (!system_) return "";
+    return TextOrEmpty(system_->GetDisplayName()) + " " + TextOrEmpty(system_->GetVersion());
+}
+
 bool Session::HasSeveral() const {
     return std::any_of(producers_.begin() + 1, producers_.end(),
                        [](const Producer& producer) { return producer.state == State::Loaded; });

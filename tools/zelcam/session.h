@@ -91,6 +91,9 @@ class Session {
     // False when no producer could be asked: Producers() tells why.
     bool HasInterfaceList() const { return list_ != nullptr; }
 
+    // Name and version of the default producer, as it tells them; empty when it could not be asked.
+    std::string DefaultProducerName() const;
+
   private:
     bool HasSeveral() const;  // usable producers
     bool OpenSystem();

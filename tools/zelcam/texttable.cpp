@@ -27,13 +27,22 @@ void TextTable::AddRow(std::vector<std::string> cells) {
     rows_.push_back(std::move(cells));
 }
 
+void TextTable::AddHeading(const std::string& text) {
+    rows_.push_back({text});
+}
+
 void TextTable::Print(std::ostream& out) const {
     std::vector<size_t> widths(rows_.front().size());
     for (const auto& row : rows_) {
+        if (row.size() != widths.size()) continue;
         for (size_t i = 0; i < row.size(); ++i)
             widths[i] = std::max(widths[i], Width(row[i]));
     }
     for (const auto& row : rows_) {
+        if (row.size() != widths.size()) {
+            out << row.front() << '\n';
+            continue;
+        }
         std::string line;
         for (size_t i = 0; i < row.size(); ++i) {
             line += "  " + row[i] + std::string(widths[i] - Width(row[i]), ' ');

@@ -1,0 +1,203 @@
+// The commands that work on features, run as programs against a simulated camera.
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <gmock/gmock.h>
+
+#include "tests/tools/toolrun.h"
+
+using nlohmann::json;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+namespace {
+
+class ToolFeatures : public ToolTest {
+  protected:
+    void SetUp() override {
+        ToolTest::SetUp();
+        SetCameras(R"(
+  <Interface id="eth7" type="GEV">
+    <Camera id="cam-a" model="Line 4" serial="SN081512" width="320" height="240" frameRate="0"/>
+  </Interface>
+  <Interface id="usb7" type="U3V"><Camera id="cam-c"/></Interface>)");
+    }
+
+    static json FeatureNamed(const json& listing, const std::string& name) {
+        for (const json& feature : listing.at("features")) {
+            if (feature.at("name") == name) return feature;
+        }
+        return nullptr;
+    }
+};
+
+TEST_F(ToolFeatures, TreeWithValuesUnitsAndRanges) {
+    const ToolResult text = Run({"features", "cam-a"});
+    EXPECT_EQ(text.exitCode, 0) << text.err;
+    EXPECT_THAT(text.out, AllOf(HasSubstr("\nImageFormatControl\n"), HasSubstr("GainSelector="),
+                                HasSubstr("(command)")));
+    const json listing = Run({"features", "cam-a", "--json"}).Json();
+    const json width = FeatureNamed(listing, "Width");
+    EXPECT_EQ(width.at("value"), 320);
+    EXPECT_EQ(width.at("access"), "rw");
+    EXPECT_GE(width.at("max"), 320);
+    const json gain = FeatureNamed(listing, "Gain");
+    EXPECT_EQ(gain.at("kind"), "float");
+    EXPECT_EQ(gain.at("selectedBy").at(0), "GainSelector");
+    EXPECT_THAT(FeatureNamed(listing, "PixelFormat").at("entries"), ::testing::Contains("Mono8"));
+}
+
+TEST_F(ToolFeatures, FiltersByNameCategoryAndLevel) {
+    const json one = Run({"features", "cam-a", "wid?h", "--json"}).Json();
+    ASSERT_EQ(one.at("features").size(), 1U);
+    const json category = Run({"features", "cam-a", "AnalogControl", "--json"}).Json();
+    EXPECT_FALSE(FeatureNamed(category, "Gain").is_null());
+    EXPECT_TRUE(FeatureNamed(category, "Width").is_null());
+    const json everything = Run({"features", "cam-a", "--json", "-v", "invisible"}).Json();
+    const json simple = Run({"features", "cam-a", "--json", "-v", "beginner"}).Json();
+    EXPECT_LT(simple.at("features").size(), everything.at("features").size());
+    EXPECT_EQ(Run({"features", "cam-a", "NoSuch*"}).exitCode, 8);
+}
+
+TEST_F(ToolFeatures, ModulesHaveFeatures) {
+    for (const char* module : {"local", "interface", "stream"}) {
+        const ToolResult result = Run({"features", "cam-a", "-m", module, "--json"});
+        ASSERT_EQ(result.exitCode, 0) << module << result.err << result.out;
+        EXPECT_FALSE(result.Json().at("features").empty()) << module;
+    }
+}
+
+// The simulated cameras live as long as the process, so that each run starts anew.
+TEST_F(ToolFeatures, GetsAndSets) {
+    EXPECT_EQ(Run({"get", "cam-a", "Width", "Height"}).out, "Width=320\nHeight=240\n");
+    EXPECT_EQ(Run({"get", "cam-a", "--plain", "Width"}).out, "320\n");
+    EXPECT_EQ(Run({"get", "cam-a", "--json", "Width"}).Json().at("Width"), 320);
+    const ToolResult set = Run({"set", "cam-a", "Width=160", "PixelFormat=Mono16"});
+    EXPECT_EQ(set.out, "Width=160\nPixelFormat=Mono16\n") << set.err;
+}
+
+TEST_F(ToolFeatures, RefusedSettingsSayWhatIsPossible) {
+    const ToolResult large = Run({"set", "cam-a", "Height=120", "Width=9999999", "OffsetX=0"});
+    EXPECT_EQ(large.exitCode, 8);
+    EXPECT_EQ(large.out, "Height=120\n") << "what comes before a failure is done, the rest is not";
+    EXPECT_THAT(large.err, AllOf(HasSubstr("Width cannot be set"), HasSubstr("It can be ")));
+    EXPECT_THAT(Run({"set", "cam-a", "PixelFormat=Pink8"}).err, HasSubstr("Mono8|"));
+    EXPECT_THAT(Run({"set", "cam-a", "DeviceModelName=x"}).err, HasSubstr("read-only"));
+    EXPECT_THAT(Run({"get", "cam-a", "width"}).err, HasSubstr("there is Width"));
+    EXPECT_EQ(Run({"set", "cam-a", "Width"}).exitCode, 1);
+    EXPECT_EQ(Run({"set", "cam-a", "AcquisitionStart=1"}).exitCode, 8);
+    EXPECT_EQ(Run({"set", "cam-a", "-a", "readonly", "Width=160"}).exitCode, 8);
+}
+
+TEST_F(ToolFeatures, Executes) {
+    const ToolResult result = Run({"exec", "cam-a", "UserSetLoad", "--json"});
+    EXPECT_EQ(result.exitCode, 0) << result.out;
+    EXPECT_EQ(result.Json().at("done"), true);
+    EXPECT_EQ(Run({"exec", "cam-a", "Width"}).exitCode, 8);
+}
+
+TEST_F(ToolFeatures, GrabsWithSettings) {
+    const ToolResult result = Run({"grab", "cam-a", "-f", "none", "--set", "Width=160", "--set",
+                                   "Height=120", "--set", "PixelFormat=Mono16", "--json"});
+    EXPECT_EQ(result.exitCode, 0) << result.out;
+    EXPECT_EQ(result.Json().at("image"), "160 x 120 Mono16");
+}
+
+TEST_F(ToolFeatures, DescriptionsOfAllModules) {
+    for (const char* module : {"camera", "device", "local", "interface", "stream", "system"}) {
+        const ToolResult result = Run({"xml", "cam-a", "--module", module});
+        EXPECT_EQ(result.exitCode, 0) << module << result.err;
+        EXPECT_THAT(result.out.substr(0, 2000), HasSubstr("<RegisterDescription")) << module;
+        EXPECT_EQ(result.out.find('\0'), std::string::npos);
+    }
+    EXPECT_EQ(Run({"xml", "-o", "camera.xml"}).exitCode, 0);
+    EXPECT_THAT(Read("camera.xml"), HasSubstr("Name=\"Width\""));
+}
+
+TEST_F(ToolFeatures, PrintsEventsOfTheNamedKind) {
+    const ToolResult result =
+        Run({"events", "cam-a", "ExposureEnd", "--grab", "-n", "3", "-d", "60000", "--json"});
+    ASSERT_EQ(result.exitCode, 0) << result.out << result.err;
+    std::istringstream lines(result.out);
+    size_t count = 0;
+    for (std::string line; std::getline(lines, line); ++count) {
+        const json event = json::parse(line);
+        EXPECT_EQ(event.at("event"), "ExposureEnd");
+        EXPECT_TRUE(event.at("data").contains("EventExposureEndTimestamp")) << line;
+    }
+    EXPECT_EQ(count, 3U);
+    const ToolResult unknown = Run({"events", "cam-a", "Sunrise"});
+    EXPECT_EQ(unknown.exitCode, 8);
+    EXPECT_THAT(unknown.err, HasSubstr("ExposureEnd"));
+}
+
+TEST_F(ToolFeatures, SavesLoadsAndComparesConfigurations) {
+    ASSERT_EQ(Run({"config", "save", "cam-a", "saved.xml"}).exitCode, 0);
+    EXPECT_EQ(Run({"config", "diff", "cam-a", "saved.xml"}).exitCode, 0);
+    std::string text = Read("saved.xml");
+    const size_t at = text.find("\nWidth\t320\n");
+    ASSERT_NE(at, std::string::npos);
+    text.replace(at, 11, "\nWidth\t160\n");
+    Write("other.xml", text);
+    const ToolResult different = Run({"config", "diff", "cam-a", "other.xml"});
+    EXPECT_EQ(different.exitCode, 9);
+    EXPECT_EQ(different.out, "Width: camera 320, file 160\n");
+    EXPECT_EQ(Run({"config", "load", "cam-a", "other.xml"}).exitCode, 0);
+
+    text.replace(text.find("\nWidth\t160\n"), 11, "\nWidth\t9999999\n");
+    Write("bad.xml", text);
+    const ToolResult bad = Run({"config", "load", "cam-a", "bad.xml"});
+    EXPECT_EQ(bad.exitCode, 8);
+    EXPECT_THAT(bad.out, HasSubstr("Width: camera"));
+}
+
+TEST_F(ToolFeatures, ConfigurationFilesThatCannotBeUsed) {
+    EXPECT_EQ(Run({"config", "load", "cam-a", "missing.xml"}).exitCode, 7);
+    Write("foreign.xml", "<Other/>");
+    EXPECT_EQ(Run({"config", "load", "cam-a", "foreign.xml"}).exitCode, 7);
+    EXPECT_EQ(Run({"config", "save", "cam-a", "no/such/folder.xml"}).exitCode, 7);
+    EXPECT_EQ(Run({"config"}).exitCode, 1);
+}
+
+TEST_F(ToolFeatures, ShowsAndForcesAddresses) {
+    const json before = Run({"ip", "show", "cam-a", "--json"}).Json();
+    EXPECT_THAT(before.at("address").get<std::string>(),
+                MatchesRegex("[0-9]+[.][0-9]+[.][0-9]+[.][0-9]+"));
+    EXPECT_EQ(Run({"ip", "force", "cam-a", "10.1.2.3", "255.0.0.0"}).exitCode, 0);
+    EXPECT_EQ(Run({"ip", "force", "cam-a", "300.1.2.3", "255.0.0.0"}).exitCode, 1);
+    EXPECT_EQ(Run({"ip", "show", "cam-c"}).exitCode, 1) << "a USB camera has no address";
+}
+
+TEST_F(ToolFeatures, WatchTellsChanges) {
+    const ToolResult result =
+        Run({"watch", "cam-a", "DeviceTemperature", "-i", "1", "-n", "1", "-d", "60000", "--json"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.Json().at("name"), "DeviceTemperature");
+    EXPECT_EQ(Run({"watch", "cam-a", "Width", "-i", "1", "-d", "2", "-n", "1"}).exitCode, 6)
+        << "the change that was asked for did not come";
+    EXPECT_EQ(Run({"watch", "cam-a", "NoSuch"}).exitCode, 8);
+}
+
+TEST_F(ToolFeatures, ReportHasEverySectionAndCanBeMasked) {
+    const ToolResult open = Run({"report", "cam-a"});
+    EXPECT_EQ(open.exitCode, 0) << open.err;
+    for (const char* expected : {"zelcam        " ZELCAM_VERSION, "SN081512", "Width",
+                                 "=== Features of the stream", "Frames      10", "Delivered"}) {
+        EXPECT_THAT(open.out, HasSubstr(expected));
+    }
+    EXPECT_THAT(open.out, Not(HasSubstr("!!")));
+    const std::string address =
+        Run({"ip", "show", "cam-a", "--json"}).Json().at("address").get<std::string>();
+    EXPECT_THAT(open.out, HasSubstr(address));
+
+    EXPECT_EQ(Run({"report", "cam-a", "--mask", "-o", "report.txt"}).exitCode, 0);
+    EXPECT_THAT(Read("report.txt"), AllOf(HasSubstr("Frames      10"), Not(HasSubstr("SN081512")),
+                                          Not(HasSubstr(address))));
+}
+
+}  // namespace

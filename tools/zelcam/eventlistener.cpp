@@ -1,0 +1,107 @@
+#include "tools/zelcam/eventlistener.h"
+
+#include <algorithm>
+
+#include "tools/zelcam/failure.h"
+#include "tools/zelcam/featuretree.h"
+#include "tools/zelcam/featurevalue.h"
+#include "tools/zelcam/pause.h"
+#include "tools/zelcam/words.h"
+
+namespace {
+
+using ZelGenParam::Param;
+
+constexpr const char* selectorName = "EventSelector";
+constexpr const char* notificationName = "EventNotification";
+
+// The members of the category EventNAMEData; without that, those that every event has.
+std::vector<Param*> DataOf(ZelGenParam::Array& features, const std::string& name) {
+    const std::string base = "Event" + name;
+    std::vector<Param*> data;
+    const FeatureFilter filter = {base + "Data", ZelGenParam::Visibility::Invisible, false};
+    VisitFeatures(features, filter,
+                  [&data](Param& feature, const auto&) { data.push_back(&feature); });
+    if (!data.empty()) return data;
+    for (const char* suffix : {"", "Timestamp", "FrameID"}) {
+        Param* feature = features.GetParam((base + suffix).c_str(), nullptr);
+        if (feature != nullptr) data.push_back(feature);
+    }
+    return data;
+}
+
+// The feature that certainly changes with the event: its number may be a constant.
+Param* TriggerOf(const std::vector<Param*>& data, const std::string& name) {
+    for (const char* suffix : {"Timestamp", "FrameID", ""}) {
+        const std::string wanted = "Event" + name + suffix;
+        const auto found = std::find_if(
+            data.begin(), data.end(), [&](Param* feature) { return feature->GetName() == wanted; });
+        if (found != data.end()) return *found;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+void EventQueue::Put(ArrivedEvent event) {
+    const std::lock_guard lock(mutex_);
+    events_.push_back(std::move(event));
+    came_.notify_one();
+}
+
+std::optional<ArrivedEvent> EventQueue::Get(uint64_t timeoutMs) {
+    std::unique_lock lock(mutex_);
+    came_.wait_for(lock, std::chrono::milliseconds(timeoutMs), [this] { return !events_.empty(); });
+    if (events_.empty()) return std::nullopt;
+    ArrivedEvent event = std::move(events_.front());
+    events_.pop_front();
+    return event;
+}
+
+EventListener::EventListener(ZelGenParam::Array& features, std::string name, EventQueue& queue)
+    : name_(std::move(name)), queue_(queue), data_(DataOf(features, name_)) {
+    trigger_ = TriggerOf(data_, name_);
+    if (trigger_ == nullptr) {
+        throw Failure(ExitCode::FeatureFailed,
+                      "the camera has no features for the event \"" + name_ + "\"");
+    }
+    const ZelCamErr code = trigger_->RegisterEventSink(this);
+    if (code != ZelCamErr_Success) {
+        throw Failure(ExitCode::FeatureFailed, "changes of " + std::string(trigger_->GetName()) +
+                                                   " cannot be listened to: " + ErrorWords(code));
+    }
+}
+
+EventListener::~EventListener() {
+    trigger_->UnregisterEventSink(this);
+}
+
+void EventListener::OnParamChanged(Param*) {
+    ArrivedEvent event{ClockText(), name_, {}};
+    for (Param* feature : data_) {
+        if (const auto value = ReadFeature(*feature)) {
+            event.data.emplace_back(feature->GetName(), *value);
+        }
+    }
+    queue_.Put(std::move(event));
+}
+
+EventSwitch::EventSwitch(ZelGenParam::Array& features, const std::string& name)
+    : features_(features), name_(name) {
+    SetFeature(features_, std::string(selectorName) + "=" + name_);
+    before_ = ReadFeature(FindFeature(features_, notificationName)).value_or("Off");
+    SetFeature(features_, std::string(notificationName) + "=On");
+}
+
+// The camera may be gone: nobody is left to be told.
+EventSwitch::~EventSwitch() {
+    features_.SetEnumValueStr(selectorName, name_.c_str());
+    features_.SetEnumValueStr(notificationName, before_.c_str());
+}
+
+std::vector<std::string> EventNames(ZelGenParam::Array& features) {
+    Param& selector = FindFeature(features, selectorName);
+    nlohmann::ordered_json range;
+    AddRange(selector, range);
+    return range.value("entries", std::vector<std::string>());
+}

@@ -1,0 +1,138 @@
+// zelcam events: what the camera tells, live.
+
+#include <algorithm>
+#include <iostream>
+
+#include "tools/zelcam/acquisition.h"
+#include "tools/zelcam/commands.h"
+#include "tools/zelcam/eventlistener.h"
+#include "tools/zelcam/interrupt.h"
+#include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/pause.h"
+#include "tools/zelcam/words.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct EventsOptions {
+    FeatureOptions camera;
+    std::vector<std::string> names;
+    uint64_t count = 0;
+    uint64_t durationMs = 0;
+    bool grab = false;
+};
+
+// Listens to the named events, which are switched on; without names to all there are.
+class Listening {
+  public:
+    Listening(ZelGenParam::Array& features, const std::vector<std::string>& names) {
+        const std::vector<std::string> known = EventNames(features);
+        for (const std::string& name : names) {
+            if (std::find(known.begin(), known.end(), name) == known.end()) {
+                throw Failure(ExitCode::FeatureFailed,
+                              "the camera has no event \"" + name + "\"; it has" + List(known));
+            }
+            listeners_.push_back(std::make_unique<EventListener>(features, name, queue_));
+            switches_.push_back(std::make_unique<EventSwitch>(features, name));
+        }
+        if (names.empty()) ListenToAll(features, known);
+    }
+
+    EventQueue& Queue() { return queue_; }
+
+  private:
+    static std::string List(const std::vector<std::string>& names) {
+        std::string text;
+        for (const std::string& name : names)
+            text += " " + name;
+        return text;
+    }
+
+    // Some cameras list events for which they have no features.
+    void ListenToAll(ZelGenParam::Array& features, const std::vector<std::string>& names) {
+        for (const std::string& name : names) {
+            try {
+                listeners_.push_back(std::make_unique<EventListener>(features, name, queue_));
+            } catch (const Failure& failure) {
+                std::cerr << "zelcam: note: " << failure.what() << '\n';
+            }
+        }
+    }
+
+    EventQueue queue_;
+    std::vector<std::unique_ptr<EventListener>> listeners_;
+    std::vector<std::unique_ptr<EventSwitch>> switches_;
+};
+
+void Print(const ArrivedEvent& event, bool json) {
+    if (json) {
+        Json line = {{"time", event.time}, {"event", event.name}, {"data", Json::object()}};
+        for (const auto& [name, value] : event.data)
+            line["data"][name] = value;
+        std::cout << JsonText(line, -1) << std::endl;
+        return;
+    }
+    std::cout << event.time << "  " << event.name;
+    for (const auto& [name, value] : event.data)
+        std::cout << "  " << name << '=' << value;
+    std::cout << std::endl;
+}
+
+// Keeps the frames coming; waits for one, for a slice of time at most.
+void PassFrame(Acquisition& acquisition) {
+    ZelCamErr code = ZelCamErr_Success;
+    ZelCam::Buffer* buffer = acquisition.WaitForFrame(sliceMs, &code);
+    if (buffer != nullptr) {
+        acquisition.Requeue(*buffer);
+    } else if (code != ZelCamErr_GenTL_Timeout && code != ZelCamErr_GenTL_Abort) {
+        throw Failure(ExitCode::AcquisitionFailed,
+                      "waiting for a frame failed: " + ErrorWords(code));
+    }
+}
+
+ExitCode RunEvents(const EventsOptions& options) {
+    NoteInterrupts();
+    FeatureSession session(options.camera);
+    Listening listening(session.Features(), options.names);
+    std::optional<Acquisition> acquisition;
+    constexpr size_t buffers = 8;
+    if (options.grab) acquisition.emplace(session.Camera().Stream(), buffers);
+    uint64_t arrived = 0;
+    const Deadline deadline(options.durationMs);
+    while ((options.count == 0 || arrived < options.count) && !Interrupted() &&
+           !deadline.Passed()) {
+        if (acquisition) PassFrame(*acquisition);
+        const uint64_t wait = acquisition ? 0 : sliceMs;
+        for (auto event = listening.Queue().Get(wait); event; event = listening.Queue().Get(0)) {
+            Print(*event, options.camera.session.json);
+            if (++arrived == options.count) break;
+        }
+    }
+    if (arrived == 0 && !options.grab) {
+        std::cerr << "zelcam: note: no event came; many come only with frames: --grab\n";
+    }
+    if (arrived < options.count) return Interrupted() ? ExitCode::Interrupted : ExitCode::Timeout;
+    return ExitCode::Ok;
+}
+
+}  // namespace
+
+void AddEventsCommand(CLI::App& app, Invocation& invocation) {
+    auto options = std::make_shared<EventsOptions>();
+    CLI::App* command = app.add_subcommand("events", "Print events of a camera as they arrive");
+    AddFeatureOptions(*command, options->camera);
+    command
+        ->add_option("names", options->names,
+                     "Events to switch on, as EventSelector names them. Left\n"
+                     "out: those that are on already")
+        ->type_name("NAME");
+    AddEndOptions(*command, options->count, options->durationMs, "events");
+    command->add_flag("--grab", options->grab, "Let the camera send frames meanwhile");
+    command->footer(
+        "Examples:\n"
+        "  zelcam events 1 ExposureEnd --grab -n 10\n"
+        "  zelcam events 1 --json               one JSON object per line\n\n"
+        "At the end the events are switched as they were before.");
+    Connect(*command, invocation, options, RunEvents);
+}

@@ -1,0 +1,130 @@
+// zelcam ip: the network configuration of a GigE Vision camera.
+
+#include <arpa/inet.h>
+#include <iostream>
+
+#include "tools/zelcam/camerachoice.h"
+#include "tools/zelcam/commands.h"
+#include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/words.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct IpOptions {
+    FeatureOptions camera;  // which is not opened: it may have no address yet
+    std::string address;
+    std::string mask;
+    std::string gateway = "0.0.0.0";
+};
+
+struct Network {
+    std::string address;
+    std::string mask;
+    std::string gateway;
+};
+
+Network Ask(ZelCam::DeviceInfo& info) {
+    ZelCamErr code = ZelCamErr_Success;
+    Network network;
+    network.address = TextOrEmpty(info.GetIPAddress(&code));
+    if (code == ZelCamErr_Success) network.mask = TextOrEmpty(info.GetIPMask(&code));
+    if (code == ZelCamErr_Success) network.gateway = TextOrEmpty(info.GetIPGateway(&code));
+    if (code != ZelCamErr_Success) {
+        throw Failure(ExitCode::FeatureFailed,
+                      "the interface does not tell the camera's address: " + ErrorWords(code));
+    }
+    return network;
+}
+
+const Camera& SelectGigE(const Session& session, const std::string& wanted) {
+    const Camera& camera = SelectCamera(session, wanted);
+    if (camera.interfaceType != ZelCam::InterfaceType::GEV) {
+        throw Failure(ExitCode::Usage, "camera " + camera.id + " has no network address: it is a " +
+                                           InterfaceTypeWords(camera.interfaceType) + " camera");
+    }
+    return camera;
+}
+
+ExitCode RunShow(const IpOptions& options) {
+    const Session session(options.camera.session, Session::Detail::Cameras);
+    const Camera& camera = SelectGigE(session, options.camera.camera);
+    const Network network = Ask(*camera.info);
+    if (options.camera.session.json) {
+        const Json result = {{"camera", camera.id},
+                             {"address", network.address},
+                             {"mask", network.mask},
+                             {"gateway", network.gateway}};
+        std::cout << JsonText(result) << '\n';
+    } else {
+        std::cout << "Address  " << network.address << "\nMask     " << network.mask
+                  << "\nGateway  " << network.gateway << '\n';
+    }
+    return ExitCode::Ok;
+}
+
+// The library takes more than the usual form, and the camera would get something else.
+void CheckAddress(const std::string& text) {
+    in_addr address{};
+    if (inet_pton(AF_INET, text.c_str(), &address) != 1) {
+        throw Failure(ExitCode::Usage, "\"" + text + "\" is no address of the form 192.168.0.1");
+    }
+}
+
+ExitCode RunForce(const IpOptions& options) {
+    for (const std::string& text : {options.address, options.mask, options.gateway})
+        CheckAddress(text);
+    const Session session(options.camera.session, Session::Detail::Cameras);
+    const Camera& camera = SelectGigE(session, options.camera.camera);
+    const ZelCamErr code = camera.info->ForceIP(options.address.c_str(), options.mask.c_str(),
+                                                options.gateway.c_str());
+    if (code != ZelCamErr_Success) {
+        throw Failure(ExitCode::FeatureFailed, "the address cannot be forced: " + ErrorWords(code));
+    }
+    if (options.camera.session.json) {
+        const Json result = {{"camera", camera.id},
+                             {"address", options.address},
+                             {"mask", options.mask},
+                             {"gateway", options.gateway}};
+        std::cout << JsonText(result) << '\n';
+    }
+    return ExitCode::Ok;
+}
+
+CLI::App& AddAction(CLI::App& parent, Invocation& invocation, const char* name, const char* what,
+                    const std::shared_ptr<IpOptions>& options, ExitCode (*run)(const IpOptions&)) {
+    CLI::App* command = parent.add_subcommand(name, what);
+    AddCameraArgument(*command, options->camera.camera, true);
+    AddSessionOptions(*command, options->camera.session);
+    Connect(*command, invocation, options, run);
+    return *command;
+}
+
+}  // namespace
+
+void AddIpCommand(CLI::App& app, Invocation& invocation) {
+    CLI::App* command = app.add_subcommand("ip", "The network address of a GigE Vision camera");
+    command->require_subcommand(1);
+    AddAction(*command, invocation, "show", "Print address, mask and gateway",
+              std::make_shared<IpOptions>(), RunShow);
+    auto options = std::make_shared<IpOptions>();
+    CLI::App& force =
+        AddAction(*command, invocation, "force",
+                  "Give the camera an address until it is switched off", options, RunForce);
+    force.add_option("address", options->address, "The new address, with dots")
+        ->type_name("ADDRESS")
+        ->required();
+    force.add_option("mask", options->mask, "The mask of its network")
+        ->type_name("MASK")
+        ->required();
+    force.add_option("gateway", options->gateway, "The gateway; 0.0.0.0: none")
+        ->type_name("GATEWAY")
+        ->capture_default_str();
+    command->footer(
+        "Examples:\n"
+        "  zelcam ip show 1\n"
+        "  zelcam ip force 4711 192.168.0.10 255.255.255.0\n\n"
+        "A camera whose address does not fit into the network of its adapter is listed and cannot "
+        "be\nopened: force an address that fits, then set a persistent one.");
+}

@@ -1,0 +1,56 @@
+#include "tools/zelcam/listing.h"
+
+#include <ostream>
+
+#include "tools/zelcam/texttable.h"
+#include "tools/zelcam/words.h"
+
+namespace {
+
+void PrintProducers(std::ostream& out, const Session& session) {
+    out << "Producers\n";
+    TextTable table({"STATE", "FROM", "FILE"});
+    for (const Producer& producer : session.Producers()) {
+        table.AddRow({producer.StateWords(), producer.OriginWords(), producer.file});
+    }
+    table.Print(out);
+    for (const Producer& producer : session.Producers()) {
+        if (producer.reason.empty()) continue;
+        out << "  " << producer.file << ": " << producer.reason << '\n';
+    }
+}
+
+void PrintInterfaces(std::ostream& out, const Session& session) {
+    if (session.Interfaces().empty()) return;
+    out << "\nInterfaces\n";
+    TextTable table({"ID", "TYPE", "CAMERAS", "DESCRIPTION", "PRODUCER"});
+    for (const InterfaceEntry& entry : session.Interfaces()) {
+        const std::string file = entry.producer.substr(entry.producer.rfind('/') + 1);
+        table.AddRow({entry.id, InterfaceTypeWords(entry.type), std::to_string(entry.cameras),
+                      entry.description, file});
+    }
+    table.Print(out);
+    for (const InterfaceEntry& entry : session.Interfaces()) {
+        if (!entry.problem.empty()) out << "  " << entry.id << ": " << entry.problem << '\n';
+    }
+}
+
+void PrintCameras(std::ostream& out, const Session& session) {
+    if (session.Cameras().empty()) return;
+    out << "\nCameras\n";
+    TextTable table({"#", "ID", "VENDOR", "MODEL", "SERIAL", "USER NAME", "ACCESS", "INTERFACE"});
+    for (const Camera& camera : session.Cameras()) {
+        table.AddRow({std::to_string(camera.number), camera.id, camera.vendor, camera.model,
+                      camera.serial, camera.userName, AccessWords(camera.accessStatus),
+                      camera.interfaceId});
+    }
+    table.Print(out);
+}
+
+}  // namespace
+
+void PrintSession(std::ostream& out, const Session& session) {
+    PrintProducers(out, session);
+    PrintInterfaces(out, session);
+    PrintCameras(out, session);
+}

@@ -1,0 +1,85 @@
+// zelcam xml: the description that the features of a module come from.
+
+#include <algorithm>
+#include <iostream>
+
+#include "tools/zelcam/camerachoice.h"
+#include "tools/zelcam/commands.h"
+#include "tools/zelcam/description.h"
+#include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/moduleport.h"
+#include "tools/zelcam/textfile.h"
+
+namespace {
+
+struct XmlOptions {
+    FeatureOptions camera;
+    std::string output;
+};
+
+// The session must be over before the producer is asked directly.
+ModulePlace FindPlace(const XmlOptions& options) {
+    const Session session(options.camera.session, Session::Detail::CamerasAndOwners);
+    const Camera& camera = SelectCamera(session, options.camera.camera);
+    const auto& entries = session.Interfaces();
+    const auto interface =
+        std::find_if(entries.begin(), entries.end(),
+                     [&](const InterfaceEntry& entry) { return entry.id == camera.interfaceId; });
+    if (interface == entries.end() || interface->producer.empty()) {
+        throw Failure(ExitCode::CannotOpen,
+                      "it cannot be told to which producer the camera belongs");
+    }
+    return {interface->producer, camera.interfaceId, camera.id, ModuleOf(options.camera.module)};
+}
+
+std::string ReadDescription(const ModulePort& port) {
+    std::string places;
+    for (const std::string& url : port.DescriptionUrls()) {
+        if (const auto place = ParseDescriptionUrl(url)) {
+            return Unpack(place->local ? port.Read(place->address, place->size)
+                                       : ReadFile(place->file));
+        }
+        places += "\n  " + url;
+    }
+    throw Failure(ExitCode::FeatureFailed,
+                  places.empty() ? "the module has no description"
+                                 : "the description is at a place that is not looked at:" + places);
+}
+
+ExitCode RunXml(const XmlOptions& options) {
+    const ModulePort port(FindPlace(options));
+    const std::string text = ReadDescription(port);
+    const bool json = options.camera.session.json;
+    const std::string printed =
+        json ? JsonText({{"module", options.camera.module}, {"xml", text}}) + "\n" : text;
+    if (options.output.empty()) {
+        std::cout << printed;
+    } else {
+        WriteFile(options.output, printed);
+    }
+    return ExitCode::Ok;
+}
+
+}  // namespace
+
+void AddXmlCommand(CLI::App& app, Invocation& invocation) {
+    auto options = std::make_shared<XmlOptions>();
+    CLI::App* command = app.add_subcommand("xml", "Print the GenApi description of a camera");
+    AddCameraArgument(*command, options->camera.camera, false);
+    command
+        ->add_option("-m,--module", options->camera.module,
+                     "Of camera (or device), local, interface, stream or\n"
+                     "system")
+        ->type_name("MODULE")
+        ->check(CLI::IsMember({"camera", "device", "local", "interface", "stream", "system"})
+                    .description(""))
+        ->capture_default_str();
+    command->add_option("-o,--output", options->output, "Write it to this file")->type_name("FILE");
+    AddSessionOptions(*command, options->camera.session);
+    command->footer(
+        "Examples:\n"
+        "  zelcam xml 1 -o camera.xml\n"
+        "  zelcam xml 1 --module stream\n\n"
+        "The text is the original one, unpacked where it is zipped.");
+    Connect(*command, invocation, options, RunXml);
+}
