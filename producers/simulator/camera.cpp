@@ -57,8 +57,7 @@ Claim Camera::Open(GenTL::DEVICE_ACCESS_FLAGS access, Handle client) {
         self->opened_.erase(number);
         const bool unused = self->opened_.empty();
         releaseLock.unlock();
-        // The next client need not know how this one left the acquisition.
-        if (unused) self->control_.EnableAcquisition();
+        if (unused) self->control_.OnUnused();
     });
 }
 

@@ -95,7 +95,8 @@ void CameraControl::StopAcquisition() {
     ChangeState([](Acquisition& acquisition) { acquisition.enabled = false; });
 }
 
-void CameraControl::EnableAcquisition() {
+void CameraControl::OnUnused() {
+    LockByClient(false);
     ChangeState([](Acquisition& acquisition) { acquisition.enabled = true; });
 }
 

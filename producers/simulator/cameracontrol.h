@@ -48,7 +48,10 @@ class CameraControl {
     Acquisition State() const;
     void StartAcquisition();
     void StopAcquisition();
-    void EnableAcquisition();  // as after switching on
+
+    // Nobody has the camera open any more: what the next client finds does not depend on how the
+    // last one left the acquisition and the lock.
+    void OnUnused();
     void Trigger();
 
     // Called until the claim goes; the camera must live longer.

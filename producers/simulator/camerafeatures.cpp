@@ -99,7 +99,6 @@ void CameraFeatures::AddDeviceControl() {
     const uint32_t transport = TransportTypeNumber(camera_.TlType());
     space.Add(ReadOnly(kDevice, 4, [=] { return transport; }));
     space.Add(Command(kDevice + 0x10, [this] {
-        camera_.Control().LockByClient(false);
         camera_.Events().Reset();
         LoadUserSet(static_cast<size_t>(defaultUserSet_));
     }));

@@ -110,8 +110,9 @@ GC_ERROR GCGetPortInfo(PORT_HANDLE hPort, PORT_INFO_CMD iInfoCmd, INFO_DATATYPE*
 GC_ERROR GCGetPortURL(PORT_HANDLE hPort, char* sURL, size_t* piSize) {
     Answer answer(sURL, piSize);
     return Call(Function::GCGetPortURL, answer, [&] {
+        const auto module = Find<Module>(hPort);
         std::string list;
-        for (const PortUrl& url : Find<Module>(hPort)->Urls())
+        for (const PortUrl& url : module->Urls())
             list += url.Text() + '\0';
         if (list.empty()) throw Error(GC_ERR_NOT_AVAILABLE, "the module has no description");
         answer.String(list);
