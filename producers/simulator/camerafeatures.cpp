@@ -99,8 +99,8 @@ void CameraFeatures::AddDeviceControl() {
     const uint32_t transport = TransportTypeNumber(camera_.TlType());
     space.Add(ReadOnly(kDevice, 4, [=] { return transport; }));
     space.Add(Command(kDevice + 0x10, [this] {
+        LoadUserSet(static_cast<size_t>(defaultUserSet_));  // refused while frames flow
         camera_.Events().Reset();
-        LoadUserSet(static_cast<size_t>(defaultUserSet_));
     }));
     space.Add(
         Command(kDevice + 0x14, [this] { latchedTicks_ = camera_.Ticks(camera_.Nanoseconds()); }));
