@@ -86,7 +86,7 @@ void CameraFeatures::AddDeviceControl() {
     const uint32_t transport = TransportTypeNumber(camera_.TlType());
     AddNumber(space, kDevice, 4, [=] { return transport; });
     registers.Command(kDevice + 0x10, [this] {
-        LoadUserSet(static_cast<size_t>(defaultUserSet_));
+        LoadUserSet(static_cast<size_t>(defaultUserSet_));  // refused while frames flow
         camera_.Events().Reset();
     });
     registers.Command(kDevice + 0x14,

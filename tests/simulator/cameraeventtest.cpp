@@ -64,13 +64,13 @@ class CameraEventTest : public CameraNodesTest {
 };
 
 TEST_F(CameraEventTest, GevMessagesReachTheFeatures) {
-    Open("frameRate='0' bigEndian='true'", "GEV");
+    Open("frameRate='0'", "GEV");
     CEventAdapterGEV adapter(&nodes->Map());
     CheckExposureEnds(adapter);
 }
 
 TEST_F(CameraEventTest, U3vMessagesReachTheFeatures) {
-    Open("frameRate='100'", "U3V");
+    Open("frameRate='100' bigEndian='true'", "U3V");
     CEventAdapterU3V adapter(&nodes->Map());
     CheckExposureEnds(adapter);
 }

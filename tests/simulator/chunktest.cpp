@@ -61,16 +61,17 @@ class ChunkTest : public CameraNodesTest {
     }
 };
 
+// The byte order of the registers is the other one than that of the layout.
 constexpr char kOddFrames[] = "width='34' height='33' pixelFormat='BGR8' frameRate='0'";
 
 TEST_F(ChunkTest, GevLayoutReachesTheFeatures) {
-    Open(std::string(kOddFrames) + " bigEndian='true'", "GEV");
+    Open(kOddFrames, "GEV");
     CChunkAdapterGEV adapter(&nodes->Map());
     CheckAllChunks(adapter);
 }
 
 TEST_F(ChunkTest, U3vLayoutReachesTheFeatures) {
-    Open(kOddFrames, "U3V");
+    Open(std::string(kOddFrames) + " bigEndian='true'", "U3V");
     CChunkAdapterU3V adapter(&nodes->Map());
     CheckAllChunks(adapter);
 }
