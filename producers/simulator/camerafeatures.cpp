@@ -7,6 +7,7 @@
 #include "producers/simulator/camera.h"
 #include "producers/simulator/error.h"
 #include "producers/simulator/frameregisters.h"
+#include "producers/simulator/localregisters.h"
 #include "producers/simulator/settingregisters.h"
 #include "producers/simulator/transporttype.h"
 
@@ -15,7 +16,7 @@ namespace ZelSim {
 namespace {
 
 constexpr uint64_t kIdentification = 0x0200;
-constexpr uint64_t kTextSize = 64;
+constexpr uint64_t kNameSize = 64;
 constexpr uint64_t kDevice = 0x2000;
 constexpr uint64_t kCalibration = 0x2328;
 constexpr uint64_t kLines = 0x2400;
@@ -46,21 +47,6 @@ constexpr uint32_t kReverse = 1U << 1;
 constexpr uint32_t kSoftwareTrigger = 1U << 2;
 constexpr unsigned kUserSetsShift = 8;
 
-RegisterSpace::Integer ReadOnly(uint64_t address, size_t size, std::function<uint64_t()> get) {
-    return {address, size, Access::ReadOnly, std::move(get), nullptr, nullptr};
-}
-
-RegisterSpace::Integer Command(uint64_t address, std::function<void()> action) {
-    return {address,
-            4,
-            Access::WriteOnly,
-            nullptr,
-            nullptr,
-            [action = std::move(action)](uint64_t value) {
-                if (value != 0) action();
-            }};
-}
-
 }  // namespace
 
 CameraFeatures::CameraFeatures(Camera& camera)
@@ -85,30 +71,31 @@ void CameraFeatures::AddIdentification() {
     uint64_t address = kIdentification;
     for (const std::string& text : {config.vendor, config.model, config.version,
                                     std::string(kFirmwareVersion), config.serial}) {
-        space.Add(RegisterSpace::String{address, kTextSize, Access::ReadOnly,
+        space.Add(RegisterSpace::String{address, kNameSize, Access::ReadOnly,
                                         [text] { return text; }, nullptr, nullptr});
-        address += kTextSize;
+        address += kNameSize;
     }
     space.Add(RegisterSpace::String{
-        address, kTextSize, Access::ReadWrite, [this] { return camera_.UserName(); }, nullptr,
+        address, kNameSize, Access::ReadWrite, [this] { return camera_.UserName(); }, nullptr,
         [this](const std::string& name) { camera_.SetUserName(name); }});
 }
 
 void CameraFeatures::AddDeviceControl() {
     RegisterSpace& space = *camera_.Registers();
+    SettingRegisters registers(space, camera_.Control());
     const uint32_t transport = TransportTypeNumber(camera_.TlType());
-    space.Add(ReadOnly(kDevice, 4, [=] { return transport; }));
-    space.Add(Command(kDevice + 0x10, [this] {
+    AddNumber(space, kDevice, 4, [=] { return transport; });
+    registers.Command(kDevice + 0x10, [this] {
+        LoadUserSet(static_cast<size_t>(defaultUserSet_));  // refused while frames flow
         camera_.Events().Reset();
-        LoadUserSet(static_cast<size_t>(defaultUserSet_));
-    }));
-    space.Add(
-        Command(kDevice + 0x14, [this] { latchedTicks_ = camera_.Ticks(camera_.Nanoseconds()); }));
-    space.Add(ReadOnly(kDevice + 0x18, 8, [this] { return latchedTicks_; }));
-    space.Add(ReadOnly(kDevice + 0x28, 8, [=] { return kLinkSpeeds[transport]; }));
+    });
+    registers.Command(kDevice + 0x14,
+                      [this] { latchedTicks_ = camera_.Ticks(camera_.Nanoseconds()); });
+    AddNumber(space, kDevice + 0x18, 8, [this] { return latchedTicks_; });
+    AddNumber(space, kDevice + 0x28, 8, [=] { return kLinkSpeeds[transport]; });
     space.Add(RegisterSpace::Integer{kDevice + 0x30, 4, Access::WriteOnly, nullptr, nullptr,
                                      [this](uint64_t key) { unlocked_ = key == kFactoryKey; }});
-    space.Add(ReadOnly(kDevice + 0x34, 4, [this] { return unlocked_ ? 1 : 0; }));
+    AddNumber(space, kDevice + 0x34, 4, [this] { return unlocked_ ? 1 : 0; });
 
     // Bits are counted from the other end in big-endian registers: little endian in every camera.
     Register capabilities;
@@ -129,8 +116,8 @@ void CameraFeatures::AddSensor() {
     const auto warmedUp = [this](uint64_t cold) {
         return cold + std::min(camera_.Nanoseconds(), kWarmUpNs) * kWarmUp / kWarmUpNs;
     };
-    space.Add(ReadOnly(kDevice + 0x04, 4, [=] { return warmedUp(kColdSensor); }));
-    space.Add(ReadOnly(kDevice + 0x08, 4, [=] { return warmedUp(kColdMainboard); }));
+    AddNumber(space, kDevice + 0x04, 4, [=] { return warmedUp(kColdSensor); });
+    AddNumber(space, kDevice + 0x08, 4, [=] { return warmedUp(kColdMainboard); });
 }
 
 // A command that takes its time: its register reads as 1 until it is done.
@@ -144,14 +131,14 @@ void CameraFeatures::AddCalibration() {
             calibratedNs_ = camera_.Nanoseconds() + kCalibrationNs;
             ++numCalibrations_;
         }});
-    camera_.Registers()->Add(ReadOnly(kCalibration + 4, 4, [this] { return numCalibrations_; }));
+    AddNumber(*camera_.Registers(), kCalibration + 4, 4, [this] { return numCalibrations_; });
 }
 
 // A line without a signal is low, and high for the camera when it is inverted. The configuration
 // of a line is memory, little endian in every camera.
 void CameraFeatures::AddLines() {
     RegisterSpace& space = *camera_.Registers();
-    space.Add(ReadOnly(kLines + 0x10, 4, [&space] {
+    AddNumber(space, kLines + 0x10, 4, [&space] {
         uint64_t status = 0;
         for (size_t line = 0; line < kNumLines; ++line) {
             uint8_t bytes[4];
@@ -160,14 +147,15 @@ void CameraFeatures::AddLines() {
             if ((config & kLineInverter) != 0) status |= uint64_t{1} << line;
         }
         return status;
-    }));
+    });
 }
 
 void CameraFeatures::AddUserSets() {
     RegisterSpace& space = *camera_.Registers();
+    SettingRegisters registers(space, camera_.Control());
     for (size_t i = 0; i < kNumUserSets; ++i) {
-        space.Add(Command(kUserSets + 0x10 + 4 * i, [=] { LoadUserSet(i); }));
-        space.Add(Command(kUserSets + 0x20 + 4 * i, [=] { SaveUserSet(i); }));
+        registers.Command(kUserSets + 0x10 + 4 * i, [=] { LoadUserSet(i); });
+        registers.Command(kUserSets + 0x20 + 4 * i, [=] { SaveUserSet(i); });
     }
     space.Add(RegisterSpace::Integer{
         kUserSets + 0x04, 4, Access::ReadWrite, [this] { return defaultUserSet_; },
@@ -190,14 +178,14 @@ void CameraFeatures::SaveUserSet(size_t index) {
 void CameraFeatures::AddTransport() {
     RegisterSpace& space = *camera_.Registers();
     CameraControl& control = camera_.Control();
-    space.Add(ReadOnly(kTransport, 8, [&control] { return control.Settings()->PayloadSize(); }));
+    AddNumber(space, kTransport, 8, [&control] { return control.Settings()->PayloadSize(); });
     space.Add(
         RegisterSpace::Integer{kTransport + 0x08, 4, Access::ReadWrite,
                                [&control] { return control.IsLockedByClient() ? 1 : 0; }, nullptr,
                                [&control](uint64_t lock) { control.LockByClient(lock != 0); }});
-    space.Add(ReadOnly(kTransport + 0x0C, 4, [&control] { return control.IsLocked() ? 1 : 0; }));
+    AddNumber(space, kTransport + 0x0C, 4, [&control] { return control.IsLocked() ? 1 : 0; });
     const uint64_t frequency = camera_.Config().timestampFrequency;
-    space.Add(ReadOnly(kTransport + 0x10, 8, [=] { return frequency; }));
+    AddNumber(space, kTransport + 0x10, 8, [=] { return frequency; });
 
     // Of GigE cameras; plain memory with what a camera comes up with.
     for (const auto& [address, value] : {std::pair(0x20, 1500), {0x24, 0}, {0x28, 3000}}) {

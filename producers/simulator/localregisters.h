@@ -1,4 +1,4 @@
-// The kinds of registers that the modules of this side have.
+// Kinds of registers that modules have.
 #ifndef ZELSIM_LOCALREGISTERS_H
 #define ZELSIM_LOCALREGISTERS_H
 

@@ -8,6 +8,7 @@
 
 #include "producers/simulator/cameracontrol.h"
 #include "producers/simulator/error.h"
+#include "producers/simulator/localregisters.h"
 #include "producers/simulator/registerspace.h"
 
 namespace ZelSim {
@@ -37,13 +38,12 @@ class SettingRegisters {
 
     void ReadOnly(uint64_t address, std::function<uint64_t(const Settings&)> value,
                   size_t size = 4) {
-        space_.Add(RegisterSpace::Integer{
-            address, size, Access::ReadOnly,
-            [&control = control_, value = std::move(value)] { return value(*control.Settings()); },
-            nullptr, nullptr});
+        AddNumber(space_, address, size, [&control = control_, value = std::move(value)] {
+            return value(*control.Settings());
+        });
     }
 
-    // Written with anything but 0, it acts.
+    // Written with anything but 0, it acts; it cannot be read.
     void Command(uint64_t address, std::function<void()> action) {
         space_.Add(RegisterSpace::Integer{address, 4, Access::WriteOnly, nullptr, nullptr,
                                           [action = std::move(action)](uint64_t value) {
