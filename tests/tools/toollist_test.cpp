@@ -179,7 +179,7 @@ TEST_F(Completion, CommandsOptionsCamerasAndFiles) {
     EXPECT_THAT(Offers("''"), AllOf(StartsWith("list\ngrab\n"), HasSubstr("\nreport\n")));
     EXPECT_EQ(Offers("config s"), "save\n");
     EXPECT_EQ(Offers("config load cam-a cam"), "cameras.xml\n");
-    EXPECT_EQ(Offers("get cam-a Widt"), "Width\n");
+    EXPECT_EQ(Offers("get cam-a Hei"), "HeightMax\nHeight\n");
     EXPECT_EQ(Offers("grab cam-"), "cam-a\ncam-b\ncam-c\n");
     EXPECT_EQ(Offers("grab a"), "a\\ \\\"b\\\"\n") << "names with blanks are quoted";
     EXPECT_EQ(Offers("grab --co"), "--count\n");

@@ -15,7 +15,7 @@ constexpr const char* none = "(none)";
 
 // The lines of the features: in an element of the file, or the file itself.
 std::string FeatureLines(const std::string& file) {
-    const std::string text = ReadFile(file);
+    std::string text = ReadFile(file);
     const size_t first = text.find_first_not_of(" \t\r\n");
     if (first == std::string::npos || text[first] != '<') return text;
     tinyxml2::XMLDocument document;

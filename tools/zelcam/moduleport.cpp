@@ -26,7 +26,7 @@ std::string AskText(const std::string& what, Ask ask) {
     Check(ask(nullptr, &size), what);
     std::string text(size, '\0');
     Check(ask(text.data(), &size), what);
-    return text.c_str();
+    return text.substr(0, text.find('\0'));
 }
 
 }  // namespace
