@@ -93,6 +93,7 @@ class Camera : public std::enable_shared_from_this<Camera> {
     std::map<uint64_t, Opened> opened_;  // guarded by mutex_
     uint64_t nextOpened_ = 0;            // guarded by mutex_
     std::string userName_;               // guarded by mutex_
+    IpSettings ip_ = config_.ip;         // guarded by mutex_
     std::mutex pictureMutex_;
     std::shared_ptr<const TestPicture> picture_;  // guarded by pictureMutex_
     CameraFeatures features_;                     // after all that its registers work on
