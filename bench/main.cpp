@@ -1,7 +1,8 @@
 // Benchmarks of ZelCam:
 //
 //   frameloop.cpp  CPU time per frame and frames a second, through the library and without it
-//   rounds.cpp     ten thousand times opening a camera, reading a feature, closing it: nothing grows
+//   rounds.cpp     ten thousand times opening a camera, reading a feature, closing it: nothing
+//   grows
 //
 // The cases run several times in random order, so that a pair is compared under the same
 // conditions; at the end stand the ratios of their medians. All options of Google Benchmark work.
