@@ -30,7 +30,7 @@ std::shared_ptr<const FrameSettings> CameraControl::Apply(
         throw Error(GenTL::GC_ERR_ACCESS_DENIED,
                     "fixed while frames flow or parameters are locked");
     }
-    const std::shared_ptr<const FrameSettings> before = Settings();
+    std::shared_ptr<const FrameSettings> before = Settings();
     FrameSettings settings = *before;
     change(settings);
     settings.Adapt();

@@ -30,9 +30,9 @@ constexpr uint64_t kFactoryKey = 0x5A454C;
 constexpr uint64_t kWarmUpNs = 60000000000;
 
 // Temperatures: 1/16 degree, from -40 degrees Celsius.
-constexpr uint64_t kColdSensor = (25 + 40) * 16;
-constexpr uint64_t kColdMainboard = (30 + 40) * 16;
-constexpr uint64_t kWarmUp = 15 * 16;
+constexpr uint64_t kColdSensor = (25ULL + 40) * 16;
+constexpr uint64_t kColdMainboard = (30ULL + 40) * 16;
+constexpr uint64_t kWarmUp = 15ULL * 16;
 
 constexpr size_t kNumLines = 2;
 constexpr uint64_t kLineInverter = 1U << 1;
