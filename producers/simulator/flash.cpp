@@ -88,14 +88,14 @@ void Flash::Execute(uint32_t command) {
 
 void Flash::Erase(uint32_t address) {
     const std::vector<uint8_t> erased(kSectorSize, 0xFF);
-    space_.Load(kWindow + address / kSectorSize * kSectorSize, erased.data(), erased.size());
+    space_.Load(kWindow + (address - address % kSectorSize), erased.data(), erased.size());
 }
 
 // Bits can only be cleared, as long as the sector is not erased.
 void Flash::ProgramPage(uint32_t address) {
     if (!mayProgram_) throw Error(GenTL::GC_ERR_ACCESS_DENIED, "no page program is expected");
     mayProgram_ = false;
-    const uint64_t place = kWindow + address / kPageSize * kPageSize;
+    const uint64_t place = kWindow + (address - address % kPageSize);
     std::vector<uint8_t> page(kPageSize);
     std::vector<uint8_t> data(kPageSize);
     space_.Read(place, page.data(), page.size());

@@ -53,8 +53,8 @@ double LoadFloat(const uint8_t* bytes, size_t size, ByteOrder order) {
 
 void StoreString(uint8_t* bytes, size_t size, const std::string& text) {
     const size_t length = std::min(size, text.size());
-    std::memcpy(bytes, text.data(), length);
-    std::memset(bytes + length, 0, size - length);
+    std::copy_n(text.begin(), length, bytes);
+    std::fill_n(bytes + length, size - length, uint8_t{0});
 }
 
 std::string LoadString(const uint8_t* bytes, size_t size) {

@@ -7,6 +7,8 @@
 #include <iostream>
 #include <unistd.h>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/configfile.h"
 #include "tools/zelcam/jsontext.h"

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/zelcam/failure.h"
 #include "tools/zelcam/featuretree.h"
 #include "tools/zelcam/featurevalue.h"

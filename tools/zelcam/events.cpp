@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iostream>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/zelcam/acquisition.h"
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/eventlistener.h"

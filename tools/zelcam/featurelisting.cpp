@@ -2,6 +2,8 @@
 
 #include <ostream>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/zelcam/featurevalue.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/texttable.h"

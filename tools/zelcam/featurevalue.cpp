@@ -7,6 +7,7 @@
 #include <limits>
 
 #include <GenApi/GenApi.h>
+#include <nlohmann/json.hpp>
 
 #include "tools/zelcam/failure.h"
 

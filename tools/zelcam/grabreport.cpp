@@ -3,6 +3,8 @@
 #include <iomanip>
 #include <iostream>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/imaging/pixelformat.h"
 #include "tools/zelcam/jsontext.h"
 

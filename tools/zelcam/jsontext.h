@@ -4,12 +4,10 @@
 
 #include <string>
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 // In one line for an `indent` of -1. Producers and cameras should speak UTF-8; what is not becomes
 // a replacement character.
-inline std::string JsonText(const nlohmann::ordered_json& json, int indent = 2) {
-    return json.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
-}
+std::string JsonText(const nlohmann::ordered_json& json, int indent = 2);
 
 #endif  // ZELCAM_TOOLS_ZELCAM_JSONTEXT_H

@@ -4,6 +4,8 @@
 #include <memory>
 #include <set>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/listing.h"

@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include <Base/GCBase.h>
+#include <nlohmann/json.hpp>
 
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/jsontext.h"

@@ -3,6 +3,8 @@
 #include <iostream>
 #include <memory>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/featurevalue.h"
 #include "tools/zelcam/interrupt.h"

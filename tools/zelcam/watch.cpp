@@ -5,6 +5,8 @@
 #include <iostream>
 #include <map>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/featurelisting.h"
 #include "tools/zelcam/featuretree.h"
