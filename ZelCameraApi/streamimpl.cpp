@@ -159,8 +159,10 @@ uint64_t StreamImpl::GetNumAwaitDelivery() {
 
 size_t StreamImpl::GetBufferSize() {
     return ZeroOnError([this]() -> size_t {
-        if (!GetInfo<GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE>()) return GetCameraPayloadSize();
-        return GetInfo<GenTL::STREAM_INFO_PAYLOAD_SIZE>();
+        if (GetInfo<GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE>()) {
+            return GetInfo<GenTL::STREAM_INFO_PAYLOAD_SIZE>();
+        }
+        return static_cast<size_t>(GetCameraPayloadSize());
     });
 }
 

@@ -18,7 +18,7 @@ using NodeMapOwner = std::unique_ptr<GenApi::CNodeMapRef>;
 constexpr uint64_t kMaxLength = uint64_t{64} << 20;
 
 // Ports are read in whole registers.
-constexpr uint64_t kRegisterSize = 4;
+constexpr size_t kRegisterSize = 4;
 
 std::string UpperCase(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(), [](char c) {
@@ -79,11 +79,12 @@ RegisterRange ParseRegisterRange(const std::string& body) {
 // The bytes of the range alone: what the rounding added never reaches a parser.
 std::string ReadRegisters(const GenTLModule<void*>& port, const RegisterRange& range) {
     if (range.length > kMaxLength) throw RUNTIME_EXCEPTION("Description too large");
-    size_t size = (range.length + kRegisterSize - 1) / kRegisterSize * kRegisterSize;
+    const auto length = static_cast<size_t>(range.length);
+    size_t size = (length + kRegisterSize - 1) / kRegisterSize * kRegisterSize;
     std::string bytes(size, '\0');
     ThrowOnError(port.lib->GCReadPort(port.handle, range.address, bytes.data(), &size));
-    if (size < range.length) throw RUNTIME_EXCEPTION("Description incomplete");
-    bytes.resize(range.length);
+    if (size < length) throw RUNTIME_EXCEPTION("Description incomplete");
+    bytes.resize(length);
     return bytes;
 }
 

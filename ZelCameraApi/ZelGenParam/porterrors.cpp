@@ -17,7 +17,7 @@ bool IsInvalidParameter(int result) {
 }
 
 std::string Describe(const PortAccess& access) {
-    const long length = access.length;
+    const auto length = static_cast<long>(access.length);
     return help_str("Address = 0x%08lX, Length = %ld(0x%lX)",
                     static_cast<unsigned long>(access.address), length,
                     static_cast<unsigned long>(length));
