@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iostream>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/zelcam/camerachoice.h"
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/description.h"
