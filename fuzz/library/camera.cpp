@@ -16,23 +16,23 @@ const char* const kCameraDescription = R"(<RegisterDescription ModelName="M" Ven
   </Category>
   <Integer Name="Width"><Streamable>Yes</Streamable><pValue>WidthReg</pValue>
     <Min>16</Min><Max>4096</Max><Inc>16</Inc></Integer>
-  <IntReg Name="WidthReg"><Address>0x10000</Address><Length>4</Length><AccessMode>RW</AccessMode>
+  <IntReg Name="WidthReg"><Address>0x0</Address><Length>4</Length><AccessMode>RW</AccessMode>
     <pPort>Device</pPort><Sign>Unsigned</Sign><Endianess>BigEndian</Endianess></IntReg>
   <Float Name="Gain"><Streamable>Yes</Streamable><pValue>GainReg</pValue><Min>0</Min><Max>24</Max>
   </Float>
-  <FloatReg Name="GainReg"><Address>0x10008</Address><pIndex Offset="8">SelectorReg</pIndex>
+  <FloatReg Name="GainReg"><Address>0x8</Address><pIndex Offset="8">SelectorReg</pIndex>
     <Length>8</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>
     <Endianess>LittleEndian</Endianess></FloatReg>
   <Enumeration Name="Selector"><Streamable>Yes</Streamable>
     <EnumEntry Name="All"><Value>0</Value></EnumEntry><EnumEntry Name="Red"><Value>1</Value></EnumEntry>
     <pValue>SelectorReg</pValue><pSelected>Gain</pSelected></Enumeration>
-  <IntReg Name="SelectorReg"><Address>0x10080</Address><Length>4</Length>
+  <IntReg Name="SelectorReg"><Address>0x80</Address><Length>4</Length>
     <AccessMode>RW</AccessMode><pPort>Device</pPort><Sign>Unsigned</Sign>
     <Endianess>LittleEndian</Endianess></IntReg>
-  <StringReg Name="UserId"><Streamable>Yes</Streamable><Address>0x10100</Address><Length>16</Length>
+  <StringReg Name="UserId"><Streamable>Yes</Streamable><Address>0x100</Address><Length>16</Length>
     <AccessMode>RW</AccessMode><pPort>Device</pPort></StringReg>
   <Boolean Name="Reverse"><Streamable>Yes</Streamable><pValue>ReverseReg</pValue></Boolean>
-  <MaskedIntReg Name="ReverseReg"><Address>0x10120</Address><Length>4</Length>
+  <MaskedIntReg Name="ReverseReg"><Address>0x120</Address><Length>4</Length>
     <AccessMode>RW</AccessMode><pPort>Device</pPort><Bit>3</Bit><Sign>Unsigned</Sign>
     <Endianess>LittleEndian</Endianess></MaskedIntReg>
   <Port Name="Device"/>
@@ -42,8 +42,8 @@ const char* const kCameraDescription = R"(<RegisterDescription ModelName="M" Ven
 </RegisterDescription>)";
 
 Camera::Camera(const std::string& tlType) {
-    port.tlType = tlType;
-    port.Announce(kCameraDescription, "xml");
+    port.texts[GenTL::PORT_INFO_TLTYPE] = tlType;
+    port.Announce(kCameraDescription);
     features = ZelCameraApi::Internal::CreateArray(port.Module(), nullptr, nullptr);
     if (features == nullptr) std::abort();
     nodeMap = features->GetNodeMap(nullptr);

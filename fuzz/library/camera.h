@@ -6,7 +6,7 @@
 #include <string>
 
 #include "ZelCameraApi/ZelGenParam/arrayimpl.h"
-#include "fuzz/library/fakeport.h"
+#include "tests/library/fakeport.h"
 
 namespace Fuzz {
 

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "ZelCameraApi/ZelGenParam/arrayimpl.h"
-#include "fuzz/library/fakeport.h"
+#include "tests/library/fakeport.h"
 
 using namespace ZelCameraApi::Internal;
 
@@ -85,8 +85,8 @@ void UseAny(ZelGenParam::Param* param) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string description(reinterpret_cast<const char*>(data), size);
-    Fuzz::FakePort port;
-    port.Announce(description, description.compare(0, 2, "PK") == 0 ? "zip" : "xml");
+    FakePort port;
+    port.Announce(description, description.compare(0, 2, "PK") == 0 ? "camera.zip" : "camera.xml");
 
     ZelCamErr err = ZelCamErr_Success;
     const auto array = CreateArray(port.Module(), &err, nullptr);

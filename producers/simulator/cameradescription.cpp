@@ -70,14 +70,12 @@ void DescribePixels(Placeholders& values) {
 // The fragment cameragev.xml holds more features for the category of the transport.
 void DescribeTransport(const std::string& tlType, Placeholders& values) {
     const bool gev = tlType == TLTypeGEVName;
-    std::string features;
+    values.Xml("GEV_FEATURES", "");
     if (gev) {
-        for (const char* const name :
-             {"GevSCPSPacketSize", "GevSCPD", "GevHeartbeatTimeout", "GevTimestampTickFrequency"}) {
-            features += std::string("<pFeature>") + name + "</pFeature>";
-        }
+        values.List(
+            "GEV_FEATURES", "pFeature",
+            {"GevSCPSPacketSize", "GevSCPD", "GevHeartbeatTimeout", "GevTimestampTickFrequency"});
     }
-    values.Xml("GEV_FEATURES", features);
     values.Xml("GEV_NODES", gev ? "@cameragev.xml@" : "");
 }
 

@@ -99,6 +99,7 @@ ZelCameraApi::Internal::GenTLModule<void*> FakePort::Module() {
 }
 
 std::string FakePort::Store(const std::string& description, const std::string& file) {
+    memory.resize(std::max(memory.size(), kDescription + description.size()));
     std::copy(description.begin(), description.end(),
               memory.begin() + static_cast<std::ptrdiff_t>(kDescription));
     char range[64];
