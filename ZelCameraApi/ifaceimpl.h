@@ -65,8 +65,8 @@ class InterfaceImpl final : public EventSource<ZelCam::Interface> {
     std::vector<DeviceInfos::iterator> SortedDeviceInfos();
     const char* CachedInfo(std::string& cache, int cmd);
 
-    SystemImpl* parent_;       // owns this
-    std::string description_;  // empty until first asked
+    [[maybe_unused]] SystemImpl* parent_;  // owns this
+    std::string description_;              // empty until first asked
     std::string id_;
     std::string version_;  // empty until first asked
     ZelCam::InterfaceType type_ = ZelCam::InterfaceType::Unknown;
