@@ -12,6 +12,9 @@ namespace {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr int kRounds = 100;  // a sanitizer keeps freed memory, and takes its time
 constexpr bool kCountsMemory = false;
+#elif defined(ZELCAM_EMULATED)
+constexpr int kRounds = 100;  // what is resident is the emulator, which keeps something of threads
+constexpr bool kCountsMemory = false;
 #else
 constexpr int kRounds = 1000;
 constexpr bool kCountsMemory = true;
