@@ -76,13 +76,15 @@ GC_ERROR Access(void* handle, uint64_t address, size_t* size, Copy&& copy) {
 }
 
 GC_ERROR ReadPort(void* handle, uint64_t address, void* buffer, size_t* size) {
-    return Access(handle, address, size,
-                  [=](const uint8_t* memory) { std::memcpy(buffer, memory, *size); });
+    return Access(handle, address, size, [=](const uint8_t* memory) {
+        std::copy_n(memory, *size, static_cast<uint8_t*>(buffer));
+    });
 }
 
 GC_ERROR WritePort(void* handle, uint64_t address, const void* buffer, size_t* size) {
-    return Access(handle, address, size,
-                  [=](uint8_t* memory) { std::memcpy(memory, buffer, *size); });
+    return Access(handle, address, size, [=](uint8_t* memory) {
+        std::copy_n(static_cast<const uint8_t*>(buffer), *size, memory);
+    });
 }
 
 }  // namespace
