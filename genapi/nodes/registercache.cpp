@@ -1,6 +1,6 @@
 #include "genapi/nodes/registercache.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -37,7 +37,7 @@ void RegisterCache::store(Slot slot, const std::uint8_t* bytes, std::size_t leng
     if (length > content.length || (length < content.length && !known)) return;
     if (!content.bytes)
         content.bytes = std::make_unique<std::uint8_t[]>(content.length + std::size_t{1});
-    std::memcpy(content.bytes.get(), bytes, length);
+    std::copy_n(bytes, length, content.bytes.get());
     content.epoch = epoch_;
 }
 
