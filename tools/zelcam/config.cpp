@@ -116,29 +116,26 @@ ExitCode RunDiff(const ConfigOptions& options) {
     return differences.empty() ? ExitCode::Ok : ExitCode::Different;
 }
 
-void AddAction(CLI::App& parent, Invocation& invocation, const char* name, const char* what,
+void AddAction(Command parent, Invocation& invocation, const char* name, const char* what,
                ExitCode (*run)(const ConfigOptions&)) {
     auto options = std::make_shared<ConfigOptions>();
-    CLI::App* command = parent.add_subcommand(name, what);
-    AddCameraArgument(*command, options->camera.camera, true);
-    command->add_option("file", options->file, "The configuration file")
-        ->type_name("FILE")
-        ->required();
-    AddAccessOption(*command, options->camera.access, accessNames);
-    AddSessionOptions(*command, options->camera.session);
-    Connect(*command, invocation, options, run);
+    Command command = parent.AddCommand(name, what);
+    AddCameraArgument(command, options->camera.camera, true);
+    command.AddOption("file", options->file, "The configuration file").TypeName("FILE").Required();
+    AddAccessOption(command, options->camera.access, accessNames);
+    AddSessionOptions(command, options->camera.session);
+    Connect(command, invocation, options, run);
 }
 
 }  // namespace
 
-void AddConfigCommand(CLI::App& app, Invocation& invocation) {
-    CLI::App* command = app.add_subcommand("config", "Save, load and compare settings of a camera");
-    command->require_subcommand(1);
-    AddAction(*command, invocation, "save", "Save the settings of a camera to a file", RunSave);
-    AddAction(*command, invocation, "load", "Set a camera as a file says", RunLoad);
-    AddAction(*command, invocation, "diff", "Tell how a camera is set otherwise than a file says",
+void AddConfigCommand(Command app, Invocation& invocation) {
+    Command command = app.AddCommand("config", "Save, load and compare settings of a camera");
+    AddAction(command, invocation, "save", "Save the settings of a camera to a file", RunSave);
+    AddAction(command, invocation, "load", "Set a camera as a file says", RunLoad);
+    AddAction(command, invocation, "diff", "Tell how a camera is set otherwise than a file says",
               RunDiff);
-    command->footer(
+    command.Footer(
         "Examples:\n"
         "  zelcam config save 1 bright.xml\n"
         "  zelcam config load 4711 bright.xml\n"

@@ -120,21 +120,21 @@ ExitCode RunEvents(const EventsOptions& options) {
 
 }  // namespace
 
-void AddEventsCommand(CLI::App& app, Invocation& invocation) {
+void AddEventsCommand(Command app, Invocation& invocation) {
     auto options = std::make_shared<EventsOptions>();
-    CLI::App* command = app.add_subcommand("events", "Print events of a camera as they arrive");
-    AddFeatureOptions(*command, options->camera);
+    Command command = app.AddCommand("events", "Print events of a camera as they arrive");
+    AddFeatureOptions(command, options->camera);
     command
-        ->add_option("names", options->names,
-                     "Events to switch on, as EventSelector names them. Left\n"
-                     "out: those that are on already")
-        ->type_name("NAME");
-    AddEndOptions(*command, options->count, options->durationMs, "events");
-    command->add_flag("--grab", options->grab, "Let the camera send frames meanwhile");
-    command->footer(
+        .AddOption("names", options->names,
+                   "Events to switch on, as EventSelector names them. Left\n"
+                   "out: those that are on already")
+        .TypeName("NAME");
+    AddEndOptions(command, options->count, options->durationMs, "events");
+    command.AddFlag("--grab", options->grab, "Let the camera send frames meanwhile");
+    command.Footer(
         "Examples:\n"
         "  zelcam events 1 ExposureEnd --grab -n 10\n"
         "  zelcam events 1 --json               one JSON object per line\n\n"
         "At the end the events are switched as they were before.");
-    Connect(*command, invocation, options, RunEvents);
+    Connect(command, invocation, options, RunEvents);
 }

@@ -42,14 +42,14 @@ ExitCode RunFeatures(const FeaturesOptions& options) {
 
 }  // namespace
 
-void AddFeaturesCommand(CLI::App& app, Invocation& invocation) {
+void AddFeaturesCommand(Command app, Invocation& invocation) {
     auto options = std::make_shared<FeaturesOptions>();
-    CLI::App* command = app.add_subcommand("features", "Show the features of a camera");
-    AddFeatureOptions(*command, options->camera);
-    AddFilterOptions(*command, options->glob, options->visibility);
-    command->add_flag("--names", options->names)->group("");
-    command->add_flag("--all", options->missing, "Also features that this camera does not have");
-    command->footer(
+    Command command = app.AddCommand("features", "Show the features of a camera");
+    AddFeatureOptions(command, options->camera);
+    AddFilterOptions(command, options->glob, options->visibility);
+    command.AddFlag("--names", options->names, "Only names, for completion").Hide();
+    command.AddFlag("--all", options->missing, "Also features that this camera does not have");
+    command.Footer(
         "Examples:\n"
         "  zelcam features 1                      everything about the first camera\n"
         "  zelcam features 1 \"Exposure*\"\n"
@@ -57,5 +57,5 @@ void AddFeaturesCommand(CLI::App& app, Invocation& invocation) {
         "  zelcam features 1 --module stream --json\n\n"
         "ACCESS is rw, ro, wo, or na where a feature is not available at the moment. A feature "
         "with\n[Selector=...] shows one of several values: the selector chooses which.");
-    Connect(*command, invocation, options, RunFeatures);
+    Connect(command, invocation, options, RunFeatures);
 }

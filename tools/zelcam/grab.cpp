@@ -18,7 +18,7 @@ struct GrabOptions {
     SessionOptions session;
     std::string camera;
     GrabLimits limits;
-    size_t buffers = 8;
+    uint64_t buffers = 8;
     std::vector<std::string> settings;
     std::string output;
     std::string format;
@@ -67,7 +67,8 @@ ExitCode RunGrab(const GrabOptions& options) {
             for (const std::string& setting : options.settings)
                 SetFeature(features, setting);
         }
-        GrabFrames(opened.Stream(), options.buffers, options.limits, writer, report);
+        GrabFrames(opened.Stream(), static_cast<size_t>(options.buffers), options.limits, writer,
+                   report);
     }
     if (options.session.json) {
         report.PrintJson(std::cout);
@@ -77,58 +78,58 @@ ExitCode RunGrab(const GrabOptions& options) {
     return report.exitCode;
 }
 
-void AddFrameOptions(CLI::App& command, GrabOptions& options) {
+void AddFrameOptions(Command command, GrabOptions& options) {
     AddCameraArgument(command, options.camera, false);
-    command.add_option("-n,--count", options.limits.count, "Frames to grab; 0: until Ctrl-C")
-        ->type_name("N")
-        ->capture_default_str();
+    command.AddOption("-n,--count", options.limits.count, "Frames to grab; 0: until Ctrl-C")
+        .TypeName("N")
+        .ShowDefault();
     command
-        .add_option("-o,--output", options.output,
-                    "File names, with {n} for the number of the frame (0001,\n"
-                    "0002, ...), {frame} for the number the camera gave it,\n"
-                    "{camera} for the camera's identifier [frame-{n}.png]")
-        ->type_name("PATTERN");
+        .AddOption("-o,--output", options.output,
+                   "File names, with {n} for the number of the frame (0001,\n"
+                   "0002, ...), {frame} for the number the camera gave it,\n"
+                   "{camera} for the camera's identifier [frame-{n}.png]")
+        .TypeName("PATTERN");
     command
-        .add_option("-f,--format", options.format,
-                    "png, raw (the bytes as the camera sent them, and a text\n"
-                    "that describes them) or none (only count)\n"
-                    "[by the ending of --output, else png]")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember({"png", "raw", "none"}).description(""));
+        .AddOption("-f,--format", options.format,
+                   "png, raw (the bytes as the camera sent them, and a text\n"
+                   "that describes them) or none (only count)\n"
+                   "[by the ending of --output, else png]")
+        .TypeName("FORMAT")
+        .OneOf({"png", "raw", "none"});
 }
 
-void AddCameraOptions(CLI::App& command, GrabOptions& options) {
+void AddCameraOptions(Command command, GrabOptions& options) {
     command
-        .add_option("-t,--timeout", options.limits.timeoutMs,
-                    "Longest wait for the next frame, in milliseconds")
-        ->type_name("MS")
-        ->check(CLI::Range(uint64_t{1}, uint64_t{86400000}).description(""))
-        ->capture_default_str();
+        .AddOption("-t,--timeout", options.limits.timeoutMs,
+                   "Longest wait for the next frame, in milliseconds")
+        .TypeName("MS")
+        .Range(1, 86400000)
+        .ShowDefault();
     command
-        .add_option("-b,--buffers", options.buffers,
-                    "Frames that can wait in memory; never fewer than the\n"
-                    "producer needs")
-        ->type_name("N")
-        ->check(CLI::Range(size_t{1}, size_t{4096}).description(""))
-        ->capture_default_str();
+        .AddOption("-b,--buffers", options.buffers,
+                   "Frames that can wait in memory; never fewer than the\n"
+                   "producer needs")
+        .TypeName("N")
+        .Range(1, 4096)
+        .ShowDefault();
     AddAccessOption(command, options.access, {"readonly", "control", "exclusive"});
     command
-        .add_option("--set", options.settings,
-                    "Set a feature of the camera first; may be given several\n"
-                    "times and is done in that order")
-        ->type_name("NAME=VALUE")
-        ->allow_extra_args(false);
+        .AddOption("--set", options.settings,
+                   "Set a feature of the camera first; may be given several\n"
+                   "times and is done in that order")
+        .TypeName("NAME=VALUE")
+        .OneValueEach();
 }
 
 }  // namespace
 
-void AddGrabCommand(CLI::App& app, Invocation& invocation) {
+void AddGrabCommand(Command app, Invocation& invocation) {
     auto options = std::make_shared<GrabOptions>();
-    CLI::App* command = app.add_subcommand("grab", "Grab frames and write them to files");
-    AddFrameOptions(*command, *options);
-    AddCameraOptions(*command, *options);
-    AddSessionOptions(*command, options->session);
-    command->footer(
+    Command command = app.AddCommand("grab", "Grab frames and write them to files");
+    AddFrameOptions(command, *options);
+    AddCameraOptions(command, *options);
+    AddSessionOptions(command, options->session);
+    command.Footer(
         "Examples:\n"
         "  zelcam grab                                one picture of the first camera\n"
         "  zelcam grab 4711 -n 10 -o shot-{n}.png     ten pictures of serial number 4711\n"
@@ -137,7 +138,7 @@ void AddGrabCommand(CLI::App& app, Invocation& invocation) {
         "  zelcam grab -n 3 -o \"{camera}-{frame}.raw\"  the bytes of three frames\n\n"
         "Pictures of more than 8 bits are written with 16: values are stretched so that the "
         "camera's\nwhite is white. When nothing arrives, the program lists what it could check.");
-    command->callback([options, &invocation] {
+    command.OnChoice([options, &invocation] {
         invocation.json = options->session.json;
         invocation.run = [options] { return RunGrab(*options); };
     });

@@ -94,36 +94,33 @@ ExitCode RunForce(const IpOptions& options) {
     return ExitCode::Ok;
 }
 
-CLI::App& AddAction(CLI::App& parent, Invocation& invocation, const char* name, const char* what,
-                    const std::shared_ptr<IpOptions>& options, ExitCode (*run)(const IpOptions&)) {
-    CLI::App* command = parent.add_subcommand(name, what);
-    AddCameraArgument(*command, options->camera.camera, true);
-    AddSessionOptions(*command, options->camera.session);
-    Connect(*command, invocation, options, run);
-    return *command;
+Command AddAction(Command parent, Invocation& invocation, const char* name, const char* what,
+                  const std::shared_ptr<IpOptions>& options, ExitCode (*run)(const IpOptions&)) {
+    Command command = parent.AddCommand(name, what);
+    AddCameraArgument(command, options->camera.camera, true);
+    AddSessionOptions(command, options->camera.session);
+    Connect(command, invocation, options, run);
+    return command;
 }
 
 }  // namespace
 
-void AddIpCommand(CLI::App& app, Invocation& invocation) {
-    CLI::App* command = app.add_subcommand("ip", "The network address of a GigE Vision camera");
-    command->require_subcommand(1);
-    AddAction(*command, invocation, "show", "Print address, mask and gateway",
+void AddIpCommand(Command app, Invocation& invocation) {
+    Command command = app.AddCommand("ip", "The network address of a GigE Vision camera");
+    AddAction(command, invocation, "show", "Print address, mask and gateway",
               std::make_shared<IpOptions>(), RunShow);
     auto options = std::make_shared<IpOptions>();
-    CLI::App& force =
-        AddAction(*command, invocation, "force",
+    Command force =
+        AddAction(command, invocation, "force",
                   "Give the camera an address until it is switched off", options, RunForce);
-    force.add_option("address", options->address, "The new address, with dots")
-        ->type_name("ADDRESS")
-        ->required();
-    force.add_option("mask", options->mask, "The mask of its network")
-        ->type_name("MASK")
-        ->required();
-    force.add_option("gateway", options->gateway, "The gateway; 0.0.0.0: none")
-        ->type_name("GATEWAY")
-        ->capture_default_str();
-    command->footer(
+    force.AddOption("address", options->address, "The new address, with dots")
+        .TypeName("ADDRESS")
+        .Required();
+    force.AddOption("mask", options->mask, "The mask of its network").TypeName("MASK").Required();
+    force.AddOption("gateway", options->gateway, "The gateway; 0.0.0.0: none")
+        .TypeName("GATEWAY")
+        .ShowDefault();
+    command.Footer(
         "Examples:\n"
         "  zelcam ip show 1\n"
         "  zelcam ip force 4711 192.168.0.10 255.255.255.0\n\n"

@@ -132,18 +132,18 @@ ExitCode RunList(const ListOptions& options) {
 
 }  // namespace
 
-void AddListCommand(CLI::App& app, Invocation& invocation) {
+void AddListCommand(Command app, Invocation& invocation) {
     auto options = std::make_shared<ListOptions>();
-    CLI::App* command = app.add_subcommand("list", "List producers, interfaces and cameras");
-    AddSessionOptions(*command, options->session);
-    command->add_flag("--names", options->names)->group("");
-    command->footer(
+    Command command = app.AddCommand("list", "List producers, interfaces and cameras");
+    AddSessionOptions(command, options->session);
+    command.AddFlag("--names", options->names, "Only names, for completion").Hide();
+    command.Footer(
         "Examples:\n"
         "  zelcam list\n"
         "  zelcam list --producer /opt/vendor/lib/vendor.cti\n"
         "  zelcam list --json\n\n"
         "A producer or interface that fails is listed with the reason; the others go on working.");
-    command->callback([options, &invocation] {
+    command.OnChoice([options, &invocation] {
         invocation.json = options->session.json;
         invocation.run = [options] { return RunList(*options); };
     });

@@ -62,12 +62,9 @@ ExitCode Run(const Invocation& invocation) {
 }
 
 ExitCode ParseAndRun(int argc, char** argv) {
-    CLI::App app("Find cameras, set them, and grab frames from them", "zelcam");
-    app.set_version_flag("--version", "zelcam " ZELCAM_VERSION);
-    app.set_help_flag("-h,--help", "Print this help");
-    app.footer(help);
-    app.require_subcommand(1);
-    app.get_formatter()->column_width(24);
+    CommandLine line("zelcam", ZELCAM_VERSION, "Find cameras, set them, and grab frames from them");
+    Command app = line.Program();
+    app.Footer(help);
     Invocation invocation;
     AddListCommand(app, invocation);
     AddGrabCommand(app, invocation);
@@ -81,22 +78,8 @@ ExitCode ParseAndRun(int argc, char** argv) {
     AddXmlCommand(app, invocation);
     AddIpCommand(app, invocation);
     AddReportCommand(app, invocation);
-    if (argc == 1) {
-        std::cerr << app.help();
-        return ExitCode::Usage;
-    }
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        if (app.get_subcommands().empty() && !app.remaining().empty()) {
-            TellFailure(
-                "there is no command \"" + app.remaining().front() + "\"; see zelcam --help",
-                ExitCode::Usage, false);
-            return ExitCode::Usage;
-        }
-        return app.exit(error) == 0 ? ExitCode::Ok : ExitCode::Usage;
-    }
-    return Run(invocation);
+    const std::optional<ExitCode> end = line.Parse(argc, argv);
+    return end ? *end : Run(invocation);
 }
 
 }  // namespace

@@ -224,30 +224,30 @@ ExitCode RunReport(const ReportOptions& options) {
 
 }  // namespace
 
-void AddReportCommand(CLI::App& app, Invocation& invocation) {
+void AddReportCommand(Command app, Invocation& invocation) {
     auto options = std::make_shared<ReportOptions>();
-    CLI::App* command =
-        app.add_subcommand("report", "Write all there is to know about a camera to a text");
-    AddCameraArgument(*command, options->camera.camera, false);
-    command->add_option("-o,--output", options->output, "Write it to this file")->type_name("FILE");
-    command->add_flag("--mask", options->mask,
-                      "Replace addresses, serial numbers and user names by ***");
-    command->add_option("-n,--count", options->limits.count, "Frames to grab for its statistics")
-        ->type_name("N")
-        ->check(CLI::Range(uint64_t{1}, uint64_t{100000}).description(""))
-        ->capture_default_str();
+    Command command =
+        app.AddCommand("report", "Write all there is to know about a camera to a text");
+    AddCameraArgument(command, options->camera.camera, false);
+    command.AddOption("-o,--output", options->output, "Write it to this file").TypeName("FILE");
+    command.AddFlag("--mask", options->mask,
+                    "Replace addresses, serial numbers and user names by ***");
+    command.AddOption("-n,--count", options->limits.count, "Frames to grab for its statistics")
+        .TypeName("N")
+        .Range(1, 100000)
+        .ShowDefault();
     command
-        ->add_option("-t,--timeout", options->limits.timeoutMs,
-                     "Longest wait for the next frame, in milliseconds")
-        ->type_name("MS")
-        ->check(CLI::Range(uint64_t{1}, uint64_t{86400000}).description(""))
-        ->capture_default_str();
-    AddAccessOption(*command, options->camera.access, accessNames);
-    AddProducerOptions(*command, options->camera.session);
-    command->footer(
+        .AddOption("-t,--timeout", options->limits.timeoutMs,
+                   "Longest wait for the next frame, in milliseconds")
+        .TypeName("MS")
+        .Range(1, 86400000)
+        .ShowDefault();
+    AddAccessOption(command, options->camera.access, accessNames);
+    AddProducerOptions(command, options->camera.session);
+    command.Footer(
         "Examples:\n"
         "  zelcam report 1 -o report.txt\n"
         "  zelcam report 1 --mask -o report.txt   to show to others\n\n"
         "What cannot be found out is marked with !! and leaves the rest alone.");
-    Connect(*command, invocation, options, RunReport);
+    Connect(command, invocation, options, RunReport);
 }

@@ -118,52 +118,50 @@ ExitCode RunExec(const ExecOptions& options) {
 
 }  // namespace
 
-void AddGetCommand(CLI::App& app, Invocation& invocation) {
+void AddGetCommand(Command app, Invocation& invocation) {
     auto options = std::make_shared<GetOptions>();
-    CLI::App* command = app.add_subcommand("get", "Read features");
-    AddFeatureOptions(*command, options->camera);
-    command->add_option("names", options->names, "Names of the features")
-        ->type_name("NAME")
-        ->required();
-    command->add_flag("--plain", options->plain, "Print only the values, without NAME=");
-    command->footer(
+    Command command = app.AddCommand("get", "Read features");
+    AddFeatureOptions(command, options->camera);
+    command.AddOption("names", options->names, "Names of the features").TypeName("NAME").Required();
+    command.AddFlag("--plain", options->plain, "Print only the values, without NAME=");
+    command.Footer(
         "Examples:\n"
         "  zelcam get 1 Width Height\n"
         "  zelcam get 4711 --plain DeviceTemperature");
-    Connect(*command, invocation, options, RunGet);
+    Connect(command, invocation, options, RunGet);
 }
 
-void AddSetCommand(CLI::App& app, Invocation& invocation) {
+void AddSetCommand(Command app, Invocation& invocation) {
     auto options = std::make_shared<SetOptions>();
-    CLI::App* command = app.add_subcommand("set", "Set features");
-    AddFeatureOptions(*command, options->camera);
-    command->add_option("settings", options->settings, "What to set, in this order")
-        ->type_name("NAME=VALUE")
-        ->required();
-    command->footer(
+    Command command = app.AddCommand("set", "Set features");
+    AddFeatureOptions(command, options->camera);
+    command.AddOption("settings", options->settings, "What to set, in this order")
+        .TypeName("NAME=VALUE")
+        .Required();
+    command.Footer(
         "Examples:\n"
         "  zelcam set 1 PixelFormat=Mono8 Width=320\n"
         "  zelcam set 4711 GainSelector=DigitalAll Gain=2.5\n\n"
         "A selector comes before what it selects. The first setting that fails ends the command; "
         "those\nbefore it stay. Values are printed as the camera took them.");
-    Connect(*command, invocation, options, RunSet);
+    Connect(command, invocation, options, RunSet);
 }
 
-void AddExecCommand(CLI::App& app, Invocation& invocation) {
+void AddExecCommand(Command app, Invocation& invocation) {
     auto options = std::make_shared<ExecOptions>();
-    CLI::App* command = app.add_subcommand("exec", "Start a command of a camera, and wait for it");
-    AddFeatureOptions(*command, options->camera);
-    command->add_option("command", options->command, "Name of the command")
-        ->type_name("COMMAND")
-        ->required();
+    Command command = app.AddCommand("exec", "Start a command of a camera, and wait for it");
+    AddFeatureOptions(command, options->camera);
+    command.AddOption("command", options->command, "Name of the command")
+        .TypeName("COMMAND")
+        .Required();
     command
-        ->add_option("-t,--timeout", options->timeoutMs,
-                     "Longest wait until it is done, in milliseconds")
-        ->type_name("MS")
-        ->capture_default_str();
-    command->footer(
+        .AddOption("-t,--timeout", options->timeoutMs,
+                   "Longest wait until it is done, in milliseconds")
+        .TypeName("MS")
+        .ShowDefault();
+    command.Footer(
         "Examples:\n"
         "  zelcam exec 1 DeviceReset\n"
         "  zelcam exec 1 TriggerSoftware");
-    Connect(*command, invocation, options, RunExec);
+    Connect(command, invocation, options, RunExec);
 }

@@ -94,22 +94,21 @@ ExitCode RunWatch(const WatchOptions& options) {
 
 }  // namespace
 
-void AddWatchCommand(CLI::App& app, Invocation& invocation) {
+void AddWatchCommand(Command app, Invocation& invocation) {
     auto options = std::make_shared<WatchOptions>();
-    CLI::App* command = app.add_subcommand("watch", "Tell which features change");
-    AddFeatureOptions(*command, options->camera);
-    AddFilterOptions(*command, options->glob, options->visibility);
+    Command command = app.AddCommand("watch", "Tell which features change");
+    AddFeatureOptions(command, options->camera);
+    AddFilterOptions(command, options->glob, options->visibility);
     command
-        ->add_option("-i,--interval", options->intervalMs,
-                     "Time between two looks, in milliseconds")
-        ->type_name("MS")
-        ->check(CLI::Range(uint64_t{1}, uint64_t{3600000}).description(""))
-        ->capture_default_str();
-    AddEndOptions(*command, options->count, options->durationMs, "changes");
-    command->footer(
+        .AddOption("-i,--interval", options->intervalMs, "Time between two looks, in milliseconds")
+        .TypeName("MS")
+        .Range(1, 3600000)
+        .ShowDefault();
+    AddEndOptions(command, options->count, options->durationMs, "changes");
+    command.Footer(
         "Examples:\n"
         "  zelcam watch 1 DeviceTemperature --interval 5000\n"
         "  zelcam watch 1 --duration 60000 --json     one JSON object per line\n\n"
         "The values are read from the camera each time, also those that are known.");
-    Connect(*command, invocation, options, RunWatch);
+    Connect(command, invocation, options, RunWatch);
 }

@@ -64,24 +64,23 @@ ExitCode RunXml(const XmlOptions& options) {
 
 }  // namespace
 
-void AddXmlCommand(CLI::App& app, Invocation& invocation) {
+void AddXmlCommand(Command app, Invocation& invocation) {
     auto options = std::make_shared<XmlOptions>();
-    CLI::App* command = app.add_subcommand("xml", "Print the GenApi description of a camera");
-    AddCameraArgument(*command, options->camera.camera, false);
+    Command command = app.AddCommand("xml", "Print the GenApi description of a camera");
+    AddCameraArgument(command, options->camera.camera, false);
     command
-        ->add_option("-m,--module", options->camera.module,
-                     "Of camera (or device), local, interface, stream or\n"
-                     "system")
-        ->type_name("MODULE")
-        ->check(CLI::IsMember({"camera", "device", "local", "interface", "stream", "system"})
-                    .description(""))
-        ->capture_default_str();
-    command->add_option("-o,--output", options->output, "Write it to this file")->type_name("FILE");
-    AddSessionOptions(*command, options->camera.session);
-    command->footer(
+        .AddOption("-m,--module", options->camera.module,
+                   "Of camera (or device), local, interface, stream or\n"
+                   "system")
+        .TypeName("MODULE")
+        .OneOf({"camera", "device", "local", "interface", "stream", "system"})
+        .ShowDefault();
+    command.AddOption("-o,--output", options->output, "Write it to this file").TypeName("FILE");
+    AddSessionOptions(command, options->camera.session);
+    command.Footer(
         "Examples:\n"
         "  zelcam xml 1 -o camera.xml\n"
         "  zelcam xml 1 --module stream\n\n"
         "The text is the original one, unpacked where it is zipped.");
-    Connect(*command, invocation, options, RunXml);
+    Connect(command, invocation, options, RunXml);
 }

@@ -1,0 +1,98 @@
+#include "tools/zelcam/commandline.h"
+
+#include <iostream>
+#include <utility>
+
+#include <CLI/CLI.hpp>
+
+CommandOption& CommandOption::TypeName(const char* name) {
+    option_->type_name(name);
+    return *this;
+}
+
+CommandOption& CommandOption::Required(bool required) {
+    option_->required(required);
+    return *this;
+}
+
+CommandOption& CommandOption::OneOf(const std::vector<std::string>& values) {
+    option_->check(CLI::IsMember(values).description(""));
+    return *this;
+}
+
+CommandOption& CommandOption::Range(uint64_t minimum, uint64_t maximum) {
+    option_->check(CLI::Range(minimum, maximum).description(""));
+    return *this;
+}
+
+CommandOption& CommandOption::OneValueEach() {
+    option_->allow_extra_args(false);
+    return *this;
+}
+
+CommandOption& CommandOption::ShowDefault() {
+    option_->capture_default_str();
+    return *this;
+}
+
+CommandOption& CommandOption::Hide() {
+    option_->group("");
+    return *this;
+}
+
+Command Command::AddCommand(const char* name, const char* what) {
+    app_->require_subcommand(1);
+    return Command(app_->add_subcommand(name, what));
+}
+
+CommandOption Command::AddOption(const char* names, std::string& value, const std::string& what) {
+    return CommandOption(app_->add_option(names, value, what));
+}
+
+CommandOption Command::AddOption(const char* names, std::vector<std::string>& values,
+                                 const std::string& what) {
+    return CommandOption(app_->add_option(names, values, what));
+}
+
+CommandOption Command::AddOption(const char* names, uint64_t& value, const std::string& what) {
+    return CommandOption(app_->add_option(names, value, what));
+}
+
+CommandOption Command::AddFlag(const char* names, bool& flag, const char* what) {
+    return CommandOption(app_->add_flag(names, flag, what));
+}
+
+void Command::Footer(const char* text) {
+    app_->footer(text);
+}
+
+void Command::OnChoice(std::function<void()> action) {
+    app_->callback(std::move(action));
+}
+
+CommandLine::CommandLine(const char* name, const char* version, const char* what)
+    : app_(std::make_unique<CLI::App>(what, name)) {
+    app_->set_version_flag("--version", std::string(name) + ' ' + version);
+    app_->set_help_flag("-h,--help", "Print this help");
+    app_->get_formatter()->column_width(24);
+}
+
+CommandLine::~CommandLine() = default;
+
+std::optional<ExitCode> CommandLine::Parse(int argc, char** argv) {
+    if (argc == 1) {
+        std::cerr << app_->help();
+        return ExitCode::Usage;
+    }
+    try {
+        app_->parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (app_->get_subcommands().empty() && !app_->remaining().empty()) {
+            std::cerr << app_->get_name() << ": there is no command \"" << app_->remaining().front()
+                      << "\"; see " << app_->get_name() << " --help\n";
+            return ExitCode::Usage;
+        }
+        return app_->exit(error) == 0 ? ExitCode::Ok : ExitCode::Usage;
+    }
+    return std::nullopt;
+}
