@@ -66,9 +66,9 @@ void DeviceImpl::Init(const GenTLModule<void*>& iface, ZelCam::DeviceAccess acce
 DeviceImpl::~DeviceImpl() {
     events_.clear();
     streams_.clear();
-    // Their end changes the features of events, and sinks may want to reach the camera then.
-    camera_.eventAdapter.reset();
-    transport_.eventAdapter.reset();
+    // The features of events vanish with their adapters, and the port is closed by then.
+    for (const Parameters* parameters : {&camera_, &transport_})
+        if (parameters->array != nullptr) parameters->array->Disconnect();
     module_.lib->DevClose(module_.handle);
 }
 

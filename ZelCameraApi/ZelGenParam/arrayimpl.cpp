@@ -78,7 +78,7 @@ bool ArrayImpl::PortFlag(int command) const {
 }
 
 GenApi::EAccessMode ArrayImpl::GetAccessMode() const {
-    if (PortFlag(GenTL::PORT_INFO_ACCESS_NI)) return GenApi::NI;
+    if (!connected_ || PortFlag(GenTL::PORT_INFO_ACCESS_NI)) return GenApi::NI;
     if (PortFlag(GenTL::PORT_INFO_ACCESS_NA)) return GenApi::NA;
     const bool readable = PortFlag(GenTL::PORT_INFO_ACCESS_READ);
     const bool writable = PortFlag(GenTL::PORT_INFO_ACCESS_WRITE);
@@ -89,14 +89,18 @@ GenApi::EAccessMode ArrayImpl::GetAccessMode() const {
 void ArrayImpl::Read(void* buffer, int64_t address, int64_t length) {
     auto size = static_cast<size_t>(length);
     const int result =
-        module_.lib->GCReadPort(module_.handle, static_cast<uint64_t>(address), buffer, &size);
+        connected_
+            ? module_.lib->GCReadPort(module_.handle, static_cast<uint64_t>(address), buffer, &size)
+            : GenTL::GC_ERR_INVALID_HANDLE;
     CheckPortAccess({"Read", address, length}, result, size);
 }
 
 void ArrayImpl::Write(const void* buffer, int64_t address, int64_t length) {
     auto size = static_cast<size_t>(length);
-    const int result =
-        module_.lib->GCWritePort(module_.handle, static_cast<uint64_t>(address), buffer, &size);
+    const int result = connected_
+                           ? module_.lib->GCWritePort(module_.handle,
+                                                      static_cast<uint64_t>(address), buffer, &size)
+                           : GenTL::GC_ERR_INVALID_HANDLE;
     CheckPortAccess({"Write", address, length}, result, size);
 }
 

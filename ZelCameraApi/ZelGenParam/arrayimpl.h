@@ -18,10 +18,10 @@ namespace ZelCameraApi::Internal {
 // The node map of a module's port, and at the same time the GenApi port that the node map reads and
 // writes: every access to a feature becomes an access to the producer's port.
 //
-// It belongs to the object that opened the module and is destroyed before the module is closed. It
-// owns the node map, the Params it handed out (one for each spelling of a name) and the texts read
-// by name. Members are declared in the order of their dependence: Params go before their nodes, the
-// node map before the producer.
+// It belongs to the object that opened the module and is disconnected or destroyed before the
+// module is closed. It owns the node map, the Params it handed out (one for each spelling of a
+// name) and the texts read by name. Members are declared in the order of their dependence: Params
+// go before their nodes, the node map before the producer.
 class ArrayImpl final : public ZelGenParam::Array, public GenApi::IPort {
   public:
     // Builds and connects the node map, from the file `xmlFile` or, when that is null, from the
@@ -58,6 +58,11 @@ class ArrayImpl final : public ZelGenParam::Array, public GenApi::IPort {
     bool IsCommandDone(const char* name, ZelCamErr* err) override;
     ZelCamErr Poll(int64_t elapsedMs) override;
 
+    // To be called when the module is going to be closed before this Array ends, which may change
+    // features: from then on no sink is called, and accesses to the port fail.
+    void Disconnect() { connected_ = false; }
+    bool IsConnected() const { return connected_; }
+
     ~ArrayImpl() override;
 
     // What the node map calls. The two accesses and the query throw GenApi's exceptions, which
@@ -92,6 +97,7 @@ class ArrayImpl final : public ZelGenParam::Array, public GenApi::IPort {
     const char* Keep(const char* name, const GenICam::gcstring& text);
 
     GenTLModule<void*> module_;
+    bool connected_ = true;
     std::unique_ptr<GenApi::CNodeMapRef> nodeMap_;
     std::map<std::string, std::unique_ptr<ParamImpl>> params_;
     std::map<std::string, GenICam::gcstring> stringValues_;  // last text read under a name

@@ -1,5 +1,6 @@
 #include "ZelCameraApi/ZelGenParam/categoryparam.h"
 
+#include "ZelCameraApi/ZelGenParam/arrayimpl.h"
 #include "ZelCameraApi/ZelGenParam/paramaccess.h"
 
 namespace ZelCameraApi::Internal {

@@ -4,6 +4,7 @@
 
 #include <GenApi/GenApi.h>
 
+#include "ZelCameraApi/ZelGenParam/paramimpl.h"
 #include "ZelGenParam/Param.h"
 
 namespace ZelCameraApi::Internal {
@@ -12,17 +13,18 @@ namespace ZelCameraApi::Internal {
 // is registered. Param and sink must be valid as long as the node can change.
 class ParamEventSink_NodeCallback final : public GenApi::CNodeCallback {
   public:
-    ParamEventSink_NodeCallback(GenApi::INode* node, ZelGenParam::Param* param,
+    ParamEventSink_NodeCallback(GenApi::INode* node, ParamImpl* param,
                                 ZelGenParam::ParamEventSink* sink, GenApi::ECallbackType type)
         : CNodeCallback(node, type), param_(param), sink_(sink) {}
 
     void operator()(GenApi::ECallbackType type) const override {
-        if (sink_ != nullptr && type == m_CallbackType) sink_->OnParamChanged(param_);
+        if (sink_ != nullptr && type == m_CallbackType && param_->IsConnected())
+            sink_->OnParamChanged(param_);
     }
     void Destroy() override { delete this; }
 
   private:
-    ZelGenParam::Param* param_;
+    ParamImpl* param_;
     ZelGenParam::ParamEventSink* sink_;
 };
 

@@ -1,5 +1,6 @@
 #include "ZelCameraApi/ZelGenParam/paramimpl.h"
 
+#include "ZelCameraApi/ZelGenParam/arrayimpl.h"
 #include "ZelCameraApi/ZelGenParam/categoryparam.h"
 #include "ZelCameraApi/ZelGenParam/enumparams.h"
 #include "ZelCameraApi/ZelGenParam/genapierrors.h"
@@ -8,7 +9,7 @@
 
 namespace ZelCameraApi::Internal {
 
-ParamImpl::ParamImpl(ZelGenParam::Array* owner, GenApi::INode* node) : node_(node), owner_(owner) {}
+ParamImpl::ParamImpl(ArrayImpl* owner, GenApi::INode* node) : node_(node), owner_(owner) {}
 
 ParamImpl::~ParamImpl() = default;
 
@@ -115,6 +116,10 @@ ZelCamErr ParamImpl::UnregisterEventSink(ZelGenParam::ParamEventSink* sink) {
     return ZelCamErr_Success;
 }
 
+bool ParamImpl::IsConnected() const {
+    return owner_->IsConnected();
+}
+
 ZelGenParam::Category* ParamImpl::ToCategory() {
     return dynamic_cast<ZelGenParam::Category*>(this);
 }
@@ -149,7 +154,7 @@ ZelGenParam::String* ParamImpl::ToString() {
 
 namespace {
 
-std::unique_ptr<ParamImpl> MakeParam(ZelGenParam::Array* owner, GenApi::INode* node) {
+std::unique_ptr<ParamImpl> MakeParam(ArrayImpl* owner, GenApi::INode* node) {
     switch (node->GetPrincipalInterfaceType()) {
         case GenApi::intfIInteger:
             return std::make_unique<IntParamImpl>(owner, node);
@@ -174,7 +179,7 @@ std::unique_ptr<ParamImpl> MakeParam(ZelGenParam::Array* owner, GenApi::INode* n
 
 }  // namespace
 
-std::unique_ptr<ParamImpl> CreateParam(ZelGenParam::Array* owner, GenApi::INode* node) {
+std::unique_ptr<ParamImpl> CreateParam(ArrayImpl* owner, GenApi::INode* node) {
     try {
         const GenApi::CNodePtr pointer(node);
         return MakeParam(owner, pointer);

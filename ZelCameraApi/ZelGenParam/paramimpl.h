@@ -13,12 +13,14 @@
 
 namespace ZelCameraApi::Internal {
 
+class ArrayImpl;
+
 // A handle on one node of an Array's node map. The Array (or, for entries, the Enum) owns it and
 // destroys it before the node map, so that the node is valid as long as the Param. Callbacks that
 // are still registered then end with the node map.
 class ParamImpl : public virtual ZelGenParam::Param {
   public:
-    ParamImpl(ZelGenParam::Array* owner, GenApi::INode* node);
+    ParamImpl(ArrayImpl* owner, GenApi::INode* node);
     ParamImpl(const ParamImpl&) = delete;
     ParamImpl& operator=(const ParamImpl&) = delete;
 
@@ -48,10 +50,13 @@ class ParamImpl : public virtual ZelGenParam::Param {
     ZelGenParam::Int* ToInt() override;
     ZelGenParam::String* ToString() override;
 
+    // Whether sinks hear of changes: see ArrayImpl::Disconnect.
+    bool IsConnected() const;
+
     virtual ~ParamImpl();
 
   protected:
-    ZelGenParam::Array* owner() const { return owner_; }
+    ArrayImpl* owner() const { return owner_; }
 
     // Null where GetNode throws.
     GenApi::INode* NodeOrNull() const;
@@ -64,7 +69,7 @@ class ParamImpl : public virtual ZelGenParam::Param {
     Value Ask(Value fallback, Query&& query) const;
 
     GenApi::CNodePtr node_;
-    ZelGenParam::Array* owner_;
+    ArrayImpl* owner_;
     std::map<std::string, GenICam::gcstring> texts_;
     std::map<ZelGenParam::ParamEventSink*, GenApi::CallbackHandleType> sinks_;
 };
@@ -78,7 +83,7 @@ class UnknownParamImpl final : public ParamImpl {
 
 // The Param for a node, of the class that belongs to the node's principal interface. Null for a
 // null node.
-std::unique_ptr<ParamImpl> CreateParam(ZelGenParam::Array* owner, GenApi::INode* node);
+std::unique_ptr<ParamImpl> CreateParam(ArrayImpl* owner, GenApi::INode* node);
 
 }  // namespace ZelCameraApi::Internal
 

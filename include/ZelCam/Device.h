@@ -35,8 +35,7 @@ class Device {
     };
 
     // Closes the camera and destroys this object with its streams and parameters. Sinks that are
-    // still registered on features of events are called a last time. Not from within an event
-    // callback or a sink.
+    // still registered are not called any more. Not from within an event callback or a sink.
     virtual void Release() = 0;
 
     // Number of data streams of the camera, opened or not; 0 when the producer fails.
