@@ -12,13 +12,15 @@ packages_for() {
     local wanted
     case $1 in
         build | demo | install) wanted=("${build[@]}") ;;
+        abi) wanted=("${build[@]}" abigail-tools) ;;
         test | sanitize) wanted=("${build[@]}" "${test_packages[@]}") ;;
+        package) wanted=("${build[@]}" dpkg-dev lintian debootstrap qemu-user) ;;
         bench) wanted=("${build[@]}" libbenchmark-dev) ;;
         fuzz) wanted=("${build[@]}" clang-14 libclang-rt-14-dev) ;;
         lint)
             # clang-format and clang-tidy by version: another one formats and finds differently.
             wanted=("${build[@]}" "${test_packages[@]}" libbenchmark-dev
-                clang-14 clang-format-14 clang-tidy-14 shellcheck) ;;
+                clang-14 clang-format-14 clang-tidy-14 cppcheck doxygen shellcheck) ;;
         arm64) wanted=(g++-aarch64-linux-gnu cmake ninja-build pkg-config qemu-user) ;;
         *) return 1 ;;
     esac

@@ -1,8 +1,10 @@
-// A session with everything in it, run again and again with each call of the producer failing in
-// turn: nothing crashes or hangs, and what was opened is closed.
+// A session with everything in it, run again and again with each call of the producer failing,
+// blocking for a while or answering nonsense in turn, and with many of them at once: nothing
+// crashes or hangs, and what was opened is closed.
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <random>
 #include <set>
 #include <system_error>
 #include <thread>
@@ -28,6 +30,10 @@ class FaultInjection : public ScriptedTest {
 
     // The session with `count` calls from `site` on failing.
     void RunWithFault(const CallSite& site, size_t count, int32_t code);
+
+    // The session with that reply to the call.
+    void RunWithReply(const CallSite& site,
+                      const std::function<Scripted::Reply(const Scripted::Call&)>& reply);
     void CheckOpenHandles(const std::string& failing);
     std::vector<CallSite> RecordCallSites();
 
@@ -165,6 +171,15 @@ void FaultInjection::RunWithFault(const CallSite& site, size_t count, int32_t co
     producer.Reset();
 }
 
+void FaultInjection::RunWithReply(
+    const CallSite& site, const std::function<Scripted::Reply(const Scripted::Call&)>& reply) {
+    producer.Reset();
+    producer.AddRule({site.function, Scripted::AnyCommand, reply, site.n, 1});
+    RunSession();
+    EXPECT_THAT(producer.GetOpenHandles(), testing::IsEmpty());
+    producer.Reset();
+}
+
 void FaultInjection::CheckOpenHandles(const std::string& failing) {
     // What a failing step of opening leaves to the unloading of the producer, or to its module.
     const std::vector<std::string> open = producer.GetOpenHandles();
@@ -185,6 +200,35 @@ void FaultInjection::CheckOpenHandles(const std::string& failing) {
     } else {
         EXPECT_THAT(producer.GetMisuses(), testing::IsEmpty());
     }
+}
+
+// An answer that no producer should give: the type, the size or the value is not what was asked
+// for.
+Scripted::Reply Nonsense(size_t kind) {
+    Scripted::Reply reply;
+    switch (kind) {
+        case 0:
+            return Scripted::ReportsType(GenTL::INFO_DATATYPE_PTR);
+        case 1:
+            return Scripted::ReportsSize(0);
+        case 2:
+            return Scripted::ReportsSize(SIZE_MAX / 2);
+        case 3:  // a text without its end
+            reply.bytes.emplace(64, uint8_t{'A'});
+            return reply;
+        case 4:  // the largest number, or a text that is none
+            reply.bytes.emplace(8, uint8_t{0xFF});
+            return reply;
+        default:  // a text without anything
+            reply.bytes.emplace();
+            return reply;
+    }
+}
+constexpr size_t kKindsOfNonsense = 6;
+
+Scripted::Reply Blocks(const Scripted::Call& /*call*/) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    return {};
 }
 
 }  // namespace
@@ -213,5 +257,43 @@ TEST_F(FaultInjection, EachFunctionFailingForGood) {
         if (site.n > 0) continue;
         SCOPED_TRACE(site.function);
         RunWithFault(site, SIZE_MAX, GenTL::GC_ERR_NOT_IMPLEMENTED);
+    }
+}
+
+TEST_F(FaultInjection, EachCallBlockingOrAnsweringNonsenseInTurn) {
+    for (const CallSite& site : RecordCallSites()) {
+        SCOPED_TRACE(site.function + ' ' + std::to_string(site.n));
+        RunWithReply(site, Blocks);
+        for (size_t kind = 0; kind < kKindsOfNonsense && !HasFailure(); ++kind) {
+            SCOPED_TRACE("nonsense " + std::to_string(kind));
+            RunWithReply(site, [kind](const Scripted::Call&) { return Nonsense(kind); });
+        }
+        if (HasFailure()) return;
+    }
+}
+
+// Every call may go wrong, in any way, with one chance in twenty.
+TEST_F(FaultInjection, CallsGoWrongAtRandom) {
+    constexpr unsigned kSessions = 100;
+    std::set<std::string> functions;
+    for (const CallSite& site : RecordCallSites())
+        if (!IsClosing(site.function)) functions.insert(site.function);
+    for (unsigned seed = 0; seed < kSessions && !HasFailure(); ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        producer.Reset();
+        // The calls come from several threads.
+        auto random = std::make_shared<std::pair<std::mutex, std::minstd_rand>>();
+        random->second.seed(seed + 1);
+        const auto reply = [random](const Scripted::Call&) {
+            const std::lock_guard lock(random->first);
+            std::minstd_rand& next = random->second;
+            if (next() % 20 != 0) return Scripted::Reply();
+            return next() % 2 == 0 ? Scripted::Fails(GenTL::GC_ERR_IO)
+                                   : Nonsense(next() % kKindsOfNonsense);
+        };
+        for (const std::string& function : functions)
+            producer.AddRule({function, Scripted::AnyCommand, reply, 0, SIZE_MAX});
+        RunSession();
+        producer.Reset();
     }
 }

@@ -1,7 +1,6 @@
 // What an application does, through the shared library alone, with the simulated cameras.
 #include <chrono>
 #include <condition_variable>
-#include <dlfcn.h>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -13,8 +12,8 @@
 
 #include "ZelCam/ZelCam.h"
 #include "ZelGenParam/Array.h"
-#include "producers/simulator/zelsim.h"
 #include "tests/public/slot.h"
+#include "tests/support/simulator.h"
 
 namespace {
 
@@ -29,30 +28,6 @@ struct Releaser {
 };
 template <typename T>
 using Holder = std::unique_ptr<T, Releaser>;
-
-// The control functions of the simulated producer.
-struct Simulator {
-    Simulator() {
-        void* const file = dlopen(SIMULATOR_FILE, RTLD_NOW);
-        EXPECT_NE(file, nullptr) << dlerror();
-        const auto resolve = [file](auto& function, const char* name) {
-            function =
-                reinterpret_cast<std::remove_reference_t<decltype(function)>>(dlsym(file, name));
-            EXPECT_NE(function, nullptr) << name;
-        };
-        resolve(configure, "ZelSim_Configure");
-        resolve(plug, "ZelSim_PlugCamera");
-        resolve(unplug, "ZelSim_UnplugCamera");
-        resolve(fire, "ZelSim_FireEvent");
-        resolve(openHandles, "ZelSim_GetNumOpenHandles");
-    }
-
-    PZelSim_Configure configure = nullptr;
-    PZelSim_PlugCamera plug = nullptr;
-    PZelSim_UnplugCamera unplug = nullptr;
-    PZelSim_FireEvent fire = nullptr;
-    PZelSim_GetNumOpenHandles openHandles = nullptr;
-};
 
 // Frames as fast as they are asked for.
 constexpr const char* cameras =
@@ -120,7 +95,7 @@ class PublicSession : public testing::Test {
         return ids;
     }
 
-    Simulator simulator;
+    ZelTest::Simulator simulator;
     Holder<ZelCam::System> system;
     ZelCam::Device* device = nullptr;
     ZelCam::Stream* stream = nullptr;

@@ -63,5 +63,6 @@ void AddConfigCommand(Command app, Invocation& invocation);
 void AddXmlCommand(Command app, Invocation& invocation);
 void AddIpCommand(Command app, Invocation& invocation);
 void AddReportCommand(Command app, Invocation& invocation);
+void AddCheckCommand(Command app, Invocation& invocation);
 
 #endif  // ZELCAM_TOOLS_ZELCAM_COMMANDS_H

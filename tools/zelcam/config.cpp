@@ -1,17 +1,16 @@
 // zelcam config: the settings of a camera as a file.
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <iostream>
-#include <unistd.h>
 
 #include <nlohmann/json.hpp>
 
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/configfile.h"
 #include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/textfile.h"
 #include "tools/zelcam/words.h"
 
 namespace fs = std::filesystem;
@@ -24,45 +23,6 @@ struct ConfigOptions {
     FeatureOptions camera;
     std::string file;
 };
-
-// A file with a name of its own beside `file`, removed at the end unless it took that name.
-class TemporaryFile {
-  public:
-    explicit TemporaryFile(const std::string& file) : name_(file + ".XXXXXX") {
-        const int descriptor = mkstemp(name_.data());
-        if (descriptor < 0) {
-            throw Failure(ExitCode::FileFailed,
-                          "the file " + file + " cannot be written: " + std::strerror(errno));
-        }
-        close(descriptor);
-    }
-    ~TemporaryFile() { unlink(name_.c_str()); }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    const std::string& Name() const { return name_; }
-
-  private:
-    std::string name_;
-};
-
-// The library does not tell when it cannot write.
-void Save(OpenedCamera& camera, const std::string& file) {
-    const ZelCamErr code = camera.Device().SaveConfiguration(file.c_str());
-    if (code != ZelCamErr_Success) {
-        throw Failure(ExitCode::FeatureFailed, "the features cannot be saved: " + ErrorWords(code));
-    }
-    std::error_code ignored;
-    if (fs::file_size(file, ignored) == 0) {
-        throw Failure(ExitCode::FileFailed, "the file " + file + " cannot be written");
-    }
-}
-
-Settings SettingsOf(FeatureSession& session) {
-    const TemporaryFile file((fs::temp_directory_path() / "zelcam-config").string());
-    Save(session.Camera(), file.Name());
-    return ReadConfiguration(file.Name(), session.Features());
-}
 
 void PrintDifferences(const std::vector<Difference>& differences, bool json) {
     Json list = Json::array();
@@ -84,7 +44,7 @@ void PrintDifferences(const std::vector<Difference>& differences, bool json) {
 ExitCode RunSave(const ConfigOptions& options) {
     FeatureSession session(options.camera);
     const TemporaryFile temporary(options.file);
-    Save(session.Camera(), temporary.Name());
+    SaveConfiguration(session.Camera().Device(), temporary.Name());
     fs::permissions(temporary.Name(), fs::perms::group_read | fs::perms::others_read,
                     fs::perm_options::add);
     if (std::rename(temporary.Name().c_str(), options.file.c_str()) != 0) {
@@ -99,7 +59,8 @@ ExitCode RunLoad(const ConfigOptions& options) {
     const Settings wanted = ReadConfiguration(options.file, session.Features());
     const ZelCamErr code = session.Camera().Device().LoadConfiguration(options.file.c_str());
     if (code == ZelCamErr_LoadConfigFailed) {
-        PrintDifferences(Compare(SettingsOf(session), wanted), options.camera.session.json);
+        PrintDifferences(Compare(SettingsOf(session.Camera()), wanted),
+                         options.camera.session.json);
     }
     if (code != ZelCamErr_Success) {
         throw Failure(ExitCode::FeatureFailed,
@@ -111,7 +72,7 @@ ExitCode RunLoad(const ConfigOptions& options) {
 ExitCode RunDiff(const ConfigOptions& options) {
     FeatureSession session(options.camera);
     const Settings file = ReadConfiguration(options.file, session.Features());
-    const std::vector<Difference> differences = Compare(SettingsOf(session), file);
+    const std::vector<Difference> differences = Compare(SettingsOf(session.Camera()), file);
     PrintDifferences(differences, options.camera.session.json);
     return differences.empty() ? ExitCode::Ok : ExitCode::Different;
 }

@@ -1,5 +1,6 @@
 #include "tools/zelcam/configfile.h"
 
+#include <filesystem>
 #include <sstream>
 
 #include <GenApi/GenApi.h>
@@ -8,6 +9,9 @@
 #include "tools/zelcam/failure.h"
 #include "tools/zelcam/featurevalue.h"
 #include "tools/zelcam/textfile.h"
+#include "tools/zelcam/words.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -85,6 +89,24 @@ Settings ReadConfiguration(const std::string& file, ZelGenParam::Array& features
         reader.Line(line.substr(0, tab), line.substr(tab + 1));
     }
     return reader.Result();
+}
+
+// The library does not tell when it cannot write.
+void SaveConfiguration(ZelCam::Device& device, const std::string& file) {
+    const ZelCamErr code = device.SaveConfiguration(file.c_str());
+    if (code != ZelCamErr_Success) {
+        throw Failure(ExitCode::FeatureFailed, "the features cannot be saved: " + ErrorWords(code));
+    }
+    std::error_code ignored;
+    if (fs::file_size(file, ignored) == 0) {
+        throw Failure(ExitCode::FileFailed, "the file " + file + " cannot be written");
+    }
+}
+
+Settings SettingsOf(OpenedCamera& camera) {
+    const TemporaryFile file((fs::temp_directory_path() / "zelcam-config").string());
+    SaveConfiguration(camera.Device(), file.Name());
+    return ReadConfiguration(file.Name(), camera.Features(Module::Camera));
 }
 
 std::vector<Difference> Compare(const Settings& camera, const Settings& file) {

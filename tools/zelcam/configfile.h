@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "ZelGenParam/Array.h"
+#include "tools/zelcam/openedcamera.h"
 
 // The settings in a configuration, by the name of the feature and, where selectors choose among
 // several values, theirs: "Gain[GainSelector=All]". Selectors themselves are left out.
@@ -15,6 +16,12 @@ using Settings = std::map<std::string, std::string>;
 // Reads a configuration file, or one that holds the lines of the features only. `features` tells
 // what is a selector. Failure (FileFailed) when it cannot be read or is no configuration.
 Settings ReadConfiguration(const std::string& file, ZelGenParam::Array& features);
+
+// Writes the settings of the camera to a file. Failure (FeatureFailed, FileFailed).
+void SaveConfiguration(ZelCam::Device& device, const std::string& file);
+
+// What SaveConfiguration would write.
+Settings SettingsOf(OpenedCamera& camera);
 
 struct Difference {
     std::string feature;

@@ -17,6 +17,7 @@ enum class ExitCode {
     FileFailed = 7,
     FeatureFailed = 8,
     Different = 9,
+    CheckFailed = 10,
     Interrupted = 130,
 };
 

@@ -24,6 +24,7 @@ constexpr const char* help =
     "    7  a file cannot be read or written, or a frame not be converted\n"
     "    8  a feature does not exist, or cannot be read, set or started\n"
     "    9  config diff: the camera is set otherwise than the file says\n"
+    "   10  check: a check failed\n"
     "  130  ended with Ctrl-C before all was done\n\n"
     "Examples:\n"
     "  zelcam list\n"
@@ -78,6 +79,7 @@ ExitCode ParseAndRun(int argc, char** argv) {
     AddXmlCommand(app, invocation);
     AddIpCommand(app, invocation);
     AddReportCommand(app, invocation);
+    AddCheckCommand(app, invocation);
     const std::optional<ExitCode> end = line.Parse(argc, argv);
     return end ? *end : Run(invocation);
 }

@@ -1,9 +1,11 @@
 #include "tools/zelcam/textfile.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <unistd.h>
 
 #include "tools/zelcam/failure.h"
 
@@ -27,4 +29,17 @@ void WriteFile(const std::string& file, const std::string& text) {
         throw Failure(ExitCode::FileFailed,
                       "the file " + file + " cannot be written: " + std::strerror(errno));
     }
+}
+
+TemporaryFile::TemporaryFile(const std::string& file) : name_(file + ".XXXXXX") {
+    const int descriptor = mkstemp(name_.data());
+    if (descriptor < 0) {
+        throw Failure(ExitCode::FileFailed,
+                      "the file " + file + " cannot be written: " + std::strerror(errno));
+    }
+    close(descriptor);
+}
+
+TemporaryFile::~TemporaryFile() {
+    unlink(name_.c_str());
 }

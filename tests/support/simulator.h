@@ -1,0 +1,40 @@
+// The control functions of the simulated producer, for programs that use the library alone.
+#ifndef ZELCAM_TESTS_SIMULATOR_H
+#define ZELCAM_TESTS_SIMULATOR_H
+
+#include <dlfcn.h>
+#include <stdexcept>
+
+#include "producers/simulator/zelsim.h"
+
+namespace ZelTest {
+
+// Loads SIMULATOR_FILE, which is the file that the library loads by its name.
+class Simulator {
+    template <typename Function>
+    Function Find(const char* name) const {
+        void* const symbol = dlsym(file_, name);
+        if (symbol == nullptr) throw std::runtime_error(dlerror());
+        return reinterpret_cast<Function>(symbol);
+    }
+
+    static void* Load() {
+        void* const file = dlopen(SIMULATOR_FILE, RTLD_NOW);
+        if (file == nullptr) throw std::runtime_error(dlerror());
+        return file;
+    }
+
+    void* file_ = Load();  // before the functions that are found in it
+
+  public:
+    PZelSim_Configure configure = Find<PZelSim_Configure>("ZelSim_Configure");
+    PZelSim_PlugCamera plug = Find<PZelSim_PlugCamera>("ZelSim_PlugCamera");
+    PZelSim_UnplugCamera unplug = Find<PZelSim_UnplugCamera>("ZelSim_UnplugCamera");
+    PZelSim_FireEvent fire = Find<PZelSim_FireEvent>("ZelSim_FireEvent");
+    PZelSim_GetNumOpenHandles openHandles =
+        Find<PZelSim_GetNumOpenHandles>("ZelSim_GetNumOpenHandles");
+};
+
+}  // namespace ZelTest
+
+#endif  // ZELCAM_TESTS_SIMULATOR_H

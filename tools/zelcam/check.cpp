@@ -1,0 +1,143 @@
+// zelcam check: does a camera, with its producer, do what programs rely on?
+
+#include <cstdio>
+#include <iostream>
+#include <optional>
+
+#include <nlohmann/json.hpp>
+
+#include "tools/zelcam/camerachoice.h"
+#include "tools/zelcam/checklist.h"
+#include "tools/zelcam/commands.h"
+#include "tools/zelcam/featurechecks.h"
+#include "tools/zelcam/interrupt.h"
+#include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/streamchecks.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+using Verdict = CheckResult::Verdict;
+
+struct CheckOptions {
+    FeatureOptions camera;
+    GrabLimits limits = {100, 5000};
+};
+
+void PrintLine(const CheckResult& result) {
+    std::printf("%-8s %-26s %7.0f ms  %s\n", VerdictWords(result.verdict).c_str(),
+                result.name.c_str(), result.milliseconds, result.detail.c_str());
+    std::fflush(stdout);
+}
+
+void PrintJson(const Camera& camera, const CheckList& checks) {
+    Json list = Json::array();
+    for (const CheckResult& result : checks.Results()) {
+        list.push_back({{"check", result.name},
+                        {"verdict", VerdictWords(result.verdict)},
+                        {"detail", result.detail},
+                        {"milliseconds", result.milliseconds}});
+    }
+    const Json result = {{"camera", camera.id},
+                         {"vendor", camera.vendor},
+                         {"model", camera.model},
+                         {"checks", std::move(list)},
+                         {"passed", checks.Count(Verdict::Passed)},
+                         {"failed", checks.Count(Verdict::Failed)},
+                         {"skipped", checks.Count(Verdict::Skipped)}};
+    std::cout << JsonText(result) << '\n';
+}
+
+// The file of the producer that the camera comes from; empty when it cannot be told.
+std::string ProducerOf(const Session& session, const Camera& camera) {
+    for (const InterfaceEntry& interface : session.Interfaces())
+        if (interface.id == camera.interfaceId) return interface.producer;
+    return "";
+}
+
+void CheckFeatures(CheckList& checks, OpenedCamera& camera) {
+    for (Module module : {Module::Camera, Module::Local, Module::Interface, Module::Stream}) {
+        const std::string words = ModuleWords(module);
+        checks.Run("read " + words, [&] { return CheckReading(camera.Features(module)); });
+        checks.Run("limits of " + words, [&] { return CheckLimits(camera.Features(module)); });
+    }
+    checks.Run("write and restore", [&] { return CheckWriting(camera); });
+    checks.Run("configuration", [&] { return CheckConfiguration(camera); });
+}
+
+void CheckStream(CheckList& checks, OpenedCamera& camera, const GrabLimits& limits) {
+    const uint64_t timeoutMs = limits.timeoutMs;
+    checks.Run("frames", [&] { return CheckFrames(camera.Stream(), limits); });
+    checks.Run("start and stop", [&] { return CheckStartStop(camera.Stream(), timeoutMs); });
+    checks.Run("counted frames", [&] { return CheckCountedFrames(camera.Stream(), timeoutMs); });
+    checks.Run("end of a wait", [&] { return CheckTimeout(camera.Stream()); });
+    checks.Run("cancel", [&] { return CheckCancel(camera.Stream()); });
+    checks.Run("search while streaming", [&] { return CheckSearch(camera, timeoutMs); });
+}
+
+void RunChecks(CheckList& checks, const CheckOptions& options, const Session& session,
+               const Camera& camera) {
+    std::optional<OpenedCamera> opened;
+    const auto open = [&] {
+        opened.reset();
+        opened.emplace(camera, options.camera.access);
+        return std::to_string(opened->Device().GetNumStreams()) + " streams";
+    };
+    if (!checks.Run("open", open)) return;
+    CheckFeatures(checks, *opened);
+    CheckStream(checks, *opened, options.limits);
+    if (!checks.Run("close and open again", open)) return;
+    checks.Run("unplug", [&] { return CheckUnplug(*opened, ProducerOf(session, camera)); });
+    checks.Run("close", [&] {
+        opened.reset();
+        return std::string();
+    });
+}
+
+ExitCode RunCheck(const CheckOptions& options) {
+    NoteInterrupts();
+    const bool json = options.camera.session.json;
+    const Session session(options.camera.session, Session::Detail::CamerasAndOwners);
+    const Camera& camera = SelectCamera(session, options.camera.camera);
+    if (!json) std::cout << "Camera " << camera.Description() << "\n\n" << std::flush;
+    CheckList checks([&](const CheckResult& result) {
+        if (!json) PrintLine(result);
+    });
+    RunChecks(checks, options, session, camera);
+    const size_t failed = checks.Count(Verdict::Failed);
+    if (json) {
+        PrintJson(camera, checks);
+    } else {
+        std::printf("\n%zu passed, %zu failed, %zu skipped\n", checks.Count(Verdict::Passed),
+                    failed, checks.Count(Verdict::Skipped));
+    }
+    if (Interrupted()) return ExitCode::Interrupted;
+    return failed == 0 ? ExitCode::Ok : ExitCode::CheckFailed;
+}
+
+}  // namespace
+
+void AddCheckCommand(Command app, Invocation& invocation) {
+    auto options = std::make_shared<CheckOptions>();
+    Command command = app.AddCommand("check", "Try out all that programs rely on with a camera");
+    AddCameraArgument(command, options->camera.camera, false);
+    command.AddOption("-n,--count", options->limits.count, "Frames to grab for lost ones")
+        .TypeName("N")
+        .Range(1, 100000)
+        .ShowDefault();
+    command
+        .AddOption("-t,--timeout", options->limits.timeoutMs,
+                   "Longest wait for the next frame, in milliseconds")
+        .TypeName("MS")
+        .Range(1, 86400000)
+        .ShowDefault();
+    AddAccessOption(command, options->camera.access, accessNames);
+    AddSessionOptions(command, options->camera.session);
+    command.Footer(
+        "Examples:\n"
+        "  zelcam check 1\n"
+        "  zelcam check 4711 --producer /opt/vendor/lib/vendor.cti\n\n"
+        "Settings are written and restored: use a camera that nobody works with. A camera of the "
+        "simulator is\nunplugged in the end. The exit code is 10 when a check fails.");
+    Connect(command, invocation, options, RunCheck);
+}

@@ -1,0 +1,247 @@
+#include "tools/zelcam/featurechecks.h"
+
+#include <cmath>
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include <GenApi/GenApi.h>
+
+#include "tools/zelcam/checklist.h"
+#include "tools/zelcam/configfile.h"
+#include "tools/zelcam/failure.h"
+#include "tools/zelcam/featuretree.h"
+#include "tools/zelcam/featurevalue.h"
+#include "tools/zelcam/textfile.h"
+#include "tools/zelcam/words.h"
+
+namespace {
+
+using ZelGenParam::Param;
+
+// What a pass over all features finds.
+class Findings {
+  public:
+    void Seen() { ++seen_; }
+    void Bad(const std::string& finding) { bad_.push_back(finding); }
+
+    // "312 features", or a Failure with the first few findings.
+    std::string Summary() const {
+        constexpr size_t shown = 5;
+        if (bad_.empty()) return std::to_string(seen_) + " features";
+        std::string text = std::to_string(bad_.size()) + " of " + std::to_string(seen_) + ": ";
+        for (size_t i = 0; i < bad_.size() && i < shown; ++i)
+            text += (i == 0 ? "" : "; ") + bad_[i];
+        if (bad_.size() > shown) text += "; ...";
+        throw Failure(ExitCode::CheckFailed, text);
+    }
+
+    size_t Count() const { return seen_; }
+
+  private:
+    size_t seen_ = 0;
+    std::vector<std::string> bad_;
+};
+
+// Calls `check` with each feature once, also if it is in several categories.
+template <typename Check>
+void ForEach(ZelGenParam::Array& features, Check check) {
+    std::set<std::string> names;
+    VisitFeatures(features, {"", ZelGenParam::Visibility::Invisible, false},
+                  [&](Param& feature, const auto&) {
+                      if (names.insert(feature.GetName()).second) check(feature);
+                  });
+}
+
+bool HasValue(Param& feature) {
+    return feature.ToCommand() == nullptr && feature.ToCategory() == nullptr;
+}
+
+// Why the value does not fit its limits; empty when it does.
+std::string LimitProblem(ZelGenParam::Int& feature) {
+    ZelCamErr code = ZelCamErr_Success;
+    const int64_t value = feature.GetValue(&code);
+    if (code != ZelCamErr_Success) return "is not read: " + ErrorWords(code);
+    const int64_t minimum = feature.GetMin(&code);
+    const int64_t maximum = feature.GetMax(&code);
+    const int64_t increment = feature.GetIncrement(&code);
+    if (value < minimum || value > maximum) {
+        return "is " + std::to_string(value) + ", outside " + RangeOf(feature);
+    }
+    if (increment < 1) return "has the increment " + std::to_string(increment);
+    // The distance of two integers is not always one.
+    const uint64_t distance = static_cast<uint64_t>(value) - static_cast<uint64_t>(minimum);
+    if (distance % static_cast<uint64_t>(increment) != 0) {
+        return "is " + std::to_string(value) + ", between the steps of " + RangeOf(feature);
+    }
+    return "";
+}
+
+std::string LimitProblem(ZelGenParam::Float& feature) {
+    ZelCamErr code = ZelCamErr_Success;
+    const double value = feature.GetValue(&code);
+    if (code != ZelCamErr_Success) return "is not read: " + ErrorWords(code);
+    const bool within = value >= feature.GetMin(&code) && value <= feature.GetMax(&code);
+    return within ? "" : "is " + std::to_string(value) + ", outside " + RangeOf(feature);
+}
+
+std::string LimitProblem(ZelGenParam::Enum& feature) {
+    ZelCamErr code = ZelCamErr_Success;
+    const char* const text = feature.GetValueStr(&code);
+    if (text == nullptr) return "has none of its entries: " + ErrorWords(code);
+    const std::string name = text;
+    ZelGenParam::EnumEntry* const entry = feature.GetEnumEntryByName(name.c_str());
+    return entry != nullptr && entry->IsAvailable() ? "" : "is " + name + ", which it cannot be";
+}
+
+std::string LimitProblem(Param& feature) {
+    if (auto* integer = feature.ToInt()) return LimitProblem(*integer);
+    if (auto* floating = feature.ToFloat()) return LimitProblem(*floating);
+    if (auto* enumeration = feature.ToEnum()) return LimitProblem(*enumeration);
+    return "";
+}
+
+// Another value that the feature may have, as a text.
+std::optional<std::string> OtherValue(Param& feature) {
+    if (auto* integer = feature.ToInt()) {
+        const int64_t value = integer->GetValue(nullptr);
+        const int64_t minimum = integer->GetMin(nullptr);
+        const int64_t maximum = integer->GetMax(nullptr);
+        if (minimum == maximum) return std::nullopt;
+        const int64_t other = value == minimum ? minimum + integer->GetIncrement(nullptr) : minimum;
+        if (other > maximum) return std::nullopt;
+        return std::to_string(other);
+    }
+    if (auto* floating = feature.ToFloat()) {
+        const double value = floating->GetValue(nullptr);
+        const double minimum = floating->GetMin(nullptr);
+        const double maximum = floating->GetMax(nullptr);
+        const double other = value > minimum ? (value + minimum) / 2 : (value + maximum) / 2;
+        if (!std::isfinite(other) || other == value) return std::nullopt;
+        return std::to_string(other);
+    }
+    if (auto* boolean = feature.ToBoolean()) return boolean->GetValue(nullptr) ? "false" : "true";
+    if (auto* enumeration = feature.ToEnum()) {
+        const std::string value = ReadFeature(feature).value_or("");
+        const size_t count = enumeration->GetEnumEntriesCount(nullptr);
+        for (size_t i = 0; i < count; ++i) {
+            ZelGenParam::EnumEntry* const entry = enumeration->GetEnumEntryByIndex(i);
+            if (entry == nullptr || !entry->IsAvailable()) continue;
+            const std::string name = TextOrEmpty(entry->GetValueStr(nullptr));
+            if (!name.empty() && name != value) return name;
+        }
+    }
+    return std::nullopt;
+}
+
+// Cameras round floating-point values to what they can do.
+bool Took(Param& feature, const std::string& wanted) {
+    return feature.ToFloat() != nullptr || ReadFeature(feature, true) == wanted;
+}
+
+bool IsSelector(Param& feature) {
+    const auto* selector = dynamic_cast<GenApi::ISelector*>(feature.GetNode());
+    return selector != nullptr && selector->IsSelector();
+}
+
+bool MayBeWritten(Param& feature) {
+    return HasValue(feature) && feature.IsStreamable() && !IsSelector(feature) &&
+           feature.IsWritable() && feature.IsReadable();
+}
+
+void WriteAndRestore(ZelGenParam::Array& features, Param& feature, Findings& findings) {
+    const std::string name = feature.GetName();
+    const std::optional<std::string> old = ReadFeature(feature, true);
+    const std::optional<std::string> other = OtherValue(feature);
+    if (!old || !other) return;
+    findings.Seen();
+    try {
+        for (const std::string& value : {*other, *old}) {
+            SetFeature(features, name + "=" + value);
+            if (!Took(feature, value)) {
+                findings.Bad(name + " was set to " + value + " and is " +
+                             ReadFeature(feature).value_or("unreadable"));
+            }
+        }
+    } catch (const Failure& failure) {
+        findings.Bad(failure.what());
+    }
+}
+
+// The settings of a camera in a configuration file.
+class SavedSettings {
+  public:
+    explicit SavedSettings(OpenedCamera& camera)
+        : device_(camera.Device()),
+          file_((std::filesystem::temp_directory_path() / "zelcam-check").string()) {
+        SaveConfiguration(device_, file_.Name());
+    }
+
+    void Restore() const {
+        const ZelCamErr code = device_.LoadConfiguration(file_.Name().c_str());
+        if (code == ZelCamErr_Success) return;
+        throw Failure(ExitCode::CheckFailed,
+                      "the configuration cannot be loaded again: " + ErrorWords(code));
+    }
+
+  private:
+    ZelCam::Device& device_;
+    TemporaryFile file_;
+};
+
+}  // namespace
+
+std::string CheckReading(ZelGenParam::Array& features) {
+    Findings findings;
+    ForEach(features, [&](Param& feature) {
+        if (!HasValue(feature) || !feature.IsReadable()) return;
+        findings.Seen();
+        if (!ReadFeature(feature, true)) findings.Bad(std::string(feature.GetName()));
+    });
+    return findings.Summary();
+}
+
+std::string CheckLimits(ZelGenParam::Array& features) {
+    Findings findings;
+    ForEach(features, [&](Param& feature) {
+        if (!HasValue(feature) || !feature.IsReadable()) return;
+        findings.Seen();
+        const std::string problem = LimitProblem(feature);
+        if (!problem.empty()) findings.Bad(std::string(feature.GetName()) + " " + problem);
+    });
+    return findings.Summary();
+}
+
+std::string CheckWriting(OpenedCamera& camera) {
+    ZelGenParam::Array& features = camera.Features(Module::Camera);
+    Findings findings;
+    std::vector<std::string> names;
+    ForEach(features, [&](Param& feature) {
+        if (MayBeWritten(feature)) names.emplace_back(feature.GetName());
+    });
+    if (names.empty()) throw Skip("nothing can be written");
+
+    const SavedSettings saved(camera);
+    for (const std::string& name : names) {
+        Param& feature = FindFeature(features, name);
+        // What was written before it may have locked it.
+        if (MayBeWritten(feature)) WriteAndRestore(features, feature, findings);
+    }
+    saved.Restore();  // what the camera changed along with a feature
+    return findings.Summary();
+}
+
+std::string CheckConfiguration(OpenedCamera& camera) {
+    const Settings before = SettingsOf(camera);
+    if (before.empty()) throw Skip("the camera has no settings");
+    SavedSettings(camera).Restore();
+    const std::vector<Difference> differences = Compare(SettingsOf(camera), before);
+    if (!differences.empty()) {
+        const Difference& first = differences.front();
+        throw Failure(ExitCode::CheckFailed, std::to_string(differences.size()) +
+                                                 " settings changed: " + first.feature + " from " +
+                                                 first.file + " to " + first.camera);
+    }
+    return std::to_string(before.size()) + " settings";
+}
