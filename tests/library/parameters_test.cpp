@@ -61,8 +61,7 @@ TEST_F(ParametersTest, AreMadeOnceOfTheModulesOwnPort) {
         ASSERT_NE(parameters, nullptr);
         EXPECT_EQ(err, ZelCamErr_Success);
         if (module == std::string("port cam0")) {  // whose events are waited for in a thread
-            ASSERT_TRUE(
-                producer.AwaitWaiter(HandleOf("device cam0"), GenTL::EVENT_REMOTE_DEVICE));
+            ASSERT_TRUE(producer.AwaitWaiter(HandleOf("device cam0"), GenTL::EVENT_REMOTE_DEVICE));
         }
         Calls();
         err = ZelCamErr_Error;
