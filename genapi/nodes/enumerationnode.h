@@ -15,6 +15,8 @@ class EnumEntryNode final : public Node, public IEnumEntry {
 
     EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
     INode* GetNode() override { return this; }
+    // As in the reference implementation, an entry does not tell; its property of that name does.
+    GENICAM_NAMESPACE::gcstring GetDeviceName() const override { return {}; }
     GENICAM_NAMESPACE::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GENICAM_NAMESPACE::gcstring& text, bool verify = true) override;
     bool IsValueCacheValid() const override { return false; }

@@ -52,7 +52,7 @@ const General kGeneral[] = {
          return std::string(n.record().nameSpace == Standard ? "Standard" : "Custom");
      }},
     {"NodeType", [](const Node& n) { return std::string(kindName(n.record().kind)); }},
-    {"DeviceName", [](const Node& n) { return std::string(n.GetDeviceName().c_str()); }},
+    {"DeviceName", [](const Node& n) { return std::string(n.Node::GetDeviceName().c_str()); }},
     {"IsFeature", [](const Node& n) { return std::string(yesNo(n.record().feature)); }},
     {"ExposeStatic", [](const Node& n) { return std::string(yesNo(n.record().exposeStatic)); }},
 };
