@@ -2,6 +2,8 @@
 // blocking for a while or answering nonsense in turn, and with many of them at once: nothing
 // crashes or hangs, and what was opened is closed.
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <random>
@@ -219,8 +221,8 @@ Scripted::Reply Nonsense(size_t kind) {
         case 4:  // the largest number, or a text that is none
             reply.bytes.emplace(8, uint8_t{0xFF});
             return reply;
-        default:  // a text without anything
-            reply.bytes.emplace();
+        default:  // an empty text, or too small for anything else
+            reply.bytes.emplace(1, uint8_t{0});
             return reply;
     }
 }
@@ -260,8 +262,13 @@ TEST_F(FaultInjection, EachFunctionFailingForGood) {
     }
 }
 
+// The first calls of each function; with the variable ZELCAM_EVERY_CALL set, which takes minutes,
+// all.
 TEST_F(FaultInjection, EachCallBlockingOrAnsweringNonsenseInTurn) {
+    const size_t calls = std::getenv("ZELCAM_EVERY_CALL") != nullptr ? SIZE_MAX : 2;
+    size_t sessions = 0;
     for (const CallSite& site : RecordCallSites()) {
+        if (site.n >= calls) continue;
         SCOPED_TRACE(site.function + ' ' + std::to_string(site.n));
         RunWithReply(site, Blocks);
         for (size_t kind = 0; kind < kKindsOfNonsense && !HasFailure(); ++kind) {
@@ -269,7 +276,10 @@ TEST_F(FaultInjection, EachCallBlockingOrAnsweringNonsenseInTurn) {
             RunWithReply(site, [kind](const Scripted::Call&) { return Nonsense(kind); });
         }
         if (HasFailure()) return;
+        sessions += 1 + kKindsOfNonsense;
     }
+    RecordProperty("sessions", static_cast<int>(sessions));
+    std::printf("%zu sessions\n", sessions);
 }
 
 // Every call may go wrong, in any way, with one chance in twenty.

@@ -1,6 +1,6 @@
-// Four simulated cameras send frames as fast as these are taken, while other threads change features,
-// look for cameras and cancel waits, and events arrive. No frame may be lost, and nothing may grow.
-// Usage: zelcam_soak SECONDS
+// Four simulated cameras send frames as fast as these are taken, while other threads change
+// features, look for cameras and cancel waits, and events arrive. No frame may be lost, and nothing
+// may grow. Usage: zelcam_soak SECONDS
 
 #include <atomic>
 #include <chrono>
@@ -56,8 +56,7 @@ using Holder = std::unique_ptr<T, Releaser>;
 class Camera {
   public:
     Camera(ZelCam::System& system, const char* interface, const char* id) : id_(id) {
-        ZelCam::DeviceInfo* const info =
-            system.GetInterfaceById(interface)->GetDeviceInfoById(id);
+        ZelCam::DeviceInfo* const info = system.GetInterfaceById(interface)->GetDeviceInfoById(id);
         ZelCamErr code = ZelCamErr_Error;
         device_.reset(ZelCam_CreateDevice(info, ZelCam::DeviceAccess::Exclusive, &code));
         RequireSuccess(code, "open " + id_);
@@ -83,8 +82,8 @@ class Camera {
         const uint64_t frame = buffer->GetFrameID();
         // Numbers of GigE Vision have 16 bits, and leave out 0.
         const bool follows = frame == last_ + 1 || (last_ == 65535 && frame == 1) || frames_ == 0;
-        Require(follows, id_ + ": frame " + std::to_string(frame) + " after " +
-                             std::to_string(last_));
+        Require(follows,
+                id_ + ": frame " + std::to_string(frame) + " after " + std::to_string(last_));
         Require(!buffer->IsIncomplete(), id_ + ": an incomplete frame");
         last_ = frame;
         ++frames_;

@@ -121,7 +121,7 @@ std::optional<std::string> OtherValue(Param& feature) {
         if (!std::isfinite(other) || other == value) return std::nullopt;
         return std::to_string(other);
     }
-    if (auto* boolean = feature.ToBoolean()) return boolean->GetValue(nullptr) ? "false" : "true";
+    if (auto* boolean = feature.ToBoolean()) return boolean->GetValue(nullptr) ? "0" : "1";
     if (auto* enumeration = feature.ToEnum()) {
         const std::string value = ReadFeature(feature).value_or("");
         const size_t count = enumeration->GetEnumEntriesCount(nullptr);
@@ -129,7 +129,8 @@ std::optional<std::string> OtherValue(Param& feature) {
             ZelGenParam::EnumEntry* const entry = enumeration->GetEnumEntryByIndex(i);
             if (entry == nullptr || !entry->IsAvailable()) continue;
             const std::string name = TextOrEmpty(entry->GetValueStr(nullptr));
-            if (!name.empty() && name != value) return name;
+            // That an automatic function does once is over when it is read back.
+            if (!name.empty() && name != value && name != "Once") return name;
         }
     }
     return std::nullopt;

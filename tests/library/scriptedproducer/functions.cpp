@@ -243,13 +243,16 @@ GC_ERROR Announce(Call call, void* memory, size_t size, void* priv, BUFFER_HANDL
     call.number = size;
     call.object = memory;
     call.priv = priv;
-    return OnModule(call, Kind::Stream, [=](Object& object) {
+    constexpr size_t largest = size_t{1} << 30;
+    return OnModuleWithReply(call, Kind::Stream, [=](Object& object, const Reply&) -> GC_ERROR {
+        if (size > largest) return GenTL::GC_ERR_OUT_OF_MEMORY;
         *handle = world.Open(Kind::Buffer, "of " + object.id, stream);
         Object& buffer = *world.Find(*handle, Kind::Buffer, "Announce");
         if (memory == nullptr) buffer.memory.resize(size);
         buffer.base = memory != nullptr ? memory : buffer.memory.data();
         buffer.size = size;
         buffer.userPtr = priv;
+        return 0;
     });
 }
 
