@@ -46,17 +46,18 @@ with the interface of GenApi, and simulated cameras.")
 describe_package(development libzelcam-dev libdevel
     "libzelcam${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})"
     "camera access library for machine vision, files for development"
-    "Headers, the configuration of CMake and pkg-config, documents and examples of the\n\
+    "Headers, files for CMake and pkg-config, documents and examples of the\n\
 library ZelCam and of its node-map engine.")
 describe_package(tools zelcam-tools utils
     "libzelcam${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), \
 ${libraries}, libpng16-16, libtinyxml2-9, libzip4"
     "cameras for machine vision from the command line"
-    "The program zelcam lists cameras, grabs images, reads and sets features, saves and\n\
-loads configurations, watches events and writes reports. With a rule for udev that\n\
-lets users open USB3 Vision cameras.")
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+    "The program zelcam lists cameras, grabs images, reads and sets features,\n\
+saves and loads configurations, watches events and writes reports. With a\n\
+rule for udev that lets users open USB3 Vision cameras.")
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/triggers)
 
 find_program(GZIP gzip REQUIRED)
 add_custom_command(
