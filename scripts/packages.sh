@@ -12,7 +12,7 @@ packages_for() {
     local wanted
     case $1 in
         build | demo | install) wanted=("${build[@]}") ;;
-        abi) wanted=("${build[@]}" abigail-tools) ;;
+        abi) wanted=(g++ abigail-tools) ;;
         test | sanitize) wanted=("${build[@]}" "${test_packages[@]}") ;;
         package) wanted=("${build[@]}" dpkg-dev lintian debootstrap qemu-user) ;;
         bench) wanted=("${build[@]}" libbenchmark-dev) ;;
