@@ -34,7 +34,7 @@ TEST_F(ToolCheck, EverySimulatedCameraPasses) {
         ASSERT_FALSE(cameras.empty());
         for (const json& camera : cameras) {
             const std::string id = camera.at("id");
-            const ToolResult result = Run({"check", id, "--json", "-n", "20"});
+            const ToolResult result = Run({"check", id, "--json", "-n", "5"});
             EXPECT_EQ(result.exitCode, 0) << id << result.out << result.err;
             if (result.exitCode != 0) continue;
             EXPECT_THAT(Named(result.Json(), "skipped"), ::testing::IsEmpty()) << result.out;
