@@ -21,7 +21,7 @@ constexpr double kLimit = 2;
 
 class Cameras {
   public:
-    Cameras(const LibraryHost& host, size_t count) {
+    void Open(const LibraryHost& host, size_t count) {
         for (size_t i = 0; i < count; ++i) {
             cameras_.push_back(std::make_unique<LibraryCamera>(host, i));
             Require(cameras_.back()->Device().GetCameraParameters(nullptr) != nullptr,
@@ -62,9 +62,8 @@ std::vector<double> MeasureMany(size_t count) {
     host.Info(0);
     const auto each = static_cast<double>(count);
     const double memoryBefore = ResidentKiB();
-    const int64_t start = Now();
-    Cameras cameras(host, count);
-    const auto open = static_cast<double>(Now() - start);
+    Cameras cameras;
+    const double open = TimeOf([&] { cameras.Open(host, count); });
     const double memory = ResidentKiB();
     const double streaming = TimeOf([&] { cameras.Start(); });
     cameras.FetchFromEach();

@@ -17,12 +17,13 @@ double Median(std::vector<double> values);
 // The value below which the share `share` (0 to 1) of the values lies.
 double Percentile(std::vector<double> values, double share);
 
-// Nanoseconds that `work` takes.
+// Nanoseconds of the calling thread that `work` takes: another program on the same processor does
+// not count, nor does waiting.
 template <typename Work>
 double TimeOf(Work&& work) {
-    const int64_t start = Now();
+    const int64_t start = ThreadCpuTime();
     std::forward<Work>(work)();
-    return static_cast<double>(Now() - start);
+    return static_cast<double>(ThreadCpuTime() - start);
 }
 
 // Rounds of two things that are compared, in turn; which comes first changes, so that neither
