@@ -11,12 +11,12 @@ namespace {
 constexpr int kRounds = 15;
 constexpr double kLimit = 2;
 
-// All buffers of a stream, the one announced last first.
+// Buffers in the order in which they are announced.
 std::vector<ZelCam::Buffer*> CreateBuffers(ZelCam::Stream& stream, size_t count) {
-    std::vector<ZelCam::Buffer*> buffers(count);
+    std::vector<ZelCam::Buffer*> buffers;
     const size_t size = stream.GetBufferSize();
-    for (size_t i = count; i > 0; --i)
-        buffers[i - 1] = stream.CreateBuffer(size, nullptr, nullptr);
+    for (size_t i = 0; i < count; ++i)
+        buffers.push_back(stream.CreateBuffer(size, nullptr, nullptr));
     return buffers;
 }
 
