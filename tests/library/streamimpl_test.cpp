@@ -149,6 +149,28 @@ TEST_F(StreamTest, DeliveredBuffersComeBackAsTheSameObjects) {
     EXPECT_EQ(std::count(calls.begin(), calls.end(), "EventGetData 1000"), 1);
 }
 
+TEST_F(StreamTest, BuffersAreFoundAfterOthersCameAndWent) {
+    const auto buffers = CreateBuffers();
+    stream->RevokeBuffer(buffers[1]);
+    ZelCam::Buffer* const late = stream->CreateBuffer(64, nullptr, nullptr);
+    for (ZelCam::Buffer* const buffer : {late, buffers[2], buffers[0]})
+        ASSERT_EQ(stream->QueueBuffer(buffer), 0);
+    ASSERT_EQ(stream->StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_KeepQueue), 0);
+    for (ZelCam::Buffer* const buffer : {late, buffers[2], buffers[0]}) {
+        ASSERT_TRUE(producer.DeliverFrame(handle));
+        EXPECT_EQ(stream->GetBuffer(1000, nullptr), buffer);
+    }
+    stream->StopAcquisition(ZelCam::StopFlag_Default);
+    ASSERT_EQ(stream->ReleaseBufferQueue(), 0);
+    for (ZelCam::Buffer* const buffer : CreateBuffers()) {
+        ASSERT_EQ(stream->StartAcquisition(1, 0), 0);
+        ASSERT_TRUE(producer.DeliverFrame(handle));
+        EXPECT_EQ(stream->GetBuffer(1000, nullptr), buffer);
+        stream->StopAcquisition(ZelCam::StopFlag_Default);
+        stream->RevokeBuffer(buffer);
+    }
+}
+
 TEST_F(StreamTest, FailedWaitsGiveTheProducersCode) {
     ZelCamErr err = Untouched;
     EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
