@@ -1,4 +1,5 @@
-// Many buffers on a stream: announced, filled and fetched once or more, revoked.
+// Many buffers on a stream: announced, filled and fetched, revoked. They are revoked in the order
+// in which they were announced; in another order the library walks its list for each.
 #include "bench/groups.h"
 #include "bench/growth.h"
 #include "bench/measure.h"
@@ -52,7 +53,7 @@ std::vector<double> MeasureBuffersOf(const LibraryHost& host, size_t count) {
 void MeasureBuffers(Report& report) {
     Simulator::Get().ConfigureCameras(1, "width='64' height='64' frameRate='0' noFill='true'");
     const LibraryHost host;
-    AddGrowth(report, "buffers", "buffers", {10, 100, 1000}, kRounds,
+    AddGrowth(report, "buffers", "buffer", {10, 100, 1000}, kRounds,
               {{"AllocBufferQueue, each buffer", "us", kLimit},
                {"StartAcquisition, each", "us", kLimit},
                {"first frame, each", "us", kLimit},

@@ -109,7 +109,7 @@ double UsOfFrame() {
                Cameras<SessionCamera> cameras;
                cameras.Open(host, kMost);
                cameras.Start();
-               const std::vector<double> time = {cameras.FetchFrames() / 1e3};
+               std::vector<double> time = {cameras.FetchFrames() / 1e3};
                cameras.Stop();
                return time;
            })
@@ -119,7 +119,7 @@ double UsOfFrame() {
 }  // namespace
 
 void MeasureCameras(Report& report) {
-    AddGrowth(report, "cameras", "cameras", {1, 8, kMost}, kRounds,
+    AddGrowth(report, "cameras", "camera", {1, 8, kMost}, kRounds,
               {{"resident memory of the process", "KiB", {}},
                {"memory for each camera", "KiB", kLimit},
                {"opening with features, each camera", "ms", kLimit},

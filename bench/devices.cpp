@@ -57,7 +57,7 @@ std::vector<double> Measure(size_t count) {
 }  // namespace
 
 void MeasureDevices(Report& report) {
-    AddGrowth(report, "devices", "cameras", {100, 1000, 10000}, kRounds,
+    AddGrowth(report, "devices", "camera", {100, 1000, 10000}, kRounds,
               {{"System and interfaces, each camera", "us", kLimit},
                {"first GetDeviceInfoList, each", "us", kLimit},
                {"GetDeviceInfoList again, each", "us", kLimit},

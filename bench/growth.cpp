@@ -17,7 +17,7 @@ void AddRound(std::vector<std::vector<double>>& quantities, const std::vector<do
 
 }  // namespace
 
-void AddGrowth(Report& report, const std::string& group, const std::string& things,
+void AddGrowth(Report& report, const std::string& group, const std::string& thing,
                const std::vector<size_t>& sizes, int rounds,
                const std::vector<GrowingQuantity>& quantities,
                const std::function<std::vector<double>(size_t size)>& measure) {
@@ -26,7 +26,9 @@ void AddGrowth(Report& report, const std::string& group, const std::string& thin
         for (size_t i = 0; i < sizes.size(); ++i)
             AddRound(measured[i], measure(sizes[i]));
     }
-    const auto named = [&](size_t i) { return std::to_string(sizes[i]) + " " + things; };
+    const auto named = [&](size_t i) {
+        return std::to_string(sizes[i]) + " " + thing + (sizes[i] == 1 ? "" : "s");
+    };
     for (size_t q = 0; q < quantities.size(); ++q) {
         for (size_t i = 0; i < sizes.size(); ++i) {
             Figure figure{group,

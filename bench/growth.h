@@ -19,7 +19,7 @@ struct GrowingQuantity {
 
 // Calls `measure` with every size in turn, `rounds` times; it returns a value for each quantity.
 // Each quantity becomes a figure for each size, compared with the smallest one.
-void AddGrowth(Report& report, const std::string& group, const std::string& things,
+void AddGrowth(Report& report, const std::string& group, const std::string& thing,
                const std::vector<size_t>& sizes, int rounds,
                const std::vector<GrowingQuantity>& quantities,
                const std::function<std::vector<double>(size_t size)>& measure);
