@@ -71,9 +71,9 @@ void MeasureOpenings(Report& report, const LibraryHost& host) {
     for (int i = 0; i < kWarmUp; ++i)
         OpenReadClose(host);
     const auto before = ZelTest::ProcessState::Now();
-    std::vector<double> times;
-    for (int i = 0; i < kOpenings; ++i)
-        times.push_back(TimeOf([&] { OpenReadClose(host); }) / 1e6);
+    std::vector<double> times(kOpenings);
+    for (double& time : times)
+        time = TimeOf([&] { OpenReadClose(host); }) / 1e6;
     const auto after = ZelTest::ProcessState::Now();
     Require(after.threads == before.threads, "threads are left");
     Require(after.descriptors == before.descriptors, "descriptors are left");

@@ -2,10 +2,6 @@
 
 namespace Bench {
 
-void Require(bool condition, const char* what) {
-    if (!condition) throw std::runtime_error(what);
-}
-
 LibraryHost::LibraryHost()
     : system_(ZelCam_GetSystem()),
       interface_(system_ != nullptr ? system_->GetInterfaceById(kInterface) : nullptr) {

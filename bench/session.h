@@ -8,6 +8,7 @@
 #define BENCH_SESSION_H
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include "ZelCam/ZelCam.h"
@@ -18,7 +19,9 @@ namespace Bench {
 
 constexpr uint64_t kTimeoutMs = 5000;
 
-void Require(bool condition, const char* what);
+inline void Require(bool condition, const char* what) {
+    if (!condition) throw std::runtime_error(what);
+}
 
 struct ReleaseObject {
     template <typename T>

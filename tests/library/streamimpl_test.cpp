@@ -150,25 +150,23 @@ TEST_F(StreamTest, DeliveredBuffersComeBackAsTheSameObjects) {
 }
 
 TEST_F(StreamTest, BuffersAreFoundAfterOthersCameAndWent) {
+    const auto arrives = [&](ZelCam::Buffer* buffer) {
+        return stream->QueueBuffer(buffer) == 0 && producer.DeliverFrame(handle) &&
+               stream->GetBuffer(1000, nullptr) == buffer;
+    };
     const auto buffers = CreateBuffers();
+    ASSERT_EQ(stream->StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_KeepQueue), 0);
     stream->RevokeBuffer(buffers[1]);
     ZelCam::Buffer* const late = stream->CreateBuffer(64, nullptr, nullptr);
     for (ZelCam::Buffer* const buffer : {late, buffers[2], buffers[0]})
-        ASSERT_EQ(stream->QueueBuffer(buffer), 0);
-    ASSERT_EQ(stream->StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_KeepQueue), 0);
-    for (ZelCam::Buffer* const buffer : {late, buffers[2], buffers[0]}) {
-        ASSERT_TRUE(producer.DeliverFrame(handle));
-        EXPECT_EQ(stream->GetBuffer(1000, nullptr), buffer);
-    }
-    stream->StopAcquisition(ZelCam::StopFlag_Default);
+        EXPECT_TRUE(arrives(buffer));
+    ASSERT_EQ(stream->StopAcquisition(ZelCam::StopFlag_Default), 0);
     ASSERT_EQ(stream->ReleaseBufferQueue(), 0);
-    for (ZelCam::Buffer* const buffer : CreateBuffers()) {
-        ASSERT_EQ(stream->StartAcquisition(1, 0), 0);
-        ASSERT_TRUE(producer.DeliverFrame(handle));
-        EXPECT_EQ(stream->GetBuffer(1000, nullptr), buffer);
-        stream->StopAcquisition(ZelCam::StopFlag_Default);
-        stream->RevokeBuffer(buffer);
-    }
+
+    const auto others = CreateBuffers();
+    ASSERT_EQ(stream->StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_KeepQueue), 0);
+    for (ZelCam::Buffer* const buffer : {others[2], others[0], others[1]})
+        EXPECT_TRUE(arrives(buffer));
 }
 
 TEST_F(StreamTest, FailedWaitsGiveTheProducersCode) {
@@ -185,7 +183,10 @@ TEST_F(StreamTest, AHandleThatIsNotTheStreamsIsAnError) {
     const auto buffers = CreateBuffers();
     void* const revoked = HandleOf("buffer of stream0");
     stream->RevokeBuffer(buffers[0]);
-    for (void* const buffer : {revoked, static_cast<void*>(nullptr)}) {
+    void* const released = HandleOf("buffer of stream0");
+    stream->ReleaseBufferQueue();
+    stream->CreateBuffer(64, nullptr, nullptr);
+    for (void* const buffer : {revoked, released, static_cast<void*>(nullptr)}) {
         const GenTL::EVENT_NEW_BUFFER_DATA data{buffer, nullptr};
         const auto* const bytes = reinterpret_cast<const uint8_t*>(&data);
         ASSERT_TRUE(producer.FireEvent(handle, 1, {bytes, bytes + sizeof data}));
