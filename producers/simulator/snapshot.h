@@ -52,22 +52,22 @@ class Snapshot {
         const std::lock_guard lock(mutex_);
         if (byId_.empty()) IndexById();
         const auto item = byId_.find(id);
-        if (item != byId_.end()) return item->second;
+        if (item != byId_.end()) return (*items_)[item->second];
         throw Error(GenTL::GC_ERR_INVALID_ID, std::string(id) + " is not listed");
     }
 
   private:
     void IndexById() const {
-        for (const std::shared_ptr<T>& item : *items_)
-            byId_.emplace(item->Id(), item);
+        for (size_t i = 0; i < items_->size(); ++i)
+            byId_.emplace((*items_)[i]->Id(), i);
     }
 
     mutable std::mutex mutex_;  // guards all that follows
     std::shared_ptr<const Items> items_;
     std::shared_ptr<const Items> reported_ = std::make_shared<const Items>();
 
-    // Made of the items when one is first asked for.
-    mutable std::unordered_map<std::string_view, std::shared_ptr<T>> byId_;
+    // The indices of the items, made when one is first asked for.
+    mutable std::unordered_map<std::string_view, size_t> byId_;
 };
 
 }  // namespace ZelSim

@@ -181,19 +181,21 @@ TEST_F(StreamTest, FailedWaitsGiveTheProducersCode) {
 
 TEST_F(StreamTest, AHandleThatIsNotTheStreamsIsAnError) {
     const auto buffers = CreateBuffers();
-    void* const revoked = HandleOf("buffer of stream0");
-    stream->RevokeBuffer(buffers[0]);
-    void* const released = HandleOf("buffer of stream0");
-    stream->ReleaseBufferQueue();
-    stream->CreateBuffer(64, nullptr, nullptr);
-    for (void* const buffer : {revoked, released, static_cast<void*>(nullptr)}) {
+    const auto expectRefused = [&](void* buffer) {
         const GenTL::EVENT_NEW_BUFFER_DATA data{buffer, nullptr};
         const auto* const bytes = reinterpret_cast<const uint8_t*>(&data);
         ASSERT_TRUE(producer.FireEvent(handle, 1, {bytes, bytes + sizeof data}));
         ZelCamErr err = Untouched;
         EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
         EXPECT_EQ(err, ZelCamErr_Error);
-    }
+    };
+    expectRefused(nullptr);
+    void* const revoked = HandleOf("buffer of stream0");
+    stream->RevokeBuffer(buffers[0]);
+    expectRefused(revoked);
+    void* const released = HandleOf("buffer of stream0");
+    stream->ReleaseBufferQueue();
+    expectRefused(released);
 }
 
 TEST_F(StreamTest, CancelBufferWakesAWaitOnAnotherThread) {
