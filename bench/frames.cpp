@@ -12,7 +12,7 @@ namespace Bench {
 namespace {
 
 constexpr size_t kBuffers = 8;
-constexpr int kRounds = 11;
+constexpr int kRounds = 15;
 
 struct Camera {
     const char* name;
@@ -24,7 +24,7 @@ constexpr Camera kCameras[] = {
     {"VGA, no fill", "width='640' height='480' frameRate='0' noFill='true'", 20000},
     {"VGA", "width='640' height='480' frameRate='0'", 2000},
     {"12 MP, no fill", "width='4096' height='3000' frameRate='0' noFill='true'", 20000},
-    {"12 MP", "width='4096' height='3000' frameRate='0'", 50},
+    {"12 MP", "width='4096' height='3000' frameRate='0'", 100},
 };
 
 // One value a round.
