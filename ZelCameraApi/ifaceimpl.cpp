@@ -147,20 +147,20 @@ void InterfaceImpl::RemoveList(DeviceInfoList* list) {
 // Walks both sorted lists side by side; what stands in only one of them is a change.
 void InterfaceImpl::CollectDeviceInfos() {
     const std::vector<std::string> found = FindDeviceIds();
-    const std::vector<DeviceInfos::iterator> known = SortedDeviceInfos();
+    const std::vector<KnownDevice> known = SortedDeviceInfos();
     auto id = found.begin();
-    auto info = known.begin();
-    while (id != found.end() || info != known.end()) {
-        const int order = id == found.end()     ? 1
-                          : info == known.end() ? -1
-                                                : id->compare((**info)->GetID());
+    auto device = known.begin();
+    while (id != found.end() || device != known.end()) {
+        const int order = id == found.end()       ? 1
+                          : device == known.end() ? -1
+                                                  : id->compare(device->id);
         if (order < 0) {
             deviceInfos_.push_back(std::make_unique<DeviceInfoImpl>(this, *id));
         } else if (order > 0) {
-            retiredDeviceInfos_.splice(retiredDeviceInfos_.end(), deviceInfos_, *info);
+            retiredDeviceInfos_.splice(retiredDeviceInfos_.end(), deviceInfos_, device->info);
         }
         if (order <= 0) ++id;
-        if (order >= 0) ++info;
+        if (order >= 0) ++device;
     }
 }
 
@@ -180,16 +180,17 @@ std::vector<std::string> InterfaceImpl::FindDeviceIds() const {
     return ids;
 }
 
-// The active device infos in the order of their identifiers.
-std::vector<InterfaceImpl::DeviceInfos::iterator> InterfaceImpl::SortedDeviceInfos() {
-    std::vector<DeviceInfos::iterator> infos;
-    for (auto info = deviceInfos_.begin(); info != deviceInfos_.end(); ++info) {
-        infos.push_back(info);
-    }
-    std::stable_sort(infos.begin(), infos.end(), [](const auto& a, const auto& b) {
-        return std::strcmp((*a)->GetID(), (*b)->GetID()) < 0;
-    });
-    return infos;
+// The active device infos in the order of their identifiers, in which an enumeration appends its
+// new ones: most are sorted already.
+std::vector<InterfaceImpl::KnownDevice> InterfaceImpl::SortedDeviceInfos() {
+    std::vector<KnownDevice> known;
+    for (auto info = deviceInfos_.begin(); info != deviceInfos_.end(); ++info)
+        known.push_back({(*info)->GetID(), info});
+    const auto isLess = [](const auto& a, const auto& b) { return std::strcmp(a.id, b.id) < 0; };
+    const auto tail = std::is_sorted_until(known.begin(), known.end(), isLess);
+    std::stable_sort(tail, known.end(), isLess);
+    std::inplace_merge(known.begin(), tail, known.end(), isLess);
+    return known;
 }
 
 }  // namespace ZelCameraApi::Internal

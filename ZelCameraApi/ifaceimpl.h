@@ -60,9 +60,13 @@ class InterfaceImpl final : public EventSource<ZelCam::Interface> {
 
   private:
     using DeviceInfos = std::list<std::unique_ptr<DeviceInfoImpl>>;
+    struct KnownDevice {
+        const char* id;
+        DeviceInfos::iterator info;
+    };
 
     std::vector<std::string> FindDeviceIds() const;
-    std::vector<DeviceInfos::iterator> SortedDeviceInfos();
+    std::vector<KnownDevice> SortedDeviceInfos();
     const char* CachedInfo(std::string& cache, int cmd);
 
     [[maybe_unused]] SystemImpl* parent_;  // owns this

@@ -1,75 +1,96 @@
-// Benchmarks of ZelCam:
+// Benchmarks of ZelCam over the simulated cameras:
 //
-//   frameloop.cpp  CPU time per frame and frames a second, through the library and without it
-//   rounds.cpp     ten thousand times opening a camera, reading a feature, closing it: nothing
-//   grows
+//   cameras   time and memory with one camera and many
+//   frames    CPU time per frame and frames a second, through the library and without it
+//   copies    bytes that are copied or allocated for a frame: none
+//   latency   from the end of a frame to the thread that waits for it
+//   events    from an event of a module to its callback
+//   opening   opening a camera, its features, the first frame; and that nothing grows
+//   features  reading and writing by name
+//   devices   enumeration with many cameras on an interface
+//   buffers   many buffers on a stream
 //
-// The cases run several times in random order, so that a pair is compared under the same
-// conditions; at the end stand the ratios of their medians. All options of Google Benchmark work.
+// Figures are medians of rounds; what is compared runs in turn with it, in the same process.
 #include <cstdio>
 #include <exception>
-#include <map>
+#include <fstream>
+#include <iostream>
+#include <set>
 #include <string>
-#include <vector>
 
-#include <benchmark/benchmark.h>
+#include "bench/groups.h"
 
 namespace {
 
-// Shows the results as usual and keeps the median CPU time per frame of each case.
-class PairReporter : public benchmark::ConsoleReporter {
-  public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run& run : runs) {
-            if (run.error_occurred || run.aggregate_name != "median") continue;
-            const std::string& name = run.run_name.function_name;
-            nanoseconds_[name] = run.GetAdjustedCPUTime();
-        }
-    }
-
-    void PrintRatios() const {
-        printf("\nCPU time per frame, medians\n%-14s %12s %12s %8s\n", "camera", "bare", "library",
-               "ratio");
-        const std::string prefix = "BareLoop/";
-        for (const auto& [name, bare] : nanoseconds_) {
-            if (name.compare(0, prefix.size(), prefix) != 0) continue;
-            const std::string camera = name.substr(prefix.size());
-            const auto library = nanoseconds_.find("LibraryLoop/" + camera);
-            if (library == nanoseconds_.end()) continue;
-            printf("%-14s %9.0f ns %9.0f ns %8.2f\n", camera.c_str(), bare, library->second,
-                   library->second / bare);
-        }
-    }
-
-  private:
-    std::map<std::string, double> nanoseconds_;
+struct Group {
+    const char* name;
+    void (*measure)(Bench::Report& report);
 };
 
-// Options of the command line come after these and win.
-int Run(int argc, char** argv) {
-    std::vector<std::string> options = {
-        argv[0], "--benchmark_repetitions=9", "--benchmark_min_time=0.2",
-        "--benchmark_enable_random_interleaving=true", "--benchmark_display_aggregates_only=true"};
-    options.insert(options.end(), argv + 1, argv + argc);
-    std::vector<char*> arguments;
-    arguments.reserve(options.size());
-    for (std::string& option : options)
-        arguments.push_back(option.data());
-    int count = static_cast<int>(arguments.size());
-    benchmark::Initialize(&count, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 1;
-    PairReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.PrintRatios();
-    return 0;
+// The first one measures memory, which whatever runs before would change.
+constexpr Group kGroups[] = {
+    {"cameras", Bench::MeasureCameras},   {"frames", Bench::MeasureFrames},
+    {"copies", Bench::MeasureCopies},     {"latency", Bench::MeasureLatency},
+    {"events", Bench::MeasureEvents},     {"opening", Bench::MeasureOpening},
+    {"features", Bench::MeasureFeatures}, {"devices", Bench::MeasureDevices},
+    {"buffers", Bench::MeasureBuffers},
+};
+
+struct Options {
+    std::string json;
+    std::set<std::string> groups;  // empty: all
+};
+
+bool IsGroup(const std::string& name) {
+    for (const Group& group : kGroups)
+        if (name == group.name) return true;
+    return false;
+}
+
+bool ReadOptions(int argc, char** argv, Options& options) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        if (argument == "--json" && i + 1 < argc) {
+            options.json = argv[++i];
+        } else if (IsGroup(argument)) {
+            options.groups.insert(argument);
+        } else {
+            return false;
+        }
+    }
+    return true;
+}
+
+int PrintUsage() {
+    std::cerr << "Usage: zelcam_bench [--json FILE] [GROUP...]\nGroups:";
+    for (const Group& group : kGroups)
+        std::cerr << ' ' << group.name;
+    std::cerr << '\n';
+    return 2;
+}
+
+int Run(const Options& options) {
+    Bench::Report report;
+    for (const Group& group : kGroups) {
+        if (!options.groups.empty() && options.groups.count(group.name) == 0) continue;
+        std::cerr << group.name << " ...\n";
+        group.measure(report);
+    }
+    report.WriteTable(std::cout);
+    if (!options.json.empty()) {
+        std::ofstream file(options.json);
+        report.WriteJson(file);
+        if (!file.flush()) throw std::runtime_error(options.json + " cannot be written");
+    }
+    return report.HasErrors() ? 1 : 0;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     try {
-        return Run(argc, argv);
+        Options options;
+        return ReadOptions(argc, argv, options) ? Run(options) : PrintUsage();
     } catch (const std::exception& e) {
         fprintf(stderr, "zelcam_bench: %s\n", e.what());
         return 1;

@@ -4,6 +4,10 @@
 
 namespace Bench {
 
+std::string CameraId(size_t index) {
+    return "BENCH-CAM-" + std::to_string(index);
+}
+
 Simulator& Simulator::Get() {
     static Simulator simulator;
     return simulator;
@@ -23,6 +27,27 @@ void* Simulator::FindSymbol(const char* name) const {
 
 void Simulator::Configure(const std::string& xml) const {
     Check(Find<PZelSim_Configure>("ZelSim_Configure")(xml.c_str()), "ZelSim_Configure");
+}
+
+void Simulator::ConfigureCameras(size_t count, const std::string& attributes) const {
+    std::string xml = "<ZelSim><Interface id='";
+    xml += kInterface;
+    xml += "' type='GEV'>";
+    for (size_t i = 0; i < count; ++i)
+        xml += "<Camera id='" + CameraId(i) + "' " + attributes + "/>";
+    Configure(xml + "</Interface></ZelSim>");
+}
+
+void Simulator::PlugCamera(const std::string& id) const {
+    const std::string xml = "<Camera id='" + id + "'/>";
+    Check(Find<PZelSim_PlugCamera>("ZelSim_PlugCamera")(kInterface, xml.c_str()),
+          "ZelSim_PlugCamera");
+}
+
+void Simulator::FireEvent(const std::string& cameraId) const {
+    constexpr uint64_t data = 1;
+    Check(fireEvent_(cameraId.c_str(), GenTL::EVENT_MODULE, 1, &data, sizeof data),
+          "ZelSim_FireEvent");
 }
 
 }  // namespace Bench

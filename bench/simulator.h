@@ -3,7 +3,6 @@
 #ifndef BENCH_SIMULATOR_H
 #define BENCH_SIMULATOR_H
 
-#include <memory>
 #include <stdexcept>
 #include <string>
 
@@ -12,8 +11,12 @@
 
 namespace Bench {
 
-// The producer file "libZelCTI.cti" with the functions that a frame loop needs. It is the same file
-// that the library loads by its name, so both see the same cameras.
+constexpr const char* kInterface = "BENCH";
+
+std::string CameraId(size_t index);
+
+// The producer file "libZelCTI.cti" and its functions. It is the same file that the library
+// loads by its name, so both see the same cameras.
 class Simulator {
     template <typename Function>
     Function Find(const char* name) const {
@@ -30,12 +33,22 @@ class Simulator {
     // Replaces the cameras by those of a configuration; no module may be open.
     void Configure(const std::string& xml) const;
 
+    // The cameras of one GigE interface, kInterface: `count` times these attributes, beside the
+    // identifiers of CameraId.
+    void ConfigureCameras(size_t count, const std::string& attributes) const;
+    void PlugCamera(const std::string& id) const;
+
+    // An event of the type EVENT_MODULE at the camera, when it is open.
+    void FireEvent(const std::string& cameraId) const;
+
 #define BENCH_MEMBER(name, parameters) GenTL::P##name name = Find<GenTL::P##name>(#name);
     GENTL_FUNCTIONS(BENCH_MEMBER)
 #undef BENCH_MEMBER
 
   private:
     Simulator() = default;
+
+    PZelSim_FireEvent fireEvent_ = Find<PZelSim_FireEvent>("ZelSim_FireEvent");
 };
 
 // Throws for any code but success.

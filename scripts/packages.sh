@@ -11,15 +11,14 @@ packages_for() {
     local build=(g++ cmake ninja-build pkg-config "${library_packages[@]}")
     local wanted
     case $1 in
-        build | demo | install) wanted=("${build[@]}") ;;
+        build | demo | install | bench) wanted=("${build[@]}") ;;
         abi) wanted=(g++ abigail-tools) ;;
         test | sanitize) wanted=("${build[@]}" "${test_packages[@]}") ;;
         package) wanted=("${build[@]}" dpkg-dev lintian debootstrap qemu-user) ;;
-        bench) wanted=("${build[@]}" libbenchmark-dev) ;;
         fuzz) wanted=("${build[@]}" clang-14 libclang-rt-14-dev) ;;
         lint)
             # clang-format and clang-tidy by version: another one formats and finds differently.
-            wanted=("${build[@]}" "${test_packages[@]}" libbenchmark-dev
+            wanted=("${build[@]}" "${test_packages[@]}"
                 clang-14 clang-format-14 clang-tidy-14 cppcheck doxygen shellcheck) ;;
         arm64) wanted=(g++-aarch64-linux-gnu cmake ninja-build pkg-config qemu-user) ;;
         *) return 1 ;;

@@ -40,11 +40,8 @@ void BufferPool::MoveAll(State from, State to) {
 
 void BufferPool::Announce(const std::shared_ptr<Buffer>& buffer) {
     const std::lock_guard lock(mutex_);
-    for (const List* list : {&idle_, &input_, &acquiring_, &output_}) {
-        for (const auto& other : *list) {
-            if (other->Memory().base != buffer->Memory().base) continue;
-            throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the memory is announced already");
-        }
+    if (!announced_.insert(buffer->Memory().base).second) {
+        throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the memory is announced already");
     }
     buffer->place_ = idle_.insert(idle_.end(), buffer);
 }
@@ -54,6 +51,7 @@ void BufferPool::Revoke(Buffer& buffer) {
     if (buffer.state_ != State::Idle) {
         throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the buffer is not idle");
     }
+    announced_.erase(buffer.Memory().base);
     idle_.erase(buffer.place_);
     buffer.state_ = State::Revoked;  // for a call on another thread that found it before
 }

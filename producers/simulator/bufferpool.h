@@ -10,6 +10,7 @@
 #include <list>
 #include <memory>
 #include <mutex>
+#include <unordered_set>
 
 #include "gentl/GenTL.h"
 #include "producers/simulator/buffer.h"
@@ -95,6 +96,7 @@ class BufferPool {
     List input_;
     List acquiring_;
     List output_;
+    std::unordered_set<const void*> announced_;  // the memory of all buffers
     uint64_t numDelivered_ = 0;
     uint64_t numUnderrun_ = 0;
     uint64_t numStarted_ = 0;

@@ -20,20 +20,28 @@ IpSettings AdapterIp(uint32_t number) {
 
 HostInterface::HostInterface(const InterfaceConfig& config, uint32_t number)
     : config_(config), ip_(AdapterIp(number)) {
+    CameraList cameras;
     for (const CameraConfig& camera : config.cameras)
-        Plug(camera);
+        cameras.push_back(MakeCamera(camera));
+    cameras_ = std::make_shared<const CameraList>(std::move(cameras));
 }
 
-std::vector<std::shared_ptr<Camera>> HostInterface::Cameras() const {
+std::shared_ptr<const HostInterface::CameraList> HostInterface::Cameras() const {
     const std::lock_guard lock(mutex_);
     return cameras_;
 }
 
 void HostInterface::Plug(CameraConfig camera) {
     const std::lock_guard lock(mutex_);
+    CameraList cameras = *cameras_;
+    cameras.push_back(MakeCamera(std::move(camera)));
+    cameras_ = std::make_shared<const CameraList>(std::move(cameras));
+}
+
+std::shared_ptr<Camera> HostInterface::MakeCamera(CameraConfig camera) {
     CompleteIp(camera.ip);
     ++numPlugged_;
-    cameras_.push_back(std::make_shared<Camera>(std::move(camera), config_.type));
+    return std::make_shared<Camera>(std::move(camera), config_.type);
 }
 
 void HostInterface::CompleteIp(IpSettings& camera) {
@@ -47,11 +55,13 @@ void HostInterface::CompleteIp(IpSettings& camera) {
 
 std::shared_ptr<Camera> HostInterface::Unplug(const std::string& cameraId) {
     const std::lock_guard lock(mutex_);
-    const auto found = std::find_if(cameras_.begin(), cameras_.end(),
+    CameraList cameras = *cameras_;
+    const auto found = std::find_if(cameras.begin(), cameras.end(),
                                     [&](const auto& camera) { return camera->Id() == cameraId; });
-    if (found == cameras_.end()) return nullptr;
+    if (found == cameras.end()) return nullptr;
     std::shared_ptr<Camera> camera = *found;
-    cameras_.erase(found);
+    cameras.erase(found);
+    cameras_ = std::make_shared<const CameraList>(std::move(cameras));
     camera->Unplug();
     return camera;
 }

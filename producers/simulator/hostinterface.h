@@ -25,20 +25,24 @@ class HostInterface {
     const InterfaceConfig& Config() const { return config_; }
     const IpSettings& Ip() const { return ip_; }  // of the adapter
 
-    std::vector<std::shared_ptr<Camera>> Cameras() const;
+    using CameraList = std::vector<std::shared_ptr<Camera>>;
+
+    // The list never changes: another camera makes another list.
+    std::shared_ptr<const CameraList> Cameras() const;
     void Plug(CameraConfig camera);
     std::shared_ptr<Camera> Unplug(const std::string& cameraId);  // null when it is not here
 
     void GetInfo(Answer answer) const;  // interface info commands
 
   private:
+    std::shared_ptr<Camera> MakeCamera(CameraConfig camera);
     void CompleteIp(IpSettings& camera);
 
     const InterfaceConfig config_;  // its cameras are those of the beginning
     const IpSettings ip_;
     mutable std::mutex mutex_;
-    uint32_t numPlugged_ = 0;                       // guarded by mutex_; so far
-    std::vector<std::shared_ptr<Camera>> cameras_;  // guarded by mutex_
+    uint32_t numPlugged_ = 0;                    // guarded by mutex_; so far
+    std::shared_ptr<const CameraList> cameras_;  // guarded by mutex_
 };
 
 }  // namespace ZelSim

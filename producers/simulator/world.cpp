@@ -5,18 +5,20 @@
 namespace ZelSim {
 
 World::World(const WorldConfig& config) {
+    InterfaceList interfaces;
     for (const InterfaceConfig& interface : config.interfaces) {
-        const auto number = static_cast<uint32_t>(interfaces_.size());
-        interfaces_.push_back(std::make_shared<HostInterface>(interface, number));
+        const auto number = static_cast<uint32_t>(interfaces.size());
+        interfaces.push_back(std::make_shared<HostInterface>(interface, number));
     }
+    interfaces_ = std::make_shared<const InterfaceList>(std::move(interfaces));
 }
 
 void World::Plug(const std::string& interfaceId, CameraConfig camera) {
     const std::lock_guard lock(plugMutex_);
     HostInterface* target = nullptr;
-    for (const auto& interface : interfaces_) {
+    for (const auto& interface : *interfaces_) {
         if (interface->Id() == interfaceId) target = interface.get();
-        for (const auto& other : interface->Cameras()) {
+        for (const auto& other : *interface->Cameras()) {
             if (other->Id() != camera.id) continue;
             throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, camera.id + " is plugged in already");
         }
@@ -27,7 +29,7 @@ void World::Plug(const std::string& interfaceId, CameraConfig camera) {
 
 std::shared_ptr<Camera> World::Unplug(const std::string& cameraId) {
     const std::lock_guard lock(plugMutex_);
-    for (const auto& interface : interfaces_) {
+    for (const auto& interface : *interfaces_) {
         if (std::shared_ptr<Camera> camera = interface->Unplug(cameraId)) return camera;
     }
     throw Error(GenTL::GC_ERR_INVALID_ID, "no camera " + cameraId);

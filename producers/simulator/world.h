@@ -16,9 +16,11 @@ namespace ZelSim {
 // interfaces stay the same, cameras come and go. Thread-safe.
 class World {
   public:
+    using InterfaceList = std::vector<std::shared_ptr<HostInterface>>;
+
     explicit World(const WorldConfig& config);
 
-    const std::vector<std::shared_ptr<HostInterface>>& Interfaces() const { return interfaces_; }
+    const std::shared_ptr<const InterfaceList>& Interfaces() const { return interfaces_; }
 
     // Throws GC_ERR_INVALID_ID for an unknown interface, GC_ERR_RESOURCE_IN_USE when a camera with
     // this identifier is plugged in.
@@ -29,7 +31,7 @@ class World {
 
   private:
     std::mutex plugMutex_;  // held while cameras change, so that identifiers stay unique
-    std::vector<std::shared_ptr<HostInterface>> interfaces_;
+    std::shared_ptr<const InterfaceList> interfaces_;
 };
 
 }  // namespace ZelSim

@@ -78,7 +78,8 @@ TEST_F(InterfaceTest, EnumerationAppliesTheDifference) {
         {{"E", "A", "B"}, {"B", "A", "E"}},
         {{}, {}},
         {{"B"}, {"B"}},
-        {{"A", "B", "C", "D", "E"}, {"B", "A", "C", "D", "E"}}};
+        {{"A", "B", "C", "D", "E"}, {"B", "A", "C", "D", "E"}},
+        {{"F", "E", "B", "A"}, {"B", "A", "E", "F"}}};
     Infos before;
     std::set<ZelCam::DeviceInfo*> ever;
     for (const auto& [listed, expected] : steps) {
@@ -94,8 +95,9 @@ TEST_F(InterfaceTest, EnumerationAppliesTheDifference) {
         before = now;
     }
     // Also the infos of vanished cameras are alive.
-    EXPECT_THAT(Ids({ever.begin(), ever.end()}),
-                testing::UnorderedElementsAre("A", "B", "D", "A", "E", "B", "A", "C", "D", "E"));
+    EXPECT_THAT(
+        Ids({ever.begin(), ever.end()}),
+        testing::UnorderedElementsAre("A", "B", "D", "A", "E", "B", "A", "C", "D", "E", "F"));
 }
 
 TEST_F(InterfaceTest, ListsAreSnapshots) {

@@ -149,6 +149,26 @@ TEST_F(StreamTest, DeliveredBuffersComeBackAsTheSameObjects) {
     EXPECT_EQ(std::count(calls.begin(), calls.end(), "EventGetData 1000"), 1);
 }
 
+TEST_F(StreamTest, BuffersAreFoundAfterOthersCameAndWent) {
+    const auto arrives = [&](ZelCam::Buffer* buffer) {
+        return stream->QueueBuffer(buffer) == 0 && producer.DeliverFrame(handle) &&
+               stream->GetBuffer(1000, nullptr) == buffer;
+    };
+    const auto buffers = CreateBuffers();
+    ASSERT_EQ(stream->StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_KeepQueue), 0);
+    stream->RevokeBuffer(buffers[1]);
+    ZelCam::Buffer* const late = stream->CreateBuffer(64, nullptr, nullptr);
+    for (ZelCam::Buffer* const buffer : {late, buffers[2], buffers[0]})
+        EXPECT_TRUE(arrives(buffer));
+    ASSERT_EQ(stream->StopAcquisition(ZelCam::StopFlag_Default), 0);
+    ASSERT_EQ(stream->ReleaseBufferQueue(), 0);
+
+    const auto others = CreateBuffers();
+    ASSERT_EQ(stream->StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_KeepQueue), 0);
+    for (ZelCam::Buffer* const buffer : {others[2], others[0], others[1]})
+        EXPECT_TRUE(arrives(buffer));
+}
+
 TEST_F(StreamTest, FailedWaitsGiveTheProducersCode) {
     ZelCamErr err = Untouched;
     EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
@@ -161,16 +181,21 @@ TEST_F(StreamTest, FailedWaitsGiveTheProducersCode) {
 
 TEST_F(StreamTest, AHandleThatIsNotTheStreamsIsAnError) {
     const auto buffers = CreateBuffers();
-    void* const revoked = HandleOf("buffer of stream0");
-    stream->RevokeBuffer(buffers[0]);
-    for (void* const buffer : {revoked, static_cast<void*>(nullptr)}) {
+    const auto expectRefused = [&](void* buffer) {
         const GenTL::EVENT_NEW_BUFFER_DATA data{buffer, nullptr};
         const auto* const bytes = reinterpret_cast<const uint8_t*>(&data);
         ASSERT_TRUE(producer.FireEvent(handle, 1, {bytes, bytes + sizeof data}));
         ZelCamErr err = Untouched;
         EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
         EXPECT_EQ(err, ZelCamErr_Error);
-    }
+    };
+    expectRefused(nullptr);
+    void* const revoked = HandleOf("buffer of stream0");
+    stream->RevokeBuffer(buffers[0]);
+    expectRefused(revoked);
+    void* const released = HandleOf("buffer of stream0");
+    stream->ReleaseBufferQueue();
+    expectRefused(released);
 }
 
 TEST_F(StreamTest, CancelBufferWakesAWaitOnAnotherThread) {

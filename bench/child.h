@@ -1,0 +1,16 @@
+// Measuring in a process of its own, for what the memory of this one would hide.
+#ifndef BENCH_CHILD_H
+#define BENCH_CHILD_H
+
+#include <functional>
+#include <vector>
+
+namespace Bench {
+
+// Runs `work` in a fork of this process and returns its numbers. Throws when the work throws or the
+// child ends otherwise. Only while this process has one thread.
+std::vector<double> InChild(const std::function<std::vector<double>()>& work);
+
+}  // namespace Bench
+
+#endif  // BENCH_CHILD_H

@@ -1,0 +1,21 @@
+// The groups of benchmarks; each opens this program's cameras for itself and closes them again.
+#ifndef BENCH_GROUPS_H
+#define BENCH_GROUPS_H
+
+#include "bench/report.h"
+
+namespace Bench {
+
+void MeasureCameras(Report& report);   // cameras.cpp
+void MeasureFrames(Report& report);    // frames.cpp
+void MeasureCopies(Report& report);    // copies.cpp
+void MeasureLatency(Report& report);   // latency.cpp
+void MeasureEvents(Report& report);    // events.cpp
+void MeasureOpening(Report& report);   // opening.cpp
+void MeasureFeatures(Report& report);  // features.cpp
+void MeasureDevices(Report& report);   // devices.cpp
+void MeasureBuffers(Report& report);   // buffers.cpp
+
+}  // namespace Bench
+
+#endif  // BENCH_GROUPS_H
