@@ -2,6 +2,7 @@
 #ifndef ZELCAMERAAPI_LISTIMPL_H
 #define ZELCAMERAAPI_LISTIMPL_H
 
+#include <algorithm>
 #include <list>
 #include <memory>
 #include <utility>
@@ -50,10 +51,19 @@ struct ListReleaser {
 template <typename T>
 using ListHolder = std::unique_ptr<ZelCam::List<T>, ListReleaser>;
 
-// Removes the element of a list of unique pointers that holds exactly `object`, and so destroys it.
+// The element of a list of unique pointers that holds exactly `object`, or the end.
+template <typename T, typename Base>
+auto FindOwned(std::list<std::unique_ptr<T>>& owners, const Base* object) {
+    return std::find_if(owners.begin(), owners.end(), [object](const std::unique_ptr<T>& owner) {
+        return owner.get() == object;
+    });
+}
+
+// Removes that element, and so destroys the object.
 template <typename T, typename Base>
 void RemoveOwned(std::list<std::unique_ptr<T>>& owners, const Base* object) {
-    owners.remove_if([object](const std::unique_ptr<T>& owner) { return owner.get() == object; });
+    const auto found = FindOwned(owners, object);
+    if (found != owners.end()) owners.erase(found);
 }
 
 }  // namespace ZelCameraApi::Internal

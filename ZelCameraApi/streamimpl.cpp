@@ -34,18 +34,33 @@ void StreamImpl::Release() {
 
 ZelCam::Buffer* StreamImpl::CreateBuffer(size_t size, void* userPtr, ZelCamErr* err) {
     return NullWithCode(err, [&]() -> ZelCam::Buffer* {
-        return buffers_.emplace_back(std::make_unique<BufferImpl>(this, size, userPtr)).get();
+        return Add(std::make_unique<BufferImpl>(this, size, userPtr));
     });
 }
 
 ZelCam::Buffer* StreamImpl::SetBuffer(void* ptr, size_t size, void* userPtr, ZelCamErr* err) {
     return NullWithCode(err, [&]() -> ZelCam::Buffer* {
-        return buffers_.emplace_back(std::make_unique<BufferImpl>(this, ptr, size, userPtr)).get();
+        return Add(std::make_unique<BufferImpl>(this, ptr, size, userPtr));
     });
 }
 
+// Both containers take the buffer, or none.
+ZelCam::Buffer* StreamImpl::Add(std::unique_ptr<BufferImpl> buffer) {
+    std::list<std::unique_ptr<BufferImpl>> added;
+    BufferImpl* const own = added.emplace_back(std::move(buffer)).get();
+    buffersByHandle_.emplace(own->handle(), own);
+    buffers_.splice(buffers_.end(), added);
+    return own;
+}
+
 ZelCamErr StreamImpl::RevokeBuffer(ZelCam::Buffer* buffer) {
-    RemoveOwned(buffers_, buffer);
+    const auto own = FindOwned(buffers_, buffer);
+    if (own == buffers_.end()) return ZelCamErr_Success;
+    auto [entry, end] = buffersByHandle_.equal_range((*own)->handle());
+    while (entry != end && entry->second != own->get())
+        ++entry;
+    buffersByHandle_.erase(entry);
+    buffers_.erase(own);
     return ZelCamErr_Success;
 }
 
@@ -68,12 +83,9 @@ ZelCam::Buffer* StreamImpl::GetBuffer(uint64_t timeout, ZelCamErr* err) {
     return buffer;
 }
 
-// Streams have few buffers, and a walk over them beats a map.
 ZelCam::Buffer* StreamImpl::FindBuffer(GenTL::BUFFER_HANDLE handle) const {
-    for (const auto& buffer : buffers_) {
-        if (buffer->handle() == handle) return buffer.get();
-    }
-    return nullptr;
+    const auto first = buffersByHandle_.lower_bound(handle);
+    return first != buffersByHandle_.end() && first->first == handle ? first->second : nullptr;
 }
 
 ZelCamErr StreamImpl::CancelBuffer() {
@@ -123,6 +135,7 @@ ZelCamErr StreamImpl::AllocBufferQueue(void* userPtr, size_t count) {
 ZelCamErr StreamImpl::ReleaseBufferQueue() {
     if (IsGrabbing()) return ZelCamErr_AcquisitionActive;
     FlushBuffers(ZelCam::FlushOperation::AllDiscard);
+    buffersByHandle_.clear();
     buffers_.clear();
     return ZelCamErr_Success;
 }

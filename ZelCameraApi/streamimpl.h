@@ -3,6 +3,7 @@
 #define ZELCAMERAAPI_STREAMIMPL_H
 
 #include <list>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -61,6 +62,7 @@ class StreamImpl final : public EventSource<ZelCam::Stream> {
     }
 
   private:
+    ZelCam::Buffer* Add(std::unique_ptr<BufferImpl> buffer);
     ZelCam::Buffer* FindBuffer(GenTL::BUFFER_HANDLE handle) const;
     ZelCamErr QueueAll();
     uint64_t GetCameraPayloadSize();
@@ -68,6 +70,10 @@ class StreamImpl final : public EventSource<ZelCam::Stream> {
     DeviceImpl* device_;  // owns this
     GenTL::EVENT_HANDLE newBufferEvent_ = nullptr;
     std::list<std::unique_ptr<BufferImpl>> buffers_;
+
+    // The same buffers; of equal handles, which no sane producer gives, the one announced first
+    // comes first.
+    std::multimap<GenTL::BUFFER_HANDLE, BufferImpl*> buffersByHandle_;
     std::string id_;
     std::unique_ptr<ArrayImpl> parameters_;  // made when first asked for
 };
