@@ -179,6 +179,7 @@ void FaultInjection::RunWithReply(
     producer.AddRule({site.function, Scripted::AnyCommand, reply, site.n, 1});
     RunSession();
     EXPECT_THAT(producer.GetOpenHandles(), testing::IsEmpty());
+    EXPECT_THAT(producer.GetMisuses(), testing::IsEmpty());
     producer.Reset();
 }
 
