@@ -48,6 +48,9 @@ void AddFeatureOptions(Command command, FeatureOptions& options);
 // The argument GLOB and the option for the visibility, see FeatureFilter.
 void AddFilterOptions(Command command, std::string& glob, std::string& visibility);
 
+// How long a frame is waited for.
+void AddTimeoutOption(Command command, uint64_t& timeoutMs);
+
 // When a command ends that goes on by itself: after a count of `things`, or a time; 0 for both:
 // with Ctrl-C.
 void AddEndOptions(Command command, uint64_t& count, uint64_t& durationMs,

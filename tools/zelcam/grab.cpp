@@ -99,12 +99,7 @@ void AddFrameOptions(Command command, GrabOptions& options) {
 }
 
 void AddCameraOptions(Command command, GrabOptions& options) {
-    command
-        .AddOption("-t,--timeout", options.limits.timeoutMs,
-                   "Longest wait for the next frame, in milliseconds")
-        .TypeName("MS")
-        .Range(1, 86400000)
-        .ShowDefault();
+    AddTimeoutOption(command, options.limits.timeoutMs);
     command
         .AddOption("-b,--buffers", options.buffers,
                    "Frames that can wait in memory; never fewer than the\n"

@@ -236,12 +236,7 @@ void AddReportCommand(Command app, Invocation& invocation) {
         .TypeName("N")
         .Range(1, 100000)
         .ShowDefault();
-    command
-        .AddOption("-t,--timeout", options->limits.timeoutMs,
-                   "Longest wait for the next frame, in milliseconds")
-        .TypeName("MS")
-        .Range(1, 86400000)
-        .ShowDefault();
+    AddTimeoutOption(command, options->limits.timeoutMs);
     AddAccessOption(command, options->camera.access, accessNames);
     AddProducerOptions(command, options->camera.session);
     command.Footer(

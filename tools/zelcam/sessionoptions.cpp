@@ -64,6 +64,13 @@ void AddFilterOptions(Command command, std::string& glob, std::string& visibilit
         .ShowDefault();
 }
 
+void AddTimeoutOption(Command command, uint64_t& timeoutMs) {
+    command.AddOption("-t,--timeout", timeoutMs, "Longest wait for the next frame, in milliseconds")
+        .TypeName("MS")
+        .Range(1, 86400000)
+        .ShowDefault();
+}
+
 void AddEndOptions(Command command, uint64_t& count, uint64_t& durationMs,
                    const std::string& things) {
     command.AddOption("-n,--count", count, "End after so many " + things + "; 0: until Ctrl-C")
