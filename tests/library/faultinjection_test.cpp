@@ -229,6 +229,12 @@ Scripted::Reply Nonsense(size_t kind) {
 }
 constexpr size_t kKindsOfNonsense = 6;
 
+// How many calls of a function go wrong in every way; with the variable ZELCAM_EVERY_CALL set, all,
+// which takes minutes.
+size_t CallsInTurn() {
+    return std::getenv("ZELCAM_EVERY_CALL") != nullptr ? SIZE_MAX : 1;
+}
+
 Scripted::Reply Blocks(const Scripted::Call& /*call*/) {
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
     return {};
@@ -246,6 +252,7 @@ TEST_F(FaultInjection, EachCallFailingInTurn) {
         EXPECT_GT(producer.GetCount(function), 0U) << function;
     for (const CallSite& site : sites) {
         for (const int32_t code : {GenTL::GC_ERR_ERROR, GenTL::GC_ERR_INVALID_HANDLE}) {
+            if (code == GenTL::GC_ERR_INVALID_HANDLE && site.n >= CallsInTurn()) continue;
             SCOPED_TRACE(site.function + ' ' + std::to_string(site.n) + ' ' + std::to_string(code));
             // An invalid handle is as good as no answer there.
             RunWithFault(site, 1, site.function == "EventGetInfo" ? GenTL::GC_ERR_IO : code);
@@ -263,15 +270,12 @@ TEST_F(FaultInjection, EachFunctionFailingForGood) {
     }
 }
 
-// The first call of each function; with the variable ZELCAM_EVERY_CALL set, which takes minutes,
-// all.
 TEST_F(FaultInjection, EachCallBlockingOrAnsweringNonsenseInTurn) {
-    const size_t calls = std::getenv("ZELCAM_EVERY_CALL") != nullptr ? SIZE_MAX : 1;
     size_t sessions = 0;
     std::set<std::string> functions;
     for (const CallSite& site : RecordCallSites()) {
         functions.insert(site.function);
-        if (site.n >= calls) continue;
+        if (site.n >= CallsInTurn()) continue;
         SCOPED_TRACE(site.function + ' ' + std::to_string(site.n));
         RunWithReply(site, Blocks);
         for (size_t kind = 0; kind < kKindsOfNonsense && !HasFailure(); ++kind) {
