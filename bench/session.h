@@ -7,13 +7,13 @@
 #ifndef BENCH_SESSION_H
 #define BENCH_SESSION_H
 
-#include <memory>
 #include <stdexcept>
 #include <string>
 
 #include "ZelCam/ZelCam.h"
 #include "bench/measure.h"
 #include "bench/simulator.h"
+#include "tests/support/holder.h"
 
 namespace Bench {
 
@@ -23,14 +23,7 @@ inline void Require(bool condition, const char* what) {
     if (!condition) throw std::runtime_error(what);
 }
 
-struct ReleaseObject {
-    template <typename T>
-    void operator()(T* object) const {
-        object->Release();
-    }
-};
-template <typename T>
-using Holder = std::unique_ptr<T, ReleaseObject>;
+using ZelTest::Holder;
 
 // A System and its interface kInterface.
 class LibraryHost {

@@ -15,6 +15,7 @@
 
 #include "ZelCam/ZelCam.h"
 #include "tests/library/scriptedproducer/scriptedproducer.h"
+#include "tests/support/holder.h"
 
 // Path of a file in the scripted producer's folder.
 std::string ProducerPath(const std::string& file);
@@ -41,14 +42,7 @@ class ProducerCopy {
     std::string path_;
 };
 
-struct Releaser {
-    template <typename T>
-    void operator()(T* object) const {
-        object->Release();
-    }
-};
-template <typename T>
-using Holder = std::unique_ptr<T, Releaser>;
+using ZelTest::Holder;
 
 std::vector<std::string> TextsOf(const std::vector<Scripted::Call>& calls);
 

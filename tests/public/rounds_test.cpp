@@ -1,12 +1,12 @@
 // Opening a camera, reading a feature and closing it again, over and over, leaves nothing behind.
 #include <chrono>
-#include <memory>
 #include <thread>
 
 #include <gtest/gtest.h>
 
 #include "ZelCam/ZelCam.h"
 #include "ZelGenParam/Array.h"
+#include "tests/support/holder.h"
 #include "tests/support/processstate.h"
 
 namespace {
@@ -25,10 +25,6 @@ constexpr int kWarmUp = kRounds / 5;
 
 // Less than a round could leave behind: half a KiB for each.
 constexpr long kToleratedKiB = kRounds / 2;
-
-struct Releaser {
-    void operator()(ZelCam::System* system) const { system->Release(); }
-};
 
 void OpenReadClose(ZelCam::DeviceInfo* info) {
     ZelCamErr err = ZelCamErr_Error;
@@ -52,7 +48,7 @@ ZelCam::DeviceInfo* FirstCamera(ZelCam::System* system) {
 }
 
 TEST(Rounds, OfOpeningReadingAndClosingLeaveNothingBehind) {
-    const std::unique_ptr<ZelCam::System, Releaser> system(ZelCam_GetSystem());
+    const ZelTest::Holder<ZelCam::System> system(ZelCam_GetSystem());
     ASSERT_NE(system, nullptr);
     ZelCam::DeviceInfo* const info = FirstCamera(system.get());
     ASSERT_NE(info, nullptr);

@@ -1,7 +1,6 @@
 // What an application does, through the shared library alone, with the simulated cameras.
 #include <chrono>
 #include <condition_variable>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -13,6 +12,7 @@
 #include "ZelCam/ZelCam.h"
 #include "ZelGenParam/Array.h"
 #include "tests/public/slot.h"
+#include "tests/support/holder.h"
 #include "tests/support/simulator.h"
 
 namespace {
@@ -20,14 +20,7 @@ namespace {
 using ZelCam::DeviceAccess;
 using ZelCam::InterfaceType;
 
-struct Releaser {
-    template <typename T>
-    void operator()(T* object) const {
-        object->Release();
-    }
-};
-template <typename T>
-using Holder = std::unique_ptr<T, Releaser>;
+using ZelTest::Holder;
 
 // Frames as fast as they are asked for.
 constexpr const char* cameras =

@@ -15,6 +15,7 @@
 
 #include "ZelCam/ZelCam.h"
 #include "ZelGenParam/Array.h"
+#include "tests/support/holder.h"
 #include "tests/support/processstate.h"
 #include "tests/support/simulator.h"
 
@@ -43,14 +44,7 @@ void RequireSuccess(ZelCamErr code, const std::string& what) {
     Require(code == ZelCamErr_Success, what + ": " + std::to_string(code));
 }
 
-struct Releaser {
-    template <typename T>
-    void operator()(T* object) const {
-        object->Release();
-    }
-};
-template <typename T>
-using Holder = std::unique_ptr<T, Releaser>;
+using ZelTest::Holder;
 
 // A camera with its stream started, and what happened to it.
 class Camera {

@@ -1,0 +1,20 @@
+// Ends an object of the library the way the library wants it.
+#ifndef ZELCAM_TESTS_HOLDER_H
+#define ZELCAM_TESTS_HOLDER_H
+
+#include <memory>
+
+namespace ZelTest {
+
+struct Releaser {
+    template <typename T>
+    void operator()(T* object) const {
+        object->Release();
+    }
+};
+template <typename T>
+using Holder = std::unique_ptr<T, Releaser>;
+
+}  // namespace ZelTest
+
+#endif  // ZELCAM_TESTS_HOLDER_H
