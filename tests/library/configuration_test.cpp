@@ -41,7 +41,7 @@ class ConfigurationTest : public SessionTest {
 
     // A file of its own.
     std::string File(const std::string& text) {
-        const std::string path = folder + "/file" + std::to_string(++files);
+        std::string path = folder + "/file" + std::to_string(++files);
         std::ofstream(path) << text;
         return path;
     }

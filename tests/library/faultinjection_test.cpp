@@ -1,6 +1,6 @@
 // A session with everything in it, run again and again with each call of the producer failing,
 // blocking for a while or answering nonsense in turn, and with many of them at once: nothing
-// crashes or hangs, and what was opened is closed.
+// crashes or hangs, what was opened is closed, and the operation that met a failure reports it.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -30,6 +30,11 @@ class FaultInjection : public ScriptedTest {
     void UseStream(ZelCam::Stream& stream);
     void Acquire(ZelCam::Stream& stream);
 
+    // One operation of the session. One that takes an error pointer gets one, and has a result or
+    // an error.
+    template <typename Operation>
+    auto Do(const char* name, Operation operation);
+
     // The session with `count` calls from `site` on failing.
     void RunWithFault(const CallSite& site, size_t count, int32_t code);
 
@@ -40,7 +45,42 @@ class FaultInjection : public ScriptedTest {
     std::vector<CallSite> RecordCallSites();
 
     Subscriber subscriber;
+    const std::thread::id thread = std::this_thread::get_id();
+    const char* current = nullptr;  // the operation under way
+    const char* failed = nullptr;   // the one that met the fault
+    std::string answer;             // what that one answered
 };
+
+template <typename Result>
+std::string TextOf(Result result) {
+    if constexpr (std::is_pointer_v<Result>)
+        return result == nullptr ? "null" : "an object";
+    else
+        return std::to_string(static_cast<int64_t>(result));
+}
+
+template <typename Operation>
+auto FaultInjection::Do(const char* name, Operation operation) {
+    current = name;
+    const auto end = [this](const std::string& text) {
+        if (failed == current && answer.empty()) answer = text;
+        current = nullptr;
+    };
+    if constexpr (std::is_invocable_v<Operation, ZelCamErr*>) {
+        ZelCamErr err = ZelCamErr_Success;
+        const auto result = operation(&err);
+        EXPECT_EQ(result == nullptr, err != ZelCamErr_Success) << name;
+        end(TextOf(err));
+        return result;
+    } else if constexpr (std::is_void_v<std::invoke_result_t<Operation>>) {
+        operation();
+        end("");
+    } else {
+        const auto result = operation();
+        end(TextOf(result));
+        return result;
+    }
+}
 
 // Closing calls do their work even when they report a failure: nobody can try again.
 bool IsClosing(const std::string& function) {
@@ -52,105 +92,117 @@ bool IsClosing(const std::string& function) {
 
 void FaultInjection::RunSession() {
     producer.SetDescription(Description::Xml());
-    const Holder<ZelCam::System> system(ZelCam_GetSystem());
+    ZelCam::System* const system = Do("GetSystem", [] { return ZelCam_GetSystem(); });
     if (system == nullptr) return;
-    system->GetDisplayName();
-    system->GetVersion();
-    system->GetInterfaceList(ZelCam::InterfaceType::GEV);
-    ZelCam::List<ZelCam::Interface>* const list =
-        system->GetInterfaceList(ZelCam::InterfaceType::Unknown);
-    if (list == nullptr) return;
-    for (auto* iface = list->GetFirst(); iface != nullptr; iface = list->GetNext())
-        UseInterface(*iface);
-    if (ZelCam::Device* const own =
-            ZelCam_CreateDevice(nullptr, ZelCam::DeviceAccess::Control, nullptr)) {
-        own->GetStreamByIndex(0);
-        own->Release();
+    Do("System::GetDisplayName", [&] { return system->GetDisplayName(); });
+    Do("System::GetVersion", [&] { return system->GetVersion(); });
+    const auto list = [&](ZelCam::InterfaceType type) { return system->GetInterfaceList(type); };
+    Do("System::GetInterfaceList", [&] { return list(ZelCam::InterfaceType::GEV); });
+    if (auto* const interfaces =
+            Do("System::GetInterfaceList", [&] { return list(ZelCam::InterfaceType::Unknown); })) {
+        for (auto* iface = interfaces->GetFirst(); iface != nullptr; iface = interfaces->GetNext())
+            UseInterface(*iface);
+        if (ZelCam::Device* const own = Do("CreateDevice", [](ZelCamErr* err) {
+                return ZelCam_CreateDevice(nullptr, ZelCam::DeviceAccess::Control, err);
+            })) {
+            Do("Device::GetStreamByIndex", [&] { return own->GetStreamByIndex(0); });
+            Do("Device::Release", [&] { own->Release(); });
+        }
     }
+    Do("System::Release", [&] { system->Release(); });
 }
 
 void FaultInjection::UseInterface(ZelCam::Interface& iface) {
-    iface.GetType();
-    iface.GetDescription();
-    iface.GetVersion();
-    iface.RegisterEvent(5, Subscriber::Form1, &subscriber);
-    ZelCam::DeviceInfo* const info = iface.GetFirstDeviceInfo();
-    try {
-        bool changed = false;
-        iface.ReEnumerateDevices(&changed, 100);
-    } catch (const std::system_error& e) {
-        EXPECT_NE(e.code().value(), 0);
-    }
-    iface.GetDeviceInfoList();
+    Do("Interface::GetType", [&] { return iface.GetType(); });
+    Do("Interface::GetDescription", [&] { return iface.GetDescription(); });
+    Do("Interface::GetVersion", [&] { return iface.GetVersion(); });
+    Do("Interface::RegisterEvent",
+       [&] { return iface.RegisterEvent(5, Subscriber::Form1, &subscriber); });
+    ZelCam::DeviceInfo* const info =
+        Do("Interface::GetFirstDeviceInfo", [&] { return iface.GetFirstDeviceInfo(); });
+    Do("Interface::ReEnumerateDevices", [&] {
+        try {
+            bool changed = false;
+            return iface.ReEnumerateDevices(&changed, 100);
+        } catch (const std::system_error& e) {
+            return static_cast<ZelCamErr>(e.code().value());
+        }
+    });
+    Do("Interface::GetDeviceInfoList", [&] { return iface.GetDeviceInfoList(); });
     if (info == nullptr) return;
-    info->GetVendor();
-    info->GetAccessStatus();
-    iface.GetDeviceInfoById("unlisted");
-    ZelCamErr err = ZelCamErr_Success;
-    const char* const address = info->GetIPAddress(&err);
-    EXPECT_EQ(address == nullptr, err != ZelCamErr_Success);
-    ZelCam::Device* const device = ZelCam_CreateDevice(info, ZelCam::DeviceAccess::Exclusive, &err);
-    EXPECT_EQ(device == nullptr, err != ZelCamErr_Success);
+    Do("DeviceInfo::GetVendor", [&] { return info->GetVendor(); });
+    Do("DeviceInfo::GetAccessStatus", [&] { return info->GetAccessStatus(); });
+    Do("Interface::GetDeviceInfoById", [&] { return iface.GetDeviceInfoById("unlisted"); });
+    Do("DeviceInfo::GetIPAddress", [&](ZelCamErr* err) { return info->GetIPAddress(err); });
+    const auto create = [&](ZelCamErr* err) {
+        return ZelCam_CreateDevice(info, ZelCam::DeviceAccess::Exclusive, err);
+    };
+    ZelCam::Device* const device = Do("CreateDevice", create);
     if (device == nullptr) return;
     UseDevice(*device);
-    device->Release();
-    ZelCam_CreateDevice(info, ZelCam::DeviceAccess::Exclusive, &err);  // left to the System
+    Do("Device::Release", [&] { device->Release(); });
+    Do("CreateDevice", create);  // left to the System
 }
 
 void FaultInjection::UseDevice(ZelCam::Device& device) {
-    device.RegisterEvent2(3, Subscriber::Form2, &subscriber);
-    device.GetNumStreams();
-    device.GetEndianness();
+    Do("Device::RegisterEvent",
+       [&] { return device.RegisterEvent2(3, Subscriber::Form2, &subscriber); });
+    Do("Device::GetNumStreams", [&] { return device.GetNumStreams(); });
+    Do("Device::GetEndianness", [&] { return device.GetEndianness(); });
     uint32_t value = 0;
-    device.ReadMem(0, &value, sizeof value);
-    device.WriteMem(0, &value, sizeof value, nullptr);
-    ZelCamErr err = ZelCamErr_Success;
-    ZelGenParam::Array* const parameters = device.GetCameraParameters(&err);
-    EXPECT_EQ(parameters == nullptr, err != ZelCamErr_Success);
+    Do("Device::ReadMem", [&] { return device.ReadMem(0, &value, sizeof value); });
+    Do("Device::WriteMem", [&] { return device.WriteMem(0, &value, sizeof value, nullptr); });
+    Do("Device::GetCameraParameters",
+       [&](ZelCamErr* err) { return device.GetCameraParameters(err); });
     const std::string file = TempPath("configuration.xml");
-    if (device.SaveConfiguration(file.c_str()) == ZelCamErr_Success) {
-        device.LoadConfiguration(file.c_str());
+    if (Do("Device::SaveConfiguration", [&] { return device.SaveConfiguration(file.c_str()); }) ==
+        ZelCamErr_Success) {
+        Do("Device::LoadConfiguration", [&] { return device.LoadConfiguration(file.c_str()); });
         std::filesystem::remove(file);
     }
-    ZelCam::Stream* stream = device.GetStreamByIndex(0);
+    ZelCam::Stream* stream =
+        Do("Device::GetStreamByIndex", [&] { return device.GetStreamByIndex(0); });
     if (stream == nullptr) return;
     UseStream(*stream);
-    stream->Release();
-    stream = device.GetStreamById("stream0");  // left to the device, grabbing
+    Do("Stream::Release", [&] { stream->Release(); });
+    // The next one is left to the device, grabbing.
+    stream = Do("Device::GetStreamById", [&] { return device.GetStreamById("stream0"); });
     if (stream == nullptr) return;
-    stream->AllocBufferQueue(nullptr, 2);
-    stream->StartAcquisition(ZelCam::Infinite, 0);
+    Do("Stream::AllocBufferQueue", [&] { return stream->AllocBufferQueue(nullptr, 2); });
+    Do("Stream::StartAcquisition", [&] { return stream->StartAcquisition(ZelCam::Infinite, 0); });
 }
 
 void FaultInjection::UseStream(ZelCam::Stream& stream) {
-    stream.RegisterEvent(3, Subscriber::Form1, &subscriber);
-    stream.GetMinNumBuffers();
-    stream.GetParameters(nullptr);
-    stream.AllocBufferQueue(nullptr, 2);
+    Do("Stream::RegisterEvent",
+       [&] { return stream.RegisterEvent(3, Subscriber::Form1, &subscriber); });
+    Do("Stream::GetMinNumBuffers", [&] { return stream.GetMinNumBuffers(); });
+    Do("Stream::GetParameters", [&](ZelCamErr* err) { return stream.GetParameters(err); });
+    Do("Stream::AllocBufferQueue", [&] { return stream.AllocBufferQueue(nullptr, 2); });
     uint64_t memory[16] = {};
-    ZelCamErr err = ZelCamErr_Success;
-    ZelCam::Buffer* const buffer = stream.SetBuffer(memory, sizeof memory, nullptr, &err);
-    EXPECT_EQ(buffer == nullptr, err != ZelCamErr_Success);
+    ZelCam::Buffer* const buffer = Do("Stream::SetBuffer", [&](ZelCamErr* err) {
+        return stream.SetBuffer(memory, sizeof memory, nullptr, err);
+    });
     Acquire(stream);
-    stream.RevokeBuffer(buffer);
-    stream.UnRegisterEvent(3, Subscriber::Form1, &subscriber);
-    stream.ReleaseBufferQueue();
+    Do("Stream::RevokeBuffer", [&] { return stream.RevokeBuffer(buffer); });
+    Do("Stream::UnRegisterEvent",
+       [&] { return stream.UnRegisterEvent(3, Subscriber::Form1, &subscriber); });
+    Do("Stream::ReleaseBufferQueue", [&] { return stream.ReleaseBufferQueue(); });
 }
 
 void FaultInjection::Acquire(ZelCam::Stream& stream) {
-    stream.StartAcquisition(ZelCam::Infinite, 0);
+    Do("Stream::StartAcquisition", [&] { return stream.StartAcquisition(ZelCam::Infinite, 0); });
     for (int i = 0; i < 3; ++i) {
         producer.DeliverFrame(producer.FindHandle("stream stream0"));
-        ZelCamErr err = ZelCamErr_Success;
-        ZelCam::Buffer* const buffer = stream.GetBuffer(0, &err);
-        EXPECT_EQ(buffer == nullptr, err != ZelCamErr_Success);
+        ZelCam::Buffer* const buffer =
+            Do("Stream::GetBuffer", [&](ZelCamErr* err) { return stream.GetBuffer(0, err); });
         if (buffer == nullptr) continue;
-        EXPECT_NE(buffer->GetImage(), nullptr);
-        stream.QueueBuffer(buffer);
+        EXPECT_NE(Do("Buffer::GetImage", [&] { return buffer->GetImage(); }), nullptr);
+        Do("Stream::QueueBuffer", [&] { return stream.QueueBuffer(buffer); });
     }
-    stream.CancelBuffer();
-    stream.FlushBuffers(ZelCam::FlushOperation::InputToOutput);
-    stream.StopAcquisition(0);
+    Do("Stream::CancelBuffer", [&] { return stream.CancelBuffer(); });
+    Do("Stream::FlushBuffers",
+       [&] { return stream.FlushBuffers(ZelCam::FlushOperation::InputToOutput); });
+    Do("Stream::StopAcquisition", [&] { return stream.StopAcquisition(0); });
 }
 
 std::vector<CallSite> FaultInjection::RecordCallSites() {
@@ -164,9 +216,15 @@ std::vector<CallSite> FaultInjection::RecordCallSites() {
 
 void FaultInjection::RunWithFault(const CallSite& site, size_t count, int32_t code) {
     producer.Reset();
+    failed = nullptr;
+    answer.clear();
     Scripted::Reply reply = Scripted::Fails(code);
     reply.actFirst = IsClosing(site.function);
-    const auto fail = [reply](const Scripted::Call&) { return reply; };
+    const auto fail = [this, reply](const Scripted::Call&) {
+        // Other threads are in no operation.
+        if (std::this_thread::get_id() == thread && failed == nullptr) failed = current;
+        return reply;
+    };
     producer.AddRule({site.function, Scripted::AnyCommand, fail, site.n, count});
     RunSession();
     CheckOpenHandles(site.function);
@@ -235,6 +293,65 @@ size_t CallsInTurn() {
     return std::getenv("ZELCAM_EVERY_CALL") != nullptr ? SIZE_MAX : 1;
 }
 
+using Answers = std::set<std::string>;
+
+// What an operation answers when a function fails under it.
+Answers AnswersTo(const std::string& operation, const std::string& function) {
+    static const Answers theCode = {"the code"};
+    static const std::map<std::string, std::map<std::string, Answers>> others = {
+        // Without an error to report: nothing, zero, or what is left.
+        {"GetSystem", {{"", {"null"}}}},
+        {"System::GetDisplayName", {{"", {"null"}}}},
+        {"System::GetVersion", {{"", {"null"}}}},
+        {"System::GetInterfaceList",
+         {{"", {"null"}}, {"IFGetInfo", {"an object"}}, {"TLOpenInterface", {"an object"}}}},
+        {"Interface::GetDescription", {{"", {"null"}}}},
+        {"Interface::GetVersion", {{"", {"null"}}}},
+        {"Interface::GetFirstDeviceInfo", {{"", {"null"}}}},
+        {"DeviceInfo::GetVendor", {{"", {"null"}}}},
+        {"DeviceInfo::GetAccessStatus", {{"", {"0"}}}},
+        {"Device::GetNumStreams", {{"", {"0"}}}},
+        {"Device::GetEndianness", {{"", {"0"}}}},
+        {"Device::GetStreamByIndex", {{"", {"null"}}, {"GCRegisterEvent", {"an object"}}}},
+        {"Device::GetStreamById", {{"", {"null"}}, {"GCRegisterEvent", {"an object"}}}},
+        {"Stream::GetMinNumBuffers", {{"", {"0"}}}},
+        {"Buffer::GetImage", {{"", {"an object"}}}},
+        // Buffers go whatever the producer says, and one of unknown size is for it to refuse.
+        {"Stream::RevokeBuffer", {{"", {"0"}}}},
+        {"Stream::ReleaseBufferQueue", {{"", {"0"}}}},
+        {"Stream::AllocBufferQueue", {{"", theCode}, {"DSGetInfo", {"0"}}}},
+        // Of a System that does not come up there is only the code for that; without the first
+        // interface, or its cameras, there is that of the second.
+        {"CreateDevice",
+         {{"", {"-1001", "the code"}},
+          {"IFOpenDevice", theCode},
+          {"DevGetPort", theCode},
+          {"TLOpenInterface", {"0"}},
+          {"IFGetNumDevices", {"0"}},
+          {"IFGetDeviceID", {"0"}}}},
+        // Node maps: without a description there is none, the module's name is not needed, and
+        // what the port says goes through the engine's exceptions.
+        {"Device::GetCameraParameters",
+         {{"", {"-40201"}},
+          {"GCGetNumPortURLs", theCode},
+          {"GCGetPortInfo", {"-40200", "-40207", "0"}}}},
+        {"Stream::GetParameters",
+         {{"", {"-40201"}},
+          {"GCGetNumPortURLs", theCode},
+          {"GCGetPortInfo", {"-40200", "-40207", "0"}}}},
+        {"Device::SaveConfiguration", {{"", {"-40200"}}}},
+        {"DeviceInfo::GetIPAddress",
+         {{"", {"-40006"}},
+          {"GCGetPortInfo", {"-40006", "-40200", "-40206", "0"}},
+          {"GCReadPort", {"-40006", "-40200", "-40206"}},
+          {"GCWritePort", {"-40200", "-40206"}}}},
+    };
+    const auto row = others.find(operation);
+    if (row == others.end()) return theCode;
+    const auto entry = row->second.find(function);
+    return entry == row->second.end() ? row->second.at("") : entry->second;
+}
+
 Scripted::Reply Blocks(const Scripted::Call& /*call*/) {
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
     return {};
@@ -250,14 +367,22 @@ TEST_F(FaultInjection, EachCallFailingInTurn) {
          {"DSGetBufferInfo", "DSRevokeBuffer", "EventKill", "IFGetDeviceInfo", "GCWritePort",
           "DSStopAcquisition", "IFUpdateDeviceList"})
         EXPECT_GT(producer.GetCount(function), 0U) << function;
+    std::map<std::pair<std::string, std::string>, Answers> answers;
     for (const CallSite& site : sites) {
         for (const int32_t code : {GenTL::GC_ERR_ERROR, GenTL::GC_ERR_INVALID_HANDLE}) {
             SCOPED_TRACE(site.function + ' ' + std::to_string(site.n) + ' ' + std::to_string(code));
             // An invalid handle is as good as no answer there.
             RunWithFault(site, 1, site.function == "EventGetInfo" ? GenTL::GC_ERR_IO : code);
             if (HasFailure()) return;
+            if (answer.empty()) continue;
+            const bool passedOn = answer == std::to_string(code);
+            answers[{failed, site.function}].insert(passedOn ? "the code" : answer);
         }
     }
+    EXPECT_GE(answers.size(), 60U);
+    for (const auto& [where, given] : answers)
+        EXPECT_EQ(given, AnswersTo(where.first, where.second))
+            << where.first << ", " << where.second << " failing";
 }
 
 // The same with every call of a function failing.

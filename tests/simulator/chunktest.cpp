@@ -78,8 +78,8 @@ TEST_F(ChunkTest, U3vLayoutReachesTheFeatures) {
 
 TEST_F(ChunkTest, TheProducerSaysWhereChunksAre) {
     Open(kOddFrames, "GEV");
-    constexpr size_t image = 34 * 3 * 33;         // 3366
-    constexpr size_t imageChunk = image + 2 + 8;  // whole words, and the trailer
+    constexpr size_t image = size_t{34} * 3 * 33;  // 3366
+    constexpr size_t imageChunk = image + 2 + 8;   // whole words, and the trailer
     EXPECT_EQ(StreamInfo(STREAM_INFO_PAYLOAD_SIZE).Size(), image);
     EnableChunks({"Height", "FrameID"});
     EXPECT_EQ(StreamInfo(STREAM_INFO_PAYLOAD_SIZE).Size(), imageChunk + 4 + 8 + 8 + 8);

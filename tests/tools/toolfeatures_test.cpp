@@ -13,7 +13,6 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 using ::testing::Not;
-using ::testing::StartsWith;
 
 namespace {
 
@@ -186,8 +185,9 @@ TEST_F(ToolFeatures, WatchTellsChanges) {
 TEST_F(ToolFeatures, ReportHasEverySectionAndCanBeMasked) {
     const ToolResult open = Run({"report", "cam-a"});
     EXPECT_EQ(open.exitCode, 0) << open.err;
-    for (const char* expected : {"zelcam        " ZELCAM_VERSION, "SN081512", "Width",
-                                 "=== Features of the stream", "Frames      10", "Delivered"}) {
+    const std::string version = "zelcam        " ZELCAM_VERSION;
+    for (const char* expected : {version.c_str(), "SN081512", "Width", "=== Features of the stream",
+                                 "Frames      10", "Delivered"}) {
         EXPECT_THAT(open.out, HasSubstr(expected));
     }
     EXPECT_THAT(open.out, Not(HasSubstr("!!")));
