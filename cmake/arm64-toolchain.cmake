@@ -1,5 +1,5 @@
 # Cross build for 64-bit Arm on another Debian machine: Debian's cross compiler, the arm64 libraries
-# that scripts/arm64-sysroot unpacks below the build folder, and qemu-user to run the tests.
+# that scripts/arm64-sysroot unpacks below the build folder, and qemu-user-static to run the tests.
 
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
@@ -22,4 +22,4 @@ set(ENV{PKG_CONFIG_SYSROOT_DIR} ${CMAKE_SYSROOT})
 set(ENV{PKG_CONFIG_LIBDIR}
     ${CMAKE_SYSROOT}/usr/lib/aarch64-linux-gnu/pkgconfig:${CMAKE_SYSROOT}/usr/share/pkgconfig)
 
-set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64 -L ${CMAKE_SYSROOT})
+set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64-static -L ${CMAKE_SYSROOT})

@@ -14,13 +14,13 @@ packages_for() {
         build | demo | install | bench) wanted=("${build[@]}") ;;
         abi) wanted=(g++ abigail-tools) ;;
         test | sanitize) wanted=("${build[@]}" "${test_packages[@]}") ;;
-        package) wanted=("${build[@]}" dpkg-dev lintian debootstrap qemu-user) ;;
+        package) wanted=("${build[@]}" dpkg-dev lintian mmdebstrap arch-test qemu-user-static) ;;
         fuzz) wanted=("${build[@]}" clang-14 libclang-rt-14-dev) ;;
         lint)
             # clang-format and clang-tidy by version: another one formats and finds differently.
             wanted=("${build[@]}" "${test_packages[@]}"
                 clang-14 clang-format-14 clang-tidy-14 cppcheck doxygen shellcheck) ;;
-        arm64) wanted=(g++-aarch64-linux-gnu cmake ninja-build pkg-config qemu-user) ;;
+        arm64) wanted=(g++-aarch64-linux-gnu cmake ninja-build pkg-config qemu-user-static) ;;
         *) return 1 ;;
     esac
     printf '%s\n' "${wanted[@]}"
