@@ -87,8 +87,10 @@ void HandOverRegularly(HandOver& handOver) {
         next += kPeriod;
         std::this_thread::sleep_until(next);
         const int64_t now = Now();
-        const std::lock_guard lock(handOver.mutex);
-        handOver.time = now;
+        {
+            const std::lock_guard lock(handOver.mutex);
+            handOver.time = now;
+        }
         handOver.condition.notify_one();
     }
 }
@@ -100,7 +102,7 @@ void RunHandOverRound(Latencies& result) {
     std::unique_lock lock(handOver.mutex);
     const auto arrives = [&] { return handOver.time != 0; };
     while (latencies.size() < kFrames) {
-        handOver.condition.wait(lock, arrives);
+        handOver.condition.wait_for(lock, std::chrono::milliseconds(kTimeoutMs), arrives);
         latencies.push_back(static_cast<double>(Now() - handOver.time));
         handOver.time = 0;
     }
@@ -124,21 +126,23 @@ void MeasureLatency(Report& report) {
     const BareHost bareHost;
     const int64_t clockOffset = ClockOffset(bareHost);
     Latencies library;
+    Latencies libraryAgain;
     Latencies bare;
     Latencies handOver;
+    const auto runLibrary = [&](Latencies& result) {
+        RunRound<LibraryCamera>(libraryHost, clockOffset, result);
+    };
     Interleave(
-        kRounds,
-        [&] {
-            RunRound<LibraryCamera>(libraryHost, clockOffset, library);
-            RunHandOverRound(handOver);
-        },
+        kRounds, [&] { runLibrary(library); },
         [&] { RunRound<BareCamera>(bareHost, clockOffset, bare); });
+    Interleave(
+        kRounds, [&] { runLibrary(libraryAgain); }, [&] { RunHandOverRound(handOver); });
     const std::string p50 = "frame to GetBuffer, p50";
     const std::string p99 = "frame to GetBuffer, p99";
     Add(report, p50, library.p50, "bare EventGetData", bare.p50, 1.1);
-    Add(report, p50, library.p50, "bare condition variable", handOver.p50);
+    Add(report, p50, libraryAgain.p50, "bare condition variable", handOver.p50);
     Add(report, p99, library.p99, "bare EventGetData", bare.p99);
-    Add(report, p99, library.p99, "bare condition variable", handOver.p99);
+    Add(report, p99, libraryAgain.p99, "bare condition variable", handOver.p99);
 }
 
 }  // namespace Bench

@@ -26,10 +26,7 @@ void BufferPool::Move(Buffer& buffer, State state) {
     to.splice(to.end(), ListOf(buffer.state_), buffer.place_);
     buffer.state_ = state;
     if (state == State::Input) buffer.ClearFrame();
-    if (state == State::Output) {
-        ++numFired_;
-        delivered_.WakeOne();
-    }
+    if (state == State::Output) ++numFired_;
 }
 
 void BufferPool::MoveAll(State from, State to) {
@@ -70,6 +67,7 @@ void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
     switch (operation) {
         case GenTL::ACQ_QUEUE_INPUT_TO_OUTPUT:
             MoveAll(State::Input, State::Output);
+            delivered_.WakeAll();
             break;
         case GenTL::ACQ_QUEUE_OUTPUT_DISCARD:
             MoveAll(State::Output, State::Idle);
@@ -164,9 +162,10 @@ void BufferPool::PutBack(Buffer& buffer) {
 }
 
 void BufferPool::Deliver(Buffer& buffer) {
-    const std::lock_guard lock(mutex_);
+    std::unique_lock lock(mutex_);
     if (newestOnly_) MoveAll(State::Output, State::Input);
     Move(buffer, State::Output);
+    delivered_.UnlockAndWakeOne(lock);
 }
 
 void BufferPool::FetchOutput() {

@@ -14,14 +14,17 @@
 
 namespace ZelSim {
 
-// What the threads that fetch events sleep on. Wake() makes no system call while nobody sleeps.
+// What the threads that fetch events sleep on. Waking makes no system call while nobody sleeps.
 struct WaitPoint {
     std::mutex& mutex;
     std::condition_variable condition{};
     size_t numSleeping = 0;  // guarded by mutex
 
-    void WakeOne() {
-        if (numSleeping != 0) condition.notify_one();
+    // Unlocks the mutex, for which the woken thread would have to wait otherwise.
+    void UnlockAndWakeOne(std::unique_lock<std::mutex>& lock) {
+        const bool wake = numSleeping != 0;
+        lock.unlock();
+        if (wake) condition.notify_one();
     }
     void WakeAll() {
         if (numSleeping != 0) condition.notify_all();

@@ -195,8 +195,9 @@ void Generator::Fill(Buffer& buffer) {
     FrameInfo frame;
     frame.settings = settings_;
     frame.id = id_;
-    frame.timestampNs = camera_->Nanoseconds();
     Draw(buffer, frame);
+    frame.timestampNs = camera_->Nanoseconds();
+    if (!frame.incomplete) AppendChunks(buffer.Memory().base, frame);
     buffer.SetFrame(frame);
 }
 
@@ -214,7 +215,6 @@ void Generator::Draw(const Buffer& buffer, FrameInfo& frame) {
     frame.incomplete = torn || frame.tooLarge;
     frame.deliveredHeight = numLines;
     frame.sizeFilled = frame.incomplete ? offset + numLines * pitch : payload;
-    if (!frame.incomplete) AppendChunks(memory.base, frame);
     if (!config.noFill) {
         camera_->Picture(*settings_)->Draw(id_, memory.base + offset, numLines);
     } else if (memory.size >= sizeof(id_)) {

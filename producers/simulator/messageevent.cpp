@@ -54,11 +54,11 @@ void AnswerGenApi(uint64_t id, EventData data, Answer answer) {
 
 void MessageEvent::Fire(uint64_t id, EventData data) {
     const auto* const bytes = static_cast<const char*>(data.bytes);
-    const std::lock_guard lock(mutex_);
+    std::unique_lock lock(mutex_);
     if (messages_.size() == kMaxMessages) messages_.pop_front();
     messages_.push_back({id, std::vector<char>(bytes, bytes + data.size)});
     ++numFired_;
-    waitPoint_.WakeOne();
+    waitPoint_.UnlockAndWakeOne(lock);
 }
 
 EventData MessageEvent::Front() {
