@@ -56,8 +56,8 @@ endif()
 
 include_directories(${PROJECT_SOURCE_DIR})
 
-# Compiles headers of the standard library once for a target: a third of what its sources take. Not for
-# clang, so that clang-tidy still finds the source that forgets one.
+# Compiles headers of the standard library once for a target: a third of what its sources take. Not
+# for clang, so that clang-tidy still finds the source that forgets one.
 function(zelcam_precompile target)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         target_precompile_headers(${target} PRIVATE
