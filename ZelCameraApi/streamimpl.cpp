@@ -1,5 +1,7 @@
 #include "ZelCameraApi/streamimpl.h"
 
+#include <algorithm>
+
 #include "ZelCameraApi/bufferimpl.h"
 #include "ZelCameraApi/deviceimpl.h"
 #include "ZelCameraApi/errorboundary.h"
@@ -48,7 +50,9 @@ ZelCam::Buffer* StreamImpl::SetBuffer(void* ptr, size_t size, void* userPtr, Zel
 ZelCam::Buffer* StreamImpl::Add(std::unique_ptr<BufferImpl> buffer) {
     std::list<std::unique_ptr<BufferImpl>> added;
     BufferImpl* const own = added.emplace_back(std::move(buffer)).get();
-    buffersByHandle_.emplace(own->handle(), own);
+    const HandleEntry entry{own->handle(), own};
+    buffersByHandle_.insert(
+        std::upper_bound(buffersByHandle_.begin(), buffersByHandle_.end(), entry), entry);
     buffers_.splice(buffers_.end(), added);
     return own;
 }
@@ -56,10 +60,9 @@ ZelCam::Buffer* StreamImpl::Add(std::unique_ptr<BufferImpl> buffer) {
 ZelCamErr StreamImpl::RevokeBuffer(ZelCam::Buffer* buffer) {
     const auto own = FindOwned(buffers_, buffer);
     if (own == buffers_.end()) return ZelCamErr_Success;
-    auto [entry, end] = buffersByHandle_.equal_range((*own)->handle());
-    while (entry != end && entry->second != own->get())
-        ++entry;
-    buffersByHandle_.erase(entry);
+    buffersByHandle_.erase(
+        std::find_if(buffersByHandle_.begin(), buffersByHandle_.end(),
+                     [&](const HandleEntry& entry) { return entry.buffer == own->get(); }));
     buffers_.erase(own);
     return ZelCamErr_Success;
 }
@@ -84,8 +87,9 @@ ZelCam::Buffer* StreamImpl::GetBuffer(uint64_t timeout, ZelCamErr* err) {
 }
 
 ZelCam::Buffer* StreamImpl::FindBuffer(GenTL::BUFFER_HANDLE handle) const {
-    const auto first = buffersByHandle_.lower_bound(handle);
-    return first != buffersByHandle_.end() && first->first == handle ? first->second : nullptr;
+    const auto first = std::lower_bound(buffersByHandle_.begin(), buffersByHandle_.end(),
+                                        HandleEntry{handle, nullptr});
+    return first != buffersByHandle_.end() && first->handle == handle ? first->buffer : nullptr;
 }
 
 ZelCamErr StreamImpl::CancelBuffer() {

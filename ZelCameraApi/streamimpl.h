@@ -2,10 +2,11 @@
 #ifndef ZELCAMERAAPI_STREAMIMPL_H
 #define ZELCAMERAAPI_STREAMIMPL_H
 
+#include <functional>
 #include <list>
-#include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "ZelCam/Stream.h"
 #include "ZelCameraApi/ZelGenParam/arrayimpl.h"
@@ -62,6 +63,15 @@ class StreamImpl final : public EventSource<ZelCam::Stream> {
     }
 
   private:
+    struct HandleEntry {
+        GenTL::BUFFER_HANDLE handle;
+        BufferImpl* buffer;
+
+        bool operator<(const HandleEntry& other) const {
+            return std::less<>()(handle, other.handle);
+        }
+    };
+
     ZelCam::Buffer* Add(std::unique_ptr<BufferImpl> buffer);
     ZelCam::Buffer* FindBuffer(GenTL::BUFFER_HANDLE handle) const;
     ZelCamErr QueueAll();
@@ -71,9 +81,10 @@ class StreamImpl final : public EventSource<ZelCam::Stream> {
     GenTL::EVENT_HANDLE newBufferEvent_ = nullptr;
     std::list<std::unique_ptr<BufferImpl>> buffers_;
 
-    // The same buffers; of equal handles, which no sane producer gives, the one announced first
-    // comes first.
-    std::multimap<GenTL::BUFFER_HANDLE, BufferImpl*> buffersByHandle_;
+    // The same buffers sorted by handle; of equal handles, which no sane producer gives, the one
+    // announced first comes first. Beside each other, because with each frame they have to be read
+    // into the caches again.
+    std::vector<HandleEntry> buffersByHandle_;
     std::string id_;
     std::unique_ptr<ArrayImpl> parameters_;  // made when first asked for
 };

@@ -22,9 +22,9 @@ Buffer::Buffer(std::shared_ptr<Camera> camera, const Module& stream, BufferMemor
       stream_(stream),
       memory_(std::move(memory)) {}
 
-void Buffer::SetFrame(const FrameInfo& frame) {
+void Buffer::SetFrame(FrameInfo frame) {
     const std::lock_guard lock(mutex_);
-    frame_ = frame;
+    frame_ = std::move(frame);
     hasFrame_ = true;
 }
 

@@ -55,7 +55,7 @@ class Buffer final : public Module {
     const BufferMemory& Memory() const { return memory_; }
     bool IsOf(const Module& stream) const { return &stream_ == &stream; }
 
-    void SetFrame(const FrameInfo& frame);
+    void SetFrame(FrameInfo frame);
     void ClearFrame();
 
     void GetInfo(Answer answer) const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace ZelSim {
 
@@ -141,7 +142,8 @@ void Generator::ReportAcquisition(bool acquires) {
 }
 
 void Generator::Report(EventKind kind, std::optional<uint64_t> frameId) {
-    camera_->Events().Send(kind, camera_->Ticks(camera_->Nanoseconds()), frameId);
+    EventChannel& events = camera_->Events();
+    if (events.IsOn(kind)) events.Send(kind, camera_->Ticks(camera_->Nanoseconds()), frameId);
 }
 
 // Waits until a frame is due, and reports on the way when the acquisition begins or ends.
@@ -198,7 +200,7 @@ void Generator::Fill(Buffer& buffer) {
     Draw(buffer, frame);
     frame.timestampNs = camera_->Nanoseconds();
     if (!frame.incomplete) AppendChunks(buffer.Memory().base, frame);
-    buffer.SetFrame(frame);
+    buffer.SetFrame(std::move(frame));
 }
 
 void Generator::Draw(const Buffer& buffer, FrameInfo& frame) {
@@ -224,6 +226,7 @@ void Generator::Draw(const Buffer& buffer, FrameInfo& frame) {
 
 void Generator::AppendChunks(uint8_t* payload, FrameInfo& frame) const {
     frame.chunks = settings_->SentChunks();
+    if (frame.chunks.IsEmpty()) return;
     ChunkValues values = ChunkValuesOf(*settings_);
     values.frameId = frame.id;
     values.timestamp = camera_->Ticks(frame.timestampNs);
