@@ -60,9 +60,10 @@ ZelCam::Buffer* StreamImpl::Add(std::unique_ptr<BufferImpl> buffer) {
 ZelCamErr StreamImpl::RevokeBuffer(ZelCam::Buffer* buffer) {
     const auto own = FindOwned(buffers_, buffer);
     if (own == buffers_.end()) return ZelCamErr_Success;
-    buffersByHandle_.erase(
-        std::find_if(buffersByHandle_.begin(), buffersByHandle_.end(),
-                     [&](const HandleEntry& entry) { return entry.buffer == own->get(); }));
+    auto entry = FirstWith((*own)->handle());
+    while (entry->buffer != own->get())
+        ++entry;
+    buffersByHandle_.erase(entry);
     buffers_.erase(own);
     return ZelCamErr_Success;
 }
@@ -86,9 +87,14 @@ ZelCam::Buffer* StreamImpl::GetBuffer(uint64_t timeout, ZelCamErr* err) {
     return buffer;
 }
 
+// The first entry that does not come before the handle.
+StreamImpl::HandleEntries::const_iterator StreamImpl::FirstWith(GenTL::BUFFER_HANDLE handle) const {
+    return std::lower_bound(buffersByHandle_.begin(), buffersByHandle_.end(),
+                            HandleEntry{handle, nullptr});
+}
+
 ZelCam::Buffer* StreamImpl::FindBuffer(GenTL::BUFFER_HANDLE handle) const {
-    const auto first = std::lower_bound(buffersByHandle_.begin(), buffersByHandle_.end(),
-                                        HandleEntry{handle, nullptr});
+    const auto first = FirstWith(handle);
     return first != buffersByHandle_.end() && first->handle == handle ? first->buffer : nullptr;
 }
 

@@ -71,8 +71,10 @@ class StreamImpl final : public EventSource<ZelCam::Stream> {
             return std::less<>()(handle, other.handle);
         }
     };
+    using HandleEntries = std::vector<HandleEntry>;
 
     ZelCam::Buffer* Add(std::unique_ptr<BufferImpl> buffer);
+    HandleEntries::const_iterator FirstWith(GenTL::BUFFER_HANDLE handle) const;
     ZelCam::Buffer* FindBuffer(GenTL::BUFFER_HANDLE handle) const;
     ZelCamErr QueueAll();
     uint64_t GetCameraPayloadSize();
@@ -84,7 +86,7 @@ class StreamImpl final : public EventSource<ZelCam::Stream> {
     // The same buffers sorted by handle; of equal handles, which no sane producer gives, the one
     // announced first comes first. Beside each other, because with each frame they have to be read
     // into the caches again.
-    std::vector<HandleEntry> buffersByHandle_;
+    HandleEntries buffersByHandle_;
     std::string id_;
     std::unique_ptr<ArrayImpl> parameters_;  // made when first asked for
 };

@@ -1,6 +1,7 @@
 // From the end of a frame, its timestamp, to the return of the wait of the thread that fetches it:
 // through the library, by EventGetData alone, and by a condition variable between two threads, one
-// of which wakes as often as the camera sends.
+// of which wakes as often as the camera sends and notifies the other with the mutex released or
+// held.
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -73,10 +74,13 @@ void RunRound(const typename SessionCamera::Host& host, int64_t clockOffset, Lat
     result.AddRound(latencies);
 }
 
+enum class Notify { WithMutex, WithoutMutex };
+
 // The time at which a value was handed over, or 0 for none.
 struct HandOver {
-    std::mutex mutex;
-    std::condition_variable condition;
+    const Notify notify;
+    std::mutex mutex{};
+    std::condition_variable condition{};
     int64_t time = 0;
     std::atomic<bool> isOver{false};
 };
@@ -87,16 +91,15 @@ void HandOverRegularly(HandOver& handOver) {
         next += kPeriod;
         std::this_thread::sleep_until(next);
         const int64_t now = Now();
-        {
-            const std::lock_guard lock(handOver.mutex);
-            handOver.time = now;
-        }
+        std::unique_lock lock(handOver.mutex);
+        handOver.time = now;
+        if (handOver.notify == Notify::WithoutMutex) lock.unlock();
         handOver.condition.notify_one();
     }
 }
 
-void RunHandOverRound(Latencies& result) {
-    HandOver handOver;
+void RunHandOverRound(Notify notify, Latencies& result) {
+    HandOver handOver{notify};
     std::thread sender(HandOverRegularly, std::ref(handOver));
     std::vector<double> latencies;
     std::unique_lock lock(handOver.mutex);
@@ -129,6 +132,7 @@ void MeasureLatency(Report& report) {
     Latencies libraryAgain;
     Latencies bare;
     Latencies handOver;
+    Latencies slowHandOver;
     const auto runLibrary = [&](Latencies& result) {
         RunRound<LibraryCamera>(libraryHost, clockOffset, result);
     };
@@ -136,13 +140,21 @@ void MeasureLatency(Report& report) {
         kRounds, [&] { runLibrary(library); },
         [&] { RunRound<BareCamera>(bareHost, clockOffset, bare); });
     Interleave(
-        kRounds, [&] { runLibrary(libraryAgain); }, [&] { RunHandOverRound(handOver); });
+        kRounds, [&] { runLibrary(libraryAgain); },
+        [&] {
+            RunHandOverRound(Notify::WithoutMutex, handOver);
+            RunHandOverRound(Notify::WithMutex, slowHandOver);
+        });
     const std::string p50 = "frame to GetBuffer, p50";
     const std::string p99 = "frame to GetBuffer, p99";
+    const std::string variable = "bare condition variable";
+    const std::string heldVariable = "the same, mutex held";
     Add(report, p50, library.p50, "bare EventGetData", bare.p50, 1.1);
-    Add(report, p50, libraryAgain.p50, "bare condition variable", handOver.p50);
+    Add(report, p50, libraryAgain.p50, variable, handOver.p50, 1.1);
+    Add(report, p50, libraryAgain.p50, heldVariable, slowHandOver.p50, 1.1);
     Add(report, p99, library.p99, "bare EventGetData", bare.p99);
-    Add(report, p99, libraryAgain.p99, "bare condition variable", handOver.p99);
+    Add(report, p99, libraryAgain.p99, variable, handOver.p99);
+    Add(report, p99, libraryAgain.p99, heldVariable, slowHandOver.p99);
 }
 
 }  // namespace Bench
