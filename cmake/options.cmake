@@ -66,3 +66,11 @@ function(zelcam_precompile target)
             <unordered_map> <utility> <variant> <vector>)
     endif()
 endfunction()
+
+# Compiles the sources of a target that needs the JSON library in groups of `size`, which takes a
+# third of the time: each source would compile the same templates. Not for clang, either.
+function(zelcam_compile_in_groups target size)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE ${size})
+    endif()
+endfunction()

@@ -36,11 +36,6 @@ std::string FeatureLines(const std::string& file) {
     return config->GetText() == nullptr ? "" : config->GetText();
 }
 
-bool IsSelector(ZelGenParam::Param& feature) {
-    const auto* selector = dynamic_cast<GenApi::ISelector*>(feature.GetNode());
-    return selector != nullptr && selector->IsSelector();
-}
-
 // Goes through the lines in their order, in which selectors come before what they select.
 class Reader {
   public:

@@ -141,11 +141,6 @@ bool Took(Param& feature, const std::string& wanted) {
     return feature.ToFloat() != nullptr || ReadFeature(feature, true) == wanted;
 }
 
-bool IsSelector(Param& feature) {
-    const auto* selector = dynamic_cast<GenApi::ISelector*>(feature.GetNode());
-    return selector != nullptr && selector->IsSelector();
-}
-
 bool MayBeWritten(Param& feature) {
     return HasValue(feature) && feature.IsStreamable() && !IsSelector(feature) &&
            feature.IsWritable() && feature.IsReadable();

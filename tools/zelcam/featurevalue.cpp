@@ -223,6 +223,11 @@ std::string RangeOf(Param& feature) {
     return text;
 }
 
+bool IsSelector(Param& feature) {
+    const auto* selector = dynamic_cast<GenApi::ISelector*>(feature.GetNode());
+    return selector != nullptr && selector->IsSelector();
+}
+
 std::vector<std::string> SelectorsOf(Param& feature) {
     std::vector<std::string> names;
     const auto* selector = dynamic_cast<GenApi::ISelector*>(feature.GetNode());

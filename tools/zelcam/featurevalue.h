@@ -35,6 +35,9 @@ std::string RangeOf(ZelGenParam::Param& feature);
 // Adds "min", "max", "increment", "entries", "maxLength" to `json`, as far as there are some.
 void AddRange(ZelGenParam::Param& feature, nlohmann::ordered_json& json);
 
+// Whether other features show one of several values by this one's.
+bool IsSelector(ZelGenParam::Param& feature);
+
 // Names of the features that choose which of several values this one shows.
 std::vector<std::string> SelectorsOf(ZelGenParam::Param& feature);
 

@@ -13,7 +13,7 @@ using namespace GenTL;
 // Time that the producer has to find interfaces and cameras.
 constexpr uint64_t searchMs = 1000;
 
-void Check(GC_ERROR code, const std::string& what) {
+void RequireSuccess(GC_ERROR code, const std::string& what) {
     if (code != GC_ERR_SUCCESS) {
         throw Failure(ExitCode::CannotOpen, what + ": " + ErrorWords(static_cast<ZelCamErr>(code)));
     }
@@ -23,9 +23,9 @@ void Check(GC_ERROR code, const std::string& what) {
 template <typename Ask>
 std::string AskText(const std::string& what, Ask ask) {
     size_t size = 0;
-    Check(ask(nullptr, &size), what);
+    RequireSuccess(ask(nullptr, &size), what);
     std::string text(size, '\0');
-    Check(ask(text.data(), &size), what);
+    RequireSuccess(ask(text.data(), &size), what);
     return text.substr(0, text.find('\0'));
 }
 
@@ -71,16 +71,17 @@ void ModulePort::Open(const ModulePlace& place) {
     OpenDevice(place);
     if (place.module == Module::Stream) OpenStream();
     if (place.module == Module::Camera) {
-        Check(Resolve<PDevGetPort>("DevGetPort")(device_, &port_), "the camera has no port");
+        RequireSuccess(Resolve<PDevGetPort>("DevGetPort")(device_, &port_),
+                       "the camera has no port");
     }
 }
 
 void ModulePort::OpenSystem() {
     const auto closeLibrary = Resolve<PGCCloseLib>("GCCloseLib");
     const auto close = Resolve<PTLClose>("TLClose");
-    Check(Resolve<PGCInitLib>("GCInitLib")(), "the producer does not start");
+    RequireSuccess(Resolve<PGCInitLib>("GCInitLib")(), "the producer does not start");
     closers_.emplace_back([closeLibrary] { closeLibrary(); });
-    Check(Resolve<PTLOpen>("TLOpen")(&system_), "the producer does not open");
+    RequireSuccess(Resolve<PTLOpen>("TLOpen")(&system_), "the producer does not open");
     closers_.emplace_back([close, handle = system_] { close(handle); });
     port_ = system_;
 }
@@ -88,9 +89,9 @@ void ModulePort::OpenSystem() {
 void ModulePort::OpenInterface(const ModulePlace& place) {
     const auto close = Resolve<PIFClose>("IFClose");
     Resolve<PTLUpdateInterfaceList>("TLUpdateInterfaceList")(system_, nullptr, searchMs);
-    Check(Resolve<PTLOpenInterface>("TLOpenInterface")(system_, place.interfaceId.c_str(),
-                                                       &interface_),
-          "the interface cannot be opened");
+    RequireSuccess(Resolve<PTLOpenInterface>("TLOpenInterface")(system_, place.interfaceId.c_str(),
+                                                                &interface_),
+                   "the interface cannot be opened");
     closers_.emplace_back([close, handle = interface_] { close(handle); });
     port_ = interface_;
 }
@@ -106,7 +107,7 @@ void ModulePort::OpenDevice(const ModulePlace& place) {
         code = open(interface_, place.cameraId.c_str(), access, &device_);
         if (code == GC_ERR_SUCCESS) break;
     }
-    Check(code, "the camera cannot be opened");
+    RequireSuccess(code, "the camera cannot be opened");
     closers_.emplace_back([close, handle = device_] { close(handle); });
     port_ = device_;
 }
@@ -118,8 +119,8 @@ void ModulePort::OpenStream() {
         return getId(device_, 0, text, size);
     });
     DS_HANDLE stream = nullptr;
-    Check(Resolve<PDevOpenDataStream>("DevOpenDataStream")(device_, id.c_str(), &stream),
-          "the stream cannot be opened");
+    RequireSuccess(Resolve<PDevOpenDataStream>("DevOpenDataStream")(device_, id.c_str(), &stream),
+                   "the stream cannot be opened");
     closers_.emplace_back([close, stream] { close(stream); });
     port_ = stream;
 }
@@ -127,8 +128,8 @@ void ModulePort::OpenStream() {
 std::vector<std::string> ModulePort::DescriptionUrls() const {
     const auto getInfo = Resolve<PGCGetPortURLInfo>("GCGetPortURLInfo");
     uint32_t count = 0;
-    Check(Resolve<PGCGetNumPortURLs>("GCGetNumPortURLs")(port_, &count),
-          "the module does not tell where its description is");
+    RequireSuccess(Resolve<PGCGetNumPortURLs>("GCGetNumPortURLs")(port_, &count),
+                   "the module does not tell where its description is");
     std::vector<std::string> urls;
     for (uint32_t i = 0; i < count; ++i) {
         INFO_DATATYPE type = INFO_DATATYPE_UNKNOWN;
@@ -147,8 +148,8 @@ std::string ModulePort::Read(uint64_t address, size_t size) const {
     std::string bytes(size, '\0');
     for (size_t at = 0; at < size;) {
         size_t piece = std::min(most, size - at);
-        Check(read(port_, address + at, bytes.data() + at, &piece),
-              "the description cannot be read");
+        RequireSuccess(read(port_, address + at, bytes.data() + at, &piece),
+                       "the description cannot be read");
         if (piece == 0) throw Failure(ExitCode::CannotOpen, "the description ends early");
         at += piece;
     }
