@@ -54,6 +54,11 @@ if(ZELCAM_SANITIZE)
     add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
+# In a group of sources, none is the one whose types may use its anonymous namespace.
+if(CMAKE_UNITY_BUILD)
+    add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-subobject-linkage>)
+endif()
+
 include_directories(${PROJECT_SOURCE_DIR})
 
 # Compiles headers of the standard library once for a target: a third of what its sources take. Not

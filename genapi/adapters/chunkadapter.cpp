@@ -13,7 +13,7 @@
 namespace GENAPI_NAMESPACE {
 namespace {
 
-std::vector<CChunkPort*> makePorts(const INodeMap& nodeMap) {
+std::vector<CChunkPort*> makeChunkPorts(const INodeMap& nodeMap) {
     NodeList_t nodes;
     nodeMap.GetNodes(nodes);
     std::vector<std::unique_ptr<CChunkPort>> made;
@@ -52,7 +52,7 @@ CChunkAdapter::~CChunkAdapter() {
 void CChunkAdapter::AttachNodeMap(INodeMap* pNodeMap) {
     DetachNodeMap();
     if (pNodeMap == nullptr) return;
-    *m_ppChunkPorts = makePorts(*pNodeMap);
+    *m_ppChunkPorts = makeChunkPorts(*pNodeMap);
     m_pNodeMap = pNodeMap;
     Engine::connectPorts(*m_ppChunkPorts);
 }

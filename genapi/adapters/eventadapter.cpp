@@ -11,7 +11,7 @@ namespace GENAPI_NAMESPACE {
 namespace {
 
 // One for each node with an EventID, those of ports first.
-std::vector<CEventPort*> makePorts(const INodeMap& nodeMap) {
+std::vector<CEventPort*> makeEventPorts(const INodeMap& nodeMap) {
     NodeList_t nodes;
     nodeMap.GetNodes(nodes);
     std::vector<std::unique_ptr<CEventPort>> made;
@@ -40,7 +40,7 @@ CEventAdapter::~CEventAdapter() {
 void CEventAdapter::AttachNodeMap(INodeMap* pNodeMap) {
     DetachNodeMap();
     if (pNodeMap == nullptr) return;
-    *m_ppEventPorts = makePorts(*pNodeMap);
+    *m_ppEventPorts = makeEventPorts(*pNodeMap);
     Engine::connectPorts(*m_ppEventPorts);
 }
 

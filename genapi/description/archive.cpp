@@ -21,7 +21,7 @@ struct CloseEntry {
 using Archive = std::unique_ptr<zip_t, CloseArchive>;
 using Entry = std::unique_ptr<zip_file_t, CloseEntry>;
 
-[[noreturn]] void throwInvalid() {
+[[noreturn]] void throwInvalidArchive() {
     throw RUNTIME_EXCEPTION("Invalid ZIP string in ParseXmlBuffer");
 }
 
@@ -47,27 +47,27 @@ std::string readEntry(zip_file_t* entry, std::size_t size) {
     std::size_t done = 0;
     while (done < size) {
         const zip_int64_t count = zip_fread(entry, &contents[done], size - done);
-        if (count <= 0) throwInvalid();
+        if (count <= 0) throwInvalidArchive();
         done += static_cast<std::size_t>(count);
     }
     char more;  // the check sum is compared when the end is reached
-    if (zip_fread(entry, &more, 1) != 0) throwInvalid();
+    if (zip_fread(entry, &more, 1) != 0) throwInvalidArchive();
     return contents;
 }
 
 }  // namespace
 
 std::string unzipFirstEntry(std::string_view bytes) {
-    if (bytes.size() > kMaxArchiveSize) throwInvalid();
+    if (bytes.size() > kMaxArchiveSize) throwInvalidArchive();
     Archive archive = tryOpen(bytes);
     if (!archive) archive = tryOpen(withoutTail(bytes));
     zip_stat_t stat;
     if (!archive || zip_stat_index(archive.get(), 0, 0, &stat) != 0 ||
         (stat.valid & ZIP_STAT_SIZE) == 0 || stat.size > kMaxXmlSize ||
         stat.size / kMaxArchiveRatio > bytes.size())
-        throwInvalid();
+        throwInvalidArchive();
     const Entry entry(zip_fopen_index(archive.get(), 0, 0));
-    if (!entry) throwInvalid();
+    if (!entry) throwInvalidArchive();
     return readEntry(entry.get(), static_cast<std::size_t>(stat.size));
 }
 

@@ -17,7 +17,7 @@ namespace {
     throw FormulaError("#Syntax error!");
 }
 
-[[noreturn]] void throwInvalid() {
+[[noreturn]] void throwInvalidFormula() {
     throw FormulaError("#Invalid formula");
 }
 
@@ -47,7 +47,7 @@ void readNumber(std::string_view digits, bool hex, bool negative, std::int64_t& 
 void readNumber(std::string_view digits, bool hex, bool negative, double& number) {
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number,
                                         hex ? std::chars_format::hex : std::chars_format::general);
-    if (result.ec != std::errc()) throwInvalid();
+    if (result.ec != std::errc()) throwInvalidFormula();
     if (negative) number = -number;
 }
 
@@ -58,7 +58,7 @@ template <typename Number>
 class FormulaParser<Number>::Nesting {
   public:
     explicit Nesting(std::size_t& depth) : depth_(depth) {
-        if (++depth_ > kMaxFormulaNesting) throwInvalid();
+        if (++depth_ > kMaxFormulaNesting) throwInvalidFormula();
     }
     ~Nesting() { --depth_; }
     Nesting(const Nesting&) = delete;
@@ -88,7 +88,7 @@ template <typename Number>
 void FormulaParser<Number>::whole(std::string_view text) {
     checkBrackets(text);
     const Lexer outer = std::exchange(lexer_, Lexer(text, kFractions));
-    if (lexer_.token().kind == TokenKind::End) throwInvalid();
+    if (lexer_.token().kind == TokenKind::End) throwInvalidFormula();
     selection();
     if (lexer_.token().kind != TokenKind::End) throwSyntax();
     lexer_ = outer;
@@ -232,7 +232,7 @@ void FormulaParser<Number>::emit(FormulaOp op) {
         if (i < count && isWaiting(operands[i])) --waiting_;
     }
     if (waiting_ >= kMaxWaitingValues || program_.operations.size() >= kMaxFormulaOperations)
-        throwInvalid();
+        throwInvalidFormula();
     const std::uint32_t target = kMaxKeptValues + waiting_++;
     operation.target = static_cast<std::uint16_t>(target);
     program_.operations.push_back(operation);
@@ -276,7 +276,7 @@ bool FormulaParser<Number>::isWaiting(const Value& value) const {
 template <typename Number>
 typename FormulaParser<Number>::Value FormulaParser<Number>::keep(Value value) {
     if (!isWaiting(value)) return value;
-    if (kept_ >= kMaxKeptValues) throwInvalid();
+    if (kept_ >= kMaxKeptValues) throwInvalidFormula();
     value.index = kept_++;
     program_.operations.back().target = static_cast<std::uint16_t>(value.index);
     --waiting_;

@@ -29,10 +29,6 @@ std::string entryPointOf(const Node& node) {
 
 namespace {
 
-gcstring toText(std::string_view text) {
-    return gcstring(text.data(), text.size());
-}
-
 [[noreturn]] void throwNoNumber(const Node& node) {
     throw NODE_ERROR(LogicalErrorException, node)("Node has no number as its value");
 }

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <GenApi/INode.h>
@@ -24,6 +25,10 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 class NodeMap;
+
+inline GENICAM_NAMESPACE::gcstring toText(std::string_view text) {
+    return GENICAM_NAMESPACE::gcstring(text.data(), text.size());
+}
 
 struct ReadOptions {
     bool verify = false;       // check range and error nodes, too

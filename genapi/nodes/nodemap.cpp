@@ -21,10 +21,6 @@ namespace {
 // step takes a few hundred bytes of stack.
 constexpr unsigned kMaxNesting = 500;
 
-gcstring toText(const std::string& text) {
-    return gcstring(text.data(), text.size());
-}
-
 }  // namespace
 
 NodeMap::NodeMap(std::shared_ptr<const Description> description, const gcstring& name, CLock* lock)

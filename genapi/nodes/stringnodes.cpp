@@ -15,10 +15,6 @@ namespace {
 // Longest text that a String without a register takes.
 constexpr std::int64_t kMaxConstantLength = 0x3FFFFFFC;
 
-gcstring toText(const std::string& text) {
-    return gcstring(text.data(), text.size());
-}
-
 }  // namespace
 
 std::string StringBase::getText(ReadOptions options) {

@@ -237,8 +237,8 @@ CameraConfig CameraOf(const XMLElement& element, const std::string& source) {
 }
 
 // Refuses the second use of an identifier.
-void Claim(std::set<std::string>& used, const std::string& id, const XMLElement& element,
-           const std::string& source) {
+void ClaimId(std::set<std::string>& used, const std::string& id, const XMLElement& element,
+             const std::string& source) {
     if (used.insert(id).second) return;
     Place{source, element.GetLineNum()}.Fail("id=\"" + id + "\" is used twice");
 }
@@ -270,14 +270,14 @@ WorldConfig ParseConfig(const std::string& text, const std::string& source) {
     ForEachChild(root, "Interface", source, [&](const XMLElement& element) {
         InterfaceConfig& interface = world.interfaces.emplace_back();
         ReadAttributes(element, keys, source, interface);
-        Claim(interfaceIds, interface.id, element, source);
+        ClaimId(interfaceIds, interface.id, element, source);
         if (interface.type.empty()) {
             Place{source, element.GetLineNum()}.Fail("Interface without type");
         }
         if (interface.displayName.empty()) interface.displayName = interface.id;
         ForEachChild(element, "Camera", source, [&](const XMLElement& camera) {
             interface.cameras.push_back(CameraOf(camera, source));
-            Claim(cameraIds, interface.cameras.back().id, camera, source);
+            ClaimId(cameraIds, interface.cameras.back().id, camera, source);
         });
     });
     return world;

@@ -37,8 +37,6 @@ class ForeignDeviceInfo final : public ZelCam::DeviceInfo {
     const char* GetExternalXml() override { return nullptr; }
 };
 
-constexpr auto Untouched = static_cast<ZelCamErr>(77);
-
 }  // namespace
 
 TEST_F(DeviceTest, AccessBecomesTheProducersFlag) {

@@ -22,18 +22,18 @@ const struct {
     const char* (ZelCam::DeviceInfo::*get)();
     int command;
     const char* text;
-} getters[] = {{&ZelCam::DeviceInfo::GetVendor, 1, "Vendor of cam1"},
-               {&ZelCam::DeviceInfo::GetModel, 2, "Model of cam1"},
-               {&ZelCam::DeviceInfo::GetDisplayName, 4, "Display name of cam1"},
-               {&ZelCam::DeviceInfo::GetUserDefinedName, 6, "User name of cam1"},
-               {&ZelCam::DeviceInfo::GetSerialNumber, 7, "Serial number of cam1"},
-               {&ZelCam::DeviceInfo::GetVersion, 8, "Version of cam1"},
-               {&ZelCam::DeviceInfo::GetUSB3HostInfo, 1100, "Host of cam1"}};
+} textGetters[] = {{&ZelCam::DeviceInfo::GetVendor, 1, "Vendor of cam1"},
+                   {&ZelCam::DeviceInfo::GetModel, 2, "Model of cam1"},
+                   {&ZelCam::DeviceInfo::GetDisplayName, 4, "Display name of cam1"},
+                   {&ZelCam::DeviceInfo::GetUserDefinedName, 6, "User name of cam1"},
+                   {&ZelCam::DeviceInfo::GetSerialNumber, 7, "Serial number of cam1"},
+                   {&ZelCam::DeviceInfo::GetVersion, 8, "Version of cam1"},
+                   {&ZelCam::DeviceInfo::GetUSB3HostInfo, 1100, "Host of cam1"}};
 
 }  // namespace
 
 TEST_F(DeviceInfoTest, TextsAreAskedOnEveryCall) {
-    for (const auto& getter : getters) {
+    for (const auto& getter : textGetters) {
         SCOPED_TRACE(getter.command);
         const std::string query = "IFGetDeviceInfo " + std::to_string(getter.command) + " cam1";
         const char* text = nullptr;
@@ -53,10 +53,10 @@ TEST_F(DeviceInfoTest, TextsAreAskedOnEveryCall) {
 
 TEST_F(DeviceInfoTest, EachTextHasItsOwnBuffer) {
     std::vector<const char*> texts;
-    for (const auto& getter : getters)
+    for (const auto& getter : textGetters)
         texts.push_back((info->*getter.get)());
     for (size_t i = 0; i < texts.size(); ++i)
-        EXPECT_STREQ(texts[i], getters[i].text);
+        EXPECT_STREQ(texts[i], textGetters[i].text);
 
     // A second text of the same length takes the place of the first, long or short.
     for (const size_t length : {14U, 200U}) {

@@ -44,6 +44,9 @@ class ProducerCopy {
 
 using ZelTest::Holder;
 
+// A code that nothing gives: no operation stored one.
+constexpr auto Untouched = static_cast<ZelCamErr>(77);
+
 std::vector<std::string> TextsOf(const std::vector<Scripted::Call>& calls);
 
 // Each test starts with a fresh producer, and fails when it leaves a handle open or used one that

@@ -12,8 +12,6 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr auto Untouched = static_cast<ZelCamErr>(77);
-
 class StreamTest : public SessionTest {
   protected:
     void SetUp() override {

@@ -298,7 +298,7 @@ TEST_F(PortTest, EveryModuleIsAPort) {
 TEST_F(PortTest, StackedAccessStopsAtTheFirstFailure) {
     OpenCamera("");
     uint16_t values[3] = {1, 2, 3};
-    PORT_REGISTER_STACK_ENTRY entries[3] = {
+    GenTL::PORT_REGISTER_STACK_ENTRY entries[3] = {
         {0, &values[0], 2}, {2, &values[1], 2}, {4, &values[2], 2}};
     size_t count = 3;
     ASSERT_EQ(p.GCWritePortStacked(device, entries, &count), GC_ERR_SUCCESS);

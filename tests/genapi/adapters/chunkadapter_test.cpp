@@ -23,7 +23,7 @@ std::string ChunkPortNode(const std::string& name, const std::string& elements) 
     return "<Port Name=\"" + name + "\">" + elements + "</Port>";
 }
 
-const std::string kNodes =
+const std::string kChunkNodes =
     ChunkPortNode("Device", "") + ChunkPortNode("Gain", "<ChunkID>9efc2cdb</ChunkID>") +
     ChunkPortNode("Kept", "<ChunkID>02</ChunkID><CacheChunkData>Yes</CacheChunkData>") +
     RegisterOn("Gain", "GainValue", 0, 2) + RegisterOn("Kept", "KeptValue", 0, 2);
@@ -42,7 +42,7 @@ void Attach(CChunkAdapter& adapter, Bytes& buffer, AttachStatistics_t* statistic
 
 class ChunkAdapterTest : public testing::Test {
   protected:
-    void SetUp() override { Load(map, kNodes); }
+    void SetUp() override { Load(map, kChunkNodes); }
 
     EAccessMode Mode(const char* name) { return map._GetNode(name)->GetAccessMode(); }
     int64_t Value(const char* name) { return CIntegerPtr(map._GetNode(name))->GetValue(); }

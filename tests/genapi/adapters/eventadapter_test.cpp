@@ -32,7 +32,7 @@ std::string EventNode(const std::string& kind, const std::string& name, const st
 }
 
 // "Note" stands before the ports in the description, to see that it comes after them.
-const std::string kNodes =
+const std::string kEventNodes =
     EventNode("Integer", "Note", "9001", "<Value>1</Value>") + EventNode("Port", "First", "9001") +
     EventNode("Port", "Padded", "000000009001") + EventNode("Port", "Second", "9c0A") +
     EventNode("Port", "Zero", "0000") + RegisterOn("First", "Size", 0, 2) +
@@ -68,7 +68,7 @@ void Deliver(CEventAdapter& adapter, const Bytes& message) {
 
 class EventAdapterTest : public testing::Test {
   protected:
-    void SetUp() override { Load(map, kNodes); }
+    void SetUp() override { Load(map, kEventNodes); }
 
     EAccessMode Mode(const char* name) { return map._GetNode(name)->GetAccessMode(); }
     int64_t Value(const char* name) { return CIntegerPtr(map._GetNode(name))->GetValue(); }
@@ -131,7 +131,7 @@ TEST_F(EventAdapterTest, AttachingAndDetachingFireCallbacks) {
 
 TEST_F(EventAdapterTest, AttachingElsewhereLeavesTheFormerMap) {
     CNodeMapRef other;
-    Load(other, kNodes);
+    Load(other, kEventNodes);
     CEventAdapterGEV adapter(map._Ptr);
     adapter.AttachNodeMap(other._Ptr);
     EXPECT_EQ(Mode("First"), NI);

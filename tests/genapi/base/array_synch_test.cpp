@@ -5,19 +5,12 @@
 #include <Base/GCSynch.h>
 #include <gmock/gmock.h>
 
+#include "tests/genapi/support/otherthread.h"
+
 using namespace GENICAM_NAMESPACE;
+using test::otherThreadGets;
 
 namespace {
-
-template <typename Lock>
-bool otherThreadGets(Lock& lock) {
-    bool got = false;
-    std::thread([&] {
-        got = lock.TryLock();
-        if (got) lock.Unlock();
-    }).join();
-    return got;
-}
 
 TEST(Array, OwnsItsElements) {
     gcarray<int> array(2);

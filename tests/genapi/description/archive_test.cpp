@@ -10,9 +10,9 @@
 namespace test {
 namespace {
 
-constexpr const char* kInvalid = "Invalid ZIP string in ParseXmlBuffer";
+constexpr const char* kInvalidArchive = "Invalid ZIP string in ParseXmlBuffer";
 
-std::string errorOf(const std::string& bytes) {
+std::string archiveError(const std::string& bytes) {
     return textOf<GENICAM_NAMESPACE::RuntimeException>([&] { unzipFirstEntry(bytes); });
 }
 
@@ -32,19 +32,21 @@ TEST(Archives, BytesBehindTheEndDoNotMatter) {
 
 TEST(Archives, DamagedOnes) {
     const std::string bytes = archive({{"a.xml", "some text"}}, ZIP_CM_STORE);
-    EXPECT_EQ(kInvalid, errorOf("<RegisterDescription/>"));
-    EXPECT_EQ(kInvalid, errorOf(""));
-    EXPECT_EQ(kInvalid, errorOf("PK\5\6" + std::string(18, '\0')));
-    EXPECT_EQ(kInvalid, errorOf(bytes.substr(0, bytes.size() / 2)));
+    EXPECT_EQ(kInvalidArchive, archiveError("<RegisterDescription/>"));
+    EXPECT_EQ(kInvalidArchive, archiveError(""));
+    EXPECT_EQ(kInvalidArchive, archiveError("PK\5\6" + std::string(18, '\0')));
+    EXPECT_EQ(kInvalidArchive, archiveError(bytes.substr(0, bytes.size() / 2)));
     std::string changed = bytes;
     changed[changed.find("some")] ^= 1;
-    EXPECT_EQ(kInvalid, errorOf(changed));
+    EXPECT_EQ(kInvalidArchive, archiveError(changed));
 }
 
 TEST(Archives, TooLargeContents) {
-    EXPECT_EQ(kInvalid, errorOf(archive({{"a.xml", std::string(kMaxXmlSize + 1, ' ')}})));
+    EXPECT_EQ(kInvalidArchive,
+              archiveError(archive({{"a.xml", std::string(kMaxXmlSize + 1, ' ')}})));
     // Within the size, but blown up from nearly nothing.
-    EXPECT_EQ(kInvalid, errorOf(archive({{"a.xml", std::string(kMaxXmlSize / 2, ' ')}})));
+    EXPECT_EQ(kInvalidArchive,
+              archiveError(archive({{"a.xml", std::string(kMaxXmlSize / 2, ' ')}})));
 }
 
 }  // namespace

@@ -25,6 +25,8 @@ Number calculate(const std::string& text, const FormulaSymbols& symbols = someSy
     return Formula<Number>(text, symbols).evaluate(variables);
 }
 
+inline const std::string kInvalid = "parse: #Invalid formula";
+
 // The message, marked with the step that failed; empty when there is a value.
 template <typename Number>
 std::string errorOf(const std::string& text, const FormulaSymbols& symbols = someSymbols()) {

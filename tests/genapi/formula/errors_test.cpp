@@ -14,7 +14,6 @@ using namespace std::string_literals;
 
 const std::string kSyntax = "parse: #Syntax error!";
 const std::string kBrackets = "parse: #Brackets do not match!";
-const std::string kInvalid = "parse: #Invalid formula";
 const std::string kInfinity = "evaluate: #Infinity somewhere!";
 const std::string kTooBig = "evaluate: #Value too big for operation!";
 

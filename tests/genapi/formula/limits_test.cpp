@@ -11,8 +11,6 @@ using namespace GENAPI_NAMESPACE::Engine;
 
 namespace {
 
-const std::string kInvalid = "parse: #Invalid formula";
-
 std::string repeated(const std::string& text, std::size_t count) {
     std::string result;
     for (std::size_t i = 0; i < count; ++i)

@@ -1,23 +1,15 @@
 // Locks, callbacks, texts of enumerators, and the rules that combine access modes.
-#include <thread>
-
 #include <GenApi/EnumClasses.h>
 #include <GenApi/NodeCallback.h>
 #include <GenApi/Synch.h>
 #include <gmock/gmock.h>
 
+#include "tests/genapi/support/otherthread.h"
+
 using namespace GENAPI_NAMESPACE;
+using test::otherThreadGets;
 
 namespace {
-
-bool otherThreadGets(CLock& lock) {
-    bool got = false;
-    std::thread([&] {
-        got = lock.TryLock();
-        if (got) lock.Unlock();
-    }).join();
-    return got;
-}
 
 TEST(Lock, IsHeldUntilUnlockedAsOften) {
     CLock lock;
