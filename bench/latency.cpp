@@ -1,13 +1,14 @@
 // From the end of a frame, its timestamp, to the return of the wait of the thread that fetches it:
 // through the library, by EventGetData alone, and by a condition variable between two threads, one
-// of which wakes as often as the camera sends and notifies the other with the mutex released or
-// held.
+// of which wakes as often as the camera sends.
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <limits>
 #include <mutex>
+#include <sched.h>
 #include <thread>
+#include <utility>
 
 #include "bench/groups.h"
 #include "bench/measure.h"
@@ -58,11 +59,63 @@ int64_t ClockOffset(const BareHost& host) {
     return offset;
 }
 
+// The processors that the sending and the receiving thread run on. Left to themselves they would
+// be on one or on two by chance, which makes more of a difference than anything measured here.
+struct Placement {
+    std::string name;
+    size_t sender;
+    size_t receiver;
+};
+
+// Gives the calling thread, and the threads that it starts, one processor while it lives.
+class OnProcessor {
+  public:
+    explicit OnProcessor(size_t processor) : before_(Allowed()) {
+        cpu_set_t only;
+        CPU_ZERO(&only);
+        CPU_SET(processor, &only);
+        Set(only);
+    }
+    ~OnProcessor() { sched_setaffinity(0, sizeof before_, &before_); }
+    OnProcessor(const OnProcessor&) = delete;
+    OnProcessor& operator=(const OnProcessor&) = delete;
+
+    static cpu_set_t Allowed() {
+        cpu_set_t allowed;
+        Require(sched_getaffinity(0, sizeof allowed, &allowed) == 0, "sched_getaffinity");
+        return allowed;
+    }
+
+  private:
+    static void Set(const cpu_set_t& processors) {
+        Require(sched_setaffinity(0, sizeof processors, &processors) == 0, "sched_setaffinity");
+    }
+
+    const cpu_set_t before_;
+};
+
+std::vector<Placement> Placements() {
+    const cpu_set_t allowed = OnProcessor::Allowed();
+    std::vector<size_t> processors;
+    for (size_t number = 0; number < size_t{CPU_SETSIZE}; ++number) {
+        if (CPU_ISSET(number, &allowed)) processors.push_back(number);
+    }
+    std::vector<Placement> placements;
+    if (processors.size() > 1) placements.push_back({"two CPUs", processors[0], processors[1]});
+    placements.push_back({"one CPU", processors[0], processors[0]});
+    return placements;
+}
+
 template <typename SessionCamera>
-void RunRound(const typename SessionCamera::Host& host, int64_t clockOffset, Latencies& result) {
+void RunRound(const typename SessionCamera::Host& host, const Placement& placement,
+              int64_t clockOffset, Latencies& result) {
     const SessionCamera camera(host);
     camera.Announce(kBuffers);
-    camera.Start();
+    {
+        const OnProcessor ofSender(placement.sender);
+        camera.Start();
+    }
+    const OnProcessor ofReceiver(placement.receiver);
     std::vector<double> latencies;
     for (int i = 0; i < kFrames; ++i) {
         const auto frame = camera.AwaitFrame();
@@ -74,51 +127,79 @@ void RunRound(const typename SessionCamera::Host& host, int64_t clockOffset, Lat
     result.AddRound(latencies);
 }
 
-enum class Notify { WithMutex, WithoutMutex };
+// Hands a time over from one thread to another.
+class HandOver {
+  public:
+    void Give(int64_t time) {
+        {
+            const std::lock_guard lock(mutex_);
+            time_ = time;
+        }
+        arrived_.notify_one();
+    }
 
-// The time at which a value was handed over, or 0 for none.
-struct HandOver {
-    const Notify notify;
-    std::mutex mutex{};
-    std::condition_variable condition{};
-    int64_t time = 0;
-    std::atomic<bool> isOver{false};
+    // 0 when nothing comes.
+    int64_t Await() {
+        std::unique_lock lock(mutex_);
+        arrived_.wait_for(lock, std::chrono::milliseconds(kTimeoutMs), [&] { return time_ != 0; });
+        return std::exchange(time_, 0);
+    }
+
+  private:
+    std::mutex mutex_;
+    std::condition_variable arrived_;
+    int64_t time_ = 0;  // 0 for none
 };
 
-void HandOverRegularly(HandOver& handOver) {
-    auto next = std::chrono::steady_clock::now();
-    while (!handOver.isOver) {
-        next += kPeriod;
-        std::this_thread::sleep_until(next);
-        const int64_t now = Now();
-        std::unique_lock lock(handOver.mutex);
-        handOver.time = now;
-        if (handOver.notify == Notify::WithoutMutex) lock.unlock();
-        handOver.condition.notify_one();
-    }
-}
-
-void RunHandOverRound(Notify notify, Latencies& result) {
-    HandOver handOver{notify};
-    std::thread sender(HandOverRegularly, std::ref(handOver));
+void RunHandOverRound(const Placement& placement, Latencies& result) {
+    HandOver handOver;
+    std::atomic<bool> isOver{false};
+    std::thread sender([&] {
+        const OnProcessor ofSender(placement.sender);
+        auto next = std::chrono::steady_clock::now();
+        while (!isOver) {
+            next += kPeriod;
+            std::this_thread::sleep_until(next);
+            handOver.Give(Now());
+        }
+    });
+    const OnProcessor ofReceiver(placement.receiver);
     std::vector<double> latencies;
-    std::unique_lock lock(handOver.mutex);
-    const auto arrives = [&] { return handOver.time != 0; };
-    while (latencies.size() < kFrames) {
-        handOver.condition.wait_for(lock, std::chrono::milliseconds(kTimeoutMs), arrives);
-        latencies.push_back(static_cast<double>(Now() - handOver.time));
-        handOver.time = 0;
+    for (int i = 0; i < kFrames; ++i) {
+        const int64_t given = handOver.Await();
+        if (given == 0) break;
+        latencies.push_back(static_cast<double>(Now() - given));
     }
-    handOver.isOver = true;
-    lock.unlock();
+    isOver = true;
     sender.join();
+    Require(latencies.size() == kFrames, "nothing was handed over");
     result.AddRound(latencies);
 }
 
-void Add(Report& report, const std::string& name, const std::vector<double>& value,
-         const std::string& baseName, const std::vector<double>& base,
-         std::optional<double> limit = std::nullopt) {
-    report.Add({"latency", name, "us", value, baseName, base, limit});
+void MeasurePlacement(Report& report, const LibraryHost& libraryHost, const BareHost& bareHost,
+                      const Placement& placement) {
+    const int64_t clockOffset = ClockOffset(bareHost);
+    Latencies library;
+    Latencies bare;
+    Latencies handOver;
+    Interleave(
+        kRounds, [&] { RunRound<LibraryCamera>(libraryHost, placement, clockOffset, library); },
+        [&] {
+            RunRound<BareCamera>(bareHost, placement, clockOffset, bare);
+            RunHandOverRound(placement, handOver);
+        });
+    const auto add = [&](const char* share, std::vector<double> Latencies::*value,
+                         std::optional<double> limit = std::nullopt) {
+        const std::string name =
+            std::string("frame to GetBuffer, ") + placement.name + ", " + share;
+        const auto compare = [&](const char* baseName, const Latencies& base) {
+            report.Add({"latency", name, "us", library.*value, baseName, base.*value, limit});
+        };
+        compare("bare EventGetData", bare);
+        compare("bare condition variable", handOver);
+    };
+    add("p50", &Latencies::p50, 1.1);
+    add("p99", &Latencies::p99);
 }
 
 }  // namespace
@@ -127,34 +208,8 @@ void MeasureLatency(Report& report) {
     Simulator::Get().ConfigureCameras(1, kCamera);
     const LibraryHost libraryHost;
     const BareHost bareHost;
-    const int64_t clockOffset = ClockOffset(bareHost);
-    Latencies library;
-    Latencies libraryAgain;
-    Latencies bare;
-    Latencies handOver;
-    Latencies slowHandOver;
-    const auto runLibrary = [&](Latencies& result) {
-        RunRound<LibraryCamera>(libraryHost, clockOffset, result);
-    };
-    Interleave(
-        kRounds, [&] { runLibrary(library); },
-        [&] { RunRound<BareCamera>(bareHost, clockOffset, bare); });
-    Interleave(
-        kRounds, [&] { runLibrary(libraryAgain); },
-        [&] {
-            RunHandOverRound(Notify::WithoutMutex, handOver);
-            RunHandOverRound(Notify::WithMutex, slowHandOver);
-        });
-    const std::string p50 = "frame to GetBuffer, p50";
-    const std::string p99 = "frame to GetBuffer, p99";
-    const std::string variable = "bare condition variable";
-    const std::string heldVariable = "the same, mutex held";
-    Add(report, p50, library.p50, "bare EventGetData", bare.p50, 1.1);
-    Add(report, p50, libraryAgain.p50, variable, handOver.p50, 1.1);
-    Add(report, p50, libraryAgain.p50, heldVariable, slowHandOver.p50, 1.1);
-    Add(report, p99, library.p99, "bare EventGetData", bare.p99);
-    Add(report, p99, libraryAgain.p99, variable, handOver.p99);
-    Add(report, p99, libraryAgain.p99, heldVariable, slowHandOver.p99);
+    for (const Placement& placement : Placements())
+        MeasurePlacement(report, libraryHost, bareHost, placement);
 }
 
 }  // namespace Bench
