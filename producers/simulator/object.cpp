@@ -1,6 +1,6 @@
 #include "producers/simulator/object.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace ZelSim {
 
@@ -11,19 +11,19 @@ Handle Object::ParentHandle() const {
 
 bool Object::Adopt(Handle child) {
     const std::lock_guard lock(childrenMutex_);
-    if (!closed_) children_.push_back(child);
+    if (!closed_) children_.insert(child);
     return !closed_;
 }
 
 void Object::Disown(Handle child) {
     const std::lock_guard lock(childrenMutex_);
-    children_.erase(std::remove(children_.begin(), children_.end(), child), children_.end());
+    children_.erase(child);
 }
 
-std::vector<Handle> Object::CloseForChildren() {
+std::set<Handle> Object::CloseForChildren() {
     const std::lock_guard lock(childrenMutex_);
     closed_ = true;
-    return std::move(children_);
+    return std::exchange(children_, {});
 }
 
 }  // namespace ZelSim

@@ -4,7 +4,7 @@
 
 #include <memory>
 #include <mutex>
-#include <vector>
+#include <set>
 
 namespace ZelSim {
 
@@ -45,14 +45,14 @@ class Object {
     // False when the object is closed already and takes no more children.
     bool Adopt(Handle child);
     void Disown(Handle child);
-    std::vector<Handle> CloseForChildren();
+    std::set<Handle> CloseForChildren();
 
     const Kind kind_;
     Handle handle_ = nullptr;  // set once, before another thread can find the object
     std::weak_ptr<Object> parent_;
     std::mutex childrenMutex_;
-    std::vector<Handle> children_;  // guarded by childrenMutex_
-    bool closed_ = false;           // guarded by childrenMutex_
+    std::set<Handle> children_;  // guarded by childrenMutex_
+    bool closed_ = false;        // guarded by childrenMutex_
 };
 
 }  // namespace ZelSim
