@@ -130,6 +130,9 @@ TEST_F(ToolFeatures, PrintsEventsOfTheNamedKind) {
         EXPECT_TRUE(event.at("data").contains("EventExposureEndTimestamp")) << line;
     }
     EXPECT_EQ(count, 3U);
+    const ToolResult none = Run({"events", "cam-a", "--grab", "-d", "100"});
+    EXPECT_EQ(none.exitCode, 0);
+    EXPECT_THAT(none.err, HasSubstr("no event came; without names only those arrive that are on"));
     const ToolResult unknown = Run({"events", "cam-a", "Sunrise"});
     EXPECT_EQ(unknown.exitCode, 8);
     EXPECT_THAT(unknown.err, HasSubstr("ExposureEnd"));

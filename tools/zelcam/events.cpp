@@ -93,6 +93,13 @@ void PassFrame(Acquisition& acquisition) {
     }
 }
 
+void PrintWhatMayBeMissing(const EventsOptions& options) {
+    std::cerr << "zelcam: note: no event came";
+    if (options.names.empty()) std::cerr << "; without names only those arrive that are on already";
+    if (!options.grab) std::cerr << "; many come only with frames: --grab";
+    std::cerr << '\n';
+}
+
 ExitCode RunEvents(const EventsOptions& options) {
     NoteInterrupts();
     FeatureSession session(options.camera);
@@ -111,9 +118,7 @@ ExitCode RunEvents(const EventsOptions& options) {
             if (++arrived == options.count) break;
         }
     }
-    if (arrived == 0 && !options.grab) {
-        std::cerr << "zelcam: note: no event came; many come only with frames: --grab\n";
-    }
+    if (arrived == 0) PrintWhatMayBeMissing(options);
     if (arrived < options.count) return Interrupted() ? ExitCode::Interrupted : ExitCode::Timeout;
     return ExitCode::Ok;
 }
