@@ -213,7 +213,10 @@ TEST_F(Completion, KnowsEveryOption) {
 TEST_F(ToolList, WrongUse) {
     const ToolResult unknown = Run({"frobnicate"});
     EXPECT_EQ(unknown.exitCode, 1);
-    EXPECT_THAT(unknown.err, HasSubstr("frobnicate"));
+    EXPECT_THAT(unknown.err, HasSubstr("no command \"frobnicate\"; see zelcam --help"));
+    const ToolResult below = Run({"config", "compare", "1", "camera.xml"});
+    EXPECT_EQ(below.exitCode, 1);
+    EXPECT_THAT(below.err, HasSubstr("no command \"compare\"; see zelcam config --help"));
     EXPECT_EQ(Run({}).exitCode, 1);
     EXPECT_EQ(Run({"list", "--search", "soon"}).exitCode, 1);
     EXPECT_EQ(Run({"list", "--help"}).exitCode, 0);

@@ -87,9 +87,15 @@ std::optional<ExitCode> CommandLine::Parse(int argc, char** argv) {
     try {
         app_->parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        if (app_->get_subcommands().empty() && !app_->remaining().empty()) {
-            std::cerr << app_->get_name() << ": there is no command \"" << app_->remaining().front()
-                      << "\"; see " << app_->get_name() << " --help\n";
+        const CLI::App* command = app_.get();
+        std::string name = command->get_name();
+        while (!command->get_subcommands().empty()) {
+            command = command->get_subcommands().front();
+            name += ' ' + command->get_name();
+        }
+        if (command->get_require_subcommand_min() != 0 && !command->remaining().empty()) {
+            std::cerr << name << ": there is no command \"" << command->remaining().front()
+                      << "\"; see " << name << " --help\n";
             return ExitCode::Usage;
         }
         return app_->exit(error) == 0 ? ExitCode::Ok : ExitCode::Usage;
