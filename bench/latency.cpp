@@ -59,48 +59,45 @@ int64_t ClockOffset(const BareHost& host) {
     return offset;
 }
 
-// The processors that the sending and the receiving thread run on. Left to themselves they would
-// be on one or on two by chance, which makes more of a difference than anything measured here.
+// The processors that the sending and the receiving thread may run on. Where the kernel chooses,
+// they are on one or on two by chance, which makes more of a difference than anything else here.
 struct Placement {
     std::string name;
-    size_t sender;
-    size_t receiver;
+    cpu_set_t sender;
+    cpu_set_t receiver;
 };
 
-// Gives the calling thread, and the threads that it starts, one processor while it lives.
-class OnProcessor {
+cpu_set_t Allowed() {
+    cpu_set_t allowed;
+    Require(sched_getaffinity(0, sizeof allowed, &allowed) == 0, "sched_getaffinity");
+    return allowed;
+}
+
+// Gives the calling thread, and the threads that it starts, these processors while it lives.
+class OnProcessors {
   public:
-    explicit OnProcessor(size_t processor) : before_(Allowed()) {
-        cpu_set_t only;
-        CPU_ZERO(&only);
-        CPU_SET(processor, &only);
-        Set(only);
-    }
-    ~OnProcessor() { sched_setaffinity(0, sizeof before_, &before_); }
-    OnProcessor(const OnProcessor&) = delete;
-    OnProcessor& operator=(const OnProcessor&) = delete;
-
-    static cpu_set_t Allowed() {
-        cpu_set_t allowed;
-        Require(sched_getaffinity(0, sizeof allowed, &allowed) == 0, "sched_getaffinity");
-        return allowed;
-    }
-
-  private:
-    static void Set(const cpu_set_t& processors) {
+    explicit OnProcessors(const cpu_set_t& processors) : before_(Allowed()) {
         Require(sched_setaffinity(0, sizeof processors, &processors) == 0, "sched_setaffinity");
     }
+    ~OnProcessors() { sched_setaffinity(0, sizeof before_, &before_); }
+    OnProcessors(const OnProcessors&) = delete;
+    OnProcessors& operator=(const OnProcessors&) = delete;
 
+  private:
     const cpu_set_t before_;
 };
 
 std::vector<Placement> Placements() {
-    const cpu_set_t allowed = OnProcessor::Allowed();
-    std::vector<size_t> processors;
+    const cpu_set_t allowed = Allowed();
+    std::vector<cpu_set_t> processors;
     for (size_t number = 0; number < size_t{CPU_SETSIZE}; ++number) {
-        if (CPU_ISSET(number, &allowed)) processors.push_back(number);
+        if (!CPU_ISSET(number, &allowed)) continue;
+        cpu_set_t only;
+        CPU_ZERO(&only);
+        CPU_SET(number, &only);
+        processors.push_back(only);
     }
-    std::vector<Placement> placements;
+    std::vector<Placement> placements = {{"any CPU", allowed, allowed}};
     if (processors.size() > 1) placements.push_back({"two CPUs", processors[0], processors[1]});
     placements.push_back({"one CPU", processors[0], processors[0]});
     return placements;
@@ -112,10 +109,10 @@ void RunRound(const typename SessionCamera::Host& host, const Placement& placeme
     const SessionCamera camera(host);
     camera.Announce(kBuffers);
     {
-        const OnProcessor ofSender(placement.sender);
+        const OnProcessors ofSender(placement.sender);
         camera.Start();
     }
-    const OnProcessor ofReceiver(placement.receiver);
+    const OnProcessors ofReceiver(placement.receiver);
     std::vector<double> latencies;
     for (int i = 0; i < kFrames; ++i) {
         const auto frame = camera.AwaitFrame();
@@ -155,7 +152,7 @@ void RunHandOverRound(const Placement& placement, Latencies& result) {
     HandOver handOver;
     std::atomic<bool> isOver{false};
     std::thread sender([&] {
-        const OnProcessor ofSender(placement.sender);
+        const OnProcessors ofSender(placement.sender);
         auto next = std::chrono::steady_clock::now();
         while (!isOver) {
             next += kPeriod;
@@ -163,7 +160,7 @@ void RunHandOverRound(const Placement& placement, Latencies& result) {
             handOver.Give(Now());
         }
     });
-    const OnProcessor ofReceiver(placement.receiver);
+    const OnProcessors ofReceiver(placement.receiver);
     std::vector<double> latencies;
     for (int i = 0; i < kFrames; ++i) {
         const int64_t given = handOver.Await();
