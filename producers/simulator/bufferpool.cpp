@@ -112,36 +112,38 @@ StreamCounts BufferPool::Counts() const {
 void BufferPool::SetHalt(Halt halt) {
     const std::lock_guard lock(mutex_);
     halt_ = halt;
-    generatorWake_.notify_all();
+    generatorWake_.WakeAll();
 }
 
 void BufferPool::WakeGenerator() {
-    if (generatorSleeps_ && !input_.empty()) generatorWake_.notify_all();
+    if (generatorSleeps_ && !input_.empty()) generatorWake_.WakeAll();
 }
 
 bool BufferPool::WaitUntil(Clock::time_point time, Halt urgency) {
     std::unique_lock lock(mutex_);
-    return !generatorWake_.wait_until(lock, time, [&] { return halt_.load() >= urgency; });
+    return !generatorWake_.SleepUntil(lock, time, [&] { return halt_.load() >= urgency; });
 }
 
 bool BufferPool::WaitFor(const std::function<bool()>& isDue) {
     std::unique_lock lock(mutex_);
     generatorSleeps_ = true;
-    generatorWake_.wait(lock, [&] { return halt_.load() != Halt::No || isDue(); });
+    generatorWake_.SleepUntil(lock, WaitPoint::kEndless,
+                              [&] { return halt_.load() != Halt::No || isDue(); });
     generatorSleeps_ = false;
     return halt_.load() == Halt::No;
 }
 
 void BufferPool::Wake() {
     const std::lock_guard lock(mutex_);
-    generatorWake_.notify_all();
+    generatorWake_.WakeAll();
 }
 
 Buffer* BufferPool::Take(bool wait) {
     std::unique_lock lock(mutex_);
     if (wait && input_.empty()) {
         generatorSleeps_ = true;
-        generatorWake_.wait(lock, [&] { return !input_.empty() || halt_ != Halt::No; });
+        generatorWake_.SleepUntil(lock, WaitPoint::kEndless,
+                                  [&] { return !input_.empty() || halt_ != Halt::No; });
         generatorSleeps_ = false;
     }
     if (input_.empty()) {

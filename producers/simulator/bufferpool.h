@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <cstdint>
 #include <functional>
 #include <list>
@@ -32,7 +31,7 @@ struct StreamCounts {
 // Buffers move between lists without allocation. Thread-safe.
 class BufferPool {
   public:
-    using Clock = std::chrono::steady_clock;
+    using Clock = WaitPoint::Clock;
 
     // How soon an acquisition ends.
     enum class Halt { No, AfterFrame, Now };
@@ -88,7 +87,7 @@ class BufferPool {
 
     mutable std::mutex mutex_;  // guards all that follows
     WaitPoint delivered_{mutex_};
-    std::condition_variable generatorWake_;
+    WaitPoint generatorWake_{mutex_};
     bool generatorSleeps_ = false;
     std::atomic<Halt> halt_{Halt::No};  // read without the mutex as well
     bool newestOnly_ = false;

@@ -15,7 +15,7 @@ constexpr uint64_t kLongestWaitMs = uint64_t{1000} * 3600 * 24 * 365;
 }  // namespace
 
 void Event::GetData(Answer answer, uint64_t timeoutMs) {
-    std::unique_lock lock(waiting_.mutex);
+    std::unique_lock lock(waiting_.Mutex());
     WaitForEvent(lock, timeoutMs);
     const EventData front = Front();
     answer.Bytes(GenTL::INFO_DATATYPE_BUFFER, front.bytes, front.size);
@@ -33,20 +33,16 @@ void Event::WaitForEvent(std::unique_lock<std::mutex>& lock, uint64_t timeoutMs)
 }
 
 void Event::Sleep(std::unique_lock<std::mutex>& lock, uint64_t timeoutMs) {
-    const auto isOver = [this] { return Count() != 0 || MustReturn(); };
+    const WaitPoint::Clock::time_point end =
+        timeoutMs > kLongestWaitMs ? WaitPoint::kEndless
+                                   : WaitPoint::Clock::now() + std::chrono::milliseconds(timeoutMs);
     ++numWaiting_;
-    ++waiting_.numSleeping;
-    if (timeoutMs > kLongestWaitMs) {
-        waiting_.condition.wait(lock, isOver);
-    } else {
-        waiting_.condition.wait_for(lock, std::chrono::milliseconds(timeoutMs), isOver);
-    }
-    --waiting_.numSleeping;
+    waiting_.SleepUntil(lock, end, [this] { return Count() != 0 || MustReturn(); });
     --numWaiting_;
 }
 
 void Event::GetInfo(Answer answer) {
-    const std::lock_guard lock(waiting_.mutex);
+    const std::lock_guard lock(waiting_.Mutex());
     switch (answer.Command()) {
         case GenTL::EVENT_EVENT_TYPE:
             return answer.Int32(type_);
@@ -64,18 +60,18 @@ void Event::GetInfo(Answer answer) {
 }
 
 void Event::Flush() {
-    const std::lock_guard lock(waiting_.mutex);
+    const std::lock_guard lock(waiting_.Mutex());
     Clear();
 }
 
 void Event::Kill() {
-    const std::lock_guard lock(waiting_.mutex);
+    const std::lock_guard lock(waiting_.Mutex());
     numKills_ = std::min(numKills_ + 1, std::max<size_t>(numWaiting_, 1));
     waiting_.WakeAll();
 }
 
 void Event::Fail(GenTL::GC_ERROR code) {
-    const std::lock_guard lock(waiting_.mutex);
+    const std::lock_guard lock(waiting_.Mutex());
     end_ = code;
     waiting_.WakeAll();
 }

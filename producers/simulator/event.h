@@ -2,7 +2,6 @@
 #ifndef ZELSIM_EVENT_H
 #define ZELSIM_EVENT_H
 
-#include <condition_variable>
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
@@ -11,25 +10,9 @@
 #include "gentl/GenTL.h"
 #include "producers/simulator/answer.h"
 #include "producers/simulator/object.h"
+#include "producers/simulator/waitpoint.h"
 
 namespace ZelSim {
-
-// What the threads that fetch events sleep on. Waking makes no system call while nobody sleeps.
-struct WaitPoint {
-    std::mutex& mutex;
-    std::condition_variable condition{};
-    size_t numSleeping = 0;  // guarded by mutex
-
-    // Unlocks the mutex, for which the woken thread would have to wait otherwise.
-    void UnlockAndWakeOne(std::unique_lock<std::mutex>& lock) {
-        const bool wake = numSleeping != 0;
-        lock.unlock();
-        if (wake) condition.notify_one();
-    }
-    void WakeAll() {
-        if (numSleeping != 0) condition.notify_all();
-    }
-};
 
 // The data of one event, valid until it leaves the queue.
 struct EventData {

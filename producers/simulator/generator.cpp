@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <sys/resource.h>
 #include <utility>
+
+#include "producers/simulator/zelsim.h"
 
 namespace ZelSim {
 
@@ -17,6 +20,11 @@ constexpr Seconds kLongestTransfer = std::chrono::milliseconds(10);
 // Whether this is the Nth, 2Nth, ... frame; never for 0.
 bool IsEvery(uint32_t n, uint64_t id) {
     return n != 0 && (id + 1) % n == 0;
+}
+
+// Linux has a nice value for each thread.
+void GiveWayToTheProgram() {
+    setpriority(PRIO_PROCESS, 0, getpriority(PRIO_PROCESS, 0) + ZELSIM_NICENESS);
 }
 
 uint64_t FramesOfOneStart(const FrameSettings& settings) {
@@ -105,6 +113,7 @@ bool Generator::IsLost() const {
 }
 
 void Generator::Run(uint64_t numFrames) {
+    GiveWayToTheProgram();
     for (uint64_t acquired = 0; acquired < numFrames && AwaitTurn(); ++id_) {
         --numLeft_;
         if (!IsLost() && Acquire()) ++acquired;

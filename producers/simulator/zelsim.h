@@ -32,6 +32,11 @@ enum ZelSimFaultAction {
     ZELSIM_FAULT_SIZE = 8     // report the size `size`
 };
 
+// The nice value that the threads that make frames add to the program's. A camera is a device of
+// its own: where such a thread shares a processor with the thread that fetches the frames, the
+// latter goes first, instead of after the preparations for the next frame.
+#define ZELSIM_NICENESS 5
+
 #define ZELSIM_ANY_COMMAND INT32_MIN
 #define ZELSIM_FOREVER UINT32_MAX
 

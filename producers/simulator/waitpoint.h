@@ -1,0 +1,55 @@
+// Where threads sleep until another one has changed something.
+#ifndef ZELSIM_WAITPOINT_H
+#define ZELSIM_WAITPOINT_H
+
+#include <chrono>
+#include <cstddef>
+#include <mutex>
+#include <semaphore.h>
+
+namespace ZelSim {
+
+// A condition variable made of a semaphore, for what a mutex guards. The woken thread finds the
+// mutex as any other thread does; after the wait of a std::condition_variable its release is a
+// system call each time, which would add to the latency of every frame. Waking makes no system call
+// while nobody sleeps.
+//
+// A thread may find a wake-up that another one has left behind when its time was over: it looks at
+// its predicate once more and sleeps on.
+class WaitPoint {
+  public:
+    using Clock = std::chrono::steady_clock;
+    static constexpr Clock::time_point kEndless = Clock::time_point::max();
+
+    explicit WaitPoint(std::mutex& mutex);
+    ~WaitPoint();
+    WaitPoint(const WaitPoint&) = delete;
+    WaitPoint& operator=(const WaitPoint&) = delete;
+
+    std::mutex& Mutex() const { return mutex_; }
+
+    // Sleeps until `isOver`, which is called with the mutex held; false when the time came first.
+    template <typename Predicate>
+    bool SleepUntil(std::unique_lock<std::mutex>& lock, Clock::time_point time,
+                    const Predicate& isOver) {
+        while (!isOver()) {
+            if (!Sleep(lock, time)) return isOver();
+        }
+        return true;
+    }
+
+    // Unlocks the mutex first, for which the woken thread would have to wait otherwise.
+    void UnlockAndWakeOne(std::unique_lock<std::mutex>& lock);
+    void WakeAll();  // with the mutex held
+
+  private:
+    bool Sleep(std::unique_lock<std::mutex>& lock, Clock::time_point time);
+
+    std::mutex& mutex_;
+    sem_t wakeUps_;
+    size_t numSleeping_ = 0;  // guarded by mutex_
+};
+
+}  // namespace ZelSim
+
+#endif  // ZELSIM_WAITPOINT_H
