@@ -32,9 +32,9 @@ enum ZelSimFaultAction {
     ZELSIM_FAULT_SIZE = 8     // report the size `size`
 };
 
-// The nice value that the threads that make frames add to the program's. A camera is a device of
-// its own: where such a thread shares a processor with the thread that fetches the frames, the
-// latter goes first, instead of after the preparations for the next frame.
+// What the thread of a camera that starts with a frame rate adds to the nice value of the program.
+// Where it shares a processor with the thread that fetches the frames, that one goes first, as it
+// does with a device of its own, and not after the preparations for the next frame.
 #define ZELSIM_NICENESS 5
 
 #define ZELSIM_ANY_COMMAND INT32_MIN
