@@ -25,7 +25,7 @@ constexpr Camera kCameras[] = {
     {"VGA, no fill", "width='640' height='480' frameRate='0' noFill='true'", 15, 20000},
     {"VGA", "width='640' height='480' frameRate='0'", 15, 2000},
     {"12 MP, no fill", "width='4096' height='3000' frameRate='0' noFill='true'", 15, 20000},
-    {"12 MP", "width='4096' height='3000' frameRate='0'", 41, 50},
+    {"12 MP", "width='4096' height='3000' frameRate='0'", 101, 50},
 };
 
 // One value a round.
