@@ -1,7 +1,9 @@
 #include "producers/simulator/waitpoint.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <ctime>
+#include <semaphore.h>
 #include <system_error>
 
 namespace ZelSim {
@@ -20,42 +22,62 @@ timespec TimespecOf(WaitPoint::Clock::time_point time) {
 
 }  // namespace
 
-WaitPoint::WaitPoint(std::mutex& mutex) : mutex_(mutex) {
-    if (sem_init(&wakeUps_, 0, 0) != 0) {
-        throw std::system_error(errno, std::generic_category(), "sem_init");
+class WaitPoint::Sleeper {
+  public:
+    Sleeper() {
+        if (sem_init(&semaphore_, 0, 0) != 0) {
+            throw std::system_error(errno, std::generic_category(), "sem_init");
+        }
     }
-}
+    ~Sleeper() { sem_destroy(&semaphore_); }
+    Sleeper(const Sleeper&) = delete;
+    Sleeper& operator=(const Sleeper&) = delete;
 
-WaitPoint::~WaitPoint() {
-    sem_destroy(&wakeUps_);
-}
+    void Wake() { sem_post(&semaphore_); }
 
-// False when the time came.
-bool WaitPoint::Sleep(std::unique_lock<std::mutex>& lock, Clock::time_point time) {
-    ++numSleeping_;
-    lock.unlock();
-    int result = 0;
-    if (time == kEndless) {
-        result = sem_wait(&wakeUps_);
-    } else {
+    // False when the time came first.
+    bool AwaitWake(Clock::time_point time) {
         const timespec end = TimespecOf(time);
-        result = sem_clockwait(&wakeUps_, CLOCK_MONOTONIC, &end);
+        int result = 0;
+        do {
+            result = time == kEndless ? sem_wait(&semaphore_)
+                                      : sem_clockwait(&semaphore_, CLOCK_MONOTONIC, &end);
+        } while (result != 0 && errno == EINTR);
+        return result == 0;
     }
-    const bool inTime = result == 0 || errno != ETIMEDOUT;
+
+  private:
+    sem_t semaphore_{};
+};
+
+// False when the time came first.
+bool WaitPoint::Sleep(std::unique_lock<std::mutex>& lock, Clock::time_point time) {
+    Sleeper self;
+    sleepers_.push_back(&self);
+    lock.unlock();
+    const bool woken = self.AwaitWake(time);
     lock.lock();
-    --numSleeping_;
-    return inTime;
+    if (woken) return true;
+    const auto place = std::find(sleepers_.begin(), sleepers_.end(), &self);
+    if (place == sleepers_.end()) return self.AwaitWake(kEndless);  // comes at any moment
+    sleepers_.erase(place);
+    return false;
 }
 
 void WaitPoint::UnlockAndWakeOne(std::unique_lock<std::mutex>& lock) {
-    const bool wake = numSleeping_ != 0;
+    Sleeper* first = nullptr;
+    if (!sleepers_.empty()) {
+        first = sleepers_.front();
+        sleepers_.erase(sleepers_.begin());
+    }
     lock.unlock();
-    if (wake) sem_post(&wakeUps_);
+    if (first != nullptr) first->Wake();
 }
 
 void WaitPoint::WakeAll() {
-    for (size_t i = 0; i < numSleeping_; ++i)
-        sem_post(&wakeUps_);
+    for (Sleeper* const sleeper : sleepers_)
+        sleeper->Wake();
+    sleepers_.clear();
 }
 
 }  // namespace ZelSim

@@ -3,26 +3,24 @@
 #define ZELSIM_WAITPOINT_H
 
 #include <chrono>
-#include <cstddef>
 #include <mutex>
-#include <semaphore.h>
+#include <vector>
 
 namespace ZelSim {
 
-// A condition variable made of a semaphore, for what a mutex guards. The woken thread finds the
+// A condition variable made of semaphores, for what a mutex guards. The woken thread finds the
 // mutex as any other thread does; after the wait of a std::condition_variable its release is a
 // system call each time, which would add to the latency of every frame. Waking makes no system call
 // while nobody sleeps.
 //
-// A thread may find a wake-up that another one has left behind when its time was over: it looks at
-// its predicate once more and sleeps on.
+// Each sleeping thread has a semaphore of its own: with a common one, a thread that comes later
+// could take the wake-up of another, which waits for something else.
 class WaitPoint {
   public:
     using Clock = std::chrono::steady_clock;
     static constexpr Clock::time_point kEndless = Clock::time_point::max();
 
-    explicit WaitPoint(std::mutex& mutex);
-    ~WaitPoint();
+    explicit WaitPoint(std::mutex& mutex) : mutex_(mutex) {}
     WaitPoint(const WaitPoint&) = delete;
     WaitPoint& operator=(const WaitPoint&) = delete;
 
@@ -38,16 +36,18 @@ class WaitPoint {
         return true;
     }
 
-    // Unlocks the mutex first, for which the woken thread would have to wait otherwise.
+    // The one that sleeps longest. Unlocks the mutex first, for which the woken thread would have
+    // to wait otherwise.
     void UnlockAndWakeOne(std::unique_lock<std::mutex>& lock);
     void WakeAll();  // with the mutex held
 
   private:
+    class Sleeper;
+
     bool Sleep(std::unique_lock<std::mutex>& lock, Clock::time_point time);
 
     std::mutex& mutex_;
-    sem_t wakeUps_;
-    size_t numSleeping_ = 0;  // guarded by mutex_
+    std::vector<Sleeper*> sleepers_;  // guarded by mutex_; without those that are being woken
 };
 
 }  // namespace ZelSim

@@ -171,6 +171,29 @@ TEST_F(EventTest, WaitsEndOnKillEventAndUnregistration) {
     EXPECT_THAT(ended.get(), AnyOf(GC_ERR_ABORT, GC_ERR_INVALID_HANDLE));
 }
 
+// The wait of the next registration, which begins before the ended one is over, has no part in it.
+TEST_F(EventTest, UnregisteredWaitsEndAlthoughTheNextOneBegins) {
+    for (int round = 0; round < 100; ++round) {
+        EVENT_HANDLE event = nullptr;
+        p.GCUnregisterEvent(stream, EVENT_NEW_BUFFER);
+        ASSERT_EQ(p.GCRegisterEvent(stream, EVENT_NEW_BUFFER, &event), GC_ERR_SUCCESS);
+        const uint64_t before = p.GetCallCount("EventGetData");
+        auto ended = std::async(std::launch::async, [&] {
+            std::string data(sizeof(EVENT_NEW_BUFFER_DATA), '\0');
+            return Get(event, data);
+        });
+        while (p.GetCallCount("EventGetData") == before)
+            std::this_thread::yield();
+        // Most likely it sleeps after that; if not, the outcome is the same.
+        std::this_thread::sleep_for(std::chrono::microseconds(100));
+        ASSERT_EQ(p.GCUnregisterEvent(stream, EVENT_NEW_BUFFER), GC_ERR_SUCCESS);
+        ASSERT_EQ(p.GCRegisterEvent(stream, EVENT_NEW_BUFFER, &newBuffer), GC_ERR_SUCCESS);
+        std::string data(sizeof(EVENT_NEW_BUFFER_DATA), '\0');
+        EXPECT_EQ(Get(newBuffer, data, 1), GC_ERR_TIMEOUT);
+        ASSERT_THAT(ended.get(), AnyOf(GC_ERR_ABORT, GC_ERR_INVALID_HANDLE)) << "round " << round;
+    }
+}
+
 TEST_F(EventTest, ManyThreadsShareOneQueue) {
     const EVENT_HANDLE event = Register(device, EVENT_REMOTE_DEVICE);
     constexpr size_t numThreads = 4;
