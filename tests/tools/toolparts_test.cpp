@@ -36,24 +36,44 @@ std::string FailureOf(Action action) {
     return "";
 }
 
-uint64_t LostAmong(const std::vector<uint64_t>& frameIds) {
+struct Arrived {
+    uint64_t frameId;
+    bool incomplete = false;
+};
+
+uint64_t LostAmong(const std::vector<Arrived>& frames) {
     FrameStatistics statistics;
-    for (uint64_t id : frameIds)
-        statistics.Add(id, false, {});
+    for (const Arrived& frame : frames)
+        statistics.Add(frame.frameId, frame.incomplete, {});
     return statistics.Lost();
 }
 
 TEST(FrameStatistics, GapsInTheFrameNumbersAreLostFrames) {
-    EXPECT_EQ(LostAmong({7, 8, 9}), 0U);
-    EXPECT_EQ(LostAmong({7, 9, 13}), 4U);
-    // 16-bit numbers go from 65535 to 1.
-    EXPECT_EQ(LostAmong({65534, 65535, 1, 2}), 0U);
-    EXPECT_EQ(LostAmong({65534, 2}), 2U);
-    // 32-bit counters pass the same numbers without a wrap.
-    EXPECT_EQ(LostAmong({65535, 65536}), 0U);
-    // The camera started to count anew.
-    EXPECT_EQ(LostAmong({500, 0, 1}), 0U);
-    EXPECT_EQ(LostAmong({500, 500}), 0U);
+    EXPECT_EQ(LostAmong({{7}, {8}, {9}}), 0U);
+    EXPECT_EQ(LostAmong({{7}, {9}, {13}}), 4U);
+    // 16-bit numbers go from 65535 to 1, those of 64 bits likewise.
+    EXPECT_EQ(LostAmong({{65534}, {65535}, {1}, {2}}), 0U);
+    EXPECT_EQ(LostAmong({{65534}, {2}}), 2U);
+    EXPECT_EQ(LostAmong({{UINT64_MAX}, {1}}), 0U);
+    EXPECT_EQ(LostAmong({{UINT64_MAX - 1}, {3}}), 3U);
+    // Longer counters pass the same numbers without a wrap.
+    EXPECT_EQ(LostAmong({{65535}, {65536}, {65538}}), 1U);
+    // The camera started to count anew, also from far up.
+    EXPECT_EQ(LostAmong({{500}, {0}, {1}}), 0U);
+    EXPECT_EQ(LostAmong({{500}, {500}}), 0U);
+    EXPECT_EQ(LostAmong({{60000}, {1}, {2}}), 0U);
+    EXPECT_EQ(LostAmong({{65534}, {0}}), 0U);
+}
+
+// An incomplete frame took one of the numbers around it, whatever it says.
+TEST(FrameStatistics, NumbersOfIncompleteFramesMakeNoGaps) {
+    EXPECT_EQ(LostAmong({{5}, {65402, true}, {7}}), 0U);
+    EXPECT_EQ(LostAmong({{0, true}, {65403}}), 0U);
+    EXPECT_EQ(LostAmong({{5}, {6}, {65402, true}}), 0U);
+    EXPECT_EQ(LostAmong({{5}, {0, true}, {6}}), 0U);
+    EXPECT_EQ(LostAmong({{5}, {7, true}, {9}}), 2U);
+    EXPECT_EQ(LostAmong({{5}, {6, true}, {7}, {9}}), 1U);
+    EXPECT_EQ(LostAmong({{65535}, {9, true}, {3}}), 1U);
 }
 
 TEST(FrameStatistics, RateIsThatOfTheIntervals) {

@@ -1,26 +1,40 @@
 #include "tools/zelcam/framestatistics.h"
 
+#include <algorithm>
+
 namespace {
 
-uint64_t Missing(uint64_t lastId, uint64_t id) {
-    if (id > lastId) return id - lastId - 1;
-    // The last and the first quarter of the 16-bit numbers: a wrap with a gap around it.
-    const bool wrapped = lastId >= 0xC000 && lastId <= 0xFFFF && id < 0x4000 && id > 0;
-    return wrapped ? 0xFFFF - lastId + id - 1 : 0;
+// A longer gap around the end of a counter is taken for a new start of the count.
+constexpr uint64_t longestGapAtWrap = 1000;
+
+// Numbers between two that came one after the other.
+uint64_t NumbersBetween(uint64_t before, uint64_t id) {
+    if (id > before) return id - before - 1;
+    for (const uint64_t last : {uint64_t{0xFFFF}, ~uint64_t{0}}) {
+        if (before > last || id == 0) continue;
+        const uint64_t between = last - before + id - 1;
+        if (between <= longestGapAtWrap) return between;
+    }
+    return 0;
 }
 
 }  // namespace
 
 void FrameStatistics::Add(uint64_t frameId, bool incomplete, Clock::time_point when) {
-    if (frames_ == 0) {
-        first_ = when;
-    } else {
-        lost_ += Missing(lastId_, frameId);
-    }
-    lastId_ = frameId;
+    if (frames_ == 0) first_ = when;
     last_ = when;
     ++frames_;
-    if (incomplete) ++incomplete_;
+    if (incomplete) {
+        ++incomplete_;
+        ++incompleteSinceId_;
+        return;
+    }
+    if (lastId_) {
+        const uint64_t between = NumbersBetween(*lastId_, frameId);
+        lost_ += between - std::min(between, incompleteSinceId_);
+    }
+    lastId_ = frameId;
+    incompleteSinceId_ = 0;
 }
 
 double FrameStatistics::Seconds() const {

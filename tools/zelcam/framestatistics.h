@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 
 // Counts frames as they arrive.
 class FrameStatistics {
@@ -15,9 +16,11 @@ class FrameStatistics {
     uint64_t Frames() const { return frames_; }
     uint64_t Incomplete() const { return incomplete_; }
 
-    // Frames missing between those received, by the numbers the camera gives them. Numbers of 16
-    // bits go from 65535 to 1; a number that goes back otherwise is a new start of the camera's
-    // count and tells nothing.
+    // Frames that are certainly missing, by the numbers that the camera gives them: between two
+    // complete frames, less the incomplete ones that came between them. The number of an incomplete
+    // frame may be wrong and is not used. A counter of 16 or 64 bits goes from its last number to
+    // 1; a number that goes back otherwise is a new start of the count, before which nothing is
+    // known.
     uint64_t Lost() const { return lost_; }
 
     // From the first frame to the last.
@@ -28,7 +31,8 @@ class FrameStatistics {
     uint64_t frames_ = 0;
     uint64_t incomplete_ = 0;
     uint64_t lost_ = 0;
-    uint64_t lastId_ = 0;
+    std::optional<uint64_t> lastId_;  // of the last complete frame
+    uint64_t incompleteSinceId_ = 0;
     Clock::time_point first_;
     Clock::time_point last_;
 };
