@@ -21,25 +21,36 @@ bool Succeeded(ZelCamErr err, const char* what) {
     return err == ZelCamErr_Success;
 }
 
-// Grabs one frame and tells its size and mean brightness. The stream is opened for it and closed
-// again, because the image format is locked while a stream is active.
-bool DescribeFrame(ZelCam::Device& camera) {
+// Prints the size and mean brightness of the next frame.
+ZelCamErr DescribeNext(ZelCam::Stream& stream) {
+    ZelCamErr err = ZelCamErr_Success;
+    ZelCam::Buffer* const buffer = stream.GetBuffer(5000, &err);
+    if (!buffer) return err;
+    const ZelImageInfo* const image = buffer->GetImage();
+    const auto* const bytes = static_cast<const unsigned char*>(image->imageData);
+    unsigned long long sum = 0;
+    for (uint32_t i = 0; i < image->imageSize; ++i)
+        sum += bytes[i];
+    std::printf("  frame of %u x %u, mean %llu\n", image->width, image->height,
+                sum / image->imageSize);
+    return ZelCamErr_Success;
+}
+
+// Grabs one frame. The stream is opened for it and closed again, and TLParamsLocked is 1 meanwhile
+// only: the image format is locked while it is. Cameras without these features are started by the
+// producer alone, so that "not found" is no failure.
+bool DescribeFrame(ZelCam::Device& camera, ZelGenParam::Array& features) {
     ZelCam::Stream* const stream = camera.GetStreamByIndex(0);
     if (!stream) return Succeeded(ZelCamErr_Error, "opening the stream");
+    features.SetIntegerValue("TLParamsLocked", 1);
     ZelCamErr err = stream->AllocBufferQueue(nullptr, 4);
     if (err == ZelCamErr_Success) err = stream->StartAcquisition(1, ZelCam::StartFlag_Default);
-    ZelCam::Buffer* const buffer =
-        err == ZelCamErr_Success ? stream->GetBuffer(5000, &err) : nullptr;
-    if (buffer) {
-        const ZelImageInfo* const image = buffer->GetImage();
-        const auto* const bytes = static_cast<const unsigned char*>(image->imageData);
-        unsigned long long sum = 0;
-        for (uint32_t i = 0; i < image->imageSize; ++i)
-            sum += bytes[i];
-        std::printf("  frame of %u x %u, mean %llu\n", image->width, image->height,
-                    sum / image->imageSize);
-    }
+    if (err == ZelCamErr_Success) err = features.ExecuteCommand("AcquisitionStart");
+    if (err == ZelCamErr_Success || err == ZelCamErr_ParamNotFound) err = DescribeNext(*stream);
+    features.ExecuteCommand("AcquisitionStop");
+    stream->StopAcquisition(ZelCam::StopFlag_Default);
     stream->Release();
+    features.SetIntegerValue("TLParamsLocked", 0);
     return Succeeded(err, "grabbing");
 }
 
@@ -89,11 +100,13 @@ int main(int argc, char** argv) {
     }
 
     std::printf("as it is, saved to %s:\n", file);
-    bool good = Succeeded(camera->SaveConfiguration(file), "saving") && DescribeFrame(*camera);
+    bool good =
+        Succeeded(camera->SaveConfiguration(file), "saving") && DescribeFrame(*camera, *features);
     std::puts("Width 320, Height 240, ExposureTime 2500 us:");
-    good = good && ChangeImage(*features) && DescribeFrame(*camera);
+    good = good && ChangeImage(*features) && DescribeFrame(*camera, *features);
     std::printf("restored from %s:\n", file);
-    good = good && Succeeded(camera->LoadConfiguration(file), "loading") && DescribeFrame(*camera);
+    good = good && Succeeded(camera->LoadConfiguration(file), "loading") &&
+           DescribeFrame(*camera, *features);
     good = good && ReceiveEvent(*features);
     return good ? 0 : 1;
 }

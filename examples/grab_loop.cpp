@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "ZelCam/ZelCam.h"
+#include "ZelGenParam/Array.h"
 
 namespace {
 
@@ -79,16 +80,37 @@ ZelCamErr Grab(ZelCam::Stream& stream, int frames) {
     return ZelCamErr_Success;
 }
 
-ZelCamErr StartAndGrab(ZelCam::Stream& stream) {
+// Cameras need not have the features that start and stop them.
+ZelCamErr Done(ZelCamErr err) {
+    return err == ZelCamErr_ParamNotFound ? ZelCamErr_Success : err;
+}
+
+// The producer receives before the camera sends.
+ZelCamErr StartAndGrab(ZelCam::Stream& stream, ZelGenParam::Array& features) {
     ZelCamErr err = stream.AllocBufferQueue(nullptr, 8);
-    if (err != 0) return err;
-    err = stream.StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_Default);
-    if (err != 0) return err;
-    err = Grab(stream, 100);
+    if (err == 0) err = stream.StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_Default);
+    if (err == 0) err = Done(features.ExecuteCommand("AcquisitionStart"));
+    if (err == 0) err = Grab(stream, 100);
     std::printf("%llu frames lost for want of a buffer\n",
                 static_cast<unsigned long long>(stream.GetNumUnderrun()));
+    return err;
+}
+
+// Every step is done whatever came of those before: the next program wants a camera that is idle
+// and whose settings are not locked.
+void Stop(ZelCam::Stream& stream, ZelGenParam::Array& features) {
+    features.ExecuteCommand("AcquisitionStop");
     stream.StopAcquisition(ZelCam::StopFlag_Default);
     stream.ReleaseBufferQueue();
+    features.SetIntegerValue("TLParamsLocked", 0);
+}
+
+// TLParamsLocked keeps the camera from changing the size of frames after buffers were made for
+// them.
+ZelCamErr GrabLocked(ZelCam::Stream& stream, ZelGenParam::Array& features) {
+    ZelCamErr err = Done(features.SetIntegerValue("TLParamsLocked", 1));
+    if (err == 0) err = StartAndGrab(stream, features);
+    Stop(stream, features);
     return err;
 }
 
@@ -115,7 +137,8 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "the camera cannot be opened: error %d\n", err);
         return 1;
     }
-    err = StartAndGrab(*stream);
+    ZelGenParam::Array* const features = camera->GetCameraParameters(&err);
+    if (features != nullptr) err = GrabLocked(*stream, *features);
     if (err != 0) std::fprintf(stderr, "grabbing ended with error %d\n", err);
     return err == 0 ? 0 : 1;
 }

@@ -34,8 +34,10 @@ class Device {
         uint64_t errorCode;  // 0 when there is none
     };
 
-    // Closes the camera and destroys this object with its streams and parameters. Sinks that are
-    // still registered are not called any more. Not from within an event callback or a sink.
+    // Closes the camera and destroys this object with its streams and parameters. The streams stop;
+    // the camera is told nothing: execute AcquisitionStop and set TLParamsLocked to 0 first (see
+    // Stream), or it may go on sending. Sinks that are still registered are not called any more.
+    // Not from within an event callback or a sink.
     virtual void Release() = 0;
 
     // Number of data streams of the camera, opened or not; 0 when the producer fails.

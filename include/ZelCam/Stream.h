@@ -48,6 +48,20 @@ constexpr uint64_t Infinite = ~uint64_t{0};
 //                                       the application <── delivered
 //                                                GetBuffer
 //
+// A stream is the producer's side of an acquisition. A camera sends nothing until its own feature
+// AcquisitionStart is executed, and the features that decide the size of frames are fixed while its
+// TLParamsLocked is 1; both are features of Device::GetCameraParameters. An application starts, and
+// stops the other way round, in this order; a camera without one of the features goes without it:
+//
+//   TLParamsLocked = 1   the size of frames stays as it is
+//   AllocBufferQueue     buffers of that size
+//   StartAcquisition     the producer is ready to receive
+//   AcquisitionStart     the camera sends
+//        ... GetBuffer, QueueBuffer ...
+//   AcquisitionStop      the camera ceases to send; AcquisitionAbort when that takes too long
+//   StopAcquisition      the producer ceases to receive
+//   TLParamsLocked = 0   settings can change again; then buffers have to be made anew
+//
 // The Stream owns its Buffers: a Buffer is valid until it is revoked, until ReleaseBufferQueue, or
 // until the Stream or its Device is released. The Stream belongs to its Device.
 //
@@ -86,8 +100,9 @@ class Stream {
     // Moves buffers between the producer's queues. Returns the producer's code.
     virtual ZelCamErr FlushBuffers(FlushOperation op) = 0;
 
-    // Starts the acquisition of `count` frames (Infinite: without end). Every buffer is queued
-    // first, unless `flags` has StartFlag_KeepQueue. Returns the producer's code.
+    // Makes the producer receive `count` frames (Infinite: without end), and stop; the camera is
+    // started and stopped by its features (above). Every buffer is queued first, unless `flags` has
+    // StartFlag_KeepQueue. Return the producer's code.
     virtual ZelCamErr StartAcquisition(uint64_t count, uint32_t flags) = 0;
     virtual ZelCamErr StopAcquisition(uint32_t flags) = 0;
 

@@ -2,44 +2,83 @@
 
 #include <algorithm>
 #include <chrono>
-#include <string>
+#include <utility>
 
 #include "tools/zelcam/failure.h"
 #include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/pause.h"
 #include "tools/zelcam/words.h"
 
-Acquisition::Acquisition(ZelCam::Stream& stream, size_t buffers) : stream_(stream) {
-    Announce(buffers);
-    Start();
+namespace {
+
+void ThrowIfFailed(const std::string& failure) {
+    if (!failure.empty()) throw Failure(ExitCode::AcquisitionFailed, failure);
 }
 
-// Nobody is left to be told about failures here; the rest is undone all the same.
+std::string StepFailure(const char* step, ZelCamErr code) {
+    return code == ZelCamErr_Success ? "" : std::string(step) + " failed: " + ErrorWords(code);
+}
+
+void AppendFailure(std::string& failures, const std::string& failure) {
+    if (!failures.empty() && !failure.empty()) failures += "; ";
+    failures += failure;
+}
+
+}  // namespace
+
+Acquisition::Acquisition(OpenedCamera& camera)
+    : stream_(camera.Stream()), camera_(camera.Device().GetCameraParameters(nullptr)) {}
+
+// The destructor undoes what was done before a failure: the object is complete after the other
+// constructor.
+Acquisition::Acquisition(OpenedCamera& camera, size_t buffers) : Acquisition(camera) {
+    ThrowIfFailed(camera_.Lock());
+    Announce(buffers);
+}
+
 Acquisition::~Acquisition() {
-    stream_.StopAcquisition(ZelCam::StopFlag_Kill);
-    stream_.ReleaseBufferQueue();
+    Undo();
 }
 
 void Acquisition::Announce(size_t buffers) {
-    if (stream_.GetBufferSize() == 0) {
-        throw Failure(ExitCode::AcquisitionFailed,
-                      "neither the stream nor the camera tells how large a frame is");
-    }
+    const size_t size = stream_.GetBufferSize();
+    if (size == 0) ThrowIfFailed("neither the stream nor the camera tells how large a frame is");
     const size_t count = std::max(buffers, stream_.GetMinNumBuffers());
     const ZelCamErr code = stream_.AllocBufferQueue(nullptr, count);
     if (code != ZelCamErr_Success) {
-        throw Failure(ExitCode::AcquisitionFailed,
-                      "no memory for " + std::to_string(count) + " buffers of " +
-                          std::to_string(stream_.GetBufferSize()) + " bytes: " + ErrorWords(code));
+        ThrowIfFailed(std::to_string(count) + " buffers of " + std::to_string(size) +
+                      " bytes cannot be made: " + ErrorWords(code));
     }
 }
 
-void Acquisition::Start() {
-    const ZelCamErr code = stream_.StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_Default);
-    if (code != ZelCamErr_Success) {
-        throw Failure(ExitCode::AcquisitionFailed,
-                      "the acquisition does not start: " + ErrorWords(code));
+void Acquisition::Start(uint64_t frames) {
+    receiving_ = true;
+    ThrowIfFailed(StepFailure("StartAcquisition",
+                              stream_.StartAcquisition(frames, ZelCam::StartFlag_Default)));
+    ThrowIfFailed(camera_.Start());
+}
+
+std::string Acquisition::StopBothSides(uint32_t flags) {
+    std::string failures = camera_.Stop();
+    if (std::exchange(receiving_, false)) {
+        AppendFailure(failures, StepFailure("StopAcquisition", stream_.StopAcquisition(flags)));
     }
+    return failures;
+}
+
+void Acquisition::Stop(uint32_t flags) {
+    ThrowIfFailed(StopBothSides(flags));
+}
+
+std::string Acquisition::Undo() {
+    std::string failures = StopBothSides(ZelCam::StopFlag_Kill);
+    AppendFailure(failures, StepFailure("ReleaseBufferQueue", stream_.ReleaseBufferQueue()));
+    AppendFailure(failures, camera_.Unlock());
+    return failures;
+}
+
+void Acquisition::End() {
+    ThrowIfFailed(Undo());
 }
 
 ZelCam::Buffer* Acquisition::WaitForFrame(uint64_t timeoutMs, ZelCamErr* code) {

@@ -67,9 +67,9 @@ void CheckFeatures(CheckList& checks, OpenedCamera& camera) {
 
 void CheckStream(CheckList& checks, OpenedCamera& camera, const GrabLimits& limits) {
     const uint64_t timeoutMs = limits.timeoutMs;
-    checks.Run("frames", [&] { return CheckFrames(camera.Stream(), limits); });
-    checks.Run("start and stop", [&] { return CheckStartStop(camera.Stream(), timeoutMs); });
-    checks.Run("counted frames", [&] { return CheckCountedFrames(camera.Stream(), timeoutMs); });
+    checks.Run("frames", [&] { return CheckFrames(camera, limits); });
+    checks.Run("start and stop", [&] { return CheckStartStop(camera, timeoutMs); });
+    checks.Run("counted frames", [&] { return CheckCountedFrames(camera, timeoutMs); });
     checks.Run("end of a wait", [&] { return CheckTimeout(camera.Stream()); });
     checks.Run("cancel", [&] { return CheckCancel(camera.Stream()); });
     checks.Run("search while streaming", [&] { return CheckSearch(camera, timeoutMs); });

@@ -106,7 +106,10 @@ ExitCode RunEvents(const EventsOptions& options) {
     Listening listening(session.Features(), options.names);
     std::optional<Acquisition> acquisition;
     constexpr size_t buffers = 8;
-    if (options.grab) acquisition.emplace(session.Camera().Stream(), buffers);
+    if (options.grab) {
+        acquisition.emplace(session.Camera(), buffers);
+        acquisition->Start();
+    }
     uint64_t arrived = 0;
     const Deadline deadline(options.durationMs);
     while ((options.count == 0 || arrived < options.count) && !Interrupted() &&
@@ -118,6 +121,7 @@ ExitCode RunEvents(const EventsOptions& options) {
             if (++arrived == options.count) break;
         }
     }
+    if (acquisition) acquisition->End();
     if (arrived == 0) PrintWhatMayBeMissing(options);
     if (arrived < options.count) return Interrupted() ? ExitCode::Interrupted : ExitCode::Timeout;
     return ExitCode::Ok;

@@ -67,8 +67,7 @@ ExitCode RunGrab(const GrabOptions& options) {
             for (const std::string& setting : options.settings)
                 SetFeature(features, setting);
         }
-        GrabFrames(opened.Stream(), static_cast<size_t>(options.buffers), options.limits, writer,
-                   report);
+        GrabFrames(opened, static_cast<size_t>(options.buffers), options.limits, writer, report);
     }
     if (options.session.json) {
         report.PrintJson(std::cout);
@@ -132,7 +131,8 @@ void AddGrabCommand(Command app, Invocation& invocation) {
         "  zelcam grab --set ExposureTime=500         one picture with a short exposure\n"
         "  zelcam grab -n 3 -o \"{camera}-{frame}.raw\"  the bytes of three frames\n\n"
         "Pictures of more than 8 bits are written with 16: values are stretched so that the "
-        "camera's\nwhite is white. When nothing arrives, the program lists what it could check.");
+        "camera's\nwhite is white. When nothing arrives, the program lists what it could check and "
+        "what to do next.");
     command.OnChoice([options, &invocation] {
         invocation.json = options->session.json;
         invocation.run = [options] { return RunGrab(*options); };

@@ -6,17 +6,32 @@
 
 namespace {
 
+// A camera that ended as its settings say is no silent camera.
+void ExplainSilence(const GrabLimits& limits, Acquisition& acquisition, GrabReport& report) {
+    const uint64_t frames = report.statistics.Frames();
+    const std::string why = WhyAllWereSent(acquisition.Camera(), frames);
+    report.exitCode = ExitCode::Timeout;
+    if (!why.empty()) {
+        report.error = "the camera stopped by itself after " + std::to_string(frames) +
+                       (frames == 1 ? " frame: " : " frames: ") + why;
+        report.nextStep = "let it go on: --set AcquisitionMode=Continuous";
+        return;
+    }
+    report.error = "no frame within " + std::to_string(limits.timeoutMs) + " ms";
+    report.checks = CheckSilence(acquisition, report.camera, report.statistics, limits.timeoutMs);
+    // These would have kept the first frame back, too.
+    if (frames == 0) report.otherCauses = OtherCauses(report.camera);
+    report.nextStep = NextStep(report.checks, report.otherCauses);
+}
+
 // Notes why no frame came, and how the program ends for it.
-void EndWithoutFrame(ZelCamErr code, const GrabLimits& limits, ZelCam::Stream& stream,
+void EndWithoutFrame(ZelCamErr code, const GrabLimits& limits, Acquisition& acquisition,
                      GrabReport& report) {
     if (code == ZelCamErr_GenTL_Abort && Interrupted()) {
         report.interrupted = true;
         if (limits.count != 0) report.exitCode = ExitCode::Interrupted;
     } else if (code == ZelCamErr_GenTL_Timeout) {
-        report.exitCode = ExitCode::Timeout;
-        report.error = "no frame within " + std::to_string(limits.timeoutMs) + " ms";
-        report.checks = CheckSilence(stream, report.camera, report.statistics);
-        report.otherCauses = OtherCauses(report.camera);
+        ExplainSilence(limits, acquisition, report);
     } else {
         report.exitCode = ExitCode::AcquisitionFailed;
         report.error = "waiting for a frame failed: " + ErrorWords(code);
@@ -31,7 +46,7 @@ void Loop(Acquisition& acquisition, const GrabLimits& limits, const FrameWriter&
         ZelCamErr code = ZelCamErr_Success;
         ZelCam::Buffer* buffer = acquisition.WaitForFrame(limits.timeoutMs, &code);
         if (buffer == nullptr) {
-            EndWithoutFrame(code, limits, acquisition.Stream(), report);
+            EndWithoutFrame(code, limits, acquisition, report);
             return;
         }
         const Frame frame(*buffer);
@@ -44,15 +59,21 @@ void Loop(Acquisition& acquisition, const GrabLimits& limits, const FrameWriter&
 
 }  // namespace
 
-void GrabFrames(ZelCam::Stream& stream, size_t buffers, const GrabLimits& limits,
+void GrabFrames(OpenedCamera& camera, size_t buffers, const GrabLimits& limits,
                 const FrameWriter& writer, GrabReport& report) {
-    Acquisition acquisition(stream, buffers);
-    try {
+    Acquisition acquisition(camera, buffers);
+    // What was received until a failure is told all the same.
+    const auto attempt = [&report](auto action) {
+        try {
+            action();
+        } catch (const Failure& failure) {
+            report.NoteFailure(failure);
+        }
+    };
+    attempt([&] {
+        acquisition.Start();
         Loop(acquisition, limits, writer, report);
-    } catch (const Failure& failure) {
-        // What was received until then is told all the same.
-        report.exitCode = failure.Code();
-        report.error = failure.what();
-    }
-    report.underruns = stream.GetNumUnderrun();
+    });
+    report.underruns = acquisition.Stream().GetNumUnderrun();
+    attempt([&] { acquisition.End(); });
 }

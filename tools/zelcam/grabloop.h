@@ -14,9 +14,9 @@ struct GrabLimits {
     uint64_t timeoutMs = 5000;
 };
 
-// Grabs from the stream with at least that many buffers until the count is reached, Ctrl-C, or a
+// Grabs from the camera with at least that many buffers until the count is reached, Ctrl-C, or a
 // failure. What came of it, the failure too, is noted in the report, whose camera must be set.
-void GrabFrames(ZelCam::Stream& stream, size_t buffers, const GrabLimits& limits,
+void GrabFrames(OpenedCamera& camera, size_t buffers, const GrabLimits& limits,
                 const FrameWriter& writer, GrabReport& report);
 
 #endif  // ZELCAM_TOOLS_ZELCAM_GRABLOOP_H

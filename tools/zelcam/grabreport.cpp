@@ -39,6 +39,11 @@ void GrabReport::NoteFrame(const Frame& frame, const std::string& file) {
     lastFile = file;
 }
 
+void GrabReport::NoteFailure(const Failure& failure) {
+    if (exitCode == ExitCode::Ok) exitCode = failure.Code();
+    error += (error.empty() ? "" : "; ") + std::string(failure.what());
+}
+
 void GrabReport::PrintText(std::ostream& out, std::ostream& err) const {
     PrintSummary(out);
     out.flush();
@@ -66,15 +71,13 @@ void GrabReport::PrintSummary(std::ostream& out) const {
 
 void GrabReport::PrintError(std::ostream& err) const {
     err << "zelcam: " << error << '\n';
-    if (checks.empty()) return;
-    err << "What was checked:\n";
-    for (const Check& check : checks) {
+    if (!checks.empty()) err << "What was checked:\n";
+    for (const Check& check : checks)
         err << (check.good ? "  ok  " : "  !!  ") << check.finding << '\n';
-        if (!check.good) err << "      -> " << check.advice << '\n';
-    }
-    err << "What cannot be seen from here:\n";
+    if (!otherCauses.empty()) err << "What cannot be seen from here:\n";
     for (const std::string& cause : otherCauses)
         err << "  - " << cause << '\n';
+    if (!nextStep.empty()) err << "Next: " << nextStep << '\n';
 }
 
 void GrabReport::PrintJson(std::ostream& out) const {
@@ -97,5 +100,6 @@ void GrabReport::PrintJson(std::ostream& out) const {
         result["checks"] = ChecksAsJson(checks);
         result["otherCauses"] = otherCauses;
     }
+    if (!nextStep.empty()) result["nextStep"] = nextStep;
     out << JsonText(result) << '\n';
 }

@@ -26,9 +26,13 @@ struct GrabReport {
     std::string error;  // why it ended early; empty if it did not
     std::vector<Check> checks;
     std::vector<std::string> otherCauses;
+    std::string nextStep;  // what to do about the error; empty when that is not known
 
     // `file` is empty when none was written.
     void NoteFrame(const Frame& frame, const std::string& file);
+
+    // The first failure decides about the exit code; all are told.
+    void NoteFailure(const Failure& failure);
 
     // The summary goes to `out`, errors and their causes to `err`.
     void PrintText(std::ostream& out, std::ostream& err) const;

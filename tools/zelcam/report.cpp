@@ -204,7 +204,7 @@ void Report::Frames() {
     grabbed.camera = camera_;
     constexpr size_t buffers = 8;
     const FrameWriter writer(FileFormat::None, FileNamePattern(""), camera_.id);
-    GrabFrames(opened_->Stream(), buffers, options_.limits, writer, grabbed);
+    GrabFrames(*opened_, buffers, options_.limits, writer, grabbed);
     grabbed.PrintText(out_, out_);
     Counters(opened_->Stream());
 }

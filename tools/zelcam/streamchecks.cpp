@@ -33,23 +33,27 @@ int64_t MillisecondsSince(Clock::time_point start) {
     return std::chrono::duration_cast<milliseconds>(Clock::now() - start).count();
 }
 
-// Buffers without an acquisition.
-class Buffers {
-  public:
-    explicit Buffers(ZelCam::Stream& stream) : stream_(stream) {
-        const size_t count = std::max(buffers, stream.GetMinNumBuffers());
-        RequireSuccess(stream.AllocBufferQueue(nullptr, count), "buffers cannot be made");
+// Runs `step`; its failure says when it happened.
+template <typename Step>
+void When(const std::string& when, Step step) {
+    try {
+        step();
+    } catch (const Failure& failure) {
+        throw Failure(ExitCode::CheckFailed, when + ": " + failure.what());
     }
-    ~Buffers() {
-        stream_.StopAcquisition(ZelCam::StopFlag_Kill);
-        stream_.ReleaseBufferQueue();
-    }
-    Buffers(const Buffers&) = delete;
-    Buffers& operator=(const Buffers&) = delete;
+}
 
-  private:
-    ZelCam::Stream& stream_;
-};
+void Start(Acquisition& acquisition, uint64_t frames = ZelCam::Infinite) {
+    acquisition.Start(frames);
+    if (acquisition.Camera().HasStarted() == CameraSide::Started::NotWritable) {
+        throw Skip("AcquisitionStart is not writable: the camera cannot be started");
+    }
+}
+
+void Stop(Acquisition& acquisition, uint32_t flags) {
+    acquisition.Stop(flags);
+    Require(!acquisition.Stream().IsGrabbing(), "the stream is still grabbing after a stop");
+}
 
 void FetchFrames(Acquisition& acquisition, uint64_t count, uint64_t timeoutMs,
                  FrameStatistics& statistics) {
@@ -63,22 +67,9 @@ void FetchFrames(Acquisition& acquisition, uint64_t count, uint64_t timeoutMs,
     }
 }
 
-// Fetches a frame of a stream that was started.
-void FetchFrame(ZelCam::Stream& stream, uint64_t timeoutMs, const std::string& when) {
-    ZelCamErr code = ZelCamErr_Success;
-    ZelCam::Buffer* const buffer = stream.GetBuffer(timeoutMs, &code);
-    Require(buffer != nullptr, "no frame " + when + ": " + ErrorWords(code));
-    RequireSuccess(stream.QueueBuffer(buffer), "a buffer cannot be queued again " + when);
-}
-
-void Start(ZelCam::Stream& stream, const std::string& when) {
-    RequireSuccess(stream.StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_Default),
-                   "the acquisition does not start " + when);
-}
-
-void Stop(ZelCam::Stream& stream, uint32_t flags, const std::string& when) {
-    RequireSuccess(stream.StopAcquisition(flags), "the acquisition does not stop " + when);
-    Require(!stream.IsGrabbing(), "the stream is still grabbing after a stop " + when);
+void FetchFrame(Acquisition& acquisition, uint64_t timeoutMs) {
+    FrameStatistics unused;
+    FetchFrames(acquisition, 1, timeoutMs, unused);
 }
 
 // The function of the simulator behind the camera; null for other producers.
@@ -93,50 +84,60 @@ PZelSim_UnplugCamera FindUnplug(const std::string& producer) {
 
 }  // namespace
 
-std::string CheckFrames(ZelCam::Stream& stream, const GrabLimits& limits) {
+std::string CheckFrames(OpenedCamera& camera, const GrabLimits& limits) {
     FrameStatistics statistics;
-    Acquisition acquisition(stream, buffers);
+    Acquisition acquisition(camera, buffers);
+    Start(acquisition);
     FetchFrames(acquisition, limits.count, limits.timeoutMs, statistics);
-    const uint64_t underruns = stream.GetNumUnderrun();
+    const uint64_t underruns = acquisition.Stream().GetNumUnderrun();
     Require(statistics.Lost() == 0 && statistics.Incomplete() == 0,
             std::to_string(statistics.Lost()) + " lost, " +
                 std::to_string(statistics.Incomplete()) + " incomplete, " +
                 std::to_string(underruns) + " under-run of " + std::to_string(limits.count));
+    acquisition.End();
     return std::to_string(limits.count) + " frames, " +
            std::to_string(static_cast<int64_t>(statistics.FramesPerSecond())) + " a second";
 }
 
-std::string CheckStartStop(ZelCam::Stream& stream, uint64_t timeoutMs) {
+std::string CheckStartStop(OpenedCamera& camera, uint64_t timeoutMs) {
+    ZelCam::Stream& stream = camera.Stream();
     stream.StopAcquisition(ZelCam::StopFlag_Default);  // without a start: any answer will do
-    const Buffers queue(stream);
+    Acquisition acquisition(camera, buffers);
     for (const uint32_t first : {ZelCam::StopFlag_Default, ZelCam::StopFlag_Kill}) {
         for (const uint32_t second : {ZelCam::StopFlag_Default, ZelCam::StopFlag_Kill}) {
-            Start(stream, "at first");
-            Stop(stream, first, "without a frame");
-            Start(stream, "after a stop without a frame");
-            FetchFrame(stream, timeoutMs, "after a stop without a frame");
-            Require(stream.ReleaseBufferQueue() == ZelCamErr_AcquisitionActive,
-                    "buffers can be revoked while the stream is grabbing");
-            Stop(stream, second, "after a frame");
+            When("without a frame", [&] {
+                Start(acquisition);
+                Stop(acquisition, first);
+            });
+            When("after a stop without a frame", [&] {
+                Start(acquisition);
+                FetchFrame(acquisition, timeoutMs);
+                Require(stream.ReleaseBufferQueue() == ZelCamErr_AcquisitionActive,
+                        "buffers can be revoked while the stream is grabbing");
+                Stop(acquisition, second);
+            });
             stream.StopAcquisition(second);  // once more
         }
     }
     RequireSuccess(stream.FlushBuffers(ZelCam::FlushOperation::AllDiscard),
                    "buffers cannot be discarded");
-    Start(stream, "after all buffers were discarded");
-    FetchFrame(stream, timeoutMs, "after all buffers were discarded");
+    When("after all buffers were discarded", [&] {
+        Start(acquisition);
+        FetchFrame(acquisition, timeoutMs);
+    });
+    acquisition.End();
     return "9 starts";
 }
 
-std::string CheckCountedFrames(ZelCam::Stream& stream, uint64_t timeoutMs) {
+// The producer has stopped by itself in the end; what it answers to a stop is its own affair.
+std::string CheckCountedFrames(OpenedCamera& camera, uint64_t timeoutMs) {
     constexpr uint64_t count = 3;
-    const Buffers queue(stream);
-    RequireSuccess(stream.StartAcquisition(count, ZelCam::StartFlag_Default),
-                   "the acquisition does not start");
-    for (uint64_t i = 0; i < count; ++i)
-        FetchFrame(stream, timeoutMs, "of those that were asked for");
+    FrameStatistics statistics;
+    Acquisition acquisition(camera, buffers);
+    Start(acquisition, count);
+    FetchFrames(acquisition, count, timeoutMs, statistics);
     ZelCamErr code = ZelCamErr_Success;
-    Require(stream.GetBuffer(sliceMs, &code) == nullptr, "one frame more than asked for");
+    Require(acquisition.WaitForFrame(sliceMs, &code) == nullptr, "one frame more than asked for");
     return std::to_string(count) + " frames";
 }
 
@@ -176,13 +177,15 @@ std::string CheckSearch(OpenedCamera& camera, uint64_t timeoutMs) {
     constexpr uint64_t searchMs = 200;
     ZelCam::Interface& interface = *camera.Info().info->GetInterface();
     FrameStatistics statistics;
-    Acquisition acquisition(camera.Stream(), buffers);
+    Acquisition acquisition(camera, buffers);
+    Start(acquisition);
     for (int i = 0; i < searches; ++i) {
         bool changed = false;
         RequireSuccess(interface.ReEnumerateDevices(&changed, searchMs),
                        "cameras cannot be looked for");
         FetchFrames(acquisition, 2, timeoutMs, statistics);
     }
+    acquisition.End();
     Require(interface.GetDeviceInfoById(camera.Info().id.c_str()) != nullptr,
             "the camera is not found any more");
     return std::to_string(searches) + " searches, " + std::to_string(statistics.Frames()) +
@@ -194,7 +197,8 @@ std::string CheckUnplug(OpenedCamera& camera, const std::string& producer) {
     if (unplug == nullptr) throw Skip("this is no simulated camera");
     constexpr uint64_t waitMs = 2000;
     FrameStatistics statistics;
-    Acquisition acquisition(camera.Stream(), buffers);
+    Acquisition acquisition(camera, buffers);
+    Start(acquisition);
     FetchFrames(acquisition, 1, waitMs, statistics);
     Require(unplug(camera.Info().id.c_str()) == 0, "the simulator does not unplug it");
     ZelCamErr code = ZelCamErr_Success;

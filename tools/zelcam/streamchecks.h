@@ -1,5 +1,6 @@
 // Checks of the stream of a camera. Each tells what it saw, or throws Failure or Skip, and leaves
-// the stream without acquisition and buffers.
+// the stream without acquisition and buffers. Those that need frames are skipped for a camera that
+// cannot be started because it is opened read-only.
 #ifndef ZELCAM_TOOLS_ZELCAM_STREAMCHECKS_H
 #define ZELCAM_TOOLS_ZELCAM_STREAMCHECKS_H
 
@@ -10,13 +11,13 @@
 #include "tools/zelcam/openedcamera.h"
 
 // Frames arrive, complete, and none is missing.
-std::string CheckFrames(ZelCam::Stream& stream, const GrabLimits& limits);
+std::string CheckFrames(OpenedCamera& camera, const GrabLimits& limits);
 
 // Starts and stops in all orders, with frames fetched and without; a frame arrives after each.
-std::string CheckStartStop(ZelCam::Stream& stream, uint64_t timeoutMs);
+std::string CheckStartStop(OpenedCamera& camera, uint64_t timeoutMs);
 
 // An acquisition of a number of frames ends after them.
-std::string CheckCountedFrames(ZelCam::Stream& stream, uint64_t timeoutMs);
+std::string CheckCountedFrames(OpenedCamera& camera, uint64_t timeoutMs);
 
 // A wait without frames ends when its time is over.
 std::string CheckTimeout(ZelCam::Stream& stream);

@@ -36,8 +36,7 @@ Check CheckAwaiting(ZelCam::Stream& stream) {
 Check CheckDelivered(ZelCam::Stream& stream) {
     const uint64_t delivered = stream.GetNumDelivered();
     return {delivered > 0,
-            std::to_string(delivered) + " frames were delivered since the acquisition started",
-            "nothing has arrived yet: the causes below come first"};
+            std::to_string(delivered) + " frames were delivered since the acquisition started", ""};
 }
 
 Check CheckUnderruns(ZelCam::Stream& stream) {
@@ -64,28 +63,38 @@ Check CheckAccess(const Camera& camera) {
 
 }  // namespace
 
-std::vector<Check> CheckSilence(ZelCam::Stream& stream, const Camera& camera,
-                                const FrameStatistics& statistics) {
-    return {CheckGrabbing(stream),       CheckAnnounced(stream), CheckQueued(stream),
-            CheckAwaiting(stream),       CheckDelivered(stream), CheckUnderruns(stream),
-            CheckIncomplete(statistics), CheckAccess(camera)};
+std::vector<Check> CheckSilence(Acquisition& acquisition, const Camera& camera,
+                                const FrameStatistics& statistics, uint64_t timeoutMs) {
+    ZelCam::Stream& stream = acquisition.Stream();
+    std::vector<Check> checks = {CheckAccess(camera), CheckGrabbing(stream)};
+    for (Check& check : CheckCamera(acquisition.Camera(), camera.id, timeoutMs))
+        checks.push_back(std::move(check));
+    for (const Check& check :
+         {CheckAnnounced(stream), CheckQueued(stream), CheckAwaiting(stream),
+          CheckUnderruns(stream), CheckIncomplete(statistics), CheckDelivered(stream)})
+        checks.push_back(check);
+    return checks;
 }
 
 std::vector<std::string> OtherCauses(const Camera& camera) {
-    std::vector<std::string> causes = {
-        "the camera waits for a trigger (feature TriggerMode is On): send one, or switch it off",
-        "the exposure or the frame period is longer than the time-out: raise --timeout"};
     if (camera.interfaceType == ZelCam::InterfaceType::GEV) {
-        causes.emplace_back("a firewall drops the frames: they come as UDP from the camera");
-        causes.emplace_back(
-            "packets are larger than the network lets through: adapter and switch need jumbo "
-            "frames, or the camera a smaller GevSCPSPacketSize");
-        causes.emplace_back("camera and adapter are in different networks");
+        return {
+            "look whether a firewall drops the frames: they come as UDP from the camera",
+            "look whether the network lets packets of that size through: adapter and switch need "
+            "jumbo frames, or the camera a smaller GevSCPSPacketSize",
+            "look whether camera and adapter are in one network"};
     }
     if (camera.interfaceType == ZelCam::InterfaceType::U3V) {
-        causes.emplace_back("the camera is on a USB 2 port, or cable and hub are too weak");
-        causes.emplace_back(
-            "the system's USB memory is too small for its frames (usbcore.usbfs_memory_mb)");
+        return {"look whether the camera is on a USB 3 port, and the cable and hub good enough",
+                "look whether the system's USB memory is large enough for its frames "
+                "(usbcore.usbfs_memory_mb)"};
     }
-    return causes;
+    return {};
+}
+
+std::string NextStep(const std::vector<Check>& checks,
+                     const std::vector<std::string>& otherCauses) {
+    for (const Check& check : checks)
+        if (!check.good && !check.advice.empty()) return check.advice;
+    return otherCauses.empty() ? "try out everything else: zelcam check" : otherCauses.front();
 }

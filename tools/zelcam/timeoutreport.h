@@ -5,21 +5,20 @@
 #include <string>
 #include <vector>
 
+#include "tools/zelcam/acquisition.h"
+#include "tools/zelcam/camerachecks.h"
 #include "tools/zelcam/framestatistics.h"
 #include "tools/zelcam/session.h"
 
-// One possible cause of silence that the program can look at.
-struct Check {
-    bool good;
-    std::string finding;
-    std::string advice;  // what to do when it is not good
-};
+// Looks at everything that the stream and the camera tell, what is most likely first. Call it while
+// the acquisition runs.
+std::vector<Check> CheckSilence(Acquisition& acquisition, const Camera& camera,
+                                const FrameStatistics& statistics, uint64_t timeoutMs);
 
-// Looks at everything the stream and the camera tell. Call it while the acquisition runs.
-std::vector<Check> CheckSilence(ZelCam::Stream& stream, const Camera& camera,
-                                const FrameStatistics& statistics);
-
-// Causes that cannot be looked at from here, most likely first.
+// What cannot be looked at from here and may keep every frame back, most likely first.
 std::vector<std::string> OtherCauses(const Camera& camera);
+
+// The one thing to do next.
+std::string NextStep(const std::vector<Check>& checks, const std::vector<std::string>& otherCauses);
 
 #endif  // ZELCAM_TOOLS_ZELCAM_TIMEOUTREPORT_H

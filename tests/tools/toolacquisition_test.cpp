@@ -1,0 +1,236 @@
+// The order in which programs start and stop a camera, seen from the camera: every step is written
+// down by the recording camera, which sends nothing to programs that leave one out.
+
+#include <csignal>
+#include <sstream>
+
+#include <gmock/gmock.h>
+
+#include "tests/tools/toolrun.h"
+
+using ::testing::AllOf;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+namespace {
+
+using Steps = std::vector<std::string>;
+
+const Steps wholeOrder = {"TLParamsLocked=1",   "PayloadSize",       "DSAllocAndAnnounceBuffer",
+                          "DSStartAcquisition", "AcquisitionStart",  "frame",
+                          "AcquisitionStop",    "DSStopAcquisition", "TLParamsLocked=0"};
+
+class ToolAcquisition : public ToolTest {
+  protected:
+    void SetUp() override {
+        ToolTest::SetUp();
+        SetVariable("LD_LIBRARY_PATH", ZELCAM_RECORDING);
+        SetVariable("RECORDING_FILE", Path("steps"));
+    }
+
+    // What was recorded since the last call, without repetitions. When buffers are revoked is left
+    // to the program.
+    Steps TakeSteps() {
+        std::istringstream in(Read("steps"));
+        Write("steps", "");
+        Steps steps;
+        for (std::string step; std::getline(in, step);) {
+            if (step != "DSRevokeBuffer" && (steps.empty() || steps.back() != step))
+                steps.push_back(step);
+        }
+        return steps;
+    }
+};
+
+TEST_F(ToolAcquisition, EveryProgramKeepsTheOrder) {
+    const struct {
+        const char* program;
+        std::vector<std::string> arguments;
+        const char* output;
+    } cases[] = {{ZELCAM_TOOL, {"grab", "-n", "3", "-f", "none"}, "Frames      3"},
+                 {ZELCAM_README_EXAMPLE, {}, "100 x 50\n"},
+                 {ZELCAM_ONE_PICTURE, {}, "100 x 50 pixels\n"},
+                 {ZELCAM_GRAB_LOOP, {}, "frame 100: 100 x 50"}};
+    for (const auto& each : cases) {
+        const ToolResult result = Run(each.arguments, each.program);
+        EXPECT_EQ(result.exitCode, 0) << each.program << result.err;
+        EXPECT_THAT(result.out, HasSubstr(each.output)) << each.program;
+        EXPECT_THAT(TakeSteps(), ElementsAreArray(wholeOrder)) << each.program;
+    }
+}
+
+// A report also reads the size, as a feature among others.
+TEST_F(ToolAcquisition, CommandsThatGrabBesides) {
+    EXPECT_THAT(Run({"events", "1", "--grab", "--duration", "200"}).err,
+                HasSubstr("no event came"));
+    EXPECT_THAT(TakeSteps(), ElementsAreArray(wholeOrder));
+    EXPECT_THAT(Run({"report"}).out, HasSubstr("Frames      10"));
+    const Steps steps = TakeSteps();
+    ASSERT_EQ(steps.size(), wholeOrder.size() + 2);
+    EXPECT_THAT(Steps(steps.begin() + 1, steps.end() - 1), ElementsAreArray(wholeOrder));
+}
+
+// The example grabs three times, and then wants an event, which this camera does not have.
+TEST_F(ToolAcquisition, ExampleThatGrabsAgain) {
+    EXPECT_THAT(Run({"camera.xml"}, ZELCAM_FEATURES).err, HasSubstr("switching it on failed"));
+    Steps thrice;
+    for (int i = 0; i < 3; ++i)
+        thrice.insert(thrice.end(), wholeOrder.begin(), wholeOrder.end());
+    EXPECT_THAT(TakeSteps(), ElementsAreArray(thrice));
+}
+
+TEST_F(ToolAcquisition, CheckGetsFramesInEveryOrderOfStartsAndStops) {
+    const nlohmann::json result = Run({"check", "-n", "5", "--json"}).Json();
+    for (const char* name :
+         {"frames", "start and stop", "counted frames", "cancel", "search while streaming"}) {
+        EXPECT_THAT(result.at("checks"), Contains(AllOf(Contains(name), Contains("passed"))))
+            << result;
+    }
+    const Steps steps = TakeSteps();
+    for (size_t i = 0; i + 1 < steps.size(); ++i) {
+        if (steps[i] == "DSStartAcquisition") {
+            EXPECT_EQ(steps[i + 1], "AcquisitionStart");
+        } else if (steps[i] == "AcquisitionStop") {
+            EXPECT_EQ(steps[i + 1], "DSStopAcquisition");
+        }
+    }
+}
+
+// What was begun, the failed step included, is undone in order, and the message names the step.
+TEST_F(ToolAcquisition, EveryStepFailingInTurn) {
+    const struct {
+        const char* step;
+        const char* message;
+        Steps steps;
+    } cases[] = {
+        {"TLParamsLocked=1",
+         "TLParamsLocked failed: Write error",
+         {"TLParamsLocked=1", "TLParamsLocked=0"}},
+        {"PayloadSize",
+         "how large a frame is",
+         {"TLParamsLocked=1", "PayloadSize", "TLParamsLocked=0"}},
+        {"DSAllocAndAnnounceBuffer",
+         "buffers of 6000 bytes cannot be made",
+         {"TLParamsLocked=1", "PayloadSize", "DSAllocAndAnnounceBuffer", "TLParamsLocked=0"}},
+        {"DSStartAcquisition",
+         "StartAcquisition failed",
+         {"TLParamsLocked=1", "PayloadSize", "DSAllocAndAnnounceBuffer", "DSStartAcquisition",
+          "DSStopAcquisition", "TLParamsLocked=0"}},
+        {"AcquisitionStart",
+         "AcquisitionStart failed: Write error",
+         {"TLParamsLocked=1", "PayloadSize", "DSAllocAndAnnounceBuffer", "DSStartAcquisition",
+          "AcquisitionStart", "AcquisitionStop", "DSStopAcquisition", "TLParamsLocked=0"}},
+        {"EventGetData",
+         "waiting for a frame failed",
+         {"TLParamsLocked=1", "PayloadSize", "DSAllocAndAnnounceBuffer", "DSStartAcquisition",
+          "AcquisitionStart", "EventGetData", "AcquisitionStop", "DSStopAcquisition",
+          "TLParamsLocked=0"}},
+        {"DSQueueBuffer",
+         "a buffer cannot be queued again",
+         {"TLParamsLocked=1", "PayloadSize", "DSAllocAndAnnounceBuffer", "DSStartAcquisition",
+          "AcquisitionStart", "frame", "DSQueueBuffer", "AcquisitionStop", "DSStopAcquisition",
+          "TLParamsLocked=0"}},
+        {"AcquisitionStop",
+         "AcquisitionStop failed: Write error",
+         {"TLParamsLocked=1", "PayloadSize", "DSAllocAndAnnounceBuffer", "DSStartAcquisition",
+          "AcquisitionStart", "frame", "AcquisitionStop", "AcquisitionAbort", "DSStopAcquisition",
+          "TLParamsLocked=0"}},
+        {"DSStopAcquisition", "StopAcquisition failed", wholeOrder},
+        {"TLParamsLocked=0", "TLParamsLocked failed: Write error", wholeOrder},
+    };
+    for (const auto& each : cases) {
+        SetVariable("RECORDING_FAIL", each.step);
+        const ToolResult result = Run({"grab", "-n", "2", "-f", "none"});
+        EXPECT_EQ(result.exitCode, 5) << each.step;
+        EXPECT_THAT(result.err, HasSubstr(each.message)) << each.step;
+        Steps steps = TakeSteps();
+        // The library stops a stream once more that did not stop.
+        if (std::string(each.step) == "DSStopAcquisition") steps.pop_back();
+        EXPECT_THAT(steps, ElementsAreArray(each.steps)) << each.step;
+    }
+}
+
+// A stop that the camera does not end is no failure when it can abort.
+TEST_F(ToolAcquisition, AbortWhenTheStopDoesNotEnd) {
+    SetVariable("RECORDING_SLOW_STOP", "1");
+    const Steps end = {"AcquisitionStop", "AcquisitionAbort", "DSStopAcquisition",
+                       "TLParamsLocked=0"};
+    for (const char* failing : {"", "AcquisitionAbort"}) {
+        SetVariable("RECORDING_FAIL", failing);
+        const ToolResult result = Run({"grab", "-f", "none"});
+        const Steps steps = TakeSteps();
+        EXPECT_THAT(Steps(steps.end() - 4, steps.end()), ElementsAreArray(end));
+        const bool aborted = failing[0] == '\0';
+        EXPECT_EQ(result.exitCode, aborted ? 0 : 5);
+        EXPECT_THAT(result.err, HasSubstr(aborted ? "" : "AcquisitionAbort failed"));
+    }
+}
+
+// While frames flow, and in a wait for one.
+TEST_F(ToolAcquisition, CtrlCStopsTheCamera) {
+    for (const char* frames : {"1000000", "3"}) {
+        SetVariable("RECORDING_FRAMES", frames);
+        const FileWatch watch(folder_);
+        const int process = Start({"grab", "-n", "0", "-t", "86400000", "-o", "{n}.raw"});
+        EXPECT_TRUE(watch.Await("0003.raw"));
+        kill(process, SIGINT);
+        EXPECT_EQ(Wait(process).exitCode, 0);
+        EXPECT_THAT(TakeSteps(), ElementsAreArray(wholeOrder));
+    }
+}
+
+TEST_F(ToolAcquisition, LostCamera) {
+    SetVariable("RECORDING_LOST", "2");
+    const ToolResult result = Run({"grab", "-n", "5", "-f", "none"});
+    EXPECT_EQ(result.exitCode, 5);
+    EXPECT_THAT(result.out, HasSubstr("Frames      2"));
+    EXPECT_THAT(result.err, HasSubstr("waiting for a frame failed"));
+    Steps steps = wholeOrder;
+    steps.insert(steps.begin() + 7, "AcquisitionAbort");
+    EXPECT_THAT(TakeSteps(), ElementsAreArray(steps));
+}
+
+TEST_F(ToolAcquisition, CameraThatStopsByItself) {
+    SetVariable("RECORDING_FRAMES", "3");
+    const ToolResult result =
+        Run({"grab", "-n", "5", "-f", "none", "-t", "100", "--set", "AcquisitionMode=MultiFrame"});
+    EXPECT_EQ(result.exitCode, 6);
+    EXPECT_THAT(result.err, AllOf(HasSubstr("stopped by itself after 3 frames: AcquisitionMode is "
+                                            "MultiFrame, AcquisitionFrameCount is 3"),
+                                  HasSubstr("Next: "), Not(HasSubstr("no frame within"))));
+    EXPECT_THAT(TakeSteps(), ElementsAreArray(wholeOrder));
+}
+
+// What the camera's features are, each trigger included, and the selector as it was.
+TEST_F(ToolAcquisition, SilenceTellsWhatTheFeaturesAre) {
+    const ToolResult triggered = Run({"grab", "-t", "100", "--set", "TriggerSelector=LineStart",
+                                      "--set", "TriggerSource=Line1", "--set", "TriggerMode=On",
+                                      "--set", "TriggerSelector=FrameStart"});
+    EXPECT_EQ(triggered.exitCode, 6);
+    EXPECT_THAT(
+        triggered.err,
+        AllOf(HasSubstr("ok  the camera accepted AcquisitionStart"),
+              HasSubstr("ok  TLParamsLocked is 1"), HasSubstr("ok  AcquisitionMode is Continuous"),
+              HasSubstr("!!  TriggerMode is On for LineStart, TriggerSource is Line1"),
+              HasSubstr("ok  TriggerMode is Off for FrameStart"),
+              HasSubstr("ok  ExposureTime is 10000 us"),
+              HasSubstr("Next: send the camera a trigger (Line1), or switch it off: "
+                        "zelcam set cam0 TriggerSelector=LineStart TriggerMode=Off\n")));
+    const Steps steps = TakeSteps();
+    EXPECT_THAT(std::vector(steps.end() - 5, steps.end()),
+                ElementsAre("TriggerSelector=1", "TriggerSelector=0", "AcquisitionStop",
+                            "DSStopAcquisition", "TLParamsLocked=0"));
+
+    SetVariable("RECORDING_FRAMES", "0");
+    const ToolResult slow = Run({"grab", "-t", "100", "--set", "ExposureTime=200000"});
+    EXPECT_THAT(slow.err, AllOf(Not(HasSubstr("TriggerMode is On")),
+                                HasSubstr("!!  ExposureTime is 200000 us"),
+                                HasSubstr("Next: wait longer: --timeout 400\n")));
+    const ToolResult silent = Run({"grab", "-t", "100"});
+    EXPECT_THAT(silent.err, HasSubstr("Next: look whether a firewall drops the frames"));
+}
+
+}  // namespace
