@@ -139,7 +139,7 @@ class Camera {
         const std::string& name = found->second;
         const int value = call.data.at(0);
         const bool valued = name == "TLParamsLocked" || name == "TriggerSelector";
-        const Reply reply = Step(valued ? name + "=" + std::to_string(value) : name);
+        Reply reply = Step(valued ? name + "=" + std::to_string(value) : name);
         if (reply.code) return reply;
         if (Lost()) return Fails(GC_ERR_IO);
         if (name == "TLParamsLocked") locked_ = value == 1;
