@@ -9,6 +9,7 @@
 //   RECORDING_FRAMES     the camera sends that many frames for each start
 //   RECORDING_LOST       after that many frames the camera does not answer any more
 //   RECORDING_SLOW_STOP  AcquisitionStop is never done
+//   RECORDING_UNALIGNED  the producer tells no alignment of buffers
 
 #include <atomic>
 #include <cstdio>
@@ -67,7 +68,9 @@ class Camera {
         On("GCReadPort", [this](const Call& call) { return ReadFeature(call); });
         OnInfo("DSGetInfo", STREAM_INFO_DEFINES_PAYLOADSIZE,
                Gives(bool8_t{0}, INFO_DATATYPE_BOOL8));
-        OnInfo("DSGetInfo", STREAM_INFO_BUF_ALIGNMENT, Gives(size_t{1}, INFO_DATATYPE_SIZET));
+        OnInfo("DSGetInfo", STREAM_INFO_BUF_ALIGNMENT,
+               Variable("RECORDING_UNALIGNED").empty() ? Gives(size_t{1}, INFO_DATATYPE_SIZET)
+                                                       : Fails(GC_ERR_NOT_AVAILABLE));
         OnInfo("DSGetInfo", STREAM_INFO_NUM_ANNOUNCED, Gives(size_t{8}, INFO_DATATYPE_SIZET));
         OnInfo("DSGetBufferInfo", BUFFER_INFO_IS_INCOMPLETE,
                Gives(bool8_t{0}, INFO_DATATYPE_BOOL8));

@@ -169,6 +169,14 @@ TEST_F(ToolAcquisition, AbortWhenTheStopDoesNotEnd) {
     }
 }
 
+// Whose stream does not know how large a buffer has to be.
+TEST_F(ToolAcquisition, ProducerWithoutAlignment) {
+    SetVariable("RECORDING_UNALIGNED", "1");
+    const ToolResult result = Run({"grab", "-f", "none"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_THAT(TakeSteps(), ElementsAreArray(wholeOrder));
+}
+
 // While frames flow, and in a wait for one.
 TEST_F(ToolAcquisition, CtrlCStopsTheCamera) {
     for (const char* frames : {"1000000", "3"}) {

@@ -40,12 +40,22 @@ Acquisition::~Acquisition() {
     Undo();
 }
 
-void Acquisition::Announce(size_t buffers) {
+// The stream cannot tell for a producer that tells no alignment: any will do then.
+size_t Acquisition::FrameSize() {
     const size_t size = stream_.GetBufferSize();
+    if (size != 0 || camera_.Features() == nullptr) return size;
+    return static_cast<size_t>(camera_.Features()->GetIntegerValue("PayloadSize", nullptr));
+}
+
+void Acquisition::Announce(size_t buffers) {
+    const size_t size = FrameSize();
     if (size == 0) ThrowIfFailed("neither the stream nor the camera tells how large a frame is");
     const size_t count = std::max(buffers, stream_.GetMinNumBuffers());
-    const ZelCamErr code = stream_.AllocBufferQueue(nullptr, count);
-    if (code != ZelCamErr_Success) {
+    for (size_t i = 0; i < count; ++i) {
+        ZelCamErr code = ZelCamErr_Success;
+        ZelCam::Buffer* const buffer = stream_.CreateBuffer(size, nullptr, &code);
+        if (buffer != nullptr) code = stream_.QueueBuffer(buffer);
+        if (code == ZelCamErr_Success) continue;
         ThrowIfFailed(std::to_string(count) + " buffers of " + std::to_string(size) +
                       " bytes cannot be made: " + ErrorWords(code));
     }

@@ -51,6 +51,7 @@ class Acquisition {
 
   private:
     explicit Acquisition(OpenedCamera& camera);
+    size_t FrameSize();
     void Announce(size_t buffers);
     std::string StopBothSides(uint32_t flags);
     std::string Undo();
