@@ -241,4 +241,15 @@ TEST_F(ToolAcquisition, SilenceTellsWhatTheFeaturesAre) {
     EXPECT_THAT(silent.err, HasSubstr("Next: look whether a firewall drops the frames"));
 }
 
+// Events, settings and configurations included.
+TEST_F(ToolTest, ExamplesWithSimulatedCameras) {
+    SetCameras(R"(<Interface id="eth0" type="GEV"><Camera id="cam" frameRate="0"/></Interface>)");
+    for (const char* program :
+         {ZELCAM_README_EXAMPLE, ZELCAM_ONE_PICTURE, ZELCAM_GRAB_LOOP, ZELCAM_FEATURES}) {
+        const ToolResult result = Run({}, program);
+        EXPECT_EQ(result.exitCode, 0) << program << result.err;
+        EXPECT_THAT(result.out, HasSubstr("640 x 480")) << program;
+    }
+}
+
 }  // namespace

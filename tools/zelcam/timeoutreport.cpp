@@ -57,8 +57,7 @@ Check CheckAccess(const Camera& camera) {
     const int32_t status = camera.info->GetAccessStatus();
     const bool good = status == 1 || status == 5;
     return {good, "the camera's access status is \"" + AccessWords(status) + "\"",
-            "it should be \"open\": is the camera still connected, and opened with --access "
-            "control?"};
+            "look whether the camera is still connected, and open it with --access control"};
 }
 
 }  // namespace
