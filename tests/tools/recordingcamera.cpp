@@ -58,6 +58,7 @@ class Camera {
         SetRegister(0x110, 6000);   // as much as the producer's frames need
         SetRegister(0x118, 3);      // AcquisitionFrameCount
         SetRegister(0x124, 10000);  // ExposureTime
+        SetRegister(0x300, 1);      // what AcquisitionStop depends on
         for (const char* step : {"DSAllocAndAnnounceBuffer", "DSRevokeBuffer"})
             On(step, [this, step](const Call&) { return Step(step); });
         On("DSStartAcquisition", [this](const Call& call) { return StartReceiving(call); });

@@ -48,11 +48,16 @@ constexpr const char* description = R"(<?xml version="1.0" encoding="utf-8"?>
     <Cachable>NoCache</Cachable><Endianess>LittleEndian</Endianess>
   </IntReg>
   <Command Name="AcquisitionStop">
+    <pIsAvailable>DevicePoweredReg</pIsAvailable>
     <pValue>AcquisitionStopReg</pValue>
     <CommandValue>1</CommandValue>
   </Command>
   <IntReg Name="AcquisitionStopReg">
     <Address>0x108</Address><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device</pPort>
+    <Cachable>NoCache</Cachable><Endianess>LittleEndian</Endianess>
+  </IntReg>
+  <IntReg Name="DevicePoweredReg">
+    <Address>0x300</Address><Length>4</Length><AccessMode>RO</AccessMode><pPort>Device</pPort>
     <Cachable>NoCache</Cachable><Endianess>LittleEndian</Endianess>
   </IntReg>
   <Command Name="AcquisitionAbort">

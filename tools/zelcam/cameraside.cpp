@@ -24,10 +24,24 @@ GenApi::INode* FindNode(ZelGenParam::Array* features, const char* name) {
     return nodes != nullptr ? nodes->GetNode(name) : nullptr;
 }
 
-// Null also when it cannot be written now.
+// Null also when it cannot be written now. Where the camera does not say (it may be lost), the
+// access itself is tried and reports why.
 GenApi::INode* FindWritable(ZelGenParam::Array* features, const char* name) {
     GenApi::INode* const node = FindNode(features, name);
-    return GenApi::IsWritable(node) ? node : nullptr;
+    try {
+        return GenApi::IsWritable(node) ? node : nullptr;
+    } catch (const GenICam::GenericException&) {
+        return node;
+    }
+}
+
+// Whether the camera has it; what it does not say counts as yes, as above.
+bool Has(ZelGenParam::Array* features, const char* name) {
+    try {
+        return GenApi::IsImplemented(FindNode(features, name));
+    } catch (const GenICam::GenericException&) {
+        return true;
+    }
 }
 
 // What went wrong with the access to a feature; empty when nothing did.
@@ -70,7 +84,7 @@ std::string CameraSide::Unlock() {
 
 std::string CameraSide::Start() {
     started_ = Started::Missing;
-    if (!GenApi::IsImplemented(FindNode(features_, startName))) return "";
+    if (!Has(features_, startName)) return "";
     started_ = Started::NotWritable;
     const GenApi::CCommandPtr start(FindWritable(features_, startName));
     if (!start) return "";
