@@ -39,31 +39,25 @@ void DescribeEvents(const std::string& tlType, Placeholders& values) {
     values.Text("EVENT_FRAME_ID_ADDRESS", std::to_string(form.frameIdAddress));
 }
 
-std::string EnumEntry(const std::string& feature, const std::string& symbol,
-                      const std::string& toolTip, uint64_t value) {
-    return "<EnumEntry Name=\"EnumEntry_" + feature + "_" + symbol + "\"><ToolTip>" + toolTip +
-           "</ToolTip><Value>" + std::to_string(value) + "</Value><Symbolic>" + symbol +
-           "</Symbolic></EnumEntry>\n";
+std::string EnumEntry(const std::string& name, const std::string& toolTip, uint64_t value) {
+    return "<EnumEntry Name=\"" + name + "\"><ToolTip>" + toolTip + "</ToolTip><Value>" +
+           std::to_string(value) + "</Value></EnumEntry>\n";
 }
 
-// Names of nodes must tell the entries of enumerations apart.
 void DescribePixels(Placeholders& values) {
     std::string formats;
-    std::string chunkFormats;
     std::set<unsigned> sizes;
     for (const PixelFormat& format : AllPixelFormats()) {
         const std::string toolTip = std::to_string(format.BitsPerPixel()) + " bits a pixel.";
-        formats += EnumEntry("PixelFormat", format.name, toolTip, format.value);
-        chunkFormats += EnumEntry("ChunkPixelFormat", format.name, toolTip, format.value);
+        formats += EnumEntry(format.name, toolTip, format.value);
         sizes.insert(format.BitsPerPixel());
     }
     std::string sizeEntries;
     for (const unsigned size : sizes) {
         const std::string bits = std::to_string(size);
-        sizeEntries += EnumEntry("PixelSize", "Bpp" + bits, bits + " bits.", size);
+        sizeEntries += EnumEntry("Bpp" + bits, bits + " bits.", size);
     }
     values.Xml("PIXEL_FORMATS", formats);
-    values.Xml("CHUNK_PIXEL_FORMATS", chunkFormats);
     values.Xml("PIXEL_SIZES", sizeEntries);
 }
 

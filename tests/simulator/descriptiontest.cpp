@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <set>
 #include <thread>
 
 #include <gmock/gmock.h>
@@ -11,7 +12,9 @@
 
 using namespace GenTL;
 using ::testing::EndsWith;
+using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 namespace {
@@ -94,6 +97,40 @@ TEST_F(DescriptionTest, ACameraAnnouncesOtherUrlsFirst) {
     EXPECT_EQ(UrlInfo(remote, 1, URL_INFO_SCHEME).Int32(), URL_SCHEME_FILE);
     EXPECT_EQ(UrlInfo(remote, 1, URL_INFO_FILE_SIZE).code, GC_ERR_NOT_AVAILABLE);
     EXPECT_EQ(UrlInfo(remote, 2, URL_INFO_SCHEME).Int32(), URL_SCHEME_LOCAL);
+}
+
+// Consumers find an entry by its own name; some cannot take the longer name of its node.
+TEST_F(DescriptionTest, NamesEntriesPlainly) {
+    OpenCamera("");
+    const PORT_HANDLE remote = Remote();
+    size_t size = UrlInfo(remote, 0, URL_INFO_FILE_SIZE).Uint64();
+    std::string text(size, '\0');
+    const uint64_t address = UrlInfo(remote, 0, URL_INFO_FILE_REGISTER_ADDRESS).Uint64();
+    ASSERT_EQ(p.GCReadPort(remote, address, text.data(), &size), GC_ERR_SUCCESS);
+    EXPECT_THAT(text, HasSubstr("<EnumEntry Name=\"BayerRG12Packed\">"));
+    EXPECT_THAT(text, Not(HasSubstr("Name=\"EnumEntry_")));
+    EXPECT_THAT(text, Not(HasSubstr("<Symbolic>")));
+}
+
+// Settings, and selectors with settings under them, but neither the camera's name, which is no
+// other camera's, nor the state of the acquisition.
+TEST_F(DescriptionTest, MarksWhatAUserSaves) {
+    OpenCamera("");
+    PortNodeMap map(p, Remote());
+    GENAPI_NAMESPACE::NodeList_t all;
+    map.Map().GetNodes(all);
+    std::set<std::string> saved;
+    for (GENAPI_NAMESPACE::INode* const node : all) {
+        if (node->IsStreamable()) saved.insert(node->GetName().c_str());
+    }
+    for (const char* name :
+         {"Width", "PixelFormat", "ExposureTime", "GainSelector", "Gain", "TriggerSelector",
+          "TriggerMode", "LineSelector", "LineInverter", "EventSelector", "EventNotification",
+          "ChunkSelector", "ChunkEnable", "BlackLevelSelector", "GevSCPSPacketSize"})
+        EXPECT_EQ(saved.count(name), 1U) << name;
+    for (const char* name : {"DeviceUserID", "TLParamsLocked", "UserSetSelector", "UserSetDefault",
+                             "DeviceTemperatureSelector", "GevHeartbeatTimeout", "WidthReg"})
+        EXPECT_EQ(saved.count(name), 0U) << name;
 }
 
 // Of every transport type, since some features are there for one type only.
