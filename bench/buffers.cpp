@@ -25,9 +25,7 @@ std::vector<double> MeasureBuffersOf(const LibraryHost& host, size_t count) {
     const LibraryCamera camera(host);
     ZelCam::Stream& stream = camera.Stream();
     const double announce = TimeOf([&] { camera.Announce(count); });
-    const double start = TimeOf([&] {
-        Require(stream.StartAcquisition(ZelCam::Infinite, 0) == ZelCamErr_Success, "no start");
-    });
+    const double start = TimeOf([&] { camera.Start(ZelCam::StartFlag_Default); });
     const auto fetchAll = [&] {
         for (size_t i = 0; i < count; ++i)
             camera.NextFrame();

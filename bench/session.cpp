@@ -1,6 +1,30 @@
 #include "bench/session.h"
 
+#include "tests/support/acquisition.h"
+
 namespace Bench {
+
+namespace {
+
+// Both ways use the registers of the camera, which cost the library a call of the producer, too.
+auto AcquisitionOf(const LibraryCamera& camera) {
+    const auto write = [&camera](uint64_t address, const auto& bytes) {
+        return camera.Device().WriteMem(address, bytes.data(), bytes.size(), nullptr) ==
+               ZelCamErr_Success;
+    };
+    return ZelTest::CameraAcquisition(write, false);
+}
+
+auto AcquisitionOf(const BareCamera& camera) {
+    const auto write = [&camera](uint64_t address, const auto& bytes) {
+        size_t size = bytes.size();
+        return Simulator::Get().GCWritePort(camera.Port(), address, bytes.data(), &size) ==
+               GenTL::GC_ERR_SUCCESS;
+    };
+    return ZelTest::CameraAcquisition(write, false);
+}
+
+}  // namespace
 
 LibraryHost::LibraryHost()
     : system_(ZelCam_GetSystem()),
@@ -22,13 +46,13 @@ void LibraryCamera::Announce(size_t buffers) const {
     Require(stream_->AllocBufferQueue(nullptr, buffers) == ZelCamErr_Success, "no buffers");
 }
 
-void LibraryCamera::Start() const {
-    Require(stream_->StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_KeepQueue) ==
-                ZelCamErr_Success,
-            "no start");
+void LibraryCamera::Start(uint32_t flags) const {
+    Require(stream_->StartAcquisition(ZelCam::Infinite, flags) == ZelCamErr_Success, "no start");
+    Require(AcquisitionOf(*this).Start(), "the camera does not start");
 }
 
 void LibraryCamera::Stop() const {
+    Require(AcquisitionOf(*this).Stop(), "the camera does not stop");
     Require(stream_->StopAcquisition(ZelCam::StopFlag_Kill) == ZelCamErr_Success, "no stop");
 }
 
@@ -84,9 +108,11 @@ void BareCamera::Announce(size_t buffers) const {
 void BareCamera::Start() const {
     Check(gentl_.DSStartAcquisition(stream_, GenTL::ACQ_START_FLAGS_DEFAULT, GENTL_INFINITE),
           "DSStartAcquisition");
+    Require(AcquisitionOf(*this).Start(), "the camera does not start");
 }
 
 void BareCamera::Stop() const {
+    Require(AcquisitionOf(*this).Stop(), "the camera does not stop");
     Check(gentl_.DSStopAcquisition(stream_, GenTL::ACQ_STOP_FLAGS_KILL), "DSStopAcquisition");
 }
 

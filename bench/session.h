@@ -7,6 +7,7 @@
 #ifndef BENCH_SESSION_H
 #define BENCH_SESSION_H
 
+#include <cstring>
 #include <stdexcept>
 #include <string>
 
@@ -24,6 +25,13 @@ inline void Require(bool condition, const char* what) {
 }
 
 using ZelTest::Holder;
+
+// From the memory of a frame without a picture: it stands behind the number of the frame.
+inline uint64_t CompletionTime(const void* memory) {
+    uint64_t values[2];
+    std::memcpy(values, memory, sizeof values);
+    return values[1];
+}
 
 // A System and its interface kInterface.
 class LibraryHost {
@@ -48,7 +56,7 @@ class LibraryCamera {
     ZelCam::Stream& Stream() const { return *stream_; }
 
     void Announce(size_t buffers) const;
-    void Start() const;
+    void Start(uint32_t flags = ZelCam::StartFlag_KeepQueue) const;
     void Stop() const;
 
     // GetBuffer.
@@ -56,6 +64,11 @@ class LibraryCamera {
         ZelCam::Buffer* const buffer = stream_->GetBuffer(kTimeoutMs, nullptr);
         Require(buffer != nullptr, "no frame");
         return buffer;
+    }
+
+    // When the camera completed a frame, on its clock, if it fills no pictures.
+    static uint64_t CompletedAt(ZelCam::Buffer* buffer) {
+        return CompletionTime(buffer->GetImage()->imageData);
     }
 
     // GetImage, QueueBuffer; the timestamp of the frame.
@@ -109,6 +122,10 @@ class BareCamera {
         size_t size = sizeof data;
         Check(gentl_.EventGetData(event_, &data, &size, kTimeoutMs), "EventGetData");
         return data.BufferHandle;
+    }
+
+    uint64_t CompletedAt(GenTL::BUFFER_HANDLE buffer) const {
+        return CompletionTime(reinterpret_cast<const void*>(Info(buffer, GenTL::BUFFER_INFO_BASE)));
     }
 
     // DSGetBufferInfo for what GetImage brings up to date, DSQueueBuffer.

@@ -54,16 +54,18 @@ void BufferPool::Revoke(Buffer& buffer) {
 }
 
 void BufferPool::Queue(Buffer& buffer) {
-    const std::lock_guard lock(mutex_);
-    if (buffer.state_ != State::Idle) {
-        throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the buffer is not idle");
+    {
+        const std::lock_guard lock(mutex_);
+        if (buffer.state_ != State::Idle) {
+            throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the buffer is not idle");
+        }
+        Move(buffer, State::Input);
     }
-    Move(buffer, State::Input);
-    WakeGenerator();
+    onInput_();
 }
 
 void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
-    const std::lock_guard lock(mutex_);
+    std::unique_lock lock(mutex_);
     switch (operation) {
         case GenTL::ACQ_QUEUE_INPUT_TO_OUTPUT:
             MoveAll(State::Input, State::Output);
@@ -86,7 +88,8 @@ void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
         default:
             throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "unknown flush operation");
     }
-    WakeGenerator();
+    lock.unlock();
+    onInput_();
 }
 
 void BufferPool::SetNewestOnly(bool newestOnly) {
@@ -109,45 +112,15 @@ StreamCounts BufferPool::Counts() const {
     return {numDelivered_, numUnderrun_, numStarted_, announced, input_.size(), output_.size()};
 }
 
-void BufferPool::SetHalt(Halt halt) {
+bool BufferPool::HasInput() const {
     const std::lock_guard lock(mutex_);
-    halt_ = halt;
-    generatorWake_.WakeAll();
+    return !input_.empty();
 }
 
-void BufferPool::WakeGenerator() {
-    if (generatorSleeps_ && !input_.empty()) generatorWake_.WakeAll();
-}
-
-bool BufferPool::WaitUntil(Clock::time_point time, Halt urgency) {
-    std::unique_lock lock(mutex_);
-    return !generatorWake_.SleepUntil(lock, time, [&] { return halt_.load() >= urgency; });
-}
-
-bool BufferPool::WaitFor(const std::function<bool()>& isDue) {
-    std::unique_lock lock(mutex_);
-    generatorSleeps_ = true;
-    generatorWake_.SleepUntil(lock, WaitPoint::kEndless,
-                              [&] { return halt_.load() != Halt::No || isDue(); });
-    generatorSleeps_ = false;
-    return halt_.load() == Halt::No;
-}
-
-void BufferPool::Wake() {
+Buffer* BufferPool::Take(bool mustBeOne) {
     const std::lock_guard lock(mutex_);
-    generatorWake_.WakeAll();
-}
-
-Buffer* BufferPool::Take(bool wait) {
-    std::unique_lock lock(mutex_);
-    if (wait && input_.empty()) {
-        generatorSleeps_ = true;
-        generatorWake_.SleepUntil(lock, WaitPoint::kEndless,
-                                  [&] { return !input_.empty() || halt_ != Halt::No; });
-        generatorSleeps_ = false;
-    }
     if (input_.empty()) {
-        if (!wait) ++numUnderrun_;
+        if (mustBeOne) ++numUnderrun_;
         return nullptr;
     }
     ++numStarted_;

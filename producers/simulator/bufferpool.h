@@ -2,8 +2,6 @@
 #ifndef ZELSIM_BUFFERPOOL_H
 #define ZELSIM_BUFFERPOOL_H
 
-#include <atomic>
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <list>
@@ -27,14 +25,12 @@ struct StreamCounts {
     size_t awaitDelivery;
 };
 
-// Where the client, which queues and fetches buffers, and the generator, which fills them, meet.
+// Where the client, which queues and fetches buffers, and the camera, which fills them, meet.
 // Buffers move between lists without allocation. Thread-safe.
 class BufferPool {
   public:
-    using Clock = WaitPoint::Clock;
-
-    // How soon an acquisition ends.
-    enum class Halt { No, AfterFrame, Now };
+    // Calls `onInput` after buffers were queued, with no lock held.
+    explicit BufferPool(std::function<void()> onInput) : onInput_(std::move(onInput)) {}
 
     // The client's side.
 
@@ -48,23 +44,13 @@ class BufferPool {
     Handle HandleAt(uint32_t index) const;  // throws GC_ERR_INVALID_INDEX
     StreamCounts Counts() const;
 
-    // The generator's side.
+    // The camera's side.
 
-    void SetHalt(Halt halt);
-    bool IsHalted() const { return halt_.load(std::memory_order_relaxed) != Halt::No; }
+    bool HasInput() const;
 
-    // Waits for a point in time; false when a halt of at least this urgency came first.
-    bool WaitUntil(Clock::time_point time, Halt urgency);
-
-    // Waits until `isDue` becomes true, at which it looks upon Wake and queued buffers; false when
-    // a halt came first.
-    bool WaitFor(const std::function<bool()>& isDue);
-    void Wake();
-    bool HasInput() const { return !input_.empty(); }  // for `isDue` only
-
-    // The buffer for the next frame, its start being counted. Without a queued buffer: null after
-    // counting an under-run, or, with `wait`, waits for one until a halt.
-    Buffer* Take(bool wait);
+    // The buffer for the next frame, its start being counted; null without a queued one, which
+    // counts as an under-run when there `mustBeOne`.
+    Buffer* Take(bool mustBeOne);
     void PutBack(Buffer& buffer);  // takes the start of its frame back as well
     void Deliver(Buffer& buffer);
 
@@ -83,13 +69,10 @@ class BufferPool {
     List& ListOf(Buffer::State state);
     void Move(Buffer& buffer, Buffer::State state);
     void MoveAll(Buffer::State from, Buffer::State to);
-    void WakeGenerator();
 
+    const std::function<void()> onInput_;
     mutable std::mutex mutex_;  // guards all that follows
     WaitPoint delivered_{mutex_};
-    WaitPoint generatorWake_{mutex_};
-    bool generatorSleeps_ = false;
-    std::atomic<Halt> halt_{Halt::No};  // read without the mutex as well
     bool newestOnly_ = false;
     List idle_;
     List input_;

@@ -52,13 +52,24 @@ Claim Camera::Open(GenTL::DEVICE_ACCESS_FLAGS access, Handle client) {
     if (excluded) throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, config_.id + " is open already");
     const uint64_t number = nextOpened_++;
     opened_[number] = {access, client};
-    return Claim(this, [self = shared_from_this(), number](void*) {
+    return Claim(this, [self = shared_from_this(), number, access](void*) {
         std::unique_lock releaseLock(self->mutex_);
         self->opened_.erase(number);
-        const bool unused = self->opened_.empty();
         releaseLock.unlock();
-        if (unused) self->control_.OnUnused();
+        if (access != GenTL::DEVICE_ACCESS_READONLY) self->OnReleased();
     });
+}
+
+// Nobody controls the camera any more, as when a real one misses the sign of life: it sends nothing
+// on its own, and the next client finds no locks.
+void Camera::OnReleased() {
+    acquisition_.Abort();
+    control_.LockByClient(false);
+}
+
+void Camera::Unplug() {
+    plugged_.store(false);
+    acquisition_.Unplug();
 }
 
 GenTL::DEVICE_ACCESS_STATUS Camera::AccessStatus(Handle client) const {
@@ -137,8 +148,8 @@ void Camera::GetInfo(Answer answer, Handle client) const {
     throw Error(GenTL::GC_ERR_NOT_IMPLEMENTED, "unknown device info command");
 }
 
-uint64_t Camera::Nanoseconds() const {
-    const auto since = std::chrono::steady_clock::now() - powerOn_;
+uint64_t Camera::NanosecondsAt(Frame::Clock::time_point time) const {
+    const auto since = time - powerOn_;
     return static_cast<uint64_t>(
         std::chrono::duration_cast<std::chrono::nanoseconds>(since).count());
 }

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "gentl/GenTL.h"
+#include "producers/simulator/acquisition.h"
 #include "producers/simulator/answer.h"
 #include "producers/simulator/cameracontrol.h"
 #include "producers/simulator/camerafeatures.h"
@@ -42,10 +43,11 @@ class Camera : public std::enable_shared_from_this<Camera> {
     CameraControl& Control() { return control_; }
     std::shared_ptr<const FrameSettings> Settings() const { return control_.Settings(); }
     EventChannel& Events() { return events_; }
+    Acquisition& GetAcquisition() { return acquisition_; }
 
     bool IsPlugged() const { return plugged_.load(std::memory_order_relaxed); }
     void CheckPlugged() const;  // throws GC_ERR_IO
-    void Unplug() { plugged_.store(false); }
+    void Unplug();
 
     // Opens the camera for a client (a system module). Throws GC_ERR_RESOURCE_IN_USE when another
     // open excludes it, GC_ERR_INVALID_PARAMETER for an access that is none.
@@ -66,7 +68,8 @@ class Camera : public std::enable_shared_from_this<Camera> {
     void GetInfo(Answer answer, Handle client) const;
 
     // Nanoseconds on the clock of the camera, and the same in its ticks.
-    uint64_t Nanoseconds() const;
+    uint64_t Nanoseconds() const { return NanosecondsAt(Frame::Clock::now()); }
+    uint64_t NanosecondsAt(Frame::Clock::time_point time) const;
     uint64_t Ticks(uint64_t nanoseconds) const;
 
     // What frames with these settings show; rendered when it differs from the picture before.
@@ -78,6 +81,7 @@ class Camera : public std::enable_shared_from_this<Camera> {
         Handle client;
     };
 
+    void OnReleased();
     GenTL::DEVICE_ACCESS_STATUS AccessStatus(Handle client) const;
     bool IsOpen(GenTL::DEVICE_ACCESS_FLAGS access) const;
     std::string DisplayName() const;
@@ -87,7 +91,7 @@ class Camera : public std::enable_shared_from_this<Camera> {
     const std::shared_ptr<RegisterSpace> registers_;
     CameraControl control_;
     EventChannel events_;
-    const std::chrono::steady_clock::time_point powerOn_ = std::chrono::steady_clock::now();
+    const Frame::Clock::time_point powerOn_ = Frame::Clock::now();
     std::atomic<bool> plugged_{true};
     mutable std::mutex mutex_;
     std::map<uint64_t, Opened> opened_;  // guarded by mutex_
@@ -96,7 +100,8 @@ class Camera : public std::enable_shared_from_this<Camera> {
     IpSettings ip_ = config_.ip;         // guarded by mutex_
     std::mutex pictureMutex_;
     std::shared_ptr<const TestPicture> picture_;  // guarded by pictureMutex_
-    CameraFeatures features_;                     // after all that its registers work on
+    Acquisition acquisition_{*this};
+    CameraFeatures features_;  // after all that its registers work on
 };
 
 }  // namespace ZelSim

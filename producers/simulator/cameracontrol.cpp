@@ -26,10 +26,7 @@ void CameraControl::ChangeFixed(const std::function<void(FrameSettings&)>& chang
 std::shared_ptr<const FrameSettings> CameraControl::Apply(
     const std::function<void(FrameSettings&)>& change, bool fixed) {
     const std::lock_guard changing(changeMutex_);
-    if (fixed && IsLocked()) {
-        throw Error(GenTL::GC_ERR_ACCESS_DENIED,
-                    "fixed while frames flow or parameters are locked");
-    }
+    if (fixed) CheckUnlocked();
     std::shared_ptr<const FrameSettings> before = Settings();
     FrameSettings settings = *before;
     change(settings);
@@ -46,7 +43,13 @@ std::shared_ptr<const FrameSettings> CameraControl::Apply(
 
 bool CameraControl::IsLocked() const {
     const std::lock_guard lock(mutex_);
-    return lockedByClient_ || numStreams_ != 0;
+    return lockedByClient_ || lockedForAcquisition_;
+}
+
+void CameraControl::CheckUnlocked() const {
+    if (!IsLocked()) return;
+    throw Error(GenTL::GC_ERR_ACCESS_DENIED,
+                "fixed while TLParamsLocked is 1 or the camera acquires");
 }
 
 bool CameraControl::IsLockedByClient() const {
@@ -60,48 +63,14 @@ void CameraControl::LockByClient(bool lock) {
     lockedByClient_ = lock;
 }
 
-Claim CameraControl::LockForStream() {
+Claim CameraControl::LockForAcquisition() {
     const std::lock_guard changing(changeMutex_);
     const std::lock_guard lock(mutex_);
-    ++numStreams_;
+    lockedForAcquisition_ = true;
     return Claim(this, [this](void*) {
         const std::lock_guard releaseLock(mutex_);
-        --numStreams_;
+        lockedForAcquisition_ = false;
     });
-}
-
-CameraControl::Acquisition CameraControl::State() const {
-    const std::lock_guard lock(mutex_);
-    return acquisition_;
-}
-
-void CameraControl::ChangeState(const std::function<void(Acquisition&)>& change) {
-    {
-        const std::lock_guard lock(mutex_);
-        change(acquisition_);
-    }
-    const auto settings = Settings();
-    Notify(*settings, *settings);
-}
-
-void CameraControl::StartAcquisition() {
-    ChangeState([](Acquisition& acquisition) {
-        acquisition.enabled = true;
-        ++acquisition.starts;
-    });
-}
-
-void CameraControl::StopAcquisition() {
-    ChangeState([](Acquisition& acquisition) { acquisition.enabled = false; });
-}
-
-void CameraControl::OnUnused() {
-    LockByClient(false);
-    ChangeState([](Acquisition& acquisition) { acquisition.enabled = true; });
-}
-
-void CameraControl::Trigger() {
-    ChangeState([](Acquisition& acquisition) { ++acquisition.triggers; });
 }
 
 Claim CameraControl::AddListener(Listener listener) {

@@ -13,18 +13,12 @@
 
 namespace ZelSim {
 
-// The settings of a camera and the state of its acquisition, between the registers that change them
-// and the streams that follow them. Thread-safe.
+// The settings of a camera, between the registers that change them and the acquisition that follows
+// them. Thread-safe.
 class CameraControl {
   public:
-    struct Acquisition {
-        bool enabled = true;    // false from a stop to the next start
-        uint64_t starts = 0;    // so many starts came
-        uint64_t triggers = 0;  // and so many triggers
-    };
-
-    // Learns of a change of the settings, or, with equal ones, of the acquisition. Called by the
-    // thread that made it, with no lock of this class that others need; must not wait for frames.
+    // Learns of a change of the settings. Called by the thread that made it, with no lock of this
+    // class that others need; must not wait for frames.
     using Listener = std::function<void(const FrameSettings& before, const FrameSettings& after)>;
 
     explicit CameraControl(const FrameSettings& powerOn);
@@ -36,23 +30,16 @@ class CameraControl {
     // ones.
     void Change(const std::function<void(FrameSettings&)>& change);
 
-    // The same for settings that are fixed while frames flow or the client has locked them: throws
-    // GC_ERR_ACCESS_DENIED then.
+    // The same for settings that frames depend on: what CheckUnlocked throws.
     void ChangeFixed(const std::function<void(FrameSettings&)>& change);
 
+    // Throws GC_ERR_ACCESS_DENIED while the client has locked such settings (TLParamsLocked) or the
+    // camera acquires.
+    void CheckUnlocked() const;
     bool IsLocked() const;
     bool IsLockedByClient() const;
     void LockByClient(bool lock);
-    Claim LockForStream();  // released with the claim
-
-    Acquisition State() const;
-    void StartAcquisition();
-    void StopAcquisition();
-
-    // Nobody has the camera open any more: what the next client finds does not depend on how the
-    // last one left the acquisition and the lock.
-    void OnUnused();
-    void Trigger();
+    Claim LockForAcquisition();  // released with the claim
 
     // Called until the claim goes; the camera must live longer.
     Claim AddListener(Listener listener);
@@ -60,15 +47,13 @@ class CameraControl {
   private:
     std::shared_ptr<const FrameSettings> Apply(const std::function<void(FrameSettings&)>& change,
                                                bool fixed);
-    void ChangeState(const std::function<void(Acquisition&)>& change);
     void Notify(const FrameSettings& before, const FrameSettings& after);
 
     std::mutex changeMutex_;    // held from the copy of the settings to their publication
     mutable std::mutex mutex_;  // guards what follows; no other is taken under it
     std::shared_ptr<const FrameSettings> settings_;
-    Acquisition acquisition_;
     bool lockedByClient_ = false;
-    unsigned numStreams_ = 0;
+    bool lockedForAcquisition_ = false;
     std::mutex listenersMutex_;
     std::map<uint64_t, Listener> listeners_;  // guarded by listenersMutex_
     uint64_t nextListener_ = 0;               // guarded by listenersMutex_

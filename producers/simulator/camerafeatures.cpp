@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "producers/simulator/acquisitionregisters.h"
 #include "producers/simulator/camera.h"
 #include "producers/simulator/error.h"
 #include "producers/simulator/frameregisters.h"
@@ -37,15 +38,18 @@ constexpr uint64_t kWarmUp = 15ULL * 16;
 constexpr size_t kNumLines = 2;
 constexpr uint64_t kLineInverter = 1U << 1;
 
-// Bytes a second on the link, by TransportTypeNumber.
-constexpr uint64_t kLinkSpeeds[] = {0,         371250000,  125000000, 500000000,
-                                    850000000, 1250000000, 371250000};
-
 // What the camera can do, as the features Capability... take it apart.
 constexpr uint32_t kBinning = 1U << 0;
 constexpr uint32_t kReverse = 1U << 1;
 constexpr uint32_t kSoftwareTrigger = 1U << 2;
 constexpr unsigned kUserSetsShift = 8;
+
+constexpr uint64_t kMinPacket = 576;
+constexpr uint64_t kMaxPacket = 9000;
+
+void CheckLock(uint64_t value) {
+    if (value > 1) throw Error(GenTL::GC_ERR_INVALID_VALUE, "neither locked nor unlocked");
+}
 
 }  // namespace
 
@@ -59,6 +63,7 @@ CameraFeatures::CameraFeatures(Camera& camera)
     AddDeviceControl();
     AddSensor();
     AddFrameRegisters(*camera.Registers(), camera.Control());
+    AddAcquisitionRegisters(camera);
     AddCalibration();
     AddLines();
     AddUserSets();
@@ -92,7 +97,8 @@ void CameraFeatures::AddDeviceControl() {
     registers.Command(kDevice + 0x14,
                       [this] { latchedTicks_ = camera_.Ticks(camera_.Nanoseconds()); });
     AddNumber(space, kDevice + 0x18, 8, [this] { return latchedTicks_; });
-    AddNumber(space, kDevice + 0x28, 8, [=] { return kLinkSpeeds[transport]; });
+    const uint64_t linkSpeed = camera_.Config().linkSpeed;
+    AddNumber(space, kDevice + 0x28, 8, [=] { return linkSpeed; });
     space.Add(RegisterSpace::Integer{kDevice + 0x30, 4, Access::WriteOnly, nullptr, nullptr,
                                      [this](uint64_t key) { unlocked_ = key == kFactoryKey; }});
     AddNumber(space, kDevice + 0x34, 4, [this] { return unlocked_ ? 1 : 0; });
@@ -181,18 +187,33 @@ void CameraFeatures::AddTransport() {
     AddNumber(space, kTransport, 8, [&control] { return control.Settings()->PayloadSize(); });
     space.Add(
         RegisterSpace::Integer{kTransport + 0x08, 4, Access::ReadWrite,
-                               [&control] { return control.IsLockedByClient() ? 1 : 0; }, nullptr,
+                               [&control] { return control.IsLockedByClient() ? 1 : 0; }, CheckLock,
                                [&control](uint64_t lock) { control.LockByClient(lock != 0); }});
     AddNumber(space, kTransport + 0x0C, 4, [&control] { return control.IsLocked() ? 1 : 0; });
     const uint64_t frequency = camera_.Config().timestampFrequency;
     AddNumber(space, kTransport + 0x10, 8, [=] { return frequency; });
 
-    // Of GigE cameras; plain memory with what a camera comes up with.
-    for (const auto& [address, value] : {std::pair(0x20, 1500), {0x24, 0}, {0x28, 3000}}) {
+    if (camera_.TlType() == TLTypeGEVName) AddPackets();
+}
+
+// What GigE cameras are told about packets; it changes nothing here.
+void CameraFeatures::AddPackets() {
+    RegisterSpace& space = *camera_.Registers();
+    const auto add = [&](uint64_t offset, uint64_t initial, std::function<void(uint64_t)> check) {
         uint8_t bytes[4];
-        StoreInteger(bytes, sizeof(bytes), static_cast<uint64_t>(value), space.Order());
-        space.Load(kTransport + static_cast<uint64_t>(address), bytes, sizeof(bytes));
-    }
+        StoreInteger(bytes, sizeof(bytes), initial, space.Order());
+        space.Load(kTransport + offset, bytes, sizeof(bytes));
+        space.Add(RegisterSpace::Integer{kTransport + offset, 4, Access::ReadWrite, nullptr,
+                                         std::move(check), nullptr});
+    };
+    add(0x20, 1500, [&control = camera_.Control()](uint64_t size) {
+        control.CheckUnlocked();
+        if (size < kMinPacket || size > kMaxPacket || size % 4 != 0) {
+            throw Error(GenTL::GC_ERR_INVALID_VALUE, "no size of a packet");
+        }
+    });
+    add(0x24, 0, nullptr);
+    add(0x28, 3000, nullptr);
 }
 
 }  // namespace ZelSim

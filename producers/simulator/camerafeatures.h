@@ -29,6 +29,7 @@ class CameraFeatures {
     void AddLines();
     void AddUserSets();
     void AddTransport();
+    void AddPackets();
 
     void LoadUserSet(size_t index);
     void SaveUserSet(size_t index);

@@ -32,6 +32,8 @@ struct CameraConfig {
     const PixelFormat* pixelFormat = FindPixelFormat("Mono8");
     Pattern pattern = Pattern::ColorBars;
     double frameRate = 30;
+    bool freeRunning = false;
+    uint64_t linkSpeed = 0;  // bytes a second; 0: that of the transport type
     uint32_t incompleteEvery = 0;
     uint32_t dropEvery = 0;
     bool noFill = false;

@@ -93,6 +93,13 @@ Pattern PatternOf(const Value& value) {
     value.Refuse("ColorBars, GradientHorizontal, GradientDiagonal, Black or White");
 }
 
+bool IsFreeRunning(const Value& value) {
+    if (value.text != "on-command" && value.text != "free-running") {
+        value.Refuse("on-command or free-running");
+    }
+    return value.text == "free-running";
+}
+
 const PixelFormat* FormatOf(const Value& value) {
     const PixelFormat* const format = FindPixelFormat(value.text);
     if (format == nullptr) value.Refuse("the PFNC name of a supported format");
@@ -162,6 +169,8 @@ std::vector<Key<CameraConfig>> CameraKeys() {
         {"pixelFormat", [](C& c, const Value& v) { c.pixelFormat = FormatOf(v); }},
         {"pattern", [](C& c, const Value& v) { c.pattern = PatternOf(v); }},
         Numeric("frameRate", &C::frameRate, 0.0, 1e6),
+        {"acquisition", [](C& c, const Value& v) { c.freeRunning = IsFreeRunning(v); }},
+        Numeric("linkSpeed", &C::linkSpeed, uint64_t{1000000}, uint64_t{1000000000000}),
         Numeric("incompleteEvery", &C::incompleteEvery, 0U, any),
         Numeric("dropEvery", &C::dropEvery, 0U, any),
         Flag("noFill", &C::noFill),

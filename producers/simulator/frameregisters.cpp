@@ -12,19 +12,13 @@ namespace {
 using Settings = FrameSettings;
 
 constexpr uint64_t kImage = 0x2100;
-constexpr uint64_t kAcquisition = 0x2200;
 constexpr uint64_t kAnalog = 0x2300;
 
 constexpr int64_t kMaxBinning = 4;
-constexpr int64_t kMaxFrameCount = 1000000;
 constexpr int64_t kMaxGain = 240;  // 24 dB
 constexpr int64_t kMaxBlackLevel = 64;
 constexpr double kMinGamma = 0.25;
 constexpr double kMaxGamma = 4;
-
-[[noreturn]] void RefuseValue() {
-    throw Error(GenTL::GC_ERR_INVALID_VALUE, "the value is out of its limits");
-}
 
 // Index of the arrangement of colours, as the feature PixelColorFilter counts them.
 uint64_t ColorFilterOf(const PixelFormat& format) {
@@ -109,77 +103,6 @@ void AddPixels(RegisterSpace& space, CameraControl& control, SettingRegisters& r
         static_cast<int64_t>(Pattern::White));
 }
 
-void AddAcquisition(CameraControl& control, SettingRegisters& registers) {
-    registers.Fixed(
-        kAcquisition + 0x00, [](Settings& s) -> AcquisitionMode& { return s.acquisitionMode; }, 0,
-        [](const Settings&) { return static_cast<int64_t>(AcquisitionMode::MultiFrame); });
-    registers.Command(kAcquisition + 0x04, [&control] { control.StartAcquisition(); });
-    registers.Command(kAcquisition + 0x08, [&control] { control.StopAcquisition(); });
-    registers.Setting(
-        kAcquisition + 0x0C, [](Settings& s) -> uint32_t& { return s.acquisitionFrameCount; }, 1,
-        kMaxFrameCount);
-    registers.Setting(
-        kAcquisition + 0x10, [](Settings& s) -> bool& { return s.frameRateEnable; }, 0, 1);
-}
-
-void AddFrameRate(RegisterSpace& space, CameraControl& control) {
-    space.Add(RegisterSpace::Float{kAcquisition + 0x18, 8, Access::ReadWrite,
-                                   [&control] { return control.Settings()->frameRate; }, nullptr,
-                                   [&control](double rate) {
-                                       control.Change([=](Settings& s) {
-                                           // The negated form also refuses what is no number.
-                                           if (!(rate > 0 && rate <= s.MaxFrameRate())) {
-                                               RefuseValue();
-                                           }
-                                           s.frameRate = rate;
-                                       });
-                                   }});
-}
-
-void SetExposureTime(Settings& settings, uint64_t value) {
-    if (settings.exposureAuto != ExposureAuto::Off) {
-        throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the camera sets the exposure time");
-    }
-    if (value < kMinExposureTime || value > kMaxExposureTime) RefuseValue();
-    settings.exposureTime = static_cast<uint32_t>(value);
-}
-
-// The scene being what it is, the camera finds the exposure time that shows it as it is.
-void SetExposureAuto(Settings& settings, uint64_t value) {
-    if (value > static_cast<uint64_t>(ExposureAuto::Continuous)) RefuseValue();
-    const auto mode = static_cast<ExposureAuto>(value);
-    if (mode != ExposureAuto::Off) settings.exposureTime = settings.nominalExposureTime;
-    settings.exposureAuto = mode == ExposureAuto::Once ? ExposureAuto::Off : mode;
-}
-
-void AddExposure(RegisterSpace& space, CameraControl& control) {
-    space.Add(
-        RegisterSpace::Integer{kAcquisition + 0x2C, 4, Access::ReadWrite,
-                               [&control] { return control.Settings()->exposureTime; }, nullptr,
-                               [&control](uint64_t value) {
-                                   control.Change([=](Settings& s) { SetExposureTime(s, value); });
-                               }});
-    space.Add(RegisterSpace::Integer{
-        kAcquisition + 0x30, 4, Access::ReadWrite,
-        [&control] { return static_cast<uint64_t>(control.Settings()->exposureAuto); }, nullptr,
-        [&control](uint64_t value) {
-            control.Change([=](Settings& s) { SetExposureAuto(s, value); });
-        }});
-}
-
-void AddTrigger(CameraControl& control, SettingRegisters& registers) {
-    registers.Setting(
-        kAcquisition + 0x34, [](Settings& s) -> bool& { return s.triggerMode; }, 0, 1);
-    registers.Setting(
-        kAcquisition + 0x38, [](Settings& s) -> TriggerSource& { return s.triggerSource; }, 0,
-        static_cast<int64_t>(TriggerSource::Line0));
-    registers.Setting(
-        kAcquisition + 0x3C, [](Settings& s) -> uint32_t& { return s.triggerActivation; }, 0, 1);
-    registers.Command(kAcquisition + 0x40, [&control] {
-        if (control.Settings()->triggerSource == TriggerSource::Software) control.Trigger();
-    });
-}
-
 void AddLevels(SettingRegisters& registers) {
     for (size_t i = 0; i < kNumChannels; ++i) {
         registers.Setting(
@@ -207,10 +130,6 @@ void AddFrameRegisters(RegisterSpace& space, CameraControl& control) {
     AddRegion(registers);
     AddBinning(space, control);
     AddPixels(space, control, registers);
-    AddAcquisition(control, registers);
-    AddFrameRate(space, control);
-    AddExposure(space, control);
-    AddTrigger(control, registers);
     AddLevels(registers);
     AddGamma(space, control);
 }

@@ -8,6 +8,8 @@ namespace ZelSim {
 namespace {
 
 constexpr double kExposureUnitsPerSecond = 1e7;
+constexpr std::chrono::nanoseconds kExposureUnit(100);
+constexpr uint64_t kNsPerSecond = 1000000000;
 constexpr uint32_t kUsualExposureTime = 100000;  // 10 ms
 constexpr double kFrameRateWhenFree = 30;
 
@@ -28,8 +30,24 @@ uint32_t FrameSettings::WidthIncrement() const {
     return increment;
 }
 
+std::chrono::nanoseconds FrameSettings::Exposure() const {
+    return IsTimed() ? exposureTime * kExposureUnit : std::chrono::nanoseconds(0);
+}
+
+// The size is below 2^30, and the product below 2^63.
+std::chrono::nanoseconds FrameSettings::Readout() const {
+    if (!IsTimed() || linkSpeed == 0) return std::chrono::nanoseconds(0);
+    return std::chrono::nanoseconds(PayloadSize() * kNsPerSecond / linkSpeed);
+}
+
 double FrameSettings::MaxFrameRate() const {
-    return kExposureUnitsPerSecond / exposureTime;
+    double rate = kExposureUnitsPerSecond / exposureTime;
+    if (linkSpeed == 0) return rate;
+    return std::min(rate, static_cast<double>(linkSpeed) / static_cast<double>(PayloadSize()));
+}
+
+double FrameSettings::ResultingFrameRate() const {
+    return frameRateEnable ? frameRate : MaxFrameRate();
 }
 
 void FrameSettings::Adapt() {
@@ -58,7 +76,9 @@ FrameSettings PowerOnSettings(const CameraConfig& config) {
     settings.xPadding = config.xPadding;
     settings.yPadding = config.yPadding;
     settings.imageOffset = config.imageOffset;
+    settings.keepsTime = config.frameRate > 0;
     settings.frameRateEnable = config.frameRate > 0;
+    settings.linkSpeed = config.linkSpeed;
     settings.frameRate = config.frameRate > 0 ? config.frameRate : kFrameRateWhenFree;
     // At most half of the period, so that the rate can be raised a little.
     const double half = kExposureUnitsPerSecond / 2 / settings.frameRate;
@@ -66,6 +86,7 @@ FrameSettings PowerOnSettings(const CameraConfig& config) {
         std::clamp(half < kUsualExposureTime ? static_cast<uint32_t>(half) : kUsualExposureTime,
                    kMinExposureTime, kMaxExposureTime);
     settings.nominalExposureTime = settings.exposureTime;
+    settings.Adapt();
     return settings;
 }
 

@@ -3,6 +3,7 @@
 #define ZELSIM_FRAMESETTINGS_H
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 
@@ -39,7 +40,8 @@ struct FrameSettings {
 
     AcquisitionMode acquisitionMode = AcquisitionMode::Continuous;
     uint32_t acquisitionFrameCount = 1;
-    bool frameRateEnable = true;  // without: a frame whenever there is a buffer for it
+    bool keepsTime = true;        // without, frames take no time unless they have a rate
+    bool frameRateEnable = true;  // without: as fast as exposure and read-out allow
     double frameRate = 30;        // Hz
     uint32_t exposureTime = 0;    // 0.1 us
     ExposureAuto exposureAuto = ExposureAuto::Off;
@@ -47,6 +49,7 @@ struct FrameSettings {
     TriggerSource triggerSource = TriggerSource::Software;
     uint32_t triggerActivation = 0;
 
+    uint64_t linkSpeed = 0;                     // bytes a second; 0: read-out takes no time
     uint32_t nominalExposureTime = 0;           // with which the pattern has its own brightness
     std::array<uint32_t, kNumChannels> gain{};  // 0.1 dB; those of a colour add to that of all
     std::array<int32_t, kNumChannels> blackLevel{};  // of 255
@@ -72,8 +75,17 @@ struct FrameSettings {
     // Bytes of one frame.
     uint64_t PayloadSize() const { return PayloadWithChunks(SentChunks(), ImageSize()); }
 
-    bool IsPaced() const { return frameRateEnable && frameRate > 0; }
+    // Whether frames are exposed and read out for a time, or sent at once when there is a buffer.
+    bool IsTimed() const { return keepsTime || frameRateEnable; }
+
+    // How long a frame is exposed, and is then under way over the link.
+    std::chrono::nanoseconds Exposure() const;
+    std::chrono::nanoseconds Readout() const;
+
+    // What the exposure and the read-out of timed frames allow: a frame is exposed while the one
+    // before is read out. And what comes of it when nobody triggers.
     double MaxFrameRate() const;
+    double ResultingFrameRate() const;
 
     // Brings what depends on other settings into its limits.
     void Adapt();

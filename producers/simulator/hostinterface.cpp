@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "producers/simulator/error.h"
+#include "producers/simulator/transporttype.h"
 
 namespace ZelSim {
 
@@ -40,6 +41,7 @@ void HostInterface::Plug(CameraConfig camera) {
 
 std::shared_ptr<Camera> HostInterface::MakeCamera(CameraConfig camera) {
     CompleteIp(camera.ip);
+    if (camera.linkSpeed == 0) camera.linkSpeed = LinkSpeed(config_.type);
     ++numPlugged_;
     return std::make_shared<Camera>(std::move(camera), config_.type);
 }

@@ -13,6 +13,10 @@
 
 namespace ZelSim {
 
+[[noreturn]] inline void RefuseValue() {
+    throw Error(GenTL::GC_ERR_INVALID_VALUE, "the value is out of its limits");
+}
+
 // Adds registers of 4 bytes to the space of a camera, whose control must live as long as the space
 // is accessed. Writing a value outside of its limits gives GC_ERR_INVALID_VALUE.
 class SettingRegisters {
@@ -69,9 +73,7 @@ class SettingRegisters {
         const auto set = [=, &control = control_](uint64_t written) {
             const int64_t number = static_cast<int32_t>(written);
             (control.*change)([&](Settings& settings) {
-                if (number < lowest || number > Limit(highest, settings)) {
-                    throw Error(GenTL::GC_ERR_INVALID_VALUE, "the value is out of its limits");
-                }
+                if (number < lowest || number > Limit(highest, settings)) RefuseValue();
                 value(settings) = static_cast<T>(number);
             });
         };

@@ -32,7 +32,8 @@ Stream::Stream(std::shared_ptr<Camera> camera, const std::string& id, Claim clai
     : Module(Kind::Stream, IdentityOf(*camera, id), OwnRegisters()),
       camera_(std::move(camera)),
       claim_(std::move(claim)),
-      generator_(camera_, pool_) {
+      pool_(std::make_shared<BufferPool>(
+          [source = camera_] { source->GetAcquisition().OnInput(); })) {
     AddRegisters();
 }
 
@@ -61,7 +62,7 @@ void Stream::AddRegisters() {
 
 void Stream::CheckBufferHandling(uint64_t mode) const {
     if (mode > kNewestOnly) throw Error(GenTL::GC_ERR_INVALID_VALUE, "no such mode");
-    if (generator_.IsGrabbing()) {
+    if (IsGrabbing()) {
         throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the acquisition runs");
     }
 }
@@ -76,7 +77,7 @@ void Stream::GetInfo(Answer answer) const {
             if (config.definesPayloadSize) return answer.Size(PayloadSize());
             throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the camera defines the payload size");
         case GenTL::STREAM_INFO_IS_GRABBING:
-            return answer.Bool(generator_.IsGrabbing());
+            return answer.Bool(IsGrabbing());
         case GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE:
             return answer.Bool(config.definesPayloadSize);
         case GenTL::STREAM_INFO_TLTYPE:
@@ -164,32 +165,46 @@ void Stream::Start(GenTL::ACQ_START_FLAGS flags, uint64_t numFrames) {
         throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "unknown flags, or no frame asked for");
     }
     CheckConnected();
-    const std::lock_guard lock(generatorMutex_);
+    const std::lock_guard lock(startMutex_);
     if (closed_) throw Error(GenTL::GC_ERR_INVALID_HANDLE, "the stream is closed");
-    if (generator_.IsGrabbing()) {
-        throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the acquisition runs already");
-    }
+    if (IsGrabbing()) throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the stream is started already");
     if (pool_->Counts().announced < camera_->Config().bufAnnounceMin) {
         throw Error(GenTL::GC_ERR_INVALID_BUFFER, "too few buffers are announced");
     }
-    generator_.Start(numFrames);
+    std::shared_ptr<Receiver> receiver = GetReceiver();
+    if (receiver == nullptr) receiver = std::make_shared<Receiver>(pool_);
+    camera_->GetAcquisition().Attach(receiver, numFrames);
+    const std::lock_guard receiverLock(receiverMutex_);
+    receiver_ = std::move(receiver);
 }
 
 void Stream::Stop(GenTL::ACQ_STOP_FLAGS flags) {
     if (flags != GenTL::ACQ_STOP_FLAGS_DEFAULT && flags != GenTL::ACQ_STOP_FLAGS_KILL) {
         throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "unknown flags");
     }
-    const std::lock_guard lock(generatorMutex_);
-    if (!generator_.IsStarted()) {
-        throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the acquisition is not started");
+    const std::lock_guard lock(startMutex_);
+    if (GetReceiver() == nullptr) {
+        throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the stream is not started");
     }
-    generator_.Stop(flags == GenTL::ACQ_STOP_FLAGS_KILL ? BufferPool::Halt::Now
-                                                        : BufferPool::Halt::AfterFrame);
+    EndReceiver(flags == GenTL::ACQ_STOP_FLAGS_KILL);
 }
 
-void Stream::OnCameraLost() {
-    pool_->SetHalt(BufferPool::Halt::Now);
-    Module::OnCameraLost();
+void Stream::EndReceiver(bool kill) {
+    const std::shared_ptr<Receiver> receiver = GetReceiver();
+    if (receiver == nullptr) return;
+    camera_->GetAcquisition().Detach(*receiver, kill);
+    const std::lock_guard lock(receiverMutex_);
+    receiver_.reset();
+}
+
+std::shared_ptr<Receiver> Stream::GetReceiver() const {
+    const std::lock_guard lock(receiverMutex_);
+    return receiver_;
+}
+
+bool Stream::IsGrabbing() const {
+    const std::shared_ptr<Receiver> receiver = GetReceiver();
+    return receiver != nullptr && receiver->IsGrabbing();
 }
 
 std::shared_ptr<Event> Stream::MakeEvent(GenTL::EVENT_TYPE type) {
@@ -198,10 +213,12 @@ std::shared_ptr<Event> Stream::MakeEvent(GenTL::EVENT_TYPE type) {
 }
 
 void Stream::OnClosing() {
-    pool_->SetHalt(BufferPool::Halt::Now);  // also for a Stop that waits for its frame
-    const std::lock_guard lock(generatorMutex_);
+    const std::shared_ptr<Receiver> receiver = GetReceiver();
+    // Also for a Stop that waits for its frame.
+    if (receiver != nullptr) camera_->GetAcquisition().Kill(*receiver);
+    const std::lock_guard lock(startMutex_);
     closed_ = true;
-    generator_.Stop(BufferPool::Halt::Now);
+    EndReceiver(true);
 }
 
 std::unique_ptr<const Description> Stream::MakeDescription() const {

@@ -9,17 +9,16 @@
 #include "producers/simulator/bufferpool.h"
 #include "producers/simulator/camera.h"
 #include "producers/simulator/claim.h"
-#include "producers/simulator/generator.h"
 #include "producers/simulator/module.h"
 
 namespace ZelSim {
 
-// A stream of an open device: its buffers, their queues and the acquisition engine. Thread-safe.
+// A stream of an open device: its buffers, their queues, and the receiver of frames. Thread-safe.
 //
 //   open --Announce*, Queue*--> ready --Start--> grabbing --Stop--> ready
 //
-// When the camera is unplugged the acquisition ends by itself; what remains to be done for closing
-// still works.
+// Frames come when the camera acquires as well. When it is unplugged the stream ends by itself;
+// what remains to be done for closing still works.
 class Stream final : public Module {
   public:
     static bool IsKind(Kind kind) { return kind == Kind::Stream; }
@@ -41,11 +40,12 @@ class Stream final : public Module {
     void Start(GenTL::ACQ_START_FLAGS flags, uint64_t numFrames);
     void Stop(GenTL::ACQ_STOP_FLAGS flags);
 
-    void OnCameraLost() override;
-
   private:
     static Handle Announce(const std::shared_ptr<Stream>& stream, BufferMemory memory);
 
+    bool IsGrabbing() const;
+    std::shared_ptr<Receiver> GetReceiver() const;
+    void EndReceiver(bool kill);
     bool AnswerCount(Answer answer) const;
     size_t PayloadSize() const { return static_cast<size_t>(camera_->Settings()->PayloadSize()); }
 
@@ -58,10 +58,11 @@ class Stream final : public Module {
 
     const std::shared_ptr<Camera> camera_;
     Claim claim_;
-    const std::shared_ptr<BufferPool> pool_ = std::make_shared<BufferPool>();
-    std::mutex generatorMutex_;  // held while the acquisition is started or stopped
-    Generator generator_;
-    bool closed_ = false;  // guarded by generatorMutex_
+    const std::shared_ptr<BufferPool> pool_;
+    std::mutex startMutex_;  // held while the stream is started or stopped
+    bool closed_ = false;    // guarded by startMutex_
+    mutable std::mutex receiverMutex_;
+    std::shared_ptr<Receiver> receiver_;  // guarded by receiverMutex_; while the stream is started
 };
 
 }  // namespace ZelSim

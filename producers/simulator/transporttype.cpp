@@ -16,4 +16,11 @@ uint32_t TransportTypeNumber(std::string_view name) {
                                  std::begin(names));
 }
 
+uint64_t LinkSpeed(std::string_view name) {
+    // By number.
+    constexpr uint64_t speeds[] = {0,         371250000,  125000000, 500000000,
+                                   850000000, 1250000000, 371250000};
+    return speeds[TransportTypeNumber(name)];
+}
+
 }  // namespace ZelSim

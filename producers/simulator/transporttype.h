@@ -10,6 +10,9 @@ namespace ZelSim {
 // The value that the descriptions' enumerations of transport types give to the name of one.
 uint32_t TransportTypeNumber(std::string_view name);
 
+// Bytes a second that its links carry.
+uint64_t LinkSpeed(std::string_view name);
+
 }  // namespace ZelSim
 
 #endif  // ZELSIM_TRANSPORTTYPE_H

@@ -12,6 +12,7 @@
 #include "ZelCam/ZelCam.h"
 #include "ZelGenParam/Array.h"
 #include "tests/public/slot.h"
+#include "tests/support/acquisition.h"
 #include "tests/support/holder.h"
 #include "tests/support/simulator.h"
 
@@ -47,7 +48,7 @@ class PublicSession : public testing::Test {
         EXPECT_EQ(simulator.openHandles(), 0U);
     }
 
-    // Opens the stream of a camera and starts it.
+    // Opens the stream of a camera, starts it, and then the camera.
     void Start(const char* interfaceId, const char* cameraId, uint64_t count = ZelCam::Infinite) {
         ZelCam::Interface* const iface = system->GetInterfaceById(interfaceId);
         ASSERT_NE(iface, nullptr);
@@ -59,6 +60,11 @@ class PublicSession : public testing::Test {
         ASSERT_NE(stream, nullptr);
         ASSERT_EQ(stream->AllocBufferQueue(nullptr, 4), ZelCamErr_Success);
         ASSERT_EQ(stream->StartAcquisition(count, ZelCam::StartFlag_Default), ZelCamErr_Success);
+        const auto write = [this](uint64_t address, const auto& bytes) {
+            return device->WriteMem(address, bytes.data(), bytes.size(), nullptr) ==
+                   ZelCamErr_Success;
+        };
+        ASSERT_TRUE(ZelTest::CameraAcquisition(write, device->GetEndianness() == 0).Start());
     }
 
     // Takes frames and gives them back; their frame identifiers follow each other.

@@ -69,7 +69,7 @@ TEST_F(AcquisitionTest, CountedAcquisitionEndsByItself) {
 }
 
 TEST_F(AcquisitionTest, PacedAcquisitionDeliversAllFrames) {
-    OpenCamera("frameRate='500'");
+    OpenCamera("frameRate='400'");
     AllocateAndQueue(16);
     ASSERT_EQ(Start(), GC_ERR_SUCCESS);
     EXPECT_EQ(Start(), GC_ERR_RESOURCE_IN_USE);
@@ -87,7 +87,7 @@ TEST_F(AcquisitionTest, PacedAcquisitionDeliversAllFrames) {
 }
 
 TEST_F(AcquisitionTest, FramesWithoutBufferAreUnderruns) {
-    OpenCamera("frameRate='2000'");
+    OpenCamera("frameRate='2000' width='64' height='48'");
     const BUFFER_HANDLE buffer = Allocate();
     ASSERT_EQ(Start(1), GC_ERR_SUCCESS);
     Await([&] { return StreamInfo(STREAM_INFO_NUM_UNDERRUN).Uint64() >= 3; });
@@ -270,12 +270,12 @@ TEST_F(AcquisitionTest, UnpluggingEndsWaitsAndLeavesClosing) {
     ASSERT_EQ(p.UnplugCamera("C"), GC_ERR_SUCCESS);
     EXPECT_EQ(ended.get(), GC_ERR_IO);
     Await([&] { return !IsGrabbing(); });
-    EXPECT_EQ(Start(), GC_ERR_IO);
+    EXPECT_EQ(StartStream(), GC_ERR_IO);
     uint32_t count = 0;
     EXPECT_EQ(p.DevGetNumDataStreams(device, &count), GC_ERR_IO);
     EVENT_HANDLE event = nullptr;
     EXPECT_EQ(p.GCRegisterEvent(device, EVENT_MODULE, &event), GC_ERR_IO);
-    EXPECT_EQ(Stop(), GC_ERR_SUCCESS);
+    EXPECT_EQ(StopStream(), GC_ERR_SUCCESS);
     EXPECT_EQ(p.GCUnregisterEvent(stream, EVENT_NEW_BUFFER), GC_ERR_SUCCESS);
     EXPECT_EQ(p.DSFlushQueue(stream, ACQ_QUEUE_ALL_DISCARD), GC_ERR_SUCCESS);
     BUFFER_HANDLE buffer = nullptr;

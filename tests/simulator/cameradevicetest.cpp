@@ -99,8 +99,10 @@ TEST_F(CameraDeviceTest, RegistersRefuseWhatTheyDoNotAllow) {
     Open("", "GEV");
     uint32_t value = 0;
     EXPECT_EQ(Write(0x2100, 1), GC_ERR_ACCESS_DENIED);      // SensorWidth
-    EXPECT_EQ(Read(0x2204, &value), GC_ERR_ACCESS_DENIED);  // AcquisitionStart
+    EXPECT_EQ(Read(0x2510, &value), GC_ERR_ACCESS_DENIED);  // UserSetLoad
     EXPECT_EQ(Write(0x2110, 641), GC_ERR_INVALID_VALUE);    // Width
+    EXPECT_EQ(Write(0x2608, 2), GC_ERR_INVALID_VALUE);      // TLParamsLocked
+    EXPECT_EQ(Write(0x2620, 575), GC_ERR_INVALID_VALUE);    // GevSCPSPacketSize
     EXPECT_EQ(Write(0x212C, 0x01080001), GC_ERR_SUCCESS);   // PixelFormat
     EXPECT_EQ(Write(0x212C, 0x12345678), GC_ERR_INVALID_VALUE);
     EXPECT_EQ(Value(0x212C), 0x01080001U);

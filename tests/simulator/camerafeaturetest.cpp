@@ -90,62 +90,6 @@ TEST_F(CameraFeatureTest, FramesFollowTheirSettings) {
     EXPECT_EQ(Grab()[20], 245);
 }
 
-TEST_F(CameraFeatureTest, GeometryIsFixedWhileFramesFlow) {
-    Open("width='64' height='8'", "GEV");
-    AllocateAndQueue(1);
-    ASSERT_EQ(Start(), GC_ERR_SUCCESS);
-    for (const char* const name :
-         {"Width", "OffsetY", "BinningVertical", "PixelFormat", "UserSetLoad"})
-        EXPECT_FALSE(IsWritable(name)) << name;
-    const std::vector<uint8_t> width{32, 0, 0, 0};
-    EXPECT_THROW(nodes->Write(width.data(), 0x2110, 4), std::runtime_error);
-    EXPECT_TRUE(IsWritable("ExposureTime"));
-    ASSERT_EQ(Stop(), GC_ERR_SUCCESS);
-    EXPECT_TRUE(IsWritable("Width"));
-    nodes->SetInteger("TLParamsLocked", 1);
-    EXPECT_FALSE(IsWritable("Width"));
-    nodes->SetInteger("TLParamsLocked", 0);
-    EXPECT_TRUE(IsWritable("Width"));
-}
-
-TEST_F(CameraFeatureTest, TheCameraCountsAndPausesFrames) {
-    Open("width='16' height='8' frameRate='0'", "CXP");
-    nodes->Set("AcquisitionMode", "MultiFrame");
-    nodes->SetInteger("AcquisitionFrameCount", 2);
-    AllocateAndQueue(4);
-    ASSERT_EQ(Start(), GC_ERR_SUCCESS);
-    EXPECT_EQ(FrameId(Fetch()), 0U);
-    EXPECT_EQ(FrameId(Fetch()), 1U);
-    EXPECT_EQ(StreamInfo(STREAM_INFO_NUM_STARTED).Uint64(), 2U);
-    nodes->Execute("AcquisitionStart");
-    EXPECT_EQ(FrameId(Fetch()), 2U);
-    EXPECT_EQ(FrameId(Fetch()), 3U);
-
-    // Stopped, it does not even begin a new start of the stream; being started wakes that.
-    ASSERT_EQ(Stop(), GC_ERR_SUCCESS);
-    nodes->Execute("AcquisitionStop");
-    AllocateAndQueue(1);
-    ASSERT_EQ(Start(), GC_ERR_SUCCESS);
-    EXPECT_EQ(StreamInfo(STREAM_INFO_NUM_QUEUED).Size(), 1U);
-    nodes->Execute("AcquisitionStart");
-    EXPECT_EQ(FrameId(Fetch()), 0U);
-}
-
-TEST_F(CameraFeatureTest, SoftwareTriggersGiveOneFrameEach) {
-    Open("width='16' height='8' frameRate='1000'", "U3V");
-    EXPECT_FALSE(IsWritable("TriggerSoftware"));
-    nodes->Set("TriggerMode", "On");
-    AllocateAndQueue(4);
-    ASSERT_EQ(Start(), GC_ERR_SUCCESS);
-    for (uint64_t id = 0; id < 3; ++id) {
-        nodes->Execute("TriggerSoftware");
-        EXPECT_EQ(FrameId(Fetch()), id);
-    }
-    EXPECT_EQ(StreamInfo(STREAM_INFO_NUM_STARTED).Uint64(), 3U);
-    nodes->Set("TriggerMode", "Off");
-    EXPECT_EQ(FrameId(Fetch()), 3U);
-}
-
 TEST_F(CameraFeatureTest, TheExposureLimitsTheFrameRate) {
     Open("frameRate='50'", "GEV");
     const GENAPI_NAMESPACE::CFloatPtr rate = nodes->Node("AcquisitionFrameRate");

@@ -146,10 +146,11 @@ TEST_F(PictureTest, WithoutPictureTheCounterIsTheData) {
     ASSERT_EQ(Start(), GC_ERR_SUCCESS);
     for (uint64_t id = 0; id < 3; ++id) {
         ASSERT_EQ(Fetch(), buffer);
-        uint64_t counter = 0;
-        std::memcpy(&counter, memory.data(), sizeof(counter));
-        EXPECT_EQ(counter, id);
-        EXPECT_EQ(memory[8], 0xEE);
+        uint64_t values[2] = {};
+        std::memcpy(values, memory.data(), sizeof values);
+        EXPECT_EQ(values[0], id);
+        EXPECT_GE(values[1], BufferInfo(buffer, BUFFER_INFO_TIMESTAMP).Uint64());
+        EXPECT_EQ(memory[16], 0xEE);
         ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
     }
 }

@@ -3,6 +3,8 @@
 #include <dlfcn.h>
 #include <stdexcept>
 
+#include "tests/support/acquisition.h"
+
 using namespace GenTL;
 
 namespace {
@@ -127,12 +129,39 @@ void CameraTest::AllocateAndQueue(size_t count) {
         ASSERT_EQ(Queue(Allocate()), GC_ERR_SUCCESS);
 }
 
-GC_ERROR CameraTest::Start(uint64_t count) {
+auto CameraTest::Acquisition() {
+    PORT_HANDLE port = nullptr;
+    p.DevGetPort(device, &port);
+    const bool bigEndian =
+        Ask([&](INFO_DATATYPE* type, void* buffer, size_t* size) {
+            return p.GCGetPortInfo(port, PORT_INFO_BIG_ENDIAN, type, buffer, size);
+        }).Bool();
+    const auto write = [this, port](uint64_t address, const auto& bytes) {
+        size_t size = bytes.size();
+        return p.GCWritePort(port, address, bytes.data(), &size) == GC_ERR_SUCCESS;
+    };
+    return ZelTest::CameraAcquisition(write, bigEndian);
+}
+
+GC_ERROR CameraTest::StartStream(uint64_t count) {
     return p.DSStartAcquisition(stream, ACQ_START_FLAGS_DEFAULT, count);
 }
 
-GC_ERROR CameraTest::Stop(int32_t flags) {
+GC_ERROR CameraTest::StopStream(int32_t flags) {
     return p.DSStopAcquisition(stream, flags);
+}
+
+GC_ERROR CameraTest::Start(uint64_t count) {
+    const GC_ERROR code = StartStream(count);
+    if (code == GC_ERR_SUCCESS) {
+        EXPECT_TRUE(Acquisition().Start());
+    }
+    return code;
+}
+
+GC_ERROR CameraTest::Stop(int32_t flags) {
+    EXPECT_TRUE(Acquisition().Stop());
+    return StopStream(flags);
 }
 
 GC_ERROR CameraTest::TryFetch(uint64_t timeoutMs, BUFFER_HANDLE* buffer) {

@@ -110,8 +110,12 @@ class CameraTest : public SimulatorTest {
     void AllocateAndQueue(size_t count);
     GenTL::BUFFER_HANDLE Allocate();
     GenTL::GC_ERROR Queue(GenTL::BUFFER_HANDLE buffer) { return p.DSQueueBuffer(stream, buffer); }
+
+    // The stream, and then the camera; or the stream alone.
     GenTL::GC_ERROR Start(uint64_t count = GENTL_INFINITE);
     GenTL::GC_ERROR Stop(int32_t flags = GenTL::ACQ_STOP_FLAGS_KILL);
+    GenTL::GC_ERROR StartStream(uint64_t count = GENTL_INFINITE);
+    GenTL::GC_ERROR StopStream(int32_t flags = GenTL::ACQ_STOP_FLAGS_KILL);
 
     // The next filled buffer; null, and a failed test, when none comes.
     GenTL::BUFFER_HANDLE Fetch();
@@ -128,6 +132,9 @@ class CameraTest : public SimulatorTest {
     GenTL::DEV_HANDLE device = nullptr;
     GenTL::DS_HANDLE stream = nullptr;
     GenTL::EVENT_HANDLE newBuffer = nullptr;
+
+  private:
+    auto Acquisition();
 };
 
 // Long enough for a loaded machine; the tests wait for events, not for time to pass.

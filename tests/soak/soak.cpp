@@ -70,6 +70,8 @@ class Camera {
         RequireSuccess(stream_->AllocBufferQueue(nullptr, 8), "buffers of " + id_);
         RequireSuccess(stream_->StartAcquisition(ZelCam::Infinite, ZelCam::StartFlag_Default),
                        "start of " + id_);
+        RequireSuccess(features_->SetIntegerValue("TLParamsLocked", 1), "lock of " + id_);
+        RequireSuccess(features_->ExecuteCommand("AcquisitionStart"), "start of camera " + id_);
     }
 
     // Takes a frame, if the wait for it is not cancelled.
