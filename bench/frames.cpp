@@ -1,6 +1,6 @@
 // The frame loop of an application, through the library and without it, over the same camera that
-// delivers as fast as it can. Time is the CPU time of the thread that runs the loop; the generator
-// of the frames has its own.
+// delivers as fast as it can. Time is the CPU time of the thread that runs the loop; the camera has
+// its own.
 #include <string>
 
 #include "bench/groups.h"

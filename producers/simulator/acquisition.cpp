@@ -46,7 +46,8 @@ void Acquisition::Wake() {
 void Acquisition::Start() {
     const Lock lock(mutex_);
     if (isAcquiring_ && !isStopping_ && camera_.Config().freeRunning) return;
-    if (isAcquiring_) throw Error(GenTL::GC_ERR_BUSY, "the camera acquires, or has not stopped yet");
+    if (isAcquiring_)
+        throw Error(GenTL::GC_ERR_BUSY, "the camera acquires, or has not stopped yet");
     if (NeedsLock()) throw Error(GenTL::GC_ERR_ACCESS_DENIED, "TLParamsLocked must be 1 first");
     if (receivers_.empty()) {
         throw Error(GenTL::GC_ERR_ACCESS_DENIED, "no stream is started to send frames to");

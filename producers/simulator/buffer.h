@@ -38,7 +38,7 @@ struct BufferMemory {
 };
 
 // A buffer of a stream. Its place among the buffers belongs to the BufferPool; the frame it holds
-// is written by the generator before it is delivered. Thread-safe.
+// is written by the camera's thread before it is delivered. Thread-safe.
 //
 //   idle --queue--> input --taken--> acquiring --deliver--> output --fetched--> idle
 //
