@@ -46,8 +46,7 @@ void Acquisition::Wake() {
 void Acquisition::Start() {
     const Lock lock(mutex_);
     if (isAcquiring_ && !isStopping_ && camera_.Config().freeRunning) return;
-    if (isAcquiring_)
-        throw Error(GenTL::GC_ERR_BUSY, "the camera acquires, or has not stopped yet");
+    if (isAcquiring_) throw Error(GenTL::GC_ERR_BUSY, "the camera has not stopped yet");
     if (NeedsLock()) throw Error(GenTL::GC_ERR_ACCESS_DENIED, "TLParamsLocked must be 1 first");
     if (receivers_.empty()) {
         throw Error(GenTL::GC_ERR_ACCESS_DENIED, "no stream is started to send frames to");
@@ -59,7 +58,7 @@ bool Acquisition::NeedsLock() const {
     return !camera_.Config().freeRunning && !camera_.Control().IsLockedByClient();
 }
 
-// With the mutex held, as all private functions.
+// With the mutex held, as all private functions but Wake.
 void Acquisition::WakeThread() {
     ++numWakes_;
     wake_.WakeAll();
@@ -191,8 +190,7 @@ void Acquisition::Detach(Receiver& receiver, bool kill) {
     });
     PutBack(receiver);
     receiver.grabbing_ = false;
-    receivers_.erase(std::find_if(receivers_.begin(), receivers_.end(),
-                                  [&](const auto& other) { return other.get() == &receiver; }));
+    receivers_.erase(place);
     if (!receivers_.empty()) return;
     Cancel();
     isQuitting_ = true;

@@ -129,7 +129,7 @@ class Acquisition {
     mutable std::mutex mutex_;  // guards what follows, and the receivers
     WaitPoint wake_{mutex_};
     uint64_t numWakes_ = 0;
-    std::vector<std::shared_ptr<Receiver>> receivers_;
+    std::vector<std::shared_ptr<Receiver>> receivers_;  // changed with attachMutex_ held as well
     std::vector<Receiver*> sending_;  // get the frame that is being sent; the thread's
     bool isQuitting_ = false;
     bool isAcquiring_ = false;

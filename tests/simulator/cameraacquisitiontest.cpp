@@ -1,6 +1,8 @@
 // When cameras take frames: what starts and ends them, what must not change meanwhile, and at which
 // times they come.
 
+#include <future>
+
 #include <gmock/gmock.h>
 
 #include "tests/simulator/portnodemap.h"
@@ -187,18 +189,67 @@ TEST_F(CameraAcquisitionTest, AStopSendsTheFrameUnderWayAndAnAbortDoesNot) {
 
 TEST_F(CameraAcquisitionTest, EndsWithTheStream) {
     Open("width='16' height='8' frameRate='0'", "GEV");
-    AllocateAndQueue(2);
+    AllocateAndQueue(1);
     ASSERT_EQ(Start(), GC_ERR_SUCCESS);
-    Fetch();
+    const BUFFER_HANDLE buffer = Fetch();
     ASSERT_EQ(StopStream(), GC_ERR_SUCCESS);
     EXPECT_FALSE(Is("AcquisitionActive"));
     EXPECT_EQ(nodes->Integer("TLParamsLocked"), 1);
-    const uint64_t numStarted = NumStarted();
     ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
-    AllocateAndQueue(1);
-    EXPECT_EQ(TryFetch(50), numStarted == 2 ? GC_ERR_SUCCESS : GC_ERR_TIMEOUT)
-        << "the frame that was delivered before, or none";
-    EXPECT_EQ(NumStarted(), numStarted);
+    ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+    EXPECT_EQ(TryFetch(50), GC_ERR_TIMEOUT);
+    nodes->Execute("AcquisitionStart");
+    EXPECT_EQ(Fetch(), buffer);
+}
+
+TEST_F(CameraAcquisitionTest, EachStartedStreamGetsTheFrames) {
+    Open("width='16' height='8' frameRate='200' streams='2'", "GEV");
+    AllocateAndQueue(3);
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    const DS_HANDLE first = stream;
+    const EVENT_HANDLE firstEvent = newBuffer;
+    ASSERT_EQ(p.DevOpenDataStream(device, "C/Stream1", &stream), GC_ERR_SUCCESS);
+    ASSERT_EQ(p.GCRegisterEvent(stream, EVENT_NEW_BUFFER, &newBuffer), GC_ERR_SUCCESS);
+    AllocateAndQueue(3);
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    nodes->Set("AcquisitionMode", "MultiFrame");
+    nodes->SetInteger("AcquisitionFrameCount", 3);
+    StartCamera();
+    EXPECT_THAT(FetchIds(3), ElementsAre(0U, 1U, 2U));
+    ASSERT_EQ(StopStream(), GC_ERR_SUCCESS);
+    stream = first;
+    newBuffer = firstEvent;
+    EXPECT_THAT(FetchIds(3), ElementsAre(0U, 1U, 2U));
+}
+
+// Nothing hangs, and everything can be closed.
+TEST_F(CameraAcquisitionTest, StreamsAndCommandsMeetInAnyOrder) {
+    Open("width='16' height='8' frameRate='2000' streams='2'", "GEV");
+    AllocateAndQueue(2);
+    DS_HANDLE other = nullptr;
+    ASSERT_EQ(p.DevOpenDataStream(device, "C/Stream1", &other), GC_ERR_SUCCESS);
+    BUFFER_HANDLE buffer = nullptr;
+    ASSERT_EQ(p.DSAllocAndAnnounceBuffer(other, 128, nullptr, &buffer), GC_ERR_SUCCESS);
+    const auto startAndStop = [&](DS_HANDLE handle) {
+        for (int i = 0; i < 200; ++i) {
+            p.DSFlushQueue(handle, ACQ_QUEUE_ALL_TO_INPUT);
+            EXPECT_EQ(p.DSStartAcquisition(handle, ACQ_START_FLAGS_DEFAULT, GENTL_INFINITE), 0);
+            EXPECT_EQ(p.DSStopAcquisition(
+                          handle, i % 2 == 0 ? ACQ_STOP_FLAGS_DEFAULT : ACQ_STOP_FLAGS_KILL),
+                      GC_ERR_SUCCESS);
+        }
+    };
+    auto firstEnds = std::async(std::launch::async, startAndStop, stream);
+    auto secondEnds = std::async(std::launch::async, startAndStop, other);
+    for (int i = 0; i < 200; ++i) {
+        for (const uint32_t address : {0x2608U, 0x2204U, 0x2234U, 0x2240U, 0x2208U, 0x2244U})
+            Write(address, 1);
+        Write(0x2608, 0);
+        Write(0x2234, 0);
+    }
+    firstEnds.get();
+    secondEnds.get();
+    EXPECT_FALSE(Is("AcquisitionActive"));
 }
 
 TEST_F(CameraAcquisitionTest, TheClientsStateEndsWithTheClient) {
