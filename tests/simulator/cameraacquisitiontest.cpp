@@ -369,6 +369,8 @@ TEST_F(CameraAcquisitionTest, TriggersDuringAnExposureAreLost) {
     ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
     StartCamera();
     nodes->Execute("TriggerSoftware");
+    while (!Is("FrameActive")) {
+    }
     EXPECT_FALSE(Is("FrameTriggerWait"));
     nodes->Execute("TriggerSoftware");
     EXPECT_EQ(FrameId(Fetch()), 0U);
