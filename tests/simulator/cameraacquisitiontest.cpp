@@ -2,6 +2,7 @@
 // times they come.
 
 #include <future>
+#include <thread>
 
 #include <gmock/gmock.h>
 
@@ -38,12 +39,13 @@ class CameraAcquisitionTest : public CameraNodesTest {
         nodes->SetInteger("TLParamsLocked", 1);
         nodes->Execute("AcquisitionStart");
     }
-    void AwaitEnd() {
+    void Await(const char* status, bool expected) {
         const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(patienceMs);
-        while (Is("AcquisitionActive") && std::chrono::steady_clock::now() < end) {
-        }
-        EXPECT_FALSE(Is("AcquisitionActive"));
+        while (Is(status) != expected && std::chrono::steady_clock::now() < end)
+            std::this_thread::yield();
+        EXPECT_EQ(Is(status), expected) << status;
     }
+    void AwaitEnd() { Await("AcquisitionActive", false); }
     uint64_t NumStarted() { return StreamInfo(STREAM_INFO_NUM_STARTED).Uint64(); }
 
     std::vector<uint64_t> FetchIds(size_t count) {
@@ -169,16 +171,14 @@ TEST_F(CameraAcquisitionTest, AStopSendsTheFrameUnderWayAndAnAbortDoesNot) {
     AllocateAndQueue(3);
     ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
     StartCamera();
-    while (!Is("FrameActive")) {
-    }
+    Await("FrameActive", true);
     nodes->Execute("AcquisitionStop");
     EXPECT_THAT(FetchIds(1), ElementsAre(0U));
     AwaitEnd();
     EXPECT_TRUE(IsDone("AcquisitionStop"));
 
     nodes->Execute("AcquisitionStart");
-    while (!Is("FrameActive")) {
-    }
+    Await("FrameActive", true);
     nodes->Execute("AcquisitionAbort");
     EXPECT_TRUE(IsDone("AcquisitionAbort"));
     EXPECT_FALSE(Is("FrameActive"));
@@ -369,8 +369,7 @@ TEST_F(CameraAcquisitionTest, TriggersDuringAnExposureAreLost) {
     ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
     StartCamera();
     nodes->Execute("TriggerSoftware");
-    while (!Is("FrameActive")) {
-    }
+    Await("FrameActive", true);
     EXPECT_FALSE(Is("FrameTriggerWait"));
     nodes->Execute("TriggerSoftware");
     EXPECT_EQ(FrameId(Fetch()), 0U);
