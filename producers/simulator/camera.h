@@ -19,6 +19,7 @@
 #include "producers/simulator/config.h"
 #include "producers/simulator/eventchannel.h"
 #include "producers/simulator/eventmessage.h"
+#include "producers/simulator/frame.h"
 #include "producers/simulator/object.h"
 #include "producers/simulator/registerspace.h"
 #include "producers/simulator/testpicture.h"
