@@ -77,8 +77,11 @@ void DeviceImpl::Release() {
 }
 
 uint32_t DeviceImpl::GetNumStreams() {
-    uint32_t count = 0;
-    return module_.lib->DevGetNumDataStreams(module_.handle, &count) == 0 ? count : 0;
+    return ZeroOnError([this] {
+        return QueryCount([this](uint32_t* number) {
+            return module_.lib->DevGetNumDataStreams(module_.handle, number);
+        });
+    });
 }
 
 ZelCam::Stream* DeviceImpl::GetStreamByIndex(uint32_t index) {

@@ -1,5 +1,6 @@
 #include "ZelCameraApi/deviceinfoimpl.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <stdexcept>
 #include <utility>
@@ -21,6 +22,7 @@ constexpr int kDeviceInfoUsb3Host = 1100;
 
 // Features of an interface that reaches GigE Vision cameras.
 constexpr const char* kDeviceSelector = "DeviceSelector";
+constexpr const char* kDeviceID = "DeviceID";
 constexpr const char* kForceIP = "GevDeviceForceIP";
 
 }  // namespace
@@ -136,6 +138,40 @@ bool DeviceInfoImpl::FindPosition(Position& position) {
     return true;
 }
 
+// The library's list is sorted, a producer may list in another order: the place there is only where
+// to look first. An interface that does not say which camera is selected is taken at its word.
+ZelCamErr DeviceInfoImpl::CorrectSelection(ZelGenParam::Array& ifParams) const {
+    const ZelCamErr err = CompareSelected(ifParams);
+    if (err == ZelCamErr_ParamNotFound) return ZelCamErr_Success;
+    return err == ZelCamErr_NotFound ? SearchSelector(ifParams) : err;
+}
+
+// ZelCamErr_NotFound when another camera is selected.
+ZelCamErr DeviceInfoImpl::CompareSelected(ZelGenParam::Array& ifParams) const {
+    ZelCamErr err = ZelCamErr_Success;
+    const char* const selected = ifParams.GetStringValue(kDeviceID, &err);
+    if (err != ZelCamErr_Success) return err;
+    return id_ == selected ? ZelCamErr_Success : ZelCamErr_NotFound;
+}
+
+// A value whose camera cannot be told is passed over.
+ZelCamErr DeviceInfoImpl::SearchSelector(ZelGenParam::Array& ifParams) const {
+    ZelGenParam::Int* const selector = ifParams.GetInt(kDeviceSelector, nullptr);
+    if (selector == nullptr) return ZelCamErr_NotFound;
+    const int64_t max = selector->GetMax(nullptr);
+    const int64_t step = std::max<int64_t>(selector->GetIncrement(nullptr), 1);
+    int64_t value = selector->GetMin(nullptr);
+    for (uint32_t i = 0; i < kMaxCount && value <= max; ++i, value += step) {
+        if (selector->SetValue(value) == ZelCamErr_Success &&
+            CompareSelected(ifParams) == ZelCamErr_Success) {
+            return ZelCamErr_Success;
+        }
+        const uint64_t left = static_cast<uint64_t>(max) - static_cast<uint64_t>(value);
+        if (left < static_cast<uint64_t>(step)) break;
+    }
+    return ZelCamErr_NotFound;
+}
+
 ZelCamErr DeviceInfoImpl::GetIP(uint32_t* address, uint32_t* mask, uint32_t* gateway) {
     Position position;
     if (!FindPosition(position) || !position.listed) return ZelCamErr_NotFound;
@@ -143,6 +179,7 @@ ZelCamErr DeviceInfoImpl::GetIP(uint32_t* address, uint32_t* mask, uint32_t* gat
     if (ifParams == nullptr) return ZelCamErr_NotFound;
 
     ZelCamErr err = ifParams->SetIntegerValue(kDeviceSelector, position.index);
+    if (err == ZelCamErr_Success) err = CorrectSelection(*ifParams);
     const auto read = [&](const char* name) {
         const int64_t value = err == ZelCamErr_Success ? ifParams->GetIntegerValue(name, &err) : 0;
         return static_cast<uint32_t>(value);
@@ -181,7 +218,10 @@ ZelCamErr DeviceInfoImpl::ForceIP(uint32_t address, uint32_t mask, uint32_t gate
     if (!FindPosition(position)) return ZelCamErr_NotFound;
     err = ifParams->SetIntegerValue(kDeviceSelector, position.index);
     if (err != ZelCamErr_Success) return err;
-    err = ForceIPToCurrentDevice(ifParams, address, mask, gateway);
+    err = CorrectSelection(*ifParams);
+    if (err == ZelCamErr_Success) {
+        err = ForceIPToCurrentDevice(ifParams, address, mask, gateway);
+    }
     ifParams->SetIntegerValue(kDeviceSelector, saved);
     return err;
 }

@@ -58,7 +58,7 @@ class DeviceInfoImpl final : public ZelCam::DeviceInfo {
 
   private:
     // The camera's place among those of its interface, which is its number in the interface's
-    // DeviceSelector.
+    // DeviceSelector where the producer lists its cameras in the same order.
     struct Position {
         int64_t index = 0;  // the number of cameras when it is not among them
         bool listed = false;
@@ -67,6 +67,9 @@ class DeviceInfoImpl final : public ZelCam::DeviceInfo {
     const char* Info(std::string& buffer, int cmd);
     int32_t QueryAccessStatus() const;
     bool FindPosition(Position& position);
+    ZelCamErr CorrectSelection(ZelGenParam::Array& ifParams) const;
+    ZelCamErr CompareSelected(ZelGenParam::Array& ifParams) const;
+    ZelCamErr SearchSelector(ZelGenParam::Array& ifParams) const;
     bool RefreshIPTexts(ZelCamErr* err);
 
     std::string id_;

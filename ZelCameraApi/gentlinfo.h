@@ -100,6 +100,20 @@ std::string GetDevInfoString(const GenTLModule<void*>& iface, const std::string&
 std::string PortGetInfoString(const GenTLModule<void*>& port, int cmd);
 std::string PortGetURLString(const GenTLModule<void*>& port, uint32_t index);
 
+// Most interfaces, cameras or streams that a producer may have: it takes a broken one to report
+// more.
+constexpr uint32_t kMaxCount = 65536;
+
+// The number that `count(&number)` asks of a producer. Throws zelcam_exception when the producer
+// fails or the number is beyond kMaxCount, so that nobody counts to 2^32.
+template <typename Count>
+uint32_t QueryCount(Count&& count) {
+    uint32_t number = 0;
+    ThrowOnError(count(&number));
+    if (number > kMaxCount) throw zelcam_exception(GenTL::GC_ERR_ERROR);
+    return number;
+}
+
 // The size that a producer reports for a text. Throws zelcam_exception when it is beyond any text,
 // so that a broken producer does not exhaust the memory.
 size_t CheckedTextSize(size_t size);

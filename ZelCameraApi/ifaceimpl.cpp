@@ -166,8 +166,8 @@ void InterfaceImpl::CollectDeviceInfos() {
 
 // The identifiers that the producer lists.
 std::vector<std::string> InterfaceImpl::FindDeviceIds() const {
-    uint32_t count = 0;
-    ThrowOnError(module_.lib->IFGetNumDevices(module_.handle, &count));
+    const uint32_t count = QueryCount(
+        [&](uint32_t* number) { return module_.lib->IFGetNumDevices(module_.handle, number); });
     std::vector<std::string> ids;
     for (uint32_t i = 0; i < count; ++i) {
         std::string id = QueryId([&](char* buffer, size_t* size) {

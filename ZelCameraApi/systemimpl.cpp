@@ -132,8 +132,8 @@ void SystemImpl::CollectInterfaces() {
 
 void SystemImpl::CollectInterfaces(const GenTLModule<void*>& tl,
                                    std::list<std::unique_ptr<InterfaceImpl>>& interfaces) {
-    uint32_t count = 0;
-    ThrowOnError(tl.lib->TLGetNumInterfaces(tl.handle, &count));
+    const uint32_t count =
+        QueryCount([&](uint32_t* number) { return tl.lib->TLGetNumInterfaces(tl.handle, number); });
     for (uint32_t i = 0; i < count; ++i) {
         std::string id = QueryId([&](char* buffer, size_t* size) {
             return tl.lib->TLGetInterfaceID(tl.handle, i, buffer, size);

@@ -1,5 +1,6 @@
 #include "ZelCameraApi/ZelGenParam/arrayimpl.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "ZelCameraApi/ZelGenParam/genapierrors.h"
@@ -10,6 +11,13 @@
 #include "ZelCameraApi/gentlinfo.h"
 
 namespace ZelCameraApi::Internal {
+
+namespace {
+
+// Ports announce two or three; a broken producer may report any number, none of which works.
+constexpr uint32_t kMaxUrls = 64;
+
+}  // namespace
 
 std::unique_ptr<ArrayImpl> CreateArray(const GenTLModule<void*>& module, ZelCamErr* err,
                                        const char* xmlFile) {
@@ -45,7 +53,7 @@ void ArrayImpl::CreateNodeMap(const char* xmlFile) {
 // to give up: ports announce alternatives.
 std::unique_ptr<GenApi::CNodeMapRef> ArrayImpl::LoadAnnounced(
     uint32_t urls, const GenICam::gcstring& moduleId) const {
-    for (uint32_t i = 0; i < urls; ++i) {
+    for (uint32_t i = 0; i < std::min(urls, kMaxUrls); ++i) {
         try {
             const std::string url = PortGetURLString(module_, i);
             return LoadDescriptionUrl(module_, url.substr(0, url.find('\0')), moduleId);

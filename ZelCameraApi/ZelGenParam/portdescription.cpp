@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
 
 #include "ZelCam/Error.h"
 #include "ZelCameraApi/gentl_error.h"
@@ -12,10 +14,11 @@ namespace ZelCameraApi::Internal {
 namespace {
 
 using NodeMapOwner = std::unique_ptr<GenApi::CNodeMapRef>;
+using File = std::unique_ptr<FILE, int (*)(FILE*)>;
 
-// The length of a description is a claim of the device. The largest cameras need a few MiB, and
-// what a description may grow to when it is unpacked is the engine's business.
-constexpr uint64_t kMaxLength = uint64_t{64} << 20;
+// The length of a description is a claim of the device. The largest cameras need a few MiB, and the
+// engine takes no more than this.
+constexpr uint64_t kMaxLength = uint64_t{32} << 20;
 
 // Ports are read in whole registers.
 constexpr size_t kRegisterSize = 4;
@@ -46,14 +49,6 @@ NodeMapOwner Load(const std::string& extension, const GenICam::gcstring& moduleI
         return nullptr;
     }
     return map;
-}
-
-NodeMapOwner LoadFile(const std::string& path, const std::string& extension,
-                      const GenICam::gcstring& moduleId) {
-    const GenICam::gcstring file(path.c_str());
-    return Load(
-        extension, moduleId, [&](GenApi::CNodeMapRef& map) { map._LoadXMLFromFile(file); },
-        [&](GenApi::CNodeMapRef& map) { map._LoadXMLFromZIPFile(file); });
 }
 
 struct RegisterRange {
@@ -108,19 +103,47 @@ std::string FirstCharacters(const std::string& text, size_t count) {
     return {text.begin(), end};
 }
 
-// `path` is what follows the colon, slashes included.
+// Opening anything but a regular file could block, or have an effect on a device.
+std::string ReadRegularFile(const std::string& path) {
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const File file(descriptor >= 0 ? fdopen(descriptor, "rb") : nullptr, &std::fclose);
+    struct stat status {};
+    if (file == nullptr || fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        throw RUNTIME_EXCEPTION("Not a readable file");
+    }
+    const auto size = static_cast<uint64_t>(status.st_size);
+    if (size > kMaxLength) throw RUNTIME_EXCEPTION("Description too large");
+    std::string bytes(static_cast<size_t>(size), '\0');
+    bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
+    return bytes;
+}
+
+// `path` is what follows the colon, slashes included. A device must not have other files opened
+// than descriptions, so the extension is looked at first.
 NodeMapOwner LoadFileUrl(const std::string& path, const GenICam::gcstring& moduleId) {
     constexpr size_t kMaxPath = 512;
     const std::string file = FirstCharacters(path, kMaxPath);
-    return LoadFile(file, ExtensionOf(file), moduleId);
+    return Load(
+        ExtensionOf(file), moduleId,
+        [&](GenApi::CNodeMapRef& map) {
+            const std::string bytes = ReadRegularFile(file);
+            map._LoadXMLFromString(GenICam::gcstring(bytes.data(), bytes.size()));
+        },
+        [&](GenApi::CNodeMapRef& map) {
+            const std::string bytes = ReadRegularFile(file);
+            map._LoadXMLFromZIPData(bytes.data(), bytes.size());
+        });
 }
 
 }  // namespace
 
 NodeMapOwner LoadDescriptionFile(const char* path, const GenICam::gcstring& moduleId) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path, "r"), &std::fclose);
+    const File file(std::fopen(path, "r"), &std::fclose);
     if (file == nullptr) throw zelcam_exception(ZelCamErr_FileOpenFailed);
-    return LoadFile(path, ExtensionOf(path).substr(0, 3), moduleId);
+    return Load(
+        ExtensionOf(path).substr(0, 3), moduleId,
+        [path](GenApi::CNodeMapRef& map) { map._LoadXMLFromFile(path); },
+        [path](GenApi::CNodeMapRef& map) { map._LoadXMLFromZIPFile(path); });
 }
 
 NodeMapOwner LoadDescriptionUrl(const GenTLModule<void*>& port, const std::string& url,

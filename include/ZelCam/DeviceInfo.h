@@ -52,21 +52,25 @@ class DeviceInfo {
 
     // The same as numbers, the first octet in the most significant byte (192.168.1.2 is
     // 0xC0A80102). The arguments are written on success only; none may be null.
-    //   ZelCamErr_NotFound       the interface does not list the camera, or has no features
+    //   ZelCamErr_NotFound       the interface does not list the camera, has no features, or cannot
+    //                            select it
     //   ZelCamErr_ParamNotFound  the interface is not one for GigE Vision cameras
     // and the other codes of access by name, see ZelGenParam::Array. Selects the camera in the
-    // interface's "DeviceSelector".
+    // interface's "DeviceSelector": by its "DeviceID", or by the camera's place in the list of the
+    // interface where there is no such feature.
     virtual ZelCamErr GetIP(uint32_t* address, uint32_t* mask, uint32_t* gateway) = 0;
 
     // Force a temporary network configuration on a GigE Vision camera (FORCEIP), for a camera that
-    // does not fit into the network of its adapter. "DeviceSelector" of the interface gets its
-    // former value back.
-    //   ZelCamErr_InvalidArgument  the address or the mask is no text of four numbers; a gateway
-    //                              that is none counts as 0.0.0.0
+    // does not fit into the network of its adapter. The camera is selected as GetIP does it, and
+    // "DeviceSelector" of the interface gets its former value back.
+    //   ZelCamErr_InvalidArgument  the address or the mask is no text of four numbers; an unparsable
+    //                              gateway counts as 0.0.0.0
     //   ZelCamErr_ParamNotFound    the interface is not one for GigE Vision cameras
-    //   ZelCamErr_OutOfRange       the interface does not list the camera
-    //   ZelCamErr_NotFound         the interface cannot list its cameras
-    // and the other codes of access by name and of Interface::GetParameters. Numbers of a text are
+    //   ZelCamErr_NotFound         the interface cannot list its cameras, or cannot select this one
+    // and the other codes of access by name and of Interface::GetParameters. For a camera that the
+    // interface does not list, the number of listed cameras is selected, which "DeviceSelector"
+    // usually refuses (ZelCamErr_OutOfRange); without any camera the selector itself may be
+    // unavailable (ZelCamErr_AccessDenied with the simulated cameras). Numbers of a text are
     // not checked for their range: only their lower eight bits count. A null text raises
     // std::logic_error.
     virtual ZelCamErr ForceIP(const char* address, const char* mask, const char* gateway) = 0;

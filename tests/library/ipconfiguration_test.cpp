@@ -2,6 +2,7 @@
 #include <stdexcept>
 
 #include "ZelCameraApi/ipaddress.h"
+#include "ZelGenParam/Array.h"
 #include "tests/library/moduledescription.h"
 
 using Description::Peek;
@@ -39,6 +40,33 @@ class IPConfigurationTest : public SessionTest {
                 selections.push_back(call.data.at(0));
         }
         return selections;
+    }
+
+    // The values of the selector for which the command was given since the last Calls.
+    std::vector<int> TakeForcedCameras() {
+        std::vector<int> cameras;
+        int selected = -1;
+        for (const Scripted::Call& call : producer.TakeCalls()) {
+            if (call.function != "GCWritePort") continue;
+            if (call.number == Description::Selector) selected = call.data.at(0);
+            if (call.number == Description::ForceCommand) cameras.push_back(selected);
+        }
+        return cameras;
+    }
+
+    // An interface that lists `cameras`, and tells of each value of its selector which camera it
+    // is.
+    void OpenWith(const std::vector<std::string>& cameras,
+                  const std::vector<std::string>& identifiers) {
+        producer.SetDescription(Description::Xml("PayloadSize", Description::DeviceID()));
+        producer.SetWorld({{"if0", "GEV", cameras}});
+        uint8_t* at = producer.GetRegisters().data() + Description::Identifier;
+        for (const std::string& identifier : identifiers) {
+            std::copy(identifier.begin(), identifier.end(), at);
+            at += 16;
+        }
+        system.reset();
+        OpenInterface();
     }
 
     ZelCam::DeviceInfo* Unlisted() { return iface->GetDeviceInfoById("none"); }
@@ -115,6 +143,47 @@ TEST_F(IPConfigurationTest, IsForcedAndTheSelectorRestored) {
     EXPECT_EQ(info->ForceIP(1U, 2U, 3U), ZelCamErr_GenApiError);
     EXPECT_THAT(TakeForced(), ElementsAre(1, 0, 0, 0));
     EXPECT_THAT(TakeSelections(), ElementsAre(1, 0));
+}
+
+TEST_F(IPConfigurationTest, IsThatOfTheCameraWhateverTheOrderOfTheProducer) {
+    OpenWith({"cam1", "cam0"}, {"cam1", "cam0"});  // the library sorts its list
+    ZelGenParam::Array* const features = iface->GetParameters(nullptr);
+    for (const auto& [id, place] : {std::pair{"cam1", 0}, {"cam0", 1}}) {
+        const auto expected = static_cast<uint32_t>(70 + place);
+        Poke(producer, Description::Camera + 16 * static_cast<uint64_t>(place), expected);
+        info = iface->GetDeviceInfoById(id);
+        uint32_t address = 0;
+        uint32_t other = 0;
+        EXPECT_EQ(info->GetIP(&address, &other, &other), ZelCamErr_Success);
+        EXPECT_EQ(address, expected);
+
+        EXPECT_EQ(features->SetIntegerValue("DeviceSelector", 1 - place), ZelCamErr_Success);
+        TakeSelections();
+        EXPECT_EQ(info->ForceIP(1U, 2U, 3U), ZelCamErr_Success);
+        EXPECT_THAT(TakeForcedCameras(), ElementsAre(place));
+        EXPECT_EQ(features->GetIntegerValue("DeviceSelector", nullptr), 1 - place);
+    }
+}
+
+TEST_F(IPConfigurationTest, IsNotForcedOnAnotherCamera) {
+    OpenWith({"cam0"}, {"cam7", "cam8"});
+    const auto expectRefused = [&](ZelCam::DeviceInfo* camera, ZelCamErr code) {
+        EXPECT_EQ(camera->ForceIP(1U, 2U, 3U), code);
+        EXPECT_THAT(TakeForced(), ElementsAre(0, 0, 0, 0));
+        EXPECT_EQ(iface->GetParameters(nullptr)->GetIntegerValue("DeviceSelector", nullptr), 0);
+    };
+    expectRefused(iface->GetFirstDeviceInfo(), ZelCamErr_NotFound);
+    expectRefused(Unlisted(), ZelCamErr_NotFound);  // its place is one that the selector has
+    uint32_t value = 0;
+    EXPECT_EQ(iface->GetFirstDeviceInfo()->GetIP(&value, &value, &value), ZelCamErr_NotFound);
+
+    producer.AddRule({"GCReadPort", Scripted::AnyCommand, [](const Scripted::Call& call) {
+                          const bool identifier = call.number >= Description::Identifier &&
+                                                  call.number < Description::Width;
+                          return identifier ? Scripted::Fails(-1010) : Scripted::Reply{};
+                      }});
+    iface->GetParameters(nullptr)->SetIntegerValue("DeviceSelector", 0);
+    expectRefused(iface->GetFirstDeviceInfo(), ZelCamErr_GenApiError);
 }
 
 TEST_F(IPConfigurationTest, NeedsTheFeaturesOfAnInterfaceForGigECameras) {

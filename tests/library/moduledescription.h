@@ -17,6 +17,7 @@ enum Register : uint64_t {
     Camera = 0x110,  // address, mask, gateway
     Force = 0x140,   // likewise
     ForceCommand = 0x14C,
+    Identifier = 0x180,  // of the first camera, 16 bytes each
     Width = 0x200,
     Height = 0x204,
     PixelFormat = 0x208,
@@ -40,8 +41,17 @@ inline std::string EventField(const std::string& name, int address, int length,
                        test::registerAt(address, length, "RO", "EventPort") + order);
 }
 
-// `payloadSize` is the name of the feature that tells it.
-inline std::string Xml(const std::string& payloadSize = "PayloadSize") {
+// The identifier of the selected camera, which not every interface tells.
+inline std::string DeviceID() {
+    return test::named("StringReg", "DeviceID",
+                       test::registerAt(test::element("Address", static_cast<int>(Identifier)) +
+                                            "<pIndex Offset='16'>DeviceSelector</pIndex>",
+                                        16, "RO"));
+}
+
+// `payloadSize` is the name of the feature that tells it, `more` are further nodes.
+inline std::string Xml(const std::string& payloadSize = "PayloadSize",
+                       const std::string& more = "") {
     const std::string interface = Feature("DeviceSelector", Selector, "<Min>0</Min><Max>1</Max>") +
                                   OfSelected("GevDeviceIPAddress", Camera) +
                                   OfSelected("GevDeviceSubnetMask", Camera + 4) +
@@ -64,7 +74,7 @@ inline std::string Xml(const std::string& payloadSize = "PayloadSize") {
     const std::string event = "<Port Name='EventPort'><EventID>9001</EventID></Port>" +
                               EventField("GevBlock", 6, 2, test::kBig) +
                               EventField("U3vTimestamp", 4, 8, test::kLittle);
-    return test::document(interface + camera + event + test::kPort);
+    return test::document(interface + camera + event + test::kPort + more);
 }
 
 inline void Poke(Scripted::Control& producer, uint64_t address, uint32_t value) {

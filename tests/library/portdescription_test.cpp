@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -54,6 +55,10 @@ class TemporaryFile {
 TEST(PortDescription, UrlsThatLeadNowhereArePassedOver) {
     const std::string xml = DescriptionOf("Chosen");
     const TemporaryFile text("description.txt", xml);
+    const std::string folder = testing::TempDir() + std::to_string(getpid()) + "folder.xml";
+    std::filesystem::create_directory(folder);
+    const std::string fifo = folder + "/fifo.xml";  // which nobody writes to
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     FakePort port;
     const std::string range = port.Store(xml).substr(std::string("Local:///camera.xml").size());
     const FakePort::Url useless[] = {{"", GenTL::GC_ERR_IO},
@@ -78,6 +83,9 @@ TEST(PortDescription, UrlsThatLeadNowhereArePassedOver) {
                                      {"ftp:a.xml"},
                                      {"File:/no such file.xml"},
                                      {"File:" + text.path()},
+                                     {"File:" + folder},
+                                     {"File:" + fifo},
+                                     {"File:/dev/zero"},
                                      {"File:" + std::string(600, '/') + "a.xml"}};
     for (const FakePort::Url& url : useless) {
         port.urls = {url};
@@ -87,6 +95,7 @@ TEST(PortDescription, UrlsThatLeadNowhereArePassedOver) {
     }
     port.urls.clear();
     EXPECT_EQ(Outcome(port), "-40201");
+    std::filesystem::remove_all(folder);
 }
 
 TEST(PortDescription, TheFirstUsableUrlWins) {

@@ -172,6 +172,10 @@ TEST_F(ToolFeatures, ShowsAndForcesAddresses) {
                 MatchesRegex("[0-9]+[.][0-9]+[.][0-9]+[.][0-9]+"));
     EXPECT_EQ(Run({"ip", "force", "cam-a", "10.1.2.3", "255.0.0.0"}).exitCode, 0);
     EXPECT_EQ(Run({"ip", "force", "cam-a", "300.1.2.3", "255.0.0.0"}).exitCode, 1);
+    const ToolResult refused = Run({"ip", "force", "cam-a", "10.0.0.0", "255.0.0.0"});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_THAT(refused.err, HasSubstr("--force"));
+    EXPECT_EQ(Run({"ip", "force", "cam-a", "10.0.0.0", "255.0.0.0", "--force"}).exitCode, 0);
     EXPECT_EQ(Run({"ip", "show", "cam-c"}).exitCode, 1) << "a USB camera has no address";
 }
 

@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 
@@ -13,6 +15,7 @@
 #include "tools/zelcam/failure.h"
 #include "tools/zelcam/framefile.h"
 #include "tools/zelcam/framestatistics.h"
+#include "tools/zelcam/hostaddress.h"
 #include "tools/zelcam/masking.h"
 #include "tools/zelcam/producerlist.h"
 #include "tools/zelcam/texttable.h"
@@ -182,15 +185,69 @@ TEST(Description, PlacesInRegistersAndFiles) {
         EXPECT_FALSE(file->local);
         EXPECT_EQ(file->file, "/opt/cam.xml");
     }
-    for (const char* url : {"", "cam.xml", "file:", "http://host/cam.xml", "local:cam.xml;10",
+    for (const char* url : {"", "cam.xml", "file:", "file:/proc/self/environ", "file:/cam.xml/",
+                            "file:xml", "http://host/cam.xml", "local:cam.xml;10",
                             "local:cam.xml;1x;10", "local:cam.xml;10;fffffffffffffff"}) {
         EXPECT_FALSE(ParseDescriptionUrl(url).has_value()) << url;
     }
 }
 
+TEST(Description, FilesAreRegularOnes) {
+    const std::filesystem::path folder =
+        std::filesystem::path(testing::TempDir()) / ("description" + std::to_string(getpid()));
+    std::filesystem::create_directory(folder);
+    const std::string file = folder / "a.xml";
+    std::ofstream(file) << "<a/>";
+    EXPECT_EQ(ReadDescriptionFile(file), "<a/>");
+    std::filesystem::resize_file(file, (uint64_t{32} << 20) + 1);
+    const std::string fifo = folder / "fifo.xml";  // which nobody writes to
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    for (const std::string& other : {file, fifo, folder.string(), file + "x"})
+        EXPECT_THAT(FailureOf([&] { ReadDescriptionFile(other); }), StartsWith("7: ")) << other;
+    std::filesystem::remove_all(folder);
+}
+
 TEST(Description, TextsAndArchives) {
     EXPECT_EQ(Unpack(std::string("<a/>\0\0\0", 7)), "<a/>");
     EXPECT_THAT(FailureOf([] { Unpack("PK, but no archive"); }), StartsWith("7: "));
+}
+
+TEST(HostAddress, OnlyThoseThatACameraCanHave) {
+    const auto failure = [](const Network& network, bool any) {
+        return FailureOf([&] { CheckNetwork(network, any); });
+    };
+    const Network usable[] = {{"192.168.0.10", "255.255.255.0", "0.0.0.0"},
+                              {"192.168.0.10", "255.255.255.0", "192.168.0.1"},
+                              {"10.0.1.0", "255.255.254.0", "10.0.0.255"},
+                              {"169.254.255.1", "255.255.0.0", "0.0.0.0"}};
+    for (const Network& network : usable)
+        EXPECT_EQ(failure(network, false), "") << network.address;
+
+    const struct {
+        Network network;
+        const char* fault;
+    } refused[] = {
+        {{"192.168.0.255", "255.255.255.0", "0.0.0.0"}, "broadcast"},
+        {{"192.168.0.0", "255.255.255.0", "0.0.0.0"}, "the network itself"},
+        {{"0.0.0.0", "255.255.255.0", "0.0.0.0"}, "no address of a machine"},
+        {{"0.0.0.5", "255.255.255.0", "0.0.0.0"}, "no address of a machine"},
+        {{"255.255.255.255", "255.255.255.0", "0.0.0.0"}, "no address of a machine"},
+        {{"224.0.0.1", "255.255.255.0", "0.0.0.0"}, "no address of a machine"},
+        {{"127.0.0.1", "255.0.0.0", "0.0.0.0"}, "no address of a machine"},
+        {{"192.168.0.10", "255.0.255.0", "0.0.0.0"}, "no mask"},
+        {{"192.168.0.10", "0.0.0.0", "0.0.0.0"}, "no mask"},
+        {{"192.168.0.10", "255.255.255.255", "0.0.0.0"}, "no mask"},
+        {{"192.168.0.10", "255.255.255.0", "192.168.1.1"}, "gateway 192.168.1.1 is outside"},
+        {{"192.168.0.10", "255.255.255.0", "192.168.0.255"}, "gateway 192.168.0.255 is the broad"}};
+    for (const auto& [network, fault] : refused) {
+        EXPECT_THAT(failure(network, false), AllOf(StartsWith("1: "), HasSubstr(fault)));
+        EXPECT_EQ(failure(network, true), "");
+    }
+    const Network noAddresses[] = {{"300.1.2.3", "255.0.0.0", "0.0.0.0"},
+                                   {"10.1.2.3", "", "0.0.0.0"},
+                                   {"10.1.2.3", "255.0.0.0", "10.1"}};
+    for (const Network& network : noAddresses)
+        EXPECT_THAT(failure(network, true), HasSubstr("of the form"));
 }
 
 TEST(Masking, AddressesByFormAndSecretsAnywhere) {

@@ -2,15 +2,21 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
 #include <memory>
+#include <sys/stat.h>
 #include <zip.h>
 
 #include "tools/zelcam/failure.h"
 
 namespace {
 
-constexpr uint64_t largestDescription = uint64_t{64} << 20;
+// What the engine takes.
+constexpr uint64_t largestDescription = uint64_t{32} << 20;
 
 bool ParseHex(const std::string& text, uint64_t& number) {
     char* end = nullptr;
@@ -22,6 +28,11 @@ std::string Lower(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return text;
+}
+
+bool HasDescriptionName(const std::string& file) {
+    const std::string ending = Lower(file.substr(file.size() - std::min<size_t>(file.size(), 4)));
+    return ending == ".xml" || ending == ".zip";
 }
 
 struct CloseArchive {
@@ -63,7 +74,7 @@ std::optional<DescriptionUrl> ParseDescriptionUrl(const std::string& url) {
         const size_t slashes = rest.find_first_not_of('/');
         if (slashes == std::string::npos) return std::nullopt;
         result.file = rest.substr(slashes > 1 ? slashes - 1 : 0);
-        return result;
+        return HasDescriptionName(result.file) ? std::optional(result) : std::nullopt;
     }
     const size_t first = rest.find(';');
     const size_t second = rest.find(';', first + 1);
@@ -77,6 +88,25 @@ std::optional<DescriptionUrl> ParseDescriptionUrl(const std::string& url) {
                          ParseHex(rest.substr(second + 1), result.size);
     if (!numbers || result.size > largestDescription) return std::nullopt;
     return result;
+}
+
+// Opening anything but a regular file could block, or have an effect on a device.
+std::string ReadDescriptionFile(const std::string& file) {
+    const int descriptor = open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const std::unique_ptr<FILE, int (*)(FILE*)> opened(
+        descriptor >= 0 ? fdopen(descriptor, "rb") : nullptr, fclose);
+    struct stat status {};
+    if (opened == nullptr || fstat(descriptor, &status) != 0) {
+        throw Failure(ExitCode::FileFailed,
+                      "the file " + file + " cannot be read: " + std::strerror(errno));
+    }
+    const auto size = static_cast<uint64_t>(status.st_size);
+    if (!S_ISREG(status.st_mode) || size > largestDescription) {
+        throw Failure(ExitCode::FileFailed, "the file " + file + " is no description");
+    }
+    std::string bytes(size, '\0');
+    bytes.resize(fread(bytes.data(), 1, bytes.size(), opened.get()));
+    return bytes;
 }
 
 std::string Unpack(std::string bytes) {

@@ -14,8 +14,13 @@ struct DescriptionUrl {
     uint64_t size = 0;
 };
 
-// Nothing for another form, a place in the network for instance.
+// Nothing for another form, a place in the network for instance, and for a file that is neither
+// .xml nor .zip: a camera must not have any file of the machine printed.
 std::optional<DescriptionUrl> ParseDescriptionUrl(const std::string& url);
+
+// The contents of a file that a camera names. Failure (FileFailed) when it cannot be read, is not a
+// regular file or is too large for a description.
+std::string ReadDescriptionFile(const std::string& file);
 
 // The text in a file that is a description or an archive with one. Failure (FileFailed) when an
 // archive has none or is damaged.

@@ -1,12 +1,12 @@
 // zelcam ip: the network configuration of a GigE Vision camera.
 
-#include <arpa/inet.h>
 #include <iostream>
 
 #include <nlohmann/json.hpp>
 
 #include "tools/zelcam/camerachoice.h"
 #include "tools/zelcam/commands.h"
+#include "tools/zelcam/hostaddress.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/words.h"
 
@@ -16,15 +16,8 @@ using Json = nlohmann::ordered_json;
 
 struct IpOptions {
     FeatureOptions camera;  // which is not opened: it may have no address yet
-    std::string address;
-    std::string mask;
-    std::string gateway = "0.0.0.0";
-};
-
-struct Network {
-    std::string address;
-    std::string mask;
-    std::string gateway;
+    Network network{"", "", "0.0.0.0"};
+    bool force = false;
 };
 
 Network Ask(ZelCam::DeviceInfo& info) {
@@ -66,29 +59,21 @@ ExitCode RunShow(const IpOptions& options) {
     return ExitCode::Ok;
 }
 
-// The library takes more than the usual form, and the camera would get something else.
-void CheckAddress(const std::string& text) {
-    in_addr address{};
-    if (inet_pton(AF_INET, text.c_str(), &address) != 1) {
-        throw Failure(ExitCode::Usage, "\"" + text + "\" is no address of the form 192.168.0.1");
-    }
-}
-
 ExitCode RunForce(const IpOptions& options) {
-    for (const std::string& text : {options.address, options.mask, options.gateway})
-        CheckAddress(text);
+    const Network& network = options.network;
+    CheckNetwork(network, options.force);
     const Session session(options.camera.session, Session::Detail::Cameras);
     const Camera& camera = SelectGigE(session, options.camera.camera);
-    const ZelCamErr code = camera.info->ForceIP(options.address.c_str(), options.mask.c_str(),
-                                                options.gateway.c_str());
+    const ZelCamErr code = camera.info->ForceIP(network.address.c_str(), network.mask.c_str(),
+                                                network.gateway.c_str());
     if (code != ZelCamErr_Success) {
         throw Failure(ExitCode::FeatureFailed, "the address cannot be forced: " + ErrorWords(code));
     }
     if (options.camera.session.json) {
         const Json result = {{"camera", camera.id},
-                             {"address", options.address},
-                             {"mask", options.mask},
-                             {"gateway", options.gateway}};
+                             {"address", network.address},
+                             {"mask", network.mask},
+                             {"gateway", network.gateway}};
         std::cout << JsonText(result) << '\n';
     }
     return ExitCode::Ok;
@@ -113,13 +98,16 @@ void AddIpCommand(Command app, Invocation& invocation) {
     Command force =
         AddAction(command, invocation, "force",
                   "Give the camera an address until it is switched off", options, RunForce);
-    force.AddOption("address", options->address, "The new address, with dots")
+    force.AddOption("address", options->network.address, "The new address, with dots")
         .TypeName("ADDRESS")
         .Required();
-    force.AddOption("mask", options->mask, "The mask of its network").TypeName("MASK").Required();
-    force.AddOption("gateway", options->gateway, "The gateway; 0.0.0.0: none")
+    force.AddOption("mask", options->network.mask, "The mask of its network")
+        .TypeName("MASK")
+        .Required();
+    force.AddOption("gateway", options->network.gateway, "The gateway; 0.0.0.0: none")
         .TypeName("GATEWAY")
         .ShowDefault();
+    force.AddFlag("--force", options->force, "Also what is no address of a camera in the network");
     command.Footer(
         "Examples:\n"
         "  zelcam ip show 1\n"

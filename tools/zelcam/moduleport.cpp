@@ -13,6 +13,10 @@ using namespace GenTL;
 // Time that the producer has to find interfaces and cameras.
 constexpr uint64_t searchMs = 1000;
 
+// What only a broken producer reports more of.
+constexpr size_t longestText = size_t{16} << 20;
+constexpr uint32_t mostUrls = 64;
+
 void RequireSuccess(GC_ERROR code, const std::string& what) {
     if (code != GC_ERR_SUCCESS) {
         throw Failure(ExitCode::CannotOpen, what + ": " + ErrorWords(static_cast<ZelCamErr>(code)));
@@ -24,6 +28,7 @@ template <typename Ask>
 std::string AskText(const std::string& what, Ask ask) {
     size_t size = 0;
     RequireSuccess(ask(nullptr, &size), what);
+    if (size > longestText) throw Failure(ExitCode::CannotOpen, what + ": the text is too long");
     std::string text(size, '\0');
     RequireSuccess(ask(text.data(), &size), what);
     return text.substr(0, text.find('\0'));
@@ -131,7 +136,7 @@ std::vector<std::string> ModulePort::DescriptionUrls() const {
     RequireSuccess(Resolve<PGCGetNumPortURLs>("GCGetNumPortURLs")(port_, &count),
                    "the module does not tell where its description is");
     std::vector<std::string> urls;
-    for (uint32_t i = 0; i < count; ++i) {
+    for (uint32_t i = 0; i < std::min(count, mostUrls); ++i) {
         INFO_DATATYPE type = INFO_DATATYPE_UNKNOWN;
         urls.push_back(AskText("a place of the description cannot be asked for",
                                [&](char* text, size_t* size) {

@@ -39,7 +39,7 @@ std::string ReadDescription(const ModulePort& port) {
     for (const std::string& url : port.DescriptionUrls()) {
         if (const auto place = ParseDescriptionUrl(url)) {
             return Unpack(place->local ? port.Read(place->address, place->size)
-                                       : ReadFile(place->file));
+                                       : ReadDescriptionFile(place->file));
         }
         places += "\n  " + url;
     }

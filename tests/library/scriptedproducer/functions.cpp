@@ -208,9 +208,10 @@ GC_ERROR CloseModule(const char* function, void* handle, Kind kind) {
 }
 
 GC_ERROR CountChildren(const char* function, void* handle, Kind kind, uint32_t* count) {
-    return OnModule(Record(function, handle), kind, [=](Object& object) {
-        *count = static_cast<uint32_t>(world.ChildrenOf(object).size());
-    });
+    return OnModuleWithReply(
+        Record(function, handle), kind, [=](Object& object, const Reply& reply) {
+            *count = static_cast<uint32_t>(reply.size.value_or(world.ChildrenOf(object).size()));
+        });
 }
 
 GC_ERROR GetChildId(const Call& call, Kind kind, const Out& out) {

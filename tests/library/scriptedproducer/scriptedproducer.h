@@ -49,7 +49,7 @@ struct Reply {
     std::optional<GenTL::GC_ERROR> code;  // do nothing but return this
     bool actFirst = false;                // with `code`: act, then return it
     std::optional<GenTL::INFO_DATATYPE> type;
-    std::optional<size_t> size;                 // reported, whatever is written
+    std::optional<size_t> size;                 // or count: reported, whatever is written
     std::optional<std::vector<uint8_t>> bytes;  // the value; what a port reads, at any address;
                                                 // or the changed flag of an update
 };
