@@ -5,7 +5,6 @@
 // the length of the text and the text. The rest is the message. GenericException is the only answer
 // to a bad message; everything else is a finding.
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -15,6 +14,8 @@
 #include <GenApi/EventAdapterU3V.h>
 #include <GenApi/NodeMapRef.h>
 #include <GenApi/Pointer.h>
+
+#include "fuzz/message.h"
 
 using namespace GENAPI_NAMESPACE;
 using GENICAM_NAMESPACE::gcstring;
@@ -41,28 +42,8 @@ const char kDescription[] = R"(<RegisterDescription ModelName="M" VendorName="V"
     <pPort>Zero</pPort><Endianess>LittleEndian</Endianess></IntReg>
 </RegisterDescription>)";
 
-struct Input {
-    const uint8_t* data;
-    size_t size;
-
-    Input take(size_t count) {
-        const Input taken{data, std::min(count, size)};
-        data += taken.size;
-        size -= taken.size;
-        return taken;
-    }
-    uint64_t number(size_t bytes) {
-        uint64_t value = 0;
-        const Input taken = take(bytes);
-        for (size_t i = 0; i < taken.size; ++i) {
-            value = value << 8 | taken.data[i];
-        }
-        return value;
-    }
-};
-
 template <class Adapter, class... Id>
-void deliver(INodeMap& map, const Input& message, const Id&... id) {
+void deliver(INodeMap& map, const Fuzz::Message& message, const Id&... id) {
     Adapter adapter(&map);
     try {
         adapter.DeliverMessage(message.data, static_cast<uint32_t>(message.size), id...);
@@ -81,8 +62,8 @@ void deliver(INodeMap& map, const Input& message, const Id&... id) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static CNodeMapRef map;
     if (map._Ptr == nullptr) map._LoadXMLFromString(kDescription);
-    Input input{data, size};
-    switch (input.number(1) % 4) {
+    Fuzz::Message input{data, size};
+    switch (input.Number(1) % 4) {
         case 0:
             deliver<CEventAdapterGEV>(*map._Ptr, input);
             break;
@@ -90,12 +71,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             deliver<CEventAdapterU3V>(*map._Ptr, input);
             break;
         case 2: {
-            const uint64_t id = input.number(8);
+            const uint64_t id = input.Number(8);
             deliver<CEventAdapterGeneric>(*map._Ptr, input, id);
             break;
         }
         default: {
-            const Input id = input.take(input.number(1));
+            const Fuzz::Message id = input.Take(input.Number(1));
             deliver<CEventAdapterGeneric>(
                 *map._Ptr, input, gcstring(reinterpret_cast<const char*>(id.data), id.size));
         }

@@ -118,6 +118,15 @@ TEST_F(ToolFeatures, DescriptionsOfAllModules) {
     EXPECT_THAT(Read("camera.xml"), HasSubstr("Name=\"Width\""));
 }
 
+// A camera names what it likes.
+TEST_F(ToolFeatures, PrintsDescriptionsOnly) {
+    SetCameras(R"(<Interface id="eth7" type="GEV">
+        <Camera id="cam-a" descriptionUrl="File:/proc/self/environ"/></Interface>)");
+    const ToolResult result = Run({"xml", "cam-a"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_THAT(result.out, AllOf(HasSubstr("<RegisterDescription"), Not(HasSubstr("ZELSIM"))));
+}
+
 TEST_F(ToolFeatures, PrintsEventsOfTheNamedKind) {
     const ToolResult result =
         Run({"events", "cam-a", "ExposureEnd", "--grab", "-n", "3", "-d", "60000", "--json"});
@@ -177,6 +186,15 @@ TEST_F(ToolFeatures, ShowsAndForcesAddresses) {
     EXPECT_THAT(refused.err, HasSubstr("--force"));
     EXPECT_EQ(Run({"ip", "force", "cam-a", "10.0.0.0", "255.0.0.0", "--force"}).exitCode, 0);
     EXPECT_EQ(Run({"ip", "show", "cam-c"}).exitCode, 1) << "a USB camera has no address";
+}
+
+TEST_F(ToolFeatures, ShowsTheAddressOfTheNamedCamera) {
+    SetCameras(R"(<Interface id="eth7" type="GEV">
+        <Camera id="b" ip="10.0.0.2" mask="255.0.0.0"/><Camera id="a" ip="10.0.0.1" mask="255.0.0.0"/>
+        </Interface>)");
+    for (const auto& [camera, address] : {std::pair{"a", "10.0.0.1"}, {"b", "10.0.0.2"}}) {
+        EXPECT_EQ(Run({"ip", "show", camera, "--json"}).Json().at("address"), address);
+    }
 }
 
 TEST_F(ToolFeatures, WatchTellsChanges) {

@@ -1,0 +1,36 @@
+// A device that answers as the input decides.
+#ifndef FUZZ_GENAPI_HOSTILEPORT_H
+#define FUZZ_GENAPI_HOSTILEPORT_H
+
+#include <array>
+#include <cstdint>
+
+#include <GenApi/IPort.h>
+
+#include "fuzz/choices.h"
+
+namespace Fuzz {
+
+// Registers that keep what is written, unless an access fails, with any exception that a port may
+// throw, or reads something else; and a port that is sometimes not there. How often, the input
+// decides at the start: never, now and then, or often.
+class HostilePort : public GENAPI_NAMESPACE::IPort {
+  public:
+    explicit HostilePort(Choices& choices);
+
+    void Read(void* buffer, std::int64_t address, std::int64_t length) override;
+    void Write(const void* buffer, std::int64_t address, std::int64_t length) override;
+    GENAPI_NAMESPACE::EAccessMode GetAccessMode() const override;
+
+  private:
+    bool Misbehaves() const { return rarity_ != 0 && choices_.OneIn(rarity_); }
+    void MayFail();
+
+    Choices& choices_;
+    std::size_t rarity_;
+    std::array<std::uint8_t, 4096> memory_{};  // every address, again and again
+};
+
+}  // namespace Fuzz
+
+#endif  // FUZZ_GENAPI_HOSTILEPORT_H
