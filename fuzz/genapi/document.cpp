@@ -11,12 +11,80 @@ namespace Fuzz {
 
 namespace {
 
-// Elements whose text is the name of a node.
+// The children of nodes in an order that the schema takes for every kind.
+constexpr std::string_view kOrder[] = {"Extension",
+                                       "ToolTip",
+                                       "Description",
+                                       "DisplayName",
+                                       "Visibility",
+                                       "DocuURL",
+                                       "IsDeprecated",
+                                       "EventID",
+                                       "pIsImplemented",
+                                       "pIsAvailable",
+                                       "pIsLocked",
+                                       "pBlockPolling",
+                                       "ImposedAccessMode",
+                                       "pError",
+                                       "pAlias",
+                                       "pCastAlias",
+                                       "pInvalidator",
+                                       "Streamable",
+                                       "pFeature",
+                                       "pVariable",
+                                       "Constant",
+                                       "Expression",
+                                       "EnumEntry",
+                                       "Address",
+                                       "IntSwissKnife",
+                                       "pAddress",
+                                       "pIndex",
+                                       "Length",
+                                       "pLength",
+                                       "AccessMode",
+                                       "pPort",
+                                       "Cachable",
+                                       "ChunkID",
+                                       "pChunkID",
+                                       "Formula",
+                                       "FormulaTo",
+                                       "FormulaFrom",
+                                       "Value",
+                                       "pValue",
+                                       "ValueIndexed",
+                                       "pValueIndexed",
+                                       "ValueDefault",
+                                       "pValueDefault",
+                                       "CommandValue",
+                                       "pCommandValue",
+                                       "PollingTime",
+                                       "OnValue",
+                                       "OffValue",
+                                       "Bit",
+                                       "LSB",
+                                       "MSB",
+                                       "Min",
+                                       "pMin",
+                                       "Max",
+                                       "pMax",
+                                       "Inc",
+                                       "pInc",
+                                       "Sign",
+                                       "Endianess",
+                                       "Unit",
+                                       "Representation",
+                                       "pValueCopy",
+                                       "ValidValueSet",
+                                       "pSelected",
+                                       "StructEntry"};
+
+// Those that every kind of node has are more often than their share.
 constexpr const char* kLinks[] = {
-    "pIsImplemented", "pIsAvailable",  "pIsLocked", "pBlockPolling", "pError",   "pAlias",
-    "pCastAlias",     "pInvalidator",  "pSelected", "pFeature",      "pValue",   "pValueCopy",
-    "pValueIndexed",  "pValueDefault", "pMin",      "pMax",          "pInc",     "pIndex",
-    "pAddress",       "pLength",       "pPort",     "pVariable",     "pChunkID", "pCommandValue"};
+    "pIsImplemented", "pIsAvailable", "pIsLocked", "pError",        "pBlockPolling", "pInvalidator",
+    "pIsImplemented", "pIsAvailable", "pIsLocked", "pError",        "pBlockPolling", "pInvalidator",
+    "pAlias",         "pCastAlias",   "pFeature",  "pVariable",     "pAddress",      "pIndex",
+    "pLength",        "pChunkID",     "pValue",    "pValueIndexed", "pMin",          "pMax",
+    "pInc",           "pValueCopy",   "pSelected"};
 
 constexpr const char* kVariables[] = {"A", "B", "TO", "FROM", "A.Value", "A.Min", "B.Entry.X"};
 
@@ -26,7 +94,7 @@ constexpr const char* kFormulas[] = {"1/A",    "A+A",  "A%B",  "A<<B",
 constexpr std::size_t kMaxGrafted = 12;
 
 template <typename Items>
-auto& Any(Items& items, Choices& choices) {
+const auto& Any(const Items& items, Choices& choices) {
     return items[choices.Below(std::size(items))];
 }
 
@@ -38,15 +106,6 @@ void Walk(XMLElement* element, const Visit& visit) {
     }
 }
 
-// An element after another one is a child of the same parent.
-void InsertSomewhere(XMLNode& parent, XMLNode* child, Choices& choices) {
-    XMLNode* const after = choices.OneIn(2) ? parent.FirstChildElement() : parent.LastChild();
-    if (after != nullptr)
-        parent.InsertAfterChild(after, child);
-    else
-        parent.InsertEndChild(child);
-}
-
 std::string TextOf(const XMLElement& element) {
     const char* const text = element.GetText();
     return text != nullptr ? text : "";
@@ -55,6 +114,39 @@ std::string TextOf(const XMLElement& element) {
 std::string NameOf(const XMLElement& element) {
     const char* const name = element.Attribute("Name");
     return name != nullptr ? name : "";
+}
+
+// An element with a name that is not part of another one: a variable or an entry is.
+bool IsNode(const XMLElement& element) {
+    const XMLNode* const parent = element.Parent();
+    return !NameOf(element).empty() && parent->ToElement() != nullptr &&
+           NameOf(*parent->ToElement()).empty();
+}
+
+// Whether its text is the name of a node.
+bool IsLink(const XMLElement& element) {
+    return element.Name()[0] == 'p' && element.FirstChildElement() == nullptr;
+}
+
+bool IsNumber(const XMLElement& element) {
+    const std::string text = TextOf(element);
+    return !text.empty() && (text[0] == '-' || (text[0] >= '0' && text[0] <= '9'));
+}
+
+std::size_t RankOf(const XMLElement& element) {
+    const auto* const place = std::find(std::begin(kOrder), std::end(kOrder), element.Name());
+    return static_cast<std::size_t>(place - std::begin(kOrder));
+}
+
+void InsertInOrder(XMLElement& parent, XMLElement* child) {
+    XMLElement* before = nullptr;
+    for (XMLElement* other = parent.FirstChildElement(); other != nullptr;
+         other = other->NextSiblingElement())
+        if (RankOf(*other) <= RankOf(*child)) before = other;
+    if (before != nullptr)
+        parent.InsertAfterChild(before, child);
+    else
+        parent.InsertFirstChild(child);
 }
 
 }  // namespace
@@ -69,97 +161,104 @@ std::string Document::Text() const {
     return printer.CStr();
 }
 
-Document::Elements Document::All() {
+template <typename Condition>
+Document::Elements Document::Those(Condition condition) {
     Elements elements;
-    Walk(Root()->FirstChildElement(), [&](XMLElement* element) { elements.push_back(element); });
+    Walk(Root()->FirstChildElement(), [&](XMLElement* element) {
+        if (condition(*element)) elements.push_back(element);
+    });
     return elements;
 }
 
-Document::Elements Document::Nodes() {
-    Elements nodes;
-    for (XMLElement* const element : All())
-        if (element->Attribute("Name") != nullptr && element->FirstChildElement() != nullptr)
-            nodes.push_back(element);
-    return nodes;
+Document::Elements Document::All() {
+    return Those([](const XMLElement&) { return true; });
 }
 
-Document::Elements Document::Leaves() {
-    Elements leaves = All();
-    leaves.erase(std::remove_if(leaves.begin(), leaves.end(),
-                                [](XMLElement* e) { return e->FirstChildElement() != nullptr; }),
-                 leaves.end());
-    return leaves;
+Document::Elements Document::Nodes() {
+    return Those(IsNode);
+}
+
+Document::Elements Document::Like(const Element& element) {
+    if (IsLink(element)) return Those(IsLink);
+    const std::string_view tag = element.Name();
+    return Those([tag](const XMLElement& other) { return tag == other.Name(); });
 }
 
 void Document::Change(Choices& choices) {
     using Operation = void (Document::*)(Choices&);
-    // Those that make a description more peculiar are more often than those that destroy it.
+    // Those that make a description peculiar are more often than those that destroy it.
     constexpr Operation kOperations[] = {
         &Document::ChangeText, &Document::ChangeText, &Document::Relink,  &Document::Relink,
-        &Document::Relink,     &Document::AddLink,    &Document::AddLink, &Document::Delete,
-        &Document::Copy,       &Document::Swap,       &Document::Rename};
-    if (All().empty()) return;
+        &Document::Relink,     &Document::Relink,     &Document::AddLink, &Document::AddLink,
+        &Document::AddLink,    &Document::AddLink,    &Document::Delete,  &Document::Copy,
+        &Document::Copy,       &Document::Swap,       &Document::Rename,  &Document::ChangeVersion};
+    if (Nodes().empty()) return;
     (this->*Any(kOperations, choices))(choices);
 }
 
+void Document::Mend(Choices& choices) {
+    const Elements nodes = Nodes();
+    if (nodes.empty()) return;
+    std::set<std::string> names;
+    for (const Element* const node : nodes)
+        names.insert(NameOf(*node));
+    for (Element* const link : Those(IsLink))
+        if (names.count(TextOf(*link)) == 0) link->SetText(NameOf(*Any(nodes, choices)).c_str());
+}
+
 void Document::ChangeText(Choices& choices) {
-    const Elements leaves = Leaves();
+    const Elements leaves =
+        Those([](const XMLElement& e) { return e.FirstChildElement() == nullptr && !IsLink(e); });
     if (leaves.empty()) return;
-    XMLElement& leaf = *Any(leaves, choices);
+    Element& leaf = *Any(leaves, choices);
     if (std::string_view(leaf.Name()).substr(0, 7) == "Formula" && choices.OneIn(2)) {
         leaf.SetText(Any(kFormulas, choices));
-    } else if (choices.OneIn(2)) {
+    } else if (IsNumber(leaf) && !choices.OneIn(4)) {
         leaf.SetText(choices.Number());
     } else {
-        leaf.SetText(TextOf(*Any(leaves, choices)).c_str());
+        leaf.SetText(TextOf(*Any(Like(leaf), choices)).c_str());
     }
 }
 
 void Document::Relink(Choices& choices) {
-    const Elements nodes = Nodes();
-    Elements links = Leaves();
-    links.erase(std::remove_if(links.begin(), links.end(),
-                               [](XMLElement* e) { return e->Name()[0] != 'p'; }),
-                links.end());
-    if (nodes.empty() || links.empty()) return;
-    Any(links, choices)->SetText(NameOf(*Any(nodes, choices)).c_str());
+    const Elements links = Those(IsLink);
+    if (links.empty()) return;
+    Any(links, choices)->SetText(NameOf(*Any(Nodes(), choices)).c_str());
 }
 
 void Document::AddLink(Choices& choices) {
     const Elements nodes = Nodes();
-    if (nodes.empty()) return;
-    XMLElement* const link = document_.NewElement(Any(kLinks, choices));
+    Element* const link = document_.NewElement(Any(kLinks, choices));
     link->SetText(NameOf(*Any(nodes, choices)).c_str());
     if (std::string_view(link->Name()) == "pVariable") {
         link->SetAttribute("Name", Any(kVariables, choices));
     }
-    InsertSomewhere(*Any(nodes, choices), link, choices);
+    InsertInOrder(*Any(nodes, choices), link);
 }
 
 void Document::Delete(Choices& choices) {
-    const Elements elements = All();
-    XMLElement* const victim = Any(elements, choices);
+    Element* const victim = Any(All(), choices);
     victim->Parent()->DeleteChild(victim);
 }
 
+// A node under another name, anything else as a child of another node.
 void Document::Copy(Choices& choices) {
-    const Elements elements = All();
-    XMLNode* const copy = Any(elements, choices)->DeepClone(&document_);
-    XMLElement* const named = copy->ToElement();
-    if (named->Attribute("Name") != nullptr && choices.OneIn(2)) {
-        named->SetAttribute("Name", (NameOf(*named) + "x").c_str());
-        InsertSomewhere(*Root(), copy, choices);
+    const Elements elements = choices.OneIn(2) ? Nodes() : All();
+    const Element& original = *Any(elements, choices);
+    Element* const copy = original.DeepClone(&document_)->ToElement();
+    if (IsNode(original)) {
+        copy->SetAttribute("Name", (NameOf(*copy) + "x").c_str());
+        Root()->InsertEndChild(copy);
     } else {
-        InsertSomewhere(*Any(elements, choices), copy, choices);
+        InsertInOrder(*Any(Nodes(), choices), copy);
     }
 }
 
-// Their texts; the elements stay where they are.
+// The texts of two elements of a kind.
 void Document::Swap(Choices& choices) {
-    const Elements leaves = Leaves();
-    if (leaves.empty()) return;
-    XMLElement& first = *Any(leaves, choices);
-    XMLElement& second = *Any(leaves, choices);
+    Element& first = *Any(All(), choices);
+    Element& second = *Any(Like(first), choices);
+    if (first.FirstChildElement() != nullptr || second.FirstChildElement() != nullptr) return;
     const std::string text = TextOf(first);
     first.SetText(TextOf(second).c_str());
     second.SetText(text.c_str());
@@ -167,12 +266,14 @@ void Document::Swap(Choices& choices) {
 
 // As another kind of node, or another element of one.
 void Document::Rename(Choices& choices) {
-    const Elements nodes = Nodes();
-    const Elements leaves = Leaves();
-    const Elements& elements = choices.OneIn(2) && !nodes.empty() ? nodes : leaves;
-    if (elements.empty()) return;
+    const Elements elements = choices.OneIn(2) ? Nodes() : All();
     const std::string name = Any(elements, choices)->Name();
     Any(elements, choices)->SetName(name.c_str());
+}
+
+// Version 1.0 takes more.
+void Document::ChangeVersion(Choices& choices) {
+    Root()->SetAttribute("SchemaMinorVersion", choices.OneIn(2) ? "0" : "1");
 }
 
 void Document::Graft(Document& donor, Choices& choices) {
@@ -180,16 +281,17 @@ void Document::Graft(Document& donor, Choices& choices) {
     if (nodes.empty()) return;
     Elements wanted = {Any(nodes, choices)};
     std::set<std::string> taken;
-    for (const XMLElement* const node : Nodes())
+    for (const Element* const node : Nodes())
         taken.insert(NameOf(*node));
     for (std::size_t i = 0; i < wanted.size() && i < kMaxGrafted; ++i) {
-        XMLElement* const node = wanted[i];
+        Element* const node = wanted[i];
         if (!taken.insert(NameOf(*node)).second) continue;
         Root()->InsertEndChild(node->DeepClone(&document_));
-        Walk(node->FirstChildElement(), [&](XMLElement* element) {
-            const auto target = std::find_if(nodes.begin(), nodes.end(), [&](XMLElement* other) {
-                return element->Name()[0] == 'p' && NameOf(*other) == TextOf(*element);
-            });
+        Walk(node->FirstChildElement(), [&](Element* element) {
+            if (!IsLink(*element)) return;
+            const std::string name = TextOf(*element);
+            const auto target = std::find_if(
+                nodes.begin(), nodes.end(), [&](Element* other) { return NameOf(*other) == name; });
             if (target != nodes.end()) wanted.push_back(*target);
         });
     }

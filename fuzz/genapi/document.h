@@ -26,14 +26,20 @@ class Document {
     // Copies a node of another document with some of those that it refers to.
     void Graft(Document& donor, Choices& choices);
 
+    // Lets references to nodes that are not there lead to others: a description with one does not
+    // load.
+    void Mend(Choices& choices);
+
   private:
     using Element = tinyxml2::XMLElement;
     using Elements = std::vector<Element*>;
 
     Element* Root() { return document_.FirstChildElement(); }
-    Elements Nodes();   // the elements with a name
-    Elements Leaves();  // those with a text, or empty
-    Elements All();     // without the root
+    template <typename Condition>
+    Elements Those(Condition condition);  // without the root
+    Elements All();
+    Elements Nodes();
+    Elements Like(const Element& element);  // of the same name, or references as well
 
     void ChangeText(Choices& choices);
     void Relink(Choices& choices);
@@ -42,6 +48,7 @@ class Document {
     void Copy(Choices& choices);
     void Swap(Choices& choices);
     void Rename(Choices& choices);
+    void ChangeVersion(Choices& choices);
 
     tinyxml2::XMLDocument document_;
 };

@@ -1,5 +1,8 @@
 #include "fuzz/genapi/hostileport.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include <Base/GCException.h>
 
 using namespace GENAPI_NAMESPACE;
@@ -35,21 +38,37 @@ void HostilePort::MayFail() {
     }
 }
 
+// Visits the pieces of the memory that a range of addresses covers: `visit(place, size)`.
+template <typename Visit>
+void HostilePort::ForEachPiece(std::int64_t address, std::int64_t length, Visit visit) {
+    auto at = static_cast<std::uint64_t>(address);
+    for (auto left = static_cast<std::uint64_t>(length); left > 0;) {
+        const std::size_t place = at % memory_.size();
+        const std::size_t size = std::min<std::uint64_t>(left, memory_.size() - place);
+        visit(memory_.begin() + place, size);
+        at += size;
+        left -= size;
+    }
+}
+
 void HostilePort::Read(void* buffer, std::int64_t address, std::int64_t length) {
     MayFail();
-    const auto first = static_cast<std::uint64_t>(address);
-    auto* const bytes = static_cast<std::uint8_t*>(buffer);
-    const std::uint8_t noise = Misbehaves() ? choices_.Byte() : std::uint8_t{0};
-    for (std::uint64_t i = 0; i < static_cast<std::uint64_t>(length); ++i)
-        bytes[i] = memory_[(first + i) % memory_.size()] ^ noise;
+    auto* bytes = static_cast<std::uint8_t*>(buffer);
+    if (Misbehaves()) {
+        std::fill_n(bytes, length, choices_.Byte());
+        return;
+    }
+    ForEachPiece(address, length,
+                 [&](auto place, std::size_t size) { bytes = std::copy_n(place, size, bytes); });
 }
 
 void HostilePort::Write(const void* buffer, std::int64_t address, std::int64_t length) {
     MayFail();
-    const auto first = static_cast<std::uint64_t>(address);
-    const auto* const bytes = static_cast<const std::uint8_t*>(buffer);
-    for (std::uint64_t i = 0; i < static_cast<std::uint64_t>(length); ++i)
-        memory_[(first + i) % memory_.size()] = bytes[i];
+    const auto* bytes = static_cast<const std::uint8_t*>(buffer);
+    ForEachPiece(address, length, [&](auto place, std::size_t size) {
+        std::copy_n(bytes, size, place);
+        bytes += size;
+    });
 }
 
 EAccessMode HostilePort::GetAccessMode() const {

@@ -25,6 +25,8 @@ class HostilePort : public GENAPI_NAMESPACE::IPort {
   private:
     bool Misbehaves() const { return rarity_ != 0 && choices_.OneIn(rarity_); }
     void MayFail();
+    template <typename Visit>
+    void ForEachPiece(std::int64_t address, std::int64_t length, Visit visit);
 
     Choices& choices_;
     std::size_t rarity_;

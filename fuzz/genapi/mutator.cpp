@@ -89,8 +89,9 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
     if (!donors.empty() && choices.OneIn(8)) {
         document.Graft(*donors[choices.Below(donors.size())], choices);
     }
-    for (std::size_t count = 1 + choices.Below(4); count > 0; --count)
+    for (std::size_t count = choices.OneIn(2) ? 1 : 1 + choices.Below(4); count > 0; --count)
         document.Change(choices);
+    if (!choices.OneIn(16)) document.Mend(choices);
     const std::size_t joined = Join(document, script, data, maxSize);
     return joined != 0 ? joined : ChangeBytes(data, size, maxSize);
 }
@@ -106,5 +107,6 @@ extern "C" std::size_t LLVMFuzzerCustomCrossOver(const std::uint8_t* data1, std:
     Document donor;
     if (!document.Parse(first.description) || !donor.Parse(second.description)) return 0;
     document.Graft(donor, choices);
+    document.Mend(choices);
     return Join(document, choices.OneIn(2) ? first.script : second.script, out, maxOutSize);
 }

@@ -129,7 +129,6 @@ void ReadOthers(INode& node) {
 }
 
 void Read(INode& node) {
-    ReadProperties(node);
     ReadNumber(node);
     ReadOthers(node);
 }
@@ -184,6 +183,8 @@ class Session {
 
     void Run() {
         if (nodes_.empty()) return;
+        for (INode* const node : nodes_)
+            ReadProperties(*node);
         for (int i = 0; i < 2; ++i)
             for (INode* const node : nodes_)
                 Read(*node);
