@@ -75,7 +75,7 @@ void Show(INodeMap& map, const Fuzz::Message& message, Attach attach) {
     Try([&] { adapter.CheckBufferLayout(first->data(), length); });
     Try([&] { attach(adapter, first->data(), length); });
     UseFeatures(map);
-    Try([&] { CIntegerPtr(map.GetNode("Id"))->SetValue(message.size % 4); });
+    Try([&] { CIntegerPtr(map.GetNode("Id"))->SetValue(length % 4); });
     Try([&] { adapter.UpdateBuffer(second->data()); });
     UseFeatures(map);
     adapter.DetachBuffer();

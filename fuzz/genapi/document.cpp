@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <set>
 
-using tinyxml2::XMLDocument;
 using tinyxml2::XMLElement;
 using tinyxml2::XMLNode;
 

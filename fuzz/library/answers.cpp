@@ -70,7 +70,8 @@ GC_ERROR AnswerInfo(int32_t* type, void* buffer, size_t* size) {
 }
 
 GC_ERROR Count(uint32_t* count) {
-    *count = input.Byte() % 8;
+    const uint8_t byte = input.Byte();
+    *count = byte == 255 ? UINT32_MAX : byte % 8;
     return Result();
 }
 

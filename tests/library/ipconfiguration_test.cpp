@@ -178,8 +178,9 @@ TEST_F(IPConfigurationTest, IsNotForcedOnAnotherCamera) {
     EXPECT_EQ(iface->GetFirstDeviceInfo()->GetIP(&value, &value, &value), ZelCamErr_NotFound);
 
     producer.AddRule({"GCReadPort", Scripted::AnyCommand, [](const Scripted::Call& call) {
-                          const bool identifier = call.number >= Description::Identifier &&
-                                                  call.number < Description::Width;
+                          const uint64_t at = call.number.value_or(0);
+                          const bool identifier =
+                              at >= Description::Identifier && at < Description::Width;
                           return identifier ? Scripted::Fails(-1010) : Scripted::Reply{};
                       }});
     iface->GetParameters(nullptr)->SetIntegerValue("DeviceSelector", 0);
