@@ -190,7 +190,8 @@ void Document::Change(Choices& choices) {
         &Document::ChangeText, &Document::ChangeText, &Document::Relink,  &Document::Relink,
         &Document::Relink,     &Document::Relink,     &Document::AddLink, &Document::AddLink,
         &Document::AddLink,    &Document::AddLink,    &Document::Delete,  &Document::Copy,
-        &Document::Copy,       &Document::Swap,       &Document::Rename,  &Document::ChangeVersion};
+        &Document::Copy,       &Document::Swap,       &Document::Rename,  &Document::ChangeVersion,
+        &Document::Chain};
     if (Nodes().empty()) return;
     (this->*Any(kOperations, choices))(choices);
 }
@@ -251,6 +252,25 @@ void Document::Copy(Choices& choices) {
     } else {
         InsertInOrder(*Any(Nodes(), choices), copy);
     }
+}
+
+// Copies of a node, each of which leads to the next one wherever it led to another node: what is
+// asked once for each link takes 2^n steps over n nodes with two.
+void Document::Chain(Choices& choices) {
+    constexpr std::size_t kMaxLength = 40;
+    Elements chain = {Any(Nodes(), choices)};
+    const std::string name = NameOf(*chain.front()) + "c";
+    for (std::size_t i = choices.Below(kMaxLength); i > 0; --i) {
+        Element* const copy = chain.front()->DeepClone(&document_)->ToElement();
+        copy->SetAttribute("Name", (name + std::to_string(i)).c_str());
+        Root()->InsertEndChild(copy);
+        chain.push_back(copy);
+    }
+    for (std::size_t i = 1; i < chain.size(); ++i)
+        Walk(chain[i - 1]->FirstChildElement(), [&](Element* element) {
+            const bool leads = IsLink(*element) && std::string_view(element->Name()) != "pPort";
+            if (leads && !choices.OneIn(8)) element->SetText(NameOf(*chain[i]).c_str());
+        });
 }
 
 // The texts of two elements of a kind.

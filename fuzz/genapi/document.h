@@ -46,6 +46,7 @@ class Document {
     void AddLink(Choices& choices);
     void Delete(Choices& choices);
     void Copy(Choices& choices);
+    void Chain(Choices& choices);
     void Swap(Choices& choices);
     void Rename(Choices& choices);
     void ChangeVersion(Choices& choices);
