@@ -22,8 +22,8 @@ std::unique_ptr<GenApi::CNodeMapRef> LoadDescriptionFile(const char* path,
 
 // What the URL of a port leads to: "Local:name.ext;address;length?query" to registers of the port,
 // with hexadecimal numbers, "File:path" to a regular file of this machine with the extension "xml"
-// or "zip": a device must not make the library open another. Throws RuntimeException for every other
-// URL, for a register range that cannot be a description and for a file that is no such, and
+// or "zip": a device must not make the library open another. Throws RuntimeException for every
+// other URL, for a register range that cannot be a description and for a file that is no such, and
 // zelcam_exception when the port cannot be read.
 std::unique_ptr<GenApi::CNodeMapRef> LoadDescriptionUrl(const GenTLModule<void*>& port,
                                                         const std::string& url,

@@ -63,8 +63,8 @@ class DeviceInfo {
     // Force a temporary network configuration on a GigE Vision camera (FORCEIP), for a camera that
     // does not fit into the network of its adapter. The camera is selected as GetIP does it, and
     // "DeviceSelector" of the interface gets its former value back.
-    //   ZelCamErr_InvalidArgument  the address or the mask is no text of four numbers; an unparsable
-    //                              gateway counts as 0.0.0.0
+    //   ZelCamErr_InvalidArgument  the address or the mask is no text of four numbers; a gateway
+    //                              of another form counts as 0.0.0.0
     //   ZelCamErr_ParamNotFound    the interface is not one for GigE Vision cameras
     //   ZelCamErr_NotFound         the interface cannot list its cameras, or cannot select this one
     // and the other codes of access by name and of Interface::GetParameters. For a camera that the
