@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <bitset>
 
+#include "genapi/description/faults.h"
+#include "genapi/description/numbers.h"
+
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
@@ -29,6 +32,18 @@ bool isInteger(NodeKind kind) {
 // The kind of the formula nodes that a node brings along.
 NodeKind formulaKind(NodeKind owner) {
     return isInteger(owner) ? NodeKind::IntSwissKnife : NodeKind::SwissKnife;
+}
+
+// Whether the formulas in the address of a register are named after it.
+bool namesItsFormulas(ModelId model) {
+    return model == modelOf(NodeKind::IntReg) || model == modelOf(NodeKind::MaskedIntReg) ||
+           model == modelOf(NodeKind::FloatReg) || model == modelOf(NodeKind::Register);
+}
+
+bool isNodeName(std::string_view name) {
+    const char first = name.empty() ? '_' : name[0];
+    return (first >= 'A' && first <= 'Z') || (first >= 'a' && first <= 'z') ||
+           (first >= '0' && first <= '9');
 }
 
 bool isName(Element element) {
@@ -58,37 +73,56 @@ NodeId NodeAssembler::mentionJoined(std::string_view prefix, std::string_view ow
 }
 
 void NodeAssembler::open(OpenNode& node, const OpenNode* parent) {
-    const bool isFormula = node.model == modelOf(NodeKind::IntSwissKnife);
-    if (node.model == kStructReg || (isFormula && parent && parent->model == kStructReg))
-        node.id = kNoNode;
-    else if (parent && node.model == modelOf(NodeKind::EnumEntry))
+    if (node.model == kStructReg) return;
+    if (parent && node.model == modelOf(NodeKind::EnumEntry)) {
         node.id = mentionJoined("EnumEntry_", parent->name, "_", node.name);
-    else if (parent && isFormula)
+    } else if (parent && node.model == modelOf(NodeKind::IntSwissKnife) &&
+               namesItsFormulas(parent->model)) {
         node.id = mentionJoined("_", parent->name, "_", node.name);
-    else
+    } else {
+        if (!isNodeName(node.name)) throw NodeFault{"Invalid node name '" + node.name + "'"};
         node.id = builder_.mention(node.name);
+    }
 }
 
 void NodeAssembler::close(OpenNode& node, OpenNode* parent) {
-    if (node.model == kStructReg) {
-        expandStruct(node);
-    } else if (node.model == modelOf(NodeKind::StructEntry)) {
+    if (node.model == kStructReg) return expandStruct(node);
+    if (node.model == modelOf(NodeKind::StructEntry)) {
         entries_.push_back({node.id, node.nameSpace, node.exposeStatic, node.properties});
-    } else if (node.id == kNoNode) {
-        parent->properties.push_back(
-            {Element::IntSwissKnife, static_cast<std::uint32_t>(formulas_.size()), 0});
-        formulas_.push_back({node.name, node.properties});
-    } else {
-        const bool isEntry = node.model == modelOf(NodeKind::EnumEntry);
-        // An entry is known by its Symbolic or else by its name, of which the node's is made.
-        const TextRef name = isEntry ? builder_.intern(node.name) : 0;
-        if (isEntry && !has(node.properties, Element::Symbolic))
-            node.properties.push_back({Element::Symbolic, name, name});
-        define(node.id, node.kind(), node.nameSpace, node.exposeStatic, node.properties);
-        if (parent)
-            parent->properties.push_back(
-                {isEntry ? Element::pEnumEntry : Element::IntSwissKnife, node.id, name});
+        return;
     }
+    const bool isEntry = node.model == modelOf(NodeKind::EnumEntry);
+    if (isEntry) nameEntry(node);
+    if (isEntry && !parent) {
+        standalone_.push_back({node.id, node.nameSpace, node.exposeStatic, node.properties});
+        return;
+    }
+    define(node.id, node.kind(), node.nameSpace, node.exposeStatic, node.properties);
+    if (isEntry)
+        parent->properties.push_back({Element::pEnumEntry, node.id, builder_.intern(node.name)});
+    else if (parent)
+        parent->properties.push_back({Element::pAddress, node.id, 0});
+}
+
+// An entry is known by its Symbolic or else by its name, of which the node's is made. Where the
+// Symbolic is empty, the name of the node has to do.
+void NodeAssembler::nameEntry(OpenNode& entry) {
+    for (Property& property : entry.properties)
+        if (property.element == Element::Symbolic) {
+            if (property.value == 0) property.value = builder_.nameOf(entry.id);
+            return;
+        }
+    const TextRef name = builder_.intern(entry.name);
+    entry.properties.push_back({Element::Symbolic, name, name});
+}
+
+// Schema 1.0 allows entries outside of enumerations, and they mean nothing: they are nodes only
+// where nothing else has their name.
+void NodeAssembler::finish() {
+    for (Entry& entry : standalone_)
+        if (!builder_.isDefined(entry.id))
+            define(entry.id, NodeKind::EnumEntry, entry.nameSpace, entry.exposeStatic,
+                   entry.properties);
 }
 
 void NodeAssembler::addKey(OpenNode& confRom, Element element, std::string_view name, TextRef key) {
@@ -127,6 +161,7 @@ void NodeAssembler::expandName(const std::string& owner, NodeKind kind,
     const std::string name(builder_.text(property.attribute));
     const NodeId id = mentionJoined("_", owner, "_", name);
     if (property.element == Element::Constant) {
+        if (isInteger(kind)) integerOf(builder_.text(property.text()), Element::Constant);
         std::vector<Property> own = {{Element::Value, property.value, 0}};
         define(id, isInteger(kind) ? NodeKind::Integer : NodeKind::Float, Custom, false, own);
         property.element = Element::pVariable;
@@ -163,28 +198,15 @@ void NodeAssembler::expandConverter(NodeId owner, NodeKind kind,
 
 void NodeAssembler::expandStruct(const OpenNode& node) {
     std::vector<Property> properties;
-    for (Entry& entry : entries_) {
+    for (const Entry& entry : entries_) {
         properties.clear();
         const Elements own = elementsOf(entry.properties);
         for (const Property& property : node.properties)
-            if (!own[static_cast<std::size_t>(property.element)])
-                inherit(property, entry, properties);
+            if (!own[static_cast<std::size_t>(property.element)]) properties.push_back(property);
         properties.insert(properties.end(), entry.properties.begin(), entry.properties.end());
         define(entry.id, NodeKind::StructEntry, entry.nameSpace, entry.exposeStatic, properties);
     }
     entries_.clear();
-    formulas_.clear();
-}
-
-void NodeAssembler::inherit(const Property& property, const Entry& entry,
-                            std::vector<Property>& into) {
-    into.push_back(property);
-    if (property.element != Element::IntSwissKnife) return;
-    const AddressFormula& formula = formulas_[property.value];
-    const NodeId id = mentionJoined("_", std::string(builder_.name(entry.id)), "_", formula.name);
-    std::vector<Property> own = formula.properties;
-    define(id, NodeKind::IntSwissKnife, Custom, false, own);
-    into.back().value = id;
 }
 
 }  // namespace Engine

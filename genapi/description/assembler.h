@@ -5,6 +5,7 @@
 //   Converter, IntConverter C           C_ConvertTo, C_ConvertFrom: its formulas as nodes
 //   Constant, Expression X of K         _K_X: a number, a formula
 //   IntSwissKnife G in register R       _R_G
+//     in StructReg, StringReg and IIDC nodes G, one for all entries
 //   StructReg                           one register for each StructEntry; none of its own
 //   TextDesc, IntKey in a ConfRom       nodes of these kinds
 #pragma once
@@ -13,7 +14,7 @@
 #include <vector>
 
 #include "genapi/description/builder.h"
-#include "genapi/description/tags.h"
+#include "genapi/description/schema.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -21,11 +22,12 @@ namespace Engine {
 // A node between its start tag and its end tag.
 struct OpenNode {
     ModelId model = kNoModel;
-    NodeId id = kNoNode;  // none for a StructReg, nor for a formula in its address
+    const NodeModel* rules = nullptr;
+    ContentModel::State state = 0;  // of the content so far
+    NodeId id = kNoNode;            // none for a StructReg
     std::string name;     // as written
     ENameSpace nameSpace = Custom;
     bool exposeStatic = false;
-    std::uint64_t seen = 0;  // places of its content model that are taken
     std::vector<Property> properties;
 
     NodeKind kind() const { return static_cast<NodeKind>(model); }
@@ -40,24 +42,22 @@ class NodeAssembler {
   public:
     explicit NodeAssembler(DescriptionBuilder& builder) : builder_(builder) {}
 
-    // Numbers the node, and gives it its full name, when its start tag is read.
+    // Numbers the node, and gives it its full name, when its start tag is read. NodeFault for a
+    // name that nodes cannot have.
     void open(OpenNode& node, const OpenNode* parent);
     // Defines the node at its end tag; the parent gets a link to it.
     void close(OpenNode& node, OpenNode* parent);
     // A TextDesc or IntKey of a ConfRom.
     void addKey(OpenNode& confRom, Element element, std::string_view name, TextRef key);
+    // When the description has ended.
+    void finish();
 
   private:
-    // A StructEntry until its StructReg is complete.
+    // A StructEntry until its StructReg is complete, or an EnumEntry outside of an enumeration.
     struct Entry {
         NodeId id;
         ENameSpace nameSpace;
         bool exposeStatic;
-        std::vector<Property> properties;
-    };
-    // A formula in the address of a StructReg: each entry gets its own.
-    struct AddressFormula {
-        std::string name;
         std::vector<Property> properties;
     };
 
@@ -70,12 +70,12 @@ class NodeAssembler {
                     Property& property);
     void expandConverter(NodeId owner, NodeKind kind, std::vector<Property>& properties);
     void expandStruct(const OpenNode& node);
-    void inherit(const Property& property, const Entry& entry, std::vector<Property>& into);
+    void nameEntry(OpenNode& entry);
 
     DescriptionBuilder& builder_;
     std::string joined_;
-    std::vector<Entry> entries_;
-    std::vector<AddressFormula> formulas_;
+    std::vector<Entry> entries_;     // of the StructReg
+    std::vector<Entry> standalone_;  // entries of no enumeration
 };
 
 }  // namespace Engine

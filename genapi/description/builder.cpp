@@ -94,6 +94,10 @@ std::string_view DescriptionBuilder::name(NodeId id) const {
     return description_->name(id);
 }
 
+TextRef DescriptionBuilder::nameOf(NodeId id) const {
+    return description_->records_[id].name;
+}
+
 std::string_view DescriptionBuilder::text(TextRef ref) const {
     return description_->text(ref);
 }
@@ -133,17 +137,18 @@ void DescriptionBuilder::indexNames() {
 }
 
 std::shared_ptr<const Description> DescriptionBuilder::finish() {
-    for (const NodeRecord& record : description_->records_)
-        if (!record.defined)
-            throw RUNTIME_EXCEPTION("Fatal error : Dangling node reference '%s'",
-                                    description_->text(record.name).data());
     indexNames();
     interned_.reset();
     Description& description = *description_;
     description.pool_.shrink_to_fit();
     description.records_.shrink_to_fit();
     description.properties_.shrink_to_fit();
+    // Numbers that are none go before names that are none.
     compileNodes(description, *description.tables_, description.records_);
+    for (const NodeRecord& record : description.records_)
+        if (!record.defined)
+            throw RUNTIME_EXCEPTION("Error in XML stream : dangling node reference '%s'",
+                                    description.text(record.name).data());
     linkNodes(description, *description.links_, description.records_);
     return std::shared_ptr<const Description>(description_.release());
 }

@@ -24,6 +24,7 @@ class DescriptionBuilder {
     void define(NodeId id, NodeKind kind, ENameSpace nameSpace, bool exposeStatic,
                 Slice<Property> properties);
     std::string_view name(NodeId id) const;
+    TextRef nameOf(NodeId id) const;
     std::string_view text(TextRef ref) const;
     DeviceInfo& info();
 

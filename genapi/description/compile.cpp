@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include <Base/GCException.h>
 
@@ -53,6 +54,12 @@ ECachingMode cachingModeOf(std::string_view text) {
     return text == "WriteAround" ? WriteAround : WriteThrough;
 }
 
+// The numbers of bits count as unsigned, so that a negative one is too large.
+std::uint8_t bitOf(std::int64_t number) {
+    return static_cast<std::uint8_t>(
+        std::min<std::uint64_t>(static_cast<std::uint64_t>(number), UINT8_MAX));
+}
+
 bool isTrue(std::string_view text) {
     return text == "true" || text == "1";
 }
@@ -61,20 +68,37 @@ bool isTrue(std::string_view text) {
 
 NodeId Compiler::integerLike(NodeId node) const {
     const NodeKind kind = kindOf(node);
-    if (!isInteger(kind) && !isFloat(kind) && kind != NodeKind::Enumeration &&
-        kind != NodeKind::Boolean)
+    if (records_[node].defined && !isInteger(kind) && !isFloat(kind) &&
+        kind != NodeKind::Enumeration && kind != NodeKind::Boolean)
         throw RUNTIME_EXCEPTION(
             "CIntegerPolyRef::operator(IBase*) : pointer is neither "
             "IInteger*, nor IEnumeration*, nor IBoolean*, nor IFloat*");
     return node;
 }
 
+NodeId Compiler::conditionLike(NodeId node) const {
+    const NodeKind kind = kindOf(node);
+    if (records_[node].defined && !isInteger(kind) && kind != NodeKind::Enumeration &&
+        kind != NodeKind::Boolean)
+        throw RUNTIME_EXCEPTION(
+            "CIntegerPolyRef::operator(IBase*) : pointer is neither "
+            "IInteger*, IEnumeration*, nor IBoolean*");
+    return node;
+}
+
 NodeId Compiler::floatLike(NodeId node) const {
     const NodeKind kind = kindOf(node);
-    if (!isInteger(kind) && !isFloat(kind) && kind != NodeKind::Enumeration)
+    if (records_[node].defined && !isInteger(kind) && !isFloat(kind) &&
+        kind != NodeKind::Enumeration)
         throw RUNTIME_EXCEPTION(
             "CFloatPolyRef::operator(IBase*) : pointer is neither "
             "IFloat*, IInteger*, nor IEnumeration*");
+    return node;
+}
+
+NodeId Compiler::stringLike(NodeId node) const {
+    if (records_[node].defined && !isString(kindOf(node)))
+        throw RUNTIME_EXCEPTION("CStringPolyRef::operator(IBase*) : pointer is not IString*");
     return node;
 }
 
@@ -95,16 +119,16 @@ void Compiler::common(NodeRecord& record) {
                 break;
             case Element::PollingTime:
                 record.pollingTime = static_cast<std::int32_t>(
-                    std::clamp<std::int64_t>(constant<std::int64_t>(property), -1, INT32_MAX));
+                    std::clamp<std::int64_t>(integer(property), -1, INT32_MAX));
                 break;
             case Element::pIsImplemented:
-                record.isImplemented = integerLike(property.node());
+                record.isImplemented = conditionLike(property.node());
                 break;
             case Element::pIsAvailable:
-                record.isAvailable = integerLike(property.node());
+                record.isAvailable = conditionLike(property.node());
                 break;
             case Element::pIsLocked:
-                record.isLocked = integerLike(property.node());
+                record.isLocked = conditionLike(property.node());
                 break;
             case Element::pBlockPolling:
                 record.blockPolling = integerLike(property.node());
@@ -135,7 +159,7 @@ void Compiler::presentation(const Property& property, Presentation& result) cons
         case Element::DisplayPrecision:
             // More digits than a double has are zeros.
             result.precision = static_cast<std::int16_t>(
-                std::clamp<std::int64_t>(constant<std::int64_t>(property), 0, 400));
+                std::clamp<std::int64_t>(integer(property), 0, 400));
             break;
         default:
             break;
@@ -146,19 +170,20 @@ CategoryData Compiler::category() {
     return {links(Element::pFeature)};
 }
 
+// Whatever is no number is passed over.
 template <typename T>
 void Compiler::readValidValues(const Property& property, NumberData<T>& data) {
-    data.validValues = {static_cast<std::uint32_t>(tables_.validValues.size()), 0};
+    std::vector<std::int64_t>& all = tables_.validValues;
+    data.validValues.first = static_cast<std::uint32_t>(all.size());
     std::string_view list = text(property);
     while (!list.empty()) {
         const std::size_t end = std::min(list.find(';'), list.size());
-        if (end > 0) {
-            tables_.validValues.push_back(
-                parseNumber<std::int64_t>(list.substr(0, end), property.element));
-            ++data.validValues.count;
-        }
+        std::int64_t value = 0;
+        if (parseFront(list.substr(0, end), value)) all.push_back(value);
         list.remove_prefix(std::min(end + 1, list.size()));
     }
+    data.validValues.count = static_cast<std::uint32_t>(all.size()) - data.validValues.first;
+    std::sort(all.begin() + data.validValues.first, all.end());
 }
 
 template <typename T>
@@ -177,9 +202,9 @@ NumberData<T> Compiler::number() {
                 break;
             case Element::ValueIndexed:
             case Element::pValueIndexed:
-                pool.push_back({parseNumber<std::int64_t>(description_.text(property.attribute),
-                                                          property.element),
-                                setting<T>(property)});
+                pool.push_back(
+                    {integerOf(description_.text(property.attribute), property.element),
+                     setting<T>(property)});
                 ++data.cases.count;
                 break;
             case Element::ValueDefault:
@@ -220,9 +245,8 @@ void Compiler::readAddress(RegisterData& data) {
     for (const Property& property : properties()) {
         switch (property.element) {
             case Element::Address:
-                sum += static_cast<std::uint64_t>(constant<std::int64_t>(property));
+                sum += static_cast<std::uint64_t>(integer(property));
                 break;
-            case Element::IntSwissKnife:
             case Element::pAddress:
                 tables_.addressParts.push_back({setting<std::int64_t>(property), {}, false});
                 break;
@@ -269,15 +293,13 @@ RegisterData Compiler::registerData(const NodeRecord& record) {
                 data.bigEndian = is(property, "BigEndian");
                 break;
             case Element::Bit:
-                data.lsb = data.msb = static_cast<std::uint8_t>(
-                    std::clamp<std::int64_t>(constant<std::int64_t>(property), 0, 255));
+                data.lsb = data.msb = bitOf(integer(property));
                 data.masked = true;
                 break;
             case Element::LSB:
             case Element::MSB:
                 (property.element == Element::LSB ? data.lsb : data.msb) =
-                    static_cast<std::uint8_t>(
-                        std::clamp<std::int64_t>(constant<std::int64_t>(property), 0, 255));
+                    bitOf(integer(property));
                 data.masked = true;
                 break;
             default:
@@ -290,14 +312,22 @@ RegisterData Compiler::registerData(const NodeRecord& record) {
     return data;
 }
 
+// A length that another node says is not known here; the bits are compared with it on use.
 void Compiler::checkMask(const RegisterData& data) const {
-    const std::int64_t bits = 8 * std::clamp<std::int64_t>(data.length.constant, 0, 8);
+    const std::int64_t length = data.length.isNode() ? 8 : data.length.constant;
+    if (length < 1)
+        throw OUT_OF_RANGE_EXCEPTION("Value = %lld must be equal or greater than Min = 1",
+                                     static_cast<long long>(length));
+    if (length > 8)
+        throw OUT_OF_RANGE_EXCEPTION("Value = %lld must be equal or smaller than Max = 8",
+                                     static_cast<long long>(length));
+    const std::int64_t bits = 8 * length;
     const char* fault = nullptr;
     if (data.bigEndian) {
-        if (data.lsb >= bits)
-            fault = "For a big endian integer LSB must be smaller than 8 * Length";
-        else if (data.lsb < data.msb)
+        if (data.lsb < data.msb)
             fault = "For a big endian integer LSB must be greater or equal than MSB";
+        else if (data.lsb >= bits)
+            fault = "For a big endian integer LSB must be smaller than 8 * Length";
     } else {
         if (data.msb >= bits)
             fault = "For a little endian integer MSB must be smaller than 8 * Length";
@@ -319,15 +349,18 @@ BooleanData Compiler::boolean() {
                 data.value = setting<std::int64_t>(property);
                 break;
             case Element::OnValue:
-                data.onValue = constant<std::int64_t>(property);
+                data.onValue = integer(property);
                 break;
             case Element::OffValue:
-                data.offValue = constant<std::int64_t>(property);
+                data.offValue = integer(property);
                 break;
             default:
                 break;
         }
     }
+    if (data.onValue == data.offValue)
+        throw RUNTIME_EXCEPTION("Boolean node '%s' has identical on and off value",
+                                description_.name(id_).data());
     if (data.value.source == Setting<std::int64_t>::Source::Constant)
         data.value.constant = data.value.constant ? data.onValue : data.offValue;
     return data;
@@ -363,15 +396,14 @@ EnumerationData Compiler::enumeration() {
 
 EnumEntryData Compiler::entry() {
     EnumEntryData data;
-    bool hasNumeric = false;
+    data.numeric = std::nan("");
     for (const Property& property : properties()) {
         switch (property.element) {
             case Element::Value:
-                data.value = constant<std::int64_t>(property);
+                data.value = integer(property);
                 break;
             case Element::NumericValue:
-                data.numeric = constant<double>(property);
-                hasNumeric = true;
+                read(property, data.numeric);
                 break;
             case Element::Symbolic:
                 data.symbolic = property.text();
@@ -383,7 +415,7 @@ EnumEntryData Compiler::entry() {
                 break;
         }
     }
-    if (!hasNumeric) data.numeric = static_cast<double>(data.value);
+    if (std::isnan(data.numeric)) data.numeric = static_cast<double>(data.value);
     return data;
 }
 
@@ -394,11 +426,8 @@ StringData Compiler::string() {
             data.value.source = Setting<TextRef>::Source::Constant;
             data.value.constant = property.text();
         } else if (property.element == Element::pValue) {
-            if (!isString(kindOf(property.node())))
-                throw RUNTIME_EXCEPTION("Node '%s' : pValue is no string node",
-                                        description_.name(id_).data());
             data.value.source = Setting<TextRef>::Source::Node;
-            data.value.node = property.node();
+            data.value.node = stringLike(property.node());
         }
     }
     return data;
@@ -412,7 +441,7 @@ PortData Compiler::port() {
                 data.chunkId = property.text();
                 break;
             case Element::pChunkID:
-                data.chunkIdNode = property.node();
+                data.chunkIdNode = stringLike(property.node());
                 break;
             case Element::SwapEndianess:
                 data.swapEndianess = is(property, "Yes");

@@ -32,10 +32,14 @@ class Compiler {
         return description_.text(property.text());
     }
 
-    // The number that a text element says.
-    template <typename T>
-    T constant(const Property& property) const {
-        return parseNumber<T>(text(property), property.element);
+    // The number that a text element says. A float was checked when it was read.
+    void read(const Property& property, std::int64_t& value) const {
+        value = integerOf(text(property), property.element);
+    }
+    void read(const Property& property, double& value) const { parse(text(property), value); }
+
+    std::int64_t integer(const Property& property) const {
+        return integerOf(text(property), property.element);
     }
 
     bool is(const Property& property, std::string_view word) const {
@@ -44,10 +48,12 @@ class Compiler {
 
     NodeKind kindOf(NodeId node) const { return records_[node].kind; }
 
-    // The node, if a reference that needs a number of that type may point to it; RuntimeException
-    // otherwise.
+    // The node, if a reference that needs something of that type may point to it, or if there is no
+    // such node, which is reported later; RuntimeException otherwise.
     NodeId integerLike(NodeId node) const;
+    NodeId conditionLike(NodeId node) const;
     NodeId floatLike(NodeId node) const;
+    NodeId stringLike(NodeId node) const;
 
     NodeId like(const std::int64_t*, NodeId node) const { return integerLike(node); }
     NodeId like(const double*, NodeId node) const { return floatLike(node); }
@@ -61,7 +67,7 @@ class Compiler {
             result.node = like(static_cast<const T*>(nullptr), property.node());
         } else {
             result.source = Setting<T>::Source::Constant;
-            result.constant = constant<T>(property);
+            read(property, result.constant);
         }
         return result;
     }

@@ -50,14 +50,13 @@ enum class NodeKind : std::uint8_t {
     X(CacheChunkData) X(Key) X(FeatureID) X(Timeout)
 
 // Elements whose text is the name of another node. The last ones the loader makes itself: entries,
-// inline address formulas, expressions, halves of converters.
+// expressions, halves of converters, keys.
 #define GENAPI_LINK_ELEMENTS(X)                                                                  \
     X(pIsImplemented) X(pIsAvailable) X(pIsLocked) X(pBlockPolling) X(pError) X(pAlias)          \
     X(pCastAlias) X(pInvalidator) X(pFeature) X(pValue) X(pValueCopy) X(pIndex) X(pValueIndexed) \
     X(pValueDefault) X(pMin) X(pMax) X(pInc) X(pSelected) X(pAddress) X(pOffset) X(pLength)      \
     X(pPort) X(pCommandValue) X(pVariable) X(pChunkID) X(p1212Parser)                            \
-    X(pEnumEntry) X(IntSwissKnife) X(pExpression) X(pConvertTo) X(pConvertFrom) X(TextDesc)      \
-    X(IntKey)
+    X(pEnumEntry) X(pExpression) X(pConvertTo) X(pConvertFrom) X(TextDesc) X(IntKey)
 // clang-format on
 
 enum class Element : std::uint8_t {

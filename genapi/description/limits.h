@@ -21,9 +21,12 @@ constexpr std::size_t kMaxArchiveSize = kMaxXmlSize;
 // archives made for the purpose come near to.
 constexpr std::uint64_t kMaxArchiveRatio = 500;
 
-// Elements inside each other: groups in groups, and foreign content of Extension. The XML parser
-// keeps a record for each open element.
-constexpr unsigned kMaxNesting = 64;
+// Elements inside each other: groups in groups, and foreign content of Extension. Nothing recurses,
+// but the XML parser keeps a record for each open element.
+constexpr unsigned kMaxNesting = 512;
+
+// Name spaces that are declared at a time. Looking one up takes a comparison with each.
+constexpr std::size_t kMaxPrefixes = 64;
 
 // Bytes of the text of one element: the longest are descriptions and formulas of a few KB.
 constexpr std::size_t kMaxTextSize = 1u << 20;
@@ -38,6 +41,10 @@ constexpr std::size_t kMaxProperties = 2000000;
 // Bytes of all texts. Generated names repeat those of their owners, so this is no consequence of
 // the size of the XML.
 constexpr std::size_t kMaxPoolSize = 64u << 20;
+
+// Elements that are looked at to find selectors which read what they select. Such selectors are
+// refused as the schema demands it, not because they did harm.
+constexpr std::size_t kMaxSelectorSteps = 4u << 20;
 
 // Node numbers in all change sets of a description. They are made when needed; all those of the
 // largest descriptions together have 50000, but in a chain of nodes the square of its length.

@@ -7,6 +7,7 @@
 #include <Base/GCException.h>
 #include <GenApi/INode.h>
 
+#include "genapi/description/limits.h"
 #include "genapi/description/linkrules.h"
 
 namespace GENAPI_NAMESPACE {
@@ -71,7 +72,6 @@ bool carriesValue(NodeKind kind, Element element) {
             return !isConverter(kind);
         case Element::pIndex:
         case Element::pAddress:
-        case Element::IntSwissKnife:
         case Element::pOffset:
         case Element::pLength:
             return true;
@@ -80,71 +80,157 @@ bool carriesValue(NodeKind kind, Element element) {
     }
 }
 
-bool carriesLimit(Element element) {
-    return element == Element::pMin || element == Element::pMax || element == Element::pInc;
+// Elements that are read to tell anything of a node: its value, limits, or whether it is there.
+bool isRead(NodeKind kind, Element element) {
+    if (kind == NodeKind::EnumEntry) return false;
+    return reads(kind, element) || element == Element::pVariable ||
+           element == Element::pBlockPolling;
 }
 
-// A node on the way down to what nodes rest on, and its property that is looked at next.
+// A node on the way down along links, and its property that is looked at next.
 struct Step {
     NodeId node;
     std::uint32_t next;
 };
 using Path = std::vector<Step>;
 
-Element elementOf(const Description& description, const Step& step) {
-    return description.properties(step.node)[step.next - 1].element;
-}
-
-[[noreturn]] void throwCycle(const Description& description, const Path& path, NodeId back) {
-    const auto first = std::find_if(path.begin(), path.end(),
-                                    [back](const Step& step) { return step.node == back; });
-    const bool isValueCycle = std::all_of(
-        first, path.end(), [&](const Step& step) { return writes(elementOf(description, step)); });
-    if (isValueCycle)
-        throw RUNTIME_EXCEPTION("WARNING: PropagateTerminals cycle detected in node = '%s'\n",
-                                description.name(back).data());
-    constexpr std::size_t kLongest = 500;
-    std::string names;
-    for (auto step = first; step != path.end() && names.size() < kLongest; ++step)
-        names.append(description.name(step->node)).append(" -> ");
-    names.append(description.name(back));
-    throw RUNTIME_EXCEPTION("ERROR : read cycle detected : %s", names.c_str());
-}
-
-// The nodes so that each comes after those that its value and limits rest on. Without recursion:
-// chains may be long.
-std::vector<NodeId> targetsFirst(const Description& description) {
-    enum : std::uint8_t { kNew, kOpen, kDone };
-    std::vector<std::uint8_t> state(description.nodeCount(), kNew);
-    std::vector<NodeId> order;
-    order.reserve(description.nodeCount());
-    Path path;
-    const auto enter = [&](NodeId node) {
-        state[node] = kOpen;
-        path.push_back({node, 0});
-    };
-    for (NodeId start = 0; start < description.nodeCount(); ++start) {
-        if (state[start] == kNew) enter(start);
-        while (!path.empty()) {
-            const NodeId node = path.back().node;
-            const Slice<Property> properties = description.properties(node);
-            if (path.back().next == properties.size()) {
-                state[node] = kDone;
-                order.push_back(node);
-                path.pop_back();
-                continue;
-            }
-            const Property& property = properties[path.back().next++];
-            if (!carriesValue(description.record(node).kind, property.element) &&
-                !carriesLimit(property.element))
-                continue;
-            if (state[property.node()] == kNew)
-                enter(property.node());
-            else if (state[property.node()] == kOpen)
-                throwCycle(description, path, property.node());
+// Goes down along the links for which follows(kind, element) holds, from each node in turn. Gives
+// the nodes so that each comes after those it links to, or else the nodes of a cycle. Without
+// recursion: chains may be long.
+class Descent {
+  public:
+    template <typename Follows>
+    Descent(const Description& description, Follows follows)
+        : description_(description), state_(description.nodeCount(), kNew) {
+        order_.reserve(description.nodeCount());
+        for (NodeId start = 0; start < description.nodeCount() && cycle_.empty(); ++start) {
+            if (state_[start] != kNew) continue;
+            enter(start);
+            while (!path_.empty() && cycle_.empty())
+                step(follows);
         }
     }
-    return order;
+
+    const std::vector<NodeId>& order() const { return order_; }
+    bool hasCycle() const { return !cycle_.empty(); }
+
+    // The first node of the cycle; and all of them as "A -> B -> A", cut where there are many.
+    std::string start() const { return std::string(description_.name(cycle_.front())); }
+    std::string cycle() const {
+        constexpr std::size_t kLongest = 500;
+        std::string names;
+        for (std::size_t i = 0; i < cycle_.size() && names.size() < kLongest; ++i)
+            names.append(description_.name(cycle_[i])).append(" -> ");
+        return names.append(start());
+    }
+
+  private:
+    enum State : std::uint8_t { kNew, kOpen, kDone };
+
+    void enter(NodeId node) {
+        state_[node] = kOpen;
+        path_.push_back({node, 0});
+    }
+
+    template <typename Follows>
+    void step(Follows follows) {
+        const NodeId node = path_.back().node;
+        const Slice<Property> properties = description_.properties(node);
+        if (path_.back().next == properties.size()) {
+            state_[node] = kDone;
+            order_.push_back(node);
+            path_.pop_back();
+            return;
+        }
+        const Property& property = properties[path_.back().next++];
+        if (!isLink(property.element) || !follows(description_.record(node).kind, property.element))
+            return;
+        if (state_[property.node()] == kNew)
+            enter(property.node());
+        else if (state_[property.node()] == kOpen)
+            keepCycle(property.node());
+    }
+
+    // From its first node in the order of nodes.
+    void keepCycle(NodeId back) {
+        auto step = std::find_if(path_.begin(), path_.end(),
+                                 [back](const Step& open) { return open.node == back; });
+        for (; step != path_.end(); ++step)
+            cycle_.push_back(step->node);
+        std::rotate(cycle_.begin(), std::min_element(cycle_.begin(), cycle_.end()), cycle_.end());
+    }
+
+    const Description& description_;
+    std::vector<std::uint8_t> state_;
+    Path path_;
+    std::vector<NodeId> order_, cycle_;
+};
+
+// Throws for nodes that rest on themselves; gives all nodes, each after those its value rests on.
+// Descriptions of schema 1.0 may have circles of limits and conditions: while one of these is
+// computed, a node answers without it. But what has no value without itself cannot be.
+std::vector<NodeId> targetsFirst(const Description& description) {
+    const bool all = description.info().schemaVersion.Minor != 0;
+    const Descent read(description, [all](NodeKind kind, Element element) {
+        return carriesValue(kind, element) || (all && isRead(kind, element));
+    });
+    if (!read.hasCycle()) return read.order();
+    const Descent written(description, [](NodeKind, Element element) {
+        return passesValue(element);
+    });
+    if (written.hasCycle())
+        throw RUNTIME_EXCEPTION("WARNING: PropagateTerminals cycle detected in node = '%s'\n",
+                                written.start().c_str());
+    throw RUNTIME_EXCEPTION("ERROR : read cycle detected : %s", read.cycle().c_str());
+}
+
+// Whether a selector reads what it selects, over any distance.
+class SelectorSearch {
+  public:
+    explicit SelectorSearch(const Description& description)
+        : description_(description),
+          selectedBy_(description.nodeCount(), kNoNode),
+          reachedFrom_(description.nodeCount(), kNoNode) {}
+
+    bool readsSelected(NodeId selector) {
+        for (const Property& property : description_.properties(selector))
+            if (property.element == Element::pSelected) selectedBy_[property.node()] = selector;
+        std::vector<NodeId> open = {selector};
+        while (!open.empty()) {
+            const NodeId id = open.back();
+            open.pop_back();
+            if (selectedBy_[id] == selector) return true;
+            for (const Property& property : description_.properties(id)) {
+                if (steps_ == kMaxSelectorSteps) return false;
+                ++steps_;
+                if (!isLink(property.element) || reachedFrom_[property.node()] == selector ||
+                    !reads(description_.record(id).kind, property.element))
+                    continue;
+                reachedFrom_[property.node()] = selector;
+                open.push_back(property.node());
+            }
+        }
+        return false;
+    }
+
+  private:
+    const Description& description_;
+    std::vector<NodeId> selectedBy_, reachedFrom_;
+    std::size_t steps_ = 0;  // in all searches
+};
+
+// Throws for selectors that select themselves: by way of others, or what they read.
+void checkSelectors(const Description& description, const LinkTables& links) {
+    if (links.selectors.empty()) return;
+    const Descent selected(description,
+                           [](NodeKind, Element element) { return element == Element::pSelected; });
+    std::string cycle = selected.hasCycle() ? selected.cycle() : "";
+    SelectorSearch search(description);
+    for (NodeId id = 0; id < description.nodeCount() && cycle.empty(); ++id)
+        if (description.find(id, Element::pSelected) && search.readsSelected(id))
+            cycle.append(description.name(id)).append(" -> ").append(description.name(id));
+    if (!cycle.empty())
+        throw RUNTIME_EXCEPTION("ERROR : pSelected cycle detected : %s", cycle.c_str());
 }
 
 // The caching mode that a node has without those that it rests on.
@@ -152,9 +238,11 @@ ECachingMode ownCaching(const Description& description, NodeId id) {
     const std::string_view text = description.text(id, Element::Cachable);
     if (text == "NoCache") return NoCache;
     switch (description.record(id).kind) {
-        // What is written to them may read back differently: they round.
-        case NodeKind::Float:
+        // What is written to them may read back differently: they round. A register may say that
+        // it does not.
         case NodeKind::FloatReg:
+            return text == "WriteThrough" ? WriteThrough : WriteAround;
+        case NodeKind::Float:
         case NodeKind::SwissKnife:
         case NodeKind::Converter:
         case NodeKind::IntConverter:
@@ -253,6 +341,7 @@ void linkNodes(const Description& description, LinkTables& links,
     findSources(description, links);
     findSelectors(description, links);
     findCaching(description, records);
+    checkSelectors(description, links);
     findCacheableAccess(links, records);
     findCategoryVisibility(description, records);
     findFeatures(description, records);

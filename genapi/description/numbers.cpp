@@ -1,5 +1,6 @@
 #include "genapi/description/numbers.h"
 
+#include <algorithm>
 #include <charconv>
 #include <string>
 
@@ -10,48 +11,57 @@ namespace Engine {
 
 namespace {
 
+// Whether a number begins the text; the text loses it then.
 template <typename T, typename... Options>
-bool parseAll(std::string_view text, T& value, Options... options) {
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value, options...);
-    return error == std::errc() && stop == end;
+bool take(std::string_view& text, T& value, Options... options) {
+    const auto [stop, error] =
+        std::from_chars(text.data(), text.data() + text.size(), value, options...);
+    if (error != std::errc()) return false;
+    text.remove_prefix(static_cast<std::size_t>(stop - text.data()));
+    return true;
 }
+
+constexpr const char* kBlanks = " \t\r\n\f\v";
 
 bool isHex(std::string_view text) {
     return text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
 }
 
+std::string_view withoutPlus(std::string_view text) {
+    const bool hasPlus = text.size() > 1 && text[0] == '+' && text[1] != '-';
+    return text.substr(hasPlus ? 1 : 0);
+}
+
+bool takeInteger(std::string_view& text, std::int64_t& value) {
+    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+    if (!isHex(text)) return take(text = withoutPlus(text), value);
+    text.remove_prefix(2);
+    return text[0] != '-' && take(text, value, 16);
+}
+
 }  // namespace
 
 std::string_view trimmed(std::string_view text) {
-    constexpr const char* kBlanks = " \t\r\n";
     const std::size_t first = text.find_first_not_of(kBlanks);
     if (first == std::string_view::npos) return {};
     return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
 bool parse(std::string_view text, std::int64_t& value) {
-    text = trimmed(text);
-    if (isHex(text)) {
-        std::uint64_t bits = 0;
-        if (!parseAll(text.substr(2), bits, 16)) return false;
-        value = static_cast<std::int64_t>(bits);
-        return true;
-    }
-    if (!text.empty() && text[0] == '+') text.remove_prefix(1);
-    return parseAll(text, value);
+    return takeInteger(text, value) && text.empty();
+}
+
+bool parseFront(std::string_view text, std::int64_t& value) {
+    return takeInteger(text, value);
 }
 
 bool parse(std::string_view text, double& value) {
     text = trimmed(text);
-    if (isHex(text)) {
-        std::uint64_t bits = 0;
-        if (!parseAll(text.substr(2), bits, 16)) return false;
-        value = static_cast<double>(bits);
-        return true;
-    }
-    if (!text.empty() && text[0] == '+') text.remove_prefix(1);
-    return parseAll(text, value);
+    if (!isHex(text)) return take(text = withoutPlus(text), value) && text.empty();
+    std::int64_t integer = 0;
+    const bool fits = parse(text, integer);
+    value = static_cast<double>(integer);
+    return fits;
 }
 
 const char* nameOf(Element element) {
@@ -63,17 +73,19 @@ const char* nameOf(Element element) {
     return kNames[static_cast<std::size_t>(element)];
 }
 
-const char* typeName(const std::int64_t*) {
-    return "int64_t";
+std::int64_t integerOf(std::string_view text, std::string_view property) {
+    std::int64_t value = 0;
+    if (!parse(text, value))
+        throw PROPERTY_EXCEPTION("Error in property of type '%s': cannot convert '%s' to int64_t",
+                                 std::string(property).c_str(), std::string(text).c_str());
+    return value;
 }
 
-const char* typeName(const double*) {
-    return "double";
-}
-
-void throwNoNumber(Element element, std::string_view text, const char* type) {
-    throw PROPERTY_EXCEPTION("Error in property of type '%s': cannot convert '%s' to %s",
-                             nameOf(element), std::string(text).c_str(), type);
+std::int64_t integerOf(std::string_view text, Element element) {
+    // Two elements go by a number in messages.
+    if (element == Element::Bit) return integerOf(text, "Invalid PropertyID 113");
+    if (element == Element::Constant) return integerOf(text, "Invalid PropertyID 114");
+    return integerOf(text, nameOf(element));
 }
 
 }  // namespace Engine

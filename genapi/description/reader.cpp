@@ -9,8 +9,10 @@
 #include <Base/GCException.h>
 
 #include "genapi/description/assembler.h"
+#include "genapi/description/faults.h"
 #include "genapi/description/limits.h"
 #include "genapi/description/numbers.h"
+#include "genapi/description/prefixes.h"
 #include "genapi/description/schema.h"
 
 namespace GENAPI_NAMESPACE {
@@ -20,53 +22,44 @@ namespace {
 
 constexpr const char* kUnexpectedElement = "unexpected element encountered";
 constexpr const char* kMissingElement = "expected element not encountered";
+constexpr const char* kUnexpectedAttribute = "unexpected attribute encountered";
 constexpr const char* kMissingAttribute = "expected attribute not encountered";
-constexpr const char* kUnknownWord = "value is not in enumeration";
+constexpr const char* kUnexpectedText = "unexpected characters encountered";
 
 constexpr std::string_view kNameSpacePrefix = "http://www.genicam.org/GenApi/Version_1_";
 
-// What the XML is refused for; the place is where the parser stands.
-struct Fault {
-    const char* reason;
-};
+// The attributes that the rules of an element name, by rule; without data where there is none.
+using Attributes = std::array<std::string_view, kMostAttributes>;
 
-// The attributes of one element.
-class Attributes {
-  public:
-    explicit Attributes(const char** list) : list_(list) {}
-
-    // Null when it is not there.
-    const char* find(std::string_view name) const {
-        for (const char** at = list_; *at; at += 2)
-            if (name == at[0]) return at[1];
-        return nullptr;
-    }
-
-    std::string_view required(std::string_view name) const {
-        const char* value = find(name);
-        if (!value) throw Fault{kMissingAttribute};
-        return value;
-    }
-
-    std::string_view requiredName(std::string_view name = "Name") const {
-        const std::string_view value = trimmed(required(name));
-        if (value.empty()) throw Fault{kMissingAttribute};
-        return value;
-    }
-
-  private:
-    const char** list_;
-};
+bool isBlank(std::string_view text) {
+    return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
 
 bool isDocumentation(Element element) {
     return element == Element::ToolTip || element == Element::Description ||
            element == Element::DocuURL;
 }
 
+// Lines count from 1, columns from 0.
+struct Place {
+    unsigned long line = 1, column = 0;
+};
+
+Place placeOf(std::string_view text, std::size_t offset) {
+    Place place;
+    for (const char sign : text.substr(0, offset)) {
+        ++place.column;
+        if (sign == '\n') place = {place.line + 1, 0};
+    }
+    return place;
+}
+
 struct FreeParser {
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
 };
 
+// Goes through a description once. Elements are the root and groups; nodes; and inside a node
+// either nodes again or leaves, which have a text.
 class Reader {
   public:
     Reader(DescriptionBuilder& builder, const LoadOptions& options)
@@ -82,14 +75,16 @@ class Reader {
     }
 
     void read(std::string_view xml) {
+        xml_ = xml;
         const auto status =
             XML_Parse(parser_.get(), xml.data(), static_cast<int>(xml.size()), XML_TRUE);
         if (failure_) std::rethrow_exception(failure_);
-        if (status != XML_STATUS_OK) throwFault(XML_ErrorString(XML_GetErrorCode(parser_.get())));
+        if (status != XML_STATUS_OK)
+            throwFault({XML_ErrorString(XML_GetErrorCode(parser_.get())), FaultPlace::Before});
+        assembler_.finish();
     }
 
   private:
-    // The element that is open inside a node, where it is no node itself.
     struct Leaf {
         bool open = false;
         Element element{};
@@ -100,17 +95,15 @@ class Reader {
 
     static void XMLCALL onStart(void* self, const char* name, const char** attributes) {
         static_cast<Reader*>(self)->guarded(
-            [&](Reader& reader) { reader.start(name, Attributes(attributes)); });
+            [&](Reader& reader) { reader.start(name, attributes); });
     }
     static void XMLCALL onEnd(void* self, const char*) {
         static_cast<Reader*>(self)->guarded([](Reader& reader) { reader.end(); });
     }
     static void XMLCALL onText(void* self, const char* text, int size) {
-        Reader& that = *static_cast<Reader*>(self);
-        if (that.leaf_.open)
-            that.guarded([&](Reader& reader) {
-                reader.append({text, static_cast<std::size_t>(size)});
-            });
+        static_cast<Reader*>(self)->guarded([&](Reader& reader) {
+            reader.append({text, static_cast<std::size_t>(size)});
+        });
     }
     static void XMLCALL onEntity(void* self, const char*, int, const char*, int, const char*,
                                  const char*, const char*, const char*) {
@@ -126,7 +119,9 @@ class Reader {
             step(*this);
             return;
         } catch (const Fault& fault) {
-            keepFailure([&] { throwFault(fault.reason); });
+            keepFailure([&] { throwFault(fault); });
+        } catch (const NodeFault& fault) {
+            keepFailure([&] { throwNodeFault(fault); });
         } catch (const DuplicateNode& duplicate) {
             keepFailure([&] { throwDuplicate(duplicate.id); });
         } catch (...) {
@@ -144,61 +139,88 @@ class Reader {
         }
     }
 
-    unsigned long line() const { return XML_GetCurrentLineNumber(parser_.get()); }
-    unsigned long column() const { return XML_GetCurrentColumnNumber(parser_.get()); }
+    // Where the tag or text ends that the parser is at.
+    std::size_t behind() const {
+        return static_cast<std::size_t>(XML_GetCurrentByteIndex(parser_.get()) +
+                                        XML_GetCurrentByteCount(parser_.get()));
+    }
 
-    [[noreturn]] void throwFault(const char* reason) const {
+    Place before() const {
+        return {XML_GetCurrentLineNumber(parser_.get()), XML_GetCurrentColumnNumber(parser_.get())};
+    }
+
+    [[noreturn]] void throwFault(const Fault& fault) const {
+        const Place place =
+            fault.place == FaultPlace::Before
+                ? before()
+                : placeOf(xml_, fault.place == FaultPlace::Behind ? behind() : rootEnd_);
         throw RUNTIME_EXCEPTION("Error while parsing XML stream at line %lu and column %lu : '%s'",
-                                line(), column(), reason);
+                                place.line, place.column, fault.reason);
+    }
+
+    [[noreturn]] void throwNodeFault(const NodeFault& fault) const {
+        const Place place = before();
+        throw RUNTIME_EXCEPTION("XML Parse error at line %lu and column %lu, %s", place.line,
+                                place.column, fault.text.c_str());
     }
 
     [[noreturn]] void throwDuplicate(NodeId id) const {
-        const char* name = builder_.name(id).data();
-        if (options_.injected) throw RUNTIME_EXCEPTION("Merge conflict with node '%s'", name);
-        throw RUNTIME_EXCEPTION(
-            "XML Parse error at line %lu and column %lu, Found a duplicate node'%s'.", line(),
-            column(), name);
+        const std::string name(builder_.name(id));
+        if (options_.injected)
+            throw RUNTIME_EXCEPTION("Merge conflict with node '%s'", name.c_str());
+        throwNodeFault({"Found a duplicate node'" + name + "'."});
     }
 
-    void start(const char* name, Attributes attributes);
+    // An element that would be right in another place or not at all. For descriptions of schema 1.1
+    // the place is told as if the root had been refused.
+    Fault unexpected() const {
+        return {kUnexpectedElement, isSchema11_ ? FaultPlace::BehindRoot : FaultPlace::Behind};
+    }
+
+    void start(const char* name, const char** attributes);
     void end();
     void append(std::string_view text);
-    void startRoot(std::string_view name, Attributes attributes);
-    void readInfo(Attributes attributes);
-    const Tag& tagOf(std::string_view name) const;
-    void startTopLevel(const Tag& tag, Attributes attributes);
-    void startInside(OpenNode& parent, const Tag& tag, Attributes attributes);
-    void openNode(const Tag& tag, Attributes attributes);
+    void startRoot(const char* name, const char** attributes);
+    void readInfo(const Attributes& attributes);
+    void skip(const char* name, const char** attributes) const;
+    Tag tagOf(const char* name) const;
+    bool readAttributes(const char** written, AttributeRules rules, Attributes& found);
+    void startTopLevel(const Tag& tag, const char** attributes);
+    void startInside(OpenNode& parent, const Tag& tag, const char** attributes);
+    Fault misplaced(const OpenNode& parent, const Tag& tag) const;
+    void openNode(const Tag& tag, const char** attributes);
     void closeNode();
-    void openLeaf(Element element, Attributes attributes);
-    void readStep(Attributes attributes);
+    void openLeaf(const OpenNode& parent, Element element, const char** attributes);
+    void readStep(const Attributes& attributes);
     void closeLeaf();
 
     DescriptionBuilder& builder_;
     NodeAssembler assembler_;
     const LoadOptions& options_;
     std::unique_ptr<std::remove_pointer_t<XML_Parser>, FreeParser> parser_;
+    std::string_view xml_;
     std::exception_ptr failure_;
 
-    unsigned schemaMinor_ = 0;
-    std::string prefix_;     // of the names of all elements, with its colon
-    unsigned depth_ = 0;     // open elements
-    unsigned skipFrom_ = 0;  // depth of the Extension that is being skipped, 0 outside of one
+    bool isSchema11_ = false;  // by the name space
+    std::size_t rootEnd_ = 0;  // behind the start tag of the root
+    Prefixes prefixes_;
+    unsigned depth_ = 0;         // open elements
+    unsigned skipFrom_ = 0;      // depth of the Extension that is being skipped, 0 outside of one
+    unsigned incompleteAt_ = 0;  // depth of the innermost element that lacks an attribute
     std::array<OpenNode, 2> nodes_;  // a node, and one inside it: entry or formula of an address
     std::size_t openNodes_ = 0;
     Leaf leaf_;
     std::string text_;  // of the leaf so far
 };
 
-void Reader::start(const char* name, Attributes attributes) {
+void Reader::start(const char* name, const char** attributes) {
     if (++depth_ > kMaxNesting) throw Fault{"elements are nested too deeply"};
-    if (skipFrom_ > 0) return;
+    prefixes_.enter(attributes, depth_);
+    if (skipFrom_ > 0) return skip(name, attributes);
     if (depth_ == 1) return startRoot(name, attributes);
-    if (leaf_.open) throw Fault{kUnexpectedElement};
-    const Tag& tag = tagOf(name);
-    if (tag.key == kExtension)
-        skipFrom_ = depth_;
-    else if (openNodes_ == 0)
+    if (leaf_.open) throw unexpected();
+    const Tag tag = tagOf(name);
+    if (openNodes_ == 0)
         startTopLevel(tag, attributes);
     else
         startInside(nodes_[openNodes_ - 1], tag, attributes);
@@ -206,161 +228,192 @@ void Reader::start(const char* name, Attributes attributes) {
 
 void Reader::end() {
     const unsigned depth = depth_--;
-    if (skipFrom_ > 0)
-        skipFrom_ = depth == skipFrom_ ? 0 : skipFrom_;
-    else if (leaf_.open)
+    prefixes_.leave(depth);
+    if (skipFrom_ > 0) {
+        if (depth == skipFrom_) skipFrom_ = 0;
+        return;
+    }
+    if (depth == incompleteAt_) throw Fault{kMissingAttribute};
+    if (leaf_.open)
         closeLeaf();
     else if (openNodes_ > 0)
         closeNode();
 }
 
 void Reader::append(std::string_view text) {
-    if (text_.size() + text.size() > kMaxTextSize) throw Fault{"text is too long"};
-    text_.append(text);
+    if (leaf_.open) {
+        if (text_.size() + text.size() > kMaxTextSize) throw Fault{"text is too long"};
+        text_.append(text);
+    } else if ((skipFrom_ == 0 || skipFrom_ == depth_) && !isBlank(text)) {
+        throw Fault{kUnexpectedText};
+    }
 }
 
-// The name space is looked up by hand: it is one for the whole description, and the parser's own
-// handling would copy it in front of every name.
-void Reader::startRoot(std::string_view name, Attributes attributes) {
-    const std::size_t colon = name.find(':');
-    std::string declaration = "xmlns";
-    if (colon != std::string_view::npos) {
-        prefix_ = name.substr(0, colon + 1);
-        declaration.append(":").append(name.substr(0, colon));
-        name.remove_prefix(colon + 1);
-    }
-    const char* uri = attributes.find(declaration);
-    const std::string_view nameSpace = uri ? uri : "";
-    if (name != "RegisterDescription" || nameSpace.size() != kNameSpacePrefix.size() + 1 ||
+void Reader::startRoot(const char* name, const char** attributes) {
+    const std::string_view nameSpace = prefixes_.nameSpaceOf(name);
+    if (prefixes_.localName(name) != "RegisterDescription" ||
+        nameSpace.size() != kNameSpacePrefix.size() + 1 ||
         nameSpace.substr(0, kNameSpacePrefix.size()) != kNameSpacePrefix ||
         (nameSpace.back() != '0' && nameSpace.back() != '1'))
         throw Fault{kUnexpectedElement};
-    schemaMinor_ = nameSpace.back() == '1' ? 1 : 0;
-    readInfo(attributes);
+    isSchema11_ = nameSpace.back() == '1';
+    rootEnd_ = behind();
+    Attributes found;
+    if (readAttributes(attributes, rootAttributes(), found)) readInfo(found);
 }
 
-std::uint16_t versionPart(std::string_view text) {
-    std::int64_t value = 0;
-    if (!parse(text, value) || value < 0 || value > UINT16_MAX)
-        throw Fault{"invalid unsigned short value"};
-    return static_cast<std::uint16_t>(value);
-}
-
-GENICAM_NAMESPACE::Version_t version(Attributes attributes, const char* major, const char* minor,
-                                     const char* subMinor) {
-    GENICAM_NAMESPACE::Version_t result;
-    result.Major = versionPart(attributes.required(major));
-    result.Minor = versionPart(attributes.required(minor));
-    result.SubMinor = versionPart(attributes.required(subMinor));
-    return result;
-}
-
-void Reader::readInfo(Attributes attributes) {
+void Reader::readInfo(const Attributes& attributes) {
+    const auto version = [&](RootAttribute major) {
+        std::array<std::uint16_t, 3> parts{};
+        for (std::size_t i = 0; i < parts.size(); ++i)
+            parts[i] = static_cast<std::uint16_t>(
+                integerOf(attributes[major + i], rootAttributes()[major + i].name));
+        return GENICAM_NAMESPACE::Version_t{parts[0], parts[1], parts[2]};
+    };
     DeviceInfo info;
-    info.modelName = attributes.required("ModelName");
-    info.vendorName = attributes.required("VendorName");
-    info.standardNameSpace = trimmed(attributes.required("StandardNameSpace"));
-    if (!isStandardNameSpace(info.standardNameSpace)) throw Fault{kUnknownWord};
-    info.schemaVersion =
-        version(attributes, "SchemaMajorVersion", "SchemaMinorVersion", "SchemaSubMinorVersion");
-    info.deviceVersion = version(attributes, "MajorVersion", "MinorVersion", "SubMinorVersion");
-    info.productGuid = attributes.required("ProductGuid");
-    info.versionGuid = attributes.required("VersionGuid");
-    if (const char* toolTip = attributes.find("ToolTip")) info.toolTip = toolTip;
+    info.modelName = attributes[kModelName];
+    info.vendorName = attributes[kVendorName];
+    info.standardNameSpace = attributes[kStandardNameSpace];
+    info.schemaVersion = version(kSchemaMajorVersion);
+    info.deviceVersion = version(kMajorVersion);
+    info.productGuid = attributes[kProductGuid];
+    info.versionGuid = attributes[kVersionGuid];
+    info.toolTip = attributes[kToolTip];
     if (!options_.injected) builder_.info() = std::move(info);
 }
 
-const Tag& Reader::tagOf(std::string_view name) const {
-    if (!prefix_.empty()) {
-        if (name.substr(0, prefix_.size()) != prefix_) throw Fault{kUnexpectedElement};
-        name.remove_prefix(prefix_.size());
-    }
-    const Tag* tag = findTag(name);
-    if (!tag) throw Fault{kUnexpectedElement};
-    return *tag;
+// What stands in an Extension may be anything that is XML.
+void Reader::skip(const char* name, const char** attributes) const {
+    prefixes_.localName(name);
+    for (const char** at = attributes; *at; at += 2)
+        prefixes_.isForeign(*at);
 }
 
-void Reader::startTopLevel(const Tag& tag, Attributes attributes) {
-    if (tag.model == kGroup) return;
-    const bool isInner = tag.model == modelOf(NodeKind::StructEntry) ||
-                         (tag.model == modelOf(NodeKind::EnumEntry) && schemaMinor_ > 0);
-    const bool isLater = schemaMinor_ == 0 && tag.model == modelOf(NodeKind::String);
-    if (tag.model == kNoModel || isInner || isLater) throw Fault{kUnexpectedElement};
+Tag Reader::tagOf(const char* name) const {
+    const Tag* tag = findTag(name);
+    if (!tag) tag = findTag(prefixes_.localName(name));
+    return tag ? *tag : Tag();
+}
+
+// False where one is missing that must be there: the end tag of the element will be refused.
+bool Reader::readAttributes(const char** written, AttributeRules rules, Attributes& found) {
+    for (const char** at = written; *at; at += 2) {
+        std::size_t i = 0;
+        while (i < rules.size() && rules[i].name != at[0])
+            ++i;
+        if (i < rules.size()) {
+            found[i] = at[1];
+            if (const char* reason = refusal(rules[i].type, found[i])) throw Fault{reason};
+        } else if (!prefixes_.isForeign(at[0])) {
+            throw Fault{kUnexpectedAttribute};
+        }
+    }
+    for (std::size_t i = 0; i < rules.size(); ++i)
+        if (rules[i].required && !found[i].data()) incompleteAt_ = depth_;
+    return incompleteAt_ != depth_;
+}
+
+void Reader::startTopLevel(const Tag& tag, const char** attributes) {
+    if (tag.model == kGroup) {
+        Attributes ignored;
+        readAttributes(attributes, commentAttributes(), ignored);
+        return;
+    }
+    if (tag.model == kNoModel || tag.model == modelOf(NodeKind::StructEntry)) throw unexpected();
+    if (tag.model == modelOf(NodeKind::EnumEntry) && isSchema11_)
+        throw NodeFault{
+            "Standalone <EnumEntry> node detected which is ignored in schema v1.0 but forbidden "
+            "otherwise"};
     openNode(tag, attributes);
 }
 
-void Reader::startInside(OpenNode& parent, const Tag& tag, Attributes attributes) {
-    const ContentModel& model = contentModel(parent.model);
-    const std::uint64_t places = tag.key == kNoKey ? 0 : model.places[tag.key];
-    const bool isLater = schemaMinor_ == 0 && !isInSchema10(tag.key);
-    if (places == 0 || (places & parent.seen & model.once) != 0 || isLater)
-        throw Fault{kUnexpectedElement};
-    parent.seen |= places;
-    if (tag.model == modelOf(NodeKind::EnumEntry) || tag.model == modelOf(NodeKind::StructEntry) ||
-        tag.model == modelOf(NodeKind::IntSwissKnife))
-        return openNode(tag, attributes);
-    const auto element = static_cast<Element>(tag.key);
-    if (element == Element::pEnumEntry && schemaMinor_ > 0) throw Fault{kUnexpectedElement};
-    openLeaf(element, attributes);
+void Reader::startInside(OpenNode& parent, const Tag& tag, const char** attributes) {
+    const ContentModel::State state = parent.rules->content.after(parent.state, tag.key);
+    if (state == 0) throw misplaced(parent, tag);
+    parent.state = state;
+    if (tag.key == kExtension) {
+        Attributes none;
+        readAttributes(attributes, {}, none);
+        skipFrom_ = depth_;
+    } else if (tag.key > kExtension) {
+        openNode(tag, attributes);
+    } else {
+        openLeaf(parent, static_cast<Element>(tag.key), attributes);
+    }
 }
 
-void Reader::openNode(const Tag& tag, Attributes attributes) {
+Fault Reader::misplaced(const OpenNode& parent, const Tag& tag) const {
+    // An entry inside an entry is unexpected even before what is missing.
+    const bool isEntry = tag.key == kEnumEntry || tag.key == keyOf(Element::pEnumEntry);
+    const bool isFirst = parent.state == parent.rules->content.begin();
+    if ((parent.state & ContentModel::kEnd) != 0 ||
+        (isEntry && isFirst && parent.model == modelOf(NodeKind::EnumEntry)))
+        return unexpected();
+    return {kMissingElement};
+}
+
+void Reader::openNode(const Tag& tag, const char** attributes) {
     OpenNode& node = nodes_[openNodes_];
+    const bool isStruct = tag.model == kStructReg;
+    Attributes found;
+    const bool complete =
+        readAttributes(attributes, isStruct ? commentAttributes() : nodeAttributes(), found);
     node.model = tag.model;
-    node.seen = 0;
+    node.rules = &nodeModel(tag.model);
+    node.state = node.rules->content.begin();
+    node.id = kNoNode;
+    node.name = isStruct ? std::string_view() : found[kName];
+    node.nameSpace = found[kNameSpace] == "Standard" ? Standard : Custom;
+    node.exposeStatic = found[kExposeStatic] == "Yes";
     node.properties.clear();
-    node.name.clear();
-    if (tag.model != kStructReg) node.name = attributes.requiredName();
-    const char* nameSpace = attributes.find("NameSpace");
-    const std::string_view written = nameSpace ? trimmed(nameSpace) : "Custom";
-    if (written != "Custom" && written != "Standard") throw Fault{kUnknownWord};
-    node.nameSpace = written == "Standard" ? Standard : Custom;
-    const char* exposeStatic = attributes.find("ExposeStatic");
-    node.exposeStatic = exposeStatic && trimmed(exposeStatic) == "Yes";
-    assembler_.open(node, openNodes_ > 0 ? &nodes_[openNodes_ - 1] : nullptr);
+    if (complete) assembler_.open(node, openNodes_ > 0 ? &nodes_[openNodes_ - 1] : nullptr);
     ++openNodes_;
 }
 
 void Reader::closeNode() {
     OpenNode& node = nodes_[openNodes_ - 1];
-    if ((contentModel(node.model).required & ~node.seen) != 0) throw Fault{kMissingElement};
+    if ((node.state & ContentModel::kEnd) == 0) throw Fault{kMissingElement};
     --openNodes_;
     assembler_.close(node, openNodes_ > 0 ? &nodes_[openNodes_ - 1] : nullptr);
 }
 
-void Reader::openLeaf(Element element, Attributes attributes) {
+void Reader::openLeaf(const OpenNode& parent, Element element, const char** attributes) {
     leaf_ = {};
     leaf_.open = true;
     leaf_.element = element;
     text_.clear();
-    if (const char* name = attributeNameOf(element))
-        leaf_.attribute = builder_.intern(attributes.requiredName(name));
-    else if (element == Element::pIndex)
-        readStep(attributes);
+    const AttributeRules rules = leafAttributes(element, parent.model);
+    if (rules.empty() && !*attributes) return;
+    Attributes found;
+    readAttributes(attributes, rules, found);
+    if (element == Element::pIndex)
+        readStep(found);
+    else
+        leaf_.attribute = builder_.intern(found[kName]);
 }
 
-void Reader::readStep(Attributes attributes) {
-    if (const char* offset = attributes.find("Offset")) {
-        leaf_.step = {Element::Offset, builder_.intern(trimmed(offset)), 0};
-        leaf_.hasStep = true;
-    } else if (const char* node = attributes.find("pOffset")) {
-        leaf_.step = {Element::pOffset, builder_.mention(trimmed(node)), 0};
-        leaf_.hasStep = true;
-    }
+// Offset goes before pOffset, unless it says nothing.
+void Reader::readStep(const Attributes& attributes) {
+    const std::string_view offset = attributes[kOffset], node = attributes[kOffsetNode];
+    if (node.data()) leaf_.step = {Element::pOffset, builder_.mention(node), 0};
+    const bool isGiven = !offset.empty() && offset != "0";
+    if (isGiven) leaf_.step = {Element::Offset, builder_.intern(offset), 0};
+    leaf_.hasStep = isGiven || node.data();
 }
 
 void Reader::closeLeaf() {
     leaf_.open = false;
     OpenNode& node = nodes_[openNodes_ - 1];
     const Element element = leaf_.element;
-    const std::string_view text =
-        isFreeText(element, node.model) ? std::string_view(text_) : trimmed(text_);
-    if (!isAllowedText(element, text, node.model, schemaMinor_)) throw Fault{kUnknownWord};
+    const TextType type = node.rules->texts[keyOf(element)];
+    std::string_view text = text_;
+    if (const char* reason = refusal(type, text)) throw Fault{reason};
     if (element == Element::TextDesc || element == Element::IntKey)
         return assembler_.addKey(node, element, std::string(builder_.text(leaf_.attribute)),
                                  builder_.intern(text));
     if (options_.suppressStrings && isDocumentation(element)) return;
-    const std::uint32_t value = isLink(element) ? builder_.mention(text) : builder_.intern(text);
+    const std::uint32_t value =
+        type == TextType::Link ? builder_.mention(text) : builder_.intern(text);
     node.properties.push_back({element, value, leaf_.attribute});
     if (leaf_.hasStep) node.properties.push_back(leaf_.step);
 }

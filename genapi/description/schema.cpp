@@ -1,247 +1,336 @@
 #include "genapi/description/schema.h"
 
 #include <algorithm>
-#include <vector>
+#include <string>
+
+#include <Base/GCException.h>
+
+#include "genapi/description/numbers.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 namespace {
 
-// The content models, a place a word: alternatives behind '|'; '?' at most once, '*' any number,
-// '+' at least once, nothing exactly once.
-constexpr const char* kCommon =
-    "Extension* ToolTip? Description? DisplayName? Visibility? DocuURL? IsDeprecated? EventID? "
-    "pIsImplemented? pIsAvailable? pIsLocked? pBlockPolling? ImposedAccessMode? pError* pAlias? "
-    "pCastAlias? pInvalidator* ";
-constexpr const char* kRegister =
-    "Streamable? Address|IntSwissKnife|pAddress|pIndex+ Length|pLength AccessMode pPort Cachable? "
-    "PollingTime? ";
-constexpr const char* kLimits = "Min|pMin? Max|pMax? Inc|pInc? Unit? Representation? ";
-constexpr const char* kSources =
-    "Streamable? Value|pValue|pIndex Value|pValue|ValueDefault|pValueDefault "
-    "Value|pValue|ValueIndexed|pValueIndexed+ ";
-constexpr const char* kNotation = "DisplayNotation? DisplayPrecision? ";
-constexpr const char* kFormula = "Streamable? pVariable* Constant* Expression* ";
-constexpr const char* kBits = "Bit|LSB Bit|MSB Sign? Unit? Representation? pSelected* ";
+// Parts that several kinds have. Where registers have their pInvalidator and Streamable, and where
+// a StructEntry has the latter, differs from all other kinds.
+#define COMMON                                                                                  \
+    "Extension? ToolTip? Description? DisplayName? Visibility? DocuURL? IsDeprecated? EventID? " \
+    "pIsImplemented? pIsAvailable? pIsLocked? pBlockPolling? ImposedAccessMode? pError* "        \
+    "pAlias? pCastAlias? "
+#define NODE COMMON "pInvalidator* "
+#define PLACE "(Address | IntSwissKnife | pAddress | pIndex)+ "
+#define IN_PORT "AccessMode pPort Cachable? PollingTime? pInvalidator* "
+#define REGISTER COMMON "Streamable? " PLACE "(Length | pLength) " IN_PORT
+#define BITS "(Bit | LSB MSB) Sign? "
+#define INDEXED "pIndex (ValueIndexed | pValueIndexed)+ (ValueDefault | pValueDefault)"
+#define LIMITS "(Min | pMin)? (Max | pMax)? (Inc | pInc)? "
+#define SHOWN "Unit? Representation? "
+#define SHOWN_AS_FLOAT SHOWN "DisplayNotation? DisplayPrecision? "
+#define FORMULA_NODE NODE "Streamable? pVariable* Constant* Expression* "
 
 struct Grammar {
     ModelId model;
-    std::array<const char*, 4> parts;
+    const char* content;
 };
 
 constexpr Grammar kGrammars[] = {
-    {modelOf(NodeKind::Node), {kCommon}},
-    {modelOf(NodeKind::Category), {kCommon, "pFeature*"}},
+    {modelOf(NodeKind::Node), NODE},
+    {modelOf(NodeKind::Category), NODE "pFeature*"},
     {modelOf(NodeKind::Integer),
-     {kCommon, kSources, kLimits, "pValueCopy* ValidValueSet? pSelected*"}},
-    {modelOf(NodeKind::IntReg),
-     {kCommon, kRegister, "Sign? Endianess Unit? Representation? pSelected*"}},
-    {modelOf(NodeKind::MaskedIntReg), {kCommon, kRegister, kBits, "Endianess"}},
-    {kStructReg, {kCommon, kRegister, "Endianess StructEntry+"}},
+     NODE "Streamable? (Value | pValueCopy* pValue pValueCopy* | " INDEXED ") " LIMITS SHOWN
+          "ValidValueSet? pSelected*"},
+    {modelOf(NodeKind::IntReg), REGISTER "Sign? Endianess " SHOWN "pSelected*"},
+    {modelOf(NodeKind::MaskedIntReg),
+     COMMON "Streamable? " PLACE "Length " IN_PORT BITS "Endianess " SHOWN "pSelected*"},
+    {kStructReg, REGISTER "Endianess StructEntry+"},
     {modelOf(NodeKind::StructEntry),
-     {kCommon, kBits, "AccessMode? Cachable? PollingTime? Streamable?"}},
+     NODE "AccessMode? Cachable? PollingTime? Streamable? " BITS SHOWN "pSelected*"},
     {modelOf(NodeKind::Boolean),
-     {kCommon, "Streamable? Value|pValue OnValue? OffValue? pSelected*"}},
-    {modelOf(NodeKind::Command), {kCommon, "Value|pValue CommandValue|pCommandValue PollingTime?"}},
-    {modelOf(NodeKind::Float), {kCommon, kSources, kLimits, kNotation}},
-    {modelOf(NodeKind::FloatReg),
-     {kCommon, kRegister, kNotation, "Endianess Unit? Representation?"}},
+     NODE "Streamable? (Value | pValue) OnValue? OffValue? pSelected*"},
+    {modelOf(NodeKind::Command),
+     NODE "(Value | pValue) (CommandValue | pCommandValue) PollingTime?"},
     {modelOf(NodeKind::Enumeration),
-     {kCommon, "Streamable? pEnumEntry+ Value|pValue pSelected* PollingTime?"}},
-    {modelOf(NodeKind::EnumEntry), {kCommon, "Value NumericValue? Symbolic? IsSelfClearing?"}},
-    {modelOf(NodeKind::String), {kCommon, "Streamable? Value|pValue"}},
-    {modelOf(NodeKind::StringReg), {kCommon, kRegister}},
-    {modelOf(NodeKind::Register), {kCommon, kRegister}},
-    {modelOf(NodeKind::SwissKnife),
-     {kCommon, kFormula, kNotation, "Formula Unit? Representation?"}},
-    {modelOf(NodeKind::IntSwissKnife), {kCommon, kFormula, "Formula Unit? Representation?"}},
+     NODE "Streamable? EnumEntry+ (Value | pValue) pSelected* PollingTime?"},
+    {modelOf(NodeKind::EnumEntry), NODE "Value NumericValue? Symbolic? IsSelfClearing?"},
+    {modelOf(NodeKind::Float),
+     NODE "Streamable? (Value | pValue | " INDEXED ") " LIMITS SHOWN_AS_FLOAT},
+    {modelOf(NodeKind::FloatReg), REGISTER "Endianess " SHOWN_AS_FLOAT},
+    {modelOf(NodeKind::String), NODE "Streamable? (Value | pValue)"},
+    {modelOf(NodeKind::StringReg), REGISTER},
+    {modelOf(NodeKind::Register), REGISTER},
+    {modelOf(NodeKind::SwissKnife), FORMULA_NODE "Formula " SHOWN_AS_FLOAT},
+    {modelOf(NodeKind::IntSwissKnife), FORMULA_NODE "Formula " SHOWN},
     {modelOf(NodeKind::Converter),
-     {kCommon, kFormula, kNotation,
-      "FormulaTo FormulaFrom pValue Unit? Representation? Slope? IsLinear?"}},
-    {modelOf(NodeKind::IntConverter),
-     {kCommon, kFormula, "FormulaTo FormulaFrom pValue Unit? Representation? Slope?"}},
-    {modelOf(NodeKind::Port), {kCommon, "ChunkID|pChunkID? SwapEndianess? CacheChunkData?"}},
+     FORMULA_NODE "FormulaTo FormulaFrom pValue " SHOWN_AS_FLOAT "Slope? IsLinear?"},
+    {modelOf(NodeKind::IntConverter), FORMULA_NODE "FormulaTo FormulaFrom pValue " SHOWN "Slope?"},
+    {modelOf(NodeKind::Port), NODE "(ChunkID | pChunkID)? SwapEndianess? CacheChunkData?"},
     {modelOf(NodeKind::ConfRom),
-     {kCommon, "Unit Address|IntSwissKnife|pAddress+ Length pPort TextDesc* IntKey*"}},
-    {modelOf(NodeKind::TextDesc), {"Extension* p1212Parser Key"}},
-    {modelOf(NodeKind::IntKey), {"Extension* p1212Parser Key"}},
-    {modelOf(NodeKind::AdvFeatureLock), {kCommon, kRegister, "FeatureID Timeout?"}},
+     "(" NODE "Unit (Address | IntSwissKnife | pAddress)+ Length pPort (TextDesc | IntKey)*)+"},
+    {modelOf(NodeKind::TextDesc), "p1212Parser Key"},
+    {modelOf(NodeKind::IntKey), "p1212Parser Key"},
+    {modelOf(NodeKind::AdvFeatureLock), REGISTER "FeatureID Timeout?"},
     {modelOf(NodeKind::SmartFeature),
-     {"Extension* FeatureID Address|IntSwissKnife|pAddress+ pPort pIsImplemented? pIsAvailable?"}},
+     "FeatureID (Address | IntSwissKnife | pAddress)+ pPort pIsImplemented? pIsAvailable?"},
 };
 
-std::string_view takeUpTo(std::string_view& text, char separator) {
-    const std::size_t end = std::min(text.find(separator), text.size());
-    const std::string_view head = text.substr(0, end);
-    text.remove_prefix(std::min(end + 1, text.size()));
-    return head;
+#undef COMMON
+#undef NODE
+#undef PLACE
+#undef IN_PORT
+#undef REGISTER
+#undef BITS
+#undef INDEXED
+#undef LIMITS
+#undef SHOWN
+#undef SHOWN_AS_FLOAT
+#undef FORMULA_NODE
+
+// The texts of elements that may not be just anything, whatever node they are in.
+struct ElementText {
+    Element element;
+    TextType type;
+};
+
+constexpr ElementText kElementTexts[] = {
+    {Element::ToolTip, TextType::NotEmpty},
+    {Element::Description, TextType::NotEmpty},
+    {Element::DisplayName, TextType::NotEmpty},
+    {Element::Visibility, TextType::Visibility},
+    {Element::IsDeprecated, TextType::YesNo},
+    {Element::ImposedAccessMode, TextType::ImposedAccess},
+    {Element::Streamable, TextType::YesNo},
+    {Element::Value, TextType::Integer},
+    {Element::ValueIndexed, TextType::Integer},
+    {Element::ValueDefault, TextType::Integer},
+    {Element::Min, TextType::Integer},
+    {Element::Max, TextType::Integer},
+    {Element::Inc, TextType::Integer},
+    {Element::Unit, TextType::NotEmpty},
+    {Element::Representation, TextType::IntegerDisplay},
+    {Element::ValidValueSet, TextType::NotEmpty},
+    {Element::Address, TextType::Integer},
+    {Element::Length, TextType::Integer},
+    {Element::AccessMode, TextType::Access},
+    {Element::Cachable, TextType::Caching},
+    {Element::PollingTime, TextType::Integer},
+    {Element::Sign, TextType::Sign},
+    {Element::Endianess, TextType::ByteOrder},
+    {Element::Bit, TextType::Integer},
+    {Element::LSB, TextType::Integer},
+    {Element::MSB, TextType::Integer},
+    {Element::OnValue, TextType::Integer},
+    {Element::OffValue, TextType::Integer},
+    {Element::CommandValue, TextType::Integer},
+    {Element::DisplayNotation, TextType::Notation},
+    {Element::DisplayPrecision, TextType::Integer},
+    {Element::NumericValue, TextType::Float},
+    {Element::IsSelfClearing, TextType::YesNo},
+    {Element::Constant, TextType::Integer},
+    {Element::Slope, TextType::Slope},
+    {Element::IsLinear, TextType::YesNo},
+    {Element::SwapEndianess, TextType::YesNo},
+    {Element::CacheChunkData, TextType::YesNo},
+    {Element::TextDesc, TextType::Any},
+    {Element::IntKey, TextType::Any},
+};
+
+// And those that are others in nodes of one kind.
+struct NodeText {
+    NodeKind kind;
+    Element element;
+    TextType type;
+};
+
+constexpr NodeText kNodeTexts[] = {
+    {NodeKind::Boolean, Element::Value, TextType::Boolean},
+    {NodeKind::String, Element::Value, TextType::Any},
+    {NodeKind::Float, Element::Value, TextType::Float},
+    {NodeKind::Float, Element::ValueIndexed, TextType::Float},
+    {NodeKind::Float, Element::ValueDefault, TextType::Float},
+    {NodeKind::Float, Element::Min, TextType::Float},
+    {NodeKind::Float, Element::Max, TextType::Float},
+    {NodeKind::Float, Element::Inc, TextType::Float},
+    {NodeKind::Float, Element::Representation, TextType::FloatDisplay},
+    {NodeKind::FloatReg, Element::Representation, TextType::FloatDisplay},
+    {NodeKind::FloatReg, Element::Cachable, TextType::FloatCaching},
+    {NodeKind::SwissKnife, Element::Constant, TextType::Float},
+    {NodeKind::SwissKnife, Element::Representation, TextType::FloatDisplay},
+    {NodeKind::Converter, Element::Constant, TextType::Float},
+    {NodeKind::Converter, Element::Representation, TextType::FloatDisplay},
+    {NodeKind::SmartFeature, Element::FeatureID, TextType::Guid},
+};
+
+// The words of a type. For an empty text stands the first one, where there is a default.
+struct Words {
+    TextType type;
+    bool hasDefault;
+    std::array<std::string_view, 7> words;
+};
+
+constexpr Words kWords[] = {
+    {TextType::YesNo, true, {"No", "Yes"}},
+    {TextType::ExposeStatic, false, {"No", "Yes"}},
+    {TextType::Visibility, true, {"Beginner", "Expert", "Guru", "Invisible"}},
+    {TextType::ImposedAccess, true, {"RW", "RO", "WO"}},
+    {TextType::Access, true, {"RO", "RW", "WO"}},
+    {TextType::Caching, true, {"WriteThrough", "NoCache", "WriteAround"}},
+    {TextType::FloatCaching, true, {"WriteAround", "NoCache", "WriteThrough"}},
+    {TextType::Sign, true, {"Unsigned", "Signed"}},
+    {TextType::ByteOrder, true, {"LittleEndian", "BigEndian"}},
+    {TextType::Slope, true, {"Automatic", "Increasing", "Decreasing", "Varying"}},
+    {TextType::IntegerDisplay,
+     false,
+     {"Linear", "Logarithmic", "Boolean", "PureNumber", "HexNumber", "IPV4Address", "MACAddress"}},
+    {TextType::FloatDisplay, false, {"Linear", "Logarithmic", "PureNumber"}},
+    {TextType::Notation, false, {"Automatic", "Fixed", "Scientific"}},
+    {TextType::NameSpace, true, {"Custom", "Standard"}},
+    {TextType::StandardNameSpace, false, {"None", "IIDC", "GEV", "CL", "USB"}},
+};
+
+constexpr AttributeRule kRootAttributes[] = {
+    {"ModelName", true, TextType::Any},
+    {"VendorName", true, TextType::Any},
+    {"StandardNameSpace", true, TextType::StandardNameSpace},
+    {"SchemaMajorVersion", true, TextType::Any},
+    {"SchemaMinorVersion", true, TextType::Any},
+    {"SchemaSubMinorVersion", true, TextType::Any},
+    {"MajorVersion", true, TextType::Any},
+    {"MinorVersion", true, TextType::Any},
+    {"SubMinorVersion", true, TextType::Any},
+    {"ProductGuid", true, TextType::Any},
+    {"VersionGuid", true, TextType::Any},
+    {"ToolTip", false, TextType::Any},
+};
+constexpr AttributeRule kCommentAttributes[] = {{"Comment", true, TextType::Any}};
+constexpr AttributeRule kNodeAttributes[] = {
+    {"Name", true, TextType::Any},
+    {"NameSpace", false, TextType::NameSpace},
+    {"ExposeStatic", false, TextType::ExposeStatic},
+    {"MergePriority", false, TextType::IntegerHere},
+};
+constexpr AttributeRule kNameAttributes[] = {{"Name", true, TextType::Any}};
+constexpr AttributeRule kKeyAttributes[] = {{"Name", true, TextType::Any},
+                                            {"NameSpace", false, TextType::NameSpace}};
+constexpr AttributeRule kIndexAttributes[] = {{"Index", true, TextType::Any}};
+constexpr AttributeRule kStepAttributes[] = {{"Offset", false, TextType::Any},
+                                             {"pOffset", false, TextType::Any}};
+
+template <std::size_t Count>
+AttributeRules rulesOf(const AttributeRule (&rules)[Count]) {
+    static_assert(Count <= kMostAttributes);
+    return {rules, Count};
 }
 
-void addPlace(ContentModel& model, std::string_view word, unsigned number) {
-    const std::uint64_t place = std::uint64_t{1} << number;
-    const char count = word.back();
-    if (count == '?' || count == '*' || count == '+') word.remove_suffix(1);
-    if (count != '*' && count != '+') model.once |= place;
-    if (count != '*' && count != '?') model.required |= place;
-    while (!word.empty())
-        model.places[findTag(takeUpTo(word, '|'))->key] |= place;
-}
-
-ContentModel built(const Grammar& grammar) {
-    ContentModel model;
-    unsigned places = 0;
-    for (const char* part : grammar.parts) {
-        std::string_view words = part ? part : "";
-        while (!words.empty())
-            addPlace(model, takeUpTo(words, ' '), places++);
+const char* wordRefusal(TextType type, std::string_view& text) {
+    const Words& list = *std::find_if(std::begin(kWords), std::end(kWords),
+                                      [type](const Words& words) { return words.type == type; });
+    if (text.empty()) {
+        if (list.hasDefault) text = list.words[0];
+    } else if (std::find(list.words.begin(), list.words.end(), text) == list.words.end()) {
+        text = {};
     }
+    return text.empty() ? "value is not in enumeration" : nullptr;
+}
+
+const char* booleanRefusal(std::string_view& text) {
+    text = trimmed(text);
+    if (text == "true" || text == "false" || text == "1" || text == "0") return nullptr;
+    return "invalid boolean value";
+}
+
+// Groups of 8, 4, 4, 4 and 12 hexadecimal digits.
+bool isGuid(std::string_view text) {
+    constexpr std::string_view kForm = "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX";
+    constexpr std::string_view kDigits = "0123456789abcdefABCDEF";
+    return text.size() == kForm.size() &&
+           std::equal(text.begin(), text.end(), kForm.begin(), [&](char sign, char form) {
+               return form == 'X' ? kDigits.find(sign) != kDigits.npos : sign == form;
+           });
+}
+
+NodeModel built(const Grammar& grammar) {
+    NodeModel model;
+    model.content = ContentModel(grammar.content);
+    for (Key key = 0; key <= keyOf(Element::IntKey); ++key)
+        if (isLink(static_cast<Element>(key))) model.texts[key] = TextType::Link;
+    for (const ElementText& text : kElementTexts)
+        model.texts[keyOf(text.element)] = text.type;
+    for (const NodeText& text : kNodeTexts)
+        if (modelOf(text.kind) == grammar.model) model.texts[keyOf(text.element)] = text.type;
     return model;
-}
-
-using Words = std::vector<std::string_view>;
-
-const Words* wordsOf(Element element) {
-    static const Words yesNo = {"Yes", "No"};
-    static const Words visibilities = {"Beginner", "Expert", "Guru", "Invisible"};
-    static const Words accessModes = {"RO", "RW", "WO"};
-    static const Words cachings = {"NoCache", "WriteThrough", "WriteAround"};
-    static const Words signs = {"Signed", "Unsigned"};
-    static const Words byteOrders = {"LittleEndian", "BigEndian"};
-    static const Words representations = {"Linear",    "Logarithmic", "PureNumber", "Boolean",
-                                          "HexNumber", "IPV4Address", "MACAddress"};
-    static const Words notations = {"Automatic", "Fixed", "Scientific"};
-    static const Words slopes = {"Increasing", "Decreasing", "Varying", "Automatic"};
-    switch (element) {
-        case Element::Visibility:
-            return &visibilities;
-        case Element::ImposedAccessMode:
-        case Element::AccessMode:
-            return &accessModes;
-        case Element::Cachable:
-            return &cachings;
-        case Element::Sign:
-            return &signs;
-        case Element::Endianess:
-            return &byteOrders;
-        case Element::Representation:
-            return &representations;
-        case Element::DisplayNotation:
-            return &notations;
-        case Element::Slope:
-            return &slopes;
-        case Element::Streamable:
-        case Element::IsDeprecated:
-        case Element::IsSelfClearing:
-        case Element::IsLinear:
-        case Element::SwapEndianess:
-        case Element::CacheChunkData:
-            return &yesNo;
-        default:
-            return nullptr;
-    }
-}
-
-// How many of the words of Representation, from the front, the node may use.
-std::size_t representationsOf(ModelId model, unsigned schemaMinor) {
-    if (model == modelOf(NodeKind::Float) || model == modelOf(NodeKind::FloatReg) ||
-        model == modelOf(NodeKind::SwissKnife) || model == modelOf(NodeKind::Converter))
-        return 3;
-    return schemaMinor == 0 ? 5 : 7;
 }
 
 }  // namespace
 
-const ContentModel& contentModel(ModelId model) {
-    static const std::array<ContentModel, kGroup> models = [] {
-        std::array<ContentModel, kGroup> made;
+const char* refusal(TextType type, std::string_view& text) {
+    switch (type) {
+        case TextType::Any:
+        case TextType::Link:
+        case TextType::Integer:
+            return nullptr;
+        case TextType::NotEmpty:
+            return text.empty() ? "length is less than minimum allowed" : nullptr;
+        case TextType::Float: {
+            double value = 0;
+            return parse(text, value) ? nullptr : "invalid double value";
+        }
+        case TextType::Boolean:
+            return booleanRefusal(text);
+        case TextType::IntegerHere: {
+            std::int64_t value = 0;
+            return parse(text, value) ? nullptr : "invalid integer value";
+        }
+        case TextType::Guid:
+            if (!isGuid(text))
+                throw RUNTIME_EXCEPTION("Error while parsing XML file : %s is not a valid GUID ",
+                                        std::string(text).c_str());
+            return nullptr;
+        default:
+            return wordRefusal(type, text);
+    }
+}
+
+AttributeRules rootAttributes() {
+    return rulesOf(kRootAttributes);
+}
+
+AttributeRules commentAttributes() {
+    return rulesOf(kCommentAttributes);
+}
+
+AttributeRules nodeAttributes() {
+    return rulesOf(kNodeAttributes);
+}
+
+AttributeRules leafAttributes(Element element, ModelId model) {
+    switch (element) {
+        case Element::pVariable:
+        case Element::Constant:
+        case Element::Expression:
+            return rulesOf(kNameAttributes);
+        case Element::TextDesc:
+        case Element::IntKey:
+            return rulesOf(kKeyAttributes);
+        case Element::ValueIndexed:
+        case Element::pValueIndexed:
+            return rulesOf(kIndexAttributes);
+        case Element::pIndex:
+            if (model == modelOf(NodeKind::Integer) || model == modelOf(NodeKind::Float)) return {};
+            return rulesOf(kStepAttributes);
+        default:
+            return {};
+    }
+}
+
+const NodeModel& nodeModel(ModelId model) {
+    static const std::array<NodeModel, kGroup> models = [] {
+        std::array<NodeModel, kGroup> made;
         for (const Grammar& grammar : kGrammars)
             made[grammar.model] = built(grammar);
         return made;
     }();
     return models[model];
-}
-
-bool isInSchema10(Key key) {
-    switch (key) {
-        case keyOf(Element::DocuURL):
-        case keyOf(Element::IsDeprecated):
-        case keyOf(Element::pBlockPolling):
-        case keyOf(Element::pError):
-        case keyOf(Element::pCastAlias):
-        case keyOf(Element::Constant):
-        case keyOf(Element::Expression):
-        case keyOf(Element::DisplayNotation):
-        case keyOf(Element::DisplayPrecision):
-        case keyOf(Element::ValueIndexed):
-        case keyOf(Element::pValueIndexed):
-        case keyOf(Element::ValueDefault):
-        case keyOf(Element::pValueDefault):
-        case keyOf(Element::pValueCopy):
-        case keyOf(Element::ValidValueSet):
-        case keyOf(Element::NumericValue):
-        case keyOf(Element::IsSelfClearing):
-        case keyOf(Element::CacheChunkData):
-        case keyOf(Element::IsLinear):
-            return false;
-        default:
-            return true;
-    }
-}
-
-bool isInSchema10(NodeKind kind) {
-    return kind != NodeKind::String;
-}
-
-bool isAllowedText(Element element, std::string_view text, ModelId model, unsigned schemaMinor) {
-    const Words* words = wordsOf(element);
-    if (!words) return true;
-    const std::size_t count =
-        element == Element::Representation ? representationsOf(model, schemaMinor) : words->size();
-    const auto end = words->data() + count;
-    return std::find(words->data(), end, text) != end;
-}
-
-const char* attributeNameOf(Element element) {
-    switch (element) {
-        case Element::pVariable:
-        case Element::Constant:
-        case Element::Expression:
-        case Element::TextDesc:
-        case Element::IntKey:
-            return "Name";
-        case Element::ValueIndexed:
-        case Element::pValueIndexed:
-            return "Index";
-        default:
-            return nullptr;
-    }
-}
-
-bool isFreeText(Element element, ModelId model) {
-    switch (element) {
-        case Element::ToolTip:
-        case Element::Description:
-        case Element::DisplayName:
-        case Element::DocuURL:
-        case Element::Unit:
-        case Element::Symbolic:
-        case Element::Expression:
-        case Element::Formula:
-        case Element::FormulaTo:
-        case Element::FormulaFrom:
-        case Element::FeatureID:
-            return true;
-        case Element::Value:
-            return model == modelOf(NodeKind::String);
-        default:
-            return false;
-    }
-}
-
-bool isStandardNameSpace(std::string_view text) {
-    static const Words words = {"None", "IIDC", "GEV", "CL", "USB"};
-    return std::find(words.begin(), words.end(), text) != words.end();
 }
 
 }  // namespace Engine

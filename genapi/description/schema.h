@@ -1,42 +1,89 @@
-// What the schemas 1.0 and 1.1 allow inside each kind of node. The order of the elements is not
-// checked; which of them may, must and must not stand together is.
+// The grammar of descriptions: what may stand inside each kind of node and in which order, which
+// attributes elements have, and which texts. Schemas 1.0 and 1.1 differ in none of it here: a
+// description of either may use all of it.
 #pragma once
 
 #include <array>
 #include <cstdint>
 #include <string_view>
 
-#include "genapi/description/tags.h"
+#include "genapi/description/contentmodel.h"
+#include "genapi/description/slice.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// Places of a content model are bits. An element takes one place, or two where it stands for what
-// two other elements say together.
-struct ContentModel {
-    std::array<std::uint64_t, kNoKey> places{};  // by key; 0: not allowed
-    std::uint64_t once = 0;                      // places that one element at most may take
-    std::uint64_t required = 0;                  // places that must be taken
+// What the text of an element or an attribute may be.
+enum class TextType : std::uint8_t {
+    Any,
+    NotEmpty,
+    Link,     // the name of a node
+    Integer,  // checked when the description is complete
+    Float,
+    Boolean,
+    IntegerHere,  // checked at once
+    Guid,
+    // one of a few words each
+    YesNo,
+    ExposeStatic,
+    Visibility,
+    ImposedAccess,
+    Access,
+    Caching,
+    FloatCaching,
+    Sign,
+    ByteOrder,
+    Slope,
+    IntegerDisplay,
+    FloatDisplay,
+    Notation,
+    NameSpace,
+    StandardNameSpace,
 };
 
-const ContentModel& contentModel(ModelId model);
+// Why a text cannot be of that type; null when it can. An empty text becomes the default where its
+// type has one, a boolean loses the blanks around it.
+const char* refusal(TextType type, std::string_view& text);
 
-// Whether schema 1.0 knows the element, or the kind of node.
-bool isInSchema10(Key key);
-bool isInSchema10(NodeKind kind);
+struct AttributeRule {
+    std::string_view name;
+    bool required;
+    TextType type;
+};
+using AttributeRules = Slice<AttributeRule>;
 
-// Whether the text is one of the words that the element may say; true for any text where the
-// element is no enumeration.
-bool isAllowedText(Element element, std::string_view text, ModelId model, unsigned schemaMinor);
+// The most attributes that an element may have.
+constexpr std::size_t kMostAttributes = 12;
 
-// The attribute that belongs to the element and must stand there; null where there is none.
-const char* attributeNameOf(Element element);
+// In the order of these rules, which are found by number. Versions are three in a row.
+enum RootAttribute : std::size_t {
+    kModelName,
+    kVendorName,
+    kStandardNameSpace,
+    kSchemaMajorVersion,
+    kMajorVersion = kSchemaMajorVersion + 3,
+    kProductGuid = kMajorVersion + 3,
+    kVersionGuid,
+    kToolTip
+};
+AttributeRules rootAttributes();
 
-// Whether the white space around the element's text belongs to it.
-bool isFreeText(Element element, ModelId model);
+enum NodeAttribute : std::size_t { kName, kNameSpace, kExposeStatic };
+AttributeRules nodeAttributes();     // of nodes of all kinds, also inside other nodes
+AttributeRules commentAttributes();  // of Group and StructReg
 
-// The words of an attribute.
-bool isStandardNameSpace(std::string_view text);
+// Of an element inside a node that is no node itself: one name or index, or those of a pIndex.
+enum StepAttribute : std::size_t { kOffset, kOffsetNode };
+AttributeRules leafAttributes(Element element, ModelId model);
+
+// What the content of a node may be.
+struct NodeModel {
+    ContentModel content;
+    std::array<TextType, kNoKey> texts{};  // by key
+};
+
+// Of a kind of node, or of StructReg.
+const NodeModel& nodeModel(ModelId model);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

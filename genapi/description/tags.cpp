@@ -52,7 +52,8 @@ class TagTable {
             slotOf(name).model = model;
         slotOf("Extension").key = kExtension;
         slotOf("StructEntry").key = kStructEntry;
-        slotOf("EnumEntry").key = keyOf(Element::pEnumEntry);
+        slotOf("EnumEntry").key = kEnumEntry;
+        slotOf("IntSwissKnife").key = kInlineFormula;
     }
 
     const Tag* find(std::string_view name) const {

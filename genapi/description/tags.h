@@ -18,14 +18,17 @@ constexpr ModelId kStructReg = modelOf(NodeKind::SmartFeature) + 1;
 constexpr ModelId kGroup = kStructReg + 1;
 constexpr ModelId kNoModel = kGroup + 1;
 
-// What an element is inside a node: one of Element, or one of two that are no properties.
+// What an element is inside a node: one of Element, or one of those that are nodes themselves or
+// leave nothing.
 using Key = std::uint8_t;
 constexpr Key keyOf(Element element) {
     return static_cast<Key>(element);
 }
 constexpr Key kExtension = keyOf(Element::IntKey) + 1;
 constexpr Key kStructEntry = kExtension + 1;
-constexpr Key kNoKey = kStructEntry + 1;
+constexpr Key kEnumEntry = kStructEntry + 1;
+constexpr Key kInlineFormula = kEnumEntry + 1;
+constexpr Key kNoKey = kInlineFormula + 1;
 
 struct Tag {
     std::string_view name;
