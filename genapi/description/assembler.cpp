@@ -88,6 +88,7 @@ void NodeAssembler::open(OpenNode& node, const OpenNode* parent) {
 void NodeAssembler::close(OpenNode& node, OpenNode* parent) {
     if (node.model == kStructReg) return expandStruct(node);
     if (node.model == modelOf(NodeKind::StructEntry)) {
+        if (builder_.isDefined(node.id)) throw DuplicateNode{node.id};
         entries_.push_back({node.id, node.nameSpace, node.exposeStatic, node.properties});
         return;
     }
@@ -197,14 +198,13 @@ void NodeAssembler::expandConverter(NodeId owner, NodeKind kind,
 }
 
 void NodeAssembler::expandStruct(const OpenNode& node) {
-    std::vector<Property> properties;
-    for (const Entry& entry : entries_) {
-        properties.clear();
+    for (Entry& entry : entries_) {
         const Elements own = elementsOf(entry.properties);
         for (const Property& property : node.properties)
-            if (!own[static_cast<std::size_t>(property.element)]) properties.push_back(property);
-        properties.insert(properties.end(), entry.properties.begin(), entry.properties.end());
-        define(entry.id, NodeKind::StructEntry, entry.nameSpace, entry.exposeStatic, properties);
+            if (!own[static_cast<std::size_t>(property.element)])
+                entry.properties.push_back(property);
+        define(entry.id, NodeKind::StructEntry, entry.nameSpace, entry.exposeStatic,
+               entry.properties);
     }
     entries_.clear();
 }

@@ -136,6 +136,13 @@ void DescriptionBuilder::indexNames() {
     }
 }
 
+void DescriptionBuilder::checkNames() const {
+    for (const NodeRecord& record : description_->records_)
+        if (!record.defined)
+            throw RUNTIME_EXCEPTION("Error in XML stream : dangling node reference '%s'",
+                                    description_->text(record.name).data());
+}
+
 std::shared_ptr<const Description> DescriptionBuilder::finish() {
     indexNames();
     interned_.reset();
@@ -143,12 +150,15 @@ std::shared_ptr<const Description> DescriptionBuilder::finish() {
     description.pool_.shrink_to_fit();
     description.records_.shrink_to_fit();
     description.properties_.shrink_to_fit();
-    // Numbers that are none go before names that are none.
-    compileNodes(description, *description.tables_, description.records_);
-    for (const NodeRecord& record : description.records_)
-        if (!record.defined)
-            throw RUNTIME_EXCEPTION("Error in XML stream : dangling node reference '%s'",
-                                    description.text(record.name).data());
+    try {
+        compileNodes(description, *description.tables_, description.records_);
+    } catch (const GENICAM_NAMESPACE::RuntimeException&) {
+        // There may be a fault of those that are reported before this one.
+        checkNames();
+        checkValues(description);
+        throw;
+    }
+    checkNames();
     linkNodes(description, *description.links_, description.records_);
     return std::shared_ptr<const Description>(description_.release());
 }

@@ -39,6 +39,7 @@ class DescriptionBuilder {
     bool stands(std::string_view text, TextRef place) const;
     std::size_t slotOf(std::string_view text);
     void indexNames();
+    void checkNames() const;
 
     std::unique_ptr<Description> description_;
     std::unique_ptr<Interned> interned_;  // the texts so far, and the nodes that are called so

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include <Base/GCException.h>
 
@@ -236,6 +237,9 @@ NumberData<T> Compiler::number() {
     data.copies = links(Element::pValueCopy);
     for (const NodeId copy : NodeTables::slice(tables_.nodes, data.copies))
         like(static_cast<const T*>(nullptr), copy);
+    for (Setting<T>* limit : {&data.min, &data.max})
+        limit->constant = std::clamp(limit->constant, std::numeric_limits<T>::lowest(),
+                                     std::numeric_limits<T>::max());
     return data;
 }
 

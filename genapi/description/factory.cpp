@@ -43,11 +43,12 @@ struct Source {
         bytes.shrink_to_fit();
     }
 
-    // The XML; unpacked holds it where it had to be unpacked.
+    // The XML; unpacked holds it where it had to be unpacked. Cameras fill up the XML in an archive
+    // with NULs, and with what lies in their memory behind these.
     std::string_view text(std::string& unpacked) const {
         if (type != ContentType_ZippedXml) return bytes;
         unpacked = unzipFirstEntry(bytes);
-        return unpacked;
+        return std::string_view(unpacked).substr(0, unpacked.find('\0'));
     }
 };
 

@@ -166,21 +166,16 @@ class Descent {
     std::vector<NodeId> order_, cycle_;
 };
 
-// Throws for nodes that rest on themselves; gives all nodes, each after those its value rests on.
-// Descriptions of schema 1.0 may have circles of limits and conditions: while one of these is
-// computed, a node answers without it. But what has no value without itself cannot be.
+// All nodes, each after those that its value rests on; throws where a node reads itself. That is
+// not looked for in descriptions of schema 1.0, apart from values: while a limit or a condition is
+// computed, the node answers without it.
 std::vector<NodeId> targetsFirst(const Description& description) {
     const bool all = description.info().schemaVersion.Minor != 0;
     const Descent read(description, [all](NodeKind kind, Element element) {
         return carriesValue(kind, element) || (all && isRead(kind, element));
     });
     if (!read.hasCycle()) return read.order();
-    const Descent written(description, [](NodeKind, Element element) {
-        return passesValue(element);
-    });
-    if (written.hasCycle())
-        throw RUNTIME_EXCEPTION("WARNING: PropagateTerminals cycle detected in node = '%s'\n",
-                                written.start().c_str());
+    checkValues(description);
     throw RUNTIME_EXCEPTION("ERROR : read cycle detected : %s", read.cycle().c_str());
 }
 
@@ -335,6 +330,14 @@ void findCategoryVisibility(const Description& description, std::vector<NodeReco
 }
 
 }  // namespace
+
+void checkValues(const Description& description) {
+    const Descent passed(description,
+                         [](NodeKind, Element element) { return passesValue(element); });
+    if (passed.hasCycle())
+        throw RUNTIME_EXCEPTION("WARNING: PropagateTerminals cycle detected in node = '%s'\n",
+                                passed.start().c_str());
+}
 
 void linkNodes(const Description& description, LinkTables& links,
                std::vector<NodeRecord>& records) {

@@ -39,9 +39,12 @@ struct LinkTables {
     }
 };
 
-// Computes the link tables and completes the records: feature, caching, accessCacheable.
-// Throws RuntimeException where a value or a limit rests on itself. Conditions and categories may
-// go in circles.
+// Throws RuntimeException where a value is passed to the node that it comes from.
+void checkValues(const Description& description);
+
+// Computes the link tables and completes the records: feature, caching, accessCacheable. Throws
+// RuntimeException where a node reads itself or a selector selects itself. In descriptions of
+// schema 1.0 limits, conditions and categories may go in circles, but values may not.
 void linkNodes(const Description& description, LinkTables& links, std::vector<NodeRecord>& records);
 
 // INode::GetChildren and GetParents; no node occurs twice.

@@ -1,5 +1,9 @@
 #include "genapi/nodes/bitfield.h"
 
+#include <algorithm>
+
+#include <Base/GCException.h>
+
 #include "genapi/nodes/rounding.h"
 
 namespace GENAPI_NAMESPACE {
@@ -12,8 +16,11 @@ BitField::BitField(const RegisterData& data, std::size_t length)
       bigEndian_(data.bigEndian),
       signed_(data.isSigned) {
     if (!data.masked) return;
-    // Bit 0 of a big-endian register is its most significant one. The mask was checked against the
-    // length when the description was loaded.
+    // A length that the description gives as a number was compared with the mask when it was loaded.
+    if (std::max(data.lsb, data.msb) >= width_)
+        throw OUT_OF_RANGE_EXCEPTION("Bits %u and %u are outside of a register of %u bits",
+                                     unsigned{data.lsb}, unsigned{data.msb}, width_);
+    // Bit 0 of a big-endian register is its most significant one.
     const unsigned highest = static_cast<unsigned>(8 * length - 1);
     const unsigned low = bigEndian_ ? highest - data.lsb : data.lsb;
     const unsigned high = bigEndian_ ? highest - data.msb : data.msb;

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <string>
 #include <vector>
 
 #include "genapi/description/links.h"
 #include "genapi/description/numbers.h"
+#include "genapi/description/schema.h"
 #include "genapi/nodes/nodemap.h"
 
 namespace GENAPI_NAMESPACE {
@@ -57,6 +59,29 @@ const General kGeneral[] = {
     {"ExposeStatic", [](const Node& n) { return std::string(yesNo(n.record().exposeStatic)); }},
 };
 
+// The halves of a converter keep apart which of its formulas they have.
+const char* shownName(NodeKind kind, Element element) {
+    const bool isHalf = kind == NodeKind::SwissKnife || kind == NodeKind::IntSwissKnife;
+    const bool isFormula = element == Element::FormulaTo || element == Element::FormulaFrom;
+    return nameOf(isHalf && isFormula ? Element::Formula : element);
+}
+
+// Numbers are shown as such, not as they were written.
+std::string shownValue(const Node& node, const Property& property) {
+    const Description& description = node.description();
+    if (isLink(property.element)) return std::string(description.name(property.node()));
+    const std::string_view text = description.text(property.text());
+    const TextType type =
+        nodeModel(modelOf(node.record().kind)).texts[keyOf(property.element)];
+    std::int64_t integer = 0;
+    if (type == TextType::Integer && parse(text, integer)) return std::to_string(integer);
+    double number = 0;
+    if (type != TextType::Float || !parse(text, number)) return std::string(text);
+    std::array<char, 32> shown{};
+    std::snprintf(shown.data(), shown.size(), "%g", number);
+    return shown.data();
+}
+
 // Links that are computed; a node has them only when there is something to tell.
 struct Computed {
     const char* name;
@@ -73,7 +98,7 @@ void propertyNames(const Node& node, GENICAM_NAMESPACE::gcstring_vector& names) 
     for (const Property& property : node.description().properties(node.id()))
         if (std::find(seen.begin(), seen.end(), property.element) == seen.end()) {
             seen.push_back(property.element);
-            names.push_back(nameOf(property.element));
+            names.push_back(shownName(node.record().kind, property.element));
         }
     for (const Computed& computed : kComputed)
         if (!children(node.description(), node.id(), computed.link).empty())
@@ -99,14 +124,13 @@ bool propertyOf(const Node& node, std::string_view name, gcstring& value, gcstri
     std::string values, attributes;
     bool found = false;
     for (const Property& property : description.properties(node.id())) {
-        if (name != nameOf(property.element)) continue;
+        if (name != shownName(node.record().kind, property.element)) continue;
         if (found) {
             values += '\t';
             attributes += '\t';
         }
         found = true;
-        values += isLink(property.element) ? description.name(property.node())
-                                           : description.text(property.text());
+        values += shownValue(node, property);
         attributes += description.text(property.attribute);
     }
     if (!found) return false;

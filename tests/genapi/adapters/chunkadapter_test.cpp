@@ -193,11 +193,6 @@ TEST_F(ChunkAdapterTest, TheIdMayBeTheValueOfANode) {
     CStringPtr(variable._GetNode("Which"))->SetValue("03");
     Attach(adapter, buffer);
     EXPECT_FALSE(IsReadable(value));
-
-    CNodeMapRef numeric;
-    Load(numeric, ChunkPortNode("Chunk", "<pChunkID>Which</pChunkID>") +
-                      "<Integer Name=\"Which\"><Value>26</Value></Integer>");
-    EXPECT_EQ(CChunkPortPtr(numeric._GetNode("Chunk"))->GetChunkID(), "1a");
 }
 
 }  // namespace

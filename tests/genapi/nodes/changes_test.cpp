@@ -22,8 +22,8 @@ namespace {
 const std::string kNodes =
     kPort + named("Category", "Root", "<pFeature>Width</pFeature>") + over("Width", "R") +
     intReg("R", 0) + over("Other", "R") +
-    literal("Far", "1", "<pIsAvailable>Width</pIsAvailable>") +
-    literal("Ends", "1", "<pInvalidator>R</pInvalidator>") +
+    named("Integer", "Far", "<pIsAvailable>Width</pIsAvailable><Value>1</Value>") +
+    named("Integer", "Ends", "<pInvalidator>R</pInvalidator><Value>1</Value>") +
     named("Integer", "Limited", "<Value>0</Value><pMax>Width</pMax>") + literal("Alone", "1") +
     named("IntSwissKnife", "Twice", "<pVariable Name='W'>Width</pVariable><Formula>W*2</Formula>") +
     named("Command", "Go", "<pValue>Start</pValue><CommandValue>1</CommandValue>") +

@@ -139,8 +139,8 @@ TEST(Registers, StructEntriesInheritWhatTheyDoNotSay) {
     TestMap map(kPort + "<StructReg Comment='S'><ToolTip>all</ToolTip>" + registerAt(8, 4, "RO") +
                 caching("NoCache") + kBig + named("StructEntry", "A", element("Bit", 31)) +
                 named("StructEntry", "B",
-                      element("ToolTip", "mine") + bits(7, 0) + element("AccessMode", "RW") +
-                          caching("WriteAround")) +
+                      element("ToolTip", "mine") + element("AccessMode", "RW") +
+                          caching("WriteAround") + bits(7, 0)) +
                 "</StructReg>");
     map.port.fill(8, {0x42, 0, 0, 1});
     EXPECT_EQ(map.mode("A"), RO);

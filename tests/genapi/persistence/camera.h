@@ -66,20 +66,21 @@ inline std::string cameraNodes() {
            "<pValue>SelReg</pValue>" +
            selecting("Gain") + selecting("Boost") + "</Enumeration>" + intReg("SelReg", 100) +
            integer("Gain") + intReg("GainReg", 104, index(4, "Sel")) +
-           integer("Boost", "", "<Streamable>Yes</Streamable><pIsAvailable>NotB</pIsAvailable>") +
+           integer("Boost", "", "<pIsAvailable>NotB</pIsAvailable><Streamable>Yes</Streamable>") +
            intReg("BoostReg", 116, index(4, "Sel")) +
            "<IntSwissKnife Name='NotB'><pVariable Name='S'>SelReg</pVariable>"
            "<Formula>S &lt;&gt; 1</Formula></IntSwissKnife>"
            "<Integer Name='Zero'><Value>0</Value></Integer>" +
-           // selectors without an outermost one, and one with billions of values
-           integer("LoopA", limited("1") + selecting("LoopB") + selecting("LoopValue")) +
+           // selectors without an outermost one, since one selects what the other reads, and a
+           // selector with billions of values
+           integer("LoopA", limited("1") + selecting("LoopBReg") + selecting("LoopValue")) +
            intReg("LoopAReg", 128) + integer("LoopB", limited("1") + selecting("LoopA")) +
            intReg("LoopBReg", 132) + integer("LoopValue") + intReg("LoopValueReg", 156) +
            integer("HugeIndex", limited("4294967295") + selecting("HugeValue"), no) +
            intReg("HugeIndexReg", 136) + integer("HugeValue") + intReg("HugeValueReg", 140) +
            // what is not stored
            integer("Fixed", "",
-                   "<Streamable>Yes</Streamable><ImposedAccessMode>RO</ImposedAccessMode>") +
+                   "<ImposedAccessMode>RO</ImposedAccessMode><Streamable>Yes</Streamable>") +
            intReg("FixedReg", 144) +
            "<Command Name='Start'><Value>0</Value>"
            "<CommandValue>1</CommandValue></Command>" +
