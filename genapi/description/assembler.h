@@ -25,7 +25,7 @@ struct OpenNode {
     const NodeModel* rules = nullptr;
     ContentModel::State state = 0;  // of the content so far
     NodeId id = kNoNode;            // none for a StructReg
-    std::string name;     // as written
+    std::string name;               // as written
     ENameSpace nameSpace = Custom;
     bool exposeStatic = false;
     std::vector<Property> properties;

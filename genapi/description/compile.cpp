@@ -159,8 +159,8 @@ void Compiler::presentation(const Property& property, Presentation& result) cons
             break;
         case Element::DisplayPrecision:
             // More digits than a double has are zeros.
-            result.precision = static_cast<std::int16_t>(
-                std::clamp<std::int64_t>(integer(property), 0, 400));
+            result.precision =
+                static_cast<std::int16_t>(std::clamp<std::int64_t>(integer(property), 0, 400));
             break;
         default:
             break;
@@ -203,9 +203,8 @@ NumberData<T> Compiler::number() {
                 break;
             case Element::ValueIndexed:
             case Element::pValueIndexed:
-                pool.push_back(
-                    {integerOf(description_.text(property.attribute), property.element),
-                     setting<T>(property)});
+                pool.push_back({integerOf(description_.text(property.attribute), property.element),
+                                setting<T>(property)});
                 ++data.cases.count;
                 break;
             case Element::ValueDefault:
@@ -302,8 +301,7 @@ RegisterData Compiler::registerData(const NodeRecord& record) {
                 break;
             case Element::LSB:
             case Element::MSB:
-                (property.element == Element::LSB ? data.lsb : data.msb) =
-                    bitOf(integer(property));
+                (property.element == Element::LSB ? data.lsb : data.msb) = bitOf(integer(property));
                 data.masked = true;
                 break;
             default:

@@ -41,8 +41,7 @@ class ContentModel::Builder {
             const Part part = counted();
             follow(all.last, part.first);
             all = {all.first | (all.mayBeEmpty ? part.first : 0),
-                   part.last | (part.mayBeEmpty ? all.last : 0),
-                   all.mayBeEmpty && part.mayBeEmpty};
+                   part.last | (part.mayBeEmpty ? all.last : 0), all.mayBeEmpty && part.mayBeEmpty};
         }
         return all;
     }

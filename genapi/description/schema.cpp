@@ -14,7 +14,7 @@ namespace {
 
 // Parts that several kinds have. Where registers have their pInvalidator and Streamable, and where
 // a StructEntry has the latter, differs from all other kinds.
-#define COMMON                                                                                  \
+#define COMMON                                                                                   \
     "Extension? ToolTip? Description? DisplayName? Visibility? DocuURL? IsDeprecated? EventID? " \
     "pIsImplemented? pIsAvailable? pIsLocked? pBlockPolling? ImposedAccessMode? pError* "        \
     "pAlias? pCastAlias? "
@@ -46,8 +46,7 @@ constexpr Grammar kGrammars[] = {
     {kStructReg, REGISTER "Endianess StructEntry+"},
     {modelOf(NodeKind::StructEntry),
      NODE "AccessMode? Cachable? PollingTime? Streamable? " BITS SHOWN "pSelected*"},
-    {modelOf(NodeKind::Boolean),
-     NODE "Streamable? (Value | pValue) OnValue? OffValue? pSelected*"},
+    {modelOf(NodeKind::Boolean), NODE "Streamable? (Value | pValue) OnValue? OffValue? pSelected*"},
     {modelOf(NodeKind::Command),
      NODE "(Value | pValue) (CommandValue | pCommandValue) PollingTime?"},
     {modelOf(NodeKind::Enumeration),

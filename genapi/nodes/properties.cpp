@@ -71,8 +71,7 @@ std::string shownValue(const Node& node, const Property& property) {
     const Description& description = node.description();
     if (isLink(property.element)) return std::string(description.name(property.node()));
     const std::string_view text = description.text(property.text());
-    const TextType type =
-        nodeModel(modelOf(node.record().kind)).texts[keyOf(property.element)];
+    const TextType type = nodeModel(modelOf(node.record().kind)).texts[keyOf(property.element)];
     std::int64_t integer = 0;
     if (type == TextType::Integer && parse(text, integer)) return std::to_string(integer);
     double number = 0;

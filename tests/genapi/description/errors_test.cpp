@@ -21,50 +21,33 @@ std::string parseError(int line, int column, const std::string& reason) {
            std::to_string(column) + " : '" + reason + "'";
 }
 
-struct Refused {
-    const char* nodes;
-    int column;
-    const char* reason;
-};
-
-TEST(DescriptionErrors, NodesThatTheSchemaForbids) {
-    constexpr const char* kUnexpected = "unexpected element encountered";
-    constexpr const char* kMissing = "expected element not encountered";
-    constexpr const char* kAttribute = "expected attribute not encountered";
-    constexpr const char* kWord = "value is not in enumeration";
-    const Refused cases[] = {
-        {"<Integer Name='I'><Nope/></Integer>", 18, kUnexpected},
-        {"<Nope/>", 0, kUnexpected},
-        {"<Node Name='N'><Formula>1</Formula></Node>", 15, kUnexpected},
-        {"<StructEntry Name='N'/>", 0, kUnexpected},
-        {"<Integer Name='I'><Value>1</Value><pValue>J</pValue></Integer>", 34, kUnexpected},
-        {"<Integer Name='I'><Value>1<b/></Value></Integer>", 26, kUnexpected},
-        {"<Node Name='N'><Integer Name='I'/></Node>", 15, kUnexpected},
-        {"<Integer Name='I'></Integer>", 18, kMissing},
-        {"<Float Name='F'><pIndex>I</pIndex></Float>", 34, kMissing},
-        {"<Category><pFeature>F</pFeature></Category>", 0, kAttribute},
-        {"<IntSwissKnife Name='K'><pVariable>A</pVariable></IntSwissKnife>", 24, kAttribute},
-        {"<Node Name='N' NameSpace='Mine'/>", 0, kWord},
-        {"<Node Name='N'><Visibility>All</Visibility></Node>", 30, kWord},
-        {"<Float Name='F'><Value>1</Value><Representation>HexNumber</Representation></Float>", 57,
-         kWord},
+TEST(DescriptionErrors, Places) {
+    const struct {
+        const char* nodes;
+        int column;
+        const char* reason;
+    } cases[] = {
+        {"<Integer Name='I'></Integer>", 28, "expected element not encountered"},
+        {"<Integer Name='I'><Nope/>", 25, "expected element not encountered"},
+        {"<Node Nope=''/>", 15, "unexpected attribute encountered"},
+        {"<Integer><Value>1</Value></Integer>", 35, "expected attribute not encountered"},
+        {"<Node Name='N' NameSpace='Mine'/>", 33, "value is not in enumeration"},
+        {"<Node Name='N'><Visibility>All</Visibility>", 43, "value is not in enumeration"},
+        {"<Node Name='N'>text<", 19, "unexpected characters encountered"},
+        {"<Node Name='N'><q:Value>", 15, "unbound prefix"},
         {"<Node Name='N'></Value>", 17, "mismatched tag"},
     };
-    for (const Refused& refused : cases)
-        EXPECT_EQ(parseError(2, refused.column, refused.reason), errorOf(document(refused.nodes)))
-            << refused.nodes;
-}
-
-TEST(DescriptionErrors, BitsAreOneBitOrARange) {
-    const std::string start = std::string(kPort) + "<MaskedIntReg Name='R'>" + kRegister +
-                              "<Endianess>LittleEndian</Endianess>";
-    const auto error = [&](const char* bits) {
-        return errorOf(document(start + bits + "</MaskedIntReg>"));
-    };
-    EXPECT_EQ("nothing", error("<Bit>3</Bit>"));
-    EXPECT_EQ("nothing", error("<LSB>3</LSB><MSB>4</MSB>"));
-    EXPECT_THAT(error("<LSB>3</LSB>"), testing::HasSubstr("expected element not encountered"));
-    EXPECT_THAT(error("<Bit>3</Bit><MSB>4</MSB>"), testing::HasSubstr("unexpected element"));
+    for (const auto& refused : cases)
+        for (const int minor : {0, 1})
+            EXPECT_EQ(parseError(2, refused.column, refused.reason),
+                      errorOf(document(refused.nodes, minor)))
+                << refused.nodes;
+    // Where something is too much, a description of schema 1.1 is refused for its root.
+    const std::string nodes = integer("I") + "\n<Nope/>";
+    const std::string text = document(nodes);
+    EXPECT_EQ(parseError(3, 7, "unexpected element encountered"), errorOf(document(nodes, 0)));
+    EXPECT_EQ(parseError(1, static_cast<int>(text.find('\n')), "unexpected element encountered"),
+              errorOf(text));
 }
 
 TEST(DescriptionErrors, DocumentsThatAreNone) {
@@ -74,32 +57,43 @@ TEST(DescriptionErrors, DocumentsThatAreNone) {
     EXPECT_EQ(parseError(1, 1, "XML or text declaration not at start of entity"),
               errorOf(" <?xml version='1.0'?>" + document("")));
     EXPECT_EQ("nothing", errorOf("\xEF\xBB\xBF" + document("")));
-    EXPECT_EQ(parseError(1, 0, "unexpected element encountered"), errorOf("<Camera/>"));
-    EXPECT_EQ(parseError(1, 0, "unexpected element encountered"), errorOf(document("", 2)));
+    EXPECT_EQ(parseError(1, 9, "unexpected element encountered"), errorOf("<Camera/>"));
+    EXPECT_THAT(errorOf(document("", 2)), testing::HasSubstr("unexpected element encountered"));
     std::string nameless = document("");
-    nameless.replace(nameless.find("ModelName"), 9, "modelName");
-    EXPECT_EQ(parseError(1, 0, "expected attribute not encountered"), errorOf(nameless));
+    nameless.erase(nameless.find("ModelName"), 13);
+    EXPECT_EQ(parseError(2, 22, "expected attribute not encountered"), errorOf(nameless));
+    const std::string early = document("").replace(100, 1, 1, '\0');
+    EXPECT_EQ(parseError(1, 100, "not well-formed (invalid token)"), errorOf(early));
     EXPECT_THAT(errorOf("<!DOCTYPE a [<!ENTITY b 'c'>]>" + document("")),
                 testing::HasSubstr("entity declarations are not accepted"));
 }
 
-TEST(DescriptionErrors, NamesThatDoNotFit) {
-    EXPECT_EQ("Fatal error : Dangling node reference 'Nope'",
-              errorOf(document("<Integer Name='I'><pValue>Nope</pValue></Integer>")));
+TEST(DescriptionErrors, Duplicates) {
+    const std::string constant = "<IntSwissKnife Name='K'><Constant Name='C'>1</Constant>";
     EXPECT_EQ("XML Parse error at line 3 and column 34, Found a duplicate node'I'.",
               errorOf(document(integer("I") + "\n" + integer("I"))));
-    EXPECT_THAT(errorOf(document(integer("_K_C") + "<IntSwissKnife Name='K'><Constant Name='C'>1"
-                                                   "</Constant><Formula>C</Formula>"
-                                                   "</IntSwissKnife>")),
+    EXPECT_THAT(errorOf(document(constant + "<Constant Name='C'>2</Constant><Formula>C</Formula>"
+                                            "</IntSwissKnife>")),
                 testing::HasSubstr("duplicate node'_K_C'"));
+    EXPECT_THAT(errorOf(document(integer("EnumEntry_E_A") +
+                                 "<Enumeration Name='E'><EnumEntry Name='A'><Value>1</Value>"
+                                 "</EnumEntry><Value>1</Value></Enumeration>")),
+                testing::HasSubstr("duplicate node'EnumEntry_E_A'"));
 }
 
-TEST(DescriptionErrors, LaterElementsInOldDescriptions) {
-    const std::string nodes = "<Node Name='N'><DocuURL>u</DocuURL></Node>";
-    EXPECT_EQ("nothing", errorOf(document(nodes, 1)));
-    EXPECT_THAT(errorOf(document(nodes, 0)), testing::HasSubstr("unexpected element"));
-    EXPECT_THAT(errorOf(document("<String Name='S'><Value>a</Value></String>", 0)),
-                testing::HasSubstr("unexpected element"));
+// Of several faults the first one in this order is told, wherever they are.
+TEST(DescriptionErrors, Order) {
+    const std::string kind =
+        "<Command Name='C'><pValue>C</pValue><CommandValue>1</CommandValue>"
+        "</Command>";
+    const std::string dangling = over("D", "Nope");
+    const std::string number = literal("N", "x");
+    const std::string order = "<Integer Name='O'><Max>1</Max><Value>1</Value></Integer>";
+    EXPECT_THAT(errorOf(document(kind)), testing::HasSubstr("PropagateTerminals cycle"));
+    EXPECT_EQ("Error in XML stream : dangling node reference 'Nope'",
+              errorOf(document(kind + dangling)));
+    EXPECT_THROW(load(document(dangling + number)), GENICAM_NAMESPACE::PropertyException);
+    EXPECT_THAT(errorOf(document(number + order)), testing::HasSubstr("expected element"));
 }
 
 std::string repeated(std::size_t count, const std::string& text) {
@@ -114,6 +108,13 @@ TEST(DescriptionErrors, Limits) {
                 testing::HasSubstr("nested too deeply"));
     EXPECT_THAT(errorOf(document("<Node Name='N'><Extension>" + repeated(kMaxNesting, "<x>"))),
                 testing::HasSubstr("nested too deeply"));
+    EXPECT_EQ("nothing",
+              errorOf(document(repeated(200, "<Group Comment=''>") + repeated(200, "</Group>"))));
+    std::string spaces;
+    for (std::size_t i = 0; i <= kMaxPrefixes; ++i)
+        spaces += " xmlns:p" + std::to_string(i) + "='u'";
+    EXPECT_THAT(errorOf(document("<Node Name='N'" + spaces + "/>")),
+                testing::HasSubstr("too many name spaces"));
     EXPECT_THAT(errorOf(document("<Node Name='N'><ToolTip>" + std::string(kMaxTextSize + 1, 't') +
                                  "</ToolTip></Node>")),
                 testing::HasSubstr("text is too long"));

@@ -76,6 +76,12 @@ TEST(Factory, TakesFilesAndArchives) {
     CNodeMapFactory memory(ContentType_ZippedXml, bytes.data(), bytes.size());
     EXPECT_NE(nullptr, make(memory)->GetNode("I"));
 
+    // A camera pads the text in an archive, and nobody knows with what.
+    const std::string padded =
+        archive({{"camera.xml", document(integer("I")) + std::string(1, '\0') + "<junk"}});
+    CNodeMapFactory unpadded(ContentType_ZippedXml, padded.data(), padded.size());
+    EXPECT_NE(nullptr, make(unpadded)->GetNode("I"));
+
     const std::string path = testing::TempDir() + "zelcam_factory_test.zip";
     std::ofstream(path, std::ios::binary) << bytes;
     CNodeMapFactory file(ContentType_ZippedXml, gcstring(path.c_str()));

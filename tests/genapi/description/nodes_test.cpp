@@ -1,4 +1,5 @@
 // Which nodes a description leaves, in which order and with which elements.
+#include <Base/GCException.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -36,7 +37,7 @@ NodeKind kindOf(const Description& description, const char* name) {
 TEST(DescriptionNodes, StandInTheOrderOfTheirFirstMention) {
     const auto description = load(
         document("<Group Comment='g'><Group Comment='h'>"
-                 "<Category Name='Root'><pFeature>A</pFeature><pFeature> B\n</pFeature></Category>"
+                 "<Category Name='Root'><pFeature>A</pFeature><pFeature>B</pFeature></Category>"
                  "</Group></Group>" +
                  integer("X") + "<Integer Name='B'><pValue>Y</pValue><pMax>X</pMax></Integer>" +
                  integer("Y") + integer("A")));
@@ -59,13 +60,26 @@ TEST(DescriptionNodes, AreFoundByName) {
 TEST(DescriptionNodes, EntriesOfEnumerations) {
     const auto description =
         load(document("<Enumeration Name='E'><EnumEntry Name='a'><Value>1</Value></EnumEntry>"
-                      "<EnumEntry Name='b'><Value>2</Value><Symbolic>two</Symbolic></EnumEntry>"
+                      "<EnumEntry Name='b'><Value>2</Value><Symbolic> two </Symbolic></EnumEntry>"
+                      "<EnumEntry Name='c'><Value>3</Value><Symbolic></Symbolic></EnumEntry>"
                       "<Value>1</Value></Enumeration>"));
-    EXPECT_THAT(namesOf(*description), ElementsAre("E", "EnumEntry_E_a", "EnumEntry_E_b"));
+    EXPECT_THAT(namesOf(*description),
+                ElementsAre("E", "EnumEntry_E_a", "EnumEntry_E_b", "EnumEntry_E_c"));
     EXPECT_THAT(elementsOf(*description, "E"),
-                ElementsAre("EnumEntry_E_a[a]", "EnumEntry_E_b[b]", "1"));
+                ElementsAre("EnumEntry_E_a[a]", "EnumEntry_E_b[b]", "EnumEntry_E_c[c]", "1"));
     EXPECT_EQ("a", description->text(1, Element::Symbolic));
-    EXPECT_EQ("two", description->text(2, Element::Symbolic));
+    EXPECT_EQ(" two ", description->text(2, Element::Symbolic));
+    EXPECT_EQ("EnumEntry_E_c", description->text(3, Element::Symbolic));
+}
+
+// They mean nothing, and nothing is wrong with them but for what is wrong with any node.
+TEST(DescriptionNodes, EntriesOutsideOfEnumerationsInSchema10) {
+    const std::string entry = "<EnumEntry Name='E'><Value>1</Value></EnumEntry>";
+    for (const std::string& nodes : {entry + integer("E"), integer("E") + entry})
+        EXPECT_EQ(NodeKind::Integer, kindOf(*load(document(nodes, 0)), "E"));
+    EXPECT_THROW(load(document(entry, 1)), GENICAM_NAMESPACE::RuntimeException);
+    EXPECT_THROW(load(document("<EnumEntry Name='E'><Value>x</Value></EnumEntry>", 0)),
+                 GENICAM_NAMESPACE::PropertyException);
 }
 
 TEST(DescriptionNodes, HalvesOfConverters) {
@@ -105,30 +119,47 @@ const char* const kAddress =
 TEST(DescriptionNodes, FormulasInAddresses) {
     const auto description =
         load(document(std::string("<Register Name='R'>") + kAddress +
-                      "<pIndex Offset=' 8'>I</pIndex>" + "<pIndex pOffset='O'>I</pIndex>" +
+                      "<pIndex Offset=' 8'>I</pIndex><pIndex pOffset='O'>I</pIndex>"
+                      "<pIndex Offset='7' pOffset='O'>I</pIndex><pIndex Offset='0'>I</pIndex>" +
                       kRegister + "</Register>" + kPort + integer("I") + integer("O")));
     EXPECT_THAT(namesOf(*description), ElementsAre("R", "_R_G", "I", "O", "Device"));
     EXPECT_THAT(elementsOf(*description, "R"),
-                ElementsAre("_R_G", "I", "8", "I", "O", "0", "4", "RW", "Device"));
+                ElementsAre("_R_G", "I", " 8", "I", "O", "I", "7", "I", "0", "4", "RW", "Device"));
+    EXPECT_EQ("_R_G", description->name(description->find(0, Element::pAddress)->node()));
     EXPECT_THAT(elementsOf(*description, "_R_G"), ElementsAre("I[A]", "4*A"));
+}
+
+TEST(DescriptionNodes, FormulasInAddressesOfStringsAndStructs) {
+    const auto description =
+        load(document(std::string("<StringReg Name='S'>") + kAddress + kRegister + "</StringReg>" +
+                      over("X", "G") + kPort + integer("I")));
+    EXPECT_THAT(namesOf(*description), ElementsAre("S", "G", "I", "Device", "X"));
+    const std::string structure = std::string("<StructReg Comment='S'>") + kAddress + kRegister +
+                                  "<Endianess>BigEndian</Endianess><StructEntry Name='P'>"
+                                  "<Bit>1</Bit></StructEntry></StructReg>";
+    EXPECT_THAT(textOf<GENICAM_NAMESPACE::RuntimeException>(
+                    [&] { load(document(integer("G") + structure + kPort + integer("I"))); }),
+                testing::HasSubstr("duplicate node'G'"));
 }
 
 TEST(DescriptionNodes, EntriesInheritFromTheirStruct) {
     const auto description = load(document(
-        std::string("<StructReg Comment='S'><ToolTip>all</ToolTip>") + kAddress + kRegister +
+        std::string("<StructReg Comment='S'><ToolTip>all</ToolTip><pError>E</pError>"
+                    "<pError>I</pError>") +
+        kAddress + kRegister +
         "<Endianess>BigEndian</Endianess>"
-        "<StructEntry Name='P' NameSpace='Standard'><ToolTip>own</ToolTip>"
+        "<StructEntry Name='P' NameSpace='Standard'><ToolTip>own</ToolTip><pError>I</pError>"
         "<AccessMode>RO</AccessMode><LSB>3</LSB><MSB>0</MSB></StructEntry>"
         "<StructEntry Name='Q'><Bit>1</Bit></StructEntry></StructReg>" +
-        kPort + integer("I")));
-    EXPECT_THAT(namesOf(*description), ElementsAre("I", "Device", "P", "Q", "_P_G", "_Q_G"));
+        kPort + integer("I") + integer("E")));
+    EXPECT_THAT(namesOf(*description), ElementsAre("E", "I", "G", "Device", "P", "Q"));
     EXPECT_THAT(elementsOf(*description, "P"),
-                ElementsAre("_P_G", "0", "4", "Device", "BigEndian", "own", "RO", "3", "0"));
+                ElementsAre("own", "I", "RO", "3", "0", "G", "0", "4", "Device", "BigEndian"));
     EXPECT_THAT(elementsOf(*description, "Q"),
-                ElementsAre("all", "_Q_G", "0", "4", "RW", "Device", "BigEndian", "1"));
+                ElementsAre("1", "all", "E", "I", "G", "0", "4", "RW", "Device", "BigEndian"));
     EXPECT_EQ(Standard, description->record(description->find("P")).nameSpace);
     EXPECT_EQ(Custom, description->record(description->find("Q")).nameSpace);
-    EXPECT_THAT(elementsOf(*description, "_Q_G"), ElementsAre("I[A]", "4*A"));
+    EXPECT_THAT(elementsOf(*description, "G"), ElementsAre("I[A]", "4*A"));
 }
 
 TEST(DescriptionNodes, KeysOfConfigurationRoms) {
@@ -146,7 +177,7 @@ TEST(DescriptionNodes, Texts) {
     const std::string nodes =
         "<Node Name='N'><Extension><a xmlns='other'><b>x</b></a></Extension>"
         "<ToolTip> a &lt;&#66; <![CDATA[<c>]]>\r\n</ToolTip><DisplayName>d</DisplayName>"
-        "<Visibility>\n Guru </Visibility></Node>";
+        "<Visibility>Guru</Visibility></Node>";
     EXPECT_THAT(elementsOf(*load(document(nodes)), "N"), ElementsAre(" a <B <c>\n", "d", "Guru"));
     LoadOptions options;
     options.suppressStrings = true;
@@ -155,15 +186,17 @@ TEST(DescriptionNodes, Texts) {
 
 TEST(DescriptionNodes, PrefixedNamesAndInformation) {
     const auto description = load(
-        "<g:RegisterDescription ModelName='M' VendorName='V' StandardNameSpace='GEV' "
+        "<g:RegisterDescription ModelName='M' VendorName='' StandardNameSpace='GEV' "
         "SchemaMajorVersion='1' SchemaMinorVersion='1' SchemaSubMinorVersion='0' ToolTip='t' "
-        "MajorVersion='2' MinorVersion='3' SubMinorVersion='4' ProductGuid='P' VersionGuid='G' "
-        "xmlns:g='http://www.genicam.org/GenApi/Version_1_1'><g:Node Name='N'/>"
-        "</g:RegisterDescription>");
-    EXPECT_EQ(1u, description->nodeCount());
+        "MajorVersion='0x10' MinorVersion='-1' SubMinorVersion='70000' ProductGuid='P' "
+        "VersionGuid='G' xmlns:g='http://www.genicam.org/GenApi/Version_1_1'><g:Node Name='N'/>"
+        "<Node Name='O' xmlns='other'/><x:Node xmlns:x='other' Name='P'/></g:RegisterDescription>");
+    EXPECT_EQ(3u, description->nodeCount());
     EXPECT_EQ("M", description->info().modelName);
     EXPECT_EQ("t", description->info().toolTip);
-    EXPECT_EQ(3, description->info().deviceVersion.Minor);
+    EXPECT_EQ(16, description->info().deviceVersion.Major);
+    EXPECT_EQ(65535, description->info().deviceVersion.Minor);
+    EXPECT_EQ(4464, description->info().deviceVersion.SubMinor);
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 
 namespace test {
 
-// A description whose nodes begin at line 2, column 0.
+// A description whose nodes begin at line 2, column 0; line 1 is the start tag of the root.
 inline std::string document(const std::string& nodes, int minor = 1) {
     const std::string digit = std::to_string(minor);
     return "<RegisterDescription ModelName='M' VendorName='V' ToolTip='T' StandardNameSpace='GEV' "
