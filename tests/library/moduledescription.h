@@ -27,7 +27,9 @@ enum Register : uint64_t {
 inline std::string Feature(const std::string& name, int address, const std::string& limits = "",
                            const std::string& kind = "Integer") {
     return test::intReg(name + "Reg", address) +
-           test::over(name, name + "Reg", test::element("Streamable", "Yes") + limits, kind);
+           test::named(
+               kind, name,
+               test::element("Streamable", "Yes") + test::element("pValue", name + "Reg") + limits);
 }
 
 inline std::string OfSelected(const std::string& name, int address) {
