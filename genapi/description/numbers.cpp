@@ -57,11 +57,10 @@ bool parseFront(std::string_view text, std::int64_t& value) {
 
 bool parse(std::string_view text, double& value) {
     text = trimmed(text);
-    if (!isHex(text)) return take(text = withoutPlus(text), value) && text.empty();
-    std::int64_t integer = 0;
-    const bool fits = parse(text, integer);
-    value = static_cast<double>(integer);
-    return fits;
+    const bool hex = isHex(text);
+    text = hex ? text.substr(2) : withoutPlus(text);
+    const auto format = hex ? std::chars_format::hex : std::chars_format::general;
+    return (!hex || text[0] != '-') && take(text, value, format) && text.empty();
 }
 
 const char* nameOf(Element element) {

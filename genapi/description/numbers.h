@@ -17,7 +17,7 @@ std::string_view trimmed(std::string_view text);
 bool parse(std::string_view text, std::int64_t& value);
 // The same for the beginning of a text.
 bool parseFront(std::string_view text, std::int64_t& value);
-// Decimal with fraction and exponent, INF and NaN; also hexadecimal integers. White space may stand
+// Decimal with fraction and exponent, INF and NaN; also hexadecimal. White space may stand
 // around it.
 bool parse(std::string_view text, double& value);
 

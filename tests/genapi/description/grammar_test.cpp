@@ -374,10 +374,10 @@ TEST(Grammar, FloatsAndBooleans) {
         return Case{named(kind, "N", element("Value", text)), kFine};
     };
     std::vector<Case> cases;
-    for (const char* text : {"1.5", " 1.5\n", "+1.5", ".5", "5.", "1e5", "0x10", "INF", "inf",
-                             "-INF", "NaN", "nan", "-0"})
+    for (const char* text : {"1.5", " 1.5\n", "+1.5", ".5", "5.", "1e5", "0x10",
+                             "0xFFFFFFFFFFFFFFFF", "INF", "inf", "-INF", "NaN", "nan", "-0"})
         cases.push_back(value("Float", text));
-    for (const char* text : {"", " ", "1,5", "1.5f", "1e400", "1e-400", "abc"}) {
+    for (const char* text : {"", " ", "1,5", "1.5f", "1e400", "1e-400", "abc", "0x", "0x-1"}) {
         cases.push_back(value("Float", text));
         cases.back().reason = kDouble;
     }
