@@ -179,6 +179,13 @@ std::vector<NodeId> targetsFirst(const Description& description) {
     throw RUNTIME_EXCEPTION("ERROR : read cycle detected : %s", read.cycle().c_str());
 }
 
+// The nodes of a cycle of pSelected; empty where there is none.
+std::string selectionCycle(const Description& description) {
+    const Descent selected(description,
+                           [](NodeKind, Element element) { return element == Element::pSelected; });
+    return selected.hasCycle() ? selected.cycle() : "";
+}
+
 // Whether a selector reads what it selects, over any distance.
 class SelectorSearch {
   public:
@@ -216,14 +223,24 @@ class SelectorSearch {
 
 // Throws for selectors that select themselves: by way of others, or what they read.
 void checkSelectors(const Description& description, const LinkTables& links) {
-    if (links.selectors.empty()) return;
-    const Descent selected(description,
-                           [](NodeKind, Element element) { return element == Element::pSelected; });
-    std::string cycle = selected.hasCycle() ? selected.cycle() : "";
+    std::vector<NodeId> selectors;
+    for (const auto& selection : links.selectors)
+        selectors.push_back(selection.second);
+    std::sort(selectors.begin(), selectors.end());
+    selectors.erase(std::unique(selectors.begin(), selectors.end()), selectors.end());
+
+    const bool hasChains =
+        std::any_of(links.selectors.begin(), links.selectors.end(), [&](const auto& selection) {
+            return std::binary_search(selectors.begin(), selectors.end(), selection.first);
+        });
+    std::string cycle;
+    if (hasChains) cycle = selectionCycle(description);
     SelectorSearch search(description);
-    for (NodeId id = 0; id < description.nodeCount() && cycle.empty(); ++id)
-        if (description.find(id, Element::pSelected) && search.readsSelected(id))
-            cycle.append(description.name(id)).append(" -> ").append(description.name(id));
+    for (std::size_t i = 0; i < selectors.size() && cycle.empty(); ++i)
+        if (search.readsSelected(selectors[i])) {
+            const std::string_view name = description.name(selectors[i]);
+            cycle.append(name).append(" -> ").append(name);
+        }
     if (!cycle.empty())
         throw RUNTIME_EXCEPTION("ERROR : pSelected cycle detected : %s", cycle.c_str());
 }

@@ -28,8 +28,9 @@ std::string_view prefixOf(std::string_view name) {
 
 void Prefixes::enter(const char** attributes, unsigned depth) {
     for (const char** at = attributes; *at; at += 2) {
-        const std::string_view name = at[0];
-        if (name[0] != 'x' || !isDeclaration(name)) continue;
+        if (**at != 'x') continue;  // most names are known not to be one before they are measured
+        const std::string_view name = *at;
+        if (!isDeclaration(name)) continue;
         if (bound_.size() == kMaxPrefixes) throw Fault{"too many name spaces"};
         const std::string_view prefix = name.substr(std::min(name.size(), kDeclaration.size() + 1));
         bound_.push_back({std::string(prefix), at[1], depth});

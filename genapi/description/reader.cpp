@@ -32,7 +32,9 @@ constexpr std::string_view kNameSpacePrefix = "http://www.genicam.org/GenApi/Ver
 using Attributes = std::array<std::string_view, kMostAttributes>;
 
 bool isBlank(std::string_view text) {
-    return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+    for (const char sign : text)
+        if (sign != ' ' && sign != '\n' && sign != '\t' && sign != '\r') return false;
+    return true;
 }
 
 bool isDocumentation(Element element) {
