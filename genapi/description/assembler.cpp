@@ -25,13 +25,13 @@ Elements elementsOf(const std::vector<Property>& properties) {
     return elements;
 }
 
-bool isInteger(NodeKind kind) {
+bool computesIntegers(NodeKind kind) {
     return kind == NodeKind::IntConverter || kind == NodeKind::IntSwissKnife;
 }
 
 // The kind of the formula nodes that a node brings along.
 NodeKind formulaKind(NodeKind owner) {
-    return isInteger(owner) ? NodeKind::IntSwissKnife : NodeKind::SwissKnife;
+    return computesIntegers(owner) ? NodeKind::IntSwissKnife : NodeKind::SwissKnife;
 }
 
 // Whether the formulas in the address of a register are named after it.
@@ -162,9 +162,10 @@ void NodeAssembler::expandName(const std::string& owner, NodeKind kind,
     const std::string name(builder_.text(property.attribute));
     const NodeId id = mentionJoined("_", owner, "_", name);
     if (property.element == Element::Constant) {
-        if (isInteger(kind)) integerOf(builder_.text(property.text()), Element::Constant);
+        if (computesIntegers(kind)) integerOf(builder_.text(property.text()), Element::Constant);
         std::vector<Property> own = {{Element::Value, property.value, 0}};
-        define(id, isInteger(kind) ? NodeKind::Integer : NodeKind::Float, Custom, false, own);
+        define(id, computesIntegers(kind) ? NodeKind::Integer : NodeKind::Float, Custom, false,
+               own);
         property.element = Element::pVariable;
     } else {
         std::vector<Property> own = formulaOf(names, {Element::Formula, property.value, 0});
