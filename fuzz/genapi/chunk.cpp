@@ -34,7 +34,7 @@ const char kDescription[] = R"(<RegisterDescription ModelName="M" VendorName="V"
   <Port Name="One"><ChunkID>01</ChunkID></Port>
   <Port Name="Two"><ChunkID>00000002</ChunkID><CacheChunkData>Yes</CacheChunkData></Port>
   <Port Name="Three"><pChunkID>Id</pChunkID></Port>
-  <Integer Name="Id"><Value>3</Value></Integer>
+  <String Name="Id"><Value>03</Value></String>
   <IntReg Name="Plain"><Address>0</Address><Length>4</Length><AccessMode>RW</AccessMode>
     <pPort>One</pPort><Endianess>BigEndian</Endianess></IntReg>
   <IntReg Name="Cached"><Address>2</Address><Length>2</Length><AccessMode>RW</AccessMode>
@@ -75,7 +75,10 @@ void Show(INodeMap& map, const Fuzz::Message& message, Attach attach) {
     Try([&] { adapter.CheckBufferLayout(first->data(), length); });
     Try([&] { attach(adapter, first->data(), length); });
     UseFeatures(map);
-    Try([&] { CIntegerPtr(map.GetNode("Id"))->SetValue(length % 4); });
+    Try([&] {
+        const char* const ids[] = {"00", "01", "02", "03"};
+        CStringPtr(map.GetNode("Id"))->SetValue(ids[length % 4]);
+    });
     Try([&] { adapter.UpdateBuffer(second->data()); });
     UseFeatures(map);
     adapter.DetachBuffer();
