@@ -15,6 +15,7 @@ void MeasureOpening(Report& report);   // opening.cpp
 void MeasureFeatures(Report& report);  // features.cpp
 void MeasureDevices(Report& report);   // devices.cpp
 void MeasureBuffers(Report& report);   // buffers.cpp
+void MeasureHostile(Report& report);   // hostile.cpp
 
 }  // namespace Bench
 

@@ -47,6 +47,9 @@ class Formula {
     // FormulaError when a step has no result.
     Number evaluate(const Number* variables) const;
 
+    // What evaluate has to do.
+    std::size_t operationCount() const { return program_.operations.size(); }
+
   private:
     FormulaProgram<Number> program_;
 };

@@ -10,11 +10,19 @@ namespace Engine {
 
 using GENICAM_NAMESPACE::AccessException;
 
+namespace {
+
+EAccessMode modeOf(std::uint8_t cached) {
+    return static_cast<EAccessMode>(cached & ~NodeMap::kPassingAccess);
+}
+
+}  // namespace
+
 EAccessMode Node::GetAccessMode() const {
     // Most queries find the mode known; a mode that another thread is about to change is as true
     // with the lock as without.
     const std::uint8_t known = map_.accessOf(id_).load(std::memory_order_acquire);
-    if (known < NodeMap::kComputingAccess) return static_cast<EAccessMode>(known);
+    if (known < NodeMap::kComputingAccess) return modeOf(known);
     const Entry entry(*this, "GetAccessMode");
     return const_cast<Node*>(this)->accessMode();
 }
@@ -22,19 +30,31 @@ EAccessMode Node::GetAccessMode() const {
 EAccessMode Node::accessMode() {
     std::atomic<std::uint8_t>& cached = map_.accessOf(id_);
     const std::uint8_t known = cached.load(std::memory_order_relaxed);
-    if (known < NodeMap::kComputingAccess) return static_cast<EAccessMode>(known);
+    if (known < NodeMap::kComputingAccess) {
+        if (known & NodeMap::kPassingAccess) map_.accessIsVolatile() = true;
+        return modeOf(known);
+    }
     if (known == NodeMap::kComputingAccess)
         return RW;  // a cycle through this node: it adds no restriction of its own
     const Nesting nesting(*this);
     // Where it cannot be computed it stays marked: until the node is invalidated, the mode does not
-    // restrict, and the device is not asked again.
+    // restrict, and the device is not asked again. A limit is no such case: the same mode may be
+    // within reach from elsewhere.
     cached.store(NodeMap::kComputingAccess, std::memory_order_relaxed);
     const bool outer = std::exchange(map_.accessIsVolatile(), false);
-    const EAccessMode mode = computeAccessMode(false);
+    const EAccessMode mode = [&] {
+        try {
+            return computeAccessMode(false);
+        } catch (const LimitExceeded&) {
+            cached.store(NodeMap::kUnknownAccess, std::memory_order_relaxed);
+            throw;
+        }
+    }();
     // Categories only group, so that theirs is kept in any case.
     const bool keep = !map_.accessIsVolatile() || record().kind == NodeKind::Category;
     map_.accessIsVolatile() = outer || !keep;
-    cached.store(keep ? static_cast<std::uint8_t>(mode) : NodeMap::kUnknownAccess,
+    if (!keep) map_.passes(id_);
+    cached.store(static_cast<std::uint8_t>(mode | (keep ? 0 : NodeMap::kPassingAccess)),
                  std::memory_order_release);
     return mode;
 }

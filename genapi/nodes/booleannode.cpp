@@ -22,13 +22,16 @@ std::int64_t BooleanNode::getInt(ReadOptions options) {
 }
 
 std::int64_t BooleanNode::readableInt(ReadOptions options) {
-    if (!isValueCached() || options.ignoreCache || options.verify) {
+    if (!isValueKnown(options)) {
         const Nesting nesting(*this);
         value_ = source_.read(options);
         if (source_.isNode()) valueWasRead(options);
     }
     const std::int64_t value = value_;
-    if (options.verify) checkErrorNodes();
+    if (options.verify && !isVerified()) {
+        checkErrorNodes();
+        valueWasVerified();
+    }
     if (value != data_.onValue && value != data_.offValue)
         throw NODE_ERROR(LogicalErrorException, *this)(
             "Value '%" PRId64 "' is neither true (%" PRId64 ") nor false (%" PRId64 ")", value,

@@ -51,6 +51,10 @@ EnumEntryNode* EnumerationNode::entryOf(std::string_view symbolic) const {
     return nullptr;
 }
 
+void EnumerationNode::spendSearch() const {
+    map().spend(data_.entries.count / kPropertiesPerWork, *this);
+}
+
 EAccessMode EnumerationNode::sourceAccessMode(bool relaxed) {
     const EAccessMode mode = source_.accessMode(relaxed);
     return relaxed ? mode : Combine(mode, entriesAccessMode());
@@ -74,7 +78,7 @@ InvalidArgumentException EnumerationNode::noEntry(const std::string& value) cons
 }
 
 std::int64_t EnumerationNode::readValue(ReadOptions options) {
-    if (!isValueCached() || options.ignoreCache || options.verify) {
+    if (!isValueKnown(options)) {
         const Nesting nesting(*this);
         value_ = source_.read(options);
         if (source_.isNode()) valueWasRead(options);
@@ -95,12 +99,13 @@ std::int64_t EnumerationNode::getInt(ReadOptions options) {
 
 std::int64_t EnumerationNode::readableInt(ReadOptions options) {
     const std::int64_t value = readValue(options);
-    if (options.verify) {
+    if (options.verify && !isVerified()) {
         EnumEntryNode* current = entryOf(value);
         if (!current)
             throw NODE_ERROR(OutOfRangeException,
                              *this)("Value of the enumeration is none of its entries");
         verifyEntry(*current);
+        valueWasVerified();
     }
     return value;
 }
@@ -143,6 +148,7 @@ std::int64_t EnumerationNode::maxInt() {
 
 double EnumerationNode::getFloat(ReadOptions options) {
     const std::int64_t value = getInt(options);
+    spendSearch();
     const EnumEntryNode* current = entryOf(value);
     return current ? current->data().numeric : static_cast<double>(value);
 }

@@ -71,6 +71,8 @@ class EnumerationNode final : public Node, public IEnumeration {
     // The entry with that value or symbolic, or null.
     EnumEntryNode* entryOf(std::int64_t value) const;
     EnumEntryNode* entryOf(std::string_view symbolic) const;
+    // Counts such a search as work, where a formula makes it.
+    void spendSearch() const;
 
   protected:
     EAccessMode sourceAccessMode(bool relaxed) override;

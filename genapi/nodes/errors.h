@@ -14,6 +14,12 @@ namespace Engine {
 
 class Node;
 
+// An operation met a bound on its depth or its work. Applications see the RuntimeException.
+class LimitExceeded : public GENICAM_NAMESPACE::RuntimeException {
+  public:
+    using RuntimeException::RuntimeException;
+};
+
 // An operation that the application called; no node where there is none.
 struct Call {
     const Node* node = nullptr;
@@ -49,6 +55,11 @@ class NodeError {
     int line_;
     const char* type_;
 };
+
+// throw LIMIT_ERROR(*this)("Nodes depend on one another too deeply");
+#define LIMIT_ERROR(node)                                                             \
+    ::GENAPI_NAMESPACE::Engine::NodeError<::GENAPI_NAMESPACE::Engine::LimitExceeded>( \
+        node, __FILE__, __LINE__, "RuntimeException")
 
 // throw NODE_ERROR(AccessException, *this)("Node is not readable.");
 #define NODE_ERROR(Type, node) \

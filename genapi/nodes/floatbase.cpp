@@ -32,15 +32,16 @@ double FloatBase::getFloat(ReadOptions options) {
 }
 
 double FloatBase::readableFloat(ReadOptions options) {
-    if (!isValueCached() || options.ignoreCache || (options.verify && restsOnNodes())) {
+    if (!isValueKnown(options, restsOnNodes())) {
         const Nesting nesting(*this);
         value_ = readValue(options);
         valueWasRead(options);
     }
     const double value = value_;
-    if (options.verify) {
+    if (options.verify && !isVerified()) {
         checkRange(value);
         checkErrorNodes();
+        valueWasVerified();
     }
     return value;
 }

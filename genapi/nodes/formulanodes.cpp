@@ -69,12 +69,14 @@ typename ConverterNode<Number>::Bounds ConverterNode<Number>::bounds() {
 // The limits of the node below through the formula.
 template <typename Number>
 Number ConverterNode<Number>::atMin() {
+    const Nesting nesting(*this);
     const Number raw = NumberOf<Number>::min(this->node(data_.value));
     return evaluate<Number>(*this, data_.formulaFrom, {}, raw);
 }
 
 template <typename Number>
 Number ConverterNode<Number>::atMax() {
+    const Nesting nesting(*this);
     const Number raw = NumberOf<Number>::max(this->node(data_.value));
     return evaluate<Number>(*this, data_.formulaFrom, {}, raw);
 }
@@ -82,12 +84,14 @@ Number ConverterNode<Number>::atMax() {
 template <typename Number>
 bool ConverterNode<Number>::hasInc() {
     if (std::is_integral_v<Number>) return Family<Number>::hasInc();
+    const Nesting nesting(*this);
     return data_.isLinear && this->node(data_.value).hasInc();
 }
 
 template <typename Number>
 double ConverterNode<Number>::incFloat() {
     if (std::is_integral_v<Number> || !hasInc()) return Family<Number>::incFloat();
+    const Nesting nesting(*this);
     const Number step = static_cast<Number>(this->node(data_.value).incFloat());
     return std::fabs(static_cast<double>(evaluate<Number>(*this, data_.formulaFrom, {}, step) -
                                          evaluate<Number>(*this, data_.formulaFrom, {}, Number{})));

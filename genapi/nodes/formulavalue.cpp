@@ -46,6 +46,7 @@ std::int64_t entryValue(Node& owner, const FormulaVariable& variable) {
     const std::string_view symbolic = owner.description().text(variable.suffix);
     Node& node = owner.node(variable.node);
     const auto* enumeration = dynamic_cast<EnumerationNode*>(&node);
+    if (enumeration) enumeration->spendSearch();
     const EnumEntryNode* entry = enumeration ? enumeration->entryOf(symbolic) : nullptr;
     if (!entry)
         throw NODE_ERROR(RuntimeException, owner)("Invalid Extension Entry.%s", symbolic.data());
@@ -55,7 +56,9 @@ std::int64_t entryValue(Node& owner, const FormulaVariable& variable) {
 // A formula does not compute with a value that is none of the enumeration's entries.
 void requireEntry(Node& owner, Node& node) {
     const std::int64_t value = node.getInt({});
-    if (!static_cast<EnumerationNode&>(node).entryOf(value))
+    const auto& enumeration = static_cast<EnumerationNode&>(node);
+    enumeration.spendSearch();
+    if (!enumeration.entryOf(value))
         throw NODE_ERROR(LogicalErrorException, owner)(
             "%s : Value %lld of '%s' is none of its entries", owner.name().data(),
             static_cast<long long>(value), node.name().data());
@@ -120,9 +123,10 @@ Number evaluate(Node& owner, std::uint32_t formula, ReadOptions options, Number 
     for (std::size_t i = 0; i < variables.size(); ++i)
         values[i] = operand<Number>(owner, variables[i], options);
     values[variables.size()] = input;
-    const CompiledFormula& compiled = compiledOrThrow(owner, formula);
+    const Formula<Number>& program = Operand<Number>::program(compiledOrThrow(owner, formula));
+    owner.map().spend(program.operationCount() / kFormulaOperationsPerWork, owner);
     try {
-        return Operand<Number>::program(compiled).evaluate(values);
+        return program.evaluate(values);
     } catch (const FormulaError& error) {
         throw NODE_ERROR(LogicalErrorException, owner)(
             "%s : Failed to evaluate formula '%s' : error message is '%s'", owner.name().data(),

@@ -20,15 +20,16 @@ std::int64_t IntegerBase::getInt(ReadOptions options) {
 }
 
 std::int64_t IntegerBase::readableInt(ReadOptions options) {
-    if (!isValueCached() || options.ignoreCache || (options.verify && restsOnNodes())) {
+    if (!isValueKnown(options, restsOnNodes())) {
         const Nesting nesting(*this);
         value_ = readValue(options);
         valueWasRead(options);
     }
     const std::int64_t value = value_;
-    if (options.verify) {
+    if (options.verify && !isVerified()) {
         checkRange(value);
         checkErrorNodes();
+        valueWasVerified();
     }
     return value;
 }

@@ -1,7 +1,7 @@
 // The integer behind a Boolean, Command or Enumeration: a stored number or another node's value.
 #pragma once
 
-#include "genapi/nodes/node.h"
+#include "genapi/nodes/nodemap.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -18,10 +18,12 @@ class IntegerSource {
         return isNode() ? node()->getInt(options) : constant_;
     }
     void write(std::int64_t value, bool verify) {
-        if (isNode())
+        if (isNode()) {
             node()->setInt(value, verify);
-        else
+        } else {
+            owner_.map().beginWrite(owner_.id());
             constant_ = value;
+        }
     }
     EAccessMode accessMode(bool relaxed) const {
         if (!isNode()) return RW;

@@ -337,11 +337,33 @@ bool Node::isValueCached() const {
     return (map_.flagsOf(id_) & NodeMap::kValueCached) != 0;
 }
 
+bool Node::isValueKnown(ReadOptions options, bool restsOnNodes) const {
+    const bool verify = options.verify && restsOnNodes;
+    const std::uint8_t flags = map_.flagsOf(id_);
+    if ((flags & NodeMap::kValueCached) && !options.ignoreCache && !verify) return true;
+    return (flags & NodeMap::kSeen) && (!options.ignoreCache || (flags & NodeMap::kFresh)) &&
+           (!verify || (flags & NodeMap::kVerified));
+}
+
 void Node::valueWasRead(ReadOptions options) {
     if (options.leavesNothing() || cachingMode() == NoCache)
         valueIsUnknown();
     else
         map_.flagsOf(id_) |= NodeMap::kValueCached;
+    std::uint8_t& flags = map_.flagsOf(id_);
+    flags &= static_cast<std::uint8_t>(~(NodeMap::kFresh | NodeMap::kVerified));
+    flags |= NodeMap::kSeen;
+    if (options.ignoreCache) flags |= NodeMap::kFresh;
+    map_.passes(id_);
+}
+
+bool Node::isVerified() const {
+    return (map_.flagsOf(id_) & NodeMap::kVerified) != 0;
+}
+
+void Node::valueWasVerified() {
+    map_.flagsOf(id_) |= NodeMap::kVerified;
+    map_.passes(id_);
 }
 
 void Node::valueWasWritten() {

@@ -151,7 +151,13 @@ class Node : public INode, public ISelector, public IUserData {
 
     ECachingMode cachingMode() const { return static_cast<ECachingMode>(record().caching); }
     bool isValueCached() const;
+    // Whether the value need not be computed: it is cached, or the operation in progress computed
+    // it with these options. restsOnNodes: whether a verified read must verify nodes below, too.
+    bool isValueKnown(ReadOptions options, bool restsOnNodes = true) const;
     void valueWasRead(ReadOptions options);
+    // Whether a value that is known needs no more checks in the operation in progress.
+    bool isVerified() const;
+    void valueWasVerified();
     void valueWasWritten();
     void valueIsUnknown();
 

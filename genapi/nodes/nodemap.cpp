@@ -17,9 +17,19 @@ using GENICAM_NAMESPACE::gcstring;
 
 namespace {
 
-// A value that takes more steps than this to compute is not from a description of a camera. Each
-// step takes a few hundred bytes of stack.
-constexpr unsigned kMaxNesting = 500;
+// Sets that come from one description. Many nodes may share one, which counts once: all of them
+// together may hold much more than there is memory for.
+ChangeSet unionOf(std::vector<const ChangeSet*> sets) {
+    std::sort(sets.begin(), sets.end());
+    sets.erase(std::unique(sets.begin(), sets.end()), sets.end());
+    if (sets.size() == 1) return *sets.front();
+    ChangeSet all;
+    for (const ChangeSet* set : sets)
+        all.insert(all.end(), set->begin(), set->end());
+    std::sort(all.begin(), all.end());
+    all.erase(std::unique(all.begin(), all.end()), all.end());
+    return all;
+}
 
 }  // namespace
 
@@ -94,10 +104,28 @@ void NodeMap::keep(NodeId id) {
 
 void NodeMap::forgetWritten() {
     const std::vector<NodeId> written = std::exchange(written_, {});
-    for (const NodeId id : written)
+    std::vector<const ChangeSet*> sets;
+    for (const NodeId id : written) {
         flags_[id] &= static_cast<std::uint8_t>(~kKeep);
-    for (const NodeId id : written)
-        invalidate(invalidatedBy(*description_, id));
+        sets.push_back(&invalidatedBy(*description_, id));
+    }
+    invalidate(unionOf(std::move(sets)));
+}
+
+void NodeMap::forgetPassing() {
+    for (const NodeId id : passing_) {
+        flags_[id] &= static_cast<std::uint8_t>(~(kSeen | kFresh | kVerified));
+        const std::uint8_t mode = access_[id].load(std::memory_order_relaxed);
+        if (mode < kComputingAccess && (mode & kPassingAccess))
+            access_[id].store(kUnknownAccess, std::memory_order_release);
+    }
+    passing_.clear();
+}
+
+void NodeMap::throwTooMuchWork(const Node& node) const {
+    const Node& feature = call_.node ? *call_.node : node;
+    throw LIMIT_ERROR(feature)("'%s' takes too many evaluations of other nodes",
+                               feature.name().data());
 }
 
 void NodeMap::invalidate(const ChangeSet& nodes) {
@@ -151,8 +179,8 @@ void NodeMap::Poll(int64_t elapsedTime) {
     if (elapsedTime <= 0) return;
     Notification notification;
     {
-        const AutoLock lock(lock_);
-        ChangeSet due;
+        const Operation operation(*this);
+        std::vector<const ChangeSet*> sets;
         for (Polled& polled : polled_) {
             Node& node = *nodes_[polled.node];
             if (!node.isPolled()) continue;
@@ -161,11 +189,9 @@ void NodeMap::Poll(int64_t elapsedTime) {
             polled.elapsed += std::min(elapsedTime, period + 1);
             if (polled.elapsed < period || node.isPollingBlocked()) continue;
             polled.elapsed = 0;
-            const ChangeSet& changed = invalidatedBy(*description_, polled.node);
-            due.insert(due.end(), changed.begin(), changed.end());
+            sets.push_back(&invalidatedBy(*description_, polled.node));
         }
-        std::sort(due.begin(), due.end());
-        due.erase(std::unique(due.begin(), due.end()), due.end());
+        const ChangeSet due = unionOf(std::move(sets));
         invalidate(due);
         notification.add(*this, due);
         notification.fire(cbPostInsideLock);
@@ -263,8 +289,9 @@ UserData_t NodeMap::setUserDataOf(NodeId id, UserData_t userData) {
 }
 
 Nesting::Nesting(const Node& node) : map_(node.map()) {
-    if (map_.nesting_ >= kMaxNesting)
-        throw NODE_ERROR(RuntimeException, node)("Nodes depend on one another too deeply");
+    map_.spend(1 + node.record().propertyCount / kPropertiesPerWork, node);
+    if (map_.nesting_ >= kMaxDependencyDepth)
+        throw LIMIT_ERROR(node)("Nodes depend on one another too deeply");
     ++map_.nesting_;
 }
 

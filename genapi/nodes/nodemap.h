@@ -23,6 +23,7 @@
 #include <GenApi/Synch.h>
 
 #include "genapi/description/description.h"
+#include "genapi/description/limits.h"
 #include "genapi/nodes/node.h"
 #include "genapi/nodes/registercache.h"
 
@@ -78,9 +79,11 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     // The innermost call from outside.
     const Call& call() const { return call_; }
 
-    // Cached access modes; kUnknownAccess where there is none. Read without the lock, too.
+    // Cached access modes; kUnknownAccess where there is none. Read without the lock, too. A mode
+    // with kPassingAccess is forgotten when the operation in progress ends.
     static constexpr std::uint8_t kUnknownAccess = 0xFF;
     static constexpr std::uint8_t kComputingAccess = 0xFE;
+    static constexpr std::uint8_t kPassingAccess = 0x10;
     std::atomic<std::uint8_t>& accessOf(NodeId id) const { return access_[id]; }
 
     // Whether the access mode being computed rests on a value that may not be cached.
@@ -92,8 +95,22 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
         kKeep = 2,          // ... and stays so in the change that is being made
         kAddressKnown = 4,  // a register's address and length are
         kActive = 8,        // a command runs, or an enumeration waits for its entry to clear
+        // of the operation in progress only:
+        kSeen = 16,      // the value was computed
+        kFresh = 32,     // ... from what the device says
+        kVerified = 64,  // ... and range and error nodes were checked
     };
     std::uint8_t& flagsOf(NodeId id) { return flags_[id]; }
+
+    // Lets the value or access mode that a node has now be forgotten when the operation in progress
+    // writes something or ends.
+    void passes(NodeId id) { passing_.push_back(id); }
+    // Counts work of the operation in progress; a unit is the evaluation of a node.
+    // RuntimeException when that is more than a camera can need, so that no description makes an
+    // operation hang.
+    void spend(std::size_t work, const Node& node) {
+        if ((work_ += work) > kMaxWork) throwTooMuchWork(node);
+    }
 
     // The node's value was written and is what its cache holds; the change in progress keeps it.
     void keep(NodeId id);
@@ -101,7 +118,10 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     void invalidate(const ChangeSet& nodes);
     void invalidateAll();
     // The node's value is being written; where the operation fails after that, it is not known.
-    void beginWrite(NodeId id) { written_.push_back(id); }
+    void beginWrite(NodeId id) {
+        written_.push_back(id);
+        forgetPassing();
+    }
     // Drops what an operation that failed half way may have changed.
     void forgetWritten();
 
@@ -113,12 +133,15 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     UserData_t setUserDataOf(NodeId id, UserData_t userData);
 
   private:
+    friend class Operation;
     friend class Entry;
     friend class Nesting;
 
     void createNodes();
     void initialisePolling();
     bool connect(IPort* port, const GENICAM_NAMESPACE::gcstring& portName);
+    void forgetPassing();
+    [[noreturn]] void throwTooMuchWork(const Node& node) const;
 
     struct Polled {
         NodeId node;
@@ -136,20 +159,43 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     RegisterCache registers_;
     std::vector<Polled> polled_;
     std::vector<NodeId> written_;  // by the operation in progress; some of them are kept
+    std::vector<NodeId> passing_;  // what passes with the operation in progress
     std::unordered_map<NodeId, UserData_t> nodeUserData_;
     UserData_t userData_ = nullptr;
     Call call_;
     std::size_t callbackCount_ = 0;
     unsigned nesting_ = 0;
+    std::size_t work_ = 0;  // of the operation in progress
     bool accessIsVolatile_ = false;
 };
 
-// A call into the map from outside: holds the lock, and knows for the texts of exceptions which
-// operation of which node it is.
+// A call into the map from outside: holds the lock, and starts its count of work. What it computes
+// and may not be cached is computed once, unless it writes in between. A call from a callback or a
+// port, inside another one, is an operation of its own.
+class Operation {
+  public:
+    explicit Operation(NodeMap& map)
+        : lock_(map.GetLock()), map_(map), outerWork_(std::exchange(map.work_, 0)) {
+        map_.forgetPassing();
+    }
+    ~Operation() {
+        map_.forgetPassing();
+        map_.work_ = outerWork_;
+    }
+    Operation(const Operation&) = delete;
+    Operation& operator=(const Operation&) = delete;
+
+  private:
+    AutoLock lock_;
+    NodeMap& map_;
+    const std::size_t outerWork_;
+};
+
+// An operation of a node, known by name for the texts of exceptions.
 class Entry {
   public:
     Entry(const Node& node, const char* operation)
-        : lock_(node.map().GetLock()),
+        : operation_(node.map()),
           map_(node.map()),
           outer_(std::exchange(map_.call_, {&node, operation})) {}
     ~Entry() { map_.call_ = outer_; }
@@ -157,13 +203,14 @@ class Entry {
     Entry& operator=(const Entry&) = delete;
 
   private:
-    AutoLock lock_;
+    const Operation operation_;
     NodeMap& map_;
     const Call outer_;
 };
 
-// One step of a value or access mode that is computed from other nodes. RuntimeException when the
-// steps nest too deeply, so that a long chain of nodes cannot exhaust the stack.
+// One step of a value, limit or access mode that is computed from other nodes. RuntimeException
+// when the steps nest too deeply, so that a long chain of nodes cannot exhaust the stack, and when
+// there are too many of them.
 class Nesting {
   public:
     explicit Nesting(const Node& node);

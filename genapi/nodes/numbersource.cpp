@@ -90,6 +90,7 @@ T NumberSource<T>::limit(const Setting<T>& setting) {
 
 template <typename T>
 T NumberSource<T>::min() {
+    const Nesting nesting(owner_);
     if (data_.min.given()) return limit(data_.min);
     Node* node = pickedNode();
     T result = node ? NumberOf<T>::min(*node) : NumberOf<T>::kLowest;
@@ -100,6 +101,7 @@ T NumberSource<T>::min() {
 
 template <typename T>
 T NumberSource<T>::max() {
+    const Nesting nesting(owner_);
     if (data_.max.given()) return limit(data_.max);
     Node* node = pickedNode();
     T result = node ? NumberOf<T>::max(*node) : NumberOf<T>::kHighest;
@@ -110,6 +112,7 @@ T NumberSource<T>::max() {
 
 template <typename T>
 bool NumberSource<T>::hasInc() {
+    const Nesting nesting(owner_);
     if (data_.inc.given()) return true;
     Node* node = pickedNode();
     return node && node->hasInc();
@@ -117,6 +120,7 @@ bool NumberSource<T>::hasInc() {
 
 template <typename T>
 T NumberSource<T>::inc() {
+    const Nesting nesting(owner_);
     if (data_.inc.given()) return limit(data_.inc);
     Node* node = pickedNode();
     return node ? NumberOf<T>::inc(*node) : T{1};

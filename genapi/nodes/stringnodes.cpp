@@ -82,14 +82,19 @@ std::string StringNode::readValue(ReadOptions options) {
 }
 
 void StringNode::writeValue(const std::string& value, bool verify) {
-    if (data_.value.isNode())
+    if (data_.value.isNode()) {
         node(data_.value.node).setText(value, verify);
-    else
+    } else {
+        map().beginWrite(id());
         constant_ = std::make_unique<std::string>(value);
+    }
 }
 
 std::int64_t StringNode::maxLength() {
-    if (data_.value.isNode()) return node(data_.value.node).maxTextLength();
+    if (data_.value.isNode()) {
+        const Nesting nesting(*this);
+        return node(data_.value.node).maxTextLength();
+    }
     return kMaxConstantLength;
 }
 
