@@ -9,6 +9,7 @@ namespace {
 
 FormulaSymbols symbolsOf(const Description& description, const FormulaData& data) {
     FormulaSymbols symbols;
+    symbols.upperCase = description.info().schemaVersion.Minor == 0;
     for (const FormulaVariable& variable :
          NodeTables::slice(description.tables().variables, data.variables))
         symbols.variables.push_back(description.text(variable.name));
@@ -24,6 +25,13 @@ FormulaSymbols symbolsOf(const Description& description, const FormulaData& data
     return symbols;
 }
 
+// The node of one of the expressions that symbolsOf lists.
+NodeId expressionNode(const Description& description, NodeId owner, std::uint32_t index) {
+    for (const Property& property : description.properties(owner))
+        if (property.element == Element::pExpression && index-- == 0) return property.node();
+    return owner;
+}
+
 std::unique_ptr<const CompiledFormula> compile(const Description& description,
                                                const FormulaData& data) {
     auto compiled = std::make_unique<CompiledFormula>();
@@ -36,6 +44,7 @@ std::unique_ptr<const CompiledFormula> compile(const Description& description,
             compiled->floating = std::make_unique<const Formula<double>>(text, symbols);
     } catch (const FormulaError& error) {
         compiled->error = error.what();
+        compiled->faulty = expressionNode(description, data.node, error.expression);
     }
     return compiled;
 }

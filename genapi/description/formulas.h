@@ -15,6 +15,8 @@ struct CompiledFormula {
     std::unique_ptr<const Formula<std::int64_t>> integer;
     std::unique_ptr<const Formula<double>> floating;
     std::string error;
+    // The node whose formula has the fault: the formula's own, or an expression that it uses.
+    NodeId faulty = kNoNode;
 };
 
 // By index in NodeTables::formulas. Thread-safe; the result lives as long as the description.

@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <type_traits>
 
 #include "genapi/formula/formula.h"
@@ -37,19 +38,29 @@ class IntegerArithmetic {
         if (b == 0) throwInfinity();
         return b == -1 ? 0 : a % b;
     }
+    // Exact, or the most negative number where it does not fit; that also stands for 0 ** -1.
     static Number power(Number base, Number exponent) {
         if (exponent < 0) return inversePower(base, exponent);
         Number result = 1;
-        for (; exponent > 0; exponent >>= 1, base = multiply(base, base))
-            if (exponent & 1) result = multiply(result, base);
+        while (exponent > 0) {
+            if (exponent & 1 && __builtin_mul_overflow(result, base, &result)) return kNoPower;
+            exponent >>= 1;
+            if (exponent > 0 && __builtin_mul_overflow(base, base, &base)) return kNoPower;
+        }
         return result;
+    }
+    static Number shift(FormulaOp op, Number a, Number b) {
+        const std::uint64_t count = bits(b) & 63;
+        return op == FormulaOp::ShiftLeft ? static_cast<Number>(bits(a) << count) : a >> count;
     }
     static std::int64_t integer(Number a) { return a; }
 
   private:
+    static constexpr Number kNoPower = std::numeric_limits<Number>::min();
+
     // Only 1 and -1 have an inverse that is not rounded to 0.
     static Number inversePower(Number base, Number exponent) {
-        if (base == 0) throwInfinity();
+        if (base == 0) return kNoPower;
         if (base != 1 && base != -1) return 0;
         return exponent % 2 == 0 ? 1 : base;
     }
@@ -74,10 +85,16 @@ class FloatArithmetic {
     static Number power(Number base, Number exponent) { return std::pow(base, exponent); }
 
     // Operators on bits take a number without its fraction.
-    static std::int64_t integer(Number a) {
-        constexpr double kLimit = 9223372036854775808.0;
-        if (!(a >= -kLimit && a < kLimit)) throw FormulaError("#Value too big for operation!");
-        return static_cast<std::int64_t>(a);
+    static std::int64_t integer(Number a) { return truncated<std::int64_t>(a); }
+
+    // 32 bits wide whatever the machine: cameras extend the sign of 16-bit numbers by
+    // (V << 16) >> 16.
+    static Number shift(FormulaOp op, Number a, Number b) {
+        const std::int32_t value = truncated<std::int32_t>(a);
+        const std::uint32_t count = static_cast<std::uint32_t>(truncated<std::int32_t>(b)) & 31;
+        return op == FormulaOp::ShiftLeft
+                   ? static_cast<std::int32_t>(static_cast<std::uint32_t>(value) << count)
+                   : value >> count;
     }
 
     static Number function(FormulaOp op, Number a) {
@@ -126,6 +143,16 @@ class FloatArithmetic {
         const double rounded = std::round(a * scale) / scale;
         return std::isfinite(rounded) ? rounded : a;
     }
+
+  private:
+    template <typename Integer>
+    static Integer truncated(Number a) {
+        constexpr Number kLimit = -static_cast<Number>(std::numeric_limits<Integer>::min());
+        const Number whole = std::trunc(a);
+        if (!(whole >= -kLimit && whole < kLimit))
+            throw FormulaError("#Value too big for operation!");
+        return static_cast<Integer>(whole);
+    }
 };
 
 template <typename Number>
@@ -139,7 +166,7 @@ struct ArithmeticOf<double> {
     using Type = FloatArithmetic;
 };
 
-// The operators on bits, shifts with their count modulo 64.
+// The operators on bits but for the shifts.
 inline std::int64_t applyToBits(FormulaOp op, std::int64_t a, std::int64_t b) {
     switch (op) {
         case FormulaOp::Complement:
@@ -148,12 +175,8 @@ inline std::int64_t applyToBits(FormulaOp op, std::int64_t a, std::int64_t b) {
             return a & b;
         case FormulaOp::Xor:
             return a ^ b;
-        case FormulaOp::Or:
-            return a | b;
-        case FormulaOp::ShiftLeft:
-            return static_cast<std::int64_t>(bits(a) << (bits(b) & 63));
         default:
-            return a >> (bits(b) & 63);
+            return a | b;
     }
 }
 
@@ -181,10 +204,11 @@ inline Number apply(FormulaOp op, Number a, Number b) {
         case FormulaOp::And:
         case FormulaOp::Xor:
         case FormulaOp::Or:
-        case FormulaOp::ShiftLeft:
-        case FormulaOp::ShiftRight:
             return static_cast<Number>(
                 applyToBits(op, Arithmetic::integer(a), Arithmetic::integer(b)));
+        case FormulaOp::ShiftLeft:
+        case FormulaOp::ShiftRight:
+            return Arithmetic::shift(op, a, b);
         case FormulaOp::Less:
             return a < b;
         case FormulaOp::LessEqual:

@@ -26,15 +26,23 @@ namespace Engine {
 class FormulaError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
+
+    // The expression that the fault lies in, by its number; none where it is the formula itself.
+    static constexpr std::uint32_t kFormulaItself = 0xFFFFFFFF;
+    std::uint32_t expression = kFormulaItself;
 };
 
 // The names that a formula may use. Variables are given to evaluate in this order; an expression
 // may use the expressions before it. Of two with one name, a variable hides a constant, and that an
-// expression; within one list the first counts.
+// expression; within one list the first counts. In formulas with fractions PI, E and functions, in
+// any case, hide all of these.
 struct FormulaSymbols {
     std::vector<std::string_view> variables;
     std::vector<std::pair<std::string_view, std::string_view>> constants;    // name, text
     std::vector<std::pair<std::string_view, std::string_view>> expressions;  // name, text
+    // Whether formulas, but not the names above, are turned to upper case: a formula finds the name
+    // "A" as "a". What it does not find so it finds as it stands.
+    bool upperCase = false;
 };
 
 // Immutable; evaluate is thread-safe and allocates nothing. The number is std::int64_t or double.

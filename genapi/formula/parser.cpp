@@ -21,8 +21,8 @@ namespace {
     throw FormulaError("#Invalid formula");
 }
 
-[[noreturn]] void throwUnknown(std::string_view name) {
-    throw FormulaError("# " + std::string(name) + " - Unknown function/variable!");
+[[noreturn]] void throwUnknown(const std::string& name) {
+    throw FormulaError("# " + name + " - Unknown function/variable!");
 }
 
 void checkBrackets(std::string_view text) {
@@ -139,6 +139,11 @@ template <typename Number>
 void FormulaParser<Number>::operand() {
     const Token token = lexer_.token();
     if (token.kind == TokenKind::Name) return name();
+    if (token.kind == TokenKind::End) {
+        // An operator without an operand: known to be wrong only when it is computed.
+        program_.failure = "#Extra operation!";
+        return values_.push_back({FormulaArea::Constant, 0, {}});
+    }
     if (token.kind == TokenKind::Number) {
         lexer_.next();
         return number(token.text);
@@ -162,7 +167,11 @@ template <typename Number>
 void FormulaParser<Number>::name() {
     const std::string_view text = lexer_.token().text;
     lexer_.next();
-    if (const FormulaSymbol* symbol = names_.find(text, usableExpressions_)) {
+    // The name of a function without brackets is none of it.
+    const bool isFunction = lexer_.is("(") && findFunction(text, kFractions);
+    const bool isKnown = kFractions && findMathConstant(text);
+    const FormulaSymbol* const symbol = isFunction || isKnown ? nullptr : find(text);
+    if (symbol) {
         switch (symbol->kind) {
             case SymbolKind::Variable:
                 return values_.push_back({FormulaArea::Variable, symbol->index, {}});
@@ -173,6 +182,13 @@ void FormulaParser<Number>::name() {
         }
     }
     call(text);
+}
+
+template <typename Number>
+const FormulaSymbol* FormulaParser<Number>::find(std::string_view name) const {
+    const FormulaSymbol* found = nullptr;
+    if (symbols_.upperCase) found = names_.find(upperCase(name), usableExpressions_);
+    return found ? found : names_.find(name, usableExpressions_);
 }
 
 // A number with its sign, and nothing else.
@@ -193,7 +209,12 @@ void FormulaParser<Number>::expression(std::uint32_t index) {
     if (!expressions_[index]) {
         const Nesting nesting(nesting_);
         const std::uint32_t usable = std::exchange(usableExpressions_, index);
-        whole(symbols_.expressions[index].second);
+        try {
+            whole(symbols_.expressions[index].second);
+        } catch (FormulaError& error) {
+            if (error.expression == FormulaError::kFormulaItself) error.expression = index;
+            throw;
+        }
         usableExpressions_ = usable;
         expressions_[index] = keep(values_.back());
         values_.pop_back();
@@ -212,7 +233,8 @@ void FormulaParser<Number>::call(std::string_view name) {
         }
     }
     const FormulaFunction* const function = findFunction(name, kFractions);
-    if (!brackets || !function) throwUnknown(name);
+    if (!brackets || !function)
+        throwUnknown(symbols_.upperCase ? upperCase(name) : std::string(name));
     const Nesting nesting(nesting_);
     selection();
     const bool digits = function->op == FormulaOp::Round && lexer_.take(",");

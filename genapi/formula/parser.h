@@ -41,6 +41,7 @@ class FormulaParser {
     void operand();
     void number(std::string_view text, bool negative = false);
     void name();
+    const FormulaSymbol* find(std::string_view name) const;
     void constant(std::string_view text);
     void expression(std::uint32_t index);
     void call(std::string_view name);

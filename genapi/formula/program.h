@@ -108,6 +108,7 @@ struct FormulaProgram {
     std::vector<FormulaOperation> operations;
     std::vector<Number> constants;
     FormulaOperand result;
+    const char* failure = nullptr;  // why it has no result, whatever the variables
 };
 
 }  // namespace Engine

@@ -44,7 +44,6 @@ constexpr FormulaFunction kFunctions[] = {
 constexpr double kPi = 3.14159265358979323846;
 constexpr double kE = 2.71828182845904523536;
 
-// The locale has no say in what a description means.
 char upper(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
@@ -74,6 +73,12 @@ const FormulaFunction* findFunction(std::string_view name, bool fractions) {
 const double* findMathConstant(std::string_view name) {
     if (isSame(name, "PI")) return &kPi;
     return isSame(name, "E") ? &kE : nullptr;
+}
+
+std::string upperCase(std::string_view text) {
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), upper);
+    return result;
 }
 
 std::size_t operandCount(FormulaOp op) {

@@ -1,6 +1,7 @@
 // The operators, functions and constants of the formula language.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "genapi/formula/program.h"
@@ -30,6 +31,9 @@ const FormulaFunction* findFunction(std::string_view name, bool fractions);
 
 // PI or E, which only formulas with fractions know, without regard to case; null for others.
 const double* findMathConstant(std::string_view name);
+
+// The locale has no say in what a description means.
+std::string upperCase(std::string_view text);
 
 std::size_t operandCount(FormulaOp op);
 

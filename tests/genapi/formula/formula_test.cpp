@@ -75,10 +75,7 @@ const std::vector<IntegerCase> kShared = {
     {"1=1&&2=2", 0},
     {"-7%3", -1},
     {"7%-3", 1},
-    {"1<<64", 1},
-    {"1<<-1", kMin},
     {"-8>>1", -4},
-    {"1<<40", 1099511627776},
     {"6&3", 2},
     {"6|3", 7},
     {"6^3", 5},
@@ -122,25 +119,29 @@ INSTANTIATE_TEST_SUITE_P(Shared, Floats, testing::ValuesIn([] {
 
 INSTANTIATE_TEST_SUITE_P(
     Own, Integers,
-    testing::Values(IntegerCase{"-7/2", -3}, IntegerCase{"(1<<40)>>33", 128},
-                    IntegerCase{"2**-1", 0}, IntegerCase{"(-1)**-3", -1},
-                    IntegerCase{"(-1)**-2", 1}, IntegerCase{"3**40", -6289078614652622815},
-                    IntegerCase{"9223372036854775807+1", kMin},
-                    IntegerCase{"-9223372036854775807-2", kMax}, IntegerCase{"(1<<63)/-1", kMin},
-                    IntegerCase{"(1<<63)%-1", 0}, IntegerCase{"-(1<<63)", kMin},
-                    IntegerCase{"3037000500*3037000500", -9223372036709301616},
-                    IntegerCase{"99999999999999999999", kMax},
-                    IntegerCase{"0xFFFFFFFFFFFFFFFF", kMax}));
+    testing::Values(
+        IntegerCase{"-7/2", -3}, IntegerCase{"(1<<40)>>33", 128}, IntegerCase{"2**-1", 0},
+        IntegerCase{"(-1)**-3", -1}, IntegerCase{"(-1)**-2", 1}, IntegerCase{"1<<64", 1},
+        IntegerCase{"1<<-1", kMin}, IntegerCase{"1<<40", 1099511627776},
+        IntegerCase{"7**22", 3909821048582988049}, IntegerCase{"(-2)**63", kMin},
+        IntegerCase{"2**64", kMin}, IntegerCase{"3**40", kMin}, IntegerCase{"(-2)**64", kMin},
+        IntegerCase{"0**-1", kMin}, IntegerCase{"2**63-1", kMax},
+        IntegerCase{"9223372036854775807+1", kMin}, IntegerCase{"-9223372036854775807-2", kMax},
+        IntegerCase{"(1<<63)/-1", kMin}, IntegerCase{"(1<<63)%-1", 0},
+        IntegerCase{"-(1<<63)", kMin}, IntegerCase{"3037000500*3037000500", -9223372036709301616},
+        IntegerCase{"99999999999999999999", kMax}, IntegerCase{"0xFFFFFFFFFFFFFFFF", kMax}));
 
 INSTANTIATE_TEST_SUITE_P(
     Own, Floats,
     testing::Values(FloatCase{"5.", 5}, FloatCase{"1.5E-2", 0.015}, FloatCase{"2e3", 2000},
                     FloatCase{"0X10", 16}, FloatCase{"0xFFFFFFFFFFFFFFFF", 18446744073709551615.0},
                     FloatCase{"-7/2", -3.5}, FloatCase{"2**-1", 0.5}, FloatCase{"-7.5%2", -1.5},
-                    FloatCase{"5.7<<1", 10}, FloatCase{"~-1.9", 0}, FloatCase{"0.5?1:2", 1},
-                    FloatCase{"0.5&&1", 1}, FloatCase{"PI", M_PI}, FloatCase{"PI()", M_PI},
-                    FloatCase{"LN(E)", 1}, FloatCase{"LG(1000)", 3}, FloatCase{"EXP(1)", M_E},
-                    FloatCase{"ABS(-2.5)", 2.5}, FloatCase{"SQRT(16)", 4},
+                    FloatCase{"5.7<<1", 10}, FloatCase{"(65526<<16)>>16", -10},
+                    FloatCase{"1<<40", 256}, FloatCase{"1<<-1", -2147483648.0},
+                    FloatCase{"-2147483648.9>>31", -1}, FloatCase{"~-1.9", 0},
+                    FloatCase{"0.5?1:2", 1}, FloatCase{"0.5&&1", 1}, FloatCase{"PI", M_PI},
+                    FloatCase{"PI()", M_PI}, FloatCase{"LN(E)", 1}, FloatCase{"LG(1000)", 3},
+                    FloatCase{"EXP(1)", M_E}, FloatCase{"ABS(-2.5)", 2.5}, FloatCase{"SQRT(16)", 4},
                     FloatCase{"SIN(PI/2)", 1}, FloatCase{"COS(PI)", -1}, FloatCase{"TAN(PI/4)", 1},
                     FloatCase{"ASIN(1)", M_PI_2}, FloatCase{"ACOS(-1)", M_PI},
                     FloatCase{"ATAN(1)", M_PI_4}, FloatCase{"TRUNC(-2.7)", -2},
@@ -154,14 +155,29 @@ TEST(Formula, hasValuesThatAreNoNumber) {
     EXPECT_TRUE(std::isnan(calculate<double>("SQRT(-1)")));
 }
 
-// Names that are constants or functions are free for a description to use.
-TEST(Formula, prefersNamesOfTheDescription) {
+TEST(Formula, knowsItsOwnNamesFirstWhereItHasFractions) {
     FormulaSymbols symbols;
-    symbols.variables = {"E", "X"};
-    symbols.constants = {{"PI", "3"}, {"X", "1"}};
-    symbols.expressions = {{"PI", "4"}, {"SIN", "PI+1"}};
-    EXPECT_EQ(calculate<double>("E*100+PI*10+SIN", symbols), 734);
-    EXPECT_EQ(calculate<double>("X", symbols), 2);
+    symbols.variables = {"E", "X", "SIN"};
+    symbols.constants = {{"pi", "3"}, {"X", "1"}, {"Z", "5"}};
+    symbols.expressions = {{"E", "6"}, {"Z", "4"}};
+    EXPECT_EQ(calculate<double>("E", symbols), M_E);
+    EXPECT_EQ(calculate<double>("pi", symbols), M_PI);
+    EXPECT_EQ(calculate<double>("SIN(0)", symbols), 0);
+    EXPECT_EQ(calculate<double>("SIN", symbols), 100) << "without brackets it is no function";
+    EXPECT_EQ(calculate<double>("X*10+Z", symbols), 25);
+    EXPECT_EQ(calculate<std::int64_t>("E", symbols), 7);
+}
+
+TEST(Formula, mayBeReadInUpperCase) {
+    FormulaSymbols symbols;
+    symbols.upperCase = true;
+    symbols.variables = {"A", "a", "Mixed"};
+    symbols.constants = {{"V.Max", "3"}};
+    symbols.expressions = {{"SUM", "a+Mixed"}};
+    EXPECT_EQ(calculate<std::int64_t>("a", symbols), 7);
+    EXPECT_EQ(calculate<std::int64_t>("Mixed", symbols), 100) << "where no other name is found";
+    EXPECT_EQ(calculate<double>("sum+V.Max+0xfF", symbols), 107 + 3 + 255);
+    EXPECT_EQ(errorOf<double>("V.Min", symbols), "parse: # V.MIN - Unknown function/variable!");
 }
 
 }  // namespace
