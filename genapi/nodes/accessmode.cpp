@@ -1,8 +1,18 @@
 // Access modes: what a node allows is what its value source allows, restricted by what the
-// description or the application imposes and by its conditions.
+// description or the application imposes, by its conditions, and by whatever else it reads:
+//
+//   A node that is read and is not implemented makes its reader not implemented, one that is not
+//   available makes it not available; the former is the stronger. Where the value is needed to
+//   find the mode (conditions, the index of a number) or to use the node at all (the value of a
+//   command), a node that cannot be read counts as not available.
+//
+// The device is asked in this order: for the mode of the value source, for those of the other nodes
+// that are read, for the values of the conditions, for the modes of the parts. The first answer
+// that a node is not implemented ends it.
 #include <cstring>
 #include <utility>
 
+#include "genapi/description/nodedata.h"
 #include "genapi/nodes/nodemap.h"
 
 namespace GENAPI_NAMESPACE {
@@ -16,40 +26,83 @@ EAccessMode modeOf(std::uint8_t cached) {
     return static_cast<EAccessMode>(cached & ~NodeMap::kPassingAccess);
 }
 
+// A number picked by an index is what the picked number is: neither its own conditions nor its
+// limits count.
+bool isIndexed(const NodeTables& tables, const NodeRecord& record) {
+    if (record.kind == NodeKind::Integer) return tables.integers[record.data].index != kNoNode;
+    return record.kind == NodeKind::Float && tables.floats[record.data].index != kNoNode;
+}
+
+// Links that are read beside the value source and the parts of a node.
+bool isRead(Element element) {
+    switch (element) {
+        case Element::pIsImplemented:
+        case Element::pIsAvailable:
+        case Element::pIsLocked:
+        case Element::pBlockPolling:
+        case Element::pError:
+        case Element::pMin:
+        case Element::pMax:
+        case Element::pInc:
+        case Element::pVariable:
+        case Element::pCommandValue:
+        case Element::pAddress:
+        case Element::pIndex:
+        case Element::pOffset:
+        case Element::pLength:
+            return true;
+        default:
+            return false;
+    }
+}
+
 }  // namespace
+
+EAccessMode restriction(EAccessMode found, bool valueCounts) {
+    if (!IsAvailable(found)) return found;
+    return valueCounts && !IsReadable(found) ? NA : RW;
+}
 
 EAccessMode Node::GetAccessMode() const {
     // Most queries find the mode known; a mode that another thread is about to change is as true
     // with the lock as without.
     const std::uint8_t known = map_.accessOf(id_).load(std::memory_order_acquire);
-    if (known < NodeMap::kComputingAccess) return modeOf(known);
+    if (known < NodeMap::kFirstUnknownAccess) return modeOf(known);
     const Entry entry(*this, "GetAccessMode");
     return const_cast<Node*>(this)->accessMode();
+}
+
+// A mode whose computation goes in a circle, or has failed, does not restrict.
+EAccessMode Node::unrestrictedMode() const {
+    const NodeKind kind = record().kind;
+    return kind == NodeKind::EnumEntry || kind == NodeKind::Category ? RO : RW;
 }
 
 EAccessMode Node::accessMode() {
     std::atomic<std::uint8_t>& cached = map_.accessOf(id_);
     const std::uint8_t known = cached.load(std::memory_order_relaxed);
-    if (known < NodeMap::kComputingAccess) {
+    if (known < NodeMap::kFirstUnknownAccess) {
         if (known & NodeMap::kPassingAccess) map_.accessIsVolatile() = true;
         return modeOf(known);
     }
-    if (known == NodeMap::kComputingAccess)
-        return RW;  // a cycle through this node: it adds no restriction of its own
+    if (known != NodeMap::kUnknownAccess) return unrestrictedMode();
     const Nesting nesting(*this);
-    // Where it cannot be computed it stays marked: until the node is invalidated, the mode does not
-    // restrict, and the device is not asked again. A limit is no such case: the same mode may be
-    // within reach from elsewhere.
     cached.store(NodeMap::kComputingAccess, std::memory_order_relaxed);
     const bool outer = std::exchange(map_.accessIsVolatile(), false);
-    const EAccessMode mode = [&] {
-        try {
-            return computeAccessMode(false);
-        } catch (const LimitExceeded&) {
-            cached.store(NodeMap::kUnknownAccess, std::memory_order_relaxed);
-            throw;
-        }
-    }();
+    const auto leave = [&](std::uint8_t why) {
+        cached.store(why, std::memory_order_release);
+        map_.accessIsVolatile() = outer;
+    };
+    EAccessMode mode;
+    try {
+        mode = computeAccessMode(false);
+    } catch (const LimitExceeded&) {
+        leave(NodeMap::kUnknownAccess);  // it may be within reach from elsewhere
+        throw;
+    } catch (...) {
+        leave(NodeMap::kFailedAccess);  // the device is not asked again
+        throw;
+    }
     // Categories only group, so that theirs is kept in any case.
     const bool keep = !map_.accessIsVolatile() || record().kind == NodeKind::Category;
     map_.accessIsVolatile() = outer || !keep;
@@ -59,50 +112,76 @@ EAccessMode Node::accessMode() {
     return mode;
 }
 
-EAccessMode Node::relaxedAccessMode() {
+EAccessMode Node::accessMode(bool relaxed) {
+    if (!relaxed) return accessMode();
     const Nesting nesting(*this);
     return computeAccessMode(true);
 }
 
 EAccessMode Node::computeAccessMode(bool relaxed) {
-    EAccessMode mode = conditionalAccessMode(relaxed);
-    if (mode == NI) return NI;
-    mode = Combine(mode, sourceAccessMode(relaxed));
-    mode = Combine(mode, static_cast<EAccessMode>(record().imposedAccess));
+    EAccessMode mode = static_cast<EAccessMode>(record().imposedAccess);
     if (imposedAccess_ != _UndefinedAccesMode)
         mode = Combine(mode, static_cast<EAccessMode>(imposedAccess_));
+    mode = Combine(mode, sourceAccessMode(relaxed));
+    if (isIndexed(description().tables(), record())) return mode;
+    const bool grouping = record().kind == NodeKind::Category;  // only pIsImplemented counts
+    if (mode != NI && !relaxed && !grouping) mode = Combine(mode, readNodesAccessMode());
+    if (mode != NI) mode = conditionalAccessMode(mode, relaxed || grouping);
+    if (mode != NI && !relaxed) mode = Combine(mode, partsAccessMode());
     return mode;
 }
 
-bool Node::condition(NodeId id, EAccessMode& mode) {
-    Node& source = node(id);
-    mode = source.accessMode();
-    if (!IsReadable(mode)) return false;
-    if (source.record().caching == NoCache) map_.accessIsVolatile() = true;
-    return source.getInt({}) != 0;
-}
-
-EAccessMode Node::conditionalAccessMode(bool relaxed) {
-    const NodeRecord& own = record();
+EAccessMode Node::readNodesAccessMode() {
     EAccessMode mode = RW;
-    EAccessMode source = RW;
-    if (own.isImplemented != kNoNode && !condition(own.isImplemented, source)) {
-        if (IsReadable(source) || source == NI) return NI;
-        mode = NA;
-    }
-    if (relaxed || !isConditional()) return mode;
-    if (own.isAvailable != kNoNode && !condition(own.isAvailable, source)) mode = NA;
-    if (mode != NA && own.isLocked != kNoNode) {
-        const bool locked = condition(own.isLocked, source);
-        if (!IsReadable(source))
-            mode = NA;
-        else if (locked)
-            mode = Combine(mode, RO);
+    for (const Property& property : description().properties(id_)) {
+        if (!isRead(property.element)) continue;
+        const bool valueCounts = property.element == Element::pCommandValue;
+        mode = Combine(mode, restriction(node(property.node()).accessMode(), valueCounts));
+        if (mode == NI) break;
     }
     return mode;
+}
+
+bool Node::isTrue(Node& condition) {
+    if (condition.record().caching == NoCache) map_.accessIsVolatile() = true;
+    return condition.getInt({}) != 0;
+}
+
+EAccessMode Node::requiredAccessMode(NodeId condition, EAccessMode otherwise) {
+    Node& source = node(condition);
+    const EAccessMode mode = restriction(source.accessMode(), true);
+    return IsAvailable(mode) && !isTrue(source) ? otherwise : mode;
+}
+
+EAccessMode Node::conditionalAccessMode(EAccessMode mode, bool relaxed) {
+    const NodeRecord& own = record();
+    if (own.isImplemented != kNoNode) {
+        const EAccessMode implemented = requiredAccessMode(own.isImplemented, NI);
+        if (!IsAvailable(implemented)) return Combine(mode, implemented);
+    }
+    if (relaxed) return mode;
+    if (own.isAvailable != kNoNode) {
+        const EAccessMode available = requiredAccessMode(own.isAvailable, NA);
+        if (!IsAvailable(available)) return Combine(mode, available);
+    }
+    return own.isLocked != kNoNode ? lockableAccessMode(mode) : mode;
+}
+
+// Whether it is locked matters only for what can be written.
+EAccessMode Node::lockableAccessMode(EAccessMode mode) {
+    Node& lock = node(record().isLocked);
+    const EAccessMode found = lock.accessMode();
+    mode = Combine(mode, restriction(found, false));
+    if (!IsWritable(mode)) return mode;
+    if (!IsReadable(found)) return NA;
+    return isTrue(lock) ? Combine(mode, RO) : mode;
 }
 
 EAccessMode Node::sourceAccessMode(bool) {
+    return RW;
+}
+
+EAccessMode Node::partsAccessMode() {
     return RW;
 }
 
@@ -126,7 +205,7 @@ bool Node::isWritable(bool verify) {
     // What can never be written is not worth asking the device about.
     const EAccessMode declared =
         Combine(declaredAccessMode(), static_cast<EAccessMode>(record().imposedAccess));
-    return IsWritable(declared) && IsWritable(verify ? accessMode() : relaxedAccessMode());
+    return IsWritable(declared) && IsWritable(accessMode(!verify));
 }
 
 void Node::requireWritable(bool verify) {

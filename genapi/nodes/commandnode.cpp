@@ -14,10 +14,7 @@ CommandNode::CommandNode(NodeMap& map, NodeId id)
       commandValue_(*this, description().tables().commands[record().data].commandValue) {}
 
 EAccessMode CommandNode::sourceAccessMode(bool relaxed) {
-    const EAccessMode mode = value_.accessMode(relaxed);
-    // Without the value that starts it there is no command.
-    const EAccessMode command = commandValue_.accessMode(relaxed);
-    return IsAvailable(command) ? mode : Combine(mode, command);
+    return value_.accessMode(relaxed);
 }
 
 bool CommandNode::isRunning() const {
@@ -50,8 +47,8 @@ void CommandNode::Execute(bool verify) {
 }
 
 // Asks the device; true when the command has finished since it was last asked.
-bool CommandNode::checkDone() {
-    if (!isRunning() || !IsReadable(accessMode())) return false;
+bool CommandNode::checkDone(EAccessMode mode) {
+    if (!isRunning() || !IsReadable(mode)) return false;
     const Nesting nesting(*this);
     if (value_.read({false, true}) == commandValue_.read({})) return false;
     setRunning(false);
@@ -63,11 +60,12 @@ bool CommandNode::IsDone(bool verify) {
     bool done = false;
     {
         const Entry entry(*this, "IsDone");
-        if (!IsImplemented(accessMode()))
+        const EAccessMode mode = accessMode();
+        if (!IsImplemented(mode))
             throw NODE_ERROR(AccessException, *this)("Node is not implemented.");
         if (verify && !isRunning()) checkErrorNodes();
-        finished = checkDone();
-        done = !isRunning() || !IsReadable(accessMode());
+        finished = checkDone(mode);
+        done = !isRunning() || !IsReadable(mode);
     }
     if (finished)
         modify("IsDone",
@@ -75,10 +73,11 @@ bool CommandNode::IsDone(bool verify) {
     return done;
 }
 
-gcstring CommandNode::ToString(bool verify, bool) {
+gcstring CommandNode::ToString(bool verify, bool ignoreCache) {
     return read("ToString", [&] {
+        if (ignoreCache) map().retryAccess(id());
         if (verify) checkErrorNodes();
-        checkDone();
+        checkDone(accessMode());
         return gcstring(isRunning() ? "1" : "0");
     });
 }

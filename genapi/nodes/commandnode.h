@@ -31,7 +31,7 @@ class CommandNode final : public Node, public ICommand {
   private:
     bool isRunning() const;
     void setRunning(bool running);
-    bool checkDone();
+    bool checkDone(EAccessMode mode);
     void execute(bool verify);
 
     IntegerSource value_;

@@ -39,16 +39,21 @@ EnumEntryNode& EnumerationNode::entry(NodeId id) const {
     return static_cast<EnumEntryNode&>(node(id));
 }
 
-EnumEntryNode* EnumerationNode::entryOf(std::int64_t value) const {
-    for (const NodeId id : entries())
-        if (entry(id).data().value == value) return &entry(id);
+template <typename Predicate>
+EnumEntryNode* EnumerationNode::lastEntry(Predicate predicate) const {
+    const Slice<NodeId> all = entries();
+    for (const NodeId* id = all.end(); id != all.begin();)
+        if (predicate(entry(*--id).data())) return &entry(*id);
     return nullptr;
 }
 
+EnumEntryNode* EnumerationNode::entryOf(std::int64_t value) const {
+    return lastEntry([value](const EnumEntryData& data) { return data.value == value; });
+}
+
 EnumEntryNode* EnumerationNode::entryOf(std::string_view symbolic) const {
-    for (const NodeId id : entries())
-        if (description().text(entry(id).data().symbolic) == symbolic) return &entry(id);
-    return nullptr;
+    return lastEntry(
+        [&](const EnumEntryData& data) { return description().text(data.symbolic) == symbolic; });
 }
 
 void EnumerationNode::spendSearch() const {
@@ -56,19 +61,23 @@ void EnumerationNode::spendSearch() const {
 }
 
 EAccessMode EnumerationNode::sourceAccessMode(bool relaxed) {
-    const EAccessMode mode = source_.accessMode(relaxed);
-    return relaxed ? mode : Combine(mode, entriesAccessMode());
+    return source_.accessMode(relaxed);
 }
 
 // An enumeration is as available as the best of its entries.
-EAccessMode EnumerationNode::entriesAccessMode() const {
-    EAccessMode mode = NI;
+EAccessMode EnumerationNode::partsAccessMode() {
+    EAccessMode best = NI;
     for (const NodeId id : entries()) {
         const EAccessMode found = entry(id).accessMode();
-        if (IsAvailable(found)) return RW;
-        if (found == NA) mode = NA;
+        if (found != NI) best = found;
+        if (IsAvailable(found)) break;
     }
-    return mode;
+    return restriction(best, false);
+}
+
+// Applications know the value of 32 bits.
+InvalidArgumentException EnumerationNode::noEntry(std::int64_t value) const {
+    return noEntry(std::to_string(static_cast<std::int32_t>(value)));
 }
 
 InvalidArgumentException EnumerationNode::noEntry(const std::string& value) const {
@@ -119,7 +128,7 @@ void EnumerationNode::verifyEntry(EnumEntryNode& current) {
 void EnumerationNode::setInt(std::int64_t value, bool verify) {
     requireWritable(verify);
     EnumEntryNode* target = entryOf(value);
-    if (!target) throw noEntry(std::to_string(value));
+    if (!target) throw noEntry(value);
     write(*target, verify);
 }
 
@@ -175,9 +184,10 @@ gcstring EnumerationNode::ToString(bool verify, bool ignoreCache) {
     return read("ToString", [&] {
         const std::int64_t value = readValue({verify, ignoreCache});
         EnumEntryNode* current = entryOf(value);
-        if (!current) throw noEntry(std::to_string(value));
+        if (!current) throw noEntry(value);
         if (verify) verifyEntry(*current);
-        return current->GetSymbolic();
+        const gcstring symbolic = current->GetSymbolic();
+        return symbolic.empty() ? current->GetName() : symbolic;
     });
 }
 

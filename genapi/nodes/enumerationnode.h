@@ -68,7 +68,7 @@ class EnumerationNode final : public Node, public IEnumeration {
 
     bool isPolled() const override;
 
-    // The entry with that value or symbolic, or null.
+    // The entry with that value or symbolic, the last where there are several; or null.
     EnumEntryNode* entryOf(std::int64_t value) const;
     EnumEntryNode* entryOf(std::string_view symbolic) const;
     // Counts such a search as work, where a formula makes it.
@@ -76,15 +76,18 @@ class EnumerationNode final : public Node, public IEnumeration {
 
   protected:
     EAccessMode sourceAccessMode(bool relaxed) override;
+    EAccessMode partsAccessMode() override;
 
   private:
-    EAccessMode entriesAccessMode() const;
     std::int64_t readValue(ReadOptions options);
     std::int64_t readableInt(ReadOptions options);
     void verifyEntry(EnumEntryNode& current);
     void write(EnumEntryNode& target, bool verify);
     Slice<NodeId> entries() const;
     EnumEntryNode& entry(NodeId id) const;
+    template <typename Predicate>
+    EnumEntryNode* lastEntry(Predicate predicate) const;
+    GENICAM_NAMESPACE::InvalidArgumentException noEntry(std::int64_t value) const;
     GENICAM_NAMESPACE::InvalidArgumentException noEntry(const std::string& value) const;
 
     const EnumerationData& data_;

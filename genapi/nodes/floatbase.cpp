@@ -15,6 +15,11 @@ using GENICAM_NAMESPACE::gcstring;
 namespace {
 constexpr int kDefaultPrecision = 6;
 
+// Limits are numbers, also where a description or a formula says infinity.
+double finite(double limit) {
+    return std::clamp(limit, -kDoubleMax, kDoubleMax);
+}
+
 // Digits behind the decimal point.
 std::size_t decimalsOf(const std::string& text) {
     const std::size_t point = text.find('.');
@@ -34,6 +39,7 @@ double FloatBase::getFloat(ReadOptions options) {
 double FloatBase::readableFloat(ReadOptions options) {
     if (!isValueKnown(options, restsOnNodes())) {
         const Nesting nesting(*this);
+        if (refreshesCache()) options.refresh = options.ignoreCache;
         value_ = readValue(options);
         valueWasRead(options);
     }
@@ -70,12 +76,12 @@ void FloatBase::checkRange(double value) {
 }
 
 double FloatBase::minFloat() {
-    const double own = ownMin();
+    const double own = finite(ownMin());
     return imposed_ ? std::max(own, imposed_->min) : own;
 }
 
 double FloatBase::maxFloat() {
-    const double own = ownMax();
+    const double own = finite(ownMax());
     return imposed_ ? std::min(own, imposed_->max) : own;
 }
 

@@ -60,6 +60,8 @@ class FloatBase : public Node, public IFloat {
     virtual double ownMax() = 0;
     // Whether a verified read must verify the nodes below, too.
     virtual bool restsOnNodes() const { return true; }
+    // Whether a read past the cache leaves what it found in it, instead of nothing.
+    virtual bool refreshesCache() const { return false; }
 
   private:
     struct Limits {

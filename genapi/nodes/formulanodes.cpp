@@ -17,8 +17,6 @@ SwissKnifeNode<Number>::SwissKnifeNode(NodeMap& map, NodeId id)
 
 template <typename Number>
 Number SwissKnifeNode<Number>::readValue(ReadOptions options) {
-    // Fresh values of the variables stay cached.
-    options.refresh = options.ignoreCache;
     return evaluate<Number>(*this, data_.formula, options);
 }
 
@@ -39,7 +37,7 @@ Number SwissKnifeNode<Number>::ownMax() {
 
 template <typename Number>
 EAccessMode SwissKnifeNode<Number>::sourceAccessMode(bool) {
-    return Combine(RO, variablesAccessMode(*this, data_.formula));
+    return RO;
 }
 
 template <typename Number>
@@ -113,9 +111,7 @@ Number ConverterNode<Number>::ownMax() {
 
 template <typename Number>
 EAccessMode ConverterNode<Number>::sourceAccessMode(bool relaxed) {
-    Node& source = this->node(data_.value);
-    const EAccessMode mode = relaxed ? source.relaxedAccessMode() : source.accessMode();
-    return Combine(mode, variablesAccessMode(*this, data_.formulaFrom));
+    return this->node(data_.value).accessMode(relaxed);
 }
 
 template class SwissKnifeNode<std::int64_t>;

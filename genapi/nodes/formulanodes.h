@@ -37,6 +37,7 @@ class SwissKnifeNode final : public Family<Number> {
     Number ownMin() override;
     Number ownMax() override;
     EAccessMode sourceAccessMode(bool relaxed) override;
+    bool refreshesCache() const override { return true; }
 
   private:
     const SwissKnifeData& data_;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <type_traits>
 
 #include "genapi/description/formulas.h"
 #include "genapi/nodes/enumerationnode.h"
@@ -48,31 +49,35 @@ std::int64_t entryValue(Node& owner, const FormulaVariable& variable) {
     const auto* enumeration = dynamic_cast<EnumerationNode*>(&node);
     if (enumeration) enumeration->spendSearch();
     const EnumEntryNode* entry = enumeration ? enumeration->entryOf(symbolic) : nullptr;
+    const char* const name = owner.description().text(variable.name).data();
+    if (!enumeration)
+        throw NODE_ERROR(RuntimeException, owner)("Variable '%s' does not point to enumeration",
+                                                  name);
     if (!entry)
-        throw NODE_ERROR(RuntimeException, owner)("Invalid Extension Entry.%s", symbolic.data());
+        throw NODE_ERROR(RuntimeException, owner)("Variable '%s' does not point to EnumEntry '%s'",
+                                                  name, symbolic.data());
     return entry->data().value;
 }
 
-// A formula does not compute with a value that is none of the enumeration's entries.
-void requireEntry(Node& owner, Node& node) {
-    const std::int64_t value = node.getInt({});
-    const auto& enumeration = static_cast<EnumerationNode&>(node);
-    enumeration.spendSearch();
-    if (!enumeration.entryOf(value))
-        throw NODE_ERROR(LogicalErrorException, owner)(
-            "%s : Value %lld of '%s' is none of its entries", owner.name().data(),
-            static_cast<long long>(value), node.name().data());
+// The integer or the numeric value of the current entry, without which there is no value.
+template <typename Number>
+Number entryNumber(Node& owner, EnumerationNode& node, ReadOptions options) {
+    const std::int64_t value = node.getInt(options);
+    node.spendSearch();
+    const EnumEntryNode* const entry = node.entryOf(value);
+    if (!entry) throw NODE_ERROR(LogicalErrorException, owner)("NULL pointer dereferenced");
+    return std::is_integral_v<Number> ? static_cast<Number>(value)
+                                      : static_cast<Number>(entry->data().numeric);
 }
 
 template <typename Number>
 Number operand(Node& owner, const FormulaVariable& variable, ReadOptions options) {
     Node& node = owner.node(variable.node);
     switch (variable.form) {
-        case VariableForm::Value: {
-            const Number value = Operand<Number>::value(node, options);
-            if (node.record().kind == NodeKind::Enumeration) requireEntry(owner, node);
-            return value;
-        }
+        case VariableForm::Value:
+            if (node.record().kind == NodeKind::Enumeration)
+                return entryNumber<Number>(owner, static_cast<EnumerationNode&>(node), options);
+            return Operand<Number>::value(node, options);
         case VariableForm::Min:
             return Operand<Number>::min(node);
         case VariableForm::Max:
@@ -96,13 +101,16 @@ Number operand(Node& owner, const FormulaVariable& variable, ReadOptions options
 
 const CompiledFormula& compiledOrThrow(Node& owner, std::uint32_t formula) {
     const CompiledFormula& compiled = compiledFormula(owner.description(), formula);
-    if (!compiled.error.empty()) {
-        const FormulaData& data = owner.description().tables().formulas[formula];
-        throw NODE_ERROR(LogicalErrorException, owner)(
-            "%s : Failed to parse formula '%s' : error message is '%s'", owner.name().data(),
-            owner.description().text(data.text).data(), compiled.error.c_str());
-    }
-    return compiled;
+    if (compiled.error.empty()) return compiled;
+    const Description& description = owner.description();
+    const FormulaData& data = description.tables().formulas[formula];
+    const bool itself = compiled.faulty == data.node;
+    throw NODE_ERROR(LogicalErrorException, owner)(
+        "%s : Failed to parse formula '%s' : error message is '%s'",
+        description.name(itself ? owner.id() : compiled.faulty).data(),
+        (itself ? description.text(data.text) : description.text(compiled.faulty, Element::Formula))
+            .data(),
+        compiled.error.c_str());
 }
 
 }  // namespace
@@ -136,17 +144,6 @@ Number evaluate(Node& owner, std::uint32_t formula, ReadOptions options, Number 
 
 template std::int64_t evaluate(Node&, std::uint32_t, ReadOptions, std::int64_t);
 template double evaluate(Node&, std::uint32_t, ReadOptions, double);
-
-EAccessMode variablesAccessMode(Node& owner, std::uint32_t formula) {
-    const NodeTables& tables = owner.description().tables();
-    EAccessMode mode = RW;
-    for (const FormulaVariable& variable :
-         NodeTables::slice(tables.variables, tables.formulas[formula].variables)) {
-        const EAccessMode found = owner.node(variable.node).accessMode();
-        if (!IsAvailable(found)) mode = Combine(mode, found);
-    }
-    return mode;
-}
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

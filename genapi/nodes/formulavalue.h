@@ -11,8 +11,5 @@ namespace Engine {
 template <typename Number>
 Number evaluate(Node& owner, std::uint32_t formula, ReadOptions options, Number input = {});
 
-// The mode that the variables of a formula allow: that of a value that can be read, or NI or NA.
-EAccessMode variablesAccessMode(Node& owner, std::uint32_t formula);
-
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

@@ -22,6 +22,7 @@ std::int64_t IntegerBase::getInt(ReadOptions options) {
 std::int64_t IntegerBase::readableInt(ReadOptions options) {
     if (!isValueKnown(options, restsOnNodes())) {
         const Nesting nesting(*this);
+        if (refreshesCache()) options.refresh = options.ignoreCache;
         value_ = readValue(options);
         valueWasRead(options);
     }
@@ -56,8 +57,9 @@ void IntegerBase::checkRange(std::int64_t value) {
         throw NODE_ERROR(OutOfRangeException, *this)(
             "Value = %" PRId64 " must be equal or smaller than Max = %" PRId64 ".", value, max);
     const std::int64_t inc = incInt();
-    if (inc == 0) throw NODE_ERROR(LogicalErrorException, *this)("Increment must not equal 0!");
-    if (inc <= 1) return;
+    if (inc <= 0)
+        throw NODE_ERROR(LogicalErrorException, *this)("Increment must be larger than 0.");
+    if (inc == 1) return;
     const std::uint64_t distance =
         static_cast<std::uint64_t>(value) - static_cast<std::uint64_t>(min);
     if (distance % static_cast<std::uint64_t>(inc) != 0)

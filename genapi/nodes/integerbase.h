@@ -59,6 +59,8 @@ class IntegerBase : public Node, public IInteger {
     virtual Slice<std::int64_t> validValues() { return {}; }
     // Whether a verified read must verify the nodes below, too.
     virtual bool restsOnNodes() const { return true; }
+    // Whether a read past the cache leaves what it found in it, instead of nothing.
+    virtual bool refreshesCache() const { return false; }
 
   private:
     struct Limits {

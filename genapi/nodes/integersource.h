@@ -26,8 +26,7 @@ class IntegerSource {
         }
     }
     EAccessMode accessMode(bool relaxed) const {
-        if (!isNode()) return RW;
-        return relaxed ? node()->relaxedAccessMode() : node()->accessMode();
+        return isNode() ? node()->accessMode(relaxed) : RW;
     }
 
   private:

@@ -346,10 +346,13 @@ bool Node::isValueKnown(ReadOptions options, bool restsOnNodes) const {
 }
 
 void Node::valueWasRead(ReadOptions options) {
-    if (options.leavesNothing() || cachingMode() == NoCache)
-        valueIsUnknown();
-    else
+    if (!options.leavesNothing() && cachingMode() != NoCache) {
         map_.flagsOf(id_) |= NodeMap::kValueCached;
+    } else {
+        valueIsUnknown();
+        if (options.leavesNothing() || GetPrincipalInterfaceType() != intfIFloat)
+            map_.retryAccess(id_);
+    }
     std::uint8_t& flags = map_.flagsOf(id_);
     flags &= static_cast<std::uint8_t>(~(NodeMap::kFresh | NodeMap::kVerified));
     flags |= NodeMap::kSeen;
@@ -382,8 +385,8 @@ void Node::valueIsUnknown() {
 bool Node::isPollingBlocked() {
     const NodeId blocker = record().blockPolling;
     if (blocker == kNoNode) return false;
-    EAccessMode mode = NI;
-    return condition(blocker, mode);
+    Node& source = node(blocker);
+    return IsReadable(source.accessMode()) && isTrue(source);
 }
 
 Presentation effectivePresentation(Node& start) {

@@ -95,8 +95,8 @@ class Node : public INode, public ISelector, public IUserData {
     std::string_view name() const;
 
     EAccessMode accessMode();
-    // What an unverified write goes by: locks and pIsAvailable do not count.
-    EAccessMode relaxedAccessMode();
+    // Relaxed is what an unverified write goes by: locks and pIsAvailable do not count.
+    EAccessMode accessMode(bool relaxed);
 
     // AccessException when the node is not implemented or not available: it has no limits then.
     void requireAvailable();
@@ -134,10 +134,10 @@ class Node : public INode, public ISelector, public IUserData {
     std::vector<std::shared_ptr<Callback>>* callbacks() const { return callbacks_.get(); }
 
   protected:
-    // Whether pIsAvailable and pIsLocked count.
-    virtual bool isConditional() const { return true; }
-    // The mode that the value source and the nodes the value rests on allow.
+    // The mode that the value source allows: a constant, a node, a register.
     virtual EAccessMode sourceAccessMode(bool relaxed);
+    // What the parts of the node allow: the entries of an enumeration, the device behind a port.
+    virtual EAccessMode partsAccessMode();
     // The mode that the description gives to the node itself, whatever the device says.
     virtual EAccessMode declaredAccessMode() const;
 
@@ -174,9 +174,14 @@ class Node : public INode, public ISelector, public IUserData {
 
   private:
     GENICAM_NAMESPACE::AccessException notReadable(const Call& call) const;
+    EAccessMode unrestrictedMode() const;
     EAccessMode computeAccessMode(bool relaxed);
-    EAccessMode conditionalAccessMode(bool relaxed);
-    bool condition(NodeId id, EAccessMode& mode);
+    EAccessMode readNodesAccessMode();
+    EAccessMode conditionalAccessMode(EAccessMode mode, bool relaxed);
+    EAccessMode lockableAccessMode(EAccessMode mode);
+    // RW where the condition holds.
+    EAccessMode requiredAccessMode(NodeId condition, EAccessMode otherwise);
+    bool isTrue(Node& condition);
     void fillFeatures(const std::vector<NodeId>& ids, FeatureList_t& features) const;
     void fillNodes(const std::vector<NodeId>& ids, NodeList_t& nodes) const;
     GENICAM_NAMESPACE::gcstring textOf(Element element) const;
@@ -189,6 +194,10 @@ class Node : public INode, public ISelector, public IUserData {
 
     static constexpr std::uint8_t kNoImposedVisibility = 0xFF;
 };
+
+// How a node restricts one that reads it: NI, NA, or RW where it does not. Where its value counts,
+// a node that cannot be read is not available.
+EAccessMode restriction(EAccessMode found, bool valueCounts);
 
 // ERepresentation and the like of a node, through the nodes below it where it says nothing itself.
 Presentation effectivePresentation(Node& node);

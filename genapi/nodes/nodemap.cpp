@@ -97,6 +97,12 @@ void NodeMap::InvalidateNodes() const {
     notification.fire(cbPostOutsideLock);
 }
 
+void NodeMap::retryAccess(NodeId id) {
+    if (access_[id].load(std::memory_order_relaxed) != kFailedAccess) return;
+    access_[id].store(kPassingFailure, std::memory_order_relaxed);
+    passes(id);
+}
+
 void NodeMap::keep(NodeId id) {
     flags_[id] |= kKeep;
     written_.push_back(id);
@@ -116,7 +122,7 @@ void NodeMap::forgetPassing() {
     for (const NodeId id : passing_) {
         flags_[id] &= static_cast<std::uint8_t>(~(kSeen | kFresh | kVerified));
         const std::uint8_t mode = access_[id].load(std::memory_order_relaxed);
-        if (mode < kComputingAccess && (mode & kPassingAccess))
+        if (mode == kPassingFailure || (mode < kFirstUnknownAccess && (mode & kPassingAccess)))
             access_[id].store(kUnknownAccess, std::memory_order_release);
     }
     passing_.clear();
@@ -211,7 +217,8 @@ bool NodeMap::ParseSwissKnifes(GENICAM_NAMESPACE::gcstring_vector* errors) const
         if (kind == NodeKind::Converter || kind == NodeKind::IntConverter)
             continue;  // the nodes that stand for its halves have the same formulas
         const CompiledFormula& compiled = compiledFormula(*description_, i);
-        if (compiled.error.empty()) continue;
+        // The node of an expression tells of its own faults.
+        if (compiled.error.empty() || compiled.faulty != data.node) continue;
         good = false;
         if (!errors) continue;
         const std::string name(description_->name(data.node));

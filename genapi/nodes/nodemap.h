@@ -79,12 +79,19 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     // The innermost call from outside.
     const Call& call() const { return call_; }
 
-    // Cached access modes; kUnknownAccess where there is none. Read without the lock, too. A mode
-    // with kPassingAccess is forgotten when the operation in progress ends.
+    // Cached access modes, or why there is none: it is not known, being computed, or could not be
+    // computed. The latter stays so until the node is invalidated, or read past its cache: then it
+    // is forgotten when the operation in progress ends, as is a mode with kPassingAccess. Read
+    // without the lock, too.
     static constexpr std::uint8_t kUnknownAccess = 0xFF;
     static constexpr std::uint8_t kComputingAccess = 0xFE;
+    static constexpr std::uint8_t kFailedAccess = 0xFD;
+    static constexpr std::uint8_t kPassingFailure = 0xFC;
+    static constexpr std::uint8_t kFirstUnknownAccess = kPassingFailure;
     static constexpr std::uint8_t kPassingAccess = 0x10;
     std::atomic<std::uint8_t>& accessOf(NodeId id) const { return access_[id]; }
+    // The node was read past its cache.
+    void retryAccess(NodeId id);
 
     // Whether the access mode being computed rests on a value that may not be cached.
     bool& accessIsVolatile() { return accessIsVolatile_; }

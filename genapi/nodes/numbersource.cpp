@@ -128,12 +128,18 @@ T NumberSource<T>::inc() {
 
 template <typename T>
 EAccessMode NumberSource<T>::accessMode(bool relaxed) {
-    EAccessMode mode = RW;
-    if (data_.index != kNoNode && !IsReadable(owner_.node(data_.index).accessMode())) return NA;
-    if (Node* node = pickedNode()) mode = relaxed ? node->relaxedAccessMode() : node->accessMode();
-    for (const Setting<T>* setting : {&data_.min, &data_.max})
-        if (!relaxed && setting->isNode() && !IsAvailable(owner_.node(setting->node).accessMode()))
-            mode = Combine(mode, NA);
+    if (data_.index != kNoNode) {
+        const EAccessMode index = restriction(owner_.node(data_.index).accessMode(), true);
+        if (!IsAvailable(index)) return index;
+    }
+    Node* const picked = pickedNode();
+    EAccessMode mode = picked ? picked->accessMode(relaxed) : RW;
+    for (const NodeId copy : copies()) {
+        // A value that cannot be written to all of its places is only read.
+        const EAccessMode found = owner_.node(copy).accessMode(relaxed);
+        if (!IsAvailable(found) || !IsWritable(found))
+            mode = Combine(mode, IsAvailable(found) ? RO : found);
+    }
     return mode;
 }
 

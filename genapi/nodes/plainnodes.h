@@ -33,7 +33,6 @@ class CategoryNode final : public Node, public ICategory {
     void GetFeatures(FeatureList_t& features) const override;
 
   protected:
-    bool isConditional() const override { return false; }
     EAccessMode sourceAccessMode(bool relaxed) override;
 
   private:

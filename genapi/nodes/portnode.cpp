@@ -1,9 +1,5 @@
 #include "genapi/nodes/portnode.h"
 
-#include <cstdio>
-
-#include <GenApi/IValue.h>
-
 #include "genapi/description/links.h"
 
 namespace GENAPI_NAMESPACE {
@@ -14,8 +10,17 @@ using GENICAM_NAMESPACE::gcstring;
 PortNode::PortNode(NodeMap& map, NodeId id)
     : Node(map, id), data_(description().tables().ports[record().data]) {}
 
-EAccessMode PortNode::sourceAccessMode(bool) {
-    return port_ ? port_->GetAccessMode() : NI;
+bool PortNode::isChunkPort() const {
+    return data_.chunkIdNode != kNoNode || !description().text(data_.chunkId).empty();
+}
+
+EAccessMode PortNode::partsAccessMode() {
+    if (port_) return port_->GetAccessMode();
+    // A chunk port is there once its chunk has come.
+    if (data_.chunkIdNode == kNoNode) return isChunkPort() ? NA : NI;
+    Node& source = node(data_.chunkIdNode);
+    const EAccessMode mode = restriction(source.accessMode(), true);
+    return IsAvailable(mode) && chunkId().empty() ? NI : Combine(mode, NA);
 }
 
 void PortNode::readDevice(void* buffer, std::int64_t address, std::int64_t length) {
@@ -58,18 +63,14 @@ EYesNo PortNode::GetSwapEndianess() {
 }
 
 gcstring PortNode::GetChunkID() const {
-    if (data_.chunkIdNode == kNoNode) return gcstring(description().text(data_.chunkId).data());
+    if (data_.chunkIdNode == kNoNode) return chunkId();
     const Entry entry(*this, "GetChunkID");
-    Node& source = node(data_.chunkIdNode);
-    // The id is hexadecimal digits, however its node shows numbers.
-    if (source.GetPrincipalInterfaceType() == intfIInteger) {
-        char digits[2 * sizeof(std::uint64_t) + 1];
-        std::snprintf(digits, sizeof digits, "%llx",
-                      static_cast<unsigned long long>(source.getInt({})));
-        return gcstring(digits);
-    }
-    auto* value = dynamic_cast<IValue*>(&source);
-    return value ? value->ToString() : gcstring();
+    return chunkId();
+}
+
+gcstring PortNode::chunkId() const {
+    if (data_.chunkIdNode == kNoNode) return toText(description().text(data_.chunkId));
+    return toText(node(data_.chunkIdNode).getText({}));
 }
 
 EYesNo PortNode::CacheChunkData() const {

@@ -32,14 +32,19 @@ class PortNode final : public Node, public IPortConstruct, public IChunkPort, pu
     void StartRecording(IPortWriteList* list) override;
     void StopRecording() override;
 
+    // Whether it is a port of chunk data, whose addresses may count from the end.
+    bool isChunkPort() const;
     // Inside: the lock is held. AccessException while nothing is connected.
     void readDevice(void* buffer, std::int64_t address, std::int64_t length);
     void writeDevice(const void* buffer, std::int64_t address, std::int64_t length);
 
   protected:
-    EAccessMode sourceAccessMode(bool relaxed) override;
+    EAccessMode partsAccessMode() override;
 
   private:
+    // Fixed, or the value of another node.
+    GENICAM_NAMESPACE::gcstring chunkId() const;
+
     const PortData& data_;
     IPort* port_ = nullptr;  // the application's, until it connects another one
     IPortWriteList* recording_ = nullptr;

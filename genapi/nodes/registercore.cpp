@@ -1,5 +1,7 @@
 #include "genapi/nodes/registercore.h"
 
+#include <cinttypes>
+
 #include "genapi/nodes/portnode.h"
 #include "genapi/ports/byterange.h"
 
@@ -9,26 +11,40 @@ namespace Engine {
 namespace {
 // No camera has a register of this size; a description that claims one must not exhaust memory.
 constexpr std::int64_t kMaxRegisterLength = std::int64_t{1} << 28;
+
+// 0 for a register that holds no number.
+std::int64_t minNumberLength(NodeKind kind) {
+    switch (kind) {
+        case NodeKind::IntReg:
+        case NodeKind::MaskedIntReg:
+        case NodeKind::StructEntry:
+            return 1;
+        case NodeKind::FloatReg:
+            return 4;
+        default:
+            return 0;
+    }
+}
 }  // namespace
 
-PortNode* RegisterCore::port() {
+PortNode* RegisterCore::port() const {
     if (data_.port == kNoNode) return nullptr;
     Node& node = owner_.node(data_.port);
     return node.record().kind == NodeKind::Port ? static_cast<PortNode*>(&node) : nullptr;
 }
 
-EAccessMode RegisterCore::accessMode() {
-    PortNode* device = port();
-    if (!device) return NI;
-    EAccessMode mode = Combine(static_cast<EAccessMode>(data_.accessMode), device->accessMode());
-    const auto parts = NodeTables::slice(owner_.description().tables().addressParts, data_.address);
-    for (const AddressPart& part : parts)
-        for (const Setting<std::int64_t>* setting : {&part.base, &part.step})
-            if (setting->isNode()) {
-                const EAccessMode found = owner_.node(setting->node).accessMode();
-                if (!IsReadable(found)) mode = Combine(mode, found == NI ? NI : NA);
-            }
-    return mode;
+PortNode& RegisterCore::portFor(const char* operation) const {
+    PortNode* const device = port();
+    if (!device)
+        throw NODE_ERROR(AccessException, owner_)("CRegisterImpl::%s : port not set", operation);
+    return *device;
+}
+
+// Over a node that is no port a register shows its own mode, though no operation on it succeeds.
+EAccessMode RegisterCore::accessMode() const {
+    const auto own = static_cast<EAccessMode>(data_.accessMode);
+    PortNode* const device = port();
+    return device ? Combine(own, device->accessMode()) : own;
 }
 
 std::int64_t RegisterCore::step(const AddressPart& part) {
@@ -38,8 +54,17 @@ std::int64_t RegisterCore::step(const AddressPart& part) {
 }
 
 std::int64_t RegisterCore::length() {
-    return data_.length.isNode() ? owner_.node(data_.length.node).getInt({})
-                                 : data_.length.constant;
+    const std::int64_t length =
+        data_.length.isNode() ? owner_.node(data_.length.node).getInt({}) : data_.length.constant;
+    const std::int64_t min = minNumberLength(owner_.record().kind);
+    constexpr std::int64_t kMax = kMaxNumberLength;
+    if (min > 0 && length < min)
+        throw NODE_ERROR(OutOfRangeException, owner_)(
+            "Value = %" PRId64 " must be equal or greater than Min = %" PRId64, length, min);
+    if (min > 0 && length > kMax)
+        throw NODE_ERROR(OutOfRangeException, owner_)(
+            "Value = %" PRId64 " must be equal or smaller than Max = %" PRId64, length, kMax);
+    return length;
 }
 
 std::int64_t RegisterCore::address() {
@@ -61,14 +86,22 @@ void RegisterCore::verifyAddress() {
             if (setting->isNode()) owner_.node(setting->node).getInt({true, false});
 }
 
-// A negative address counts from the end of what the port holds: chunks have their trailers there.
+// In chunk data a negative address counts from the end: there are the trailers.
 std::int64_t RegisterCore::fromEnd(std::int64_t address) {
+    PortNode* const device = port();
+    if (address >= 0 || !device || !device->isChunkPort()) return address;
     std::uint8_t bytes[kPortSizeLength];
-    port()->readDevice(bytes, kPortSizeAddress, kPortSizeLength);
+    device->readDevice(bytes, kPortSizeAddress, kPortSizeLength);
     std::uint64_t size = 0;
     for (std::size_t i = sizeof bytes; i-- > 0;)
         size = size << 8 | bytes[i];
     return static_cast<std::int64_t>(size + static_cast<std::uint64_t>(address));
+}
+
+std::int64_t RegisterCore::resolvedAddress() {
+    const std::int64_t found = address();
+    PortNode* const device = port();
+    return device && IsReadable(device->accessMode()) ? fromEnd(found) : found;
 }
 
 bool RegisterCore::mayKeepAddress() const {
@@ -86,8 +119,7 @@ void RegisterCore::locate() {
     std::uint8_t& flags = owner_.map().flagsOf(owner_.id());
     if (flags & NodeMap::kAddressKnown) return;
     length_ = length();
-    address_ = address();
-    if (address_ < 0) address_ = fromEnd(address_);
+    address_ = fromEnd(address());
     slot_ = owner_.map().registers().slotOf(data_.port, address_, length_);
     if (mayKeepAddress()) flags |= NodeMap::kAddressKnown;
 }
@@ -111,7 +143,7 @@ void RegisterCore::read(std::uint8_t* bytes, std::size_t count, ReadOptions opti
         }
     }
     const RegisterCache::Slot slot = slot_;
-    port()->readDevice(bytes, address_, static_cast<std::int64_t>(count));
+    portFor("InternalGet").readDevice(bytes, address_, static_cast<std::int64_t>(count));
     if (options.leavesNothing() || !cachable)
         cache.drop(slot);
     else if (static_cast<std::int64_t>(count) == length_)
@@ -129,7 +161,7 @@ void RegisterCore::write(const std::uint8_t* bytes, std::size_t count) {
     RegisterCache& cache = owner_.map().registers();
     const RegisterCache::Slot slot = slot_;
     owner_.map().beginWrite(owner_.id());
-    port()->writeDevice(bytes, address_, static_cast<std::int64_t>(count));
+    portFor("InternalSet").writeDevice(bytes, address_, static_cast<std::int64_t>(count));
     if (owner_.record().caching == WriteThrough) {
         cache.store(slot, bytes, count);
         owner_.map().keep(owner_.id());

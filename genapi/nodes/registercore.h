@@ -11,15 +11,21 @@ namespace Engine {
 
 class PortNode;
 
+// The longest register that holds a number.
+constexpr std::size_t kMaxNumberLength = 8;
+
 class RegisterCore {
   public:
     RegisterCore(Node& owner, const RegisterData& data) : owner_(owner), data_(data) {}
 
     const RegisterData& data() const { return data_; }
 
-    // The sum of all address parts, and the length.
+    // The sum of all address parts, and the length. OutOfRangeException for a number of a length
+    // that numbers do not have.
     std::int64_t address();
     std::int64_t length();
+    // The same, where a negative address is found as long as the port can be read.
+    std::int64_t resolvedAddress();
     // RuntimeException for a length that no register has.
     std::size_t byteCount();
 
@@ -34,13 +40,16 @@ class RegisterCore {
 
     // The register was touched by a change elsewhere.
     void dropCaches();
-    EAccessMode accessMode();
+    EAccessMode accessMode() const;
 
   private:
     void locate();
     std::int64_t fromEnd(std::int64_t address);
     bool mayKeepAddress() const;
-    PortNode* port();
+    // The port, or null where pPort names another kind of node.
+    PortNode* port() const;
+    // AccessException where there is no port.
+    PortNode& portFor(const char* operation) const;
     std::int64_t step(const AddressPart& part);
 
     Node& owner_;

@@ -13,8 +13,6 @@ using GENICAM_NAMESPACE::gcstring;
 
 namespace {
 
-constexpr std::size_t kMaxNumberLength = 8;
-
 void reverseIf(bool bigEndian, std::uint8_t* bytes, std::size_t count) {
     // Little endian is how BitField and the numbers below put bytes together.
     if (bigEndian) std::reverse(bytes, bytes + count);
@@ -23,10 +21,7 @@ void reverseIf(bool bigEndian, std::uint8_t* bytes, std::size_t count) {
 }  // namespace
 
 BitField IntRegNode::field() {
-    const std::int64_t length = register_.length();
-    if (length < 1 || length > static_cast<std::int64_t>(kMaxNumberLength))
-        throw NODE_ERROR(RuntimeException, *this)("Length of an integer register must be 1 to 8");
-    return {register_.data(), static_cast<std::size_t>(length)};
+    return {register_.data(), static_cast<std::size_t>(register_.length())};
 }
 
 std::int64_t IntRegNode::readValue(ReadOptions options) {

@@ -22,18 +22,25 @@ inline std::int64_t roundToInt(double value) {
     return static_cast<std::int64_t>(std::round(value));
 }
 
-// The value of the grid min, min + inc, ... that is nearest; of two equally near the lower one.
+// The value of the grid ..., min - inc, min, min + inc, ... that is nearest; of two equally near
+// the lower one.
 inline std::int64_t roundToGrid(std::int64_t value, std::int64_t min, std::int64_t inc) {
-    if (inc <= 1 || value <= min) return value;
-    // The distance may exceed int64, not uint64.
-    const std::uint64_t step = static_cast<std::uint64_t>(inc);
-    const std::uint64_t distance =
-        static_cast<std::uint64_t>(value) - static_cast<std::uint64_t>(min);
-    const std::uint64_t rest = distance % step;
-    std::uint64_t rounded = distance - rest;
-    if (rest > step - rest && rounded <= std::numeric_limits<std::uint64_t>::max() - step)
-        rounded += step;
-    return static_cast<std::int64_t>(static_cast<std::uint64_t>(min) + rounded);
+    if (inc <= 1) return value;
+    // Distances may exceed int64, not uint64.
+    const auto unsignedOf = [](std::int64_t number) { return static_cast<std::uint64_t>(number); };
+    const std::uint64_t step = unsignedOf(inc);
+    std::uint64_t above;  // how far value lies above the grid
+    if (value >= min) {
+        above = (unsignedOf(value) - unsignedOf(min)) % step;
+    } else {
+        const std::uint64_t below = (unsignedOf(min) - unsignedOf(value)) % step;
+        above = below == 0 ? 0 : step - below;
+    }
+    const std::uint64_t below = step - above;
+    const bool fitsAbove = below <= unsignedOf(kInt64Max) - unsignedOf(value);
+    const bool fitsBelow = above <= unsignedOf(value) - unsignedOf(kInt64Min);
+    const bool up = fitsAbove && (above > below || !fitsBelow);
+    return static_cast<std::int64_t>(unsignedOf(value) + (up ? below : 0 - above));
 }
 
 }  // namespace Engine

@@ -25,6 +25,7 @@ std::string StringBase::getText(ReadOptions options) {
 std::string StringBase::readableText(ReadOptions options) {
     const Nesting nesting(*this);
     std::string value = readValue(options);
+    if (options.ignoreCache || cachingMode() == NoCache) map().retryAccess(id());
     if (options.verify) checkErrorNodes();
     return value;
 }
@@ -69,7 +70,7 @@ gcstring StringBase::GetValue(bool verify, bool ignoreCache) {
 int64_t StringBase::GetMaxLength(bool) {
     const Entry entry(*this, "GetMaxLength");
     // What cannot be written does not get longer than it is.
-    if (!IsWritable(accessMode())) return static_cast<std::int64_t>(getText({}).size());
+    if (!IsWritable(accessMode())) return static_cast<std::int64_t>(presentText().size());
     return maxLength();
 }
 
@@ -99,9 +100,7 @@ std::int64_t StringNode::maxLength() {
 }
 
 EAccessMode StringNode::sourceAccessMode(bool relaxed) {
-    if (!data_.value.isNode()) return RW;
-    Node& source = node(data_.value.node);
-    return relaxed ? source.relaxedAccessMode() : source.accessMode();
+    return data_.value.isNode() ? node(data_.value.node).accessMode(relaxed) : RW;
 }
 
 }  // namespace Engine

@@ -36,8 +36,8 @@ class StringBase : public Node, public IString {
     virtual std::string readValue(ReadOptions options) = 0;
     virtual void writeValue(const std::string& value, bool verify) = 0;
     virtual std::int64_t maxLength() = 0;
-
-  private:
+    // For its length, where that is all that fits.
+    virtual std::string presentText() { return getText({}); }
     std::string readableText(ReadOptions options);
 };
 
@@ -52,6 +52,8 @@ class StringNode final : public StringBase {
     std::string readValue(ReadOptions options) override;
     void writeValue(const std::string& value, bool verify) override;
     std::int64_t maxLength() override;
+    // Whether it can be read is up to the node below.
+    std::string presentText() override { return readableText({}); }
     EAccessMode sourceAccessMode(bool relaxed) override;
 
   private:

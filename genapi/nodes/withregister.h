@@ -40,7 +40,7 @@ class WithRegister : public Base, public IRegister {
     }
     int64_t GetAddress(bool = false) override {
         const Entry entry(*this, "GetAddress");
-        return register_.address();
+        return register_.resolvedAddress();
     }
 
     void dropCaches() override { register_.dropCaches(); }

@@ -79,7 +79,7 @@ TEST_F(ChunkAdapterTest, ShowsTheAttachedBuffer) {
     EXPECT_EQ(Mode("GainValue"), NA);
     EXPECT_THROW(adapter->UpdateBuffer(next.data()), GENICAM_NAMESPACE::LogicalErrorException);
     adapter.reset();
-    EXPECT_EQ(Mode("GainValue"), NI);
+    EXPECT_EQ(Mode("GainValue"), NA);
 }
 
 TEST_F(ChunkAdapterTest, ABufferWithoutTheChunkShowsNone) {
@@ -142,8 +142,8 @@ TEST_F(ChunkAdapterTest, CallbacksMayDetach) {
     Register(map._GetNode("Gain"), [&](INode*) { adapter.DetachNodeMap(); });
     Bytes buffer = GevBuffer();
     Attach(adapter, buffer);
-    EXPECT_EQ(Mode("Gain"), NI);
-    EXPECT_EQ(Mode("Kept"), NI);
+    EXPECT_EQ(Mode("Gain"), NA);
+    EXPECT_EQ(Mode("Kept"), NA);
 }
 
 TEST_F(ChunkAdapterTest, U3vIsLittleEndian) {

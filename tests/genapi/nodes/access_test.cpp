@@ -53,12 +53,14 @@ TEST(AccessMode, OfConditionsAndWhatIsImposed) {
         {whenAvailable("List"), "RO", RO},
         {whenAvailable("Write"), "RW", NA},
         {whenAvailable("Absent"), "RW", NA},
-        {whenAvailable("Missing"), "RW", NA},
+        {whenAvailable("Missing"), "RW", NI},
         {whenLocked("One"), "RW", RO},
         {whenLocked("Two"), "WO", NA},
         {whenLocked("List"), "RO", RO},
         {whenLocked("Zero"), "RW", RW},
         {whenLocked("Write"), "RW", NA},
+        {whenLocked("Write"), "RO", RO},
+        {whenLocked("Absent"), "RO", NA},
         {imposed("RO"), "RW", RO},
         {imposed("RO"), "WO", NA},
         {imposed("WO"), "RW", WO},
@@ -77,7 +79,7 @@ TEST(AccessMode, OfWhatAValueRestsOn) {
         std::string nodes;
         EAccessMode mode;
     } cases[] = {
-        {"R", named("IntReg", "R", registerAt(0, 4, "RW", "One") + kLittle), NI},
+        {"R", named("IntReg", "R", registerAt(0, 4, "RW", "One") + kLittle), RW},
         {"R",
          "<Port Name='Open'/>" + named("IntReg", "R", registerAt(0, 4, "RW", "Open") + kLittle),
          NI},

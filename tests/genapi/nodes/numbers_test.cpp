@@ -325,7 +325,8 @@ TEST(Formulas, ErrorsNameNodeAndFormula) {
         std::string error;
         size_t unparsed;
     } cases[] = {
-        {"SwissKnife", "1+", failed + "parse formula '1+'" + message + "'#Syntax error!'", 1},
+        {"SwissKnife", "1+*", failed + "parse formula '1+*'" + message + "'#Syntax error!'", 1},
+        {"SwissKnife", "1+", failed + "evaluate formula '1+'" + message + "'#Extra operation!'", 0},
         {"IntSwissKnife", "(1",
          failed + "parse formula '(1'" + message + "'#Brackets do not match!'", 1},
         {"IntSwissKnife", "1/0",
@@ -341,6 +342,16 @@ TEST(Formulas, ErrorsNameNodeAndFormula) {
     TestMap map(kOperands + knife("IntSwissKnife", variables("I", {"V.Foo"}), "V.Foo"));
     EXPECT_TRUE(map.nodeMap()->ParseSwissKnifes());
     EXPECT_EQ(errorOf([&] { map.get("K"); }), "RuntimeException: Invalid Extension Foo");
+
+    // A fault in an expression is told of the expression, once.
+    TestMap parts(kOperands + named("IntSwissKnife", "K",
+                                    "<Expression Name='X'>Y+1</Expression><Formula>X</Formula>"));
+    EXPECT_EQ(errorOf([&] { parts.get("K"); }),
+              "LogicalErrorException: _K_X : Failed to parse formula 'Y+1'" + message +
+                  "'# Y - Unknown function/variable!'");
+    gcstring_vector errors;
+    EXPECT_FALSE(parts.nodeMap()->ParseSwissKnifes(&errors));
+    ASSERT_EQ(errors.size(), 1u);
 }
 
 TEST(Formulas, FollowTheirVariables) {
