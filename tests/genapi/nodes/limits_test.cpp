@@ -84,7 +84,11 @@ const std::vector<Chain> kChains = {
     {"values", overNext("Integer")},
     {"floats", overNext("Float")},
     {"booleans", overNext("Boolean")},
-    {"enumerations", overNext("Enumeration", entry("Off", 0) + entry("On", 3))},
+    {"enumerations",
+     [](const std::string& name, const std::string& next) {
+         return named("Enumeration", name,
+                      entry("Off", 0) + entry("On", 3) + element("pValue", next));
+     }},
     {"texts", overNext("String"), named("StringReg", "End", registerAt(0, 4))},
     {"limits",
      [](const std::string& name, const std::string& next) {
@@ -92,7 +96,7 @@ const std::vector<Chain> kChains = {
      }},
     {"copies",
      [](const std::string& name, const std::string& next) {
-         return literal(name, "0", element("pValueCopy", next));
+         return over(name, "Of" + name, element("pValueCopy", next)) + literal("Of" + name, "0");
      }},
     {"indices",
      [](const std::string& name, const std::string& next) {
@@ -133,10 +137,6 @@ const std::vector<Chain> kChains = {
                       entry("On", 1, element("pIsAvailable", next)) + element("Value", 1));
      },
      literal("End", "1")},
-    {"selectors",
-     [](const std::string& name, const std::string& next) {
-         return over(name, next, element("pSelected", next));
-     }},
 };
 
 // Does to a feature whatever can be done to it, and tells what came of each step.
@@ -350,7 +350,7 @@ TEST(OneOperation, ReadsAgainWhatItWrote) {
                 uncachedReg("C", element("Address", 4)) +
                 formula("Limit", variable("A", "R"), "A+100") +
                 converter("IntConverter", "Copy", variable("A", "R"), "FROM+A", "TO-A", "C") +
-                over("W", "R", element("pMax", "Limit") + element("pValueCopy", "Copy")));
+                over("W", "R", element("pValueCopy", "Copy") + element("pMax", "Limit")));
     map.port.memory[0] = 1;
     map.integer("W").SetValue(5);
     EXPECT_THAT(map.port.takeTrace(), HasSubstr("W0=5 R0 W4=10"));
