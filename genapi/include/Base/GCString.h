@@ -4,8 +4,7 @@
 #ifndef GCBASE_GCSTRING_H
 #define GCBASE_GCSTRING_H
 
-#include <istream>
-#include <ostream>
+#include <iostream>  // which sources rely on
 
 #include <Base/GCTypes.h>
 

@@ -302,6 +302,6 @@ void World::FlushQueue(void* stream, int32_t operation) {
 
 }  // namespace Scripted
 
-extern "C" GC_API_EXPORT Scripted::Control* ScriptedProducer_GetControl() {
+extern "C" GC_IMPORT_EXPORT Scripted::Control* ScriptedProducer_GetControl() {
     return &Scripted::World::Get();
 }

@@ -1,0 +1,7 @@
+// For sources written for GenTL 1.4. Later versions only added to it; this declares all of them.
+#ifndef GENTL_GENTL_V1_4_H
+#define GENTL_GENTL_V1_4_H
+
+#include <GenTL/GenTL_v1_6.h>  // IWYU pragma: export
+
+#endif  // GENTL_GENTL_V1_4_H
