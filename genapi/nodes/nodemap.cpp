@@ -118,7 +118,7 @@ void NodeMap::forgetWritten() {
     invalidate(unionOf(std::move(sets)));
 }
 
-void NodeMap::forgetPassing() {
+void NodeMap::dropPassing() {
     for (const NodeId id : passing_) {
         flags_[id] &= static_cast<std::uint8_t>(~(kSeen | kFresh | kVerified));
         const std::uint8_t mode = access_[id].load(std::memory_order_relaxed);

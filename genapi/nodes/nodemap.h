@@ -147,7 +147,10 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     void createNodes();
     void initialisePolling();
     bool connect(IPort* port, const GENICAM_NAMESPACE::gcstring& portName);
-    void forgetPassing();
+    void forgetPassing() {
+        if (!passing_.empty()) dropPassing();
+    }
+    void dropPassing();
     [[noreturn]] void throwTooMuchWork(const Node& node) const;
 
     struct Polled {
