@@ -34,7 +34,10 @@ constexpr Group kGroups[] = {
     {"copies", Bench::MeasureCopies},     {"latency", Bench::MeasureLatency},
     {"events", Bench::MeasureEvents},     {"opening", Bench::MeasureOpening},
     {"features", Bench::MeasureFeatures}, {"devices", Bench::MeasureDevices},
-    {"buffers", Bench::MeasureBuffers},   {"hostile", Bench::MeasureHostile},
+    {"buffers", Bench::MeasureBuffers},
+#ifdef BENCH_HOSTILE
+    {"hostile", Bench::MeasureHostile},
+#endif
 };
 
 struct Options {
