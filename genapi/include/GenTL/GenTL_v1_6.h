@@ -7,6 +7,8 @@
 #ifndef GENTL_GENTL_V1_6_H
 #define GENTL_GENTL_V1_6_H
 
+// NOLINTBEGIN(modernize-*): C, too
+
 #include <stddef.h>
 #include <stdint.h>
 
@@ -607,5 +609,7 @@ GENTL_FUNCTIONS(GENTL_DECLARE)
 #endif
 
 #undef GENTL_ENUM_BASE
+
+// NOLINTEND(modernize-*)
 
 #endif  // GENTL_GENTL_V1_6_H
