@@ -11,8 +11,8 @@ namespace Engine {
 
 // Beyond what a camera has, tables of its values included; text and selectors come from outside.
 constexpr size_t kMaxEntries = size_t(1) << 19;
-// All values that one store reads: as much as is read from a text.
-constexpr size_t kMaxValues = size_t(1) << 25;
+// What one store reads, as lines: no more than a text of that length, a header included, holds.
+constexpr size_t kMaxLines = (size_t(1) << 25) - (size_t(1) << 16);
 
 // A view of the lists of a bag.
 class EntryList {

@@ -1,10 +1,10 @@
-#include <algorithm>
 #include <cstdio>
-#include <string>
 
 #include <GenApi/Persistence.h>
 #include <GenApi/Synch.h>
 
+#include "genapi/persistence/command.h"
+#include "genapi/persistence/entryline.h"
 #include "genapi/persistence/entrylist.h"
 #include "genapi/persistence/featureload.h"
 #include "genapi/persistence/featurestore.h"
@@ -19,11 +19,29 @@ CFeatureBag::CFeatureBag(const CFeatureBag& obj) = default;
 CFeatureBag& CFeatureBag::operator=(const CFeatureBag& rhs) = default;
 CFeatureBag::~CFeatureBag() = default;
 
+namespace {
+
+// Tells the camera that its settings are stored, and when that is over, in which way ever.
+class Storing {
+  public:
+    explicit Storing(const INodeMap& nodeMap) : nodeMap_(nodeMap) {
+        Engine::notifyCamera(nodeMap_, "DeviceFeaturePersistenceStart",
+                             Engine::kPersistencePatience);
+    }
+    ~Storing() {
+        Engine::notifyCamera(nodeMap_, "DeviceFeaturePersistenceEnd", Engine::kPersistencePatience);
+    }
+    Storing(const Storing&) = delete;
+    Storing& operator=(const Storing&) = delete;
+
+  private:
+    const INodeMap& nodeMap_;
+};
+
+}  // namespace
+
 void CFeatureBag::SetInfo(const gcstring& Info) {
-    std::string line(Info.c_str(), Info.length());
-    std::replace(line.begin(), line.end(), '\n', ' ');
-    std::replace(line.begin(), line.end(), '\r', ' ');
-    m_Info = gcstring(line.data(), line.size());
+    m_Info = Engine::inOneLine(Info);
 }
 
 void CFeatureBag::PersistFeature(IValue& item, CSelectorSet* selectorSet) {
@@ -40,6 +58,7 @@ int64_t CFeatureBag::StoreToBag(INodeMap* pNodeMap, const int MaxNumPersistSkrip
     if (pNodeMap == nullptr) throw INVALID_ARGUMENT_EXCEPTION("Nodemap pointer is NULL");
     const AutoLock lock(pNodeMap->GetLock());
     SetInfo(Engine::describeDevice(*pNodeMap));
+    const Storing storing(*pNodeMap);
     Engine::FeatureStore store(Engine::EntryList(m_Names, m_Values), MaxNumPersistSkriptEntries,
                                pFeatureFilter);
     store.store(*pNodeMap);
@@ -48,12 +67,19 @@ int64_t CFeatureBag::StoreToBag(INodeMap* pNodeMap, const int MaxNumPersistSkrip
 
 bool CFeatureBag::LoadFromBag(INodeMap* pNodeMap, bool Verify, gcstring_vector* pErrorList) {
     if (pNodeMap == nullptr) throw INVALID_ARGUMENT_EXCEPTION("Nodemap pointer is NULL");
-    if (pErrorList != nullptr) pErrorList->clear();
     const AutoLock lock(pNodeMap->GetLock());
-    Engine::FeatureLoad load(*pNodeMap, Engine::EntryList(m_Names, m_Values), pErrorList);
-    load.write();
-    if (Verify && load.isGood()) load.verify();
-    return load.isGood();
+    Engine::FeatureLoad load(*pNodeMap, Engine::EntryList(m_Names, m_Values), Verify);
+    const bool isGood = load.run();
+    if (pErrorList != nullptr) *pErrorList = load.errors();
+    return isGood;
+}
+
+bool CFeatureBag::IsLine(const gcstring& Name, const gcstring& Value) {
+    return Engine::isLine(Name, Value);
+}
+
+gcstring CFeatureBag::InOneLine(const gcstring& Text) {
+    return Engine::inOneLine(Text);
 }
 
 bool CFeatureBag::operator==(const CFeatureBag& FeatureBag) const {

@@ -31,11 +31,16 @@ bool isName(std::string_view text) {
     return !text.empty() && std::all_of(text.begin(), text.end(), isNameCharacter);
 }
 
+[[noreturn]] void throwIncomplete() {
+    throw RUNTIME_EXCEPTION("The stream holds incomplete key - value - set");
+}
+
 // Takes "{Selector=value<tab>...}<tab>" off the front of a value. Anything else is a part of the
-// value, which may be any text.
+// value, which may be any text without a brace at its beginning and a tab.
 std::vector<Entry> takeSelectors(std::string_view& value) {
+    if (value.empty() || value[0] != '{' || value.find('\t') == std::string_view::npos) return {};
     const size_t end = value.find("}\t");
-    if (value.empty() || value[0] != '{' || end == 1 || end == std::string_view::npos) return {};
+    if (end == std::string_view::npos) throwIncomplete();
     std::vector<Entry> selectors;
     for (std::string_view list = value.substr(1, end - 1); !list.empty();) {
         const std::string_view item = list.substr(0, list.find('\t'));
@@ -65,7 +70,8 @@ void checkMagic(std::string_view line) {
 
 }  // namespace
 
-CFeatureBag::CReader::CReader(CFeatureBag& bag) : m_Bag(bag), m_HasMagic(false), m_Finished(false) {
+CFeatureBag::CReader::CReader(CFeatureBag& bag)
+    : m_Bag(bag), m_HasMagic(false), m_HasReturns(false), m_Finished(false) {
     m_Bag.m_Names.clear();
     m_Bag.m_Values.clear();
 }
@@ -77,18 +83,19 @@ CFeatureBag::CReader::~CReader() {
 }
 
 void CFeatureBag::CReader::Line(const char* pText, size_t Length) {
-    const std::string_view line(pText, Length);
+    std::string_view line(pText, Length);
     if (!m_HasMagic) {
         checkMagic(line);
         m_HasMagic = true;
+        m_HasReturns = line.back() == '\r';
         return;
     }
+    if (m_HasReturns && !line.empty() && line.back() == '\r') line.remove_suffix(1);
     const size_t first = line.find_first_not_of(kBlanks);
     if (first == std::string_view::npos || line[first] == '#') return;
     const std::string_view entry = line.substr(first);
     const size_t tab = entry.find('\t');
-    if (tab == std::string_view::npos)
-        throw RUNTIME_EXCEPTION("The stream holds incomplete key - value - set");
+    if (tab == std::string_view::npos) throwIncomplete();
     std::string_view value = entry.substr(tab + 1);
     Engine::EntryList entries(m_Bag.m_Names, m_Bag.m_Values);
     for (const Entry& selector : takeSelectors(value))

@@ -1,68 +1,196 @@
 #include "genapi/persistence/featureload.h"
 
-#include <exception>
+#include <algorithm>
+#include <functional>
 
+#include <GenApi/ICommand.h>
 #include <GenApi/ISelector.h>
+
+#include "genapi/persistence/problem.h"
+#include "genapi/persistence/samevalue.h"
+#include "genapi/persistence/selectors.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 using GENICAM_NAMESPACE::gcstring;
+using GENICAM_NAMESPACE::gcstring_vector;
 
-void FeatureLoad::write() {
+namespace {
+
+constexpr const char* kWriting = "Error while writing node '";
+constexpr const char* kVerifying = "Error while verifying the value of node '";
+
+// Whether a selector that cannot be written is where it belongs all the same.
+bool stands(IValue* selector, const gcstring& value) {
+    bool isThere = false;
+    problemOf([&] { isThere = hasValue(*selector, value); });
+    return isThere;
+}
+
+// Each pass mends an entry, so that only entries that undo one another need more than these.
+constexpr int kMaxPasses = 100;
+
+bool isSelector(IValue* feature) {
+    const auto* const selector = dynamic_cast<ISelector*>(feature);
+    return selector != nullptr && selector->IsSelector();
+}
+
+size_t count(const std::vector<bool>& marks) {
+    return static_cast<size_t>(std::count(marks.begin(), marks.end(), true));
+}
+
+}  // namespace
+
+FeatureLoad::FeatureLoad(const INodeMap& nodeMap, EntryList entries, bool verify,
+                         std::chrono::milliseconds patience)
+    : nodeMap_(nodeMap), entries_(entries), verify_(verify), patience_(patience) {
+    items_.reserve(entries_.size());
     for (size_t i = 0; i < entries_.size(); ++i) {
-        IValue* const feature = find(i);
-        if (feature == nullptr) {
-            fail("Error while writing node: '" + entries_.name(i) + "' not found ");
-            continue;
-        }
-        attempt("Error while writing node '", i,
-                [&] { feature->FromString(entries_.value(i), false); });
+        auto* const feature = dynamic_cast<IValue*>(nodeMap_.GetNode(entries_.name(i)));
+        if (feature == nullptr)
+            failures_[i] = "Error while writing node: '" + entries_.name(i) + "' not found ";
+        items_.push_back({feature, isSelector(feature)});
     }
 }
 
-void FeatureLoad::verify() {
-    for (size_t i = 0; i < entries_.size(); ++i) {
-        IValue* const feature = find(i);
-        if (feature == nullptr) continue;
-        attempt("Error while verifying the value of node '", i, [&] { verify(*feature, i); });
+bool FeatureLoad::run() {
+    Marks marked(items_.size(), true);
+    for (Marks deviating;;) {
+        write(marked);
+        if (!verify_) break;
+        const Marks before = deviating;
+        deviating = compare();
+        if (count(deviating) == 0 || deviating == before || numPasses_ >= kMaxPasses) break;
+        marked = failed();
     }
+    return failures_.empty() && commandFailures_.empty();
 }
 
-// Selectors must be where they were when the entries behind them were made.
-void FeatureLoad::verify(IValue& feature, size_t entry) {
-    const auto* const selector = dynamic_cast<ISelector*>(&feature);
-    if (selector != nullptr && selector->IsSelector()) {
-        feature.FromString(entries_.value(entry), false);
-        return;
-    }
-    const gcstring value = feature.ToString(true);
-    if (value == entries_.value(entry)) return;
-    fail("Error while verifying node '" + entries_.name(entry) + "'. Expected '" +
-         entries_.value(entry) + "', but found '" + value + "'");
+gcstring_vector FeatureLoad::errors() const {
+    gcstring_vector messages = commandFailures_;
+    for (const auto& [entry, message] : failures_)
+        messages.push_back(message);
+    return messages;
 }
 
-IValue* FeatureLoad::find(size_t entry) const {
-    return dynamic_cast<IValue*>(nodeMap_.GetNode(entries_.name(entry)));
+void FeatureLoad::write(Marks marked) {
+    // a camera that fails to answer is not asked again
+    const bool isNotified = commandFailures_.empty();
+    if (isNotified) notify("DeviceRegistersStreamingStart");
+    size_t numBefore = 0;
+    size_t numFailed = count(marked);
+    do {
+        numBefore = numFailed;
+        writeOnce(marked);
+        marked = failed();
+        numFailed = count(marked);
+    } while (numFailed > 0 && numFailed < numBefore && numPasses_ < kMaxPasses);
+    if (isNotified) notify("DeviceRegistersStreamingEnd");
 }
 
-void FeatureLoad::fail(const gcstring& message) {
-    isGood_ = false;
-    if (errors_ != nullptr) errors_->push_back(message);
+void FeatureLoad::writeOnce(const Marks& marked) {
+    ++numPasses_;
+    walk(marked, kWriting, [&](size_t entry) {
+        IValue* const feature = items_[entry].feature;
+        feature->FromString(entries_.value(entry), verify_);
+        rewritten_.insert(feature);
+        return gcstring();
+    });
+}
+
+// Compares the entries that did not fail; gives those that do now.
+FeatureLoad::Marks FeatureLoad::compare() {
+    Marks written = failed();
+    written.flip();
+    walk(written, kVerifying, [&](size_t entry) {
+        IValue* const feature = items_[entry].feature;
+        const gcstring& value = entries_.value(entry);
+        // a command has no value
+        if (dynamic_cast<ICommand*>(feature) != nullptr || hasValue(*feature, value))
+            return gcstring();
+        return "Error while verifying node '" + entries_.name(entry) + "'. Expected '" + value +
+               "', but found '" + feature->ToString() + "'";
+    });
+    Marks deviating = failed();
+    std::transform(deviating.begin(), deviating.end(), written.begin(), deviating.begin(),
+                   std::logical_and<>());
+    return deviating;
+}
+
+FeatureLoad::Marks FeatureLoad::failed() const {
+    Marks marks(items_.size(), false);
+    for (const auto& [entry, message] : failures_)
+        marks[entry] = items_[entry].feature != nullptr;
+    return marks;
 }
 
 template <typename Operation>
-void FeatureLoad::attempt(const char* what, size_t entry, Operation operation) {
-    try {
-        operation();
-    } catch (const GENICAM_NAMESPACE::GenericException& error) {
-        fail(what + entries_.name(entry) + "': " + error.what());
-    } catch (const std::exception& error) {
-        fail(what + entries_.name(entry) + "': " + error.what());
-    } catch (...) {
-        // ports belong to the consumer, which may throw anything
-        fail(what + entries_.name(entry) + "': unknown exception");
+void FeatureLoad::walk(const Marks& marked, const char* what, Operation operation) {
+    pending_.clear();
+    misplaced_.clear();
+    rewritten_.clear();
+    for (size_t i = 0; i < items_.size(); ++i) {
+        const Item& item = items_[i];
+        if (item.feature == nullptr) continue;
+        if (item.isSelector) pending_[item.feature] = i;
+        // a feature that is told twice ends with the later value
+        if (!marked[i] && rewritten_.count(item.feature) == 0) continue;
+        putSelectors();
+        if (!item.isSelector) attempt(what, i, operation);
     }
+    putSelectors();
+}
+
+void FeatureLoad::putSelectors() {
+    std::vector<size_t> entries;
+    for (const auto& [selector, entry] : pending_)
+        entries.push_back(entry);
+    pending_.clear();
+    std::sort(entries.begin(), entries.end());
+    for (const size_t entry : entries) {
+        IValue* const selector = items_[entry].feature;
+        const bool isPut = attempt(kWriting, entry, [&](size_t i) {
+            selector->FromString(entries_.value(i), verify_);
+            return gcstring();
+        });
+        if (isPut || stands(selector, entries_.value(entry)))
+            misplaced_.erase(selector);
+        else
+            misplaced_.insert(selector);
+    }
+}
+
+// Notes the failure of an entry, or that there is none any more.
+template <typename Operation>
+bool FeatureLoad::attempt(const char* what, size_t entry, Operation operation) {
+    gcstring message;
+    gcstring problem = problemOf([&] {
+        // the value belongs to another setting of the selector than the present one
+        if (hasMisplacedSelector(items_[entry].feature))
+            throw RUNTIME_EXCEPTION("A selector of the feature does not have its value");
+        message = operation(entry);
+    });
+    if (!problem.empty()) message = what + entries_.name(entry) + "': " + problem;
+    if (message.empty()) {
+        failures_.erase(entry);
+        return true;
+    }
+    failures_[entry] = message;
+    return false;
+}
+
+bool FeatureLoad::hasMisplacedSelector(IValue* feature) {
+    if (misplaced_.empty()) return false;
+    auto known = selectors_.find(feature);
+    if (known == selectors_.end()) known = selectors_.emplace(feature, selectorsOf(feature)).first;
+    return std::any_of(known->second.begin(), known->second.end(),
+                       [&](IValue* selector) { return misplaced_.count(selector) > 0; });
+}
+
+void FeatureLoad::notify(const char* command) {
+    const gcstring problem = notifyCamera(nodeMap_, command, patience_);
+    if (!problem.empty()) commandFailures_.push_back(problem);
 }
 
 }  // namespace Engine

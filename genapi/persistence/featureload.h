@@ -1,38 +1,75 @@
 // Writes the entries of a bag to a camera.
 #pragma once
 
+#include <chrono>
+#include <map>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
 #include <Base/GCStringVector.h>
 #include <GenApi/INodeMap.h>
 #include <GenApi/IValue.h>
 
+#include "genapi/persistence/command.h"
 #include "genapi/persistence/entrylist.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 // One load: see CFeatureBag::LoadFromBag. Used with the lock of the map held.
+//
+// What a feature takes depends on others: Width on OffsetX, a gain on its automatic function. So
+// entries that fail are written again behind the others as long as that helps. When all are
+// compared in the end, those that a later entry has changed are written once more.
 class FeatureLoad {
   public:
-    // Messages go to the list unless it is null.
-    FeatureLoad(const INodeMap& nodeMap, EntryList entries,
-                GENICAM_NAMESPACE::gcstring_vector* errors)
-        : nodeMap_(nodeMap), entries_(entries), errors_(errors) {}
+    FeatureLoad(const INodeMap& nodeMap, EntryList entries, bool verify,
+                std::chrono::milliseconds patience = kPersistencePatience);
 
-    void write();
-    void verify();
-    bool isGood() const { return isGood_; }
+    // Whether nothing failed.
+    bool run();
+    // One message for each failure, in the order of the entries.
+    GENICAM_NAMESPACE::gcstring_vector errors() const;
 
   private:
-    IValue* find(size_t entry) const;
-    void verify(IValue& feature, size_t entry);
-    void fail(const GENICAM_NAMESPACE::gcstring& message);
+    struct Item {
+        IValue* feature;  // null if the camera has none of that name
+        bool isSelector;
+    };
+    // One for each entry.
+    using Marks = std::vector<bool>;
+
+    void write(Marks marked);
+    void writeOnce(const Marks& marked);
+    Marks compare();
+    Marks failed() const;
+
+    // Does the operation on the marked entries, with the selectors where the entries before them
+    // put them.
     template <typename Operation>
-    void attempt(const char* what, size_t entry, Operation operation);
+    void walk(const Marks& marked, const char* what, Operation operation);
+    void putSelectors();
+    template <typename Operation>
+    bool attempt(const char* what, size_t entry, Operation operation);
+    bool hasMisplacedSelector(IValue* feature);
+
+    void notify(const char* command);
 
     const INodeMap& nodeMap_;
-    const EntryList entries_;
-    GENICAM_NAMESPACE::gcstring_vector* const errors_;
-    bool isGood_ = true;
+    EntryList entries_;
+    const bool verify_;
+    const std::chrono::milliseconds patience_;
+    std::vector<Item> items_;
+    std::map<size_t, GENICAM_NAMESPACE::gcstring> failures_;  // by entry
+    GENICAM_NAMESPACE::gcstring_vector commandFailures_;
+    int numPasses_ = 0;
+    std::unordered_map<IValue*, FeatureList_t> selectors_;  // of the features met so far
+
+    // The present walk.
+    std::map<IValue*, size_t> pending_;      // selectors to put, with the last entry of each
+    std::unordered_set<IValue*> misplaced_;  // selectors that did not take their value
+    std::unordered_set<IValue*> rewritten_;  // what follows for the same feature comes after it
 };
 
 }  // namespace Engine

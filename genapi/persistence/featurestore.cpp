@@ -7,6 +7,7 @@
 #include <GenApi/ISelector.h>
 
 #include "genapi/persistence/access.h"
+#include "genapi/persistence/entryline.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -122,16 +123,23 @@ void FeatureStore::storeSelectors(CSelectorSet& selectors, size_t first) {
     FeatureList_t list;
     selectors.GetSelectorList(list);
     for (size_t i = first; i < list.size(); ++i) {
-        if (isReadableAndWritable(*list[i])) append(*list[i]);
+        if (!isReadableAndWritable(*list[i])) continue;
+        // without its line, what follows would be loaded under another value of the selector
+        const gcstring name = list[i]->GetNode()->GetName();
+        if (!isLine(name, list[i]->ToString()))
+            throw RUNTIME_EXCEPTION("The value of selector '%s' does not fit into a line",
+                                    inOneLine(name).c_str());
+        append(*list[i]);
     }
 }
 
 void FeatureStore::append(IValue& feature) {
     if (isFull()) return;
+    const gcstring name = feature.GetNode()->GetName();
     const gcstring value = feature.ToString();
-    valueLength_ += value.length();
-    if (valueLength_ > kMaxValues) throw RUNTIME_EXCEPTION("The values are too long for a bag");
-    entries_.append(feature.GetNode()->GetName(), value);
+    length_ += name.length() + value.length() + 2;
+    if (length_ > kMaxLines) throw RUNTIME_EXCEPTION("The values are too long for a bag");
+    entries_.append(name, value);
 }
 
 gcstring describeDevice(INodeMap& nodeMap) {

@@ -38,7 +38,7 @@ class FeatureStore {
     const bool hasFilter_;
     std::unordered_set<std::string> filter_;
     size_t numCombinations_ = 0;
-    size_t valueLength_ = 0;
+    size_t length_ = 0;
 };
 
 // What StoreToBag says of a camera.

@@ -1,16 +1,16 @@
 #include <algorithm>
 #include <chrono>
-#include <thread>
 
 #include <GenApi/Filestream.h>
 #include <GenApi/Synch.h>
+
+#include "genapi/persistence/command.h"
 
 namespace GENAPI_NAMESPACE {
 
 namespace {
 
 constexpr std::chrono::seconds kTimeout(60);
-constexpr std::chrono::milliseconds kPause(1);
 
 // Whatever length a description claims for the buffer.
 constexpr int64_t kMaxBufferLength = int64_t(1) << 20;
@@ -130,13 +130,8 @@ void FileProtocolAdapter::Select(const char* pFileName, const char* pOperation) 
 }
 
 bool FileProtocolAdapter::Execute() {
-    m_ptrFileOperationExecute->Execute();
-    const auto end = std::chrono::steady_clock::now() + kTimeout;
-    while (!m_ptrFileOperationExecute->IsDone()) {
-        if (std::chrono::steady_clock::now() > end)
-            throw TIMEOUT_EXCEPTION("The file operation of the camera does not end");
-        std::this_thread::sleep_for(kPause);
-    }
+    if (!Engine::executeAndWait(*m_ptrFileOperationExecute, kTimeout))
+        throw TIMEOUT_EXCEPTION("The file operation of the camera does not end");
     return m_ptrFileOperationStatus->ToString(false, true) == "Success";
 }
 

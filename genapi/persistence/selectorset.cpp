@@ -7,6 +7,7 @@
 #include <GenApi/SelectorState.h>
 
 #include "genapi/persistence/selectordigits.h"
+#include "genapi/persistence/selectors.h"
 
 namespace GENAPI_NAMESPACE {
 
@@ -15,7 +16,6 @@ namespace {
 // Cameras nest two or three.
 constexpr size_t kMaxSelectors = 64;
 
-// Finds the selectors of a feature, the outer ones before those that they select.
 class SelectorSearch {
   public:
     explicit SelectorSearch(IBase* feature) {
@@ -48,11 +48,14 @@ class SelectorSearch {
 
 }  // namespace
 
+FeatureList_t Engine::selectorsOf(IBase* feature) {
+    return SelectorSearch(feature).found();
+}
+
 using GENICAM_NAMESPACE::gcstring;
 
 CSelectorSet::CSelectorSet(IBase* pBase) : m_FirstChanged(0) {
-    const SelectorSearch search(pBase);
-    for (IValue* selector : search.found())
+    for (IValue* selector : Engine::selectorsOf(pBase))
         m_Digits.push_back(Engine::makeSelectorDigit(*selector));
     m_FirstChanged = m_Digits.size();
 }

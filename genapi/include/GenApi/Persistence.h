@@ -73,16 +73,31 @@ class GENAPI_DECL CFeatureBag : public IPersistScript {
     // the selectors with their former values behind it; a selector has no other entries, and needs
     // not be streamable. Selectors are written meanwhile and get their former values back, also on
     // an exception. InvalidArgumentException for null, RuntimeException if selectors have more
-    // combinations, or the values more characters, than a bag can hold; exceptions of the port
-    // pass, and what was collected stays. Thread-safe on the map, whose lock it holds.
+    // combinations, or the values more characters, than a bag can hold, or if the value of a
+    // selector has line breaks; exceptions of the port pass, and what was collected stays.
+    // Thread-safe on the map, whose lock it holds.
+    //
+    // The standard's commands DeviceFeaturePersistenceStart and End are executed around it, each
+    // where the camera has it, and waited for, at most ten seconds. Where one fails, the settings
+    // are stored all the same.
     int64_t StoreToBag(INodeMap* pNodeMap, const int MaxNumPersistSkriptEntries = -1,
                        GENICAM_NAMESPACE::gcstring_vector* pFeatureFilter = nullptr);
 
-    // Writes the values in order, whatever the limits of the features. With Verify, and if none
-    // failed, then goes through them once more, writes the selectors again and compares the values
-    // of all others with the entries. A failing entry does not keep those behind it from being
-    // loaded. True if none failed; one message for each failure in pErrorList, which is replaced.
-    // InvalidArgumentException for null. Thread-safe on the map, whose lock it holds.
+    // Writes the values in order. One that fails is written again behind the others as long as
+    // that lets more of them succeed: what a feature takes may depend on another. With Verify
+    // nothing is written that is out of range or locked, and in the end all features are compared
+    // with the entries, as values: "0x140" is 320, "1.50" is 1.5 to six digits. Those that a later
+    // entry has changed are written once more. Without Verify limits and locks do not count.
+    //
+    // A selector's value is set before what the text has behind it; where that fails, the features
+    // under it are not written either. Of entries for the same feature the last one counts, and the
+    // others fail. The standard's commands DeviceRegistersStreamingStart and End are executed
+    // around the writing like those of StoreToBag; one that fails is a failure of the load, and the
+    // values are written all the same.
+    //
+    // A failing entry does not keep the others from being loaded. True if none failed; one message
+    // for each failure in pErrorList, which is replaced. InvalidArgumentException for null.
+    // Thread-safe on the map, whose lock it holds.
     bool LoadFromBag(INodeMap* pNodeMap, bool Verify = true,
                      GENICAM_NAMESPACE::gcstring_vector* pErrorList = nullptr);
 
@@ -101,11 +116,15 @@ class GENAPI_DECL CFeatureBag : public IPersistScript {
     virtual void SetBagName(const GENICAM_NAMESPACE::gcstring& BagName);
 
 #ifndef GENAPI_DONT_USE_DEFAULT_PERSISTENCE_FILE_FORMAT
-    // Writes the text. A value with a newline cannot be read back from it.
+    // Writes the text. An entry that would not be read back as it is gets a comment in its place,
+    // "# Left out: NAME ...": one with a line feed, carriage return or null in it, since what
+    // follows them would be read as another entry, and a value that begins with a brace and has a
+    // tab, which looks like selectors. Tabs are read back otherwise.
     friend std::ostream& operator<<(std::ostream& os, const CFeatureBag& FeatureBag);
     // Replaces the entries by those of a text, up to the end of the stream. RuntimeException, and
     // an empty bag, if it is not such a text or larger than any camera's. Understands the notation
-    // of later versions too, where selectors stand in braces before the value.
+    // of later versions too, where selectors stand in braces before the value. In a text whose
+    // first line ends in a carriage return and a line feed, all lines do.
     friend std::istream& operator>>(std::istream& is, CFeatureBag& FeatureBag);
 #endif
 
@@ -129,8 +148,14 @@ class GENAPI_DECL CFeatureBag : public IPersistScript {
       private:
         CFeatureBag& m_Bag;
         bool m_HasMagic;
+        bool m_HasReturns;
         bool m_Finished;
     };
+
+    // Whether an entry can be read back from a line, and a text that fits into one.
+    static bool IsLine(const GENICAM_NAMESPACE::gcstring& Name,
+                       const GENICAM_NAMESPACE::gcstring& Value);
+    static GENICAM_NAMESPACE::gcstring InOneLine(const GENICAM_NAMESPACE::gcstring& Text);
 
     GENICAM_NAMESPACE::gcstring_vector m_Names;
     GENICAM_NAMESPACE::gcstring_vector m_Values;
@@ -146,8 +171,13 @@ inline std::ostream& operator<<(std::ostream& os, const CFeatureBag& FeatureBag)
        << GENAPI_VERSION_MINOR << '.' << GENAPI_VERSION_SUBMINOR << ")\n";
     using ::operator<<;  // that of gcstring, which the one of the bag would hide
     os << "# " << FeatureBag.m_Info << '\n';
-    for (size_t i = 0; i < FeatureBag.m_Names.size(); ++i)
-        os << FeatureBag.m_Names[i] << '\t' << FeatureBag.m_Values[i] << '\n';
+    for (size_t i = 0; i < FeatureBag.m_Names.size(); ++i) {
+        if (CFeatureBag::IsLine(FeatureBag.m_Names[i], FeatureBag.m_Values[i]))
+            os << FeatureBag.m_Names[i] << '\t' << FeatureBag.m_Values[i] << '\n';
+        else
+            os << "# Left out: " << CFeatureBag::InOneLine(FeatureBag.m_Names[i])
+               << ", which does not fit into a line\n";
+    }
     return os;
 }
 
