@@ -4,6 +4,8 @@
 
 #include <tinyxml2.h>
 
+#include "ZelCameraApi/replacefile.h"
+
 namespace ZelCameraApi::Internal {
 
 namespace {
@@ -16,6 +18,19 @@ tinyxml2::XMLElement* AppendElement(tinyxml2::XMLDocument& document, tinyxml2::X
     tinyxml2::XMLElement* const element = document.NewElement(name);
     parent.InsertEndChild(element);
     return element;
+}
+
+// A CDATA section ends at the first "]]>": one that is a part of the text is divided among two.
+void AppendCData(tinyxml2::XMLDocument& document, tinyxml2::XMLNode& parent,
+                 const std::string& text) {
+    for (size_t begin = 0, end = 0; end != std::string::npos; begin = end) {
+        end = text.find("]]>", begin);
+        if (end != std::string::npos) end += 2;
+        const std::string part = text.substr(begin, end - begin);
+        tinyxml2::XMLText* const section = document.NewText(part.c_str());
+        section->SetCData(true);
+        parent.InsertEndChild(section);
+    }
 }
 
 bool ReadBag(std::istream& text, GenApi::CFeatureBag& bag) {
@@ -35,10 +50,10 @@ void WriteConfigurationFile(const char* fileName, const char* ifaceId, const cha
     tinyxml2::XMLElement* const camera = AppendElement(document, document, kCamera);
     camera->SetAttribute(kInterfaceId, ifaceId);
     camera->SetAttribute(kCameraId, cameraId);
-    tinyxml2::XMLText* const text = document.NewText(features.c_str());
-    text->SetCData(true);
-    AppendElement(document, *camera, kConfig)->InsertEndChild(text);
-    document.SaveFile(fileName, false);
+    AppendCData(document, *AppendElement(document, *camera, kConfig), features);
+    tinyxml2::XMLPrinter printer;
+    document.Print(&printer);
+    ReplaceFile(fileName, {printer.CStr(), static_cast<size_t>(printer.CStrSize() - 1)});
 }
 
 const char* GetCameraAttribute(const tinyxml2::XMLDocument& document, const char* name) {
@@ -46,13 +61,15 @@ const char* GetCameraAttribute(const tinyxml2::XMLDocument& document, const char
     return camera != nullptr ? camera->Attribute(name) : nullptr;
 }
 
-const char* GetFeatureText(const tinyxml2::XMLDocument& document) {
+std::optional<std::string> GetFeatureText(const tinyxml2::XMLDocument& document) {
     const tinyxml2::XMLElement* const camera = document.FirstChildElement(kCamera);
-    if (camera == nullptr) return nullptr;
+    if (camera == nullptr) return std::nullopt;
     const tinyxml2::XMLElement* const config = camera->FirstChildElement(kConfig);
-    if (config == nullptr) return nullptr;
-    const char* const text = config->GetText();
-    return text != nullptr ? text : "";
+    if (config == nullptr) return std::nullopt;
+    std::string text;
+    for (auto* part = config->FirstChild(); part != nullptr; part = part->NextSibling())
+        if (part->ToText() != nullptr) text += part->Value();
+    return text;
 }
 
 std::string StoreFeatures(GenApi::INodeMap* nodeMap) {

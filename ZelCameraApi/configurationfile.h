@@ -3,10 +3,13 @@
 //     <Camera ifaceId="..." cameraId="...">
 //         <Config><![CDATA[...]]></Config>     the features, as the text of a GenApi feature bag
 //     </Camera>
+//
+// Where the text has "]]>" in it, there are several sections one behind the other.
 #ifndef ZELCAMERAAPI_CONFIGURATIONFILE_H
 #define ZELCAMERAAPI_CONFIGURATIONFILE_H
 
 #include <iosfwd>
+#include <optional>
 #include <string>
 
 #include <GenApi/GenApi.h>
@@ -19,7 +22,7 @@ class XMLDocument;
 
 namespace ZelCameraApi::Internal {
 
-// Writes a configuration file. Whether that works is not reported.
+// Writes a configuration file, see ReplaceFile. Whether that works is not reported.
 void WriteConfigurationFile(const char* fileName, const char* ifaceId, const char* cameraId,
                             const std::string& features);
 
@@ -30,8 +33,8 @@ constexpr const char* kCameraId = "cameraId";
 // An attribute of "Camera"; null when the document has none.
 const char* GetCameraAttribute(const tinyxml2::XMLDocument& document, const char* name);
 
-// The text of "Config", which may be empty; null when the document has no such element.
-const char* GetFeatureText(const tinyxml2::XMLDocument& document);
+// All text in "Config", which may be empty; nothing when the document has no such element.
+std::optional<std::string> GetFeatureText(const tinyxml2::XMLDocument& document);
 
 // The streamable features of a camera as text. Throws what GenApi throws.
 std::string StoreFeatures(GenApi::INodeMap* nodeMap);

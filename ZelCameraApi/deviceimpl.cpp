@@ -188,9 +188,9 @@ ZelCamErr DeviceImpl::LoadConfiguration(const char* fileName) {
 }
 
 ZelCamErr DeviceImpl::LoadConfiguration(const tinyxml2::XMLDocument* document) {
-    const char* const features = GetFeatureText(*document);
-    if (features == nullptr) return ZelCamErr_InvalidFile;
-    std::istringstream text(features);
+    const std::optional<std::string> features = GetFeatureText(*document);
+    if (!features) return ZelCamErr_InvalidFile;
+    std::istringstream text(*features);
     return LoadConfiguration(text);
 }
 

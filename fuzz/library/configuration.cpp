@@ -34,6 +34,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (document.Parse(text.c_str()) != tinyxml2::XML_SUCCESS) return 0;
     GetCameraAttribute(document, kInterfaceId);
     GetCameraAttribute(document, kCameraId);
-    if (const char* const features = GetFeatureText(document)) Load(features, camera.nodeMap);
+    if (const auto features = GetFeatureText(document)) Load(*features, camera.nodeMap);
     return 0;
 }

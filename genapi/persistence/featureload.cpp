@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 
+#include <GenApi/ICategory.h>
 #include <GenApi/ICommand.h>
 #include <GenApi/ISelector.h>
 
@@ -50,7 +51,9 @@ FeatureLoad::FeatureLoad(const INodeMap& nodeMap, EntryList entries, bool verify
         auto* const feature = dynamic_cast<IValue*>(nodeMap_.GetNode(entries_.name(i)));
         if (feature == nullptr)
             failures_[i] = "Error while writing node: '" + entries_.name(i) + "' not found ";
-        items_.push_back({feature, isSelector(feature)});
+        // a category has no value to write
+        const bool isCategory = dynamic_cast<ICategory*>(feature) != nullptr;
+        items_.push_back({isCategory ? nullptr : feature, isSelector(feature)});
     }
 }
 

@@ -34,7 +34,7 @@ class FeatureLoad {
 
   private:
     struct Item {
-        IValue* feature;  // null if the camera has none of that name
+        IValue* feature;  // null if the camera has nothing of that name to write
         bool isSelector;
     };
     // One for each entry.

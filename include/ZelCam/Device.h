@@ -73,17 +73,34 @@ class Device {
     virtual ZelGenParam::Array* GetCameraParameters(ZelCamErr* err) = 0;
 
     // Saves the camera's streamable features, with the identifiers of the camera and its interface,
-    // to an XML file. Success also when the file cannot be written: look at the file where that
-    // matters.
-    //   ZelCamErr_GenApiError  a feature cannot be read
+    // to an XML file: those that can be read and written at the moment, so that of a camera that is
+    // open read-only there are none, and while frames are being grabbed those that are locked are
+    // missing. A value that a line of the text cannot hold, one with line breaks for instance, is
+    // left out with a comment, "# Left out: NAME ..."; for a selector it is a failure.
+    //
+    // The file is replaced as a whole. Whoever reads it finds the former or the new one, also when
+    // the program is killed, the power fails or the disk is full; a temporary file ".zelcam-..."
+    // is made in its folder, which only a program that is killed leaves there. The permissions of a
+    // former file stay, those of a new one follow the umask. A file that may not be written is not
+    // replaced; a symbolic link is followed, unless it leads nowhere.
+    //
+    // Success also when the file cannot be written, it is as before then: save under a name that
+    // does not exist yet, and see whether it does, where that matters.
+    //   ZelCamErr_GenApiError  a feature cannot be read, or not be put into a line
     //   ZelCamErr_Error        any other failure
     // or the code of GetCameraParameters.
     virtual ZelCamErr SaveConfiguration(const char* fileName) = 0;
 
     // Sets the camera's features as saved before, of this camera or another. `fileName` names a
     // file that SaveConfiguration wrote or one with the text of the features alone (GenApi
-    // persistence text); when there is no such file it is taken as that text itself. Nothing is
-    // rolled back: features set before a failure keep their new values.
+    // persistence text); when there is no such file it is taken as that text itself.
+    //
+    // Features that depend on one another end alike whatever the state of the camera: one that does
+    // not take its value is tried again behind the others, and one that a later one changed is set
+    // again. Nothing out of range or locked is written. In the end values are compared, not texts:
+    // "0x140" is 320, "1.50" is 1.5. Nothing is rolled back: features set before a failure keep
+    // their new values. CFeatureBag::LoadFromBag with the node map (Array::GetNodeMap) does the
+    // same and says which features failed.
     //   ZelCamErr_FileOpenFailed    the file cannot be opened, or `fileName` is null
     //   ZelCamErr_InvalidFile       the file or text is not a configuration
     //   ZelCamErr_LoadConfigFailed  a feature did not take its value; the others are set

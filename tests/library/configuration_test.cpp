@@ -1,14 +1,25 @@
 // Configuration files: saved, loaded in every form, and opened as the camera that they name.
+#include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
 
+#include "ZelCameraApi/replacefile.h"
 #include "ZelGenParam/Array.h"
 #include "tests/library/moduledescription.h"
 
 using Description::Peek;
 using Description::Poke;
 using testing::HasSubstr;
+using ZelCameraApi::Internal::ReplaceFile;
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -46,6 +57,16 @@ class ConfigurationTest : public SessionTest {
         return path;
     }
 
+    std::string Read(const std::string& path) {
+        std::stringstream text;
+        text << std::ifstream(path).rdbuf();
+        return text.str();
+    }
+
+    size_t CountFiles() const {
+        return static_cast<size_t>(std::distance(fs::directory_iterator(folder), {}));
+    }
+
     int files = 0;
     const std::string folder = TempPath("configuration");
 };
@@ -60,12 +81,10 @@ TEST_F(ConfigurationTest, IsSavedAndLoadedAgain) {
     const std::string file = folder + "/camera.xml";
     EXPECT_EQ(device->SaveConfiguration(file.c_str()), ZelCamErr_Success);
 
-    std::stringstream text;
-    text << std::ifstream(file).rdbuf();
-    EXPECT_THAT(text.str(), HasSubstr("<Camera ifaceId=\"if0\" cameraId=\"cam0\">"));
-    EXPECT_THAT(text.str(), HasSubstr("<Config><![CDATA[" + kMagic + "# "));
-    EXPECT_THAT(text.str(),
-                HasSubstr("\nWidth\t640\nHeight\t480\nPixelFormat\tMono12p\n]]></Config>"));
+    const std::string text = Read(file);
+    EXPECT_THAT(text, HasSubstr("<Camera ifaceId=\"if0\" cameraId=\"cam0\">"));
+    EXPECT_THAT(text, HasSubstr("<Config><![CDATA[" + kMagic + "# "));
+    EXPECT_THAT(text, HasSubstr("\nWidth\t640\nHeight\t480\nPixelFormat\tMono12p\n]]></Config>"));
 
     ZelGenParam::Array* const parameters = device->GetCameraParameters(nullptr);
     EXPECT_EQ(parameters->SetIntegerValue("Width", 1), ZelCamErr_Success);
@@ -112,6 +131,109 @@ TEST_F(ConfigurationTest, IsLoadedFromEveryForm) {
         EXPECT_EQ(Peek(producer, Description::Height), code == ZelCamErr_InvalidFile ? 7U : 48U);
     }
     EXPECT_EQ(device->LoadConfiguration(nullptr), ZelCamErr_FileOpenFailed);
+}
+
+TEST_F(ConfigurationTest, LosesNothingBehindTheEndOfACDataSection) {
+    const auto text = [](const std::string& name, int address) {
+        return test::named("StringReg", name,
+                           test::element("Streamable", "Yes") + test::registerAt(address, 32));
+    };
+    producer.SetDescription(
+        test::document("<Category Name='Root'><pFeature>A</pFeature><pFeature>Number</pFeature>"
+                       "<pFeature>B</pFeature></Category>" +
+                       text("A", 0x300) + text("B", 0x340) +
+                       test::named("IntReg", "Number",
+                                   test::element("Streamable", "Yes") + test::registerAt(0x380, 4) +
+                                       test::kLittle) +
+                       test::kPort));
+    OpenDevice();
+    ZelGenParam::Array* const parameters = device->GetCameraParameters(nullptr);
+    ASSERT_NE(parameters, nullptr);
+    for (const char* value : {"]]>", "a]]>b]]>", "]]]]>>", "]]", "<![CDATA[", "</Config>&amp;"}) {
+        SCOPED_TRACE(value);
+        const std::string file = folder + "/camera.xml";
+        parameters->SetStringValue("A", value);
+        parameters->SetStringValue("B", value);
+        parameters->SetIntegerValue("Number", 7);
+        EXPECT_EQ(device->SaveConfiguration(file.c_str()), ZelCamErr_Success);
+        parameters->SetStringValue("A", "");
+        parameters->SetStringValue("B", "");
+        parameters->SetIntegerValue("Number", 0);
+        EXPECT_EQ(device->LoadConfiguration(file.c_str()), ZelCamErr_Success);
+        EXPECT_STREQ(parameters->GetStringValue("A", nullptr), value);
+        EXPECT_STREQ(parameters->GetStringValue("B", nullptr), value);
+        EXPECT_EQ(parameters->GetIntegerValue("Number", nullptr), 7);
+    }
+}
+
+TEST_F(ConfigurationTest, IsReplacedAsAWholeOrNotAtAll) {
+    OpenDevice();
+    Poke(producer, Description::PixelFormat, 0x01080001);
+    const std::string file = File("former");
+    chmod(file.c_str(), 0640);
+    const std::string link = folder + "/link";
+    fs::create_symlink(fs::path(file).filename(), link);
+    EXPECT_EQ(device->SaveConfiguration(link.c_str()), ZelCamErr_Success);
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_THAT(Read(file), HasSubstr("Width\t"));
+    EXPECT_EQ(fs::status(file).permissions(), static_cast<fs::perms>(0640));
+
+    const mode_t former = umask(027);
+    EXPECT_EQ(device->SaveConfiguration((folder + "/new").c_str()), ZelCamErr_Success);
+    umask(former);
+    EXPECT_EQ(fs::status(folder + "/new").permissions(), static_cast<fs::perms>(0640));
+
+    fs::create_symlink("nowhere", folder + "/dangling");
+    for (const std::string& other : {folder, folder + "/dangling", folder + "/no/file"}) {
+        EXPECT_EQ(device->SaveConfiguration(other.c_str()), ZelCamErr_Success);
+    }
+    EXPECT_EQ(device->SaveConfiguration("/dev/null"), ZelCamErr_Success);
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+    EXPECT_EQ(device->SaveConfiguration(nullptr), ZelCamErr_Success);
+    EXPECT_EQ(CountFiles(), 5U) << "temporary files are left";
+}
+
+// A disk that is full looks like this, too.
+TEST_F(ConfigurationTest, IsKeptWhenThereIsNoRoom) {
+    OpenDevice();
+    Poke(producer, Description::PixelFormat, 0x01080001);
+    const std::string file = File("former");
+    rlimit limit = {};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit small = {100, limit.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    const ZelCamErr result = device->SaveConfiguration(file.c_str());
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(result, ZelCamErr_Success);
+    EXPECT_EQ(Read(file), "former");
+    EXPECT_EQ(CountFiles(), 1U);
+}
+
+// A child saves one of two configurations after the other until it is killed.
+TEST_F(ConfigurationTest, IsTheFormerOrTheNewOneWhenSavingIsKilled) {
+    int rounds = 100;
+    if (const char* more = std::getenv("ZELCAM_KILLS")) rounds = std::atoi(more);
+    const std::string one(100'000, '1');
+    const std::string two(150'000, '2');
+    const std::string file = File(one);
+    for (int i = 0; i < rounds; ++i) {
+        const pid_t child = fork();
+        if (child == 0) {
+            for (;;) {
+                ReplaceFile(file.c_str(), two);
+                ReplaceFile(file.c_str(), one);
+            }
+        }
+        ASSERT_GT(child, 0);
+        // somewhere within its work, another place each time
+        std::this_thread::sleep_for(std::chrono::microseconds(100 * (i % 40)));
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+        const std::string found = Read(file);
+        ASSERT_TRUE(found == one || found == two) << found.size() << " bytes in round " << i;
+    }
 }
 
 TEST_F(ConfigurationTest, OpensTheCameraThatItNames) {

@@ -221,6 +221,7 @@ TEST(LoadFromBag, FailuresAreTold) {
     EXPECT_THAT(load(camera, "Fixed\t0\n", false),
                 ElementsAre(StartsWith("Error while writing node 'Fixed': ")));
     EXPECT_EQ(load(camera, "Sel\tNope\nWidth\t\n", false).size(), 2u);
+    EXPECT_THAT(load(camera, "Root\tRoot\nStart\t1\n"), IsEmpty());
 }
 
 TEST(LoadFromBag, NothingThatAPortThrowsPasses) {
