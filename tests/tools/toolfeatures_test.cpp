@@ -147,34 +147,6 @@ TEST_F(ToolFeatures, PrintsEventsOfTheNamedKind) {
     EXPECT_THAT(unknown.err, HasSubstr("ExposureEnd"));
 }
 
-TEST_F(ToolFeatures, SavesLoadsAndComparesConfigurations) {
-    ASSERT_EQ(Run({"config", "save", "cam-a", "saved.xml"}).exitCode, 0);
-    EXPECT_EQ(Run({"config", "diff", "cam-a", "saved.xml"}).exitCode, 0);
-    std::string text = Read("saved.xml");
-    const size_t at = text.find("\nWidth\t320\n");
-    ASSERT_NE(at, std::string::npos);
-    text.replace(at, 11, "\nWidth\t160\n");
-    Write("other.xml", text);
-    const ToolResult different = Run({"config", "diff", "cam-a", "other.xml"});
-    EXPECT_EQ(different.exitCode, 9);
-    EXPECT_EQ(different.out, "Width: camera 320, file 160\n");
-    EXPECT_EQ(Run({"config", "load", "cam-a", "other.xml"}).exitCode, 0);
-
-    text.replace(text.find("\nWidth\t160\n"), 11, "\nWidth\t9999999\n");
-    Write("bad.xml", text);
-    const ToolResult bad = Run({"config", "load", "cam-a", "bad.xml"});
-    EXPECT_EQ(bad.exitCode, 8);
-    EXPECT_THAT(bad.out, HasSubstr("Width: camera"));
-}
-
-TEST_F(ToolFeatures, ConfigurationFilesThatCannotBeUsed) {
-    EXPECT_EQ(Run({"config", "load", "cam-a", "missing.xml"}).exitCode, 7);
-    Write("foreign.xml", "<Other/>");
-    EXPECT_EQ(Run({"config", "load", "cam-a", "foreign.xml"}).exitCode, 7);
-    EXPECT_EQ(Run({"config", "save", "cam-a", "no/such/folder.xml"}).exitCode, 7);
-    EXPECT_EQ(Run({"config"}).exitCode, 1);
-}
-
 TEST_F(ToolFeatures, ShowsAndForcesAddresses) {
     const json before = Run({"ip", "show", "cam-a", "--json"}).Json();
     EXPECT_THAT(before.at("address").get<std::string>(),

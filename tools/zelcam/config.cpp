@@ -1,19 +1,14 @@
 // zelcam config: the settings of a camera as a file.
 
-#include <cerrno>
-#include <cstring>
-#include <filesystem>
 #include <iostream>
 
 #include <nlohmann/json.hpp>
 
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/configfile.h"
+#include "tools/zelcam/configload.h"
+#include "tools/zelcam/configsave.h"
 #include "tools/zelcam/jsontext.h"
-#include "tools/zelcam/textfile.h"
-#include "tools/zelcam/words.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -22,6 +17,8 @@ using Json = nlohmann::ordered_json;
 struct ConfigOptions {
     FeatureOptions camera;
     std::string file;
+    bool all = false;
+    bool userName = false;
 };
 
 void PrintDifferences(const std::vector<Difference>& differences, bool json) {
@@ -40,66 +37,84 @@ void PrintDifferences(const std::vector<Difference>& differences, bool json) {
     std::cout << JsonText(result) << '\n';
 }
 
-// An earlier file stays as it is when the saving fails.
+std::string FailureLines(const std::vector<LoadFailure>& failures) {
+    std::string lines;
+    for (const LoadFailure& failure : failures)
+        lines += "\n" + failure.feature + ": " + failure.reason;
+    return lines;
+}
+
+Json FailureList(const std::vector<LoadFailure>& failures) {
+    Json list = Json::array();
+    for (const LoadFailure& failure : failures)
+        list.push_back({{"feature", failure.feature}, {"reason", failure.reason}});
+    return list;
+}
+
 ExitCode RunSave(const ConfigOptions& options) {
     FeatureSession session(options.camera);
-    const TemporaryFile temporary(options.file);
-    SaveConfiguration(session.Camera().Device(), temporary.Name());
-    fs::permissions(temporary.Name(), fs::perms::group_read | fs::perms::others_read,
-                    fs::perm_options::add);
-    if (std::rename(temporary.Name().c_str(), options.file.c_str()) != 0) {
-        throw Failure(ExitCode::FileFailed,
-                      "the file " + options.file + " cannot be written: " + std::strerror(errno));
-    }
+    SaveSettings(session.Camera(), options.file, options.all ? Settled::All : Settled::Streamable);
     return ExitCode::Ok;
 }
 
 ExitCode RunLoad(const ConfigOptions& options) {
+    const Configuration configuration = ReadConfiguration(options.file);
     FeatureSession session(options.camera);
-    const Settings wanted = ReadConfiguration(options.file, session.Features());
-    const ZelCamErr code = session.Camera().Device().LoadConfiguration(options.file.c_str());
-    if (code == ZelCamErr_LoadConfigFailed) {
-        PrintDifferences(Compare(SettingsOf(session.Camera()), wanted),
-                         options.camera.session.json);
-    }
-    if (code != ZelCamErr_Success) {
-        throw Failure(ExitCode::FeatureFailed,
-                      "the configuration cannot be loaded: " + ErrorWords(code));
-    }
-    return ExitCode::Ok;
+    const std::vector<LoadFailure> failures =
+        LoadSettings(session.Camera(), configuration, options.userName);
+    if (failures.empty()) return ExitCode::Ok;
+    const std::string message =
+        "not every setting could be loaded (" + std::to_string(failures.size()) + " failed)";
+    if (!options.camera.session.json)
+        throw Failure(ExitCode::FeatureFailed, message + ":" + FailureLines(failures));
+    const Json result = {{"exitCode", static_cast<int>(ExitCode::FeatureFailed)},
+                         {"error", message},
+                         {"failures", FailureList(failures)}};
+    std::cout << JsonText(result) << '\n';
+    return ExitCode::FeatureFailed;
 }
 
 ExitCode RunDiff(const ConfigOptions& options) {
+    const Configuration configuration = ReadConfiguration(options.file);
     FeatureSession session(options.camera);
-    const Settings file = ReadConfiguration(options.file, session.Features());
+    const Settings file = SettingsOf(configuration, session.Features());
     const std::vector<Difference> differences = Compare(SettingsOf(session.Camera()), file);
     PrintDifferences(differences, options.camera.session.json);
     return differences.empty() ? ExitCode::Ok : ExitCode::Different;
 }
 
-void AddAction(Command parent, Invocation& invocation, const char* name, const char* what,
-               ExitCode (*run)(const ConfigOptions&)) {
-    auto options = std::make_shared<ConfigOptions>();
+using Options = std::shared_ptr<ConfigOptions>;
+
+Command AddAction(Command parent, Invocation& invocation, const char* name, const char* what,
+                  const Options& options, ExitCode (*run)(const ConfigOptions&)) {
     Command command = parent.AddCommand(name, what);
     AddCameraArgument(command, options->camera.camera, true);
     command.AddOption("file", options->file, "The configuration file").TypeName("FILE").Required();
     AddAccessOption(command, options->camera.access, accessNames);
     AddSessionOptions(command, options->camera.session);
     Connect(command, invocation, options, run);
+    return command;
 }
 
 }  // namespace
 
 void AddConfigCommand(Command app, Invocation& invocation) {
     Command command = app.AddCommand("config", "Save, load and compare settings of a camera");
-    AddAction(command, invocation, "save", "Save the settings of a camera to a file", RunSave);
-    AddAction(command, invocation, "load", "Set a camera as a file says", RunLoad);
+    const auto save = std::make_shared<ConfigOptions>();
+    AddAction(command, invocation, "save", "Save the settings of a camera to a file", save, RunSave)
+        .AddFlag("--all", save->all,
+                 "Save every feature that can be read and written, as plain text");
+    const auto load = std::make_shared<ConfigOptions>();
+    AddAction(command, invocation, "load", "Set a camera as a file says", load, RunLoad)
+        .AddFlag("--user-name", load->userName,
+                 "Also load the name (DeviceUserID) that another camera was given");
     AddAction(command, invocation, "diff", "Tell how a camera is set otherwise than a file says",
-              RunDiff);
+              std::make_shared<ConfigOptions>(), RunDiff);
     command.Footer(
         "Examples:\n"
         "  zelcam config save 1 bright.xml\n"
         "  zelcam config load 4711 bright.xml\n"
         "  zelcam config diff 1 bright.xml      exit code 9 when something differs\n\n"
-        "A file of one camera can be loaded into another. What was set before a failure stays.");
+        "A file of one camera can be loaded into another. What was set before a failure stays, and "
+        "the\nfeatures that failed are printed.");
 }

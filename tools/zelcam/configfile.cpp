@@ -1,6 +1,8 @@
 #include "tools/zelcam/configfile.h"
 
+#include <charconv>
 #include <filesystem>
+#include <optional>
 #include <sstream>
 
 #include <GenApi/GenApi.h>
@@ -17,23 +19,65 @@ namespace {
 
 constexpr const char* none = "(none)";
 
-// The lines of the features: in an element of the file, or the file itself.
-std::string FeatureLines(const std::string& file) {
+// The text and the camera, from the elements of the file or the file itself.
+Configuration ReadParts(const std::string& file) {
     std::string text = ReadFile(file);
     const size_t first = text.find_first_not_of(" \t\r\n");
-    if (first == std::string::npos || text[first] != '<') return text;
+    if (first == std::string::npos || text[first] != '<') return {"", text, {}};
     tinyxml2::XMLDocument document;
-    const tinyxml2::XMLElement* config = nullptr;
-    if (document.Parse(text.c_str(), text.size()) == tinyxml2::XML_SUCCESS) {
-        config = tinyxml2::XMLHandle(document)
-                     .FirstChildElement("Camera")
-                     .FirstChildElement("Config")
-                     .ToElement();
-    }
-    if (config == nullptr) {
+    document.Parse(text.c_str(), text.size());
+    tinyxml2::XMLHandle camera = tinyxml2::XMLHandle(document).FirstChildElement("Camera");
+    const tinyxml2::XMLElement* config = camera.FirstChildElement("Config").ToElement();
+    if (document.Error() || config == nullptr) {
         throw Failure(ExitCode::FileFailed, "the file " + file + " is no configuration");
     }
-    return config->GetText() == nullptr ? "" : config->GetText();
+    const char* id = camera.ToElement()->Attribute("cameraId");
+    Configuration result = {id == nullptr ? "" : id, "", {}};
+    for (auto* part = config->FirstChild(); part != nullptr; part = part->NextSibling())
+        if (part->ToText() != nullptr) result.text += part->Value();
+    return result;
+}
+
+// In the notation with one feature a line, which the engine writes.
+std::string Normalized(const std::string& text) {
+    GenApi::CFeatureBag bag;
+    std::istringstream(text) >> bag;
+    std::ostringstream normalized;
+    normalized << bag;
+    return normalized.str();
+}
+
+std::vector<std::string> LinesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
+
+// From the comments that the engine leaves in their place.
+std::vector<std::string> LeftOut(const std::string& text) {
+    const std::string mark = "# Left out: ";
+    std::vector<std::string> names;
+    for (const std::string& line : LinesOf(text)) {
+        if (line.rfind(mark, 0) != 0) continue;
+        names.push_back(line.substr(mark.size(), line.find(',') - mark.size()));
+    }
+    return names;
+}
+
+std::optional<double> NumberOf(const std::string& text) {
+    const bool isHex = text.rfind("0x", 0) == 0 || text.rfind("0X", 0) == 0;
+    const char* first = text.data() + (isHex ? 2 : 0);
+    const char* end = text.data() + text.size();
+    double number = 0;
+    const auto format = isHex ? std::chars_format::hex : std::chars_format::general;
+    const auto [stop, error] = std::from_chars(first, end, number, format);
+    return error == std::errc() && stop == end ? std::optional<double>(number) : std::nullopt;
+}
+
+bool IsSame(const std::string& a, const std::string& b) {
+    return a == b || (NumberOf(a) && NumberOf(a) == NumberOf(b));
 }
 
 // Goes through the lines in their order, in which selectors come before what they select.
@@ -70,38 +114,54 @@ class Reader {
 
 }  // namespace
 
-Settings ReadConfiguration(const std::string& file, ZelGenParam::Array& features) {
-    std::istringstream lines(FeatureLines(file));
+Configuration ReadConfiguration(const std::string& file) {
+    Configuration configuration = ReadParts(file);
+    configuration.leftOut = LeftOut(configuration.text);
+    try {
+        configuration.text = Normalized(configuration.text);
+    } catch (const GenICam::GenericException& error) {
+        throw Failure(ExitCode::FileFailed,
+                      "the file " + file + " is no configuration: " + error.GetDescription());
+    }
+    return configuration;
+}
+
+Settings SettingsOf(const Configuration& configuration, ZelGenParam::Array& features) {
     Reader reader(features);
-    for (std::string line; std::getline(lines, line);) {
-        if (!line.empty() && line.back() == '\r') line.pop_back();
+    for (const std::string& line : LinesOf(configuration.text)) {
         const size_t tab = line.find('\t');
-        if (line.empty() || line.front() == '#') continue;
-        if (tab == std::string::npos) {
-            throw Failure(ExitCode::FileFailed,
-                          "the file " + file + " is no configuration: \"" + line + "\"");
-        }
-        reader.Line(line.substr(0, tab), line.substr(tab + 1));
+        if (line.front() != '#') reader.Line(line.substr(0, tab), line.substr(tab + 1));
     }
     return reader.Result();
 }
 
-// The library does not tell when it cannot write.
+// The library does not tell when it cannot write: then the file stays missing, or empty.
 void SaveConfiguration(ZelCam::Device& device, const std::string& file) {
     const ZelCamErr code = device.SaveConfiguration(file.c_str());
     if (code != ZelCamErr_Success) {
         throw Failure(ExitCode::FeatureFailed, "the features cannot be saved: " + ErrorWords(code));
     }
-    std::error_code ignored;
-    if (fs::file_size(file, ignored) == 0) {
-        throw Failure(ExitCode::FileFailed, "the file " + file + " cannot be written");
+    std::error_code missing;
+    if (fs::file_size(file, missing) == 0 || missing) {
+        throw Failure(ExitCode::FileFailed, "the file " + file +
+                                                " cannot be written: is there room, and may this "
+                                                "user write to the folder?");
     }
 }
 
 Settings SettingsOf(OpenedCamera& camera) {
     const TemporaryFile file((fs::temp_directory_path() / "zelcam-config").string());
     SaveConfiguration(camera.Device(), file.Name());
-    return ReadConfiguration(file.Name(), camera.Features(Module::Camera));
+    return SettingsOf(ReadConfiguration(file.Name()), camera.Features(Module::Camera));
+}
+
+GenApi::INodeMap& NodeMapOf(OpenedCamera& camera) {
+    ZelCamErr code = ZelCamErr_Success;
+    GenApi::INodeMap* nodeMap = camera.Features(Module::Camera).GetNodeMap(&code);
+    if (nodeMap == nullptr) {
+        throw Failure(ExitCode::FeatureFailed, "the features cannot be had: " + ErrorWords(code));
+    }
+    return *nodeMap;
 }
 
 std::vector<Difference> Compare(const Settings& camera, const Settings& file) {
@@ -109,7 +169,7 @@ std::vector<Difference> Compare(const Settings& camera, const Settings& file) {
     for (const auto& [feature, value] : camera) {
         const auto other = file.find(feature);
         const std::string there = other == file.end() ? none : other->second;
-        if (value != there) differences.push_back({feature, value, there});
+        if (!IsSame(value, there)) differences.push_back({feature, value, there});
     }
     for (const auto& [feature, value] : file) {
         if (camera.count(feature) == 0) differences.push_back({feature, none, value});

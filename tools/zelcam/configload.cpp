@@ -1,0 +1,65 @@
+#include "tools/zelcam/configload.h"
+
+#include <iostream>
+#include <sstream>
+
+#include <GenApi/GenApi.h>
+
+#include "tools/zelcam/failure.h"
+
+namespace {
+
+constexpr const char* userNameFeature = "DeviceUserID";
+
+// Whether there was one.
+bool RemoveUserName(std::string& text) {
+    const std::string begin = std::string("\n") + userNameFeature + "\t";
+    const size_t at = text.find(begin);
+    if (at == std::string::npos) return false;
+    const size_t end = text.find('\n', at + 1);
+    text.erase(at, end == std::string::npos ? end : end - at);
+    return true;
+}
+
+std::string Between(const std::string& text, size_t begin, const std::string& end) {
+    const size_t at = text.find(end, begin);
+    return text.substr(begin, at == std::string::npos ? at : at - begin);
+}
+
+// "Error while writing node 'Width': REASON : OutOfRangeException thrown in node ..."
+LoadFailure Understood(const std::string& message) {
+    const size_t quote = message.find('\'');
+    if (quote == std::string::npos) return {"", message};
+    const std::string feature = Between(message, quote + 1, "'");
+    const size_t behind = quote + feature.size() + 2;
+    if (behind >= message.size()) return {feature, message};
+    std::string reason = message.substr(message.find_first_not_of(":. ", behind));
+    const size_t source = reason.find("Exception thrown");
+    if (source != std::string::npos) reason.resize(reason.rfind(" : ", source));
+    return {feature, reason.substr(0, reason.find_last_not_of(' ') + 1)};
+}
+
+}  // namespace
+
+std::vector<LoadFailure> LoadSettings(OpenedCamera& camera, Configuration configuration,
+                                      bool withUserName) {
+    const bool isOther = configuration.camera != camera.Info().id;
+    if (isOther && !withUserName && RemoveUserName(configuration.text)) {
+        std::cerr
+            << "zelcam: note: " << userNameFeature
+            << " is not loaded, since it is the name of another camera; --user-name loads it\n";
+    }
+    try {
+        GenApi::CFeatureBag bag;
+        std::istringstream(configuration.text) >> bag;
+        GenICam::gcstring_vector messages;
+        std::vector<LoadFailure> failures;
+        bag.LoadFromBag(&NodeMapOf(camera), true, &messages);
+        for (size_t i = 0; i < messages.size(); ++i)
+            failures.push_back(Understood(messages[i].c_str()));
+        return failures;
+    } catch (const GenICam::GenericException& error) {
+        throw Failure(ExitCode::FeatureFailed,
+                      std::string("the configuration cannot be loaded: ") + error.GetDescription());
+    }
+}
