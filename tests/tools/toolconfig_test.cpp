@@ -70,8 +70,9 @@ TEST_F(ToolConfig, TellsWhichFeaturesCouldNotBeLoadedAndWhy) {
 
 TEST_F(ToolConfig, TheNameOfAnotherCameraIsLoadedOnRequestOnly) {
     ASSERT_EQ(Run({"config", "save", "cam-a", "saved.xml"}).exitCode, 0);
-    // what stays of it shows where loading fails for another reason
-    WriteChanged("named.xml", "DeviceUserID\tleft", "DeviceUserID\t" + std::string(100, 'x'));
+    // As a camera writes it that calls its name a setting. A name that is too long shows by the
+    // failure whether it is loaded.
+    WriteChanged("named.xml", "Width\t640", "Width\t640\nDeviceUserID\t" + std::string(100, 'x'));
     EXPECT_EQ(Run({"config", "load", "cam-a", "named.xml"}).exitCode, 8);
     const ToolResult other = Run({"config", "load", "cam-b", "named.xml"});
     EXPECT_EQ(other.exitCode, 0) << other.out;
