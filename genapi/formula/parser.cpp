@@ -234,7 +234,7 @@ void FormulaParser<Number>::call(std::string_view name) {
     }
     const FormulaFunction* const function = findFunction(name, kFractions);
     if (!brackets || !function)
-        throwUnknown(symbols_.upperCase ? upperCase(name) : std::string(name));
+        return throwUnknown(symbols_.upperCase ? upperCase(name) : std::string(name));
     const Nesting nesting(nesting_);
     selection();
     const bool digits = function->op == FormulaOp::Round && lexer_.take(",");

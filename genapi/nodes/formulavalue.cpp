@@ -66,8 +66,10 @@ Number entryNumber(Node& owner, EnumerationNode& node, ReadOptions options) {
     node.spendSearch();
     const EnumEntryNode* const entry = node.entryOf(value);
     if (!entry) throw NODE_ERROR(LogicalErrorException, owner)("NULL pointer dereferenced");
-    return std::is_integral_v<Number> ? static_cast<Number>(value)
-                                      : static_cast<Number>(entry->data().numeric);
+    if constexpr (std::is_integral_v<Number>)
+        return value;
+    else
+        return entry->data().numeric;
 }
 
 template <typename Number>
