@@ -23,8 +23,8 @@ std::string ofEachMode(const std::string& letter, int value) {
 const std::string kEachMode =
     kPort + literal("Zero", "0") + ofEachMode("A", 5) + ofEachMode("B", 5);
 
-std::string converter(const std::string& name, const std::string& variable,
-                      const std::string& below) {
+std::string converterReading(const std::string& name, const std::string& variable,
+                             const std::string& below) {
     return named("Converter", name,
                  "<pVariable Name='V'>" + variable +
                      "</pVariable><FormulaTo>FROM</FormulaTo><FormulaFrom>TO</FormulaFrom>" +
@@ -46,7 +46,7 @@ TEST(AccessRules, WhateverANodeReadsRestrictsIt) {
         {"pBlockPolling", "AWO",
          named("Integer", "X", "<pBlockPolling>@</pBlockPolling>" + value("AWO")), NI, NA, WO, WO,
          WO},
-        {"pVariable", "ARW", converter("X", "@", "ARW"), NI, NA, RW, RW, RW},
+        {"pVariable", "ARW", converterReading("X", "@", "ARW"), NI, NA, RW, RW, RW},
         {"pVariable", "ARW",
          named("IntSwissKnife", "X", "<pVariable Name='V'>@</pVariable><Formula>V</Formula>"), NI,
          NA, RO, RO, RO},
