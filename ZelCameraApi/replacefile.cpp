@@ -124,6 +124,7 @@ bool WriteInto(const char* fileName, std::string_view content) {
 }  // namespace
 
 bool ReplaceFile(const char* fileName, std::string_view content) {
+    if (fileName == nullptr) return false;
     struct stat former = {};
     if (stat(fileName, &former) == 0) {
         return S_ISREG(former.st_mode) ? ReplaceFormer(fileName, former, content)
