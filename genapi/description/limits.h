@@ -60,8 +60,8 @@ constexpr unsigned kMaxDependencyDepth = 100;
 // Evaluations of nodes by one operation of an application. The same measurement found 383 at most,
 // and 684 while no port was connected, when a category asks all of its features. Shared nodes make
 // the paths through a description double with each level; an operation that goes on for longer than
-// this, some tens of milliseconds, is not about to end.
-constexpr std::size_t kMaxWork = 100000;
+// this, some milliseconds, is not about to end.
+constexpr std::size_t kMaxWork = 20000;
 
 // What else counts as an evaluation: a node is walked over when it is evaluated.
 constexpr std::size_t kPropertiesPerWork = 16;
