@@ -1,6 +1,7 @@
 // What an application does, through the shared library alone, with the simulated cameras.
 #include <chrono>
 #include <condition_variable>
+#include <cstring>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -11,7 +12,6 @@
 
 #include "ZelCam/ZelCam.h"
 #include "ZelGenParam/Array.h"
-#include "tests/public/slot.h"
 #include "tests/support/acquisition.h"
 #include "tests/support/holder.h"
 #include "tests/support/simulator.h"
@@ -35,6 +35,15 @@ constexpr const char* cameras =
     "</ZelSim>";
 
 constexpr uint64_t patience = 30000;  // milliseconds
+
+// Calls the operation in a slot of an object's table, counted from 1, as a caller compiled elsewhere
+// would.
+template <typename Result, typename Object>
+Result CallSlot(Object* object, size_t slot) {
+    void** table = nullptr;
+    std::memcpy(&table, reinterpret_cast<const char*>(object), sizeof table);
+    return reinterpret_cast<Result (*)(const Object*)>(table[slot - 1])(object);
+}
 
 class PublicSession : public testing::Test {
   protected:
