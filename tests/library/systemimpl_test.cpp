@@ -28,19 +28,6 @@ class SystemTest : public SessionTest {
     const std::string secondPath = ProducerPath("second.cti");
 };
 
-struct FailingStep {
-    const char* function;
-    std::vector<std::string> calls;
-    std::vector<std::string> open;
-};
-
-// What is opened before a failing step is left as it is.
-const FailingStep openingSteps[] = {{"GCInitLib", {"GCInitLib"}, {}},
-                                    {"TLOpen", {"GCInitLib", "TLOpen"}, {"library"}},
-                                    {"TLUpdateInterfaceList",
-                                     {"GCInitLib", "TLOpen", "TLUpdateInterfaceList 1000"},
-                                     {"library", "system scripted"}}};
-
 }  // namespace
 
 TEST_F(SystemTest, OpensTheDefaultProducer) {
@@ -50,27 +37,14 @@ TEST_F(SystemTest, OpensTheDefaultProducer) {
     EXPECT_EQ(calls.back().object, nullptr);  // nobody asks whether the list changed
 }
 
-TEST_F(SystemTest, NoSystemWithoutTheDefaultProducer) {
-    for (const FailingStep& step : openingSteps) {
-        SCOPED_TRACE(step.function);
-        producer.Reset();
-        Fail(step.function, -1010);
-        EXPECT_EQ(ZelCam_GetSystem(), nullptr);
-        EXPECT_EQ(Calls(), step.calls);
-        EXPECT_THAT(producer.GetOpenHandles(), testing::UnorderedElementsAreArray(step.open));
-        producer.Reset();
-    }
-}
-
 TEST_F(SystemTest, RegisteringReturnsTheFailingStepsCode) {
     OpenSystem();
-    for (const FailingStep& step : openingSteps) {
-        SCOPED_TRACE(step.function);
+    for (const char* function : {"GCInitLib", "TLOpen", "TLUpdateInterfaceList"}) {
         second.Reset();
-        second.AddRule({step.function, Scripted::AnyCommand,
+        second.AddRule({function, Scripted::AnyCommand,
                         [](const Scripted::Call&) { return Scripted::Fails(-1234); }});
         EXPECT_EQ(system->RegisterGenTLProvider(secondPath.c_str()), -1234);
-        EXPECT_EQ(TextsOf(second.TakeCalls()), step.calls);
+        EXPECT_EQ(second.TakeCalls().back().function, function);
     }
     EXPECT_EQ(system->RegisterGenTLProvider(nullptr), ZelCamErr_Error);
     EXPECT_EQ(system->RegisterGenTLProvider("/no/such/producer.cti"), ZelCamErr_Error);
