@@ -1,23 +1,16 @@
-// Events of a camera in its node map: the messages are literal bytes as cameras send them.
+// Events of a camera in its node map.
 #include <GenApi/GenApi.h>
 #include <GenApi/NodeCallback.h>
 
 #include "ZelGenParam/Array.h"
+#include "tests/genapi/adapters/messages.h"
 #include "tests/library/moduledescription.h"
 
 namespace {
 
-using Bytes = std::vector<uint8_t>;
-
-// EVENTDATA command: event 0x9001, block 9, data 01020304.
-const Bytes kGevEvent = {0x42, 0x01, 0x00, 0xC2, 0x00, 0x14, 0x00, 0x01,  //
-                         0x00, 0x00, 0x90, 0x01, 0x00, 0x00, 0x00, 0x09,  //
-                         0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x2A,  //
-                         0x01, 0x02, 0x03, 0x04};
-// Event 0x9001 at 0x0102030405060708 with two bytes of data.
-const Bytes kU3vEvent = {0x55, 0x33, 0x56, 0x45, 0x00, 0x00, 0x00, 0x0C, 0x0E, 0x00, 0x07, 0x00,  //
-                         0x00, 0x00, 0x01, 0x90, 0x08, 0x07, 0x06, 0x05, 0x04, 0x03, 0x02, 0x01,  //
-                         0xAA, 0xBB};
+using test::Bytes;
+using test::kGevEventData;
+using test::kU3vEvent;
 
 // Notes the value of its feature at each change.
 class Sink final : public ZelGenParam::ParamEventSink {
@@ -73,7 +66,7 @@ TEST_F(CameraEventsTest, ReachTheSinksOfTheFeaturesOfTheEvent) {
         const Bytes& message;
         const char* feature;
         int64_t value;
-    } cases[] = {{"GEV", kGevEvent, "GevBlock", 9},
+    } cases[] = {{"GEV", kGevEventData, "GevBlock", 9},
                  {"U3V", kU3vEvent, "U3vTimestamp", 0x0102030405060708},
                  {"Custom", kU3vEvent, "U3vTimestamp", 0x0102030405060708},
                  {"HDSDI", kU3vEvent, "U3vTimestamp", 0x0102030405060708}};
@@ -99,7 +92,7 @@ TEST_F(CameraEventsTest, AreDroppedWhereTheTransportHasNone) {
     for (const char* type : {"CL", "CXP"}) {
         ZelGenParam::Array* const parameters = Open(type);
         ASSERT_NE(parameters, nullptr);
-        Fire(kGevEvent);
+        Fire(kGevEventData);
         Fire(kU3vEvent);
         EXPECT_FALSE(parameters->GetInt("GevBlock", nullptr)->IsAvailable()) << type;
     }
@@ -142,7 +135,7 @@ TEST_F(CameraEventsTest, NobodyHearsOfTheDevicesEnd) {
     ASSERT_NE(parameters, nullptr);
     ZelGenParam::Int* const block = parameters->GetInt("GevBlock", nullptr);
     block->RegisterEventSink(&sink);
-    Fire(kGevEvent);
+    Fire(kGevEventData);
     EXPECT_EQ(sink.calls, 1);
     Writer writer{parameters->GetInt("Height", nullptr)->GetNode()};
     GenApi::Register(block->GetNode(), writer, &Writer::Write);

@@ -1,7 +1,6 @@
-// Events in a node map: the messages are literal bytes as cameras send them.
+// Events in a node map.
 #include <memory>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -15,15 +14,16 @@
 #include <gmock/gmock.h>
 
 #include "tests/genapi/adapters/description.h"
+#include "tests/genapi/adapters/messages.h"
+#include "tests/genapi/support/otherthread.h"
 
 using namespace GENAPI_NAMESPACE;
 using GENICAM_NAMESPACE::gcstring;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using namespace test;
 
 namespace {
-
-using Bytes = std::vector<uint8_t>;
 
 std::string EventNode(const std::string& kind, const std::string& name, const std::string& id,
                       const std::string& rest = {}) {
@@ -39,28 +39,6 @@ const std::string kEventNodes =
     RegisterOn("First", "Id", 2, 2) + RegisterOn("First", "Block", 6, 2) +
     RegisterOn("First", "Data", 16, 4) + RegisterOn("Second", "SecondSize", 0, 2) +
     RegisterOn("Second", "SecondData", 16, 4);
-
-// Event 0x9001, block 7, which does not state its size; then 0x9C0A of 20 bytes.
-const Bytes kGevEvents = {0x42, 0x00, 0x00, 0xC0, 0x00, 0x24, 0x12, 0x34,  //
-                          0x00, 0x00, 0x90, 0x01, 0xFF, 0xFF, 0x00, 0x07,  //
-                          0x00, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0x02,  //
-                          0x00, 0x14, 0x9C, 0x0A, 0x00, 0x00, 0x00, 0x08,  //
-                          0x00, 0x00, 0x00, 0x03, 0x00, 0x00, 0x00, 0x04,  //
-                          0xDE, 0xAD, 0xBE, 0xEF};
-// Event 0x9001, block 9, data 01020304.
-const Bytes kGevEventData = {0x42, 0x01, 0x00, 0xC2, 0x00, 0x14, 0x00, 0x01,  //
-                             0x00, 0x00, 0x90, 0x01, 0x00, 0x00, 0x00, 0x09,  //
-                             0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x2A,  //
-                             0x01, 0x02, 0x03, 0x04};
-// Event 0x9001 with a block id of 64 bits, 0x0102030405060708.
-const Bytes kGevExtended = {0x42, 0x10, 0x00, 0xC0, 0x00, 0x18, 0x00, 0x01,  //
-                            0x00, 0x00, 0x90, 0x01, 0x00, 0x00, 0x00, 0x00,  //
-                            0x01, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07, 0x08,  //
-                            0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x2A};
-// Event 0x9001 with two bytes of data.
-const Bytes kU3vEvent = {0x55, 0x33, 0x56, 0x45, 0x00, 0x00, 0x00, 0x0C, 0x0E, 0x00, 0x07, 0x00,  //
-                         0x00, 0x00, 0x01, 0x90, 0x08, 0x07, 0x06, 0x05, 0x04, 0x03, 0x02, 0x01,  //
-                         0xAA, 0xBB};
 
 void Deliver(CEventAdapter& adapter, const Bytes& message) {
     adapter.DeliverMessage(message.data(), static_cast<uint32_t>(message.size()));
@@ -236,11 +214,7 @@ TEST_F(EventAdapterTest, DeliveryGoesPortByPortThenToTheOthers) {
 TEST_F(EventAdapterTest, CallbacksSeeTheEventAndTheLock) {
     CEventAdapterGEV adapter(map._Ptr);
     const auto look = [&](INode*) {
-        bool free = false;
-        std::thread([&] {
-            free = map._Ptr->GetLock().TryLock();
-            if (free) map._Ptr->GetLock().Unlock();
-        }).join();
+        const bool free = otherThreadGets(map._Ptr->GetLock());
         log.push_back(std::to_string(Value("Block")) + (free ? " free" : " locked"));
     };
     Register(map._GetNode("First"), look, cbPostInsideLock);

@@ -1,6 +1,5 @@
 // What follows a change: callbacks and polling; and maps side by side.
 #include <atomic>
-#include <future>
 #include <string>
 #include <thread>
 #include <utility>
@@ -11,6 +10,7 @@
 #include <GenApi/Synch.h>
 #include <gmock/gmock.h>
 
+#include "tests/genapi/support/otherthread.h"
 #include "tests/genapi/support/testmap.h"
 
 using namespace test;
@@ -104,23 +104,13 @@ TEST(Callbacks, StaySilentWhenAWriteFails) {
     EXPECT_THAT(changes.take(), testing::IsEmpty());
 }
 
-bool isLockFree(CLock& lock) {
-    return std::async(std::launch::async,
-                      [&] {
-                          const bool taken = lock.TryLock();
-                          if (taken) lock.Unlock();
-                          return taken;
-                      })
-        .get();
-}
-
 TEST(Callbacks, RunInsideAndThenOutsideTheLock) {
     TestMap map(kNodes);
     std::string order;
     const auto note = [&](const char* phase) {
         return [&, phase](INode*) {
-            order +=
-                phase + map.get("Twice") + (isLockFree(map.nodeMap()->GetLock()) ? "f " : "l ");
+            const bool isFree = otherThreadGets(map.nodeMap()->GetLock());
+            order += phase + map.get("Twice") + (isFree ? "f " : "l ");
         };
     };
     Register(&map.node("Width"), note("out"), cbPostOutsideLock);
@@ -159,7 +149,7 @@ TEST(Callbacks, MayWriteDeregisterAndThrow) {
     Register(&map.node("Other"), [](INode*) { throw RUNTIME_EXCEPTION("from a callback"); });
     EXPECT_EQ(errorOf([&] { map.set("Width", "8"); }), "RuntimeException: from a callback");
     EXPECT_EQ(map.get("Width"), "8");
-    EXPECT_TRUE(isLockFree(map.nodeMap()->GetLock()));
+    EXPECT_TRUE(otherThreadGets(map.nodeMap()->GetLock()));
 }
 
 // Tells of its end.

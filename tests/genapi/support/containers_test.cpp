@@ -1,79 +1,116 @@
-// The lists that nodes and maps fill.
+// The lists of texts and of nodes have the contract of std::vector; lists of numbers are shared.
 #include <algorithm>
+#include <array>
+#include <type_traits>
 
 #include <Base/GCException.h>
+#include <Base/GCStringVector.h>
 #include <GenApi/Autovector.h>
 #include <GenApi/Container.h>
 #include <gmock/gmock.h>
 
 using namespace GENAPI_NAMESPACE;
+using GENICAM_NAMESPACE::gcstring;
+using GENICAM_NAMESPACE::gcstring_vector;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 namespace {
 
-// Elements are compared, never used.
-INode* const kA = reinterpret_cast<INode*>(0x10);
-INode* const kB = reinterpret_cast<INode*>(0x20);
-INode* const kC = reinterpret_cast<INode*>(0x30);
+template <class List>
+class ListTest : public testing::Test {};
+using Lists = testing::Types<gcstring_vector, NodeList_t>;
+TYPED_TEST_SUITE(ListTest, Lists);
 
-NodeList_t listOf(std::initializer_list<INode*> nodes) {
-    NodeList_t list;
-    for (INode* node : nodes)
-        list.push_back(node);
-    return list;
+// Three elements in ascending order; nodes are compared, never used.
+template <class List>
+auto threeElements() {
+    if constexpr (std::is_same_v<List, gcstring_vector>) {
+        return std::array<gcstring, 3>{"a", "b", "c"};
+    } else {
+        const auto node = [](uintptr_t address) { return reinterpret_cast<INode*>(address); };
+        return std::array<INode*, 3>{node(0x10), node(0x20), node(0x30)};
+    }
 }
 
-TEST(NodeList, InsertsAndErasesByPlaceAndByIndex) {
-    NodeList_t list;
-    list.insert(list.begin(), kB);  // an empty list has no storage to point into
-    list.insert(size_t{0}, kA);
-    NodeList_t::iterator last = list.insert(list.end(), kC);
-    EXPECT_EQ(*last, kC);
-    EXPECT_THAT(list, ElementsAre(kA, kB, kC));
+template <class List>
+auto elementsOf(const List& list) {
+    using Element = typename List::const_iterator::value_type;
+    return std::vector<Element>(list.begin(), list.end());
+}
 
-    NodeList_t::iterator next = list.erase(list.begin() + 1);
-    EXPECT_EQ(*next, kC);
+TYPED_TEST(ListTest, InsertsAndErasesByPlaceAndByIndex) {
+    const auto [a, b, c] = threeElements<TypeParam>();
+    TypeParam list;
+    list.insert(list.begin(), b);  // an empty list has no storage to point into
+    list.insert(size_t{0}, a);
+    EXPECT_EQ(*list.insert(list.end(), c), c);
+    EXPECT_THAT(elementsOf(list), ElementsAre(a, b, c));
+    EXPECT_EQ(*list.erase(list.begin() + 1), c);
     list.erase(size_t{0});
-    EXPECT_THAT(list, ElementsAre(kC));
+    EXPECT_THAT(elementsOf(list), ElementsAre(c));
+    list.resize(3, b);
+    EXPECT_THAT(elementsOf(list), ElementsAre(c, b, b));
+    list.pop_back();
+    EXPECT_EQ(list.back(), b);
+    list.assign(2, a);
+    EXPECT_THAT(elementsOf(list), ElementsAre(a, a));
 }
 
-TEST(NodeList, CopiesStandAlone) {
-    NodeList_t original = listOf({kA, kB});
-    NodeList_t copy(original);
-    NodeList_t assigned;
+TYPED_TEST(ListTest, CopiesStandAlone) {
+    const auto a = threeElements<TypeParam>()[0];
+    TypeParam original;
+    original.push_back(a);
+    const TypeParam copy(original);
+    TypeParam assigned;
     assigned = original;
+    const TypeParam& same = assigned;
+    assigned = same;
     original.clear();
-    EXPECT_TRUE(original.empty());
-    EXPECT_THAT(copy, ElementsAre(kA, kB));
-    EXPECT_THAT(assigned, ElementsAre(kA, kB));
+    EXPECT_THAT(elementsOf(original), IsEmpty());
+    EXPECT_THAT(elementsOf(copy), ElementsAre(a));
+    EXPECT_THAT(elementsOf(assigned), ElementsAre(a));
 }
 
-TEST(NodeList, ChecksTheIndexOfAt) {
-    NodeList_t list = listOf({kA});
-    EXPECT_EQ(list.at(0), kA);
-    EXPECT_THROW(list.at(1), GENICAM_NAMESPACE::OutOfRangeException);
+TYPED_TEST(ListTest, ChecksTheIndexOfAtOnly) {
+    const auto a = threeElements<TypeParam>()[0];
+    TypeParam list;
+    list.push_back(a);
+    EXPECT_EQ(list.at(0), a);
+    try {
+        list.at(1);
+        FAIL();
+    } catch (const GENICAM_NAMESPACE::OutOfRangeException& e) {
+        EXPECT_STREQ(e.GetDescription(), "vector::_M_range_check");
+    }
 }
 
-TEST(NodeList, HasRandomAccessIterators) {
-    NodeList_t list = listOf({kC, kA, kB});
+TYPED_TEST(ListTest, HasRandomAccessIterators) {
+    const auto [a, b, c] = threeElements<TypeParam>();
+    TypeParam list;
+    for (const auto& each : {c, a, b})
+        list.push_back(each);
     std::sort(list.begin(), list.end());
-    EXPECT_THAT(list, ElementsAre(kA, kB, kC));
-    const NodeList_t& view = list;
-    NodeList_t::const_iterator found = std::find(view.begin(), view.end(), kB);
-    EXPECT_EQ(found - view.begin(), 1);
-    EXPECT_EQ(1 + found, view.end() - 1);
-    EXPECT_EQ(found[1], kC);
-    NodeList_t::iterator writable = list.begin();
-    *writable++ = kC;
-    EXPECT_EQ(list[0], kC);
-    EXPECT_EQ(*writable, kB);
+    EXPECT_THAT(elementsOf(list), ElementsAre(a, b, c));
+    const TypeParam& view = list;
+    auto at = view.begin();
+    EXPECT_EQ(*at++, a);
+    EXPECT_EQ(at[1], c);
+    EXPECT_EQ(*(1 + at), c);
+    at += 2;
+    EXPECT_TRUE(at == view.end() && at > view.begin());
+    EXPECT_EQ(at - view.begin(), 3);
+    EXPECT_EQ(*--at, c);
+    auto writable = list.begin();
+    *writable++ = c;
+    EXPECT_EQ(list[0], c);
+    EXPECT_EQ(*writable, b);
 }
 
-TEST(FeatureList, GrowsWithTheGivenElement) {
-    IValue* const value = reinterpret_cast<IValue*>(0x40);
-    FeatureList_t list(1);
-    list.resize(2, value);
-    EXPECT_THAT(list, ElementsAre(nullptr, value));
+TEST(StringVector, KnowsItsTexts) {
+    gcstring_vector list(1, "a");
+    EXPECT_TRUE(list.contains("a"));
+    EXPECT_FALSE(list.contains("b"));
 }
 
 TEST(Autovector, SharesItsElements) {

@@ -11,18 +11,6 @@ using test::otherThreadGets;
 
 namespace {
 
-TEST(Lock, IsHeldUntilUnlockedAsOften) {
-    CLock lock;
-    {
-        AutoLock outer(lock);
-        AutoLock inner(lock);
-        EXPECT_TRUE(lock.TryLock());
-        lock.Unlock();
-        EXPECT_FALSE(otherThreadGets(lock));
-    }
-    EXPECT_TRUE(otherThreadGets(lock));
-}
-
 struct Guarded : LockableObject<Guarded> {
     CLock& lock() const { return m_Lock; }
 };
