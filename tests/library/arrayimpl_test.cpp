@@ -1,6 +1,8 @@
 // Arrays: the port below the node map, lookups, and access by name.
+#include <cstring>
 #include <functional>
 
+#include <GenApi/NodeCallback.h>
 #include <gmock/gmock.h>
 
 #include "tests/library/camera.h"
@@ -150,7 +152,6 @@ TEST_F(CameraTest, ValuesAreReadAndWrittenByName) {
     EXPECT_FALSE(array->IsCommandDone("Command", &err));
     port.memory[32] = 0;
     EXPECT_TRUE(array->IsCommandDone("Command", &err));
-    EXPECT_EQ(array->Poll(1000), ZelCamErr_Success);
     EXPECT_EQ(err, ZelCamErr_Success);
     EXPECT_EQ(port.memory[0], 95);
     EXPECT_EQ(port.memory[24], 1);
@@ -181,4 +182,18 @@ TEST_F(CameraTest, AccessByNameNeedsTheFeatureAndItsKind) {
         EXPECT_EQ(err, ZelCamErr_WrongParamType) << kind;
     }
     EXPECT_EQ(port.accesses, before);
+}
+
+TEST_F(CameraTest, PollAsksForWhatIsDue) {
+    GenApi::INode* const node = array->GetFloat("Float", &err)->GetNode();
+    EXPECT_EQ(array->GetFloatValue("Float", &err), 0.0);
+    const double changed = 1.5;
+    std::memcpy(port.memory.data() + 8, &changed, sizeof changed);
+    EXPECT_EQ(array->Poll(99), ZelCamErr_Success);
+    EXPECT_EQ(array->GetFloatValue("Float", &err), 0.0);  // still cached
+    EXPECT_EQ(array->Poll(1), ZelCamErr_Success);
+    EXPECT_EQ(array->GetFloatValue("Float", &err), 1.5);
+
+    GenApi::Register(node, [](GenApi::INode*) { throw ACCESS_EXCEPTION("refused"); });
+    EXPECT_EQ(array->Poll(100), ZelCamErr_AccessDenied);
 }

@@ -24,7 +24,7 @@ inline std::string CameraDescription() {
               "<pValue>IntReg</pValue><Min>10</Min><Max>100</Max><Inc>5</Inc>") +
         intReg("IntReg", 0) +
         named("Float", "Float", "<pValue>FloatReg</pValue><Min>0</Min><Max>2</Max><Unit>s</Unit>") +
-        named("FloatReg", "FloatReg", registerAt(8, 8) + kLittle) +
+        named("FloatReg", "FloatReg", registerAt(8, 8) + element("PollingTime", 100) + kLittle) +
         named("StringReg", "String", registerAt(16, 8)) +
         named("Enumeration", "Enum",
               entry("One", 1) + entry("Two", 2) + element("pValue", "EnumReg")) +
