@@ -14,6 +14,7 @@ packages_for() {
         build | demo | install | bench) wanted=("${build[@]}") ;;
         abi) wanted=(g++ abigail-tools) ;;
         test | sanitize) wanted=("${build[@]}" "${test_packages[@]}") ;;
+        mutations) wanted=("${build[@]}" "${test_packages[@]}" git) ;;
         package) wanted=("${build[@]}" dpkg-dev lintian mmdebstrap arch-test qemu-user-static) ;;
         fuzz) wanted=("${build[@]}" clang-14 libclang-rt-14-dev) ;;
         lint)
