@@ -107,6 +107,23 @@ TEST_F(SystemTest, AFailedEnumerationLeavesNothingAndIsRepeated) {
     EXPECT_THAT(Ids(), ElementsAre("if0", "if1"));
 }
 
+TEST_F(SystemTest, ListsAreWalkedWithACursorThatStaysAtTheEnd) {
+    OpenSystem();
+    const Holder<ZelCam::List<ZelCam::Interface>> list(
+        system->GetInterfaceList(InterfaceType::Unknown));
+    EXPECT_EQ(list->GetNext(), nullptr);  // it starts there
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(list->GetFirst(), system->GetInterfaceById("if0"));
+        EXPECT_EQ(list->GetNext(), system->GetInterfaceById("if1"));
+        EXPECT_EQ(list->GetNext(), nullptr);
+        EXPECT_EQ(list->GetNext(), nullptr);
+    }
+    const Holder<ZelCam::List<ZelCam::Interface>> empty(
+        system->GetInterfaceList(InterfaceType::CL));
+    EXPECT_EQ(empty->GetFirst(), nullptr);
+    EXPECT_EQ(empty->GetNext(), nullptr);
+}
+
 TEST_F(SystemTest, InterfacesThatDoNotOpenAreSkipped) {
     producer.SetWorld({{"a", "GEV", {}}, {"b", "GEV", {}}, {"c", "GEV", {}}});
     OpenSystem();
