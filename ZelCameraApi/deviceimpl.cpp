@@ -202,10 +202,22 @@ ZelCamErr DeviceImpl::LoadConfiguration(std::istream& text) {
 }
 
 ZelCamErr DeviceImpl::UploadRpd(const char* fileName, unsigned long /*reserved*/,
-                                UploadProgress progress) {
+                                void (*progress)(UploadEventType, UploadEventData)) {
     std::vector<uint8_t> image;
     const ZelCamErr result = ReadFirmware(fileName, image);
     return result == ZelCamErr_Success ? FirmwareUpload(*this, progress).Run(image) : result;
+}
+
+ZelCamErr DeviceImpl::UploadFirmware(const char* fileName, UploadCallback progress, void* priv) {
+    return CodeOf([&] {
+        std::vector<uint8_t> image;
+        const ZelCamErr result = ReadFirmware(fileName, image);
+        if (result != ZelCamErr_Success) return result;
+        const auto report = [=](UploadEventType type, UploadEventData data) {
+            if (progress != nullptr) progress(type, data, priv);
+        };
+        return FirmwareUpload(*this, report).RunWhenReady(image);
+    });
 }
 
 bool DeviceImpl::EraseSector(unsigned long /*address*/, unsigned int /*count*/) {

@@ -45,6 +45,7 @@ class DeviceImpl : public EventSource<ZelCam::Device> {
     ZelCamErr SaveConfiguration(const char* fileName) override;
     ZelCamErr LoadConfiguration(const char* fileName) override;
     uint32_t GetEndianness() const override;
+    ZelCamErr UploadFirmware(const char* fileName, UploadCallback progress, void* priv) override;
 
     // Destroys an open stream of this device; ignores any other.
     void CloseStream(StreamImpl* stream);
@@ -58,7 +59,8 @@ class DeviceImpl : public EventSource<ZelCam::Device> {
     static void GenICamEvent(GenApi::CEventAdapter* adapter, const void* data, size_t size);
 
     // Writes a firmware image into the camera's flash memory: see ReadFirmware and FirmwareUpload.
-    ZelCamErr UploadRpd(const char* fileName, unsigned long reserved, UploadProgress progress);
+    ZelCamErr UploadRpd(const char* fileName, unsigned long reserved,
+                        void (*progress)(UploadEventType, UploadEventData));
 
     // Without effect, and true.
     bool EraseSector(unsigned long address, unsigned int count);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <thread>
 
@@ -29,6 +30,7 @@ constexpr size_t kPageSize = 0x100;
 constexpr uint8_t kErased = 0xFF;
 
 constexpr int kPolls = 10;
+constexpr int kPollsBeforeStart = 200;  // a sector of a slow flash takes two seconds
 constexpr std::chrono::milliseconds kPollInterval(10);
 
 struct FileCloser {
@@ -38,10 +40,21 @@ struct FileCloser {
 }  // namespace
 
 ZelCamErr FirmwareUpload::Run(const std::vector<uint8_t>& image) {
+    EraseAndProgram(image);
+    return result_;
+}
+
+ZelCamErr FirmwareUpload::RunWhenReady(const std::vector<uint8_t>& image) {
+    Flash flash = AwaitReady(kPollsBeforeStart);
+    if (flash == Flash::Ready) flash = EraseAndProgram(image);
+    return flash == Flash::Busy ? ZelCamErr_GenTL_Busy : result_;
+}
+
+FirmwareUpload::Flash FirmwareUpload::EraseAndProgram(const std::vector<uint8_t>& image) {
     for (uint64_t sector = kFlashBegin; sector < kFlashEnd; sector += kSectorSize) {
         const Flash flash = EraseSector(sector);
         if (flash != Flash::Failed) Report(Device::UploadEvent_SectorErased, sector, kFlashEnd);
-        if (flash != Flash::Ready) return result_;
+        if (flash != Flash::Ready) return flash;
     }
     return Program(image);
 }
@@ -51,27 +64,27 @@ FirmwareUpload::Flash FirmwareUpload::EraseSector(uint64_t address) {
     if (!Write(kCommandRegister, static_cast<uint32_t>(address) + kEraseSector)) {
         return Flash::Failed;
     }
-    const Flash flash = AwaitReady();
+    const Flash flash = AwaitReady(kPolls);
     if (flash == Flash::Failed) Report(Device::UploadEvent_Programmed, address, kFlashEnd);
     return flash;
 }
 
-ZelCamErr FirmwareUpload::Program(const std::vector<uint8_t>& image) {
+FirmwareUpload::Flash FirmwareUpload::Program(const std::vector<uint8_t>& image) {
     const auto page = image.begin() + static_cast<std::ptrdiff_t>(kPageSize);
     if (std::all_of(image.begin(), page, [](uint8_t byte) { return byte == kErased; })) {
-        return ZelCamErr_Success;
+        return Flash::Ready;
     }
     if (!Write(kPageBuffer, image.data(), kPageSize) || !Write(kProgramControl, kEnableProgram) ||
         !Write(kCommandRegister, kProgramPage)) {
-        return result_;
+        return Flash::Failed;
     }
-    AwaitReady();
+    const Flash flash = AwaitReady(kPolls);
     Report(Device::UploadEvent_Programmed, kFlashBegin, kFlashBegin);
-    return result_;
+    return flash;
 }
 
-FirmwareUpload::Flash FirmwareUpload::AwaitReady() {
-    for (int poll = 0; poll < kPolls; ++poll) {
+FirmwareUpload::Flash FirmwareUpload::AwaitReady(int polls) {
+    for (int poll = 0; poll < polls; ++poll) {
         if (poll > 0) std::this_thread::sleep_for(kPollInterval);
         if (!Write(kCommandRegister, kReadStatus)) return Flash::Failed;
         uint32_t status = 0;
@@ -92,18 +105,25 @@ bool FirmwareUpload::Write(uint64_t address, const void* data, size_t size) {
 }
 
 void FirmwareUpload::Report(Device::UploadEventType type, uint64_t current, uint64_t end) const {
-    if (progress_ == nullptr) return;
+    if (!progress_) return;
     // Codes are negative: the field holds all of the sign.
     const auto code = static_cast<uint64_t>(int64_t{result_});
     progress_(type, Device::UploadEventData{kFlashBegin, current, end, code});
 }
 
 ZelCamErr ReadFirmware(const char* fileName, std::vector<uint8_t>& image) {
+    if (fileName == nullptr) return ZelCamErr_FileOpenFailed;
+    std::error_code ignored;
+    const auto status = std::filesystem::status(fileName, ignored);
+    // Devices count as empty, and opening a pipe would block.
+    if (exists(status) && !is_regular_file(status)) return ZelCamErr_InvalidFile;
     const std::unique_ptr<FILE, FileCloser> file(fopen(fileName, "rb"));
     if (file == nullptr) return ZelCamErr_FileOpenFailed;
     if (fseek(file.get(), 0, SEEK_END) != 0) return ZelCamErr_InvalidFile;
     const long size = ftell(file.get());
     if (size != 0 || fseek(file.get(), 0, SEEK_SET) != 0) return ZelCamErr_InvalidFile;
+    // Files of the kernel have no size, but contents.
+    if (fgetc(file.get()) != EOF || ferror(file.get()) != 0) return ZelCamErr_InvalidFile;
     image.assign(kPageSize, kErased);
     return ZelCamErr_Success;
 }

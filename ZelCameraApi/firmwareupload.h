@@ -3,38 +3,43 @@
 #define ZELCAMERAAPI_FIRMWAREUPLOAD_H
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "ZelCam/Device.h"
 
 namespace ZelCameraApi::Internal {
 
-using UploadProgress = void (*)(ZelCam::Device::UploadEventType, ZelCam::Device::UploadEventData);
+using UploadProgress =
+    std::function<void(ZelCam::Device::UploadEventType, ZelCam::Device::UploadEventData)>;
 
 // Drives the flash controller through the camera's registers. Nothing is rolled back: sectors
 // erased before a failure stay erased.
 //
-// A flash that stays busy ends the upload quietly: the step is reported as if it had finished, and
-// the code is success.
+// A flash that stays busy in a step ends the upload, and the step is reported as if it had
+// finished.
 class FirmwareUpload {
   public:
-    // `progress` may be null.
+    // `progress` may be empty.
     FirmwareUpload(ZelCam::Device& device, UploadProgress progress)
-        : device_(device), progress_(progress) {}
+        : device_(device), progress_(std::move(progress)) {}
 
-    // Erases the flash and programs the image, as Program takes it. Returns the code of the first
-    // register access that fails.
+    // Erases the flash and programs the first page of the image, which has at least that many
+    // bytes; a page of erased bytes needs no programming. Returns the code of the first register
+    // access that fails, and success when the flash stays busy.
     ZelCamErr Run(const std::vector<uint8_t>& image);
 
-    // Programs the first page of the image, which has at least that many bytes; a page of erased
-    // bytes needs no programming.
-    ZelCamErr Program(const std::vector<uint8_t>& image);
+    // The same for a flash that a former upload may have left busy: it is waited for first.
+    // ZelCamErr_GenTL_Busy when the flash stays busy, then or later.
+    ZelCamErr RunWhenReady(const std::vector<uint8_t>& image);
 
   private:
     enum class Flash { Ready, Busy, Failed };
 
+    Flash EraseAndProgram(const std::vector<uint8_t>& image);
     Flash EraseSector(uint64_t address);
-    Flash AwaitReady();
+    Flash Program(const std::vector<uint8_t>& image);
+    Flash AwaitReady(int polls);
     bool Write(uint64_t address, uint32_t value);
     bool Write(uint64_t address, const void* data, size_t size);
     void Report(ZelCam::Device::UploadEventType type, uint64_t current, uint64_t end) const;
@@ -44,8 +49,8 @@ class FirmwareUpload {
     ZelCamErr result_ = ZelCamErr_Success;  // of the last register access
 };
 
-// Reads a firmware image; only an empty file is one. `image` gets at least a page, its rest as
-// erased flash reads. ZelCamErr_FileOpenFailed or ZelCamErr_InvalidFile.
+// Reads a firmware image; only a regular file that is empty is one. `image` gets at least a page,
+// its rest as erased flash reads. ZelCamErr_FileOpenFailed or ZelCamErr_InvalidFile.
 ZelCamErr ReadFirmware(const char* fileName, std::vector<uint8_t>& image);
 
 }  // namespace ZelCameraApi::Internal

@@ -33,6 +33,7 @@ class Device {
         uint64_t endAddress;
         uint64_t errorCode;  // 0 when there is none
     };
+    using UploadCallback = void (*)(UploadEventType type, UploadEventData data, void* priv);
 
     // Closes the camera and destroys this object with its streams and parameters. The streams stop;
     // the camera is told nothing: execute AcquisitionStop and set TLParamsLocked to 0 first (see
@@ -110,6 +111,21 @@ class Device {
     // 1 when the camera's registers are little-endian, 0 when they are big-endian or the producer
     // does not tell.
     virtual uint32_t GetEndianness() const = 0;
+
+    // Writes a firmware image into the camera's flash memory, after erasing all its sectors. So far
+    // only an empty regular file is taken as an image: the flash is erased and nothing programmed.
+    // Any other file is refused before the camera is touched.
+    //
+    // `progress` is called with `priv` on this thread after each step; it may be null. The event of
+    // a sector has the range of the flash, and the sector's address as `currentAddress`. Nothing is
+    // rolled back: sectors erased before a failure stay erased. When an upload was aborted while
+    // the flash was busy, the next one waits for it, up to two seconds.
+    //   ZelCamErr_FileOpenFailed  the file cannot be opened, or `fileName` is null
+    //   ZelCamErr_InvalidFile     the file is no image
+    //   ZelCamErr_GenTL_Busy      the flash stays busy, either before the first step, or in the
+    //                             step whose event came last
+    // or the producer's code when a register cannot be read or written.
+    virtual ZelCamErr UploadFirmware(const char* fileName, UploadCallback progress, void* priv) = 0;
 
   protected:
     ~Device() = default;

@@ -52,7 +52,8 @@ enum ZelCamErr : int32_t {
     ZelCamErr_GenTL_InvalidBuffer = -1013,
     ZelCamErr_GenTL_NotAvailable = -1014,  // also: the producer lacks the function that is needed
     ZelCamErr_GenTL_InvalidAddress = -1015,
-    ZelCamErr_GenTL_BufferTooSmall = -1016
+    ZelCamErr_GenTL_BufferTooSmall = -1016,
+    ZelCamErr_GenTL_Busy = -1022
 };
 
 #endif  // ZELCAM_ERROR_H

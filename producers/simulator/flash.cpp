@@ -35,6 +35,7 @@ Register LittleEndianRegister(uint64_t address, Access access) {
     reg.address = address;
     reg.size = sizeof(uint32_t);
     reg.access = access;
+    reg.whole = true;
     return reg;
 }
 
@@ -46,20 +47,40 @@ uint32_t Value(const uint8_t* bytes) {
 
 Flash::Flash(RegisterSpace& space, Clock clock, uint64_t busyNs)
     : space_(space), clock_(std::move(clock)), busyNs_(busyNs) {
+    AddControl();
+    AddStatus();
+    AddPageBuffer();
+    AddWindow();
+}
+
+void Flash::AddControl() {
     Register command = LittleEndianRegister(kCommand, Access::ReadWrite);
     command.action = [this](const uint8_t* bytes) { Execute(Value(bytes)); };
     space_.Add(std::move(command));
 
-    Register status = LittleEndianRegister(kStatus, Access::ReadOnly);
-    status.source = [this](uint8_t* bytes) {
-        StoreInteger(bytes, sizeof(uint32_t), IsBusy() ? 1 : 0, ByteOrder::Little);
-    };
-    space_.Add(std::move(status));
-
     Register control = LittleEndianRegister(kPageControl, Access::ReadWrite);
+    control.check = [this](const uint8_t* /*bytes*/) { RequireIdle(); };
     control.action = [this](const uint8_t* bytes) { mayProgram_ = Value(bytes) == kMayProgram; };
     space_.Add(std::move(control));
+}
 
+void Flash::AddStatus() {
+    Register status = LittleEndianRegister(kStatus, Access::ReadOnly);
+    status.source = [this](uint8_t* bytes) {
+        StoreInteger(bytes, sizeof(uint32_t), status_ ? 1 : 0, ByteOrder::Little);
+    };
+    space_.Add(std::move(status));
+}
+
+void Flash::AddPageBuffer() {
+    Register buffer;
+    buffer.address = kPageBuffer;
+    buffer.size = kPageSize;
+    buffer.check = [this](const uint8_t* /*bytes*/) { RequireIdle(); };
+    space_.Add(std::move(buffer));
+}
+
+void Flash::AddWindow() {
     Register window;
     window.address = kWindow + kFirst;
     window.size = kEnd - kFirst;
@@ -67,16 +88,27 @@ Flash::Flash(RegisterSpace& space, Clock clock, uint64_t busyNs)
     space_.Add(std::move(window));
 }
 
+void Flash::RequireIdle() const {
+    if (IsBusy()) throw Error(GenTL::GC_ERR_BUSY, "the flash is busy");
+}
+
 void Flash::Execute(uint32_t command) {
     const uint32_t operation = command >> 24;
     const uint32_t address = command & 0xFFFFFFU;
-    if (operation == kPoll) return;
-    if (IsBusy()) throw Error(GenTL::GC_ERR_BUSY, "the flash is busy");
+    if (operation == kPoll) {
+        status_ = IsBusy();
+        return;
+    }
+    RequireIdle();
     if (operation != kErase && operation != kProgram) {
         throw Error(GenTL::GC_ERR_INVALID_VALUE, "no command of the flash");
     }
     if (address < kFirst || address >= kEnd) {
         throw Error(GenTL::GC_ERR_INVALID_VALUE, "the address is not in the flash");
+    }
+    if (address % (operation == kErase ? kSectorSize : kPageSize) != 0) {
+        throw Error(GenTL::GC_ERR_INVALID_VALUE,
+                    "the address is not the first of a sector or page");
     }
     if (operation == kErase) {
         Erase(address);
@@ -84,18 +116,19 @@ void Flash::Execute(uint32_t command) {
         ProgramPage(address);
     }
     idleNs_ = clock_() + busyNs_;
+    status_ = true;
 }
 
 void Flash::Erase(uint32_t address) {
     const std::vector<uint8_t> erased(kSectorSize, 0xFF);
-    space_.Load(kWindow + (address - address % kSectorSize), erased.data(), erased.size());
+    space_.Load(kWindow + address, erased.data(), erased.size());
 }
 
 // Bits can only be cleared, as long as the sector is not erased.
 void Flash::ProgramPage(uint32_t address) {
     if (!mayProgram_) throw Error(GenTL::GC_ERR_ACCESS_DENIED, "no page program is expected");
     mayProgram_ = false;
-    const uint64_t place = kWindow + (address - address % kPageSize);
+    const uint64_t place = kWindow + address;
     std::vector<uint8_t> page(kPageSize);
     std::vector<uint8_t> data(kPageSize);
     space_.Read(place, page.data(), page.size());

@@ -91,6 +91,12 @@ void RegisterSpace::CheckRange(uint64_t address, size_t size) const {
     }
 }
 
+void RegisterSpace::CheckWhole(const Register& reg, uint64_t address, size_t size) {
+    if (reg.whole && (address != reg.address || size != reg.size)) {
+        throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "the register is accessed as a whole only");
+    }
+}
+
 template <typename Visit>
 void RegisterSpace::ForEachRegister(uint64_t address, size_t size, Visit&& visit) const {
     if (size == 0) return;
@@ -107,10 +113,11 @@ void RegisterSpace::ForEachRegister(uint64_t address, size_t size, Visit&& visit
 void RegisterSpace::Read(uint64_t address, void* buffer, size_t size) {
     CheckRange(address, size);
     const auto lock = Lock();
-    ForEachRegister(address, size, [](const Register& reg) {
+    ForEachRegister(address, size, [=](const Register& reg) {
         if (reg.access == Access::WriteOnly) {
             throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the register is write-only");
         }
+        CheckWhole(reg, address, size);
     });
     ForEachRegister(address, size, [this](const Register& reg) {
         if (reg.source != nullptr) WriteMemory(reg.address, Content(reg).data(), reg.size);
@@ -135,6 +142,7 @@ void RegisterSpace::Write(uint64_t address, const void* buffer, size_t size) {
         if (reg.access == Access::ReadOnly) {
             throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the register is read-only");
         }
+        CheckWhole(reg, address, size);
         std::vector<uint8_t> content = Content(reg);
         const uint64_t begin = std::max(address, reg.address);
         const uint64_t last = std::min(address + (size - 1), reg.address + (reg.size - 1));

@@ -26,6 +26,9 @@ struct Register {
     size_t size = 0;
     Access access = Access::ReadWrite;
 
+    // Accesses to parts of it, or beyond it, are refused with GC_ERR_INVALID_PARAMETER.
+    bool whole = false;
+
     // Computes the content before it is read. Without it the register keeps what was written.
     std::function<void(uint8_t* bytes)> source;
 
@@ -84,7 +87,7 @@ class RegisterSpace {
     // What a client does. They throw GC_ERR_INVALID_ADDRESS when the range leaves the space,
     // GC_ERR_ACCESS_DENIED when a register in it does not allow the access, and what the functions
     // of the registers throw; Write throws GC_ERR_RESOURCE_EXHAUSTED when it would need too much
-    // memory. A range may cut registers or hold several.
+    // memory. A range may hold several registers, and cut those that are not `whole`.
     void Read(uint64_t address, void* buffer, size_t size);
     void Write(uint64_t address, const void* buffer, size_t size);
 
@@ -107,6 +110,7 @@ class RegisterSpace {
     void ForEachRegister(uint64_t address, size_t size, Visit&& visit) const;
 
     void CheckRange(uint64_t address, size_t size) const;
+    static void CheckWhole(const Register& reg, uint64_t address, size_t size);
     std::vector<uint8_t> Content(const Register& reg);
     void ReadMemory(uint64_t address, uint8_t* out, size_t size) const;
     void WriteMemory(uint64_t address, const uint8_t* in, size_t size);

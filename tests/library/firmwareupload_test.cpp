@@ -2,10 +2,14 @@
 
 #include <filesystem>
 #include <fstream>
+#include <numeric>
+#include <sys/stat.h>
 
 #include "ZelCameraApi/deviceimpl.h"
 #include "tests/library/fixture.h"
+#include "tests/support/simulator.h"
 
+using std::string_literals::operator""s;
 using testing::ElementsAre;
 using testing::Pair;
 using ZelCam::Device;
@@ -49,12 +53,22 @@ class FirmwareUploadTest : public SessionTest {
                Scripted::Gives(status, GenTL::INFO_DATATYPE_UNKNOWN));
     }
 
+    // The flash is ready for the first `polls`.
+    void BusyAfter(size_t polls) {
+        producer.AddRule({"GCReadPort", Scripted::AnyCommand,
+                          [](const Scripted::Call&) {
+                              return Scripted::Gives(1U, GenTL::INFO_DATATYPE_UNKNOWN);
+                          },
+                          polls});
+    }
+
     ZelCamErr Upload(const std::string& file,
-                     ZelCameraApi::Internal::UploadProgress progress = Report) {
+                     void (*progress)(Device::UploadEventType, Device::UploadEventData) = Report) {
         return dynamic_cast<DeviceImpl&>(*device).UploadRpd(file.c_str(), 0, progress);
     }
-    ZelCamErr Program(const std::vector<uint8_t>& image) {
-        return FirmwareUpload(*device, Report).Program(image);
+    ZelCamErr Run(const std::vector<uint8_t>& image) {
+        AcceptAll();
+        return FirmwareUpload(*device, Report).Run(image);
     }
 
     // Address and first four bytes of each write since the last Calls.
@@ -78,6 +92,8 @@ class FirmwareUploadTest : public SessionTest {
     }
 
     static constexpr uint64_t Command = 0x20006050;
+    static constexpr size_t Sectors = 64;
+    static constexpr size_t ErasingWrites = 2 * Sectors;  // each is polled once
 };
 
 }  // namespace
@@ -85,11 +101,11 @@ class FirmwareUploadTest : public SessionTest {
 TEST_F(FirmwareUploadTest, AnEmptyImageErasesTheFlash) {
     EXPECT_EQ(Upload(File(0)), ZelCamErr_Success);
     const auto writes = Writes();
-    ASSERT_EQ(writes.size(), 128U);  // 64 sectors, each polled once; nothing is programmed
+    ASSERT_EQ(writes.size(), ErasingWrites);  // nothing is programmed
     EXPECT_THAT(writes[0], Pair(Command, 0x1400000U));
     EXPECT_THAT(writes[1], Pair(Command, 0x6000000U));
     EXPECT_THAT(writes[126], Pair(Command, 0x17F0000U));
-    ASSERT_EQ(reports.size(), 64U);
+    ASSERT_EQ(reports.size(), Sectors);
     EXPECT_EQ(reports[0], "0: 400000 400000 800000 0");
     EXPECT_EQ(reports[63], "0: 400000 7f0000 800000 0");
 
@@ -99,6 +115,12 @@ TEST_F(FirmwareUploadTest, AnEmptyImageErasesTheFlash) {
 TEST_F(FirmwareUploadTest, OtherImagesTouchNoRegister) {
     EXPECT_EQ(Upload(File(1)), ZelCamErr_InvalidFile);
     EXPECT_EQ(Upload("/no/such/file.rpd"), ZelCamErr_FileOpenFailed);
+    std::filesystem::remove(Path());
+    ASSERT_EQ(mkfifo(Path().c_str(), 0600), 0);
+    for (const std::string& file : {Path(), "/dev/null"s, "/dev/zero"s, "/proc/cpuinfo"s, "/proc"s})
+        EXPECT_EQ(Upload(file), ZelCamErr_InvalidFile) << file;
+    EXPECT_EQ(device->UploadFirmware(nullptr, nullptr, nullptr), ZelCamErr_FileOpenFailed);
+    EXPECT_EQ(device->UploadFirmware("/dev/null", nullptr, nullptr), ZelCamErr_InvalidFile);
     EXPECT_THAT(Calls(), ElementsAre());
     EXPECT_THAT(reports, ElementsAre());
 }
@@ -116,7 +138,7 @@ TEST_F(FirmwareUploadTest, ABusyFlashEndsItQuietly) {
          [](const Scripted::Call&) { return Scripted::Gives(0x80U, GenTL::INFO_DATATYPE_UNKNOWN); },
          0, 9});
     EXPECT_EQ(Upload(File(0)), ZelCamErr_Success);
-    EXPECT_EQ(reports.size(), 64U);
+    EXPECT_EQ(reports.size(), Sectors);
 }
 
 TEST_F(FirmwareUploadTest, AFailingRegisterEndsItWithItsCode) {
@@ -139,24 +161,107 @@ TEST_F(FirmwareUploadTest, AFailingRegisterEndsItWithItsCode) {
 TEST_F(FirmwareUploadTest, ProgramsAPageThatIsNotErased) {
     std::vector<uint8_t> image(300, 0xFF);
     image[256] = 0;  // behind the page
-    EXPECT_EQ(Program(image), ZelCamErr_Success);
-    EXPECT_THAT(Calls(), ElementsAre());
+    EXPECT_EQ(Run(image), ZelCamErr_Success);
+    EXPECT_EQ(Writes().size(), ErasingWrites);
 
     image[3] = 0x12;
-    EXPECT_EQ(Program(image), ZelCamErr_Success);
-    EXPECT_THAT(Writes(), ElementsAre(Pair(0x10000300U, 0x12FFFFFFU), Pair(0x20006100U, 0x1000001U),
-                                      Pair(Command, 0x3400000U), Pair(Command, 0x6000000U)));
-    EXPECT_THAT(reports, ElementsAre("1: 400000 400000 400000 0"));
+    EXPECT_EQ(Run(image), ZelCamErr_Success);
+    auto writes = Writes();
+    writes.erase(writes.begin(), writes.begin() + ErasingWrites);
+    EXPECT_THAT(writes, ElementsAre(Pair(0x10000300U, 0x12FFFFFFU), Pair(0x20006100U, 0x1000001U),
+                                    Pair(Command, 0x3400000U), Pair(Command, 0x6000000U)));
+    EXPECT_EQ(reports.size(), Sectors + 1);
+    EXPECT_EQ(reports.back(), "1: 400000 400000 400000 0");
+}
+
+TEST_F(FirmwareUploadTest, ProgrammingEndsLikeErasing) {
+    const std::vector<uint8_t> image(256, 0x12);
+    const auto failAfterErasing = [&](const char* function, size_t skip, ZelCamErr code) {
+        AcceptAll();
+        Fail(function, code, Scripted::AnyCommand, skip);
+        return FirmwareUpload(*device, Report).Run(image);
+    };
+    for (const size_t step : {0U, 1U, 2U, 3U}) {  // only the poll is reported
+        EXPECT_EQ(failAfterErasing("GCWritePort", ErasingWrites + step, ZelCamErr_GenTL_Io),
+                  ZelCamErr_GenTL_Io);
+        EXPECT_EQ(reports.size(), step == 3 ? Sectors + 1 : Sectors);
+    }
+    EXPECT_EQ(reports.back(), "1: 400000 400000 400000 -1010");
 
     AcceptAll();
-    SetStatus(1);
-    EXPECT_EQ(Program(image), ZelCamErr_Success);
-    EXPECT_THAT(reports, ElementsAre("1: 400000 400000 400000 0"));
-    for (const size_t step : {0U, 1U, 2U, 3U}) {  // only the poll is reported
-        AcceptAll();
-        Fail("GCWritePort", -1010, Scripted::AnyCommand, step);
-        EXPECT_EQ(Program(image), -1010);
-        EXPECT_EQ(reports.size(), step == 3 ? 1U : 0U);
+    BusyAfter(Sectors);
+    EXPECT_EQ(FirmwareUpload(*device, Report).Run(image), ZelCamErr_Success);
+    EXPECT_EQ(reports.back(), "1: 400000 400000 400000 0");
+    AcceptAll();
+    BusyAfter(1 + Sectors);  // polled before the first sector
+    EXPECT_EQ(FirmwareUpload(*device, Report).RunWhenReady(image), ZelCamErr_GenTL_Busy);
+    EXPECT_EQ(reports.size(), Sectors + 1);
+}
+
+TEST_F(FirmwareUploadTest, ThePublicOperationWaitsForABusyFlash) {
+    size_t events = 0;
+    const auto upload = [&] {
+        events = 0;
+        return device->UploadFirmware(
+            File(0).c_str(),
+            [](Device::UploadEventType, Device::UploadEventData data, void* priv) {
+                EXPECT_EQ(data.endAddress, 0x800000U);
+                ++*static_cast<size_t*>(priv);
+            },
+            &events);
+    };
+    // longer than the flash may take for a sector
+    producer.AddRule(
+        {"GCReadPort", Scripted::AnyCommand,
+         [](const Scripted::Call&) { return Scripted::Gives(1U, GenTL::INFO_DATATYPE_UNKNOWN); }, 0,
+         20});
+    EXPECT_EQ(upload(), ZelCamErr_Success);
+    EXPECT_EQ(events, Sectors);
+
+    AcceptAll();
+    BusyAfter(3);
+    EXPECT_EQ(upload(), ZelCamErr_GenTL_Busy);
+    EXPECT_EQ(events, 3U);  // the last is of the sector that was not finished
+
+    AcceptAll();
+    BusyAfter(0);
+    EXPECT_EQ(upload(), ZelCamErr_GenTL_Busy);
+    EXPECT_EQ(events, 0U);
+    for (const auto& [address, value] : Writes())
+        EXPECT_EQ(value, 0x6000000U);
+
+    AcceptAll();
+    Fail("GCReadPort", ZelCamErr_GenTL_InvalidAddress);  // a camera without such a flash
+    EXPECT_EQ(upload(), ZelCamErr_GenTL_InvalidAddress);
+    EXPECT_EQ(Writes().size(), 1U);
+    EXPECT_EQ(device->UploadFirmware(File(0).c_str(), nullptr, nullptr),
+              ZelCamErr_GenTL_InvalidAddress);
+}
+
+// The simulated flash is busy for a while after each step, and takes nothing but what a real one
+// would.
+TEST_F(FirmwareUploadTest, ASimulatedFlashHoldsTheImage) {
+    const ZelTest::Simulator simulator;
+    ASSERT_EQ(simulator.configure("<ZelSim><Interface id='sim' type='GEV'><Camera id='C'/>"
+                                  "</Interface></ZelSim>"),
+              0);
+    const Holder<ZelCam::System> simulated(ZelCam_GetSystem());
+    ASSERT_EQ(simulated->RegisterGenTLProvider(SIMULATOR_FILE), ZelCamErr_Success);
+    ZelCam::Interface* const sim = simulated->GetInterfaceById("sim");
+    ASSERT_NE(sim, nullptr);
+    const Holder<Device> camera(
+        ZelCam_CreateDevice(sim->GetFirstDeviceInfo(), ZelCam::DeviceAccess::Exclusive, nullptr));
+    ASSERT_NE(camera, nullptr);
+    std::vector<uint8_t> image(256);
+    std::iota(image.begin(), image.end(), uint8_t{0});
+    std::vector<uint8_t> flash(0x400000);
+    for (int round = 0; round < 2; ++round) {  // again over what is there
+        reports.clear();
+        EXPECT_EQ(FirmwareUpload(*camera, Report).Run(image), ZelCamErr_Success);
+        EXPECT_EQ(reports.size(), Sectors + 1);
+        ASSERT_EQ(camera->ReadMem(0x30400000, flash.data(), flash.size()), ZelCamErr_Success);
+        EXPECT_TRUE(std::equal(image.begin(), image.end(), flash.begin())) << round;
+        EXPECT_EQ(std::count(flash.begin() + 256, flash.end(), 0xFF), flash.size() - 256);
+        std::reverse(image.begin(), image.end());
     }
-    EXPECT_THAT(reports, ElementsAre("1: 400000 400000 400000 -1010"));
 }

@@ -136,6 +136,15 @@ TEST_F(CameraDeviceTest, TheFlashErasesAndPrograms) {
     EXPECT_EQ(whenIdle(0x37F0000), GC_ERR_SUCCESS);
     EXPECT_EQ(Value(kFlashWindow + 0x7F0000), 0x12345678U);
     EXPECT_EQ(Value(kFlashWindow + 0x7F0004), 0U);
+
+    // Again without erasing: bits are cleared and not set.
+    GC_ERROR code = GC_ERR_BUSY;
+    while ((code = Write(0x10000300, 0xFFFF0000)) == GC_ERR_BUSY)
+        std::this_thread::yield();
+    ASSERT_EQ(code, GC_ERR_SUCCESS);
+    ASSERT_EQ(Write(kFlashPageControl, 0x1000001), GC_ERR_SUCCESS);
+    EXPECT_EQ(whenIdle(0x37F0000), GC_ERR_SUCCESS);
+    EXPECT_EQ(Value(kFlashWindow + 0x7F0000), 0x12340000U);
 }
 
 TEST_F(CameraDeviceTest, TheFlashIsBusyForAWhile) {
@@ -144,6 +153,29 @@ TEST_F(CameraDeviceTest, TheFlashIsBusyForAWhile) {
     EXPECT_NE(Value(kFlashStatus) & 0xFFU, 0U);
     EXPECT_EQ(Write(kFlashCommand, 0x6000000), GC_ERR_SUCCESS);
     EXPECT_EQ(Write(kFlashCommand, 0x1410000), GC_ERR_BUSY);
+    EXPECT_EQ(Write(0x10000300, 0), GC_ERR_BUSY);
+    EXPECT_EQ(Write(kFlashPageControl, 0x1000001), GC_ERR_BUSY);
+}
+
+TEST_F(CameraDeviceTest, TheFlashIsAsStrictAsARealOne) {
+    Open("flashBusyTime='0'", "GEV");
+    EXPECT_EQ(Write(kFlashCommand, 0x1400100), GC_ERR_INVALID_VALUE);  // within a sector
+    EXPECT_EQ(Write(kFlashPageControl, 0x1000001), GC_ERR_SUCCESS);
+    EXPECT_EQ(Write(kFlashCommand, 0x3400004), GC_ERR_INVALID_VALUE);  // within a page
+
+    // The status is what the last poll saw.
+    EXPECT_EQ(Write(kFlashCommand, 0x1400000), GC_ERR_SUCCESS);
+    EXPECT_EQ(Value(kFlashStatus), 1U);
+    EXPECT_EQ(Write(kFlashCommand, 0x6000000), GC_ERR_SUCCESS);
+    EXPECT_EQ(Value(kFlashStatus), 0U);
+
+    const std::vector<uint8_t> erase{0, 0, 0x40, 1, 0, 0, 0, 0};
+    size_t size = erase.size();
+    EXPECT_EQ(p.GCWritePort(Remote(), kFlashCommand, erase.data(), &size),
+              GC_ERR_INVALID_PARAMETER);
+    uint16_t half = 0;
+    size = sizeof half;
+    EXPECT_EQ(p.GCReadPort(Remote(), kFlashStatus, &half, &size), GC_ERR_INVALID_PARAMETER);
 }
 
 }  // namespace

@@ -38,6 +38,7 @@ constexpr struct {
     {ZelCamErr_GenTL_NotAvailable, "not available, or the producer lacks a function"},
     {ZelCamErr_GenTL_InvalidAddress, "there is nothing at that address"},
     {ZelCamErr_GenTL_BufferTooSmall, "a buffer is too small"},
+    {ZelCamErr_GenTL_Busy, "busy"},
 };
 
 const char* Meaning(ZelCamErr code) {
