@@ -10,6 +10,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "ZelCameraApi/configurationfile.h"
 #include "ZelGenParam/Array.h"
 #include "tests/library/moduledescription.h"
 
@@ -124,6 +125,28 @@ TEST_F(ConfigurationTest, IsLoadedFromEveryForm) {
         EXPECT_EQ(Peek(producer, Description::Height), code == ZelCamErr_InvalidFile ? 7U : 48U);
     }
     EXPECT_EQ(device->LoadConfiguration(nullptr), ZelCamErr_FileOpenFailed);
+}
+
+// The write succeeds, and yet the camera keeps its value.
+TEST_F(ConfigurationTest, AValueThatTheCameraDoesNotTakeIsAFailure) {
+    producer.SetDescription(test::document(
+        "<Category Name='Root'><pFeature>Width</pFeature><pFeature>Height</pFeature></Category>" +
+        test::named("IntReg", "Width",
+                    test::registerAt(Description::Width, 4) + "<Cachable>NoCache</Cachable>" +
+                        test::kLittle) +
+        test::intReg("Height", Description::Height) + test::kPort));
+    OpenDevice();
+    producer.AddRule({"GCWritePort", Scripted::AnyCommand, [](const Scripted::Call& call) {
+                          Scripted::Reply reply;
+                          if (call.number == Description::Width) reply.code = GenTL::GC_ERR_SUCCESS;
+                          return reply;
+                      }});
+    EXPECT_EQ(device->LoadConfiguration(Features("32").c_str()), ZelCamErr_LoadConfigFailed);
+    EXPECT_EQ(Peek(producer, Description::Height), 48U);
+
+    // What the engine refuses as a whole.
+    std::istringstream text(Features("32"));
+    EXPECT_EQ(ZelCameraApi::Internal::LoadFeatures(text, nullptr), ZelCamErr_LoadConfigFailed);
 }
 
 TEST_F(ConfigurationTest, LosesNothingBehindTheEndOfACDataSection) {

@@ -139,10 +139,15 @@ TEST_F(IPConfigurationTest, IsForcedAndTheSelectorRestored) {
     EXPECT_THAT(TakeSelections(), ElementsAre());
     EXPECT_THAT(TakeForced(), ElementsAre(0, 0, 0, 0));
 
-    Fail("GCWritePort", -1010, Scripted::AnyCommand, 2, 1);  // the mask
-    EXPECT_EQ(info->ForceIP(1U, 2U, 3U), ZelCamErr_GenApiError);
-    EXPECT_THAT(TakeForced(), ElementsAre(1, 0, 0, 0));
-    EXPECT_THAT(TakeSelections(), ElementsAre(1, 0));
+    // Address, mask, gateway, command; what comes behind a failure is not done.
+    for (const auto& [step, forced] :
+         {std::pair{1U, std::vector{0U, 0U, 0U, 0U}}, {2U, {1, 0, 0, 0}}, {3U, {1, 2, 0, 0}}}) {
+        producer.ClearRules();
+        Fail("GCWritePort", -1010, Scripted::AnyCommand, step, 1);
+        EXPECT_EQ(info->ForceIP(1U, 2U, 3U), ZelCamErr_GenApiError);
+        EXPECT_EQ(TakeForced(), forced);
+        EXPECT_THAT(TakeSelections(), ElementsAre(1, 0));
+    }
 }
 
 TEST_F(IPConfigurationTest, IsThatOfTheCameraWhateverTheOrderOfTheProducer) {
@@ -195,6 +200,17 @@ TEST_F(IPConfigurationTest, NeedsTheFeaturesOfAnInterfaceForGigECameras) {
     uint32_t value = 0;
     EXPECT_EQ(info->GetIP(&value, &value, &value), ZelCamErr_ParamNotFound);
     EXPECT_EQ(info->ForceIP(1U, 2U, 3U), ZelCamErr_ParamNotFound);
+
+    // Without the command nothing is selected or written in vain.
+    std::string xml = Description::Xml();
+    const std::string command = "'GevDeviceForceIP'";
+    xml.replace(xml.find(command), command.size(), "'NoSuchCommand'");
+    producer.SetDescription(xml);
+    system.reset();
+    OpenInterface();
+    EXPECT_EQ(iface->GetDeviceInfoById("cam1")->ForceIP(1U, 2U, 3U), ZelCamErr_ParamNotFound);
+    EXPECT_THAT(TakeSelections(), ElementsAre());
+    EXPECT_THAT(TakeForced(), ElementsAre(0, 0, 0, 0));
 
     // A list of cameras that cannot be read selects none of them.
     producer.SetDescription(Description::Xml());
