@@ -190,8 +190,8 @@ TEST_F(Completion, CommandsOptionsCamerasAndFiles) {
 // The options that the completion offers are those the program has.
 TEST_F(Completion, KnowsEveryOption) {
     for (const std::string command :
-         {"list", "grab", "features", "get", "set", "exec", "watch", "events", "xml", "report",
-          "config save", "config load", "ip show"}) {
+         {"list", "grab", "features", "get", "set", "exec", "watch", "events", "read", "write",
+          "firmware", "xml", "report", "config save", "config load", "ip show"}) {
         const size_t blank = command.find(' ');
         std::vector<std::string> words = {command.substr(0, blank)};
         if (blank != std::string::npos) words.push_back(command.substr(blank + 1));

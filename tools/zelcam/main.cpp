@@ -22,7 +22,8 @@ constexpr const char* help =
     "    5  the acquisition failed\n"
     "    6  no frame arrived in time\n"
     "    7  a file cannot be read or written, or a frame not be converted\n"
-    "    8  a feature does not exist, or cannot be read, set or started\n"
+    "    8  a feature does not exist, or cannot be read, set or started; or a\n"
+    "       register not be read or written; or an upload of firmware failed\n"
     "    9  config diff: the camera is set otherwise than the file says\n"
     "   10  check: a check failed\n"
     "  130  ended with Ctrl-C before all was done\n\n"
@@ -78,6 +79,9 @@ ExitCode ParseAndRun(int argc, char** argv) {
     AddConfigCommand(app, invocation);
     AddXmlCommand(app, invocation);
     AddIpCommand(app, invocation);
+    AddReadCommand(app, invocation);
+    AddWriteCommand(app, invocation);
+    AddFirmwareCommand(app, invocation);
     AddReportCommand(app, invocation);
     AddCheckCommand(app, invocation);
     const std::optional<ExitCode> end = line.Parse(argc, argv);

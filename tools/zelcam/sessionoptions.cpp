@@ -37,12 +37,13 @@ void AddAccessOption(Command command, std::string& access, const std::vector<std
     command.AddOption("-a,--access", access, words).TypeName("ACCESS").OneOf(names).ShowDefault();
 }
 
-void AddFeatureOptions(Command command, FeatureOptions& options) {
+void AddFeatureOptions(Command command, FeatureOptions& options, const std::string& whose) {
     AddCameraArgument(command, options.camera, true);
     command
         .AddOption("-m,--module", options.module,
-                   "Whose features: camera, local (this side of the\n"
-                   "connection), interface or stream")
+                   whose +
+                       ": camera, local (this side of the\n"
+                       "connection), interface or stream")
         .TypeName("MODULE")
         .OneOf({"camera", "local", "interface", "stream"})
         .ShowDefault();

@@ -1,5 +1,7 @@
 #include "tools/zelcam/words.h"
 
+#include "gentl/GenTL.h"
+
 namespace {
 
 constexpr struct {
@@ -38,7 +40,12 @@ constexpr struct {
     {ZelCamErr_GenTL_NotAvailable, "not available, or the producer lacks a function"},
     {ZelCamErr_GenTL_InvalidAddress, "there is nothing at that address"},
     {ZelCamErr_GenTL_BufferTooSmall, "a buffer is too small"},
+    {static_cast<ZelCamErr>(GenTL::GC_ERR_INVALID_INDEX), "there is no such index"},
+    {static_cast<ZelCamErr>(GenTL::GC_ERR_INVALID_VALUE), "the value is refused"},
+    {static_cast<ZelCamErr>(GenTL::GC_ERR_RESOURCE_EXHAUSTED), "a resource is exhausted"},
+    {static_cast<ZelCamErr>(GenTL::GC_ERR_OUT_OF_MEMORY), "there is no memory left"},
     {ZelCamErr_GenTL_Busy, "busy"},
+    {static_cast<ZelCamErr>(GenTL::GC_ERR_AMBIGUOUS), "several things fit"},
 };
 
 const char* Meaning(ZelCamErr code) {

@@ -1,0 +1,201 @@
+// zelcam firmware: a new firmware for a camera.
+
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <poll.h>
+#include <unistd.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tools/zelcam/commands.h"
+#include "tools/zelcam/featurevalue.h"
+#include "tools/zelcam/interrupt.h"
+#include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/pause.h"
+#include "tools/zelcam/registervalue.h"
+#include "tools/zelcam/words.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::ordered_json;
+using ZelCam::Device;
+
+struct FirmwareOptions {
+    FeatureOptions camera;
+    std::string file;
+    bool yes = false;
+    bool erase = false;
+};
+
+// Whether it is an image, the library knows.
+uint64_t SizeOf(const std::string& file) {
+    std::error_code error;
+    if (!fs::is_regular_file(file, error)) {
+        throw Failure(ExitCode::FileFailed,
+                      error ? "the file " + file + " cannot be read: " + error.message()
+                            : file + " is no regular file");
+    }
+    const uint64_t size = fs::file_size(file, error);
+    if (error) {
+        throw Failure(ExitCode::FileFailed,
+                      "the file " + file + " cannot be read: " + error.message());
+    }
+    return size;
+}
+
+// Anew from the camera; nothing when it has none.
+std::optional<std::string> VersionOf(Device& device) {
+    ZelGenParam::Array* const features = device.GetCameraParameters(nullptr);
+    if (features == nullptr) return std::nullopt;
+    ZelGenParam::Param* const version = features->GetParam("DeviceFirmwareVersion", nullptr);
+    return version != nullptr ? ReadFeature(*version, true) : std::nullopt;
+}
+
+std::string VersionWords(const std::optional<std::string>& version) {
+    return version ? "\"" + *version + "\"" : "unknown";
+}
+
+// A line from the terminal. Failure (Interrupted) at Ctrl-C.
+std::string Answer() {
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    while (poll(&input, 1, static_cast<int>(sliceMs)) <= 0)
+        if (Interrupted()) throw Failure(ExitCode::Interrupted, "nothing was done");
+    std::string line;
+    std::getline(std::cin, line);
+    return line;
+}
+
+void Confirm(const Camera& camera, const FirmwareOptions& options, uint64_t size,
+             const std::optional<std::string>& version) {
+    std::cerr << "Camera   " << camera.Description() << "\nVersion  " << VersionWords(version)
+              << "\nFile     " << options.file << ", " << size
+              << " bytes\n\nThe camera's flash is erased"
+              << (size == 0 ? ", and nothing is written into it"
+                            : " before the file is written into it")
+              << ". A camera without its firmware may not start again.\nGo on? [y/N] ";
+    const std::string answer = Answer();
+    if (answer != "y" && answer != "yes") throw Failure(ExitCode::Usage, "nothing was done");
+}
+
+// Tells how far an upload is.
+class Upload {
+  public:
+    ZelCamErr Run(Device& device, const std::string& file) {
+        const ZelCamErr code = device.UploadFirmware(
+            file.c_str(),
+            [](Device::UploadEventType type, Device::UploadEventData data, void* upload) {
+                static_cast<Upload*>(upload)->Note(type, data);
+            },
+            this);
+        if (shown_) std::fputs("\r\x1b[K", stderr);
+        return code;
+    }
+
+    uint64_t Erased() const { return erased_; }
+    uint64_t Last() const { return last_; }
+
+  private:
+    void Note(Device::UploadEventType type, const Device::UploadEventData& data) {
+        if (type == Device::UploadEvent_SectorErased) ++erased_;
+        last_ = data.currentAddress;
+        if (shown_) {
+            std::fprintf(stderr, "\r\x1b[K%s at %s",
+                         type == Device::UploadEvent_SectorErased ? "erased" : "written",
+                         AddressText(last_).c_str());
+        }
+        if (!Interrupted() || warned_) return;
+        warned_ = true;
+        std::cerr << "\nzelcam: warning: the upload goes on to its end, which takes some seconds: "
+                     "a camera whose firmware is\nhalf written may not start again. Ctrl-C again "
+                     "ends the program all the same\n";
+    }
+
+    const bool shown_ = isatty(STDERR_FILENO) != 0;
+    bool warned_ = false;
+    uint64_t erased_ = 0;  // sectors
+    uint64_t last_ = 0;    // address
+};
+
+[[noreturn]] void FailUpload(const FirmwareOptions& options, const Upload& upload, ZelCamErr code) {
+    if (code == ZelCamErr_InvalidFile || code == ZelCamErr_FileOpenFailed) {
+        throw Failure(ExitCode::FileFailed,
+                      options.file +
+                          " is refused, and the camera is as it was: " + ErrorWords(code) +
+                          ". Only an empty file is taken so far, which erases the flash");
+    }
+    const std::string what = "the upload failed: " + ErrorWords(code) + "; ";
+    if (upload.Erased() == 0)
+        throw Failure(ExitCode::FeatureFailed, what + "nothing was erased or written");
+    throw Failure(ExitCode::FeatureFailed,
+                  what + "it ended at the flash address " + AddressText(upload.Last()) +
+                      ", and what lies before that is erased. Upload again before the camera is "
+                      "switched off");
+}
+
+ExitCode RunFirmware(const FirmwareOptions& options) {
+    const uint64_t size = SizeOf(options.file);
+    if (size == 0 && !options.erase) {
+        throw Failure(ExitCode::Usage,
+                      options.file +
+                          " is empty: uploading it erases the camera's whole flash and "
+                          "writes nothing; --erase does that");
+    }
+    const bool asks = !options.yes;
+    if (asks && isatty(STDIN_FILENO) == 0) {
+        throw Failure(ExitCode::Usage,
+                      "there is no terminal to ask whether to go on; --yes goes on without");
+    }
+    FeatureSession session(options.camera);
+    const Camera& camera = session.Camera().Info();
+    Device& device = session.Camera().Device();
+    const std::optional<std::string> before = VersionOf(device);
+    if (asks) Confirm(camera, options, size, before);
+    NoteInterrupts();
+    Upload upload;
+    const ZelCamErr code = upload.Run(device, options.file);
+    if (code != ZelCamErr_Success) FailUpload(options, upload, code);
+    const std::optional<std::string> after = VersionOf(device);
+    if (options.camera.session.json) {
+        const Json result = {{"camera", camera.id},
+                             {"file", options.file},
+                             {"size", size},
+                             {"sectorsErased", upload.Erased()},
+                             {"versionBefore", before ? Json(*before) : Json()},
+                             {"versionAfter", after ? Json(*after) : Json()}};
+        std::cout << JsonText(result) << '\n';
+    } else {
+        std::cout << "Erased   " << upload.Erased() << " sectors of the flash, to "
+                  << AddressText(upload.Last()) << "\nWritten  " << size << " bytes\nVersion  "
+                  << VersionWords(before) << " before, " << VersionWords(after)
+                  << " after; a new one may show after DeviceReset only\n"
+                     "The flash cannot be read back: only the camera's answers were looked at.\n";
+    }
+    return ExitCode::Ok;
+}
+
+}  // namespace
+
+void AddFirmwareCommand(Command app, Invocation& invocation) {
+    auto options = std::make_shared<FirmwareOptions>();
+    options->camera.access = "exclusive";
+    Command command = app.AddCommand("firmware", "Upload a firmware image to a camera");
+    AddCameraArgument(command, options->camera.camera, true);
+    command.AddOption("file", options->file, "The image").TypeName("FILE").Required();
+    command.AddFlag("-y,--yes", options->yes, "Do not ask; needed where there is no terminal");
+    command.AddFlag("--erase", options->erase,
+                    "Take an empty FILE: erase the flash and write nothing");
+    AddAccessOption(command, options->camera.access, {"control", "exclusive"});
+    AddSessionOptions(command, options->camera.session);
+    command.Footer(
+        "Example:\n"
+        "  zelcam firmware 4711 empty.rpd --erase\n\n"
+        "The camera's flash is erased, which makes the camera unusable until it has a firmware "
+        "again. An\nimage with contents is refused so far, before the camera is touched. Ctrl-C "
+        "does not end an upload\nbut for the second one. An upload that failed is repeated before "
+        "the camera is switched off.");
+    Connect(command, invocation, options, RunFirmware);
+}
