@@ -2,10 +2,10 @@
 
 #include <array>
 #include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
 #include <poll.h>
 #include <stdexcept>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <gmock/gmock.h>

@@ -129,11 +129,38 @@ class Upload {
     }
     const std::string what = "the upload failed: " + ErrorWords(code) + "; ";
     if (upload.Erased() == 0)
-        throw Failure(ExitCode::FeatureFailed, what + "nothing was erased or written");
+        throw Failure(ExitCode::FeatureFailed, what + "no sector was reported to be erased");
     throw Failure(ExitCode::FeatureFailed,
                   what + "it ended at the flash address " + AddressText(upload.Last()) +
                       ", and what lies before that is erased. Upload again before the camera is "
                       "switched off");
+}
+
+// What the camera had before, and has now.
+struct Versions {
+    std::optional<std::string> before;
+    std::optional<std::string> after;
+};
+
+void PrintResult(const FirmwareOptions& options, const std::string& cameraId, const Upload& upload,
+                 const Versions& versions) {
+    const auto json = [](const std::optional<std::string>& version) {
+        return version ? Json(*version) : Json();
+    };
+    if (options.camera.session.json) {
+        const Json result = {{"camera", cameraId},
+                             {"file", options.file},
+                             {"sectorsErased", upload.Erased()},
+                             {"versionBefore", json(versions.before)},
+                             {"versionAfter", json(versions.after)}};
+        std::cout << JsonText(result) << '\n';
+        return;
+    }
+    std::cout << "Erased   " << upload.Erased() << " sectors of the flash, to "
+              << AddressText(upload.Last()) << "\nVersion  " << VersionWords(versions.before)
+              << " before, " << VersionWords(versions.after)
+              << " after; a new one may show after DeviceReset only\n"
+                 "The flash cannot be read back: only the camera's answers were looked at.\n";
 }
 
 ExitCode RunFirmware(const FirmwareOptions& options) {
@@ -144,36 +171,23 @@ ExitCode RunFirmware(const FirmwareOptions& options) {
                           " is empty: uploading it erases the camera's whole flash and "
                           "writes nothing; --erase does that");
     }
-    const bool asks = !options.yes;
-    if (asks && isatty(STDIN_FILENO) == 0) {
+    if (!options.yes && isatty(STDIN_FILENO) == 0) {
         throw Failure(ExitCode::Usage,
                       "there is no terminal to ask whether to go on; --yes goes on without");
     }
     FeatureSession session(options.camera);
     const Camera& camera = session.Camera().Info();
     Device& device = session.Camera().Device();
-    const std::optional<std::string> before = VersionOf(device);
-    if (asks) Confirm(camera, options, size, before);
+    Versions versions;
+    versions.before = VersionOf(device);
+    if (!options.yes) Confirm(camera, options, size, versions.before);
     NoteInterrupts();
+    if (Interrupted()) throw Failure(ExitCode::Interrupted, "nothing was done");
     Upload upload;
     const ZelCamErr code = upload.Run(device, options.file);
     if (code != ZelCamErr_Success) FailUpload(options, upload, code);
-    const std::optional<std::string> after = VersionOf(device);
-    if (options.camera.session.json) {
-        const Json result = {{"camera", camera.id},
-                             {"file", options.file},
-                             {"size", size},
-                             {"sectorsErased", upload.Erased()},
-                             {"versionBefore", before ? Json(*before) : Json()},
-                             {"versionAfter", after ? Json(*after) : Json()}};
-        std::cout << JsonText(result) << '\n';
-    } else {
-        std::cout << "Erased   " << upload.Erased() << " sectors of the flash, to "
-                  << AddressText(upload.Last()) << "\nWritten  " << size << " bytes\nVersion  "
-                  << VersionWords(before) << " before, " << VersionWords(after)
-                  << " after; a new one may show after DeviceReset only\n"
-                     "The flash cannot be read back: only the camera's answers were looked at.\n";
-    }
+    versions.after = VersionOf(device);
+    PrintResult(options, camera.id, upload, versions);
     return ExitCode::Ok;
 }
 

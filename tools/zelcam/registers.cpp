@@ -123,9 +123,7 @@ ExitCode RunWrite(const RegisterOptions& options) {
     return ExitCode::Ok;
 }
 
-using Options = std::shared_ptr<RegisterOptions>;
-
-Options MakeOptions(const char* type) {
+std::shared_ptr<RegisterOptions> MakeOptions(const char* type) {
     auto options = std::make_shared<RegisterOptions>();
     options->type = type;
     return options;
@@ -157,7 +155,7 @@ void AddForm(Command command, RegisterOptions& options, const std::string& what)
 }  // namespace
 
 void AddReadCommand(Command app, Invocation& invocation) {
-    const Options options = MakeOptions("hex");
+    const auto options = MakeOptions("hex");
     Command command = app.AddCommand("read", "Read registers");
     AddAddress(command, *options);
     command
@@ -179,7 +177,7 @@ void AddReadCommand(Command app, Invocation& invocation) {
 }
 
 void AddWriteCommand(Command app, Invocation& invocation) {
-    const Options options = MakeOptions("u32");
+    const auto options = MakeOptions("u32");
     Command command = app.AddCommand("write", "Write registers");
     AddAddress(command, *options);
     command
