@@ -9,7 +9,6 @@
 #include "tests/library/fixture.h"
 #include "tests/support/simulator.h"
 
-using std::string_literals::operator""s;
 using testing::ElementsAre;
 using testing::Pair;
 using ZelCam::Device;
@@ -117,7 +116,9 @@ TEST_F(FirmwareUploadTest, OtherImagesTouchNoRegister) {
     EXPECT_EQ(Upload("/no/such/file.rpd"), ZelCamErr_FileOpenFailed);
     std::filesystem::remove(Path());
     ASSERT_EQ(mkfifo(Path().c_str(), 0600), 0);
-    for (const std::string& file : {Path(), "/dev/null"s, "/dev/zero"s, "/proc/cpuinfo"s, "/proc"s})
+    const std::vector<std::string> files = {Path(), "/dev/null", "/dev/zero", "/proc/cpuinfo",
+                                            "/proc"};
+    for (const std::string& file : files)
         EXPECT_EQ(Upload(file), ZelCamErr_InvalidFile) << file;
     EXPECT_EQ(device->UploadFirmware(nullptr, nullptr, nullptr), ZelCamErr_FileOpenFailed);
     EXPECT_EQ(device->UploadFirmware("/dev/null", nullptr, nullptr), ZelCamErr_InvalidFile);

@@ -116,10 +116,8 @@ TEST_F(ToolRegisters, NumbersAreReadWholeAndRangesAreBounded) {
         EXPECT_EQ(Run({"write", "little", freeAddress, "--as", type, "--", value}).exitCode, 1)
             << type << " " << value;
     }
-    EXPECT_EQ(Run({"write", "little", freeAddress, "hex:" + std::string(2 * 4096, '0')}).exitCode,
-              0);
-    EXPECT_EQ(Run({"write", "little", freeAddress, "hex:" + std::string(2 * 4097, '0')}).exitCode,
-              1);
+    EXPECT_EQ(Run({"write", "little", freeAddress, "hex:" + std::string(8192, '0')}).exitCode, 0);
+    EXPECT_EQ(Run({"write", "little", freeAddress, "hex:" + std::string(8194, '0')}).exitCode, 1);
 }
 
 // The first register of each holds its identifier.
