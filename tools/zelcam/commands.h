@@ -42,9 +42,8 @@ void AddCameraArgument(Command command, std::string& camera, bool required);
 // How the camera is opened: one of `names`.
 void AddAccessOption(Command command, std::string& access, const std::vector<std::string>& names);
 
-// The argument CAMERA and the options of FeatureOptions. `whose` is for the help of the module.
-void AddFeatureOptions(Command command, FeatureOptions& options,
-                       const std::string& whose = "Whose features");
+// The argument CAMERA and the options of FeatureOptions.
+void AddFeatureOptions(Command command, FeatureOptions& options);
 
 // The argument GLOB and the option for the visibility, see FeatureFilter.
 void AddFilterOptions(Command command, std::string& glob, std::string& visibility);

@@ -130,7 +130,7 @@ std::shared_ptr<RegisterOptions> MakeOptions(const char* type) {
 }
 
 void AddAddress(Command command, RegisterOptions& options) {
-    AddFeatureOptions(command, options.camera, "Whose registers");
+    AddFeatureOptions(command, options.camera);
     command.AddOption("address", options.address, "Where: decimal, or behind 0x")
         .TypeName("ADDRESS")
         .Required();

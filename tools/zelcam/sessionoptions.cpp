@@ -37,13 +37,12 @@ void AddAccessOption(Command command, std::string& access, const std::vector<std
     command.AddOption("-a,--access", access, words).TypeName("ACCESS").OneOf(names).ShowDefault();
 }
 
-void AddFeatureOptions(Command command, FeatureOptions& options, const std::string& whose) {
+void AddFeatureOptions(Command command, FeatureOptions& options) {
     AddCameraArgument(command, options.camera, true);
     command
         .AddOption("-m,--module", options.module,
-                   whose +
-                       ": camera, local (this side of the\n"
-                       "connection), interface or stream")
+                   "Which module: camera, local (this side of the\n"
+                   "connection), interface or stream")
         .TypeName("MODULE")
         .OneOf({"camera", "local", "interface", "stream"})
         .ShowDefault();
