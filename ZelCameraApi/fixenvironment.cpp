@@ -21,11 +21,12 @@ constexpr const char* kCategory = "K4T_GEN";
 constexpr const char* kRoot = "GENICAM_ROOT";
 constexpr const char* kLogConfig = "GENICAM_LOG_CONFIG_V3_0";
 constexpr const char* kCache = "GENICAM_CACHE_V3_0";
+constexpr mode_t kFolderMode = 0775;
 
 template <typename... Arguments>
 void LogDebug(const char* format, Arguments... arguments) {
     const std::string message = "Environment::Environment: " + help_str(format, arguments...);
-    ZelLog4Cpp_Debug(kCategory, 0, message.c_str());
+    ZelLog4Cpp_DebugText(kCategory, message.c_str());
 }
 
 std::string TextOf(const char* text) {
@@ -69,13 +70,12 @@ std::string HomeDirectory() {
 }
 
 void CreateDirectory(const std::string& path) {
-    constexpr mode_t kMode = 0775;
-    const int code = mkdir(path.c_str(), kMode);
+    const int code = mkdir(path.c_str(), kFolderMode);
     const int error = errno;
-    LogDebug("CREATE DIR = %s, mode = %o, code = %d", path.c_str(), kMode, code);
+    LogDebug("CREATE DIR = %s, mode = %o, code = %d", path.c_str(), kFolderMode, code);
     if (code == 0) return;
     const std::string message = help_str("Environment::Environment: CREATE DIR: errno = %d", error);
-    ZelLog4Cpp_Error(kCategory, 0, message.c_str());
+    ZelLog4Cpp_ErrorText(kCategory, message.c_str());
 }
 
 bool IsDirectory(const std::string& path) {
@@ -83,16 +83,24 @@ bool IsDirectory(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-std::string CacheDirectory(const std::string& executableDirectory) {
+// The user's cache folder; empty when there is none. Without a home directory no folder is made: it
+// would lie in the root of the file system.
+std::string UserCacheDirectory() {
     std::string path = HomeDirectory();
+    if (path.empty()) return {};
     for (const char* const part : {"/.config", "/Zelcor", "/GENICAM_CACHE_V3_0"}) {
         path += part;
         CreateDirectory(path);
     }
-    if (IsDirectory(path)) return path;
+    return IsDirectory(path) ? path : std::string();
+}
+
+std::string CacheDirectory(const std::string& executableDirectory) {
+    const std::string path = UserCacheDirectory();
+    if (!path.empty()) return path;
     // The name is glued to the folder of the program, and it is that folder which is created: users
     // have come to know the place.
-    mkdir(executableDirectory.c_str(), 0775);
+    mkdir(executableDirectory.c_str(), kFolderMode);
     return executableDirectory + kCache;
 }
 

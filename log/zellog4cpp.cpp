@@ -3,12 +3,14 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cwchar>
+#include <mutex>
 #include <syslog.h>
 
 #include <log4cpp/Appender.hh>
 #include <log4cpp/Category.hh>
-#include <log4cpp/PropertyConfigurator.hh>
+#include <log4cpp/Configurator.hh>
 
+#include "log/configuredappenders.h"
 #include "log/executabledirectory.h"
 
 namespace {
@@ -46,11 +48,14 @@ constexpr const char* kMessageWithCode = "%s, code=%lu";
 
 void ZelLog4Cpp_configure(const char* propertyFile, const char* /*categoryName*/) {
     static const log4cpp::Appender::AppenderMapStorageInitializer appenderRegistry;
+    static ConfiguredAppenders appenders;
+    static std::mutex mutex;  // guards appenders
+    const std::lock_guard<std::mutex> lock(mutex);
 
     const std::string path = ExecutableDirectory() + "/" + propertyFile;
     syslog(LOG_WARNING, "ZelLog4Cpp: trying to load %s\n", path.c_str());
     try {
-        log4cpp::PropertyConfigurator::configure(path);
+        appenders.Configure(path);
         syslog(LOG_WARNING, "ZelLog4Cpp: PropertyConfigurator::configure succeeded!\n");
     } catch (const log4cpp::ConfigureFailure&) {
         syslog(LOG_WARNING,
@@ -80,6 +85,14 @@ void ZelLog4Cpp_Fatal(const char* category, unsigned long code, const char* mess
 
 void ZelLog4Cpp_Notice(const char* category, const char* message) noexcept {
     CategoryOf(category).notice("%s", message);
+}
+
+void ZelLog4Cpp_DebugText(const char* category, const char* message) noexcept {
+    CategoryOf(category).debug("%s", message);
+}
+
+void ZelLog4Cpp_ErrorText(const char* category, const char* message) noexcept {
+    CategoryOf(category).error("%s", message);
 }
 
 std::string help_str(const char* format, ...) {

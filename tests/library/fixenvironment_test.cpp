@@ -1,17 +1,28 @@
 #include "ZelCameraApi/fixenvironment.h"
 
+#include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <optional>
 #include <pwd.h>
+#include <sstream>
+#include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
-#include <gtest/gtest.h>
+#include <log4cpp/Category.hh>
+#include <log4cpp/OstreamAppender.hh>
+#include <log4cpp/PatternLayout.hh>
 
 #include "log/executabledirectory.h"
+#include "tests/library/moduledescription.h"
+#include "tests/library/systemlog.h"
 
 using namespace ZelCameraApi::Internal;
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 namespace {
 
@@ -51,23 +62,61 @@ constexpr const char* kVariables[] = {"GENICAM_ROOT", "GENICAM_LOG_CONFIG_V3_0",
 // The home directory of the account that the tests see.
 std::string accountHome;
 
+// The folders that were asked for, "path mode".
+std::vector<std::string> folders;
+
 class FixEnvironmentTest : public testing::Test {
   protected:
-    FixEnvironmentTest() { std::filesystem::create_directory(home); }
+    FixEnvironmentTest() {
+        std::filesystem::create_directory(home);
+        folders.clear();
+    }
     ~FixEnvironmentTest() override { std::filesystem::remove_all(home); }
 
     const std::string home = testing::TempDir() + "home" + std::to_string(getpid());
     const Preset homeVariable{"HOME", home};
 };
 
+// What is logged while it lives, with the priorities.
+class Messages {
+  public:
+    Messages() {
+        auto* const appender = new log4cpp::OstreamAppender("messages", &text_);
+        auto* const layout = new log4cpp::PatternLayout;
+        layout->setConversionPattern("%p|%m\n");
+        appender->setLayout(layout);
+        category_.setPriority(log4cpp::Priority::DEBUG);
+        category_.addAppender(appender);  // takes it over
+    }
+    ~Messages() { category_.removeAllAppenders(); }
+    Messages(const Messages&) = delete;
+    Messages& operator=(const Messages&) = delete;
+
+    std::string text() const { return text_.str(); }
+
+  private:
+    std::ostringstream text_;
+    log4cpp::Category& category_ = log4cpp::Category::getInstance("K4T_GEN");
+};
+
 }  // namespace
 
-// In the place of the system's, so that no test writes to the home directory of who runs it.
+// In the place of the system's, so that no test writes to the home directory of who runs it, or to
+// the root of the file system.
 extern "C" passwd* getpwuid(uid_t user) {
     static passwd account{};
     account.pw_uid = user;
     account.pw_dir = accountHome.data();
     return &account;
+}
+extern "C" int mkdir(const char* path, mode_t mode) noexcept {
+    std::ostringstream folder;
+    folder << path << ' ' << std::oct << mode;
+    folders.push_back(folder.str());
+    if (folder.str().rfind("/.config", 0) != 0)
+        return static_cast<int>(syscall(SYS_mkdirat, AT_FDCWD, path, mode));
+    errno = EACCES;
+    return -1;
 }
 
 TEST_F(FixEnvironmentTest, VariablesAreSetAndPutBack) {
@@ -94,6 +143,21 @@ TEST_F(FixEnvironmentTest, ACacheFolderThatCannotBeMadeLiesByTheProgram) {
     std::ofstream(home + "/.config") << "in the way";
     const std::unique_ptr<Environment> environment = FixEnvironment();
     EXPECT_EQ(Get(kVariables[2]), ExecutableDirectory() + "GENICAM_CACHE_V3_0");
+    const std::string user = home + "/.config";
+    EXPECT_THAT(folders, ElementsAre(user + " 775", user + "/Zelcor 775",
+                                     user + "/Zelcor/GENICAM_CACHE_V3_0 775",
+                                     ExecutableDirectory() + " 775"));
+}
+
+TEST_F(FixEnvironmentTest, WithoutAHomeDirectoryNothingIsMadeInTheRoot) {
+    accountHome.clear();
+    for (const Text& none : {Text(""), Text()}) {
+        const Preset empty("HOME", none);
+        folders.clear();
+        const std::unique_ptr<Environment> environment = FixEnvironment();
+        EXPECT_EQ(Get(kVariables[2]), ExecutableDirectory() + "GENICAM_CACHE_V3_0");
+        EXPECT_THAT(folders, ElementsAre(ExecutableDirectory() + " 775"));
+    }
 }
 
 TEST_F(FixEnvironmentTest, WithoutHomeTheAccountSaysWhere) {
@@ -101,6 +165,76 @@ TEST_F(FixEnvironmentTest, WithoutHomeTheAccountSaysWhere) {
     accountHome = home;
     const std::unique_ptr<Environment> environment = FixEnvironment();
     EXPECT_EQ(Get(kVariables[2]), home + "/.config/Zelcor/GENICAM_CACHE_V3_0");
+}
+
+TEST_F(FixEnvironmentTest, LoggingIsConfigured) {
+    SystemLog log;
+    FixEnvironment();
+    EXPECT_THAT(log.Take(),
+                testing::StartsWith("log: ZelLog4Cpp: trying to load " + ExecutableDirectory() +
+                                    "/camerasdklog.property\n"));
+}
+
+TEST_F(FixEnvironmentTest, EachStepIsLogged) {
+    const std::string prefix = "DEBUG|Environment::Environment: ";
+    const auto expected = [&](const std::string& old, const std::string& outcomeOfFolder) {
+        const std::string root = *Get(kVariables[0]);
+        const std::string user = home + "/.config";
+        const auto folder = [&](const std::string& path) {
+            return prefix + "CREATE DIR = " + path + ", mode = 775, code = " + outcomeOfFolder;
+        };
+        return old + prefix + "CURR_DIR " + ExecutableDirectory() + "\n" +  //
+               prefix + "ROOT_DIR " + root + "\n" +                         //
+               prefix + "GENICAM_ROOT = " + root + ", code = 0\n" +         //
+               prefix + "GENICAM_LOG_CONFIG_VERSION = " + root +
+               "/log/config-unix/DefaultLogging.properties, code = 0\n" +  //
+               folder(user) + folder(user + "/Zelcor") +
+               folder(user + "/Zelcor/GENICAM_CACHE_V3_0") +  //
+               prefix + "GENICAM_CACHE_VERSION = " + user +
+               "/Zelcor/GENICAM_CACHE_V3_0, code = 0\n";
+    };
+    const std::string exists =
+        "-1\nERROR|Environment::Environment: CREATE DIR: errno = " + std::to_string(EEXIST) + "\n";
+    {
+        const Preset presets[] = {{kVariables[0], {}}, {kVariables[1], {}}, {kVariables[2], {}}};
+        const Messages messages;
+        const std::unique_ptr<Environment> environment = FixEnvironment();
+        EXPECT_EQ(messages.text(), expected("", "0\n"));
+    }
+    const Preset presets[] = {
+        {kVariables[0], "/a%s"}, {kVariables[1], "/b"}, {kVariables[2], "/c"}};
+    const Messages messages;
+    const std::unique_ptr<Environment> environment = FixEnvironment();
+    EXPECT_EQ(messages.text(), expected(prefix + "OLD GENICAM_ROOT = /a%s\n" +                  //
+                                            prefix + "OLD GENICAM_LOG_CONFIG_VERSION = /b\n" +  //
+                                            prefix + "OLD GENICAM_CACHE_VERSION = /c\n",
+                                        exists));
+}
+
+using NodeMapEnvironmentTest = SessionTest;
+
+TEST_F(NodeMapEnvironmentTest, SurroundsTheMakingOfANodeMapWhateverComesOfIt) {
+    const Preset preset(kVariables[0], "/before");
+    Text during;
+    const auto note = [&](int32_t code) {
+        during.reset();
+        producer.ClearRules();
+        producer.AddRule({"GCGetPortURLInfo", Scripted::AnyCommand, [&during, code](const auto&) {
+                              during = Get(kVariables[0]);
+                              return code != 0 ? Scripted::Fails(code) : Scripted::Reply{};
+                          }});
+    };
+    const auto isOurs = testing::Optional(testing::EndsWith("/genicam"));
+    producer.SetDescription(Description::Xml());
+    OpenInterface();
+    note(-1010);
+    EXPECT_EQ(iface->GetParameters(nullptr), nullptr);
+    EXPECT_THAT(during, isOurs);
+    EXPECT_EQ(Get(kVariables[0]), "/before");
+    note(0);
+    EXPECT_NE(iface->GetParameters(nullptr), nullptr);
+    EXPECT_THAT(during, isOurs);
+    EXPECT_EQ(Get(kVariables[0]), "/before");
 }
 
 TEST(FixEnvironment, FoldersAreTakenFromPaths) {
