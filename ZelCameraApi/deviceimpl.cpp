@@ -148,10 +148,7 @@ bool DeviceImpl::MakeParameters(Parameters& parameters, const GenTLModule<void*>
 
 void DeviceImpl::GenICamEvent(GenApi::CEventAdapter* adapter, const void* data, size_t size) {
     if (adapter == nullptr) return;
-    try {
-        adapter->DeliverMessage(static_cast<const uint8_t*>(data), static_cast<uint32_t>(size));
-    } catch (...) {  // this is the event thread: nobody is there to be told
-    }
+    adapter->DeliverMessage(static_cast<const uint8_t*>(data), static_cast<uint32_t>(size));
 }
 
 GenApi::INodeMap* DeviceImpl::GetCameraNodeMap(ZelCamErr* err) {

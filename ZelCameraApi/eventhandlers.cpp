@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <new>
 
 namespace ZelCameraApi::Internal {
 
@@ -14,12 +15,17 @@ constexpr size_t kDefaultDataSize = 1024;
 // it would exhaust the memory.
 constexpr size_t kMaxDataSize = size_t{64} << 20;
 
+// False when there is no memory for that.
 bool Resize(std::vector<std::byte>& buffer, size_t size) {
     if (size > kMaxDataSize) return false;
-    // A null buffer would turn EventGetData into a query, also for an event without data.
-    buffer.reserve(std::max<size_t>(size, 1));
-    buffer.resize(size);
-    return true;
+    try {
+        // A null buffer would turn EventGetData into a query, also for an event without data.
+        buffer.reserve(std::max<size_t>(size, 1));
+        buffer.resize(size);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 }  // namespace
@@ -60,7 +66,12 @@ int EventHandlers::Subscribe(void* module, int eventType, const CallbackInfo_t& 
         entry.subscribers.push_back(info);
         if (entry.dispatching) return GenTL::GC_ERR_SUCCESS;
     }
-    return StartThread(entry);
+    const int result = StartThread(entry);
+    if (result != GenTL::GC_ERR_SUCCESS) {
+        const std::lock_guard<std::mutex> lock(entry.subscribersMutex);
+        entry.subscribers.pop_back();
+    }
+    return result;
 }
 
 // Called with the registry locked and no thread alive but one that has ended, so that the entry may
@@ -68,14 +79,14 @@ int EventHandlers::Subscribe(void* module, int eventType, const CallbackInfo_t& 
 int EventHandlers::StartThread(EventInfo_t& entry) {
     if (entry.thread.joinable()) entry.thread.join();
     entry.started = false;
+    entry.ending = false;
     entry.ended = false;
     entry.resultCode = GenTL::GC_ERR_SUCCESS;
     entry.dispatching = true;
     try {
         entry.thread = std::thread(&EventHandlers::EventThread, this, std::ref(entry));
-    } catch (...) {
-        SetEnded(entry, GenTL::GC_ERR_ERROR);
-        throw;
+    } catch (const std::exception&) {
+        SetEnded(entry, ZelCamErr_Error);
     }
     std::unique_lock<std::mutex> state(entry.stateMutex);
     entry.stateChanged.wait(state, [&entry] { return entry.started || entry.ended; });
@@ -87,18 +98,26 @@ void EventHandlers::EventThread(EventInfo_t& entry) {
     int result = lib_->GCRegisterEvent(entry.module, entry.eventType, &event);
     size_t maxSize = 0;
     if (result == GenTL::GC_ERR_SUCCESS) result = QueryMaxSize(event, &maxSize);
-    if (result == GenTL::GC_ERR_SUCCESS) {
-        {
-            const std::lock_guard<std::mutex> state(entry.stateMutex);
-            entry.eventHandle = event;
-            entry.started = true;
-            entry.stateChanged.notify_all();
-        }
-        result = Dispatch(entry, event, maxSize);
-        RefuseSubscribers(entry);
-        Unregister(entry);
-    }
+    if (result == GenTL::GC_ERR_SUCCESS) result = Serve(entry, event, maxSize);
     SetEnded(entry, result);
+}
+
+// From the registered event to the unregistered one. The caller of StartThread still hears of a
+// size that cannot be.
+int EventHandlers::Serve(EventInfo_t& entry, GenTL::EVENT_HANDLE event, size_t maxSize) {
+    std::vector<std::byte> buffer;
+    const bool hasBuffer = Resize(buffer, maxSize);
+    {
+        const std::lock_guard<std::mutex> state(entry.stateMutex);
+        entry.eventHandle = event;
+        entry.started = hasBuffer;
+        entry.stateChanged.notify_all();
+    }
+    const int result = hasBuffer ? Dispatch(entry, event, buffer) : GenTL::GC_ERR_OUT_OF_MEMORY;
+    RefuseSubscribers(entry);
+    const std::lock_guard<std::mutex> state(entry.stateMutex);
+    Unregister(entry);
+    return result;
 }
 
 // EVENT_INFO_DATA_SIZE_MAX is the size of what EventGetDataInfo gives, which no event's own data
@@ -116,20 +135,41 @@ int EventHandlers::QueryMaxSize(GenTL::EVENT_HANDLE event, size_t* maxSize) cons
 }
 
 // Returns the code that ended the loop, 0 when the last subscriber left.
-int EventHandlers::Dispatch(EventInfo_t& entry, GenTL::EVENT_HANDLE event, size_t maxSize) const {
-    std::vector<std::byte> buffer;
-    if (!Resize(buffer, maxSize)) return GenTL::GC_ERR_OUT_OF_MEMORY;
-    while (HasSubscribers(entry)) {
+int EventHandlers::Dispatch(EventInfo_t& entry, GenTL::EVENT_HANDLE event,
+                            std::vector<std::byte>& buffer) const {
+    int result = GenTL::GC_ERR_SUCCESS;
+    while (result == GenTL::GC_ERR_SUCCESS && HasSubscribers(entry)) {
         size_t size = buffer.size();
-        int result = lib_->EventGetData(event, buffer.data(), &size, GENTL_INFINITE);
+        result = GetData(entry, event, buffer, &size);
         if (result == GenTL::GC_ERR_BUFFER_TOO_SMALL) {
-            if (!Resize(buffer, size)) return GenTL::GC_ERR_OUT_OF_MEMORY;
-            result = lib_->EventGetData(event, buffer.data(), &size, GENTL_INFINITE);
+            if (!Resize(buffer, size)) {
+                result = Drop(entry, event);
+                continue;
+            }
+            result = GetData(entry, event, buffer, &size);
         }
-        if (result != GenTL::GC_ERR_SUCCESS) return result;
-        Deliver(entry, buffer);
+        if (result == GenTL::GC_ERR_SUCCESS) Deliver(entry, buffer);
     }
-    return GenTL::GC_ERR_SUCCESS;
+    return result;
+}
+
+int EventHandlers::GetData(EventInfo_t& entry, GenTL::EVENT_HANDLE event,
+                           std::vector<std::byte>& buffer, size_t* size) const {
+    if (IsEnding(entry)) return GenTL::GC_ERR_ABORT;
+    return lib_->EventGetData(event, buffer.data(), size, GENTL_INFINITE);
+}
+
+// An event that cannot be fetched stays at the front of the producer's queue, which is emptied.
+int EventHandlers::Drop(EventInfo_t& entry, GenTL::EVENT_HANDLE event) const {
+    if (IsEnding(entry)) return GenTL::GC_ERR_ABORT;
+    CountDropped(entry);
+    return lib_->EventFlush(event);
+}
+
+// The event may be unregistered already then.
+bool EventHandlers::IsEnding(EventInfo_t& entry) {
+    const std::lock_guard<std::mutex> state(entry.stateMutex);
+    return entry.ending;
 }
 
 // The answer "no" is final: a subscriber that comes after it starts a new thread.
@@ -148,24 +188,38 @@ void EventHandlers::RefuseSubscribers(EventInfo_t& entry) {
 
 // Subscribers are given the whole buffer, so that they see the same length with every event.
 void EventHandlers::Deliver(EventInfo_t& entry, const std::vector<std::byte>& data) {
-    std::list<CallbackInfo_t> subscribers;
-    {
+    std::vector<CallbackInfo_t> subscribers;
+    try {
         const std::lock_guard<std::mutex> lock(entry.subscribersMutex);
-        subscribers = entry.subscribers;
+        subscribers.assign(entry.subscribers.begin(), entry.subscribers.end());
+    } catch (const std::bad_alloc&) {
+        CountDropped(entry);
+        return;
     }
-    for (const CallbackInfo_t& info : subscribers) {
+    for (const CallbackInfo_t& info : subscribers)
+        Call(info, entry.eventType, data);
+}
+
+void EventHandlers::Call(const CallbackInfo_t& info, int eventType,
+                         const std::vector<std::byte>& data) {
+    try {
         if (info.callback2 != nullptr) {
-            info.callback2(static_cast<uint32_t>(entry.eventType), data.data(), data.size(),
-                           info.priv);
+            info.callback2(static_cast<uint32_t>(eventType), data.data(), data.size(), info.priv);
         } else if (info.callback != nullptr) {
             info.callback(data.data(), data.size(), info.priv);
         }
+    } catch (...) {  // it would end the process, and nobody is there to be told
     }
 }
 
-// Under the lock, so that EndWait never uses the handle after it is gone.
+void EventHandlers::CountDropped(EventInfo_t& entry) {
+    const std::lock_guard<std::mutex> lock(entry.subscribersMutex);
+    ++entry.dropped;
+}
+
+// Called with the state locked, so that nobody kills the wait of an event that is gone. Once.
 void EventHandlers::Unregister(EventInfo_t& entry) const {
-    const std::lock_guard<std::mutex> state(entry.stateMutex);
+    if (entry.eventHandle == nullptr) return;
     entry.eventHandle = nullptr;
     lib_->GCUnregisterEvent(entry.module, entry.eventType);
 }
@@ -207,24 +261,31 @@ void EventHandlers::KillThread(const EventID_t& id) {
     entries_.erase(id);
 }
 
-// Called with the state locked. Taking the event away from its thread also ends the wait, for a
-// producer that cannot kill it.
-void EventHandlers::EndWait(EventInfo_t& entry) const {
-    if (entry.eventHandle == nullptr) return;
-    if (lib_->EventKill(entry.eventHandle) != GenTL::GC_ERR_SUCCESS) {
-        lib_->GCUnregisterEvent(entry.module, entry.eventType);
-    }
+// Called with the state locked. False when the producer cannot kill the wait.
+bool EventHandlers::EndWait(EventInfo_t& entry) const {
+    entry.ending = true;
+    return entry.eventHandle == nullptr ||
+           lib_->EventKill(entry.eventHandle) == GenTL::GC_ERR_SUCCESS;
 }
 
 // A producer may forget a kill that comes while nobody waits, when a callback is under way for
-// instance; so it is repeated until the thread has ended.
+// instance; so it is repeated until the thread has ended. Where a producer cannot kill the wait,
+// the event is taken away from its thread. Not at once: the thread may have been about to wait.
 void EventHandlers::AwaitEnd(EventInfo_t& entry) const {
     constexpr std::chrono::milliseconds kRepeat(100);
     std::unique_lock<std::mutex> state(entry.stateMutex);
     while (!entry.ended) {
-        EndWait(entry);
+        const bool killed = EndWait(entry);
         entry.stateChanged.wait_for(state, kRepeat, [&entry] { return entry.ended; });
+        if (!killed) Unregister(entry);
     }
+}
+
+uint64_t EventHandlers::GetNumDropped(const EventID_t& id) {
+    const std::lock_guard<std::mutex> registry(mutex_);
+    EventInfo_t& entry = entries_.at(id);
+    const std::lock_guard<std::mutex> lock(entry.subscribersMutex);
+    return entry.dropped;
 }
 
 void EventHandlers::clear() {

@@ -32,8 +32,9 @@ namespace ZelCameraApi::Internal {
 //                        RegisterEvent
 //
 // Callbacks run on the dispatch thread with none of the locks held, on a copy of the subscribers;
-// they may register and unregister. The object that owns the registry, and with it the registry,
-// must not be destroyed from a callback: the dispatch thread would wait for its own end.
+// they may register and unregister, and what they throw is dropped. The object that owns the
+// registry, and with it the registry, must not be destroyed from a callback: the dispatch thread
+// would wait for its own end.
 //
 // Locks: the registry's first, then one of an entry's two. A dispatch thread takes its entry's two,
 // one at a time, and never the registry's, so that RegisterEvent may wait for it.
@@ -56,8 +57,9 @@ class EventHandlers {
     EventHandlers(const EventHandlers&) = delete;
     EventHandlers& operator=(const EventHandlers&) = delete;
 
-    // Subscribe a callback. Return 0 when the event is being dispatched, else the GenTL code with
-    // which registering it failed. The same callback may be subscribed several times.
+    // Subscribe a callback. Return 0 when the event is being dispatched, else the code with which
+    // the start of the dispatch failed; the callback is not subscribed then. The same callback may
+    // be subscribed several times.
     int RegisterEvent(void* module, int eventType, ZelCam::EventCallback cb, void* priv);
     int RegisterEvent2(void* module, int eventType, ZelCam::EventCallback2 cb, void* priv);
 
@@ -74,6 +76,10 @@ class EventHandlers {
 
     // KillThread for all entries.
     void clear();
+
+    // How often events of an entry were dropped for want of memory. Throws std::out_of_range when
+    // there is no such entry.
+    uint64_t GetNumDropped(const EventID_t& id);
 
   private:
     // One of the two forms is set.
@@ -99,11 +105,13 @@ class EventHandlers {
         std::mutex subscribersMutex;
         std::list<CallbackInfo_t> subscribers;  // guarded by subscribersMutex
         bool dispatching = false;  // guarded by subscribersMutex: a thread serves new subscribers
+        uint64_t dropped = 0;      // guarded by subscribersMutex
 
         std::mutex stateMutex;
         std::condition_variable stateChanged;
-        GenTL::EVENT_HANDLE eventHandle = nullptr;  // guarded by stateMutex
+        GenTL::EVENT_HANDLE eventHandle = nullptr;  // guarded by stateMutex: while it is registered
         bool started = false;                       // guarded by stateMutex
+        bool ending = false;                        // guarded by stateMutex: to wait no more
         bool ended = false;                         // guarded by stateMutex
         int resultCode = 0;                         // guarded by stateMutex
     };
@@ -115,14 +123,22 @@ class EventHandlers {
     // The dispatch thread.
     void EventThread(EventInfo_t& entry);
     int QueryMaxSize(GenTL::EVENT_HANDLE event, size_t* maxSize) const;
-    int Dispatch(EventInfo_t& entry, GenTL::EVENT_HANDLE event, size_t maxSize) const;
+    int Serve(EventInfo_t& entry, GenTL::EVENT_HANDLE event, size_t maxSize);
+    int Dispatch(EventInfo_t& entry, GenTL::EVENT_HANDLE event,
+                 std::vector<std::byte>& buffer) const;
+    int GetData(EventInfo_t& entry, GenTL::EVENT_HANDLE event, std::vector<std::byte>& buffer,
+                size_t* size) const;
+    int Drop(EventInfo_t& entry, GenTL::EVENT_HANDLE event) const;
+    static bool IsEnding(EventInfo_t& entry);
     static bool HasSubscribers(EventInfo_t& entry);
     static void RefuseSubscribers(EventInfo_t& entry);
     static void Deliver(EventInfo_t& entry, const std::vector<std::byte>& data);
+    static void Call(const CallbackInfo_t& info, int eventType, const std::vector<std::byte>& data);
+    static void CountDropped(EventInfo_t& entry);
     void Unregister(EventInfo_t& entry) const;
     static void SetEnded(EventInfo_t& entry, int resultCode);
 
-    void EndWait(EventInfo_t& entry) const;
+    bool EndWait(EventInfo_t& entry) const;
     void AwaitEnd(EventInfo_t& entry) const;
 
     std::shared_ptr<GenTLLib> lib_;

@@ -3,6 +3,7 @@
 #define ZELCAMERAAPI_EVENTSOURCE_H
 
 #include <memory>
+#include <optional>
 
 #include "ZelCameraApi/errorboundary.h"
 #include "ZelCameraApi/eventhandlers.h"
@@ -35,10 +36,8 @@ class EventSource : public Public {
     const GenTLModule<void*>& module() const { return module_; }
 
   protected:
-    static constexpr int kNoEvent = -1;
-
     // `ownEvent` is an event that the object itself consumes, and refuses to others.
-    explicit EventSource(const std::shared_ptr<GenTLLib>& lib, int ownEvent = kNoEvent)
+    explicit EventSource(const std::shared_ptr<GenTLLib>& lib, std::optional<int> ownEvent = {})
         : module_{nullptr, lib}, events_(lib), ownEvent_(ownEvent) {}
     ~EventSource() = default;
 
@@ -54,7 +53,7 @@ class EventSource : public Public {
         return CodeOf([&] { return (events_.*operation)(module_.handle, type, cb, priv); });
     }
 
-    int ownEvent_;
+    std::optional<int> ownEvent_;
 };
 
 }  // namespace ZelCameraApi::Internal

@@ -18,8 +18,11 @@ class ParamEventSink_NodeCallback final : public GenApi::CNodeCallback {
         : CNodeCallback(node, type), param_(param), sink_(sink) {}
 
     void operator()(GenApi::ECallbackType type) const override {
-        if (sink_ != nullptr && type == m_CallbackType && param_->IsConnected())
+        if (sink_ == nullptr || type != m_CallbackType || !param_->IsConnected()) return;
+        try {
             sink_->OnParamChanged(param_);
+        } catch (...) {  // must not end the operation of the node map that it is called from
+        }
     }
     void Destroy() override { delete this; }
 

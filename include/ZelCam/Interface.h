@@ -29,9 +29,10 @@ enum class InterfaceType : uint32_t {
 
 // Event callbacks, called on a thread of the library, one per (object, event type). `data` is valid
 // during the call. `size` is the size of the library's event buffer, which is at least the size of
-// the event's data; bytes behind the data are zero or left from an earlier event. A callback must
-// not throw. It may register and unregister callbacks, but must not release or destroy the object
-// (or an owner of it) on which it is registered.
+// the event's data; bytes behind the data are zero or left from an earlier event. An exception that
+// leaves a callback is dropped, and the other callbacks are called all the same. A callback may
+// register and unregister callbacks, but must not release or destroy the object (or an owner of it)
+// on which it is registered.
 using EventCallback = void (*)(const void* data, size_t size, void* priv);
 using EventCallback2 = void (*)(uint32_t eventType, const void* data, size_t size, void* priv);
 

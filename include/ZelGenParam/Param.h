@@ -49,7 +49,8 @@ class String;
 class ParamEventSink {
   public:
     // Called when `param` may have changed: on the thread that caused the change, or on an event
-    // thread of the library, inside the lock of the node map. Reading the feature is allowed.
+    // thread of the library, inside the lock of the node map. Reading the feature is allowed. An
+    // exception that leaves it is dropped: the change and the calls of other sinks go on.
     virtual void OnParamChanged(Param* param) = 0;
 
   protected:

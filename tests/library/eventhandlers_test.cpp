@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "tests/library/fixture.h"
+#include "tests/support/memory.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -15,6 +16,9 @@ using ZelCameraApi::Internal::EventHandlers;
 using ZelCameraApi::Internal::GenTLLib;
 
 namespace {
+
+constexpr size_t kMebibyte = size_t{1} << 20;
+constexpr size_t kLargestEvent = 64 * kMebibyte;
 
 // A callback that runs a function of the test's.
 class Hook {
@@ -126,17 +130,21 @@ TEST_F(EventHandlersTest, ASubscriptionMadeTwiceIsCalledTwiceInOrder) {
     EXPECT_EQ(result.get(), "ba");
 }
 
+// Who is told that it failed is not subscribed.
 TEST_F(EventHandlersTest, AFailingStartGivesItsCodeAndTheNextRegistrationTriesAgain) {
+    Subscriber refused;
     Subscriber subscriber;
     const Ending ending(*handlers);
     for (const int32_t code : {-1003, 1}) {
         Fail("GCRegisterEvent", code, 5, 0, 1);
-        EXPECT_EQ(handlers->RegisterEvent(module, 5, Subscriber::Form1, &subscriber), code);
+        EXPECT_EQ(handlers->RegisterEvent(module, 5, Subscriber::Form1, &refused), code);
         EXPECT_THAT(Calls(), ElementsAre("GCRegisterEvent 5"));
+        EXPECT_EQ(Unregister(refused), -1002);
     }
     EXPECT_EQ(handlers->RegisterEvent2(module, 5, Subscriber::Form2, &subscriber), 0);
     ASSERT_TRUE(Fire(5));
     EXPECT_FALSE(subscriber.Await(1).empty());
+    EXPECT_EQ(Unregister(refused), -1002);
 }
 
 TEST_F(EventHandlersTest, AFailingSizeQueryEndsTheStartWithoutUnregistering) {
@@ -149,6 +157,31 @@ TEST_F(EventHandlersTest, AFailingSizeQueryEndsTheStartWithoutUnregistering) {
     // Tried again, where this producer finds the event still registered.
     EXPECT_EQ(handlers->RegisterEvent(module, 5, Subscriber::Form1, &subscriber), -1004);
     expectedOpen = {"event 5"};
+}
+
+// More than any event has, or more than there is memory for.
+TEST_F(EventHandlersTest, ASizeThatCannotBeFailsTheRegistration) {
+    Subscriber subscriber;
+    const Ending ending(*handlers);
+    const auto registerWithSize = [&](size_t size) {
+        Answer("EventGetInfo", 4, Scripted::Gives(size, GenTL::INFO_DATATYPE_SIZET));
+        Calls();
+        return handlers->RegisterEvent(module, 5, Subscriber::Form1, &subscriber);
+    };
+    const auto expectRefused = [&](size_t size) {
+        EXPECT_EQ(registerWithSize(size), GenTL::GC_ERR_OUT_OF_MEMORY);
+        ASSERT_TRUE(producer.AwaitCount("GCUnregisterEvent", producer.GetCount("GCRegisterEvent")));
+        EXPECT_THAT(Calls(),
+                    ElementsAre("GCRegisterEvent 5", "EventGetInfo 4", "GCUnregisterEvent 5"));
+        EXPECT_EQ(Unregister(subscriber), -1002);
+    };
+    expectRefused(kLargestEvent + 1);
+    expectRefused(SIZE_MAX);
+    {
+        const ZelTest::OutOfMemory full(kMebibyte);
+        expectRefused(kMebibyte);
+    }
+    EXPECT_EQ(registerWithSize(kMebibyte), 0);
 }
 
 TEST_F(EventHandlersTest, SizeOfTheEventBuffer) {
@@ -182,6 +215,63 @@ TEST_F(EventHandlersTest, TheEventBufferGrowsWithTheEventAndStaysSo) {
     large[0] = 0x11;  // what is behind the event's data is left from before
     EXPECT_EQ(events[1].data, large);
     ASSERT_TRUE(producer.AwaitCount("EventGetData", 4));  // one of them the repetition
+}
+
+TEST_F(EventHandlersTest, EventsThatThereIsNoMemoryForAreDroppedAndCounted) {
+    Subscriber subscriber;
+    const Ending ending(*handlers);
+    Register(subscriber);
+    const EventHandlers::EventID_t id{module, 5};
+    const auto expectDropped = [&](const std::vector<uint8_t>& event) {
+        const uint64_t before = handlers->GetNumDropped(id);
+        ASSERT_TRUE(producer.AwaitWaiter(module, 5));
+        const size_t waits = producer.GetCount("EventGetData");
+        ASSERT_TRUE(Fire(5, event));
+        ASSERT_TRUE(producer.AwaitCount("EventGetData", waits + 1));
+        ASSERT_TRUE(producer.AwaitWaiter(module, 5));
+        EXPECT_EQ(handlers->GetNumDropped(id), before + 1);
+    };
+    {
+        const ZelTest::OutOfMemory full(kMebibyte);
+        expectDropped(std::vector<uint8_t>(kMebibyte));
+    }
+    expectDropped(std::vector<uint8_t>(kLargestEvent + 1));
+    ASSERT_TRUE(Fire(5, {42}));
+    EXPECT_EQ(subscriber.Await(1).at(0).data.at(0), 42);
+
+    // The copy of the list of the subscribers needs memory, too.
+    constexpr size_t kMany = 10000;
+    const auto ignore = [](const void*, size_t, void*) {};
+    for (size_t i = 0; i < kMany; ++i)
+        ASSERT_EQ(handlers->RegisterEvent(module, 5, ignore, nullptr), 0);
+    {
+        const ZelTest::OutOfMemory full(kMany * sizeof(void*));
+        expectDropped({43});
+    }
+    ASSERT_TRUE(Fire(5, {44}));
+    EXPECT_EQ(subscriber.Await(2).at(1).data.at(0), 44);
+}
+
+TEST_F(EventHandlersTest, AnEventThatCannotBeDroppedEndsTheThread) {
+    Subscriber subscriber;
+    const Ending ending(*handlers);
+    Register(subscriber);
+    Fail("EventFlush", -1003);
+    ASSERT_TRUE(Fire(5, std::vector<uint8_t>(kLargestEvent + 1)));
+    EXPECT_TRUE(producer.AwaitCount("GCUnregisterEvent", 1));
+}
+
+TEST_F(EventHandlersTest, WhatCallbacksThrowIsDropped) {
+    Hook failing([] { throw std::runtime_error("of the application"); });
+    Subscriber after;
+    const auto throwNumber = [](uint32_t, const void*, size_t, void*) { throw 7; };
+    const Ending ending(*handlers);
+    Register(failing);
+    EXPECT_EQ(handlers->RegisterEvent2(module, 5, throwNumber, nullptr), 0);
+    Register(after);
+    ASSERT_TRUE(Fire(5, {1}));
+    ASSERT_TRUE(Fire(5, {2}));
+    EXPECT_EQ(after.Await(2).at(1).data.at(0), 2);
 }
 
 TEST_F(EventHandlersTest, OnlyTheSamePairIsUnregistered) {
@@ -241,12 +331,13 @@ TEST_F(EventHandlersTest, ClearEndsWaitingThreads) {
     const Ending ending(*handlers);
     for (const int type : {3, 4, 5})
         Register(subscriber, type);
-    ASSERT_TRUE(producer.AwaitCount("EventGetData", 3));
+    for (const int type : {3, 4, 5})
+        ASSERT_TRUE(producer.AwaitWaiter(module, type));
     Calls();
     handlers->clear();
-    EXPECT_THAT(Calls(), ElementsAre("EventKill", "GCUnregisterEvent 3",  //
-                                     "EventKill", "GCUnregisterEvent 4",  //
-                                     "EventKill", "GCUnregisterEvent 5"));
+    EXPECT_THAT(CallsWithoutRepeatedKills(), ElementsAre("EventKill", "GCUnregisterEvent 3",  //
+                                                         "EventKill", "GCUnregisterEvent 4",  //
+                                                         "EventKill", "GCUnregisterEvent 5"));
     EXPECT_EQ(Unregister(subscriber), -1002);
     Register(subscriber);  // usable again
 }
@@ -297,18 +388,29 @@ TEST_F(EventHandlersTest, ASubscriberRemovedDuringDispatchIsCalledOnceMore) {
 }
 
 TEST_F(EventHandlersTest, KillingItsOwnThreadOnlyEndsTheWait) {
-    std::promise<void> done;
-    Hook hook([&] {
-        handlers->KillThread({module, 5});
-        done.set_value();
-    });
-    const Ending ending(*handlers);
-    Register(hook);
-    ASSERT_TRUE(Fire(5));
-    Await(done);
-    ASSERT_TRUE(producer.AwaitCount("GCUnregisterEvent", 1));
-    // The entry is still there.
-    EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Hook::Call, &hook), 0);
+    for (const int32_t resultOfKill : {0, -1003}) {
+        Fail("EventKill", resultOfKill);  // does nothing
+        std::promise<void> done;
+        Hook hook([&] {
+            Calls();
+            handlers->KillThread({module, 5});
+            done.set_value();
+        });
+        Subscriber next;
+        const Ending ending(*handlers);
+        Register(hook);
+        const size_t unregistered = producer.GetCount("GCUnregisterEvent");
+        ASSERT_TRUE(Fire(5));
+        Await(done);
+        ASSERT_TRUE(producer.AwaitCount("GCUnregisterEvent", unregistered + 1));
+        EXPECT_THAT(Calls(), ElementsAre("EventKill", "GCUnregisterEvent 5"));
+        // The entry is still there, and can be used again.
+        EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Hook::Call, &hook), 0);
+        Register(next);
+        ASSERT_TRUE(Fire(5, {42}));
+        EXPECT_EQ(next.Await(1).at(0).data.at(0), 42);
+        producer.ClearRules();
+    }
 }
 
 TEST_F(EventHandlersTest, ClearWaitsForACallbackThatRegisters) {
@@ -319,10 +421,10 @@ TEST_F(EventHandlersTest, ClearWaitsForACallbackThatRegisters) {
     Hook hook([&] {
         entered.set_value();
         proceed.get_future().wait();
-        // Whatever the result is, this must not wait for clear, which waits for this callback.
-        handlers->RegisterEvent(module, 5, Subscriber::Form1, &other);
-        handlers->RegisterEvent(module, 6, Subscriber::Form1, &other);
-        handlers->UnRegisterEvent(module, 6, Subscriber::Form1, &other);
+        // This must not wait for clear, which waits for this callback.
+        EXPECT_EQ(handlers->RegisterEvent(module, 5, Subscriber::Form1, &other), -1012);
+        EXPECT_EQ(handlers->RegisterEvent(module, 6, Subscriber::Form1, &other), 0);
+        EXPECT_EQ(handlers->UnRegisterEvent(module, 6, Subscriber::Form1, &other), 0);
         left = true;
     });
     const Ending ending(*handlers);
@@ -337,14 +439,45 @@ TEST_F(EventHandlersTest, ClearWaitsForACallbackThatRegisters) {
     EXPECT_THAT(producer.GetOpenHandles(), IsEmpty());
 }
 
-// A producer may answer EventKill with an error, or not have it.
-TEST_F(EventHandlersTest, TheEndDoesNotHangWithoutAKill) {
+// A producer may forget a kill.
+TEST_F(EventHandlersTest, AKillIsRepeatedUntilTheThreadHasEnded) {
+    Fail("EventKill", 0, Scripted::AnyCommand, 0, 2);
+    Subscriber subscriber;
+    Register(subscriber);
+    ASSERT_TRUE(producer.AwaitWaiter(module, 5));
+    std::thread clearing([&] { handlers->clear(); });
+    EXPECT_TRUE(producer.AwaitCount("EventKill", 3));
+    Fire(5);  // whatever the kills did
+    clearing.join();
+}
+
+// A producer may answer EventKill with an error, or not have it. The event that is unregistered
+// instead is not used again: neither by a thread that waits nor by one that is in a callback.
+TEST_F(EventHandlersTest, WithoutAKillTheEventIsUnregisteredOnce) {
     Fail("EventKill", -1003);
     Subscriber subscriber;
     Register(subscriber);
     ASSERT_TRUE(producer.AwaitWaiter(module, 5));
-    handlers.reset();
-    EXPECT_EQ(producer.FindHandle("event 5"), nullptr);
+    Calls();
+    handlers->clear();
+    const auto once = ElementsAre("EventKill", "GCUnregisterEvent 5");
+    EXPECT_THAT(Calls(), once);
+
+    std::promise<void> entered;
+    std::promise<void> proceed;
+    Hook hook([&] {
+        entered.set_value();
+        proceed.get_future().wait();
+    });
+    Register(hook);
+    ASSERT_TRUE(Fire(5));
+    Await(entered);
+    Calls();
+    std::thread clearing([&] { handlers->clear(); });
+    EXPECT_TRUE(producer.AwaitCount("GCUnregisterEvent", 2));
+    proceed.set_value();
+    clearing.join();
+    EXPECT_THAT(Calls(), once);
 }
 
 TEST_F(EventHandlersTest, ManyThreadsMayRegisterAtOnce) {

@@ -1,5 +1,6 @@
 #include "tests/library/fixture.h"
 
+#include <algorithm>
 #include <dlfcn.h>
 #include <filesystem>
 #include <stdexcept>
@@ -62,6 +63,15 @@ void ScriptedTest::Answer(const std::string& function, int64_t command,
 
 std::vector<std::string> ScriptedTest::Calls() {
     return TextsOf(producer.TakeCalls());
+}
+
+std::vector<std::string> ScriptedTest::CallsWithoutRepeatedKills() {
+    std::vector<std::string> calls = Calls();
+    const auto areKills = [](const std::string& a, const std::string& b) {
+        return a == "EventKill" && b == a;
+    };
+    calls.erase(std::unique(calls.begin(), calls.end(), areKills), calls.end());
+    return calls;
 }
 
 void SessionTest::TearDown() {

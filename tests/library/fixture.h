@@ -64,6 +64,9 @@ class ScriptedTest : public testing::Test {
     // The calls since the last Calls, as Scripted::Call::Text gives them.
     std::vector<std::string> Calls();
 
+    // The same with one EventKill for several in a row: a thread that ends late is killed again.
+    std::vector<std::string> CallsWithoutRepeatedKills();
+
     Scripted::Control& producer = LoadControl();
 
     // What a test leaves open on purpose.

@@ -1,6 +1,10 @@
 // Parameter objects: kinds, values, entries, texts and state, sinks.
 #include "ZelCameraApi/ZelGenParam/paramimpl.h"
 
+#include <functional>
+#include <future>
+#include <stdexcept>
+
 #include "ZelCameraApi/ZelGenParam/enumparams.h"
 #include "ZelCameraApi/ZelGenParam/valueparams.h"
 #include "tests/library/camera.h"
@@ -174,6 +178,15 @@ class CountingSink final : public ParamEventSink {
     int64_t lastValue = 0;
 };
 
+class HookSink final : public ParamEventSink {
+  public:
+    explicit HookSink(std::function<void()> function) : function_(std::move(function)) {}
+    void OnParamChanged(Param* /*param*/) override { function_(); }
+
+  private:
+    std::function<void()> function_;
+};
+
 }  // namespace
 
 TEST_F(CameraTest, SinksHearOfEachChangeOnce) {
@@ -188,6 +201,35 @@ TEST_F(CameraTest, SinksHearOfEachChangeOnce) {
     EXPECT_EQ(param->UnregisterEventSink(&sink), ZelCamErr_Success);
     EXPECT_EQ(array->SetIntegerValue("Int", 30), ZelCamErr_Success);
     EXPECT_EQ(sink.calls, 1);
+}
+
+TEST_F(CameraTest, SinksAreCalledInsideTheLockAndWhatTheyThrowIsDropped) {
+    GenApi::CLock& lock = array->GetNodeMap(nullptr)->GetLock();
+    const auto isFree = [&lock] {
+        return std::async(std::launch::async,
+                          [&lock] {
+                              const bool locked = lock.TryLock();
+                              if (locked) lock.Unlock();
+                              return locked;
+                          })
+            .get();
+    };
+    bool wasFree = true;
+    HookSink looking([&] { wasFree = isFree(); });
+    HookSink failing([] { throw std::runtime_error("of the application"); });
+    HookSink throwing([] { throw 7; });
+    CountingSink last;
+    Int* const param = array->GetInt("Int", &err);
+    for (ParamEventSink* const sink :
+         {static_cast<ParamEventSink*>(&looking), static_cast<ParamEventSink*>(&failing),
+          static_cast<ParamEventSink*>(&throwing), static_cast<ParamEventSink*>(&last)})
+        ASSERT_EQ(param->RegisterEventSink(sink), ZelCamErr_Success);
+    EXPECT_EQ(param->SetValue(20), ZelCamErr_Success);
+    EXPECT_EQ(last.lastValue, 20);
+    EXPECT_FALSE(wasFree);
+    EXPECT_TRUE(isFree());
+    EXPECT_EQ(array->SetIntegerValue("Int", 30), ZelCamErr_Success);
+    EXPECT_EQ(last.lastValue, 30);
 }
 
 // A second registration counts, and only the first can be taken back. It ends with the array.

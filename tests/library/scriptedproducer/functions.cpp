@@ -361,6 +361,11 @@ GC_ERROR EventKill(EVENT_HANDLE event) {
                     [](Object& object) { object.killed = true; });
 }
 
+GC_ERROR EventFlush(EVENT_HANDLE event) {
+    return OnModule(Record(__func__, event), Kind::Event,
+                    [](Object& object) { object.queue.clear(); });
+}
+
 GC_ERROR TLOpen(TL_HANDLE* tl) {
     return Perform(Record(__func__, nullptr),
                    [=] { *tl = world.Open(Kind::System, "scripted", nullptr); });
@@ -518,7 +523,6 @@ SCRIPTED_UNUSED(GCGetPortURL, module, (PORT_HANDLE module, char*, size_t*))
 SCRIPTED_UNUSED(EventGetDataInfo, module,
                 (EVENT_HANDLE module, const void*, size_t, EVENT_DATA_INFO_CMD, INFO_DATATYPE*,
                  void*, size_t*))
-SCRIPTED_UNUSED(EventFlush, module, (EVENT_HANDLE module))
 SCRIPTED_UNUSED(TLGetInterfaceInfo, module,
                 (TL_HANDLE module, const char*, INTERFACE_INFO_CMD, INFO_DATATYPE*, void*, size_t*))
 SCRIPTED_UNUSED(DevGetInfo, module,
