@@ -72,6 +72,14 @@ TEST(GenTLLib, LoadsReplaceAndTheEndUnloads) {
     EXPECT_FALSE(IsLoaded(second.path()));
 }
 
+TEST(GenTLLib, AFailedLoadLeavesNothingLoaded) {
+    const ProducerCopy first("minimal.cti");
+    GenTLLib lib(first.path());
+    EXPECT_THROW(lib.Load(testing::TempDir() + "no such producer.cti"), std::system_error);
+    EXPECT_FALSE(IsLoaded(first.path()));
+    EXPECT_EQ(lib.GCInitLib(), -1014);
+}
+
 // The symbols of one producer must not shadow those of another.
 TEST(GenTLLib, SymbolsStayLocal) {
     const GenTLLib lib(ProducerPath("minimal.cti"));

@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "tests/library/fixture.h"
+#include "tests/support/memory.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -122,6 +123,20 @@ TEST_F(SystemTest, ListsAreWalkedWithACursorThatStaysAtTheEnd) {
         system->GetInterfaceList(InterfaceType::CL));
     EXPECT_EQ(empty->GetFirst(), nullptr);
     EXPECT_EQ(empty->GetNext(), nullptr);
+}
+
+TEST_F(SystemTest, ReleasedListsAreDestroyed) {
+    OpenInterface();
+    const auto getAndRelease = [&] {
+        system->GetInterfaceList(InterfaceType::Unknown)->Release();
+        iface->GetDeviceInfoList()->Release();
+        producer.TakeCalls();
+    };
+    getAndRelease();
+    const long before = ZelTest::NumAllocated();
+    for (int i = 0; i < 10; ++i)
+        getAndRelease();
+    EXPECT_EQ(ZelTest::NumAllocated(), before);
 }
 
 TEST_F(SystemTest, InterfacesThatDoNotOpenAreSkipped) {

@@ -147,12 +147,20 @@ std::vector<std::string> World::GetMisuses() {
     return misuses_;
 }
 
+// The handle that was opened first of those that `matches(object)`; null when there is none.
+template <typename Matches>
+void* World::FindFirst(Matches&& matches) const {
+    void* first = nullptr;
+    for (const auto& [handle, object] : objects_) {
+        if (!matches(object)) continue;
+        if (first == nullptr || object.number < objects_.at(first).number) first = handle;
+    }
+    return first;
+}
+
 void* World::FindHandle(const std::string& name) {
     const std::lock_guard lock(mutex_);
-    for (const auto& [handle, object] : objects_) {
-        if (NameOf(object) == name) return handle;
-    }
-    return nullptr;
+    return FindFirst([&name](const Object& object) { return NameOf(object) == name; });
 }
 
 bool World::FireEvent(void* module, int32_t eventType, const std::vector<uint8_t>& data) {
@@ -172,23 +180,28 @@ bool World::DeliverFrame(void* stream) {
     const std::lock_guard lock(mutex_);
     const auto found = objects_.find(stream);
     if (found == objects_.end() || !found->second.grabbing) return false;
-    for (auto& [handle, object] : objects_) {
-        if (object.kind != Kind::Buffer || object.parent != stream || !object.queued) continue;
-        const GenTL::EVENT_NEW_BUFFER_DATA data{handle, object.userPtr};
-        std::vector<uint8_t> bytes(sizeof data);
-        std::memcpy(bytes.data(), &data, sizeof data);
-        if (!Push(stream, GenTL::EVENT_NEW_BUFFER, bytes)) return false;
-        object.queued = false;
-        ++found->second.delivered;
-        return true;
-    }
-    return false;
+    void* const handle = FindFirst([stream](const Object& object) {
+        return object.kind == Kind::Buffer && object.parent == stream && object.queued;
+    });
+    if (handle == nullptr) return false;
+    Object& buffer = objects_.at(handle);
+    const GenTL::EVENT_NEW_BUFFER_DATA data{handle, buffer.userPtr};
+    std::vector<uint8_t> bytes(sizeof data);
+    std::memcpy(bytes.data(), &data, sizeof data);
+    if (!Push(stream, GenTL::EVENT_NEW_BUFFER, bytes)) return false;
+    buffer.queued = false;
+    ++found->second.delivered;
+    return true;
 }
 
+// Handles come in no order: the next one lies now above, now below all others.
 void* World::Open(Kind kind, const std::string& id, void* parent) {
-    lastHandle_ += 0x10;
-    void* const handle = reinterpret_cast<void*>(lastHandle_);
+    constexpr uintptr_t middle = uintptr_t{1} << 40;
+    const uintptr_t distance = ++lastNumber_ * 0x10;
+    void* const handle =
+        reinterpret_cast<void*>(lastNumber_ % 2 != 0 ? middle + distance : middle - distance);
     Object& object = objects_[handle];
+    object.number = lastNumber_;
     object.kind = kind;
     object.id = id;
     object.parent = parent;

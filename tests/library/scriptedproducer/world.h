@@ -21,6 +21,7 @@ constexpr Kind AnyModule = Kind{-1};
 
 // A module, buffer or event registration. Handles are never used twice.
 struct Object {
+    size_t number;  // of all that were opened
     Kind kind;
     std::string id;
     void* parent;
@@ -119,6 +120,8 @@ class World final : public Control {
 
   private:
     Reply Enter(const Call& call);
+    template <typename Matches>
+    void* FindFirst(Matches&& matches) const;
     bool Push(void* module, int32_t eventType, const std::vector<uint8_t>& data);
 
     std::mutex mutex_;  // guards everything below
@@ -127,10 +130,10 @@ class World final : public Control {
     std::vector<Rule> rules_;
     std::vector<Call> calls_;
     std::map<std::pair<std::string, int64_t>, size_t> counts_;
-    std::map<void*, Object> objects_;  // handles grow, so the order is that of opening
+    std::map<void*, Object> objects_;
     std::vector<std::string> misuses_;
     std::vector<uint8_t> registers_;  // followed by the description
-    uintptr_t lastHandle_ = 0;
+    size_t lastNumber_ = 0;
     int initialised_ = 0;
 };
 
