@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 #include <sys/resource.h>
 #include <utility>
 
@@ -293,26 +294,40 @@ void Acquisition::EndExposure() {
 
 // Fills and delivers the buffers without the mutex.
 void Acquisition::EndReadout(Lock& lock) {
-    sending_.clear();
+    Receiver* first = nullptr;
     for (const auto& receiver : receivers_) {
-        if (receiver->buffer_ != nullptr) sending_.push_back(receiver.get());
+        if (receiver->buffer_ != nullptr) receiver->next_ = std::exchange(first, receiver.get());
     }
     isSending_ = true;
     lock.unlock();
-    for (Receiver* const receiver : sending_)
-        WriteFrame(camera_, *readOut_, *receiver->buffer_);
+    for (Receiver* receiver = first; receiver != nullptr; receiver = receiver->next_)
+        receiver->isLost_ = !Write(*receiver->buffer_);
     Report(EventKind::FrameEnd, readOut_->ReadoutEnd(), readOut_->id);
-    for (Receiver* const receiver : sending_) {
-        if (--receiver->numLeft_ == 0) receiver->grabbing_ = false;
-        receiver->pool_->Deliver(*receiver->buffer_);
-    }
+    for (Receiver* receiver = first; receiver != nullptr; receiver = receiver->next_)
+        Send(*receiver);
     lock.lock();
-    for (Receiver* const receiver : sending_)
+    for (Receiver* receiver = first; receiver != nullptr; receiver = receiver->next_)
         receiver->buffer_ = nullptr;
     isSending_ = false;
     readOut_.reset();
     EndIfIdle();
     wake_.WakeAll();
+}
+
+// False when there is no memory for the picture.
+bool Acquisition::Write(Buffer& buffer) {
+    try {
+        WriteFrame(camera_, *readOut_, buffer);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+void Acquisition::Send(Receiver& receiver) {
+    if (receiver.isLost_) return receiver.pool_->Lose(*receiver.buffer_);
+    if (--receiver.numLeft_ == 0) receiver.grabbing_ = false;
+    receiver.pool_->Deliver(*receiver.buffer_);
 }
 
 void Acquisition::Report(EventKind kind, Clock::time_point time, std::optional<uint64_t> frameId) {

@@ -41,6 +41,8 @@ class Receiver {
     Buffer* buffer_ = nullptr;  // for the frame that is being read out
     bool isFinishing_ = false;  // it gets no further frame
     bool isKilled_ = false;     // and does not wait for this one, either
+    bool isLost_ = false;       // the frame that is being sent; the thread's
+    Receiver* next_ = nullptr;  // that gets the frame as well; the thread's
 };
 
 // The acquisition of a camera, with the thread that takes its frames while streams are started.
@@ -50,9 +52,9 @@ class Receiver {
 //                   acquiring, stopping --Abort, last stream detached, Unplug--> idle
 //
 // A frame is exposed, then read out and sent; FrameSchedule says when. Each stream that is started
-// and has a buffer when the read-out begins gets it; for others it is lost. A camera that keeps no
-// time waits for a buffer and sends at once. Settings are those at the start of the exposure.
-// Thread-safe.
+// and has a buffer when the read-out begins gets it; for others it is lost, and for all when there
+// is no memory to make it. A camera that keeps no time waits for a buffer and sends at once.
+// Settings are those at the start of the exposure. Thread-safe.
 class Acquisition {
   public:
     enum class Status : uint32_t { FrameTriggerWait, AcquisitionActive, FrameActive };
@@ -122,6 +124,8 @@ class Acquisition {
     void StartFrame(Clock::time_point start);
     void EndExposure();
     void EndReadout(Lock& lock);
+    bool Write(Buffer& buffer);
+    void Send(Receiver& receiver);
     void Report(EventKind kind, Clock::time_point time, std::optional<uint64_t> frameId = {});
 
     Camera& camera_;
@@ -130,7 +134,6 @@ class Acquisition {
     WaitPoint wake_{mutex_};
     uint64_t numWakes_ = 0;
     std::vector<std::shared_ptr<Receiver>> receivers_;  // changed with attachMutex_ held as well
-    std::vector<Receiver*> sending_;  // get the frame that is being sent; the thread's
     bool isQuitting_ = false;
     bool isAcquiring_ = false;
     bool isStopping_ = false;

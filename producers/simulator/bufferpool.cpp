@@ -129,11 +129,21 @@ Buffer* BufferPool::Take(bool mustBeOne) {
     return &buffer;
 }
 
+void BufferPool::MoveToFrontOfInput(Buffer& buffer) {
+    input_.splice(input_.begin(), acquiring_, buffer.place_);
+    buffer.state_ = State::Input;
+}
+
 void BufferPool::PutBack(Buffer& buffer) {
     const std::lock_guard lock(mutex_);
     --numStarted_;
-    input_.splice(input_.begin(), acquiring_, buffer.place_);
-    buffer.state_ = State::Input;
+    MoveToFrontOfInput(buffer);
+}
+
+void BufferPool::Lose(Buffer& buffer) {
+    const std::lock_guard lock(mutex_);
+    ++numUnderrun_;
+    MoveToFrontOfInput(buffer);
 }
 
 void BufferPool::Deliver(Buffer& buffer) {

@@ -54,6 +54,10 @@ class BufferPool {
     void PutBack(Buffer& buffer);  // takes the start of its frame back as well
     void Deliver(Buffer& buffer);
 
+    // The frame of a buffer is lost: the buffer comes first for the next one, and an under-run is
+    // counted.
+    void Lose(Buffer& buffer);
+
     // The queue of delivered buffers, as the event of new buffers sees it; with the mutex held.
 
     WaitPoint& Delivered() { return delivered_; }
@@ -69,6 +73,7 @@ class BufferPool {
     List& ListOf(Buffer::State state);
     void Move(Buffer& buffer, Buffer::State state);
     void MoveAll(Buffer::State from, Buffer::State to);
+    void MoveToFrontOfInput(Buffer& buffer);
 
     const std::function<void()> onInput_;
     mutable std::mutex mutex_;  // guards all that follows

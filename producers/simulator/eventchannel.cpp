@@ -73,8 +73,8 @@ void EventChannel::Send(EventKind kind, uint64_t timestamp, std::optional<uint64
     const CameraEvent event{kIds[static_cast<uint32_t>(kind)], timestamp, frameId};
     const std::lock_guard lock(mutex_);
     if (++lastRequest_ == 0) ++lastRequest_;  // 0 is no number of a request
-    const std::vector<uint8_t> message = EncodeEvent(tlType_, event, lastRequest_);
-    Fire(GenTL::EVENT_REMOTE_DEVICE, event.id, {message.data(), message.size()});
+    const EventMessage message = EncodeEvent(tlType_, event, lastRequest_);
+    Fire(GenTL::EVENT_REMOTE_DEVICE, event.id, {message.bytes.data(), message.size});
 }
 
 void EventChannel::Follow(CameraControl& control) {

@@ -23,15 +23,15 @@ class Writer {
     explicit Writer(ByteOrder order) : order_(order) {}
 
     Writer& Put(uint64_t value, size_t size) {
-        bytes_.resize(bytes_.size() + size);
-        StoreInteger(bytes_.data() + bytes_.size() - size, size, value, order_);
+        StoreInteger(message_.bytes.data() + message_.size, size, value, order_);
+        message_.size += size;
         return *this;
     }
-    std::vector<uint8_t> Take() { return std::move(bytes_); }
+    const EventMessage& Message() const { return message_; }
 
   private:
     const ByteOrder order_;
-    std::vector<uint8_t> bytes_;
+    EventMessage message_;
 };
 
 size_t BodySize(const EventForm& form, const CameraEvent& event) {
@@ -44,7 +44,7 @@ bool IsGev(const std::string& tlType) {
 
 // An item states no size, as in the first version of the standard. Block numbers have 16 bits
 // there; the whole number follows as the data.
-std::vector<uint8_t> EncodeGev(const CameraEvent& event, uint16_t request) {
+EventMessage EncodeGev(const CameraEvent& event, uint16_t request) {
     Writer writer(kGevForm.order);
     writer.Put(kGvcpMagic, 1).Put(kGvcpWithAcknowledge, 1);
     writer.Put(event.frameId ? kGvcpEventData : kGvcpEvent, 2);
@@ -52,16 +52,16 @@ std::vector<uint8_t> EncodeGev(const CameraEvent& event, uint16_t request) {
     writer.Put(0, 2).Put(event.id, 2).Put(0, 2).Put(event.frameId.value_or(0), 2);
     writer.Put(event.timestamp, 8);
     if (event.frameId) writer.Put(*event.frameId, 8);
-    return writer.Take();
+    return writer.Message();
 }
 
-std::vector<uint8_t> EncodeU3v(const CameraEvent& event, uint16_t request) {
+EventMessage EncodeU3v(const CameraEvent& event, uint16_t request) {
     Writer writer(kU3vForm.order);
     writer.Put(kU3vEventPrefix, 4).Put(0, 2).Put(kU3vEvent, 2);
     writer.Put(BodySize(kU3vForm, event), 2).Put(request, 2);
     writer.Put(0, 2).Put(event.id, 2).Put(event.timestamp, 8);
     if (event.frameId) writer.Put(*event.frameId, 8);
-    return writer.Take();
+    return writer.Message();
 }
 
 }  // namespace
@@ -70,8 +70,7 @@ EventForm EventFormOf(const std::string& tlType) {
     return IsGev(tlType) ? kGevForm : kU3vForm;
 }
 
-std::vector<uint8_t> EncodeEvent(const std::string& tlType, const CameraEvent& event,
-                                 uint16_t request) {
+EventMessage EncodeEvent(const std::string& tlType, const CameraEvent& event, uint16_t request) {
     return IsGev(tlType) ? EncodeGev(event, request) : EncodeU3v(event, request);
 }
 

@@ -2,10 +2,11 @@
 #ifndef ZELSIM_EVENTMESSAGE_H
 #define ZELSIM_EVENTMESSAGE_H
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "producers/simulator/registerbytes.h"
 
@@ -29,9 +30,14 @@ struct EventForm {
 // GigE cameras send EVENT and EVENTDATA commands, all others the event commands of USB3 cameras.
 EventForm EventFormOf(const std::string& tlType);
 
+// The thread that makes frames sends messages also when there is no memory.
+struct EventMessage {
+    std::array<uint8_t, 32> bytes{};  // none is longer
+    size_t size = 0;
+};
+
 // The whole message, with its header. Request numbers count the messages of a camera.
-std::vector<uint8_t> EncodeEvent(const std::string& tlType, const CameraEvent& event,
-                                 uint16_t request);
+EventMessage EncodeEvent(const std::string& tlType, const CameraEvent& event, uint16_t request);
 
 }  // namespace ZelSim
 

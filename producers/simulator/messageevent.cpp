@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <new>
 #include <string_view>
 
 #include "producers/simulator/error.h"
@@ -55,9 +56,13 @@ void AnswerGenApi(uint64_t id, EventData data, Answer answer) {
 void MessageEvent::Fire(uint64_t id, EventData data) {
     const auto* const bytes = static_cast<const char*>(data.bytes);
     std::unique_lock lock(mutex_);
-    if (messages_.size() == kMaxMessages) messages_.pop_front();
-    messages_.push_back({id, std::vector<char>(bytes, bytes + data.size)});
     ++numFired_;
+    if (messages_.size() == kMaxMessages) messages_.pop_front();
+    try {
+        messages_.push_back({id, std::vector<char>(bytes, bytes + data.size)});
+    } catch (const std::bad_alloc&) {
+        return;
+    }
     waitPoint_.UnlockAndWakeOne(lock);
 }
 

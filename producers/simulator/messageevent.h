@@ -9,7 +9,8 @@
 namespace ZelSim {
 
 // A registration of any event type but EVENT_NEW_BUFFER: a queue of messages of its own. When
-// nobody fetches them, the oldest messages are lost.
+// nobody fetches them, the oldest messages are lost; without memory, the new one. They count as
+// fired all the same.
 class MessageEvent final : public Event {
   public:
     explicit MessageEvent(GenTL::EVENT_TYPE type) : Event(type, waitPoint_) {}

@@ -1,6 +1,5 @@
 #include "producers/simulator/waitpoint.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <ctime>
 #include <semaphore.h>
@@ -47,37 +46,47 @@ class WaitPoint::Sleeper {
     }
 
   private:
+    friend class WaitPoint;
+
     sem_t semaphore_{};
+    Sleeper* next_ = nullptr;  // guarded as first_; a chain, so that nobody needs memory to sleep
 };
+
+// Where the pointer to `sleeper` is; for null the end of the chain, and so for one not in it.
+WaitPoint::Sleeper** WaitPoint::PlaceOf(const Sleeper* sleeper) {
+    Sleeper** place = &first_;
+    while (*place != nullptr && *place != sleeper)
+        place = &(*place)->next_;
+    return place;
+}
 
 // False when the time came first.
 bool WaitPoint::Sleep(std::unique_lock<std::mutex>& lock, Clock::time_point time) {
     Sleeper self;
-    sleepers_.push_back(&self);
+    *PlaceOf(nullptr) = &self;
     lock.unlock();
     const bool woken = self.AwaitWake(time);
     lock.lock();
     if (woken) return true;
-    const auto place = std::find(sleepers_.begin(), sleepers_.end(), &self);
-    if (place == sleepers_.end()) return self.AwaitWake(kEndless);  // comes at any moment
-    sleepers_.erase(place);
+    Sleeper** const place = PlaceOf(&self);
+    if (*place == nullptr) return self.AwaitWake(kEndless);  // comes at any moment
+    *place = self.next_;
     return false;
 }
 
 void WaitPoint::UnlockAndWakeOne(std::unique_lock<std::mutex>& lock) {
-    Sleeper* first = nullptr;
-    if (!sleepers_.empty()) {
-        first = sleepers_.front();
-        sleepers_.erase(sleepers_.begin());
-    }
+    Sleeper* const first = first_;
+    if (first != nullptr) first_ = first->next_;
     lock.unlock();
     if (first != nullptr) first->Wake();
 }
 
 void WaitPoint::WakeAll() {
-    for (Sleeper* const sleeper : sleepers_)
+    while (first_ != nullptr) {
+        Sleeper* const sleeper = first_;
+        first_ = sleeper->next_;
         sleeper->Wake();
-    sleepers_.clear();
+    }
 }
 
 }  // namespace ZelSim

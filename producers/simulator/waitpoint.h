@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <mutex>
-#include <vector>
 
 namespace ZelSim {
 
@@ -45,9 +44,11 @@ class WaitPoint {
     class Sleeper;
 
     bool Sleep(std::unique_lock<std::mutex>& lock, Clock::time_point time);
+    Sleeper** PlaceOf(const Sleeper* sleeper);
 
     std::mutex& mutex_;
-    std::vector<Sleeper*> sleepers_;  // guarded by mutex_; without those that are being woken
+    Sleeper* first_ =
+        nullptr;  // guarded by mutex_; those that are not being woken, the oldest first
 };
 
 }  // namespace ZelSim

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/simulator/producer.h"
+#include "tests/support/memory.h"
 
 using namespace GenTL;
 using ::testing::Each;
@@ -94,6 +95,21 @@ TEST_F(AcquisitionTest, FramesWithoutBufferAreUnderruns) {
     EXPECT_TRUE(IsGrabbing()) << "lost frames do not count";
     ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
     EXPECT_GE(FrameId(Fetch()), 3U) << "lost frames have numbers";
+}
+
+TEST_F(AcquisitionTest, FramesWithoutMemoryAreUnderruns) {
+    OpenCamera("frameRate='0' width='640' height='480'");
+    const BUFFER_HANDLE buffer = Allocate();
+    ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+    {
+        const ZelTest::OutOfMemory full(size_t{640} * 480);  // for the picture
+        ASSERT_EQ(Start(1), GC_ERR_SUCCESS);
+        Await([&] { return StreamInfo(STREAM_INFO_NUM_UNDERRUN).Uint64() >= 3; });
+        EXPECT_TRUE(IsGrabbing()) << "lost frames do not count";
+        EXPECT_EQ(NumAwaiting(), 0U);
+    }
+    EXPECT_EQ(Fetch(), buffer);
+    EXPECT_GE(FrameId(buffer), 3U);
 }
 
 TEST_F(AcquisitionTest, DropsAndTearsFramesOnDemand) {

@@ -6,6 +6,7 @@
 
 #include "tests/simulator/portnodemap.h"
 #include "tests/simulator/producer.h"
+#include "tests/support/memory.h"
 
 using namespace GENAPI_NAMESPACE;
 using namespace GenTL;
@@ -114,6 +115,24 @@ TEST_F(CameraEventTest, AreSentInOrderWhenSwitchedOn) {
     }
     EXPECT_THAT(ids, ElementsAre(0x9011, 0x9021, 0x9022, 0x9012));
     EXPECT_EQ(NumFired(), 4U);
+}
+
+// Neither do the frames need any.
+TEST_F(CameraEventTest, AreCountedAndLostWithoutMemory) {
+    Open("frameRate='0'", "GEV");
+    Switch("ExposureEnd", "On");
+    AllocateAndQueue(1);
+    ASSERT_EQ(Start(), GC_ERR_SUCCESS);
+    BUFFER_HANDLE buffer = Fetch();
+    EXPECT_EQ(Message().back(), 0);  // the number of the frame
+    {
+        const ZelTest::OutOfMemory full(1);
+        ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+        buffer = Fetch();
+    }
+    EXPECT_EQ(NumFired(), 2U);
+    ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+    EXPECT_EQ(Message().back(), 2);
 }
 
 TEST_F(CameraEventTest, TellsWhichFeaturesChanged) {

@@ -292,15 +292,20 @@ TEST_F(EventAdapterTest, GenericEventsAreTheirData) {
     }
 }
 
-TEST(EventAdapterWithoutMapTest, TakesMessages) {
+TEST(EventAdapterWithoutMapTest, ChecksMessagesAllTheSame) {
+    using GENICAM_NAMESPACE::RuntimeException;
     CEventAdapterGEV gev;
-    Deliver(gev, kGevEvents);
+    EXPECT_NO_THROW(Deliver(gev, kGevEvents));
+    EXPECT_THROW(Deliver(gev, kU3vEvent), RuntimeException);
     CEventAdapterU3V u3v(nullptr);
-    Deliver(u3v, kU3vEvent);
+    EXPECT_NO_THROW(Deliver(u3v, kU3vEvent));
+    EXPECT_THROW(Deliver(u3v, kGevEvents), RuntimeException);
     CEventAdapterGeneric generic;
-    generic.DeliverMessage(kU3vEvent.data(), 4, uint64_t(1));
+    const uint8_t byte = 0;
+    EXPECT_NO_THROW(generic.DeliverMessage(&byte, 1, gcstring("9001")));
+    EXPECT_THROW(generic.DeliverMessage(&byte, 1, gcstring("901")), RuntimeException);
     CEventAdapter1394 unsupported;
-    EXPECT_THROW(Deliver(unsupported, kU3vEvent), GENICAM_NAMESPACE::RuntimeException);
+    EXPECT_THROW(Deliver(unsupported, kU3vEvent), RuntimeException);
 }
 
 }  // namespace
