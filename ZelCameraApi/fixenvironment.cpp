@@ -96,7 +96,7 @@ std::string UserCacheDirectory() {
 }
 
 std::string CacheDirectory(const std::string& executableDirectory) {
-    const std::string path = UserCacheDirectory();
+    std::string path = UserCacheDirectory();
     if (!path.empty()) return path;
     // The name is glued to the folder of the program, and it is that folder which is created: users
     // have come to know the place.
