@@ -13,13 +13,22 @@ thread_local bool isSpared = false;
 
 }  // namespace
 
-// In the place of the library's, for everything that the program loads.
+// In the place of the library's, for everything that the program loads: those that a sanitizer
+// would otherwise take from elsewhere, too.
 void* operator new(size_t size) {
     if (size >= failingSize && !isSpared) throw std::bad_alloc();
     void* const memory = std::malloc(size != 0 ? size : 1);
     if (memory == nullptr) throw std::bad_alloc();
     ++numAllocated;
     return memory;
+}
+
+void* operator new(size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 void operator delete(void* memory) noexcept {
