@@ -5,14 +5,15 @@
 #include "producers/simulator/localregisters.h"
 #include "producers/simulator/placeholders.h"
 #include "producers/simulator/transporttype.h"
+#include "producers/simulator/zelsim.h"
 
 namespace ZelSim {
 
 namespace {
 
 PortIdentity IdentityOf(const InterfaceConfig& config) {
-    return {config.id,   "ZelCam",      config.displayName, config.version,
-            config.type, "TLInterface", "InterfacePort"};
+    return {config.id,   ZELSIM_INTERFACE_VENDOR, ZELSIM_INTERFACE_MODEL, config.version,
+            config.type, "TLInterface",           "InterfacePort"};
 }
 
 }  // namespace

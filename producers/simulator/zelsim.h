@@ -37,6 +37,12 @@ enum ZelSimFaultAction {
 // does with a device of its own, and not after the preparations for the next frame.
 #define ZELSIM_NICENESS 5
 
+// What GCGetPortInfo says of an interface with simulated cameras (PORT_INFO_VENDOR,
+// PORT_INFO_MODEL): programs know simulated cameras by it, whatever vendor and model the cameras
+// have.
+#define ZELSIM_INTERFACE_VENDOR "ZelCam"
+#define ZELSIM_INTERFACE_MODEL "Simulated interface"
+
 #define ZELSIM_ANY_COMMAND INT32_MIN
 #define ZELSIM_FOREVER UINT32_MAX
 

@@ -2,9 +2,12 @@
 // macro says which function fails, and that one and those after it in the table are the last ones
 // that a client calls.
 
+#include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
+#include <unistd.h>
 
 #define PRODUCER_FUNCTION extern "C" __attribute__((visibility("default"))) int32_t
 
@@ -40,6 +43,99 @@ PRODUCER_FUNCTION TLUpdateInterfaceList(void*, uint8_t*, uint64_t) {
 }
 PRODUCER_FUNCTION TLGetNumInterfaces(void*, uint32_t*) {
     return -1010;
+}
+
+#elif defined(FAULT)
+
+// FAULT is Crash or Hang, and PLACE where it happens.
+namespace {
+
+enum class Place { Load, Init, Open };
+
+[[maybe_unused]] void Crash() {
+    std::fprintf(stderr, "the driver is missing\n\n");
+    std::raise(SIGSEGV);
+}
+
+// Tells whoever waits for it by a file, which appears as a whole.
+[[maybe_unused]] void Hang() {
+    std::fclose(std::fopen("hanging.new", "w"));
+    std::rename("hanging.new", "hanging");
+    for (;;)
+        pause();
+}
+
+int32_t Reach(Place place) {
+    if (place == Place::PLACE) FAULT();
+    return 0;
+}
+
+const int32_t loaded = Reach(Place::Load);
+
+}  // namespace
+
+PRODUCER_FUNCTION GCInitLib() {
+    return loaded + Reach(Place::Init);
+}
+PRODUCER_FUNCTION TLOpen(void**) {
+    return Reach(Place::Open);
+}
+
+#elif defined(HAS_NO_CAMERA)
+
+// Works, for a GigE Vision adapter that nothing is connected to.
+namespace {
+
+int module;
+
+int32_t Give(const char* text, char* buffer, size_t* size) {
+    *size = std::strlen(text) + 1;
+    if (buffer != nullptr) std::memcpy(buffer, text, *size);
+    return 0;
+}
+
+}  // namespace
+
+PRODUCER_FUNCTION GCInitLib() {
+    return 0;
+}
+PRODUCER_FUNCTION GCCloseLib() {
+    return 0;
+}
+PRODUCER_FUNCTION TLOpen(void** system) {
+    *system = &module;
+    return 0;
+}
+PRODUCER_FUNCTION TLClose(void*) {
+    return 0;
+}
+PRODUCER_FUNCTION TLUpdateInterfaceList(void*, uint8_t*, uint64_t) {
+    return 0;
+}
+PRODUCER_FUNCTION TLGetNumInterfaces(void*, uint32_t* count) {
+    *count = 1;
+    return 0;
+}
+PRODUCER_FUNCTION TLGetInterfaceID(void*, uint32_t, char* id, size_t* size) {
+    return Give("eth0", id, size);
+}
+PRODUCER_FUNCTION TLOpenInterface(void*, const char*, void** interface) {
+    *interface = &module;
+    return 0;
+}
+PRODUCER_FUNCTION IFClose(void*) {
+    return 0;
+}
+PRODUCER_FUNCTION IFGetInfo(void*, int32_t, int32_t* type, void* buffer, size_t* size) {
+    *type = 1;
+    return Give("GEV", static_cast<char*>(buffer), size);
+}
+PRODUCER_FUNCTION IFUpdateDeviceList(void*, uint8_t*, uint64_t) {
+    return 0;
+}
+PRODUCER_FUNCTION IFGetNumDevices(void*, uint32_t* count) {
+    *count = 0;
+    return 0;
 }
 
 #else

@@ -57,7 +57,7 @@ const std::vector<std::vector<uint16_t>> colourBars = {
     {255, 0, 255},   {255, 0, 0},   {0, 0, 255},   {0, 0, 0}};
 
 TEST_F(ToolGrab, OnePictureOfTheFirstCameraByDefault) {
-    const ToolResult result = Run({"grab"});
+    const ToolResult result = Run({"grab", "--simulated"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(result.err, "") << "no progress bar outside of a terminal";
     EXPECT_THAT(result.out, AllOf(HasSubstr("80 x 64 Mono8"), HasSubstr("frame-0001.png")));

@@ -1,7 +1,11 @@
 // `zelcam list`, run as a program.
 
+#include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <sstream>
+#include <sys/prctl.h>
+#include <sys/wait.h>
 
 #include <gmock/gmock.h>
 
@@ -44,7 +48,8 @@ TEST_F(ToolList, ShowsEverythingAboutTheCameras) {
     EXPECT_THAT(text.out, AllOf(HasSubstr("libZelCTI.cti"), HasSubstr("GigE Vision"),
                                 HasSubstr("Left gantry"), HasSubstr("USB3 Vision"),
                                 HasSubstr("0815"), HasSubstr("free")));
-    EXPECT_THAT(text.out, Not(HasSubstr("What to check")));
+    EXPECT_THAT(text.out, AllOf(HasSubstr("No real camera was found"),
+                                HasSubstr("no producer for real cameras is loaded")));
 
     const json listing = Run({"list", "--json"}).Json();
     ASSERT_EQ(listing.at("cameras").size(), 3U);
@@ -56,6 +61,8 @@ TEST_F(ToolList, ShowsEverythingAboutTheCameras) {
     EXPECT_EQ(camera.at("userName"), "left");
     EXPECT_EQ(camera.at("access"), "free");
     EXPECT_EQ(camera.at("interface"), "eth7");
+    EXPECT_EQ(camera.at("simulated"), true) << "whatever vendor and model it has";
+    EXPECT_EQ(camera.at("producer"), ZELCAM_DEFAULT_PRODUCER);
     EXPECT_EQ(listing.at("cameras").at(1).at("userName"), "a \"b\"");
     EXPECT_EQ(listing.at("interfaces").at(1).at("type"), "U3V");
     EXPECT_EQ(listing.at("interfaces").at(0).at("cameras"), 2);
@@ -74,9 +81,12 @@ TEST_F(ToolList, BrokenProducersSinkNobodyElse) {
     const std::string lists = ZELCAM_BROKEN "/nolist.cti";
     const std::string foreign = ZELCAM_BROKEN "/foreign.cti";
     SetVariable("GENICAM_GENTL64_PATH", folder_ + ":/no/such/folder");
-    const ToolResult result = Run(
-        {"list", "--json", "-p", missing, "-p", starts, "-p", lists, "-p", foreign, "-p", folder_});
+    const ToolResult result =
+        Run({"list", "--json", "-p", missing, "-p", starts, "-p", lists, "-p", foreign, "-p",
+             folder_, "-p", ZELCAM_BROKEN "/crashload.cti", "-p", ZELCAM_BROKEN "/crashinit.cti",
+             "-p", ZELCAM_BROKEN "/crashopen.cti"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
+    EXPECT_EQ(result.err, "");
     const json listing = result.Json();
     EXPECT_EQ(listing.at("cameras").size(), 3U);
     const std::map<std::string, std::string> reasons = {
@@ -84,6 +94,10 @@ TEST_F(ToolList, BrokenProducersSinkNobodyElse) {
         {starts, "somebody else uses it (-1004): the licence is on holiday"},
         {lists, "cannot tell its interfaces"},
         {foreign, "not a GenTL producer"},
+        {ZELCAM_BROKEN "/crashload.cti",
+         "it crashes in the loader: Segmentation fault; its last words: the driver is missing"},
+        {ZELCAM_BROKEN "/crashinit.cti", "it crashes in GCInitLib"},
+        {ZELCAM_BROKEN "/crashopen.cti", "it crashes in TLOpen"},
         {folder_, "it is a folder"},
         {Path("text.cti"), "not a shared library"},
         {Path("damaged.cti"), "damaged.cti"},
@@ -96,6 +110,93 @@ TEST_F(ToolList, BrokenProducersSinkNobodyElse) {
     }
     const std::string text = Run({"list", "-p", lists, "-p", missing}).out;
     EXPECT_THAT(text, AllOf(HasSubstr(missing + ": there is no such file"), HasSubstr("cam-c")));
+}
+
+// Processes that the program leaves behind become children of this one.
+class ProducerTrialTest : public ToolList {
+  protected:
+    void SetUp() override {
+        ToolList::SetUp();
+        ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0);
+    }
+    void TearDown() override {
+        prctl(PR_SET_CHILD_SUBREAPER, 0);
+        ToolList::TearDown();
+    }
+};
+
+TEST_F(ProducerTrialTest, HangingProducersSinkNobodyElse) {
+    const std::map<std::string, std::string> places = {
+        {"load", "the loader"}, {"init", "GCInitLib"}, {"open", "TLOpen"}};
+    std::vector<std::string> words = {"list", "--json", "--load-timeout", "3000"};
+    for (const auto& [name, place] : places)
+        words.insert(words.end(), {"-p", ZELCAM_BROKEN "/apart/hang" + name + ".cti"});
+    const json listing = Run(words).Json();
+    EXPECT_EQ(listing.at("cameras").size(), 3U);
+    for (const auto& [name, place] : places) {
+        const json entry = ProducerEntry(listing, ZELCAM_BROKEN "/apart/hang" + name + ".cti");
+        EXPECT_EQ(entry.at("state"), "failed");
+        EXPECT_THAT(entry.at("reason").get<std::string>(),
+                    HasSubstr("it hangs: no return from " + place + " within 3000 ms"));
+    }
+    EXPECT_EQ(waitpid(-1, nullptr, 0), -1) << "a process is left";
+}
+
+// `grab` notes the signal, `list` ends with it; in both cases the trial does.
+TEST_F(ProducerTrialTest, InterruptEndsTheTrial) {
+    for (const auto& [command, exitCode] :
+         std::map<std::string, int>{{"list", -1}, {"grab", 130}}) {
+        std::filesystem::remove(Path("hanging"));
+        const FileWatch watch(folder_);
+        const int process =
+            Start({command, "-p", ZELCAM_BROKEN "/apart/hanginit.cti", "--load-timeout", "600000"});
+        ASSERT_TRUE(watch.Await("hanging")) << command;
+        kill(process, SIGINT);
+        EXPECT_EQ(Wait(process).exitCode, exitCode) << command;
+        std::vector<int> signals;
+        for (int status = 0; waitpid(-1, &status, 0) > 0;)
+            signals.push_back(WIFSIGNALED(status) ? WTERMSIG(status) : 0);
+        EXPECT_EQ(std::count(signals.begin(), signals.end(), SIGKILL), exitCode < 0 ? 1 : 0)
+            << command;
+    }
+}
+
+// The recording camera is a real one to the program.
+TEST_F(ToolList, RealCamerasComeFirst) {
+    const std::string recording = ZELCAM_RECORDING "/libZelCTI.cti";
+    const ToolResult text = Run({"list", "-p", recording});
+    EXPECT_THAT(text.out, Not(HasSubstr("What to check")));
+    const json listed = Run({"list", "--json", "-p", recording}).Json().at("cameras");
+    ASSERT_EQ(listed.size(), 4U);
+    EXPECT_EQ(listed.at(0).at("simulated"), false);
+    EXPECT_EQ(listed.at(0).at("producer"), recording);
+    EXPECT_EQ(listed.at(1).at("id"), "cam-a");
+    EXPECT_EQ(Run({"list", "--json", "-p", recording, "--no-simulated"}).Json()["cameras"].size(),
+              1U);
+    EXPECT_EQ(Run({"list", "--json", "-p", recording, "--simulated"}).Json()["cameras"].size(), 3U);
+    const json only = Run({"list", "--json", "--only", recording}).Json();
+    ASSERT_EQ(only.at("cameras").size(), 1U);
+    EXPECT_EQ(only.at("cameras").at(0).at("producer"), recording);
+    EXPECT_EQ(Run({"list", "--simulated", "--no-simulated"}).exitCode, 1);
+}
+
+TEST_F(ToolList, FirstCameraIsSimulatedOnlyWhereNoneCanBeReal) {
+    const std::string real = ZELCAM_BROKEN "/apart/nocamera.cti";
+    const ToolResult alone = Run({"grab", "-f", "none"});
+    EXPECT_EQ(alone.exitCode, 0) << alone.err;
+    EXPECT_THAT(alone.err, HasSubstr("note: camera cam-a is simulated"));
+    const ToolResult refused = Run({"grab", "-f", "none", "-p", real});
+    EXPECT_EQ(refused.exitCode, 3);
+    EXPECT_THAT(refused.err, HasSubstr("no real camera was found"));
+    for (const std::vector<std::string>& asked :
+         {std::vector<std::string>{"--simulated"}, std::vector<std::string>{"cam-a"}}) {
+        std::vector<std::string> words = {"grab", "-f", "none", "-p", real};
+        words.insert(words.end(), asked.begin(), asked.end());
+        const ToolResult grabbed = Run(words);
+        EXPECT_EQ(grabbed.exitCode, 0);
+        EXPECT_EQ(grabbed.err, "");
+        EXPECT_THAT(grabbed.out, HasSubstr("simulated"));
+    }
 }
 
 TEST_F(ToolList, FileOfAnotherMachine) {
@@ -124,11 +225,15 @@ TEST_F(ToolList, TellsWhichProducerAnInterfaceBelongsTo) {
     EXPECT_EQ(listing.at("interfaces").at(2).at("producer"), second);
     EXPECT_EQ(listing.at("cameras").size(), 6U);
     EXPECT_EQ(ProducerEntry(listing, Path("more/same.cti")).at("state"), "skipped");
+    EXPECT_EQ(Run({"list", "--json", "--only", "second.cti"}).Json().at("cameras").size(), 3U);
+    EXPECT_THAT(Run({"list", "--names"}).out, HasSubstr("second.cti/cam-a\n"));
+    const ToolResult chosen = Run({"get", "second.cti/cam-a", "Width"});
+    EXPECT_EQ(chosen.out, "Width=640\n") << chosen.err;
 }
 
 TEST_F(ToolList, NoCameraSaysWhatToCheck) {
-    SetCameras(R"(<Interface id="eth0" type="GEV"/>)");
-    const ToolResult result = Run({"list"});
+    SetCameras(R"(<Interface id="usb0" type="U3V"/>)");
+    const ToolResult result = Run({"list", "-p", ZELCAM_BROKEN "/apart/nocamera.cti"});
     EXPECT_EQ(result.exitCode, 3);
     EXPECT_THAT(result.out, AllOf(HasSubstr("No camera was found"), HasSubstr("UDP port 3956"),
                                   Not(HasSubstr("lsusb"))));
@@ -138,7 +243,7 @@ TEST_F(ToolList, NoCameraSaysWhatToCheck) {
 // Its own words tell more than the library, which only says that there is no System.
 TEST_F(ToolList, DefaultProducerThatDoesNotStart) {
     SetCameras("<Nonsense/>");
-    const ToolResult result = Run({"list", "--json", "-p", ZELCAM_BROKEN "/foreign.cti"});
+    const ToolResult result = Run({"list", "--json", "-p", ZELCAM_BROKEN "/apart/nocamera.cti"});
     EXPECT_EQ(result.exitCode, 2);
     const json producers = result.Json().at("producers");
     EXPECT_EQ(producers.at(0).at("state"), "failed");

@@ -131,6 +131,22 @@ TEST_F(ChooseCameraTest, ByEveryName) {
     EXPECT_EQ(NumberOf("3"), 1U) << "a serial number goes before the place in the list";
 }
 
+TEST_F(ChooseCameraTest, InOneOfTheProducersThatListIt) {
+    cameras_.push_back(MakeCamera(4, "cam-a", "3", "left"));
+    cameras_[0].producerName = "a.cti";
+    cameras_[3].producerName = "b.cti";
+    cameras_[3].producer = "/opt/b.cti";
+    cameras_[3].simulated = true;
+    EXPECT_EQ(NumberOf("b.cti/cam-a"), 4U);
+    EXPECT_EQ(NumberOf("/opt/b.cti/left"), 4U);
+    EXPECT_EQ(NumberOf("a.cti/3"), 1U);
+    EXPECT_THAT(FailureOf([&] { NumberOf("cam-a"); }),
+                AllOf(HasSubstr("1  cam-a (serial number 3, \"left\") on eth1 of a.cti\n"),
+                      HasSubstr("simulated) on eth4 of b.cti")));
+    EXPECT_THAT(FailureOf([&] { NumberOf("b.cti/"); }), HasSubstr("there is no camera"));
+    EXPECT_THAT(FailureOf([&] { NumberOf("c.cti/cam-a"); }), HasSubstr("there is no camera"));
+}
+
 TEST_F(ChooseCameraTest, FailuresListTheCandidates) {
     EXPECT_THAT(FailureOf([&] { NumberOf("left"); }),
                 AllOf(HasSubstr("3: \"left\" fits several"), HasSubstr("cam-a"),
@@ -156,7 +172,7 @@ TEST(CollectProducers, FoldersAndDuplicates) {
     std::filesystem::create_symlink(folder + "/a.cti", folder + "/z.cti");
 
     const auto producers =
-        CollectProducers({folder + "/b.cti"}, "::" + folder + ":" + folder + "/none");
+        CollectProducers({folder + "/b.cti"}, "", "::" + folder + ":" + folder + "/none");
     std::filesystem::remove_all(folder);
 
     std::vector<std::string> seen;

@@ -12,15 +12,32 @@ std::string Lines(const std::vector<const Camera*>& cameras) {
     for (const Camera* camera : cameras) {
         text += "\n  " + std::to_string(camera->number) + "  " + camera->Description() + " on " +
                 camera->interfaceId;
+        if (!camera->producerName.empty()) text += " of " + camera->producerName;
     }
     return text;
+}
+
+bool IsNamed(const Camera& camera, const std::string& wanted) {
+    return camera.id == wanted || camera.serial == wanted || camera.userName == wanted;
+}
+
+// What `wanted` has behind "producer/", where that is the camera's.
+std::string InProducer(const Camera& camera, const std::string& wanted) {
+    for (const std::string& producer : {camera.producerName, camera.producer}) {
+        const std::string prefix = producer + "/";
+        if (!producer.empty() && wanted.compare(0, prefix.size(), prefix) == 0) {
+            return wanted.substr(prefix.size());
+        }
+    }
+    return "";
 }
 
 std::vector<const Camera*> Matching(const std::vector<Camera>& cameras, const std::string& wanted) {
     std::vector<const Camera*> found;
     for (const Camera& camera : cameras) {
+        const std::string inProducer = InProducer(camera, wanted);
         const bool named =
-            camera.id == wanted || camera.serial == wanted || camera.userName == wanted;
+            IsNamed(camera, wanted) || (!inProducer.empty() && IsNamed(camera, inProducer));
         if (wanted.empty() || named) found.push_back(&camera);
     }
     if (!found.empty()) return found;
@@ -56,7 +73,7 @@ const Camera& ChooseCamera(const std::vector<Camera>& cameras, const std::string
     if (found.size() > 1 && !wanted.empty()) {
         throw Failure(ExitCode::NoCamera, "\"" + wanted +
                                               "\" fits several cameras; choose one by the number "
-                                              "before it" +
+                                              "before it, or as PRODUCER/CAMERA" +
                                               Lines(found));
     }
     return *found.front();
@@ -64,5 +81,15 @@ const Camera& ChooseCamera(const std::vector<Camera>& cameras, const std::string
 
 const Camera& SelectCamera(const Session& session, const std::string& wanted) {
     TellAboutProducers(session);
-    return ChooseCamera(session.Cameras(), wanted);
+    const Camera& camera = ChooseCamera(session.Cameras(), wanted);
+    if (!camera.simulated || session.AsksForSimulated()) return camera;
+    if (wanted.empty() && session.HasRealProducer()) {
+        throw Failure(ExitCode::NoCamera,
+                      "no real camera was found, only simulated ones; `zelcam list` says what to "
+                      "check, and --simulated takes a simulated one");
+    }
+    if (wanted.empty() || wanted == std::to_string(camera.number)) {
+        std::cerr << "zelcam: note: camera " << camera.id << " is simulated\n";
+    }
+    return camera;
 }

@@ -41,18 +41,13 @@ void PrintJson(const Camera& camera, const CheckList& checks) {
     const Json result = {{"camera", camera.id},
                          {"vendor", camera.vendor},
                          {"model", camera.model},
+                         {"producer", camera.producer},
+                         {"simulated", camera.simulated},
                          {"checks", std::move(list)},
                          {"passed", checks.Count(Verdict::Passed)},
                          {"failed", checks.Count(Verdict::Failed)},
                          {"skipped", checks.Count(Verdict::Skipped)}};
     std::cout << JsonText(result) << '\n';
-}
-
-// The file of the producer that the camera comes from; empty when it cannot be told.
-std::string ProducerOf(const Session& session, const Camera& camera) {
-    for (const InterfaceEntry& interface : session.Interfaces())
-        if (interface.id == camera.interfaceId) return interface.producer;
-    return "";
 }
 
 void CheckFeatures(CheckList& checks, OpenedCamera& camera) {
@@ -75,8 +70,7 @@ void CheckStream(CheckList& checks, OpenedCamera& camera, const GrabLimits& limi
     checks.Run("search while streaming", [&] { return CheckSearch(camera, timeoutMs); });
 }
 
-void RunChecks(CheckList& checks, const CheckOptions& options, const Session& session,
-               const Camera& camera) {
+void RunChecks(CheckList& checks, const CheckOptions& options, const Camera& camera) {
     std::optional<OpenedCamera> opened;
     const auto open = [&] {
         opened.reset();
@@ -87,7 +81,7 @@ void RunChecks(CheckList& checks, const CheckOptions& options, const Session& se
     CheckFeatures(checks, *opened);
     CheckStream(checks, *opened, options.limits);
     if (!checks.Run("close and open again", open)) return;
-    checks.Run("unplug", [&] { return CheckUnplug(*opened, ProducerOf(session, camera)); });
+    checks.Run("unplug", [&] { return CheckUnplug(*opened, camera.producer); });
     checks.Run("close", [&] {
         opened.reset();
         return std::string();
@@ -97,13 +91,13 @@ void RunChecks(CheckList& checks, const CheckOptions& options, const Session& se
 ExitCode RunCheck(const CheckOptions& options) {
     NoteInterrupts();
     const bool json = options.camera.session.json;
-    const Session session(options.camera.session, Session::Detail::CamerasAndOwners);
+    const Session session(options.camera.session);
     const Camera& camera = SelectCamera(session, options.camera.camera);
     if (!json) std::cout << "Camera " << camera.Description() << "\n\n" << std::flush;
     CheckList checks([&](const CheckResult& result) {
         if (!json) PrintLine(result);
     });
-    RunChecks(checks, options, session, camera);
+    RunChecks(checks, options, camera);
     const size_t failed = checks.Count(Verdict::Failed);
     if (json) {
         PrintJson(camera, checks);

@@ -30,6 +30,11 @@ CommandOption& CommandOption::OneValueEach() {
     return *this;
 }
 
+CommandOption& CommandOption::Excludes(const CommandOption& other) {
+    option_->excludes(other.option_);
+    return *this;
+}
+
 CommandOption& CommandOption::ShowDefault() {
     option_->capture_default_str();
     return *this;

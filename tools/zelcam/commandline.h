@@ -28,8 +28,9 @@ class CommandOption {
     CommandOption& OneOf(const std::vector<std::string>& values);
     CommandOption& Range(uint64_t minimum, uint64_t maximum);
     CommandOption& OneValueEach();  // several values need the option several times
-    CommandOption& ShowDefault();   // in the help
-    CommandOption& Hide();          // from the help
+    CommandOption& Excludes(const CommandOption& other);  // not both can be given
+    CommandOption& ShowDefault();                         // in the help
+    CommandOption& Hide();                                // from the help
 
   private:
     CLI::Option* option_;

@@ -55,7 +55,7 @@ FrameWriter MakeWriter(const GrabOptions& options, const Camera& camera) {
 
 ExitCode RunGrab(const GrabOptions& options) {
     NoteInterrupts();
-    const Session session(options.session, Session::Detail::Cameras);
+    const Session session(options.session);
     const Camera& camera = SelectCamera(session, options.camera);
     const FrameWriter writer = MakeWriter(options, camera);
     GrabReport report;

@@ -43,7 +43,7 @@ const Camera& SelectGigE(const Session& session, const std::string& wanted) {
 }
 
 ExitCode RunShow(const IpOptions& options) {
-    const Session session(options.camera.session, Session::Detail::Cameras);
+    const Session session(options.camera.session);
     const Camera& camera = SelectGigE(session, options.camera.camera);
     const Network network = Ask(*camera.info);
     if (options.camera.session.json) {
@@ -62,7 +62,7 @@ ExitCode RunShow(const IpOptions& options) {
 ExitCode RunForce(const IpOptions& options) {
     const Network& network = options.network;
     CheckNetwork(network, options.force);
-    const Session session(options.camera.session, Session::Detail::Cameras);
+    const Session session(options.camera.session);
     const Camera& camera = SelectGigE(session, options.camera.camera);
     const ZelCamErr code = camera.info->ForceIP(network.address.c_str(), network.mask.c_str(),
                                                 network.gateway.c_str());

@@ -1,8 +1,10 @@
 // zelcam list: what there is, and why not more.
 
 #include <iostream>
+#include <map>
 #include <memory>
 #include <set>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -38,6 +40,7 @@ Json InterfacesAsJson(const Session& session) {
                               {"type", InterfaceTypeName(entry.type)},
                               {"description", entry.description},
                               {"producer", entry.producer},
+                              {"simulated", entry.simulated},
                               {"problem", entry.problem},
                               {"cameras", entry.cameras}});
     }
@@ -56,21 +59,29 @@ Json CamerasAsJson(const Session& session) {
                            {"version", camera.version},
                            {"access", AccessWords(camera.accessStatus)},
                            {"accessStatus", camera.accessStatus},
-                           {"interface", camera.interfaceId}});
+                           {"interface", camera.interfaceId},
+                           {"producer", camera.producer},
+                           {"simulated", camera.simulated}});
     }
     return cameras;
 }
 
-// What to look at when there is no camera, for the kinds of interface there are.
+// What to look at when there is no real camera, for the kinds of interface there are.
 std::vector<std::string> WhatToCheck(const Session& session) {
     if (!session.HasInterfaceList()) {
         return {
             "the library needs its default producer: put a working libZelCTI.cti beside the "
             "library, or name its folder in LD_LIBRARY_PATH"};
     }
+    if (!session.HasRealProducer()) {
+        return {
+            "no producer for real cameras is loaded: give the file of your camera's maker with "
+            "--producer, or its folder in GENICAM_GENTL64_PATH"};
+    }
     std::set<ZelCam::InterfaceType> types;
-    for (const InterfaceEntry& entry : session.Interfaces())
-        types.insert(entry.type);
+    for (const InterfaceEntry& entry : session.Interfaces()) {
+        if (!entry.simulated) types.insert(entry.type);
+    }
     std::vector<std::string> checks = {
         "is the camera connected and powered? give it some seconds to start"};
     if (types.empty()) {
@@ -94,19 +105,28 @@ std::vector<std::string> WhatToCheck(const Session& session) {
 
 void PrintText(const Session& session) {
     PrintSession(std::cout, session);
-    if (!session.Cameras().empty()) return;
-    std::cout << "\nNo camera was found. What to check:\n";
+    const auto& cameras = session.Cameras();
+    // Real ones come first.
+    if (!cameras.empty() && (!cameras.front().simulated || session.AsksForSimulated())) return;
+    std::cout << (cameras.empty() ? "\nNo camera was found." : "\nNo real camera was found.")
+              << " What to check:\n";
     for (const std::string& check : WhatToCheck(session))
         std::cout << "  - " << check << '\n';
 }
 
 // Everything by which a camera can be chosen, for the completion of the shell.
 void PrintNames(const Session& session) {
+    std::map<std::string, int> uses;
+    std::vector<std::pair<std::string, const Camera*>> names;
     for (const Camera& camera : session.Cameras()) {
         for (const std::string& name : {camera.id, camera.serial, camera.userName}) {
-            if (!name.empty()) std::cout << name << '\n';
+            if (name.empty()) continue;
+            names.emplace_back(name, &camera);
+            ++uses[name];
         }
     }
+    for (const auto& [name, camera] : names)
+        std::cout << (uses[name] > 1 ? camera->producerName + "/" : "") << name << '\n';
 }
 
 void PrintJson(const Session& session) {
@@ -117,8 +137,7 @@ void PrintJson(const Session& session) {
 }
 
 ExitCode RunList(const ListOptions& options) {
-    const Session session(options.session, options.names ? Session::Detail::Cameras
-                                                         : Session::Detail::CamerasAndOwners);
+    const Session session(options.session);
     if (options.names) {
         PrintNames(session);
     } else if (options.session.json) {

@@ -7,6 +7,10 @@
 
 namespace {
 
+std::string KindWords(bool simulated) {
+    return simulated ? "simulated" : "real";
+}
+
 void PrintProducers(std::ostream& out, const Session& session) {
     out << "Producers\n";
     TextTable table({"STATE", "FROM", "FILE"});
@@ -23,11 +27,10 @@ void PrintProducers(std::ostream& out, const Session& session) {
 void PrintInterfaces(std::ostream& out, const Session& session) {
     if (session.Interfaces().empty()) return;
     out << "\nInterfaces\n";
-    TextTable table({"ID", "TYPE", "CAMERAS", "DESCRIPTION", "PRODUCER"});
+    TextTable table({"ID", "TYPE", "CAMERAS", "KIND", "DESCRIPTION", "PRODUCER"});
     for (const InterfaceEntry& entry : session.Interfaces()) {
-        const std::string file = entry.producer.substr(entry.producer.rfind('/') + 1);
         table.AddRow({entry.id, InterfaceTypeWords(entry.type), std::to_string(entry.cameras),
-                      entry.description, file});
+                      KindWords(entry.simulated), entry.description, entry.producerName});
     }
     table.Print(out);
     for (const InterfaceEntry& entry : session.Interfaces()) {
@@ -38,11 +41,12 @@ void PrintInterfaces(std::ostream& out, const Session& session) {
 void PrintCameras(std::ostream& out, const Session& session) {
     if (session.Cameras().empty()) return;
     out << "\nCameras\n";
-    TextTable table({"#", "ID", "VENDOR", "MODEL", "SERIAL", "USER NAME", "ACCESS", "INTERFACE"});
+    TextTable table({"#", "ID", "VENDOR", "MODEL", "SERIAL", "USER NAME", "ACCESS", "KIND",
+                     "INTERFACE", "PRODUCER"});
     for (const Camera& camera : session.Cameras()) {
         table.AddRow({std::to_string(camera.number), camera.id, camera.vendor, camera.model,
                       camera.serial, camera.userName, AccessWords(camera.accessStatus),
-                      camera.interfaceId});
+                      KindWords(camera.simulated), camera.interfaceId, camera.producerName});
     }
     table.Print(out);
 }

@@ -113,6 +113,6 @@ ZelGenParam::Array& OpenedCamera::Features(Module module) {
 }
 
 FeatureSession::FeatureSession(const FeatureOptions& options)
-    : session_(options.session, Session::Detail::Cameras),
+    : session_(options.session),
       camera_(SelectCamera(session_, options.camera), options.access),
       module_(ModuleOf(options.module)) {}

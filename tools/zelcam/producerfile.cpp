@@ -14,8 +14,6 @@
 #include <sstream>
 #include <unistd.h>
 
-#include "tools/zelcam/words.h"
-
 namespace fs = std::filesystem;
 
 namespace {
@@ -73,33 +71,6 @@ std::string WhyNotAccessible(const std::string& path) {
     return "";
 }
 
-std::string WhyNotAProducer(const std::string& path) {
-    const Library library(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
-    if (!library) return dlerror();
-    if (dlsym(library.get(), "GCInitLib") != nullptr) return "";
-    return "it is a shared library but not a GenTL producer (it has no GCInitLib)";
-}
-
-// The three functions of the GenTL interface that are needed to ask a producer why it refuses.
-using InitLib = int32_t (*)();
-using CloseLib = int32_t (*)();
-using GetLastError = int32_t (*)(int32_t* code, char* text, size_t* size);
-
-template <typename Function>
-Function Resolve(const Library& library, const char* name) {
-    return reinterpret_cast<Function>(dlsym(library.get(), name));
-}
-
-std::string LastErrorText(const Library& library) {
-    const auto getLastError = Resolve<GetLastError>(library, "GCGetLastError");
-    std::array<char, 1024> text{};
-    size_t size = text.size();
-    int32_t code = 0;
-    if (getLastError == nullptr || getLastError(&code, text.data(), &size) != 0) return "";
-    text.back() = '\0';
-    return text.data();
-}
-
 std::string LoadedDefaultProducer() {
     const Library library(dlopen(defaultProducerName, RTLD_LAZY | RTLD_NOLOAD));
     link_map* map = nullptr;
@@ -110,24 +81,8 @@ std::string LoadedDefaultProducer() {
 }  // namespace
 
 std::string WhyNotLoadable(const std::string& path) {
-    for (auto* check : {WhyNotAccessible, WhyNotALibrary, WhyNotAProducer}) {
-        std::string reason = check(path);
-        if (!reason.empty()) return reason;
-    }
-    return "";
-}
-
-std::string WhyNotStarting(const std::string& path) {
-    const Library library(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
-    const auto initLib = library ? Resolve<InitLib>(library, "GCInitLib") : nullptr;
-    if (initLib == nullptr) return "";
-    const int32_t code = initLib();
-    if (code != 0) {
-        const std::string text = LastErrorText(library);
-        return ErrorWords(static_cast<ZelCamErr>(code)) + (text.empty() ? "" : ": " + text);
-    }
-    if (const auto closeLib = Resolve<CloseLib>(library, "GCCloseLib")) closeLib();
-    return "";
+    const std::string reason = WhyNotAccessible(path);
+    return reason.empty() ? WhyNotALibrary(path) : reason;
 }
 
 std::vector<std::string> SplitPathList(const std::string& list) {

@@ -8,14 +8,9 @@
 // Name under which the dynamic loader looks for the default producer.
 constexpr const char* defaultProducerName = "libZelCTI.cti";
 
-// Why the library cannot load a file: missing, unreadable, not a shared library, built for another
-// machine, what the dynamic loader says, or not a producer. Empty when nothing is wrong with it.
-// The file is loaded for a moment if it gets that far.
+// Why a file cannot be a producer of this machine, as far as the file itself shows: missing,
+// unreadable, not a shared library, built for another machine. Empty when nothing is wrong with it.
 std::string WhyNotLoadable(const std::string& path);
-
-// What the file answers when it is initialised by itself: why a producer that loads does not start,
-// in its own words where it has some. Empty when it starts.
-std::string WhyNotStarting(const std::string& path);
 
 // The file that the loader takes for the default producer: the one loaded now, else the first one
 // in the folders of LD_LIBRARY_PATH and beside the library. Empty when there is none.

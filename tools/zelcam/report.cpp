@@ -211,7 +211,7 @@ void Report::Frames() {
 
 ExitCode RunReport(const ReportOptions& options) {
     NoteInterrupts();
-    const Session session(options.camera.session, Session::Detail::CamerasAndOwners);
+    const Session session(options.camera.session);
     const Camera& camera = SelectCamera(session, options.camera.camera);
     const std::string text = Report(options, session, camera).Write();
     if (options.output.empty()) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <system_error>
+#include <utility>
 
 #include "tools/zelcam/producerfile.h"
 #include "tools/zelcam/producerlist.h"
@@ -12,39 +13,10 @@ namespace {
 
 using State = Producer::State;
 
-std::string EnvironmentOrEmpty(const char* name) {
-    return TextOrEmpty(std::getenv(name));
-}
-
-// For a file that loads: what it says itself when it is started, else `otherwise`.
-std::string RefusalWords(const std::string& file, const std::string& otherwise) {
-    const std::string reason = WhyNotStarting(file);
-    return "it loads but refuses to start: " + (reason.empty() ? otherwise : reason);
-}
-
 // Registers a producer; a failure is noted in it.
 void Register(ZelCam::System& system, Producer& producer) {
     const ZelCamErr code = system.RegisterGenTLProvider(producer.file.c_str());
-    if (code == ZelCamErr_Success) return;
-    std::string reason = WhyNotLoadable(producer.file);
-    producer.Fail(reason.empty() ? RefusalWords(producer.file, ErrorWords(code)) : reason);
-}
-
-enum class Counted { Yes, NoList, NotRegistered };
-
-// The number of interfaces with the default producer and, unless null, one more.
-Counted CountInterfaces(Producer* producer, size_t* count) {
-    const Released<ZelCam::System> system(ZelCam_GetSystem());
-    if (!system) return Counted::NotRegistered;
-    if (producer != nullptr) {
-        Register(*system, *producer);
-        if (producer->state != State::Loaded) return Counted::NotRegistered;
-    }
-    const Released<ZelCam::List<ZelCam::Interface>> list(
-        system->GetInterfaceList(ZelCam::InterfaceType::Unknown));
-    if (!list) return Counted::NoList;
-    *count = list->GetCount();
-    return Counted::Yes;
+    if (code != ZelCamErr_Success) producer.Fail("the library cannot use it: " + ErrorWords(code));
 }
 
 // Lets the interface search for cameras; returns what went wrong.
@@ -71,6 +43,9 @@ Camera Describe(ZelCam::DeviceInfo& info, const InterfaceEntry& interface, size_
     camera.accessStatus = info.GetAccessStatus();
     camera.interfaceId = interface.id;
     camera.interfaceType = interface.type;
+    camera.producer = interface.producer;
+    camera.producerName = interface.producerName;
+    camera.simulated = interface.simulated;
     return camera;
 }
 
@@ -108,25 +83,34 @@ void Producer::Skip(const std::string& why) {
     reason = why;
 }
 
+bool Producer::OnlySimulates() const {
+    return !interfaces.empty() && std::all_of(interfaces.begin(), interfaces.end(),
+                                              [](const auto& each) { return each.simulated; });
+}
+
 std::string Camera::Description() const {
     std::string details = vendor + (vendor.empty() || model.empty() ? "" : " ") + model;
     if (!serial.empty()) details += (details.empty() ? "" : ", ") + ("serial number " + serial);
     if (!userName.empty()) details += (details.empty() ? "" : ", ") + ("\"" + userName + "\"");
+    if (simulated) details += details.empty() ? "simulated" : ", simulated";
     return details.empty() ? id : id + " (" + details + ")";
 }
 
-Session::Session(const SessionOptions& options, Detail detail)
-    : producers_(CollectProducers(options.producers, EnvironmentOrEmpty("GENICAM_GENTL64_PATH"))) {
-    if (detail == Detail::CamerasAndOwners && HasSeveral()) Probe();
-    if (!OpenSystem() && producers_.front().state == State::Loaded && interfaceCounts_.empty()) {
-        Probe();
-        OpenSystem();
+Session::Session(const SessionOptions& options)
+    : options_(options),
+      producers_(CollectProducers(options.producers, options.only,
+                                  TextOrEmpty(std::getenv("GENICAM_GENTL64_PATH")))) {
+    TryProducers();
+    if (!OpenSystem()) return;
+    for (const Listed& listed : ListInterfaces()) {
+        if (IsAskedFor(listed)) SearchInterface(listed);
     }
-    if (!list_) return;
-    for (auto* interface = list_->GetFirst(); interface != nullptr; interface = list_->GetNext()) {
-        ListInterface(*interface, options.searchMs);
-    }
-    AssignOwners();
+}
+
+bool Session::HasRealProducer() const {
+    return std::any_of(producers_.begin(), producers_.end(), [](const Producer& producer) {
+        return producer.state == State::Loaded && !producer.leftOut && !producer.OnlySimulates();
+    });
 }
 
 std::string Session::DefaultProducerName() const {
@@ -134,40 +118,28 @@ std::string Session::DefaultProducerName() const {
     return TextOrEmpty(system_->GetDisplayName()) + " " + TextOrEmpty(system_->GetVersion());
 }
 
-bool Session::HasSeveral() const {
-    return std::any_of(producers_.begin() + 1, producers_.end(),
-                       [](const Producer& producer) { return producer.state == State::Loaded; });
-}
-
-// False when the interfaces cannot be listed, which one bad producer is enough for.
-bool Session::OpenSystem() {
-    list_.reset();
-    system_.reset();
-    if (producers_.front().state != State::Loaded) return false;
-    system_.reset(ZelCam_GetSystem());
-    if (!system_) {
-        ExplainMissingDefault();
-        return false;
+// All at the same time, which takes as long as the slowest.
+void Session::TryProducers() {
+    std::vector<std::pair<Producer*, std::unique_ptr<ProducerTrial>>> trials;
+    for (Producer& producer : producers_) {
+        if (producer.state != State::Loaded) continue;
+        const std::string reason = WhyNotLoadable(producer.file);
+        if (!reason.empty()) {
+            producer.Fail(reason);
+            continue;
+        }
+        TrialOptions trial;
+        trial.limitMs = options_.loadMs;
+        trial.searchMs = options_.searchMs;
+        trial.searchReal = !producer.leftOut && !options_.simulated;
+        trial.searchSimulated = !producer.leftOut && !options_.noSimulated;
+        trials.emplace_back(&producer, std::make_unique<ProducerTrial>(producer.file, trial));
     }
-    producers_.front().file = FindDefaultProducer();
-    for (size_t i = 1; i < producers_.size(); ++i) {
-        if (producers_[i].state == State::Loaded) Register(*system_, producers_[i]);
+    for (auto& [producer, trial] : trials) {
+        trial->Await();
+        producer->interfaces = trial->Interfaces();
+        if (!trial->Reason().empty()) producer->Fail(trial->Reason());
     }
-    list_.reset(system_->GetInterfaceList(ZelCam::InterfaceType::Unknown));
-    return list_ != nullptr;
-}
-
-void Session::ExplainMissingDefault() {
-    std::string reason;
-    if (FindDefaultProducer().empty()) {
-        reason = "there is no such file in the folders where it is looked for:";
-        for (const std::string& folder : DefaultProducerFolders())
-            reason += " " + folder;
-    } else {
-        reason = WhyNotLoadable(producers_.front().file);
-        if (reason.empty()) reason = RefusalWords(producers_.front().file, "it does not say why");
-    }
-    FailDefault(reason);
 }
 
 void Session::FailDefault(const std::string& reason) {
@@ -179,48 +151,71 @@ void Session::FailDefault(const std::string& reason) {
     }
 }
 
-// Tries each producer alone with the default one: finds those that would spoil the listing for all,
-// and how many interfaces each has.
-void Session::Probe() {
-    list_.reset();
-    system_.reset();
-    interfaceCounts_.assign(producers_.size(), 0);
-    const Counted standard = CountInterfaces(nullptr, &interfaceCounts_.front());
-    if (standard == Counted::NoList) FailDefault("it cannot tell its interfaces");
-    if (standard != Counted::Yes) return;
+// False when the interfaces cannot be listed.
+bool Session::OpenSystem() {
+    if (producers_.front().state != State::Loaded) {
+        FailDefault(producers_.front().reason);
+        return false;
+    }
+    system_.reset(ZelCam_GetSystem());
+    if (!system_) {
+        FailDefault("the library cannot use it, and does not say why");
+        return false;
+    }
+    producers_.front().file = FindDefaultProducer();
     for (size_t i = 1; i < producers_.size(); ++i) {
-        if (producers_[i].state != State::Loaded) continue;
-        size_t both = 0;
-        const Counted counted = CountInterfaces(&producers_[i], &both);
-        if (counted == Counted::NoList) producers_[i].Fail("it cannot tell its interfaces");
-        if (counted == Counted::Yes) {
-            interfaceCounts_[i] = both - std::min(both, interfaceCounts_.front());
-        }
+        if (producers_[i].state == State::Loaded) Register(*system_, producers_[i]);
     }
+    list_.reset(system_->GetInterfaceList(ZelCam::InterfaceType::Unknown));
+    if (!list_) FailDefault("the library cannot list the interfaces");
+    return list_ != nullptr;
 }
 
-// Interfaces are listed producer by producer. When their number changed since Probe counted them,
-// nothing is claimed.
-void Session::AssignOwners() {
-    if (!HasSeveral()) interfaceCounts_.assign(1, interfaces_.size());
-    size_t total = 0;
-    for (size_t count : interfaceCounts_)
-        total += count;
-    if (total != interfaces_.size()) return;
-    size_t next = 0;
-    for (size_t i = 0; i < interfaceCounts_.size(); ++i) {
-        for (size_t left = interfaceCounts_[i]; left > 0; --left) {
-            interfaces_[next++].producer = producers_[i].file;
-        }
+// The library lists interfaces producer by producer, in the order in which the trials saw them. One
+// that is new since then has no known producer.
+std::vector<Session::Listed> Session::ListInterfaces() {
+    std::vector<std::pair<const Producer*, const OfferedInterface*>> offered;
+    for (const Producer& producer : producers_) {
+        if (producer.state != State::Loaded) continue;
+        for (const OfferedInterface& interface : producer.interfaces)
+            offered.emplace_back(&producer, &interface);
     }
+    std::vector<Listed> listed;
+    auto next = offered.begin();
+    for (auto* interface = list_->GetFirst(); interface != nullptr; interface = list_->GetNext()) {
+        const auto found = std::find_if(next, offered.end(), [&](const auto& entry) {
+            return entry.second->id == TextOrEmpty(interface->GetId());
+        });
+        if (found == offered.end()) {
+            listed.push_back({interface, nullptr, false});
+            continue;
+        }
+        listed.push_back({interface, found->first, found->second->simulated});
+        next = found + 1;
+    }
+    std::stable_partition(listed.begin(), listed.end(),
+                          [](const Listed& entry) { return !entry.simulated; });
+    return listed;
 }
 
-void Session::ListInterface(ZelCam::Interface& interface, uint64_t searchMs) {
+bool Session::IsAskedFor(const Listed& listed) const {
+    if (listed.simulated ? options_.noSimulated : options_.simulated) return false;
+    if (listed.producer == nullptr) return options_.only.empty();
+    return !listed.producer->leftOut;
+}
+
+void Session::SearchInterface(const Listed& listed) {
+    ZelCam::Interface& interface = *listed.interface;
     InterfaceEntry entry;
     entry.id = TextOrEmpty(interface.GetId());
     entry.description = TextOrEmpty(interface.GetDescription());
     entry.type = interface.GetType();
-    entry.problem = Search(interface, searchMs);
+    entry.simulated = listed.simulated;
+    if (listed.producer != nullptr) {
+        entry.producer = listed.producer->file;
+        entry.producerName = listed.producer->name;
+    }
+    entry.problem = Search(interface, options_.searchMs);
     ListCameras(interface, entry);
     interfaces_.push_back(entry);
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ZelCam/ZelCam.h"
+#include "tools/zelcam/producertrial.h"
 
 // Ends an object of the library the way the library wants it.
 struct Releaser {
@@ -22,7 +23,11 @@ using Released = std::unique_ptr<T, Releaser>;
 
 struct SessionOptions {
     std::vector<std::string> producers;  // files given with --producer
+    std::string only;                    // the producer whose cameras alone are used; empty: all
     uint64_t searchMs = 1000;            // time each interface has to find its cameras
+    uint64_t loadMs = 10000;   // time a producer has for everything else, see TrialOptions
+    bool simulated = false;    // simulated cameras only
+    bool noSimulated = false;  // none of them
     bool json = false;
 };
 
@@ -35,22 +40,30 @@ struct Producer {
     };
 
     std::string file;
+    std::string name;  // of the file without its folder, where that tells it from all others
     Origin origin = Origin::Default;
     State state = State::Loaded;
-    std::string reason;  // why it is not loaded
+    std::string reason;    // why it is not loaded, or its cameras are left out
+    bool leftOut = false;  // loaded, but its cameras are not asked for
+    std::vector<OfferedInterface> interfaces;
 
     std::string OriginWords() const;
     std::string StateWords() const;
     void Fail(const std::string& why);
     void Skip(const std::string& why);
+
+    // Whether it is there for simulated cameras and nothing else.
+    bool OnlySimulates() const;
 };
 
 struct InterfaceEntry {
     std::string id;
     std::string description;
     ZelCam::InterfaceType type;
-    std::string producer;  // file; empty when it cannot be told
-    std::string problem;   // why the search for cameras failed
+    std::string producer;      // file; empty when it cannot be told
+    std::string producerName;  // see Producer
+    bool simulated = false;
+    std::string problem;  // why the search for cameras failed
     size_t cameras = 0;
 };
 
@@ -66,23 +79,22 @@ struct Camera {
     int32_t accessStatus;
     std::string interfaceId;
     ZelCam::InterfaceType interfaceType;
+    std::string producer;      // file; empty when it cannot be told
+    std::string producerName;  // see Producer
+    bool simulated;
 
-    // "id (vendor model, serial number 123)".
+    // "id (vendor model, serial number 123, simulated)".
     std::string Description() const;
 };
 
-// Loads the producers and lists what they offer, once, at construction. What fails is noted in the
-// lists and leaves the rest alone: a producer that does not load, one that cannot tell its
-// interfaces, an interface that cannot find its cameras. Only the default producer is needed by the
-// library itself: without it the lists of interfaces and cameras are empty.
+// Tries the producers, loads those that work and lists what they offer, once, at construction. What
+// fails is noted in the lists and leaves the rest alone: a producer that crashes, hangs or does not
+// load, an interface that cannot find its cameras. Only the default producer is needed by the
+// library itself: without it the lists of interfaces and cameras are empty. Real interfaces and
+// cameras come first, simulated ones after them.
 class Session {
   public:
-    enum class Detail {
-        Cameras,
-        CamerasAndOwners,  // also tell which producer an interface belongs to: takes longer
-    };
-
-    Session(const SessionOptions& options, Detail detail);
+    explicit Session(const SessionOptions& options);
 
     const std::vector<Producer>& Producers() const { return producers_; }
     const std::vector<InterfaceEntry>& Interfaces() const { return interfaces_; }
@@ -91,21 +103,32 @@ class Session {
     // False when no producer could be asked: Producers() tells why.
     bool HasInterfaceList() const { return list_ != nullptr; }
 
+    // Whether a producer for real cameras is loaded, with or without cameras.
+    bool HasRealProducer() const;
+
+    bool AsksForSimulated() const { return options_.simulated; }
+
     // Name and version of the default producer, as it tells them; empty when it could not be asked.
     std::string DefaultProducerName() const;
 
   private:
-    bool HasSeveral() const;  // usable producers
-    bool OpenSystem();
-    void ExplainMissingDefault();
+    // An interface of the library, and where it comes from.
+    struct Listed {
+        ZelCam::Interface* interface;
+        const Producer* producer;  // null when it cannot be told
+        bool simulated;
+    };
+
+    void TryProducers();
     void FailDefault(const std::string& reason);
-    void Probe();
-    void AssignOwners();
-    void ListInterface(ZelCam::Interface& interface, uint64_t searchMs);
+    bool OpenSystem();
+    std::vector<Listed> ListInterfaces();
+    bool IsAskedFor(const Listed& listed) const;
+    void SearchInterface(const Listed& listed);
     void ListCameras(ZelCam::Interface& interface, InterfaceEntry& entry);
 
-    std::vector<Producer> producers_;      // the first is the default one
-    std::vector<size_t> interfaceCounts_;  // by producer, filled by Probe
+    const SessionOptions options_;
+    std::vector<Producer> producers_;  // the first is the default one
     std::vector<InterfaceEntry> interfaces_;
     std::vector<Camera> cameras_;
     Released<ZelCam::System> system_;

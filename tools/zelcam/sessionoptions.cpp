@@ -9,11 +9,27 @@ void AddProducerOptions(Command command, SessionOptions& options) {
         .TypeName("FILE")
         .OneValueEach();
     command
+        .AddOption("--only", options.only,
+                   "Use the cameras of this producer only: a file, or the\n"
+                   "name of one that is loaded in any case")
+        .TypeName("FILE");
+    CommandOption simulated =
+        command.AddFlag("--simulated", options.simulated, "Use simulated cameras only");
+    command.AddFlag("--no-simulated", options.noSimulated, "Leave simulated cameras out")
+        .Excludes(simulated);
+    command
         .AddOption("--search", options.searchMs,
                    "Time each interface has to find its cameras, in\n"
                    "milliseconds")
         .TypeName("MS")
         .Range(0, 600000)
+        .ShowDefault();
+    command
+        .AddOption("--load-timeout", options.loadMs,
+                   "Time each producer has to load and to list what it has,\n"
+                   "beside that search, in milliseconds")
+        .TypeName("MS")
+        .Range(100, 600000)
         .ShowDefault();
 }
 
@@ -25,8 +41,14 @@ void AddSessionOptions(Command command, SessionOptions& options) {
 void AddCameraArgument(Command command, std::string& camera, bool required) {
     const std::string what =
         "Identifier, serial number or user name of the camera, or\n"
-        "its number in `zelcam list`";
-    command.AddOption("camera", camera, required ? what : what + ". Left out: the first one")
+        "its number in `zelcam list`. Where several producers have\n"
+        "it: PRODUCER/CAMERA";
+    command
+        .AddOption("camera", camera,
+                   required ? what
+                            : what +
+                                  ". Left out: the first real one, or the\nfirst where only "
+                                  "simulated ones can be had")
         .TypeName("CAMERA")
         .Required(required);
 }

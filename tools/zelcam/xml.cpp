@@ -21,17 +21,13 @@ struct XmlOptions {
 
 // The session must be over before the producer is asked directly.
 ModulePlace FindPlace(const XmlOptions& options) {
-    const Session session(options.camera.session, Session::Detail::CamerasAndOwners);
+    const Session session(options.camera.session);
     const Camera& camera = SelectCamera(session, options.camera.camera);
-    const auto& entries = session.Interfaces();
-    const auto interface =
-        std::find_if(entries.begin(), entries.end(),
-                     [&](const InterfaceEntry& entry) { return entry.id == camera.interfaceId; });
-    if (interface == entries.end() || interface->producer.empty()) {
+    if (camera.producer.empty()) {
         throw Failure(ExitCode::CannotOpen,
                       "it cannot be told to which producer the camera belongs");
     }
-    return {interface->producer, camera.interfaceId, camera.id, ModuleOf(options.camera.module)};
+    return {camera.producer, camera.interfaceId, camera.id, ModuleOf(options.camera.module)};
 }
 
 std::string ReadDescription(const ModulePort& port) {
