@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstdlib>
-#include <fstream>
 #include <functional>
 #include <iterator>
 #include <limits>
@@ -299,17 +297,6 @@ CameraConfig ParseCamera(const std::string& text, const std::string& source) {
 
 WorldConfig DefaultConfig() {
     return ParseConfig(kDefaultConfig, "built-in configuration");
-}
-
-WorldConfig LoadConfig() {
-    const char* const path = std::getenv("ZELSIM_CONFIG");
-    if (path == nullptr || *path == '\0') return DefaultConfig();
-    std::ifstream file(path, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    if (!file.is_open() || file.bad()) {
-        throw Error(GenTL::GC_ERR_IO, std::string(path) + ": cannot be read");
-    }
-    return ParseConfig(text, path);
 }
 
 }  // namespace ZelSim

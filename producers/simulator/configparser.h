@@ -17,10 +17,6 @@ CameraConfig ParseCamera(const std::string& text, const std::string& source);
 // The built-in configuration.
 WorldConfig DefaultConfig();
 
-// The file that ZELSIM_CONFIG names, or the built-in configuration. An unreadable file throws an
-// Error with GC_ERR_IO.
-WorldConfig LoadConfig();
-
 }  // namespace ZelSim
 
 #endif  // ZELSIM_CONFIGPARSER_H

@@ -3,7 +3,7 @@
 #include <dlfcn.h>
 #include <vector>
 
-#include "producers/simulator/configparser.h"
+#include "producers/simulator/configfile.h"
 #include "producers/simulator/error.h"
 
 namespace ZelSim {

@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <fstream>
 #include <future>
+#include <map>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -236,8 +238,21 @@ TEST(ConfigFileTest, BadFileFailsTheInitialisation) {
     ASSERT_EQ(p.GCGetLastError(&code, text, &size), GC_ERR_SUCCESS);
     EXPECT_EQ(code, GC_ERR_INVALID_PARAMETER);
     EXPECT_THAT(text, HasSubstr(file.Path() + ":3: type=\"X\""));
-    setenv("ZELSIM_CONFIG", "/nonexistent/cameras.xml", 1);
-    EXPECT_EQ(p.GCInitLib(), GC_ERR_IO);
+    const std::string pipe = file.Path() + ".pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const std::map<std::string, std::string> files = {
+        {"/nonexistent/cameras.xml", "No such file or directory"},
+        {"/dev/zero", "only a regular file"},
+        {pipe, "only a regular file"},
+        {::testing::TempDir(), "it is a folder"}};
+    for (const auto& [path, reason] : files) {
+        setenv("ZELSIM_CONFIG", path.c_str(), 1);
+        EXPECT_EQ(p.GCInitLib(), GC_ERR_IO) << path;
+        size = sizeof(text);
+        ASSERT_EQ(p.GCGetLastError(&code, text, &size), GC_ERR_SUCCESS);
+        EXPECT_THAT(text, HasSubstr(path + ": " + reason));
+    }
+    std::filesystem::remove(pipe);
     unsetenv("ZELSIM_CONFIG");
     EXPECT_EQ(p.GCInitLib(), GC_ERR_SUCCESS);
     EXPECT_EQ(p.GCCloseLib(), GC_ERR_SUCCESS);

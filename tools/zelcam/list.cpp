@@ -1,5 +1,6 @@
 // zelcam list: what there is, and why not more.
 
+#include <cstdlib>
 #include <iostream>
 #include <map>
 #include <memory>
@@ -66,13 +67,19 @@ Json CamerasAsJson(const Session& session) {
     return cameras;
 }
 
+std::string DefaultProducerAdvice(const Producer& standard) {
+    const std::string configuration = TextOrEmpty(std::getenv("ZELSIM_CONFIG"));
+    if (!configuration.empty() && standard.reason.find(configuration) != std::string::npos) {
+        return "the configuration of the simulated cameras is refused: correct the file, or unset "
+               "ZELSIM_CONFIG to do without";
+    }
+    return "the library needs its default producer: put a working libZelCTI.cti beside the "
+           "library, or name its folder in LD_LIBRARY_PATH";
+}
+
 // What to look at when there is no real camera, for the kinds of interface there are.
 std::vector<std::string> WhatToCheck(const Session& session) {
-    if (!session.HasInterfaceList()) {
-        return {
-            "the library needs its default producer: put a working libZelCTI.cti beside the "
-            "library, or name its folder in LD_LIBRARY_PATH"};
-    }
+    if (!session.HasInterfaceList()) return {DefaultProducerAdvice(session.Producers().front())};
     if (!session.HasRealProducer()) {
         return {
             "no producer for real cameras is loaded: give the file of your camera's maker with "
