@@ -72,10 +72,10 @@ install_packages() {
     local log=build/packages.log
     mkdir -p build
     # A source that is out of reach only matters when a package comes from there.
-    as_root "${apt[@]}" update >"$log" 2>&1 ||
-        warn "the package lists could not all be refreshed, see $log"
-    if ! as_root "${apt[@]}" install -y --no-install-recommends "${missing[@]}" \
-        </dev/null >>"$log" 2>&1; then
+    patiently build/package-lists.log as_root "${apt[@]}" update ||
+        warn "the package lists could not all be refreshed, see build/package-lists.log"
+    if ! patiently "$log" \
+        as_root "${apt[@]}" install -y --no-install-recommends "${missing[@]}" </dev/null; then
         cat -- "$log" >&2
         die "apt-get could not install: ${missing[*]}"
     fi

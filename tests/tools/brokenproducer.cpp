@@ -47,14 +47,18 @@ PRODUCER_FUNCTION TLGetNumInterfaces(void*, uint32_t*) {
 
 #elif defined(FAULT)
 
-// FAULT is Crash or Hang, and PLACE where it happens.
+// FAULT is Crash, Quit or Hang, and PLACE where it happens.
 namespace {
 
 enum class Place { Load, Init, Open };
 
 [[maybe_unused]] void Crash() {
-    std::fprintf(stderr, "the driver is missing\n\n");
     std::raise(SIGSEGV);
+}
+
+[[maybe_unused]] void Quit() {
+    std::fprintf(stderr, "looking for the driver\nthe driver is missing\n\n");
+    _exit(3);
 }
 
 // Tells whoever waits for it by a file, which appears as a whole.

@@ -81,10 +81,16 @@ TEST_F(ToolList, BrokenProducersSinkNobodyElse) {
     const std::string lists = ZELCAM_BROKEN "/nolist.cti";
     const std::string foreign = ZELCAM_BROKEN "/foreign.cti";
     SetVariable("GENICAM_GENTL64_PATH", folder_ + ":/no/such/folder");
-    const ToolResult result =
-        Run({"list", "--json", "-p", missing, "-p", starts, "-p", lists, "-p", foreign, "-p",
-             folder_, "-p", ZELCAM_BROKEN "/crashload.cti", "-p", ZELCAM_BROKEN "/crashinit.cti",
-             "-p", ZELCAM_BROKEN "/crashopen.cti"});
+    const ToolResult result = Run({"list", "--json",
+                                   "-p",   missing,
+                                   "-p",   starts,
+                                   "-p",   lists,
+                                   "-p",   foreign,
+                                   "-p",   folder_,
+                                   "-p",   ZELCAM_BROKEN "/crashload.cti",
+                                   "-p",   ZELCAM_BROKEN "/crashinit.cti",
+                                   "-p",   ZELCAM_BROKEN "/crashopen.cti",
+                                   "-p",   ZELCAM_BROKEN "/quitinit.cti"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(result.err, "");
     const json listing = result.Json();
@@ -94,8 +100,10 @@ TEST_F(ToolList, BrokenProducersSinkNobodyElse) {
         {starts, "somebody else uses it (-1004): the licence is on holiday"},
         {lists, "cannot tell its interfaces"},
         {foreign, "not a GenTL producer"},
-        {ZELCAM_BROKEN "/crashload.cti",
-         "it crashes in the loader: Segmentation fault; its last words: the driver is missing"},
+        {ZELCAM_BROKEN "/crashload.cti", "it crashes in the loader: Segmentation fault"},
+        {ZELCAM_BROKEN "/quitinit.cti",
+         "it ends the program in GCInitLib, with exit code 3; its last words: the driver is "
+         "missing"},
         {ZELCAM_BROKEN "/crashinit.cti", "it crashes in GCInitLib"},
         {ZELCAM_BROKEN "/crashopen.cti", "it crashes in TLOpen"},
         {folder_, "it is a folder"},
