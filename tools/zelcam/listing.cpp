@@ -7,7 +7,7 @@
 
 namespace {
 
-std::string KindWords(bool simulated) {
+std::string CameraKind(bool simulated) {
     return simulated ? "simulated" : "real";
 }
 
@@ -30,7 +30,7 @@ void PrintInterfaces(std::ostream& out, const Session& session) {
     TextTable table({"ID", "TYPE", "CAMERAS", "KIND", "DESCRIPTION", "PRODUCER"});
     for (const InterfaceEntry& entry : session.Interfaces()) {
         table.AddRow({entry.id, InterfaceTypeWords(entry.type), std::to_string(entry.cameras),
-                      KindWords(entry.simulated), entry.description, entry.producerName});
+                      CameraKind(entry.simulated), entry.description, entry.producerName});
     }
     table.Print(out);
     for (const InterfaceEntry& entry : session.Interfaces()) {
@@ -46,7 +46,7 @@ void PrintCameras(std::ostream& out, const Session& session) {
     for (const Camera& camera : session.Cameras()) {
         table.AddRow({std::to_string(camera.number), camera.id, camera.vendor, camera.model,
                       camera.serial, camera.userName, AccessWords(camera.accessStatus),
-                      KindWords(camera.simulated), camera.interfaceId, camera.producerName});
+                      CameraKind(camera.simulated), camera.interfaceId, camera.producerName});
     }
     table.Print(out);
 }

@@ -72,7 +72,7 @@ void NameAll(std::vector<Producer>& producers) {
 }
 
 // The path of the file that `only` means: a path, or the name of one of the producers.
-std::string Resolve(const std::vector<Producer>& producers, const std::string& only) {
+std::string FileMeantBy(const std::vector<Producer>& producers, const std::string& only) {
     std::error_code ignored;
     const auto named = std::find_if(producers.begin(), producers.end(),
                                     [&](const auto& producer) { return NameOf(producer) == only; });
@@ -102,7 +102,7 @@ std::vector<Producer> CollectProducers(const std::vector<std::string>& files,
     for (const std::string& folder : SplitPathList(pathList))
         AddFolder(producers, folder);
     if (!only.empty()) {
-        const std::string file = Resolve(producers, only);
+        const std::string file = FileMeantBy(producers, only);
         const bool known = std::any_of(producers.begin(), producers.end(),
                                        [&](const auto& each) { return IsFile(each, file); });
         if (!known) Add(producers, file, Origin::Option);
