@@ -1,6 +1,5 @@
 // zelcam xml: the description that the features of a module come from.
 
-#include <algorithm>
 #include <iostream>
 
 #include <nlohmann/json.hpp>
