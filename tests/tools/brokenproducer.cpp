@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #define PRODUCER_FUNCTION extern "C" __attribute__((visibility("default"))) int32_t
@@ -61,8 +63,10 @@ enum class Place { Load, Init, Open };
     _exit(3);
 }
 
-// Tells whoever waits for it by a file, which appears as a whole.
+// Tells whoever waits for it by a file, which appears at once, and holds a lock until the process
+// ends.
 [[maybe_unused]] void Hang() {
+    flock(open("hanging.lock", O_RDONLY | O_CREAT, 0600), LOCK_SH);
     std::fclose(std::fopen("hanging.new", "w"));
     std::rename("hanging.new", "hanging");
     for (;;)
