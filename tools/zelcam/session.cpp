@@ -100,7 +100,9 @@ Session::Session(const SessionOptions& options)
     : options_(options),
       producers_(CollectProducers(options.producers, options.only,
                                   TextOrEmpty(std::getenv("GENICAM_GENTL64_PATH")))) {
-    TryProducers();
+    // Each forks: what has threads comes later.
+    const std::vector<Trial> trials = StartTrials();
+    AwaitTrials(trials);
     if (!OpenSystem()) return;
     for (const Listed& listed : ListInterfaces()) {
         if (IsAskedFor(listed)) SearchInterface(listed);
@@ -119,8 +121,8 @@ std::string Session::DefaultProducerName() const {
 }
 
 // All at the same time, which takes as long as the slowest.
-void Session::TryProducers() {
-    std::vector<std::pair<Producer*, std::unique_ptr<ProducerTrial>>> trials;
+std::vector<Session::Trial> Session::StartTrials() {
+    std::vector<Trial> trials;
     for (Producer& producer : producers_) {
         if (producer.state != State::Loaded) continue;
         const std::string reason = WhyNotLoadable(producer.file);
@@ -128,14 +130,18 @@ void Session::TryProducers() {
             producer.Fail(reason);
             continue;
         }
-        TrialOptions trial;
-        trial.limitMs = options_.loadMs;
-        trial.searchMs = options_.searchMs;
-        trial.searchReal = !producer.leftOut && !options_.simulated;
-        trial.searchSimulated = !producer.leftOut && !options_.noSimulated;
-        trials.emplace_back(&producer, std::make_unique<ProducerTrial>(producer.file, trial));
+        TrialOptions options;
+        options.limitMs = options_.loadMs;
+        options.searchMs = options_.searchMs;
+        options.searchReal = !producer.leftOut && !options_.simulated;
+        options.searchSimulated = !producer.leftOut && !options_.noSimulated;
+        trials.push_back({&producer, std::make_unique<ProducerTrial>(producer.file, options)});
     }
-    for (auto& [producer, trial] : trials) {
+    return trials;
+}
+
+void Session::AwaitTrials(const std::vector<Trial>& trials) {
+    for (const auto& [producer, trial] : trials) {
         trial->Await();
         producer->interfaces = trial->Interfaces();
         if (!trial->Reason().empty()) producer->Fail(trial->Reason());

@@ -112,6 +112,11 @@ class Session {
     std::string DefaultProducerName() const;
 
   private:
+    struct Trial {
+        Producer* producer;
+        std::unique_ptr<ProducerTrial> trial;
+    };
+
     // An interface of the library, and where it comes from.
     struct Listed {
         ZelCam::Interface* interface;
@@ -119,7 +124,8 @@ class Session {
         bool simulated;
     };
 
-    void TryProducers();
+    std::vector<Trial> StartTrials();
+    static void AwaitTrials(const std::vector<Trial>& trials);
     void FailDefault(const std::string& reason);
     bool OpenSystem();
     std::vector<Listed> ListInterfaces();
