@@ -77,29 +77,25 @@ TEST_F(ToolList, BrokenProducersSinkNobodyElse) {
     std::filesystem::copy_file(ZELCAM_BROKEN "/foreign.cti", Path("damaged.cti"));
     std::filesystem::resize_file(Path("damaged.cti"), 300);
     const std::string missing = Path("missing.cti");
-    const std::string starts = ZELCAM_BROKEN "/refuses.cti";
     const std::string lists = ZELCAM_BROKEN "/nolist.cti";
-    const std::string foreign = ZELCAM_BROKEN "/foreign.cti";
     SetVariable("GENICAM_GENTL64_PATH", folder_ + ":/no/such/folder");
-    const ToolResult result = Run({"list", "--json",
-                                   "-p",   missing,
-                                   "-p",   starts,
-                                   "-p",   lists,
-                                   "-p",   foreign,
-                                   "-p",   folder_,
-                                   "-p",   ZELCAM_BROKEN "/crashload.cti",
-                                   "-p",   ZELCAM_BROKEN "/crashinit.cti",
-                                   "-p",   ZELCAM_BROKEN "/crashopen.cti",
-                                   "-p",   ZELCAM_BROKEN "/quitinit.cti"});
+    std::vector<std::string> words = {"list", "--json"};
+    for (const std::string& file : {missing, folder_})
+        words.insert(words.end(), {"-p", file});
+    for (const char* name :
+         {"refuses", "nolist", "foreign", "crashload", "crashinit", "crashopen", "quitinit"}) {
+        words.insert(words.end(), {"-p", std::string(ZELCAM_BROKEN "/") + name + ".cti"});
+    }
+    const ToolResult result = Run(words);
     EXPECT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(result.err, "");
     const json listing = result.Json();
     EXPECT_EQ(listing.at("cameras").size(), 3U);
     const std::map<std::string, std::string> reasons = {
         {missing, "there is no such file"},
-        {starts, "somebody else uses it (-1004): the licence is on holiday"},
+        {ZELCAM_BROKEN "/refuses.cti", "somebody else uses it (-1004): the licence is on holiday"},
         {lists, "cannot tell its interfaces"},
-        {foreign, "not a GenTL producer"},
+        {ZELCAM_BROKEN "/foreign.cti", "not a GenTL producer"},
         {ZELCAM_BROKEN "/crashload.cti", "it crashes in the loader: Segmentation fault"},
         {ZELCAM_BROKEN "/quitinit.cti",
          "it ends the program in GCInitLib, with exit code 3; its last words: the driver is "
@@ -151,12 +147,12 @@ TEST_F(ProducerTrialTest, HangingProducersSinkNobodyElse) {
 
 // `grab` notes the signal and ends the trial; `list` ends with it, and the trial soon after.
 TEST_F(ProducerTrialTest, InterruptEndsTheTrial) {
+    const std::string hanging = ZELCAM_BROKEN "/apart/hanginit.cti";
     for (const auto& [command, exitCode] :
          std::map<std::string, int>{{"list", -1}, {"grab", 130}}) {
         std::filesystem::remove(Path("hanging"));
         const FileWatch watch(folder_);
-        const int process =
-            Start({command, "-p", ZELCAM_BROKEN "/apart/hanginit.cti", "--load-timeout", "600000"});
+        const int process = Start({command, "-p", hanging, "--load-timeout", "600000"});
         ASSERT_TRUE(watch.Await("hanging")) << command;
         kill(process, SIGINT);
         EXPECT_EQ(Wait(process).exitCode, exitCode) << command;
