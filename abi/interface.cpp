@@ -30,6 +30,8 @@ struct PublicTypes {
     ZelCam::Device::UploadEventData uploadEvent;
     ZelCam::Device::UploadEventType uploadEventType;
     ZelCam::DeviceAccess access;
+    ZelCam::AccessStatus accessStatus;
+    ZelCam::EventType eventType;
     ZelCam::InterfaceType interfaceType;
     ZelCam::FlushOperation flushOperation;
     ZelCam::StartFlag startFlag;

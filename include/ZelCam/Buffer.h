@@ -18,7 +18,7 @@ struct ZelImageInfo {
     uint32_t reserved2;       // 0
     uint32_t width;           // pixels per line
     uint32_t height;          // lines
-    uint32_t imageSize;       // bytes: linePitch * height, at most the size of the buffer
+    uint32_t imageSize;       // bytes: linePitch * height, at most Buffer::GetBufferSize
     uint32_t linePitch;       // bytes from one line to the next, padding included
     uint64_t timestamp;       // as Buffer::GetTimestamp
     uint64_t frameId;         // as Buffer::GetFrameID
@@ -46,9 +46,18 @@ class Buffer {
   public:
     // Describes the image in the buffer. The description belongs to the Buffer and is valid as long
     // as the Buffer. Its geometry and pixel type are taken on the first call and kept for the life
-    // of the buffer; later calls bring only timestamp and frameId up to date. Revoke buffers and
-    // create new ones after changing the camera's image format. Pixel formats without a code of
-    // their own are described as Mono8; GetPixelFormat tells what they are. Never null.
+    // of the buffer; later calls bring only timestamp and frameId up to date. So do not call it
+    // before the first delivery, when the producer knows no image: 0 x 0 pixels would stay. Revoke
+    // buffers and create new ones after changing the camera's image format. Never null.
+    //
+    // `imageSize` does not take GetImageOffset into account. Where that is not 0, no more than
+    // GetBufferSize - GetImageOffset bytes lie behind `imageData`.
+    //
+    // A pixel format without a code of its own is described as Mono8. These are 228 of the 276 that
+    // GenTL/PFNC.h lists, the formats in RGB order among them; for the 213 that do not occupy eight
+    // bits, `linePitch` and `imageSize` are wrong, too. When `pixelType` is Mono8 and
+    // GetPixelFormat is not 0x01080001, go by that: bits 16 to 23 are the bits of a pixel, and a
+    // line has their number times the width, in whole bytes, and GetXPadding.
     virtual ZelImageInfo* GetImage() = 0;
 
     // First byte and size in bytes of the buffer; offset in bytes of the image in it.
@@ -56,7 +65,7 @@ class Buffer {
     virtual size_t GetImageOffset() = 0;
     virtual size_t GetBufferSize() = 0;
 
-    // Pixel format as the producer tells it: a PFNC value as a rule.
+    // Pixel format as the producer tells it: as a rule a PFNC value, see GenTL/PFNC.h.
     virtual uint64_t GetPixelFormat() = 0;
 
     // The `userPtr` the buffer was made with.

@@ -140,7 +140,7 @@ class Device {
 // Null on failure. When the producer refuses, `*err` is its code (ZelCamErr_GenTL_ResourceInUse or
 // ZelCamErr_GenTL_AccessDenied when somebody else has the camera open; ZelCamErr_GenTL_Error when
 // `info` is null and there is no camera); for other failures `*err` is left as it was. 0 is stored
-// on success. Thread-bound to the System of `info`.
+// on success. A use of `info` (see ZelCam.h): cameras may be opened by several threads at once.
 extern "C" __attribute__((visibility("default"))) ZelCam::Device* ZelCam_CreateDevice(
     ZelCam::DeviceInfo* info, ZelCam::DeviceAccess access, ZelCamErr* err);
 

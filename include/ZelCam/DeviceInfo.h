@@ -17,13 +17,25 @@ enum class DeviceAccess : uint32_t {
     Exclusive = 2  // read and write, nobody else may open the camera
 };
 
+// Whether a camera can be opened (GenTL DEVICE_ACCESS_STATUS).
+enum AccessStatus : int32_t {
+    AccessStatus_Unknown = 0,
+    AccessStatus_ReadWrite = 1,
+    AccessStatus_ReadOnly = 2,
+    AccessStatus_NoAccess = 3,
+    AccessStatus_Busy = 4,           // somebody else has it open
+    AccessStatus_OpenReadWrite = 5,  // open through this producer
+    AccessStatus_OpenReadOnly = 6    // likewise
+};
+
 // The description of one camera behind one interface, the network configuration of a GigE Vision
 // camera, and the source of Devices (see ZelCam_CreateDevice). Owned by its Interface; it lives as
 // long as the System and is never released by the application.
 //
 // The texts are asked of the producer on every call. Each stays valid until the same operation is
 // called again on the same object; null when the producer does not tell.
-// Thread-bound (see ZelCam.h).
+// Thread-bound (see ZelCam.h). The operations for IP settings also use the Interface and select the
+// camera in its features: for all cameras of an interface, one thread at a time.
 class DeviceInfo {
   public:
     virtual Interface* GetInterface() = 0;
@@ -37,8 +49,7 @@ class DeviceInfo {
     virtual const char* GetSerialNumber() = 0;
     virtual const char* GetVersion() = 0;
 
-    // GenTL DEVICE_ACCESS_STATUS: 1 read-write, 2 read-only, 3 no access, 4 busy, 5 opened
-    // read-write, 6 opened read-only; 0 when it is not known or cannot be read.
+    // An AccessStatus; AccessStatus_Unknown also when it cannot be read.
     virtual int32_t GetAccessStatus() = 0;
 
     // The USB host the camera is connected to (producer-specific info 1100).
@@ -77,7 +88,8 @@ class DeviceInfo {
     virtual ZelCamErr ForceIP(uint32_t address, uint32_t mask, uint32_t gateway) = 0;
 
     // Use the description file `fileName` (xml or zip) instead of the camera's own for Devices
-    // whose parameters are asked for later; null or empty goes back to the camera's own.
+    // whose parameters are asked for later, by any thread; null or empty goes back to the camera's
+    // own. Not while another thread asks a Device of this camera for them for the first time.
     // ZelCamErr_FileOpenFailed when the file cannot be read; the path is kept all the same.
     virtual ZelCamErr SetExternalXml(const char* fileName) = 0;
 

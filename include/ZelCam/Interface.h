@@ -27,6 +27,17 @@ enum class InterfaceType : uint32_t {
     Unknown = 255  // another type or not known; as a filter: every type
 };
 
+// Events that callbacks can be registered for (GenTL EVENT_TYPE). Numbers from 1000 on are the
+// producer's own.
+enum EventType : uint32_t {
+    EventType_Error = 0,              // an error in the producer
+    EventType_NewBuffer = 1,          // consumed by Stream::GetBuffer
+    EventType_FeatureInvalidate = 2,  // the value of a feature must be read anew
+    EventType_FeatureChange = 3,      // a feature changed
+    EventType_RemoteDevice = 4,       // a message of the camera
+    EventType_Module = 5              // a message of the module
+};
+
 // Event callbacks, called on a thread of the library, one per (object, event type). `data` is valid
 // during the call. `size` is the size of the library's event buffer, which is at least the size of
 // the event's data; bytes behind the data are zero or left from an earlier event. An exception that
@@ -78,7 +89,7 @@ class Interface {
     // producer has none. Valid while the interface lives.
     virtual const char* GetVersion() = 0;
 
-    // Subscribe a callback to a GenTL event (EVENT_TYPE) of this interface. The same callback may
+    // Subscribe a callback to a GenTL event (EventType) of this interface. The same callback may
     // be registered more than once and is then called as often. Returns the producer's code when
     // the event cannot be registered.
     virtual ZelCamErr RegisterEvent2(uint32_t eventType, EventCallback2 cb, void* priv) = 0;

@@ -66,8 +66,8 @@ constexpr uint64_t Infinite = ~uint64_t{0};
 // until the Stream or its Device is released. The Stream belongs to its Device.
 //
 // Thread-bound (see ZelCam.h), with one exception: CancelBuffer is thread-safe and wakes a thread
-// that waits in GetBuffer. While one thread is in GetBuffer or StartAcquisition, no other may
-// change the set of buffers.
+// that waits in GetBuffer. GetBufferSize and AllocBufferQueue read features of the camera, which
+// other threads may use meanwhile.
 class Stream {
   public:
     // Stops, revokes all buffers, closes the stream and destroys this object. Not from within an
@@ -80,7 +80,11 @@ class Stream {
     virtual Buffer* CreateBuffer(size_t size, void* userPtr, ZelCamErr* err) = 0;
     virtual Buffer* SetBuffer(void* ptr, size_t size, void* userPtr, ZelCamErr* err) = 0;
 
-    // Revokes and destroys `buffer`. Success also for a buffer that this stream does not have.
+    // Revokes and destroys `buffer`. Success also for a buffer that this stream does not have, and
+    // when the producer refuses. A producer may refuse a buffer that is queued: it then keeps it,
+    // may write into its memory until the stream is closed, and GetNumAnnounced still counts it.
+    // Therefore StopAcquisition, FlushBuffers(AllDiscard), then RevokeBuffer, and free memory that
+    // was given to SetBuffer after that.
     virtual ZelCamErr RevokeBuffer(Buffer* buffer) = 0;
 
     // Hands a buffer to the producer to be filled. ZelCamErr_InvalidArgument for null and for an
@@ -129,8 +133,9 @@ class Stream {
     // for Interface; the next call tries again.
     virtual ZelGenParam::Array* GetParameters(ZelCamErr* err) = 0;
 
-    // Counters of the producer since the start of the acquisition (GenTL STREAM_INFO_CMD). 0 or
-    // false when the producer does not tell.
+    // Counters of the producer (GenTL STREAM_INFO_CMD). Frames are counted from the start of the
+    // acquisition or, by producers such as that of the simulated cameras, from the opening of the
+    // stream: compare with the values at the start. 0 or false when the producer does not tell.
     virtual uint64_t GetNumDelivered() = 0;
     virtual uint64_t GetNumUnderrun() = 0;  // frames lost because no buffer was queued
     virtual uint64_t GetNumAnnounced() = 0;

@@ -55,7 +55,8 @@ Check CheckIncomplete(const FrameStatistics& statistics) {
 // The status is asked again: the camera may have been lost since it was listed.
 Check CheckAccess(const Camera& camera) {
     const int32_t status = camera.info->GetAccessStatus();
-    const bool good = status == 1 || status == 5;
+    const bool good =
+        status == ZelCam::AccessStatus_ReadWrite || status == ZelCam::AccessStatus_OpenReadWrite;
     return {good, "the camera's access status is \"" + AccessWords(status) + "\"",
             "look whether the camera is still connected, and open it with --access control"};
 }

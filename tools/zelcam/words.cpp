@@ -1,5 +1,6 @@
 #include "tools/zelcam/words.h"
 
+#include "ZelCam/DeviceInfo.h"
 #include "gentl/GenTL.h"
 
 namespace {
@@ -65,17 +66,17 @@ std::string ErrorWords(ZelCamErr code) {
 
 std::string AccessWords(int32_t accessStatus) {
     switch (accessStatus) {
-        case 1:
+        case ZelCam::AccessStatus_ReadWrite:
             return "free";
-        case 2:
+        case ZelCam::AccessStatus_ReadOnly:
             return "read-only";
-        case 3:
+        case ZelCam::AccessStatus_NoAccess:
             return "no access";
-        case 4:
+        case ZelCam::AccessStatus_Busy:
             return "in use";
-        case 5:
+        case ZelCam::AccessStatus_OpenReadWrite:
             return "open";
-        case 6:
+        case ZelCam::AccessStatus_OpenReadOnly:
             return "open read-only";
         default:
             return "unknown";
