@@ -119,12 +119,16 @@ ZelCamErr DeviceImpl::WriteMem(uint64_t address, const void* buffer, size_t size
 }
 
 ZelGenParam::Array* DeviceImpl::GetTransportParameters(ZelCamErr* err) {
-    MakeParameters(transport_, module_, nullptr, err);
+    StoreError(err, ZelCamErr_Success);
+    if (transport_.array == nullptr) MakeParameters(transport_, module_, nullptr, err);
     return transport_.array.get();
 }
 
 ZelGenParam::Array* DeviceImpl::GetCameraParameters(ZelCamErr* err) {
-    if (MakeParameters(camera_, remotePort_, info_->GetExternalXml(), err)) {
+    StoreError(err, ZelCamErr_Success);
+    const std::lock_guard<std::mutex> lock(cameraMutex_);
+    if (camera_.array == nullptr &&
+        MakeParameters(camera_, remotePort_, info_->GetExternalXml(), err)) {
         eventDelegate_.function = [this](uint32_t /*eventType*/, const void* data, size_t size) {
             GenICamEvent(camera_.eventAdapter.get(), data, size);
         };
@@ -135,11 +139,9 @@ ZelGenParam::Array* DeviceImpl::GetCameraParameters(ZelCamErr* err) {
     return camera_.array.get();
 }
 
-// Makes parameters that are not there yet; whether it did.
+// Whether it could.
 bool DeviceImpl::MakeParameters(Parameters& parameters, const GenTLModule<void*>& port,
                                 const char* xmlFile, ZelCamErr* err) {
-    StoreError(err, ZelCamErr_Success);
-    if (parameters.array != nullptr) return false;
     parameters.array = CreateArray(port, err, xmlFile);
     if (parameters.array == nullptr) return false;
     parameters.eventAdapter = CreateEventAdapter(port, parameters.array->GetNodeMap(nullptr));

@@ -5,6 +5,7 @@
 #include <iosfwd>
 #include <list>
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "ZelCam/Device.h"
@@ -87,6 +88,8 @@ class DeviceImpl : public EventSource<ZelCam::Device> {
     std::list<std::unique_ptr<StreamImpl>> streams_;
     Parameters transport_;  // made when first asked for
     Parameters camera_;     // likewise
+    // While those of the camera are made. Streams, which may be another thread's, ask for them too.
+    std::mutex cameraMutex_;
     EventCallbackDelegate eventDelegate_;
 };
 

@@ -78,6 +78,11 @@ void CreateDirectory(const std::string& path) {
     ZelLog4Cpp_ErrorText(kCategory, message.c_str());
 }
 
+std::mutex& OneAtATime() {
+    static std::mutex mutex;
+    return mutex;
+}
+
 bool IsDirectory(const std::string& path) {
     struct stat status {};
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
@@ -120,7 +125,7 @@ std::string LibraryDirectoryOf(const std::string& executableDirectory) {
     return grandparent + rest;
 }
 
-Environment::Environment() {
+Environment::Environment() : lock_(OneAtATime()) {
     ZelLog4Cpp_configure("camerasdklog.property", kCategory);
     oldRoot_ = Save(kRoot, "GENICAM_ROOT");
     oldLogConfig_ = Save(kLogConfig, "GENICAM_LOG_CONFIG_VERSION");

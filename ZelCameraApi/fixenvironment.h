@@ -3,6 +3,7 @@
 #define ZELCAMERAAPI_FIXENVIRONMENT_H
 
 #include <memory>
+#include <mutex>
 #include <string>
 
 namespace ZelCameraApi::Internal {
@@ -11,8 +12,9 @@ namespace ZelCameraApi::Internal {
 // the user's cache folder, which is created, and puts them back at its end; an empty value counts
 // as unset. Logging is configured on the way. No step fails the construction: results are logged.
 //
-// The environment is the process's and is not synchronised: node maps are made by one thread at a
-// time, and no other thread may read or change the environment meanwhile.
+// The environment is the process's, so there is one of these at a time: another thread waits. What
+// the program itself does with its environment meanwhile is not synchronised: no other thread may
+// read or change it.
 class Environment {
   public:
     Environment();
@@ -21,6 +23,7 @@ class Environment {
     Environment& operator=(const Environment&) = delete;
 
   private:
+    const std::lock_guard<std::mutex> lock_;  // for all objects; to be held by the thread once only
     std::string oldRoot_;
     std::string oldLogConfig_;
     std::string oldCache_;

@@ -17,6 +17,22 @@ namespace {
 // Ports announce two or three; a broken producer may report any number, none of which works.
 constexpr uint32_t kMaxUrls = 64;
 
+// In the order of the node map. What was gathered before a failure counts; nothing gathered is
+// asked for again.
+std::vector<GenApi::INode*> FeaturesOf(const GenApi::CNodeMapRef& map) {
+    std::vector<GenApi::INode*> features;
+    try {
+        GenApi::NodeList_t nodes;
+        map._GetNodes(nodes);
+        for (GenApi::INode* const node : nodes) {
+            if (node->IsFeature()) features.push_back(node);
+        }
+    } catch (const GenICam::GenericException& e) {
+        (void)e.what();
+    }
+    return features;
+}
+
 }  // namespace
 
 std::unique_ptr<ArrayImpl> CreateArray(const GenTLModule<void*>& module, ZelCamErr* err,
@@ -117,19 +133,39 @@ GenApi::INodeMap* ArrayImpl::GetNodeMap(ZelCamErr* err) {
     return nodeMap_ != nullptr ? nodeMap_->_Ptr : nullptr;
 }
 
-ZelGenParam::Param* ArrayImpl::GetParam(const char* name, ZelCamErr* err) {
-    StoreError(err, ZelCamErr_Success);
-    const std::string key = name != nullptr ? name : "";
-    const auto known = params_.find(key);
-    if (known != params_.end()) return known->second.get();
-
-    GenApi::INode* const node = nodeMap_->_GetNode(key.c_str());
-    std::unique_ptr<ParamImpl> param = CreateParam(this, node);
-    if (param == nullptr) {
+NamedFeature* ArrayImpl::Find(const char* name, ZelCamErr* err) {
+    const std::string_view key = name != nullptr ? name : "";
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        const auto known = named_.find(key);
+        if (known != named_.end()) return known->second.get();
+    }
+    const GenApi::INodeMap* const map = GetNodeMap(err);
+    if (map == nullptr) return nullptr;
+    GenApi::INode* const node = map->GetNode(name);
+    if (node == nullptr) {
         StoreError(err, ZelCamErr_ParamNotFound);
         return nullptr;
     }
-    return params_.emplace(key, std::move(param)).first->second.get();
+    auto feature = std::make_unique<NamedFeature>(std::string(key), node);
+    const std::string_view ownName = feature->name;
+    const std::lock_guard<std::mutex> lock(mutex_);
+    return named_.try_emplace(ownName, std::move(feature)).first->second.get();
+}
+
+ZelGenParam::Param* ArrayImpl::GetParam(const char* name, ZelCamErr* err) {
+    StoreError(err, ZelCamErr_Success);
+    NamedFeature* const feature = Find(name, err);
+    if (feature == nullptr) return nullptr;
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (feature->param != nullptr) return feature->param.get();
+    }
+    std::unique_ptr<ParamImpl> param = CreateParam(this, feature->node);
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (feature->param == nullptr) feature->param = std::move(param);
+    if (feature->param == nullptr) StoreError(err, ZelCamErr_ParamNotFound);
+    return feature->param.get();
 }
 
 template <typename Public>
@@ -169,23 +205,19 @@ ZelGenParam::Category* ArrayImpl::GetRootCategory(ZelCamErr* err) {
     return FindTyped<ZelGenParam::Category>("Root", ZelGenParam::ParamType_Category, err);
 }
 
-// What was gathered before a failure counts; nothing gathered is asked for again.
 uint32_t ArrayImpl::GetCount() {
-    if (features_.empty()) {
-        try {
-            GenApi::NodeList_t nodes;
-            nodeMap_->_GetNodes(nodes);
-            for (GenApi::INode* const node : nodes) {
-                if (node->IsFeature()) features_.push_back(node);
-            }
-        } catch (const GenICam::GenericException& e) {
-            (void)e.what();
-        }
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (!features_.empty()) return static_cast<uint32_t>(features_.size());
     }
+    std::vector<GenApi::INode*> gathered = FeaturesOf(*nodeMap_);
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (features_.empty()) features_ = std::move(gathered);
     return static_cast<uint32_t>(features_.size());
 }
 
 ZelGenParam::Param* ArrayImpl::GetParamByIndex(uint32_t index, ZelCamErr* err) {
+    // Once there are some, the features are not touched any more.
     if (index < GetCount()) return GetParam(features_[index]->GetName().c_str(), err);
     StoreError(err, ZelCamErr_IndexOutOfRange);
     return nullptr;

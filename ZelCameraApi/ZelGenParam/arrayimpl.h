@@ -2,14 +2,16 @@
 #ifndef ZELCAMERAAPI_ZELGENPARAM_ARRAYIMPL_H
 #define ZELCAMERAAPI_ZELGENPARAM_ARRAYIMPL_H
 
-#include <map>
 #include <memory>
-#include <string>
+#include <mutex>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include <GenApi/GenApi.h>
 
-#include "ZelCameraApi/ZelGenParam/paramimpl.h"
+#include "ZelCameraApi/ZelGenParam/kepttexts.h"
+#include "ZelCameraApi/ZelGenParam/namedfeature.h"
 #include "ZelCameraApi/gentlmodule.h"
 #include "ZelGenParam/Array.h"
 
@@ -22,6 +24,10 @@ namespace ZelCameraApi::Internal {
 // module is closed. It owns the node map, the Params it handed out (one for each spelling of a
 // name) and the texts read by name. Members are declared in the order of their dependence: Params
 // go before their nodes, the node map before the producer.
+//
+// Thread-safe but for Disconnect and the destruction: the node map has a lock, and what is kept
+// here another one, which is never held while the node map is called. A sink, which runs inside the
+// node map's lock, may call everything.
 class ArrayImpl final : public ZelGenParam::Array, public GenApi::IPort {
   public:
     // Builds and connects the node map, from the file `xmlFile` or, when that is null, from the
@@ -84,9 +90,12 @@ class ArrayImpl final : public ZelGenParam::Array, public GenApi::IPort {
     template <typename Public>
     Public* FindTyped(const char* name, ZelGenParam::ParamType type, ZelCamErr* err);
 
+    // What the name leads to; it stays as long as this Array. Null with a code when there is none.
+    NamedFeature* Find(const char* name, ZelCamErr* err);
+
     // The node of that name as the interface `Interface`, which must be its principal one.
     template <typename Interface>
-    GenApi::CPointer<Interface> Resolve(const char* name, ZelCamErr* err);
+    Interface* Resolve(const char* name, ZelCamErr* err);
 
     // Access by name: `access(node)` with the node resolved and exceptions turned into codes.
     template <typename Interface, typename Access>
@@ -94,14 +103,15 @@ class ArrayImpl final : public ZelGenParam::Array, public GenApi::IPort {
     template <typename Interface, typename Access>
     auto Get(const char* name, ZelCamErr* err, Access&& access);
 
-    const char* Keep(const char* name, const GenICam::gcstring& text);
-
     GenTLModule<void*> module_;
     bool connected_ = true;
     std::unique_ptr<GenApi::CNodeMapRef> nodeMap_;
-    std::map<std::string, std::unique_ptr<ParamImpl>> params_;
-    std::map<std::string, GenICam::gcstring> stringValues_;  // last text read under a name
-    std::vector<GenApi::INode*> features_;                   // filled by GetCount
+
+    std::mutex mutex_;
+    // By their own names. Guarded by mutex_; entries are added only.
+    std::unordered_map<std::string_view, std::unique_ptr<NamedFeature>> named_;
+    std::vector<GenApi::INode*> features_;  // likewise; filled by GetCount, as a whole
+    KeptTexts texts_;                       // read by name
 };
 
 // A new Array over the port `module`. Null with a code when it cannot be made: that of the

@@ -14,46 +14,21 @@ using GenApi::IFloat;
 using GenApi::IInteger;
 using GenApi::IString;
 
-namespace {
-
 template <typename Interface>
-constexpr GenApi::EInterfaceType kPrincipal = GenApi::intfIBase;
-template <>
-constexpr GenApi::EInterfaceType kPrincipal<IBoolean> = GenApi::intfIBoolean;
-template <>
-constexpr GenApi::EInterfaceType kPrincipal<ICommand> = GenApi::intfICommand;
-template <>
-constexpr GenApi::EInterfaceType kPrincipal<IEnumeration> = GenApi::intfIEnumeration;
-template <>
-constexpr GenApi::EInterfaceType kPrincipal<IFloat> = GenApi::intfIFloat;
-template <>
-constexpr GenApi::EInterfaceType kPrincipal<IInteger> = GenApi::intfIInteger;
-template <>
-constexpr GenApi::EInterfaceType kPrincipal<IString> = GenApi::intfIString;
-
-}  // namespace
-
-template <typename Interface>
-GenApi::CPointer<Interface> ArrayImpl::Resolve(const char* name, ZelCamErr* err) {
-    GenApi::INodeMap* const map = GetNodeMap(err);
-    if (map == nullptr) return {};
-    GenApi::INode* const node = map->GetNode(name);
-    if (node == nullptr) {
-        StoreError(err, ZelCamErr_ParamNotFound);
-        return {};
-    }
-    if (node->GetPrincipalInterfaceType() != kPrincipal<Interface>) {
-        StoreError(err, ZelCamErr_WrongParamType);
-        return {};
-    }
-    return node;
+Interface* ArrayImpl::Resolve(const char* name, ZelCamErr* err) {
+    const NamedFeature* const feature = Find(name, err);
+    if (feature == nullptr) return nullptr;
+    Interface* const* const value = std::get_if<Interface*>(&feature->value);
+    if (value != nullptr) return *value;
+    StoreError(err, ZelCamErr_WrongParamType);
+    return nullptr;
 }
 
 template <typename Interface, typename Access>
 ZelCamErr ArrayImpl::Set(const char* name, Access&& access) {
     ZelCamErr err = ZelCamErr_Success;
-    const GenApi::CPointer<Interface> value = Resolve<Interface>(name, &err);
-    if (!value.IsValid()) return err;
+    Interface* const value = Resolve<Interface>(name, &err);
+    if (value == nullptr) return err;
     try {
         access(*value);
         return ZelCamErr_Success;
@@ -66,18 +41,14 @@ template <typename Interface, typename Access>
 auto ArrayImpl::Get(const char* name, ZelCamErr* err, Access&& access) {
     using Value = std::invoke_result_t<Access, Interface&>;
     StoreError(err, ZelCamErr_Success);
-    const GenApi::CPointer<Interface> value = Resolve<Interface>(name, err);
-    if (!value.IsValid()) return Value{};
+    Interface* const value = Resolve<Interface>(name, err);
+    if (value == nullptr) return Value{};
     try {
         return access(*value);
     } catch (...) {
         StoreError(err, CodeOfNamedAccess(ValueAccess::Read));
         return Value{};
     }
-}
-
-const char* ArrayImpl::Keep(const char* name, const GenICam::gcstring& text) {
-    return (stringValues_[name] = text).c_str();
 }
 
 ZelCamErr ArrayImpl::SetBooleanValue(const char* name, bool value) {
@@ -97,7 +68,7 @@ ZelCamErr ArrayImpl::SetEnumValue(const char* name, int64_t value) {
 }
 
 const char* ArrayImpl::GetEnumValueStr(const char* name, ZelCamErr* err) {
-    return Get<IEnumeration>(name, err, [=](IEnumeration& e) { return Keep(name, *e); });
+    return Get<IEnumeration>(name, err, [=](IEnumeration& e) { return texts_.Keep(name, *e); });
 }
 
 int64_t ArrayImpl::GetEnumValue(const char* name, ZelCamErr* err) {
@@ -125,7 +96,7 @@ ZelCamErr ArrayImpl::SetStringValue(const char* name, const char* value) {
 }
 
 const char* ArrayImpl::GetStringValue(const char* name, ZelCamErr* err) {
-    return Get<IString>(name, err, [=](IString& s) { return Keep(name, s.GetValue()); });
+    return Get<IString>(name, err, [=](IString& s) { return texts_.Keep(name, s.GetValue()); });
 }
 
 ZelCamErr ArrayImpl::ExecuteCommand(const char* name) {

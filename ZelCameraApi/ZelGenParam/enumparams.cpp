@@ -23,8 +23,9 @@ int64_t EnumEntryParamImpl::GetValue(ZelCamErr* err) {
 }
 
 const char* EnumEntryParamImpl::GetValueStr(ZelCamErr* err) {
-    return ParamGetterWithError<IEnumEntry>(
-        NodeOrNull(), err, [this](IEnumEntry& e) { return Keep("GetValueStr", e.GetSymbolic()); });
+    return ParamGetterWithError<IEnumEntry>(NodeOrNull(), err, [this](IEnumEntry& e) {
+        return texts_.Keep("GetValueStr", e.GetSymbolic());
+    });
 }
 
 size_t EnumerationParamImpl::GetEnumEntriesCount(ZelCamErr* err) {
@@ -37,10 +38,11 @@ ZelGenParam::EnumEntry* EnumerationParamImpl::FindEntry(Find&& find) {
     const auto keep = [&](IEnumeration& enumeration) -> ZelGenParam::EnumEntry* {
         IEnumEntry* const entry = find(enumeration);
         if (entry == nullptr) return nullptr;
-        std::unique_ptr<EnumEntryParamImpl>& param = entries_[entry->GetValue()];
-        if (param == nullptr) {
-            param = std::make_unique<EnumEntryParamImpl>(owner(), entry->GetNode());
-        }
+        const int64_t number = entry->GetValue();
+        GenApi::INode* const node = entry->GetNode();
+        const std::lock_guard<std::mutex> lock(entriesMutex_);
+        std::unique_ptr<EnumEntryParamImpl>& param = entries_[number];
+        if (param == nullptr) param = std::make_unique<EnumEntryParamImpl>(owner(), node);
         return param.get();
     };
     return ParamGetterWithError<IEnumeration>(NodeOrNull(), nullptr, keep);
@@ -69,7 +71,7 @@ int64_t EnumerationParamImpl::GetValue(ZelCamErr* err) {
 
 const char* EnumerationParamImpl::GetValueStr(ZelCamErr* err) {
     return ParamGetterWithError<IEnumeration>(
-        NodeOrNull(), err, [this](IEnumeration& e) { return Keep("GetValueStr", *e); });
+        NodeOrNull(), err, [this](IEnumeration& e) { return texts_.Keep("GetValueStr", *e); });
 }
 
 ZelCamErr EnumerationParamImpl::SetValue(int64_t value) {

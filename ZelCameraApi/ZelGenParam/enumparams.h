@@ -34,7 +34,8 @@ class EnumerationParamImpl final : public ZelGenParam::Enum, public ParamImpl {
     template <typename Find>
     ZelGenParam::EnumEntry* FindEntry(Find&& find);
 
-    std::map<int64_t, std::unique_ptr<EnumEntryParamImpl>> entries_;
+    std::mutex entriesMutex_;  // not held while the node map is called
+    std::map<int64_t, std::unique_ptr<EnumEntryParamImpl>> entries_;  // guarded by entriesMutex_
 };
 
 }  // namespace ZelCameraApi::Internal

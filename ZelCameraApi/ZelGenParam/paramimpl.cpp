@@ -21,24 +21,20 @@ GenApi::INode* ParamImpl::NodeOrNull() const {
     return node_.IsValid() ? static_cast<GenApi::INode*>(node_) : nullptr;
 }
 
-const char* ParamImpl::Keep(const char* operation, const GenICam::gcstring& text) {
-    return (texts_[operation] = text).c_str();
-}
-
 const char* ParamImpl::GetName() {
-    return Keep("GetName", node_->GetName());
+    return texts_.Keep("GetName", node_->GetName());
 }
 
 const char* ParamImpl::GetToolTip() {
-    return Keep("GetToolTip", node_->GetToolTip());
+    return texts_.Keep("GetToolTip", node_->GetToolTip());
 }
 
 const char* ParamImpl::GetDescription() {
-    return Keep("GetDescription", node_->GetDescription());
+    return texts_.Keep("GetDescription", node_->GetDescription());
 }
 
 const char* ParamImpl::GetDisplayName() {
-    return Keep("GetDisplayName", node_->GetDisplayName());
+    return texts_.Keep("GetDisplayName", node_->GetDisplayName());
 }
 
 // What `query(node)` says, `fallback` when it cannot be told.
@@ -71,23 +67,17 @@ bool ParamImpl::IsValueCached() {
     });
 }
 
-// The modes above NA count, those that are not known for certain too.
+// Modes that are not known for certain count, too.
 bool ParamImpl::IsAvailable() {
-    return Ask(false, [](const GenApi::INode& node) { return node.GetAccessMode() > GenApi::NA; });
+    return Ask(false, [](const GenApi::INode& node) { return GenApi::IsAvailable(node); });
 }
 
 bool ParamImpl::IsWritable() {
-    return Ask(false, [](const GenApi::INode& node) {
-        const GenApi::EAccessMode mode = node.GetAccessMode();
-        return mode == GenApi::WO || mode == GenApi::RW;
-    });
+    return Ask(false, [](const GenApi::INode& node) { return GenApi::IsWritable(node); });
 }
 
 bool ParamImpl::IsReadable() {
-    return Ask(false, [](const GenApi::INode& node) {
-        const GenApi::EAccessMode mode = node.GetAccessMode();
-        return mode == GenApi::RO || mode == GenApi::RW;
-    });
+    return Ask(false, [](const GenApi::INode& node) { return GenApi::IsReadable(node); });
 }
 
 bool ParamImpl::IsStreamable() {
@@ -100,6 +90,7 @@ ZelCamErr ParamImpl::RegisterEventSink(ZelGenParam::ParamEventSink* sink) {
                                                                       GenApi::cbPostInsideLock);
         const GenApi::CallbackHandleType handle = node_->RegisterCallback(callback.get());
         (void)callback.release();  // the node map has it
+        const std::lock_guard<std::mutex> lock(sinksMutex_);
         // Of a sink registered twice the first handle stays.
         sinks_.emplace(sink, handle);
         return ZelCamErr_Success;
@@ -109,10 +100,15 @@ ZelCamErr ParamImpl::RegisterEventSink(ZelGenParam::ParamEventSink* sink) {
 }
 
 ZelCamErr ParamImpl::UnregisterEventSink(ZelGenParam::ParamEventSink* sink) {
-    const auto found = sinks_.find(sink);
-    if (found == sinks_.end()) return ZelCamErr_IndexOutOfRange;
-    node_->DeregisterCallback(found->second);
-    sinks_.erase(found);
+    GenApi::CallbackHandleType handle{};
+    {
+        const std::lock_guard<std::mutex> lock(sinksMutex_);
+        const auto found = sinks_.find(sink);
+        if (found == sinks_.end()) return ZelCamErr_IndexOutOfRange;
+        handle = found->second;
+        sinks_.erase(found);
+    }
+    node_->DeregisterCallback(handle);
     return ZelCamErr_Success;
 }
 

@@ -4,10 +4,11 @@
 
 #include <map>
 #include <memory>
-#include <string>
+#include <mutex>
 
 #include <GenApi/GenApi.h>
 
+#include "ZelCameraApi/ZelGenParam/kepttexts.h"
 #include "ZelGenParam/Array.h"
 #include "ZelGenParam/Param.h"
 
@@ -17,7 +18,7 @@ class ArrayImpl;
 
 // A handle on one node of an Array's node map. The Array (or, for entries, the Enum) owns it and
 // destroys it before the node map, so that the node is valid as long as the Param. Callbacks that
-// are still registered then end with the node map.
+// are still registered then end with the node map. Thread-safe as the Array is.
 class ParamImpl : public virtual ZelGenParam::Param {
   public:
     ParamImpl(ArrayImpl* owner, GenApi::INode* node);
@@ -61,8 +62,7 @@ class ParamImpl : public virtual ZelGenParam::Param {
     // Null where GetNode throws.
     GenApi::INode* NodeOrNull() const;
 
-    // Keeps a text under the name of the operation that returns it.
-    const char* Keep(const char* operation, const GenICam::gcstring& text);
+    KeptTexts texts_;  // each under the name of the operation that returns it
 
   private:
     template <typename Value, typename Query>
@@ -70,7 +70,8 @@ class ParamImpl : public virtual ZelGenParam::Param {
 
     GenApi::CNodePtr node_;
     ArrayImpl* owner_;
-    std::map<std::string, GenICam::gcstring> texts_;
+    std::mutex sinksMutex_;  // not held while the node map is called
+    // Guarded by sinksMutex_.
     std::map<ZelGenParam::ParamEventSink*, GenApi::CallbackHandleType> sinks_;
 };
 

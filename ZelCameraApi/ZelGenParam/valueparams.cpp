@@ -51,8 +51,8 @@ double FloatParamImpl::GetMax(ZelCamErr* err) {
 }
 
 const char* FloatParamImpl::GetUnit(ZelCamErr* err) {
-    return ParamGetterWithError<IFloat>(NodeOrNull(), err,
-                                        [this](IFloat& f) { return Keep("GetUnit", f.GetUnit()); });
+    return ParamGetterWithError<IFloat>(
+        NodeOrNull(), err, [this](IFloat& f) { return texts_.Keep("GetUnit", f.GetUnit()); });
 }
 
 int64_t StringParamImpl::GetMaxLength(ZelCamErr* err) {
@@ -65,7 +65,7 @@ const char* StringParamImpl::GetValue(size_t* length, ZelCamErr* err) {
     const char* const text = ParamGetterWithError<IString>(NodeOrNull(), err, [&](IString& s) {
         const GenICam::gcstring value = s.GetValue();
         read = value.size();
-        return Keep("GetValue", value);
+        return texts_.Keep("GetValue", value);
     });
     if (length != nullptr) *length = read;
     return text;

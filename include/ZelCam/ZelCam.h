@@ -5,8 +5,12 @@
 //
 // Words used throughout for the use of objects from several threads:
 //   thread-safe   any threads may call at once
-//   reentrant     threads may call at once on different objects
-//   thread-bound  one thread at a time may use the object and what it owns
+//   thread-bound  one thread at a time may use the object; others may use other objects meanwhile,
+//                 also objects of the same System, and the object's own streams, buffers or
+//                 features
+// Obtaining or releasing an object is a use of the one it comes from: of the Device for a Stream,
+// of the DeviceInfo for a Device, of the object that made it for a List. Release ends what the
+// object owns, too, so no other thread may use any of that then.
 //
 // The interfaces are abstract classes. Objects are created and destroyed by the library; the
 // application ends those that have a Release with it, and never deletes one. Unless a comment says

@@ -23,7 +23,9 @@ namespace ZelGenParam {
 //   ZelCamErr_InvalidValue  the value is not one the feature can have
 //   ZelCamErr_GenApiError   anything else, a failed access to the camera for instance
 // and reads zero, null or false on failure. `err` may be null; it is 0 on success.
-// Thread-bound (see ZelCam/ZelCam.h).
+//
+// Thread-safe, like its Params: one access to the features at a time, others wait. What belongs
+// together, a selector and what it selects, the application has to keep together.
 class Array {
   public:
     // The feature of that name: the same object on every call. Null when there is none, and for the
@@ -49,7 +51,8 @@ class Array {
 
     // Access by name, without an object for the feature. Values are verified against access mode
     // and limits before they are written. Enumerations go by the entry's symbolic name (...Str) or
-    // its number. Texts stay valid until the next text is read under the same name.
+    // its number. A text belongs to the thread that read it, and stays valid until that
+    // thread reads one under the same name or ends. NaN violates no limit: see Float.
     virtual ZelCamErr SetBooleanValue(const char* name, bool value) = 0;
     virtual bool GetBooleanValue(const char* name, ZelCamErr* err) = 0;
     virtual ZelCamErr SetEnumValueStr(const char* name, const char* value) = 0;

@@ -49,8 +49,10 @@ class String;
 class ParamEventSink {
   public:
     // Called when `param` may have changed: on the thread that caused the change, or on an event
-    // thread of the library, inside the lock of the node map. Reading the feature is allowed. An
-    // exception that leaves it is dropped: the change and the calls of other sinks go on.
+    // thread of the library, inside the lock of the node map. The feature and all others of the
+    // Array may be used, numbers and texts. Other threads that use them wait meanwhile, so do not
+    // wait for one here. An exception that leaves it is dropped: the change and the calls of other
+    // sinks go on.
     virtual void OnParamChanged(Param* param) = 0;
 
   protected:
@@ -68,8 +70,11 @@ class ParamEventSink {
 //   ZelCamErr_InvalidArgument  the value is not one the feature can have
 //   ZelCamErr_WrongParamType   the node behind the feature is of another kind
 //   ZelCamErr_Error            anything else, a failed access to the camera for instance
-// and return zero, null or false on failure. OutOfRange comes from writing only. Texts stay valid
-// until the same operation is called again on the same object. Thread-bound (see ZelCam/ZelCam.h).
+// and return zero, null or false on failure. OutOfRange comes from writing only.
+//
+// Thread-safe. A text belongs to the thread that asked for it: it stays valid until that thread
+// calls the same operation on the same object again, or ends. So the texts that a sink reads on an
+// event thread and those of the application do not touch each other.
 class Param {
   public:
     virtual ParamType GetType() = 0;
@@ -127,7 +132,9 @@ class Int : public virtual Param {
     ~Int() = default;
 };
 
-// A number with a physical unit.
+// A number with a physical unit. NaN is neither below the minimum nor above the maximum: where the
+// camera keeps floating-point numbers it is written, and a camera may report it. It is refused
+// (OutOfRange) where the number becomes an integer in the camera.
 class Float : public virtual Param {
   public:
     ParamType GetType() override { return ParamType_Float; }
@@ -155,6 +162,7 @@ class String : public virtual Param {
 };
 
 // A choice among entries. The entries belong to the Enum: the same entry is always the same object.
+// Entries of equal number share one object, which is the entry that was asked for first.
 class Enum : public virtual Param {
   public:
     ParamType GetType() override { return ParamType_Enum; }

@@ -56,7 +56,9 @@ GC_ERROR GetNumPortURLs(void* handle, uint32_t* count) {
 GC_ERROR GetPortURLInfo(void* handle, uint32_t index, int32_t cmd, int32_t* type, void* buffer,
                         size_t* size) {
     if (cmd != GenTL::URL_INFO_URL) return GenTL::GC_ERR_NOT_IMPLEMENTED;
-    const FakePort::Url& url = PortOf(handle).urls.at(index);
+    const FakePort& port = PortOf(handle);
+    if (port.whenUrlIsAsked) port.whenUrlIsAsked();
+    const FakePort::Url& url = port.urls.at(index);
     *type = url.type;
     return url.result != 0 ? url.result : PutText(url.text, buffer, size);
 }

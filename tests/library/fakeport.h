@@ -3,6 +3,7 @@
 #define TESTS_LIBRARY_FAKEPORT_H
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -36,6 +37,7 @@ struct FakePort {
     std::map<int, int> failures;       // of PORT_INFO commands
     int urlsResult = 0;
     std::vector<Url> urls;
+    std::function<void()> whenUrlIsAsked;  // when set; an array is being made then
 
     int result = 0;                    // of reads and writes
     std::optional<size_t> actualSize;  // reported by them
