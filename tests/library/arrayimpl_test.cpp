@@ -158,6 +158,26 @@ TEST_F(CameraTest, ValuesAreReadAndWrittenByName) {
     EXPECT_EQ(port.memory[28], 1);
 }
 
+TEST_F(CameraTest, NothingIsWrittenWhileItIsLocked) {
+    port.memory[56] = 1;
+    const std::vector<uint8_t> before = port.memory;
+    EXPECT_EQ(array->SetIntegerValue("Int", 20), ZelCamErr_AccessDenied);
+    EXPECT_EQ(array->SetFloatValue("Float", 1), ZelCamErr_AccessDenied);
+    EXPECT_EQ(array->SetBooleanValue("Boolean", true), ZelCamErr_AccessDenied);
+    EXPECT_EQ(array->SetStringValue("String", "text"), ZelCamErr_AccessDenied);
+    EXPECT_EQ(array->SetEnumValue("Enum", 2), ZelCamErr_AccessDenied);
+    EXPECT_EQ(array->SetEnumValueStr("Enum", "Two"), ZelCamErr_AccessDenied);
+    EXPECT_EQ(array->ExecuteCommand("Command"), ZelCamErr_AccessDenied);
+    EXPECT_EQ(array->GetInt("Int", &err)->SetValue(20), ZelCamErr_AccessDenied);
+    EXPECT_EQ(array->GetFloat("Float", &err)->SetValue(1), ZelCamErr_AccessDenied);
+    EXPECT_EQ(array->GetBoolean("Boolean", &err)->SetValue(true), ZelCamErr_AccessDenied);
+    EXPECT_EQ(array->GetString("String", &err)->SetValue("text"), ZelCamErr_AccessDenied);
+    EXPECT_EQ(array->GetEnum("Enum", &err)->SetValue(2), ZelCamErr_AccessDenied);
+    EXPECT_EQ(array->GetEnum("Enum", &err)->SetValueStr("Two"), ZelCamErr_AccessDenied);
+    EXPECT_EQ(array->GetCommand("Command", &err)->Execute(), ZelCamErr_AccessDenied);
+    EXPECT_EQ(port.memory, before);
+}
+
 TEST_F(CameraTest, AccessByNameNeedsTheFeatureAndItsKind) {
     const std::pair<const char*, std::function<void(const char*)>> operations[] = {
         {"Int", [&](const char* name) { err = array->SetIntegerValue(name, 20); }},

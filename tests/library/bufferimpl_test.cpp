@@ -189,6 +189,8 @@ TEST_F(BufferTest, GeometryOfEveryPacking) {
                  {0x02180014, 3, 0x01080101, 8, 1, 3},    // RGB8 has no code: Mono8
                  {0x021E0048, 3, 0x01080101, 8, 1, 3},    // BGR10p likewise
                  {0x12345678, 3, 0x01080101, 8, 1, 3},    // unknown
+                 {0x101080009, 3, 0x01080101, 8, 1, 3},   // more than BayerRG8
+                 {0x1010C0006, 3, 0x010C1308, 12, 1, 4},  // Mono12Packed in its lower 32 bits
                  {0, 3, 0x01080101, 8, 1, 3},
                  {0x01080001, 0, 0x01080101, 8, 1, 0}};
     for (const auto& c : cases) {

@@ -19,6 +19,7 @@ struct Codes {
 void ExpectCodes(void (*fail)(), ValueAccess access, const Codes& expected) {
     try {
         fail();
+        ADD_FAILURE() << "nothing was thrown";
     } catch (const std::exception&) {
         EXPECT_EQ(CodeOfParamAccess(access), expected.byParam);
         EXPECT_THROW(CodeOfNamedAccess(access), std::exception);
@@ -71,11 +72,23 @@ TEST_F(CameraTest, FailedAccessesHaveACodeEachWay) {
     EXPECT_EQ(param->SetValue(20), ZelCamErr_Error);
 }
 
+// Whatever is out of range then, it is not the caller's value.
+TEST_F(CameraTest, ReadingHasNoOutOfRange) {
+    EXPECT_EQ(array->GetIntegerValue("NoLength", &err), 0);
+    EXPECT_EQ(err, ZelCamErr_GenApiError);
+    Int* const param = array->GetInt("NoLength", nullptr);
+    EXPECT_EQ(param->GetValue(&err), 0);
+    EXPECT_EQ(err, ZelCamErr_Error);
+    EXPECT_EQ(array->SetIntegerValue("NoLength", 0), ZelCamErr_OutOfRange);
+    EXPECT_EQ(param->SetValue(0), ZelCamErr_OutOfRange);
+}
+
 TEST_F(CameraTest, RefusedValuesHaveACodeEachWay) {
     for (const int64_t value : {9, 101, 52}) {
         EXPECT_EQ(array->SetIntegerValue("Int", value), ZelCamErr_OutOfRange);
         EXPECT_EQ(array->GetInt("Int", nullptr)->SetValue(value), ZelCamErr_OutOfRange);
     }
+    EXPECT_EQ(array->SetFloatValue("Float", 2.5), ZelCamErr_OutOfRange);
     EXPECT_EQ(array->SetStringValue("String", "too long for it"), ZelCamErr_OutOfRange);
     EXPECT_EQ(array->GetString("String", nullptr)->SetValue("too long for it"),
               ZelCamErr_OutOfRange);

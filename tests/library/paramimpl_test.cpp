@@ -138,6 +138,7 @@ TEST_F(CameraTest, ParametersDescribeThemselves) {
         bool available, readable, writable;
     } rows[] = {{"Int", true, true, true},
                 {"ReadOnly", true, true, false},
+                {"WriteOnly", true, false, true},
                 {"Hidden", false, false, false}};
     for (const auto& row : rows) {
         Param* const each = array->GetParam(row.name, &err);

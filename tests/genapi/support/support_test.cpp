@@ -73,4 +73,23 @@ TEST(Combine, TakesTheStrongerRestriction) {
     EXPECT_EQ(Combine(NoCache, WriteAround), NoCache);
 }
 
+// Modes that are not known for certain do not say that something is missing.
+TEST(AccessMode, SaysWhatCanBeDone) {
+    const struct {
+        EAccessMode mode;
+        bool available, readable, writable;
+    } table[] = {{NI, false, false, false},
+                 {NA, false, false, false},
+                 {WO, true, false, true},
+                 {RO, true, true, false},
+                 {RW, true, true, true},
+                 {_UndefinedAccesMode, true, false, false},
+                 {_CycleDetectAccesMode, true, false, false}};
+    for (const auto& it : table) {
+        EXPECT_EQ(IsAvailable(it.mode), it.available) << it.mode;
+        EXPECT_EQ(IsReadable(it.mode), it.readable) << it.mode;
+        EXPECT_EQ(IsWritable(it.mode), it.writable) << it.mode;
+    }
+}
+
 }  // namespace

@@ -512,31 +512,34 @@ GC_ERROR DSGetBufferInfo(DS_HANDLE stream, BUFFER_HANDLE buffer, BUFFER_INFO_CMD
 }
 
 // What the library never calls of itself is only recorded.
-#define SCRIPTED_UNUSED(name, handle, parameters)     \
-    GC_ERROR name parameters {                        \
-        return NotImplemented(Record(#name, handle)); \
+#define SCRIPTED_UNUSED(name, call, parameters) \
+    GC_ERROR name parameters {                  \
+        return NotImplemented(call);            \
     }
 
-SCRIPTED_UNUSED(GCGetInfo, nullptr, (TL_INFO_CMD, INFO_DATATYPE*, void*, size_t*))
-SCRIPTED_UNUSED(GCGetLastError, nullptr, (GC_ERROR*, char*, size_t*))
-SCRIPTED_UNUSED(GCGetPortURL, module, (PORT_HANDLE module, char*, size_t*))
-SCRIPTED_UNUSED(EventGetDataInfo, module,
-                (EVENT_HANDLE module, const void*, size_t, EVENT_DATA_INFO_CMD, INFO_DATATYPE*,
-                 void*, size_t*))
-SCRIPTED_UNUSED(TLGetInterfaceInfo, module,
-                (TL_HANDLE module, const char*, INTERFACE_INFO_CMD, INFO_DATATYPE*, void*, size_t*))
-SCRIPTED_UNUSED(DevGetInfo, module,
-                (DEV_HANDLE module, DEVICE_INFO_CMD, INFO_DATATYPE*, void*, size_t*))
-SCRIPTED_UNUSED(DSGetBufferID, module, (DS_HANDLE module, uint32_t, BUFFER_HANDLE*))
-SCRIPTED_UNUSED(GCReadPortStacked, module,
-                (PORT_HANDLE module, PORT_REGISTER_STACK_ENTRY*, size_t*))
-SCRIPTED_UNUSED(GCWritePortStacked, module,
-                (PORT_HANDLE module, PORT_REGISTER_STACK_ENTRY*, size_t*))
-SCRIPTED_UNUSED(DSGetBufferChunkData, module,
-                (DS_HANDLE module, BUFFER_HANDLE, SINGLE_CHUNK_DATA*, size_t*))
-SCRIPTED_UNUSED(IFGetParentTL, module, (IF_HANDLE module, TL_HANDLE*))
-SCRIPTED_UNUSED(DevGetParentIF, module, (DEV_HANDLE module, IF_HANDLE*))
-SCRIPTED_UNUSED(DSGetParentDev, module, (DS_HANDLE module, DEV_HANDLE*))
+SCRIPTED_UNUSED(GCGetInfo, Record(__func__, nullptr, cmd),
+                (TL_INFO_CMD cmd, INFO_DATATYPE*, void*, size_t*))
+SCRIPTED_UNUSED(GCGetLastError, Record(__func__, nullptr), (GC_ERROR*, char*, size_t*))
+SCRIPTED_UNUSED(GCGetPortURL, Record(__func__, port), (PORT_HANDLE port, char*, size_t*))
+SCRIPTED_UNUSED(EventGetDataInfo, WithNumber(Record(__func__, event, cmd), size),
+                (EVENT_HANDLE event, const void*, size_t size, EVENT_DATA_INFO_CMD cmd,
+                 INFO_DATATYPE*, void*, size_t*))
+SCRIPTED_UNUSED(TLGetInterfaceInfo, Record(__func__, tl, cmd, id),
+                (TL_HANDLE tl, const char* id, INTERFACE_INFO_CMD cmd, INFO_DATATYPE*, void*,
+                 size_t*))
+SCRIPTED_UNUSED(DevGetInfo, Record(__func__, device, cmd),
+                (DEV_HANDLE device, DEVICE_INFO_CMD cmd, INFO_DATATYPE*, void*, size_t*))
+SCRIPTED_UNUSED(DSGetBufferID, WithNumber(Record(__func__, stream), index),
+                (DS_HANDLE stream, uint32_t index, BUFFER_HANDLE*))
+SCRIPTED_UNUSED(GCReadPortStacked, Record(__func__, port),
+                (PORT_HANDLE port, PORT_REGISTER_STACK_ENTRY*, size_t*))
+SCRIPTED_UNUSED(GCWritePortStacked, Record(__func__, port),
+                (PORT_HANDLE port, PORT_REGISTER_STACK_ENTRY*, size_t*))
+SCRIPTED_UNUSED(DSGetBufferChunkData, WithObject(Record(__func__, stream), buffer),
+                (DS_HANDLE stream, BUFFER_HANDLE buffer, SINGLE_CHUNK_DATA*, size_t*))
+SCRIPTED_UNUSED(IFGetParentTL, Record(__func__, iface), (IF_HANDLE iface, TL_HANDLE*))
+SCRIPTED_UNUSED(DevGetParentIF, Record(__func__, device), (DEV_HANDLE device, IF_HANDLE*))
+SCRIPTED_UNUSED(DSGetParentDev, Record(__func__, stream), (DS_HANDLE stream, DEV_HANDLE*))
 #undef SCRIPTED_UNUSED
 
 }  // extern "C"
