@@ -134,7 +134,8 @@ GenApi::INodeMap* ArrayImpl::GetNodeMap(ZelCamErr* err) {
 }
 
 NamedFeature* ArrayImpl::Find(const char* name, ZelCamErr* err) {
-    const std::string_view key = name != nullptr ? name : "";
+    const char* const text = name != nullptr ? name : "";
+    const std::string_view key = text;
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         const auto known = named_.find(key);
@@ -142,7 +143,7 @@ NamedFeature* ArrayImpl::Find(const char* name, ZelCamErr* err) {
     }
     const GenApi::INodeMap* const map = GetNodeMap(err);
     if (map == nullptr) return nullptr;
-    GenApi::INode* const node = map->GetNode(name);
+    GenApi::INode* const node = map->GetNode(text);
     if (node == nullptr) {
         StoreError(err, ZelCamErr_ParamNotFound);
         return nullptr;
