@@ -1,17 +1,8 @@
-// Encoding and writing of files.
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
-#include <sys/stat.h>
-#include <unistd.h>
+// Encoding of files.
 
 #include <gmock/gmock.h>
 
 #include "tests/tools/pngfile.h"
-#include "tools/imaging/filewriter.h"
 #include "tools/imaging/pixelformat.h"
 #include "tools/imaging/png.h"
 
@@ -45,67 +36,6 @@ TEST(EncodePng, ReportsWhatTheEncoderRefuses) {
     } catch (const Imaging::Error& error) {
         EXPECT_THAT(error.what(), HasSubstr("PNG"));
     }
-}
-
-class WriteFile : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        std::string name = ::testing::TempDir() + "zelcam-XXXXXX";
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        folder_ = name;
-    }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
-
-    static std::string Read(const std::string& path) {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-    static std::string FailureOf(const std::string& path) {
-        try {
-            Imaging::WriteFile(path, "abc", 3);
-        } catch (const Imaging::Error& error) {
-            return error.what();
-        }
-        return "";
-    }
-    size_t FilesInFolder() const {
-        const std::filesystem::directory_iterator files(folder_);
-        return static_cast<size_t>(std::distance(begin(files), end(files)));
-    }
-
-    std::string folder_;
-};
-
-TEST_F(WriteFile, ReplacesAFileAndLeavesNothingElse) {
-    const std::string path = folder_ + "/picture";
-    Imaging::WriteFile(path, "first version", 13);
-    Imaging::WriteFile(path, "second", 6);
-    EXPECT_EQ(Read(path), "second");
-    EXPECT_EQ(FilesInFolder(), 1U);
-}
-
-TEST_F(WriteFile, FailureNamesFileAndReasonAndLeavesNothing) {
-    EXPECT_THAT(FailureOf(folder_ + "/no/such/folder"), HasSubstr("No such file or directory"));
-    EXPECT_THAT(FailureOf(folder_ + "/no/such/folder"), HasSubstr(folder_ + "/no/such/folder"));
-    EXPECT_EQ(FilesInFolder(), 0U);
-}
-
-// A rename would turn the device into a file, or fail after all the work.
-TEST_F(WriteFile, RefusesDevicesAndFolders) {
-    EXPECT_THAT(FailureOf("/dev/null"), HasSubstr("not a file"));
-    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
-    EXPECT_THAT(FailureOf(folder_), HasSubstr("not a file"));
-}
-
-// Every write to this device fails for want of space, once the file is open.
-TEST_F(WriteFile, KeepsTheOldFileWhenTheDiskIsFull) {
-    const std::string path = folder_ + "/picture";
-    Imaging::WriteFile(path, "old", 3);
-    const std::string temporary = path + ".part" + std::to_string(getpid());
-    std::filesystem::create_symlink("/dev/full", temporary);
-    EXPECT_THAT(FailureOf(path), HasSubstr("No space left"));
-    EXPECT_EQ(Read(path), "old");
-    EXPECT_EQ(FilesInFolder(), 1U);
 }
 
 }  // namespace

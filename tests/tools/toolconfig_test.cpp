@@ -3,6 +3,7 @@
 #include <csignal>
 #include <filesystem>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <gmock/gmock.h>
 
@@ -85,6 +86,12 @@ TEST_F(ToolConfig, FilesThatCannotBeUsed) {
     for (const char* text : {"<Other/>", "<Camera/>", "Width\t5\n", ""}) {
         Write("foreign.xml", text);
         EXPECT_EQ(Run({"config", "load", "cam-a", "foreign.xml"}).exitCode, 7) << text;
+    }
+    ASSERT_EQ(mkfifo(Path("fifo").c_str(), 0600), 0);  // which nobody writes to
+    for (const char* file : {".", "fifo", "/dev/zero"}) {
+        const ToolResult result = Run({"config", "load", "cam-a", file});
+        EXPECT_EQ(result.exitCode, 7) << file;
+        EXPECT_THAT(result.err, HasSubstr("cannot be read: it is no file")) << file;
     }
     EXPECT_EQ(Run({"config", "save", "cam-a", "no/such/folder.xml"}).exitCode, 7);
     EXPECT_EQ(Run({"config", "save", "cam-a", "/dev/null"}).exitCode, 7);

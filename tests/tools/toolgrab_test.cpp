@@ -183,7 +183,7 @@ TEST_F(ToolGrab, CameraThatCannotBeOpened) {
 TEST_F(ToolGrab, UnwritableOutput) {
     const ToolResult result = Run({"grab", "-o", "no/such/folder.png"});
     EXPECT_EQ(result.exitCode, 7);
-    EXPECT_THAT(result.err, HasSubstr("cannot write no/such/folder.png: No such file"));
+    EXPECT_THAT(result.err, HasSubstr("no/such/folder.png cannot be written: No such file"));
     EXPECT_THAT(result.out, HasSubstr("Frames      1"));
 }
 

@@ -13,6 +13,7 @@
 
 using nlohmann::json;
 using ::testing::AllOf;
+using ::testing::AnyOf;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
@@ -250,6 +251,27 @@ TEST_F(ToolList, DefaultProducerThatDoesNotStart) {
     EXPECT_EQ(producers.at(1).at("state"), "skipped");
     EXPECT_THAT(Run({"list"}).out,
                 AllOf(HasSubstr("unset ZELSIM_CONFIG"), Not(HasSubstr("LD_LIBRARY_PATH"))));
+}
+
+// A camera can call itself what it likes; JSON gets the name as it is.
+TEST_F(ToolList, NamesOfCamerasGiveNoOrders) {
+    SetCameras(R"(<Interface id="eth0" type="GEV">
+        <Camera id="evil" serial="1" width="64" height="48" frameRate="0"
+                userName="a&#27;[2J&#10;b"/></Interface>)");
+    for (const std::vector<std::string>& command : {std::vector<std::string>{"list"},
+                                                    {"grab", "-f", "none"},
+                                                    {"grab", "nobody"},
+                                                    {"report"},
+                                                    {"features", "1"},
+                                                    {"get", "1", "DeviceUserID"},
+                                                    {"list", "--names"}}) {
+        const ToolResult result = Run(command);
+        const std::string all = result.out + result.err;
+        EXPECT_THAT(all, Not(AnyOf(HasSubstr("\x1b"), HasSubstr("\nb")))) << command.front();
+        if (command.back() == "--names") continue;
+        EXPECT_THAT(all, HasSubstr("a\\x1b[2J\\nb")) << command.front();
+    }
+    EXPECT_EQ(Run({"list", "--json"}).Json().at("cameras").at(0).at("userName"), "a\x1b[2J\nb");
 }
 
 TEST_F(ToolList, NamesForTheShell) {

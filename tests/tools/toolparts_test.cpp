@@ -97,6 +97,20 @@ TEST(FileNamePattern, FillsInThePlaces) {
     EXPECT_EQ(FileNamePattern("plain.png").Expand(1, 2, "cam"), "plain.png");
 }
 
+// Whatever a camera calls itself, its files stay in the folder and can be seen.
+TEST(FileNamePattern, TextsOfCamerasAreHarmless) {
+    const auto name = [](const std::string& camera) {
+        return FileNamePattern("{camera}").Expand(1, 1, camera);
+    };
+    EXPECT_EQ(name("../../etc/passwd"), "_._.._etc_passwd");
+    EXPECT_EQ(name(".hidden"), "_hidden");
+    EXPECT_EQ(name(".."), "_.");
+    EXPECT_EQ(name(""), "_");
+    EXPECT_EQ(name("Größe.2"), "Größe.2");
+    EXPECT_EQ(name("a\x1b[2J\n\xc2\x9b\xe2\x80\xae\xff*"), "a__2J________");
+    EXPECT_EQ(name(std::string(99, 'x') + "ö"), std::string(99, 'x')) << "no half characters";
+}
+
 TEST(FileNamePattern, RefusesWhatItDoesNotKnow) {
     EXPECT_THAT(FailureOf([] { FileNamePattern("a{count}b"); }), HasSubstr("1: --output"));
     EXPECT_THAT(FailureOf([] { FileNamePattern("a{n"); }), HasSubstr("without }"));

@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "tools/zelcam/failure.h"
+#include "tools/zelcam/printable.h"
 
 namespace {
 
@@ -11,8 +12,8 @@ std::string Lines(const std::vector<const Camera*>& cameras) {
     std::string text;
     for (const Camera* camera : cameras) {
         text += "\n  " + std::to_string(camera->number) + "  " + camera->Description() + " on " +
-                camera->interfaceId;
-        if (!camera->producerName.empty()) text += " of " + camera->producerName;
+                Printable(camera->interfaceId);
+        if (!camera->producerName.empty()) text += " of " + Printable(camera->producerName);
     }
     return text;
 }
@@ -55,7 +56,7 @@ void TellAboutProducers(const Session& session) {
         if (producer.origin != Producer::Origin::Environment) {
             throw Failure(ExitCode::NoProducer, message);
         }
-        std::cerr << "zelcam: warning: " << message << '\n';
+        std::cerr << "zelcam: warning: " << PrintableLines(message) << '\n';
     }
 }
 

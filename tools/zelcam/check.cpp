@@ -1,6 +1,6 @@
 // zelcam check: does a camera, with its producer, do what programs rely on?
 
-#include <cstdio>
+#include <iomanip>
 #include <iostream>
 #include <optional>
 
@@ -12,6 +12,7 @@
 #include "tools/zelcam/featurechecks.h"
 #include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/printable.h"
 #include "tools/zelcam/streamchecks.h"
 
 namespace {
@@ -25,9 +26,10 @@ struct CheckOptions {
 };
 
 void PrintLine(const CheckResult& result) {
-    std::printf("%-8s %-26s %7.0f ms  %s\n", VerdictWords(result.verdict).c_str(),
-                result.name.c_str(), result.milliseconds, result.detail.c_str());
-    std::fflush(stdout);
+    std::cout << std::left << std::setw(8) << VerdictWords(result.verdict) << ' ' << std::setw(26)
+              << result.name << ' ' << std::right << std::setw(7) << std::fixed
+              << std::setprecision(0) << result.milliseconds << " ms  " << Printable(result.detail)
+              << std::endl;
 }
 
 void PrintJson(const Camera& camera, const CheckList& checks) {
@@ -89,7 +91,6 @@ void RunChecks(CheckList& checks, const CheckOptions& options, const Camera& cam
 }
 
 ExitCode RunCheck(const CheckOptions& options) {
-    NoteInterrupts();
     const bool json = options.camera.session.json;
     const Session session(options.camera.session);
     const Camera& camera = SelectCamera(session, options.camera.camera);
@@ -102,8 +103,9 @@ ExitCode RunCheck(const CheckOptions& options) {
     if (json) {
         PrintJson(camera, checks);
     } else {
-        std::printf("\n%zu passed, %zu failed, %zu skipped\n", checks.Count(Verdict::Passed),
-                    failed, checks.Count(Verdict::Skipped));
+        std::cout << '\n'
+                  << checks.Count(Verdict::Passed) << " passed, " << failed << " failed, "
+                  << checks.Count(Verdict::Skipped) << " skipped\n";
     }
     if (Interrupted()) return ExitCode::Interrupted;
     return failed == 0 ? ExitCode::Ok : ExitCode::CheckFailed;

@@ -9,6 +9,7 @@
 #include "tools/zelcam/configload.h"
 #include "tools/zelcam/configsave.h"
 #include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/printable.h"
 
 namespace {
 
@@ -25,8 +26,9 @@ void PrintDifferences(const std::vector<Difference>& differences, bool json) {
     Json list = Json::array();
     for (const Difference& difference : differences) {
         if (!json) {
-            std::cout << difference.feature << ": camera " << difference.camera << ", file "
-                      << difference.file << '\n';
+            std::cout << Printable(difference.feature + ": camera " + difference.camera +
+                                   ", file " + difference.file)
+                      << '\n';
         }
         list.push_back({{"feature", difference.feature},
                         {"camera", difference.camera},
@@ -40,7 +42,7 @@ void PrintDifferences(const std::vector<Difference>& differences, bool json) {
 std::string FailureLines(const std::vector<LoadFailure>& failures) {
     std::string lines;
     for (const LoadFailure& failure : failures)
-        lines += "\n" + failure.feature + ": " + failure.reason;
+        lines += "\n" + Printable(failure.feature + ": " + failure.reason);
     return lines;
 }
 

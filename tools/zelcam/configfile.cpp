@@ -20,8 +20,7 @@ namespace {
 constexpr const char* none = "(none)";
 
 // The text and the camera, from the elements of the file or the file itself.
-Configuration ReadParts(const std::string& file) {
-    std::string text = ReadFile(file);
+Configuration PartsOf(const std::string& text, const std::string& file) {
     const size_t first = text.find_first_not_of(" \t\r\n");
     if (first == std::string::npos || text[first] != '<') return {"", text, {}};
     tinyxml2::XMLDocument document;
@@ -115,7 +114,11 @@ class Reader {
 }  // namespace
 
 Configuration ReadConfiguration(const std::string& file) {
-    Configuration configuration = ReadParts(file);
+    return ParseConfiguration(ReadFile(file), file);
+}
+
+Configuration ParseConfiguration(const std::string& text, const std::string& file) {
+    Configuration configuration = PartsOf(text, file);
     configuration.leftOut = LeftOut(configuration.text);
     try {
         configuration.text = Normalized(configuration.text);
@@ -149,10 +152,15 @@ void SaveConfiguration(ZelCam::Device& device, const std::string& file) {
     }
 }
 
-Settings SettingsOf(OpenedCamera& camera) {
+std::string SavedText(ZelCam::Device& device) {
     const TemporaryFile file((fs::temp_directory_path() / "zelcam-config").string());
-    SaveConfiguration(camera.Device(), file.Name());
-    return SettingsOf(ReadConfiguration(file.Name()), camera.Features(Module::Camera));
+    SaveConfiguration(device, file.Name());
+    return ReadFile(file.Name());
+}
+
+Settings SettingsOf(OpenedCamera& camera) {
+    return SettingsOf(ParseConfiguration(SavedText(camera.Device()), "of the camera"),
+                      camera.Features(Module::Camera));
 }
 
 GenApi::INodeMap& NodeMapOf(OpenedCamera& camera) {

@@ -22,6 +22,9 @@ struct Configuration {
 // when it cannot be read or is no configuration.
 Configuration ReadConfiguration(const std::string& file);
 
+// The same of what is in the file, or will be.
+Configuration ParseConfiguration(const std::string& text, const std::string& file);
+
 // The settings in a configuration, by the name of the feature and, where selectors choose among
 // several values, theirs: "Gain[GainSelector=All]". Selectors themselves are left out.
 using Settings = std::map<std::string, std::string>;
@@ -33,6 +36,7 @@ Settings SettingsOf(const Configuration& configuration, ZelGenParam::Array& feat
 void SaveConfiguration(ZelCam::Device& device, const std::string& file);
 
 // What SaveConfiguration would write.
+std::string SavedText(ZelCam::Device& device);
 Settings SettingsOf(OpenedCamera& camera);
 
 // Failure (FeatureFailed) when the camera has none.

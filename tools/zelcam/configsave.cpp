@@ -11,7 +11,7 @@
 #include "tools/zelcam/failure.h"
 #include "tools/zelcam/featuretree.h"
 #include "tools/zelcam/featurevalue.h"
-#include "tools/zelcam/textfile.h"
+#include "tools/zelcam/outputfile.h"
 
 namespace {
 
@@ -148,19 +148,17 @@ std::string AllFeatures(GenApi::INodeMap& nodeMap, Names& unreadable) {
 void SaveSettings(OpenedCamera& camera, const std::string& file, Settled settled) {
     ZelGenParam::Array& features = camera.Features(Module::Camera);
     RefuseWhileGrabbing(features);
-    const Replacement replacement(file);
+    OutputFile output(file, Existing::Replace);
     Names missing;
-    if (settled == Settled::All) {
-        WriteFile(replacement.Name(), AllFeatures(NodeMapOf(camera), missing));
-    } else {
-        SaveConfiguration(camera.Device(), replacement.Name());
-    }
-    const Configuration saved = ReadConfiguration(replacement.Name());
+    const std::string text = settled == Settled::All ? AllFeatures(NodeMapOf(camera), missing)
+                                                     : SavedText(camera.Device());
+    const Configuration saved = ParseConfiguration(text, file);
     missing.insert(missing.end(), saved.leftOut.begin(), saved.leftOut.end());
     if (missing.empty() && SettingsOf(saved, features).empty()) {
         throw Failure(ExitCode::FeatureFailed, "nothing is saved: " + WhyNothingIsSaved(features));
     }
-    replacement.TakePlace();
+    output.Write(text.data(), text.size());
+    output.TakePlace();
     if (settled == Settled::Streamable) NoteLocked(features);
     if (!missing.empty()) {
         throw Failure(ExitCode::FeatureFailed,

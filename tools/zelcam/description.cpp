@@ -2,16 +2,12 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cerrno>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <fcntl.h>
 #include <memory>
-#include <sys/stat.h>
 #include <zip.h>
 
 #include "tools/zelcam/failure.h"
+#include "tools/zelcam/textfile.h"
 
 namespace {
 
@@ -90,23 +86,8 @@ std::optional<DescriptionUrl> ParseDescriptionUrl(const std::string& url) {
     return result;
 }
 
-// Opening anything but a regular file could block, or have an effect on a device.
 std::string ReadDescriptionFile(const std::string& file) {
-    const int descriptor = open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    const std::unique_ptr<FILE, int (*)(FILE*)> opened(
-        descriptor >= 0 ? fdopen(descriptor, "rb") : nullptr, fclose);
-    struct stat status {};
-    if (opened == nullptr || fstat(descriptor, &status) != 0) {
-        throw Failure(ExitCode::FileFailed,
-                      "the file " + file + " cannot be read: " + std::strerror(errno));
-    }
-    const auto size = static_cast<uint64_t>(status.st_size);
-    if (!S_ISREG(status.st_mode) || size > largestDescription) {
-        throw Failure(ExitCode::FileFailed, "the file " + file + " is no description");
-    }
-    std::string bytes(size, '\0');
-    bytes.resize(fread(bytes.data(), 1, bytes.size(), opened.get()));
-    return bytes;
+    return ReadFile(file, largestDescription);
 }
 
 std::string Unpack(std::string bytes) {

@@ -11,6 +11,7 @@
 #include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/pause.h"
+#include "tools/zelcam/printable.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -77,7 +78,7 @@ void Print(const ArrivedEvent& event, bool json) {
     }
     std::cout << event.time << "  " << event.name;
     for (const auto& [name, value] : event.data)
-        std::cout << "  " << name << '=' << value;
+        std::cout << "  " << name << '=' << Printable(value);
     std::cout << std::endl;
 }
 
@@ -101,7 +102,6 @@ void PrintWhatMayBeMissing(const EventsOptions& options) {
 }
 
 ExitCode RunEvents(const EventsOptions& options) {
-    NoteInterrupts();
     FeatureSession session(options.camera);
     Listening listening(session.Features(), options.names);
     std::optional<Acquisition> acquisition;

@@ -6,6 +6,7 @@
 
 #include "tools/zelcam/featurevalue.h"
 #include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/printable.h"
 #include "tools/zelcam/texttable.h"
 
 namespace {
@@ -81,7 +82,7 @@ size_t PrintFeatures(std::ostream& out, ZelGenParam::Array& features, const Feat
         if (feature.ToCommand() != nullptr) value = "(command)";
         if (hides && hides(feature.GetName())) value = "***";
         table.AddRow({std::string(categories.size() * 2, ' ') + feature.GetName(),
-                      AccessMark(feature), Shortened(value), UnitOf(feature),
+                      AccessMark(feature), Shortened(Printable(value)), UnitOf(feature),
                       Together(RangeOf(feature), SelectorText(features, feature))});
     });
     if (count != 0 || filter.glob.empty()) table.Print(out);

@@ -1,15 +1,15 @@
 #include "tools/zelcam/framefile.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdio>
 #include <sstream>
 #include <utility>
 
-#include "tools/imaging/filewriter.h"
 #include "tools/imaging/pixelformat.h"
 #include "tools/imaging/png.h"
 #include "tools/zelcam/failure.h"
+#include "tools/zelcam/outputfile.h"
+#include "tools/zelcam/printable.h"
 
 namespace {
 
@@ -18,14 +18,28 @@ std::string FourDigits(uint64_t number) {
     return std::string(digits.size() < 4 ? 4 - digits.size() : 0, '0') + digits;
 }
 
-std::string FileNameSafe(std::string text) {
-    std::replace_if(
-        text.begin(), text.end(),
-        [](unsigned char c) {
-            return c < 0x80 && std::isalnum(c) == 0 && c != '-' && c != '_' && c != '.';
-        },
-        '_');
-    return text;
+// Whether a character of that length may be in a file name: letters and digits of all scripts.
+bool IsFileNameSafe(const std::string& text, size_t at, size_t length) {
+    const char c = text[at];
+    const bool isPlain = (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') ||
+                         (c >= 'A' && c <= 'Z') || c == '-' || c == '_';
+    // Dots in front hide a file, or lead out of the folder.
+    return length > 1 || (length == 1 && (isPlain || (c == '.' && at > 0)));
+}
+
+// A text of a camera as a part of a file name: never empty, and short enough to leave room for the
+// rest.
+std::string FileNameSafe(const std::string& text) {
+    constexpr size_t longest = 100;
+    std::string safe;
+    for (size_t at = 0; at < text.size();) {
+        const size_t length = PrintableLength(std::string_view(text).substr(at));
+        const size_t step = std::max<size_t>(length, 1);
+        if (safe.size() + step > longest) break;
+        safe += IsFileNameSafe(text, at, length) ? text.substr(at, length) : "_";
+        at += step;
+    }
+    return safe.empty() ? "_" : safe;
 }
 
 void CheckPlace(const std::string& name) {
@@ -53,7 +67,7 @@ std::string DescribeRawFile(const Frame& frame, const std::string& cameraId) {
     std::snprintf(number, sizeof number, "0x%08llX",
                   static_cast<unsigned long long>(image.pixelFormat));
     std::ostringstream text;
-    text << "camera: " << cameraId
+    text << "camera: " << Printable(cameraId)
          << "\npixel format: " << Imaging::PixelFormatName(image.pixelFormat)
          << "\npixel format number: " << number << "\nwidth: " << image.width
          << "\nheight: " << image.height
@@ -96,12 +110,10 @@ std::vector<uint8_t> ToPng(const Frame& frame) {
     }
 }
 
-void WriteOrFail(const std::string& name, const void* data, size_t size) {
-    try {
-        Imaging::WriteFile(name, data, size);
-    } catch (const Imaging::Error& error) {
-        throw Failure(ExitCode::FileFailed, error.what());
-    }
+void WriteWhole(const std::string& name, const void* data, size_t size) {
+    OutputFile file(name, Existing::Replace);
+    file.Write(data, size);
+    file.TakePlace();
 }
 
 }  // namespace
@@ -165,11 +177,11 @@ std::string FrameWriter::Write(const Frame& frame, uint64_t number) const {
     std::string name = pattern_.Expand(number, frame.frameId, cameraId_);
     if (format_ == FileFormat::Png) {
         const std::vector<uint8_t> bytes = ToPng(frame);
-        WriteOrFail(name, bytes.data(), bytes.size());
+        WriteWhole(name, bytes.data(), bytes.size());
     } else {
         const std::string text = DescribeRawFile(frame, cameraId_);
-        WriteOrFail(name, frame.image.data, frame.BytesPresent());
-        WriteOrFail(name + ".txt", text.data(), text.size());
+        WriteWhole(name, frame.image.data, frame.BytesPresent());
+        WriteWhole(name + ".txt", text.data(), text.size());
     }
     return name;
 }

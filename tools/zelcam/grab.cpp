@@ -9,7 +9,6 @@
 #include "tools/zelcam/featurevalue.h"
 #include "tools/zelcam/framefile.h"
 #include "tools/zelcam/grabloop.h"
-#include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/openedcamera.h"
 
 namespace {
@@ -54,7 +53,6 @@ FrameWriter MakeWriter(const GrabOptions& options, const Camera& camera) {
 }
 
 ExitCode RunGrab(const GrabOptions& options) {
-    NoteInterrupts();
     const Session session(options.session);
     const Camera& camera = SelectCamera(session, options.camera);
     const FrameWriter writer = MakeWriter(options, camera);

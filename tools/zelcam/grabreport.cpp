@@ -7,6 +7,7 @@
 
 #include "tools/imaging/pixelformat.h"
 #include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/printable.h"
 
 namespace {
 
@@ -70,14 +71,14 @@ void GrabReport::PrintSummary(std::ostream& out) const {
 }
 
 void GrabReport::PrintError(std::ostream& err) const {
-    err << "zelcam: " << error << '\n';
+    err << "zelcam: " << PrintableLines(error) << '\n';
     if (!checks.empty()) err << "What was checked:\n";
     for (const Check& check : checks)
-        err << (check.good ? "  ok  " : "  !!  ") << check.finding << '\n';
+        err << (check.good ? "  ok  " : "  !!  ") << Printable(check.finding) << '\n';
     if (!otherCauses.empty()) err << "What cannot be seen from here:\n";
     for (const std::string& cause : otherCauses)
         err << "  - " << cause << '\n';
-    if (!nextStep.empty()) err << "Next: " << nextStep << '\n';
+    if (!nextStep.empty()) err << "Next: " << Printable(nextStep) << '\n';
 }
 
 void GrabReport::PrintJson(std::ostream& out) const {

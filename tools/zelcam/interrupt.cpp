@@ -1,14 +1,52 @@
 #include "tools/zelcam/interrupt.h"
 
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <climits>
 #include <csignal>
-#include <initializer_list>
+#include <cstring>
+#include <unistd.h>
+
+#include "tools/zelcam/failure.h"
 
 namespace {
 
-volatile std::sig_atomic_t interrupted = 0;
+// The name of a watched file where a signal handler, which may neither allocate nor lock, finds it.
+// Who takes the place from one state to the next owns the name: its user while Filling, nobody
+// while Watched, the handler while Removing.
+struct Place {
+    enum State { Free, Filling, Watched, Removing };
+
+    bool Take(State from, State to) {
+        int expected = from;
+        return state.compare_exchange_strong(expected, to);
+    }
+
+    std::atomic<int> state{Free};
+    std::array<char, PATH_MAX> name{};
+};
+
+std::array<Place, 64> places;
+std::atomic<bool> interrupted = false;
+static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
+
+void Say(const char* text) {
+    (void)!write(STDERR_FILENO, text, std::strlen(text));
+}
+
+[[noreturn]] void EndAtOnce() {
+    for (Place& place : places)
+        if (place.Take(Place::Watched, Place::Removing)) unlink(place.name.data());
+    Say("zelcam: ended at once, without closing: it may take the camera some seconds to notice\n");
+    _exit(static_cast<int>(ExitCode::Interrupted));
+}
 
 void Note(int) {
-    interrupted = 1;
+    if (interrupted.exchange(true)) EndAtOnce();
+    const int error = errno;
+    if (isatty(STDERR_FILENO) != 0) Say("\nzelcam: ending; Ctrl-C again ends it at once\n");
+    errno = error;
 }
 
 }  // namespace
@@ -16,12 +54,36 @@ void Note(int) {
 void NoteInterrupts() {
     struct sigaction action {};
     action.sa_handler = Note;
-    // The default action comes back with the first signal.
-    action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
-    for (int number : {SIGINT, SIGTERM})
+    action.sa_flags = SA_RESTART;
+    for (int number : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction before {};
+        sigaction(number, nullptr, &before);
+        // As nohup wants it.
+        if (number == SIGHUP && before.sa_handler == SIG_IGN) continue;
         sigaction(number, &action, nullptr);
+    }
 }
 
 bool Interrupted() {
-    return interrupted != 0;
+    return interrupted;
+}
+
+void EndIfInterrupted() {
+    if (Interrupted()) throw Failure(ExitCode::Interrupted, "interrupted");
+}
+
+void RemovedWhenInterrupted::Watch(const std::string& name) {
+    if (name.size() >= PATH_MAX) return;
+    for (size_t i = 0; i < places.size(); ++i) {
+        if (!places[i].Take(Place::Free, Place::Filling)) continue;
+        std::memcpy(places[i].name.data(), name.c_str(), name.size() + 1);
+        places[i].state = Place::Watched;
+        place_ = i + 1;
+        return;
+    }
+}
+
+void RemovedWhenInterrupted::Forget() {
+    if (place_ != 0) places[place_ - 1].Take(Place::Watched, Place::Free);
+    place_ = 0;
 }

@@ -8,6 +8,7 @@
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/hostaddress.h"
 #include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/printable.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -36,7 +37,8 @@ Network Ask(ZelCam::DeviceInfo& info) {
 const Camera& SelectGigE(const Session& session, const std::string& wanted) {
     const Camera& camera = SelectCamera(session, wanted);
     if (camera.interfaceType != ZelCam::InterfaceType::GEV) {
-        throw Failure(ExitCode::Usage, "camera " + camera.id + " has no network address: it is a " +
+        throw Failure(ExitCode::Usage, "camera " + Printable(camera.id) +
+                                           " has no network address: it is a " +
                                            InterfaceTypeWords(camera.interfaceType) + " camera");
     }
     return camera;
@@ -53,8 +55,8 @@ ExitCode RunShow(const IpOptions& options) {
                              {"gateway", network.gateway}};
         std::cout << JsonText(result) << '\n';
     } else {
-        std::cout << "Address  " << network.address << "\nMask     " << network.mask
-                  << "\nGateway  " << network.gateway << '\n';
+        std::cout << "Address  " << Printable(network.address) << "\nMask     "
+                  << Printable(network.mask) << "\nGateway  " << Printable(network.gateway) << '\n';
     }
     return ExitCode::Ok;
 }

@@ -12,6 +12,7 @@
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/listing.h"
+#include "tools/zelcam/printable.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -127,7 +128,7 @@ void PrintNames(const Session& session) {
     std::vector<std::pair<std::string, const Camera*>> names;
     for (const Camera& camera : session.Cameras()) {
         for (const std::string& name : {camera.id, camera.serial, camera.userName}) {
-            if (name.empty()) continue;
+            if (name.empty() || Printable(name) != name) continue;
             names.emplace_back(name, &camera);
             ++uses[name];
         }

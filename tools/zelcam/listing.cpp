@@ -2,6 +2,7 @@
 
 #include <ostream>
 
+#include "tools/zelcam/printable.h"
 #include "tools/zelcam/texttable.h"
 #include "tools/zelcam/words.h"
 
@@ -20,7 +21,7 @@ void PrintProducers(std::ostream& out, const Session& session) {
     table.Print(out);
     for (const Producer& producer : session.Producers()) {
         if (producer.reason.empty()) continue;
-        out << "  " << producer.file << ": " << producer.reason << '\n';
+        out << "  " << producer.file << ": " << PrintableLines(producer.reason) << '\n';
     }
 }
 
@@ -34,7 +35,8 @@ void PrintInterfaces(std::ostream& out, const Session& session) {
     }
     table.Print(out);
     for (const InterfaceEntry& entry : session.Interfaces()) {
-        if (!entry.problem.empty()) out << "  " << entry.id << ": " << entry.problem << '\n';
+        if (entry.problem.empty()) continue;
+        out << "  " << Printable(entry.id) << ": " << Printable(entry.problem) << '\n';
     }
 }
 

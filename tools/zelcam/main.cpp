@@ -3,12 +3,15 @@
 #include <cstdio>
 #include <exception>
 #include <iostream>
+#include <unistd.h>
 
 #include <Base/GCBase.h>
 #include <nlohmann/json.hpp>
 
 #include "tools/zelcam/commands.h"
+#include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/printable.h"
 
 namespace {
 
@@ -36,7 +39,7 @@ constexpr const char* help =
 
 void TellFailure(const std::string& message, ExitCode code, bool json) {
     if (!json) {
-        std::cerr << "zelcam: " << message << '\n';
+        std::cerr << "zelcam: " << PrintableLines(message) << '\n';
         return;
     }
     using Json = nlohmann::ordered_json;
@@ -45,6 +48,7 @@ void TellFailure(const std::string& message, ExitCode code, bool json) {
 }
 
 ExitCode Run(const Invocation& invocation) {
+    NoteInterrupts();
     ExitCode code = ExitCode::Ok;
     try {
         code = invocation.run();
@@ -92,6 +96,8 @@ ExitCode ParseAndRun(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     try {
+        const TerminalGuard out(std::cout, STDOUT_FILENO);
+        const TerminalGuard err(std::cerr, STDERR_FILENO);
         return static_cast<int>(ParseAndRun(argc, argv));
     } catch (...) {
         std::fputs("zelcam: the program could not start\n", stderr);

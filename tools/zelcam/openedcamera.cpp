@@ -4,6 +4,7 @@
 
 #include "tools/zelcam/camerachoice.h"
 #include "tools/zelcam/failure.h"
+#include "tools/zelcam/printable.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -69,7 +70,7 @@ OpenedCamera::OpenedCamera(const Camera& camera, const std::string& access) : ca
     }
     if (!device_) {
         throw Failure(ExitCode::CannotOpen,
-                      "camera " + camera.id + " cannot be opened: " + ErrorWords(code) +
+                      "camera " + Printable(camera.id) + " cannot be opened: " + ErrorWords(code) +
                           "; its access status is \"" + AccessWords(camera.accessStatus) + "\"" +
                           OpenHint(code, camera));
     }

@@ -17,7 +17,8 @@
 #include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/listing.h"
 #include "tools/zelcam/masking.h"
-#include "tools/zelcam/textfile.h"
+#include "tools/zelcam/outputfile.h"
+#include "tools/zelcam/printable.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -42,8 +43,8 @@ class Report {
     Report(const ReportOptions& options, const Session& session, const Camera& camera)
         : options_(options), session_(session), camera_(camera) {
         for (const Camera& other : session.Cameras()) {
-            mask_.AddSecret(other.serial);
-            mask_.AddSecret(other.userName);
+            mask_.AddSecret(Printable(other.serial));
+            mask_.AddSecret(Printable(other.userName));
         }
     }
 
@@ -60,7 +61,8 @@ class Report {
                 Section("Features of the " + ModuleWords(module), [=] { Features(module); });
             Section("Frames", [this] { Frames(); });
         }
-        return options_.mask ? mask_.Apply(out_.str()) : out_.str();
+        const std::string text = PrintableLines(out_.str());
+        return options_.mask ? mask_.Apply(text) : text;
     }
 
   private:
@@ -77,12 +79,13 @@ class Report {
     }
 
     void Line(const std::string& name, const std::string& value) {
-        out_ << std::left << std::setw(14) << name << (value.empty() ? "-" : value) << '\n';
+        out_ << std::left << std::setw(14) << name << (value.empty() ? "-" : Printable(value))
+             << '\n';
     }
 
     // A value that is masked where it stands, however short, and elsewhere.
     void SecretLine(const std::string& name, const std::string& value) {
-        mask_.AddSecret(value);
+        mask_.AddSecret(Printable(value));
         Line(name, options_.mask && !value.empty() ? "***" : value);
     }
 
@@ -176,10 +179,10 @@ void Report::CollectSecrets(ZelGenParam::Array& features) {
     VisitFeatures(features, everything, [this](ZelGenParam::Param& feature, const auto&) {
         if (!IsSecretFeature(feature.GetName())) return;
         std::string value = ReadFeature(feature).value_or("");
-        mask_.AddSecret(value);
+        mask_.AddSecret(Printable(value));
         if (std::count(value.begin(), value.end(), ':') != 5) return;
         value.erase(std::remove(value.begin(), value.end(), ':'), value.end());
-        mask_.AddSecret(value);
+        mask_.AddSecret(Printable(value));
     });
 }
 
@@ -210,11 +213,10 @@ void Report::Frames() {
 }
 
 ExitCode RunReport(const ReportOptions& options) {
-    NoteInterrupts();
     const Session session(options.camera.session);
     const Camera& camera = SelectCamera(session, options.camera.camera);
     const std::string text = Report(options, session, camera).Write();
-    if (options.output.empty()) {
+    if (options.output.empty() || options.output == "-") {
         std::cout << text;
     } else {
         WriteFile(options.output, text);
@@ -229,7 +231,9 @@ void AddReportCommand(Command app, Invocation& invocation) {
     Command command =
         app.AddCommand("report", "Write all there is to know about a camera to a text");
     AddCameraArgument(command, options->camera.camera, false);
-    command.AddOption("-o,--output", options->output, "Write it to this file").TypeName("FILE");
+    command
+        .AddOption("-o,--output", options->output, "Write it to this file; -: to standard output")
+        .TypeName("FILE");
     command.AddFlag("--mask", options->mask,
                     "Replace addresses, serial numbers and user names by ***");
     command.AddOption("-n,--count", options->limits.count, "Frames to grab for its statistics")

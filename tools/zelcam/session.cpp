@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "tools/zelcam/printable.h"
 #include "tools/zelcam/producerfile.h"
 #include "tools/zelcam/producerlist.h"
 #include "tools/zelcam/words.h"
@@ -93,7 +94,7 @@ std::string Camera::Description() const {
     if (!serial.empty()) details += (details.empty() ? "" : ", ") + ("serial number " + serial);
     if (!userName.empty()) details += (details.empty() ? "" : ", ") + ("\"" + userName + "\"");
     if (simulated) details += details.empty() ? "simulated" : ", simulated";
-    return details.empty() ? id : id + " (" + details + ")";
+    return Printable(details.empty() ? id : id + " (" + details + ")");
 }
 
 Session::Session(const SessionOptions& options)

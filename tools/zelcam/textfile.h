@@ -2,14 +2,17 @@
 #ifndef ZELCAM_TOOLS_ZELCAM_TEXTFILE_H
 #define ZELCAM_TOOLS_ZELCAM_TEXTFILE_H
 
+#include <cstdint>
 #include <string>
 
-// Both throw Failure (FileFailed) with the reason.
-std::string ReadFile(const std::string& file);
-void WriteFile(const std::string& file, const std::string& text);
+#include "tools/zelcam/interrupt.h"
 
-// A file with a name of its own beside `file`, removed at the end unless it took that name. Failure
-// (FileFailed) when it cannot be made.
+// Failure (FileFailed) with the reason, also for a folder, a device or a pipe, and for a file of
+// more than `longest` bytes.
+std::string ReadFile(const std::string& file, uint64_t longest = uint64_t{64} << 20);
+
+// A file with a name of its own beside `file`, removed at the end. Failure (FileFailed) when it
+// cannot be made.
 class TemporaryFile {
   public:
     explicit TemporaryFile(const std::string& file);
@@ -21,27 +24,7 @@ class TemporaryFile {
 
   private:
     std::string name_;
-};
-
-// A file that takes the place of `file` as a whole, or not at all. Failure (FileFailed) when it
-// cannot, also when that is no file, may not be written, or is a link that leads nowhere.
-class Replacement {
-  public:
-    explicit Replacement(const std::string& file);
-    ~Replacement();
-    Replacement(const Replacement&) = delete;
-    Replacement& operator=(const Replacement&) = delete;
-
-    // Where to write it. There is no file of that name at first.
-    const std::string& Name() const { return name_; }
-
-    // It keeps the permissions of the former file.
-    void TakePlace() const;
-
-  private:
-    std::string target_;
-    std::string folder_;
-    std::string name_;
+    RemovedWhenInterrupted removed_;
 };
 
 #endif  // ZELCAM_TOOLS_ZELCAM_TEXTFILE_H

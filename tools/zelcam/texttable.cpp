@@ -4,6 +4,8 @@
 #include <ostream>
 #include <utility>
 
+#include "tools/zelcam/printable.h"
+
 namespace {
 
 // Characters, not bytes: names may be UTF-8, whose continuation bytes are 10xxxxxx.
@@ -22,13 +24,13 @@ TextTable::TextTable(std::vector<std::string> headings) {
 void TextTable::AddRow(std::vector<std::string> cells) {
     cells.resize(rows_.front().size());
     for (std::string& cell : cells) {
-        if (cell.empty()) cell = "-";
+        cell = cell.empty() ? "-" : Printable(cell);
     }
     rows_.push_back(std::move(cells));
 }
 
 void TextTable::AddHeading(const std::string& text) {
-    rows_.push_back({text});
+    rows_.push_back({Printable(text)});
 }
 
 void TextTable::Print(std::ostream& out) const {

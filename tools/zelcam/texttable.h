@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-// Prints rows with columns as wide as their widest cell. Empty cells show as "-".
+// Prints rows with columns as wide as their widest cell. Empty cells show as "-", others Printable.
 class TextTable {
   public:
     explicit TextTable(std::vector<std::string> headings);

@@ -10,6 +10,7 @@
 #include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/pause.h"
+#include "tools/zelcam/printable.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -40,7 +41,7 @@ ExitCode RunGet(const GetOptions& options) {
         if (options.camera.session.json) {
             values[name] = ReadFeatureAsJson(feature);
         } else {
-            std::cout << (options.plain ? "" : name + "=") << value << '\n';
+            std::cout << (options.plain ? value : name + "=" + Printable(value)) << '\n';
         }
     }
     if (options.camera.session.json) std::cout << JsonText(values) << '\n';
@@ -62,8 +63,8 @@ ExitCode RunSet(const SetOptions& options) {
             values.push_back({{"name", feature.GetName()}, {"value", ReadFeatureAsJson(feature)}});
         } else {
             const std::string unknown = setting.substr(setting.find('=') + 1);
-            std::cout << feature.GetName() << '=' << ReadFeature(feature).value_or(unknown)
-                      << std::endl;
+            std::cout << feature.GetName() << '='
+                      << Printable(ReadFeature(feature).value_or(unknown)) << std::endl;
         }
     }
     if (options.camera.session.json) std::cout << JsonText(values) << '\n';
@@ -96,7 +97,6 @@ void AwaitDone(ZelGenParam::Command& command, const std::string& name, uint64_t 
 }
 
 ExitCode RunExec(const ExecOptions& options) {
-    NoteInterrupts();
     FeatureSession session(options.camera);
     ZelGenParam::Param& feature = FindFeature(session.Features(), options.command);
     ZelGenParam::Command* command = feature.ToCommand();

@@ -14,6 +14,7 @@
 #include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/pause.h"
+#include "tools/zelcam/printable.h"
 
 namespace {
 
@@ -63,7 +64,8 @@ class Watch {
             const Json line = {{"time", time}, {"name", name}, {"before", before}, {"now", now}};
             std::cout << JsonText(line, -1) << std::endl;
         } else {
-            std::cout << time << "  " << name << "  " << before << " -> " << now << std::endl;
+            std::cout << time << "  " << name << "  " << Printable(before) << " -> "
+                      << Printable(now) << std::endl;
         }
     }
 
@@ -74,7 +76,6 @@ class Watch {
 };
 
 ExitCode RunWatch(const WatchOptions& options) {
-    NoteInterrupts();
     FeatureSession session(options.camera);
     Watch watch(session.Features(), {options.glob, VisibilityOf(options.visibility), false},
                 options.camera.session.json);

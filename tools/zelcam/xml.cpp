@@ -9,7 +9,7 @@
 #include "tools/zelcam/description.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/moduleport.h"
-#include "tools/zelcam/textfile.h"
+#include "tools/zelcam/outputfile.h"
 
 namespace {
 
@@ -49,7 +49,7 @@ ExitCode RunXml(const XmlOptions& options) {
     const bool json = options.camera.session.json;
     const std::string printed =
         json ? JsonText({{"module", options.camera.module}, {"xml", text}}) + "\n" : text;
-    if (options.output.empty()) {
+    if (options.output.empty() || options.output == "-") {
         std::cout << printed;
     } else {
         WriteFile(options.output, printed);
@@ -70,7 +70,9 @@ void AddXmlCommand(Command app, Invocation& invocation) {
         .TypeName("MODULE")
         .OneOf({"camera", "device", "local", "interface", "stream", "system"})
         .ShowDefault();
-    command.AddOption("-o,--output", options->output, "Write it to this file").TypeName("FILE");
+    command
+        .AddOption("-o,--output", options->output, "Write it to this file; -: to standard output")
+        .TypeName("FILE");
     AddSessionOptions(command, options->camera.session);
     command.Footer(
         "Examples:\n"
