@@ -9,6 +9,8 @@
 //   RECORDING_FRAMES     the camera sends that many frames for each start
 //   RECORDING_LOST       after that many frames the camera does not answer any more
 //   RECORDING_SLOW_STOP  AcquisitionStop is never done
+//   RECORDING_MARK       at this step a file "reached" appears in the folder of RECORDING_FILE
+//   RECORDING_HANG       this step never returns
 //   RECORDING_UNALIGNED  the producer tells no alignment of buffers
 
 #include <atomic>
@@ -16,6 +18,7 @@
 #include <cstdlib>
 #include <map>
 #include <mutex>
+#include <unistd.h>
 
 #include "tests/library/scriptedproducer/scriptedproducer.h"
 #include "tests/tools/recordingdescription.h"
@@ -107,7 +110,18 @@ class Camera {
             std::fprintf(file_, "%s\n", step.c_str());
             std::fflush(file_);
         }
+        if (step == mark_) Mark();
+        while (step == hang_)
+            pause();
         return step == fail_ ? Fails(GC_ERR_IO) : Reply{};
+    }
+
+    // By a rename, which tests can wait for.
+    static void Mark() {
+        const std::string file = Variable("RECORDING_FILE");
+        const std::string copy = file + "-copy";
+        if (std::FILE* const opened = std::fopen(copy.c_str(), "w")) std::fclose(opened);
+        (void)std::rename(copy.c_str(), (file.substr(0, file.rfind('/')) + "/reached").c_str());
     }
 
     Reply StartReceiving(const Call& call) {
@@ -168,6 +182,8 @@ class Camera {
     Scripted::Control& producer_ = *ScriptedProducer_GetControl();
     std::FILE* file_ = std::fopen(Variable("RECORDING_FILE").c_str(), "a");
     const std::string fail_ = Variable("RECORDING_FAIL");
+    const std::string mark_ = Variable("RECORDING_MARK");
+    const std::string hang_ = Variable("RECORDING_HANG");
     const uint64_t framesForStart_ = NumberIn("RECORDING_FRAMES");
     const uint64_t lostAfter_ = NumberIn("RECORDING_LOST");
     const bool slowStop_ = !Variable("RECORDING_SLOW_STOP").empty();

@@ -2,6 +2,7 @@
 // down by the recording camera, which sends nothing to programs that leave one out.
 
 #include <csignal>
+#include <filesystem>
 #include <sstream>
 
 #include <gmock/gmock.h>
@@ -9,6 +10,7 @@
 #include "tests/tools/toolrun.h"
 
 using ::testing::AllOf;
+using ::testing::AnyOf;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
@@ -188,6 +190,62 @@ TEST_F(ToolAcquisition, CtrlCStopsTheCamera) {
         EXPECT_EQ(Wait(process).exitCode, 0);
         EXPECT_THAT(TakeSteps(), ElementsAreArray(wholeOrder));
     }
+}
+
+// Nothing failed: somebody wanted it to end.
+TEST_F(ToolAcquisition, CtrlCIsNoVerdictAboutTheCamera) {
+    SetVariable("RECORDING_FRAMES", "0");
+    SetVariable("RECORDING_MARK", "AcquisitionStart");
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const FileWatch watch(folder_);
+        const int process = Start({"check", "-t", "86400000"});
+        EXPECT_TRUE(watch.Await("reached"));
+        kill(process, signal);
+        const ToolResult result = Wait(process);
+        EXPECT_EQ(result.exitCode, 130);
+        EXPECT_THAT(result.out, AllOf(HasSubstr("\ninterrupted frames "), Not(HasSubstr("FAILED")),
+                                      HasSubstr(" 0 failed"), Not(HasSubstr("start and stop"))));
+        const Steps steps = TakeSteps();
+        EXPECT_EQ(steps.back(), "TLParamsLocked=0") << "and the camera is stopped";
+    }
+}
+
+// The first signal waits for the producer, the second does not.
+TEST_F(ToolAcquisition, ASecondCtrlCEndsACallThatNeverReturns) {
+    SetVariable("TMPDIR", folder_);
+    const struct {
+        const char* step;
+        std::vector<std::string> command;
+    } cases[] = {{"TriggerSelector=1", {"config", "save", "--all", "1", "saved.xml"}},
+                 {"AcquisitionStop", {"grab", "-f", "none"}},
+                 {"PayloadSize", {"get", "1", "PayloadSize"}}};
+    for (const auto& [step, command] : cases) {
+        SetVariable("RECORDING_HANG", step);
+        SetVariable("RECORDING_MARK", step);
+        const FileWatch watch(folder_);
+        const int process = Start(command);
+        EXPECT_TRUE(watch.Await("reached"));
+        kill(process, SIGINT);
+        kill(process, SIGTERM);
+        const ToolResult result = Wait(process);
+        EXPECT_EQ(result.exitCode, 130) << command.front();
+        EXPECT_THAT(result.err, HasSubstr("ended at once")) << command.front();
+        for (const auto& file : std::filesystem::directory_iterator(folder_)) {
+            EXPECT_THAT(file.path().filename(), AnyOf("steps", "stdout", "stderr", "reached"))
+                << command.front();
+        }
+    }
+}
+
+// Somebody who watches sees that the program waits; nobody else does.
+TEST_F(ToolAcquisition, ALongWaitShowsOnATerminal) {
+    SetVariable("RECORDING_FRAMES", "0");
+    const std::vector<std::string> command = {"grab", "-t", "2500"};
+    const ToolResult watched = RunOnTerminal(command);
+    EXPECT_EQ(watched.exitCode, 6);
+    EXPECT_THAT(watched.out, HasSubstr("\r\x1b[Kwaiting for the first frame, "));
+    EXPECT_THAT(watched.out, HasSubstr("\r\x1b[KCamera ")) << "and is gone afterwards";
+    EXPECT_THAT(Run(command).err, Not(HasSubstr("waiting")));
 }
 
 TEST_F(ToolAcquisition, LostCamera) {

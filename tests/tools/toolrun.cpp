@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <poll.h>
+#include <pty.h>
 #include <stdexcept>
 #include <sys/inotify.h>
 #include <sys/wait.h>
@@ -17,6 +18,12 @@ namespace {
 void Redirect(const std::string& path, int to) {
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
     if (file < 0 || dup2(file, to) < 0) _exit(126);
+}
+
+int ExitCodeOf(int process) {
+    int status = 0;
+    if (waitpid(process, &status, 0) != process) throw std::runtime_error("waitpid");
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 }  // namespace
@@ -42,6 +49,10 @@ int ToolTest::Start(const std::vector<std::string>& arguments, const char* progr
     if (process > 0) return process;
     Redirect(Path("stdout"), STDOUT_FILENO);
     Redirect(Path("stderr"), STDERR_FILENO);
+    Execute(arguments, program);
+}
+
+void ToolTest::Execute(const std::vector<std::string>& arguments, const char* program) {
     if (chdir(folder_.c_str()) != 0) _exit(126);
     for (const auto& [name, value] : environment_)
         setenv(name.c_str(), value.c_str(), 1);
@@ -53,11 +64,23 @@ int ToolTest::Start(const std::vector<std::string>& arguments, const char* progr
     _exit(127);
 }
 
-ToolResult ToolTest::Wait(int process) {
-    int status = 0;
-    if (waitpid(process, &status, 0) != process) throw std::runtime_error("waitpid");
+ToolResult ToolTest::RunOnTerminal(const std::vector<std::string>& arguments) {
+    int terminal = -1;
+    const int process = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (process < 0) throw std::runtime_error("forkpty");
+    if (process == 0) Execute(arguments, ZELCAM_TOOL);
     ToolResult result;
-    if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
+    std::array<char, 4096> bytes;
+    for (ssize_t size = 0; (size = read(terminal, bytes.data(), bytes.size())) > 0;)
+        result.out.append(bytes.data(), static_cast<size_t>(size));
+    close(terminal);
+    result.exitCode = ExitCodeOf(process);
+    return result;
+}
+
+ToolResult ToolTest::Wait(int process) {
+    ToolResult result;
+    result.exitCode = ExitCodeOf(process);
     result.out = Read("stdout");
     result.err = Read("stderr");
     return result;

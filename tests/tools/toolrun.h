@@ -38,6 +38,9 @@ class ToolTest : public ::testing::Test {
         return Wait(Start(arguments, program));
     }
 
+    // Runs zelcam on a terminal; gives what that showed as `out`.
+    ToolResult RunOnTerminal(const std::vector<std::string>& arguments);
+
     std::string Path(const std::string& name) const { return folder_ + "/" + name; }
     std::string Read(const std::string& name) const;
     void Write(const std::string& name, const std::string& text) const;
@@ -59,6 +62,8 @@ class ToolTest : public ::testing::Test {
     std::string folder_;
 
   private:
+    [[noreturn]] void Execute(const std::vector<std::string>& arguments, const char* program);
+
     std::map<std::string, std::string> environment_;
 };
 

@@ -48,7 +48,8 @@ void PrintJson(const Camera& camera, const CheckList& checks) {
                          {"checks", std::move(list)},
                          {"passed", checks.Count(Verdict::Passed)},
                          {"failed", checks.Count(Verdict::Failed)},
-                         {"skipped", checks.Count(Verdict::Skipped)}};
+                         {"skipped", checks.Count(Verdict::Skipped)},
+                         {"interrupted", Interrupted()}};
     std::cout << JsonText(result) << '\n';
 }
 
@@ -105,7 +106,8 @@ ExitCode RunCheck(const CheckOptions& options) {
     } else {
         std::cout << '\n'
                   << checks.Count(Verdict::Passed) << " passed, " << failed << " failed, "
-                  << checks.Count(Verdict::Skipped) << " skipped\n";
+                  << checks.Count(Verdict::Skipped) << " skipped"
+                  << (Interrupted() ? ", ended with Ctrl-C\n" : "\n");
     }
     if (Interrupted()) return ExitCode::Interrupted;
     return failed == 0 ? ExitCode::Ok : ExitCode::CheckFailed;

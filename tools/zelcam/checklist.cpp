@@ -5,18 +5,23 @@
 
 #include <Base/GCBase.h>
 
+#include "tools/zelcam/interrupt.h"
+
 std::string VerdictWords(CheckResult::Verdict verdict) {
     switch (verdict) {
         case CheckResult::Verdict::Passed:
             return "passed";
         case CheckResult::Verdict::Failed:
             return "FAILED";
+        case CheckResult::Verdict::Interrupted:
+            return "interrupted";
         default:
             return "skipped";
     }
 }
 
 bool CheckList::Run(const std::string& name, const std::function<std::string()>& check) {
+    if (Interrupted()) return false;
     using Clock = std::chrono::steady_clock;
     CheckResult result{name, CheckResult::Verdict::Failed, "", 0};
     const Clock::time_point start = Clock::now();
@@ -30,6 +35,10 @@ bool CheckList::Run(const std::string& name, const std::function<std::string()>&
         result.detail = error.GetDescription();
     } catch (const std::exception& error) {
         result.detail = error.what();
+    }
+    if (result.verdict == CheckResult::Verdict::Failed && Interrupted()) {
+        result.verdict = CheckResult::Verdict::Interrupted;
+        result.detail.clear();
     }
     result.milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
     results_.push_back(result);

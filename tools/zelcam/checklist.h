@@ -14,7 +14,7 @@ class Skip : public std::runtime_error {
 };
 
 struct CheckResult {
-    enum class Verdict { Passed, Failed, Skipped };
+    enum class Verdict { Passed, Failed, Skipped, Interrupted };
 
     std::string name;
     Verdict verdict;
@@ -31,7 +31,8 @@ class CheckList {
         : report_(std::move(report)) {}
 
     // `check` tells what it saw. It fails by an exception, whose words are the detail, and does not
-    // count with a Skip. Whether it passed.
+    // count with a Skip. Whether it passed. After Ctrl-C an exception is no failure of the camera,
+    // and further checks are not made.
     bool Run(const std::string& name, const std::function<std::string()>& check);
 
     const std::vector<CheckResult>& Results() const { return results_; }

@@ -12,6 +12,7 @@
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/pause.h"
 #include "tools/zelcam/printable.h"
+#include "tools/zelcam/progress.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -111,13 +112,14 @@ ExitCode RunEvents(const EventsOptions& options) {
         acquisition->Start();
     }
     uint64_t arrived = 0;
+    LiveLine line(Waiting("waiting for events"));
     const Deadline deadline(options.durationMs);
     while ((options.count == 0 || arrived < options.count) && !Interrupted() &&
            !deadline.Passed()) {
         if (acquisition) PassFrame(*acquisition);
         const uint64_t wait = acquisition ? 0 : sliceMs;
         for (auto event = listening.Queue().Get(wait); event; event = listening.Queue().Get(0)) {
-            Print(*event, options.camera.session.json);
+            line.Print([&] { Print(*event, options.camera.session.json); });
             if (++arrived == options.count) break;
         }
     }

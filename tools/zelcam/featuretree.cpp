@@ -5,6 +5,7 @@
 
 #include "tools/zelcam/failure.h"
 #include "tools/zelcam/featurevalue.h"
+#include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -23,7 +24,9 @@ class Walk {
     }
 
   private:
+    // Each may cost the time-out of a camera that is gone.
     void Member(ZelGenParam::Param& feature, bool wanted) {
+        EndIfInterrupted();
         const std::string name = feature.GetName();
         const bool fits = wanted || Fits(name);
         if (ZelGenParam::Category* category = feature.ToCategory()) {

@@ -40,7 +40,7 @@ void EndWithoutFrame(ZelCamErr code, const GrabLimits& limits, Acquisition& acqu
 
 void Loop(Acquisition& acquisition, const GrabLimits& limits, const FrameWriter& writer,
           GrabReport& report) {
-    Progress progress(limits.count);
+    GrabProgress progress(limits.count);
     FrameStatistics& statistics = report.statistics;
     while (limits.count == 0 || statistics.Frames() < limits.count) {
         ZelCamErr code = ZelCamErr_Success;
@@ -53,7 +53,7 @@ void Loop(Acquisition& acquisition, const GrabLimits& limits, const FrameWriter&
         statistics.Add(frame.frameId, frame.incomplete, FrameStatistics::Clock::now());
         report.NoteFrame(frame, writer.Write(frame, statistics.Frames()));
         acquisition.Requeue(*buffer);
-        progress.Update(statistics);
+        progress.Add();
     }
 }
 

@@ -42,7 +42,7 @@ void Isolate(pid_t parent) {
     if (getppid() != parent) _exit(0);
     const rlimit none{0, 0};
     setrlimit(RLIMIT_CORE, &none);
-    for (int number : {SIGINT, SIGTERM, SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGPIPE})
+    for (int number : {SIGINT, SIGTERM, SIGHUP, SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGPIPE})
         std::signal(number, SIG_DFL);
 }
 
@@ -95,7 +95,7 @@ void ProducerTrial::Await() {
         late_ = left == 0;
         // The producer may have left the pipe to a process of its own, so that its end is not seen.
         poll(files.data(), files.size(), static_cast<int>(std::min(left, sliceMs)));
-        if (Interrupted()) throw Failure(ExitCode::Interrupted, "ended early");
+        EndIfInterrupted();
         if (files[1].revents != 0) Receive(words_, mostWordBytes);
         if (files[0].revents != 0) Receive(records_, mostRecordBytes);
         TakeRecords();

@@ -1,34 +1,77 @@
 #include "tools/zelcam/progress.h"
 
+#include <algorithm>
 #include <chrono>
-#include <cstdio>
-#include <string>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
+using std::chrono::milliseconds;
+
+constexpr milliseconds firstAfter{500};
+constexpr milliseconds between{200};
 constexpr uint64_t barWidth = 30;
 
 std::string Bar(uint64_t done, uint64_t total) {
-    const uint64_t filled = done * barWidth / total;
+    const uint64_t filled = std::min(done, total) * barWidth / total;
     return "[" + std::string(filled, '#') + std::string(barWidth - filled, '.') + "] ";
+}
+
+// Not by a stream: its lock could be held when another thread starts a process.
+void WriteLine(const std::string& text) {
+    const std::string line = "\r\x1b[K" + text;
+    (void)!write(STDERR_FILENO, line.data(), line.size());
 }
 
 }  // namespace
 
-Progress::Progress(uint64_t total) : total_(total), shown_(isatty(STDERR_FILENO) != 0) {}
-
-Progress::~Progress() {
-    if (shown_) std::fputs("\r\x1b[K", stderr);
+LiveLine::LiveLine(std::function<std::string(unsigned)> text) : text_(std::move(text)) {
+    if (isatty(STDERR_FILENO) != 0) thread_ = std::thread([this] { Run(); });
 }
 
-void Progress::Update(const FrameStatistics& statistics) {
-    const auto now = FrameStatistics::Clock::now();
-    if (!shown_ || now < next_) return;
-    next_ = now + std::chrono::milliseconds(100);
-    const std::string count = std::to_string(statistics.Frames()) +
-                              (total_ == 0 ? " frames" : "/" + std::to_string(total_));
-    const std::string bar = total_ == 0 ? "" : Bar(statistics.Frames(), total_);
-    std::fprintf(stderr, "\r\x1b[K%s%s  %.1f per second", bar.c_str(), count.c_str(),
-                 statistics.FramesPerSecond());
+LiveLine::~LiveLine() {
+    if (!thread_.joinable()) return;
+    {
+        const std::lock_guard lock(mutex_);
+        ended_ = true;
+    }
+    ending_.notify_one();
+    thread_.join();
+    if (isShown_) WriteLine("");
+}
+
+void LiveLine::Print(const std::function<void()>& print) {
+    const std::lock_guard lock(mutex_);
+    if (std::exchange(isShown_, false)) WriteLine("");
+    print();
+}
+
+void LiveLine::Run() {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point start = Clock::now();
+    std::unique_lock lock(mutex_);
+    milliseconds pause = firstAfter;
+    while (!ending_.wait_for(lock, pause, [this] { return ended_; })) {
+        const auto passed = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start);
+        WriteLine(text_(static_cast<unsigned>(passed.count())));
+        isShown_ = true;
+        pause = between;
+    }
+}
+
+std::function<std::string(unsigned)> Waiting(const std::string& what) {
+    return [what](unsigned seconds) { return what + ", " + std::to_string(seconds) + " s"; };
+}
+
+GrabProgress::GrabProgress(uint64_t total)
+    : total_(total), line_([this](unsigned seconds) { return Text(seconds); }) {}
+
+std::string GrabProgress::Text(unsigned seconds) const {
+    const uint64_t frames = frames_;
+    if (frames == 0) return Waiting("waiting for the first frame")(seconds);
+    const std::string count =
+        total_ == 0 ? std::to_string(frames) + " frames"
+                    : Bar(frames, total_) + std::to_string(frames) + "/" + std::to_string(total_);
+    return Waiting(count)(seconds);
 }

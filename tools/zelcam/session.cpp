@@ -5,9 +5,11 @@
 #include <system_error>
 #include <utility>
 
+#include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/printable.h"
 #include "tools/zelcam/producerfile.h"
 #include "tools/zelcam/producerlist.h"
+#include "tools/zelcam/progress.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -103,11 +105,13 @@ Session::Session(const SessionOptions& options)
                                   TextOrEmpty(std::getenv("GENICAM_GENTL64_PATH")))) {
     // Each forks: what has threads comes later.
     const std::vector<Trial> trials = StartTrials();
+    const LiveLine line(Waiting("searching for cameras"));
     AwaitTrials(trials);
     if (!OpenSystem()) return;
     for (const Listed& listed : ListInterfaces()) {
         if (IsAskedFor(listed)) SearchInterface(listed);
     }
+    EndIfInterrupted();
 }
 
 bool Session::HasRealProducer() const {
@@ -171,6 +175,7 @@ bool Session::OpenSystem() {
     }
     producers_.front().file = FindDefaultProducer();
     for (size_t i = 1; i < producers_.size(); ++i) {
+        EndIfInterrupted();
         if (producers_[i].state == State::Loaded) Register(*system_, producers_[i]);
     }
     list_.reset(system_->GetInterfaceList(ZelCam::InterfaceType::Unknown));
@@ -222,6 +227,7 @@ void Session::SearchInterface(const Listed& listed) {
         entry.producer = listed.producer->file;
         entry.producerName = listed.producer->name;
     }
+    EndIfInterrupted();
     entry.problem = Search(interface, options_.searchMs);
     ListCameras(interface, entry);
     interfaces_.push_back(entry);
