@@ -49,7 +49,7 @@ describe_package(development libzelcam-dev libdevel
 library ZelCam and of its node-map engine.")
 describe_package(tools zelcam-tools utils
     "libzelcam${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), \
-${libraries}, libpng16-16, libtinyxml2-9, libzip4"
+${libraries}, libdeflate0, libjpeg62-turbo, libtiff6, libtinyxml2-9, libzip4"
     "cameras for machine vision from the command line"
     "The program zelcam lists cameras, grabs images, reads and sets features,\n\
 saves and loads configurations, watches events and writes reports. With a\n\

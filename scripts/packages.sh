@@ -2,9 +2,9 @@
 # Which Debian packages a command needs, and how they get onto the machine. Sourced by ./dev.
 
 # What the products link against. The cross build takes the same ones for arm64.
-library_packages=(liblog4cpp5-dev libtinyxml2-dev libcli11-dev libpng-dev
-    nlohmann-json3-dev libexpat1-dev libzip-dev)
-test_packages=(libgtest-dev libgmock-dev)
+library_packages=(liblog4cpp5-dev libtinyxml2-dev libcli11-dev libdeflate-dev libjpeg-dev
+    libtiff-dev nlohmann-json3-dev libexpat1-dev libzip-dev)
+test_packages=(libgtest-dev libgmock-dev libpng-dev)
 
 # packages_for COMMAND: one package a line.
 packages_for() {

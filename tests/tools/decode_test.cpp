@@ -136,6 +136,42 @@ TEST(DecodeBayer, MissingColoursAreMeansOfTheNeighbours) {
     }
 }
 
+// The definition, pixel by pixel: the mean of the neighbours that have the colour.
+TEST(DecodeBayer, EveryPixelOfEveryPhaseFollowsTheDefinition) {
+    constexpr size_t width = 7;
+    constexpr size_t height = 6;
+    const struct {
+        uint64_t format;
+        const char* cell;  // two lines of two pixels
+    } phases[] = {{PFNC::BayerRG8, "RGGB"},
+                  {PFNC::BayerGR8, "GRBG"},
+                  {PFNC::BayerGB8, "GBRG"},
+                  {PFNC::BayerBG8, "BGGR"}};
+    Bytes bytes;
+    for (size_t i = 0; i < width * height; ++i)
+        bytes.push_back(static_cast<uint8_t>(i * 97 % 251));
+    for (const auto& phase : phases) {
+        const auto colour = [&](size_t x, size_t y) { return phase.cell[y % 2 * 2 + x % 2]; };
+        const auto picture = Decode(phase.format, width, height, bytes);
+        for (size_t i = 0; i < width * height * 3; ++i) {
+            const size_t x = i / 3 % width;
+            const size_t y = i / 3 / width;
+            const char wanted = "RGB"[i % 3];
+            size_t sum = 0;
+            size_t count = 0;
+            for (size_t at = 0; at < width * height; ++at) {
+                const size_t dx = at % width > x ? at % width - x : x - at % width;
+                const size_t dy = at / width > y ? at / width - y : y - at / width;
+                const size_t reach = colour(x, y) == wanted ? 0 : 1;
+                if (dx > reach || dy > reach || colour(at % width, at / width) != wanted) continue;
+                sum += bytes[at];
+                ++count;
+            }
+            EXPECT_EQ(picture.samples[i], (sum + count / 2) / count) << phase.cell << i;
+        }
+    }
+}
+
 TEST(DecodeBayer, PackedIsUnpackedFirst) {
     // R 0xFFF, G 0; G 0, B 0xFFF: full red and blue, no green.
     const Bytes packed = {0xFF, 0x0F, 0x00, 0x00, 0xF0, 0xFF};

@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/tools/pngfile.h"
+#include "tests/tools/picturereader.h"
 #include "tests/tools/toolrun.h"
 
 using nlohmann::json;
@@ -43,7 +43,7 @@ class ToolGrab : public ToolTest {
 };
 
 // The middle of each bar: white, yellow, cyan, green, magenta, red, blue, black.
-std::vector<std::vector<uint16_t>> Bars(const PngFile& picture) {
+std::vector<std::vector<uint16_t>> Bars(const PictureFile& picture) {
     std::vector<std::vector<uint16_t>> bars;
     for (size_t x = 5; x < 80; x += 10)
         bars.push_back(picture.Pixel(x, 40));
@@ -72,7 +72,7 @@ TEST_F(ToolGrab, PicturesOfEveryKindOfFormat) {
         EXPECT_EQ(Bars(ReadPngFile(Path(std::string(camera) + ".png"))), colourBars) << camera;
     }
     EXPECT_EQ(Run({"grab", "a-gray12", "-o", "gray12.png"}).exitCode, 0);
-    const PngFile deep = ReadPngFile(Path("gray12.png"));
+    const PictureFile deep = ReadPngFile(Path("gray12.png"));
     EXPECT_EQ(deep.depth, 16U);
     EXPECT_EQ(deep.Pixel(5, 40)[0], 65535);
     EXPECT_NEAR(deep.Pixel(55, 40)[0], 76 * 257, 20) << "red";

@@ -27,7 +27,7 @@ size_t ChannelAt(const BayerCell& cell, size_t x, size_t y) {
     return cell[y % 2 * 2 + x % 2];
 }
 
-// The three channels of one pixel of the mosaic.
+// The three channels of one pixel of the mosaic, wherever it lies.
 void InterpolatePixel(const Components& mosaic, const BayerCell& cell, size_t x, size_t y,
                       uint16_t* rgb) {
     std::array<uint32_t, 3> sum{};
@@ -45,6 +45,34 @@ void InterpolatePixel(const Components& mosaic, const BayerCell& cell, size_t x,
         rgb[channel] = static_cast<uint16_t>((sum[channel] + count[channel] / 2) / count[channel]);
     }
     rgb[ChannelAt(cell, x, y)] = mosaic.values[y * mosaic.width + x];
+}
+
+uint16_t Mean(uint32_t a, uint32_t b) {
+    return static_cast<uint16_t>((a + b + 1) / 2);
+}
+
+uint16_t Mean(uint32_t a, uint32_t b, uint32_t c, uint32_t d) {
+    return static_cast<uint16_t>((a + b + c + d + 2) / 4);
+}
+
+// The same for the pixels of a line between its first and last one, where every pixel has eight
+// neighbours: most of a picture. `in` and `rgb` are those of the line.
+void InterpolateInside(const uint16_t* in, size_t width, const BayerCell& cell, size_t y,
+                       uint16_t* rgb) {
+    const uint16_t* const above = in - width;
+    const uint16_t* const below = in + width;
+    const size_t firstGreen = ChannelAt(cell, 1, y) == 1 ? 1 : 2;
+    const size_t own = ChannelAt(cell, firstGreen + 1, y);  // of the pixels between the green ones
+    for (size_t x = firstGreen; x + 1 < width; x += 2) {
+        rgb[3 * x + own] = Mean(in[x - 1], in[x + 1]);
+        rgb[3 * x + 1] = in[x];
+        rgb[3 * x + 2 - own] = Mean(above[x], below[x]);
+    }
+    for (size_t x = 3 - firstGreen; x + 1 < width; x += 2) {
+        rgb[3 * x + own] = in[x];
+        rgb[3 * x + 1] = Mean(in[x - 1], in[x + 1], above[x], below[x]);
+        rgb[3 * x + 2 - own] = Mean(above[x - 1], above[x + 1], below[x - 1], below[x + 1]);
+    }
 }
 
 // The numbers that YUV of one format is converted with, at the format's depth.
@@ -111,11 +139,15 @@ std::vector<uint16_t> Demosaic(const Components& mosaic, Layout layout) {
     }
     const BayerCell cell = CellOf(layout);
     std::vector<uint16_t> rgb(mosaic.values.size() * 3);
-    uint16_t* out = rgb.data();
     for (size_t y = 0; y < mosaic.height; ++y) {
-        for (size_t x = 0; x < mosaic.width; ++x, out += 3) {
-            InterpolatePixel(mosaic, cell, x, y, out);
+        uint16_t* const line = rgb.data() + y * mosaic.width * 3;
+        const bool inside = y > 0 && y + 1 < mosaic.height;
+        const size_t step = inside ? mosaic.width - 1 : 1;
+        if (inside) {
+            InterpolateInside(mosaic.values.data() + y * mosaic.width, mosaic.width, cell, y, line);
         }
+        for (size_t x = 0; x < mosaic.width; x += step)
+            InterpolatePixel(mosaic, cell, x, y, line + 3 * x);
     }
     return rgb;
 }

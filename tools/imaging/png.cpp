@@ -1,96 +1,119 @@
 #include "tools/imaging/png.h"
 
-#include <csetjmp>
-#include <exception>
-#include <png.h>
+#include <algorithm>
+#include <libdeflate.h>
+#include <memory>
 
 #include "tools/imaging/pixelformat.h"
 
 namespace Imaging {
 namespace {
 
-// The encoder is C and reports failures with longjmp, which must not skip a destructor: objects
-// live in this class and outside the function that calls setjmp, and callbacks throw nothing.
-class PngEncoder {
-  public:
-    PngEncoder() : png_(png_create_write_struct(PNG_LIBPNG_VER_STRING, this, OnError, OnWarning)) {
-        if (png_ == nullptr) throw Error("the PNG encoder does not start");
-        info_ = png_create_info_struct(png_);
+// Frames come faster than the best compression is found.
+constexpr int compressionLevel = 1;
+constexpr uint8_t subFilter = 1;  // each byte less that of the pixel before
+
+struct FreeCompressor {
+    void operator()(libdeflate_compressor* compressor) const {
+        libdeflate_free_compressor(compressor);
     }
-    ~PngEncoder() { png_destroy_write_struct(&png_, &info_); }
-    PngEncoder(const PngEncoder&) = delete;
-    PngEncoder& operator=(const PngEncoder&) = delete;
-
-    std::vector<uint8_t> Encode(const Picture& picture) {
-        row_.resize(picture.width * picture.channels * (picture.depth / 8));
-        if (!Run(picture)) throw Error("PNG: " + message_);
-        return std::move(bytes_);
-    }
-
-  private:
-    bool Run(const Picture& picture) {
-        if (setjmp(png_jmpbuf(png_)) != 0) return false;
-        WriteAll(picture);
-        return true;
-    }
-
-    void WriteAll(const Picture& picture) {
-        png_set_write_fn(png_, this, OnWrite, nullptr);
-        png_set_IHDR(png_, info_, static_cast<png_uint_32>(picture.width),
-                     static_cast<png_uint_32>(picture.height), static_cast<int>(picture.depth),
-                     picture.channels == 1 ? PNG_COLOR_TYPE_GRAY : PNG_COLOR_TYPE_RGB,
-                     PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
-        // Frames come faster than the best compression is found.
-        png_set_compression_level(png_, 1);
-        png_set_filter(png_, PNG_FILTER_TYPE_BASE, PNG_FILTER_SUB);
-        png_write_info(png_, info_);
-        const size_t perLine = picture.width * picture.channels;
-        for (size_t y = 0; y < picture.height; ++y) {
-            FillRow(picture.samples.data() + y * perLine, perLine, picture.depth);
-            png_write_row(png_, row_.data());
-        }
-        png_write_end(png_, info_);
-    }
-
-    void FillRow(const uint16_t* samples, size_t count, uint32_t depth) {
-        uint8_t* out = row_.data();
-        for (size_t i = 0; i < count; ++i) {
-            if (depth == 16) *out++ = static_cast<uint8_t>(samples[i] >> 8);
-            *out++ = static_cast<uint8_t>(samples[i]);
-        }
-    }
-
-    static void OnWrite(png_structp png, png_bytep data, size_t size) {
-        auto& self = *static_cast<PngEncoder*>(png_get_io_ptr(png));
-        try {
-            self.bytes_.insert(self.bytes_.end(), data, data + size);
-            return;
-        } catch (const std::exception&) {
-            // Reported below, outside of the handler that the jump would leave.
-        }
-        png_error(png, "out of memory");
-    }
-
-    static void OnError(png_structp png, png_const_charp message) {
-        static_cast<PngEncoder*>(png_get_error_ptr(png))->KeepMessage(message);
-        png_longjmp(png, 1);
-    }
-
-    static void OnWarning(png_structp, png_const_charp) {}
-
-    void KeepMessage(const char* message) noexcept { message_ = message; }
-
-    png_structp png_;
-    png_infop info_ = nullptr;
-    std::string message_;
-    std::vector<uint8_t> row_;
-    std::vector<uint8_t> bytes_;
 };
+
+void CheckSize(const Picture& picture) {
+    constexpr size_t largest = 0x7FFFFFFF;
+    if (picture.width == 0 || picture.height == 0 || picture.width > largest ||
+        picture.height > largest) {
+        throw Error("PNG: a picture of " + std::to_string(picture.width) + " by " +
+                    std::to_string(picture.height) + " pixels is not possible");
+    }
+}
+
+// A line as the bytes of the file: samples with the high byte first.
+void StoreLine(const uint16_t* samples, size_t count, uint32_t depth, uint8_t* out) {
+    if (depth == 8) {
+        for (size_t i = 0; i < count; ++i)
+            out[i] = static_cast<uint8_t>(samples[i]);
+        return;
+    }
+    for (size_t i = 0; i < count; ++i) {
+        out[2 * i] = static_cast<uint8_t>(samples[i] >> 8);
+        out[2 * i + 1] = static_cast<uint8_t>(samples[i]);
+    }
+}
+
+std::vector<uint8_t> FilteredLines(const Picture& picture) {
+    const size_t samples = picture.width * picture.channels;
+    const size_t pixel = picture.channels * (picture.depth / 8);
+    const size_t size = picture.width * pixel;
+    std::vector<uint8_t> line(pixel + size);  // behind a pixel of zeros
+    std::vector<uint8_t> lines((1 + size) * picture.height);
+    uint8_t* out = lines.data();
+    for (size_t y = 0; y < picture.height; ++y) {
+        StoreLine(picture.samples.data() + y * samples, samples, picture.depth,
+                  line.data() + pixel);
+        *out++ = subFilter;
+        for (size_t i = 0; i < size; ++i)
+            out[i] = static_cast<uint8_t>(line[pixel + i] - line[i]);
+        out += size;
+    }
+    return lines;
+}
+
+std::vector<uint8_t> Compress(const std::vector<uint8_t>& bytes) {
+    const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(
+        libdeflate_alloc_compressor(compressionLevel));
+    if (compressor == nullptr) throw Error("PNG: the encoder does not start");
+    std::vector<uint8_t> result(libdeflate_zlib_compress_bound(compressor.get(), bytes.size()));
+    result.resize(libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(),
+                                           result.data(), result.size()));
+    if (result.empty()) throw Error("PNG: the picture cannot be compressed");
+    return result;
+}
+
+void AppendNumber(std::vector<uint8_t>& file, uint32_t number) {
+    for (int shift = 24; shift >= 0; shift -= 8)
+        file.push_back(static_cast<uint8_t>(number >> shift));
+}
+
+void AppendChunk(std::vector<uint8_t>& file, const char* type, const uint8_t* data, size_t size) {
+    AppendNumber(file, static_cast<uint32_t>(size));
+    const size_t start = file.size();
+    file.insert(file.end(), type, type + 4);
+    file.insert(file.end(), data, data + size);
+    AppendNumber(file, libdeflate_crc32(0, file.data() + start, file.size() - start));
+}
+
+// A chunk holds less than 2 GB; the data may be cut anywhere.
+void AppendData(std::vector<uint8_t>& file, const std::vector<uint8_t>& data) {
+    constexpr size_t longest = size_t{1} << 30;
+    for (size_t at = 0; at < data.size(); at += longest)
+        AppendChunk(file, "IDAT", data.data() + at, std::min(longest, data.size() - at));
+}
+
+std::vector<uint8_t> Header(const Picture& picture) {
+    constexpr uint8_t gray = 0;
+    constexpr uint8_t rgb = 2;
+    std::vector<uint8_t> header;
+    AppendNumber(header, static_cast<uint32_t>(picture.width));
+    AppendNumber(header, static_cast<uint32_t>(picture.height));
+    header.push_back(static_cast<uint8_t>(picture.depth));
+    header.push_back(picture.channels == 1 ? gray : rgb);
+    header.insert(header.end(), 3, 0);  // the only compression and filters, and no interlacing
+    return header;
+}
 
 }  // namespace
 
 std::vector<uint8_t> EncodePng(const Picture& picture) {
-    return PngEncoder().Encode(picture);
+    CheckSize(picture);
+    const std::vector<uint8_t> data = Compress(FilteredLines(picture));
+    const std::vector<uint8_t> header = Header(picture);
+    std::vector<uint8_t> file = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+    file.reserve(data.size() + 100);
+    AppendChunk(file, "IHDR", header.data(), header.size());
+    AppendData(file, data);
+    AppendChunk(file, "IEND", nullptr, 0);
+    return file;
 }
 
 }  // namespace Imaging

@@ -1,0 +1,27 @@
+// Reads pictures back, with the decoders of libpng, libtiff and libjpeg and not with code of the
+// tool.
+#ifndef ZELCAM_TESTS_TOOLS_PICTUREREADER_H
+#define ZELCAM_TESTS_TOOLS_PICTUREREADER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+struct PictureFile {
+    size_t width = 0;
+    size_t height = 0;
+    size_t channels = 0;
+    unsigned depth = 0;
+    std::vector<uint16_t> samples;
+
+    std::vector<uint16_t> Pixel(size_t x, size_t y) const;
+};
+
+// All throw std::runtime_error when it is no such file.
+PictureFile ReadPng(const std::vector<uint8_t>& bytes);
+PictureFile ReadPngFile(const std::string& path);
+PictureFile ReadTiffFile(const std::string& path);
+PictureFile ReadJpegFile(const std::string& path);
+
+#endif  // ZELCAM_TESTS_TOOLS_PICTUREREADER_H
