@@ -184,7 +184,8 @@ TEST_F(ToolAcquisition, CtrlCStopsTheCamera) {
     for (const char* frames : {"1000000", "3"}) {
         SetVariable("RECORDING_FRAMES", frames);
         const FileWatch watch(folder_);
-        const int process = Start({"grab", "-n", "0", "-t", "86400000", "-o", "{n}.raw"});
+        const int process =
+            Start({"grab", "-n", "0", "-t", "86400000", "-o", "{n}.raw", "--overwrite"});
         EXPECT_TRUE(watch.Await("0003.raw"));
         kill(process, SIGINT);
         EXPECT_EQ(Wait(process).exitCode, 0);

@@ -1,7 +1,10 @@
 // `zelcam grab`, run as a program against simulated cameras.
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
+#include <iterator>
+#include <sstream>
 
 #include <gmock/gmock.h>
 
@@ -10,8 +13,10 @@
 
 using nlohmann::json;
 using ::testing::AllOf;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::Not;
+using ::testing::StartsWith;
 
 namespace {
 
@@ -101,6 +106,146 @@ TEST_F(ToolGrab, RawBytesAndTheirDescription) {
                       HasSubstr("frame: 0\n"), HasSubstr("incomplete: no\n")));
 }
 
+TEST_F(ToolGrab, FormatsByTheEndingOfTheName) {
+    for (const char* name : {"a.tif", "b.TIFF"}) {
+        EXPECT_EQ(Run({"grab", "bayer", "-o", name}).exitCode, 0);
+        EXPECT_EQ(Bars(ReadTiffFile(Path(name))), colourBars);
+    }
+    EXPECT_EQ(Run({"grab", "a-gray12", "-o", "deep", "-f", "tiff"}).exitCode, 0);
+    EXPECT_EQ(ReadTiffFile(Path("deep")).Pixel(5, 40)[0], 65535);
+    EXPECT_EQ(Run({"grab", "bgr", "-o", "c.jpg"}).exitCode, 0);
+    EXPECT_NEAR(ReadJpegFile(Path("c.jpg")).Pixel(5, 40)[1], 255, 5);
+    EXPECT_NEAR(ReadJpegFile(Path("c.jpg")).Pixel(65, 40)[1], 0, 5);
+    EXPECT_EQ(Run({"grab", "a-gray", "-o", "no-ending"}).exitCode, 0);
+    EXPECT_EQ(Bars(ReadPngFile(Path("no-ending"))), grayBars);
+    const ToolResult unknown = Run({"grab", "-o", "x.bmp"});
+    EXPECT_EQ(unknown.exitCode, 1);
+    EXPECT_THAT(unknown.err, AllOf(HasSubstr(".bmp"), HasSubstr(".png, .tif, .jpg or .raw")));
+    EXPECT_FALSE(Exists("x.bmp"));
+}
+
+TEST_F(ToolGrab, StandardOutputGetsTheBytesAndNothingElse) {
+    const ToolResult raw = Run({"grab", "a-gray", "-n", "3", "-f", "raw", "-o", "-"});
+    EXPECT_EQ(raw.exitCode, 0) << raw.err;
+    ASSERT_EQ(raw.out.size(), 3 * (size_t{83} * 63 + 80));
+    EXPECT_EQ(raw.out.substr(size_t{83} * 40, 10), std::string(10, '\xFF'));
+    EXPECT_THAT(raw.err, HasSubstr("Frames      3"));
+    const ToolResult png = Run({"grab", "a-gray", "-o", "-"});
+    EXPECT_EQ(Bars(ReadPng({png.out.begin(), png.out.end()})), grayBars);
+    const ToolResult failed = Run({"grab", "silent", "-t", "100", "-o", "-"});
+    EXPECT_EQ(failed.exitCode, 6);
+    EXPECT_EQ(failed.out, "");
+    EXPECT_EQ(Run({"grab", "-o", "-", "--json"}).exitCode, 1);
+    EXPECT_EQ(Run({"grab", "a-gray", "bgr", "-o", "-"}).exitCode, 1);
+    const ToolResult watched = RunOnTerminal({"grab", "-o", "-"});
+    EXPECT_EQ(watched.exitCode, 1);
+    EXPECT_THAT(watched.out, AllOf(HasSubstr("terminal"), Not(HasSubstr("PNG"))));
+}
+
+// Before anything is grabbed where the names are known, and in any case before it is lost.
+TEST_F(ToolGrab, FilesThatExistStay) {
+    Write("frame-0003.png", "precious");
+    Write("2.raw.txt", "precious");
+    const ToolResult known = Run({"grab", "-n", "3"});
+    EXPECT_EQ(known.exitCode, 7);
+    EXPECT_THAT(known.err, AllOf(HasSubstr("frame-0003.png"), HasSubstr("--overwrite")));
+    EXPECT_FALSE(Exists("frame-0001.png"));
+    const ToolResult late = Run({"grab", "a-gray", "-n", "5", "-o", "{frame}.raw"});
+    EXPECT_EQ(late.exitCode, 7);
+    EXPECT_TRUE(Exists("1.raw"));
+    EXPECT_FALSE(Exists("2.raw")) << "nor is the first of two files left alone";
+    EXPECT_EQ(Read("frame-0003.png") + Read("2.raw.txt"), "preciousprecious");
+    EXPECT_EQ(Run({"grab", "-n", "3", "--overwrite"}).exitCode, 0);
+    EXPECT_EQ(Bars(ReadPngFile(Path("frame-0003.png"))), grayBars);
+}
+
+// The camera tears the frames 2, 5, 8, ... and loses 3, 7, ...
+TEST_F(ToolGrab, IncompleteFramesAreMarkedInNamesAndLog) {
+    const ToolResult result =
+        Run({"grab", "faulty", "-n", "6", "-o", "{frame}.raw", "--log", "frames.csv"});
+    EXPECT_EQ(result.exitCode, 0) << result.err;
+    for (const char* name :
+         {"0.raw", "1.raw", "2-incomplete-0003.raw", "4.raw", "5-incomplete-0005.raw", "6.raw"})
+        EXPECT_TRUE(Exists(name)) << name;
+    std::istringstream log(Read("frames.csv"));
+    std::string line;
+    std::getline(log, line);
+    EXPECT_EQ(line,
+              "camera,number,arrived,frame_id,timestamp,width,height,pixel_format,bytes,complete,"
+              "file");
+    const char* const ends[] = {"yes,0.raw",
+                                "yes,1.raw",
+                                "no,2-incomplete-0003.raw",
+                                "yes,4.raw",
+                                "no,5-incomplete-0005.raw",
+                                "yes,6.raw"};
+    for (size_t i = 0; i < std::size(ends); ++i) {
+        std::getline(log, line);
+        const std::string begin = "faulty," + std::to_string(i + 1) + ",";
+        EXPECT_THAT(line, AllOf(StartsWith(begin), HasSubstr(",Mono8,"), EndsWith(ends[i])));
+    }
+    EXPECT_FALSE(std::getline(log, line)) << line;
+}
+
+TEST_F(ToolGrab, SeveralCamerasAtOnce) {
+    const json report =
+        Run({"grab", "a-gray", "104", "-n", "2", "--log", "all.csv", "--json"}).Json();
+    EXPECT_EQ(report.at("exitCode"), 0) << report;
+    EXPECT_EQ(report.at("cameras").at(0).at("camera"), "a-gray");
+    EXPECT_EQ(report.at("cameras").at(1).at("camera"), "bgr");
+    EXPECT_EQ(report.at("cameras").at(1).at("written"), 2);
+    EXPECT_EQ(Bars(ReadPngFile(Path("a-gray-0002.png"))), grayBars);
+    EXPECT_EQ(Bars(ReadPngFile(Path("bgr-0002.png"))), colourBars);
+    const std::string log = Read("all.csv");
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 5);
+    // One that is silent leaves the other alone.
+    const ToolResult half = Run({"grab", "bgr", "silent", "-t", "300", "-o", "{camera}.png"});
+    EXPECT_EQ(half.exitCode, 6);
+    EXPECT_TRUE(Exists("bgr.png"));
+    EXPECT_THAT(half.err, HasSubstr("no frame within 300 ms"));
+    EXPECT_EQ(Run({"grab", "bgr", "104"}).exitCode, 1) << "the same camera";
+    EXPECT_EQ(Run({"grab", "bgr", "bayer", "-o", "{n}.png"}).exitCode, 1) << "the same names";
+}
+
+TEST_F(ToolGrab, SoftwareTriggers) {
+    const std::vector<std::string> set = {"grab",  "bayer",
+                                          "-n",    "3",
+                                          "-f",    "none",
+                                          "--set", "TriggerMode=On",
+                                          "--set", "TriggerSource=Software"};
+    const ToolResult silent = Run({"grab", "bayer", "--trigger"});
+    EXPECT_EQ(silent.exitCode, 8);
+    EXPECT_THAT(silent.err,
+                AllOf(HasSubstr("TriggerMode is Off"), HasSubstr("--set TriggerMode=On "
+                                                                 "--set TriggerSource")));
+    for (const std::vector<std::string>& how :
+         {std::vector<std::string>{"--trigger"}, {"--trigger-rate", "50.5"}}) {
+        std::vector<std::string> command = set;
+        command.insert(command.end(), how.begin(), how.end());
+        const ToolResult result = Run(command);
+        EXPECT_EQ(result.exitCode, 0) << result.err;
+        EXPECT_THAT(result.out, AllOf(HasSubstr("Frames      3"), HasSubstr("\nTriggers    ")));
+    }
+    for (const char* rate : {"0", "-1", "nan", "1e9", "5x"})
+        EXPECT_EQ(Run({"grab", "--trigger-rate", rate}).exitCode, 1) << rate;
+}
+
+// Every frame that is counted has its file, however slow that is.
+TEST_F(ToolGrab, AFullQueueIsCountedAndLosesNothing) {
+    SetCameras(R"(<Interface id="eth0" type="GEV">
+        <Camera id="large" width="800" height="600" pixelFormat="BayerRG8" frameRate="0"/>
+        </Interface>)");
+    const json report = Run({"grab", "-n", "40", "--queue", "1", "--threads", "1", "-b", "4",
+                             "--log", "frames.csv", "--json"})
+                            .Json();
+    EXPECT_EQ(report.at("written"), 40);
+    EXPECT_GT(report.at("queueFull"), 0);
+    for (const char* name : {"frame-0001.png", "frame-0020.png", "frame-0040.png"})
+        EXPECT_EQ(ReadPngFile(Path(name)).width, 800U);
+    const std::string log = Read("frames.csv");
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 41);
+}
+
 TEST_F(ToolGrab, SeveralFramesAndTheSummary) {
     const ToolResult result = Run({"grab", "104", "-n", "3", "-o", "a{n}.png", "--json"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
@@ -188,7 +333,7 @@ TEST_F(ToolGrab, UnwritableOutput) {
 }
 
 TEST_F(ToolGrab, WrongUse) {
-    EXPECT_EQ(Run({"grab", "-f", "jpeg"}).exitCode, 1);
+    EXPECT_EQ(Run({"grab", "-f", "gif"}).exitCode, 1);
     EXPECT_EQ(Run({"grab", "-b", "0"}).exitCode, 1);
     EXPECT_EQ(Run({"grab", "-o", "{index}.png"}).exitCode, 1);
     EXPECT_EQ(Run({"grab", "-f", "none", "-o", "x.png"}).exitCode, 1);
@@ -206,7 +351,8 @@ TEST_F(ToolGrab, CtrlCEndsWithASummary) {
     } cases[] = {{"1000000", 130}, {"0", 0}};
     for (const auto& each : cases) {
         const FileWatch watch(folder_);
-        const int process = Start({"grab", "-n", each.count, "-o", "{n}.raw", "a-gray"});
+        const int process =
+            Start({"grab", "-n", each.count, "-o", "{n}.raw", "--overwrite", "a-gray"});
         EXPECT_TRUE(watch.Await("0003.raw"));
         kill(process, SIGINT);
         const ToolResult result = Wait(process);

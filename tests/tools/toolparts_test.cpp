@@ -13,7 +13,7 @@
 #include "tools/zelcam/camerachoice.h"
 #include "tools/zelcam/description.h"
 #include "tools/zelcam/failure.h"
-#include "tools/zelcam/framefile.h"
+#include "tools/zelcam/framename.h"
 #include "tools/zelcam/framestatistics.h"
 #include "tools/zelcam/hostaddress.h"
 #include "tools/zelcam/masking.h"
@@ -95,6 +95,21 @@ TEST(FileNamePattern, FillsInThePlaces) {
     EXPECT_EQ(FileNamePattern("{n}").Expand(12345, 0, ""), "12345");
     EXPECT_EQ(FileNamePattern("out/{camera}_{frame}").Expand(1, 42, "a/b:c d"), "out/a_b_c_d_42");
     EXPECT_EQ(FileNamePattern("plain.png").Expand(1, 2, "cam"), "plain.png");
+}
+
+// None takes the name of another, whatever the camera's numbers are.
+TEST(FrameNamer, NamesOfARunDiffer) {
+    FrameNamer byFrame(FileNamePattern("out.d/{frame}.raw"), "cam");
+    EXPECT_EQ(byFrame.NameOf(1, 7, false), "out.d/7.raw");
+    EXPECT_EQ(byFrame.NameOf(2, 8, true), "out.d/8-incomplete-0002.raw");
+    EXPECT_EQ(byFrame.NameOf(3, 8, false), "out.d/8.raw");
+    EXPECT_EQ(byFrame.NameOf(4, 8, false), "out.d/8-0004.raw") << "a number that repeats";
+    EXPECT_EQ(byFrame.NameOf(5, 0, false), "out.d/0-0005.raw") << "a count that starts anew";
+    EXPECT_EQ(byFrame.NameOf(6, UINT64_MAX, false), "out.d/18446744073709551615-0006.raw");
+    EXPECT_EQ(byFrame.NameOf(7, 9, false), "out.d/9.raw");
+    FrameNamer byNumber(FileNamePattern("a.b/.shot{n}"), "cam");
+    EXPECT_EQ(byNumber.NameOf(1, 5, true), "a.b/.shot0001-incomplete");
+    EXPECT_EQ(byNumber.NameOf(2, 5, false), "a.b/.shot0002");
 }
 
 // Whatever a camera calls itself, its files stay in the folder and can be seen.

@@ -43,8 +43,12 @@ class MemoryFile {
     tmsize_t Store(const uint8_t* data, tmsize_t size) noexcept {
         try {
             const size_t end = at_ + static_cast<size_t>(size);
-            if (bytes_.size() < end) bytes_.resize(end);
-            std::copy(data, data + size, bytes_.begin() + static_cast<std::ptrdiff_t>(at_));
+            if (at_ == bytes_.size()) {
+                bytes_.insert(bytes_.end(), data, data + size);
+            } else {
+                bytes_.resize(std::max(bytes_.size(), end));
+                std::copy(data, data + size, bytes_.begin() + static_cast<std::ptrdiff_t>(at_));
+            }
             at_ = end;
             return size;
         } catch (const std::exception&) {

@@ -1,7 +1,9 @@
 #include "tools/zelcam/grabloop.h"
 
+#include <algorithm>
+
 #include "tools/zelcam/interrupt.h"
-#include "tools/zelcam/progress.h"
+#include "tools/zelcam/pause.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -38,29 +40,43 @@ void EndWithoutFrame(ZelCamErr code, const GrabLimits& limits, Acquisition& acqu
     }
 }
 
-void Loop(Acquisition& acquisition, const GrabLimits& limits, const FrameWriter& writer,
-          GrabReport& report) {
-    GrabProgress progress(limits.count);
+ZelCam::Buffer* WaitForFrame(Acquisition& acquisition, uint64_t timeoutMs, SoftwareTrigger* trigger,
+                             ZelCamErr* code) {
+    if (trigger == nullptr) return acquisition.WaitForFrame(timeoutMs, code);
+    const Deadline deadline(timeoutMs);
+    for (;;) {
+        trigger->FireWhenDue();
+        const uint64_t waitMs = std::min(trigger->MsUntilDue(), timeoutMs);
+        ZelCam::Buffer* const buffer = acquisition.WaitForFrame(waitMs, code);
+        if (buffer != nullptr) trigger->FrameCame();
+        if (buffer != nullptr || *code != ZelCamErr_GenTL_Timeout || deadline.Passed())
+            return buffer;
+    }
+}
+
+void Loop(Acquisition& acquisition, const GrabLimits& limits, SoftwareTrigger* trigger,
+          const FrameTaker& take, GrabReport& report) {
     FrameStatistics& statistics = report.statistics;
+    if (trigger != nullptr) trigger->Start();
     while (limits.count == 0 || statistics.Frames() < limits.count) {
         ZelCamErr code = ZelCamErr_Success;
-        ZelCam::Buffer* buffer = acquisition.WaitForFrame(limits.timeoutMs, &code);
+        ZelCam::Buffer* buffer = WaitForFrame(acquisition, limits.timeoutMs, trigger, &code);
         if (buffer == nullptr) {
             EndWithoutFrame(code, limits, acquisition, report);
             return;
         }
         const Frame frame(*buffer);
         statistics.Add(frame.frameId, frame.incomplete, FrameStatistics::Clock::now());
-        report.NoteFrame(frame, writer.Write(frame, statistics.Frames()));
+        report.NoteFrame(frame);
+        if (!take(frame, statistics.Frames())) return;
         acquisition.Requeue(*buffer);
-        progress.Add();
     }
 }
 
 }  // namespace
 
 void GrabFrames(OpenedCamera& camera, size_t buffers, const GrabLimits& limits,
-                const FrameWriter& writer, GrabReport& report) {
+                SoftwareTrigger* trigger, const FrameTaker& take, GrabReport& report) {
     Acquisition acquisition(camera, buffers);
     // What was received until a failure is told all the same.
     const auto attempt = [&report](auto action) {
@@ -72,7 +88,7 @@ void GrabFrames(OpenedCamera& camera, size_t buffers, const GrabLimits& limits,
     };
     attempt([&] {
         acquisition.Start();
-        Loop(acquisition, limits, writer, report);
+        Loop(acquisition, limits, trigger, take, report);
     });
     report.underruns = acquisition.Stream().GetNumUnderrun();
     attempt([&] { acquisition.End(); });

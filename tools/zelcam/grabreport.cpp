@@ -1,12 +1,9 @@
 #include "tools/zelcam/grabreport.h"
 
 #include <iomanip>
-#include <iostream>
-
-#include <nlohmann/json.hpp>
+#include <ostream>
 
 #include "tools/imaging/pixelformat.h"
-#include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/printable.h"
 
 namespace {
@@ -30,14 +27,10 @@ Json ChecksAsJson(const std::vector<Check>& checks) {
 
 }  // namespace
 
-void GrabReport::NoteFrame(const Frame& frame, const std::string& file) {
-    if (geometry.empty()) {
-        geometry = std::to_string(frame.image.width) + " x " + std::to_string(frame.image.height) +
-                   " " + Imaging::PixelFormatName(frame.image.pixelFormat);
-    }
-    if (file.empty()) return;
-    if (++written == 1) firstFile = file;
-    lastFile = file;
+void GrabReport::NoteFrame(const Frame& frame) {
+    if (!geometry.empty()) return;
+    geometry = std::to_string(frame.image.width) + " x " + std::to_string(frame.image.height) +
+               " " + Imaging::PixelFormatName(frame.image.pixelFormat);
 }
 
 void GrabReport::NoteFailure(const Failure& failure) {
@@ -64,9 +57,14 @@ void GrabReport::PrintSummary(std::ostream& out) const {
     PrintCount(out, "Under-run   ", underruns,
                "  (no buffer was free; more --buffers or less to write helps)");
     PrintCount(out, "Lost        ", statistics.Lost(), "  (gaps in the camera's frame numbers)");
-    if (written == 0) return;
-    out << "Written     " << firstFile;
-    if (written > 1) out << (written > 2 ? " ... " : ", ") << lastFile;
+    if (triggers) out << "Triggers    " << *triggers << '\n';
+    if (files.waits > 0) {
+        PrintCount(out, "Queue full  ", files.waits,
+                   " times  (writing is slower than the camera; --format tiff or raw is faster)");
+    }
+    if (files.count == 0) return;
+    out << "Written     " << files.first;
+    if (files.count > 1) out << (files.count > 2 ? " ... " : ", ") << files.last;
     out << '\n';
 }
 
@@ -81,7 +79,7 @@ void GrabReport::PrintError(std::ostream& err) const {
     if (!nextStep.empty()) err << "Next: " << Printable(nextStep) << '\n';
 }
 
-void GrabReport::PrintJson(std::ostream& out) const {
+Json GrabReport::AsJson() const {
     Json result = {{"camera", camera.id},
                    {"serial", camera.serial},
                    {"image", geometry},
@@ -92,9 +90,10 @@ void GrabReport::PrintJson(std::ostream& out) const {
                    {"underruns", underruns},
                    {"lost", statistics.Lost()},
                    {"interrupted", interrupted},
-                   {"written", written},
-                   {"firstFile", firstFile},
-                   {"lastFile", lastFile},
+                   {"written", files.count},
+                   {"queueFull", files.waits},
+                   {"firstFile", files.first},
+                   {"lastFile", files.last},
                    {"exitCode", static_cast<int>(exitCode)},
                    {"error", error}};
     if (!checks.empty()) {
@@ -102,5 +101,6 @@ void GrabReport::PrintJson(std::ostream& out) const {
         result["otherCauses"] = otherCauses;
     }
     if (!nextStep.empty()) result["nextStep"] = nextStep;
-    out << JsonText(result) << '\n';
+    if (triggers) result["triggers"] = *triggers;
+    return result;
 }

@@ -4,11 +4,14 @@
 
 #include <cstdint>
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/zelcam/failure.h"
-#include "tools/zelcam/framefile.h"
+#include "tools/zelcam/framefiles.h"
 #include "tools/zelcam/framestatistics.h"
 #include "tools/zelcam/session.h"
 #include "tools/zelcam/timeoutreport.h"
@@ -17,10 +20,9 @@ struct GrabReport {
     Camera camera;
     FrameStatistics statistics;
     uint64_t underruns = 0;
-    std::string geometry;  // of the first frame: "640 x 480 Mono8"
-    uint64_t written = 0;
-    std::string firstFile;
-    std::string lastFile;
+    std::string geometry;              // of the first frame: "640 x 480 Mono8"
+    std::optional<uint64_t> triggers;  // sent; nothing where none were asked for
+    WrittenFiles files;
     bool interrupted = false;
     ExitCode exitCode = ExitCode::Ok;
     std::string error;  // why it ended early; empty if it did not
@@ -28,15 +30,14 @@ struct GrabReport {
     std::vector<std::string> otherCauses;
     std::string nextStep;  // what to do about the error; empty when that is not known
 
-    // `file` is empty when none was written.
-    void NoteFrame(const Frame& frame, const std::string& file);
+    void NoteFrame(const Frame& frame);
 
     // The first failure decides about the exit code; all are told.
     void NoteFailure(const Failure& failure);
 
     // The summary goes to `out`, errors and their causes to `err`.
     void PrintText(std::ostream& out, std::ostream& err) const;
-    void PrintJson(std::ostream& out) const;
+    nlohmann::ordered_json AsJson() const;
 
   private:
     void PrintSummary(std::ostream& out) const;

@@ -19,6 +19,7 @@
 #include "tools/zelcam/masking.h"
 #include "tools/zelcam/outputfile.h"
 #include "tools/zelcam/printable.h"
+#include "tools/zelcam/progress.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -206,8 +207,12 @@ void Report::Frames() {
     GrabReport grabbed;
     grabbed.camera = camera_;
     constexpr size_t buffers = 8;
-    const FrameWriter writer(FileFormat::None, FileNamePattern(""), camera_.id);
-    GrabFrames(*opened_, buffers, options_.limits, writer, grabbed);
+    GrabProgress progress(options_.limits.count);
+    const auto count = [&](const Frame&, uint64_t) {
+        progress.Add();
+        return true;
+    };
+    GrabFrames(*opened_, buffers, options_.limits, nullptr, count, grabbed);
     grabbed.PrintText(out_, out_);
     Counters(opened_->Stream());
 }
