@@ -2,6 +2,7 @@
 
 #include "tools/zelcam/outputfile.h"
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -14,6 +15,7 @@
 #include <gmock/gmock.h>
 
 #include "tools/zelcam/failure.h"
+#include "tools/zelcam/framelog.h"
 
 namespace fs = std::filesystem;
 using ::testing::AllOf;
@@ -106,6 +108,34 @@ TEST_F(OutputFileTest, FailuresNameFileAndReasonAndLeaveNothing) {
     }
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
     EXPECT_EQ(FilesInFolder(), 1U);
+}
+
+// Files are finished in any order, and cameras are called anything.
+TEST_F(OutputFileTest, LogHasItsFramesInOrder) {
+    const std::chrono::system_clock::time_point arrived(
+        std::chrono::microseconds(1'000'000'500'000));
+    LoggedFrame frame = {"a\"b,\nc", 1, arrived, 7, 99, 4, 2, 0x01080001, 8, false};
+    {
+        FrameLog log(folder_ + "log", Existing::Keep);
+        const uint64_t first = log.Reserve();
+        const uint64_t second = log.Reserve();
+        const uint64_t third = log.Reserve();
+        frame.number = 2;
+        log.Add(second, frame, "two");
+        EXPECT_EQ(Read("log").find("two"), std::string::npos) << "until the first one is known";
+        frame.number = 1;
+        log.Add(first, frame, "one");
+        EXPECT_NE(Read("log").find("two"), std::string::npos) << "and then at once";
+        EXPECT_EQ(third, 2U);
+        frame.number = 4;
+        log.Add(log.Reserve(), frame, "four");  // the third failed
+    }
+    const std::string begin = "\"a\"\"b,\\nc\",";
+    const std::string middle = ",1970-01-12T13:46:40.500000Z,7,99,4,2,Mono8,8,yes,";
+    const std::string log = Read("log");
+    EXPECT_EQ(log.substr(log.find('\n') + 1), begin + "1" + middle + "one\n" + begin + "2" +
+                                                  middle + "two\n" + begin + "4" + middle +
+                                                  "four\n");
 }
 
 // A disk that is full looks like this, too.

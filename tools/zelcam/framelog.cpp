@@ -50,17 +50,18 @@ std::string LineOf(const LoggedFrame& frame, const std::string& file) {
 
 }  // namespace
 
-LoggedFrame::LoggedFrame(const std::string& cameraId, uint64_t numberInRun, const Frame& frame)
-    : camera(cameraId),
-      number(numberInRun),
-      arrived(std::chrono::system_clock::now()),
-      frameId(frame.frameId),
-      timestamp(frame.timestamp),
-      width(frame.image.width),
-      height(frame.image.height),
-      pixelFormat(frame.image.pixelFormat),
-      bytes(frame.BytesPresent()),
-      incomplete(frame.incomplete) {}
+LoggedFrame Logged(const std::string& cameraId, uint64_t number, const Frame& frame) {
+    return {cameraId,
+            number,
+            std::chrono::system_clock::now(),
+            frame.frameId,
+            frame.timestamp,
+            frame.image.width,
+            frame.image.height,
+            frame.image.pixelFormat,
+            frame.BytesPresent(),
+            frame.incomplete};
+}
 
 FrameLog::FrameLog(const std::string& file, Existing existing) : file_(file, existing) {
     const std::string text = headings;

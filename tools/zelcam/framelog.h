@@ -23,9 +23,10 @@ struct LoggedFrame {
     uint64_t pixelFormat;
     size_t bytes;
     bool incomplete;
-
-    LoggedFrame(const std::string& cameraId, uint64_t numberInRun, const Frame& frame);
 };
+
+// Of a frame that has just arrived.
+LoggedFrame Logged(const std::string& cameraId, uint64_t number, const Frame& frame);
 
 // A CSV file with a line for each frame, in the order of arrival though the files of the frames may
 // be finished in another one. It can be read while it grows. Thread-safe; operations throw Failure

@@ -40,7 +40,7 @@ void GrabJob::Grab(const GrabTargets& targets) {
 
 bool GrabJob::Take(const Frame& frame, uint64_t number, const GrabTargets& targets) {
     targets.progress->Add();
-    LoggedFrame entry(report_.camera.id, number, frame);
+    LoggedFrame entry = Logged(report_.camera.id, number, frame);
     if (targets.files != nullptr) {
         return targets.files->Put({StoredFrame(frame), std::move(entry),
                                    namer_.NameOf(number, frame.frameId, frame.incomplete),
