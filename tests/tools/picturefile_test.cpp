@@ -71,7 +71,7 @@ TEST_F(PictureFileTest, TiffKeepsEverySample) {
     for (const size_t channels : {size_t{1}, size_t{3}}) {
         for (const uint32_t depth : {8U, 16U}) {
             Imaging::Picture picture{1021, 77, channels, depth, {}};
-            for (size_t i = 0; i < 1021 * 77 * channels; ++i)
+            for (size_t i = 0; i < size_t{1021} * 77 * channels; ++i)
                 picture.samples.push_back(static_cast<uint16_t>(i * 40503 >> (16 - depth)) &
                                           (depth == 8 ? 0xFF : 0xFFFF));
             const PictureFile file = ReadTiffFile(Store(Imaging::EncodeTiff(picture)));
@@ -87,7 +87,7 @@ TEST_F(PictureFileTest, TiffKeepsEverySample) {
 TEST_F(PictureFileTest, JpegLooksLikeThePicture) {
     for (const uint32_t depth : {8U, 16U}) {
         Imaging::Picture picture{64, 48, 3, depth, {}};
-        for (size_t i = 0; i < 64 * 48; ++i) {
+        for (size_t i = 0; i < size_t{64} * 48; ++i) {
             for (const int value : {200, 100, 50})
                 picture.samples.push_back(static_cast<uint16_t>(depth == 8 ? value : value * 257));
         }
