@@ -73,7 +73,7 @@ std::vector<uint8_t> EncodePicture(const Frame& frame, FileFormat format) {
 }
 
 // What follows the last dot, when it looks like an ending.
-std::string EndingOf(const std::string& file) {
+std::string LowerEndingOf(const std::string& file) {
     const size_t dot = file.find_last_of("./");
     if (dot == std::string::npos || file[dot] == '/') return "";
     std::string ending = file.substr(dot + 1);
@@ -96,7 +96,7 @@ constexpr struct {
 
 FileFormat FormatOf(const std::string& format, const std::string& output) {
     if (format == "none") return FileFormat::None;
-    const std::string ending = format.empty() ? EndingOf(output) : format;
+    const std::string ending = format.empty() ? LowerEndingOf(output) : format;
     for (const auto& each : endings)
         if (ending == each.ending) return each.format;
     throw Failure(ExitCode::Usage, "no format has the ending ." + ending +
