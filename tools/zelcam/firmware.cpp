@@ -15,6 +15,7 @@
 #include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/pause.h"
+#include "tools/zelcam/printable.h"
 #include "tools/zelcam/registervalue.h"
 #include "tools/zelcam/words.h"
 
@@ -56,7 +57,7 @@ std::optional<std::string> VersionOf(Device& device) {
 }
 
 std::string VersionWords(const std::optional<std::string>& version) {
-    return version ? "\"" + *version + "\"" : "unknown";
+    return version ? "\"" + Printable(*version) + "\"" : "unknown";
 }
 
 // A line from the terminal. Failure (Interrupted) at Ctrl-C.
@@ -181,7 +182,6 @@ ExitCode RunFirmware(const FirmwareOptions& options) {
     Versions versions;
     versions.before = VersionOf(device);
     if (!options.yes) Confirm(camera, options, size, versions.before);
-    NoteInterrupts();
     if (Interrupted()) throw Failure(ExitCode::Interrupted, "nothing was done");
     Upload upload;
     const ZelCamErr code = upload.Run(device, options.file);

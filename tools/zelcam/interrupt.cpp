@@ -27,7 +27,7 @@ struct Place {
     std::array<char, PATH_MAX> name{};
 };
 
-std::array<Place, 64> places;
+std::array<Place, 64> watchedNames;
 std::atomic<bool> interrupted = false;
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free);
 
@@ -36,7 +36,7 @@ void Say(const char* text) {
 }
 
 [[noreturn]] void EndAtOnce() {
-    for (Place& place : places)
+    for (Place& place : watchedNames)
         if (place.Take(Place::Watched, Place::Removing)) unlink(place.name.data());
     Say("zelcam: ended at once, without closing: it may take the camera some seconds to notice\n");
     _exit(static_cast<int>(ExitCode::Interrupted));
@@ -74,16 +74,16 @@ void EndIfInterrupted() {
 
 void RemovedWhenInterrupted::Watch(const std::string& name) {
     if (name.size() >= PATH_MAX) return;
-    for (size_t i = 0; i < places.size(); ++i) {
-        if (!places[i].Take(Place::Free, Place::Filling)) continue;
-        std::memcpy(places[i].name.data(), name.c_str(), name.size() + 1);
-        places[i].state = Place::Watched;
+    for (size_t i = 0; i < watchedNames.size(); ++i) {
+        if (!watchedNames[i].Take(Place::Free, Place::Filling)) continue;
+        std::memcpy(watchedNames[i].name.data(), name.c_str(), name.size() + 1);
+        watchedNames[i].state = Place::Watched;
         place_ = i + 1;
         return;
     }
 }
 
 void RemovedWhenInterrupted::Forget() {
-    if (place_ != 0) places[place_ - 1].Take(Place::Watched, Place::Free);
+    if (place_ != 0) watchedNames[place_ - 1].Take(Place::Watched, Place::Free);
     place_ = 0;
 }

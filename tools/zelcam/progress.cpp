@@ -10,7 +10,7 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds firstAfter{500};
-constexpr milliseconds between{200};
+constexpr milliseconds redrawnAfter{200};
 constexpr uint64_t barWidth = 30;
 
 std::string Bar(uint64_t done, uint64_t total) {
@@ -56,7 +56,7 @@ void LiveLine::Run() {
         const auto passed = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start);
         WriteLine(text_(static_cast<unsigned>(passed.count())));
         isShown_ = true;
-        pause = between;
+        pause = redrawnAfter;
     }
 }
 
