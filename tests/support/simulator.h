@@ -31,6 +31,9 @@ class Simulator {
     PZelSim_PlugCamera plug = Find<PZelSim_PlugCamera>("ZelSim_PlugCamera");
     PZelSim_UnplugCamera unplug = Find<PZelSim_UnplugCamera>("ZelSim_UnplugCamera");
     PZelSim_FireEvent fire = Find<PZelSim_FireEvent>("ZelSim_FireEvent");
+    PZelSim_InjectFault injectFault = Find<PZelSim_InjectFault>("ZelSim_InjectFault");
+    PZelSim_ClearFaults clearFaults = Find<PZelSim_ClearFaults>("ZelSim_ClearFaults");
+    PZelSim_GetCallCount callCount = Find<PZelSim_GetCallCount>("ZelSim_GetCallCount");
     PZelSim_GetNumOpenHandles openHandles =
         Find<PZelSim_GetNumOpenHandles>("ZelSim_GetNumOpenHandles");
 };

@@ -1,5 +1,6 @@
 // The commands that work on features, run as programs against a simulated camera.
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -10,11 +11,15 @@
 
 using nlohmann::json;
 using ::testing::AllOf;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 using ::testing::Not;
 
 namespace {
+
+constexpr const char* timeStamp =
+    "2[0-9]{3}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}[.][0-9]{6}Z";
 
 class ToolFeatures : public ToolTest {
   protected:
@@ -63,6 +68,47 @@ TEST_F(ToolFeatures, FiltersByNameCategoryAndLevel) {
     EXPECT_EQ(Run({"features", "cam-a", "NoSuch*"}).exitCode, 8);
 }
 
+TEST_F(ToolFeatures, TheCameraMayBeLeftOut) {
+    EXPECT_EQ(Run({"get", "Width", "Height"}).out, "Width=320\nHeight=240\n");
+    EXPECT_EQ(Run({"get", "2", "Width"}).out, "Width=640\n") << "the number of a camera";
+    EXPECT_EQ(Run({"get", "SN081512", "Width"}).out, "Width=320\n");
+    EXPECT_EQ(Run({"features", "Width", "--json"}).Json().at("camera"), "cam-a");
+    EXPECT_EQ(Run({"features", "cam-c", "Width", "--json"}).Json().at("camera"), "cam-c");
+    EXPECT_EQ(Run({"features", "2", "--json"}).Json().at("camera"), "cam-c");
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"get"}, {"get", "cam-a"}}) {
+        const ToolResult result = Run(command);
+        EXPECT_EQ(result.exitCode, 1);
+        EXPECT_THAT(result.err, HasSubstr("which features?"));
+    }
+    const ToolResult neither = Run({"get", "cam-x", "Width"});
+    EXPECT_EQ(neither.exitCode, 8);
+    EXPECT_EQ(neither.out, "");
+    EXPECT_THAT(neither.err, HasSubstr("Nor is a camera called that"));
+    EXPECT_EQ(Run({"features", "cam-x", "Width"}).exitCode, 3) << "the first of two is a camera";
+    EXPECT_THAT(Run({"features", "Exposuretme"}).err,
+                HasSubstr("no camera is called that; did you mean ExposureTime"));
+}
+
+// Lines stay whole in files, whatever COLUMNS says, and fit on a terminal.
+TEST_F(ToolFeatures, LinesFitOnTheTerminal) {
+    SetVariable("COLUMNS", "60");
+    const std::string file = Run({"features", "ImageFormatControl", "-d"}).out;
+    const size_t row = file.find("  PixelFormat ");
+    EXPECT_THAT(file.substr(row, file.find('\n', row) - row), EndsWith("|YCbCr422_12p"));
+    EXPECT_THAT(file, HasSubstr("\n      Width of the image"));
+    size_t longest = 0;
+    size_t formats = 0;
+    std::istringstream lines(RunOnTerminal({"features", "ImageFormatControl", "-d"}).out);
+    for (std::string line; std::getline(lines, line);) {
+        longest = std::max(longest, line.size() - 1);  // without the carriage return
+        formats += line.find("Bayer") != std::string::npos ? 1U : 0U;
+    }
+    EXPECT_LE(longest, 60U);
+    EXPECT_GT(longest, 40U);
+    EXPECT_GT(formats, 5U);
+}
+
 TEST_F(ToolFeatures, ModulesHaveFeatures) {
     for (const char* module : {"local", "interface", "stream"}) {
         const ToolResult result = Run({"features", "cam-a", "-m", module, "--json"});
@@ -77,17 +123,18 @@ TEST_F(ToolFeatures, GetsAndSets) {
     EXPECT_EQ(Run({"get", "cam-a", "--plain", "Width"}).out, "320\n");
     EXPECT_EQ(Run({"get", "cam-a", "--json", "Width"}).Json().at("Width"), 320);
     const ToolResult set = Run({"set", "cam-a", "Width=160", "PixelFormat=Mono16"});
-    EXPECT_EQ(set.out, "Width=160\nPixelFormat=Mono16\n") << set.err;
+    EXPECT_EQ(set.out, "Width=160 px\nPixelFormat=Mono16\n") << set.err;
 }
 
 TEST_F(ToolFeatures, RefusedSettingsSayWhatIsPossible) {
     const ToolResult large = Run({"set", "cam-a", "Height=120", "Width=9999999", "OffsetX=0"});
     EXPECT_EQ(large.exitCode, 8);
-    EXPECT_EQ(large.out, "Height=120\n") << "what comes before a failure is done, the rest is not";
+    EXPECT_EQ(large.out, "Height=120 px\n")
+        << "what comes before a failure is done, the rest is not";
     EXPECT_THAT(large.err, AllOf(HasSubstr("Width cannot be set"), HasSubstr("It can be ")));
     EXPECT_THAT(Run({"set", "cam-a", "PixelFormat=Pink8"}).err, HasSubstr("Mono8|"));
     EXPECT_THAT(Run({"set", "cam-a", "DeviceModelName=x"}).err, HasSubstr("read-only"));
-    EXPECT_THAT(Run({"get", "cam-a", "width"}).err, HasSubstr("WidthMax, Width"));
+    EXPECT_THAT(Run({"get", "cam-a", "width"}).err, HasSubstr("did you mean Width or WidthMax"));
     EXPECT_EQ(Run({"set", "cam-a", "Width"}).exitCode, 1);
     EXPECT_EQ(Run({"set", "cam-a", "AcquisitionStart=1"}).exitCode, 8);
     EXPECT_EQ(Run({"set", "cam-a", "-a", "readonly", "Width=160"}).exitCode, 8);
@@ -136,7 +183,9 @@ TEST_F(ToolFeatures, PrintsEventsOfTheNamedKind) {
     for (std::string line; std::getline(lines, line); ++count) {
         const json event = json::parse(line);
         EXPECT_EQ(event.at("event"), "ExposureEnd");
-        EXPECT_TRUE(event.at("data").contains("EventExposureEndTimestamp")) << line;
+        EXPECT_TRUE(event.at("data").at("EventExposureEndTimestamp").is_number()) << line;
+        EXPECT_EQ(event.at("data").at("EventExposureEnd"), 0x9001);
+        EXPECT_THAT(event.at("time").get<std::string>(), MatchesRegex(timeStamp));
     }
     EXPECT_EQ(count, 3U);
     const ToolResult none = Run({"events", "cam-a", "--grab", "-d", "100"});
@@ -174,6 +223,8 @@ TEST_F(ToolFeatures, WatchTellsChanges) {
         Run({"watch", "cam-a", "DeviceTemperature", "-i", "1", "-n", "1", "-d", "60000", "--json"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(result.Json().at("name"), "DeviceTemperature");
+    EXPECT_TRUE(result.Json().at("now").is_number());
+    EXPECT_THAT(result.Json().at("time").get<std::string>(), MatchesRegex(timeStamp));
     EXPECT_EQ(Run({"watch", "cam-a", "Width", "-i", "1", "-d", "2", "-n", "1"}).exitCode, 6)
         << "the change that was asked for did not come";
     EXPECT_EQ(Run({"watch", "cam-a", "NoSuch"}).exitCode, 8);
@@ -191,6 +242,17 @@ TEST_F(ToolFeatures, ReportHasEverySectionAndCanBeMasked) {
     const std::string address =
         Run({"ip", "show", "cam-a", "--json"}).Json().at("address").get<std::string>();
     EXPECT_THAT(open.out, HasSubstr(address));
+
+    const json machine = Run({"report", "cam-a", "--json", "-n", "3"}).Json();
+    EXPECT_EQ(machine.at("camera").at("serialNumber"), "SN081512");
+    EXPECT_EQ(machine.at("frames").at("delivered"), 3);
+    EXPECT_EQ(machine.at("system").at("cameras").size(), 2U);
+    for (const char* module : {"camera", "localDevice", "interface", "stream"}) {
+        EXPECT_FALSE(machine.at(std::string(module) + "Features").at("features").empty()) << module;
+    }
+    const ToolResult masked = Run({"report", "cam-a", "--json", "--mask"});
+    EXPECT_THAT(masked.out, AllOf(Not(HasSubstr("SN081512")), Not(HasSubstr(address))));
+    EXPECT_EQ(masked.Json().at("camera").at("serialNumber"), "***");
 
     EXPECT_EQ(Run({"report", "cam-a", "--mask", "-o", "report.txt"}).exitCode, 0);
     EXPECT_THAT(Read("report.txt"), AllOf(HasSubstr("Frames      10"), Not(HasSubstr("SN081512")),

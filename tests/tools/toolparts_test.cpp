@@ -193,6 +193,40 @@ TEST(TextTable, AlignsCharactersNotBytes) {
     EXPECT_EQ(out.str(), "  NAME   X\n  Größe  1\n  -      2\n");
 }
 
+TEST(TextTable, WrapsWhereItIsTooWide) {
+    TextTable table({"NAME", "VALUE", "RANGE"});
+    table.AddHeading("a heading stays whole, however long it is");
+    table.AddRow({"    Größe", "one two", "aaa|bbb|ccc|ddd|eee"});
+    table.AddNote(4, "a note that has more than a line");
+    std::ostringstream out;
+    table.Print(out, 34);
+    EXPECT_EQ(out.str(),
+              "  NAME       VALUE    RANGE\n"
+              "a heading stays whole, however\nlong it is\n"
+              "      Größe  one two  aaa|bbb|ccc|\n"
+              "                      ddd|eee\n"
+              "    a note that has more than a\n"
+              "    line\n");
+    std::ostringstream whole;
+    table.Print(whole);
+    EXPECT_THAT(whole.str(),
+                HasSubstr("aaa|bbb|ccc|ddd|eee\n    a note that has more than a line\n"));
+    std::ostringstream tiny;
+    table.Print(tiny, 1);
+    EXPECT_THAT(tiny.str(), HasSubstr("Größe"));
+}
+
+TEST(WrapText, LosesNothingButBlanks) {
+    using Lines = std::vector<std::string>;
+    EXPECT_EQ(WrapText("", 5), Lines({""}));
+    EXPECT_EQ(WrapText("one two", 7), Lines({"one two"}));
+    EXPECT_EQ(WrapText("one  two", 4), Lines({"one", "two"}));
+    EXPECT_EQ(WrapText("abcdefgh", 3), Lines({"abc", "def", "gh"}));
+    EXPECT_EQ(WrapText("äöüß", 2), Lines({"äö", "üß"}));
+    EXPECT_EQ(WrapText("  indented", 6), Lines({"  inde", "nted"}));
+    EXPECT_EQ(WrapText("a,b,c", 4), Lines({"a,b,", "c"}));
+}
+
 TEST(CollectProducers, FoldersAndDuplicates) {
     std::string folder = ::testing::TempDir() + "zelcam-XXXXXX";
     ASSERT_NE(mkdtemp(folder.data()), nullptr);

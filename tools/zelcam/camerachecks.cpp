@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "tools/zelcam/featurereading.h"
 #include "tools/zelcam/featurevalue.h"
 
 namespace {
@@ -24,12 +25,17 @@ Param* FindReadable(ZelGenParam::Array& features, const char* name) {
 
 std::string TextOf(ZelGenParam::Array& features, const char* name) {
     Param* const feature = FindReadable(features, name);
-    return feature != nullptr ? ReadFeature(*feature, true).value_or("") : "";
+    return feature != nullptr ? ReadOrEmpty(*feature, true) : "";
 }
 
 std::optional<double> NumberOf(Param& feature) {
-    const nlohmann::ordered_json value = ReadFeatureAsJson(feature);
-    return value.is_number() ? std::optional(value.get<double>()) : std::nullopt;
+    try {
+        const nlohmann::ordered_json value = ReadFeatureAsJson(feature);
+        if (value.is_number()) return value.get<double>();
+    } catch (const Failure&) {
+        // The checks behind this one tell it.
+    }
+    return std::nullopt;
 }
 
 // "AcquisitionMode is MultiFrame, AcquisitionFrameCount is 3".
@@ -81,7 +87,7 @@ class TriggerSelection {
         const char* const text = entry.GetValueStr(nullptr);
         return text != nullptr ? text : "";
     }
-    std::string Current() const { return ReadFeature(*selector_).value_or(""); }
+    std::string Current() const { return ReadOrEmpty(*selector_); }
 
     ZelGenParam::Enum* selector_;
     int64_t before_ = 0;
@@ -115,7 +121,7 @@ class CameraChecks {
     bool Ask(const char* name, std::string& value) {
         Param* const feature = FindReadable(features_, name);
         if (feature == nullptr) return true;
-        value = ReadFeature(*feature, true).value_or("");
+        value = ReadOrEmpty(*feature, true);
         if (!value.empty()) return true;
         Add(false, std::string("the camera does not answer: ") + name + " cannot be read",
             "look whether the camera is still connected and has power");

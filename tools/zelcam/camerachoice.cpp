@@ -80,6 +80,15 @@ const Camera& ChooseCamera(const std::vector<Camera>& cameras, const std::string
     return *found.front();
 }
 
+std::string TakeCamera(const std::vector<Camera>& cameras, std::vector<std::string>& words,
+                       size_t others) {
+    if (words.empty()) return "";
+    if (words.size() <= others && Matching(cameras, words.front()).empty()) return "";
+    std::string camera = words.front();
+    words.erase(words.begin());
+    return camera;
+}
+
 const Camera& SelectCamera(const Session& session, const std::string& wanted) {
     TellAboutProducers(session);
     const Camera& camera = ChooseCamera(session.Cameras(), wanted);

@@ -19,4 +19,10 @@ const Camera& ChooseCamera(const std::vector<Camera>& cameras, const std::string
 // chosen by its name is told of on stderr.
 const Camera& SelectCamera(const Session& session, const std::string& wanted);
 
+// Takes the camera from the front of `words`, and returns how it is called. It may be left out:
+// words of which the first names no camera, and which are no more than `others`, name none. The
+// first camera, an empty name, is meant then.
+std::string TakeCamera(const std::vector<Camera>& cameras, std::vector<std::string>& words,
+                       size_t others);
+
 #endif  // ZELCAM_TOOLS_ZELCAM_CAMERACHOICE_H

@@ -5,6 +5,20 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/zelcam/numbertext.h"
+#include "tools/zelcam/suggestion.h"
+
+namespace {
+
+std::vector<std::string> NamesOfCommands(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands(nullptr))
+        names.push_back(command->get_name());
+    return names;
+}
+
+}  // namespace
+
 CommandOption& CommandOption::TypeName(const char* name) {
     option_->type_name(name);
     return *this;
@@ -21,7 +35,13 @@ CommandOption& CommandOption::OneOf(const std::vector<std::string>& values) {
 }
 
 CommandOption& CommandOption::Range(uint64_t minimum, uint64_t maximum) {
-    option_->check(CLI::Range(minimum, maximum).description(""));
+    option_->check([minimum, maximum](const std::string& text) {
+        const std::optional<uint64_t> number = ParseCount(text);
+        const bool within = number && *number >= minimum && *number <= maximum;
+        return within ? ""
+                      : text + " is not from " + std::to_string(minimum) + " to " +
+                            std::to_string(maximum);
+    });
     return *this;
 }
 
@@ -60,7 +80,16 @@ CommandOption Command::AddOption(const char* names, std::vector<std::string>& va
 }
 
 CommandOption Command::AddOption(const char* names, uint64_t& value, const std::string& what) {
-    return CommandOption(app_->add_option(names, value, what));
+    const auto take = [&value](const CLI::results_t& texts) {
+        value = ParseCount(texts.front()).value_or(0);
+        return true;
+    };
+    const auto show = [&value] { return std::to_string(value); };
+    CLI::Option* const option = app_->add_option(names, take, what, false, show);
+    option->check([](const std::string& text) {
+        return ParseCount(text) ? "" : "\"" + text + "\" is no whole number, or too large";
+    });
+    return CommandOption(option);
 }
 
 CommandOption Command::AddFlag(const char* names, bool& flag, const char* what) {
@@ -99,8 +128,10 @@ std::optional<ExitCode> CommandLine::Parse(int argc, char** argv) {
             name += ' ' + command->get_name();
         }
         if (command->get_require_subcommand_min() != 0 && !command->remaining().empty()) {
-            std::cerr << name << ": there is no command \"" << command->remaining().front()
-                      << "\"; see " << name << " --help\n";
+            const std::string wanted = command->remaining().front();
+            std::cerr << name << ": there is no command \"" << wanted << "\""
+                      << DidYouMean(wanted, NamesOfCommands(*command)) << "; see " << name
+                      << " --help\n";
             return ExitCode::Usage;
         }
         return app_->exit(error) == 0 ? ExitCode::Ok : ExitCode::Usage;

@@ -48,6 +48,7 @@ class Command {
     CommandOption AddOption(const char* names, std::string& value, const std::string& what);
     CommandOption AddOption(const char* names, std::vector<std::string>& values,
                             const std::string& what);
+    // Takes whole numbers in decimal digits only.
     CommandOption AddOption(const char* names, uint64_t& value, const std::string& what);
     CommandOption AddFlag(const char* names, bool& flag, const char* what);
 

@@ -43,7 +43,7 @@ void AddCameraArgument(Command command, std::string& camera, bool required);
 void AddAccessOption(Command command, std::string& access, const std::vector<std::string>& names);
 
 // The argument CAMERA and the options of FeatureOptions.
-void AddFeatureOptions(Command command, FeatureOptions& options);
+void AddFeatureOptions(Command command, FeatureOptions& options, bool cameraRequired = true);
 
 // The argument GLOB and the option for the visibility, see FeatureFilter.
 void AddFilterOptions(Command command, std::string& glob, std::string& visibility);

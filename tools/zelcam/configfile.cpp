@@ -9,6 +9,7 @@
 #include <tinyxml2.h>
 
 #include "tools/zelcam/failure.h"
+#include "tools/zelcam/featuresetting.h"
 #include "tools/zelcam/featurevalue.h"
 #include "tools/zelcam/textfile.h"
 #include "tools/zelcam/words.h"
@@ -46,14 +47,6 @@ std::string Normalized(const std::string& text) {
     return normalized.str();
 }
 
-std::vector<std::string> LinesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
-    return lines;
-}
-
 // From the comments that the engine leaves in their place.
 std::vector<std::string> LeftOut(const std::string& text) {
     const std::string mark = "# Left out: ";
@@ -79,6 +72,16 @@ bool IsSame(const std::string& a, const std::string& b) {
     return a == b || (NumberOf(a) && NumberOf(a) == NumberOf(b));
 }
 
+// A number without the unit that may follow it in a file that was edited.
+std::string InItsUnit(ZelGenParam::Param& feature, const std::string& value) {
+    if (NumberOf(value)) return value;
+    try {
+        return SettingText(feature, value);
+    } catch (const Failure&) {
+        return value;
+    }
+}
+
 // Goes through the lines in their order, in which selectors come before what they select.
 class Reader {
   public:
@@ -89,7 +92,7 @@ class Reader {
         if (feature != nullptr && IsSelector(*feature)) {
             selectors_[name] = value;
         } else {
-            settings_[Key(name, feature)] = value;
+            settings_[Key(name, feature)] = feature == nullptr ? value : InItsUnit(*feature, value);
         }
     }
 
@@ -112,6 +115,14 @@ class Reader {
 };
 
 }  // namespace
+
+std::vector<std::string> LinesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
+    return lines;
+}
 
 Configuration ReadConfiguration(const std::string& file) {
     return ParseConfiguration(ReadFile(file), file);

@@ -25,6 +25,9 @@ Configuration ReadConfiguration(const std::string& file);
 // The same of what is in the file, or will be.
 Configuration ParseConfiguration(const std::string& text, const std::string& file);
 
+// Of the text of a configuration: NAME, a tab and the value, or a comment that begins with "#".
+std::vector<std::string> LinesOf(const std::string& text);
+
 // The settings in a configuration, by the name of the feature and, where selectors choose among
 // several values, theirs: "Gain[GainSelector=All]". Selectors themselves are left out.
 using Settings = std::map<std::string, std::string>;

@@ -6,6 +6,8 @@
 #include <GenApi/GenApi.h>
 
 #include "tools/zelcam/failure.h"
+#include "tools/zelcam/featuresetting.h"
+#include "tools/zelcam/featurevalue.h"
 
 namespace {
 
@@ -39,6 +41,42 @@ LoadFailure Understood(const std::string& message) {
     return {feature, reason.substr(0, reason.find_last_not_of(' ') + 1)};
 }
 
+// A configuration whose values are written as the features take them.
+class Translation {
+  public:
+    explicit Translation(ZelGenParam::Array& features) : features_(features) {}
+
+    void Line(const std::string& line) {
+        const size_t tab = line.find('\t');
+        if (line.empty() || line.front() == '#' || tab == std::string::npos) {
+            text_ += line + '\n';
+            return;
+        }
+        const std::string name = line.substr(0, tab);
+        ZelGenParam::Param* const feature = features_.GetParam(name.c_str(), nullptr);
+        const std::string value = line.substr(tab + 1);
+        try {
+            text_ +=
+                name + '\t' + (feature == nullptr ? value : SettingText(*feature, value)) + '\n';
+        } catch (const Failure& failure) {
+            // What comes behind a selector would go to the wrong place.
+            if (IsSelector(*feature)) {
+                throw Failure(ExitCode::FeatureFailed, "nothing is loaded: the value of " + name +
+                                                           " is none: " + failure.what());
+            }
+            failures_.push_back({name, failure.what()});
+        }
+    }
+
+    const std::string& Text() const { return text_; }
+    std::vector<LoadFailure>& Failures() { return failures_; }
+
+  private:
+    ZelGenParam::Array& features_;
+    std::string text_;
+    std::vector<LoadFailure> failures_;  // of what was left out
+};
+
 }  // namespace
 
 std::vector<LoadFailure> LoadSettings(OpenedCamera& camera, Configuration configuration,
@@ -49,11 +87,14 @@ std::vector<LoadFailure> LoadSettings(OpenedCamera& camera, Configuration config
             << "zelcam: note: " << userNameFeature
             << " is not loaded, since it is the name of another camera; --user-name loads it\n";
     }
+    Translation translation(camera.Features(Module::Camera));
+    for (const std::string& line : LinesOf(configuration.text))
+        translation.Line(line);
+    std::vector<LoadFailure>& failures = translation.Failures();
     try {
         GenApi::CFeatureBag bag;
-        std::istringstream(configuration.text) >> bag;
+        std::istringstream(translation.Text()) >> bag;
         GenICam::gcstring_vector messages;
-        std::vector<LoadFailure> failures;
         bag.LoadFromBag(&NodeMapOf(camera), true, &messages);
         for (size_t i = 0; i < messages.size(); ++i)
             failures.push_back(Understood(messages[i].c_str()));

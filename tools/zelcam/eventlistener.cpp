@@ -2,12 +2,11 @@
 
 #include <algorithm>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/failure.h"
+#include "tools/zelcam/featurereading.h"
+#include "tools/zelcam/featuresetting.h"
 #include "tools/zelcam/featuretree.h"
 #include "tools/zelcam/featurevalue.h"
-#include "tools/zelcam/pause.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -79,10 +78,14 @@ EventListener::~EventListener() {
 }
 
 void EventListener::OnParamChanged(Param*) {
-    ArrivedEvent event{ClockText(), name_, {}};
+    ArrivedEvent event{WallClock::now(), name_, {}};
     for (Param* feature : data_) {
-        if (const auto value = ReadFeature(*feature)) {
-            event.data.emplace_back(feature->GetName(), *value);
+        try {
+            const std::optional<std::string> text = ReadFeature(*feature);
+            if (text)
+                event.data.push_back({feature->GetName(), *text, ReadFeatureAsJson(*feature)});
+        } catch (const Failure&) {
+            // The event came all the same, and nobody above takes a failure.
         }
     }
     queue_.Put(std::move(event));
@@ -102,8 +105,5 @@ EventSwitch::~EventSwitch() {
 }
 
 std::vector<std::string> EventNames(ZelGenParam::Array& features) {
-    Param& selector = FindFeature(features, selectorName);
-    nlohmann::ordered_json range;
-    AddRange(selector, range);
-    return range.value("entries", std::vector<std::string>());
+    return EntriesOf(FindFeature(features, selectorName));
 }

@@ -2,7 +2,6 @@
 #ifndef ZELCAM_TOOLS_ZELCAM_EVENTLISTENER_H
 #define ZELCAM_TOOLS_ZELCAM_EVENTLISTENER_H
 
-#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -10,15 +9,23 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 #include "ZelGenParam/Array.h"
+#include "tools/zelcam/pause.h"
 
 struct ArrivedEvent {
-    std::string time;
+    struct Datum {
+        std::string feature;
+        std::string text;
+        nlohmann::ordered_json value;  // a number where the text is one
+    };
+
+    WallClock::time_point time;
     std::string name;
-    std::vector<std::pair<std::string, std::string>> data;  // names of features and their values
+    std::vector<Datum> data;
 };
 
 // Holds what arrived until it is fetched. Thread-safe.

@@ -13,6 +13,7 @@
 #include "tools/zelcam/pause.h"
 #include "tools/zelcam/printable.h"
 #include "tools/zelcam/progress.h"
+#include "tools/zelcam/suggestion.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -34,8 +35,9 @@ class Listening {
         const std::vector<std::string> known = EventNames(features);
         for (const std::string& name : names) {
             if (std::find(known.begin(), known.end(), name) == known.end()) {
-                throw Failure(ExitCode::FeatureFailed,
-                              "the camera has no event \"" + name + "\"; it has" + List(known));
+                throw Failure(ExitCode::FeatureFailed, "the camera has no event \"" + name + "\"" +
+                                                           DidYouMean(name, known) + "\nIt has" +
+                                                           List(known));
             }
             listeners_.push_back(std::make_unique<EventListener>(features, name, queue_));
             switches_.push_back(std::make_unique<EventSwitch>(features, name));
@@ -71,15 +73,16 @@ class Listening {
 
 void Print(const ArrivedEvent& event, bool json) {
     if (json) {
-        Json line = {{"time", event.time}, {"event", event.name}, {"data", Json::object()}};
-        for (const auto& [name, value] : event.data)
-            line["data"][name] = value;
+        Json line = {
+            {"time", TimeStamp(event.time)}, {"event", event.name}, {"data", Json::object()}};
+        for (const ArrivedEvent::Datum& datum : event.data)
+            line["data"][datum.feature] = datum.value;
         std::cout << JsonText(line, -1) << std::endl;
         return;
     }
-    std::cout << event.time << "  " << event.name;
-    for (const auto& [name, value] : event.data)
-        std::cout << "  " << name << '=' << Printable(value);
+    std::cout << TimeOfDay(event.time) << "  " << event.name;
+    for (const ArrivedEvent::Datum& datum : event.data)
+        std::cout << "  " << datum.feature << '=' << Printable(datum.text);
     std::cout << std::endl;
 }
 

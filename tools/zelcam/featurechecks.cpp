@@ -11,6 +11,8 @@
 #include "tools/zelcam/checklist.h"
 #include "tools/zelcam/configfile.h"
 #include "tools/zelcam/failure.h"
+#include "tools/zelcam/featurereading.h"
+#include "tools/zelcam/featuresetting.h"
 #include "tools/zelcam/featuretree.h"
 #include "tools/zelcam/featurevalue.h"
 #include "tools/zelcam/textfile.h"
@@ -25,6 +27,18 @@ class Findings {
   public:
     void Seen() { ++seen_; }
     void Bad(const std::string& finding) { bad_.push_back(finding); }
+
+    // A failure of `action` is a finding, unless the camera is lost: then the pass ends with it.
+    template <typename Action>
+    void Try(Action action) {
+        try {
+            action();
+        } catch (const CameraLost&) {
+            throw;
+        } catch (const Failure& failure) {
+            Bad(failure.what());
+        }
+    }
 
     // "312 features", or a Failure with the first few findings.
     std::string Summary() const {
@@ -54,18 +68,23 @@ void ForEach(ZelGenParam::Array& features, Check check) {
                   });
 }
 
-bool HasValue(Param& feature) {
-    return feature.ToCommand() == nullptr && feature.ToCategory() == nullptr;
+// What a number tells of itself; keeps the code of a failure.
+template <typename Feature, typename Getter>
+auto Ask(Feature& feature, Getter getter, ZelCamErr& failure) {
+    ZelCamErr code = ZelCamErr_Success;
+    const auto number = (feature.*getter)(&code);
+    if (code != ZelCamErr_Success) failure = code;
+    return number;
 }
 
 // Why the value does not fit its limits; empty when it does.
 std::string LimitProblem(ZelGenParam::Int& feature) {
-    ZelCamErr code = ZelCamErr_Success;
-    const int64_t value = feature.GetValue(&code);
-    if (code != ZelCamErr_Success) return "is not read: " + ErrorWords(code);
-    const int64_t minimum = feature.GetMin(&code);
-    const int64_t maximum = feature.GetMax(&code);
-    const int64_t increment = feature.GetIncrement(&code);
+    ZelCamErr failure = ZelCamErr_Success;
+    const int64_t value = Ask(feature, &ZelGenParam::Int::GetValue, failure);
+    const int64_t minimum = Ask(feature, &ZelGenParam::Int::GetMin, failure);
+    const int64_t maximum = Ask(feature, &ZelGenParam::Int::GetMax, failure);
+    const int64_t increment = Ask(feature, &ZelGenParam::Int::GetIncrement, failure);
+    if (failure != ZelCamErr_Success) return "is not read with its limits: " + ErrorWords(failure);
     if (value < minimum || value > maximum) {
         return "is " + std::to_string(value) + ", outside " + RangeOf(feature);
     }
@@ -79,10 +98,12 @@ std::string LimitProblem(ZelGenParam::Int& feature) {
 }
 
 std::string LimitProblem(ZelGenParam::Float& feature) {
-    ZelCamErr code = ZelCamErr_Success;
-    const double value = feature.GetValue(&code);
-    if (code != ZelCamErr_Success) return "is not read: " + ErrorWords(code);
-    const bool within = value >= feature.GetMin(&code) && value <= feature.GetMax(&code);
+    ZelCamErr failure = ZelCamErr_Success;
+    const double value = Ask(feature, &ZelGenParam::Float::GetValue, failure);
+    const double minimum = Ask(feature, &ZelGenParam::Float::GetMin, failure);
+    const double maximum = Ask(feature, &ZelGenParam::Float::GetMax, failure);
+    if (failure != ZelCamErr_Success) return "is not read with its limits: " + ErrorWords(failure);
+    const bool within = value >= minimum && value <= maximum;
     return within ? "" : "is " + std::to_string(value) + ", outside " + RangeOf(feature);
 }
 
@@ -119,11 +140,11 @@ std::optional<std::string> OtherValue(Param& feature) {
         const double maximum = floating->GetMax(nullptr);
         const double other = value > minimum ? (value + minimum) / 2 : (value + maximum) / 2;
         if (!std::isfinite(other) || other == value) return std::nullopt;
-        return std::to_string(other);
+        return NumberText(other);
     }
     if (auto* boolean = feature.ToBoolean()) return boolean->GetValue(nullptr) ? "0" : "1";
     if (auto* enumeration = feature.ToEnum()) {
-        const std::string value = ReadFeature(feature).value_or("");
+        const std::string value = ReadOrEmpty(feature);
         const size_t count = enumeration->GetEnumEntriesCount(nullptr);
         for (size_t i = 0; i < count; ++i) {
             ZelGenParam::EnumEntry* const entry = enumeration->GetEnumEntryByIndex(i);
@@ -142,8 +163,8 @@ bool Took(Param& feature, const std::string& wanted) {
 }
 
 bool MayBeWritten(Param& feature) {
-    return HasValue(feature) && feature.IsStreamable() && !IsSelector(feature) &&
-           feature.IsWritable() && feature.IsReadable();
+    return feature.IsStreamable() && !IsSelector(feature) && ReadFeature(feature) &&
+           feature.IsWritable();
 }
 
 void WriteAndRestore(ZelGenParam::Array& features, Param& feature, Findings& findings) {
@@ -152,16 +173,12 @@ void WriteAndRestore(ZelGenParam::Array& features, Param& feature, Findings& fin
     const std::optional<std::string> other = OtherValue(feature);
     if (!old || !other) return;
     findings.Seen();
-    try {
-        for (const std::string& value : {*other, *old}) {
-            SetFeature(features, name + "=" + value);
-            if (!Took(feature, value)) {
-                findings.Bad(name + " was set to " + value + " and is " +
-                             ReadFeature(feature).value_or("unreadable"));
-            }
+    for (const std::string& value : {*other, *old}) {
+        SetFeature(features, name + "=" + value);
+        if (!Took(feature, value)) {
+            findings.Bad(name + " was set to " + value + " and is " +
+                         ReadFeature(feature).value_or("unreadable"));
         }
-    } catch (const Failure& failure) {
-        findings.Bad(failure.what());
     }
 }
 
@@ -191,9 +208,9 @@ class SavedSettings {
 std::string CheckReading(ZelGenParam::Array& features) {
     Findings findings;
     ForEach(features, [&](Param& feature) {
-        if (!HasValue(feature) || !feature.IsReadable()) return;
-        findings.Seen();
-        if (!ReadFeature(feature, true)) findings.Bad(std::string(feature.GetName()));
+        findings.Try([&] {
+            if (ReadFeature(feature, true)) findings.Seen();
+        });
     });
     return findings.Summary();
 }
@@ -201,10 +218,12 @@ std::string CheckReading(ZelGenParam::Array& features) {
 std::string CheckLimits(ZelGenParam::Array& features) {
     Findings findings;
     ForEach(features, [&](Param& feature) {
-        if (!HasValue(feature) || !feature.IsReadable()) return;
-        findings.Seen();
-        const std::string problem = LimitProblem(feature);
-        if (!problem.empty()) findings.Bad(std::string(feature.GetName()) + " " + problem);
+        findings.Try([&] {
+            if (!ReadFeature(feature)) return;
+            findings.Seen();
+            const std::string problem = LimitProblem(feature);
+            if (!problem.empty()) findings.Bad(std::string(feature.GetName()) + " " + problem);
+        });
     });
     return findings.Summary();
 }
@@ -214,7 +233,9 @@ std::string CheckWriting(OpenedCamera& camera) {
     Findings findings;
     std::vector<std::string> names;
     ForEach(features, [&](Param& feature) {
-        if (MayBeWritten(feature)) names.emplace_back(feature.GetName());
+        findings.Try([&] {
+            if (MayBeWritten(feature)) names.emplace_back(feature.GetName());
+        });
     });
     if (names.empty()) throw Skip("nothing can be written");
 
@@ -222,7 +243,9 @@ std::string CheckWriting(OpenedCamera& camera) {
     for (const std::string& name : names) {
         Param& feature = FindFeature(features, name);
         // What was written before it may have locked it.
-        if (MayBeWritten(feature)) WriteAndRestore(features, feature, findings);
+        findings.Try([&] {
+            if (MayBeWritten(feature)) WriteAndRestore(features, feature, findings);
+        });
     }
     saved.Restore();  // what the camera changed along with a feature
     return findings.Summary();

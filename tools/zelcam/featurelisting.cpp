@@ -1,9 +1,12 @@
 #include "tools/zelcam/featurelisting.h"
 
+#include <algorithm>
+#include <cctype>
 #include <ostream>
 
 #include <nlohmann/json.hpp>
 
+#include "tools/zelcam/featurereading.h"
 #include "tools/zelcam/featurevalue.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/printable.h"
@@ -15,11 +18,13 @@ using Json = nlohmann::ordered_json;
 using ZelGenParam::Param;
 using Categories = std::vector<std::string>;
 
+constexpr size_t longestCell = 48;
+constexpr const char* hiddenValue = "***";
+
 // Longer values, the contents of registers as a rule, would spoil the table.
 std::string Shortened(const std::string& text) {
-    constexpr size_t longest = 48;
-    if (text.size() <= longest) return text;
-    size_t end = longest;
+    if (text.size() <= longestCell) return text;
+    size_t end = longestCell;
     // Not in the middle of a character.
     while ((static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
         --end;
@@ -40,8 +45,8 @@ std::string SelectorText(ZelGenParam::Array& features, Param& feature) {
     std::string text;
     for (const std::string& name : SelectorsOf(feature)) {
         Param* selector = features.GetParam(name.c_str(), nullptr);
-        const auto value = selector == nullptr ? std::nullopt : ReadFeature(*selector);
-        text += (text.empty() ? "[" : ", ") + name + "=" + value.value_or("?");
+        const std::string value = selector == nullptr ? "" : ReadOrEmpty(*selector);
+        text += (text.empty() ? "[" : ", ") + name + "=" + (value.empty() ? "?" : value);
     }
     return text.empty() ? "" : text + "]";
 }
@@ -50,14 +55,87 @@ std::string Together(const std::string& first, const std::string& second) {
     return first + (first.empty() || second.empty() ? "" : " ") + second;
 }
 
-Json Describe(Param& feature, const Categories& categories) {
+// Descriptions have the line breaks and the indentation of the file that they are from.
+std::string InOneLine(const std::string& text) {
+    std::string line;
+    for (const char c : text) {
+        const bool blank = std::isspace(static_cast<unsigned char>(c)) != 0;
+        if (!blank) line += c;
+        if (blank && !line.empty() && line.back() != ' ') line += ' ';
+    }
+    return line;
+}
+
+std::string DescriptionOf(Param& feature) {
+    const std::string description = InOneLine(feature.GetDescription());
+    return description.empty() ? InOneLine(feature.GetToolTip()) : description;
+}
+
+// The result of `read`; of a feature that cannot be read a failure is noted, and `instead` the
+// result.
+template <typename Value, typename Read>
+Value ReadOrNote(FeatureListing& listing, const Value& instead, Read read) {
+    try {
+        return read();
+    } catch (const CameraLost&) {
+        throw;
+    } catch (const Failure& failure) {
+        listing.failures.emplace_back(failure.what());
+        return instead;
+    }
+}
+
+void VisitUntilLost(FeatureListing& listing, ZelGenParam::Array& features,
+                    const FeatureFilter& filter, const FeatureVisitor& visit) {
+    try {
+        VisitFeatures(features, filter, [&](Param& feature, const Categories& categories) {
+            visit(feature, categories);
+            ++listing.count;
+        });
+    } catch (const CameraLost& lost) {
+        listing.failures.emplace_back(lost.what());
+    }
+}
+
+class FeatureTable {
+  public:
+    FeatureTable(ZelGenParam::Array& features, const TableStyle& style)
+        : features_(features), style_(style) {}
+
+    void Add(Param& feature, const Categories& categories, const std::string& value) {
+        if (categories != before_ || !begun_) AddHeadings(table_, before_, categories);
+        begun_ = true;
+        before_ = categories;
+        const size_t indent = categories.size() * 2;
+        const std::string range = RangeOf(feature);
+        // Many entries would need a line each beside the other columns.
+        const bool apart = style_.width != 0 && range.size() > longestCell;
+        table_.AddRow({std::string(indent, ' ') + feature.GetName(), AccessMark(feature),
+                       Shortened(Printable(value)), UnitOf(feature),
+                       Together(apart ? "(below)" : range, SelectorText(features_, feature))});
+        if (apart) table_.AddNote(indent + 4, range);
+        const std::string description = style_.descriptions ? DescriptionOf(feature) : "";
+        if (!description.empty()) table_.AddNote(indent + 4, description);
+    }
+
+    void Print(std::ostream& out) const { table_.Print(out, style_.width); }
+
+  private:
+    ZelGenParam::Array& features_;
+    const TableStyle& style_;
+    TextTable table_{{"NAME", "ACCESS", "VALUE", "UNIT", "RANGE"}};
+    Categories before_;
+    bool begun_ = false;
+};
+
+Json Describe(Param& feature, const Categories& categories, const Json& value) {
     Json json = {{"name", feature.GetName()},
                  {"categories", categories},
                  {"displayName", feature.GetDisplayName()},
                  {"kind", KindWords(feature)},
                  {"visibility", VisibilityWords(feature.GetVisibility())},
                  {"access", AccessMark(feature)},
-                 {"value", ReadFeatureAsJson(feature)},
+                 {"value", value},
                  {"unit", UnitOf(feature)}};
     AddRange(feature, json);
     json["selectedBy"] = SelectorsOf(feature);
@@ -69,34 +147,41 @@ Json Describe(Param& feature, const Categories& categories) {
 
 }  // namespace
 
-size_t PrintFeatures(std::ostream& out, ZelGenParam::Array& features, const FeatureFilter& filter,
-                     const FeatureHiding& hides) {
-    TextTable table({"NAME", "ACCESS", "VALUE", "UNIT", "RANGE"});
-    Categories before;
-    size_t count = 0;
-    VisitFeatures(features, filter, [&](Param& feature, const Categories& categories) {
-        if (count == 0 || categories != before) AddHeadings(table, before, categories);
-        before = categories;
-        ++count;
-        std::string value = ReadFeature(feature).value_or("");
-        if (feature.ToCommand() != nullptr) value = "(command)";
-        if (hides && hides(feature.GetName())) value = "***";
-        table.AddRow({std::string(categories.size() * 2, ' ') + feature.GetName(),
-                      AccessMark(feature), Shortened(Printable(value)), UnitOf(feature),
-                      Together(RangeOf(feature), SelectorText(features, feature))});
-    });
-    if (count != 0 || filter.glob.empty()) table.Print(out);
-    return count;
+std::string FeatureListing::Problem() const {
+    if (failures.empty()) return "";
+    constexpr size_t shown = 5;
+    std::string text =
+        std::to_string(failures.size()) +
+        (failures.size() == 1 ? " feature cannot be read:" : " features cannot be read:");
+    for (size_t i = 0; i < failures.size() && i < shown; ++i)
+        text += "\n  " + failures[i];
+    // The last one says whether the camera is lost.
+    if (failures.size() > shown) text += "\n  ...\n  " + failures.back();
+    return text;
 }
 
-size_t PrintFeaturesAsJson(std::ostream& out, ZelGenParam::Array& features,
-                           const FeatureFilter& filter, const std::string& camera) {
-    Json list = Json::array();
-    VisitFeatures(features, filter, [&](Param& feature, const Categories& categories) {
-        list.push_back(Describe(feature, categories));
+FeatureListing PrintFeatures(std::ostream& out, ZelGenParam::Array& features,
+                             const FeatureFilter& filter, const TableStyle& style) {
+    FeatureListing listing;
+    FeatureTable table(features, style);
+    VisitUntilLost(listing, features, filter, [&](Param& feature, const Categories& categories) {
+        std::string value = ReadOrNote<std::string>(
+            listing, "!!", [&] { return ReadFeature(feature).value_or(""); });
+        if (feature.ToCommand() != nullptr) value = "(command)";
+        if (style.hides && style.hides(feature.GetName())) value = hiddenValue;
+        table.Add(feature, categories, value);
     });
-    const size_t count = list.size();
-    const Json result = {{"camera", camera}, {"features", std::move(list)}};
-    if (count != 0 || filter.glob.empty()) out << JsonText(result) << '\n';
-    return count;
+    if (listing.count != 0 || filter.glob.empty()) table.Print(out);
+    return listing;
+}
+
+FeatureListing ListFeatures(Json& list, ZelGenParam::Array& features, const FeatureFilter& filter,
+                            const FeatureHiding& hides) {
+    FeatureListing listing;
+    VisitUntilLost(listing, features, filter, [&](Param& feature, const Categories& categories) {
+        Json value = ReadOrNote<Json>(listing, nullptr, [&] { return ReadFeatureAsJson(feature); });
+        if (hides && hides(feature.GetName()) && !value.is_null()) value = hiddenValue;
+        list.push_back(Describe(feature, categories, value));
+    });
+    return listing;
 }

@@ -6,16 +6,36 @@
 #include <functional>
 #include <iosfwd>
 #include <string>
+#include <vector>
+
+#include <nlohmann/json_fwd.hpp>
 
 #include "tools/zelcam/featuretree.h"
 
 // Whether the value of the feature of that name is hidden.
 using FeatureHiding = std::function<bool(const std::string& name)>;
 
-// Both return how many features were printed; nothing is printed when none fits the glob.
-size_t PrintFeatures(std::ostream& out, ZelGenParam::Array& features, const FeatureFilter& filter,
-                     const FeatureHiding& hides = nullptr);
-size_t PrintFeaturesAsJson(std::ostream& out, ZelGenParam::Array& features,
-                           const FeatureFilter& filter, const std::string& camera);
+// What came of listing features. The listing ends where the camera is lost.
+struct FeatureListing {
+    size_t count = 0;
+    std::vector<std::string> failures;  // why features stand there without their values
+
+    // "3 features cannot be read: ..."; empty when all could.
+    std::string Problem() const;
+};
+
+struct TableStyle {
+    size_t width = 0;           // where lines wrap; 0: nowhere
+    bool descriptions = false;  // below each feature
+    FeatureHiding hides = nullptr;
+};
+
+// Nothing is printed when no feature fits the glob.
+FeatureListing PrintFeatures(std::ostream& out, ZelGenParam::Array& features,
+                             const FeatureFilter& filter, const TableStyle& style);
+
+// Adds an object for each feature to `list`, an array.
+FeatureListing ListFeatures(nlohmann::ordered_json& list, ZelGenParam::Array& features,
+                            const FeatureFilter& filter, const FeatureHiding& hides = nullptr);
 
 #endif  // ZELCAM_TOOLS_ZELCAM_FEATURELISTING_H

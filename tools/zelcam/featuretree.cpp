@@ -4,6 +4,7 @@
 #include <fnmatch.h>
 
 #include "tools/zelcam/failure.h"
+#include "tools/zelcam/featurereading.h"
 #include "tools/zelcam/featurevalue.h"
 #include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/words.h"

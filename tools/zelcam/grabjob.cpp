@@ -4,7 +4,7 @@
 
 #include <Base/GCBase.h>
 
-#include "tools/zelcam/featurevalue.h"
+#include "tools/zelcam/featuresetting.h"
 
 GrabJob::GrabJob(const Camera& camera, const GrabSettings& settings, FrameNamer namer)
     : settings_(settings), namer_(std::move(namer)) {

@@ -137,19 +137,12 @@ void PrintNames(const Session& session) {
         std::cout << (uses[name] > 1 ? camera->producerName + "/" : "") << name << '\n';
 }
 
-void PrintJson(const Session& session) {
-    const Json result = {{"producers", ProducersAsJson(session)},
-                         {"interfaces", InterfacesAsJson(session)},
-                         {"cameras", CamerasAsJson(session)}};
-    std::cout << JsonText(result) << '\n';
-}
-
 ExitCode RunList(const ListOptions& options) {
     const Session session(options.session);
     if (options.names) {
         PrintNames(session);
     } else if (options.session.json) {
-        PrintJson(session);
+        std::cout << JsonText(SessionAsJson(session)) << '\n';
     } else {
         PrintText(session);
     }
@@ -158,6 +151,12 @@ ExitCode RunList(const ListOptions& options) {
 }
 
 }  // namespace
+
+Json SessionAsJson(const Session& session) {
+    return {{"producers", ProducersAsJson(session)},
+            {"interfaces", InterfacesAsJson(session)},
+            {"cameras", CamerasAsJson(session)}};
+}
 
 void AddListCommand(Command app, Invocation& invocation) {
     auto options = std::make_shared<ListOptions>();

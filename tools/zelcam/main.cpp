@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <exception>
 #include <iostream>
+#include <sstream>
 #include <unistd.h>
 
 #include <Base/GCBase.h>
@@ -12,6 +13,7 @@
 #include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/printable.h"
+#include "tools/zelcam/texttable.h"
 
 namespace {
 
@@ -26,25 +28,32 @@ constexpr const char* help =
     "    6  no frame arrived in time\n"
     "    7  a file cannot be read or written, or a frame not be converted\n"
     "    8  a feature does not exist, or cannot be read, set or started; or a\n"
-    "       register not be read or written; or an upload of firmware failed\n"
+    "       register not be read or written; or an upload of firmware failed;\n"
+    "       or the camera is lost\n"
     "    9  config diff: the camera is set otherwise than the file says\n"
     "   10  check: a check failed\n"
     "  130  ended with Ctrl-C before all was done\n\n"
     "Examples:\n"
     "  zelcam list\n"
     "  zelcam grab -o picture.png\n"
-    "  zelcam features 1\n"
-    "  zelcam set 1 ExposureTime=500\n"
+    "  zelcam features\n"
+    "  zelcam set 1 ExposureTime=5ms\n"
     "  zelcam grab --help";
 
 void TellFailure(const std::string& message, ExitCode code, bool json) {
     if (!json) {
-        std::cerr << "zelcam: " << PrintableLines(message) << '\n';
+        const size_t width = TerminalWidth(STDERR_FILENO);
+        std::istringstream lines("zelcam: " + PrintableLines(message));
+        for (std::string line; std::getline(lines, line);) {
+            for (const std::string& part : WrapText(line, width))
+                std::cerr << part << '\n';
+        }
         return;
     }
     using Json = nlohmann::ordered_json;
     const Json failure = {{"exitCode", static_cast<int>(code)}, {"error", message}};
-    std::cout << JsonText(failure) << '\n';
+    // In one line: the output may be one object per line.
+    std::cout << JsonText(failure, -1) << '\n';
 }
 
 ExitCode Run(const Invocation& invocation) {

@@ -11,7 +11,7 @@ namespace {
 using namespace GenTL;
 
 // Time that the producer has to find interfaces and cameras.
-constexpr uint64_t searchMs = 1000;
+constexpr uint64_t updateMs = 1000;
 
 // What only a broken producer reports more of.
 constexpr size_t longestText = size_t{16} << 20;
@@ -93,7 +93,7 @@ void ModulePort::OpenSystem() {
 
 void ModulePort::OpenInterface(const ModulePlace& place) {
     const auto close = Resolve<PIFClose>("IFClose");
-    Resolve<PTLUpdateInterfaceList>("TLUpdateInterfaceList")(system_, nullptr, searchMs);
+    Resolve<PTLUpdateInterfaceList>("TLUpdateInterfaceList")(system_, nullptr, updateMs);
     RequireSuccess(Resolve<PTLOpenInterface>("TLOpenInterface")(system_, place.interfaceId.c_str(),
                                                                 &interface_),
                    "the interface cannot be opened");
@@ -105,7 +105,7 @@ void ModulePort::OpenInterface(const ModulePlace& place) {
 void ModulePort::OpenDevice(const ModulePlace& place) {
     const auto close = Resolve<PDevClose>("DevClose");
     const auto open = Resolve<PIFOpenDevice>("IFOpenDevice");
-    Resolve<PIFUpdateDeviceList>("IFUpdateDeviceList")(interface_, nullptr, searchMs);
+    Resolve<PIFUpdateDeviceList>("IFUpdateDeviceList")(interface_, nullptr, updateMs);
     GC_ERROR code = GC_ERR_ERROR;
     for (DEVICE_ACCESS_FLAGS access :
          {DEVICE_ACCESS_READONLY, DEVICE_ACCESS_CONTROL, DEVICE_ACCESS_EXCLUSIVE}) {

@@ -117,3 +117,10 @@ FeatureSession::FeatureSession(const FeatureOptions& options)
     : session_(options.session),
       camera_(SelectCamera(session_, options.camera), options.access),
       module_(ModuleOf(options.module)) {}
+
+FeatureSession::FeatureSession(const FeatureOptions& options, std::vector<std::string>& words,
+                               size_t others)
+    : session_(options.session),
+      camera_(SelectCamera(session_, TakeCamera(session_.Cameras(), words, others)),
+              options.access),
+      module_(ModuleOf(options.module)) {}

@@ -60,6 +60,9 @@ class FeatureSession {
   public:
     explicit FeatureSession(const FeatureOptions& options);
 
+    // With the camera that TakeCamera takes from `words` instead of that of the options.
+    FeatureSession(const FeatureOptions& options, std::vector<std::string>& words, size_t others);
+
     OpenedCamera& Camera() { return camera_; }
     ZelGenParam::Array& Features() { return camera_.Features(module_); }
 

@@ -26,7 +26,12 @@ class Deadline {
 // Ends early at Ctrl-C.
 void Pause(uint64_t milliseconds);
 
-// The time of day to the millisecond: "17:04:59.123".
-std::string ClockText();
+using WallClock = std::chrono::system_clock;
+
+// The local time of day, for people: "17:04:59.123".
+std::string TimeOfDay(WallClock::time_point time);
+
+// Date and time in UTC, for programs: "2026-11-21T16:04:59.123456Z".
+std::string TimeStamp(WallClock::time_point time);
 
 #endif  // ZELCAM_TOOLS_ZELCAM_PAUSE_H

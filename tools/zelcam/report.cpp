@@ -12,17 +12,22 @@
 #include "tools/zelcam/camerachoice.h"
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/featurelisting.h"
+#include "tools/zelcam/featurereading.h"
 #include "tools/zelcam/featurevalue.h"
 #include "tools/zelcam/grabloop.h"
 #include "tools/zelcam/interrupt.h"
+#include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/listing.h"
 #include "tools/zelcam/masking.h"
 #include "tools/zelcam/outputfile.h"
 #include "tools/zelcam/printable.h"
 #include "tools/zelcam/progress.h"
+#include "tools/zelcam/reportwriter.h"
 #include "tools/zelcam/words.h"
 
 namespace {
+
+using Json = nlohmann::ordered_json;
 
 struct ReportOptions {
     FeatureOptions camera;
@@ -38,58 +43,58 @@ std::string VersionText(const GenICam::Version_t& version) {
            std::to_string(version.SubMinor);
 }
 
-// Writes the sections one by one. What fails in one is told there and leaves the rest alone.
+// Fills the sections one by one. What fails in one is told there and leaves the rest alone.
 class Report {
   public:
     Report(const ReportOptions& options, const Session& session, const Camera& camera)
         : options_(options), session_(session), camera_(camera) {
         for (const Camera& other : session.Cameras()) {
-            mask_.AddSecret(Printable(other.serial));
-            mask_.AddSecret(Printable(other.userName));
+            AddSecret(other.serial);
+            AddSecret(other.userName);
         }
+        FillSections();
     }
 
-    std::string Write() {
-        Section("Program", [this] { Program(); });
-        Section("Producers, interfaces, cameras", [this] { PrintSession(out_, session_); });
-        Section("Camera", [this] { CameraInfo(); });
-        if (camera_.interfaceType == ZelCam::InterfaceType::GEV) {
-            Section("Network", [this] { Network(); });
-        }
-        Section("Opened", [this] { Open(); });
-        if (opened_) {
-            for (Module module : {Module::Camera, Module::Local, Module::Interface, Module::Stream})
-                Section("Features of the " + ModuleWords(module), [=] { Features(module); });
-            Section("Frames", [this] { Frames(); });
-        }
-        const std::string text = PrintableLines(out_.str());
-        return options_.mask ? mask_.Apply(text) : text;
+    ExitCode Result() const { return writer_.Result(); }
+
+    std::string Text() const {
+        if (IsJson())
+            return JsonText(options_.mask ? writer_.AsJson(mask_) : writer_.AsJson()) + "\n";
+        return options_.mask ? writer_.AsText(mask_) : writer_.AsText();
     }
 
   private:
     template <typename Body>
-    void Section(const std::string& title, Body body) {
-        out_ << "\n=== " << title << "\n\n";
+    void Section(const std::string& title, const std::string& key, Body body) {
+        writer_.Begin(title, key);
         try {
             body();
+        } catch (const Failure& failure) {
+            writer_.Problem(failure.Code(), failure.what());
         } catch (const GenICam::GenericException& error) {
-            out_ << "!! " << error.GetDescription() << '\n';
+            writer_.Problem(ExitCode::FeatureFailed, error.GetDescription());
         } catch (const std::exception& error) {
-            out_ << "!! " << error.what() << '\n';
+            writer_.Problem(ExitCode::AcquisitionFailed, error.what());
         }
     }
 
-    void Line(const std::string& name, const std::string& value) {
-        out_ << std::left << std::setw(14) << name << (value.empty() ? "-" : Printable(value))
-             << '\n';
+    void Line(const std::string& label, const Json& value) { writer_.Line(label, value); }
+
+    // As it stands in JSON, and in the text.
+    void AddSecret(const std::string& value) {
+        mask_.AddSecret(value);
+        mask_.AddSecret(Printable(value));
     }
 
     // A value that is masked where it stands, however short, and elsewhere.
-    void SecretLine(const std::string& name, const std::string& value) {
-        mask_.AddSecret(Printable(value));
-        Line(name, options_.mask && !value.empty() ? "***" : value);
+    void SecretLine(const std::string& label, const std::string& value) {
+        AddSecret(value);
+        Line(label, options_.mask && !value.empty() ? "***" : value);
     }
 
+    bool IsJson() const { return options_.camera.session.json; }
+
+    void FillSections();
     void Program();
     void CameraInfo();
     void Network();
@@ -105,8 +110,27 @@ class Report {
     const Camera& camera_;
     std::optional<OpenedCamera> opened_;
     Mask mask_;
-    std::ostringstream out_;
+    ReportWriter writer_;
 };
+
+void Report::FillSections() {
+    Section("Program", "program", [this] { Program(); });
+    Section("Producers, interfaces, cameras", "system", [this] {
+        PrintSession(writer_.Text(), session_);
+        writer_.Section() = SessionAsJson(session_);
+    });
+    Section("Camera", "camera", [this] { CameraInfo(); });
+    if (camera_.interfaceType == ZelCam::InterfaceType::GEV) {
+        Section("Network", "network", [this] { Network(); });
+    }
+    Section("Opened", "opened", [this] { Open(); });
+    if (!opened_) return;
+    for (Module module : {Module::Camera, Module::Local, Module::Interface, Module::Stream}) {
+        const std::string words = ModuleWords(module);
+        Section("Features of the " + words, words + " features", [=] { Features(module); });
+    }
+    Section("Frames", "frames", [this] { Frames(); });
+}
 
 void Report::Program() {
     const std::time_t now = std::time(nullptr);
@@ -135,8 +159,8 @@ void Report::CameraInfo() {
     Line("USB host", TextOrEmpty(info.GetUSB3HostInfo()));
     Line("External XML", TextOrEmpty(info.GetExternalXml()));
     Line("Interface", camera_.interfaceId);
-    Line("Its type", InterfaceTypeWords(camera_.interfaceType));
-    Line("Its version", TextOrEmpty(info.GetInterface()->GetVersion()));
+    Line("Link type", InterfaceTypeWords(camera_.interfaceType));
+    Line("Link version", TextOrEmpty(info.GetInterface()->GetVersion()));
 }
 
 void Report::Network() {
@@ -146,13 +170,14 @@ void Report::Network() {
     SecretLine("Mask", TextOrEmpty(info.GetIPMask(&code)));
     SecretLine("Gateway", TextOrEmpty(info.GetIPGateway(&code)));
     if (code != ZelCamErr_Success) {
-        out_ << "!! the interface does not tell: " << ErrorWords(code) << '\n';
+        writer_.Problem(ExitCode::FeatureFailed,
+                        "the interface does not tell: " + ErrorWords(code));
     }
 }
 
 void Report::Open() {
     opened_.emplace(camera_, options_.camera.access);
-    Line("Streams", std::to_string(opened_->Device().GetNumStreams()));
+    Line("Streams", opened_->Device().GetNumStreams());
     Line("Byte order", opened_->Device().GetEndianness() == 1 ? "little-endian" : "big-endian");
 }
 
@@ -168,22 +193,22 @@ void Report::DescriptionOf(ZelGenParam::Array& features) {
     info->GetGenApiVersion(engine, build);
     Line("Description", std::string(info->GetVendorName().c_str()) + " " +
                             info->GetModelName().c_str() + " " + VersionText(description));
-    Line("Its identity",
+    Line("Identity",
          std::string(info->GetProductGuid().c_str()) + " " + info->GetVersionGuid().c_str());
     Line("Schema", VersionText(schema) + " " + info->GetStandardNameSpace().c_str());
     Line("GenApi", VersionText(engine));
-    out_ << '\n';
+    writer_.Text() << '\n';
 }
 
 // An address of hardware may be in names without the signs between its digits.
 void Report::CollectSecrets(ZelGenParam::Array& features) {
     VisitFeatures(features, everything, [this](ZelGenParam::Param& feature, const auto&) {
         if (!IsSecretFeature(feature.GetName())) return;
-        std::string value = ReadFeature(feature).value_or("");
-        mask_.AddSecret(Printable(value));
+        std::string value = ReadOrEmpty(feature);
+        AddSecret(value);
         if (std::count(value.begin(), value.end(), ':') != 5) return;
         value.erase(std::remove(value.begin(), value.end(), ':'), value.end());
-        mask_.AddSecret(Printable(value));
+        AddSecret(value);
     });
 }
 
@@ -191,16 +216,20 @@ void Report::Features(Module module) {
     ZelGenParam::Array& features = opened_->Features(module);
     DescriptionOf(features);
     CollectSecrets(features);
-    PrintFeatures(out_, features, everything, options_.mask ? IsSecretFeature : nullptr);
+    const FeatureHiding hides = options_.mask ? IsSecretFeature : FeatureHiding();
+    const FeatureListing listing =
+        IsJson() ? ListFeatures(writer_.Section()["features"], features, everything, hides)
+                 : PrintFeatures(writer_.Text(), features, everything, {0, false, hides});
+    if (!listing.failures.empty()) writer_.Problem(ExitCode::FeatureFailed, listing.Problem());
 }
 
 void Report::Counters(ZelCam::Stream& stream) {
-    out_ << '\n';
-    Line("Delivered", std::to_string(stream.GetNumDelivered()));
-    Line("Under-run", std::to_string(stream.GetNumUnderrun()));
-    Line("Buffer size", std::to_string(stream.GetBufferSize()));
-    Line("Least buffers", std::to_string(stream.GetMinNumBuffers()));
-    Line("Alignment", std::to_string(stream.GetBufferAlignment()));
+    writer_.Text() << '\n';
+    Line("Delivered", stream.GetNumDelivered());
+    Line("Under-run", stream.GetNumUnderrun());
+    Line("Buffer size", stream.GetBufferSize());
+    Line("Least buffers", stream.GetMinNumBuffers());
+    Line("Alignment", stream.GetBufferAlignment());
 }
 
 void Report::Frames() {
@@ -213,20 +242,25 @@ void Report::Frames() {
         return true;
     };
     GrabFrames(*opened_, buffers, options_.limits, nullptr, count, grabbed);
-    grabbed.PrintText(out_, out_);
+    if (IsJson()) {
+        writer_.Section() = grabbed.AsJson();
+    } else {
+        grabbed.PrintText(writer_.Text(), writer_.Text());
+    }
+    if (grabbed.exitCode != ExitCode::Ok) writer_.Problem(grabbed.exitCode, grabbed.error);
     Counters(opened_->Stream());
 }
 
 ExitCode RunReport(const ReportOptions& options) {
     const Session session(options.camera.session);
     const Camera& camera = SelectCamera(session, options.camera.camera);
-    const std::string text = Report(options, session, camera).Write();
+    const Report report(options, session, camera);
     if (options.output.empty() || options.output == "-") {
-        std::cout << text;
+        std::cout << report.Text();
     } else {
-        WriteFile(options.output, text);
+        WriteFile(options.output, report.Text());
     }
-    return Interrupted() ? ExitCode::Interrupted : ExitCode::Ok;
+    return Interrupted() ? ExitCode::Interrupted : report.Result();
 }
 
 }  // namespace
@@ -247,11 +281,13 @@ void AddReportCommand(Command app, Invocation& invocation) {
         .ShowDefault();
     AddTimeoutOption(command, options->limits.timeoutMs);
     AddAccessOption(command, options->camera.access, accessNames);
-    AddProducerOptions(command, options->camera.session);
+    AddSessionOptions(command, options->camera.session);
     command.Footer(
         "Examples:\n"
         "  zelcam report 1 -o report.txt\n"
         "  zelcam report 1 --mask -o report.txt   to show to others\n\n"
-        "What cannot be found out is marked with !! and leaves the rest alone.");
+        "What cannot be found out is marked with !!, in JSON as \"problems\", and leaves the rest "
+        "alone; "
+        "the\nexit code is that of the first of them.");
     Connect(command, invocation, options, RunReport);
 }

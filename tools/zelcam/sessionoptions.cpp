@@ -59,8 +59,8 @@ void AddAccessOption(Command command, std::string& access, const std::vector<std
     command.AddOption("-a,--access", access, words).TypeName("ACCESS").OneOf(names).ShowDefault();
 }
 
-void AddFeatureOptions(Command command, FeatureOptions& options) {
-    AddCameraArgument(command, options.camera, true);
+void AddFeatureOptions(Command command, FeatureOptions& options, bool cameraRequired) {
+    AddCameraArgument(command, options.camera, cameraRequired);
     command
         .AddOption("-m,--module", options.module,
                    "Which module: camera, local (this side of the\n"
@@ -103,5 +103,6 @@ void AddEndOptions(Command command, uint64_t& count, uint64_t& durationMs,
                    "End after this time in milliseconds, at the latest; 0:\n"
                    "go on")
         .TypeName("MS")
+        .Range(0, 31536000000)
         .ShowDefault();
 }

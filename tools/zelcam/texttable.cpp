@@ -1,55 +1,143 @@
 #include "tools/zelcam/texttable.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <numeric>
 #include <ostream>
+#include <sys/ioctl.h>
+#include <unistd.h>
 #include <utility>
 
+#include "tools/zelcam/numbertext.h"
 #include "tools/zelcam/printable.h"
 
 namespace {
 
-// Characters, not bytes: names may be UTF-8, whose continuation bytes are 10xxxxxx.
+constexpr size_t columnGap = 2;  // before each column
+
+// UTF-8 has more bytes for a character than the first: 10xxxxxx.
+bool IsContinuation(char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
 size_t Width(const std::string& text) {
-    return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-    }));
+    return text.size() -
+           static_cast<size_t>(std::count_if(text.begin(), text.end(), IsContinuation));
+}
+
+// Where the line that begins at `begin` ends: it has at most `width` characters.
+size_t EndOfLine(const std::string& text, size_t begin, size_t width) {
+    const size_t indent = text.find_first_not_of(' ', begin);
+    size_t mayEnd = begin;
+    size_t used = 0;
+    for (size_t at = begin; at < text.size(); ++at) {
+        if (text[at] == ' ' && at > indent) mayEnd = at;
+        if (!IsContinuation(text[at]) && used++ == width) return mayEnd == begin ? at : mayEnd;
+        if (text[at] == '|' || text[at] == ',') mayEnd = at + 1;
+    }
+    return text.size();
+}
+
+std::string WithoutBlanksBehind(std::string line) {
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line;
 }
 
 }  // namespace
 
+std::vector<std::string> WrapText(const std::string& text, size_t width) {
+    if (width == 0) return {text};
+    std::vector<std::string> lines;
+    size_t begin = 0;
+    do {
+        const size_t end = EndOfLine(text, begin, width);
+        lines.push_back(WithoutBlanksBehind(text.substr(begin, end - begin)));
+        begin = std::min(text.find_first_not_of(' ', end), text.size());
+    } while (begin < text.size());
+    return lines;
+}
+
+size_t TerminalWidth(int descriptor) {
+    constexpr uint64_t least = 20;  // less is no terminal that anybody reads
+    if (isatty(descriptor) == 0) return 0;
+    const char* const columns = std::getenv("COLUMNS");
+    uint64_t width = columns == nullptr ? 0 : ParseCount(columns).value_or(0);
+    winsize size{};
+    if (width == 0 && ioctl(descriptor, TIOCGWINSZ, &size) == 0) width = size.ws_col;
+    return width == 0 ? 0 : static_cast<size_t>(std::max(width, least));
+}
+
 TextTable::TextTable(std::vector<std::string> headings) {
-    rows_.push_back(std::move(headings));
+    rows_.push_back({std::move(headings), 0});
 }
 
 void TextTable::AddRow(std::vector<std::string> cells) {
-    cells.resize(rows_.front().size());
+    cells.resize(rows_.front().cells.size());
     for (std::string& cell : cells) {
         cell = cell.empty() ? "-" : Printable(cell);
     }
-    rows_.push_back(std::move(cells));
+    rows_.push_back({std::move(cells), 0});
 }
 
 void TextTable::AddHeading(const std::string& text) {
-    rows_.push_back({Printable(text)});
+    rows_.push_back({{Printable(text)}, 0});
 }
 
-void TextTable::Print(std::ostream& out) const {
-    std::vector<size_t> widths(rows_.front().size());
-    for (const auto& row : rows_) {
-        if (row.size() != widths.size()) continue;
-        for (size_t i = 0; i < row.size(); ++i)
-            widths[i] = std::max(widths[i], Width(row[i]));
+void TextTable::AddNote(size_t indent, const std::string& text) {
+    rows_.push_back({{Printable(text)}, indent});
+}
+
+// The widest column gives way, as long as it is wide; the first one, which holds names, only where
+// the others cannot.
+std::vector<size_t> TextTable::Widths(size_t width) const {
+    constexpr size_t narrow = 12;
+    std::vector<size_t> widths(rows_.front().cells.size());
+    for (const Row& row : rows_) {
+        if (row.cells.size() != widths.size()) continue;
+        for (size_t i = 0; i < widths.size(); ++i)
+            widths[i] = std::max(widths[i], Width(row.cells[i]));
     }
-    for (const auto& row : rows_) {
-        if (row.size() != widths.size()) {
-            out << row.front() << '\n';
+    size_t total = std::accumulate(widths.begin(), widths.end(), columnGap * widths.size());
+    for (; width != 0 && total > width; --total) {
+        const auto widest = std::max_element(widths.begin() + 1, widths.end());
+        if (widest != widths.end() && *widest > narrow) {
+            --*widest;
+        } else if (widths.front() > narrow) {
+            --widths.front();
+        } else {
+            break;
+        }
+    }
+    return widths;
+}
+
+void TextTable::PrintCells(std::ostream& out, const Row& row,
+                           const std::vector<size_t>& widths) const {
+    std::vector<std::vector<std::string>> cells;
+    size_t height = 0;
+    for (size_t i = 0; i < widths.size(); ++i) {
+        cells.push_back(WrapText(row.cells[i], widths[i]));
+        height = std::max(height, cells.back().size());
+    }
+    for (size_t n = 0; n < height; ++n) {
+        std::string line;
+        for (size_t i = 0; i < widths.size(); ++i) {
+            const std::string part = n < cells[i].size() ? cells[i][n] : "";
+            line += std::string(columnGap, ' ') + part + std::string(widths[i] - Width(part), ' ');
+        }
+        out << WithoutBlanksBehind(line) << '\n';
+    }
+}
+
+void TextTable::Print(std::ostream& out, size_t width) const {
+    const std::vector<size_t> widths = Widths(width);
+    for (const Row& row : rows_) {
+        if (row.cells.size() == widths.size()) {
+            PrintCells(out, row, widths);
             continue;
         }
-        std::string line;
-        for (size_t i = 0; i < row.size(); ++i) {
-            line += "  " + row[i] + std::string(widths[i] - Width(row[i]), ' ');
-        }
-        line.erase(line.find_last_not_of(' ') + 1);
-        out << line << '\n';
+        const size_t rest = width > row.indent ? width - row.indent : width;
+        for (const std::string& line : WrapText(row.cells.front(), rest))
+            out << std::string(row.indent, ' ') << line << '\n';
     }
 }

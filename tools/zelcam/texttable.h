@@ -1,10 +1,19 @@
-// Rows of text in columns.
+// Rows of text in columns, and text in lines.
 #ifndef ZELCAM_TOOLS_ZELCAM_TEXTTABLE_H
 #define ZELCAM_TOOLS_ZELCAM_TEXTTABLE_H
 
+#include <cstddef>
 #include <iosfwd>
 #include <string>
 #include <vector>
+
+// Lines of at most `width` characters, broken behind blanks, "|" and "," where there are some. A
+// width of 0 leaves the text in one line.
+std::vector<std::string> WrapText(const std::string& text, size_t width);
+
+// The columns of the terminal that `descriptor` writes to; the variable COLUMNS goes before. 0 for
+// a file or a pipe: lines stay whole there, for programs that search them.
+size_t TerminalWidth(int descriptor);
 
 // Prints rows with columns as wide as their widest cell. Empty cells show as "-", others Printable.
 class TextTable {
@@ -15,10 +24,24 @@ class TextTable {
 
     // A line across all columns.
     void AddHeading(const std::string& text);
-    void Print(std::ostream& out) const;
+
+    // Lines below a row, across all columns from the `indent`th on.
+    void AddNote(size_t indent, const std::string& text);
+
+    // Cells and notes wrap where a `width` is given and the table is wider, cells of the first
+    // column last.
+    void Print(std::ostream& out, size_t width = 0) const;
 
   private:
-    std::vector<std::vector<std::string>> rows_;  // the first holds the headings; one cell: a line
+    struct Row {
+        std::vector<std::string> cells;  // one: a line across all columns
+        size_t indent;
+    };
+
+    std::vector<size_t> Widths(size_t width) const;
+    void PrintCells(std::ostream& out, const Row& row, const std::vector<size_t>& widths) const;
+
+    std::vector<Row> rows_;  // the first holds the headings
 };
 
 #endif  // ZELCAM_TOOLS_ZELCAM_TEXTTABLE_H

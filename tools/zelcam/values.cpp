@@ -6,6 +6,8 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/zelcam/commands.h"
+#include "tools/zelcam/featurereading.h"
+#include "tools/zelcam/featuresetting.h"
 #include "tools/zelcam/featurevalue.h"
 #include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/jsontext.h"
@@ -20,10 +22,11 @@ using Json = nlohmann::ordered_json;
 std::string ReadOrFail(ZelGenParam::Param& feature) {
     const std::optional<std::string> value = ReadFeature(feature);
     if (value) return *value;
-    const std::string why = feature.IsReadable() ? "the camera does not answer, or it has no value"
-                                                 : "its access is " + AccessMark(feature);
+    const std::string access = AccessMark(feature);
+    const bool readable = access == "rw" || access == "ro";
     throw Failure(ExitCode::FeatureFailed,
-                  std::string(feature.GetName()) + " cannot be read: " + why);
+                  std::string(feature.GetName()) + " cannot be read: " +
+                      (readable ? "it has no value" : "its access is " + access));
 }
 
 struct GetOptions {
@@ -32,14 +35,40 @@ struct GetOptions {
     bool plain = false;
 };
 
+// Without a camera among the words, the first one may be meant for one.
+std::vector<ZelGenParam::Param*> FindFeatures(ZelGenParam::Array& features,
+                                              const std::vector<std::string>& names,
+                                              bool cameraIsGiven) {
+    std::vector<ZelGenParam::Param*> found;
+    for (const std::string& name : names) {
+        try {
+            found.push_back(&FindFeature(features, name));
+        } catch (const Failure& failure) {
+            if (cameraIsGiven || !found.empty()) throw;
+            throw Failure(failure.Code(),
+                          std::string(failure.what()) +
+                              "\nNor is a camera called that; without one, the first is meant");
+        }
+    }
+    return found;
+}
+
 ExitCode RunGet(const GetOptions& options) {
-    FeatureSession session(options.camera);
+    std::vector<std::string> names = options.names;
+    const std::string& first = options.camera.camera;  // a name where the camera is left out
+    if (!first.empty()) names.insert(names.begin(), first);
+    const size_t given = names.size();
+    FeatureSession session(options.camera, names, given);
+    if (names.empty()) {
+        throw Failure(ExitCode::Usage, "which features? `zelcam features` lists them");
+    }
     Json values = Json::object();
-    for (const std::string& name : options.names) {
-        ZelGenParam::Param& feature = FindFeature(session.Features(), name);
-        const std::string value = ReadOrFail(feature);
+    for (ZelGenParam::Param* feature :
+         FindFeatures(session.Features(), names, names.size() != given)) {
+        const std::string name = feature->GetName();
+        const std::string value = ReadOrFail(*feature);
         if (options.camera.session.json) {
-            values[name] = ReadFeatureAsJson(feature);
+            values[name] = ReadFeatureAsJson(*feature);
         } else {
             std::cout << (options.plain ? value : name + "=" + Printable(value)) << '\n';
         }
@@ -53,18 +82,22 @@ struct SetOptions {
     std::vector<std::string> settings;
 };
 
-// A value is read back because the camera may have rounded it.
+// Values are read back, since the camera may have rounded them; what cannot be read is as it was
+// given.
 ExitCode RunSet(const SetOptions& options) {
     FeatureSession session(options.camera);
     Json values = Json::array();
     for (const std::string& setting : options.settings) {
         ZelGenParam::Param& feature = SetFeature(session.Features(), setting);
         if (options.camera.session.json) {
-            values.push_back({{"name", feature.GetName()}, {"value", ReadFeatureAsJson(feature)}});
+            values.push_back({{"name", feature.GetName()},
+                              {"value", ReadFeatureAsJson(feature)},
+                              {"unit", UnitOf(feature)}});
         } else {
-            const std::string unknown = setting.substr(setting.find('=') + 1);
+            const std::string given = setting.substr(setting.find('=') + 1);
+            const std::optional<std::string> value = ReadFeature(feature);
             std::cout << feature.GetName() << '='
-                      << Printable(ReadFeature(feature).value_or(unknown)) << std::endl;
+                      << Printable(value ? WithUnit(feature, *value) : given) << std::endl;
         }
     }
     if (options.camera.session.json) std::cout << JsonText(values) << '\n';
@@ -121,13 +154,14 @@ ExitCode RunExec(const ExecOptions& options) {
 void AddGetCommand(Command app, Invocation& invocation) {
     auto options = std::make_shared<GetOptions>();
     Command command = app.AddCommand("get", "Read features");
-    AddFeatureOptions(command, options->camera);
-    command.AddOption("names", options->names, "Names of the features").TypeName("NAME").Required();
+    AddFeatureOptions(command, options->camera, false);
+    command.AddOption("names", options->names, "Names of the features").TypeName("NAME");
     command.AddFlag("--plain", options->plain, "Print only the values, without NAME=");
     command.Footer(
         "Examples:\n"
-        "  zelcam get 1 Width Height\n"
-        "  zelcam get 4711 --plain DeviceTemperature");
+        "  zelcam get Width Height                of the first camera\n"
+        "  zelcam get 4711 --plain DeviceTemperature\n\n"
+        "The first argument is CAMERA when a camera is called that, else a NAME.");
     Connect(command, invocation, options, RunGet);
 }
 
@@ -141,9 +175,14 @@ void AddSetCommand(Command app, Invocation& invocation) {
     command.Footer(
         "Examples:\n"
         "  zelcam set 1 PixelFormat=Mono8 Width=320\n"
+        "  zelcam set 1 ExposureTime=5ms\n"
         "  zelcam set 4711 GainSelector=DigitalAll Gain=2.5\n\n"
         "A selector comes before what it selects. The first setting that fails ends the command; "
-        "those\nbefore it stay. Values are printed as the camera took them.");
+        "those\nbefore it stay. Values are printed as the camera took them.\n\n"
+        "A number may have the unit of the feature, or one that converts into it: "
+        "ExposureTime=5ms, "
+        "\nAcquisitionFrameRate=0.5kHz. Times are in ns, us, ms or s, rates in Hz, kHz, MHz or "
+        "GHz.");
     Connect(command, invocation, options, RunSet);
 }
 
@@ -156,8 +195,9 @@ void AddExecCommand(Command app, Invocation& invocation) {
         .Required();
     command
         .AddOption("-t,--timeout", options->timeoutMs,
-                   "Longest wait until it is done, in milliseconds")
+                   "Longest wait until it is done, in milliseconds; 0: for ever")
         .TypeName("MS")
+        .Range(0, 86400000)
         .ShowDefault();
     command.Footer(
         "Examples:\n"

@@ -1,20 +1,21 @@
 // zelcam watch: what changes by itself.
 
-#include <ctime>
-#include <iomanip>
 #include <iostream>
 #include <map>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/featurelisting.h"
+#include "tools/zelcam/featurereading.h"
 #include "tools/zelcam/featuretree.h"
 #include "tools/zelcam/featurevalue.h"
 #include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/pause.h"
 #include "tools/zelcam/printable.h"
+#include "tools/zelcam/suggestion.h"
 
 namespace {
 
@@ -29,23 +30,33 @@ struct WatchOptions {
     uint64_t count = 0;
 };
 
+// What a look at a feature found: the value, a text where the output is one and null where there is
+// none, and why there is none.
+using Seen = std::pair<Json, std::string>;
+
+std::string SeenText(const Seen& seen) {
+    return Printable(seen.first.is_null() ? "(" + seen.second + ")"
+                                          : seen.first.get<std::string>());
+}
+
 class Watch {
   public:
     Watch(ZelGenParam::Array& features, const FeatureFilter& filter, bool json) : json_(json) {
         VisitFeatures(features, filter, [this](ZelGenParam::Param& feature, const auto&) {
-            if (values_.emplace(&feature, "").second) order_.push_back(&feature);
+            if (seen_.emplace(&feature, Seen()).second) order_.push_back(&feature);
         });
         for (ZelGenParam::Param* feature : order_)
-            values_[feature] = Read(*feature);
+            seen_[feature] = LookAt(*feature);
     }
 
     size_t Size() const { return order_.size(); }
     uint64_t Changes() const { return changes_; }
+    bool HasFailed() const { return failed_; }
 
     void Look() {
         for (ZelGenParam::Param* feature : order_) {
-            std::string now = Read(*feature);
-            std::string& before = values_[feature];
+            Seen now = LookAt(*feature);
+            Seen& before = seen_[feature];
             if (now == before) continue;
             Tell(feature->GetName(), before, now);
             before = std::move(now);
@@ -54,43 +65,67 @@ class Watch {
     }
 
   private:
-    static std::string Read(ZelGenParam::Param& feature) {
-        return ReadFeature(feature, true).value_or("(" + AccessMark(feature) + ")");
-    }
-
-    void Tell(const std::string& name, const std::string& before, const std::string& now) const {
-        const std::string time = ClockText();
-        if (json_) {
-            const Json line = {{"time", time}, {"name", name}, {"before", before}, {"now", now}};
-            std::cout << JsonText(line, -1) << std::endl;
-        } else {
-            std::cout << time << "  " << name << "  " << Printable(before) << " -> "
-                      << Printable(now) << std::endl;
+    Seen LookAt(ZelGenParam::Param& feature) {
+        try {
+            const std::optional<std::string> text = ReadFeature(feature, true);
+            if (!text) return {Json(), AccessMark(feature)};
+            return {json_ ? ReadFeatureAsJson(feature) : Json(*text), ""};
+        } catch (const CameraLost&) {
+            throw;
+        } catch (const Failure& failure) {
+            failed_ = true;
+            return {Json(), failure.what()};
         }
     }
 
+    void Tell(const std::string& name, const Seen& before, const Seen& now) const {
+        const WallClock::time_point time = WallClock::now();
+        if (!json_) {
+            std::cout << TimeOfDay(time) << "  " << name << "  " << SeenText(before) << " -> "
+                      << SeenText(now) << std::endl;
+            return;
+        }
+        Json line = {{"time", TimeStamp(time)},
+                     {"name", name},
+                     {"before", before.first},
+                     {"now", now.first}};
+        if (now.first.is_null()) line["remark"] = now.second;
+        std::cout << JsonText(line, -1) << std::endl;
+    }
+
     bool json_;
+    bool failed_ = false;
     uint64_t changes_ = 0;
     std::vector<ZelGenParam::Param*> order_;
-    std::map<ZelGenParam::Param*, std::string> values_;
+    std::map<ZelGenParam::Param*, Seen> seen_;
 };
+
+ExitCode LookUntilTheEnd(Watch& watch, const WatchOptions& options) {
+    const Deadline deadline(options.durationMs);
+    while (options.count == 0 || watch.Changes() < options.count) {
+        Pause(options.intervalMs);
+        if (Interrupted()) return options.count == 0 ? ExitCode::Ok : ExitCode::Interrupted;
+        watch.Look();
+        if (deadline.Passed()) break;
+    }
+    return watch.Changes() < options.count ? ExitCode::Timeout : ExitCode::Ok;
+}
 
 ExitCode RunWatch(const WatchOptions& options) {
     FeatureSession session(options.camera);
     Watch watch(session.Features(), {options.glob, VisibilityOf(options.visibility), false},
                 options.camera.session.json);
     if (watch.Size() == 0) {
-        throw Failure(ExitCode::FeatureFailed, "no feature fits \"" + options.glob + "\"");
+        throw Failure(ExitCode::FeatureFailed,
+                      "no feature fits \"" + options.glob + "\"" +
+                          DidYouMean(options.glob, NamesOf(session.Features())));
     }
     std::cerr << "zelcam: " << watch.Size() << " features are watched\n";
-    const Deadline deadline(options.durationMs);
-    while (options.count == 0 || watch.Changes() < options.count) {
-        Pause(options.intervalMs);
-        if (Interrupted()) return options.count == 0 ? ExitCode::Ok : ExitCode::Interrupted;
-        watch.Look();
-        if (options.durationMs != 0 && deadline.Passed()) break;
+    const ExitCode end = LookUntilTheEnd(watch, options);
+    if (watch.HasFailed()) {
+        throw Failure(ExitCode::FeatureFailed, "not every feature could be read each time");
     }
-    return watch.Changes() < options.count ? ExitCode::Timeout : ExitCode::Ok;
+    return end;
 }
 
 }  // namespace
@@ -110,6 +145,8 @@ void AddWatchCommand(Command app, Invocation& invocation) {
         "Examples:\n"
         "  zelcam watch 1 DeviceTemperature --interval 5000\n"
         "  zelcam watch 1 --duration 60000 --json     one JSON object per line\n\n"
-        "The values are read from the camera each time, also those that are known.");
+        "The values are read from the camera each time, also those that are known. The command "
+        "ends with "
+        "exit\ncode 8 when the camera is lost, and in the end when a feature could not be read.");
     Connect(command, invocation, options, RunWatch);
 }

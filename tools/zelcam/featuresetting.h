@@ -1,0 +1,19 @@
+// Giving features values that users write.
+#ifndef ZELCAM_TOOLS_ZELCAM_FEATURESETTING_H
+#define ZELCAM_TOOLS_ZELCAM_FEATURESETTING_H
+
+#include <string>
+
+#include "ZelGenParam/Array.h"
+
+// The text for the feature's node of a value as a user writes it: numbers are whole, and may be
+// followed by the unit of the feature or by one that converts into it exactly. The node itself
+// would take "5ms" for 5. Failure (FeatureFailed) with what is wrong; whether the feature takes the
+// value settles when it is set.
+std::string SettingText(ZelGenParam::Param& feature, const std::string& text);
+
+// `assignment` is NAME=VALUE, with the value as SettingText takes it. Returns the feature. Failure
+// (Usage, FeatureFailed) with what it can be set to.
+ZelGenParam::Param& SetFeature(ZelGenParam::Array& features, const std::string& assignment);
+
+#endif  // ZELCAM_TOOLS_ZELCAM_FEATURESETTING_H
