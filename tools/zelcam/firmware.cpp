@@ -11,7 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/zelcam/commands.h"
-#include "tools/zelcam/featurevalue.h"
+#include "tools/zelcam/featurereading.h"
 #include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/pause.h"
@@ -48,12 +48,14 @@ uint64_t SizeOf(const std::string& file) {
     return size;
 }
 
-// Anew from the camera; nothing when it has none.
+// Anew from the camera; nothing when it has none, or does not answer.
 std::optional<std::string> VersionOf(Device& device) {
     ZelGenParam::Array* const features = device.GetCameraParameters(nullptr);
     if (features == nullptr) return std::nullopt;
     ZelGenParam::Param* const version = features->GetParam("DeviceFirmwareVersion", nullptr);
-    return version != nullptr ? ReadFeature(*version, true) : std::nullopt;
+    if (version == nullptr) return std::nullopt;
+    const std::string text = ReadOrEmpty(*version, true);
+    return text.empty() ? std::nullopt : std::optional(text);
 }
 
 std::string VersionWords(const std::optional<std::string>& version) {
