@@ -1,6 +1,5 @@
 #include "tools/zelcam/configfile.h"
 
-#include <charconv>
 #include <filesystem>
 #include <optional>
 #include <sstream>
@@ -11,6 +10,7 @@
 #include "tools/zelcam/failure.h"
 #include "tools/zelcam/featuresetting.h"
 #include "tools/zelcam/featurevalue.h"
+#include "tools/zelcam/numbertext.h"
 #include "tools/zelcam/textfile.h"
 #include "tools/zelcam/words.h"
 
@@ -60,12 +60,8 @@ std::vector<std::string> LeftOut(const std::string& text) {
 
 std::optional<double> NumberOf(const std::string& text) {
     const bool isHex = text.rfind("0x", 0) == 0 || text.rfind("0X", 0) == 0;
-    const char* first = text.data() + (isHex ? 2 : 0);
-    const char* end = text.data() + text.size();
-    double number = 0;
     const auto format = isHex ? std::chars_format::hex : std::chars_format::general;
-    const auto [stop, error] = std::from_chars(first, end, number, format);
-    return error == std::errc() && stop == end ? std::optional<double>(number) : std::nullopt;
+    return ParseWhole<double>(std::string_view(text).substr(isHex ? 2 : 0), format);
 }
 
 bool IsSame(const std::string& a, const std::string& b) {

@@ -1,7 +1,6 @@
 // zelcam grab: frames from cameras into files, or just counted.
 
 #include <algorithm>
-#include <charconv>
 #include <csignal>
 #include <iostream>
 #include <memory>
@@ -16,6 +15,7 @@
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/grabjob.h"
 #include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/numbertext.h"
 #include "tools/zelcam/outputfile.h"
 
 namespace {
@@ -57,10 +57,8 @@ std::optional<double> TriggersPerSecond(const GrabOptions& options) {
     constexpr double fastest = 1000;  // waits are in milliseconds
     const std::string& text = options.triggerRate;
     if (text.empty()) return options.trigger ? std::optional<double>(0) : std::nullopt;
-    double rate = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), rate);
-    const bool isNumber = error == std::errc() && end == text.data() + text.size();
-    if (!isNumber || !(rate >= 0.001 && rate <= fastest)) {
+    const auto rate = ParseWhole<double>(text);
+    if (!rate || !(*rate >= 0.001 && *rate <= fastest)) {
         RefuseUse("--trigger-rate is from 0.001 to 1000 a second, not " + text);
     }
     return rate;

@@ -1,19 +1,10 @@
 #include "tools/zelcam/numbertext.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace {
 
 constexpr const char* decimalDigits = "0123456789";
-
-template <typename Number>
-std::optional<Number> ParseAll(const std::string& text, size_t from, int base) {
-    Number number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data() + from, end, number, base);
-    return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
-}
 
 size_t SignLength(const std::string& text) {
     return !text.empty() && (text[0] == '-' || text[0] == '+') ? 1 : 0;
@@ -42,7 +33,7 @@ std::optional<int64_t> TakeExponent(const std::string& text, size_t& at) {
     at = end;
     // Whatever is longer is beyond every number in any case.
     constexpr int64_t most = 1000000000;
-    const int64_t size = std::min(ParseAll<int64_t>(digits, 0, 10).value_or(most), most);
+    const int64_t size = std::min(ParseWhole<int64_t>(digits).value_or(most), most);
     return negative ? -size : size;
 }
 
@@ -72,16 +63,21 @@ const Unit* FindUnit(const std::string& name) {
 }  // namespace
 
 std::optional<uint64_t> ParseCount(const std::string& text) {
-    return ParseAll<uint64_t>(text, 0, 10);
+    return ParseWhole<uint64_t>(text);
+}
+
+std::optional<uint64_t> ParseUnsigned(const std::string& text) {
+    if (!IsHexadecimal(text, 0)) return ParseCount(text);
+    return ParseWhole<uint64_t>(std::string_view(text).substr(2), 16);
 }
 
 std::optional<int64_t> ParseInteger(const std::string& text) {
     const size_t sign = SignLength(text);
     if (!IsHexadecimal(text, sign)) {
         if (sign < text.size() && text[sign] == '-') return std::nullopt;  // "+-1"
-        return ParseAll<int64_t>(text, text[0] == '+' ? 1 : 0, 10);
+        return ParseWhole<int64_t>(std::string_view(text).substr(text[0] == '+' ? 1 : 0));
     }
-    const auto bits = ParseAll<uint64_t>(text, sign + 2, 16);
+    const auto bits = ParseWhole<uint64_t>(std::string_view(text).substr(sign + 2), 16);
     if (!bits) return std::nullopt;
     if (sign == 0) return static_cast<int64_t>(*bits);
     if (*bits > INT64_MAX) return std::nullopt;
@@ -118,16 +114,13 @@ std::optional<int64_t> Decimal::Whole() const {
     constexpr int64_t mostDigits = 19;
     if (digits_.empty()) return 0;
     if (exponent_ < 0 || exponent_ > mostDigits) return std::nullopt;
-    return ParseAll<int64_t>(
-        (negative_ ? "-" : "") + digits_ + std::string(static_cast<size_t>(exponent_), '0'), 0, 10);
+    return ParseWhole<int64_t>((negative_ ? "-" : "") + digits_ +
+                               std::string(static_cast<size_t>(exponent_), '0'));
 }
 
 std::optional<double> Decimal::Nearest() const {
     if (digits_.empty()) return 0;
-    const std::string text = (negative_ ? "-" : "") + digits_ + "e" + std::to_string(exponent_);
-    double number = 0;
-    const auto end = std::from_chars(text.data(), text.data() + text.size(), number);
-    return end.ec == std::errc() ? std::optional(number) : std::nullopt;
+    return ParseWhole<double>((negative_ ? "-" : "") + digits_ + "e" + std::to_string(exponent_));
 }
 
 std::optional<int> PowerBetween(const std::string& from, const std::string& to) {

@@ -2,12 +2,27 @@
 #ifndef ZELCAM_TOOLS_ZELCAM_NUMBERTEXT_H
 #define ZELCAM_TOOLS_ZELCAM_NUMBERTEXT_H
 
+#include <charconv>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <system_error>
+
+// As std::from_chars reads it; `form` is the base of an integer.
+template <typename Number, typename... Form>
+std::optional<Number> ParseWhole(std::string_view text, Form... form) {
+    Number number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number, form...);
+    return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
+}
 
 // Of decimal digits only: no sign, no blank, nothing beyond 64 bits.
 std::optional<uint64_t> ParseCount(const std::string& text);
+
+// Of decimal digits, or hexadecimal ones after "0x".
+std::optional<uint64_t> ParseUnsigned(const std::string& text);
 
 // Of decimal digits, or hexadecimal ones after "0x", both with a sign or not. Sixteen hexadecimal
 // digits may be the bits of a negative number.

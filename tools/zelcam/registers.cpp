@@ -7,6 +7,7 @@
 
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/numbertext.h"
 #include "tools/zelcam/registerport.h"
 #include "tools/zelcam/registervalue.h"
 

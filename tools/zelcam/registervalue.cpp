@@ -10,22 +10,11 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/zelcam/failure.h"
+#include "tools/zelcam/numbertext.h"
 
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-template <typename Number, typename... Form>
-std::optional<Number> ParseWhole(const char* begin, const char* end, Form... form) {
-    Number number = 0;
-    const auto [stop, error] = std::from_chars(begin, end, number, form...);
-    return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
-}
-
-template <typename Number>
-std::optional<Number> ParseDecimal(const std::string& text) {
-    return ParseWhole<Number>(text.data(), text.data() + text.size());
-}
 
 // The least significant byte first.
 std::string LittleEndian(uint64_t bits, size_t size) {
@@ -58,8 +47,8 @@ To BitCast(From from) {
 // 0.1 stays 0.1, and is not what comes next to it.
 double Widened(float number) {
     char text[32];
-    const auto end = std::to_chars(std::begin(text), std::end(text), number).ptr;
-    return ParseWhole<double>(std::begin(text), end).value_or(number);
+    const auto* const end = std::to_chars(std::begin(text), std::end(text), number).ptr;
+    return ParseWhole<double>({text, static_cast<size_t>(end - text)}).value_or(number);
 }
 
 // Of negative numbers in two's complement.
@@ -69,7 +58,7 @@ std::optional<uint64_t> BitsOfInteger(const std::string& value, size_t size, boo
         const auto number = ParseUnsigned(value);
         return number && *number <= most ? number : std::nullopt;
     }
-    const auto number = ParseDecimal<int64_t>(value);
+    const auto number = ParseWhole<int64_t>(value);
     const auto highest = static_cast<int64_t>(most >> 1);
     if (!number || *number > highest || *number < -highest - 1) return std::nullopt;
     return static_cast<uint64_t>(*number) & most;
@@ -77,10 +66,10 @@ std::optional<uint64_t> BitsOfInteger(const std::string& value, size_t size, boo
 
 std::optional<uint64_t> BitsOfFloat(const std::string& value, size_t size) {
     if (size == sizeof(double)) {
-        const auto number = ParseDecimal<double>(value);
+        const auto number = ParseWhole<double>(value);
         return number ? std::optional(BitCast<uint64_t>(*number)) : std::nullopt;
     }
-    const auto number = ParseDecimal<float>(value);
+    const auto number = ParseWhole<float>(value);
     return number ? std::optional<uint64_t>(BitCast<uint32_t>(*number)) : std::nullopt;
 }
 
@@ -94,7 +83,7 @@ std::optional<std::string> ParseHexBytes(const std::string& text) {
         }
         const char* const begin = text.data() + at;
         if (text.size() - at < 2) return std::nullopt;
-        const auto byte = ParseWhole<uint8_t>(begin, begin + 2, 16);
+        const auto byte = ParseWhole<uint8_t>({begin, 2}, 16);
         if (!byte) return std::nullopt;
         bytes += static_cast<char>(*byte);
         at += 2;
@@ -125,12 +114,6 @@ std::string AddressText(uint64_t address) {
     return text;
 }
 
-std::optional<uint64_t> ParseUnsigned(const std::string& text) {
-    const bool isHex = text.compare(0, 2, "0x") == 0 || text.compare(0, 2, "0X") == 0;
-    return ParseWhole<uint64_t>(text.data() + (isHex ? 2 : 0), text.data() + text.size(),
-                                isHex ? 16 : 10);
-}
-
 const std::vector<std::string>& RegisterType::Names() {
     static const std::vector<std::string> names = {"hex", "text", "u8",  "u16", "u32", "u64",
                                                    "i8",  "i16",  "i32", "i64", "f32", "f64"};
@@ -138,7 +121,7 @@ const std::vector<std::string>& RegisterType::Names() {
 }
 
 RegisterType::RegisterType(const std::string& name) : name_(name), kind_(name.front()) {
-    if (IsNumber()) size_ = *ParseDecimal<size_t>(name.substr(1)) / 8;
+    if (IsNumber()) size_ = *ParseWhole<size_t>(name.substr(1)) / 8;
 }
 
 Json RegisterType::Value(const std::string& bytes, ByteOrder order) const {

@@ -17,10 +17,6 @@ std::string OrderWords(ByteOrder order);
 // "0x0000002c", with 16 digits where 8 are too few.
 std::string AddressText(uint64_t address);
 
-// Of decimal digits, or of hexadecimal ones behind "0x"; nothing else before, between or behind
-// them, and nothing beyond 64 bits.
-std::optional<uint64_t> ParseUnsigned(const std::string& text);
-
 // How bytes are read as values: hex (as they stand), text, u8 to u64, i8 to i64, f32, f64.
 class RegisterType {
   public:

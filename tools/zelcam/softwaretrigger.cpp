@@ -3,7 +3,7 @@
 #include <string>
 
 #include "tools/zelcam/failure.h"
-#include "tools/zelcam/featurevalue.h"
+#include "tools/zelcam/featurereading.h"
 #include "tools/zelcam/words.h"
 
 namespace {
