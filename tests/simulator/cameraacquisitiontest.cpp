@@ -55,6 +55,12 @@ class CameraAcquisitionTest : public CameraNodesTest {
         return ids;
     }
 
+    void OpenSecondStream() {
+        ASSERT_EQ(p.DevOpenDataStream(device, "C/Stream1", &stream), GC_ERR_SUCCESS);
+        ASSERT_EQ(p.GCRegisterEvent(stream, EVENT_NEW_BUFFER, &newBuffer), GC_ERR_SUCCESS);
+    }
+    uint64_t FetchTime() { return BufferInfo(Fetch(), BUFFER_INFO_TIMESTAMP_NS).Uint64(); }
+
     // Nanoseconds from each of some frames to the next.
     std::vector<uint64_t> Intervals(uint32_t frames) {
         nodes->Set("AcquisitionMode", "MultiFrame");
@@ -65,7 +71,7 @@ class CameraAcquisitionTest : public CameraNodesTest {
         std::vector<uint64_t> intervals;
         uint64_t last = 0;
         for (uint32_t i = 0; i < frames; ++i) {
-            const uint64_t time = BufferInfo(Fetch(), BUFFER_INFO_TIMESTAMP_NS).Uint64();
+            const uint64_t time = FetchTime();
             if (i != 0) intervals.push_back(time - last);
             last = time;
         }
@@ -187,6 +193,22 @@ TEST_F(CameraAcquisitionTest, AStopSendsTheFrameUnderWayAndAnAbortDoesNot) {
     EXPECT_EQ(StreamInfo(STREAM_INFO_NUM_QUEUED).Size(), 2U);
 }
 
+TEST_F(CameraAcquisitionTest, TheBufferOfAFrameGivenUpIsTheNextOneAgain) {
+    Open("width='4000' height='2000' linkSpeed='1000000'", "GEV");  // eight seconds a frame
+    AllocateAndQueue(2);
+    BUFFER_HANDLE first = nullptr;
+    ASSERT_EQ(p.DSGetBufferID(stream, 0, &first), GC_ERR_SUCCESS);
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    StartCamera();
+    while (NumStarted() == 0)
+        std::this_thread::yield();
+    nodes->Execute("AcquisitionAbort");
+    EXPECT_EQ(NumStarted(), 0U);
+    BUFFER_HANDLE next = nullptr;
+    ASSERT_EQ(p.DSGetBufferID(stream, 0, &next), GC_ERR_SUCCESS);
+    EXPECT_EQ(next, first);
+}
+
 TEST_F(CameraAcquisitionTest, EndsWithTheStream) {
     Open("width='16' height='8' frameRate='0'", "GEV");
     AllocateAndQueue(1);
@@ -208,8 +230,7 @@ TEST_F(CameraAcquisitionTest, EachStartedStreamGetsTheFrames) {
     ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
     const DS_HANDLE first = stream;
     const EVENT_HANDLE firstEvent = newBuffer;
-    ASSERT_EQ(p.DevOpenDataStream(device, "C/Stream1", &stream), GC_ERR_SUCCESS);
-    ASSERT_EQ(p.GCRegisterEvent(stream, EVENT_NEW_BUFFER, &newBuffer), GC_ERR_SUCCESS);
+    ASSERT_NO_FATAL_FAILURE(OpenSecondStream());
     AllocateAndQueue(3);
     ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
     nodes->Set("AcquisitionMode", "MultiFrame");
@@ -220,6 +241,20 @@ TEST_F(CameraAcquisitionTest, EachStartedStreamGetsTheFrames) {
     stream = first;
     newBuffer = firstEvent;
     EXPECT_THAT(FetchIds(3), ElementsAre(0U, 1U, 2U));
+}
+
+TEST_F(CameraAcquisitionTest, ACameraThatKeepsNoTimeWaitsForBuffersAndDropsNothing) {
+    Open("width='16' height='8' frameRate='0' streams='2'", "GEV");
+    Allocate();
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    const DS_HANDLE withoutInput = stream;
+    ASSERT_NO_FATAL_FAILURE(OpenSecondStream());
+    AllocateAndQueue(2);
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    StartCamera();
+    EXPECT_THAT(FetchIds(2), ElementsAre(0U, 1U));
+    stream = withoutInput;
+    EXPECT_EQ(StreamInfo(STREAM_INFO_NUM_UNDERRUN).Uint64(), 0U);
 }
 
 // Nothing hangs, and everything can be closed.
@@ -318,6 +353,23 @@ TEST_F(CameraAcquisitionTest, WithoutARateTheSensorSetsThePace) {
     nodes->Set("ExposureTime", "1000");
     EXPECT_DOUBLE_EQ(Float("ResultingFrameRate"), 125e6 / 307200);
     EXPECT_THAT(Intervals(3), ElementsAre(2457600U, 2457600U));
+}
+
+TEST_F(CameraAcquisitionTest, ANewRateCountsFromTheLastFrame) {
+    constexpr uint64_t kBefore = 10000000;  // nanoseconds
+    constexpr uint64_t kAfter = 100000000;
+    Open("width='16' height='8' frameRate='100'", "GEV");
+    nodes->Set("ExposureTime", "100");
+    AllocateAndQueue(50);
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    StartCamera();
+    uint64_t last = FetchTime();
+    uint64_t interval = FetchTime() - last;
+    last += interval;
+    nodes->Set("AcquisitionFrameRate", "10");
+    for (; interval == kBefore; last += interval)
+        interval = FetchTime() - last;
+    EXPECT_GE(interval, kAfter);  // more where the thread heard of it late
 }
 
 TEST_F(CameraAcquisitionTest, TheLinkLimitsTheFrameRate) {

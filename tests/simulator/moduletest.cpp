@@ -94,9 +94,11 @@ TEST_F(ModuleTest, ClosingAModuleClosesAllBelowIt) {
     EXPECT_EQ(p.EventKill(event), GC_ERR_INVALID_HANDLE);
     size_t size = 4;
     EXPECT_EQ(p.GCReadPort(remote, 0, &size, &size), GC_ERR_INVALID_HANDLE);
-    // The camera is free again, and the slot of a stale handle does not revive it.
+    // The slot of a stale handle does not revive it, and the camera is free again.
+    const IF_HANDLE stale = OpenInterface("GEV0");
+    ASSERT_EQ(p.IFClose(stale), GC_ERR_SUCCESS);
     const IF_HANDLE again = OpenInterface("GEV0");
-    EXPECT_NE(again, interface);
+    EXPECT_EQ(p.IFClose(stale), GC_ERR_INVALID_HANDLE);
     EXPECT_EQ(OpenDevice(again, "GEV0-CAM0", DEVICE_ACCESS_EXCLUSIVE, &device), GC_ERR_SUCCESS);
 }
 
