@@ -135,6 +135,7 @@ TEST_F(CameraEventsTest, NobodyHearsOfTheDevicesEnd) {
     ASSERT_NE(parameters, nullptr);
     ZelGenParam::Int* const block = parameters->GetInt("GevBlock", nullptr);
     block->RegisterEventSink(&sink);
+    device->GetTransportParameters(nullptr)->GetInt("GevBlock", nullptr)->RegisterEventSink(&sink);
     Fire(kGevEventData);
     EXPECT_EQ(sink.calls, 1);
     Writer writer{parameters->GetInt("Height", nullptr)->GetNode()};

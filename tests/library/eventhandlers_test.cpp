@@ -190,6 +190,7 @@ TEST_F(EventHandlersTest, SizeOfTheEventBuffer) {
         size_t size;
     } cases[] = {{Scripted::Fails(-1014), 1024},
                  {Scripted::Fails(-1006), 1024},
+                 {Scripted::Gives(size_t{0}, GenTL::INFO_DATATYPE_SIZET), 2},
                  {Scripted::Gives(size_t{8}, GenTL::INFO_DATATYPE_SIZET), 8},
                  {Scripted::Gives(size_t{4000}, GenTL::INFO_DATATYPE_SIZET), 4000}};
     int type = 100;

@@ -182,6 +182,16 @@ TEST(Registers, AddressIsTheSumOfItsParts) {
     EXPECT_EQ(map.port.content(0x200, 1), Bytes{9});
 }
 
+TEST(Registers, AddressFollowsWhatIsNotCached) {
+    TestMap map(kPort + named("IntReg", "Place", registerAt(0, 4) + caching("NoCache") + kLittle) +
+                named("IntReg", "R", registerAt(element("pAddress", "Place"), 4) + kLittle));
+    map.port.fill(16, {1, 0, 0, 0, 2});
+    map.port.fill(0, {16});
+    EXPECT_EQ(map.get("R"), "1");
+    map.port.fill(0, {20});  // by the device itself
+    EXPECT_EQ(map.get("R"), "2");
+}
+
 TEST(Registers, FloatsAndStringsAsBytes) {
     const auto real = [](const char* name, int address, int length, const std::string& order) {
         return named("FloatReg", name, registerAt(address, length) + order);

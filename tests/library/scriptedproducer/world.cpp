@@ -287,6 +287,7 @@ GenTL::GC_ERROR World::AwaitEvent(std::unique_lock<std::mutex>& lock, void* even
     if (std::exchange(object.killed, false)) return GenTL::GC_ERR_ABORT;
     const std::vector<uint8_t>& data = object.queue.front();
     const size_t room = std::exchange(*size, data.size());
+    if (buffer == nullptr) return GenTL::GC_ERR_SUCCESS;  // a query of the size: the event stays
     if (room < data.size()) return GenTL::GC_ERR_BUFFER_TOO_SMALL;
     std::copy(data.begin(), data.end(), static_cast<uint8_t*>(buffer));
     object.queue.pop_front();
