@@ -88,6 +88,9 @@ TEST_F(InfoQueries, FaultsOfTextQueries) {
         Scripted::Reply wrongType = Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT32);
         Answer(query.function, Scripted::AnyCommand, wrongType);
         ExpectThrow<std::invalid_argument>(query.ask, "Not a string type");
+        Answer(query.function, Scripted::AnyCommand,
+               Scripted::ReportsSize((size_t{16} << 20) + 1));  // more than any text has
+        EXPECT_THROW(query.ask(), zelcam_exception);
         // A producer's failure goes before the type it reports.
         wrongType.code = -1003;
         wrongType.actFirst = true;

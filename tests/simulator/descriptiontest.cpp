@@ -275,6 +275,9 @@ TEST_F(DescriptionTest, StreamKeepsTheNewestFrameOnly) {
     ASSERT_EQ(Start(), GC_ERR_SUCCESS);
     EXPECT_THROW(map.Set("StreamBufferHandlingMode", "NewestOnly"),
                  GENICAM_NAMESPACE::AccessException);
+    uint32_t mode = 1;
+    size_t size = sizeof mode;
+    EXPECT_EQ(p.GCWritePort(stream, 0x3058, &mode, &size), GC_ERR_ACCESS_DENIED);
     ASSERT_EQ(Stop(), GC_ERR_SUCCESS);
     ASSERT_EQ(p.DSFlushQueue(stream, ACQ_QUEUE_ALL_TO_INPUT), GC_ERR_SUCCESS);
 

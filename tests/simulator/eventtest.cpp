@@ -91,6 +91,16 @@ TEST_F(EventTest, DeliversInOrderAndKeepsWhatDoesNotFit) {
     EXPECT_EQ(data, large);
 }
 
+TEST_F(EventTest, KeepsTheNewestWhenNobodyFetchesThem) {
+    const EVENT_HANDLE event = Register(device, EVENT_REMOTE_DEVICE);
+    for (int i = 0; i <= 1024; ++i)
+        ASSERT_EQ(Fire("C", EVENT_REMOTE_DEVICE, std::to_string(i)), GC_ERR_SUCCESS);
+    EXPECT_EQ(EventInfo(event, EVENT_NUM_IN_QUEUE).Size(), 1024U);
+    std::string data(8, '\0');
+    EXPECT_EQ(Get(event, data), GC_ERR_SUCCESS);
+    EXPECT_EQ(data, "1");
+}
+
 TEST_F(EventTest, DataInfoFollowsTheTypeOfTheEvent) {
     const EVENT_HANDLE remote = Register(device, EVENT_REMOTE_DEVICE);
     const EVENT_HANDLE change = Register(device, EVENT_FEATURE_CHANGE);

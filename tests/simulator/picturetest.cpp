@@ -135,6 +135,9 @@ TEST_F(PictureTest, PatternsOfSmallImages) {
                 ElementsAre(0, 1, 2, 3, 1, 2, 3, 4));
     EXPECT_THAT(Frame("width='4' height='1' pattern='GradientHorizontal'"),
                 ElementsAre(0, 85, 170, 255));
+    // White and magenta, with the chroma of white.
+    EXPECT_THAT(Frame("width='2' height='1' pixelFormat='YCbCr422_8'"),
+                ElementsAre(255, 128, 105, 128));
 }
 
 TEST_F(PictureTest, WithoutPictureTheCounterIsTheData) {
