@@ -20,7 +20,7 @@ namespace {
 template <class List>
 class ListTest : public testing::Test {};
 using Lists = testing::Types<gcstring_vector, NodeList_t>;
-TYPED_TEST_SUITE(ListTest, Lists);
+TYPED_TEST_SUITE(ListTest, Lists, );
 
 // Three elements in ascending order; nodes are compared, never used.
 template <class List>
