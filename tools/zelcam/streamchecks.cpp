@@ -168,6 +168,7 @@ std::string CheckCancel(ZelCam::Stream& stream) {
         std::this_thread::sleep_for(milliseconds(10));
     }
     waiting.join();
+    stream.GetBuffer(0, nullptr);  // one that came after the wait would end the next one
     Require(code == ZelCamErr_GenTL_Abort, "the wait ends with: " + ErrorWords(code));
     return "after " + std::to_string(MillisecondsSince(start)) + " ms";
 }
