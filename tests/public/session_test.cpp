@@ -36,8 +36,8 @@ constexpr const char* cameras =
 
 constexpr uint64_t patience = 30000;  // milliseconds
 
-// Calls the operation in a slot of an object's table, counted from 1, as a caller compiled elsewhere
-// would.
+// Calls the operation in a slot of an object's table, counted from 1, as a caller compiled
+// elsewhere would.
 template <typename Result, typename Object>
 Result CallSlot(Object* object, size_t slot) {
     void** table = nullptr;
