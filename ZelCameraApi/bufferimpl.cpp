@@ -77,27 +77,27 @@ BufferImpl::~BufferImpl() {
 }
 
 ZelImageInfo* BufferImpl::GetImage() {
-    if (image_ == nullptr) image_ = DescribeImage();
+    if (!image_) image_ = DescribeImage();
     image_->timestamp = GetTimestamp();
     image_->frameId = GetFrameID();
-    return image_.get();
+    return &*image_;
 }
 
-std::unique_ptr<ZelImageInfo> BufferImpl::DescribeImage() {
-    auto image = std::make_unique<ZelImageInfo>();
-    image->structSize = sizeof(ZelImageInfo);
-    image->version = kImageInfoVersion;
+ZelImageInfo BufferImpl::DescribeImage() {
+    ZelImageInfo image{};
+    image.structSize = sizeof(ZelImageInfo);
+    image.version = kImageInfoVersion;
 
     const uint32_t pixelType = PixelTypeOf(GetPixelFormat());
-    FillPixelType(*image, pixelType);
-    image->width = static_cast<uint32_t>(GetWidth());
-    image->height = static_cast<uint32_t>(GetHeight());
-    image->linePitch = BytesPerLine(pixelType, image->width) + static_cast<uint32_t>(GetXPadding());
-    image->imageSize =
-        std::min(image->linePitch * image->height, static_cast<uint32_t>(GetBufferSize()));
-    image->bufferBase = GetBufferPtr();
-    image->imageData =
-        reinterpret_cast<void*>(reinterpret_cast<uintptr_t>(image->bufferBase) + GetImageOffset());
+    FillPixelType(image, pixelType);
+    image.width = static_cast<uint32_t>(GetWidth());
+    image.height = static_cast<uint32_t>(GetHeight());
+    image.linePitch = BytesPerLine(pixelType, image.width) + static_cast<uint32_t>(GetXPadding());
+    image.imageSize =
+        std::min(image.linePitch * image.height, static_cast<uint32_t>(GetBufferSize()));
+    image.bufferBase = GetBufferPtr();
+    image.imageData =
+        reinterpret_cast<void*>(reinterpret_cast<uintptr_t>(image.bufferBase) + GetImageOffset());
     return image;
 }
 

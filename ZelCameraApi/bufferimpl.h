@@ -2,7 +2,7 @@
 #ifndef ZELCAMERAAPI_BUFFERIMPL_H
 #define ZELCAMERAAPI_BUFFERIMPL_H
 
-#include <memory>
+#include <optional>
 
 #include "ZelCam/Buffer.h"
 #include "ZelCameraApi/gentlinfo.h"
@@ -53,11 +53,11 @@ class BufferImpl final : public ZelCam::Buffer {
     }
 
   private:
-    std::unique_ptr<ZelImageInfo> DescribeImage();
+    ZelImageInfo DescribeImage();
 
     StreamImpl* stream_;  // owns this
     GenTL::BUFFER_HANDLE handle_ = nullptr;
-    std::unique_ptr<ZelImageInfo> image_;  // made by the first GetImage
+    std::optional<ZelImageInfo> image_;  // made by the first GetImage
 };
 
 }  // namespace ZelCameraApi::Internal

@@ -1,5 +1,7 @@
 #include "ZelCameraApi/configurationfile.h"
 
+#include <cstdio>
+#include <memory>
 #include <sstream>
 
 #include <tinyxml2.h>
@@ -56,6 +58,12 @@ void WriteConfigurationFile(const char* fileName, const char* ifaceId, const cha
     ReplaceFile(fileName, {printer.CStr(), static_cast<size_t>(printer.CStrSize() - 1)});
 }
 
+tinyxml2::XMLError LoadXmlFile(const char* fileName, tinyxml2::XMLDocument& document) {
+    if (fileName == nullptr) return tinyxml2::XML_ERROR_FILE_COULD_NOT_BE_OPENED;
+    const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(fileName, "rb"), &std::fclose);
+    return file != nullptr ? document.LoadFile(file.get()) : tinyxml2::XML_ERROR_FILE_NOT_FOUND;
+}
+
 const char* GetCameraAttribute(const tinyxml2::XMLDocument& document, const char* name) {
     const tinyxml2::XMLElement* const camera = document.FirstChildElement(kCamera);
     return camera != nullptr ? camera->Attribute(name) : nullptr;
@@ -76,6 +84,7 @@ std::string StoreFeatures(GenApi::INodeMap* nodeMap) {
     GenApi::CFeatureBag bag;
     bag.StoreToBag(nodeMap, -1, nullptr);
     std::ostringstream text;
+    text.exceptions(std::ios_base::badbit);  // or a text cut short would be saved
     text << bag;
     return text.str();
 }

@@ -13,18 +13,19 @@
 #include <string>
 
 #include <GenApi/GenApi.h>
+#include <tinyxml2.h>
 
 #include "ZelCam/Error.h"
-
-namespace tinyxml2 {
-class XMLDocument;
-}
 
 namespace ZelCameraApi::Internal {
 
 // Writes a configuration file, see ReplaceFile. Whether that works is not reported.
 void WriteConfigurationFile(const char* fileName, const char* ifaceId, const char* cameraId,
                             const std::string& features);
+
+// Like XMLDocument::LoadFile of a name, which leaves the file open where there is no memory for its
+// content.
+tinyxml2::XMLError LoadXmlFile(const char* fileName, tinyxml2::XMLDocument& document);
 
 // Names of the attributes.
 constexpr const char* kInterfaceId = "ifaceId";

@@ -44,6 +44,18 @@ ZelCam::Device* OpenFirstCamera(ZelCam::DeviceAccess access) {
     return new NonSystemDevice(std::move(system), &dynamic_cast<DeviceInfoImpl&>(*info), access);
 }
 
+// What saves or loads a configuration ends with a code.
+template <typename Operation>
+ZelCamErr ConfigurationCode(Operation&& operation) {
+    try {
+        return operation();
+    } catch (const GenICam::GenericException&) {
+        return ZelCamErr_GenApiError;
+    } catch (...) {
+        return ZelCamErr_Error;
+    }
+}
+
 }  // namespace
 
 DeviceImpl::DeviceImpl(DeviceInfoImpl* info, const std::string& id, ZelCam::DeviceAccess access)
@@ -119,32 +131,39 @@ ZelCamErr DeviceImpl::WriteMem(uint64_t address, const void* buffer, size_t size
 }
 
 ZelGenParam::Array* DeviceImpl::GetTransportParameters(ZelCamErr* err) {
-    StoreError(err, ZelCamErr_Success);
-    if (transport_.array == nullptr) MakeParameters(transport_, module_, nullptr, err);
-    return transport_.array.get();
+    return NullWithCode(err, [&]() -> ZelGenParam::Array* {
+        if (transport_.array == nullptr) MakeParameters(transport_, module_, nullptr, err);
+        return transport_.array.get();
+    });
 }
 
 ZelGenParam::Array* DeviceImpl::GetCameraParameters(ZelCamErr* err) {
-    StoreError(err, ZelCamErr_Success);
-    const std::lock_guard<std::mutex> lock(cameraMutex_);
-    if (camera_.array == nullptr &&
-        MakeParameters(camera_, remotePort_, info_->GetExternalXml(), err)) {
-        eventDelegate_.function = [this](uint32_t /*eventType*/, const void* data, size_t size) {
-            GenICamEvent(camera_.eventAdapter.get(), data, size);
-        };
-        // Where the producer refuses, there are no events to deliver.
-        RegisterEvent2(GenTL::EVENT_REMOTE_DEVICE, EventCallbackDelegate::Callback,
-                       &eventDelegate_);
-    }
-    return camera_.array.get();
+    return NullWithCode(err, [&]() -> ZelGenParam::Array* {
+        const std::lock_guard<std::mutex> lock(cameraMutex_);
+        if (camera_.array == nullptr &&
+            MakeParameters(camera_, remotePort_, info_->GetExternalXml(), err)) {
+            FollowEvents();
+        }
+        return camera_.array.get();
+    });
 }
 
-// Whether it could.
+void DeviceImpl::FollowEvents() {
+    eventDelegate_.function = [this](uint32_t /*eventType*/, const void* data, size_t size) {
+        GenICamEvent(camera_.eventAdapter.get(), data, size);
+    };
+    // Where the producer refuses, there are no events to deliver.
+    RegisterEvent2(GenTL::EVENT_REMOTE_DEVICE, EventCallbackDelegate::Callback, &eventDelegate_);
+}
+
+// Whether it could: array and adapter, or neither.
 bool DeviceImpl::MakeParameters(Parameters& parameters, const GenTLModule<void*>& port,
                                 const char* xmlFile, ZelCamErr* err) {
-    parameters.array = CreateArray(port, err, xmlFile);
-    if (parameters.array == nullptr) return false;
-    parameters.eventAdapter = CreateEventAdapter(port, parameters.array->GetNodeMap(nullptr));
+    Parameters made;
+    made.array = CreateArray(port, err, xmlFile);
+    if (made.array == nullptr) return false;
+    made.eventAdapter = CreateEventAdapter(port, made.array->GetNodeMap(nullptr));
+    parameters = std::move(made);
     return true;
 }
 
@@ -162,35 +181,35 @@ ZelCamErr DeviceImpl::SaveConfiguration(const char* fileName) {
     ZelCamErr err = ZelCamErr_Success;
     GenApi::INodeMap* const nodeMap = GetCameraNodeMap(&err);
     if (nodeMap == nullptr) return err;
-    try {
+    return ConfigurationCode([&] {
         WriteConfigurationFile(fileName, info_->GetInterface()->GetId(), id_.c_str(),
                                StoreFeatures(nodeMap));
         return ZelCamErr_Success;
-    } catch (const GenICam::GenericException&) {
-        return ZelCamErr_GenApiError;
-    } catch (...) {
-        return ZelCamErr_Error;
-    }
+    });
 }
 
 ZelCamErr DeviceImpl::LoadConfiguration(const char* fileName) {
     if (fileName == nullptr) return ZelCamErr_FileOpenFailed;
-    tinyxml2::XMLDocument document;
-    const tinyxml2::XMLError result = document.LoadFile(fileName);
-    if (result == tinyxml2::XML_SUCCESS) return LoadConfiguration(&document);
-    if (result == tinyxml2::XML_ERROR_FILE_NOT_FOUND) {
-        std::istringstream text(fileName);
-        return LoadConfiguration(text);
-    }
-    std::ifstream file(fileName);
-    return LoadConfiguration(file);
+    return ConfigurationCode([&] {
+        tinyxml2::XMLDocument document;
+        const tinyxml2::XMLError result = LoadXmlFile(fileName, document);
+        if (result == tinyxml2::XML_SUCCESS) return LoadConfiguration(&document);
+        if (result == tinyxml2::XML_ERROR_FILE_NOT_FOUND) {
+            std::istringstream text(fileName);
+            return LoadConfiguration(text);
+        }
+        std::ifstream file(fileName);
+        return LoadConfiguration(file);
+    });
 }
 
 ZelCamErr DeviceImpl::LoadConfiguration(const tinyxml2::XMLDocument* document) {
-    const std::optional<std::string> features = GetFeatureText(*document);
-    if (!features) return ZelCamErr_InvalidFile;
-    std::istringstream text(*features);
-    return LoadConfiguration(text);
+    return ConfigurationCode([&] {
+        const std::optional<std::string> features = GetFeatureText(*document);
+        if (!features) return ZelCamErr_InvalidFile;
+        std::istringstream text(*features);
+        return LoadConfiguration(text);
+    });
 }
 
 ZelCamErr DeviceImpl::LoadConfiguration(std::istream& text) {

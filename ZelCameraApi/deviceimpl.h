@@ -80,6 +80,7 @@ class DeviceImpl : public EventSource<ZelCam::Device> {
     void Init(const GenTLModule<void*>& iface, ZelCam::DeviceAccess access);
     static bool MakeParameters(Parameters& parameters, const GenTLModule<void*>& port,
                                const char* xmlFile, ZelCamErr* err);
+    void FollowEvents();  // of the camera, which reach its parameters
     GenApi::INodeMap* GetCameraNodeMap(ZelCamErr* err);
 
     std::string id_;

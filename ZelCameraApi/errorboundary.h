@@ -50,6 +50,8 @@ auto NullWithCode(ZelCamErr* err, Operation&& operation) -> decltype(operation()
         StoreError(err, e.code().value());
     } catch (const std::exception&) {
         StoreError(err, ZelCamErr_Error);
+    } catch (const GenICam::GenericException&) {
+        StoreError(err, ZelCamErr_Error);
     }
     return nullptr;
 }

@@ -114,10 +114,11 @@ ZelGenParam::Array* InterfaceImpl::GetParameters(ZelCamErr* err) {
 }
 
 ZelCam::Device* InterfaceImpl::CreateDeviceFromConfig(const char* fileName, ZelCamErr* err) {
-    StoreError(err, ZelCamErr_Success);
-    tinyxml2::XMLDocument document;
-    if (document.LoadFile(fileName) != tinyxml2::XML_SUCCESS) return nullptr;
-    return CreateDeviceFromConfig(&document, err);
+    return NullWithCode(err, [&]() -> ZelCam::Device* {
+        tinyxml2::XMLDocument document;
+        if (LoadXmlFile(fileName, document) != tinyxml2::XML_SUCCESS) return nullptr;
+        return CreateDeviceFromConfig(&document, err);
+    });
 }
 
 ZelCam::Device* InterfaceImpl::CreateDeviceFromConfig(tinyxml2::XMLDocument* document,
@@ -134,6 +135,7 @@ ZelCam::Device* InterfaceImpl::CreateDeviceFromConfig(tinyxml2::XMLDocument* doc
         StoreError(err, ZelCamErr_NotFound);
         return nullptr;
     }
+    StoreError(err, ZelCamErr_Error);  // what is left where the device cannot be made
     auto* const device =
         dynamic_cast<DeviceImpl*>(ZelCam_CreateDevice(info, ZelCam::DeviceAccess::Exclusive, err));
     if (device != nullptr) StoreError(err, device->LoadConfiguration(document));

@@ -93,7 +93,7 @@ const char* SystemImpl::CachedInfo(std::string& cache, int cmd) {
 ZelCam::Device* SystemImpl::CreateDeviceFromConfig(const char* fileName, ZelCamErr* err) {
     return ZeroOnError([&]() -> ZelCam::Device* {
         tinyxml2::XMLDocument document;
-        const bool loaded = document.LoadFile(fileName) == tinyxml2::XML_SUCCESS;
+        const bool loaded = LoadXmlFile(fileName, document) == tinyxml2::XML_SUCCESS;
         const char* const id = loaded ? GetCameraAttribute(document, kInterfaceId) : nullptr;
         if (id == nullptr) {
             StoreError(err, ZelCamErr_InvalidFile);
@@ -111,9 +111,10 @@ ZelCam::Device* SystemImpl::CreateDeviceFromConfig(const char* fileName, ZelCamE
 
 ZelCamErr SystemImpl::RegisterGenTLProvider(const char* ctiPath) {
     return CodeOf([&] {
-        GenTLModule<void*> module;
-        const int result = OpenProducer(ctiPath, module);
-        if (result == 0) systems_.push_back(std::move(module));
+        // The place in the list comes first: nothing fails once the producer is open.
+        std::list<GenTLModule<void*>> opened(1);
+        const int result = OpenProducer(ctiPath, opened.front());
+        if (result == 0) systems_.splice(systems_.end(), opened);
         return result;
     });
 }

@@ -46,6 +46,10 @@ if(ZELCAM_BUILD_FUZZERS)
     set(ZELCAM_SANITIZE address,undefined,fuzzer-no-link)
 endif()
 
+if(ZELCAM_COVERAGE)
+    add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
+    add_link_options(-fprofile-instr-generate)
+endif()
 if(ZELCAM_SANITIZE)
     add_compile_options(
         -fsanitize=${ZELCAM_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -16,7 +16,7 @@ packages_for() {
         test | sanitize) wanted=("${build[@]}" "${test_packages[@]}") ;;
         mutations) wanted=("${build[@]}" "${test_packages[@]}" git) ;;
         package) wanted=("${build[@]}" dpkg-dev lintian mmdebstrap arch-test qemu-user-static) ;;
-        fuzz) wanted=("${build[@]}" clang-14 libclang-rt-14-dev) ;;
+        fuzz) wanted=("${build[@]}" clang-14 libclang-rt-14-dev llvm-14) ;;
         lint)
             # clang-format and clang-tidy by version: another one formats and finds differently.
             wanted=("${build[@]}" "${test_packages[@]}"

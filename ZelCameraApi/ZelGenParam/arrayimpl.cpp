@@ -24,10 +24,13 @@ std::vector<GenApi::INode*> FeaturesOf(const GenApi::CNodeMapRef& map) {
     try {
         GenApi::NodeList_t nodes;
         map._GetNodes(nodes);
+        features.reserve(nodes.size());
         for (GenApi::INode* const node : nodes) {
             if (node->IsFeature()) features.push_back(node);
         }
     } catch (const GenICam::GenericException& e) {
+        (void)e.what();
+    } catch (const std::bad_alloc& e) {
         (void)e.what();
     }
     return features;
@@ -155,18 +158,19 @@ NamedFeature* ArrayImpl::Find(const char* name, ZelCamErr* err) {
 }
 
 ZelGenParam::Param* ArrayImpl::GetParam(const char* name, ZelCamErr* err) {
-    StoreError(err, ZelCamErr_Success);
-    NamedFeature* const feature = Find(name, err);
-    if (feature == nullptr) return nullptr;
-    {
+    return NullWithCode(err, [&]() -> ZelGenParam::Param* {
+        NamedFeature* const feature = Find(name, err);
+        if (feature == nullptr) return nullptr;
+        {
+            const std::lock_guard<std::mutex> lock(mutex_);
+            if (feature->param != nullptr) return feature->param.get();
+        }
+        std::unique_ptr<ParamImpl> param = CreateParam(this, feature->node);
         const std::lock_guard<std::mutex> lock(mutex_);
-        if (feature->param != nullptr) return feature->param.get();
-    }
-    std::unique_ptr<ParamImpl> param = CreateParam(this, feature->node);
-    const std::lock_guard<std::mutex> lock(mutex_);
-    if (feature->param == nullptr) feature->param = std::move(param);
-    if (feature->param == nullptr) StoreError(err, ZelCamErr_ParamNotFound);
-    return feature->param.get();
+        if (feature->param == nullptr) feature->param = std::move(param);
+        if (feature->param == nullptr) StoreError(err, ZelCamErr_ParamNotFound);
+        return feature->param.get();
+    });
 }
 
 template <typename Public>

@@ -26,10 +26,10 @@ Interface* ArrayImpl::Resolve(const char* name, ZelCamErr* err) {
 
 template <typename Interface, typename Access>
 ZelCamErr ArrayImpl::Set(const char* name, Access&& access) {
-    ZelCamErr err = ZelCamErr_Success;
-    Interface* const value = Resolve<Interface>(name, &err);
-    if (value == nullptr) return err;
     try {
+        ZelCamErr err = ZelCamErr_Success;
+        Interface* const value = Resolve<Interface>(name, &err);
+        if (value == nullptr) return err;
         access(*value);
         return ZelCamErr_Success;
     } catch (...) {
@@ -41,10 +41,9 @@ template <typename Interface, typename Access>
 auto ArrayImpl::Get(const char* name, ZelCamErr* err, Access&& access) {
     using Value = std::invoke_result_t<Access, Interface&>;
     StoreError(err, ZelCamErr_Success);
-    Interface* const value = Resolve<Interface>(name, err);
-    if (value == nullptr) return Value{};
     try {
-        return access(*value);
+        Interface* const value = Resolve<Interface>(name, err);
+        return value != nullptr ? access(*value) : Value{};
     } catch (...) {
         StoreError(err, CodeOfNamedAccess(ValueAccess::Read));
         return Value{};

@@ -1,5 +1,7 @@
 #include "ZelCameraApi/ZelGenParam/genapierrors.h"
 
+#include <new>
+
 #include <GenApi/GenApi.h>
 
 #include "ZelCameraApi/gentl_error.h"
@@ -17,6 +19,8 @@ ZelCamErr CodeOfNamedAccess(ValueAccess access) {
         return ZelCamErr_InvalidValue;
     } catch (const GenICam::GenericException&) {
         return ZelCamErr_GenApiError;
+    } catch (const std::bad_alloc&) {
+        return ZelCamErr_Error;
     }
 }
 

@@ -13,7 +13,8 @@ enum class ValueAccess { Read, Write };
 
 // The code of the exception under way; to be called in a handler.
 
-// For access by name. Rethrows what is no exception of GenApi.
+// For access by name. Rethrows what is neither an exception of GenApi nor a lack of memory: it
+// comes from a sink of the application.
 ZelCamErr CodeOfNamedAccess(ValueAccess access);
 
 // For parameter objects, whatever the exception.

@@ -1,5 +1,7 @@
 #include "ZelCameraApi/ZelGenParam/paramimpl.h"
 
+#include <new>
+
 #include "ZelCameraApi/ZelGenParam/arrayimpl.h"
 #include "ZelCameraApi/ZelGenParam/categoryparam.h"
 #include "ZelCameraApi/ZelGenParam/enumparams.h"
@@ -21,20 +23,33 @@ GenApi::INode* ParamImpl::NodeOrNull() const {
     return node_.IsValid() ? static_cast<GenApi::INode*>(node_) : nullptr;
 }
 
+// What `get` gives, null when there is no memory for it.
+template <typename Get>
+const char* ParamImpl::KeepText(const char* operation, Get&& get) {
+    GenApi::INode& node = *node_;
+    try {
+        return texts_.Keep(operation, get(node));
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    } catch (const GenICam::BadAllocException&) {
+        return nullptr;
+    }
+}
+
 const char* ParamImpl::GetName() {
-    return texts_.Keep("GetName", node_->GetName());
+    return KeepText("GetName", [](GenApi::INode& node) { return node.GetName(); });
 }
 
 const char* ParamImpl::GetToolTip() {
-    return texts_.Keep("GetToolTip", node_->GetToolTip());
+    return KeepText("GetToolTip", [](GenApi::INode& node) { return node.GetToolTip(); });
 }
 
 const char* ParamImpl::GetDescription() {
-    return texts_.Keep("GetDescription", node_->GetDescription());
+    return KeepText("GetDescription", [](GenApi::INode& node) { return node.GetDescription(); });
 }
 
 const char* ParamImpl::GetDisplayName() {
-    return texts_.Keep("GetDisplayName", node_->GetDisplayName());
+    return KeepText("GetDisplayName", [](GenApi::INode& node) { return node.GetDisplayName(); });
 }
 
 // What `query(node)` says, `fallback` when it cannot be told.
@@ -88,11 +103,14 @@ ZelCamErr ParamImpl::RegisterEventSink(ZelGenParam::ParamEventSink* sink) {
     try {
         auto callback = std::make_unique<ParamEventSink_NodeCallback>(GetNode(), this, sink,
                                                                       GenApi::cbPostInsideLock);
-        const GenApi::CallbackHandleType handle = node_->RegisterCallback(callback.get());
+        // Nothing fails once the callback is registered.
+        decltype(sinks_) added;
+        GenApi::CallbackHandleType& handle = added[sink];
+        handle = node_->RegisterCallback(callback.get());
         (void)callback.release();  // the node map has it
         const std::lock_guard<std::mutex> lock(sinksMutex_);
         // Of a sink registered twice the first handle stays.
-        sinks_.emplace(sink, handle);
+        sinks_.merge(added);
         return ZelCamErr_Success;
     } catch (...) {
         return CodeOfParamAccess(ValueAccess::Write);

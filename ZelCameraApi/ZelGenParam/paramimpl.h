@@ -65,6 +65,8 @@ class ParamImpl : public virtual ZelGenParam::Param {
     KeptTexts texts_;  // each under the name of the operation that returns it
 
   private:
+    template <typename Get>
+    const char* KeepText(const char* operation, Get&& get);
     template <typename Value, typename Query>
     Value Ask(Value fallback, Query&& query) const;
 

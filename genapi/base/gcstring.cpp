@@ -315,7 +315,12 @@ gcstring operator+(const char* left, const gcstring& right) {
     return gcstring(left).append(right);
 }
 
+// The texts of the exception are strings, which would fail in the same way, and so on.
 void ThrowBadAlloc(const char* source, int line) {
+    constexpr size_t kRoomForTexts = 2048;
+    void* const room = std::malloc(kRoomForTexts);
+    if (!room) throw std::bad_alloc();
+    std::free(room);
     throw BadAllocException("Out of memory", source, line, "BadAllocException");
 }
 

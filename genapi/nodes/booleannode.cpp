@@ -66,13 +66,12 @@ gcstring BooleanNode::ToString(bool verify, bool ignoreCache) {
 }
 
 void BooleanNode::FromString(const gcstring& text, bool verify) {
-    modify("FromString", [&]() -> const ChangeSet& {
+    modify("FromString", changedByWriteTo(description(), id()), [&] {
         const bool on = text == "1" || text == "true";
         if (!on && text != "0" && text != "false")
             throw NODE_ERROR(InvalidArgumentException, *this)(
                 "Node '%s' : cannot convert string '%s' to boolean", name().data(), text.c_str());
         setInt(on ? 1 : 0, verify);
-        return changedByWriteTo(description(), id());
     });
 }
 
@@ -82,10 +81,8 @@ bool BooleanNode::IsValueCacheValid() const {
 }
 
 void BooleanNode::SetValue(bool value, bool verify) {
-    modify("SetValue", [&]() -> const ChangeSet& {
-        setInt(value ? 1 : 0, verify);
-        return changedByWriteTo(description(), id());
-    });
+    modify("SetValue", changedByWriteTo(description(), id()),
+           [&] { setInt(value ? 1 : 0, verify); });
 }
 
 bool BooleanNode::GetValue(bool verify, bool ignoreCache) const {

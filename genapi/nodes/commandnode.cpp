@@ -40,10 +40,7 @@ void CommandNode::execute(bool verify) {
 }
 
 void CommandNode::Execute(bool verify) {
-    modify("Execute", [&]() -> const ChangeSet& {
-        execute(verify);
-        return changedByWriteTo(description(), id());
-    });
+    modify("Execute", changedByWriteTo(description(), id()), [&] { execute(verify); });
 }
 
 // Asks the device; true when the command has finished since it was last asked.
@@ -67,9 +64,7 @@ bool CommandNode::IsDone(bool verify) {
         finished = checkDone(mode);
         done = !isRunning() || !IsReadable(mode);
     }
-    if (finished)
-        modify("IsDone",
-               [this]() -> const ChangeSet& { return invalidatedBy(description(), id()); });
+    if (finished) modify("IsDone", invalidatedBy(description(), id()), [] {});
     return done;
 }
 
@@ -83,13 +78,12 @@ gcstring CommandNode::ToString(bool verify, bool ignoreCache) {
 }
 
 void CommandNode::FromString(const gcstring& text, bool verify) {
-    modify("FromString", [&]() -> const ChangeSet& {
+    modify("FromString", changedByWriteTo(description(), id()), [&] {
         if (text != "1" && text != "true")
             throw NODE_ERROR(InvalidArgumentException, *this)("'%s' does not convert to TRUE",
                                                               text.c_str());
         execute(verify);
         if (verify) checkErrorNodes();
-        return changedByWriteTo(description(), id());
     });
 }
 

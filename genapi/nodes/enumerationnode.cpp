@@ -192,12 +192,11 @@ gcstring EnumerationNode::ToString(bool verify, bool ignoreCache) {
 }
 
 void EnumerationNode::FromString(const gcstring& text, bool verify) {
-    modify("FromString", [&]() -> const ChangeSet& {
+    modify("FromString", changedByWriteTo(description(), id()), [&] {
         requireWritable(verify);
         EnumEntryNode* target = entryOf(std::string_view(text.c_str(), text.length()));
         if (!target) throw noEntry(text.c_str());
         write(*target, verify);
-        return changedByWriteTo(description(), id());
     });
 }
 
@@ -226,10 +225,7 @@ IEnumeration& EnumerationNode::operator=(const gcstring& symbolic) {
 }
 
 void EnumerationNode::SetIntValue(int64_t value, bool verify) {
-    modify("SetIntValue", [&]() -> const ChangeSet& {
-        setInt(value, verify);
-        return changedByWriteTo(description(), id());
-    });
+    modify("SetIntValue", changedByWriteTo(description(), id()), [&] { setInt(value, verify); });
 }
 
 int64_t EnumerationNode::GetIntValue(bool verify, bool ignoreCache) {

@@ -130,7 +130,7 @@ std::string FloatBase::textInRange(double value) {
 }
 
 void FloatBase::FromString(const gcstring& text, bool verify) {
-    modify("FromString", [&]() -> const ChangeSet& {
+    modify("FromString", changedByWriteTo(description(), id()), [&] {
         double value = 0;
         if (!parseFloat({text.c_str(), text.length()}, value)) {
             requireWritable(verify);  // comes first, but is not asked twice
@@ -138,7 +138,6 @@ void FloatBase::FromString(const gcstring& text, bool verify) {
                 "Node '%s' : cannot convert string '%s' to double.", name().data(), text.c_str());
         }
         setFloat(value, verify);
-        return changedByWriteTo(description(), id());
     });
 }
 
@@ -148,10 +147,7 @@ bool FloatBase::IsValueCacheValid() const {
 }
 
 void FloatBase::SetValue(double value, bool verify) {
-    modify("SetValue", [&]() -> const ChangeSet& {
-        setFloat(value, verify);
-        return changedByWriteTo(description(), id());
-    });
+    modify("SetValue", changedByWriteTo(description(), id()), [&] { setFloat(value, verify); });
 }
 
 IFloat& FloatBase::operator=(double value) {

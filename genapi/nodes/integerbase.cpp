@@ -112,7 +112,7 @@ gcstring IntegerBase::ToString(bool verify, bool ignoreCache) {
 }
 
 void IntegerBase::FromString(const gcstring& text, bool verify) {
-    modify("FromString", [&]() -> const ChangeSet& {
+    modify("FromString", changedByWriteTo(description(), id()), [&] {
         const auto representation = effectivePresentation(*this).representation;
         std::int64_t value = 0;
         if (!parseInteger({text.c_str(), text.length()},
@@ -122,7 +122,6 @@ void IntegerBase::FromString(const gcstring& text, bool verify) {
                 "Node '%s' : cannot convert string '%s' to int.", name().data(), text.c_str());
         }
         setInt(value, verify);
-        return changedByWriteTo(description(), id());
     });
 }
 
@@ -132,10 +131,7 @@ bool IntegerBase::IsValueCacheValid() const {
 }
 
 void IntegerBase::SetValue(int64_t value, bool verify) {
-    modify("SetValue", [&]() -> const ChangeSet& {
-        setInt(value, verify);
-        return changedByWriteTo(description(), id());
-    });
+    modify("SetValue", changedByWriteTo(description(), id()), [&] { setInt(value, verify); });
 }
 
 IInteger& IntegerBase::operator=(int64_t value) {

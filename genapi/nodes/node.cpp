@@ -223,15 +223,12 @@ EInterfaceType Node::GetPrincipalInterfaceType() const {
 }
 
 void Node::InvalidateNode() {
-    modify("InvalidateNode",
-           [this]() -> const ChangeSet& { return invalidatedBy(description(), id_); });
+    modify("InvalidateNode", invalidatedBy(description(), id_), [] {});
 }
 
 void Node::ImposeAccessMode(EAccessMode mode) {
-    modify("ImposeAccessMode", [&]() -> const ChangeSet& {
-        imposedAccess_ = static_cast<std::uint8_t>(mode);
-        return invalidatedBy(description(), id_);
-    });
+    modify("ImposeAccessMode", invalidatedBy(description(), id_),
+           [&] { imposedAccess_ = static_cast<std::uint8_t>(mode); });
 }
 
 void Node::ImposeVisibility(EVisibility visibility) {
@@ -255,6 +252,8 @@ CallbackHandleType Node::RegisterCallback(CNodeCallback* callback) {
     if (!callback)
         throw NODE_ERROR(InvalidArgumentException, *this)("The callback must not be NULL");
     if (!callbacks_) callbacks_ = std::make_unique<std::vector<std::shared_ptr<Callback>>>();
+    // The map owns the callback from here on, so that nothing fails after it.
+    callbacks_->reserve(callbacks_->size() + 1);
     callbacks_->push_back(std::make_shared<Callback>(*callback));
     map_.callbackAdded();
     return reinterpret_cast<CallbackHandleType>(callback);

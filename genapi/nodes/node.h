@@ -167,10 +167,11 @@ class Node : public INode, public ISelector, public IUserData {
     template <typename Operation>
     auto read(const char* name, Operation operation);
 
-    // Runs an operation that changes the device: lock, operation, callbacks inside the lock, and
-    // after the lock is released those outside.
+    // Runs an operation that changes the device, and with it the nodes of `changed`: lock,
+    // operation, callbacks inside the lock, and after the lock is released those outside. What
+    // needs memory comes before the operation, so that none is missing once the device has changed.
     template <typename Operation>
-    void modify(const char* name, Operation operation);
+    void modify(const char* name, const ChangeSet& changed, Operation operation);
 
   private:
     GENICAM_NAMESPACE::AccessException notReadable(const Call& call) const;

@@ -109,13 +109,17 @@ void NodeMap::keep(NodeId id) {
 }
 
 void NodeMap::forgetWritten() {
-    const std::vector<NodeId> written = std::exchange(written_, {});
-    std::vector<const ChangeSet*> sets;
-    for (const NodeId id : written) {
+    for (const NodeId id : written_)
         flags_[id] &= static_cast<std::uint8_t>(~kKeep);
-        sets.push_back(&invalidatedBy(*description_, id));
+    try {
+        std::vector<const ChangeSet*> sets;
+        for (const NodeId id : written_)
+            sets.push_back(&invalidatedBy(*description_, id));
+        invalidate(unionOf(std::move(sets)));
+    } catch (const std::bad_alloc&) {  // there is no memory to tell what has changed
+        invalidateAll();
+        written_.clear();
     }
-    invalidate(unionOf(std::move(sets)));
 }
 
 void NodeMap::dropPassing() {

@@ -247,20 +247,18 @@ template <typename Operation>
 }
 
 template <typename Operation>
-void Node::modify(const char* name, Operation operation) {
+void Node::modify(const char* name, const ChangeSet& changed, Operation operation) {
     Notification notification;
     {
         const Entry entry(*this, name);
-        const ChangeSet& changed = [&]() -> const ChangeSet& {
-            try {
-                return operation();
-            } catch (...) {
-                map_.forgetWritten();
-                throw;
-            }
-        }();
-        map_.invalidate(changed);
         notification.add(map_, changed);
+        try {
+            operation();
+        } catch (...) {
+            map_.forgetWritten();
+            throw;
+        }
+        map_.invalidate(changed);
         notification.fire(cbPostInsideLock);
     }
     notification.fire(cbPostOutsideLock);

@@ -53,11 +53,12 @@ template <typename T>
 T& NumberSource<T>::constant(const Picked& picked) {
     if (!constants_) {
         const auto cases = casesOf(owner_.description().tables(), data_);
-        constants_ = std::make_unique<std::vector<T>>();
-        constants_->push_back(data_.index == kNoNode ? data_.value.constant
-                                                     : data_.otherwise.constant);
+        auto constants = std::make_unique<std::vector<T>>();
+        constants->push_back(data_.index == kNoNode ? data_.value.constant
+                                                    : data_.otherwise.constant);
         for (const IndexedCase<T>& one : cases)
-            constants_->push_back(one.value.constant);
+            constants->push_back(one.value.constant);
+        constants_ = std::move(constants);
     }
     return (*constants_)[picked.slot];
 }

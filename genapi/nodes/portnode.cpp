@@ -43,17 +43,12 @@ void PortNode::Read(void* buffer, int64_t address, int64_t length) {
 }
 
 void PortNode::Write(const void* buffer, int64_t address, int64_t length) {
-    modify("Write", [&]() -> const ChangeSet& {
-        writeDevice(buffer, address, length);
-        return invalidatedBy(description(), id());
-    });
+    modify("Write", invalidatedBy(description(), id()),
+           [&] { writeDevice(buffer, address, length); });
 }
 
 void PortNode::SetPortImpl(IPort* port) {
-    modify("SetPortImpl", [&]() -> const ChangeSet& {
-        port_ = port;
-        return invalidatedBy(description(), id());
-    });
+    modify("SetPortImpl", invalidatedBy(description(), id()), [&] { port_ = port; });
     // A port that wants to invalidate this node must know it.
     if (auto* construct = dynamic_cast<IPortConstruct*>(port)) construct->SetPortImpl(this);
 }
@@ -93,11 +88,10 @@ void PortNode::Replay(IPortWriteList* list, bool invalidate) {
         throw NODE_ERROR(InvalidArgumentException, *this)("The list of writes must not be NULL");
     }
     static const ChangeSet kNothing;
-    modify("Replay", [&]() -> const ChangeSet& {
+    modify("Replay", invalidate ? invalidatedBy(description(), id()) : kNothing, [&] {
         if (!port_)
             throw NODE_ERROR(AccessException, *this)("CPortImplIntern::Write : port not set");
         list->Replay(port_);
-        return invalidate ? invalidatedBy(description(), id()) : kNothing;
     });
 }
 

@@ -120,7 +120,7 @@ gcstring RegisterNode::ToString(bool verify, bool ignoreCache) {
 }
 
 void RegisterNode::FromString(const gcstring& text, bool verify) {
-    modify("FromString", [&]() -> const ChangeSet& {
+    modify("FromString", changedByWriteTo(description(), id()), [&] {
         requireWritable(verify);
         std::vector<std::uint8_t> bytes;
         if (!parseBytes({text.c_str(), text.length()}, bytes))
@@ -128,7 +128,6 @@ void RegisterNode::FromString(const gcstring& text, bool verify) {
                 "Node '%s' : cannot convert hex string", name().data());
         bytes.resize(std::min(bytes.size(), register_.byteCount()));
         setBytes(bytes.data(), static_cast<std::int64_t>(bytes.size()), verify);
-        return changedByWriteTo(description(), id());
     });
 }
 

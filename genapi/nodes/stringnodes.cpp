@@ -52,10 +52,8 @@ void StringBase::FromString(const gcstring& text, bool verify) {
 }
 
 void StringBase::SetValue(const gcstring& value, bool verify) {
-    modify("SetValue", [&]() -> const ChangeSet& {
-        setText(std::string(value.c_str(), value.length()), verify);
-        return changedByWriteTo(description(), id());
-    });
+    modify("SetValue", changedByWriteTo(description(), id()),
+           [&] { setText(std::string(value.c_str(), value.length()), verify); });
 }
 
 IString& StringBase::operator=(const gcstring& value) {

@@ -21,10 +21,8 @@ class WithRegister : public Base, public IRegister {
     INode* GetNode() override { return this; }
 
     void Set(const uint8_t* buffer, int64_t length, bool verify = true) override {
-        this->modify("Set", [&]() -> const ChangeSet& {
-            setBytes(buffer, length, verify);
-            return changedByWriteTo(this->description(), this->id());
-        });
+        this->modify("Set", changedByWriteTo(this->description(), this->id()),
+                     [&] { setBytes(buffer, length, verify); });
     }
     void Get(uint8_t* buffer, int64_t length, bool verify = false,
              bool ignoreCache = false) override {

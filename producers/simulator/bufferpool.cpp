@@ -36,11 +36,13 @@ void BufferPool::MoveAll(State from, State to) {
 }
 
 void BufferPool::Announce(const std::shared_ptr<Buffer>& buffer) {
+    List added{buffer};
     const std::lock_guard lock(mutex_);
     if (!announced_.insert(buffer->Memory().base).second) {
         throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the memory is announced already");
     }
-    buffer->place_ = idle_.insert(idle_.end(), buffer);
+    buffer->place_ = added.begin();
+    idle_.splice(idle_.end(), added);
 }
 
 void BufferPool::Revoke(Buffer& buffer) {

@@ -44,15 +44,17 @@ Claim Camera::Open(GenTL::DEVICE_ACCESS_FLAGS access, Handle client) {
         throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "no access to open a device with");
     }
     CheckPlugged();
-    const std::lock_guard lock(mutex_);
-    const bool excluded =
-        IsOpen(GenTL::DEVICE_ACCESS_EXCLUSIVE) ||
-        (access == GenTL::DEVICE_ACCESS_EXCLUSIVE && !opened_.empty()) ||
-        (access == GenTL::DEVICE_ACCESS_CONTROL && IsOpen(GenTL::DEVICE_ACCESS_CONTROL));
-    if (excluded) throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, config_.id + " is open already");
     const uint64_t number = nextOpened_++;
-    opened_[number] = {access, client};
-    return Claim(this, [self = shared_from_this(), number, access](void*) {
+    const auto take = [&] {
+        const std::lock_guard lock(mutex_);
+        const bool excluded =
+            IsOpen(GenTL::DEVICE_ACCESS_EXCLUSIVE) ||
+            (access == GenTL::DEVICE_ACCESS_EXCLUSIVE && !opened_.empty()) ||
+            (access == GenTL::DEVICE_ACCESS_CONTROL && IsOpen(GenTL::DEVICE_ACCESS_CONTROL));
+        if (excluded) throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, config_.id + " is open already");
+        opened_[number] = {access, client};
+    };
+    return MakeClaim(take, [self = shared_from_this(), number, access] {
         std::unique_lock releaseLock(self->mutex_);
         self->opened_.erase(number);
         releaseLock.unlock();

@@ -96,7 +96,7 @@ class Camera : public std::enable_shared_from_this<Camera> {
     std::atomic<bool> plugged_{true};
     mutable std::mutex mutex_;
     std::map<uint64_t, Opened> opened_;  // guarded by mutex_
-    uint64_t nextOpened_ = 0;            // guarded by mutex_
+    std::atomic<uint64_t> nextOpened_{0};
     std::string userName_;               // guarded by mutex_
     IpSettings ip_ = config_.ip;         // guarded by mutex_
     std::mutex pictureMutex_;

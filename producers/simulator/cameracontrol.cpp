@@ -64,20 +64,24 @@ void CameraControl::LockByClient(bool lock) {
 }
 
 Claim CameraControl::LockForAcquisition() {
-    const std::lock_guard changing(changeMutex_);
-    const std::lock_guard lock(mutex_);
-    lockedForAcquisition_ = true;
-    return Claim(this, [this](void*) {
+    const auto lockSettings = [this] {
+        const std::lock_guard changing(changeMutex_);
+        const std::lock_guard lock(mutex_);
+        lockedForAcquisition_ = true;
+    };
+    return MakeClaim(lockSettings, [this] {
         const std::lock_guard releaseLock(mutex_);
         lockedForAcquisition_ = false;
     });
 }
 
 Claim CameraControl::AddListener(Listener listener) {
-    const std::lock_guard lock(listenersMutex_);
     const uint64_t number = nextListener_++;
-    listeners_[number] = std::move(listener);
-    return Claim(this, [this, number](void*) {
+    const auto add = [&] {
+        const std::lock_guard lock(listenersMutex_);
+        listeners_[number] = std::move(listener);
+    };
+    return MakeClaim(add, [this, number] {
         const std::lock_guard releaseLock(listenersMutex_);
         listeners_.erase(number);
     });

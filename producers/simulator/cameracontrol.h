@@ -2,6 +2,7 @@
 #ifndef ZELSIM_CAMERACONTROL_H
 #define ZELSIM_CAMERACONTROL_H
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -56,7 +57,7 @@ class CameraControl {
     bool lockedForAcquisition_ = false;
     std::mutex listenersMutex_;
     std::map<uint64_t, Listener> listeners_;  // guarded by listenersMutex_
-    uint64_t nextListener_ = 0;               // guarded by listenersMutex_
+    std::atomic<uint64_t> nextListener_{0};
 };
 
 }  // namespace ZelSim

@@ -6,12 +6,14 @@
 namespace ZelSim {
 
 Claim ClaimedIds::Take(const std::string& id) {
-    const std::lock_guard lock(state_->mutex);
-    if (!state_->used.insert(id).second) {
-        throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, id + " is open already");
-    }
-    return Claim(state_.get(), [state = state_, id](void*) {
-        const std::lock_guard releaseLock(state->mutex);
+    const auto take = [&] {
+        const std::lock_guard lock(state_->mutex);
+        if (!state_->used.insert(id).second) {
+            throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, id + " is open already");
+        }
+    };
+    return MakeClaim(take, [state = state_, id] {
+        const std::lock_guard lock(state->mutex);
         state->used.erase(id);
     });
 }

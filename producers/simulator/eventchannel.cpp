@@ -51,9 +51,11 @@ void EventChannel::AddRegisters(RegisterSpace& registers, std::function<uint64_t
 }
 
 Claim EventChannel::Subscribe(Module& module) {
-    const std::lock_guard lock(mutex_);
-    modules_.push_back(&module);
-    return Claim(&module, [this, gone = &module](void*) {
+    const auto add = [&] {
+        const std::lock_guard lock(mutex_);
+        modules_.push_back(&module);
+    };
+    return MakeClaim(add, [this, gone = &module] {
         const std::lock_guard releaseLock(mutex_);
         modules_.erase(std::remove(modules_.begin(), modules_.end(), gone), modules_.end());
     });

@@ -68,6 +68,7 @@ uint32_t HandleTable::TakeSlot() {
     }
     std::atomic<Block*>& block = blocks_[numSlots_ / kSlotsOfBlock];
     if (block.load(std::memory_order_relaxed) == nullptr) {
+        freeSlots_.reserve(numSlots_ + kSlotsOfBlock);  // closing must not fail
         block.store(std::make_unique<Block>().release(), std::memory_order_release);
     }
     return numSlots_++;
@@ -87,9 +88,11 @@ Handle HandleTable::Open(const std::shared_ptr<Object>& object,
         slot.object = object;
         count_.fetch_add(1, std::memory_order_relaxed);
     }
-    if (parent != nullptr && !parent->Adopt(handle)) {
+    try {
+        if (parent != nullptr && !parent->Adopt(handle)) ThrowInvalid();
+    } catch (...) {
         Close(handle);
-        ThrowInvalid();
+        throw;
     }
     return handle;
 }

@@ -102,7 +102,7 @@ class GCBASE_RTTI_CLASS_API gcstring {
     char m_short[kShort + 1];
 };
 
-// Throws BadAllocException.
+// Throws BadAllocException; std::bad_alloc where there is no memory for its texts either.
 GCBASE_RTTI_CLASS_API void ThrowBadAlloc(const char* source, int line);
 
 GCBASE_RTTI_CLASS_API std::istream& getline(std::istream& is, gcstring& str);

@@ -1,0 +1,210 @@
+#include "tests/support/allocationfaults.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
+#include <execinfo.h>
+#include <new>
+#include <unistd.h>
+
+namespace ZelTest {
+
+namespace {
+
+constexpr int kMaxFrames = 40;
+
+std::atomic<bool> active{false};
+std::atomic<uint64_t> next{0};
+std::atomic<uint64_t> firstFailing{0};
+std::atomic<uint64_t> numFailing{0};
+std::atomic<uint64_t> failed{0};
+std::atomic<int64_t> live{0};
+
+enum Counting { AsBegun, Spared, Counted };
+std::atomic<bool> allThreads{false};
+thread_local int counting = AsBegun;
+
+void* place[kMaxFrames];
+int placeDepth = 0;
+
+bool IsIn(const char* library, void* const* frames, int count) {
+    return std::any_of(frames, frames + count, [library](const void* address) {
+        Dl_info info{};
+        return dladdr(address, &info) != 0 && std::strstr(info.dli_fname, library) != nullptr;
+    });
+}
+
+bool Counts() {
+    if (!active.load(std::memory_order_relaxed) || counting == Spared) return false;
+    return counting == Counted || allThreads.load(std::memory_order_relaxed);
+}
+
+// Whether the allocation that is asked for fails.
+bool Fails() {
+    if (!Counts()) return false;
+    // Wraps around before the first.
+    if (next.fetch_add(1) - firstFailing >= numFailing) return false;
+    const AllocationFaults::Spare spare;
+    void* frames[kMaxFrames];
+    const int depth = backtrace(frames, kMaxFrames);
+    // An exception of the logging library ends the process, as its front end documents.
+    if (IsIn("liblog4cpp", frames, depth)) return false;
+    if (failed.fetch_add(1) == 0) {
+        std::copy(frames, frames + depth, place);
+        placeDepth = depth;
+    }
+    return true;
+}
+
+template <typename Allocate>
+void* Count(Allocate&& allocate) {
+    void* const block = Fails() ? nullptr : allocate();
+    if (block != nullptr) {
+        live.fetch_add(1, std::memory_order_relaxed);
+    } else {
+        errno = ENOMEM;
+    }
+    return block;
+}
+
+void CountFree(const void* block) {
+    if (block != nullptr) live.fetch_sub(1, std::memory_order_relaxed);
+}
+
+}  // namespace
+
+void AllocationFaults::Begin(uint64_t first, uint64_t count, Threads threads) {
+    void* frame = nullptr;
+    backtrace(&frame, 1);  // loads a library, the first time
+    allThreads = threads == Threads::All;
+    next = 0;
+    failed = 0;
+    firstFailing = first;
+    numFailing = count;
+    active = true;
+}
+
+uint64_t AllocationFaults::End() {
+    active = false;
+    return next;
+}
+
+uint64_t AllocationFaults::Failed() {
+    return failed;
+}
+
+int64_t AllocationFaults::Live() {
+    return live;
+}
+
+bool AllocationFaults::FailedIn(const char* library) {
+    return IsIn(library, place, placeDepth);
+}
+
+void AllocationFaults::PrintPlace() {
+    backtrace_symbols_fd(place, placeDepth, STDERR_FILENO);
+}
+
+AllocationFaults::Spare::Spare(bool spare) : former_(counting) {
+    counting = spare ? Spared : Counted;
+}
+
+AllocationFaults::Spare::~Spare() {
+    counting = former_;
+}
+
+}  // namespace ZelTest
+
+#define ZELTEST_EXPORT __attribute__((visibility("default")))
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+
+ZELTEST_EXPORT void* operator new(size_t size) {
+    void* const block = ZelTest::Count([size] { return std::malloc(size != 0 ? size : 1); });
+    if (block == nullptr) throw std::bad_alloc();
+    return block;
+}
+
+ZELTEST_EXPORT void* operator new(size_t size, std::align_val_t alignment) {
+    void* block = nullptr;
+    ZelTest::Count([&] {
+        const int result = posix_memalign(&block, static_cast<size_t>(alignment), size);
+        return result == 0 ? block : nullptr;
+    });
+    if (block == nullptr) throw std::bad_alloc();
+    return block;
+}
+
+ZELTEST_EXPORT void operator delete(void* block) noexcept {
+    ZelTest::CountFree(block);
+    std::free(block);
+}
+
+ZELTEST_EXPORT void operator delete(void* block, size_t /*size*/) noexcept {
+    operator delete(block);
+}
+
+ZELTEST_EXPORT void operator delete(void* block, std::align_val_t /*alignment*/) noexcept {
+    operator delete(block);
+}
+
+ZELTEST_EXPORT void operator delete(void* block, size_t /*size*/,
+                                    std::align_val_t /*alignment*/) noexcept {
+    operator delete(block);
+}
+
+#else
+
+extern "C" {
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the names of the C library.
+void* __libc_malloc(size_t size);
+void* __libc_calloc(size_t count, size_t size);
+void* __libc_realloc(void* block, size_t size);
+void* __libc_memalign(size_t alignment, size_t size);
+void __libc_free(void* block);
+// NOLINTEND(bugprone-reserved-identifier)
+
+ZELTEST_EXPORT void* malloc(size_t size) {
+    return ZelTest::Count([size] { return __libc_malloc(size); });
+}
+
+ZELTEST_EXPORT void* calloc(size_t count, size_t size) {
+    return ZelTest::Count([count, size] { return __libc_calloc(count, size); });
+}
+
+ZELTEST_EXPORT void* realloc(void* block, size_t size) {
+    if (block != nullptr && size == 0) {
+        free(block);
+        return nullptr;
+    }
+    void* const moved = ZelTest::Count([block, size] { return __libc_realloc(block, size); });
+    if (moved != nullptr) ZelTest::CountFree(block);
+    return moved;
+}
+
+ZELTEST_EXPORT void* memalign(size_t alignment, size_t size) {
+    return ZelTest::Count([alignment, size] { return __libc_memalign(alignment, size); });
+}
+
+ZELTEST_EXPORT void* aligned_alloc(size_t alignment, size_t size) {
+    return memalign(alignment, size);
+}
+
+ZELTEST_EXPORT int posix_memalign(void** block, size_t alignment, size_t size) {
+    *block = memalign(alignment, size);
+    return *block != nullptr ? 0 : ENOMEM;
+}
+
+ZELTEST_EXPORT void free(void* block) {
+    ZelTest::CountFree(block);
+    __libc_free(block);
+}
+
+}  // extern "C"
+
+#endif

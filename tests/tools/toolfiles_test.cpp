@@ -1,0 +1,139 @@
+// What the program writes and reads, with each operation on a file failing in turn: it ends with an
+// error and a message, or it has done its work all the same. Files are the former or the new ones,
+// whole, and nothing else lies there.
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <regex>
+#include <set>
+
+#include <gmock/gmock.h>
+
+#include "tests/tools/toolrun.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+struct Command {
+    Names arguments;
+    Names outputs;
+    bool replaces = true;  // former outputs, which are there then
+};
+
+const Command kCommands[] = {
+    {{"config", "save", "cam-a", "out.xml"}, {"out.xml"}},
+    {{"config", "save", "cam-a", "out.xml", "--all"}, {"out.xml"}},
+    {{"config", "load", "cam-a", "saved.xml"}, {}},
+    {{"grab", "cam-a", "--count", "2", "--output", "{n}.png"}, {"0001.png", "0002.png"}, false},
+    {{"grab", "cam-a", "--count", "1", "--format", "raw", "--output", "out.raw"},
+     {"out.raw", "out.raw.txt"},
+     false},
+};
+
+class ToolFiles : public ToolTest {
+  protected:
+    void SetUp() override {
+        ToolTest::SetUp();
+        SetCameras(
+            "<Interface id='eth7' type='GEV'>"
+            "<Camera id='cam-a' width='64' height='48' frameRate='0'/></Interface>");
+        fs::create_directory(Path("home"));
+        SetVariable("HOME", Path("home"));
+        ASSERT_EQ(Run({"config", "save", "cam-a", "saved.xml"}).exitCode, 0);
+    }
+
+    void RunWithFault(const Command& command, int number, int error);
+    void CheckFiles(const Command& command, bool succeeded);
+
+    // Numbers, times among them, are not compared.
+    static std::string Whole(const std::string& content) {
+        return std::regex_replace(content, std::regex("[0-9]+"), "0");
+    }
+    Names Files() const {
+        Names files;
+        for (const auto& entry : fs::directory_iterator(folder_))
+            if (entry.is_regular_file()) files.push_back(entry.path().filename().string());
+        return files;
+    }
+
+    std::map<std::string, std::string> whole;  // outputs of a run in which nothing fails
+    Names expected;                            // the files that are there
+    std::string met;                           // the operation that failed
+};
+
+void ToolFiles::CheckFiles(const Command& command, bool succeeded) {
+    Names files = expected;
+    for (const std::string& name : command.outputs) {
+        const std::string content = Read(name);
+        if (succeeded || content != (command.replaces ? "former" : "")) {
+            EXPECT_EQ(Whole(content), whole[name]) << name;
+        }
+        if (command.replaces || fs::exists(Path(name))) files.push_back(name);
+    }
+    EXPECT_THAT(Files(), testing::UnorderedElementsAreArray(files));
+}
+
+void ToolFiles::RunWithFault(const Command& command, int number, int error) {
+    for (const std::string& name : command.outputs) {
+        if (command.replaces)
+            Write(name, "former");
+        else
+            fs::remove(Path(name));
+    }
+    Write("met", "");
+    fs::remove_all(Path("home/.config"));
+    SetVariable("FILEFAULTS_NUMBER", std::to_string(number));
+    SetVariable("FILEFAULTS_ERROR", std::to_string(error));
+    const ToolResult result = Run(command.arguments);
+    met = Read("met");
+    SCOPED_TRACE("operation " + std::to_string(number) + ", " + met + ": " +
+                 (error != 0 ? std::strerror(error) : "short"));
+    EXPECT_GE(result.exitCode, 0) << "the program crashed";
+    if (result.exitCode != 0) {
+        EXPECT_FALSE(result.err.empty());
+    }
+    // What is not on the disk must not be called written.
+    if (error == EIO && (met == "fsync written" || met == "close written")) {
+        EXPECT_NE(result.exitCode, 0);
+    }
+    CheckFiles(command, result.exitCode == 0);
+}
+
+TEST_F(ToolFiles, EachOperationFailingInTurn) {
+    std::set<std::string> operations;
+    for (const Command& command : kCommands) {
+        SCOPED_TRACE(testing::PrintToString(command.arguments));
+        whole.clear();
+        ASSERT_EQ(Run(command.arguments).exitCode, 0);
+        for (const std::string& name : command.outputs)
+            whole[name] = Whole(Read(name));
+        for (const std::string& name : command.outputs)
+            fs::remove(Path(name));
+        Write("met", "");
+        expected = Files();
+        SetVariable("LD_PRELOAD", ZELCAM_FILE_FAULTS);
+        SetVariable("FILEFAULTS_FOLDER", folder_);
+        SetVariable("FILEFAULTS_REPORT", Path("met"));
+        int number = 0;
+        do {
+            RunWithFault(command, number++, EIO);
+            operations.insert(met);
+            if (met.rfind("write", 0) == 0) {
+                for (const int error : {ENOSPC, EINTR, 0})
+                    RunWithFault(command, number - 1, error);
+            }
+        } while (!met.empty() && !HasFailure());
+        SetVariable("LD_PRELOAD", "");
+        for (const std::string& name : command.outputs)
+            fs::remove(Path(name));
+        if (HasFailure()) return;
+    }
+    EXPECT_THAT(operations, testing::IsSupersetOf({"open written", "write written",
+                                                   "rename written", "fsync written",
+                                                   "close written", "fopen", "read", "mkdir"}));
+}
+
+}  // namespace
