@@ -165,6 +165,7 @@ void Acquisition::Attach(const std::shared_ptr<Receiver>& receiver, uint64_t num
     const std::lock_guard attaching(attachMutex_);
     const Lock lock(mutex_);
     camera_.CheckPlugged();
+    receivers_.reserve(receivers_.size() + 1);  // a thread without a receiver is never ended
     if (!thread_.joinable()) {
         isQuitting_ = false;
         thread_ = std::thread(&Acquisition::Run, this);
