@@ -97,8 +97,8 @@ class Camera : public std::enable_shared_from_this<Camera> {
     mutable std::mutex mutex_;
     std::map<uint64_t, Opened> opened_;  // guarded by mutex_
     std::atomic<uint64_t> nextOpened_{0};
-    std::string userName_;               // guarded by mutex_
-    IpSettings ip_ = config_.ip;         // guarded by mutex_
+    std::string userName_;        // guarded by mutex_
+    IpSettings ip_ = config_.ip;  // guarded by mutex_
     std::mutex pictureMutex_;
     std::shared_ptr<const TestPicture> picture_;  // guarded by pictureMutex_
     Acquisition acquisition_{*this};
