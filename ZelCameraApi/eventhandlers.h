@@ -112,8 +112,8 @@ class EventHandlers {
         GenTL::EVENT_HANDLE eventHandle = nullptr;  // guarded by stateMutex: while it is registered
         bool started = false;                       // guarded by stateMutex
         bool ending = false;                        // guarded by stateMutex: to wait no more
-        bool ended = false;                         // guarded by stateMutex
-        int resultCode = 0;                         // guarded by stateMutex
+        bool ended = true;   // no thread, or one that is done; guarded by stateMutex
+        int resultCode = 0;  // guarded by stateMutex
     };
 
     int Subscribe(void* module, int eventType, const CallbackInfo_t& info);
