@@ -4,6 +4,7 @@
 //   FILEFAULTS_ERROR   the errno that it fails with, or 0: a write that takes only one byte
 //   FILEFAULTS_REPORT  a file that gets the name of the operation that failed; none without one
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
@@ -13,7 +14,6 @@
 #include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
-#include <sys/uio.h>
 #include <unistd.h>
 
 namespace {
@@ -22,7 +22,7 @@ constexpr int kMaxDescriptors = 1024;
 
 enum Use : char { Foreign, Read, Written, Folder };
 
-std::array<Use, kMaxDescriptors> uses{};  // of descriptors
+std::array<std::atomic<Use>, kMaxDescriptors> uses{};  // of descriptors
 
 const char* Variable(const char* name) {
     const char* const value = std::getenv(name);
@@ -42,8 +42,9 @@ bool IsWatched(const char* path) {
 }
 
 Use UseOf(int descriptor) {
-    return descriptor >= 0 && descriptor < kMaxDescriptors ? uses[static_cast<size_t>(descriptor)]
-                                                           : Foreign;
+    return descriptor >= 0 && descriptor < kMaxDescriptors
+               ? uses[static_cast<size_t>(descriptor)].load()
+               : Foreign;
 }
 
 void SetUse(int descriptor, Use use) {
@@ -67,7 +68,7 @@ void Report(const std::string& operation) {
 // Counts an operation; whether it is the one.
 bool Meets(const char* operation, Use use = Foreign) {
     static const long long number = std::atoll(Variable("FILEFAULTS_NUMBER"));
-    static long long count = 0;
+    static std::atomic<long long> count{0};
     if (count++ != number) return false;
     Report(std::string(operation) + (use == Written ? " written" : use == Folder ? " folder" : ""));
     return true;
@@ -101,16 +102,6 @@ mode_t ModeOf(int flags, va_list arguments) {
     return (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
 }
 
-FILE* OpenStream(const char* name, const char* path, const char* mode) {
-    const auto next = Next<FILE*(const char*, const char*)>(name);
-    const int flags = std::strchr(mode, 'r') != nullptr ? O_RDONLY : O_WRONLY;
-    const Use use = UseFor(path, flags);
-    if (use != Foreign && Fails("fopen", use)) return nullptr;
-    FILE* const file = next(path, mode);
-    if (file != nullptr) SetUse(fileno(file), use);
-    return file;
-}
-
 }  // namespace
 
 #define EXPORT extern "C" __attribute__((visibility("default")))
@@ -124,21 +115,22 @@ EXPORT int open(const char* path, int flags, ...) {
                   [&] { return Next<int(const char*, int, ...)>("open")(path, flags, mode); });
 }
 
-EXPORT int open64(const char* path, int flags, ...) {
-    va_list arguments;
-    va_start(arguments, flags);
-    const mode_t mode = ModeOf(flags, arguments);
-    va_end(arguments);
-    return OpenAs(path, flags,
-                  [&] { return Next<int(const char*, int, ...)>("open64")(path, flags, mode); });
+// It takes the name; what comes there is written by others.
+EXPORT int mkstemp(char* name) {
+    if (IsWatched(name) && Fails("open", Written)) return -1;
+    const int file = Next<int(char*)>("mkstemp")(name);
+    if (IsWatched(name)) SetUse(file, Read);
+    return file;
 }
 
-EXPORT FILE* fopen(const char* path, const char* mode) {
-    return OpenStream("fopen", path, mode);
-}
-
-EXPORT FILE* fopen64(const char* path, const char* mode) {
-    return OpenStream("fopen64", path, mode);
+// Only the C library can mark a stream as failed: it is given a folder to read.
+EXPORT size_t fread(void* data, size_t size, size_t count, FILE* file) {
+    if (UseOf(fileno(file)) != Foreign && Fails("read")) {
+        const int folder = Next<int(const char*, int, ...)>("open")("/", O_RDONLY | O_DIRECTORY);
+        dup2(folder, fileno(file));
+        Next<int(int)>("close")(folder);
+    }
+    return Next<size_t(void*, size_t, size_t, FILE*)>("fread")(data, size, count, file);
 }
 
 EXPORT ssize_t read(int file, void* data, size_t size) {
@@ -153,11 +145,6 @@ EXPORT ssize_t write(int file, const void* data, size_t size) {
         size = size > 1 ? 1 : size;
     }
     return Next<ssize_t(int, const void*, size_t)>("write")(file, data, size);
-}
-
-EXPORT ssize_t writev(int file, const iovec* parts, int count) {
-    if (UseOf(file) == Written && Fails("write", Written)) return -1;
-    return Next<ssize_t(int, const iovec*, int)>("writev")(file, parts, count);
 }
 
 EXPORT int fsync(int file) {
@@ -186,6 +173,23 @@ EXPORT int rename(const char* from, const char* to) noexcept {
     return Next<int(const char*, const char*)>("rename")(from, to);
 }
 
+EXPORT int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+                     unsigned flags) noexcept {
+    if (IsWatched(to) && Fails("rename", Written)) return -1;
+    return Next<int(int, const char*, int, const char*, unsigned)>("renameat2")(
+        fromFolder, from, toFolder, to, flags);
+}
+
+EXPORT char* realpath(const char* path, char* resolved) noexcept {
+    if (IsWatched(path) && Fails("realpath")) return nullptr;
+    return Next<char*(const char*, char*)>("realpath")(path, resolved);
+}
+
+EXPORT int euidaccess(const char* path, int mode) noexcept {
+    if (IsWatched(path) && Fails("euidaccess")) return -1;
+    return Next<int(const char*, int)>("euidaccess")(path, mode);
+}
+
 EXPORT int mkdir(const char* path, mode_t mode) noexcept {
     if (IsWatched(path) && Fails("mkdir")) return -1;
     return Next<int(const char*, mode_t)>("mkdir")(path, mode);
@@ -194,6 +198,11 @@ EXPORT int mkdir(const char* path, mode_t mode) noexcept {
 EXPORT int stat(const char* path, struct stat* status) noexcept {
     if (IsWatched(path) && Fails("stat")) return -1;
     return Next<int(const char*, struct stat*)>("stat")(path, status);
+}
+
+EXPORT int lstat(const char* path, struct stat* status) noexcept {
+    if (IsWatched(path) && Fails("lstat")) return -1;
+    return Next<int(const char*, struct stat*)>("lstat")(path, status);
 }
 
 EXPORT int fstat(int file, struct stat* status) noexcept {

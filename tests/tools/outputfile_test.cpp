@@ -129,6 +129,7 @@ TEST_F(OutputFileTest, LogHasItsFramesInOrder) {
         EXPECT_EQ(third, 2U);
         frame.number = 4;
         log.Add(log.Reserve(), frame, "four");  // the third failed
+        log.Finish();
     }
     const std::string begin = "\"a\"\"b,\\nc\",";
     const std::string middle = ",1970-01-12T13:46:40.500000Z,7,99,4,2,Mono8,8,yes,";

@@ -69,15 +69,6 @@ FrameLog::FrameLog(const std::string& file, Existing existing) : file_(file, exi
     file_.TakePlaceEarly();
 }
 
-FrameLog::~FrameLog() {
-    try {
-        for (const auto& [place, line] : lines_)
-            file_.Write(line.data(), line.size());
-    } catch (const Failure&) {
-        return;  // Nobody is left to be told.
-    }
-}
-
 uint64_t FrameLog::Reserve() {
     const std::lock_guard lock(mutex_);
     return reserved_++;
@@ -92,4 +83,11 @@ void FrameLog::Add(uint64_t place, const LoggedFrame& frame, const std::string& 
         line = lines_.erase(line);
     }
     file_.Write(text.data(), text.size());
+}
+
+void FrameLog::Finish() {
+    const std::lock_guard lock(mutex_);
+    for (const auto& [place, line] : lines_)
+        file_.Write(line.data(), line.size());
+    file_.Finish();
 }

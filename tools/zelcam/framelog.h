@@ -35,16 +35,14 @@ class FrameLog {
   public:
     FrameLog(const std::string& file, Existing existing);
 
-    // Frames behind one that failed have their lines, too.
-    ~FrameLog();
-    FrameLog(const FrameLog&) = delete;
-    FrameLog& operator=(const FrameLog&) = delete;
-
     // The place of the next line.
     uint64_t Reserve();
 
     // Fills a place; `file` is empty for a frame that was not written.
     void Add(uint64_t place, const LoggedFrame& frame, const std::string& file);
+
+    // The last operation. Frames behind one that failed have their lines now, too.
+    void Finish();
 
   private:
     std::mutex mutex_;

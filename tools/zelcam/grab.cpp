@@ -142,6 +142,17 @@ void RunJobs(const Jobs& jobs, const GrabTargets& targets) {
         thread.join();
 }
 
+// Failures of files are told with the first camera.
+void Finish(FrameFiles* files, FrameLog* log, GrabReport& report) {
+    const std::optional<Failure> failure = files != nullptr ? files->Finish() : std::nullopt;
+    if (failure) report.NoteFailure(*failure);
+    try {
+        if (log != nullptr) log->Finish();
+    } catch (const Failure& unwritten) {
+        report.NoteFailure(unwritten);
+    }
+}
+
 // Frames that are in the queue are written after the cameras were stopped.
 void RunAll(const GrabOptions& options, const Jobs& jobs) {
     std::optional<FrameLog> log;
@@ -149,10 +160,10 @@ void RunAll(const GrabOptions& options, const Jobs& jobs) {
     std::optional<FrameFiles> files;
     FrameLog* const logOrNull = log ? &*log : nullptr;
     if (options.files.format != FileFormat::None) files.emplace(options.files, logOrNull);
+    FrameFiles* const filesOrNull = files ? &*files : nullptr;
     GrabProgress progress(options.grab.limits.count * jobs.size());
-    RunJobs(jobs, {files ? &*files : nullptr, logOrNull, &progress});
-    const std::optional<Failure> failure = files ? files->Finish() : std::nullopt;
-    if (failure) jobs.front()->Report().NoteFailure(*failure);
+    RunJobs(jobs, {filesOrNull, logOrNull, &progress});
+    Finish(filesOrNull, logOrNull, jobs.front()->Report());
 }
 
 ExitCode Print(const GrabOptions& options, const Jobs& jobs) {

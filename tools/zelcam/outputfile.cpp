@@ -143,14 +143,18 @@ void OutputFile::Rename() {
 }
 
 void OutputFile::TakePlace() {
-    Settle();
-    Close();
+    Finish();
     Rename();
 }
 
 void OutputFile::TakePlaceEarly() {
     Settle();
     Rename();
+}
+
+void OutputFile::Finish() {
+    Settle();
+    Close();
 }
 
 void WriteFile(const std::string& file, const std::string& text, Existing existing) {

@@ -32,8 +32,10 @@ class OutputFile {
     // The last operation.
     void TakePlace();
 
-    // For a file that is read while it grows: from now on it has its name, and Write goes on.
+    // For a file that is read while it grows: from now on it has its name, and Write goes on until
+    // Finish.
     void TakePlaceEarly();
+    void Finish();
 
   private:
     [[noreturn]] void Fail(int error) const;
