@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "tests/library/fixture.h"
-#include "tests/support/memory.h"
+#include "tests/support/allocationfaults.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

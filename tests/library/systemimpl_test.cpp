@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 #include "tests/library/fixture.h"
-#include "tests/support/memory.h"
+#include "tests/support/allocationfaults.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -133,10 +133,10 @@ TEST_F(SystemTest, ReleasedListsAreDestroyed) {
         producer.TakeCalls();
     };
     getAndRelease();
-    const long before = ZelTest::NumAllocated();
+    const int64_t before = ZelTest::AllocationFaults::Live();
     for (int i = 0; i < 10; ++i)
         getAndRelease();
-    EXPECT_EQ(ZelTest::NumAllocated(), before);
+    EXPECT_EQ(ZelTest::AllocationFaults::Live(), before);
 }
 
 TEST_F(SystemTest, InterfacesThatDoNotOpenAreSkipped) {

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/simulator/producer.h"
-#include "tests/support/memory.h"
+#include "tests/support/allocationfaults.h"
 
 using namespace GenTL;
 using ::testing::Each;

@@ -6,7 +6,7 @@
 
 #include "tests/simulator/portnodemap.h"
 #include "tests/simulator/producer.h"
-#include "tests/support/memory.h"
+#include "tests/support/allocationfaults.h"
 
 using namespace GENAPI_NAMESPACE;
 using namespace GenTL;

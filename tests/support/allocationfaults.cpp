@@ -24,9 +24,9 @@ std::atomic<uint64_t> numFailing{0};
 std::atomic<uint64_t> failed{0};
 std::atomic<int64_t> live{0};
 
-enum Counting { AsBegun, Spared, Counted };
-std::atomic<bool> allThreads{false};
-thread_local int counting = AsBegun;
+std::atomic<size_t> failingSize{SIZE_MAX};
+thread_local bool isCounted = false;
+thread_local bool isSpared = false;
 
 void* place[kMaxFrames];
 int placeDepth = 0;
@@ -38,21 +38,30 @@ bool IsIn(const char* library, void* const* frames, int count) {
     });
 }
 
-bool Counts() {
-    if (!active.load(std::memory_order_relaxed) || counting == Spared) return false;
-    return counting == Counted || allThreads.load(std::memory_order_relaxed);
+// What looks at frames the first time loads a library.
+void PrepareToFail() {
+    void* frame = nullptr;
+    backtrace(&frame, 1);
 }
 
-// Whether the allocation that is asked for fails.
-bool Fails() {
-    if (!Counts()) return false;
+// Counts an allocation; whether it is one that fails.
+bool IsMeant(size_t size) {
+    if (isSpared) return false;
+    if (size >= failingSize.load(std::memory_order_relaxed)) return true;
+    if (!isCounted || !active.load(std::memory_order_relaxed)) return false;
     // Wraps around before the first.
-    if (next.fetch_add(1) - firstFailing >= numFailing) return false;
-    const AllocationFaults::Spare spare;
+    return next.fetch_add(1) - firstFailing < numFailing;
+}
+
+bool Fails(size_t size) {
+    if (!IsMeant(size)) return false;
     void* frames[kMaxFrames];
+    isSpared = true;
     const int depth = backtrace(frames, kMaxFrames);
     // An exception of the logging library ends the process, as its front end documents.
-    if (IsIn("liblog4cpp", frames, depth)) return false;
+    const bool isExcused = IsIn("liblog4cpp", frames, depth);
+    isSpared = false;
+    if (isExcused) return false;
     if (failed.fetch_add(1) == 0) {
         std::copy(frames, frames + depth, place);
         placeDepth = depth;
@@ -61,8 +70,8 @@ bool Fails() {
 }
 
 template <typename Allocate>
-void* Count(Allocate&& allocate) {
-    void* const block = Fails() ? nullptr : allocate();
+void* Count(size_t size, Allocate&& allocate) {
+    void* const block = Fails(size) ? nullptr : allocate();
     if (block != nullptr) {
         live.fetch_add(1, std::memory_order_relaxed);
     } else {
@@ -77,10 +86,8 @@ void CountFree(const void* block) {
 
 }  // namespace
 
-void AllocationFaults::Begin(uint64_t first, uint64_t count, Threads threads) {
-    void* frame = nullptr;
-    backtrace(&frame, 1);  // loads a library, the first time
-    allThreads = threads == Threads::All;
+void AllocationFaults::Begin(uint64_t first, uint64_t count) {
+    PrepareToFail();
     next = 0;
     failed = 0;
     firstFailing = first;
@@ -109,12 +116,23 @@ void AllocationFaults::PrintPlace() {
     backtrace_symbols_fd(place, placeDepth, STDERR_FILENO);
 }
 
-AllocationFaults::Spare::Spare(bool spare) : former_(counting) {
-    counting = spare ? Spared : Counted;
+AllocationFaults::Counted::Counted() {
+    isCounted = true;
 }
 
-AllocationFaults::Spare::~Spare() {
-    counting = former_;
+AllocationFaults::Counted::~Counted() {
+    isCounted = false;
+}
+
+OutOfMemory::OutOfMemory(size_t size) {
+    PrepareToFail();
+    isSpared = true;
+    failingSize = size;
+}
+
+OutOfMemory::~OutOfMemory() {
+    failingSize = SIZE_MAX;
+    isSpared = false;
 }
 
 }  // namespace ZelTest
@@ -124,19 +142,27 @@ AllocationFaults::Spare::~Spare() {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 
 ZELTEST_EXPORT void* operator new(size_t size) {
-    void* const block = ZelTest::Count([size] { return std::malloc(size != 0 ? size : 1); });
+    void* const block = ZelTest::Count(size, [size] { return std::malloc(size != 0 ? size : 1); });
     if (block == nullptr) throw std::bad_alloc();
     return block;
 }
 
 ZELTEST_EXPORT void* operator new(size_t size, std::align_val_t alignment) {
     void* block = nullptr;
-    ZelTest::Count([&] {
+    ZelTest::Count(size, [&] {
         const int result = posix_memalign(&block, static_cast<size_t>(alignment), size);
         return result == 0 ? block : nullptr;
     });
     if (block == nullptr) throw std::bad_alloc();
     return block;
+}
+
+ZELTEST_EXPORT void* operator new(size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
 }
 
 ZELTEST_EXPORT void operator delete(void* block) noexcept {
@@ -170,11 +196,11 @@ void __libc_free(void* block);
 // NOLINTEND(bugprone-reserved-identifier)
 
 ZELTEST_EXPORT void* malloc(size_t size) {
-    return ZelTest::Count([size] { return __libc_malloc(size); });
+    return ZelTest::Count(size, [size] { return __libc_malloc(size); });
 }
 
 ZELTEST_EXPORT void* calloc(size_t count, size_t size) {
-    return ZelTest::Count([count, size] { return __libc_calloc(count, size); });
+    return ZelTest::Count(count * size, [count, size] { return __libc_calloc(count, size); });
 }
 
 ZELTEST_EXPORT void* realloc(void* block, size_t size) {
@@ -182,13 +208,13 @@ ZELTEST_EXPORT void* realloc(void* block, size_t size) {
         free(block);
         return nullptr;
     }
-    void* const moved = ZelTest::Count([block, size] { return __libc_realloc(block, size); });
+    void* const moved = ZelTest::Count(size, [block, size] { return __libc_realloc(block, size); });
     if (moved != nullptr) ZelTest::CountFree(block);
     return moved;
 }
 
 ZELTEST_EXPORT void* memalign(size_t alignment, size_t size) {
-    return ZelTest::Count([alignment, size] { return __libc_memalign(alignment, size); });
+    return ZelTest::Count(size, [alignment, size] { return __libc_memalign(alignment, size); });
 }
 
 ZELTEST_EXPORT void* aligned_alloc(size_t alignment, size_t size) {

@@ -1,20 +1,18 @@
-// Allocations of the whole process, numbered, some of which fail: of malloc and its like, and so of
+// Allocations of the whole process, counted, some of which fail: of malloc and its like, and so of
 // operator new; where a sanitizer has its own malloc, of operator new alone. A program that links
 // allocationfaults.cpp has them.
 #ifndef ZELCAM_TESTS_ALLOCATIONFAULTS_H
 #define ZELCAM_TESTS_ALLOCATIONFAULTS_H
 
+#include <cstddef>
 #include <cstdint>
 
 namespace ZelTest {
 
 class AllocationFaults {
   public:
-    // Whose allocations count: those of the thread that calls Begin, or of all.
-    enum class Threads { This, All };
-
     // Numbers begin at 0 again; `count` allocations from number `first` on fail.
-    static void Begin(uint64_t first, uint64_t count, Threads threads);
+    static void Begin(uint64_t first, uint64_t count);
 
     // None fails any more; the number of allocations since Begin.
     static uint64_t End();
@@ -31,17 +29,24 @@ class AllocationFaults {
     // Writes where that was to the standard error.
     static void PrintPlace();
 
-    // While it lives, allocations of this thread do not count, or count, whatever Begin said.
-    class Spare {
+    // While it lives, the allocations of its thread have numbers; no others have. One at a time.
+    class Counted {
       public:
-        explicit Spare(bool spare = true);
-        ~Spare();
-        Spare(const Spare&) = delete;
-        Spare& operator=(const Spare&) = delete;
-
-      private:
-        const int former_;
+        Counted();
+        ~Counted();
+        Counted(const Counted&) = delete;
+        Counted& operator=(const Counted&) = delete;
     };
+};
+
+// While it lives, allocations of `size` bytes and more fail, on all threads but its own. One at a
+// time.
+class OutOfMemory {
+  public:
+    explicit OutOfMemory(size_t size);
+    ~OutOfMemory();
+    OutOfMemory(const OutOfMemory&) = delete;
+    OutOfMemory& operator=(const OutOfMemory&) = delete;
 };
 
 }  // namespace ZelTest
