@@ -40,8 +40,10 @@ constexpr uint64_t kNever = UINT64_MAX;  // the number of no allocation
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr uint64_t kUsualStep = 41;  // sessions take some hundred times as long
+constexpr size_t kFailingShare = 4;
 #else
 constexpr uint64_t kUsualStep = 5;
+constexpr size_t kFailingShare = 2;
 #endif
 
 // Counts what it is called for, and waits for it.
@@ -400,7 +402,7 @@ TEST_F(AllocationTest, EachAllocationFailingInTurn) {
     size_t failing = 0;
     for (const auto& [name, outcome] : outcomes)
         if (outcome.failed) ++failing;
-    EXPECT_GE(failing, outcomes.size() / 2);
+    EXPECT_GE(failing, outcomes.size() / kFailingShare);
 }
 
 // Operations are not called again here, and what ends the session has no memory either.
