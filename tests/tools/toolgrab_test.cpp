@@ -296,6 +296,9 @@ TEST_F(ToolGrab, ProducersThatFail) {
     const ToolResult found = Run({"grab"});
     EXPECT_EQ(found.exitCode, 0) << "a broken file in a folder is only a warning";
     EXPECT_THAT(found.err, AllOf(HasSubstr("nolist.cti"), HasSubstr("refuses.cti")));
+    const std::string several = Run({"grab", "bgr", "bayer", "-f", "none"}).err;
+    EXPECT_THAT(several, HasSubstr("nolist.cti"));
+    EXPECT_EQ(several.find("nolist.cti"), several.rfind("nolist.cti")) << several;
 }
 
 TEST_F(ToolGrab, SilenceIsExplained) {

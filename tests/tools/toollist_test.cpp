@@ -255,7 +255,7 @@ TEST_F(ToolList, DefaultProducerThatDoesNotStart) {
 // A camera can call itself what it likes; JSON gets the name as it is.
 TEST_F(ToolList, NamesOfCamerasGiveNoOrders) {
     SetCameras(R"(<Interface id="eth0" type="GEV">
-        <Camera id="evil" serial="1" width="64" height="48" frameRate="0"
+        <Camera id="evil&#10;b" serial="1" width="64" height="48" frameRate="0"
                 userName="a&#27;[2J&#10;b"/></Interface>)");
     for (const std::vector<std::string>& command : {std::vector<std::string>{"list"},
                                                     {"grab", "-f", "none"},
@@ -270,7 +270,7 @@ TEST_F(ToolList, NamesOfCamerasGiveNoOrders) {
         if (command.back() == "--names") continue;
         EXPECT_THAT(all, HasSubstr("a\\x1b[2J\\nb")) << command.front();
     }
-    EXPECT_THAT(RunOnTerminal({"get", "evil", "--plain", "DeviceUserID"}).out,
+    EXPECT_THAT(RunOnTerminal({"get", "1", "--simulated", "--plain", "DeviceUserID"}).out,
                 StartsWith("a\\x1b[2J"));
     EXPECT_THAT(Run({"get", "1", "--plain", "DeviceUserID"}).out, StartsWith("a\x1b[2J"))
         << "a program gets it as it is";
@@ -279,6 +279,8 @@ TEST_F(ToolList, NamesOfCamerasGiveNoOrders) {
 
 TEST_F(ToolList, NamesForTheShell) {
     EXPECT_EQ(Run({"list", "--names"}).out, "cam-a\n0815\nleft\ncam-b\n4711\na \"b\"\ncam-c\n0\n");
+    SetCameras(R"(<Interface id="usb0" type="U3V"><Camera id="same" serial="same"/></Interface>)");
+    EXPECT_EQ(Run({"list", "--names"}).out, "same\n");
 }
 
 // Found first by the loader, it loads and starts but is of no use.

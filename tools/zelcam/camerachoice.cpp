@@ -60,6 +60,20 @@ void TellAboutProducers(const Session& session) {
     }
 }
 
+const Camera& SelectOne(const Session& session, const std::string& wanted) {
+    const Camera& camera = ChooseCamera(session.Cameras(), wanted);
+    if (!camera.simulated || session.AsksForSimulated()) return camera;
+    if (wanted.empty() && session.HasRealProducer()) {
+        throw Failure(ExitCode::NoCamera,
+                      "no real camera was found, only simulated ones; `zelcam list` says what to "
+                      "check, and --simulated takes a simulated one");
+    }
+    if (wanted.empty() || wanted == std::to_string(camera.number)) {
+        std::cerr << "zelcam: note: camera " << Printable(camera.id) << " is simulated\n";
+    }
+    return camera;
+}
+
 }  // namespace
 
 const Camera& ChooseCamera(const std::vector<Camera>& cameras, const std::string& wanted) {
@@ -91,15 +105,20 @@ std::string TakeCamera(const std::vector<Camera>& cameras, std::vector<std::stri
 
 const Camera& SelectCamera(const Session& session, const std::string& wanted) {
     TellAboutProducers(session);
-    const Camera& camera = ChooseCamera(session.Cameras(), wanted);
-    if (!camera.simulated || session.AsksForSimulated()) return camera;
-    if (wanted.empty() && session.HasRealProducer()) {
-        throw Failure(ExitCode::NoCamera,
-                      "no real camera was found, only simulated ones; `zelcam list` says what to "
-                      "check, and --simulated takes a simulated one");
+    return SelectOne(session, wanted);
+}
+
+std::vector<const Camera*> SelectCameras(const Session& session,
+                                         const std::vector<std::string>& wanted) {
+    TellAboutProducers(session);
+    if (wanted.empty()) return {&SelectOne(session, "")};
+    std::vector<const Camera*> cameras;
+    for (const std::string& name : wanted) {
+        const Camera* const camera = &SelectOne(session, name);
+        if (std::find(cameras.begin(), cameras.end(), camera) != cameras.end()) {
+            throw Failure(ExitCode::Usage, "\"" + name + "\" is a camera that was named before");
+        }
+        cameras.push_back(camera);
     }
-    if (wanted.empty() || wanted == std::to_string(camera.number)) {
-        std::cerr << "zelcam: note: camera " << camera.id << " is simulated\n";
-    }
-    return camera;
+    return cameras;
 }

@@ -19,6 +19,11 @@ const Camera& ChooseCamera(const std::vector<Camera>& cameras, const std::string
 // chosen by its name is told of on stderr.
 const Camera& SelectCamera(const Session& session, const std::string& wanted);
 
+// The same for each of `wanted`, producers being told of once; for none the first camera. Failure
+// (Usage) also when a camera is named twice.
+std::vector<const Camera*> SelectCameras(const Session& session,
+                                         const std::vector<std::string>& wanted);
+
 // Takes the camera from the front of `words`, and returns how it is called. It may be left out:
 // words of which the first names no camera, and which are no more than `others`, name none. The
 // first camera, an empty name, is meant then.

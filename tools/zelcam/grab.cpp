@@ -86,20 +86,6 @@ FileNamePattern PatternOf(const GrabOptions& options) {
     return pattern;
 }
 
-std::vector<const Camera*> SelectCameras(const Session& session,
-                                         const std::vector<std::string>& wanted) {
-    if (wanted.empty()) return {&SelectCamera(session, "")};
-    std::vector<const Camera*> cameras;
-    std::set<const Camera*> seen;
-    for (const std::string& name : wanted) {
-        cameras.push_back(&SelectCamera(session, name));
-        if (!seen.insert(cameras.back()).second) {
-            RefuseUse("\"" + name + "\" is a camera that was named before");
-        }
-    }
-    return cameras;
-}
-
 std::vector<FrameNamer> NamersOf(const std::vector<const Camera*>& cameras,
                                  const FileNamePattern& pattern, bool writes) {
     std::vector<FrameNamer> namers;

@@ -127,8 +127,9 @@ void PrintNames(const Session& session) {
     std::map<std::string, int> uses;
     std::vector<std::pair<std::string, const Camera*>> names;
     for (const Camera& camera : session.Cameras()) {
+        std::set<std::string> own;
         for (const std::string& name : {camera.id, camera.serial, camera.userName}) {
-            if (name.empty() || Printable(name) != name) continue;
+            if (name.empty() || Printable(name) != name || !own.insert(name).second) continue;
             names.emplace_back(name, &camera);
             ++uses[name];
         }
