@@ -129,7 +129,7 @@ TEST_F(ToolGrab, StandardOutputGetsTheBytesAndNothingElse) {
     EXPECT_EQ(raw.exitCode, 0) << raw.err;
     ASSERT_EQ(raw.out.size(), 3 * (size_t{83} * 63 + 80));
     EXPECT_EQ(raw.out.substr(size_t{83} * 40, 10), std::string(10, '\xFF'));
-    EXPECT_THAT(raw.err, HasSubstr("Frames      3"));
+    EXPECT_THAT(raw.err, AllOf(HasSubstr("Frames      3"), HasSubstr("to standard output")));
     const ToolResult png = Run({"grab", "a-gray", "-o", "-"});
     EXPECT_EQ(Bars(ReadPng({png.out.begin(), png.out.end()})), grayBars);
     const ToolResult failed = Run({"grab", "silent", "-t", "100", "-o", "-"});
@@ -226,6 +226,12 @@ TEST_F(ToolGrab, SoftwareTriggers) {
         EXPECT_EQ(result.exitCode, 0) << result.err;
         EXPECT_THAT(result.out, AllOf(HasSubstr("Frames      3"), HasSubstr("\nTriggers    ")));
     }
+    const ToolResult lost =
+        Run({"grab", "silent", "--trigger", "-t", "300", "-f", "none", "--set", "TriggerMode=On"});
+    EXPECT_EQ(lost.exitCode, 6);
+    EXPECT_THAT(lost.err, AllOf(HasSubstr("ok  TriggerMode is On for FrameStart, TriggerSource is "
+                                          "Software, triggers sent: 1"),
+                                Not(HasSubstr("send the camera a trigger"))));
     for (const char* rate : {"0", "-1", "nan", "1e9", "5x"})
         EXPECT_EQ(Run({"grab", "--trigger-rate", rate}).exitCode, 1) << rate;
 }
@@ -251,6 +257,8 @@ TEST_F(ToolGrab, SeveralFramesAndTheSummary) {
     EXPECT_EQ(result.exitCode, 0) << result.err;
     const json report = result.Json();
     EXPECT_EQ(report.at("camera"), "bgr");
+    EXPECT_EQ(report.at("producer"), ZELCAM_DEFAULT_PRODUCER);
+    EXPECT_EQ(report.at("simulated"), true);
     EXPECT_EQ(report.at("frames"), 3);
     EXPECT_EQ(report.at("lost"), 0);
     EXPECT_EQ(report.at("written"), 3);

@@ -72,6 +72,13 @@ TEST_F(ToolList, ShowsEverythingAboutTheCameras) {
     EXPECT_EQ(listing.at("interfaces").at(0).at("producer"), ZELCAM_DEFAULT_PRODUCER);
 }
 
+// Lines that programs search stay whole; those that people read wrap.
+TEST_F(ToolList, WrapsOnTerminals) {
+    SetVariable("COLUMNS", "40");
+    EXPECT_THAT(RunOnTerminal({"list"}).out, HasSubstr("\r\n  maker with --producer"));
+    EXPECT_THAT(Run({"list"}).out, HasSubstr(std::string(ZELCAM_DEFAULT_PRODUCER) + "\n"));
+}
+
 // Each broken file is listed with its reason, and the working producers with their cameras.
 TEST_F(ToolList, BrokenProducersSinkNobodyElse) {
     Write("text.cti", "this is no library");

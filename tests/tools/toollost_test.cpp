@@ -35,6 +35,7 @@ class ToolLost : public ::testing::Test {
         AddFeaturesCommand(line.Program(), invocation);
         AddGetCommand(line.Program(), invocation);
         AddWatchCommand(line.Program(), invocation);
+        AddEventsCommand(line.Program(), invocation);
         AddReportCommand(line.Program(), invocation);
         AddCheckCommand(line.Program(), invocation);
         arguments.insert(arguments.begin(), "zelcam");
@@ -137,6 +138,13 @@ TEST_F(ToolLost, WatchEnds) {
         Run({"watch", "1", "DeviceTemperature", "-i", "1", "-n", "2", "-d", "20000"});
     EXPECT_EQ(once.code, ExitCode::FeatureFailed);
     EXPECT_THAT(once.out, HasSubstr("-> (DeviceTemperature cannot be read: "));
+}
+
+TEST_F(ToolLost, EventsEnd) {
+    FailReads(ReadsOf({"events", "1", "Test", "-d", "1"}));
+    const Result result = Run({"events", "1", "Test", "-d", "20000"});
+    EXPECT_EQ(result.code, ExitCode::FeatureFailed);
+    EXPECT_THAT(result.failure, HasSubstr("nothing answers any more"));
 }
 
 TEST_F(ToolLost, ReportIsWrittenAndFails) {

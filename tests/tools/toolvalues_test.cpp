@@ -34,6 +34,12 @@ TEST_F(ToolValues, NumbersMayHaveAUnitThatConverts) {
     const nlohmann::json value = Run({"set", "cam-a", "ExposureTime=5ms", "--json"}).Json().at(0);
     EXPECT_EQ(value.at("value"), 5000);
     EXPECT_EQ(value.at("unit"), "us");
+    const std::vector<std::string> grab = {"grab", "cam-a", "-f",
+                                           "none", "--set", "ExposureTime=5ms"};
+    EXPECT_THAT(Run(grab).out, HasSubstr("\nSet         ExposureTime=5000 us\n"));
+    const nlohmann::json report =
+        Run({"grab", "cam-a", "-f", "none", "--set", "ExposureTime=5ms", "--json"}).Json();
+    EXPECT_EQ(report.at("set"), nlohmann::json::array({value}));
 }
 
 TEST_F(ToolValues, WhatIsNoNumberSetsNothing) {

@@ -82,12 +82,13 @@ class TriggerSelection {
         return selector_->SetValueStr(name.c_str()) == ZelCamErr_Success;
     }
 
+    std::string Current() const { return selector_ != nullptr ? ReadOrEmpty(*selector_) : ""; }
+
   private:
     static std::string TextOrNone(ZelGenParam::EnumEntry& entry) {
         const char* const text = entry.GetValueStr(nullptr);
         return text != nullptr ? text : "";
     }
-    std::string Current() const { return ReadOrEmpty(*selector_); }
 
     ZelGenParam::Enum* selector_;
     int64_t before_ = 0;
@@ -97,8 +98,12 @@ class TriggerSelection {
 // Collects the checks of one camera.
 class CameraChecks {
   public:
-    CameraChecks(ZelGenParam::Array& features, const std::string& cameraId, uint64_t timeoutMs)
-        : features_(features), cameraId_(cameraId), timeoutMs_(timeoutMs) {}
+    CameraChecks(ZelGenParam::Array& features, const std::string& cameraId, uint64_t timeoutMs,
+                 uint64_t triggersSent)
+        : features_(features),
+          cameraId_(cameraId),
+          timeoutMs_(timeoutMs),
+          triggersSent_(triggersSent) {}
 
     // Stops at the first feature that the camera does not answer: each may take a time-out.
     std::vector<Check> Run() {
@@ -148,10 +153,11 @@ class CameraChecks {
     void Triggers() {
         if (features_.GetParam("TriggerMode", nullptr) == nullptr) return;
         TriggerSelection selection(features_);
+        const std::string selected = selection.Current();
         std::string off;
         for (const std::string& name : selection.Names()) {
             const std::string mode = selection.Select(name) ? TextOf(features_, "TriggerMode") : "";
-            if (mode == "On") AddActiveTrigger(name);
+            if (mode == "On") AddActiveTrigger(name, name == selected);
             if (mode == "Off") off += (off.empty() ? "TriggerMode is Off" : ",") + For(name);
         }
         if (!off.empty()) Add(true, off);
@@ -160,11 +166,13 @@ class CameraChecks {
     // " for FrameStart"; nothing for a camera with one trigger.
     static std::string For(const std::string& name) { return name.empty() ? "" : " for " + name; }
 
-    void AddActiveTrigger(const std::string& name) {
+    void AddActiveTrigger(const std::string& name, bool isSelected) {
         const std::string source = TextOf(features_, "TriggerSource");
-        Add(false,
+        const bool sent = isSelected && source == "Software" && triggersSent_ > 0;
+        Add(sent,
             "TriggerMode is On" + For(name) +
-                (source.empty() ? "" : ", TriggerSource is " + source),
+                (source.empty() ? "" : ", TriggerSource is " + source) +
+                (sent ? ", triggers sent: " + std::to_string(triggersSent_) : ""),
             "send the camera a trigger" + (source.empty() ? "" : " (" + source + ")") +
                 ", or switch it off: zelcam set " + cameraId_ +
                 (name.empty() ? "" : std::string(" ") + triggerSelectorName + "=" + name) +
@@ -203,6 +211,7 @@ class CameraChecks {
     ZelGenParam::Array& features_;
     const std::string& cameraId_;
     uint64_t timeoutMs_;
+    uint64_t triggersSent_;
     std::vector<Check> checks_;
 };
 
@@ -221,13 +230,13 @@ Check CheckStarted(CameraSide::Started started) {
 }  // namespace
 
 std::vector<Check> CheckCamera(const CameraSide& camera, const std::string& cameraId,
-                               uint64_t timeoutMs) {
+                               uint64_t timeoutMs, uint64_t triggersSent) {
     if (camera.Features() == nullptr) {
         return {{false, "the camera has no features: it was not told to start",
                  "zelcam features " + cameraId + " says why"}};
     }
     std::vector<Check> checks = {CheckStarted(camera.HasStarted())};
-    for (Check& check : CameraChecks(*camera.Features(), cameraId, timeoutMs).Run())
+    for (Check& check : CameraChecks(*camera.Features(), cameraId, timeoutMs, triggersSent).Run())
         checks.push_back(std::move(check));
     return checks;
 }

@@ -12,6 +12,7 @@
 #include "tools/zelcam/featurechecks.h"
 #include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/listing.h"
 #include "tools/zelcam/printable.h"
 #include "tools/zelcam/streamchecks.h"
 
@@ -40,16 +41,13 @@ void PrintJson(const Camera& camera, const CheckList& checks) {
                         {"detail", result.detail},
                         {"milliseconds", result.milliseconds}});
     }
-    const Json result = {{"camera", camera.id},
-                         {"vendor", camera.vendor},
-                         {"model", camera.model},
-                         {"producer", camera.producer},
-                         {"simulated", camera.simulated},
-                         {"checks", std::move(list)},
-                         {"passed", checks.Count(Verdict::Passed)},
-                         {"failed", checks.Count(Verdict::Failed)},
-                         {"skipped", checks.Count(Verdict::Skipped)},
-                         {"interrupted", Interrupted()}};
+    Json result = {{"camera", camera.id}, {"vendor", camera.vendor}, {"model", camera.model}};
+    result.update(OriginAsJson(camera));
+    result.update({{"checks", std::move(list)},
+                   {"passed", checks.Count(Verdict::Passed)},
+                   {"failed", checks.Count(Verdict::Failed)},
+                   {"skipped", checks.Count(Verdict::Skipped)},
+                   {"interrupted", Interrupted()}});
     std::cout << JsonText(result) << '\n';
 }
 

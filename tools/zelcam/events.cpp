@@ -8,6 +8,7 @@
 #include "tools/zelcam/acquisition.h"
 #include "tools/zelcam/commands.h"
 #include "tools/zelcam/eventlistener.h"
+#include "tools/zelcam/featurereading.h"
 #include "tools/zelcam/interrupt.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/pause.h"
@@ -19,6 +20,9 @@
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+// A camera that is lost sends nothing, also not that it is lost.
+constexpr uint64_t betweenLooksMs = 1000;
 
 struct EventsOptions {
     FeatureOptions camera;
@@ -61,7 +65,7 @@ class Listening {
             try {
                 listeners_.push_back(std::make_unique<EventListener>(features, name, queue_));
             } catch (const Failure& failure) {
-                std::cerr << "zelcam: note: " << failure.what() << '\n';
+                std::cerr << "zelcam: note: " << PrintableLines(failure.what()) << '\n';
             }
         }
     }
@@ -117,6 +121,7 @@ ExitCode RunEvents(const EventsOptions& options) {
     uint64_t arrived = 0;
     LiveLine line(Waiting("waiting for events"));
     const Deadline deadline(options.durationMs);
+    Deadline look(betweenLooksMs);
     while ((options.count == 0 || arrived < options.count) && !Interrupted() &&
            !deadline.Passed()) {
         if (acquisition) PassFrame(*acquisition);
@@ -125,6 +130,9 @@ ExitCode RunEvents(const EventsOptions& options) {
             line.Print([&] { Print(*event, options.camera.session.json); });
             if (++arrived == options.count) break;
         }
+        if (!look.Passed()) continue;
+        RequireAnswer(session.Features());
+        look = Deadline(betweenLooksMs);
     }
     if (acquisition) acquisition->End();
     if (arrived == 0) PrintWhatMayBeMissing(options);
@@ -149,6 +157,7 @@ void AddEventsCommand(Command app, Invocation& invocation) {
         "Examples:\n"
         "  zelcam events 1 ExposureEnd --grab -n 10\n"
         "  zelcam events 1 --json               one JSON object per line\n\n"
-        "At the end the events are switched as they were before.");
+        "At the end the events are switched as they were before. The command ends with exit code 8 "
+        "when\nthe camera is lost.");
     Connect(command, invocation, options, RunEvents);
 }

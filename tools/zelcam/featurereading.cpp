@@ -8,9 +8,9 @@ namespace {
 using Json = nlohmann::ordered_json;
 using ZelGenParam::Param;
 
-// Whether a register answers that says it can be read. The first few stand for all: each may take
-// the time-out of the transport.
-bool Answers(GenApi::INodeMap& nodeMap) {
+// Whether a register answers that says it can be read; nothing where there is none. The first few
+// stand for all: each may take the time-out of the transport.
+std::optional<bool> Answers(GenApi::INodeMap& nodeMap) {
     constexpr int enough = 3;
     constexpr int64_t longest = 4096;
     GenApi::NodeList_t nodes;
@@ -28,12 +28,14 @@ bool Answers(GenApi::INodeMap& nodeMap) {
             if (++failed == enough) return false;
         }
     }
-    return false;
+    return failed == 0 ? std::nullopt : std::optional<bool>(false);
 }
 
 [[noreturn]] void ThrowUnreadable(Param& feature, const std::string& why) {
     const std::string text = std::string(feature.GetName()) + " cannot be read: " + why;
-    if (Answers(*feature.GetNode()->GetNodeMap())) throw Failure(ExitCode::FeatureFailed, text);
+    if (Answers(*feature.GetNode()->GetNodeMap()).value_or(false)) {
+        throw Failure(ExitCode::FeatureFailed, text);
+    }
     throw CameraLost(ExitCode::FeatureFailed, "nothing answers any more: " + text);
 }
 
@@ -103,4 +105,10 @@ std::string ReadOrEmpty(Param& feature, bool fresh) {
     } catch (const Failure&) {
         return "";
     }
+}
+
+void RequireAnswer(ZelGenParam::Array& features) {
+    GenApi::INodeMap* const nodeMap = features.GetNodeMap(nullptr);
+    if (nodeMap == nullptr || Answers(*nodeMap).value_or(true)) return;
+    throw CameraLost(ExitCode::FeatureFailed, "nothing answers any more: the camera is lost");
 }

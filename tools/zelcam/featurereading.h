@@ -31,4 +31,7 @@ nlohmann::ordered_json ReadFeatureAsJson(ZelGenParam::Param& feature, bool fresh
 // ReadFeature where no failure counts: empty for whatever cannot be read.
 std::string ReadOrEmpty(ZelGenParam::Param& feature, bool fresh = false);
 
+// CameraLost when registers are read, and none answers.
+void RequireAnswer(ZelGenParam::Array& features);
+
 #endif  // ZELCAM_TOOLS_ZELCAM_FEATUREREADING_H

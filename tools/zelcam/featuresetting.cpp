@@ -108,3 +108,12 @@ Param& SetFeature(ZelGenParam::Array& features, const std::string& assignment) {
     Refuse(std::string(feature.GetName()) + " cannot be set to \"" + text + "\": " + problem +
            (range.empty() ? "" : "\nIt can be " + WithUnit(feature, range)));
 }
+
+TakenSetting SetAndRead(ZelGenParam::Array& features, const std::string& assignment) {
+    Param& feature = SetFeature(features, assignment);
+    const std::string name = feature.GetName();
+    const std::optional<std::string> value = ReadFeature(feature);
+    const std::string given = assignment.substr(assignment.find('=') + 1);
+    return {name + "=" + (value ? WithUnit(feature, *value) : given),
+            {{"name", name}, {"value", ReadFeatureAsJson(feature)}, {"unit", UnitOf(feature)}}};
+}

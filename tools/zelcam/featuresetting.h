@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include <nlohmann/json.hpp>
+
 #include "ZelGenParam/Array.h"
 
 // The text for the feature's node of a value as a user writes it: numbers are whole, and may be
@@ -15,5 +17,15 @@ std::string SettingText(ZelGenParam::Param& feature, const std::string& text);
 // `assignment` is NAME=VALUE, with the value as SettingText takes it. Returns the feature. Failure
 // (Usage, FeatureFailed) with what it can be set to.
 ZelGenParam::Param& SetFeature(ZelGenParam::Array& features, const std::string& assignment);
+
+// A feature as the camera took it, which may have rounded the value.
+struct TakenSetting {
+    std::string words;            // NAME=VALUE, with the unit
+    nlohmann::ordered_json json;  // "name", "value", "unit"
+};
+
+// Sets a feature like SetFeature and reads it back. What cannot be read is as it was given, in JSON
+// null.
+TakenSetting SetAndRead(ZelGenParam::Array& features, const std::string& assignment);
 
 #endif  // ZELCAM_TOOLS_ZELCAM_FEATURESETTING_H

@@ -13,7 +13,7 @@ GrabJob::GrabJob(const Camera& camera, const GrabSettings& settings, FrameNamer 
     if (settings.features.empty() && !settings.triggersPerSecond) return;
     ZelGenParam::Array& features = opened_->Features(Module::Camera);
     for (const std::string& assignment : settings.features)
-        SetFeature(features, assignment);
+        report_.settings.push_back(SetAndRead(features, assignment));
     if (settings.triggersPerSecond) trigger_.emplace(features, *settings.triggersPerSecond);
 }
 

@@ -9,7 +9,8 @@
 namespace {
 
 // A camera that ended as its settings say is no silent camera.
-void ExplainSilence(const GrabLimits& limits, Acquisition& acquisition, GrabReport& report) {
+void ExplainSilence(const GrabLimits& limits, uint64_t triggersSent, Acquisition& acquisition,
+                    GrabReport& report) {
     const uint64_t frames = report.statistics.Frames();
     const std::string why = WhyAllWereSent(acquisition.Camera(), frames);
     report.exitCode = ExitCode::Timeout;
@@ -20,20 +21,21 @@ void ExplainSilence(const GrabLimits& limits, Acquisition& acquisition, GrabRepo
         return;
     }
     report.error = "no frame within " + std::to_string(limits.timeoutMs) + " ms";
-    report.checks = CheckSilence(acquisition, report.camera, report.statistics, limits.timeoutMs);
+    report.checks =
+        CheckSilence(acquisition, report.camera, report.statistics, limits.timeoutMs, triggersSent);
     // These would have kept the first frame back, too.
     if (frames == 0) report.otherCauses = OtherCauses(report.camera);
     report.nextStep = NextStep(report.checks, report.otherCauses);
 }
 
 // Notes why no frame came, and how the program ends for it.
-void EndWithoutFrame(ZelCamErr code, const GrabLimits& limits, Acquisition& acquisition,
-                     GrabReport& report) {
+void EndWithoutFrame(ZelCamErr code, const GrabLimits& limits, uint64_t triggersSent,
+                     Acquisition& acquisition, GrabReport& report) {
     if (code == ZelCamErr_GenTL_Abort && Interrupted()) {
         report.interrupted = true;
         if (limits.count != 0) report.exitCode = ExitCode::Interrupted;
     } else if (code == ZelCamErr_GenTL_Timeout) {
-        ExplainSilence(limits, acquisition, report);
+        ExplainSilence(limits, triggersSent, acquisition, report);
     } else {
         report.exitCode = ExitCode::AcquisitionFailed;
         report.error = "waiting for a frame failed: " + ErrorWords(code);
@@ -62,7 +64,8 @@ void Loop(Acquisition& acquisition, const GrabLimits& limits, SoftwareTrigger* t
         ZelCamErr code = ZelCamErr_Success;
         ZelCam::Buffer* buffer = WaitForFrame(acquisition, limits.timeoutMs, trigger, &code);
         if (buffer == nullptr) {
-            EndWithoutFrame(code, limits, acquisition, report);
+            EndWithoutFrame(code, limits, trigger != nullptr ? trigger->Sent() : 0, acquisition,
+                            report);
             return;
         }
         const Frame frame(*buffer);

@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "tools/imaging/pixelformat.h"
+#include "tools/zelcam/listing.h"
 #include "tools/zelcam/printable.h"
 
 namespace {
@@ -46,6 +47,8 @@ void GrabReport::PrintText(std::ostream& out, std::ostream& err) const {
 
 void GrabReport::PrintSummary(std::ostream& out) const {
     out << "Camera      " << camera.Description() << '\n';
+    for (const TakenSetting& setting : settings)
+        out << "Set         " << Printable(setting.words) << '\n';
     if (!geometry.empty()) out << "Image       " << geometry << '\n';
     out << "Frames      " << statistics.Frames();
     if (statistics.Frames() > 1) {
@@ -63,6 +66,10 @@ void GrabReport::PrintSummary(std::ostream& out) const {
                    " times  (writing is slower than the camera; --format tiff or raw is faster)");
     }
     if (files.count == 0) return;
+    if (files.first == standardOutput) {
+        out << "Written     to standard output\n";
+        return;
+    }
     out << "Written     " << files.first;
     if (files.count > 1) out << (files.count > 2 ? " ... " : ", ") << files.last;
     out << '\n';
@@ -80,9 +87,11 @@ void GrabReport::PrintError(std::ostream& err) const {
 }
 
 Json GrabReport::AsJson() const {
-    Json result = {{"camera", camera.id},
-                   {"serial", camera.serial},
-                   {"image", geometry},
+    Json result = {{"camera", camera.id}, {"serial", camera.serial}};
+    result.update(OriginAsJson(camera));
+    for (const TakenSetting& setting : settings)
+        result["set"].push_back(setting.json);
+    result.update({{"image", geometry},
                    {"frames", statistics.Frames()},
                    {"seconds", statistics.Seconds()},
                    {"framesPerSecond", statistics.FramesPerSecond()},
@@ -95,7 +104,7 @@ Json GrabReport::AsJson() const {
                    {"firstFile", files.first},
                    {"lastFile", files.last},
                    {"exitCode", static_cast<int>(exitCode)},
-                   {"error", error}};
+                   {"error", error}});
     if (!checks.empty()) {
         result["checks"] = ChecksAsJson(checks);
         result["otherCauses"] = otherCauses;

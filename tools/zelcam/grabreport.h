@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/zelcam/failure.h"
+#include "tools/zelcam/featuresetting.h"
 #include "tools/zelcam/framefiles.h"
 #include "tools/zelcam/framestatistics.h"
 #include "tools/zelcam/session.h"
@@ -20,8 +21,9 @@ struct GrabReport {
     Camera camera;
     FrameStatistics statistics;
     uint64_t underruns = 0;
-    std::string geometry;              // of the first frame: "640 x 480 Mono8"
-    std::optional<uint64_t> triggers;  // sent; nothing where none were asked for
+    std::vector<TakenSetting> settings;  // what was set first
+    std::string geometry;                // of the first frame: "640 x 480 Mono8"
+    std::optional<uint64_t> triggers;    // sent; nothing where none were asked for
     WrittenFiles files;
     bool interrupted = false;
     ExitCode exitCode = ExitCode::Ok;

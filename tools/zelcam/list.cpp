@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <unistd.h>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -13,6 +14,7 @@
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/listing.h"
 #include "tools/zelcam/printable.h"
+#include "tools/zelcam/texttable.h"
 #include "tools/zelcam/words.h"
 
 namespace {
@@ -52,18 +54,17 @@ Json InterfacesAsJson(const Session& session) {
 Json CamerasAsJson(const Session& session) {
     Json cameras = Json::array();
     for (const Camera& camera : session.Cameras()) {
-        cameras.push_back({{"number", camera.number},
-                           {"id", camera.id},
-                           {"vendor", camera.vendor},
-                           {"model", camera.model},
-                           {"serial", camera.serial},
-                           {"userName", camera.userName},
-                           {"version", camera.version},
-                           {"access", AccessWords(camera.accessStatus)},
-                           {"accessStatus", camera.accessStatus},
-                           {"interface", camera.interfaceId},
-                           {"producer", camera.producer},
-                           {"simulated", camera.simulated}});
+        Json entry = {{"number", camera.number},
+                      {"id", camera.id},
+                      {"vendor", camera.vendor},
+                      {"model", camera.model},
+                      {"serial", camera.serial},
+                      {"userName", camera.userName},
+                      {"version", camera.version},
+                      {"access", AccessWords(camera.accessStatus)},
+                      {"accessStatus", camera.accessStatus}};
+        entry.update(OriginAsJson(camera));
+        cameras.push_back(std::move(entry));
     }
     return cameras;
 }
@@ -112,14 +113,15 @@ std::vector<std::string> WhatToCheck(const Session& session) {
 }
 
 void PrintText(const Session& session) {
-    PrintSession(std::cout, session);
+    const size_t width = TerminalWidth(STDOUT_FILENO);
+    PrintSession(std::cout, session, width);
     const auto& cameras = session.Cameras();
     // Real ones come first.
     if (!cameras.empty() && (!cameras.front().simulated || session.AsksForSimulated())) return;
     std::cout << (cameras.empty() ? "\nNo camera was found." : "\nNo real camera was found.")
               << " What to check:\n";
     for (const std::string& check : WhatToCheck(session))
-        std::cout << "  - " << check << '\n';
+        PrintIndented(std::cout, "- " + check, width);
 }
 
 // Everything by which a camera can be chosen, for the completion of the shell.

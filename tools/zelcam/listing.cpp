@@ -2,6 +2,8 @@
 
 #include <ostream>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/zelcam/printable.h"
 #include "tools/zelcam/texttable.h"
 #include "tools/zelcam/words.h"
@@ -12,20 +14,20 @@ std::string CameraKind(bool simulated) {
     return simulated ? "simulated" : "real";
 }
 
-void PrintProducers(std::ostream& out, const Session& session) {
+void PrintProducers(std::ostream& out, const Session& session, size_t width) {
     out << "Producers\n";
     TextTable table({"STATE", "FROM", "FILE"});
     for (const Producer& producer : session.Producers()) {
         table.AddRow({producer.StateWords(), producer.OriginWords(), producer.file});
     }
-    table.Print(out);
+    table.Print(out, width);
     for (const Producer& producer : session.Producers()) {
         if (producer.reason.empty()) continue;
-        out << "  " << producer.file << ": " << PrintableLines(producer.reason) << '\n';
+        PrintIndented(out, producer.file + ": " + PrintableLines(producer.reason), width);
     }
 }
 
-void PrintInterfaces(std::ostream& out, const Session& session) {
+void PrintInterfaces(std::ostream& out, const Session& session, size_t width) {
     if (session.Interfaces().empty()) return;
     out << "\nInterfaces\n";
     TextTable table({"ID", "TYPE", "CAMERAS", "KIND", "DESCRIPTION", "PRODUCER"});
@@ -33,13 +35,15 @@ void PrintInterfaces(std::ostream& out, const Session& session) {
         table.AddRow({entry.id, InterfaceTypeWords(entry.type), std::to_string(entry.cameras),
                       CameraKind(entry.simulated), entry.description, entry.producerName});
     }
-    table.Print(out);
+    table.Print(out, width);
     for (const InterfaceEntry& entry : session.Interfaces()) {
         if (entry.problem.empty()) continue;
-        out << "  " << Printable(entry.id) << ": " << Printable(entry.problem) << '\n';
+        PrintIndented(out, Printable(entry.id) + ": " + Printable(entry.problem), width);
     }
 }
 
+// With so many columns a terminal would have to break every name to make them fit: it wraps the
+// lines.
 void PrintCameras(std::ostream& out, const Session& session) {
     if (session.Cameras().empty()) return;
     out << "\nCameras\n";
@@ -55,8 +59,14 @@ void PrintCameras(std::ostream& out, const Session& session) {
 
 }  // namespace
 
-void PrintSession(std::ostream& out, const Session& session) {
-    PrintProducers(out, session);
-    PrintInterfaces(out, session);
+void PrintSession(std::ostream& out, const Session& session, size_t width) {
+    PrintProducers(out, session, width);
+    PrintInterfaces(out, session, width);
     PrintCameras(out, session);
+}
+
+nlohmann::ordered_json OriginAsJson(const Camera& camera) {
+    return {{"interface", camera.interfaceId},
+            {"producer", camera.producer},
+            {"simulated", camera.simulated}};
 }

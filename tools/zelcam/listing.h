@@ -8,7 +8,11 @@
 
 #include "tools/zelcam/session.h"
 
-void PrintSession(std::ostream& out, const Session& session);
+// Lines wrap where a `width` is given, but for those of the cameras.
+void PrintSession(std::ostream& out, const Session& session, size_t width = 0);
+
+// Where a camera comes from: "interface", "producer" and "simulated", in all JSON about cameras.
+nlohmann::ordered_json OriginAsJson(const Camera& camera);
 
 // What `zelcam list --json` prints.
 nlohmann::ordered_json SessionAsJson(const Session& session);

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <numeric>
 #include <ostream>
+#include <sstream>
 #include <sys/ioctl.h>
 #include <unistd.h>
 #include <utility>
@@ -55,6 +56,14 @@ std::vector<std::string> WrapText(const std::string& text, size_t width) {
         begin = std::min(text.find_first_not_of(' ', end), text.size());
     } while (begin < text.size());
     return lines;
+}
+
+void PrintIndented(std::ostream& out, const std::string& text, size_t width) {
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        for (const std::string& part : WrapText(line, width > columnGap ? width - columnGap : 0))
+            out << std::string(columnGap, ' ') << part << '\n';
+    }
 }
 
 size_t TerminalWidth(int descriptor) {

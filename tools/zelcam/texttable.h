@@ -11,6 +11,9 @@
 // width of 0 leaves the text in one line.
 std::vector<std::string> WrapText(const std::string& text, size_t width);
 
+// Prints the lines of a text, each wrapped as by WrapText, two columns further right.
+void PrintIndented(std::ostream& out, const std::string& text, size_t width);
+
 // The columns of the terminal that `descriptor` writes to; the variable COLUMNS goes before. 0 for
 // a file or a pipe: lines stay whole there, for programs that search them.
 size_t TerminalWidth(int descriptor);

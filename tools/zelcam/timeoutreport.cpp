@@ -64,10 +64,11 @@ Check CheckAccess(const Camera& camera) {
 }  // namespace
 
 std::vector<Check> CheckSilence(Acquisition& acquisition, const Camera& camera,
-                                const FrameStatistics& statistics, uint64_t timeoutMs) {
+                                const FrameStatistics& statistics, uint64_t timeoutMs,
+                                uint64_t triggersSent) {
     ZelCam::Stream& stream = acquisition.Stream();
     std::vector<Check> checks = {CheckAccess(camera), CheckGrabbing(stream)};
-    for (Check& check : CheckCamera(acquisition.Camera(), camera.id, timeoutMs))
+    for (Check& check : CheckCamera(acquisition.Camera(), camera.id, timeoutMs, triggersSent))
         checks.push_back(std::move(check));
     for (const Check& check :
          {CheckAnnounced(stream), CheckQueued(stream), CheckAwaiting(stream),

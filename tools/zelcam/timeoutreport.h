@@ -11,9 +11,10 @@
 #include "tools/zelcam/session.h"
 
 // Looks at everything that the stream and the camera tell, what is most likely first. Call it while
-// the acquisition runs.
+// the acquisition runs. `triggersSent`: see CheckCamera.
 std::vector<Check> CheckSilence(Acquisition& acquisition, const Camera& camera,
-                                const FrameStatistics& statistics, uint64_t timeoutMs);
+                                const FrameStatistics& statistics, uint64_t timeoutMs,
+                                uint64_t triggersSent);
 
 // What cannot be looked at from here and may keep every frame back, most likely first.
 std::vector<std::string> OtherCauses(const Camera& camera);

@@ -82,22 +82,15 @@ struct SetOptions {
     std::vector<std::string> settings;
 };
 
-// Values are read back, since the camera may have rounded them; what cannot be read is as it was
-// given.
 ExitCode RunSet(const SetOptions& options) {
     FeatureSession session(options.camera);
     Json values = Json::array();
     for (const std::string& setting : options.settings) {
-        ZelGenParam::Param& feature = SetFeature(session.Features(), setting);
+        TakenSetting taken = SetAndRead(session.Features(), setting);
         if (options.camera.session.json) {
-            values.push_back({{"name", feature.GetName()},
-                              {"value", ReadFeatureAsJson(feature)},
-                              {"unit", UnitOf(feature)}});
+            values.push_back(std::move(taken.json));
         } else {
-            const std::string given = setting.substr(setting.find('=') + 1);
-            const std::optional<std::string> value = ReadFeature(feature);
-            std::cout << feature.GetName() << '='
-                      << Printable(value ? WithUnit(feature, *value) : given) << std::endl;
+            std::cout << Printable(taken.words) << std::endl;
         }
     }
     if (options.camera.session.json) std::cout << JsonText(values) << '\n';

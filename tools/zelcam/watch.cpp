@@ -120,7 +120,8 @@ ExitCode RunWatch(const WatchOptions& options) {
                       "no feature fits \"" + options.glob + "\"" +
                           DidYouMean(options.glob, NamesOf(session.Features())));
     }
-    std::cerr << "zelcam: " << watch.Size() << " features are watched\n";
+    std::cerr << "zelcam: " << watch.Size()
+              << (watch.Size() == 1 ? " feature is watched\n" : " features are watched\n");
     const ExitCode end = LookUntilTheEnd(watch, options);
     if (watch.HasFailed()) {
         throw Failure(ExitCode::FeatureFailed, "not every feature could be read each time");
