@@ -49,6 +49,8 @@ TEST_F(ToolConfig, SavesLoadsAndComparesConfigurations) {
     ASSERT_EQ(Run({"config", "save", "cam-a", "saved.xml"}).exitCode, 0);
     EXPECT_EQ(Run({"config", "diff", "cam-a", "saved.xml"}).exitCode, 0);
     WriteChanged("other.xml", "Width\t640", "Width\t0xa0");
+    EXPECT_EQ(Run({"config", "save", "cam-a", "-"}).out, Read("saved.xml"));
+    EXPECT_FALSE(fs::exists(Path("-")));
     const ToolResult different = Run({"config", "diff", "cam-a", "other.xml"});
     EXPECT_EQ(different.exitCode, 9);
     EXPECT_EQ(different.out, "Width: camera 640, file 0xa0\n");

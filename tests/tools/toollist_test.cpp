@@ -331,7 +331,7 @@ TEST_F(Completion, CommandsOptionsCamerasAndFiles) {
 TEST_F(Completion, KnowsEveryOption) {
     for (const std::string command :
          {"list", "grab", "features", "get", "set", "exec", "watch", "events", "read", "write",
-          "firmware", "xml", "report", "config save", "config load", "ip show"}) {
+          "firmware", "xml", "report", "config save", "config load", "ip show", "ip force"}) {
         const size_t blank = command.find(' ');
         std::vector<std::string> words = {command.substr(0, blank)};
         if (blank != std::string::npos) words.push_back(command.substr(blank + 1));
@@ -351,6 +351,12 @@ TEST_F(Completion, KnowsEveryOption) {
     }
 }
 
+TEST_F(ToolList, HelpIsAWordToo) {
+    EXPECT_EQ(Run({"help"}).out, Run({"--help"}).out);
+    EXPECT_EQ(Run({"help", "ip", "force"}).out, Run({"ip", "force", "--help"}).out);
+    EXPECT_EQ(Run({"help", "nonsense"}).exitCode, 1);
+}
+
 TEST_F(ToolList, WrongUse) {
     const ToolResult unknown = Run({"frobnicate"});
     EXPECT_EQ(unknown.exitCode, 1);
@@ -359,7 +365,9 @@ TEST_F(ToolList, WrongUse) {
     EXPECT_EQ(below.exitCode, 1);
     EXPECT_THAT(below.err, HasSubstr("no command \"compare\"; see zelcam config --help"));
     EXPECT_EQ(Run({}).exitCode, 1);
-    EXPECT_EQ(Run({"list", "--search", "soon"}).exitCode, 1);
+    const ToolResult wrong = Run({"list", "--search", "soon"});
+    EXPECT_EQ(wrong.exitCode, 1);
+    EXPECT_THAT(wrong.err, StartsWith("zelcam: --search: "));
     EXPECT_EQ(Run({"list", "--help"}).exitCode, 0);
     EXPECT_THAT(Run({"--help"}).out, HasSubstr("Exit codes"));
     EXPECT_THAT(Run({"--version"}).out, StartsWith("zelcam " ZELCAM_VERSION));

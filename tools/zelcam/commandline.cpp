@@ -1,5 +1,6 @@
 #include "tools/zelcam/commandline.h"
 
+#include <algorithm>
 #include <iostream>
 #include <utility>
 
@@ -108,6 +109,9 @@ CommandLine::CommandLine(const char* name, const char* version, const char* what
     : app_(std::make_unique<CLI::App>(what, name)) {
     app_->set_version_flag("--version", std::string(name) + ' ' + version);
     app_->set_help_flag("-h,--help", "Print this help");
+    app_->failure_message([](const CLI::App* app, const CLI::Error& error) {
+        return app->get_name() + ": " + error.what() + "\nRun with --help for more information.\n";
+    });
     app_->get_formatter()->column_width(24);
 }
 
@@ -118,8 +122,14 @@ std::optional<ExitCode> CommandLine::Parse(int argc, char** argv) {
         std::cerr << app_->help();
         return ExitCode::Usage;
     }
+    std::vector<std::string> words(argv + 1, argv + argc);
+    if (words.front() == "help") {
+        words.erase(words.begin());
+        words.emplace_back("--help");
+    }
     try {
-        app_->parse(argc, argv);
+        std::reverse(words.begin(), words.end());  // as CLI11 takes them
+        app_->parse(words);
     } catch (const CLI::ParseError& error) {
         const CLI::App* command = app_.get();
         std::string name = command->get_name();

@@ -85,13 +85,15 @@ ExitCode RunDiff(const ConfigOptions& options) {
     return differences.empty() ? ExitCode::Ok : ExitCode::Different;
 }
 
+constexpr const char* usedFile = "The configuration file";
+
 using Options = std::shared_ptr<ConfigOptions>;
 
 Command AddAction(Command parent, Invocation& invocation, const char* name, const char* what,
-                  const Options& options, ExitCode (*run)(const ConfigOptions&)) {
+                  const char* file, const Options& options, ExitCode (*run)(const ConfigOptions&)) {
     Command command = parent.AddCommand(name, what);
     AddCameraArgument(command, options->camera.camera, true);
-    command.AddOption("file", options->file, "The configuration file").TypeName("FILE").Required();
+    command.AddOption("file", options->file, file).TypeName("FILE").Required();
     AddAccessOption(command, options->camera.access, accessNames);
     AddSessionOptions(command, options->camera.session);
     Connect(command, invocation, options, run);
@@ -103,15 +105,16 @@ Command AddAction(Command parent, Invocation& invocation, const char* name, cons
 void AddConfigCommand(Command app, Invocation& invocation) {
     Command command = app.AddCommand("config", "Save, load and compare settings of a camera");
     const auto save = std::make_shared<ConfigOptions>();
-    AddAction(command, invocation, "save", "Save the settings of a camera to a file", save, RunSave)
+    AddAction(command, invocation, "save", "Save the settings of a camera to a file",
+              "The configuration file; -: standard output", save, RunSave)
         .AddFlag("--all", save->all,
                  "Save every feature that can be read and written, as plain text");
     const auto load = std::make_shared<ConfigOptions>();
-    AddAction(command, invocation, "load", "Set a camera as a file says", load, RunLoad)
+    AddAction(command, invocation, "load", "Set a camera as a file says", usedFile, load, RunLoad)
         .AddFlag("--user-name", load->userName,
                  "Also load the name (DeviceUserID) that another camera was given");
     AddAction(command, invocation, "diff", "Tell how a camera is set otherwise than a file says",
-              std::make_shared<ConfigOptions>(), RunDiff);
+              usedFile, std::make_shared<ConfigOptions>(), RunDiff);
     command.Footer(
         "Examples:\n"
         "  zelcam config save 1 bright.xml\n"

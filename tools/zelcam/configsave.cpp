@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <optional>
 #include <sstream>
 #include <vector>
 
@@ -148,7 +149,8 @@ std::string AllFeatures(GenApi::INodeMap& nodeMap, Names& unreadable) {
 void SaveSettings(OpenedCamera& camera, const std::string& file, Settled settled) {
     ZelGenParam::Array& features = camera.Features(Module::Camera);
     RefuseWhileGrabbing(features);
-    OutputFile output(file, Existing::Replace);
+    std::optional<OutputFile> output;
+    if (file != standardOutput) output.emplace(file, Existing::Replace);
     Names missing;
     const std::string text = settled == Settled::All ? AllFeatures(NodeMapOf(camera), missing)
                                                      : SavedText(camera.Device());
@@ -157,8 +159,12 @@ void SaveSettings(OpenedCamera& camera, const std::string& file, Settled settled
     if (missing.empty() && SettingsOf(saved, features).empty()) {
         throw Failure(ExitCode::FeatureFailed, "nothing is saved: " + WhyNothingIsSaved(features));
     }
-    output.Write(text.data(), text.size());
-    output.TakePlace();
+    if (output) {
+        output->Write(text.data(), text.size());
+        output->TakePlace();
+    } else {
+        WriteToStandardOutput(text.data(), text.size());
+    }
     if (settled == Settled::Streamable) NoteLocked(features);
     if (!missing.empty()) {
         throw Failure(ExitCode::FeatureFailed,

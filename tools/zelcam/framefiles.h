@@ -34,9 +34,6 @@ struct FrameToWrite {
     WrittenFiles* written;
 };
 
-// The name of standard output.
-constexpr const char* standardOutput = "-";
-
 // Converts frames and writes them with threads of its own, since both take longer than a fast
 // camera leaves time for. So many frames can wait; more have to wait to be taken. After the first
 // failure nothing is written any more. Thread-safe but for Finish.

@@ -5,6 +5,7 @@
 
 #include "tools/imaging/pixelformat.h"
 #include "tools/zelcam/listing.h"
+#include "tools/zelcam/outputfile.h"
 #include "tools/zelcam/printable.h"
 
 namespace {

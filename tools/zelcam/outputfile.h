@@ -7,6 +7,9 @@
 
 #include "tools/zelcam/interrupt.h"
 
+// The name that means standard output.
+constexpr const char* standardOutput = "-";
+
 // What happens to a file that already has the name.
 enum class Existing {
     Keep,     // it is a failure

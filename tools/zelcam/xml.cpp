@@ -49,7 +49,7 @@ ExitCode RunXml(const XmlOptions& options) {
     const bool json = options.camera.session.json;
     const std::string printed =
         json ? JsonText({{"module", options.camera.module}, {"xml", text}}) + "\n" : text;
-    if (options.output.empty() || options.output == "-") {
+    if (options.output.empty() || options.output == standardOutput) {
         std::cout << printed;
     } else {
         WriteFile(options.output, printed);
