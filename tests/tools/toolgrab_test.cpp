@@ -336,11 +336,16 @@ TEST_F(ToolGrab, CameraThatCannotBeOpened) {
     EXPECT_THAT(result.err, HasSubstr("no data stream"));
 }
 
+// A name that is known beforehand is not worth a frame.
 TEST_F(ToolGrab, UnwritableOutput) {
-    const ToolResult result = Run({"grab", "-o", "no/such/folder.png"});
+    const ToolResult result = Run({"grab", "-o", "no/such/{frame}.png"});
     EXPECT_EQ(result.exitCode, 7);
-    EXPECT_THAT(result.err, HasSubstr("no/such/folder.png cannot be written: No such file"));
+    EXPECT_THAT(result.err, HasSubstr(".png cannot be written: No such file"));
     EXPECT_THAT(result.out, HasSubstr("Frames      1"));
+    const ToolResult known = Run({"grab", "-o", "no/such/folder.png"});
+    EXPECT_EQ(known.exitCode, 7);
+    EXPECT_THAT(known.err, HasSubstr("there is no folder \"no/such\""));
+    EXPECT_THAT(known.out, testing::IsEmpty());
 }
 
 TEST_F(ToolGrab, WrongUse) {

@@ -42,6 +42,13 @@ TEST_F(ToolValues, NumbersMayHaveAUnitThatConverts) {
     EXPECT_EQ(report.at("set"), nlohmann::json::array({value}));
 }
 
+TEST_F(ToolValues, NothingIsSetWhenAWordIsNoSetting) {
+    const ToolResult result = Run({"set", "cam-a", "Width=160", "oops"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_THAT(result.err, HasSubstr("\"oops\" is not of the form NAME=VALUE"));
+    EXPECT_THAT(result.out, testing::IsEmpty());
+}
+
 TEST_F(ToolValues, WhatIsNoNumberSetsNothing) {
     for (const char* setting :
          {"ExposureTime=5kHz", "ExposureTime=5x", "ExposureTime=", "ExposureTime=1e999",

@@ -86,6 +86,15 @@ std::string Set(Param& feature, GenApi::IValue& value, const std::string& text) 
     return "";
 }
 
+// Where the "=" is.
+size_t EndOfName(const std::string& assignment) {
+    const size_t equals = assignment.find('=');
+    if (equals == 0 || equals == std::string::npos) {
+        throw Failure(ExitCode::Usage, "\"" + assignment + "\" is not of the form NAME=VALUE");
+    }
+    return equals;
+}
+
 }  // namespace
 
 std::string SettingText(Param& feature, const std::string& text) {
@@ -95,11 +104,13 @@ std::string SettingText(Param& feature, const std::string& text) {
     return HasFormOfItsOwn(*integer) ? text : IntegerText(feature, text);
 }
 
+void RequireAssignments(const std::vector<std::string>& assignments) {
+    for (const std::string& assignment : assignments)
+        EndOfName(assignment);
+}
+
 Param& SetFeature(ZelGenParam::Array& features, const std::string& assignment) {
-    const size_t equals = assignment.find('=');
-    if (equals == 0 || equals == std::string::npos) {
-        throw Failure(ExitCode::Usage, "\"" + assignment + "\" is not of the form NAME=VALUE");
-    }
+    const size_t equals = EndOfName(assignment);
     const std::string text = assignment.substr(equals + 1);
     Param& feature = FindFeature(features, assignment.substr(0, equals));
     const std::string problem = Set(feature, SettableValue(feature), text);
@@ -113,7 +124,7 @@ TakenSetting SetAndRead(ZelGenParam::Array& features, const std::string& assignm
     Param& feature = SetFeature(features, assignment);
     const std::string name = feature.GetName();
     const std::optional<std::string> value = ReadFeature(feature);
-    const std::string given = assignment.substr(assignment.find('=') + 1);
+    const std::string given = assignment.substr(EndOfName(assignment) + 1);
     return {name + "=" + (value ? WithUnit(feature, *value) : given),
             {{"name", name}, {"value", ReadFeatureAsJson(feature)}, {"unit", UnitOf(feature)}}};
 }

@@ -3,6 +3,7 @@
 #define ZELCAM_TOOLS_ZELCAM_FEATURESETTING_H
 
 #include <string>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -13,6 +14,9 @@
 // would take "5ms" for 5. Failure (FeatureFailed) with what is wrong; whether the feature takes the
 // value settles when it is set.
 std::string SettingText(ZelGenParam::Param& feature, const std::string& text);
+
+// Failure (Usage) unless all are of the form NAME=VALUE: to be called before the first one is set.
+void RequireAssignments(const std::vector<std::string>& assignments);
 
 // `assignment` is NAME=VALUE, with the value as SettingText takes it. Returns the feature. Failure
 // (Usage, FeatureFailed) with what it can be set to.

@@ -13,6 +13,7 @@
 
 #include "tools/zelcam/camerachoice.h"
 #include "tools/zelcam/commands.h"
+#include "tools/zelcam/featuresetting.h"
 #include "tools/zelcam/grabjob.h"
 #include "tools/zelcam/jsontext.h"
 #include "tools/zelcam/numbertext.h"
@@ -102,10 +103,15 @@ std::vector<FrameNamer> NamersOf(const std::vector<const Camera*>& cameras,
 
 // Looks before anything is grabbed, as far as names are known, at those that a folder may well
 // hold. Whatever exists later on is not overwritten either.
-void RequireFreeNames(const GrabOptions& options, const std::vector<FrameNamer>& namers) {
+void RequireUsableNames(const GrabOptions& options, const std::vector<FrameNamer>& namers) {
+    const bool writes =
+        options.files.format != FileFormat::None && !options.WritesToStandardOutput();
+    for (const FrameNamer& namer : namers) {
+        if (writes && namer.KnowsNames()) RequireFolder(namer.KnownName(1));
+    }
     if (options.files.overwrite) return;
     if (!options.log.empty()) RequireNew(options.log);
-    if (options.files.format == FileFormat::None || options.WritesToStandardOutput()) return;
+    if (!writes) return;
     constexpr uint64_t most = 100000;
     const uint64_t count = std::clamp<uint64_t>(options.grab.limits.count, 1, most);
     for (const FrameNamer& namer : namers) {
@@ -181,6 +187,7 @@ ExitCode RunGrab(const GrabOptions& given) {
     GrabOptions options = given;
     options.files.format = FormatOf(options.format, options.output);
     CheckStandardOutput(options);
+    RequireAssignments(options.grab.features);
     const FileNamePattern pattern = PatternOf(options);
     options.grab.triggersPerSecond = TriggersPerSecond(options);
     if (options.WritesToStandardOutput()) {
@@ -191,7 +198,7 @@ ExitCode RunGrab(const GrabOptions& given) {
     const std::vector<const Camera*> cameras = SelectCameras(session, options.cameras);
     std::vector<FrameNamer> namers =
         NamersOf(cameras, pattern, options.files.format != FileFormat::None);
-    RequireFreeNames(options, namers);
+    RequireUsableNames(options, namers);
     Jobs jobs;
     for (size_t i = 0; i < cameras.size(); ++i)
         jobs.push_back(std::make_unique<GrabJob>(*cameras[i], options.grab, std::move(namers[i])));

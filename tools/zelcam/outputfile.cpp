@@ -80,6 +80,13 @@ void RequireNew(const std::string& file) {
     if (IsThere(file)) ThrowUnwritable(file, "it exists already; --overwrite replaces it");
 }
 
+void RequireFolder(const std::string& file) {
+    const std::string folder = FolderOf(file);
+    if (!fs::is_directory(folder)) {
+        ThrowUnwritable(file, "there is no folder \"" + folder + "\"");
+    }
+}
+
 OutputFile::OutputFile(const std::string& file, Existing existing)
     : file_(file), existing_(existing) {
     if (existing == Existing::Keep) RequireNew(file);

@@ -58,6 +58,9 @@ class OutputFile {
 // Failure (FileFailed) when something has that name already.
 void RequireNew(const std::string& file);
 
+// Failure (FileFailed) when the folder that the file is to be in is not there.
+void RequireFolder(const std::string& file);
+
 // Failure (FileFailed). Both in one piece.
 void WriteFile(const std::string& file, const std::string& text,
                Existing existing = Existing::Replace);

@@ -83,6 +83,7 @@ struct SetOptions {
 };
 
 ExitCode RunSet(const SetOptions& options) {
+    RequireAssignments(options.settings);
     FeatureSession session(options.camera);
     Json values = Json::array();
     for (const std::string& setting : options.settings) {
