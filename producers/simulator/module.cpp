@@ -55,8 +55,9 @@ void Module::GetPortInfo(Answer answer) const {
 }
 
 const Description* Module::GetDescription() const {
-    std::call_once(descriptionOnce_, [this] { description_ = MakeDescription(); });
-    return description_.get();
+    const std::lock_guard lock(descriptionMutex_);
+    if (!description_) description_ = MakeDescription();
+    return description_->get();
 }
 
 const Description* Module::DescriptionAt(uint64_t address, size_t size) const {

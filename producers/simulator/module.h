@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -100,8 +101,9 @@ class Module : public Object {
 
     const PortIdentity port_;
     const std::shared_ptr<RegisterSpace> registers_;
-    mutable std::once_flag descriptionOnce_;
-    mutable std::unique_ptr<const Description> description_;  // set under descriptionOnce_
+    mutable std::mutex descriptionMutex_;
+    // Made when first asked for, null where there is none; guarded by descriptionMutex_.
+    mutable std::optional<std::unique_ptr<const Description>> description_;
     mutable std::atomic<uint64_t> numReads_{0};
     std::atomic<uint64_t> numWrites_{0};
     std::mutex eventsMutex_;
