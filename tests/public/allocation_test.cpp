@@ -38,8 +38,8 @@ constexpr uint32_t kRemoteDevice = 4;
 constexpr uint32_t kModule = 5;
 constexpr uint64_t kNever = UINT64_MAX;  // the number of no allocation
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr uint64_t kUsualStep = 101;  // sessions take some hundred times as long
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(ZELCAM_EMULATED)
+constexpr uint64_t kUsualStep = 101;  // sessions take many times as long
 constexpr size_t kFailingShare = 4;
 #else
 constexpr uint64_t kUsualStep = 5;
