@@ -10,7 +10,7 @@ install(FILES cmake/ZelCamConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/ZelCamConfigV
 
 # The documents lie to one another as in the source tree, so that their links lead somewhere.
 set(documents ${CMAKE_INSTALL_DATADIR}/doc/zelcam)
-install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${documents})
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md SECURITY.md DESTINATION ${documents})
 install(FILES genapi/README.md DESTINATION ${documents}/genapi)
 install(DIRECTORY docs/ DESTINATION ${documents}/docs PATTERN Doxyfile EXCLUDE)
 install(DIRECTORY examples/ DESTINATION ${documents}/examples
