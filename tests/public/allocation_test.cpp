@@ -350,8 +350,9 @@ uint64_t AllocationTest::RunSession(uint64_t first, uint64_t count) {
     return made;
 }
 
-// How far apart the allocations are that fail in one run of the tests; with ZELCAM_EVERY_CALL set,
-// each fails. The variable ZELCAM_FIRST_ALLOCATION is where to begin.
+// How far apart the allocations are that fail alone, and a seventh of how far apart those are after
+// which others fail, too; with ZELCAM_EVERY_CALL set, each fails alone. The variable
+// ZELCAM_FIRST_ALLOCATION is where to begin.
 uint64_t Step(uint64_t usual) {
     return std::getenv("ZELCAM_EVERY_CALL") != nullptr ? 1 : usual;
 }
@@ -408,5 +409,5 @@ TEST_F(AllocationTest, EachAllocationFailingInTurn) {
 // Operations are not called again here, and what ends the session has no memory either.
 TEST_F(AllocationTest, AllocationsFailingForAWhile) {
     for (const uint64_t count : {4U, 30U, 1000U})
-        FailInTurn(Step(7 * kUsualStep), count);
+        FailInTurn(7 * Step(kUsualStep), count);
 }
