@@ -85,7 +85,6 @@ TEST_F(DeviceTest, WithoutAnInfoTheFirstCameraIsOpenedWithASystemOfItsOwn) {
     EXPECT_STREQ(own->GetInfo()->GetInterface()->GetId(), "ifA");
     EXPECT_EQ(producer.GetCount("IFOpenDevice", GenTL::DEVICE_ACCESS_READONLY), 1U);
     ASSERT_NE(own->GetStreamByIndex(0), nullptr);
-    Subscriber subscriber;
     EXPECT_EQ(own->RegisterEvent(5, Subscriber::Form1, &subscriber), 0);
     Calls();
     own->Release();
@@ -179,7 +178,6 @@ TEST_F(DeviceTest, RegistersAreReadAndWrittenThroughTheRemotePort) {
 
 TEST_F(DeviceTest, EventsAreThoseOfTheDevice) {
     OpenDevice();
-    Subscriber subscriber;
     EXPECT_EQ(device->RegisterEvent2(5, Subscriber::Form2, &subscriber), 0);
     ASSERT_TRUE(producer.FireEvent(HandleOf("device cam0"), 5, {1, 2, 3}));
     EXPECT_EQ(subscriber.Await(1).at(0).type, 5U);
@@ -192,7 +190,6 @@ TEST_F(DeviceTest, EventsAreThoseOfTheDevice) {
 
 TEST_F(DeviceTest, EndsEventsThenStreamsThenItself) {
     OpenStream();
-    Subscriber subscriber;
     EXPECT_EQ(device->RegisterEvent(5, Subscriber::Form1, &subscriber), 0);
     ASSERT_TRUE(producer.AwaitWaiter(HandleOf("device cam0"), 5));
     Calls();

@@ -42,20 +42,20 @@ class EventHandlersTest : public ScriptedTest {
     bool Fire(int type, const std::vector<uint8_t>& data = {1}) {
         return producer.FireEvent(module, type, data);
     }
-    void Register(Subscriber& subscriber, int type = 5) {
-        EXPECT_EQ(handlers->RegisterEvent(module, type, Subscriber::Form1, &subscriber), 0);
+    void Register(Subscriber& with, int type = 5) {
+        EXPECT_EQ(handlers->RegisterEvent(module, type, Subscriber::Form1, &with), 0);
     }
     void Register(Hook& hook) {
         EXPECT_EQ(handlers->RegisterEvent(module, 5, Hook::Call, &hook), 0);
     }
-    int Unregister(Subscriber& subscriber, int type = 5) {
-        return handlers->UnRegisterEvent(module, type, Subscriber::Form1, &subscriber);
+    int Unregister(Subscriber& with, int type = 5) {
+        return handlers->UnRegisterEvent(module, type, Subscriber::Form1, &with);
     }
     static void Await(std::promise<void>& promise) {
         ASSERT_EQ(promise.get_future().wait_for(Patience), std::future_status::ready);
     }
 
-    // Ends all dispatching before the objects declared above it are destroyed.
+    // Ends all dispatching before the objects of the test that are declared above it are destroyed.
     class Ending {
       public:
         explicit Ending(EventHandlers& handlers) : handlers_(handlers) {}
@@ -67,6 +67,7 @@ class EventHandlersTest : public ScriptedTest {
         EventHandlers& handlers_;
     };
 
+    Subscriber other;
     void* const module = reinterpret_cast<void*>(uintptr_t{0xABC0});
     std::shared_ptr<GenTLLib> lib = std::make_shared<GenTLLib>(ProducerPath("libZelCTI.cti"));
     std::unique_ptr<EventHandlers> handlers = std::make_unique<EventHandlers>(lib);
@@ -75,14 +76,11 @@ class EventHandlersTest : public ScriptedTest {
 }  // namespace
 
 TEST_F(EventHandlersTest, OneThreadServesAllSubscribersOfAnEvent) {
-    Subscriber first;
-    Subscriber second;
-    const Ending ending(*handlers);
-    Register(first);
-    EXPECT_EQ(handlers->RegisterEvent2(module, 5, Subscriber::Form2, &second), 0);
+    Register(subscriber);
+    EXPECT_EQ(handlers->RegisterEvent2(module, 5, Subscriber::Form2, &other), 0);
     ASSERT_TRUE(Fire(5, {7, 8, 9}));
-    const auto one = first.Await(1).at(0);
-    const auto two = second.Await(1).at(0);
+    const auto one = subscriber.Await(1).at(0);
+    const auto two = other.Await(1).at(0);
     EXPECT_EQ(one.type, 0U);
     EXPECT_EQ(two.type, 5U);
     std::vector<uint8_t> expected(64);  // the whole buffer of the size that the producer tells
@@ -102,11 +100,11 @@ TEST_F(EventHandlersTest, EachEventTypeAndModuleHasItsOwnThread) {
     Subscriber b;
     Subscriber c;
     const Ending ending(*handlers);
-    void* const other = reinterpret_cast<void*>(uintptr_t{0xABD0});
+    void* const neighbour = reinterpret_cast<void*>(uintptr_t{0xABD0});
     Register(a, 3);
     Register(b);
-    EXPECT_EQ(handlers->RegisterEvent(other, 5, Subscriber::Form1, &c), 0);
-    ASSERT_TRUE(Fire(5) && producer.FireEvent(other, 5, {2}) && Fire(3, {3}));
+    EXPECT_EQ(handlers->RegisterEvent(neighbour, 5, Subscriber::Form1, &c), 0);
+    ASSERT_TRUE(Fire(5) && producer.FireEvent(neighbour, 5, {2}) && Fire(3, {3}));
     EXPECT_EQ(a.Await(1).at(0).data.at(0), 3);
     EXPECT_EQ(b.Await(1).at(0).data.at(0), 1);
     EXPECT_EQ(c.Await(1).at(0).data.at(0), 2);
@@ -132,24 +130,19 @@ TEST_F(EventHandlersTest, ASubscriptionMadeTwiceIsCalledTwiceInOrder) {
 
 // Who is told that it failed is not subscribed.
 TEST_F(EventHandlersTest, AFailingStartGivesItsCodeAndTheNextRegistrationTriesAgain) {
-    Subscriber refused;
-    Subscriber subscriber;
-    const Ending ending(*handlers);
     for (const int32_t code : {-1003, 1}) {
         Fail("GCRegisterEvent", code, 5, 0, 1);
-        EXPECT_EQ(handlers->RegisterEvent(module, 5, Subscriber::Form1, &refused), code);
+        EXPECT_EQ(handlers->RegisterEvent(module, 5, Subscriber::Form1, &other), code);
         EXPECT_THAT(Calls(), ElementsAre("GCRegisterEvent 5"));
-        EXPECT_EQ(Unregister(refused), -1002);
+        EXPECT_EQ(Unregister(other), -1002);
     }
     EXPECT_EQ(handlers->RegisterEvent2(module, 5, Subscriber::Form2, &subscriber), 0);
     ASSERT_TRUE(Fire(5));
     EXPECT_FALSE(subscriber.Await(1).empty());
-    EXPECT_EQ(Unregister(refused), -1002);
+    EXPECT_EQ(Unregister(other), -1002);
 }
 
 TEST_F(EventHandlersTest, AFailingSizeQueryEndsTheStartWithoutUnregistering) {
-    Subscriber subscriber;
-    const Ending ending(*handlers);
     Fail("EventGetInfo", -1010, 4, 0, 1);
     EXPECT_EQ(handlers->RegisterEvent(module, 5, Subscriber::Form1, &subscriber), -1010);
     EXPECT_THAT(Calls(), ElementsAre("GCRegisterEvent 5", "EventGetInfo 4"));
@@ -161,8 +154,6 @@ TEST_F(EventHandlersTest, AFailingSizeQueryEndsTheStartWithoutUnregistering) {
 
 // More than any event has, or more than there is memory for.
 TEST_F(EventHandlersTest, ASizeThatCannotBeFailsTheRegistration) {
-    Subscriber subscriber;
-    const Ending ending(*handlers);
     const auto registerWithSize = [&](size_t size) {
         Answer("EventGetInfo", 4, Scripted::Gives(size, GenTL::INFO_DATATYPE_SIZET));
         Calls();
@@ -193,20 +184,16 @@ TEST_F(EventHandlersTest, SizeOfTheEventBuffer) {
                  {Scripted::Gives(size_t{0}, GenTL::INFO_DATATYPE_SIZET), 2},
                  {Scripted::Gives(size_t{8}, GenTL::INFO_DATATYPE_SIZET), 8},
                  {Scripted::Gives(size_t{4000}, GenTL::INFO_DATATYPE_SIZET), 4000}};
-    int type = 100;
+    int type = 0;
     for (const auto& c : cases) {
         Answer("EventGetInfo", 4, c.reply);
-        Subscriber subscriber;
-        const Ending ending(*handlers);
         Register(subscriber, ++type);
         ASSERT_TRUE(Fire(type, {1, 2}));
-        EXPECT_EQ(subscriber.Await(1).at(0).data.size(), c.size);
+        EXPECT_EQ(subscriber.Await(static_cast<size_t>(type)).back().data.size(), c.size);
     }
 }
 
 TEST_F(EventHandlersTest, TheEventBufferGrowsWithTheEventAndStaysSo) {
-    Subscriber subscriber;
-    const Ending ending(*handlers);
     Register(subscriber);
     std::vector<uint8_t> large(100, 0xEE);
     ASSERT_TRUE(Fire(5, large));
@@ -219,8 +206,6 @@ TEST_F(EventHandlersTest, TheEventBufferGrowsWithTheEventAndStaysSo) {
 }
 
 TEST_F(EventHandlersTest, EventsThatThereIsNoMemoryForAreDroppedAndCounted) {
-    Subscriber subscriber;
-    const Ending ending(*handlers);
     Register(subscriber);
     const EventHandlers::EventID_t id{module, 5};
     const auto expectDropped = [&](const std::vector<uint8_t>& event) {
@@ -254,8 +239,6 @@ TEST_F(EventHandlersTest, EventsThatThereIsNoMemoryForAreDroppedAndCounted) {
 }
 
 TEST_F(EventHandlersTest, AnEventThatCannotBeDroppedEndsTheThread) {
-    Subscriber subscriber;
-    const Ending ending(*handlers);
     Register(subscriber);
     Fail("EventFlush", -1003);
     ASSERT_TRUE(Fire(5, std::vector<uint8_t>(kLargestEvent + 1)));
@@ -264,21 +247,17 @@ TEST_F(EventHandlersTest, AnEventThatCannotBeDroppedEndsTheThread) {
 
 TEST_F(EventHandlersTest, WhatCallbacksThrowIsDropped) {
     Hook failing([] { throw std::runtime_error("of the application"); });
-    Subscriber after;
     const auto throwNumber = [](uint32_t, const void*, size_t, void*) { throw 7; };
     const Ending ending(*handlers);
     Register(failing);
     EXPECT_EQ(handlers->RegisterEvent2(module, 5, throwNumber, nullptr), 0);
-    Register(after);
+    Register(subscriber);
     ASSERT_TRUE(Fire(5, {1}));
     ASSERT_TRUE(Fire(5, {2}));
-    EXPECT_EQ(after.Await(2).at(1).data.at(0), 2);
+    EXPECT_EQ(subscriber.Await(2).at(1).data.at(0), 2);
 }
 
 TEST_F(EventHandlersTest, OnlyTheSamePairIsUnregistered) {
-    Subscriber subscriber;
-    Subscriber other;
-    const Ending ending(*handlers);
     EXPECT_EQ(Unregister(subscriber), -1002);
     Register(subscriber);
     EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Subscriber::Form1, &other), -1002);
@@ -314,22 +293,17 @@ TEST_F(EventHandlersTest, WithoutSubscribersTheThreadEndsAtItsNextEvent) {
 }
 
 TEST_F(EventHandlersTest, AFailingWaitEndsTheThreadAndARegistrationRestartsIt) {
-    Subscriber subscriber;
-    Subscriber second;
-    const Ending ending(*handlers);
     Fail("EventGetData", -20000, Scripted::AnyCommand, 0, 1);
     Register(subscriber);
     ASSERT_TRUE(producer.AwaitCount("GCUnregisterEvent", 1));
     // The old subscription counts again.
-    EXPECT_EQ(handlers->RegisterEvent2(module, 5, Subscriber::Form2, &second), 0);
+    EXPECT_EQ(handlers->RegisterEvent2(module, 5, Subscriber::Form2, &other), 0);
     ASSERT_TRUE(Fire(5));
     subscriber.Await(1);
-    second.Await(1);
+    other.Await(1);
 }
 
 TEST_F(EventHandlersTest, ClearEndsWaitingThreads) {
-    Subscriber subscriber;
-    const Ending ending(*handlers);
     for (const int type : {3, 4, 5})
         Register(subscriber, type);
     for (const int type : {3, 4, 5})
@@ -344,8 +318,6 @@ TEST_F(EventHandlersTest, ClearEndsWaitingThreads) {
 }
 
 TEST_F(EventHandlersTest, KillThreadEndsOneEntry) {
-    Subscriber subscriber;
-    const Ending ending(*handlers);
     Register(subscriber, 3);
     Register(subscriber, 5);
     handlers->KillThread({module, 3});
@@ -355,11 +327,9 @@ TEST_F(EventHandlersTest, KillThreadEndsOneEntry) {
 }
 
 TEST_F(EventHandlersTest, CallbacksMayRegisterAndUnregister) {
-    Subscriber same;
-    Subscriber other;
     std::promise<void> done;
     Hook hook([&] {
-        EXPECT_EQ(handlers->RegisterEvent(module, 5, Subscriber::Form1, &same), 0);
+        EXPECT_EQ(handlers->RegisterEvent(module, 5, Subscriber::Form1, &subscriber), 0);
         EXPECT_EQ(handlers->RegisterEvent(module, 6, Subscriber::Form1, &other), 0);
         EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Hook::Call, &hook), 0);
         done.set_value();
@@ -370,22 +340,20 @@ TEST_F(EventHandlersTest, CallbacksMayRegisterAndUnregister) {
     Await(done);
     ASSERT_TRUE(Fire(5, {2}));
     ASSERT_TRUE(Fire(6, {3}));
-    EXPECT_EQ(same.Await(1).at(0).data.at(0), 2);  // from the next event on
+    EXPECT_EQ(subscriber.Await(1).at(0).data.at(0), 2);  // from the next event on
     EXPECT_EQ(other.Await(1).at(0).data.at(0), 3);
 }
 
 TEST_F(EventHandlersTest, ASubscriberRemovedDuringDispatchIsCalledOnceMore) {
-    Subscriber removed;
-    Subscriber after;
-    Hook hook([&] { Unregister(removed); });
+    Hook hook([&] { Unregister(subscriber); });
     const Ending ending(*handlers);
     Register(hook);
-    Register(removed);
-    Register(after);
+    Register(subscriber);
+    Register(other);
     ASSERT_TRUE(Fire(5));
     ASSERT_TRUE(Fire(5));
-    after.Await(2);
-    EXPECT_EQ(removed.Await(1).size(), 1U);  // the list was copied before
+    other.Await(2);
+    EXPECT_EQ(subscriber.Await(1).size(), 1U);  // the list was copied before
 }
 
 TEST_F(EventHandlersTest, KillingItsOwnThreadOnlyEndsTheWait) {
@@ -418,7 +386,6 @@ TEST_F(EventHandlersTest, ClearWaitsForACallbackThatRegisters) {
     std::promise<void> entered;
     std::promise<void> proceed;
     std::atomic<bool> left{false};
-    Subscriber other;
     Hook hook([&] {
         entered.set_value();
         proceed.get_future().wait();
@@ -443,7 +410,6 @@ TEST_F(EventHandlersTest, ClearWaitsForACallbackThatRegisters) {
 // A producer may forget a kill.
 TEST_F(EventHandlersTest, AKillIsRepeatedUntilTheThreadHasEnded) {
     Fail("EventKill", 0, Scripted::AnyCommand, 0, 2);
-    Subscriber subscriber;
     Register(subscriber);
     ASSERT_TRUE(producer.AwaitWaiter(module, 5));
     std::thread clearing([&] { handlers->clear(); });
@@ -456,7 +422,6 @@ TEST_F(EventHandlersTest, AKillIsRepeatedUntilTheThreadHasEnded) {
 // instead is not used again: neither by a thread that waits nor by one that is in a callback.
 TEST_F(EventHandlersTest, WithoutAKillTheEventIsUnregisteredOnce) {
     Fail("EventKill", -1003);
-    Subscriber subscriber;
     Register(subscriber);
     ASSERT_TRUE(producer.AwaitWaiter(module, 5));
     Calls();
@@ -485,8 +450,6 @@ TEST_F(EventHandlersTest, ManyThreadsMayRegisterAtOnce) {
     std::atomic<int> failures{0};
     std::vector<std::thread> threads;
     threads.reserve(4);
-    Subscriber subscriber;
-    const Ending ending(*handlers);
     const auto run = [&](int first) {
         for (int i = 0; i < 25; ++i) {
             const int type = 5 + (first + i) % 2;

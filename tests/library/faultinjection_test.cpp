@@ -44,7 +44,6 @@ class FaultInjection : public ScriptedTest {
     void CheckOpenHandles(const std::string& failing);
     std::vector<CallSite> RecordCallSites();
 
-    Subscriber subscriber;
     const std::thread::id thread = std::this_thread::get_id();
     const char* current = nullptr;  // the operation under way
     const char* failed = nullptr;   // the one that met the fault

@@ -49,6 +49,28 @@ constexpr auto Untouched = static_cast<ZelCamErr>(77);
 
 std::vector<std::string> TextsOf(const std::vector<Scripted::Call>& calls);
 
+// Collects the events given to its callbacks; pass a pointer to it as the private pointer.
+class Subscriber {
+  public:
+    struct Event {
+        uint32_t type;  // 0 from the form without a type
+        std::vector<uint8_t> data;
+    };
+
+    static void Form1(const void* data, size_t size, void* self);
+    static void Form2(uint32_t type, const void* data, size_t size, void* self);
+
+    // Waits until `count` events came, and returns all that came.
+    std::vector<Event> Await(size_t count);
+
+  private:
+    void Add(uint32_t type, const void* data, size_t size);
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::vector<Event> events_;  // guarded by mutex_
+};
+
 // Each test starts with a fresh producer, and fails when it leaves a handle open or used one that
 // was closed.
 class ScriptedTest : public testing::Test {
@@ -68,6 +90,7 @@ class ScriptedTest : public testing::Test {
     std::vector<std::string> CallsWithoutRepeatedKills();
 
     Scripted::Control& producer = LoadControl();
+    Subscriber subscriber;
 
     // What a test leaves open on purpose.
     std::vector<std::string> expectedOpen;
@@ -91,28 +114,6 @@ class SessionTest : public ScriptedTest {
     ZelCam::DeviceInfo* info = nullptr;
     ZelCam::Device* device = nullptr;
     ZelCam::Stream* stream = nullptr;
-};
-
-// Collects the events given to its callbacks; pass a pointer to it as the private pointer.
-class Subscriber {
-  public:
-    struct Event {
-        uint32_t type;  // 0 from the form without a type
-        std::vector<uint8_t> data;
-    };
-
-    static void Form1(const void* data, size_t size, void* self);
-    static void Form2(uint32_t type, const void* data, size_t size, void* self);
-
-    // Waits until `count` events came, and returns all that came.
-    std::vector<Event> Await(size_t count);
-
-  private:
-    void Add(uint32_t type, const void* data, size_t size);
-
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::vector<Event> events_;  // guarded by mutex_
 };
 
 // What a wait may take before a test fails.

@@ -258,7 +258,6 @@ TEST_F(InterfaceTest, EndsEventsThenDevicesThenItself) {
     Plug({"active", "unlisted"});
     open("unlisted");
 
-    Subscriber subscriber;
     EXPECT_EQ(iface->RegisterEvent(5, Subscriber::Form1, &subscriber), 0);
     ASSERT_TRUE(producer.AwaitCount("EventGetData", 1));
     Calls();

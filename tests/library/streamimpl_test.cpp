@@ -251,7 +251,6 @@ TEST_F(StreamTest, ReleaseBufferQueueIsRefusedWhileGrabbing) {
 }
 
 TEST_F(StreamTest, TheNewBufferEventIsTheStreamsOwn) {
-    Subscriber subscriber;
     EXPECT_EQ(stream->RegisterEvent(1, Subscriber::Form1, &subscriber), -1004);
     EXPECT_EQ(stream->RegisterEvent2(1, Subscriber::Form2, &subscriber), -1004);
     EXPECT_EQ(stream->UnRegisterEvent(1, Subscriber::Form1, &subscriber), -1004);
@@ -357,7 +356,6 @@ TEST_F(StreamTest, EndsInOrderWhetherGrabbingOrNot) {
         stream = device->GetStreamByIndex(0);
         ASSERT_NE(stream, nullptr);
         CreateBuffers();
-        Subscriber subscriber;
         EXPECT_EQ(stream->RegisterEvent(3, Subscriber::Form1, &subscriber), 0);
         ASSERT_TRUE(producer.AwaitWaiter(HandleOf("stream stream0"), 3));
         if (grabbing) {
