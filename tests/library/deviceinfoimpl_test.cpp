@@ -1,7 +1,5 @@
 #include "ZelCameraApi/deviceinfoimpl.h"
 
-#include <fstream>
-
 #include "tests/library/fixture.h"
 
 using testing::ElementsAre;
@@ -77,23 +75,17 @@ TEST_F(DeviceInfoTest, AccessStatusPassesThrough) {
     }
     Answer("IFGetDeviceInfo", 5, Scripted::Gives(uint32_t{3}, GenTL::INFO_DATATYPE_UINT32));
     EXPECT_EQ(info->GetAccessStatus(), 0);
-    for (size_t call = 0; call < 2; ++call) {
-        producer.ClearRules();
-        Fail("IFGetDeviceInfo", -1010, 5, call);
-        EXPECT_EQ(info->GetAccessStatus(), 0);
-    }
 }
 
 TEST_F(DeviceInfoTest, ExternalXmlIsKeptEvenWhenItCannotBeRead) {
     EXPECT_EQ(info->GetExternalXml(), nullptr);
-    const std::string file = testing::TempDir() + "external.xml";
-    std::ofstream(file) << "<xml/>";
-    EXPECT_EQ(info->SetExternalXml(file.c_str()), ZelCamErr_Success);
-    EXPECT_STREQ(info->GetExternalXml(), file.c_str());
+    const TemporaryFile file("external.xml", "<xml/>");
+    EXPECT_EQ(info->SetExternalXml(file.path().c_str()), ZelCamErr_Success);
+    EXPECT_EQ(info->GetExternalXml(), file.path());
     EXPECT_EQ(info->SetExternalXml("/no/such/file.xml"), ZelCamErr_FileOpenFailed);
     EXPECT_STREQ(info->GetExternalXml(), "/no/such/file.xml");
     for (const char* nothing : {static_cast<const char*>(nullptr), ""}) {
-        info->SetExternalXml(file.c_str());
+        info->SetExternalXml(file.path().c_str());
         EXPECT_EQ(info->SetExternalXml(nothing), ZelCamErr_Success);
         EXPECT_EQ(info->GetExternalXml(), nullptr);
     }

@@ -1,7 +1,6 @@
 #include "ZelCameraApi/firmwareupload.h"
 
 #include <filesystem>
-#include <fstream>
 #include <numeric>
 #include <sys/stat.h>
 
@@ -34,11 +33,6 @@ class FirmwareUploadTest : public SessionTest {
         AcceptAll();
     }
 
-    void TearDown() override {
-        SessionTest::TearDown();
-        std::filesystem::remove(Path());
-    }
-
     // The flash takes every command and is never busy.
     void AcceptAll() {
         producer.ClearRules();
@@ -47,19 +41,14 @@ class FirmwareUploadTest : public SessionTest {
         reports.clear();
         Calls();
     }
-    void SetStatus(uint32_t status) {
-        Answer("GCReadPort", Scripted::AnyCommand,
-               Scripted::Gives(status, GenTL::INFO_DATATYPE_UNKNOWN));
-    }
 
-    // The flash is ready for the first `polls`.
-    void BusyAfter(size_t polls) {
+    // What `count` polls find, behind the first `skip`.
+    void SetStatus(uint32_t status, size_t skip = 0, size_t count = SIZE_MAX) {
+        const auto reply = Scripted::Gives(status, GenTL::INFO_DATATYPE_UNKNOWN);
         producer.AddRule({"GCReadPort", Scripted::AnyCommand,
-                          [](const Scripted::Call&) {
-                              return Scripted::Gives(1U, GenTL::INFO_DATATYPE_UNKNOWN);
-                          },
-                          polls});
+                          [reply](const Scripted::Call&) { return reply; }, skip, count});
     }
+    void BusyAfter(size_t polls) { SetStatus(1, polls); }
 
     ZelCamErr Upload(const std::string& file,
                      void (*progress)(Device::UploadEventType, Device::UploadEventData) = Report) {
@@ -82,13 +71,7 @@ class FirmwareUploadTest : public SessionTest {
         return writes;
     }
 
-    static std::string Path() { return TempPath("firmware.rpd"); }
-
-    // A file of `size` bytes.
-    static std::string File(size_t size) {
-        std::ofstream(Path()) << std::string(size, '\xFF');
-        return Path();
-    }
+    const TemporaryFile empty{"empty.rpd", ""};
 
     static constexpr uint64_t Command = 0x20006050;
     static constexpr size_t Sectors = 64;
@@ -98,7 +81,7 @@ class FirmwareUploadTest : public SessionTest {
 }  // namespace
 
 TEST_F(FirmwareUploadTest, AnEmptyImageErasesTheFlash) {
-    EXPECT_EQ(Upload(File(0)), ZelCamErr_Success);
+    EXPECT_EQ(Upload(empty.path()), ZelCamErr_Success);
     const auto writes = Writes();
     ASSERT_EQ(writes.size(), ErasingWrites);  // nothing is programmed
     EXPECT_THAT(writes[0], Pair(Command, 0x1400000U));
@@ -108,15 +91,16 @@ TEST_F(FirmwareUploadTest, AnEmptyImageErasesTheFlash) {
     EXPECT_EQ(reports[0], "0: 400000 400000 800000 0");
     EXPECT_EQ(reports[63], "0: 400000 7f0000 800000 0");
 
-    EXPECT_EQ(Upload(File(0), nullptr), ZelCamErr_Success);
+    EXPECT_EQ(Upload(empty.path(), nullptr), ZelCamErr_Success);
 }
 
 TEST_F(FirmwareUploadTest, OtherImagesTouchNoRegister) {
-    EXPECT_EQ(Upload(File(1)), ZelCamErr_InvalidFile);
+    const TemporaryFile image("firmware.rpd", "\xFF");
+    EXPECT_EQ(Upload(image.path()), ZelCamErr_InvalidFile);
     EXPECT_EQ(Upload("/no/such/file.rpd"), ZelCamErr_FileOpenFailed);
-    std::filesystem::remove(Path());
-    ASSERT_EQ(mkfifo(Path().c_str(), 0600), 0);
-    const std::vector<std::string> files = {Path(), "/dev/null", "/dev/zero", "/proc/cpuinfo",
+    std::filesystem::remove(image.path());
+    ASSERT_EQ(mkfifo(image.path().c_str(), 0600), 0);
+    const std::vector<std::string> files = {image.path(), "/dev/null", "/dev/zero", "/proc/cpuinfo",
                                             "/proc"};
     for (const std::string& file : files)
         EXPECT_EQ(Upload(file), ZelCamErr_InvalidFile) << file;
@@ -128,17 +112,14 @@ TEST_F(FirmwareUploadTest, OtherImagesTouchNoRegister) {
 
 TEST_F(FirmwareUploadTest, ABusyFlashEndsItQuietly) {
     SetStatus(1);
-    EXPECT_EQ(Upload(File(0)), ZelCamErr_Success);
+    EXPECT_EQ(Upload(empty.path()), ZelCamErr_Success);
     EXPECT_EQ(producer.GetCount("GCReadPort"), 10U);
     EXPECT_THAT(reports, ElementsAre("0: 400000 400000 800000 0"));
 
     // It may become ready in between.
     AcceptAll();
-    producer.AddRule(
-        {"GCReadPort", Scripted::AnyCommand,
-         [](const Scripted::Call&) { return Scripted::Gives(0x80U, GenTL::INFO_DATATYPE_UNKNOWN); },
-         0, 9});
-    EXPECT_EQ(Upload(File(0)), ZelCamErr_Success);
+    SetStatus(0x80, 0, 9);
+    EXPECT_EQ(Upload(empty.path()), ZelCamErr_Success);
     EXPECT_EQ(reports.size(), Sectors);
 }
 
@@ -153,9 +134,9 @@ TEST_F(FirmwareUploadTest, AFailingRegisterEndsItWithItsCode) {
     for (const auto& c : cases) {
         AcceptAll();
         Fail(c.function, -1010, Scripted::AnyCommand, c.skip);
-        EXPECT_EQ(Upload(File(0)), -1010);
+        EXPECT_EQ(Upload(empty.path()), -1010);
         EXPECT_EQ(reports, c.reports);
-        EXPECT_EQ(Upload(File(0), nullptr), -1010);
+        EXPECT_EQ(Upload(empty.path(), nullptr), -1010);
     }
 }
 
@@ -204,18 +185,14 @@ TEST_F(FirmwareUploadTest, ThePublicOperationWaitsForABusyFlash) {
     const auto upload = [&] {
         events = 0;
         return device->UploadFirmware(
-            File(0).c_str(),
+            empty.path().c_str(),
             [](Device::UploadEventType, Device::UploadEventData data, void* priv) {
                 EXPECT_EQ(data.endAddress, 0x800000U);
                 ++*static_cast<size_t*>(priv);
             },
             &events);
     };
-    // longer than the flash may take for a sector
-    producer.AddRule(
-        {"GCReadPort", Scripted::AnyCommand,
-         [](const Scripted::Call&) { return Scripted::Gives(1U, GenTL::INFO_DATATYPE_UNKNOWN); }, 0,
-         20});
+    SetStatus(1, 0, 20);  // longer than the flash may take for a sector
     EXPECT_EQ(upload(), ZelCamErr_Success);
     EXPECT_EQ(events, Sectors);
 
@@ -235,7 +212,7 @@ TEST_F(FirmwareUploadTest, ThePublicOperationWaitsForABusyFlash) {
     Fail("GCReadPort", ZelCamErr_GenTL_InvalidAddress);  // a camera without such a flash
     EXPECT_EQ(upload(), ZelCamErr_GenTL_InvalidAddress);
     EXPECT_EQ(Writes().size(), 1U);
-    EXPECT_EQ(device->UploadFirmware(File(0).c_str(), nullptr, nullptr),
+    EXPECT_EQ(device->UploadFirmware(empty.path().c_str(), nullptr, nullptr),
               ZelCamErr_GenTL_InvalidAddress);
 }
 

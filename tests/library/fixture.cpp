@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <dlfcn.h>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -12,6 +13,15 @@ std::string ProducerPath(const std::string& file) {
 
 std::string TempPath(const std::string& file) {
     return testing::TempDir() + std::to_string(getpid()) + "_" + file;
+}
+
+TemporaryFile::TemporaryFile(const std::string& name, const std::string& content)
+    : path_(TempPath(name)) {
+    std::ofstream(path_) << content;
+}
+
+TemporaryFile::~TemporaryFile() {
+    std::filesystem::remove(path_);
 }
 
 Scripted::Control& LoadControl(const std::string& file) {

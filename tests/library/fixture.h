@@ -23,6 +23,20 @@ std::string ProducerPath(const std::string& file);
 // Path of a temporary file that no other test uses: tests run in processes of their own at once.
 std::string TempPath(const std::string& file);
 
+// A temporary file, for as long as the object lives.
+class TemporaryFile {
+  public:
+    TemporaryFile(const std::string& name, const std::string& content);
+    ~TemporaryFile();
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    const std::string& path() const { return path_; }
+
+  private:
+    std::string path_;
+};
+
 // Loads a scripted producer for the rest of the program and returns its control.
 Scripted::Control& LoadControl(const std::string& file = "libZelCTI.cti");
 

@@ -9,18 +9,9 @@
 
 using namespace ZelCameraApi::Internal;
 using namespace std::string_literals;
+using testing::ThrowsMessage;
 
 namespace {
-
-template <typename Exception, typename Query>
-void ExpectThrow(Query&& query, const char* text) {
-    try {
-        query();
-        ADD_FAILURE() << "no exception";
-    } catch (const Exception& e) {
-        EXPECT_STREQ(e.what(), text);
-    }
-}
 
 class InfoQueries : public ScriptedTest {
   protected:
@@ -81,13 +72,14 @@ TEST_F(InfoQueries, FaultsOfTextQueries) {
         for (size_t call = 0; call < 2; ++call) {  // the first, the second call fails
             producer.ClearRules();
             Fail(query.function, -1010, Scripted::AnyCommand, call);
-            ExpectThrow<zelcam_exception>(query.ask, "Communication error has occurred.");
+            EXPECT_THAT(query.ask,
+                        ThrowsMessage<zelcam_exception>("Communication error has occurred."));
             EXPECT_EQ(Calls().size(), call + 1);
         }
         producer.ClearRules();
         Scripted::Reply wrongType = Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT32);
         Answer(query.function, Scripted::AnyCommand, wrongType);
-        ExpectThrow<std::invalid_argument>(query.ask, "Not a string type");
+        EXPECT_THAT(query.ask, ThrowsMessage<std::invalid_argument>("Not a string type"));
         Answer(query.function, Scripted::AnyCommand,
                Scripted::ReportsSize((size_t{16} << 20) + 1));  // more than any text has
         EXPECT_THROW(query.ask(), zelcam_exception);
@@ -118,5 +110,6 @@ TEST(NumericQueries, CheckCodeThenSizeThenType) {
     EXPECT_THROW(ask(-1014, 4, 6), zelcam_exception);
     EXPECT_THROW(ask(0, 8, 7), std::bad_cast);
     for (const int type : {8, 6})  // the size is looked at first
-        ExpectThrow<std::invalid_argument>([&] { ask(0, 4, type); }, "Info size error");
+        EXPECT_THAT([&] { ask(0, 4, type); },
+                    ThrowsMessage<std::invalid_argument>("Info size error"));
 }

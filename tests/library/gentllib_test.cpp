@@ -1,8 +1,6 @@
 #include "ZelCameraApi/gentllib.h"
 
 #include <dlfcn.h>
-#include <filesystem>
-#include <fstream>
 #include <system_error>
 #include <type_traits>
 
@@ -28,11 +26,9 @@ TEST(GenTLLib, FilesThatCannotBeLoadedThrowTheLoadersMessage) {
     const std::string missing = testing::TempDir() + "no such producer.cti";
     EXPECT_THAT(LoadFailure(missing), testing::HasSubstr(missing + ": cannot open shared object"));
 
-    const std::string text = testing::TempDir() + "text.cti";
-    std::ofstream(text)
-        << "This is no shared object, however long one makes the text that it holds.";
-    EXPECT_THAT(LoadFailure(text), testing::HasSubstr("invalid ELF header"));
-    std::filesystem::remove(text);
+    const TemporaryFile text(
+        "text.cti", "This is no shared object, however long one makes the text that it holds.");
+    EXPECT_THAT(LoadFailure(text.path()), testing::HasSubstr("invalid ELF header"));
 }
 
 TEST(GenTLLib, MissingFunctionsShowWhenTheyAreCalled) {

@@ -1,6 +1,4 @@
 // Parameters of every module of the object tree, with a description and without one.
-#include <filesystem>
-#include <fstream>
 #include <functional>
 
 #include "ZelGenParam/Array.h"
@@ -77,17 +75,16 @@ TEST_F(ParametersTest, AreMadeOnceOfTheModulesOwnPort) {
 TEST_F(ParametersTest, OfTheCameraFollowTheExternalDescription) {
     producer.SetDescription(Description::Xml());
     OpenDevice();
-    const std::string file = TempPath("external.xml");
-    std::ofstream(file) << test::document("<Category Name='Root'/>" + test::kPort +
-                                          test::intReg("External", 0));
+    const TemporaryFile file(
+        "external.xml",
+        test::document("<Category Name='Root'/>" + test::kPort + test::intReg("External", 0)));
     ZelCamErr err = ZelCamErr_Success;
     info->SetExternalXml("/no/such/file.xml");
     EXPECT_EQ(device->GetCameraParameters(&err), nullptr);
     EXPECT_EQ(err, ZelCamErr_FileOpenFailed);
-    info->SetExternalXml(file.c_str());
+    info->SetExternalXml(file.path().c_str());
     EXPECT_NE(device->GetCameraParameters(&err)->GetInt("External", nullptr), nullptr);
     EXPECT_EQ(device->GetTransportParameters(&err)->GetInt("External", nullptr), nullptr);
-    std::filesystem::remove(file);
 }
 
 TEST_F(ParametersTest, EndWithTheirModules) {

@@ -1,16 +1,13 @@
 // How an array finds its description: the URLs of the port and external files.
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <sys/stat.h>
-#include <unistd.h>
-
-#include <gtest/gtest.h>
 
 #include "ZelCameraApi/ZelGenParam/arrayimpl.h"
 #include "tests/genapi/description/archives.h"
 #include "tests/genapi/support/description.h"
 #include "tests/library/fakeport.h"
+#include "tests/library/fixture.h"
 
 using ZelCameraApi::Internal::ArrayImpl;
 using ZelCameraApi::Internal::CreateArray;
@@ -33,29 +30,12 @@ std::string Outcome(FakePort& port, const char* xmlFile = nullptr) {
     return root != nullptr ? root->GetParamByIndex(0, &err)->GetName() : "no root";
 }
 
-// A file in the folder for temporary files, for as long as the object lives.
-class TemporaryFile {
-  public:
-    TemporaryFile(const std::string& name, const std::string& content)
-        : path_(testing::TempDir() + std::to_string(getpid()) + name) {
-        std::ofstream(path_, std::ios::binary) << content;
-    }
-    ~TemporaryFile() { std::filesystem::remove(path_); }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    const std::string& path() const { return path_; }
-
-  private:
-    std::string path_;
-};
-
 }  // namespace
 
 TEST(PortDescription, UrlsThatLeadNowhereArePassedOver) {
     const std::string xml = DescriptionOf("Chosen");
     const TemporaryFile text("description.txt", xml);
-    const std::string folder = testing::TempDir() + std::to_string(getpid()) + "folder.xml";
+    const std::string folder = TempPath("folder.xml");
     std::filesystem::create_directory(folder);
     const std::string fifo = folder + "/fifo.xml";  // which nobody writes to
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
