@@ -12,10 +12,6 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <log4cpp/Category.hh>
-#include <log4cpp/OstreamAppender.hh>
-#include <log4cpp/PatternLayout.hh>
-
 #include "log/executabledirectory.h"
 #include "tests/library/moduledescription.h"
 #include "tests/library/systemlog.h"
@@ -75,28 +71,6 @@ class FixEnvironmentTest : public testing::Test {
 
     const std::string home = testing::TempDir() + "home" + std::to_string(getpid());
     const Preset homeVariable{"HOME", home};
-};
-
-// What is logged while it lives, with the priorities.
-class Messages {
-  public:
-    Messages() {
-        auto* const appender = new log4cpp::OstreamAppender("messages", &text_);
-        auto* const layout = new log4cpp::PatternLayout;
-        layout->setConversionPattern("%p|%m\n");
-        appender->setLayout(layout);
-        category_.setPriority(log4cpp::Priority::DEBUG);
-        category_.addAppender(appender);  // takes it over
-    }
-    ~Messages() { category_.removeAllAppenders(); }
-    Messages(const Messages&) = delete;
-    Messages& operator=(const Messages&) = delete;
-
-    std::string text() const { return text_.str(); }
-
-  private:
-    std::ostringstream text_;
-    log4cpp::Category& category_ = log4cpp::Category::getInstance("K4T_GEN");
 };
 
 }  // namespace
@@ -197,13 +171,13 @@ TEST_F(FixEnvironmentTest, EachStepIsLogged) {
         "-1\nERROR|Environment::Environment: CREATE DIR: errno = " + std::to_string(EEXIST) + "\n";
     {
         const Preset presets[] = {{kVariables[0], {}}, {kVariables[1], {}}, {kVariables[2], {}}};
-        const Messages messages;
+        const Messages messages("K4T_GEN", "%p|%m\n");
         const std::unique_ptr<Environment> environment = FixEnvironment();
         EXPECT_EQ(messages.text(), expected("", "0\n"));
     }
     const Preset presets[] = {
         {kVariables[0], "/a%s"}, {kVariables[1], "/b"}, {kVariables[2], "/c"}};
-    const Messages messages;
+    const Messages messages("K4T_GEN", "%p|%m\n");
     const std::unique_ptr<Environment> environment = FixEnvironment();
     EXPECT_EQ(messages.text(), expected(prefix + "OLD GENICAM_ROOT = /a%s\n" +                  //
                                             prefix + "OLD GENICAM_LOG_CONFIG_VERSION = /b\n" +  //

@@ -114,10 +114,7 @@ TEST_F(AcquisitionTest, FramesWithoutMemoryAreUnderruns) {
 
 TEST_F(AcquisitionTest, DropsAndTearsFramesOnDemand) {
     OpenCamera("frameRate='0' dropEvery='4' incompleteEvery='3' width='64' height='64'");
-    memory.assign(4096, 0xEE);
-    BUFFER_HANDLE buffer = nullptr;
-    ASSERT_EQ(p.DSAnnounceBuffer(stream, memory.data(), memory.size(), nullptr, &buffer), 0);
-    ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+    const BUFFER_HANDLE buffer = QueueMemory(4096);
     ASSERT_EQ(Start(), GC_ERR_SUCCESS);
     for (uint64_t id : {0U, 1U, 2U, 4U, 5U, 6U, 8U}) {  // 3 and 7 are dropped; 2, 5, 8 torn
         ASSERT_EQ(Fetch(), buffer);
@@ -253,10 +250,7 @@ TEST_F(AcquisitionTest, AnnouncesAndRevokesMemory) {
 
 TEST_F(AcquisitionTest, FrameLargerThanBufferIsCut) {
     OpenCamera("frameRate='0' width='64' height='64'");
-    memory.assign(645, 0xEE);
-    BUFFER_HANDLE buffer = nullptr;
-    ASSERT_EQ(p.DSAnnounceBuffer(stream, memory.data(), memory.size(), nullptr, &buffer), 0);
-    ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+    const BUFFER_HANDLE buffer = QueueMemory(645);
     ASSERT_EQ(Start(1), GC_ERR_SUCCESS);
     ASSERT_EQ(Fetch(), buffer);
     EXPECT_TRUE(BufferInfo(buffer, BUFFER_INFO_DATA_LARGER_THAN_BUFFER).Bool());

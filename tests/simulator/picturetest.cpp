@@ -142,10 +142,7 @@ TEST_F(PictureTest, PatternsOfSmallImages) {
 
 TEST_F(PictureTest, WithoutPictureTheCounterIsTheData) {
     OpenCamera("frameRate='0' noFill='true' width='16' height='2'");
-    memory.assign(32, 0xEE);
-    BUFFER_HANDLE buffer = nullptr;
-    ASSERT_EQ(p.DSAnnounceBuffer(stream, memory.data(), memory.size(), nullptr, &buffer), 0);
-    ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+    const BUFFER_HANDLE buffer = QueueMemory(32);
     ASSERT_EQ(Start(), GC_ERR_SUCCESS);
     for (uint64_t id = 0; id < 3; ++id) {
         ASSERT_EQ(Fetch(), buffer);

@@ -129,6 +129,14 @@ void CameraTest::AllocateAndQueue(size_t count) {
         ASSERT_EQ(Queue(Allocate()), GC_ERR_SUCCESS);
 }
 
+BUFFER_HANDLE CameraTest::QueueMemory(size_t size) {
+    memory.assign(size, 0xEE);
+    BUFFER_HANDLE buffer = nullptr;
+    EXPECT_EQ(p.DSAnnounceBuffer(stream, memory.data(), size, nullptr, &buffer), GC_ERR_SUCCESS);
+    EXPECT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+    return buffer;
+}
+
 auto CameraTest::Acquisition() {
     PORT_HANDLE port = nullptr;
     p.DevGetPort(device, &port);

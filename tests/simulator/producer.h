@@ -109,6 +109,7 @@ class CameraTest : public SimulatorTest {
 
     void AllocateAndQueue(size_t count);
     GenTL::BUFFER_HANDLE Allocate();
+    GenTL::BUFFER_HANDLE QueueMemory(size_t size);  // `memory`, all of it 0xEE
     GenTL::GC_ERROR Queue(GenTL::BUFFER_HANDLE buffer) { return p.DSQueueBuffer(stream, buffer); }
 
     // The stream, and then the camera; or the stream alone.

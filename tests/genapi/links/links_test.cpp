@@ -15,27 +15,17 @@ namespace {
 
 using GENICAM_NAMESPACE::RuntimeException;
 
-std::string element(const std::string& name, const std::string& text) {
-    return "<" + name + ">" + text + "</" + name + ">";
-}
-
-std::string node(const std::string& kind, const std::string& name, const std::string& content) {
-    return "<" + kind + " Name='" + name + "'>" + content + "</" + kind + ">";
-}
-
 std::string reg(const std::string& name, const std::string& more = {}) {
-    return node("IntReg", name,
-                std::string(kRegister) + more + "<Endianess>LittleEndian</Endianess>");
+    return named("IntReg", name, kRegister + more + kLittle);
 }
 
 std::string floatReg(const std::string& name, const std::string& more = {}) {
-    return node("FloatReg", name,
-                std::string(kRegister) + more + "<Endianess>LittleEndian</Endianess>");
+    return named("FloatReg", name, kRegister + more + kLittle);
 }
 
 std::string over(const std::string& name, const std::string& value,
                  const std::string& before = {}) {
-    return node("Integer", name, before + element("pValue", value));
+    return named("Integer", name, before + element("pValue", value));
 }
 
 class Links {
@@ -65,14 +55,14 @@ class Links {
 };
 
 const std::string kCamera =
-    node("Category", "Root", element("pFeature", "Gain") + element("pFeature", "Mode")) +
+    named("Category", "Root", element("pFeature", "Gain") + element("pFeature", "Mode")) +
     over("Gain", "Scale", element("pIsLocked", "Lock")) +
-    node("Enumeration", "Mode",
-         "<EnumEntry Name='On'><pIsImplemented>Lock</pIsImplemented><Value>1</Value></EnumEntry>"
-         "<pValue>ModeReg</pValue><pSelected>GainReg</pSelected>") +
-    node("IntConverter", "Scale",
-         "<pVariable Name='F'>Factor</pVariable><FormulaTo>FROM*F</FormulaTo>"
-         "<FormulaFrom>TO/F</FormulaFrom><pValue>GainReg</pValue>") +
+    named("Enumeration", "Mode",
+          "<EnumEntry Name='On'><pIsImplemented>Lock</pIsImplemented><Value>1</Value></EnumEntry>"
+          "<pValue>ModeReg</pValue><pSelected>GainReg</pSelected>") +
+    named("IntConverter", "Scale",
+          "<pVariable Name='F'>Factor</pVariable><FormulaTo>FROM*F</FormulaTo>"
+          "<FormulaFrom>TO/F</FormulaFrom><pValue>GainReg</pValue>") +
     reg("Lock") + reg("ModeReg") + integer("Factor") +
     reg("GainReg",
         "<pInvalidator>Lock"
@@ -102,11 +92,11 @@ TEST(Links, Kinds) {
 }
 
 TEST(Links, SelectorsReachWhatReadsTheSelected) {
-    const Links links(node("Enumeration", "Inner",
-                           "<EnumEntry Name='A'><Value>0</Value></EnumEntry>"
-                           "<Value>0</Value><pSelected>R</pSelected>") +
-                      node("Integer", "Outer", "<Value>0</Value><pSelected>B</pSelected>") +
-                      node("Category", "Root", element("pFeature", "T")) + over("T", "B") +
+    const Links links(named("Enumeration", "Inner",
+                            "<EnumEntry Name='A'><Value>0</Value></EnumEntry>"
+                            "<Value>0</Value><pSelected>R</pSelected>") +
+                      named("Integer", "Outer", "<Value>0</Value><pSelected>B</pSelected>") +
+                      named("Category", "Root", element("pFeature", "T")) + over("T", "B") +
                       over("B", "R") + reg("R") + kPort);
     EXPECT_EQ(links.names(selectedFeatures(*links, links.id("Inner"))), "R B T");
     EXPECT_EQ(links.names(selectedFeatures(*links, links.id("Outer"))), "B T");
@@ -118,9 +108,9 @@ TEST(Links, SelectorsReachWhatReadsTheSelected) {
 
 TEST(Links, ChangeSets) {
     const Links links(kCamera +
-                      node("Integer", "Both",
-                           "<pValue>X</pValue><pValueCopy>Y"
-                           "</pValueCopy>") +
+                      named("Integer", "Both",
+                            "<pValue>X</pValue><pValueCopy>Y"
+                            "</pValueCopy>") +
                       reg("X") + reg("Y") + over("OverY", "Y"));
     // The converter passes the value on; its halves do not change.
     EXPECT_EQ(links.written("Gain"), "Root Gain Scale GainReg");
@@ -138,16 +128,17 @@ TEST(Links, Caching) {
         reg("Volatile", "<Cachable>NoCache</Cachable>") + reg("R") +
         reg("Around", "<Cachable>WriteAround</Cachable>") + kPort + over("A", "Around") +
         over("Limited", "R", element("pIsLocked", "Volatile")) + over("Above", "Limited") +
-        node("Category", "Root", element("pFeature", "Above")) +
-        node("Integer", "Max", "<pValue>R</pValue><pMax>Volatile</pMax>") +
-        node("Float", "F", "<pValue>R</pValue>") + floatReg("Rounding") +
+        named("Category", "Root", element("pFeature", "Above")) +
+        named("Integer", "Max", "<pValue>R</pValue><pMax>Volatile</pMax>") +
+        named("Float", "F", "<pValue>R</pValue>") + floatReg("Rounding") +
         floatReg("RoundingEmpty", "<Cachable/>") +
         floatReg("Exact", "<Cachable>WriteThrough</Cachable>") + over("OverExact", "Exact") +
-        node("IntSwissKnife", "K", "<pVariable Name='A'>Around</pVariable><Formula>A</Formula>") +
-        node("IntSwissKnife", "V", "<pVariable Name='A'>Volatile</pVariable><Formula>A</Formula>") +
-        node("IntReg", "Moving",
-             "<pAddress>V</pAddress><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device"
-             "</pPort><Endianess>LittleEndian</Endianess>"));
+        named("IntSwissKnife", "K", "<pVariable Name='A'>Around</pVariable><Formula>A</Formula>") +
+        named("IntSwissKnife", "V",
+              "<pVariable Name='A'>Volatile</pVariable><Formula>A</Formula>") +
+        named("IntReg", "Moving",
+              "<pAddress>V</pAddress><Length>4</Length><AccessMode>RW</AccessMode><pPort>Device"
+              "</pPort><Endianess>LittleEndian</Endianess>"));
     const auto caching = [&](const char* name) { return links.record(name).caching; };
     EXPECT_EQ(caching("A"), WriteAround);
     EXPECT_EQ(caching("Max"), WriteThrough);

@@ -9,6 +9,8 @@
 #include <GenApi/Container.h>
 #include <gmock/gmock.h>
 
+#include "tests/genapi/support/testmap.h"
+
 using namespace GENAPI_NAMESPACE;
 using GENICAM_NAMESPACE::gcstring;
 using GENICAM_NAMESPACE::gcstring_vector;
@@ -77,12 +79,7 @@ TYPED_TEST(ListTest, ChecksTheIndexOfAtOnly) {
     TypeParam list;
     list.push_back(a);
     EXPECT_EQ(list.at(0), a);
-    try {
-        list.at(1);
-        FAIL();
-    } catch (const GENICAM_NAMESPACE::OutOfRangeException& e) {
-        EXPECT_STREQ(e.GetDescription(), "vector::_M_range_check");
-    }
+    EXPECT_EQ(test::errorOf([&] { list.at(1); }), "OutOfRangeException: vector::_M_range_check");
 }
 
 TYPED_TEST(ListTest, HasRandomAccessIterators) {
