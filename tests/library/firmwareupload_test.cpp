@@ -44,9 +44,10 @@ class FirmwareUploadTest : public SessionTest {
 
     // What `count` polls find, behind the first `skip`.
     void SetStatus(uint32_t status, size_t skip = 0, size_t count = SIZE_MAX) {
-        const auto reply = Scripted::Gives(status, GenTL::INFO_DATATYPE_UNKNOWN);
-        producer.AddRule({"GCReadPort", Scripted::AnyCommand,
-                          [reply](const Scripted::Call&) { return reply; }, skip, count});
+        const auto reply = [status](const Scripted::Call&) {
+            return Scripted::Gives(status, GenTL::INFO_DATATYPE_UNKNOWN);
+        };
+        producer.AddRule({"GCReadPort", Scripted::AnyCommand, reply, skip, count});
     }
     void BusyAfter(size_t polls) { SetStatus(1, polls); }
 

@@ -18,7 +18,6 @@
 
 using namespace ZelCameraApi::Internal;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

@@ -4,6 +4,8 @@
 #include <future>
 #include <stdexcept>
 
+#include <gmock/gmock.h>
+
 #include "ZelCameraApi/ZelGenParam/enumparams.h"
 #include "ZelCameraApi/ZelGenParam/valueparams.h"
 #include "tests/library/camera.h"

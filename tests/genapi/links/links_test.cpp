@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include <Base/GCException.h>
 #include <gtest/gtest.h>
 
 #include "genapi/description/limits.h"
@@ -12,8 +11,6 @@
 
 namespace test {
 namespace {
-
-using GENICAM_NAMESPACE::RuntimeException;
 
 std::string reg(const std::string& name, const std::string& more = {}) {
     return named("IntReg", name, kRegister + more + kLittle);
