@@ -103,7 +103,7 @@ class ProducerExam {
         Call<PIFClose>("IFClose", interface);
     }
 
-    // For the faults that it brings to light: what the cameras are is asked through the library.
+    // The library searches again: this search shows whether it would crash or hang the program.
     void ListCameras(IF_HANDLE interface) {
         bool8_t changed = 0;
         uint32_t count = 0;
