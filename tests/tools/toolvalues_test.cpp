@@ -63,6 +63,7 @@ TEST_F(ToolValues, WhatIsNoNumberSetsNothing) {
         }
     }
     EXPECT_THAT(Run({"set", "cam-a", "ExposureTime=5kHz"}).err, HasSubstr("0.5..1e+07 us"));
+    EXPECT_THAT(Run({"set", "cam-a", "ReverseX=on"}).err, HasSubstr("It can be true|false|1|0\n"));
     EXPECT_THAT(Run({"set", "cam-a", "PixelFormat=Mno8"}).err, HasSubstr("did you mean Mono8?"));
 }
 

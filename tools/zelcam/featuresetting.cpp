@@ -72,6 +72,13 @@ GenApi::IValue& SettableValue(Param& feature) {
     return *value;
 }
 
+// Empty where that cannot be told.
+std::string WhatItTakes(Param& feature) {
+    if (feature.ToBoolean() != nullptr) return "true|false|1|0";
+    const std::string range = RangeOf(feature);
+    return range.empty() ? "" : WithUnit(feature, range);
+}
+
 // Why the value cannot be set; empty when it is.
 std::string Set(Param& feature, GenApi::IValue& value, const std::string& text) {
     try {
@@ -115,9 +122,9 @@ Param& SetFeature(ZelGenParam::Array& features, const std::string& assignment) {
     Param& feature = FindFeature(features, assignment.substr(0, equals));
     const std::string problem = Set(feature, SettableValue(feature), text);
     if (problem.empty()) return feature;
-    const std::string range = RangeOf(feature);
+    const std::string taken = WhatItTakes(feature);
     Refuse(std::string(feature.GetName()) + " cannot be set to \"" + text + "\": " + problem +
-           (range.empty() ? "" : "\nIt can be " + WithUnit(feature, range)));
+           (taken.empty() ? "" : "\nIt can be " + taken));
 }
 
 TakenSetting SetAndRead(ZelGenParam::Array& features, const std::string& assignment) {
