@@ -249,6 +249,7 @@ TEST(CollectProducers, FoldersAndDuplicates) {
                                    "/z.cti GENICAM_GENTL64_PATH skipped",
                                    "/none GENICAM_GENTL64_PATH failed"));
     EXPECT_THAT(producers.back().reason, HasSubstr("No such file"));
+    EXPECT_EQ(CollectProducers({}, "nosuch.cti", "").back().OriginWords(), "--only");
 }
 
 TEST(Description, PlacesInRegistersAndFiles) {

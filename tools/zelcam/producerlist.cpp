@@ -105,7 +105,7 @@ std::vector<Producer> CollectProducers(const std::vector<std::string>& files,
         const std::string file = FileMeantBy(producers, only);
         const bool known = std::any_of(producers.begin(), producers.end(),
                                        [&](const auto& each) { return IsFile(each, file); });
-        if (!known) Add(producers, file, Origin::Option);
+        if (!known) Add(producers, file, Origin::Only);
         LeaveOutOthers(producers, file);
     }
     NameAll(producers);

@@ -60,6 +60,8 @@ std::string Producer::OriginWords() const {
             return "--producer";
         case Origin::Environment:
             return "GENICAM_GENTL64_PATH";
+        case Origin::Only:
+            return "--only";
         default:
             return "default";
     }

@@ -32,7 +32,7 @@ struct SessionOptions {
 };
 
 struct Producer {
-    enum class Origin { Default, Option, Environment };
+    enum class Origin { Default, Option, Environment, Only };
     enum class State {
         Loaded,
         Failed,
