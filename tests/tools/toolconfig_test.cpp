@@ -36,6 +36,12 @@ class ToolConfig : public ToolTest {
                    Path("own.xml") + "'/></Interface>");
     }
 
+    // zelcam config COMMAND cam-a -, reading the file from standard input.
+    ToolResult RunWithInput(const std::string& file, const std::string& command) {
+        return Run({"-c", "exec \"$0\" config \"$1\" cam-a - < \"$2\"", ZELCAM_TOOL, command, file},
+                   "/bin/sh");
+    }
+
     // The saved file with one of its lines changed.
     void WriteChanged(const std::string& name, const std::string& from, const std::string& to) {
         std::string text = Read("saved.xml");
@@ -54,9 +60,21 @@ TEST_F(ToolConfig, SavesLoadsAndComparesConfigurations) {
     const ToolResult different = Run({"config", "diff", "cam-a", "other.xml"});
     EXPECT_EQ(different.exitCode, 9);
     EXPECT_EQ(different.out, "Width: camera 640, file 0xa0\n");
-    EXPECT_EQ(Run({"config", "load", "cam-a", "other.xml"}).exitCode, 0);
+    EXPECT_EQ(RunWithInput("other.xml", "diff").out, different.out);
+    EXPECT_EQ(RunWithInput("other.xml", "load").exitCode, 0);
+    const auto loaded = Run({"config", "load", "cam-a", "other.xml", "--json"}).Json();
+    EXPECT_EQ(loaded.at("failures").size(), 0U);
     WriteChanged("same.xml", "Width\t640", "Width\t0x280");
     EXPECT_EQ(Run({"config", "diff", "cam-a", "same.xml"}).exitCode, 0);
+}
+
+TEST_F(ToolConfig, TellsAsJsonWhatWasSaved) {
+    const auto saved = Run({"config", "save", "cam-a", "saved.xml", "--json"}).Json();
+    EXPECT_EQ(saved.at("camera"), "cam-a");
+    EXPECT_EQ(saved.at("file"), "saved.xml");
+    EXPECT_GT(saved.at("settings"), 10);
+    EXPECT_EQ(saved.at("locked").size(), 0U);
+    EXPECT_EQ(Run({"config", "save", "cam-a", "-", "--json"}).out, Read("saved.xml"));
 }
 
 TEST_F(ToolConfig, TellsWhichFeaturesCouldNotBeLoadedAndWhy) {
@@ -95,6 +113,10 @@ TEST_F(ToolConfig, FilesThatCannotBeUsed) {
         EXPECT_EQ(result.exitCode, 7) << file;
         EXPECT_THAT(result.err, HasSubstr("cannot be read: it is no file")) << file;
     }
+    EXPECT_THAT(RunWithInput("cameras.xml", "load").err,
+                HasSubstr("standard input is no configuration"));
+    EXPECT_THAT(RunWithInput("/dev/zero", "diff").err,
+                HasSubstr("standard input cannot be read: it is too large"));
     EXPECT_EQ(Run({"config", "save", "cam-a", "no/such/folder.xml"}).exitCode, 7);
     EXPECT_EQ(Run({"config", "save", "cam-a", "/dev/null"}).exitCode, 7);
     fs::create_symlink("nowhere", Path("dangling"));

@@ -162,7 +162,12 @@ TEST_F(ToolFeatures, DescriptionsOfAllModules) {
         EXPECT_EQ(result.out.find('\0'), std::string::npos);
     }
     EXPECT_EQ(Run({"xml", "-o", "camera.xml"}).exitCode, 0);
-    EXPECT_THAT(Read("camera.xml"), HasSubstr("Name=\"Width\""));
+    const std::string text = Read("camera.xml");
+    EXPECT_THAT(text, HasSubstr("Name=\"Width\""));
+    const json written = Run({"xml", "cam-a", "-o", "camera.xml", "--json"}).Json();
+    EXPECT_EQ(written.at("camera"), "cam-a");
+    EXPECT_EQ(written.at("bytes"), text.size());
+    EXPECT_EQ(Read("camera.xml"), text);
 }
 
 // A camera names what it likes.

@@ -9,6 +9,7 @@
 #include "tools/zelcam/configload.h"
 #include "tools/zelcam/configsave.h"
 #include "tools/zelcam/jsontext.h"
+#include "tools/zelcam/outputfile.h"
 #include "tools/zelcam/printable.h"
 
 namespace {
@@ -55,7 +56,16 @@ Json FailureList(const std::vector<LoadFailure>& failures) {
 
 ExitCode RunSave(const ConfigOptions& options) {
     FeatureSession session(options.camera);
-    SaveSettings(session.Camera(), options.file, options.all ? Settled::All : Settled::Streamable);
+    OpenedCamera& camera = session.Camera();
+    const Saved saved =
+        SaveSettings(camera, options.file, options.all ? Settled::All : Settled::Streamable);
+    if (options.camera.session.json && options.file != standardStream) {
+        const Json result = {{"camera", camera.Info().id},
+                             {"file", options.file},
+                             {"settings", saved.settings},
+                             {"locked", saved.locked}};
+        std::cout << JsonText(result) << '\n';
+    }
     return ExitCode::Ok;
 }
 
@@ -64,16 +74,21 @@ ExitCode RunLoad(const ConfigOptions& options) {
     FeatureSession session(options.camera);
     const std::vector<LoadFailure> failures =
         LoadSettings(session.Camera(), configuration, options.userName);
-    if (failures.empty()) return ExitCode::Ok;
-    const std::string message =
-        "not every setting could be loaded (" + std::to_string(failures.size()) + " failed)";
-    if (!options.camera.session.json)
-        throw Failure(ExitCode::FeatureFailed, message + ":" + FailureLines(failures));
-    const Json result = {{"exitCode", static_cast<int>(ExitCode::FeatureFailed)},
-                         {"error", message},
-                         {"failures", FailureList(failures)}};
-    std::cout << JsonText(result) << '\n';
-    return ExitCode::FeatureFailed;
+    const ExitCode code = failures.empty() ? ExitCode::Ok : ExitCode::FeatureFailed;
+    std::string message;
+    if (!failures.empty()) {
+        message =
+            "not every setting could be loaded (" + std::to_string(failures.size()) + " failed)";
+    }
+    if (options.camera.session.json) {
+        const Json result = {{"exitCode", static_cast<int>(code)},
+                             {"error", message},
+                             {"failures", FailureList(failures)}};
+        std::cout << JsonText(result) << '\n';
+    } else if (!failures.empty()) {
+        throw Failure(code, message + ":" + FailureLines(failures));
+    }
+    return code;
 }
 
 ExitCode RunDiff(const ConfigOptions& options) {
@@ -85,7 +100,7 @@ ExitCode RunDiff(const ConfigOptions& options) {
     return differences.empty() ? ExitCode::Ok : ExitCode::Different;
 }
 
-constexpr const char* usedFile = "The configuration file";
+constexpr const char* usedFile = "The configuration file; -: standard input";
 
 using Options = std::shared_ptr<ConfigOptions>;
 

@@ -11,6 +11,7 @@
 #include "tools/zelcam/featuresetting.h"
 #include "tools/zelcam/featurevalue.h"
 #include "tools/zelcam/numbertext.h"
+#include "tools/zelcam/outputfile.h"
 #include "tools/zelcam/textfile.h"
 #include "tools/zelcam/words.h"
 
@@ -21,7 +22,7 @@ namespace {
 constexpr const char* none = "(none)";
 
 // The text and the camera, from the elements of the file or the file itself.
-Configuration PartsOf(const std::string& text, const std::string& file) {
+Configuration PartsOf(const std::string& text, const std::string& what) {
     const size_t first = text.find_first_not_of(" \t\r\n");
     if (first == std::string::npos || text[first] != '<') return {"", text, {}};
     tinyxml2::XMLDocument document;
@@ -29,7 +30,7 @@ Configuration PartsOf(const std::string& text, const std::string& file) {
     tinyxml2::XMLHandle camera = tinyxml2::XMLHandle(document).FirstChildElement("Camera");
     const tinyxml2::XMLElement* config = camera.FirstChildElement("Config").ToElement();
     if (document.Error() || config == nullptr) {
-        throw Failure(ExitCode::FileFailed, "the file " + file + " is no configuration");
+        throw Failure(ExitCode::FileFailed, what + " is no configuration");
     }
     const char* id = camera.ToElement()->Attribute("cameraId");
     Configuration result = {id == nullptr ? "" : id, "", {}};
@@ -121,17 +122,18 @@ std::vector<std::string> LinesOf(const std::string& text) {
 }
 
 Configuration ReadConfiguration(const std::string& file) {
-    return ParseConfiguration(ReadFile(file), file);
+    if (file == standardStream) return ParseConfiguration(ReadStandardInput(), "standard input");
+    return ParseConfiguration(ReadFile(file), "the file " + file);
 }
 
-Configuration ParseConfiguration(const std::string& text, const std::string& file) {
-    Configuration configuration = PartsOf(text, file);
+Configuration ParseConfiguration(const std::string& text, const std::string& what) {
+    Configuration configuration = PartsOf(text, what);
     configuration.leftOut = LeftOut(configuration.text);
     try {
         configuration.text = Normalized(configuration.text);
     } catch (const GenICam::GenericException& error) {
         throw Failure(ExitCode::FileFailed,
-                      "the file " + file + " is no configuration: " + error.GetDescription());
+                      what + " is no configuration: " + error.GetDescription());
     }
     return configuration;
 }
@@ -166,7 +168,7 @@ std::string SavedText(ZelCam::Device& device) {
 }
 
 Settings SettingsOf(OpenedCamera& camera) {
-    return SettingsOf(ParseConfiguration(SavedText(camera.Device()), "of the camera"),
+    return SettingsOf(ParseConfiguration(SavedText(camera.Device()), savedText),
                       camera.Features(Module::Camera));
 }
 

@@ -18,12 +18,15 @@ struct Configuration {
     std::vector<std::string> leftOut;  // features whose values did not fit into the text
 };
 
-// Reads a configuration file, or one that holds the text of the features only. Failure (FileFailed)
-// when it cannot be read or is no configuration.
+// Reads a configuration file, or one that holds the text of the features only; "-" is standard
+// input. Failure (FileFailed) when it cannot be read or is no configuration.
 Configuration ReadConfiguration(const std::string& file);
 
-// The same of what is in the file, or will be.
-Configuration ParseConfiguration(const std::string& text, const std::string& file);
+// Names a text that the camera saved.
+constexpr const char* savedText = "what the camera saved";
+
+// The same of a text. `what` names it in failures: "the file a.xml".
+Configuration ParseConfiguration(const std::string& text, const std::string& what);
 
 // Of the text of a configuration: NAME, a tab and the value, or a comment that begins with "#".
 std::vector<std::string> LinesOf(const std::string& text);

@@ -61,9 +61,12 @@ std::string WhyNothingIsSaved(ZelGenParam::Array& features) {
            "read-only, or something locked?";
 }
 
-void NoteLocked(ZelGenParam::Array& features) {
-    const Names locked = StreamableFeatures(
+Names LockedFeatures(ZelGenParam::Array& features) {
+    return StreamableFeatures(
         features, [](Param& feature) { return feature.IsReadable() && !feature.IsWritable(); });
+}
+
+void NoteLocked(const Names& locked) {
     if (locked.empty()) return;
     std::cerr << "zelcam: note: not saved, since they cannot be written at the moment: "
               << Listed(locked) << '\n';
@@ -146,17 +149,19 @@ std::string AllFeatures(GenApi::INodeMap& nodeMap, Names& unreadable) {
 
 }  // namespace
 
-void SaveSettings(OpenedCamera& camera, const std::string& file, Settled settled) {
+Saved SaveSettings(OpenedCamera& camera, const std::string& file, Settled settled) {
     ZelGenParam::Array& features = camera.Features(Module::Camera);
     RefuseWhileGrabbing(features);
     std::optional<OutputFile> output;
-    if (file != standardOutput) output.emplace(file, Existing::Replace);
+    if (file != standardStream) output.emplace(file, Existing::Replace);
     Names missing;
     const std::string text = settled == Settled::All ? AllFeatures(NodeMapOf(camera), missing)
                                                      : SavedText(camera.Device());
-    const Configuration saved = ParseConfiguration(text, file);
-    missing.insert(missing.end(), saved.leftOut.begin(), saved.leftOut.end());
-    if (missing.empty() && SettingsOf(saved, features).empty()) {
+    const Configuration configuration = ParseConfiguration(text, savedText);
+    missing.insert(missing.end(), configuration.leftOut.begin(), configuration.leftOut.end());
+    Saved saved;
+    saved.settings = SettingsOf(configuration, features).size();
+    if (missing.empty() && saved.settings == 0) {
         throw Failure(ExitCode::FeatureFailed, "nothing is saved: " + WhyNothingIsSaved(features));
     }
     if (output) {
@@ -165,11 +170,13 @@ void SaveSettings(OpenedCamera& camera, const std::string& file, Settled settled
     } else {
         WriteToStandardOutput(text.data(), text.size());
     }
-    if (settled == Settled::Streamable) NoteLocked(features);
+    if (settled == Settled::Streamable) saved.locked = LockedFeatures(features);
+    NoteLocked(saved.locked);
     if (!missing.empty()) {
         throw Failure(ExitCode::FeatureFailed,
                       "saved, but without what cannot be read or has line "
                       "breaks in it: " +
                           Listed(missing));
     }
+    return saved;
 }

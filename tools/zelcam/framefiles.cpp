@@ -77,7 +77,7 @@ void FrameFiles::Write(const Task& task) {
 
 void FrameFiles::WriteFiles(const FrameToWrite& frame) {
     const EncodedFrame encoded(frame.frame.Get(), settings_.format, frame.entry.camera);
-    if (frame.file == standardOutput) {
+    if (frame.file == standardStream) {
         WriteToStandardOutput(encoded.Data(), encoded.Size());
         return;
     }

@@ -30,7 +30,7 @@ struct WrittenFiles {
 struct FrameToWrite {
     StoredFrame frame;
     LoggedFrame entry;
-    std::string file;  // standardOutput: there
+    std::string file;  // standardStream: there
     WrittenFiles* written;
 };
 

@@ -32,7 +32,7 @@ struct GrabOptions {
     bool trigger = false;
     std::string triggerRate;
 
-    bool WritesToStandardOutput() const { return output == standardOutput; }
+    bool WritesToStandardOutput() const { return output == standardStream; }
     Existing ExistingFiles() const { return files.overwrite ? Existing::Replace : Existing::Keep; }
 };
 

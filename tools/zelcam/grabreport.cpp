@@ -67,7 +67,7 @@ void GrabReport::PrintSummary(std::ostream& out) const {
                    " times  (writing is slower than the camera; --format tiff or raw is faster)");
     }
     if (files.count == 0) return;
-    if (files.first == standardOutput) {
+    if (files.first == standardStream) {
         out << "Written     to standard output\n";
         return;
     }

@@ -7,8 +7,8 @@
 
 #include "tools/zelcam/interrupt.h"
 
-// The name that means standard output.
-constexpr const char* standardOutput = "-";
+// The name that means standard output, or standard input where a file is read.
+constexpr const char* standardStream = "-";
 
 // What happens to a file that already has the name.
 enum class Existing {

@@ -255,7 +255,7 @@ ExitCode RunReport(const ReportOptions& options) {
     const Session session(options.camera.session);
     const Camera& camera = SelectCamera(session, options.camera.camera);
     const Report report(options, session, camera);
-    if (options.output.empty() || options.output == "-") {
+    if (options.output.empty() || options.output == standardStream) {
         std::cout << report.Text();
     } else {
         WriteFile(options.output, report.Text());

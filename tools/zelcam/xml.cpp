@@ -18,6 +18,8 @@ struct XmlOptions {
     std::string output;
 };
 
+using Json = nlohmann::ordered_json;
+
 // The session must be over before the producer is asked directly.
 ModulePlace FindPlace(const XmlOptions& options) {
     const Session session(options.camera.session);
@@ -44,15 +46,20 @@ std::string ReadDescription(const ModulePort& port) {
 }
 
 ExitCode RunXml(const XmlOptions& options) {
-    const ModulePort port(FindPlace(options));
-    const std::string text = ReadDescription(port);
-    const bool json = options.camera.session.json;
-    const std::string printed =
-        json ? JsonText({{"module", options.camera.module}, {"xml", text}}) + "\n" : text;
-    if (options.output.empty() || options.output == standardOutput) {
-        std::cout << printed;
-    } else {
-        WriteFile(options.output, printed);
+    const ModulePlace place = FindPlace(options);
+    const std::string text = ReadDescription(ModulePort(place));
+    const bool toFile = !options.output.empty() && options.output != standardStream;
+    if (toFile) WriteFile(options.output, text);
+    if (options.camera.session.json) {
+        Json result = {{"camera", place.cameraId}, {"module", options.camera.module}};
+        if (toFile) {
+            result.update({{"file", options.output}, {"bytes", text.size()}});
+        } else {
+            result["xml"] = text;
+        }
+        std::cout << JsonText(result) << '\n';
+    } else if (!toFile) {
+        std::cout << text;
     }
     return ExitCode::Ok;
 }
