@@ -327,11 +327,12 @@ TEST_F(Completion, CommandsOptionsCamerasAndFiles) {
     EXPECT_EQ(Offers("list --producer cam"), "cameras.xml\n");
 }
 
-// The options that the completion offers are those the program has.
+// The options that the completion offers are those the program has, whose help fits a terminal.
 TEST_F(Completion, KnowsEveryOption) {
     for (const std::string command :
          {"list", "grab", "features", "get", "set", "exec", "watch", "events", "read", "write",
-          "firmware", "xml", "report", "config save", "config load", "ip show", "ip force"}) {
+          "firmware", "xml", "report", "check", "config save", "config load", "ip show",
+          "ip force"}) {
         const size_t blank = command.find(' ');
         std::vector<std::string> words = {command.substr(0, blank)};
         if (blank != std::string::npos) words.push_back(command.substr(blank + 1));
@@ -341,6 +342,7 @@ TEST_F(Completion, KnowsEveryOption) {
         size_t options = 0;
         std::istringstream lines(help);
         for (std::string line; std::getline(lines, line);) {
+            EXPECT_LE(line.size(), 80U) << command << ": " << line;
             const size_t at = line.find("--");
             if (at != 2 && at != 5) continue;  // a line of examples
             const std::string option = line.substr(at, line.find_first_of(" =", at) - at);

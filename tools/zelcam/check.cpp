@@ -129,6 +129,6 @@ void AddCheckCommand(Command app, Invocation& invocation) {
         "  zelcam check 1\n"
         "  zelcam check 4711 --producer /opt/vendor/lib/vendor.cti\n\n"
         "Settings are written and restored: use a camera that nobody works with. A camera of the "
-        "simulator is\nunplugged in the end. The exit code is 10 when a check fails.");
+        "simulator is unplugged in the end. The exit code is 10 when a check fails.");
     Connect(command, invocation, options, RunCheck);
 }

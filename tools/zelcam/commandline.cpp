@@ -2,14 +2,34 @@
 
 #include <algorithm>
 #include <iostream>
+#include <sstream>
 #include <utility>
 
 #include <CLI/CLI.hpp>
 
 #include "tools/zelcam/numbertext.h"
 #include "tools/zelcam/suggestion.h"
+#include "tools/zelcam/texttable.h"
 
 namespace {
+
+// Of the help: all of it, and the names of the options.
+constexpr size_t helpWidth = 80;
+constexpr size_t nameWidth = 24;
+
+std::string Wrapped(const std::string& text, size_t width) {
+    std::istringstream lines(text);
+    std::string wrapped;
+    for (std::string line; std::getline(lines, line);) {
+        for (const std::string& part : WrapText(line, width))
+            wrapped += (wrapped.empty() ? "" : "\n") + part;
+    }
+    return wrapped;
+}
+
+std::string Description(const std::string& what) {
+    return Wrapped(what, helpWidth - nameWidth);
+}
 
 std::vector<std::string> NamesOfCommands(const CLI::App& app) {
     std::vector<std::string> names;
@@ -68,16 +88,16 @@ CommandOption& CommandOption::Hide() {
 
 Command Command::AddCommand(const char* name, const char* what) {
     app_->require_subcommand(1);
-    return Command(app_->add_subcommand(name, what));
+    return Command(app_->add_subcommand(name, Description(what)));
 }
 
 CommandOption Command::AddOption(const char* names, std::string& value, const std::string& what) {
-    return CommandOption(app_->add_option(names, value, what));
+    return CommandOption(app_->add_option(names, value, Description(what)));
 }
 
 CommandOption Command::AddOption(const char* names, std::vector<std::string>& values,
                                  const std::string& what) {
-    return CommandOption(app_->add_option(names, values, what));
+    return CommandOption(app_->add_option(names, values, Description(what)));
 }
 
 CommandOption Command::AddOption(const char* names, uint64_t& value, const std::string& what) {
@@ -86,7 +106,7 @@ CommandOption Command::AddOption(const char* names, uint64_t& value, const std::
         return true;
     };
     const auto show = [&value] { return std::to_string(value); };
-    CLI::Option* const option = app_->add_option(names, take, what, false, show);
+    CLI::Option* const option = app_->add_option(names, take, Description(what), false, show);
     option->check([](const std::string& text) {
         return ParseCount(text) ? "" : "\"" + text + "\" is no whole number, or too large";
     });
@@ -94,11 +114,11 @@ CommandOption Command::AddOption(const char* names, uint64_t& value, const std::
 }
 
 CommandOption Command::AddFlag(const char* names, bool& flag, const char* what) {
-    return CommandOption(app_->add_flag(names, flag, what));
+    return CommandOption(app_->add_flag(names, flag, Description(what)));
 }
 
 void Command::Footer(const char* text) {
-    app_->footer(text);
+    app_->footer(Wrapped(text, helpWidth));
 }
 
 void Command::OnChoice(std::function<void()> action) {
@@ -112,7 +132,7 @@ CommandLine::CommandLine(const char* name, const char* version, const char* what
     app_->failure_message([](const CLI::App* app, const CLI::Error& error) {
         return app->get_name() + ": " + error.what() + "\nRun with --help for more information.\n";
     });
-    app_->get_formatter()->column_width(24);
+    app_->get_formatter()->column_width(nameWidth);
 }
 
 CommandLine::~CommandLine() = default;

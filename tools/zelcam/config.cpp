@@ -135,6 +135,6 @@ void AddConfigCommand(Command app, Invocation& invocation) {
         "  zelcam config save 1 bright.xml\n"
         "  zelcam config load 4711 bright.xml\n"
         "  zelcam config diff 1 bright.xml      exit code 9 when something differs\n\n"
-        "A file of one camera can be loaded into another. What was set before a failure stays, and "
-        "the\nfeatures that failed are printed.");
+        "A file of one camera can be loaded into another. What was set before a failure stays, "
+        "and the features that failed are printed.");
 }

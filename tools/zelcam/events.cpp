@@ -148,8 +148,8 @@ void AddEventsCommand(Command app, Invocation& invocation) {
     AddFeatureOptions(command, options->camera);
     command
         .AddOption("names", options->names,
-                   "Events to switch on, as EventSelector names them. Left\n"
-                   "out: those that are on already")
+                   "Events to switch on, as EventSelector names them. Left out: those that are on "
+                   "already")
         .TypeName("NAME");
     AddEndOptions(command, options->count, options->durationMs, "events");
     command.AddFlag("--grab", options->grab, "Let the camera send frames meanwhile");
@@ -157,7 +157,7 @@ void AddEventsCommand(Command app, Invocation& invocation) {
         "Examples:\n"
         "  zelcam events 1 ExposureEnd --grab -n 10\n"
         "  zelcam events 1 --json               one JSON object per line\n\n"
-        "At the end the events are switched as they were before. The command ends with exit code 8 "
-        "when\nthe camera is lost.");
+        "At the end the events are switched as they were before. The command ends with exit code "
+        "8 when the camera is lost.");
     Connect(command, invocation, options, RunEvents);
 }

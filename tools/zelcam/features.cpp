@@ -102,11 +102,8 @@ void AddFeaturesCommand(Command app, Invocation& invocation) {
         "  zelcam features 1 AnalogControl        the features of one category\n"
         "  zelcam features 1 --module stream --json\n\n"
         "One argument is CAMERA when a camera is called that, else GLOB. ACCESS is rw, ro, wo, or "
-        "na where a\n"
-        "feature is not available at the moment; !! is a value that the camera does not tell, and "
-        "makes the\n"
-        "exit code 8. A feature with [Selector=...] shows one of several values: the selector "
-        "chooses which.\n"
-        "Lines wrap on terminals only.");
+        "na where a feature is not available at the moment; !! is a value that the camera does "
+        "not tell, and makes the exit code 8. A feature with [Selector=...] shows one of several "
+        "values: the selector chooses which. Lines wrap on terminals only.");
     Connect(command, invocation, options, RunFeatures);
 }

@@ -210,8 +210,8 @@ void AddFirmwareCommand(Command app, Invocation& invocation) {
         "Example:\n"
         "  zelcam firmware 4711 empty.rpd --erase\n\n"
         "The camera's flash is erased, which makes the camera unusable until it has a firmware "
-        "again. An\nimage with contents is refused so far, before the camera is touched. Ctrl-C "
-        "does not end an upload\nbut for the second one. An upload that failed is repeated before "
+        "again. An image with contents is refused so far, before the camera is touched. Ctrl-C "
+        "does not end an upload but for the second one. An upload that failed is repeated before "
         "the camera is switched off.");
     Connect(command, invocation, options, RunFirmware);
 }

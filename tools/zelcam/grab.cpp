@@ -211,8 +211,8 @@ ExitCode RunGrab(const GrabOptions& given) {
 void AddFrameOptions(Command command, GrabOptions& options) {
     command
         .AddOption("cameras", options.cameras,
-                   "Identifier, serial number or user name of each camera,\n"
-                   "or its number in `zelcam list`. Left out: the first one")
+                   "Identifier, serial number or user name of each camera, or its number in "
+                   "`zelcam list`. Left out: the first one")
         .TypeName("CAMERA");
     command
         .AddOption("-n,--count", options.grab.limits.count,
@@ -221,17 +221,15 @@ void AddFrameOptions(Command command, GrabOptions& options) {
         .ShowDefault();
     command
         .AddOption("-o,--output", options.output,
-                   "File names, with {n} for the number of the frame (0001,\n"
-                   "0002, ...), {frame} for the number the camera gave it,\n"
-                   "{camera} for the camera's identifier [frame-{n}.png, and\n"
-                   "for several cameras {camera}-{n}.png]; -: standard output")
+                   "File names, with {n} for the number of the frame (0001, 0002, ...), {frame} "
+                   "for the number the camera gave it, {camera} for the camera's identifier "
+                   "[frame-{n}.png, and for several cameras {camera}-{n}.png]; -: standard output")
         .TypeName("PATTERN");
     command
         .AddOption("-f,--format", options.format,
-                   "png, tiff (without compression: larger, and fastest),\n"
-                   "jpeg (small, and with losses), raw (the bytes as the\n"
-                   "camera sent them, and a text that describes them) or none\n"
-                   "(only count) [by the ending of --output, else png]")
+                   "png, tiff (without compression: larger, and fastest), jpeg (small, and with "
+                   "losses), raw (the bytes as the camera sent them, and a text that describes "
+                   "them) or none (only count) [by the ending of --output, else png]")
         .TypeName("FORMAT")
         .OneOf(formatNames);
     command.AddFlag("--overwrite", options.files.overwrite, "Replace files that exist already");
@@ -242,22 +240,20 @@ void AddFrameOptions(Command command, GrabOptions& options) {
 void AddSpeedOptions(Command command, GrabOptions& options) {
     command
         .AddOption("-b,--buffers", options.grab.buffers,
-                   "Frames that can wait in memory of the producer; never\n"
-                   "fewer than it needs")
+                   "Frames that can wait in memory of the producer; never fewer than it needs")
         .TypeName("N")
         .Range(1, 4096)
         .ShowDefault();
     command
         .AddOption("--queue", options.files.waiting,
-                   "Frames that can wait to be written. When it is full,\n"
-                   "grabbing waits, and the camera may lose frames")
+                   "Frames that can wait to be written. When it is full, grabbing waits, and the "
+                   "camera may lose frames")
         .TypeName("N")
         .Range(1, 65536)
         .ShowDefault();
     command
         .AddOption("--threads", options.files.threads,
-                   "Threads that convert and write frames; 0: one for each\n"
-                   "processor")
+                   "Threads that convert and write frames; 0: one for each processor")
         .TypeName("N")
         .Range(0, 64)
         .ShowDefault();
@@ -268,13 +264,13 @@ void AddCameraOptions(Command command, GrabOptions& options) {
     AddAccessOption(command, options.grab.access, {"readonly", "control", "exclusive"});
     command
         .AddOption("--set", options.grab.features,
-                   "Set a feature of the camera first; may be given several\n"
-                   "times and is done in that order")
+                   "Set a feature of the camera first; may be given several times and is done in "
+                   "that order")
         .TypeName("NAME=VALUE")
         .OneValueEach();
     command.AddFlag("--trigger", options.trigger,
-                    "Send the camera a software trigger for each frame, the\n"
-                    "next one when a frame came");
+                    "Send the camera a software trigger for each frame, the next one when a frame "
+                    "came");
     command
         .AddOption("--trigger-rate", options.triggerRate,
                    "Send so many software triggers a second instead")
@@ -300,8 +296,8 @@ void AddGrabCommand(Command app, Invocation& invocation) {
         "  zelcam grab -n 3 -o \"{camera}-{frame}.raw\"  the bytes of three frames\n"
         "  zelcam grab -f jpeg -o - | display -       a look at it\n\n"
         "Pictures of more than 8 bits are written with 16: values are stretched so that the "
-        "camera's\nwhite is white. Names of frames that are incomplete get \"-incomplete\". When "
-        "nothing arrives, the\nprogram lists what it could check and what to do next.");
+        "camera's white is white. Names of frames that are incomplete get \"-incomplete\". When "
+        "nothing arrives, the program lists what it could check and what to do next.");
     command.OnChoice([options, &invocation] {
         invocation.json = options->session.json;
         invocation.run = [options] { return RunGrab(*options); };

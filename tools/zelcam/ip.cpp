@@ -115,5 +115,5 @@ void AddIpCommand(Command app, Invocation& invocation) {
         "  zelcam ip show 1\n"
         "  zelcam ip force 4711 192.168.0.10 255.255.255.0\n\n"
         "A camera whose address does not fit into the network of its adapter is listed and cannot "
-        "be\nopened: force an address that fits, then set a persistent one.");
+        "be opened: force an address that fits, then set a persistent one.");
 }

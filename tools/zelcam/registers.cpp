@@ -146,8 +146,8 @@ void AddForm(Command command, RegisterOptions& options, const std::string& what)
         .ShowDefault();
     command
         .AddOption("--endian", options.order,
-                   "Order of the bytes of a number: little, big, or auto,\n"
-                   "as the camera says (big where it says nothing)")
+                   "Order of the bytes of a number: little, big, or auto, as the camera says (big "
+                   "where it says nothing)")
         .TypeName("ORDER")
         .OneOf({"auto", "little", "big"})
         .ShowDefault();
@@ -161,8 +161,7 @@ void AddReadCommand(Command app, Invocation& invocation) {
     AddAddress(command, *options);
     command
         .AddOption("length", options->length,
-                   "How many bytes, up to 1048576. Left out: those of one\n"
-                   "number, else 4")
+                   "How many bytes, up to 1048576. Left out: those of one number, else 4")
         .TypeName("LENGTH");
     AddForm(command, *options, "What the bytes are");
     command.Footer(
@@ -173,7 +172,7 @@ void AddReadCommand(Command app, Invocation& invocation) {
         "  zelcam read 1 0x44 32 --as text\n"
         "  zelcam read 1 0x200 -m stream\n\n"
         "The registers of a module other than the camera do not tell the order of their bytes: "
-        "give\n--endian with numbers of several bytes.");
+        "give --endian with numbers of several bytes.");
     Connect(command, invocation, options, RunRead);
 }
 
@@ -183,8 +182,8 @@ void AddWriteCommand(Command app, Invocation& invocation) {
     AddAddress(command, *options);
     command
         .AddOption("value", options->value,
-                   "A value of the type, or bytes as they stand: hex:0a0b\n"
-                   "or 'hex:0a 0b', up to 4096")
+                   "A value of the type, or bytes as they stand: hex:0a0b or 'hex:0a 0b', up to "
+                   "4096")
         .TypeName("VALUE")
         .Required();
     AddForm(command, *options, "What VALUE is");
@@ -195,7 +194,7 @@ void AddWriteCommand(Command app, Invocation& invocation) {
         "  zelcam write 1 0x2110 hex:40010000\n"
         "  zelcam write 1 0x2200 0.5 --as f32\n\n"
         "A register is written past all limits that its feature may have, and the features do not "
-        "notice.\nText is written without a zero at its end. What was written is printed, not what "
+        "notice. Text is written without a zero at its end. What was written is printed, not what "
         "is read back.");
     Connect(command, invocation, options, RunWrite);
 }

@@ -287,7 +287,6 @@ void AddReportCommand(Command app, Invocation& invocation) {
         "  zelcam report 1 -o report.txt\n"
         "  zelcam report 1 --mask -o report.txt   to show to others\n\n"
         "What cannot be found out is marked with !!, in JSON as \"problems\", and leaves the rest "
-        "alone; "
-        "the\nexit code is that of the first of them.");
+        "alone; the exit code is that of the first of them.");
     Connect(command, invocation, options, RunReport);
 }

@@ -3,15 +3,14 @@
 void AddProducerOptions(Command command, SessionOptions& options) {
     command
         .AddOption("-p,--producer", options.producers,
-                   "Also load this GenTL producer (.cti file); may be\n"
-                   "given several times. Those in the folders named by\n"
-                   "GENICAM_GENTL64_PATH are loaded in any case")
+                   "Also load this GenTL producer (.cti file); may be given several times. Those "
+                   "in the folders named by GENICAM_GENTL64_PATH are loaded in any case")
         .TypeName("FILE")
         .OneValueEach();
     command
         .AddOption("--only", options.only,
-                   "Use the cameras of this producer only: a file, or the\n"
-                   "name of one that is loaded in any case")
+                   "Use the cameras of this producer only: a file, or the name of one that is "
+                   "loaded in any case")
         .TypeName("FILE");
     CommandOption simulated =
         command.AddFlag("--simulated", options.simulated, "Use simulated cameras only");
@@ -19,15 +18,14 @@ void AddProducerOptions(Command command, SessionOptions& options) {
         .Excludes(simulated);
     command
         .AddOption("--search", options.searchMs,
-                   "Time each interface has to find its cameras, in\n"
-                   "milliseconds")
+                   "Time each interface has to find its cameras, in milliseconds")
         .TypeName("MS")
         .Range(0, 600000)
         .ShowDefault();
     command
         .AddOption("--load-timeout", options.loadMs,
-                   "Time each producer has to load and to list what it has,\n"
-                   "beside that search, in milliseconds")
+                   "Time each producer has to load and to list what it has, beside that search, "
+                   "in milliseconds")
         .TypeName("MS")
         .Range(100, 600000)
         .ShowDefault();
@@ -40,14 +38,13 @@ void AddSessionOptions(Command command, SessionOptions& options) {
 
 void AddCameraArgument(Command command, std::string& camera, bool required) {
     const std::string what =
-        "Identifier, serial number or user name of the camera, or\n"
-        "its number in `zelcam list`. Where several producers have\n"
-        "it: PRODUCER/CAMERA";
+        "Identifier, serial number or user name of the camera, or its number in `zelcam list`. "
+        "Where several producers have it: PRODUCER/CAMERA";
     command
         .AddOption("camera", camera,
                    required ? what
                             : what +
-                                  ". Left out: the first real one, or the\nfirst where only "
+                                  ". Left out: the first real one, or the first where only "
                                   "simulated ones can be had")
         .TypeName("CAMERA")
         .Required(required);
@@ -63,8 +60,7 @@ void AddFeatureOptions(Command command, FeatureOptions& options, bool cameraRequ
     AddCameraArgument(command, options.camera, cameraRequired);
     command
         .AddOption("-m,--module", options.module,
-                   "Which module: camera, local (this side of the\n"
-                   "connection), interface or stream")
+                   "Which module: camera, local (this side of the connection), interface or stream")
         .TypeName("MODULE")
         .OneOf({"camera", "local", "interface", "stream"})
         .ShowDefault();
@@ -75,8 +71,8 @@ void AddFeatureOptions(Command command, FeatureOptions& options, bool cameraRequ
 void AddFilterOptions(Command command, std::string& glob, std::string& visibility) {
     command
         .AddOption("glob", glob,
-                   "Only features whose name, or whose category's name,\n"
-                   "fits, with * and ? as in file names")
+                   "Only features whose name, or whose category's name, fits, with * and ? as in "
+                   "file names")
         .TypeName("GLOB");
     command
         .AddOption("-v,--visibility", visibility,
@@ -100,8 +96,7 @@ void AddEndOptions(Command command, uint64_t& count, uint64_t& durationMs,
         .ShowDefault();
     command
         .AddOption("-d,--duration", durationMs,
-                   "End after this time in milliseconds, at the latest; 0:\n"
-                   "go on")
+                   "End after this time in milliseconds, at the latest; 0: go on")
         .TypeName("MS")
         .Range(0, 31536000000)
         .ShowDefault();

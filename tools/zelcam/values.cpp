@@ -172,11 +172,10 @@ void AddSetCommand(Command app, Invocation& invocation) {
         "  zelcam set 1 ExposureTime=5ms\n"
         "  zelcam set 4711 GainSelector=DigitalAll Gain=2.5\n\n"
         "A selector comes before what it selects. The first setting that fails ends the command; "
-        "those\nbefore it stay. Values are printed as the camera took them.\n\n"
+        "those before it stay. Values are printed as the camera took them.\n\n"
         "A number may have the unit of the feature, or one that converts into it: "
-        "ExposureTime=5ms, "
-        "\nAcquisitionFrameRate=0.5kHz. Times are in ns, us, ms or s, rates in Hz, kHz, MHz or "
-        "GHz.");
+        "ExposureTime=5ms, AcquisitionFrameRate=0.5kHz. Times are in ns, us, ms or s, rates in "
+        "Hz, kHz, MHz or GHz.");
     Connect(command, invocation, options, RunSet);
 }
 

@@ -147,7 +147,7 @@ void AddWatchCommand(Command app, Invocation& invocation) {
         "  zelcam watch 1 DeviceTemperature --interval 5000\n"
         "  zelcam watch 1 --duration 60000 --json     one JSON object per line\n\n"
         "The values are read from the camera each time, also those that are known. The command "
-        "ends with "
-        "exit\ncode 8 when the camera is lost, and in the end when a feature could not be read.");
+        "ends with exit code 8 when the camera is lost, and in the end when a feature could not "
+        "be read.");
     Connect(command, invocation, options, RunWatch);
 }

@@ -72,8 +72,7 @@ void AddXmlCommand(Command app, Invocation& invocation) {
     AddCameraArgument(command, options->camera.camera, false);
     command
         .AddOption("-m,--module", options->camera.module,
-                   "Of camera (or device), local, interface, stream or\n"
-                   "system")
+                   "Of camera (or device), local, interface, stream or system")
         .TypeName("MODULE")
         .OneOf({"camera", "device", "local", "interface", "stream", "system"})
         .ShowDefault();
