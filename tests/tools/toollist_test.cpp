@@ -75,7 +75,11 @@ TEST_F(ToolList, ShowsEverythingAboutTheCameras) {
 // Lines that programs search stay whole; those that people read wrap.
 TEST_F(ToolList, WrapsOnTerminals) {
     SetVariable("COLUMNS", "40");
-    EXPECT_THAT(RunOnTerminal({"list"}).out, HasSubstr("\r\n  maker with --producer"));
+    const std::string shown = RunOnTerminal({"list"}).out;
+    EXPECT_THAT(shown, HasSubstr("\r\n  maker with --producer"));
+    std::istringstream lines(shown);
+    for (std::string line; std::getline(lines, line);)
+        EXPECT_LE(line.size(), 41U) << line;  // with the carriage return
     EXPECT_THAT(Run({"list"}).out, HasSubstr(std::string(ZELCAM_DEFAULT_PRODUCER) + "\n"));
 }
 

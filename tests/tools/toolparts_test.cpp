@@ -216,6 +216,15 @@ TEST(TextTable, WrapsWhereItIsTooWide) {
     EXPECT_THAT(tiny.str(), HasSubstr("Größe"));
 }
 
+TEST(TextTable, ColumnsThatAreTooManyGoOnBelow) {
+    TextTable table({"#", "NAME", "MODEL", "KIND"});
+    table.AddRow({"1", "camera", "one two", std::string(24, 'k')});
+    std::ostringstream out;
+    table.Print(out, 24);
+    EXPECT_EQ(out.str(), "  #  NAME    MODEL\n      KIND\n  1  camera  one two\n      " +
+                             std::string(18, 'k') + "\n      " + std::string(6, 'k') + "\n");
+}
+
 TEST(WrapText, LosesNothingButBlanks) {
     using Lines = std::vector<std::string>;
     EXPECT_EQ(WrapText("", 5), Lines({""}));

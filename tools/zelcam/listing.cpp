@@ -42,9 +42,7 @@ void PrintInterfaces(std::ostream& out, const Session& session, size_t width) {
     }
 }
 
-// With so many columns a terminal would have to break every name to make them fit: it wraps the
-// lines.
-void PrintCameras(std::ostream& out, const Session& session) {
+void PrintCameras(std::ostream& out, const Session& session, size_t width) {
     if (session.Cameras().empty()) return;
     out << "\nCameras\n";
     TextTable table({"#", "ID", "VENDOR", "MODEL", "SERIAL", "USER NAME", "ACCESS", "KIND",
@@ -54,7 +52,7 @@ void PrintCameras(std::ostream& out, const Session& session) {
                       camera.serial, camera.userName, AccessWords(camera.accessStatus),
                       CameraKind(camera.simulated), camera.interfaceId, camera.producerName});
     }
-    table.Print(out);
+    table.Print(out, width);
 }
 
 }  // namespace
@@ -62,7 +60,7 @@ void PrintCameras(std::ostream& out, const Session& session) {
 void PrintSession(std::ostream& out, const Session& session, size_t width) {
     PrintProducers(out, session, width);
     PrintInterfaces(out, session, width);
-    PrintCameras(out, session);
+    PrintCameras(out, session, width);
 }
 
 nlohmann::ordered_json OriginAsJson(const Camera& camera) {

@@ -8,7 +8,7 @@
 
 #include "tools/zelcam/session.h"
 
-// Lines wrap where a `width` is given, but for those of the cameras.
+// Lines wrap where a `width` is given.
 void PrintSession(std::ostream& out, const Session& session, size_t width = 0);
 
 // Where a camera comes from: "interface", "producer" and "simulated", in all JSON about cameras.

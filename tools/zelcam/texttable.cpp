@@ -14,7 +14,9 @@
 
 namespace {
 
-constexpr size_t columnGap = 2;  // before each column
+constexpr size_t columnGap = 2;   // before each column
+constexpr size_t foldIndent = 4;  // of columns that go on below
+constexpr size_t narrow = 12;     // no column is made narrower
 
 // UTF-8 has more bytes for a character than the first: 10xxxxxx.
 bool IsContinuation(char c) {
@@ -37,6 +39,14 @@ size_t EndOfLine(const std::string& text, size_t begin, size_t width) {
         if (text[at] == '|' || text[at] == ',') mayEnd = at + 1;
     }
     return text.size();
+}
+
+// Each column fits into a line of its own.
+std::vector<size_t> Folded(std::vector<size_t> widths, size_t width) {
+    const size_t widest = std::max(width, foldIndent + columnGap + narrow) - foldIndent - columnGap;
+    for (size_t& each : widths)
+        each = std::min(each, widest);
+    return widths;
 }
 
 std::string WithoutBlanksBehind(std::string line) {
@@ -97,9 +107,8 @@ void TextTable::AddNote(size_t indent, const std::string& text) {
 }
 
 // The widest column gives way, as long as it is wide; the first one, which holds names, only where
-// the others cannot.
+// the others cannot. Where that is not enough, columns go on below, and need not give way.
 std::vector<size_t> TextTable::Widths(size_t width) const {
-    constexpr size_t narrow = 12;
     std::vector<size_t> widths(rows_.front().cells.size());
     for (const Row& row : rows_) {
         if (row.cells.size() != widths.size()) continue;
@@ -107,6 +116,7 @@ std::vector<size_t> TextTable::Widths(size_t width) const {
             widths[i] = std::max(widths[i], Width(row.cells[i]));
     }
     size_t total = std::accumulate(widths.begin(), widths.end(), columnGap * widths.size());
+    const std::vector<size_t> natural = widths;
     for (; width != 0 && total > width; --total) {
         const auto widest = std::max_element(widths.begin() + 1, widths.end());
         if (widest != widths.end() && *widest > narrow) {
@@ -114,24 +124,38 @@ std::vector<size_t> TextTable::Widths(size_t width) const {
         } else if (widths.front() > narrow) {
             --widths.front();
         } else {
-            break;
+            return Folded(natural, width);
         }
     }
     return widths;
 }
 
-void TextTable::PrintCells(std::ostream& out, const Row& row,
-                           const std::vector<size_t>& widths) const {
+// Columns beside each other, as many as fit, and the others in lines below.
+void TextTable::PrintCells(std::ostream& out, const Row& row, const std::vector<size_t>& widths,
+                           size_t width) const {
+    for (size_t first = 0, end = 0; first < widths.size(); first = end) {
+        const size_t indent = first == 0 ? 0 : foldIndent;
+        size_t used = indent;
+        do
+            used += columnGap + widths[end++];
+        while (end < widths.size() && (width == 0 || used + columnGap + widths[end] <= width));
+        PrintColumns(out, row, widths, {first, end, indent});
+    }
+}
+
+void TextTable::PrintColumns(std::ostream& out, const Row& row, const std::vector<size_t>& widths,
+                             const Columns& columns) const {
     std::vector<std::vector<std::string>> cells;
     size_t height = 0;
-    for (size_t i = 0; i < widths.size(); ++i) {
+    for (size_t i = columns.first; i < columns.end; ++i) {
         cells.push_back(WrapText(row.cells[i], widths[i]));
         height = std::max(height, cells.back().size());
     }
     for (size_t n = 0; n < height; ++n) {
-        std::string line;
-        for (size_t i = 0; i < widths.size(); ++i) {
-            const std::string part = n < cells[i].size() ? cells[i][n] : "";
+        std::string line(columns.indent, ' ');
+        for (size_t i = columns.first; i < columns.end; ++i) {
+            const std::vector<std::string>& cell = cells[i - columns.first];
+            const std::string part = n < cell.size() ? cell[n] : "";
             line += std::string(columnGap, ' ') + part + std::string(widths[i] - Width(part), ' ');
         }
         out << WithoutBlanksBehind(line) << '\n';
@@ -142,7 +166,7 @@ void TextTable::Print(std::ostream& out, size_t width) const {
     const std::vector<size_t> widths = Widths(width);
     for (const Row& row : rows_) {
         if (row.cells.size() == widths.size()) {
-            PrintCells(out, row, widths);
+            PrintCells(out, row, widths, width);
             continue;
         }
         const size_t rest = width > row.indent ? width - row.indent : width;

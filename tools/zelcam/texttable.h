@@ -32,7 +32,7 @@ class TextTable {
     void AddNote(size_t indent, const std::string& text);
 
     // Cells and notes wrap where a `width` is given and the table is wider, cells of the first
-    // column last.
+    // column last. Columns for which that is too narrow go on in lines below.
     void Print(std::ostream& out, size_t width = 0) const;
 
   private:
@@ -41,8 +41,18 @@ class TextTable {
         size_t indent;
     };
 
+    // From `first` to before `end`.
+    struct Columns {
+        size_t first;
+        size_t end;
+        size_t indent;
+    };
+
     std::vector<size_t> Widths(size_t width) const;
-    void PrintCells(std::ostream& out, const Row& row, const std::vector<size_t>& widths) const;
+    void PrintCells(std::ostream& out, const Row& row, const std::vector<size_t>& widths,
+                    size_t width) const;
+    void PrintColumns(std::ostream& out, const Row& row, const std::vector<size_t>& widths,
+                      const Columns& columns) const;
 
     std::vector<Row> rows_;  // the first holds the headings
 };
