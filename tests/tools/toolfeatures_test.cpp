@@ -264,4 +264,19 @@ TEST_F(ToolFeatures, ReportHasEverySectionAndCanBeMasked) {
                                           Not(HasSubstr(address))));
 }
 
+// Neither the columns nor the limits of a text.
+TEST_F(ToolFeatures, NothingInAMaskedReportTellsHowLongASecretIs) {
+    const auto report = [this](const std::string& secret) {
+        SetCameras("<Interface id='eth7' type='GEV'><Camera id='cam-a' model='M " + secret +
+                   "' serial='" + secret + "' userName='" + secret +
+                   "' frameRate='0'/></Interface>");
+        const std::string text = Run({"report", "cam-a", "--mask"}).out;
+        const size_t begin = text.find("=== Producers");  // behind the time
+        return text.substr(begin, text.find("\nFrames ") - begin);
+    };
+    const std::string brief = report("1234");
+    EXPECT_THAT(brief, HasSubstr("  M ***  ***     ***        free"));
+    EXPECT_EQ(brief, report("1234567890123456789012345678901234567890"));
+}
+
 }  // namespace

@@ -102,12 +102,14 @@ class FeatureTable {
     FeatureTable(ZelGenParam::Array& features, const TableStyle& style)
         : features_(features), style_(style) {}
 
-    void Add(Param& feature, const Categories& categories, const std::string& value) {
+    void Add(Param& feature, const Categories& categories, const std::string& read) {
+        const bool hidden = style_.hides && style_.hides(feature.GetName(), Printable(read));
+        const std::string value = hidden ? hiddenValue : read;
         if (categories != before_ || !begun_) AddHeadings(table_, before_, categories);
         begun_ = true;
         before_ = categories;
         const size_t indent = categories.size() * 2;
-        const std::string range = RangeOf(feature);
+        const std::string range = hidden ? "" : RangeOf(feature);
         // Many entries would need a line each beside the other columns.
         const bool apart = style_.width != 0 && range.size() > longestCell;
         table_.AddRow({std::string(indent, ' ') + feature.GetName(), AccessMark(feature),
@@ -123,21 +125,25 @@ class FeatureTable {
   private:
     ZelGenParam::Array& features_;
     const TableStyle& style_;
-    TextTable table_{{"NAME", "ACCESS", "VALUE", "UNIT", "RANGE"}};
+    TextTable table_{{"NAME", "ACCESS", "VALUE", "UNIT", "RANGE"}, style_.filter};
     Categories before_;
     bool begun_ = false;
 };
 
-Json Describe(Param& feature, const Categories& categories, const Json& value) {
+std::string ValueText(const Json& value) {
+    return value.is_string() ? Printable(value.get<std::string>()) : value.dump();
+}
+
+Json Describe(Param& feature, const Categories& categories, const Json& value, bool hidden) {
     Json json = {{"name", feature.GetName()},
                  {"categories", categories},
                  {"displayName", feature.GetDisplayName()},
                  {"kind", KindWords(feature)},
                  {"visibility", VisibilityWords(feature.GetVisibility())},
                  {"access", AccessMark(feature)},
-                 {"value", value},
+                 {"value", hidden && !value.is_null() ? hiddenValue : value},
                  {"unit", UnitOf(feature)}};
-    AddRange(feature, json);
+    if (!hidden) AddRange(feature, json);
     json["selectedBy"] = SelectorsOf(feature);
     json["streamable"] = feature.IsStreamable();
     json["toolTip"] = feature.GetToolTip();
@@ -168,7 +174,6 @@ FeatureListing PrintFeatures(std::ostream& out, ZelGenParam::Array& features,
         std::string value = ReadOrNote<std::string>(
             listing, "!!", [&] { return ReadFeature(feature).value_or(""); });
         if (feature.ToCommand() != nullptr) value = "(command)";
-        if (style.hides && style.hides(feature.GetName())) value = hiddenValue;
         table.Add(feature, categories, value);
     });
     if (listing.count != 0 || filter.glob.empty()) table.Print(out);
@@ -179,9 +184,10 @@ FeatureListing ListFeatures(Json& list, ZelGenParam::Array& features, const Feat
                             const FeatureHiding& hides) {
     FeatureListing listing;
     VisitUntilLost(listing, features, filter, [&](Param& feature, const Categories& categories) {
-        Json value = ReadOrNote<Json>(listing, nullptr, [&] { return ReadFeatureAsJson(feature); });
-        if (hides && hides(feature.GetName()) && !value.is_null()) value = hiddenValue;
-        list.push_back(Describe(feature, categories, value));
+        const Json value =
+            ReadOrNote<Json>(listing, nullptr, [&] { return ReadFeatureAsJson(feature); });
+        const bool hidden = hides && hides(feature.GetName(), ValueText(value));
+        list.push_back(Describe(feature, categories, value, hidden));
     });
     return listing;
 }

@@ -11,9 +11,10 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include "tools/zelcam/featuretree.h"
+#include "tools/zelcam/texttable.h"
 
-// Whether the value of the feature of that name is hidden.
-using FeatureHiding = std::function<bool(const std::string& name)>;
+// Whether the value of a feature is hidden, and its range, which can tell the value or its length.
+using FeatureHiding = std::function<bool(const std::string& name, const std::string& value)>;
 
 // What came of listing features. The listing ends where the camera is lost.
 struct FeatureListing {
@@ -28,6 +29,7 @@ struct TableStyle {
     size_t width = 0;           // where lines wrap; 0: nowhere
     bool descriptions = false;  // below each feature
     FeatureHiding hides = nullptr;
+    TextFilter filter = nullptr;  // of the cells
 };
 
 // Nothing is printed when no feature fits the glob.

@@ -14,9 +14,10 @@ std::string CameraKind(bool simulated) {
     return simulated ? "simulated" : "real";
 }
 
-void PrintProducers(std::ostream& out, const Session& session, size_t width) {
+void PrintProducers(std::ostream& out, const Session& session, size_t width,
+                    const TextFilter& filter) {
     out << "Producers\n";
-    TextTable table({"STATE", "FROM", "FILE"});
+    TextTable table({"STATE", "FROM", "FILE"}, filter);
     for (const Producer& producer : session.Producers()) {
         table.AddRow({producer.StateWords(), producer.OriginWords(), producer.file});
     }
@@ -27,10 +28,11 @@ void PrintProducers(std::ostream& out, const Session& session, size_t width) {
     }
 }
 
-void PrintInterfaces(std::ostream& out, const Session& session, size_t width) {
+void PrintInterfaces(std::ostream& out, const Session& session, size_t width,
+                     const TextFilter& filter) {
     if (session.Interfaces().empty()) return;
     out << "\nInterfaces\n";
-    TextTable table({"ID", "TYPE", "CAMERAS", "KIND", "DESCRIPTION", "PRODUCER"});
+    TextTable table({"ID", "TYPE", "CAMERAS", "KIND", "DESCRIPTION", "PRODUCER"}, filter);
     for (const InterfaceEntry& entry : session.Interfaces()) {
         table.AddRow({entry.id, InterfaceTypeWords(entry.type), std::to_string(entry.cameras),
                       CameraKind(entry.simulated), entry.description, entry.producerName});
@@ -42,11 +44,13 @@ void PrintInterfaces(std::ostream& out, const Session& session, size_t width) {
     }
 }
 
-void PrintCameras(std::ostream& out, const Session& session, size_t width) {
+void PrintCameras(std::ostream& out, const Session& session, size_t width,
+                  const TextFilter& filter) {
     if (session.Cameras().empty()) return;
     out << "\nCameras\n";
     TextTable table({"#", "ID", "VENDOR", "MODEL", "SERIAL", "USER NAME", "ACCESS", "KIND",
-                     "INTERFACE", "PRODUCER"});
+                     "INTERFACE", "PRODUCER"},
+                    filter);
     for (const Camera& camera : session.Cameras()) {
         table.AddRow({std::to_string(camera.number), camera.id, camera.vendor, camera.model,
                       camera.serial, camera.userName, AccessWords(camera.accessStatus),
@@ -57,10 +61,11 @@ void PrintCameras(std::ostream& out, const Session& session, size_t width) {
 
 }  // namespace
 
-void PrintSession(std::ostream& out, const Session& session, size_t width) {
-    PrintProducers(out, session, width);
-    PrintInterfaces(out, session, width);
-    PrintCameras(out, session, width);
+void PrintSession(std::ostream& out, const Session& session, size_t width,
+                  const TextFilter& filter) {
+    PrintProducers(out, session, width, filter);
+    PrintInterfaces(out, session, width, filter);
+    PrintCameras(out, session, width, filter);
 }
 
 nlohmann::ordered_json OriginAsJson(const Camera& camera) {

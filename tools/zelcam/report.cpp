@@ -1,7 +1,9 @@
 // zelcam report: all that somebody who is to help needs to know.
 
 #include <algorithm>
+#include <array>
 #include <ctime>
+#include <exception>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
@@ -36,6 +38,7 @@ struct ReportOptions {
     GrabLimits limits = {10, 2000};
 };
 
+constexpr std::array modules = {Module::Camera, Module::Local, Module::Interface, Module::Stream};
 const FeatureFilter everything = {"", ZelGenParam::Visibility::Invisible, false};
 
 std::string VersionText(const GenICam::Version_t& version) {
@@ -52,6 +55,8 @@ class Report {
             AddSecret(other.serial);
             AddSecret(other.userName);
         }
+        TryToOpen();
+        if (options_.mask && opened_) CollectSecrets();
         FillSections();
     }
 
@@ -94,6 +99,14 @@ class Report {
 
     bool IsJson() const { return options_.camera.session.json; }
 
+    // Of tables, whose columns are as wide as what is shown in them.
+    TextFilter Masking() const {
+        if (!options_.mask) return nullptr;
+        return [this](const std::string& text) { return mask_.Apply(text); };
+    }
+
+    void TryToOpen();
+    void CollectSecrets();
     void FillSections();
     void Program();
     void CameraInfo();
@@ -101,7 +114,7 @@ class Report {
     void Open();
     void Features(Module module);
     void DescriptionOf(ZelGenParam::Array& features);
-    void CollectSecrets(ZelGenParam::Array& features);
+    void CollectSecretsOf(ZelGenParam::Array& features);
     void Frames();
     void Counters(ZelCam::Stream& stream);
 
@@ -109,14 +122,34 @@ class Report {
     const Session& session_;
     const Camera& camera_;
     std::optional<OpenedCamera> opened_;
+    std::exception_ptr whyNotOpened_;
     Mask mask_;
     ReportWriter writer_;
 };
 
+void Report::TryToOpen() {
+    try {
+        opened_.emplace(camera_, options_.camera.access);
+    } catch (...) {
+        whyNotOpened_ = std::current_exception();
+    }
+}
+
+// Of all modules before anything is written: one can show what is secret in another.
+void Report::CollectSecrets() {
+    for (Module module : modules) {
+        try {
+            CollectSecretsOf(opened_->Features(module));
+        } catch (...) {
+            continue;  // the section of its features says so
+        }
+    }
+}
+
 void Report::FillSections() {
     Section("Program", "program", [this] { Program(); });
     Section("Producers, interfaces, cameras", "system", [this] {
-        PrintSession(writer_.Text(), session_);
+        PrintSession(writer_.Text(), session_, 0, Masking());
         writer_.Section() = SessionAsJson(session_);
     });
     Section("Camera", "camera", [this] { CameraInfo(); });
@@ -125,7 +158,7 @@ void Report::FillSections() {
     }
     Section("Opened", "opened", [this] { Open(); });
     if (!opened_) return;
-    for (Module module : {Module::Camera, Module::Local, Module::Interface, Module::Stream}) {
+    for (Module module : modules) {
         const std::string words = ModuleWords(module);
         Section("Features of the " + words, words + " features", [=] { Features(module); });
     }
@@ -155,7 +188,7 @@ void Report::CameraInfo() {
     Line("Model", camera_.model);
     Line("Display name", TextOrEmpty(info.GetDisplayName()));
     Line("Version", camera_.version);
-    Line("Access", AccessWords(info.GetAccessStatus()));
+    Line("Access", AccessWords(camera_.accessStatus));
     Line("USB host", TextOrEmpty(info.GetUSB3HostInfo()));
     Line("External XML", TextOrEmpty(info.GetExternalXml()));
     Line("Interface", camera_.interfaceId);
@@ -176,7 +209,7 @@ void Report::Network() {
 }
 
 void Report::Open() {
-    opened_.emplace(camera_, options_.camera.access);
+    if (whyNotOpened_) std::rethrow_exception(whyNotOpened_);
     Line("Streams", opened_->Device().GetNumStreams());
     Line("Byte order", opened_->Device().GetEndianness() == 1 ? "little-endian" : "big-endian");
 }
@@ -201,7 +234,7 @@ void Report::DescriptionOf(ZelGenParam::Array& features) {
 }
 
 // An address of hardware may be in names without the signs between its digits.
-void Report::CollectSecrets(ZelGenParam::Array& features) {
+void Report::CollectSecretsOf(ZelGenParam::Array& features) {
     VisitFeatures(features, everything, [this](ZelGenParam::Param& feature, const auto&) {
         if (!IsSecretFeature(feature.GetName())) return;
         std::string value = ReadOrEmpty(feature);
@@ -215,11 +248,16 @@ void Report::CollectSecrets(ZelGenParam::Array& features) {
 void Report::Features(Module module) {
     ZelGenParam::Array& features = opened_->Features(module);
     DescriptionOf(features);
-    CollectSecrets(features);
-    const FeatureHiding hides = options_.mask ? IsSecretFeature : FeatureHiding();
+    FeatureHiding hides;
+    if (options_.mask) {
+        hides = [this](const std::string& name, const std::string& value) {
+            return IsSecretFeature(name) || mask_.Apply(value) != value;
+        };
+    }
     const FeatureListing listing =
-        IsJson() ? ListFeatures(writer_.Section()["features"], features, everything, hides)
-                 : PrintFeatures(writer_.Text(), features, everything, {0, false, hides});
+        IsJson()
+            ? ListFeatures(writer_.Section()["features"], features, everything, hides)
+            : PrintFeatures(writer_.Text(), features, everything, {0, false, hides, Masking()});
     if (!listing.failures.empty()) writer_.Problem(ExitCode::FeatureFailed, listing.Problem());
 }
 

@@ -86,7 +86,8 @@ size_t TerminalWidth(int descriptor) {
     return width == 0 ? 0 : static_cast<size_t>(std::max(width, least));
 }
 
-TextTable::TextTable(std::vector<std::string> headings) {
+TextTable::TextTable(std::vector<std::string> headings, TextFilter filter)
+    : filter_(std::move(filter)) {
     rows_.push_back({std::move(headings), 0});
 }
 
@@ -94,6 +95,7 @@ void TextTable::AddRow(std::vector<std::string> cells) {
     cells.resize(rows_.front().cells.size());
     for (std::string& cell : cells) {
         cell = cell.empty() ? "-" : Printable(cell);
+        if (filter_) cell = filter_(cell);
     }
     rows_.push_back({std::move(cells), 0});
 }

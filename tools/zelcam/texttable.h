@@ -3,6 +3,7 @@
 #define ZELCAM_TOOLS_ZELCAM_TEXTTABLE_H
 
 #include <cstddef>
+#include <functional>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -18,10 +19,14 @@ void PrintIndented(std::ostream& out, const std::string& text, size_t width);
 // a file or a pipe: lines stay whole there, for programs that search them.
 size_t TerminalWidth(int descriptor);
 
-// Prints rows with columns as wide as their widest cell. Empty cells show as "-", others Printable.
+// What is shown instead of a text.
+using TextFilter = std::function<std::string(const std::string& text)>;
+
+// Prints rows with columns as wide as their widest cell. Empty cells show as "-", others Printable
+// and then through the filter, if there is one.
 class TextTable {
   public:
-    explicit TextTable(std::vector<std::string> headings);
+    explicit TextTable(std::vector<std::string> headings, TextFilter filter = nullptr);
 
     void AddRow(std::vector<std::string> cells);
 
@@ -54,6 +59,7 @@ class TextTable {
     void PrintColumns(std::ostream& out, const Row& row, const std::vector<size_t>& widths,
                       const Columns& columns) const;
 
+    TextFilter filter_;
     std::vector<Row> rows_;  // the first holds the headings
 };
 
