@@ -117,11 +117,7 @@ void AddCheckCommand(Command app, Invocation& invocation) {
     auto options = std::make_shared<CheckOptions>();
     Command command = app.AddCommand("check", "Try out all that programs rely on with a camera");
     AddCameraArgument(command, options->camera.camera, false);
-    command.AddOption("-n,--count", options->limits.count, "Frames to grab for lost ones")
-        .TypeName("N")
-        .Range(1, 100000)
-        .ShowDefault();
-    AddTimeoutOption(command, options->limits.timeoutMs);
+    AddSampleOptions(command, options->limits.count, options->limits.timeoutMs, "lost ones");
     AddAccessOption(command, options->camera.access, accessNames);
     AddSessionOptions(command, options->camera.session);
     command.Footer(

@@ -18,15 +18,21 @@ struct Invocation {
     bool json = false;  // failures, too, are told as JSON
 };
 
-// Notes in `invocation` what to do when the user chose the command. `Options` have a member
-// `camera` of the type FeatureOptions.
+// Notes in `invocation` what to do when the user chose the command. `session` is in the options.
+template <typename Options>
+void Connect(Command command, Invocation& invocation, const std::shared_ptr<Options>& options,
+             const SessionOptions& session, ExitCode (*run)(const Options&)) {
+    command.OnChoice([options, &session, run, &invocation] {
+        invocation.json = session.json;
+        invocation.run = [options, run] { return run(*options); };
+    });
+}
+
+// The same for options with a member `camera` of the type FeatureOptions.
 template <typename Options>
 void Connect(Command command, Invocation& invocation, const std::shared_ptr<Options>& options,
              ExitCode (*run)(const Options&)) {
-    command.OnChoice([options, run, &invocation] {
-        invocation.json = options->camera.session.json;
-        invocation.run = [options, run] { return run(*options); };
-    });
+    Connect(command, invocation, options, options->camera.session, run);
 }
 
 void AddListCommand(Command app, Invocation& invocation);
@@ -50,6 +56,10 @@ void AddFilterOptions(Command command, std::string& glob, std::string& visibilit
 
 // How long a frame is waited for.
 void AddTimeoutOption(Command command, uint64_t& timeoutMs);
+
+// Frames that a command grabs for its own ends, `purpose`, and how long it waits for each.
+void AddSampleOptions(Command command, uint64_t& count, uint64_t& timeoutMs,
+                      const std::string& purpose);
 
 // When a command ends that goes on by itself: after a count of `things`, or a time; 0 for both:
 // with Ctrl-C.

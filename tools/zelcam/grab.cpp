@@ -298,8 +298,5 @@ void AddGrabCommand(Command app, Invocation& invocation) {
         "Pictures of more than 8 bits are written with 16: values are stretched so that the "
         "camera's white is white. Names of frames that are incomplete get \"-incomplete\". When "
         "nothing arrives, the program lists what it could check and what to do next.");
-    command.OnChoice([options, &invocation] {
-        invocation.json = options->session.json;
-        invocation.run = [options] { return RunGrab(*options); };
-    });
+    Connect(command, invocation, options, options->session, RunGrab);
 }

@@ -44,16 +44,20 @@ const Camera& SelectGigE(const Session& session, const std::string& wanted) {
     return camera;
 }
 
+void PrintNetworkAsJson(const Camera& camera, const Network& network) {
+    const Json result = {{"camera", camera.id},
+                         {"address", network.address},
+                         {"mask", network.mask},
+                         {"gateway", network.gateway}};
+    std::cout << JsonText(result) << '\n';
+}
+
 ExitCode RunShow(const IpOptions& options) {
     const Session session(options.camera.session);
     const Camera& camera = SelectGigE(session, options.camera.camera);
     const Network network = Ask(*camera.info);
     if (options.camera.session.json) {
-        const Json result = {{"camera", camera.id},
-                             {"address", network.address},
-                             {"mask", network.mask},
-                             {"gateway", network.gateway}};
-        std::cout << JsonText(result) << '\n';
+        PrintNetworkAsJson(camera, network);
     } else {
         std::cout << "Address  " << Printable(network.address) << "\nMask     "
                   << Printable(network.mask) << "\nGateway  " << Printable(network.gateway) << '\n';
@@ -71,13 +75,7 @@ ExitCode RunForce(const IpOptions& options) {
     if (code != ZelCamErr_Success) {
         throw Failure(ExitCode::FeatureFailed, "the address cannot be forced: " + ErrorWords(code));
     }
-    if (options.camera.session.json) {
-        const Json result = {{"camera", camera.id},
-                             {"address", network.address},
-                             {"mask", network.mask},
-                             {"gateway", network.gateway}};
-        std::cout << JsonText(result) << '\n';
-    }
+    if (options.camera.session.json) PrintNetworkAsJson(camera, network);
     return ExitCode::Ok;
 }
 

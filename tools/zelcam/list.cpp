@@ -172,8 +172,5 @@ void AddListCommand(Command app, Invocation& invocation) {
         "  zelcam list --producer /opt/vendor/lib/vendor.cti\n"
         "  zelcam list --json\n\n"
         "A producer or interface that fails is listed with the reason; the others go on working.");
-    command.OnChoice([options, &invocation] {
-        invocation.json = options->session.json;
-        invocation.run = [options] { return RunList(*options); };
-    });
+    Connect(command, invocation, options, options->session, RunList);
 }

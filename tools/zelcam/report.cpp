@@ -313,11 +313,7 @@ void AddReportCommand(Command app, Invocation& invocation) {
         .TypeName("FILE");
     command.AddFlag("--mask", options->mask,
                     "Replace addresses, serial numbers and user names by ***");
-    command.AddOption("-n,--count", options->limits.count, "Frames to grab for its statistics")
-        .TypeName("N")
-        .Range(1, 100000)
-        .ShowDefault();
-    AddTimeoutOption(command, options->limits.timeoutMs);
+    AddSampleOptions(command, options->limits.count, options->limits.timeoutMs, "its statistics");
     AddAccessOption(command, options->camera.access, accessNames);
     AddSessionOptions(command, options->camera.session);
     command.Footer(

@@ -89,6 +89,15 @@ void AddTimeoutOption(Command command, uint64_t& timeoutMs) {
         .ShowDefault();
 }
 
+void AddSampleOptions(Command command, uint64_t& count, uint64_t& timeoutMs,
+                      const std::string& purpose) {
+    command.AddOption("-n,--count", count, "Frames to grab for " + purpose)
+        .TypeName("N")
+        .Range(1, 100000)
+        .ShowDefault();
+    AddTimeoutOption(command, timeoutMs);
+}
+
 void AddEndOptions(Command command, uint64_t& count, uint64_t& durationMs,
                    const std::string& things) {
     command.AddOption("-n,--count", count, "End after so many " + things + "; 0: until Ctrl-C")
