@@ -19,14 +19,12 @@ namespace {
 
 class ToolConfig : public ToolTest {
   protected:
-    void SetUp() override {
-        ToolTest::SetUp();
-        SetCameras(R"(
+    ToolConfig()
+        : ToolTest(R"(
   <Interface id="eth7" type="GEV">
     <Camera id="cam-a" width="640" height="480" frameRate="0" userName="left"/>
     <Camera id="cam-b" width="640" height="480" frameRate="0" userName="right"/>
-  </Interface>)");
-    }
+  </Interface>)") {}
 
     // A camera with a description of its own.
     void SetFeatures(const std::string& root, const std::string& nodes) {

@@ -23,14 +23,12 @@ constexpr const char* timeStamp =
 
 class ToolFeatures : public ToolTest {
   protected:
-    void SetUp() override {
-        ToolTest::SetUp();
-        SetCameras(R"(
+    ToolFeatures()
+        : ToolTest(R"(
   <Interface id="eth7" type="GEV">
     <Camera id="cam-a" model="Line 4" serial="SN081512" width="320" height="240" frameRate="0"/>
   </Interface>
-  <Interface id="usb7" type="U3V"><Camera id="cam-c"/></Interface>)");
-    }
+  <Interface id="usb7" type="U3V"><Camera id="cam-c"/></Interface>)") {}
 
     static json FeatureNamed(const json& listing, const std::string& name) {
         for (const json& feature : listing.at("features")) {

@@ -40,10 +40,7 @@ constexpr const char* cameras = R"(
 
 class ToolGrab : public ToolTest {
   protected:
-    void SetUp() override {
-        ToolTest::SetUp();
-        SetCameras(cameras);
-    }
+    ToolGrab() : ToolTest(cameras) {}
     bool Exists(const std::string& name) const { return std::filesystem::exists(Path(name)); }
 };
 

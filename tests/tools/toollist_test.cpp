@@ -29,10 +29,7 @@ constexpr const char* twoInterfaces = R"(
 
 class ToolList : public ToolTest {
   protected:
-    void SetUp() override {
-        ToolTest::SetUp();
-        SetCameras(twoInterfaces);
-    }
+    ToolList() : ToolTest(twoInterfaces) {}
 
     // The entry for a producer file, which is in the listing once.
     static json ProducerEntry(const json& listing, const std::string& file) {

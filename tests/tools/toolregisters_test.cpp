@@ -18,14 +18,12 @@ constexpr const char* freeAddress = "0xa0000";
 
 class ToolRegisters : public ToolTest {
   protected:
-    void SetUp() override {
-        ToolTest::SetUp();
-        SetCameras(R"(
+    ToolRegisters()
+        : ToolTest(R"(
   <Interface id="eth7" type="GEV">
     <Camera id="little" width="320" height="240"/>
     <Camera id="big" width="320" height="240" bigEndian="true"/>
-  </Interface>)");
-    }
+  </Interface>)") {}
 
     // What a run prints; its failure otherwise.
     std::string Output(const std::vector<std::string>& arguments) {

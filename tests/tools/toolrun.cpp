@@ -32,6 +32,7 @@ void ToolTest::SetUp() {
     folder_ = ::testing::TempDir() + "zelcam-XXXXXX";
     ASSERT_NE(mkdtemp(folder_.data()), nullptr);
     unsetenv("GENICAM_GENTL64_PATH");
+    if (!interfaces_.empty()) SetCameras(interfaces_);
 }
 
 void ToolTest::TearDown() {

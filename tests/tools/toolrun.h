@@ -4,6 +4,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -20,6 +21,9 @@ struct ToolResult {
 // A test with a folder of its own, in which the program runs, and cameras of its own.
 class ToolTest : public ::testing::Test {
   protected:
+    // With the cameras of SetCameras, if there are some.
+    explicit ToolTest(std::string interfaces = "") : interfaces_(std::move(interfaces)) {}
+
     void SetUp() override;
     void TearDown() override;
 
@@ -64,6 +68,7 @@ class ToolTest : public ::testing::Test {
   private:
     [[noreturn]] void Execute(const std::vector<std::string>& arguments, const char* program);
 
+    const std::string interfaces_;
     std::map<std::string, std::string> environment_;
 };
 

@@ -14,11 +14,9 @@ namespace {
 
 class ToolValues : public ToolTest {
   protected:
-    void SetUp() override {
-        ToolTest::SetUp();
-        SetCameras(R"(<Interface id="eth7" type="GEV">
-            <Camera id="cam-a" width="320" height="240" frameRate="0"/></Interface>)");
-    }
+    ToolValues()
+        : ToolTest(R"(<Interface id="eth7" type="GEV">
+            <Camera id="cam-a" width="320" height="240" frameRate="0"/></Interface>)") {}
 };
 
 TEST_F(ToolValues, NumbersMayHaveAUnitThatConverts) {
