@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "ZelCam/PixelType.h"
-#include "ZelCameraApi/errorboundary.h"
+#include "ZelCameraApi/base/errorboundary.h"
 #include "utils/pixeltypes.h"
 
 namespace ZelCameraApi::Internal {

@@ -1,11 +1,10 @@
 // An announced buffer.
-#ifndef ZELCAMERAAPI_BUFFERIMPL_H
-#define ZELCAMERAAPI_BUFFERIMPL_H
+#pragma once
 
 #include <optional>
 
 #include "ZelCam/Buffer.h"
-#include "ZelCameraApi/gentlinfo.h"
+#include "ZelCameraApi/base/gentlinfo.h"
 #include "ZelCameraApi/streamimpl.h"
 
 namespace ZelCameraApi::Internal {
@@ -61,5 +60,3 @@ class BufferImpl final : public ZelCam::Buffer {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_BUFFERIMPL_H

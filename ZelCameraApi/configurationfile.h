@@ -5,8 +5,7 @@
 //     </Camera>
 //
 // Where the text has "]]>" in it, there are several sections one behind the other.
-#ifndef ZELCAMERAAPI_CONFIGURATIONFILE_H
-#define ZELCAMERAAPI_CONFIGURATIONFILE_H
+#pragma once
 
 #include <iosfwd>
 #include <optional>
@@ -46,5 +45,3 @@ std::string StoreFeatures(GenApi::INodeMap* nodeMap);
 ZelCamErr LoadFeatures(std::istream& text, GenApi::INodeMap* nodeMap);
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_CONFIGURATIONFILE_H

@@ -6,10 +6,10 @@
 
 #include <tinyxml2.h>
 
+#include "ZelCameraApi/base/errorboundary.h"
+#include "ZelCameraApi/base/gentlinfo.h"
 #include "ZelCameraApi/configurationfile.h"
 #include "ZelCameraApi/deviceinfoimpl.h"
-#include "ZelCameraApi/errorboundary.h"
-#include "ZelCameraApi/gentlinfo.h"
 #include "ZelCameraApi/ifaceimpl.h"
 #include "ZelCameraApi/listimpl.h"
 #include "ZelCameraApi/streamimpl.h"

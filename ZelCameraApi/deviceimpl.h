@@ -1,6 +1,5 @@
 // An opened camera.
-#ifndef ZELCAMERAAPI_DEVICEIMPL_H
-#define ZELCAMERAAPI_DEVICEIMPL_H
+#pragma once
 
 #include <iosfwd>
 #include <list>
@@ -11,10 +10,10 @@
 #include "ZelCam/Device.h"
 #include "ZelCam/System.h"
 #include "ZelCameraApi/ZelGenParam/arrayimpl.h"
+#include "ZelCameraApi/base/gentlmodule.h"
 #include "ZelCameraApi/eventadapter.h"
 #include "ZelCameraApi/eventsource.h"
 #include "ZelCameraApi/firmwareupload.h"
-#include "ZelCameraApi/gentlmodule.h"
 
 namespace tinyxml2 {
 class XMLDocument;
@@ -113,5 +112,3 @@ class NonSystemDevice final : public DeviceImpl {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_DEVICEIMPL_H

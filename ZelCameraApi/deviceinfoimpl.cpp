@@ -5,9 +5,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "ZelCameraApi/base/errorboundary.h"
+#include "ZelCameraApi/base/gentlinfo.h"
 #include "ZelCameraApi/deviceimpl.h"
-#include "ZelCameraApi/errorboundary.h"
-#include "ZelCameraApi/gentlinfo.h"
 #include "ZelCameraApi/ifaceimpl.h"
 #include "ZelCameraApi/ipaddress.h"
 #include "ZelCameraApi/listimpl.h"

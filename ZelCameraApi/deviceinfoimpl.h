@@ -1,13 +1,12 @@
 // A camera behind an interface, as the producer describes it.
-#ifndef ZELCAMERAAPI_DEVICEINFOIMPL_H
-#define ZELCAMERAAPI_DEVICEINFOIMPL_H
+#pragma once
 
 #include <list>
 #include <memory>
 #include <string>
 
 #include "ZelCam/DeviceInfo.h"
-#include "ZelCameraApi/gentlmodule.h"
+#include "ZelCameraApi/base/gentlmodule.h"
 #include "ZelGenParam/Array.h"
 
 namespace ZelCameraApi::Internal {
@@ -89,5 +88,3 @@ class DeviceInfoImpl final : public ZelCam::DeviceInfo {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_DEVICEINFOIMPL_H

@@ -5,8 +5,8 @@
 #include <GenApi/EventAdapterGEV.h>
 #include <GenApi/EventAdapterU3V.h>
 
-#include "ZelCameraApi/errorboundary.h"
-#include "ZelCameraApi/gentlinfo.h"
+#include "ZelCameraApi/base/errorboundary.h"
+#include "ZelCameraApi/base/gentlinfo.h"
 
 namespace ZelCameraApi::Internal {
 

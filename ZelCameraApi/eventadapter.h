@@ -1,6 +1,5 @@
 // How the events of a device reach its node map.
-#ifndef ZELCAMERAAPI_EVENTADAPTER_H
-#define ZELCAMERAAPI_EVENTADAPTER_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -10,7 +9,7 @@
 #include <GenApi/EventAdapter.h>
 #include <GenApi/GenApi.h>
 
-#include "ZelCameraApi/gentlmodule.h"
+#include "ZelCameraApi/base/gentlmodule.h"
 
 namespace ZelCameraApi::Internal {
 
@@ -28,5 +27,3 @@ struct EventCallbackDelegate {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_EVENTADAPTER_H

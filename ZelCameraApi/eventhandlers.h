@@ -1,6 +1,5 @@
 // Subscriptions to GenTL events and the threads that serve them.
-#ifndef ZELCAMERAAPI_EVENTHANDLERS_H
-#define ZELCAMERAAPI_EVENTHANDLERS_H
+#pragma once
 
 #include <condition_variable>
 #include <cstddef>
@@ -14,7 +13,7 @@
 #include <vector>
 
 #include "ZelCam/Interface.h"
-#include "ZelCameraApi/gentllib.h"
+#include "ZelCameraApi/base/gentllib.h"
 
 namespace ZelCameraApi::Internal {
 
@@ -147,5 +146,3 @@ class EventHandlers {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_EVENTHANDLERS_H

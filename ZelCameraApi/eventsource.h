@@ -1,13 +1,12 @@
 // What interfaces, devices and streams share: an open module and the subscriptions to its events.
-#ifndef ZELCAMERAAPI_EVENTSOURCE_H
-#define ZELCAMERAAPI_EVENTSOURCE_H
+#pragma once
 
 #include <memory>
 #include <optional>
 
-#include "ZelCameraApi/errorboundary.h"
+#include "ZelCameraApi/base/errorboundary.h"
+#include "ZelCameraApi/base/gentlmodule.h"
 #include "ZelCameraApi/eventhandlers.h"
-#include "ZelCameraApi/gentlmodule.h"
 
 namespace ZelCameraApi::Internal {
 
@@ -57,5 +56,3 @@ class EventSource : public Public {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_EVENTSOURCE_H

@@ -1,6 +1,5 @@
 // Writing a firmware image into a camera's flash memory.
-#ifndef ZELCAMERAAPI_FIRMWAREUPLOAD_H
-#define ZELCAMERAAPI_FIRMWAREUPLOAD_H
+#pragma once
 
 #include <cstdint>
 #include <functional>
@@ -54,5 +53,3 @@ class FirmwareUpload {
 ZelCamErr ReadFirmware(const char* fileName, std::vector<uint8_t>& image);
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_FIRMWAREUPLOAD_H

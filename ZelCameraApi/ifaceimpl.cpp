@@ -6,11 +6,11 @@
 
 #include <tinyxml2.h>
 
+#include "ZelCameraApi/base/errorboundary.h"
+#include "ZelCameraApi/base/gentlinfo.h"
 #include "ZelCameraApi/configurationfile.h"
 #include "ZelCameraApi/deviceimpl.h"
 #include "ZelCameraApi/deviceinfoimpl.h"
-#include "ZelCameraApi/errorboundary.h"
-#include "ZelCameraApi/gentlinfo.h"
 
 namespace ZelCameraApi::Internal {
 

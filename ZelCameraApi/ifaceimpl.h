@@ -1,6 +1,5 @@
 // An opened interface of a producer.
-#ifndef ZELCAMERAAPI_IFACEIMPL_H
-#define ZELCAMERAAPI_IFACEIMPL_H
+#pragma once
 
 #include <list>
 #include <map>
@@ -10,8 +9,8 @@
 
 #include "ZelCam/Interface.h"
 #include "ZelCameraApi/ZelGenParam/arrayimpl.h"
+#include "ZelCameraApi/base/gentlmodule.h"
 #include "ZelCameraApi/eventsource.h"
-#include "ZelCameraApi/gentlmodule.h"
 #include "ZelCameraApi/listimpl.h"
 
 namespace tinyxml2 {
@@ -82,5 +81,3 @@ class InterfaceImpl final : public EventSource<ZelCam::Interface> {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_IFACEIMPL_H

@@ -1,6 +1,5 @@
 // IPv4 addresses as an application writes them.
-#ifndef ZELCAMERAAPI_IPADDRESS_H
-#define ZELCAMERAAPI_IPADDRESS_H
+#pragma once
 
 #include <string>
 #include <vector>
@@ -16,5 +15,3 @@ std::vector<std::string> split(const std::string& text, char separator);
 bool validateIpAddress(const std::string& text, unsigned int* value);
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_IPADDRESS_H

@@ -1,6 +1,5 @@
 // The lists that the library hands out.
-#ifndef ZELCAMERAAPI_LISTIMPL_H
-#define ZELCAMERAAPI_LISTIMPL_H
+#pragma once
 
 #include <algorithm>
 #include <list>
@@ -67,5 +66,3 @@ void RemoveOwned(std::list<std::unique_ptr<T>>& owners, const Base* object) {
 }
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_LISTIMPL_H

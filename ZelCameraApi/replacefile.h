@@ -1,6 +1,5 @@
 // Files that are replaced as a whole.
-#ifndef ZELCAMERAAPI_REPLACEFILE_H
-#define ZELCAMERAAPI_REPLACEFILE_H
+#pragma once
 
 #include <string_view>
 
@@ -17,5 +16,3 @@ namespace ZelCameraApi::Internal {
 bool ReplaceFile(const char* fileName, std::string_view content);
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_REPLACEFILE_H

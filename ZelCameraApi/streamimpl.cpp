@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "ZelCameraApi/base/errorboundary.h"
 #include "ZelCameraApi/bufferimpl.h"
 #include "ZelCameraApi/deviceimpl.h"
-#include "ZelCameraApi/errorboundary.h"
 #include "ZelCameraApi/listimpl.h"
 
 namespace ZelCameraApi::Internal {

@@ -1,6 +1,5 @@
 // An opened data stream.
-#ifndef ZELCAMERAAPI_STREAMIMPL_H
-#define ZELCAMERAAPI_STREAMIMPL_H
+#pragma once
 
 #include <functional>
 #include <list>
@@ -10,8 +9,8 @@
 
 #include "ZelCam/Stream.h"
 #include "ZelCameraApi/ZelGenParam/arrayimpl.h"
+#include "ZelCameraApi/base/gentlinfo.h"
 #include "ZelCameraApi/eventsource.h"
-#include "ZelCameraApi/gentlinfo.h"
 
 namespace ZelCameraApi::Internal {
 
@@ -92,5 +91,3 @@ class StreamImpl final : public EventSource<ZelCam::Stream> {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_STREAMIMPL_H

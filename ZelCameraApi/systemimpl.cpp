@@ -2,9 +2,9 @@
 
 #include <tinyxml2.h>
 
+#include "ZelCameraApi/base/errorboundary.h"
+#include "ZelCameraApi/base/gentlinfo.h"
 #include "ZelCameraApi/configurationfile.h"
-#include "ZelCameraApi/errorboundary.h"
-#include "ZelCameraApi/gentlinfo.h"
 #include "ZelCameraApi/ifaceimpl.h"
 
 namespace ZelCameraApi::Internal {

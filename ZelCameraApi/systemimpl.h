@@ -1,13 +1,12 @@
 // The root of the object tree.
-#ifndef ZELCAMERAAPI_SYSTEMIMPL_H
-#define ZELCAMERAAPI_SYSTEMIMPL_H
+#pragma once
 
 #include <list>
 #include <memory>
 #include <string>
 
 #include "ZelCam/System.h"
-#include "ZelCameraApi/gentlmodule.h"
+#include "ZelCameraApi/base/gentlmodule.h"
 #include "ZelCameraApi/listimpl.h"
 
 namespace ZelCameraApi::Internal {
@@ -53,5 +52,3 @@ class SystemImpl final : public ZelCam::System {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_SYSTEMIMPL_H

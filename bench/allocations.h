@@ -1,8 +1,7 @@
 // What the calling thread has asked of the allocator. Linking allocations.cpp replaces the
 // allocation functions of the whole process, those of the shared libraries included, by ones that
 // count.
-#ifndef BENCH_ALLOCATIONS_H
-#define BENCH_ALLOCATIONS_H
+#pragma once
 
 #include <cstdint>
 
@@ -16,5 +15,3 @@ struct Allocations {
 Allocations AllocationsOfThread();
 
 }  // namespace Bench
-
-#endif  // BENCH_ALLOCATIONS_H

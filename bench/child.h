@@ -1,6 +1,5 @@
 // Measuring in a process of its own, for what the memory of this one would hide.
-#ifndef BENCH_CHILD_H
-#define BENCH_CHILD_H
+#pragma once
 
 #include <functional>
 #include <vector>
@@ -12,5 +11,3 @@ namespace Bench {
 std::vector<double> InChild(const std::function<std::vector<double>()>& work);
 
 }  // namespace Bench
-
-#endif  // BENCH_CHILD_H

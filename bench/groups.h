@@ -1,6 +1,5 @@
 // The groups of benchmarks; each opens this program's cameras for itself and closes them again.
-#ifndef BENCH_GROUPS_H
-#define BENCH_GROUPS_H
+#pragma once
 
 #include "bench/report.h"
 
@@ -18,5 +17,3 @@ void MeasureBuffers(Report& report);   // buffers.cpp
 void MeasureHostile(Report& report);   // hostile.cpp
 
 }  // namespace Bench
-
-#endif  // BENCH_GROUPS_H

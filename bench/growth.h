@@ -1,6 +1,5 @@
 // Whether the time for one of many things stays the same when there are more of them.
-#ifndef BENCH_GROWTH_H
-#define BENCH_GROWTH_H
+#pragma once
 
 #include <functional>
 #include <string>
@@ -25,5 +24,3 @@ void AddGrowth(Report& report, const std::string& group, const std::string& thin
                const std::function<std::vector<double>(size_t size)>& measure);
 
 }  // namespace Bench
-
-#endif  // BENCH_GROWTH_H

@@ -1,6 +1,5 @@
 // Clocks and the statistics of rounds.
-#ifndef BENCH_MEASURE_H
-#define BENCH_MEASURE_H
+#pragma once
 
 #include <cstdint>
 #include <utility>
@@ -44,5 +43,3 @@ void Keep(const T& value) {
 }
 
 }  // namespace Bench
-
-#endif  // BENCH_MEASURE_H

@@ -1,6 +1,5 @@
 // The figures of a run: collected by the groups of benchmarks, shown as one table or as JSON.
-#ifndef BENCH_REPORT_H
-#define BENCH_REPORT_H
+#pragma once
 
 #include <optional>
 #include <ostream>
@@ -41,5 +40,3 @@ class Report {
 };
 
 }  // namespace Bench
-
-#endif  // BENCH_REPORT_H

@@ -4,8 +4,7 @@
 //   Host ──> Camera (open) ──> Start ── NextFrame ... ── Stop ──> closed with the object
 //
 // All throw when an operation fails.
-#ifndef BENCH_SESSION_H
-#define BENCH_SESSION_H
+#pragma once
 
 #include <cstring>
 #include <stdexcept>
@@ -155,5 +154,3 @@ class BareCamera {
 };
 
 }  // namespace Bench
-
-#endif  // BENCH_SESSION_H

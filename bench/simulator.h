@@ -1,7 +1,6 @@
 // The simulated cameras as a benchmark uses them: configured for it, and reached without the
 // library for comparison.
-#ifndef BENCH_SIMULATOR_H
-#define BENCH_SIMULATOR_H
+#pragma once
 
 #include <stdexcept>
 #include <string>
@@ -59,5 +58,3 @@ inline void Check(GenTL::GC_ERROR code, const char* what) {
 }
 
 }  // namespace Bench
-
-#endif  // BENCH_SIMULATOR_H

@@ -1,6 +1,5 @@
 // Decisions that an input makes.
-#ifndef FUZZ_CHOICES_H
-#define FUZZ_CHOICES_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -81,5 +80,3 @@ class Choices {
 };
 
 }  // namespace Fuzz
-
-#endif  // FUZZ_CHOICES_H

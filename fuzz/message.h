@@ -1,6 +1,5 @@
 // An input as a message of a device: fields from its front, and the rest.
-#ifndef FUZZ_MESSAGE_H
-#define FUZZ_MESSAGE_H
+#pragma once
 
 #include <algorithm>
 #include <cstddef>
@@ -30,5 +29,3 @@ struct Message {
 };
 
 }  // namespace Fuzz
-
-#endif  // FUZZ_MESSAGE_H

@@ -1,6 +1,5 @@
 // The appenders that a property file makes.
-#ifndef LOG_CONFIGUREDAPPENDERS_H
-#define LOG_CONFIGUREDAPPENDERS_H
+#pragma once
 
 #include <memory>
 #include <string>
@@ -29,5 +28,3 @@ class ConfiguredAppenders {
 
     std::vector<Configured> configured_;
 };
-
-#endif  // LOG_CONFIGUREDAPPENDERS_H

@@ -1,7 +1,6 @@
 // Logging front end over log4cpp: configuration from a property file beside the executable, one
 // message at a time to a named category.
-#ifndef LOG_ZELLOG4CPP_H
-#define LOG_ZELLOG4CPP_H
+#pragma once
 
 #include <string>
 
@@ -27,5 +26,3 @@ void ZelLog4Cpp_ErrorText(const char* category, const char* message) noexcept;
 // cannot be formatted.
 std::string help_str(const char* format, ...) __attribute__((format(printf, 1, 2)));
 std::wstring help_str(const wchar_t* format, ...);
-
-#endif  // LOG_ZELLOG4CPP_H

@@ -1,7 +1,6 @@
 // The library's pixel-type codes: the table that describes each of them, and the lookups that turn
 // what a producer reports into a code.
-#ifndef UTILS_PIXELTYPES_H
-#define UTILS_PIXELTYPES_H
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -36,5 +35,3 @@ extern const std::array<ColorModelDescription, 133> s_colorModelDescription;
 // Formats in RGB order have no PFNC mapping, those in BGR order have: applications rely on it.
 II_PIXEL_TYPE_DEFINES PFNCToZelPixelType(GenICam_3_0::PFNC::PixelFormatStandardValue value);
 II_PIXEL_TYPE_DEFINES GevToZelPixelType(uint32_t value);
-
-#endif  // UTILS_PIXELTYPES_H

@@ -3,8 +3,7 @@
 // IPv4 addresses are 32-bit numbers with the first octet in the most significant byte. A MAC
 // address is a 16-bit high part (first two octets) and a 32-bit low part (last four), first octet
 // first.
-#ifndef UTILS_ZELGEV_UTILS_H
-#define UTILS_ZELGEV_UTILS_H
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -32,5 +31,3 @@ uint32_t n2h_ul(uint32_t value);
 long n2h_l(long value);
 uint16_t n2h_us(uint16_t value);
 short n2h_s(short value);
-
-#endif  // UTILS_ZELGEV_UTILS_H

@@ -6,9 +6,9 @@
 #include "ZelCameraApi/ZelGenParam/genapierrors.h"
 #include "ZelCameraApi/ZelGenParam/portdescription.h"
 #include "ZelCameraApi/ZelGenParam/porterrors.h"
-#include "ZelCameraApi/errorboundary.h"
-#include "ZelCameraApi/fixenvironment.h"
-#include "ZelCameraApi/gentlinfo.h"
+#include "ZelCameraApi/base/errorboundary.h"
+#include "ZelCameraApi/base/fixenvironment.h"
+#include "ZelCameraApi/base/gentlinfo.h"
 
 namespace ZelCameraApi::Internal {
 

@@ -1,6 +1,5 @@
 // The features of one module of a producer, over a GenApi node map.
-#ifndef ZELCAMERAAPI_ZELGENPARAM_ARRAYIMPL_H
-#define ZELCAMERAAPI_ZELGENPARAM_ARRAYIMPL_H
+#pragma once
 
 #include <memory>
 #include <mutex>
@@ -12,7 +11,7 @@
 
 #include "ZelCameraApi/ZelGenParam/kepttexts.h"
 #include "ZelCameraApi/ZelGenParam/namedfeature.h"
-#include "ZelCameraApi/gentlmodule.h"
+#include "ZelCameraApi/base/gentlmodule.h"
 #include "ZelGenParam/Array.h"
 
 namespace ZelCameraApi::Internal {
@@ -122,5 +121,3 @@ std::unique_ptr<ArrayImpl> CreateArray(const GenTLModule<void*>& module, ZelCamE
                                        const char* xmlFile);
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_ZELGENPARAM_ARRAYIMPL_H

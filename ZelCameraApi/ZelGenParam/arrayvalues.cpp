@@ -3,7 +3,7 @@
 
 #include "ZelCameraApi/ZelGenParam/arrayimpl.h"
 #include "ZelCameraApi/ZelGenParam/genapierrors.h"
-#include "ZelCameraApi/errorboundary.h"
+#include "ZelCameraApi/base/errorboundary.h"
 
 namespace ZelCameraApi::Internal {
 

@@ -1,6 +1,5 @@
 // Parameter object of a category.
-#ifndef ZELCAMERAAPI_ZELGENPARAM_CATEGORYPARAM_H
-#define ZELCAMERAAPI_ZELGENPARAM_CATEGORYPARAM_H
+#pragma once
 
 #include "ZelCameraApi/ZelGenParam/paramimpl.h"
 
@@ -15,5 +14,3 @@ class CategoryParamImpl final : public ZelGenParam::Category, public ParamImpl {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_ZELGENPARAM_CATEGORYPARAM_H

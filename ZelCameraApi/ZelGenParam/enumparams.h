@@ -1,6 +1,5 @@
 // Parameter objects of enumerations and of their entries.
-#ifndef ZELCAMERAAPI_ZELGENPARAM_ENUMPARAMS_H
-#define ZELCAMERAAPI_ZELGENPARAM_ENUMPARAMS_H
+#pragma once
 
 #include <map>
 #include <memory>
@@ -39,5 +38,3 @@ class EnumerationParamImpl final : public ZelGenParam::Enum, public ParamImpl {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_ZELGENPARAM_ENUMPARAMS_H

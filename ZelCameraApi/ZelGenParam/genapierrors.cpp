@@ -4,7 +4,7 @@
 
 #include <GenApi/GenApi.h>
 
-#include "ZelCameraApi/gentl_error.h"
+#include "ZelCameraApi/base/gentl_error.h"
 
 namespace ZelCameraApi::Internal {
 

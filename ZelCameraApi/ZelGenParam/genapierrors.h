@@ -1,7 +1,6 @@
 // GenApi's exceptions as codes. Access by name and the parameter objects keep different codes for
 // the same exception; each mapping stands once, here.
-#ifndef ZELCAMERAAPI_ZELGENPARAM_GENAPIERRORS_H
-#define ZELCAMERAAPI_ZELGENPARAM_GENAPIERRORS_H
+#pragma once
 
 #include "ZelCam/Error.h"
 
@@ -24,5 +23,3 @@ ZelCamErr CodeOfParamAccess(ValueAccess access) noexcept;
 ZelCamErr CodeOfCreation() noexcept;
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_ZELGENPARAM_GENAPIERRORS_H

@@ -1,6 +1,5 @@
 // Texts that are handed out as pointers.
-#ifndef ZELCAMERAAPI_ZELGENPARAM_KEPTTEXTS_H
-#define ZELCAMERAAPI_ZELGENPARAM_KEPTTEXTS_H
+#pragma once
 
 #include <map>
 #include <mutex>
@@ -30,5 +29,3 @@ class KeptTexts {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_ZELGENPARAM_KEPTTEXTS_H

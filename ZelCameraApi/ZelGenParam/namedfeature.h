@@ -1,6 +1,5 @@
 // A feature that was asked for by name.
-#ifndef ZELCAMERAAPI_ZELGENPARAM_NAMEDFEATURE_H
-#define ZELCAMERAAPI_ZELGENPARAM_NAMEDFEATURE_H
+#pragma once
 
 #include <memory>
 #include <string>
@@ -33,5 +32,3 @@ struct NamedFeature {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_ZELGENPARAM_NAMEDFEATURE_H

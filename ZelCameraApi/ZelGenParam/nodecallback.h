@@ -1,6 +1,5 @@
 // The link from a node's callbacks to an application's sink.
-#ifndef ZELCAMERAAPI_ZELGENPARAM_NODECALLBACK_H
-#define ZELCAMERAAPI_ZELGENPARAM_NODECALLBACK_H
+#pragma once
 
 #include <GenApi/GenApi.h>
 
@@ -32,5 +31,3 @@ class ParamEventSink_NodeCallback final : public GenApi::CNodeCallback {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_ZELGENPARAM_NODECALLBACK_H

@@ -1,13 +1,12 @@
 // How parameter objects read and write the value of their node: one pattern each way.
-#ifndef ZELCAMERAAPI_ZELGENPARAM_PARAMACCESS_H
-#define ZELCAMERAAPI_ZELGENPARAM_PARAMACCESS_H
+#pragma once
 
 #include <utility>
 
 #include <GenApi/GenApi.h>
 
 #include "ZelCameraApi/ZelGenParam/genapierrors.h"
-#include "ZelCameraApi/errorboundary.h"
+#include "ZelCameraApi/base/errorboundary.h"
 
 namespace ZelCameraApi::Internal {
 
@@ -40,5 +39,3 @@ ZelCamErr ParamSetter(GenApi::INode* node, Setter&& set) {
 }
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_ZELGENPARAM_PARAMACCESS_H

@@ -1,6 +1,5 @@
 // What the parameter objects of all kinds have in common.
-#ifndef ZELCAMERAAPI_ZELGENPARAM_PARAMIMPL_H
-#define ZELCAMERAAPI_ZELGENPARAM_PARAMIMPL_H
+#pragma once
 
 #include <map>
 #include <memory>
@@ -89,5 +88,3 @@ class UnknownParamImpl final : public ParamImpl {
 std::unique_ptr<ParamImpl> CreateParam(ArrayImpl* owner, GenApi::INode* node);
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_ZELGENPARAM_PARAMIMPL_H

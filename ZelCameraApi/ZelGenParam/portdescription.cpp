@@ -7,7 +7,7 @@
 #include <sys/stat.h>
 
 #include "ZelCam/Error.h"
-#include "ZelCameraApi/gentl_error.h"
+#include "ZelCameraApi/base/gentl_error.h"
 
 namespace ZelCameraApi::Internal {
 

@@ -1,13 +1,12 @@
 // Where the description of a module's features comes from: files, and the URLs that ports announce.
-#ifndef ZELCAMERAAPI_ZELGENPARAM_PORTDESCRIPTION_H
-#define ZELCAMERAAPI_ZELGENPARAM_PORTDESCRIPTION_H
+#pragma once
 
 #include <memory>
 #include <string>
 
 #include <GenApi/GenApi.h>
 
-#include "ZelCameraApi/gentlmodule.h"
+#include "ZelCameraApi/base/gentlmodule.h"
 
 namespace ZelCameraApi::Internal {
 
@@ -30,5 +29,3 @@ std::unique_ptr<GenApi::CNodeMapRef> LoadDescriptionUrl(const GenTLModule<void*>
                                                         const GenICam::gcstring& moduleId);
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_ZELGENPARAM_PORTDESCRIPTION_H

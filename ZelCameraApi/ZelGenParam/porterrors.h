@@ -1,6 +1,5 @@
 // Results of a producer's port as GenApi's exceptions, in which a node map hears of them.
-#ifndef ZELCAMERAAPI_ZELGENPARAM_PORTERRORS_H
-#define ZELCAMERAAPI_ZELGENPARAM_PORTERRORS_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -21,5 +20,3 @@ void CheckPortAccess(const PortAccess& access, int result, size_t actualSize);
 void CheckPortInfo(int command, int result);
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_ZELGENPARAM_PORTERRORS_H

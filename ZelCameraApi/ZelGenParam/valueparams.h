@@ -1,6 +1,5 @@
 // Parameter objects of features with one plain value, and of commands.
-#ifndef ZELCAMERAAPI_ZELGENPARAM_VALUEPARAMS_H
-#define ZELCAMERAAPI_ZELGENPARAM_VALUEPARAMS_H
+#pragma once
 
 #include "ZelCameraApi/ZelGenParam/paramimpl.h"
 
@@ -49,5 +48,3 @@ class CommandParamImpl final : public ZelGenParam::Command, public ParamImpl {
 };
 
 }  // namespace ZelCameraApi::Internal
-
-#endif  // ZELCAMERAAPI_ZELGENPARAM_VALUEPARAMS_H

@@ -1,6 +1,5 @@
 // A description as a tree to change: what the mutator works on.
-#ifndef FUZZ_GENAPI_DOCUMENT_H
-#define FUZZ_GENAPI_DOCUMENT_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -55,5 +54,3 @@ class Document {
 };
 
 }  // namespace Fuzz
-
-#endif  // FUZZ_GENAPI_DOCUMENT_H

@@ -1,6 +1,5 @@
 // A device that answers as the input decides.
-#ifndef FUZZ_GENAPI_HOSTILEPORT_H
-#define FUZZ_GENAPI_HOSTILEPORT_H
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -34,5 +33,3 @@ class HostilePort : public GENAPI_NAMESPACE::IPort {
 };
 
 }  // namespace Fuzz
-
-#endif  // FUZZ_GENAPI_HOSTILEPORT_H

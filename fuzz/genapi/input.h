@@ -1,7 +1,6 @@
 // The form of the inputs of the target "description": a description, and behind it the bytes that
 // decide what is done with it and what the device answers.
-#ifndef FUZZ_GENAPI_INPUT_H
-#define FUZZ_GENAPI_INPUT_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -23,5 +22,3 @@ inline Input SplitInput(const std::uint8_t* data, std::size_t size) {
 }
 
 }  // namespace Fuzz
-
-#endif  // FUZZ_GENAPI_INPUT_H

@@ -1,6 +1,5 @@
 // What a program does with a camera.
-#ifndef FUZZ_GENAPI_USAGE_H
-#define FUZZ_GENAPI_USAGE_H
+#pragma once
 
 #include <GenApi/INodeMap.h>
 
@@ -14,5 +13,3 @@ namespace Fuzz {
 void Use(GENAPI_NAMESPACE::INodeMap& map, Choices& choices);
 
 }  // namespace Fuzz
-
-#endif  // FUZZ_GENAPI_USAGE_H

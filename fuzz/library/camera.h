@@ -1,12 +1,11 @@
 // A camera with features of every kind and with events, for targets whose input is something else.
-#ifndef FUZZ_LIBRARY_CAMERA_H
-#define FUZZ_LIBRARY_CAMERA_H
+#pragma once
 
 #include <memory>
 #include <string>
 
 #include "ZelCameraApi/ZelGenParam/arrayimpl.h"
-#include "tests/library/fakeport.h"
+#include "tests/library/support/fakeport.h"
 
 namespace Fuzz {
 
@@ -21,5 +20,3 @@ struct Camera {
 };
 
 }  // namespace Fuzz
-
-#endif  // FUZZ_LIBRARY_CAMERA_H

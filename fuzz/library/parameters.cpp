@@ -7,7 +7,7 @@
 #include <string>
 
 #include "ZelCameraApi/ZelGenParam/arrayimpl.h"
-#include "tests/library/fakeport.h"
+#include "tests/library/support/fakeport.h"
 
 using namespace ZelCameraApi::Internal;
 

@@ -1,6 +1,5 @@
 // The node map of a module, as a consumer makes it.
-#ifndef TESTS_SIMULATOR_PORTNODEMAP_H
-#define TESTS_SIMULATOR_PORTNODEMAP_H
+#pragma once
 
 #include <cstdint>
 #include <memory>
@@ -46,5 +45,3 @@ class CameraNodesTest : public CameraTest {
 
     std::unique_ptr<PortNodeMap> nodes;
 };
-
-#endif  // TESTS_SIMULATOR_PORTNODEMAP_H

@@ -1,6 +1,5 @@
 // The simulated producer as the tests load it.
-#ifndef TESTS_SIMULATOR_PRODUCER_H
-#define TESTS_SIMULATOR_PRODUCER_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -140,5 +139,3 @@ class CameraTest : public SimulatorTest {
 
 // Long enough for a loaded machine; the tests wait for events, not for time to pass.
 constexpr uint64_t patienceMs = 20000;
-
-#endif  // TESTS_SIMULATOR_PRODUCER_H

@@ -1,7 +1,6 @@
 // What a program does at a simulated camera beside starting its stream: by registers, so that it
 // needs no node map. docs/simulator.md describes the features.
-#ifndef ZELCAM_TESTS_ACQUISITION_H
-#define ZELCAM_TESTS_ACQUISITION_H
+#pragma once
 
 #include <array>
 #include <cstdint>
@@ -41,5 +40,3 @@ class CameraAcquisition {
 };
 
 }  // namespace ZelTest
-
-#endif  // ZELCAM_TESTS_ACQUISITION_H

@@ -1,8 +1,7 @@
 // Allocations of the whole process, counted, some of which fail: of malloc and its like, and so of
 // operator new; where a sanitizer has its own malloc, of operator new alone. A program that links
 // allocationfaults.cpp has them.
-#ifndef ZELCAM_TESTS_ALLOCATIONFAULTS_H
-#define ZELCAM_TESTS_ALLOCATIONFAULTS_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -50,5 +49,3 @@ class OutOfMemory {
 };
 
 }  // namespace ZelTest
-
-#endif  // ZELCAM_TESTS_ALLOCATIONFAULTS_H

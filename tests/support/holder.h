@@ -1,6 +1,5 @@
 // Ends an object of the library the way the library wants it.
-#ifndef ZELCAM_TESTS_HOLDER_H
-#define ZELCAM_TESTS_HOLDER_H
+#pragma once
 
 #include <memory>
 
@@ -16,5 +15,3 @@ template <typename T>
 using Holder = std::unique_ptr<T, Releaser>;
 
 }  // namespace ZelTest
-
-#endif  // ZELCAM_TESTS_HOLDER_H

@@ -1,6 +1,5 @@
 // What a process holds of the system's resources, to see that it does not grow.
-#ifndef ZELCAM_TESTS_PROCESSSTATE_H
-#define ZELCAM_TESTS_PROCESSSTATE_H
+#pragma once
 
 #include <algorithm>
 #include <filesystem>
@@ -33,5 +32,3 @@ struct ProcessState {
 };
 
 }  // namespace ZelTest
-
-#endif  // ZELCAM_TESTS_PROCESSSTATE_H

@@ -1,6 +1,5 @@
 // The control functions of the simulated producer, for programs that use the library alone.
-#ifndef ZELCAM_TESTS_SIMULATOR_H
-#define ZELCAM_TESTS_SIMULATOR_H
+#pragma once
 
 #include <dlfcn.h>
 #include <stdexcept>
@@ -39,5 +38,3 @@ class Simulator {
 };
 
 }  // namespace ZelTest
-
-#endif  // ZELCAM_TESTS_SIMULATOR_H

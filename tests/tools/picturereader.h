@@ -1,7 +1,6 @@
 // Reads pictures back, with the decoders of libpng, libtiff and libjpeg and not with code of the
 // tool.
-#ifndef ZELCAM_TESTS_TOOLS_PICTUREREADER_H
-#define ZELCAM_TESTS_TOOLS_PICTUREREADER_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -23,5 +22,3 @@ PictureFile ReadPng(const std::vector<uint8_t>& bytes);
 PictureFile ReadPngFile(const std::string& path);
 PictureFile ReadTiffFile(const std::string& path);
 PictureFile ReadJpegFile(const std::string& path);
-
-#endif  // ZELCAM_TESTS_TOOLS_PICTUREREADER_H

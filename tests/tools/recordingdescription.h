@@ -1,7 +1,6 @@
 // The description of the recording camera (recordingcamera.cpp). A register of four bytes for each
 // feature; registers that belong to a trigger are 0x10 apart.
-#ifndef TESTS_TOOLS_RECORDINGDESCRIPTION_H
-#define TESTS_TOOLS_RECORDINGDESCRIPTION_H
+#pragma once
 
 namespace Recording {
 
@@ -156,5 +155,3 @@ constexpr const char* description = R"(<?xml version="1.0" encoding="utf-8"?>
 )";
 
 }  // namespace Recording
-
-#endif  // TESTS_TOOLS_RECORDINGDESCRIPTION_H

@@ -1,6 +1,5 @@
 // Runs the built program as a user does.
-#ifndef ZELCAM_TESTS_TOOLS_TOOLRUN_H
-#define ZELCAM_TESTS_TOOLS_TOOLRUN_H
+#pragma once
 
 #include <map>
 #include <string>
@@ -71,5 +70,3 @@ class ToolTest : public ::testing::Test {
     const std::string interfaces_;
     std::map<std::string, std::string> environment_;
 };
-
-#endif  // ZELCAM_TESTS_TOOLS_TOOLRUN_H

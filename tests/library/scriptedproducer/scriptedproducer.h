@@ -4,8 +4,7 @@
 // world: interfaces with cameras as SetWorld says, one stream "stream0" a camera, buffers in plain
 // memory, events that tests fire. Tests reach it through its Control, which the module exports:
 // LoadControl in fixture.h keeps the module loaded, so that the record outlives the client's use.
-#ifndef TESTS_LIBRARY_SCRIPTEDPRODUCER_H
-#define TESTS_LIBRARY_SCRIPTEDPRODUCER_H
+#pragma once
 
 #include <cstdint>
 #include <cstring>
@@ -159,5 +158,3 @@ class Control {
 using GetControl = Control* (*)();
 
 }  // namespace Scripted
-
-#endif  // TESTS_LIBRARY_SCRIPTEDPRODUCER_H

@@ -1,6 +1,5 @@
 // The default behaviour of the scripted producer: its handles and what they answer.
-#ifndef TESTS_LIBRARY_SCRIPTEDPRODUCER_WORLD_H
-#define TESTS_LIBRARY_SCRIPTEDPRODUCER_WORLD_H
+#pragma once
 
 #include <condition_variable>
 #include <deque>
@@ -138,5 +137,3 @@ class World final : public Control {
 };
 
 }  // namespace Scripted
-
-#endif  // TESTS_LIBRARY_SCRIPTEDPRODUCER_WORLD_H

@@ -1,0 +1,18 @@
+// A handle of a producer's module together with the producer.
+#pragma once
+
+#include <memory>
+
+#include "ZelCameraApi/base/gentllib.h"
+
+namespace ZelCameraApi::Internal {
+
+// A value: copies refer to the same module and keep the producer loaded. Closing the handle is the
+// business of the object that opened it.
+template <typename Handle>
+struct GenTLModule {
+    Handle handle{};
+    std::shared_ptr<GenTLLib> lib;
+};
+
+}  // namespace ZelCameraApi::Internal
