@@ -288,10 +288,10 @@ ZelCam::Device* ZelCam_CreateDevice(ZelCam::DeviceInfo* info, ZelCam::DeviceAcce
         return device;
     } catch (const zelcam_exception& e) {
         StoreError(err, e.code().value());
-    } catch (const std::exception& e) {
-        (void)e.what();
-    } catch (const GenICam::GenericException& e) {
-        (void)e.what();
+    } catch (const std::exception&) {
+        // only a failure with a code of its own is written to *err
+    } catch (const GenICam::GenericException&) {
+        // likewise
     }
     return nullptr;
 }

@@ -208,7 +208,8 @@ void EventHandlers::Call(const CallbackInfo_t& info, int eventType,
         } else if (info.callback != nullptr) {
             info.callback(data.data(), data.size(), info.priv);
         }
-    } catch (...) {  // it would end the process, and nobody is there to be told
+    } catch (...) {
+        // it would end the process, and no caller could handle it
     }
 }
 

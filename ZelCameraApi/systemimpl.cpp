@@ -142,8 +142,7 @@ void SystemImpl::CollectInterfaces(const GenTLModule<void*>& tl,
         try {
             interfaces.push_back(std::make_unique<InterfaceImpl>(this, tl, std::move(id)));
         } catch (const zelcam_exception&) {
-            // One interface that cannot be opened leaves the others usable.
-            continue;
+            // one interface that cannot be opened leaves the others usable
         }
     }
 }

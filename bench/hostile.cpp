@@ -108,7 +108,7 @@ double LongestOf(const Doubling& doubling, int length) {
             try {
                 operation();
             } catch (const GENICAM_NAMESPACE::GenericException&) {
-                // a limit, a range, a formula that cannot be written: an end as good as any
+                // refusing the operation, for a limit or a range, also ends it
             }
         });
         longest = std::max(longest, time / 1e6);

@@ -28,10 +28,10 @@ std::vector<GenApi::INode*> FeaturesOf(const GenApi::CNodeMapRef& map) {
         for (GenApi::INode* const node : nodes) {
             if (node->IsFeature()) features.push_back(node);
         }
-    } catch (const GenICam::GenericException& e) {
-        (void)e.what();
-    } catch (const std::bad_alloc& e) {
-        (void)e.what();
+    } catch (const GenICam::GenericException&) {
+        // part of the features is better than no array
+    } catch (const std::bad_alloc&) {
+        // likewise
     }
     return features;
 }
@@ -77,9 +77,9 @@ std::unique_ptr<GenApi::CNodeMapRef> ArrayImpl::LoadAnnounced(
             const std::string url = PortGetURLString(module_, i);
             return LoadDescriptionUrl(module_, url.substr(0, url.find('\0')), moduleId);
         } catch (const std::exception&) {
-            continue;
+            // the next URL may work
         } catch (const GenICam::GenericException&) {
-            continue;
+            // likewise
         }
     }
     return nullptr;
@@ -89,8 +89,8 @@ GenICam::gcstring ArrayImpl::PortText(int command, const char* fallback) const {
     try {
         const GenICam::gcstring text = PortGetInfoString(module_, command).c_str();
         if (!text.empty()) return text;
-    } catch (const std::exception& e) {
-        (void)e.what();
+    } catch (const std::exception&) {
+        // the port need not have this text
     }
     return fallback;
 }

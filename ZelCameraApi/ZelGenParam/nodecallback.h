@@ -20,7 +20,8 @@ class ParamEventSink_NodeCallback final : public GenApi::CNodeCallback {
         if (sink_ == nullptr || type != m_CallbackType || !param_->IsConnected()) return;
         try {
             sink_->OnParamChanged(param_);
-        } catch (...) {  // must not end the operation of the node map that it is called from
+        } catch (...) {
+            // it must not end the operation of the node map that calls the sink
         }
     }
     void Destroy() override { delete this; }

@@ -31,10 +31,10 @@ template <typename Operation>
 auto ZeroOnError(Operation&& operation) -> decltype(operation()) {
     try {
         return operation();
-    } catch (const std::exception& e) {
-        (void)e.what();
-    } catch (const GenICam::GenericException& e) {
-        (void)e.what();
+    } catch (const std::exception&) {
+        // the zero is all that the operation can report
+    } catch (const GenICam::GenericException&) {
+        // likewise
     }
     return {};
 }

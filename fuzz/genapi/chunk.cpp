@@ -50,6 +50,7 @@ void Try(Step step) {
     try {
         step();
     } catch (const GENICAM_NAMESPACE::GenericException&) {
+        // refusing the input is right; only a crash or a hang is a fault
     }
 }
 

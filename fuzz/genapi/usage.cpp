@@ -28,6 +28,7 @@ void Try(Step step) {
     try {
         step();
     } catch (const GenericException&) {
+        // refusing the input is right; only a crash or a hang is a fault
     }
 }
 

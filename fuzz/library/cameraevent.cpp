@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     try {
         receiver.adapter->DeliverMessage(data + 1, static_cast<uint32_t>(size - 1));
     } catch (const GenICam::GenericException&) {
-        // the answer to a bad message; DeviceImpl drops it
+        // refusing a bad message is right; DeviceImpl drops it
     }
     receiver.camera.features->GetIntegerValue("Frame", nullptr);
     return 0;

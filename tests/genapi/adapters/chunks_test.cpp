@@ -1,3 +1,4 @@
+// Where each chunk lies in a buffer, and buffers whose trailers are wrong.
 #include "genapi/adapters/chunks.h"
 
 #include <memory>

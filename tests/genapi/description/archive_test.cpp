@@ -1,3 +1,4 @@
+// Zipped descriptions: which entry is taken, and archives that are damaged or too large.
 #include "genapi/description/archive.h"
 
 #include <Base/GCException.h>

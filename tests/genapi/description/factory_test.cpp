@@ -1,3 +1,4 @@
+// The factory: its states, its inputs, injected nodes and extracted subtrees.
 #include <cstdio>
 #include <fstream>
 #include <memory>

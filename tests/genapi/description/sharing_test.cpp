@@ -1,3 +1,4 @@
+// Descriptions that several maps share: how long they live, and what makes two texts different.
 #include "genapi/description/sharing.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Ports for programs: registers in memory, events, chunks, and recorded writes.
 #include <algorithm>
 #include <limits>
 #include <string>

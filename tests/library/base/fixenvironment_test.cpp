@@ -1,3 +1,4 @@
+// The environment in which node maps are made: variables, folders, log messages.
 #include "ZelCameraApi/base/fixenvironment.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// The texts of GenTL codes, and the exception that carries a code.
 #include "ZelCameraApi/base/gentl_error.h"
 
 #include <climits>

@@ -1,3 +1,4 @@
+// Loading and unloading producers, and the calls of their functions.
 #include "ZelCameraApi/base/gentllib.h"
 
 #include <dlfcn.h>

@@ -1,3 +1,4 @@
+// Event threads: registration, dispatch, failures, and every way in which a thread ends.
 #include "ZelCameraApi/eventhandlers.h"
 
 #include <array>

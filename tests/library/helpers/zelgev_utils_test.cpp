@@ -1,3 +1,4 @@
+// IPv4 and MAC addresses as texts and numbers.
 #include "utils/zelgev_utils.h"
 
 #include <arpa/inet.h>

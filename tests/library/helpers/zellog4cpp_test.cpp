@@ -1,3 +1,4 @@
+// The logging front end: property files, appenders, formatted messages.
 #include "log/zellog4cpp.h"
 
 #include <cstring>

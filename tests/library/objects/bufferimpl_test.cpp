@@ -1,3 +1,4 @@
+// Buffers: the getters, and the geometry of an image.
 #include "ZelCameraApi/bufferimpl.h"
 
 #include <functional>

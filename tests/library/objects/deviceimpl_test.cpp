@@ -1,3 +1,4 @@
+// Devices: opening, streams, registers, events, and the order in which everything ends.
 #include "ZelCameraApi/deviceimpl.h"
 
 #include <thread>

@@ -1,3 +1,4 @@
+// What a DeviceInfo says of a camera that is not open.
 #include "ZelCameraApi/deviceinfoimpl.h"
 
 #include "tests/library/support/fixture.h"

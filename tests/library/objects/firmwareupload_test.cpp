@@ -1,3 +1,4 @@
+// Firmware upload: the register accesses of each phase, and how failures end it.
 #include "ZelCameraApi/firmwareupload.h"
 
 #include <filesystem>

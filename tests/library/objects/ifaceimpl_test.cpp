@@ -1,3 +1,4 @@
+// Interfaces: how lists of cameras are collected and updated.
 #include "ZelCameraApi/ifaceimpl.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Streams: buffers, the order of calls at start and stop, statistics.
 #include "ZelCameraApi/streamimpl.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Systems: producers, lists of interfaces, and the order in which everything ends.
 #include "ZelCameraApi/systemimpl.h"
 
 #include <stdexcept>
