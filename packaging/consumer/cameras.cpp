@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include <GenTL/GenTL_v1_6.h>
+#include <GenTL/GenTL.h>
 
 using namespace GenTL;
 

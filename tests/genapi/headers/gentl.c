@@ -1,4 +1,5 @@
-// The GenTL interface is for C programs too, by the names of its versions.
+// The GenTL interface is for C programs too, with and without a version in the name of the header.
+#include <GenTL/GenTL.h>
 #include <GenTL/GenTL_v1_1.h>
 #include <GenTL/GenTL_v1_2.h>
 #include <GenTL/GenTL_v1_3.h>

@@ -1,4 +1,4 @@
-// Ports for programs: registers in memory, events, chunks, and recorded writes.
+// Ports for programs: a structure as registers, several writes in one, and recorded writes.
 #include <algorithm>
 #include <limits>
 #include <string>
