@@ -37,44 +37,44 @@ static_assert(offsetof(ZelImageInfo, packing) == 20 && offsetof(ZelImageInfo, li
 
 namespace ZelCam {
 
-// One buffer of a Stream, which owns it (see Stream for its states). Its contents may be looked at
-// from Stream::GetBuffer until it is queued again.
+// One buffer of a Stream, which owns it (see Stream for its states). The application may read its
+// contents from Stream::GetBuffer until it queues the buffer again.
 //
-// Every property is asked of the producer on every call (GenTL BUFFER_INFO_CMD); one that the
-// producer does not tell is 0, null or false. Thread-bound (see ZelCam.h).
+// Every call asks the producer for the property (GenTL BUFFER_INFO_CMD); the result is 0, null or
+// false if the producer does not report it. Thread-bound (see ZelCam.h).
 class Buffer {
   public:
     // Describes the image in the buffer. The description belongs to the Buffer and is valid as long
-    // as the Buffer. Its geometry and pixel type are taken on the first call and kept for the life
-    // of the buffer; later calls bring only timestamp and frameId up to date. So do not call it
-    // before the first delivery, when the producer knows no image: 0 x 0 pixels would stay. Revoke
-    // buffers and create new ones after changing the camera's image format. Never null.
+    // as the Buffer. The first call stores geometry and pixel type for the life of the buffer;
+    // later calls update only timestamp and frameId. So do not call it before the first delivery,
+    // when the producer knows no image: the description would stay at 0 x 0 pixels. Revoke buffers
+    // and create new ones after changing the camera's image format. Never null.
     //
-    // `imageSize` does not take GetImageOffset into account. Where that is not 0, no more than
-    // GetBufferSize - GetImageOffset bytes lie behind `imageData`.
+    // `imageSize` ignores GetImageOffset. If the offset is not 0, `imageData` points to no more
+    // than GetBufferSize - GetImageOffset bytes.
     //
-    // A pixel format without a code of its own is described as Mono8. These are 228 of the 276 that
-    // GenTL/PFNC.h lists, the formats in RGB order among them; for the 213 that do not occupy eight
-    // bits, `linePitch` and `imageSize` are wrong, too. When `pixelType` is Mono8 and
-    // GetPixelFormat is not 0x01080001, go by that: bits 16 to 23 are the bits of a pixel, and a
-    // line has their number times the width, in whole bytes, and GetXPadding.
+    // A pixel format without a code of its own is described as Mono8. GenTL/PFNC.h lists 276
+    // formats; 228 of them have no code, including the formats in RGB order. For the 213 of these
+    // that do not occupy eight bits, `linePitch` and `imageSize` are wrong, too. If `pixelType` is
+    // Mono8 but GetPixelFormat is not 0x01080001, use GetPixelFormat: bits 16 to 23 are the bits of
+    // a pixel; a line has this number times the width, rounded up to whole bytes, plus GetXPadding.
     virtual ZelImageInfo* GetImage() = 0;
 
-    // First byte and size in bytes of the buffer; offset in bytes of the image in it.
+    // First byte of the buffer, byte offset of the image in it, and size of the buffer in bytes.
     virtual void* GetBufferPtr() = 0;
     virtual size_t GetImageOffset() = 0;
     virtual size_t GetBufferSize() = 0;
 
-    // Pixel format as the producer tells it: as a rule a PFNC value, see GenTL/PFNC.h.
+    // Pixel format as the producer reports it: usually a PFNC value, see GenTL/PFNC.h.
     virtual uint64_t GetPixelFormat() = 0;
 
     // The `userPtr` the buffer was made with.
     virtual void* GetUserPtr() = 0;
 
-    // Timestamp of the frame in ticks of the camera; what a tick is, the camera tells.
+    // Timestamp of the frame in ticks of the camera, which defines the length of a tick.
     virtual uint64_t GetTimestamp() = 0;
 
-    // Number of the frame, counted by the camera: a gap means lost frames.
+    // Number of the frame. The camera counts its frames, so a gap means lost frames.
     virtual uint64_t GetFrameID() = 0;
 
     // True when parts of the frame are missing.

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 // 0 is success, every failure is negative. Two families of values reach a caller: the library's own
-// codes, and the GC_ERROR codes of the GenTL standard, which pass through unchanged, so that a
+// codes, and the GC_ERROR codes of the GenTL standard. GenTL codes pass through unchanged, so a
 // value may also be a producer's custom code that has no name here.
 //
 // An operation returns a ZelCamErr, or takes a trailing `ZelCamErr* err`. Such an `err` may be
@@ -17,13 +17,13 @@ enum ZelCamErr : int32_t {
     // General.
     ZelCamErr_Error = -40001,             // unspecified failure
     ZelCamErr_FileOpenFailed = -40002,    // a file or input stream cannot be opened or used
-    ZelCamErr_InvalidFile = -40003,       // a file cannot be read or is not what is expected
+    ZelCamErr_InvalidFile = -40003,       // a file cannot be read or has unexpected contents
     ZelCamErr_LoadConfigFailed = -40004,  // a configuration was read but could not be applied
     ZelCamErr_IndexOutOfRange =
         -40005,                   // an index is not below the count; also: no such event sink
     ZelCamErr_NotFound = -40006,  // no object has the identifier
     ZelCamErr_InvalidArgument =
-        -40007,  // an argument (of a parameter object's value, too) is not valid
+        -40007,  // an argument is not valid, or a value of a parameter object
     ZelCamErr_AcquisitionActive = -40051,  // refused while the stream is grabbing
 
     // Parameters.
@@ -36,7 +36,7 @@ enum ZelCamErr : int32_t {
     ZelCamErr_InvalidValue = -40206,    // not a valid value, in access by name
     ZelCamErr_RuntimeError = -40207,    // the node map could not be created
 
-    // GenTL 1.6, GC_ERROR_LIST. What each means in detail is the producer's matter.
+    // GenTL 1.6, GC_ERROR_LIST. The producer decides what each means in detail.
     ZelCamErr_GenTL_Error = -1001,
     ZelCamErr_GenTL_NotInitialized = -1002,
     ZelCamErr_GenTL_NotImplemented = -1003,

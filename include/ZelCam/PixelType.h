@@ -7,10 +7,9 @@
 // A pixel type, as ZelImageInfo::pixelType holds it:
 //   bits 24 to 31  family: 1 monochrome, 2 RGB and its like, 3 Bayer, 4 TrueSense, 5 YUV and YCbCr
 //   bits 16 to 23  bits that one pixel occupies
-//   bits 8 to 15   packing: in the high nibble 0 unpacked, 1 GigE Vision "Packed" (two pixels in
-//   three
-//                  bytes), 2 PFNC "p" (bits packed, least significant first), 3 FLEX packed; in the
-//                  low nibble the significant bits, 1 = 8, 2 = 10, 3 = 12, 4 = 14, 5 = 16
+//   bits 8 to 15   packing; the high nibble is 0 unpacked, 1 GigE Vision "Packed" (two pixels in
+//                  three bytes), 2 PFNC "p" (bits packed, least significant first), 3 FLEX packed;
+//                  the low nibble is the significant bits, 1 = 8, 2 = 10, 3 = 12, 4 = 14, 5 = 16
 //   bits 0 to 7    number of the format, 1 to 133
 enum II_PIXEL_TYPE_DEFINES : uint32_t {
     ZelPixelType_None = 0,

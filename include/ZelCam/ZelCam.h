@@ -1,20 +1,20 @@
 // ZelCam: cameras for machine vision through GenICam GenTL producers.
 //
-// This header brings in the whole camera model. Parameters are in ZelGenParam/Array.h and
+// This header includes the whole camera model. Parameters are in ZelGenParam/Array.h and
 // ZelGenParam/Param.h.
 //
-// Words used throughout for the use of objects from several threads:
+// Comments use these words for the use of objects by several threads:
 //   thread-safe   any threads may call at once
-//   thread-bound  one thread at a time may use the object; others may use other objects meanwhile,
-//                 also objects of the same System, and the object's own streams, buffers or
-//                 features
-// Obtaining or releasing an object is a use of the one it comes from: of the Device for a Stream,
-// of the DeviceInfo for a Device, of the object that made it for a List. Release ends what the
-// object owns, too, so no other thread may use any of that then.
+//   thread-bound  one thread at a time may use the object; meanwhile, other threads may use other
+//                 objects, including objects of the same System and the object's own streams,
+//                 buffers or features
+// Obtaining or releasing an object counts as a use of the object that it comes from: a Stream comes
+// from its Device, a Device from its DeviceInfo, a List from the object that made it. Release also
+// ends what the object owns, so no other thread may use any of that during Release.
 //
-// The interfaces are abstract classes. Objects are created and destroyed by the library; the
-// application ends those that have a Release with it, and never deletes one. Unless a comment says
-// so, no operation throws.
+// The interfaces are abstract classes. The library creates and destroys all objects. The
+// application ends an object by its Release, if it has one, and never deletes an object. No
+// operation throws unless its comment says so.
 #ifndef ZELCAM_ZELCAM_H
 #define ZELCAM_ZELCAM_H
 

@@ -11,25 +11,25 @@
 #pragma GCC visibility push(default)
 namespace ZelGenParam {
 
-// All features of one module (an interface, a camera, the transport layer's side of it, a stream),
-// as its GenApi description lists them. It belongs to the object it was obtained from and is valid
-// as long as that.
+// All features of one module (an interface, a camera, the transport layer's side of a camera, a
+// stream), as its GenApi description lists them. The array belongs to the object that returned it
+// and lives as long as that object.
 //
 // Lookups fail with ZelCamErr_ParamNotFound for an unknown name and ZelCamErr_WrongParamType for a
-// feature of another kind. Access by name, Set...Value, Get...Value, ExecuteCommand and
-// IsCommandDone, fails with these and with
+// feature of another kind. Access by name (Set...Value, Get...Value, ExecuteCommand and
+// IsCommandDone) fails with these codes and with
 //   ZelCamErr_AccessDenied  not readable or not writable at the moment
 //   ZelCamErr_OutOfRange    the value violates minimum, maximum or increment
-//   ZelCamErr_InvalidValue  the value is not one the feature can have
-//   ZelCamErr_GenApiError   anything else, a failed access to the camera for instance
-// and reads zero, null or false on failure. `err` may be null; it is 0 on success.
+//   ZelCamErr_InvalidValue  the feature cannot have the value
+//   ZelCamErr_GenApiError   any other failure, for instance a failed access to the camera
+// and returns zero, null or false on failure. `err` may be null; it is 0 on success.
 //
-// Thread-safe, like its Params: one access to the features at a time, others wait. What belongs
-// together, a selector and what it selects, the application has to keep together.
+// Thread-safe, like its Params: one thread at a time accesses the features, others wait. The
+// application must protect accesses that belong together, such as a selector and what it selects.
 class Array {
   public:
-    // The feature of that name: the same object on every call. Null when there is none, and for the
-    // typed forms when it is of another kind.
+    // The feature of that name: the same object on every call. Null if there is no such feature or,
+    // for the typed forms, if it is of another kind.
     virtual Param* GetParam(const char* name, ZelCamErr* err) = 0;
     virtual Boolean* GetBoolean(const char* name, ZelCamErr* err) = 0;
     virtual Command* GetCommand(const char* name, ZelCamErr* err) = 0;
@@ -41,18 +41,18 @@ class Array {
     // The root of the tree of categories.
     virtual Category* GetRootCategory(ZelCamErr* err) = 0;
 
-    // The GenApi node map itself, for what this interface does not offer; it stays the Array's.
+    // The GenApi node map itself, for what this interface does not offer. The Array owns it.
     virtual GenApi::INodeMap* GetNodeMap(ZelCamErr* err) = 0;
 
-    // The features as a flat list, categories included, in the order of the node map. Null with
-    // ZelCamErr_IndexOutOfRange when `index` is not below the count.
+    // The features as a flat list, including categories, in the order of the node map. Null with
+    // ZelCamErr_IndexOutOfRange if `index` is not below the count.
     virtual uint32_t GetCount() = 0;
     virtual Param* GetParamByIndex(uint32_t index, ZelCamErr* err) = 0;
 
-    // Access by name, without an object for the feature. Values are verified against access mode
-    // and limits before they are written. Enumerations go by the entry's symbolic name (...Str) or
-    // its number. A text belongs to the thread that read it, and stays valid until that
-    // thread reads one under the same name or ends. NaN violates no limit: see Float.
+    // Access by name, without an object for the feature. Values are checked against access mode and
+    // limits before they are written. Enumerations use the entry's symbolic name (...Str) or its
+    // number. A text belongs to the thread that read it, and stays valid until that thread ends or
+    // reads a text under the same name. NaN violates no limit: see Float.
     virtual ZelCamErr SetBooleanValue(const char* name, bool value) = 0;
     virtual bool GetBooleanValue(const char* name, ZelCamErr* err) = 0;
     virtual ZelCamErr SetEnumValueStr(const char* name, const char* value) = 0;
@@ -68,8 +68,8 @@ class Array {
     virtual ZelCamErr ExecuteCommand(const char* name) = 0;
     virtual bool IsCommandDone(const char* name, ZelCamErr* err) = 0;
 
-    // Lets features with a polling time, of which `elapsedMs` milliseconds have passed since the
-    // last call, be read anew.
+    // Advances the clock of polled features by `elapsedMs`, the milliseconds since the last call.
+    // Features whose polling time has passed are read again on their next access.
     virtual ZelCamErr Poll(int64_t elapsedMs) = 0;
 
   protected:

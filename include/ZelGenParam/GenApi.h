@@ -1,10 +1,10 @@
-// What the public headers name of GenApi.
+// The names of GenApi that the public headers use.
 #ifndef ZELGENPARAM_GENAPI_H
 #define ZELGENPARAM_GENAPI_H
 
-// The node maps are those of GenApi 3.0, whose namespaces carry the version. A library that was
-// built with a later implementation needs ZELCAM_GENAPI_NAMESPACE defined as its namespace,
-// GenApi_3_4 for instance, in the programs that use it.
+// Node maps come from GenApi 3.0, whose namespaces include the version. If the library was built
+// with a later implementation, define ZELCAM_GENAPI_NAMESPACE as its namespace, such as GenApi_3_4,
+// in the programs that use the library.
 #ifdef ZELCAM_GENAPI_NAMESPACE
 namespace ZELCAM_GENAPI_NAMESPACE {
 struct INode;

@@ -8,14 +8,14 @@
 #include "ZelCam/Error.h"
 #include "ZelGenParam/GenApi.h"
 
-// Visible also in programs that hide what they do not mark: dynamic_cast between the interfaces
-// needs one type information for the library and its users.
+// Visible even in programs that hide symbols by default: for dynamic_cast between the interfaces,
+// the library and its users need to share the type information.
 #pragma GCC visibility push(default)
 namespace ZelGenParam {
 
-// The kind of a feature, and the interface that Param::ToInt and its like lead to.
+// The kind of a feature. It decides which of Param::ToInt and its siblings returns an interface.
 enum ParamType : uint32_t {
-    ParamType_Unknown = 0,  // registers, ports and others without a kind of their own
+    ParamType_Unknown = 0,  // registers, ports and others without a kind here
     ParamType_Int = 1,
     ParamType_Float = 2,
     ParamType_String = 3,
@@ -45,48 +45,48 @@ class Int;
 class Param;
 class String;
 
-// Implemented by the application to hear of changes of a feature.
+// The application implements it to be notified when a feature changes.
 class ParamEventSink {
   public:
-    // Called when `param` may have changed: on the thread that caused the change, or on an event
-    // thread of the library, inside the lock of the node map. The feature and all others of the
-    // Array may be used, numbers and texts. Other threads that use them wait meanwhile, so do not
-    // wait for one here. An exception that leaves it is dropped: the change and the calls of other
-    // sinks go on.
+    // Called when `param` may have changed: on the thread that caused the change or on an event
+    // thread of the library, with the node map locked. It may use this feature and all others of
+    // the Array, numbers and texts. Other threads that use them wait meanwhile, so do not wait for
+    // such a thread here. If it throws, the exception is dropped: the change and the calls of other
+    // sinks continue.
     virtual void OnParamChanged(Param* param) = 0;
 
   protected:
     ~ParamEventSink() = default;
 };
 
-// One feature of an Array, which owns the object: it is valid as long as the Array, and the same
-// for the same name. Values are reached through the interface of its kind: a cast with ToInt() and
-// its like, or dynamic_cast.
+// One feature of an Array. The Array owns the object, keeps it for its own lifetime, and returns
+// the same object for the same name. To access the value, get the interface of its kind by ToInt()
+// and its siblings, or by dynamic_cast.
 //
-// Value operations of every kind report, in `*err` (which may be null, and is 0 on success) or as
-// their result:
+// Value operations of every kind report these codes, in `*err` (which may be null, and is 0 on
+// success) or as their result:
 //   ZelCamErr_AccessDenied     not readable or not writable at the moment
 //   ZelCamErr_OutOfRange       the value violates minimum, maximum or increment
-//   ZelCamErr_InvalidArgument  the value is not one the feature can have
+//   ZelCamErr_InvalidArgument  the feature cannot have the value
 //   ZelCamErr_WrongParamType   the node behind the feature is of another kind
-//   ZelCamErr_Error            anything else, a failed access to the camera for instance
-// and return zero, null or false on failure. OutOfRange comes from writing only.
+//   ZelCamErr_Error            any other failure, for instance a failed access to the camera
+// and return zero, null or false on failure. Only writing reports OutOfRange.
 //
 // Thread-safe. A text belongs to the thread that asked for it: it stays valid until that thread
 // calls the same operation on the same object again, or ends. So the texts that a sink reads on an
-// event thread and those of the application do not touch each other.
+// event thread do not affect those of the application.
 class Param {
   public:
     virtual ParamType GetType() = 0;
 
-    // Texts of the feature's description; empty where it has none.
+    // Texts of the feature's description; empty if it has none.
     virtual const char* GetName() = 0;
     virtual const char* GetToolTip() = 0;
     virtual const char* GetDescription() = 0;
     virtual const char* GetDisplayName() = 0;
     virtual Visibility GetVisibility() = 0;
 
-    // State of the feature at the moment; false also when it cannot be told.
+    // State of the feature at the moment; false also if it cannot be determined.
     virtual bool IsValueCached() = 0;
     virtual bool IsAvailable() = 0;
     virtual bool IsWritable() = 0;
@@ -98,13 +98,13 @@ class Param {
     // twice and can be unregistered only once.
     virtual ZelCamErr RegisterEventSink(ParamEventSink* sink) = 0;
 
-    // ZelCamErr_IndexOutOfRange when the sink is not registered.
+    // ZelCamErr_IndexOutOfRange if the sink is not registered.
     virtual ZelCamErr UnregisterEventSink(ParamEventSink* sink) = 0;
 
-    // The GenApi node behind the feature; never null for a Param that an Array gave.
+    // The GenApi node behind the feature; never null for a Param that an Array returned.
     virtual GenApi::INode* GetNode() = 0;
 
-    // This feature as its kind, null when it is of another kind.
+    // This feature as that kind; null if it is of another kind.
     virtual Category* ToCategory() = 0;
     virtual Boolean* ToBoolean() = 0;
     virtual Command* ToCommand() = 0;
@@ -118,7 +118,7 @@ class Param {
     ~Param() = default;
 };
 
-// An integer, with its limits at the moment.
+// An integer with its current limits.
 class Int : public virtual Param {
   public:
     ParamType GetType() override { return ParamType_Int; }
@@ -132,9 +132,9 @@ class Int : public virtual Param {
     ~Int() = default;
 };
 
-// A number with a physical unit. NaN is neither below the minimum nor above the maximum: where the
-// camera keeps floating-point numbers it is written, and a camera may report it. It is refused
-// (OutOfRange) where the number becomes an integer in the camera.
+// A number with a physical unit. NaN is neither below the minimum nor above the maximum: if the
+// camera stores a floating-point number, NaN is written, and a camera may report it. If the camera
+// stores an integer instead, NaN is refused (OutOfRange).
 class Float : public virtual Param {
   public:
     ParamType GetType() override { return ParamType_Float; }
@@ -148,12 +148,12 @@ class Float : public virtual Param {
     ~Float() = default;
 };
 
-// A text. What is longer than GetMaxLength is refused.
+// A text. Texts longer than GetMaxLength are refused.
 class String : public virtual Param {
   public:
     ParamType GetType() override { return ParamType_String; }
     virtual int64_t GetMaxLength(ZelCamErr* err) = 0;
-    // The text, and its length in `*length` when that is not null.
+    // The text, and its length in `*length` if `length` is not null.
     virtual const char* GetValue(size_t* length, ZelCamErr* err) = 0;
     virtual ZelCamErr SetValue(const char* value) = 0;
 
@@ -162,12 +162,12 @@ class String : public virtual Param {
 };
 
 // A choice among entries. The entries belong to the Enum: the same entry is always the same object.
-// Entries of equal number share one object, which is the entry that was asked for first.
+// Entries with the same number share one object: the entry that was asked for first.
 class Enum : public virtual Param {
   public:
     ParamType GetType() override { return ParamType_Enum; }
     virtual size_t GetEnumEntriesCount(ZelCamErr* err) = 0;
-    // Null when there is no such entry.
+    // Null if there is no such entry.
     virtual EnumEntry* GetEnumEntryByIndex(size_t index) = 0;
     virtual EnumEntry* GetEnumEntryByName(const char* name) = 0;
     virtual EnumEntry* GetEnumEntryByValue(int64_t value) = 0;
@@ -203,7 +203,7 @@ class Boolean : public virtual Param {
     ~Boolean() = default;
 };
 
-// An action. Execute starts it; IsDone tells whether it has ended.
+// An action. Execute starts it; IsDone returns whether it has ended.
 class Command : public virtual Param {
   public:
     ParamType GetType() override { return ParamType_Command; }
@@ -214,12 +214,12 @@ class Command : public virtual Param {
     ~Command() = default;
 };
 
-// A group of features, which may be categories again.
+// A group of features, which may be categories themselves.
 class Category : public virtual Param {
   public:
     ParamType GetType() override { return ParamType_Category; }
     virtual uint32_t GetCount() = 0;
-    // Null with ZelCamErr_IndexOutOfRange when `index` is not below the count.
+    // Null with ZelCamErr_IndexOutOfRange if `index` is not below the count.
     virtual Param* GetParamByIndex(uint32_t index, ZelCamErr* err) = 0;
 
   protected:
