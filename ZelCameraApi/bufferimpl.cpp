@@ -121,7 +121,7 @@ void* BufferImpl::GetUserPtr() {
     return ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_USER_PTR>(); });
 }
 
-// A producer that answers "not available" or "not implemented" is asked once more.
+// Asks a producer that reports "not available" or "not implemented" once more.
 uint64_t BufferImpl::GetTimestamp() {
     return ZeroOnError([this] {
         try {

@@ -9,12 +9,12 @@
 
 namespace ZelCameraApi::Internal {
 
-// Announced on construction, revoked on destruction. Every property is asked of the producer; only
-// the description of the image is kept. Owned by its stream.
+// Announced on construction, revoked on destruction. Every call asks the producer for the property;
+// only the description of the image is kept. Its stream owns it.
 class BufferImpl final : public ZelCam::Buffer {
   public:
-    // Memory of the producer, and memory of the application. Throw zelcam_exception when the
-    // producer refuses.
+    // With memory of the producer, and with memory of the application. They throw zelcam_exception
+    // if the producer refuses.
     BufferImpl(StreamImpl* stream, size_t size, void* userPtr);
     BufferImpl(StreamImpl* stream, void* ptr, size_t size, void* userPtr);
     ~BufferImpl();

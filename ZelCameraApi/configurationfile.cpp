@@ -22,7 +22,7 @@ tinyxml2::XMLElement* AppendElement(tinyxml2::XMLDocument& document, tinyxml2::X
     return element;
 }
 
-// A CDATA section ends at the first "]]>": one that is a part of the text is divided among two.
+// A CDATA section ends at the first "]]>", so a "]]>" of the text is split between two sections.
 void AppendCData(tinyxml2::XMLDocument& document, tinyxml2::XMLNode& parent,
                  const std::string& text) {
     for (size_t begin = 0, end = 0; end != std::string::npos; begin = end) {
@@ -39,7 +39,7 @@ bool ReadBag(std::istream& text, GenApi::CFeatureBag& bag) {
     try {
         text >> bag;
         return true;
-    } catch (...) {  // a stream may throw anything, and each means the same
+    } catch (...) {  // a stream may throw anything, always for the same reason
         return false;
     }
 }
@@ -84,7 +84,7 @@ std::string StoreFeatures(GenApi::INodeMap* nodeMap) {
     GenApi::CFeatureBag bag;
     bag.StoreToBag(nodeMap, -1, nullptr);
     std::ostringstream text;
-    text.exceptions(std::ios_base::badbit);  // or a text cut short would be saved
+    text.exceptions(std::ios_base::badbit);  // or a truncated text would be saved
     text << bag;
     return text.str();
 }

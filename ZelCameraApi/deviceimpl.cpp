@@ -18,14 +18,14 @@ namespace ZelCameraApi::Internal {
 
 namespace {
 
-// DEVICE_ACCESS_FLAGS of a DeviceAccess; values without a meaning ask for no access.
+// The DEVICE_ACCESS_FLAGS of a DeviceAccess; unknown values request no access.
 int AccessFlag(ZelCam::DeviceAccess access) {
     const auto value = static_cast<uint32_t>(access);
     return value < 3 ? static_cast<int>(value) + GenTL::DEVICE_ACCESS_READONLY
                      : GenTL::DEVICE_ACCESS_NONE;
 }
 
-// The first camera of the first interface that has one, null when there is none.
+// The first camera of the first interface that has one; null if there is none.
 ZelCam::DeviceInfo* FindFirstCamera(ZelCam::System& system) {
     const ListHolder<ZelCam::Interface> interfaces(
         system.GetInterfaceList(ZelCam::InterfaceType::Unknown));
@@ -44,7 +44,7 @@ ZelCam::Device* OpenFirstCamera(ZelCam::DeviceAccess access) {
     return new NonSystemDevice(std::move(system), &dynamic_cast<DeviceInfoImpl&>(*info), access);
 }
 
-// What saves or loads a configuration ends with a code.
+// Turns failures of saving and loading a configuration into codes.
 template <typename Operation>
 ZelCamErr ConfigurationCode(Operation&& operation) {
     try {
@@ -78,7 +78,8 @@ void DeviceImpl::Init(const GenTLModule<void*>& iface, ZelCam::DeviceAccess acce
 DeviceImpl::~DeviceImpl() {
     events_.clear();
     streams_.clear();
-    // The features of events vanish with their adapters, and the port is closed by then.
+    // The end of an adapter makes the features of its events unavailable, and the port is closed by
+    // then.
     for (const Parameters* parameters : {&camera_, &transport_})
         if (parameters->array != nullptr) parameters->array->Disconnect();
     module_.lib->DevClose(module_.handle);
@@ -152,11 +153,11 @@ void DeviceImpl::FollowEvents() {
     eventDelegate_.function = [this](uint32_t /*eventType*/, const void* data, size_t size) {
         GenICamEvent(camera_.eventAdapter.get(), data, size);
     };
-    // Where the producer refuses, there are no events to deliver.
+    // If the producer refuses, there are no events to deliver.
     RegisterEvent2(GenTL::EVENT_REMOTE_DEVICE, EventCallbackDelegate::Callback, &eventDelegate_);
 }
 
-// Whether it could: array and adapter, or neither.
+// Makes both array and adapter, or neither and returns false.
 bool DeviceImpl::MakeParameters(Parameters& parameters, const GenTLModule<void*>& port,
                                 const char* xmlFile, ZelCamErr* err) {
     Parameters made;
@@ -269,7 +270,7 @@ NonSystemDevice::NonSystemDevice(SystemHolder system, DeviceInfoImpl* info,
                                  ZelCam::DeviceAccess access)
     : DeviceImpl(info, info->GetID(), access), system_(std::move(system)) {}
 
-// The System goes last: the device closes its modules through it.
+// The System ends last, because the device closes its modules through it.
 void NonSystemDevice::Release() {
     const SystemHolder system = std::move(system_);
     delete this;

@@ -24,12 +24,12 @@ namespace ZelCameraApi::Internal {
 class DeviceInfoImpl;
 class StreamImpl;
 
-// One opened device module with the camera's own port. Owns its streams and parameters. Owned by
-// the device info it was opened from, save the NonSystemDevice below.
+// One opened device module with the camera's own port. Owns its streams and parameters. The device
+// info that opened it owns it, except for the NonSystemDevice below.
 class DeviceImpl : public EventSource<ZelCam::Device> {
   public:
-    // Opens the device. Throws zelcam_exception when the producer refuses, std::bad_cast when the
-    // info is of an interface of another implementation.
+    // Opens the device. Throws zelcam_exception if the producer refuses, std::bad_cast if the
+    // info's interface belongs to another implementation.
     DeviceImpl(DeviceInfoImpl* info, const std::string& id, ZelCam::DeviceAccess access);
     virtual ~DeviceImpl();
 
@@ -50,12 +50,12 @@ class DeviceImpl : public EventSource<ZelCam::Device> {
     // Destroys an open stream of this device; ignores any other.
     void CloseStream(StreamImpl* stream);
 
-    // LoadConfiguration from a configuration file, and from the text of the features alone.
+    // LoadConfiguration from a configuration file, and from only the text of the features.
     ZelCamErr LoadConfiguration(const tinyxml2::XMLDocument* document);
     ZelCamErr LoadConfiguration(std::istream& text);
 
     // Delivers an event message of the camera to the node map of the adapter, if there is one. A
-    // message that is malformed reaches nothing.
+    // malformed message is dropped.
     static void GenICamEvent(GenApi::CEventAdapter* adapter, const void* data, size_t size);
 
     // Writes a firmware image into the camera's flash memory: see ReadFirmware and FirmwareUpload.
@@ -70,7 +70,7 @@ class DeviceImpl : public EventSource<ZelCam::Device> {
                   unsigned long flags);
 
   private:
-    // A node map and what delivers events to it, which ends first.
+    // A node map, and the adapter that delivers events to it and ends first.
     struct Parameters {
         std::unique_ptr<ArrayImpl> array;
         std::unique_ptr<GenApi::CEventAdapter> eventAdapter;
@@ -79,16 +79,16 @@ class DeviceImpl : public EventSource<ZelCam::Device> {
     void Init(const GenTLModule<void*>& iface, ZelCam::DeviceAccess access);
     static bool MakeParameters(Parameters& parameters, const GenTLModule<void*>& port,
                                const char* xmlFile, ZelCamErr* err);
-    void FollowEvents();  // of the camera, which reach its parameters
+    void FollowEvents();  // lets events of the camera reach its parameters
     GenApi::INodeMap* GetCameraNodeMap(ZelCamErr* err);
 
     std::string id_;
-    DeviceInfoImpl* info_;  // lives as long as the System, which outlives its devices
+    DeviceInfoImpl* info_;  // lives until the System ends, which outlives its devices
     GenTLModule<void*> remotePort_;
     std::list<std::unique_ptr<StreamImpl>> streams_;
     Parameters transport_;  // made when first asked for
     Parameters camera_;     // likewise
-    // While those of the camera are made. Streams, which may be another thread's, ask for them too.
+    // Held while the camera's parameters are made: streams on other threads ask for them, too.
     std::mutex cameraMutex_;
     EventCallbackDelegate eventDelegate_;
 };
@@ -99,8 +99,8 @@ struct SystemReleaser {
 };
 using SystemHolder = std::unique_ptr<ZelCam::System, SystemReleaser>;
 
-// A device opened without the application having a System: it keeps the System it came from, and
-// belongs to the application alone.
+// A device that the application opened without a System. It owns a private System, and only the
+// application owns the device.
 class NonSystemDevice final : public DeviceImpl {
   public:
     NonSystemDevice(SystemHolder system, DeviceInfoImpl* info, ZelCam::DeviceAccess access);

@@ -70,7 +70,7 @@ const char* DeviceInfoImpl::GetUSB3HostInfo() {
 
 const char* DeviceInfoImpl::Info(std::string& buffer, int cmd) {
     return ZeroOnError([&] {
-        // Copied into place: a text handed out before shows the new one.
+        // Copied into place, so a pointer that was handed out earlier shows the new text.
         const std::string text = GetDevInfoString(parent_->module(), id_, cmd);
         buffer = text;
         return buffer.c_str();
@@ -109,7 +109,7 @@ const char* DeviceInfoImpl::GetIPGateway(ZelCamErr* err) {
     return RefreshIPTexts(err) ? ipGateway_.c_str() : nullptr;
 }
 
-// Writes `*err` on failure only.
+// Only failure writes `*err`.
 bool DeviceInfoImpl::RefreshIPTexts(ZelCamErr* err) {
     uint32_t address = 0;
     uint32_t mask = 0;
@@ -126,7 +126,7 @@ bool DeviceInfoImpl::RefreshIPTexts(ZelCamErr* err) {
     return true;
 }
 
-// False when the interface cannot list its cameras.
+// False if the interface cannot list its cameras.
 bool DeviceInfoImpl::FindPosition(Position& position) {
     ZelCam::Interface& iface = *parent_;
     const ListHolder<ZelCam::DeviceInfo> infos(iface.GetDeviceInfoList());
@@ -138,15 +138,16 @@ bool DeviceInfoImpl::FindPosition(Position& position) {
     return true;
 }
 
-// The library's list is sorted, a producer may list in another order: the place there is only where
-// to look first. An interface that does not say which camera is selected is taken at its word.
+// The library's list is sorted, but a producer may list in another order, so the place in the list
+// is only a first guess. If the interface does not report which camera is selected, the guess
+// stands.
 ZelCamErr DeviceInfoImpl::CorrectSelection(ZelGenParam::Array& ifParams) const {
     const ZelCamErr err = CompareSelected(ifParams);
     if (err == ZelCamErr_ParamNotFound) return ZelCamErr_Success;
     return err == ZelCamErr_NotFound ? SearchSelector(ifParams) : err;
 }
 
-// ZelCamErr_NotFound when another camera is selected.
+// ZelCamErr_NotFound if another camera is selected.
 ZelCamErr DeviceInfoImpl::CompareSelected(ZelGenParam::Array& ifParams) const {
     ZelCamErr err = ZelCamErr_Success;
     const char* const selected = ifParams.GetStringValue(kDeviceID, &err);
@@ -154,7 +155,7 @@ ZelCamErr DeviceInfoImpl::CompareSelected(ZelGenParam::Array& ifParams) const {
     return id_ == selected ? ZelCamErr_Success : ZelCamErr_NotFound;
 }
 
-// A value whose camera cannot be told is passed over.
+// Skips selector values whose camera cannot be determined.
 ZelCamErr DeviceInfoImpl::SearchSelector(ZelGenParam::Array& ifParams) const {
     ZelGenParam::Int* const selector = ifParams.GetInt(kDeviceSelector, nullptr);
     if (selector == nullptr) return ZelCamErr_NotFound;
@@ -200,7 +201,7 @@ ZelCamErr DeviceInfoImpl::ForceIP(const char* address, const char* mask, const c
     if (!validateIpAddress(address, &addressValue) || !validateIpAddress(mask, &maskValue)) {
         return ZelCamErr_InvalidArgument;
     }
-    // A camera needs no gateway: a text that is no address stands for none.
+    // A camera needs no gateway, so an unparsable text means none.
     validateIpAddress(gateway, &gatewayValue);
     ZelCam::DeviceInfo& self = *this;
     return self.ForceIP(addressValue, maskValue, gatewayValue);

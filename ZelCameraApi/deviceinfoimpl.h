@@ -14,9 +14,9 @@ namespace ZelCameraApi::Internal {
 class DeviceImpl;
 class InterfaceImpl;
 
-// Asks the producer anew on every call and keeps each answer in a buffer of its own, so that the
-// text handed out lives until the same question is asked again. Owns the devices opened from it.
-// Owned by its interface.
+// Every call asks the producer and stores the answer in a separate buffer, so a text stays valid
+// until the next call of the same operation. Owns the devices opened from it. Its interface owns
+// it.
 class DeviceInfoImpl final : public ZelCam::DeviceInfo {
   public:
     DeviceInfoImpl(InterfaceImpl* parent, const std::string& id);
@@ -44,8 +44,8 @@ class DeviceInfoImpl final : public ZelCam::DeviceInfo {
     ZelCamErr SetExternalXml(const char* fileName) override;
     const char* GetExternalXml() override;
 
-    // Opens the camera. Several devices may be opened from one info, each on its own. Throws
-    // zelcam_exception when the producer refuses.
+    // Opens the camera. One info may open several independent devices. Throws zelcam_exception if
+    // the producer refuses.
     DeviceImpl* CreateDevice(ZelCam::DeviceAccess access);
 
     // Destroys a device that CreateDevice opened; ignores any other.
@@ -56,10 +56,10 @@ class DeviceInfoImpl final : public ZelCam::DeviceInfo {
                                             uint32_t mask, uint32_t gateway);
 
   private:
-    // The camera's place among those of its interface, which is its number in the interface's
-    // DeviceSelector where the producer lists its cameras in the same order.
+    // The camera's place among the cameras of its interface. If the producer lists its cameras in
+    // the same order, this is also the camera's number in the interface's DeviceSelector.
     struct Position {
-        int64_t index = 0;  // the number of cameras when it is not among them
+        int64_t index = 0;  // the number of cameras if it is not one of them
         bool listed = false;
     };
 

@@ -18,7 +18,7 @@ std::unique_ptr<GenApi::CEventAdapter> CreateEventAdapter(const GenTLModule<void
     if (type == "CL" || type == "CXP") return nullptr;
     try {
         if (type == "GEV") return std::make_unique<GenApi::CEventAdapterGEV>(nodeMap);
-        // "U3V" and "Custom", and what is not known.
+        // "U3V", "Custom" and unknown types.
         return std::make_unique<GenApi::CEventAdapterU3V>(nodeMap);
     } catch (const GenICam::GenericException&) {
         return nullptr;

@@ -13,9 +13,9 @@
 
 namespace ZelCameraApi::Internal {
 
-// The adapter for the events of a port, attached to the port's node map: the transport-layer type
-// of the port decides on the form of its messages. Null for a transport without event messages, and
-// for a node map whose event identifiers make no sense. It ends before its node map.
+// The adapter for the events of a port, attached to the port's node map. The transport-layer type
+// of the port decides the format of the messages. Null for a transport without event messages, and
+// for a node map with invalid event identifiers. Destroy it before its node map.
 std::unique_ptr<GenApi::CEventAdapter> CreateEventAdapter(const GenTLModule<void*>& port,
                                                           GenApi::INodeMap* nodeMap);
 

@@ -8,18 +8,18 @@ namespace ZelCameraApi::Internal {
 
 namespace {
 
-// Size of the event buffer when the producer does not tell.
+// Size of the event buffer if the producer does not report it.
 constexpr size_t kDefaultDataSize = 1024;
 
-// No event of the standards comes near this. A producer that asks for more is broken, and following
-// it would exhaust the memory.
+// Events of the standards are far smaller. A producer that asks for more is broken and would
+// exhaust the memory.
 constexpr size_t kMaxDataSize = size_t{64} << 20;
 
-// False when there is no memory for that.
+// False if the size is impossible or there is no memory.
 bool Resize(std::vector<std::byte>& buffer, size_t size) {
     if (size > kMaxDataSize) return false;
     try {
-        // A null buffer would turn EventGetData into a query, also for an event without data.
+        // At least one byte: a null buffer would turn EventGetData into a query for the size.
         buffer.reserve(std::max<size_t>(size, 1));
         buffer.resize(size);
         return true;
@@ -74,8 +74,8 @@ int EventHandlers::Subscribe(void* module, int eventType, const CallbackInfo_t& 
     return result;
 }
 
-// Called with the registry locked and no thread alive but one that has ended, so that the entry may
-// be prepared without its own locks. The caller learns how the start went.
+// Called with the registry locked and when the entry has no thread or one that has ended, so the
+// entry can be prepared without its own locks. Returns the result of the start.
 int EventHandlers::StartThread(EventInfo_t& entry) {
     if (entry.thread.joinable()) entry.thread.join();
     entry.started = false;
@@ -102,8 +102,8 @@ void EventHandlers::EventThread(EventInfo_t& entry) {
     SetEnded(entry, result);
 }
 
-// From the registered event to the unregistered one. The caller of StartThread still hears of a
-// size that cannot be.
+// Serves a registered event until it is unregistered. The caller of StartThread still gets the code
+// if the size is impossible.
 int EventHandlers::Serve(EventInfo_t& entry, GenTL::EVENT_HANDLE event, size_t maxSize) {
     std::vector<std::byte> buffer;
     const bool hasBuffer = Resize(buffer, maxSize);
@@ -120,8 +120,8 @@ int EventHandlers::Serve(EventInfo_t& entry, GenTL::EVENT_HANDLE event, size_t m
     return result;
 }
 
-// EVENT_INFO_DATA_SIZE_MAX is the size of what EventGetDataInfo gives, which no event's own data
-// exceeds in practice; when it does, EventGetData says so and the buffer grows.
+// EVENT_INFO_DATA_SIZE_MAX is the maximum size for EventGetDataInfo. In practice the data of an
+// event is not larger; if it is, EventGetData fails and the buffer grows.
 int EventHandlers::QueryMaxSize(GenTL::EVENT_HANDLE event, size_t* maxSize) const {
     int type = GenTL::INFO_DATATYPE_UNKNOWN;
     size_t size = sizeof *maxSize;
@@ -134,7 +134,7 @@ int EventHandlers::QueryMaxSize(GenTL::EVENT_HANDLE event, size_t* maxSize) cons
     return GenTL::GC_ERR_SUCCESS;
 }
 
-// Returns the code that ended the loop, 0 when the last subscriber left.
+// Returns the code that ended the loop, or 0 after the last subscriber left.
 int EventHandlers::Dispatch(EventInfo_t& entry, GenTL::EVENT_HANDLE event,
                             std::vector<std::byte>& buffer) const {
     int result = GenTL::GC_ERR_SUCCESS;
@@ -159,34 +159,35 @@ int EventHandlers::GetData(EventInfo_t& entry, GenTL::EVENT_HANDLE event,
     return lib_->EventGetData(event, buffer.data(), size, GENTL_INFINITE);
 }
 
-// An event that cannot be fetched stays at the front of the producer's queue, which is emptied.
+// An event that cannot be fetched stays at the front of the producer's queue, so the queue is
+// flushed.
 int EventHandlers::Drop(EventInfo_t& entry, GenTL::EVENT_HANDLE event) const {
     if (IsEnding(entry)) return GenTL::GC_ERR_ABORT;
     CountDropped(entry);
     return lib_->EventFlush(event);
 }
 
-// The event may be unregistered already then.
+// If it returns true, the event may be unregistered already.
 bool EventHandlers::IsEnding(EventInfo_t& entry) {
     const std::lock_guard<std::mutex> state(entry.stateMutex);
     return entry.ending;
 }
 
-// The answer "no" is final: a subscriber that comes after it starts a new thread.
+// The answer "no" is final: a later subscriber starts a new thread.
 bool EventHandlers::HasSubscribers(EventInfo_t& entry) {
     const std::lock_guard<std::mutex> lock(entry.subscribersMutex);
     entry.dispatching = !entry.subscribers.empty();
     return entry.dispatching;
 }
 
-// Before the event is unregistered: a subscriber that came meanwhile would be accepted and never
-// called.
+// Called before the event is unregistered: otherwise a subscriber could be accepted meanwhile and
+// never be called.
 void EventHandlers::RefuseSubscribers(EventInfo_t& entry) {
     const std::lock_guard<std::mutex> lock(entry.subscribersMutex);
     entry.dispatching = false;
 }
 
-// Subscribers are given the whole buffer, so that they see the same length with every event.
+// Subscribers get the whole buffer, so they see the same length with every event.
 void EventHandlers::Deliver(EventInfo_t& entry, const std::vector<std::byte>& data) {
     std::vector<CallbackInfo_t> subscribers;
     try {
@@ -218,7 +219,7 @@ void EventHandlers::CountDropped(EventInfo_t& entry) {
     ++entry.dropped;
 }
 
-// Called with the state locked, so that nobody kills the wait of an event that is gone. Once.
+// Called once, with the state locked, so that no thread kills the wait of an unregistered event.
 void EventHandlers::Unregister(EventInfo_t& entry) const {
     if (entry.eventHandle == nullptr) return;
     entry.eventHandle = nullptr;
@@ -253,7 +254,7 @@ void EventHandlers::KillThread(const EventID_t& id) {
         EndWait(entry);
         return;
     }
-    // Without the registry's lock: a callback under way may want to register or unregister.
+    // Without the registry's lock, because a running callback may register or unregister.
     entry.killed = true;
     registry.unlock();
     AwaitEnd(entry);
@@ -262,16 +263,16 @@ void EventHandlers::KillThread(const EventID_t& id) {
     entries_.erase(id);
 }
 
-// Called with the state locked. False when the producer cannot kill the wait.
+// Called with the state locked. False if the producer cannot kill the wait.
 bool EventHandlers::EndWait(EventInfo_t& entry) const {
     entry.ending = true;
     return entry.eventHandle == nullptr ||
            lib_->EventKill(entry.eventHandle) == GenTL::GC_ERR_SUCCESS;
 }
 
-// A producer may forget a kill that comes while nobody waits, when a callback is under way for
-// instance; so it is repeated until the thread has ended. Where a producer cannot kill the wait,
-// the event is taken away from its thread. Not at once: the thread may have been about to wait.
+// A producer may forget a kill that comes while no thread waits, for instance while a callback
+// runs, so the kill is repeated until the thread has ended. If a producer cannot kill the wait, the
+// event is unregistered instead, but not at once: the thread may have been about to wait.
 void EventHandlers::AwaitEnd(EventInfo_t& entry) const {
     constexpr std::chrono::milliseconds kRepeat(100);
     std::unique_lock<std::mutex> state(entry.stateMutex);

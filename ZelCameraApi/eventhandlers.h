@@ -30,13 +30,13 @@ namespace ZelCameraApi::Internal {
 //         └───────────────────── └─ Ended <─────────────────────┘
 //                        RegisterEvent
 //
-// Callbacks run on the dispatch thread with none of the locks held, on a copy of the subscribers;
-// they may register and unregister, and what they throw is dropped. The object that owns the
-// registry, and with it the registry, must not be destroyed from a callback: the dispatch thread
-// would wait for its own end.
+// The dispatch thread calls a copy of the subscribers without holding a lock. Callbacks may
+// register and unregister; exceptions that they throw are dropped. A callback must not destroy the
+// object that owns the registry, because the dispatch thread would wait for its own end.
 //
-// Locks: the registry's first, then one of an entry's two. A dispatch thread takes its entry's two,
-// one at a time, and never the registry's, so that RegisterEvent may wait for it.
+// Lock order: the registry's lock, then one of an entry's two locks. A dispatch thread takes the
+// two locks of its entry, one at a time, but never the registry's lock, so RegisterEvent may wait
+// for it.
 class EventHandlers {
   public:
     // Names an entry.
@@ -56,28 +56,27 @@ class EventHandlers {
     EventHandlers(const EventHandlers&) = delete;
     EventHandlers& operator=(const EventHandlers&) = delete;
 
-    // Subscribe a callback. Return 0 when the event is being dispatched, else the code with which
-    // the start of the dispatch failed; the callback is not subscribed then. The same callback may
-    // be subscribed several times.
+    // Subscribe a callback. They return 0 once the event is being dispatched. If the dispatch
+    // cannot start, they return the code of the failure and do not subscribe the callback. A
+    // callback may be subscribed several times.
     int RegisterEvent(void* module, int eventType, ZelCam::EventCallback cb, void* priv);
     int RegisterEvent2(void* module, int eventType, ZelCam::EventCallback2 cb, void* priv);
 
     // Remove the first subscription of the same callback and private pointer;
-    // GC_ERR_NOT_INITIALIZED when there is none. The thread of the last subscriber ends with its
-    // next event.
+    // GC_ERR_NOT_INITIALIZED if there is none. A thread without subscribers ends at its next event.
     int UnRegisterEvent(void* module, int eventType, ZelCam::EventCallback cb, void* priv);
     int UnRegisterEvent2(void* module, int eventType, ZelCam::EventCallback2 cb, void* priv);
 
-    // Ends the wait of an entry's thread, waits for its end and removes the entry. From within a
-    // callback of this very entry it only ends the wait. Throws std::out_of_range when there is no
-    // such entry. Not from several threads for one entry.
+    // Ends the wait of an entry's thread, waits for the thread's end and removes the entry. Called
+    // from a callback of the same entry, it only ends the wait. Throws std::out_of_range if there
+    // is no such entry. Only one thread may call it for an entry.
     void KillThread(const EventID_t& id);
 
     // KillThread for all entries.
     void clear();
 
-    // How often events of an entry were dropped for want of memory. Throws std::out_of_range when
-    // there is no such entry.
+    // How often events of an entry were dropped because there was no memory. Throws
+    // std::out_of_range if there is no such entry.
     uint64_t GetNumDropped(const EventID_t& id);
 
   private:
@@ -108,10 +107,10 @@ class EventHandlers {
 
         std::mutex stateMutex;
         std::condition_variable stateChanged;
-        GenTL::EVENT_HANDLE eventHandle = nullptr;  // guarded by stateMutex: while it is registered
+        GenTL::EVENT_HANDLE eventHandle = nullptr;  // guarded by stateMutex; set while registered
         bool started = false;                       // guarded by stateMutex
-        bool ending = false;                        // guarded by stateMutex: to wait no more
-        bool ended = true;   // no thread, or one that is done; guarded by stateMutex
+        bool ending = false;                        // guarded by stateMutex: do not wait again
+        bool ended = true;   // guarded by stateMutex: there is no thread, or it is done
         int resultCode = 0;  // guarded by stateMutex
     };
 

@@ -35,7 +35,7 @@ class EventSource : public Public {
     const GenTLModule<void*>& module() const { return module_; }
 
   protected:
-    // `ownEvent` is an event that the object itself consumes, and refuses to others.
+    // `ownEvent` is an event that the object itself consumes; subscriptions to it are refused.
     explicit EventSource(const std::shared_ptr<GenTLLib>& lib, std::optional<int> ownEvent = {})
         : module_{nullptr, lib}, events_(lib), ownEvent_(ownEvent) {}
     ~EventSource() = default;

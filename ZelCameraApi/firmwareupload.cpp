@@ -59,7 +59,7 @@ FirmwareUpload::Flash FirmwareUpload::EraseAndProgram(const std::vector<uint8_t>
     return Program(image);
 }
 
-// A status that cannot be read is reported, an erase command that fails is not.
+// Reports a step whose status cannot be read, but not an erase command that fails.
 FirmwareUpload::Flash FirmwareUpload::EraseSector(uint64_t address) {
     if (!Write(kCommandRegister, static_cast<uint32_t>(address) + kEraseSector)) {
         return Flash::Failed;
@@ -106,7 +106,7 @@ bool FirmwareUpload::Write(uint64_t address, const void* data, size_t size) {
 
 void FirmwareUpload::Report(Device::UploadEventType type, uint64_t current, uint64_t end) const {
     if (!progress_) return;
-    // Codes are negative: the field holds all of the sign.
+    // Codes are negative; the conversion keeps the sign in all bits of the field.
     const auto code = static_cast<uint64_t>(int64_t{result_});
     progress_(type, Device::UploadEventData{kFlashBegin, current, end, code});
 }
@@ -122,7 +122,7 @@ ZelCamErr ReadFirmware(const char* fileName, std::vector<uint8_t>& image) {
     if (fseek(file.get(), 0, SEEK_END) != 0) return ZelCamErr_InvalidFile;
     const long size = ftell(file.get());
     if (size != 0 || fseek(file.get(), 0, SEEK_SET) != 0) return ZelCamErr_InvalidFile;
-    // Files of the kernel have no size, but contents.
+    // Files of the kernel have contents although their size is 0.
     if (fgetc(file.get()) != EOF || ferror(file.get()) != 0) return ZelCamErr_InvalidFile;
     image.assign(kPageSize, kErased);
     return ZelCamErr_Success;

@@ -12,24 +12,23 @@ namespace ZelCameraApi::Internal {
 using UploadProgress =
     std::function<void(ZelCam::Device::UploadEventType, ZelCam::Device::UploadEventData)>;
 
-// Drives the flash controller through the camera's registers. Nothing is rolled back: sectors
-// erased before a failure stay erased.
+// Drives the flash controller through the camera's registers. There is no rollback: sectors erased
+// before a failure stay erased.
 //
-// A flash that stays busy in a step ends the upload, and the step is reported as if it had
-// finished.
+// If the flash stays busy in a step, the upload ends and reports the step as if it had finished.
 class FirmwareUpload {
   public:
     // `progress` may be empty.
     FirmwareUpload(ZelCam::Device& device, UploadProgress progress)
         : device_(device), progress_(std::move(progress)) {}
 
-    // Erases the flash and programs the first page of the image, which has at least that many
+    // Erases the flash and programs the first page of the image, which has at least a page of
     // bytes; a page of erased bytes needs no programming. Returns the code of the first register
-    // access that fails, and success when the flash stays busy.
+    // access that fails, and success if the flash stays busy.
     ZelCamErr Run(const std::vector<uint8_t>& image);
 
-    // The same for a flash that a former upload may have left busy: it is waited for first.
-    // ZelCamErr_GenTL_Busy when the flash stays busy, then or later.
+    // The same for a flash that an earlier upload may have left busy: it first waits for the flash.
+    // ZelCamErr_GenTL_Busy if the flash stays busy, before or during the upload.
     ZelCamErr RunWhenReady(const std::vector<uint8_t>& image);
 
   private:
@@ -48,8 +47,8 @@ class FirmwareUpload {
     ZelCamErr result_ = ZelCamErr_Success;  // of the last register access
 };
 
-// Reads a firmware image; only a regular file that is empty is one. `image` gets at least a page,
-// its rest as erased flash reads. ZelCamErr_FileOpenFailed or ZelCamErr_InvalidFile.
+// Reads a firmware image; only an empty regular file is accepted. `image` gets at least a page,
+// filled up with the bytes of erased flash. ZelCamErr_FileOpenFailed or ZelCamErr_InvalidFile.
 ZelCamErr ReadFirmware(const char* fileName, std::vector<uint8_t>& image);
 
 }  // namespace ZelCameraApi::Internal

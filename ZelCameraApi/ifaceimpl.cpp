@@ -69,7 +69,7 @@ ZelCam::DeviceInfo* InterfaceImpl::GetDeviceInfoById(const char* id) {
 }
 
 ZelCamErr InterfaceImpl::ReEnumerateDevices(bool* changed, uint64_t timeout) {
-    GenTL::bool8_t flag = 0;  // a producer may write any byte, a bool must not hold any
+    GenTL::bool8_t flag = 0;  // a producer may write any byte, but a bool must be 0 or 1
     const int result =
         module_.lib->IFUpdateDeviceList(module_.handle, reinterpret_cast<bool*>(&flag), timeout);
     if (result != 0) return static_cast<ZelCamErr>(result);
@@ -135,7 +135,7 @@ ZelCam::Device* InterfaceImpl::CreateDeviceFromConfig(tinyxml2::XMLDocument* doc
         StoreError(err, ZelCamErr_NotFound);
         return nullptr;
     }
-    StoreError(err, ZelCamErr_Error);  // what is left where the device cannot be made
+    StoreError(err, ZelCamErr_Error);  // stays if the device cannot be made
     auto* const device =
         dynamic_cast<DeviceImpl*>(ZelCam_CreateDevice(info, ZelCam::DeviceAccess::Exclusive, err));
     if (device != nullptr) StoreError(err, device->LoadConfiguration(document));
@@ -146,7 +146,7 @@ void InterfaceImpl::RemoveList(DeviceInfoList* list) {
     RemoveOwned(lists_, list);
 }
 
-// Walks both sorted lists side by side; what stands in only one of them is a change.
+// Walks both sorted lists side by side; an entry in only one of them is a change.
 void InterfaceImpl::CollectDeviceInfos() {
     const std::vector<std::string> found = FindDeviceIds();
     const std::vector<KnownDevice> known = SortedDeviceInfos();
@@ -182,8 +182,8 @@ std::vector<std::string> InterfaceImpl::FindDeviceIds() const {
     return ids;
 }
 
-// The active device infos in the order of their identifiers, in which an enumeration appends its
-// new ones: most are sorted already.
+// The active device infos in the order of their identifiers. Each enumeration appends its new ones
+// in this order, so most are sorted already.
 std::vector<InterfaceImpl::KnownDevice> InterfaceImpl::SortedDeviceInfos() {
     std::vector<KnownDevice> known;
     for (auto info = deviceInfos_.begin(); info != deviceInfos_.end(); ++info)

@@ -22,17 +22,17 @@ namespace ZelCameraApi::Internal {
 class DeviceInfoImpl;
 class SystemImpl;
 
-// The transport-layer type names of GenTL that have a number of their own.
+// The transport-layer type names of GenTL that have a number.
 const std::map<ZelCam::InterfaceType, std::string>& GetInterfaceTypesMap();
 
-// Owns every DeviceInfoImpl it ever made: those of the cameras that are there (active), those whose
-// camera vanished (retired), and those asked for by an identifier that the producer did not list.
-// So pointers to them stay valid until the interface ends.
+// Owns every DeviceInfoImpl that it made, so pointers to them stay valid until the interface ends:
+// those of present cameras (active), those of cameras that disappeared (retired), and those for
+// identifiers that the producer did not list.
 class InterfaceImpl final : public EventSource<ZelCam::Interface> {
   public:
     using DeviceInfoList = ListImpl<ZelCam::DeviceInfo, InterfaceImpl>;
 
-    // Opens the interface. Throws zelcam_exception when the producer refuses.
+    // Opens the interface. Throws zelcam_exception if the producer refuses.
     InterfaceImpl(SystemImpl* parent, const GenTLModule<void*>& tl, std::string id);
     ~InterfaceImpl();
 
@@ -47,14 +47,15 @@ class InterfaceImpl final : public EventSource<ZelCam::Interface> {
     ZelGenParam::Array* GetParameters(ZelCamErr* err) override;
     ZelCam::Device* CreateDeviceFromConfig(const char* fileName, ZelCamErr* err) override;
 
-    // The same from a file that is already read.
+    // The same for a file that was already read.
     ZelCam::Device* CreateDeviceFromConfig(tinyxml2::XMLDocument* document, ZelCamErr* err);
 
     // Deletes a list that was handed out.
     void RemoveList(DeviceInfoList* list);
 
-    // Reads the producer's current list of devices: new ones get a DeviceInfoImpl, vanished ones
-    // retire theirs, the others keep theirs. Throws zelcam_exception when the producer fails.
+    // Reads the producer's current list of devices. New devices get a DeviceInfoImpl, those of
+    // missing devices are retired, and the others stay. Throws zelcam_exception if the producer
+    // fails.
     void CollectDeviceInfos();
 
   private:

@@ -25,7 +25,7 @@ bool validateIpAddress(const std::string& text, unsigned int* value) {
     try {
         for (const std::string& part : parts)
             address = address << 8 | (static_cast<uint32_t>(std::stoi(part)) & 0xFF);
-    } catch (const std::exception&) {  // no number, or one beyond int
+    } catch (const std::exception&) {  // not a number, or out of the range of int
         return false;
     }
     *value = address;

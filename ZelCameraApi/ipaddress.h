@@ -6,12 +6,12 @@
 
 namespace ZelCameraApi::Internal {
 
-// The parts between the separators, empty ones too.
+// The parts between the separators, including empty parts.
 std::vector<std::string> split(const std::string& text, char separator);
 
-// Whether the text has four decimal parts. Parts are read as std::stoi does and not checked for
-// their range: what exceeds a part's eight bits is dropped. `*value` is the address, the first part
-// in the most significant byte, and 0 for a text that is none.
+// Whether the text has four decimal parts. Parts are read by std::stoi and not checked for their
+// range: only the lower eight bits of a part count. `*value` is the address, with the first part in
+// the most significant byte, and 0 if the text is not an address.
 bool validateIpAddress(const std::string& text, unsigned int* value);
 
 }  // namespace ZelCameraApi::Internal

@@ -10,8 +10,8 @@
 
 namespace ZelCameraApi::Internal {
 
-// A snapshot of items that belong to `Owner`, which owns the list too and deletes it when it is
-// released.
+// A snapshot of items that belong to `Owner`. The owner also owns the list and deletes it on
+// Release.
 template <typename T, typename Owner>
 class ListImpl final : public ZelCam::List<T> {
   public:
@@ -40,7 +40,7 @@ class ListImpl final : public ZelCam::List<T> {
     Owner* owner_;
 };
 
-// Holds a list handed out by the library and releases it.
+// Holds a list of the library and releases it.
 struct ListReleaser {
     template <typename T>
     void operator()(ZelCam::List<T>* list) const {

@@ -41,7 +41,7 @@ class OpenFile {
         return true;
     }
 
-    // Some file systems report only here that something was not written.
+    // Some file systems report failed writes only here.
     bool Close() {
         const int descriptor = std::exchange(descriptor_, -1);
         return descriptor >= 0 && close(descriptor) == 0;
@@ -51,7 +51,7 @@ class OpenFile {
     int descriptor_;
 };
 
-// A file of its own in a folder, removed at the end unless it took another name.
+// A temporary file in a folder. Its destructor removes it unless it was renamed.
 class TemporaryFile {
   public:
     explicit TemporaryFile(const std::string& folder) : file_(Create(folder)) {}
@@ -70,7 +70,8 @@ class TemporaryFile {
     }
 
   private:
-    // What exists is somebody else's, or was left by a process with the same number.
+    // An existing file belongs to another process, or an earlier process with the same number left
+    // it.
     int Create(const std::string& folder) {
         constexpr int kTries = 1000;
         static std::atomic<unsigned> count{0};
@@ -94,7 +95,7 @@ std::string FolderOf(const std::string& file) {
     return slash == 0 ? "/" : file.substr(0, slash);
 }
 
-// `former` is null when there is no such file yet.
+// `former` is null if there is no such file yet.
 bool Replace(const std::string& target, const struct stat* former, std::string_view content) {
     const std::string folder = FolderOf(target);
     TemporaryFile temporary(folder);
@@ -102,7 +103,7 @@ bool Replace(const std::string& target, const struct stat* former, std::string_v
     if (!file.IsOpen() || !file.Write(content)) return false;
     if (former != nullptr && !file.SetPermissions(former->st_mode)) return false;
     if (!file.Sync() || !file.Close() || !temporary.Rename(target)) return false;
-    // The file is there. Where a folder cannot be synced, that is all that can be had.
+    // The file exists. If the folder cannot be synced, nothing more can be done.
     const OpenFile opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (opened.IsOpen()) (void)opened.Sync();
     return true;

@@ -5,14 +5,14 @@
 
 namespace ZelCameraApi::Internal {
 
-// Gives a file a new content. Whoever opens it, also after a loss of power, finds the former file
-// or the new one. On failure, and without a name, nothing changes: the content is written to a
-// temporary file in the same folder, ".zelcam-" and two numbers, which then takes the name. Only a
-// process that is killed leaves it behind.
+// Replaces the content of a file. A reader always finds either the old or the new file, even after
+// a loss of power. On failure, and without a name, nothing changes: the content is written to a
+// temporary file in the same folder, ".zelcam-" and two numbers, which is then renamed. The
+// temporary file remains only if the process is killed.
 //
-// The permissions of a former file stay, those of a new one follow the umask. A former file that
-// may not be written is not replaced. A symbolic link stays, and the file that it leads to is
-// replaced; one that leads nowhere is a failure. Devices and pipes are written to.
+// An existing file keeps its permissions; the umask decides those of a new file. A write-protected
+// file is not replaced. A symbolic link stays, and the file that it leads to is replaced; a link
+// that leads nowhere is a failure. Devices and pipes are written directly.
 bool ReplaceFile(const char* fileName, std::string_view content);
 
 }  // namespace ZelCameraApi::Internal

@@ -46,7 +46,7 @@ ZelCam::Buffer* StreamImpl::SetBuffer(void* ptr, size_t size, void* userPtr, Zel
     });
 }
 
-// Both containers take the buffer, or none.
+// Either both containers take the buffer, or neither does.
 ZelCam::Buffer* StreamImpl::Add(std::unique_ptr<BufferImpl> buffer) {
     std::list<std::unique_ptr<BufferImpl>> added;
     BufferImpl* const own = added.emplace_back(std::move(buffer)).get();
@@ -87,7 +87,7 @@ ZelCam::Buffer* StreamImpl::GetBuffer(uint64_t timeout, ZelCamErr* err) {
     return buffer;
 }
 
-// The first entry that does not come before the handle.
+// The first entry whose handle is not less than `handle`.
 StreamImpl::HandleEntries::const_iterator StreamImpl::FirstWith(GenTL::BUFFER_HANDLE handle) const {
     return std::lower_bound(buffersByHandle_.begin(), buffersByHandle_.end(),
                             HandleEntry{handle, nullptr});
@@ -189,7 +189,7 @@ size_t StreamImpl::GetBufferSize() {
     });
 }
 
-// What the camera's features tell of the size of an image. A feature that cannot be read counts as
+// The size of an image according to the camera's features. A feature that cannot be read counts as
 // 0, and so makes the size 0.
 uint64_t StreamImpl::GetCameraPayloadSize() {
     ZelGenParam::Array* const camera = device_->GetCameraParameters(nullptr);

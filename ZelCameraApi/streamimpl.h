@@ -17,12 +17,12 @@ namespace ZelCameraApi::Internal {
 class BufferImpl;
 class DeviceImpl;
 
-// One data stream with its buffers, in the order in which they were announced. It keeps no state of
-// the acquisition: whether it is grabbing, and where each buffer is, the producer knows. Owned by
-// its device.
+// One data stream with its buffers, in the order in which they were announced. It stores no state
+// of the acquisition: the producer knows whether the stream is grabbing and where each buffer is.
+// Its device owns it.
 class StreamImpl final : public EventSource<ZelCam::Stream> {
   public:
-    // Opens the stream. Throws zelcam_exception when the producer refuses. When only the new-buffer
+    // Opens the stream. Throws zelcam_exception if the producer refuses. If only the new-buffer
     // event cannot be registered, GetBuffer will fail with the producer's code.
     StreamImpl(DeviceImpl* device, const std::string& id);
     ~StreamImpl();
@@ -82,9 +82,9 @@ class StreamImpl final : public EventSource<ZelCam::Stream> {
     GenTL::EVENT_HANDLE newBufferEvent_ = nullptr;
     std::list<std::unique_ptr<BufferImpl>> buffers_;
 
-    // The same buffers sorted by handle; of equal handles, which no sane producer gives, the one
-    // announced first comes first. Beside each other, because with each frame they have to be read
-    // into the caches again.
+    // The same buffers sorted by handle. A broken producer may give equal handles; then the buffer
+    // announced first comes first. The entries are contiguous, because each frame reads them into
+    // the caches again.
     HandleEntries buffersByHandle_;
     std::string id_;
     std::unique_ptr<ArrayImpl> parameters_;  // made when first asked for

@@ -14,12 +14,11 @@ namespace {
 constexpr const char* kDefaultProducer = "libZelCTI.cti";
 constexpr uint64_t kUpdateTimeoutMs = 1000;
 
-// Never filled: a System belongs to the application, and unloading the library must not end one
-// behind its back.
+// Never filled: a System belongs to the application, and unloading the library must not end it.
 std::unique_ptr<SystemImpl> systemWPtr;
 
-// Loads and opens a producer into `module`; returns the first code that is not 0. What was opened
-// before a failure is left to the unloading of the producer.
+// Loads and opens a producer into `module`; returns the first code that is not 0. After a failure,
+// unloading the producer ends what was opened before.
 int OpenProducer(const char* ctiPath, GenTLModule<void*>& module) {
     module.lib = std::make_shared<GenTLLib>(std::string(ctiPath));
     int result = module.lib->GCInitLib();
@@ -111,7 +110,7 @@ ZelCam::Device* SystemImpl::CreateDeviceFromConfig(const char* fileName, ZelCamE
 
 ZelCamErr SystemImpl::RegisterGenTLProvider(const char* ctiPath) {
     return CodeOf([&] {
-        // The place in the list comes first: nothing fails once the producer is open.
+        // First the entry in the list: nothing may fail once the producer is open.
         std::list<GenTLModule<void*>> opened(1);
         const int result = OpenProducer(ctiPath, opened.front());
         if (result == 0) systems_.splice(systems_.end(), opened);
@@ -123,7 +122,7 @@ void SystemImpl::RemoveList(InterfaceList* list) {
     RemoveOwned(lists_, list);
 }
 
-// All or nothing: when a producer fails midway, the next call starts over.
+// All or nothing: if a producer fails midway, the next call starts again.
 void SystemImpl::CollectInterfaces() {
     std::list<std::unique_ptr<InterfaceImpl>> interfaces;
     for (const auto& tl : systems_)

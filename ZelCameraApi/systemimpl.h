@@ -13,14 +13,14 @@ namespace ZelCameraApi::Internal {
 
 class InterfaceImpl;
 
-// Owns the system modules of its producers, the interfaces of all of them and the lists it handed
-// out. They end in the reverse of this order.
+// Owns the system modules of its producers, the interfaces of all producers and the lists that it
+// handed out. They end in the reverse order.
 class SystemImpl final : public ZelCam::System {
   public:
     using InterfaceList = ListImpl<ZelCam::Interface, SystemImpl>;
 
-    // Registers the default producer. Throws zelcam_exception when that fails: there is no System
-    // without it.
+    // Registers the default producer. Throws zelcam_exception if that fails, because no System
+    // exists without the default producer.
     SystemImpl();
     ~SystemImpl();
 

@@ -12,8 +12,8 @@ namespace {
 
 using AppendersByName = std::map<std::string, log4cpp::Appender*>;
 
-// What is registered under each name for which the file may define an appender: log4cpp lists its
-// appenders to nobody, but finds them by name. Names that are none of an appender do no harm.
+// The appenders that are registered under the names for which the file may define one: log4cpp does
+// not list its appenders, but finds them by name. Names without an appender do no harm.
 AppendersByName FindAppenders(const std::string& propertyFile) {
     const std::string key = "appender.";
     AppendersByName appenders;
@@ -72,8 +72,8 @@ void ConfiguredAppenders::Configure(const std::string& propertyFile) {
     take();
 }
 
-// A category that an application gave one of them to must not keep it; if it owns it, it deletes
-// it.
+// If the application added one of the appenders to a category, the category must not keep it; if
+// the category owns the appender, it deletes it.
 void ConfiguredAppenders::Delete() {
     for (const Configured& each : configured_) {
         if (each.life.expired()) continue;

@@ -9,19 +9,19 @@ namespace log4cpp {
 class Appender;
 }
 
-// Configures log4cpp from property files, each in place of the one before. log4cpp makes new
-// appenders each time and keeps those it made before, with their open files, until the program
-// ends; this class deletes them. Appenders of the application are left alone.
+// Configures log4cpp from property files; each configuration replaces the one before. log4cpp makes
+// new appenders each time and keeps the old ones, with their open files, until the program ends.
+// This class deletes the old ones, but not appenders of the application.
 // Thread-bound; other threads may log meanwhile.
 class ConfiguredAppenders {
   public:
-    // Throws log4cpp::ConfigureFailure. Then there is no appender of a file at all.
+    // Throws log4cpp::ConfigureFailure. Then no appender of any file exists.
     void Configure(const std::string& propertyFile);
 
   private:
     struct Configured {
         log4cpp::Appender* appender;
-        std::weak_ptr<void> life;  // the application may delete it as well
+        std::weak_ptr<void> life;  // the application may delete the appender, too
     };
 
     void Delete();

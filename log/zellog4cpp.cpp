@@ -15,9 +15,8 @@
 
 namespace {
 
-// Prints into a buffer of twice the size until the text fits. The printers answer with a negative
-// number both when a wide buffer is too small and when an argument cannot be converted at all,
-// hence the limit.
+// Doubles the buffer until the text fits. The limit is necessary because the printers return a
+// negative number both if a wide buffer is too small and if an argument cannot be converted at all.
 template <typename Char>
 std::basic_string<Char> FormatGrowing(int (*print)(Char*, size_t, const Char*, va_list),
                                       const Char* format, va_list args) {

@@ -151,7 +151,7 @@ constexpr uint32_t kTrueSenseBits[] = {8, 10, 12, 14};
 constexpr size_t kTrueSenseRows =
     std::size(kTrueSenseBits) * std::size(kTrueSensePatterns) * kTrueSensePhases;
 
-// The TrueSense rows count through bits, patterns and phases.
+// The TrueSense rows are ordered by bits, then patterns, then phases.
 struct TrueSenseFormat {
     constexpr explicit TrueSenseFormat(size_t row)
         : bits(kTrueSenseBits[row / (std::size(kTrueSensePatterns) * kTrueSensePhases)]),

@@ -1,5 +1,5 @@
-// The library's pixel-type codes: the table that describes each of them, and the lookups that turn
-// what a producer reports into a code.
+// The library's pixel-type codes: the table that describes each code, and the lookups that find the
+// code of a producer's pixel format.
 #pragma once
 
 #include <array>
@@ -8,8 +8,7 @@
 #include "ZelCam/PixelType.h"
 #include "gentl/PFNC.h"
 
-// Position of a component, named by its letter, within a pixel; -1 for a component it does not
-// have.
+// Position of a component, named by its letter, within a pixel; -1 if the pixel does not have it.
 int32_t GetIndexMONO(int16_t letter);
 int32_t GetIndexRGB(int16_t letter);
 int32_t GetIndexBGR(int16_t letter);
@@ -28,10 +27,11 @@ struct ColorModelDescription {
     uint32_t pixelType;
 };
 
-// One row a code: the row of a code is (code & 0xFF) - 1.
+// One row for each code; the row number is (code & 0xFF) - 1.
 extern const std::array<ColorModelDescription, 133> s_colorModelDescription;
 
-// The code of a PFNC pixel format, and of a GigE Vision "Packed" format; 0 for formats without one.
-// Formats in RGB order have no PFNC mapping, those in BGR order have: applications rely on it.
+// The code of a PFNC pixel format, and of a GigE Vision "Packed" format; 0 for formats without a
+// code. Formats in BGR order have a PFNC mapping, but formats in RGB order do not: applications
+// rely on this.
 II_PIXEL_TYPE_DEFINES PFNCToZelPixelType(GenICam_3_0::PFNC::PixelFormatStandardValue value);
 II_PIXEL_TYPE_DEFINES GevToZelPixelType(uint32_t value);

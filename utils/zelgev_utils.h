@@ -14,12 +14,12 @@
 uint32_t IP_Str2N(const char* s);
 uint32_t IP_Str2N(const char* s, uint32_t* out);
 
-// Number to dotted text; the first form takes network byte order, as in_addr has it.
+// Number to dotted text; the first form takes network byte order, like in_addr.
 std::string IP_N2Str(in_addr a);
 std::string IP_N2Str(uint32_t a);
 
-// Six hexadecimal fields of any case, separated by ':' when the text has one, else by '-'. Missing
-// fields count as 0.
+// Six hexadecimal fields in upper or lower case, separated by ':' if the text has one, else by '-'.
+// Missing fields count as 0.
 void MAC_Str2N(const char* s, uint32_t* low, uint16_t* high);
 
 // Lower-case hexadecimal, two digits an octet, with `separator` between them.

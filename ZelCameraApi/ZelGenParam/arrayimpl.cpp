@@ -14,11 +14,11 @@ namespace ZelCameraApi::Internal {
 
 namespace {
 
-// Ports announce two or three; a broken producer may report any number, none of which works.
+// Ports announce two or three; a broken producer may report any number of useless ones.
 constexpr uint32_t kMaxUrls = 64;
 
-// In the order of the node map. What was gathered before a failure counts; nothing gathered is
-// asked for again.
+// In the order of the node map. After a failure, the features gathered before it count; an empty
+// result is gathered again by the next call.
 std::vector<GenApi::INode*> FeaturesOf(const GenApi::CNodeMapRef& map) {
     std::vector<GenApi::INode*> features;
     try {
@@ -68,8 +68,8 @@ void ArrayImpl::CreateNodeMap(const char* xmlFile) {
     nodeMap_->_Connect(this, PortText(GenTL::PORT_INFO_PORTNAME, "Device"));
 }
 
-// From the first URL that leads to a description; null when none does. That one fails is no reason
-// to give up: ports announce alternatives.
+// From the first URL that leads to a description; null if none does. A failing URL does not end the
+// search, because ports announce alternatives.
 std::unique_ptr<GenApi::CNodeMapRef> ArrayImpl::LoadAnnounced(
     uint32_t urls, const GenICam::gcstring& moduleId) const {
     for (uint32_t i = 0; i < std::min(urls, kMaxUrls); ++i) {
@@ -222,7 +222,7 @@ uint32_t ArrayImpl::GetCount() {
 }
 
 ZelGenParam::Param* ArrayImpl::GetParamByIndex(uint32_t index, ZelCamErr* err) {
-    // Once there are some, the features are not touched any more.
+    // Features that are filled in never change again, so no lock is needed.
     if (index < GetCount()) return GetParam(features_[index]->GetName().c_str(), err);
     StoreError(err, ZelCamErr_IndexOutOfRange);
     return nullptr;

@@ -16,20 +16,20 @@
 
 namespace ZelCameraApi::Internal {
 
-// The node map of a module's port, and at the same time the GenApi port that the node map reads and
-// writes: every access to a feature becomes an access to the producer's port.
+// The node map of a module's port. It is also the GenApi port that the node map reads and writes:
+// every access to a feature becomes an access to the producer's port.
 //
-// It belongs to the object that opened the module and is disconnected or destroyed before the
-// module is closed. It owns the node map, the Params it handed out (one for each spelling of a
-// name) and the texts read by name. Members are declared in the order of their dependence: Params
-// go before their nodes, the node map before the producer.
+// It belongs to the object that opened the module, which disconnects or destroys it before closing
+// the module. It owns the node map, the Params that it handed out (one for each spelling of a name)
+// and the texts read by name. The order of the members is the order of their dependence: Params end
+// before their nodes, the node map before the producer.
 //
-// Thread-safe but for Disconnect and the destruction: the node map has a lock, and what is kept
-// here another one, which is never held while the node map is called. A sink, which runs inside the
+// Thread-safe except for Disconnect and destruction. The node map has a lock. A second lock guards
+// the data here; it is never held during a call of the node map, so a sink, which runs inside the
 // node map's lock, may call everything.
 class ArrayImpl final : public ZelGenParam::Array, public GenApi::IPort {
   public:
-    // Builds and connects the node map, from the file `xmlFile` or, when that is null, from the
+    // Builds and connects the node map, from the file `xmlFile` or, if that is null, from the
     // description that the port announces. Throws zelcam_exception, or what GenApi throws.
     ArrayImpl(const GenTLModule<void*>& module, const char* xmlFile);
     ArrayImpl(const ArrayImpl&) = delete;
@@ -63,15 +63,15 @@ class ArrayImpl final : public ZelGenParam::Array, public GenApi::IPort {
     bool IsCommandDone(const char* name, ZelCamErr* err) override;
     ZelCamErr Poll(int64_t elapsedMs) override;
 
-    // To be called when the module is going to be closed before this Array ends, which may change
-    // features: from then on no sink is called, and accesses to the port fail.
+    // Call this before closing the module if the Array ends later, because its end may change
+    // features: afterwards no sink is called, and accesses to the port fail.
     void Disconnect() { connected_ = false; }
     bool IsConnected() const { return connected_; }
 
     ~ArrayImpl() override;
 
-    // What the node map calls. The two accesses and the query throw GenApi's exceptions, which
-    // reach the caller of the feature.
+    // The node map calls these. They throw GenApi's exceptions, which reach the caller of the
+    // feature.
     GenApi::EAccessMode GetAccessMode() const override;
     void Read(void* buffer, int64_t address, int64_t length) override;
     void Write(const void* buffer, int64_t address, int64_t length) override;
@@ -81,7 +81,7 @@ class ArrayImpl final : public ZelGenParam::Array, public GenApi::IPort {
     std::unique_ptr<GenApi::CNodeMapRef> LoadAnnounced(uint32_t urls,
                                                        const GenICam::gcstring& moduleId) const;
 
-    // The port's text for a PORT_INFO command, `fallback` when it has none.
+    // The port's text for a PORT_INFO command, or `fallback` if it has none.
     GenICam::gcstring PortText(int command, const char* fallback) const;
     bool PortFlag(int command) const;
 
@@ -89,7 +89,7 @@ class ArrayImpl final : public ZelGenParam::Array, public GenApi::IPort {
     template <typename Public>
     Public* FindTyped(const char* name, ZelGenParam::ParamType type, ZelCamErr* err);
 
-    // What the name leads to; it stays as long as this Array. Null with a code when there is none.
+    // The feature of that name; it lives as long as this Array. Null with a code if there is none.
     NamedFeature* Find(const char* name, ZelCamErr* err);
 
     // The node of that name as the interface `Interface`, which must be its principal one.
@@ -113,9 +113,9 @@ class ArrayImpl final : public ZelGenParam::Array, public GenApi::IPort {
     KeptTexts texts_;                       // read by name
 };
 
-// A new Array over the port `module`. Null with a code when it cannot be made: that of the
-// producer's failing call, ZelCamErr_FileOpenFailed for a missing `xmlFile`, ZelCamErr_NoNodeMap
-// when there is no usable description, ZelCamErr_RuntimeError or ZelCamErr_GenApiError when GenApi
+// A new Array over the port `module`. Null with a code if it cannot be made: the code of the
+// producer's failing call, ZelCamErr_FileOpenFailed for a missing `xmlFile`, ZelCamErr_NoNodeMap if
+// there is no usable description, ZelCamErr_RuntimeError or ZelCamErr_GenApiError if GenApi
 // refuses.
 std::unique_ptr<ArrayImpl> CreateArray(const GenTLModule<void*>& module, ZelCamErr* err,
                                        const char* xmlFile);

@@ -1,4 +1,4 @@
-// The access by name of ArrayImpl, which makes no parameter objects.
+// ArrayImpl's access by name, which makes no parameter objects.
 #include <type_traits>
 
 #include "ZelCameraApi/ZelGenParam/arrayimpl.h"

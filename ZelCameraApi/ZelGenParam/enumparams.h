@@ -29,11 +29,11 @@ class EnumerationParamImpl final : public ZelGenParam::Enum, public ParamImpl {
     ZelCamErr SetValueStr(const char* value) override;
 
   private:
-    // `find(enumeration)` gives the entry, null when there is none.
+    // `find(enumeration)` returns the entry, or null if there is none.
     template <typename Find>
     ZelGenParam::EnumEntry* FindEntry(Find&& find);
 
-    std::mutex entriesMutex_;  // not held while the node map is called
+    std::mutex entriesMutex_;  // never held during a call of the node map
     std::map<int64_t, std::unique_ptr<EnumEntryParamImpl>> entries_;  // guarded by entriesMutex_
 };
 

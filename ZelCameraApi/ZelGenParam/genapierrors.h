@@ -1,19 +1,19 @@
-// GenApi's exceptions as codes. Access by name and the parameter objects keep different codes for
-// the same exception; each mapping stands once, here.
+// GenApi's exceptions as codes. Access by name and parameter objects have different codes for the
+// same exception; only this file knows the mappings.
 #pragma once
 
 #include "ZelCam/Error.h"
 
 namespace ZelCameraApi::Internal {
 
-// Only a write can violate a feature's limits: a limit that is hit while reading is a failure like
-// any other.
+// Only a write can violate a feature's limits: a violated limit during a read is a failure like any
+// other.
 enum class ValueAccess { Read, Write };
 
-// The code of the exception under way; to be called in a handler.
+// The code of the current exception. Call them in an exception handler.
 
-// For access by name. Rethrows what is neither an exception of GenApi nor a lack of memory: it
-// comes from a sink of the application.
+// For access by name. Rethrows exceptions that neither come from GenApi nor mean a lack of memory:
+// they come from a sink of the application.
 ZelCamErr CodeOfNamedAccess(ValueAccess access);
 
 // For parameter objects, whatever the exception.

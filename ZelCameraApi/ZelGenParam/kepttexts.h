@@ -11,12 +11,12 @@
 
 namespace ZelCameraApi::Internal {
 
-// Each thread has its own texts: a sink that reads on the event thread does not end what the
-// application is reading. Threads with the same id, one after the other, share theirs, so that
-// threads that come and go do not add up. Thread-safe.
+// Each thread has its own texts: a sink that reads on the event thread does not invalidate a text
+// that the application reads. Successive threads with the same id share their texts, so texts of
+// ended threads do not accumulate. Thread-safe.
 class KeptTexts {
   public:
-    // `text`, valid until the calling thread keeps another one under `key`.
+    // Returns `text`, valid until the calling thread stores another text under `key`.
     const char* Keep(const char* key, const GenICam::gcstring& text) {
         const std::lock_guard<std::mutex> lock(mutex_);
         return (texts_[{std::this_thread::get_id(), key}] = text).c_str();

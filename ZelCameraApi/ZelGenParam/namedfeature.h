@@ -12,15 +12,15 @@
 
 namespace ZelCameraApi::Internal {
 
-// A node as its principal interface, where that is one of these.
+// A node as its principal interface, if that is one of these.
 using NodeValue =
     std::variant<std::monostate, GenApi::IBoolean*, GenApi::ICommand*, GenApi::IEnumeration*,
                  GenApi::IFloat*, GenApi::IInteger*, GenApi::IString*>;
 
 NodeValue ValueOf(GenApi::INode* node);
 
-// What a name leads to. Finding a node and its interface takes many times as long as reading a
-// cached value, so both are done once.
+// The feature of a name. Finding a node and its interface takes many times as long as reading a
+// cached value, so both are found only once.
 struct NamedFeature {
     NamedFeature(std::string spelling, GenApi::INode* found)
         : name(std::move(spelling)), node(found), value(ValueOf(found)) {}

@@ -8,8 +8,8 @@
 
 namespace ZelCameraApi::Internal {
 
-// Reports changes of a node to `sink` as changes of `param`. The node map owns the object once it
-// is registered. Param and sink must be valid as long as the node can change.
+// Reports changes of a node to `sink` as changes of `param`. Once registered, the node map owns the
+// object. Param and sink must stay valid as long as the node can change.
 class ParamEventSink_NodeCallback final : public GenApi::CNodeCallback {
   public:
     ParamEventSink_NodeCallback(GenApi::INode* node, ParamImpl* param,

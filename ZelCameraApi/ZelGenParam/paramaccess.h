@@ -1,4 +1,4 @@
-// How parameter objects read and write the value of their node: one pattern each way.
+// How parameter objects read and write the value of their node.
 #pragma once
 
 #include <utility>
@@ -10,7 +10,7 @@
 
 namespace ZelCameraApi::Internal {
 
-// `get(value)` with the node's interface `Interface`; any failure gives the result type's zero.
+// `get(value)` with the node's interface `Interface`; a failure gives the result type's zero.
 template <typename Interface, typename Getter>
 auto ParamGetterWithError(GenApi::INode* node, ZelCamErr* err, Getter&& get)
     -> decltype(get(std::declval<Interface&>())) {

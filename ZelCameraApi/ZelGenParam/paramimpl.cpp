@@ -23,7 +23,7 @@ GenApi::INode* ParamImpl::NodeOrNull() const {
     return node_.IsValid() ? static_cast<GenApi::INode*>(node_) : nullptr;
 }
 
-// What `get` gives, null when there is no memory for it.
+// The result of `get`, or null if there is no memory for it.
 template <typename Get>
 const char* ParamImpl::KeepText(const char* operation, Get&& get) {
     GenApi::INode& node = *node_;
@@ -52,7 +52,7 @@ const char* ParamImpl::GetDisplayName() {
     return KeepText("GetDisplayName", [](GenApi::INode& node) { return node.GetDisplayName(); });
 }
 
-// What `query(node)` says, `fallback` when it cannot be told.
+// The result of `query(node)`, or `fallback` if it fails.
 template <typename Value, typename Query>
 Value ParamImpl::Ask(Value fallback, Query&& query) const {
     if (!node_.IsValid()) return fallback;
@@ -82,7 +82,7 @@ bool ParamImpl::IsValueCached() {
     });
 }
 
-// Modes that are not known for certain count, too.
+// Modes that are not certain count, too.
 bool ParamImpl::IsAvailable() {
     return Ask(false, [](const GenApi::INode& node) { return GenApi::IsAvailable(node); });
 }
@@ -103,13 +103,13 @@ ZelCamErr ParamImpl::RegisterEventSink(ZelGenParam::ParamEventSink* sink) {
     try {
         auto callback = std::make_unique<ParamEventSink_NodeCallback>(GetNode(), this, sink,
                                                                       GenApi::cbPostInsideLock);
-        // Nothing fails once the callback is registered.
+        // Nothing may fail once the callback is registered.
         decltype(sinks_) added;
         GenApi::CallbackHandleType& handle = added[sink];
         handle = node_->RegisterCallback(callback.get());
-        (void)callback.release();  // the node map has it
+        (void)callback.release();  // the node map owns it
         const std::lock_guard<std::mutex> lock(sinksMutex_);
-        // Of a sink registered twice the first handle stays.
+        // If a sink is registered twice, the first handle stays.
         sinks_.merge(added);
         return ZelCamErr_Success;
     } catch (...) {

@@ -1,4 +1,4 @@
-// What the parameter objects of all kinds have in common.
+// The base of parameter objects of all kinds.
 #pragma once
 
 #include <map>
@@ -16,8 +16,8 @@ namespace ZelCameraApi::Internal {
 class ArrayImpl;
 
 // A handle on one node of an Array's node map. The Array (or, for entries, the Enum) owns it and
-// destroys it before the node map, so that the node is valid as long as the Param. Callbacks that
-// are still registered then end with the node map. Thread-safe as the Array is.
+// destroys it before the node map, so the node is valid as long as the Param. Callbacks that are
+// still registered then end with the node map. Thread-safe, like the Array.
 class ParamImpl : public virtual ZelGenParam::Param {
   public:
     ParamImpl(ArrayImpl* owner, GenApi::INode* node);
@@ -38,7 +38,7 @@ class ParamImpl : public virtual ZelGenParam::Param {
     ZelCamErr RegisterEventSink(ZelGenParam::ParamEventSink* sink) override;
     ZelCamErr UnregisterEventSink(ZelGenParam::ParamEventSink* sink) override;
 
-    // Throws LogicalErrorException when there is no node, as the four texts above do.
+    // Throws LogicalErrorException if there is no node, like the four texts above.
     GenApi::INode* GetNode() override;
 
     ZelGenParam::Category* ToCategory() override;
@@ -50,7 +50,7 @@ class ParamImpl : public virtual ZelGenParam::Param {
     ZelGenParam::Int* ToInt() override;
     ZelGenParam::String* ToString() override;
 
-    // Whether sinks hear of changes: see ArrayImpl::Disconnect.
+    // Whether changes reach sinks: see ArrayImpl::Disconnect.
     bool IsConnected() const;
 
     virtual ~ParamImpl();
@@ -58,7 +58,7 @@ class ParamImpl : public virtual ZelGenParam::Param {
   protected:
     ArrayImpl* owner() const { return owner_; }
 
-    // Null where GetNode throws.
+    // Null if GetNode would throw.
     GenApi::INode* NodeOrNull() const;
 
     KeptTexts texts_;  // each under the name of the operation that returns it
@@ -71,7 +71,7 @@ class ParamImpl : public virtual ZelGenParam::Param {
 
     GenApi::CNodePtr node_;
     ArrayImpl* owner_;
-    std::mutex sinksMutex_;  // not held while the node map is called
+    std::mutex sinksMutex_;  // never held during a call of the node map
     // Guarded by sinksMutex_.
     std::map<ZelGenParam::ParamEventSink*, GenApi::CallbackHandleType> sinks_;
 };
@@ -83,8 +83,7 @@ class UnknownParamImpl final : public ParamImpl {
     ZelGenParam::ParamType GetType() override { return ZelGenParam::ParamType_Unknown; }
 };
 
-// The Param for a node, of the class that belongs to the node's principal interface. Null for a
-// null node.
+// The Param for a node. The node's principal interface decides its class. Null for a null node.
 std::unique_ptr<ParamImpl> CreateParam(ArrayImpl* owner, GenApi::INode* node);
 
 }  // namespace ZelCameraApi::Internal

@@ -16,8 +16,8 @@ namespace {
 using NodeMapOwner = std::unique_ptr<GenApi::CNodeMapRef>;
 using File = std::unique_ptr<FILE, int (*)(FILE*)>;
 
-// The length of a description is a claim of the device. The largest cameras need a few MiB, and the
-// engine takes no more than this.
+// The device claims the length of its description. The largest descriptions need a few MiB, and the
+// engine accepts no more than this.
 constexpr uint64_t kMaxLength = uint64_t{32} << 20;
 
 // Ports are read in whole registers.
@@ -30,13 +30,13 @@ std::string UpperCase(std::string text) {
     return text;
 }
 
-// What follows the last dot; empty when there is none.
+// The text after the last dot; empty if there is no dot.
 std::string ExtensionOf(const std::string& path) {
     const size_t dot = path.rfind('.');
     return dot != std::string::npos ? UpperCase(path.substr(dot + 1)) : std::string();
 }
 
-// `loadXml(map)` or `loadZip(map)`, as the extension says; null when it says neither.
+// Calls `loadXml(map)` or `loadZip(map)`, according to the extension; null for another extension.
 template <typename LoadXml, typename LoadZip>
 NodeMapOwner Load(const std::string& extension, const GenICam::gcstring& moduleId,
                   LoadXml&& loadXml, LoadZip&& loadZip) {
@@ -52,7 +52,7 @@ NodeMapOwner Load(const std::string& extension, const GenICam::gcstring& moduleI
 }
 
 struct RegisterRange {
-    std::string extension;  // of the file name that the registers stand for
+    std::string extension;  // of the file name that the registers represent
     uint64_t address;
     uint64_t length;
 };
@@ -71,7 +71,7 @@ RegisterRange ParseRegisterRange(const std::string& body) {
             number(addressEnd + 1, lengthEnd)};
 }
 
-// The bytes of the range alone: what the rounding added never reaches a parser.
+// Returns only the bytes of the range: bytes that rounding added never reach a parser.
 std::string ReadRegisters(const GenTLModule<void*>& port, const RegisterRange& range) {
     if (range.length > kMaxLength) throw RUNTIME_EXCEPTION("Description too large");
     const auto length = static_cast<size_t>(range.length);
@@ -89,7 +89,7 @@ NodeMapOwner LoadRegisters(const GenTLModule<void*>& port, const std::string& bo
     const std::string bytes = ReadRegisters(port, range);
     return Load(
         range.extension, moduleId,
-        // Zeros after the text fill its registers up.
+        // Zeros after the text fill up its last register.
         [&](GenApi::CNodeMapRef& map) { map._LoadXMLFromString(bytes.c_str()); },
         [&](GenApi::CNodeMapRef& map) { map._LoadXMLFromZIPData(bytes.data(), bytes.size()); });
 }
@@ -103,7 +103,7 @@ std::string FirstCharacters(const std::string& text, size_t count) {
     return {text.begin(), end};
 }
 
-// Opening anything but a regular file could block, or have an effect on a device.
+// Opening other files than regular ones could block or affect a device.
 std::string ReadRegularFile(const std::string& path) {
     const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     const File file(descriptor >= 0 ? fdopen(descriptor, "rb") : nullptr, &std::fclose);
@@ -118,8 +118,8 @@ std::string ReadRegularFile(const std::string& path) {
     return bytes;
 }
 
-// `path` is what follows the colon, slashes included. A device must not have other files opened
-// than descriptions, so the extension is looked at first.
+// `path` is the text after the colon, including slashes. A device must not make the library open
+// other files than descriptions, so the extension is checked first.
 NodeMapOwner LoadFileUrl(const std::string& path, const GenICam::gcstring& moduleId) {
     constexpr size_t kMaxPath = 512;
     const std::string file = FirstCharacters(path, kMaxPath);

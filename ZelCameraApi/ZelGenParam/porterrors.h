@@ -1,4 +1,4 @@
-// Results of a producer's port as GenApi's exceptions, in which a node map hears of them.
+// Turns results of a producer's port into the exceptions that a node map expects.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 namespace ZelCameraApi::Internal {
 
-// One access to a port's registers, for the texts.
+// One access to a port's registers, for the texts of exceptions.
 struct PortAccess {
     const char* verb;  // "Read" or "Write"
     int64_t address;

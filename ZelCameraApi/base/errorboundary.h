@@ -1,4 +1,4 @@
-// The public boundary: where exceptions of the library's inside become codes, zero values or null.
+// The public boundary: it turns exceptions of the library's inside into codes, zero values or null.
 #pragma once
 
 #include <exception>
@@ -15,8 +15,8 @@ inline void StoreError(ZelCamErr* err, int code) {
     if (err != nullptr) *err = static_cast<ZelCamErr>(code);
 }
 
-// For operations whose result is a code: any failure other than a producer's code is
-// ZelCamErr_Error.
+// For operations whose result is a code. `operation` returns the producer's code; an exception
+// becomes ZelCamErr_Error.
 template <typename Operation>
 ZelCamErr CodeOf(Operation&& operation) {
     try {
@@ -26,7 +26,7 @@ ZelCamErr CodeOf(Operation&& operation) {
     }
 }
 
-// For operations that cannot report: any failure gives the result type's zero.
+// For operations that cannot report: a failure gives the result type's zero.
 template <typename Operation>
 auto ZeroOnError(Operation&& operation) -> decltype(operation()) {
     try {

@@ -12,7 +12,7 @@
 
 namespace ZelCameraApi::Internal {
 
-// Its address lies in this library, whose file the loader tells.
+// Its address is in this library, so the loader can find the library's file by it.
 const char __fix_env_sym__ = 0;
 
 namespace {
@@ -88,8 +88,8 @@ bool IsDirectory(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// The user's cache folder; empty when there is none. Without a home directory no folder is made: it
-// would lie in the root of the file system.
+// The user's cache folder; empty if there is none. Without a home directory no folder is made,
+// because it would be in the root of the file system.
 std::string UserCacheDirectory() {
     std::string path = HomeDirectory();
     if (path.empty()) return {};
@@ -103,8 +103,8 @@ std::string UserCacheDirectory() {
 std::string CacheDirectory(const std::string& executableDirectory) {
     std::string path = UserCacheDirectory();
     if (!path.empty()) return path;
-    // The name is glued to the folder of the program, and it is that folder which is created: users
-    // have come to know the place.
+    // The name is appended to the folder of the program without a slash, and that folder is
+    // created: users rely on this place.
     mkdir(executableDirectory.c_str(), kFolderMode);
     return executableDirectory + kCache;
 }

@@ -8,12 +8,12 @@
 namespace ZelCameraApi::Internal {
 
 // Points GENICAM_ROOT, GENICAM_LOG_CONFIG_V3_0 and GENICAM_CACHE_V3_0 at this installation and at
-// the user's cache folder, which is created, and puts them back at its end; an empty value counts
-// as unset. Logging is configured on the way. No step fails the construction: results are logged.
+// the user's cache folder, which it creates, and restores them at its end; an empty value counts as
+// unset. It also configures logging. No failing step fails the construction: results are logged.
 //
-// The environment is the process's, so there is one of these at a time: another thread waits. What
-// the program itself does with its environment meanwhile is not synchronised: no other thread may
-// read or change it.
+// The process has only one environment, so only one of these objects exists at a time; other
+// threads wait. Nothing synchronises the program's own use of the environment: meanwhile, no other
+// thread may read or change it.
 class Environment {
   public:
     Environment();
@@ -22,7 +22,7 @@ class Environment {
     Environment& operator=(const Environment&) = delete;
 
   private:
-    const std::lock_guard<std::mutex> lock_;  // for all objects; to be held by the thread once only
+    const std::lock_guard<std::mutex> lock_;  // of all objects; a thread may hold it only once
     std::string oldRoot_;
     std::string oldLogConfig_;
     std::string oldCache_;
@@ -30,12 +30,12 @@ class Environment {
 
 std::unique_ptr<Environment> FixEnvironment();
 
-// The part of `path` before the last '/' that precedes its last character that is no '/'; all of it
-// when there is no such '/'.
+// The part of `path` before the last '/', ignoring slashes at its end. All of `path` if there is no
+// such '/'.
 std::string GetParentDirectory(const std::string& path);
 
-// Where the libraries of an executable lie: its folder, with the first "bin" below the grandparent
-// replaced by "lib".
+// The folder of an executable's libraries: the executable's folder, with the first "bin" below the
+// grandparent replaced by "lib".
 std::string LibraryDirectoryOf(const std::string& executableDirectory);
 
 }  // namespace ZelCameraApi::Internal

@@ -14,7 +14,7 @@ class gentl_error_category : public std::error_category {
     std::string message(int code) const override;
 };
 
-// Each source file has its own instance. Nothing compares categories, so that does no harm.
+// Each source file has its own instance. This does no harm, because nothing compares categories.
 static const gentl_error_category _gentl_error_category;
 
 // A GenTL call failed: code().value() is the GC_ERROR, what() its text.

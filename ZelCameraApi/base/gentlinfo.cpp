@@ -6,7 +6,7 @@ namespace {
 
 enum class TerminatingZero { Keep, Cut };
 
-// `query(&type, buffer, &size)` is called for the size, then for the text.
+// Calls `query(&type, buffer, &size)` for the size, then for the text.
 template <typename Query>
 std::string QueryString(TerminatingZero zero, Query&& query) {
     int type = GenTL::INFO_DATATYPE_UNKNOWN;

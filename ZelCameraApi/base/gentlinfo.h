@@ -13,7 +13,7 @@
 
 namespace ZelCameraApi::Internal {
 
-// What the value of a command is: its C++ type, and the data type that the producer must report.
+// The value of a command: its C++ type, and the data type that the producer must report.
 template <typename List, List CMD>
 struct info_command;
 
@@ -69,12 +69,12 @@ template <auto CMD>
 using InfoOf = info_command<decltype(CMD), CMD>;
 
 // Reads the value of a command through `query(command, &type, buffer, &size)`. Throws
-// zelcam_exception when the producer fails, std::invalid_argument when the size and std::bad_cast
-// when the data type is not that of the command.
+// zelcam_exception if the producer fails, std::invalid_argument if the size is wrong for the
+// command, and std::bad_cast if the data type is wrong.
 template <auto CMD, typename Query>
 typename InfoOf<CMD>::return_type QueryValue(Query&& query) {
     using Value = typename InfoOf<CMD>::return_type;
-    // A producer may write any byte as a boolean, a bool must not hold any.
+    // A producer may write any byte as a boolean, but a bool must be 0 or 1.
     using Storage = std::conditional_t<std::is_same_v<Value, bool>, GenTL::bool8_t, Value>;
 
     int type = GenTL::INFO_DATATYPE_UNKNOWN;
@@ -90,21 +90,20 @@ typename InfoOf<CMD>::return_type QueryValue(Query&& query) {
     }
 }
 
-// Text queries. Throw zelcam_exception when the producer fails, std::invalid_argument when the
-// value is not a string. The interface's text is cut before its terminating zero byte, the others
-// keep it; handing out c_str() makes no difference.
+// Text queries. They throw zelcam_exception if the producer fails, std::invalid_argument if the
+// value is not a string. The interface's text ends before its terminating zero byte; the others
+// include this byte. c_str() hides the difference.
 std::string TLGetInfoString(const GenTLModule<void*>& tl, int cmd);
 std::string IFGetInfoString(const GenTLModule<void*>& iface, int cmd);
 std::string GetDevInfoString(const GenTLModule<void*>& iface, const std::string& deviceId, int cmd);
 std::string PortGetInfoString(const GenTLModule<void*>& port, int cmd);
 std::string PortGetURLString(const GenTLModule<void*>& port, uint32_t index);
 
-// Most interfaces, cameras or streams that a producer may have: it takes a broken one to report
-// more.
+// The largest number of interfaces, cameras or streams. Only a broken producer reports more.
 constexpr uint32_t kMaxCount = 65536;
 
-// The number that `count(&number)` asks of a producer. Throws zelcam_exception when the producer
-// fails or the number is beyond kMaxCount, so that nobody counts to 2^32.
+// The number that `count(&number)` reads from a producer. Throws zelcam_exception if the producer
+// fails or the number is above kMaxCount, so that no loop runs to 2^32.
 template <typename Count>
 uint32_t QueryCount(Count&& count) {
     uint32_t number = 0;
@@ -113,12 +112,12 @@ uint32_t QueryCount(Count&& count) {
     return number;
 }
 
-// The size that a producer reports for a text. Throws zelcam_exception when it is beyond any text,
-// so that a broken producer does not exhaust the memory.
+// The size that a producer reports for a text. Throws zelcam_exception if no text can be that
+// large, so that a broken producer does not exhaust the memory.
 size_t CheckedTextSize(size_t size);
 
-// An identifier read with `query(buffer, &size)`, called for the size first; it keeps the
-// producer's terminating zero byte. Throws zelcam_exception when the producer fails.
+// Reads an identifier with `query(buffer, &size)`, which is called for the size first. The result
+// includes the producer's terminating zero byte. Throws zelcam_exception if the producer fails.
 template <typename Query>
 std::string QueryId(Query&& query) {
     size_t size = 0;

@@ -19,8 +19,8 @@ struct GenTLArgument<GenTL::bool8_t*> {
     using type = bool*;
 };
 
-// One function of a producer. A call is one null test and one indirect call; a function that the
-// producer does not export answers GC_ERR_NOT_AVAILABLE.
+// One function of a producer. A call costs one null test and one indirect call; a function that the
+// producer does not export returns GC_ERR_NOT_AVAILABLE.
 template <typename Pointer>
 class GenTLFunction;
 
@@ -49,29 +49,29 @@ class GenTLFunction<GenTL::GC_ERROR (*)(Args...)> {
     Pointer function_ = nullptr;
 };
 
-// A producer file, loaded with the dynamic loader, and its GenTL functions up to version 1.4, each
-// a member of the function's name:
+// A producer file, loaded with the dynamic loader, and its GenTL functions up to version 1.4. Each
+// function is a member with the function's name:
 //
 //     GenTLLib lib("/opt/producer/producer.cti");
 //     int result = lib.TLOpen(&handle);
 //
-// No function is mandatory: one that is missing shows when it is called. Shared by everything that
-// holds a handle of the producer (GenTLModule), so that the file stays loaded as long as any of
-// them. Neither GCInitLib nor GCCloseLib is called here.
+// No function is mandatory: only a call of a missing function fails. Everything that holds a handle
+// of the producer (GenTLModule) shares this object, so the file stays loaded as long as there is a
+// handle. This class calls neither GCInitLib nor GCCloseLib.
 //
 // After loading, thread-safe as far as the producer's functions are.
 class GenTLLib {
   public:
-    // Throws std::system_error with the loader's message when the file cannot be loaded.
+    // Throws std::system_error with the loader's message if the file cannot be loaded.
     explicit GenTLLib(const std::string& path);
 
-    // Wide paths load nothing: every function answers GC_ERR_NOT_AVAILABLE.
+    // Wide paths load nothing: every function returns GC_ERR_NOT_AVAILABLE.
     explicit GenTLLib(const std::wstring& path);
 
     GenTLLib(const GenTLLib&) = delete;
     GenTLLib& operator=(const GenTLLib&) = delete;
 
-    // Replaces the loaded producer, also by nothing when loading fails.
+    // Replaces the loaded producer. If loading fails, no producer is loaded.
     void Load(const std::string& path);
     void Load(const std::wstring& path);
 

@@ -7,8 +7,8 @@
 
 namespace ZelCameraApi::Internal {
 
-// A value: copies refer to the same module and keep the producer loaded. Closing the handle is the
-// business of the object that opened it.
+// A value: copies refer to the same module and keep the producer loaded. The object that opened the
+// handle closes it.
 template <typename Handle>
 struct GenTLModule {
     Handle handle{};
