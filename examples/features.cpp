@@ -1,5 +1,9 @@
 // Sets features of the first camera, shows what they do to the image, saves the settings and
 // restores them, and listens to an event of the camera.
+//
+//   features [file for the settings]
+//
+// Without a camera at hand: ZELSIM=1 ./features
 
 #include <atomic>
 #include <chrono>

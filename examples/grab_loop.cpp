@@ -2,6 +2,8 @@
 //
 //   grab_loop [number of the camera, from 0]
 //
+// Without a camera at hand: ZELSIM=1 ./grab_loop
+//
 // Shows the life of each object: who owns it, what ends it, and what can fail on the way.
 
 #include <cstdio>

@@ -1,5 +1,5 @@
 // One picture from the first camera. grab_loop.cpp shows how to choose a camera, how to go on
-// grabbing, and what can fail.
+// grabbing, and what can fail. Without a camera at hand: ZELSIM=1 ./one_picture
 
 #include <cstdio>
 

@@ -43,12 +43,23 @@ std::string ReadFile(const std::string& path) {
     return text;
 }
 
+// An unset variable counts as an empty one.
+std::string Variable(const char* name) {
+    const char* const value = std::getenv(name);
+    return value == nullptr ? "" : value;
+}
+
 }  // namespace
 
 WorldConfig LoadConfig() {
-    const char* const path = std::getenv("ZELSIM_CONFIG");
-    if (path == nullptr || *path == '\0') return DefaultConfig();
-    return ParseConfig(ReadFile(path), path);
+    const std::string path = Variable("ZELSIM_CONFIG");
+    if (!path.empty()) return ParseConfig(ReadFile(path), path);
+    const std::string asked = Variable("ZELSIM");
+    if (asked == "1") return DefaultConfig();
+    if (asked.empty() || asked == "0") return {};
+    throw Error(
+        GenTL::GC_ERR_INVALID_PARAMETER,
+        "ZELSIM=\"" + asked + "\": only 1 (built-in simulated cameras) and 0 (none) are known");
 }
 
 }  // namespace ZelSim

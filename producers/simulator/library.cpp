@@ -64,11 +64,11 @@ void Library::Replace(const WorldConfig& config) {
 void Library::GetInfo(Answer answer) {
     switch (answer.Command()) {
         case GenTL::TL_INFO_ID:
-            return answer.String("ZelSim");
+            return answer.String("ZelCTI");
         case GenTL::TL_INFO_VENDOR:
             return answer.String("ZelCam");
         case GenTL::TL_INFO_MODEL:
-            return answer.String("ZelCam simulated cameras");
+            return answer.String("ZelCam GenTL producer");
         case GenTL::TL_INFO_VERSION:
             return answer.String(ZELSIM_VERSION);
         case GenTL::TL_INFO_TLTYPE:
@@ -78,7 +78,7 @@ void Library::GetInfo(Answer answer) {
         case GenTL::TL_INFO_PATHNAME:
             return answer.String(OwnPath());
         case GenTL::TL_INFO_DISPLAYNAME:
-            return answer.String("Simulated cameras");
+            return answer.String("ZelCam cameras");
         case GenTL::TL_INFO_CHAR_ENCODING:
             return answer.Int32(GenTL::TL_CHAR_ENCODING_UTF8);
         case GenTL::TL_INFO_GENTL_VER_MAJOR:

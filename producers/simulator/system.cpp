@@ -10,7 +10,7 @@ namespace ZelSim {
 
 System::System(std::shared_ptr<World> world)
     : Module(Kind::System,
-             {"ZelSim", "ZelCam", "ZelCam simulated cameras", ZELSIM_VERSION, TLTypeMixedName,
+             {"ZelCTI", "ZelCam", "ZelCam GenTL producer", ZELSIM_VERSION, TLTypeMixedName,
               "TLSystem", "TLPort"},
              OwnRegisters()),
       world_(std::move(world)),

@@ -3,6 +3,10 @@
 // resolves them from the file it has loaded (dlopen with RTLD_NOLOAD gives the handle) through the
 // pointer types PZelSim...
 //
+// Simulated cameras exist only where somebody asks for them: ZelSim_Configure, or in the
+// environment ZELSIM_CONFIG (a file) or ZELSIM=1 (the built-in ones), which are read when the
+// producer is first initialised.
+//
 // All functions are thread-safe and act on the whole process: every System that uses the file sees
 // the same simulated cameras. They return GenTL codes (GC_ERROR_LIST).
 #ifndef ZELSIM_H
@@ -71,9 +75,10 @@ ZELSIM_EXPORT int32_t ZelSim_ClearFaults(void);
 // unknown name.
 ZELSIM_EXPORT uint64_t ZelSim_GetCallCount(const char* function);
 
-// Replaces all interfaces and cameras by those of a configuration text (see docs/simulator.md);
-// null for the built-in ones. GC_ERR_BUSY while any module is open, GC_ERR_INVALID_PARAMETER for a
-// text that is not a configuration.
+// Replaces all simulated interfaces and cameras by those of a configuration text (see
+// docs/simulator.md); null for the built-in ones. Before the first initialisation it takes the
+// place of the environment, which is not read then. GC_ERR_BUSY while any module is open,
+// GC_ERR_INVALID_PARAMETER for a text that is not a configuration.
 ZELSIM_EXPORT int32_t ZelSim_Configure(const char* xml);
 
 // Adds a camera to an interface: `xml` is one Camera element of the configuration. It shows after

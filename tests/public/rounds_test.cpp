@@ -8,6 +8,7 @@
 #include "ZelGenParam/Array.h"
 #include "tests/support/holder.h"
 #include "tests/support/processstate.h"
+#include "tests/support/simulator.h"
 
 namespace {
 
@@ -48,6 +49,8 @@ ZelCam::DeviceInfo* FirstCamera(ZelCam::System* system) {
 }
 
 TEST(Rounds, OfOpeningReadingAndClosingLeaveNothingBehind) {
+    const ZelTest::Simulator simulator;
+    ASSERT_EQ(simulator.configure(nullptr), 0);
     const ZelTest::Holder<ZelCam::System> system(ZelCam_GetSystem());
     ASSERT_NE(system, nullptr);
     ZelCam::DeviceInfo* const info = FirstCamera(system.get());

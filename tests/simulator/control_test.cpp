@@ -15,7 +15,9 @@
 
 using namespace GenTL;
 using ::testing::AllOf;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::IsEmpty;
 
 namespace {
 
@@ -196,49 +198,97 @@ TEST_F(ConfigTest, RefusesWhatIsNoConfiguration) {
     EXPECT_EQ(DeviceIds(OpenInterface("GEV0")).size(), 2U);
 }
 
-// A file that ZELSIM_CONFIG names while a producer is loaded.
-class ConfigFile {
-  public:
-    explicit ConfigFile(const std::string& text)
-        : path_(std::filesystem::path(::testing::TempDir()) /
-                ("zelsim-" + std::to_string(getpid()) + ".xml")) {
-        std::ofstream(path_) << text;
-        setenv("ZELSIM_CONFIG", path_.c_str(), 1);
-    }
-    ~ConfigFile() {
-        unsetenv("ZELSIM_CONFIG");
+// An environment that asks for nothing, until a test sets variables.
+class EnvironmentTest : public ::testing::Test {
+  protected:
+    EnvironmentTest() { Clear(); }
+    ~EnvironmentTest() override {
+        Clear();
         std::filesystem::remove(path_);
     }
-    std::string Path() const { return path_; }
 
-  private:
-    std::filesystem::path path_;
+    static void Set(const char* name, const std::string& value) { setenv(name, value.c_str(), 1); }
+
+    static void Clear() {
+        unsetenv("ZELSIM");
+        unsetenv("ZELSIM_CONFIG");
+    }
+
+    void SetConfig(const std::string& text) {
+        std::ofstream(path_) << text;
+        Set("ZELSIM_CONFIG", path_);
+    }
+
+    // What a program meets that loads the producer.
+    static std::vector<std::string> InterfaceIds() {
+        const Producer p;
+        EXPECT_EQ(p.GCInitLib(), GC_ERR_SUCCESS);
+        TL_HANDLE system = nullptr;
+        EXPECT_EQ(p.TLOpen(&system), GC_ERR_SUCCESS);
+        uint32_t count = 0;
+        EXPECT_EQ(p.TLGetNumInterfaces(system, &count), GC_ERR_SUCCESS);
+        std::vector<std::string> ids;
+        for (uint32_t i = 0; i < count; ++i) {
+            char id[16] = {};
+            size_t size = sizeof(id);
+            EXPECT_EQ(p.TLGetInterfaceID(system, i, id, &size), GC_ERR_SUCCESS);
+            ids.emplace_back(id);
+        }
+        EXPECT_EQ(p.GCCloseLib(), GC_ERR_SUCCESS);
+        return ids;
+    }
+
+    static void ExpectRefusal(const Producer& p, GC_ERROR expected, const std::string& reason) {
+        EXPECT_EQ(p.GCInitLib(), expected) << reason;
+        GC_ERROR code = 0;
+        char text[600] = {};
+        size_t size = sizeof(text);
+        ASSERT_EQ(p.GCGetLastError(&code, text, &size), GC_ERR_SUCCESS);
+        EXPECT_EQ(code, expected);
+        EXPECT_THAT(text, HasSubstr(reason));
+    }
+
+    const std::string path_ = std::filesystem::path(::testing::TempDir()) /
+                              ("zelsim-" + std::to_string(getpid()) + ".xml");
 };
 
-TEST(ConfigFileTest, IsReadWhenTheProducerIsInitialised) {
-    ConfigFile file("<ZelSim><Interface id='mine' type='CL'/></ZelSim>");
+TEST_F(EnvironmentTest, NoSimulatedCameraComesUnasked) {
+    EXPECT_THAT(InterfaceIds(), IsEmpty());
+    for (const char* no : {"", "0"}) {
+        Set("ZELSIM", no);
+        Set("ZELSIM_CONFIG", "");
+        EXPECT_THAT(InterfaceIds(), IsEmpty()) << no;
+    }
+    Set("ZELSIM", "1");
+    EXPECT_THAT(InterfaceIds(), ElementsAre("GEV0", "U3V0"));
+}
+
+TEST_F(EnvironmentTest, ConfigurationGoesBeforeTheBuiltInOne) {
+    SetConfig("<ZelSim><Interface id='mine' type='CL'/></ZelSim>");
+    EXPECT_THAT(InterfaceIds(), ElementsAre("mine"));
+    for (const char* other : {"", "0", "1", "yes"}) {
+        Set("ZELSIM", other);
+        EXPECT_THAT(InterfaceIds(), ElementsAre("mine")) << other;
+    }
+}
+
+TEST_F(EnvironmentTest, OtherValuesFailTheInitialisation) {
     Producer p;
-    ASSERT_EQ(p.GCInitLib(), GC_ERR_SUCCESS);
-    TL_HANDLE system = nullptr;
-    ASSERT_EQ(p.TLOpen(&system), GC_ERR_SUCCESS);
-    char id[16] = {};
-    size_t size = sizeof(id);
-    EXPECT_EQ(p.TLGetInterfaceID(system, 0, id, &size), GC_ERR_SUCCESS);
-    EXPECT_STREQ(id, "mine");
+    for (const char* wrong : {"yes", "2", "01", " 1"}) {
+        Set("ZELSIM", wrong);
+        ExpectRefusal(p, GC_ERR_INVALID_PARAMETER, "ZELSIM=\"" + std::string(wrong) + "\"");
+    }
+    // What a program configured does not depend on the environment.
+    ASSERT_EQ(p.Configure(nullptr), GC_ERR_SUCCESS);
+    EXPECT_EQ(p.GCInitLib(), GC_ERR_SUCCESS);
     EXPECT_EQ(p.GCCloseLib(), GC_ERR_SUCCESS);
 }
 
-TEST(ConfigFileTest, BadFileFailsTheInitialisation) {
-    ConfigFile file("<ZelSim>\n\n<Interface id='mine' type='X'/></ZelSim>");
+TEST_F(EnvironmentTest, BadFileFailsTheInitialisation) {
+    SetConfig("<ZelSim>\n\n<Interface id='mine' type='X'/></ZelSim>");
     Producer p;
-    EXPECT_EQ(p.GCInitLib(), GC_ERR_INVALID_PARAMETER);
-    GC_ERROR code = 0;
-    char text[600] = {};
-    size_t size = sizeof(text);
-    ASSERT_EQ(p.GCGetLastError(&code, text, &size), GC_ERR_SUCCESS);
-    EXPECT_EQ(code, GC_ERR_INVALID_PARAMETER);
-    EXPECT_THAT(text, HasSubstr(file.Path() + ":3: type=\"X\""));
-    const std::string pipe = file.Path() + ".pipe";
+    ExpectRefusal(p, GC_ERR_INVALID_PARAMETER, path_ + ":3: type=\"X\"");
+    const std::string pipe = path_ + ".pipe";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     const std::map<std::string, std::string> files = {
         {"/nonexistent/cameras.xml", "No such file or directory"},
@@ -246,14 +296,11 @@ TEST(ConfigFileTest, BadFileFailsTheInitialisation) {
         {pipe, "only a regular file"},
         {::testing::TempDir(), "it is a folder"}};
     for (const auto& [path, reason] : files) {
-        setenv("ZELSIM_CONFIG", path.c_str(), 1);
-        EXPECT_EQ(p.GCInitLib(), GC_ERR_IO) << path;
-        size = sizeof(text);
-        ASSERT_EQ(p.GCGetLastError(&code, text, &size), GC_ERR_SUCCESS);
-        EXPECT_THAT(text, HasSubstr(path + ": " + reason));
+        Set("ZELSIM_CONFIG", path);
+        ExpectRefusal(p, GC_ERR_IO, path + ": " + reason);
     }
     std::filesystem::remove(pipe);
-    unsetenv("ZELSIM_CONFIG");
+    Clear();
     EXPECT_EQ(p.GCInitLib(), GC_ERR_SUCCESS);
     EXPECT_EQ(p.GCCloseLib(), GC_ERR_SUCCESS);
 }

@@ -128,6 +128,24 @@ TEST_F(ModuleTest, AnswersInfoCommandsInTwoCalls) {
     EXPECT_EQ(path.Text(), ZELCTI_PATH);
 }
 
+// One file for all cameras, real ones too: only its interfaces are named as simulated.
+TEST_F(ModuleTest, ProducerIsNotNamedAsSimulated) {
+    const auto text = [](auto query, GenTL::PORT_HANDLE module, int32_t command) {
+        return Ask([&](INFO_DATATYPE* type, void* buffer, size_t* size) {
+                   return query(module, command, type, buffer, size);
+               })
+            .Text();
+    };
+    EXPECT_EQ(text(p.TLGetInfo, system, TL_INFO_ID), "ZelCTI");
+    EXPECT_EQ(text(p.TLGetInfo, system, TL_INFO_MODEL), "ZelCam GenTL producer");
+    EXPECT_EQ(text(p.TLGetInfo, system, TL_INFO_DISPLAYNAME), "ZelCam cameras");
+    EXPECT_EQ(text(p.GCGetPortInfo, system, PORT_INFO_ID), "ZelCTI");
+    EXPECT_EQ(text(p.GCGetPortInfo, system, PORT_INFO_MODEL), "ZelCam GenTL producer");
+    const IF_HANDLE interface = OpenInterface("GEV0");
+    EXPECT_EQ(text(p.GCGetPortInfo, interface, PORT_INFO_VENDOR), ZELSIM_INTERFACE_VENDOR);
+    EXPECT_EQ(text(p.GCGetPortInfo, interface, PORT_INFO_MODEL), ZELSIM_INTERFACE_MODEL);
+}
+
 TEST_F(ModuleTest, LastErrorBelongsToTheThread) {
     EXPECT_EQ(p.TLClose(nullptr), GC_ERR_INVALID_HANDLE);
     std::thread([&] {

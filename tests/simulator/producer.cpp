@@ -53,6 +53,7 @@ std::string Info::Text() const {
 }
 
 SimulatorTest::SimulatorTest() {
+    EXPECT_EQ(p.Configure(nullptr), GC_ERR_SUCCESS);
     EXPECT_EQ(p.GCInitLib(), GC_ERR_SUCCESS);
     EXPECT_EQ(p.TLOpen(&system), GC_ERR_SUCCESS);
 }

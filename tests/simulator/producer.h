@@ -76,7 +76,7 @@ Info Ask(Query&& query) {
     return info;
 }
 
-// A producer that is initialised, with one system module open.
+// A producer that is initialised, with the built-in cameras and one system module open.
 class SimulatorTest : public ::testing::Test {
   protected:
     SimulatorTest();

@@ -28,6 +28,7 @@ class ToolCheck : public ToolTest {
 };
 
 TEST_F(ToolCheck, EverySimulatedCameraPasses) {
+    SetVariable("ZELSIM", "1");
     for (const char* configuration : {"", ZELCAM_DEMO_CAMERAS}) {
         SetVariable("ZELSIM_CONFIG", configuration);
         const json cameras = Run({"list", "--json"}).Json().at("cameras");
@@ -62,7 +63,7 @@ TEST_F(ToolCheck, FaultsFailTheirCheckAndLeaveTheOthers) {
 }
 
 TEST_F(ToolCheck, ReadOnlyLeavesTheCameraAlone) {
-    const ToolResult result = Run({"check", "1", "--json", "-a", "readonly", "-n", "5"});
+    const ToolResult result = Run({"check", "--simulated", "--json", "-a", "readonly", "-n", "5"});
     EXPECT_THAT(Named(result.Json(), "skipped"), Contains("write and restore")) << result.out;
 }
 

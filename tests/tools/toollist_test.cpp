@@ -326,6 +326,10 @@ TEST_F(Completion, CommandsOptionsCamerasAndFiles) {
     EXPECT_EQ(Offers("grab --co"), "--count\n");
     EXPECT_EQ(Offers("grab -f r"), "raw\n");
     EXPECT_EQ(Offers("list --producer cam"), "cameras.xml\n");
+    SetVariable("ZELSIM_CONFIG", "");
+    EXPECT_EQ(Offers("grab U"), "\n") << "nobody asked for simulated cameras";
+    EXPECT_EQ(Offers("grab --simulated U"), "U3V0-CAM0\n");
+    EXPECT_EQ(Offers("get --simulated U3V0-CAM0 Hei"), "HeightMax\nHeight\n");
 }
 
 // The options that the completion offers are those the program has, whose help fits a terminal.

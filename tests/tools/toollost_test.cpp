@@ -27,6 +27,7 @@ class ToolLost : public ::testing::Test {
         std::string failure;
     };
 
+    ToolLost() { EXPECT_EQ(simulator_.configure(nullptr), 0); }
     ~ToolLost() override { simulator_.clearFaults(); }
 
     static Result Run(std::vector<std::string> arguments) {

@@ -181,7 +181,6 @@ TEST_F(ChooseCameraTest, FailuresListTheCandidates) {
                 AllOf(HasSubstr("3: \"left\" fits several"), HasSubstr("cam-a"),
                       HasSubstr("2  cam-b"), HasSubstr("eth2"), Not(HasSubstr("cam-c"))));
     EXPECT_THAT(FailureOf([&] { NumberOf("4"); }), AllOf(HasSubstr("cam-a"), HasSubstr("cam-c")));
-    EXPECT_THAT(FailureOf([] { ChooseCamera({}, ""); }), HasSubstr("3: no camera"));
 }
 
 TEST(TextTable, AlignsCharactersNotBytes) {

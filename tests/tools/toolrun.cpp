@@ -31,7 +31,8 @@ int ExitCodeOf(int process) {
 void ToolTest::SetUp() {
     folder_ = ::testing::TempDir() + "zelcam-XXXXXX";
     ASSERT_NE(mkdtemp(folder_.data()), nullptr);
-    unsetenv("GENICAM_GENTL64_PATH");
+    for (const char* variable : {"GENICAM_GENTL64_PATH", "ZELSIM", "ZELSIM_CONFIG"})
+        unsetenv(variable);
     if (!interfaces_.empty()) SetCameras(interfaces_);
 }
 

@@ -60,7 +60,16 @@ void TellAboutProducers(const Session& session) {
     }
 }
 
+[[noreturn]] void FailWithoutCamera(const Session& session) {
+    std::string message = "no camera was found; `zelcam list` says what to check";
+    if (session.CouldAskForSimulated()) {
+        message += ", and --simulated takes a simulated one (other programs: ZELSIM=1)";
+    }
+    throw Failure(ExitCode::NoCamera, message);
+}
+
 const Camera& SelectOne(const Session& session, const std::string& wanted) {
+    if (session.Cameras().empty()) FailWithoutCamera(session);
     const Camera& camera = ChooseCamera(session.Cameras(), wanted);
     if (!camera.simulated || session.AsksForSimulated()) return camera;
     if (wanted.empty() && session.HasRealProducer()) {
@@ -77,9 +86,6 @@ const Camera& SelectOne(const Session& session, const std::string& wanted) {
 }  // namespace
 
 const Camera& ChooseCamera(const std::vector<Camera>& cameras, const std::string& wanted) {
-    if (cameras.empty()) {
-        throw Failure(ExitCode::NoCamera, "no camera was found; `zelcam list` says what to check");
-    }
     const std::vector<const Camera*> found = Matching(cameras, wanted);
     if (found.empty()) {
         throw Failure(ExitCode::NoCamera, "there is no camera \"" + wanted + "\"; there are" +

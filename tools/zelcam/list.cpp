@@ -70,6 +70,9 @@ Json CamerasAsJson(const Session& session) {
 }
 
 std::string DefaultProducerAdvice(const Producer& standard) {
+    if (standard.reason.find("ZELSIM=") != std::string::npos) {
+        return "set ZELSIM to 1 for the built-in simulated cameras, or unset it to do without";
+    }
     const std::string configuration = TextOrEmpty(std::getenv("ZELSIM_CONFIG"));
     if (!configuration.empty() && standard.reason.find(configuration) != std::string::npos) {
         return "the configuration of the simulated cameras is refused: correct the file, or unset "
@@ -82,6 +85,11 @@ std::string DefaultProducerAdvice(const Producer& standard) {
 // What to look at when there is no real camera, for the kinds of interface there are.
 std::vector<std::string> WhatToCheck(const Session& session) {
     if (!session.HasInterfaceList()) return {DefaultProducerAdvice(session.Producers().front())};
+    if (session.AsksForSimulated()) {
+        return {
+            "no producer that is used simulates a camera: look at the file in ZELSIM_CONFIG, at "
+            "LD_LIBRARY_PATH (another default producer) and at --only"};
+    }
     if (!session.HasRealProducer()) {
         return {
             "no producer for real cameras is loaded: give the file of your camera's maker with "
@@ -120,7 +128,13 @@ void PrintText(const Session& session) {
     if (!cameras.empty() && (!cameras.front().simulated || session.AsksForSimulated())) return;
     std::cout << (cameras.empty() ? "\nNo camera was found." : "\nNo real camera was found.")
               << " What to check:\n";
-    for (const std::string& check : WhatToCheck(session))
+    std::vector<std::string> checks = WhatToCheck(session);
+    if (session.CouldAskForSimulated()) {
+        checks.emplace_back(
+            "no camera at hand? every command takes simulated ones with --simulated: `zelcam list "
+            "--simulated`; other programs find them with ZELSIM=1 in their environment");
+    }
+    for (const std::string& check : checks)
         PrintIndented(std::cout, "- " + check, width);
 }
 

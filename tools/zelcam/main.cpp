@@ -35,6 +35,7 @@ constexpr const char* help =
     "  130  ended with Ctrl-C before all was done\n\n"
     "Examples:\n"
     "  zelcam list\n"
+    "  zelcam list --simulated   (without a camera at hand)\n"
     "  zelcam grab -o picture.png\n"
     "  zelcam features\n"
     "  zelcam set 1 ExposureTime=5ms\n"

@@ -16,6 +16,12 @@ namespace {
 
 using State = Producer::State;
 
+// The default producer lists simulated cameras only where the environment asks for them. A file of
+// the user's goes before the built-in ones.
+void AskForSimulatedCameras() {
+    if (TextOrEmpty(std::getenv("ZELSIM_CONFIG")).empty()) setenv("ZELSIM", "1", 1);
+}
+
 // Registers a producer; a failure is noted in it.
 void Register(ZelCam::System& system, Producer& producer) {
     const ZelCamErr code = system.RegisterGenTLProvider(producer.file.c_str());
@@ -89,8 +95,9 @@ void Producer::Skip(const std::string& why) {
 }
 
 bool Producer::OnlySimulates() const {
-    return !interfaces.empty() && std::all_of(interfaces.begin(), interfaces.end(),
-                                              [](const auto& each) { return each.simulated; });
+    if (interfaces.empty()) return origin == Origin::Default;
+    return std::all_of(interfaces.begin(), interfaces.end(),
+                       [](const auto& each) { return each.simulated; });
 }
 
 std::string Camera::Description() const {
@@ -105,6 +112,7 @@ Session::Session(const SessionOptions& options)
     : options_(options),
       producers_(CollectProducers(options.producers, options.only,
                                   TextOrEmpty(std::getenv("GENICAM_GENTL64_PATH")))) {
+    if (options_.simulated) AskForSimulatedCameras();
     // Each forks: what has threads comes later.
     const std::vector<Trial> trials = StartTrials();
     const LiveLine line(Waiting("searching for cameras"));
@@ -120,6 +128,13 @@ bool Session::HasRealProducer() const {
     return std::any_of(producers_.begin(), producers_.end(), [](const Producer& producer) {
         return producer.state == State::Loaded && !producer.leftOut && !producer.OnlySimulates();
     });
+}
+
+bool Session::CouldAskForSimulated() const {
+    return HasInterfaceList() && !producers_.front().leftOut && !options_.simulated &&
+           !options_.noSimulated &&
+           std::none_of(interfaces_.begin(), interfaces_.end(),
+                        [](const InterfaceEntry& entry) { return entry.simulated; });
 }
 
 std::string Session::DefaultProducerName() const {

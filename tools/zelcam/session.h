@@ -26,7 +26,7 @@ struct SessionOptions {
     std::string only;                    // the producer whose cameras alone are used; empty: all
     uint64_t searchMs = 1000;            // time each interface has to find its cameras
     uint64_t loadMs = 10000;   // time a producer has for everything else, see TrialOptions
-    bool simulated = false;    // simulated cameras only
+    bool simulated = false;    // simulated cameras only; asks the default producer for them
     bool noSimulated = false;  // none of them
     bool json = false;
 };
@@ -52,7 +52,8 @@ struct Producer {
     void Fail(const std::string& why);
     void Skip(const std::string& why);
 
-    // Whether it is there for simulated cameras and nothing else.
+    // Whether no real camera can come from it: all of its interfaces are simulated or, in the
+    // default producer, there is none.
     bool OnlySimulates() const;
 };
 
@@ -107,6 +108,9 @@ class Session {
     bool HasRealProducer() const;
 
     bool AsksForSimulated() const { return options_.simulated; }
+
+    // Whether there is no simulated camera for the only reason that nobody asked for one.
+    bool CouldAskForSimulated() const;
 
     // Name and version of the default producer, as it tells them; empty when it could not be asked.
     std::string DefaultProducerName() const;

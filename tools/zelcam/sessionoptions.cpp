@@ -13,7 +13,9 @@ void AddProducerOptions(Command command, SessionOptions& options) {
                    "loaded in any case")
         .TypeName("FILE");
     CommandOption simulated =
-        command.AddFlag("--simulated", options.simulated, "Use simulated cameras only");
+        command.AddFlag("--simulated", options.simulated,
+                        "Use simulated cameras only: those in the file that ZELSIM_CONFIG names, "
+                        "else built-in ones");
     command.AddFlag("--no-simulated", options.noSimulated, "Leave simulated cameras out")
         .Excludes(simulated);
     command

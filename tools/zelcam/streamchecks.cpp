@@ -72,7 +72,7 @@ void FetchFrame(Acquisition& acquisition, uint64_t timeoutMs) {
     FetchFrames(acquisition, 1, timeoutMs, unused);
 }
 
-// The function of the simulator behind the camera; null for other producers.
+// The function of the simulator behind a simulated camera; null for other producers.
 PZelSim_UnplugCamera FindUnplug(const std::string& producer) {
     const std::unique_ptr<void, int (*)(void*)> library(
         dlopen(producer.c_str(), RTLD_NOW | RTLD_NOLOAD),
@@ -194,7 +194,7 @@ std::string CheckSearch(OpenedCamera& camera, uint64_t timeoutMs) {
 }
 
 std::string CheckUnplug(OpenedCamera& camera, const std::string& producer) {
-    const PZelSim_UnplugCamera unplug = FindUnplug(producer);
+    const PZelSim_UnplugCamera unplug = camera.Info().simulated ? FindUnplug(producer) : nullptr;
     if (unplug == nullptr) throw Skip("this is no simulated camera");
     constexpr uint64_t waitMs = 2000;
     FrameStatistics statistics;
