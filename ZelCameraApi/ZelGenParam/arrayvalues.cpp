@@ -7,6 +7,23 @@
 
 namespace ZelCameraApi::Internal {
 
+namespace {
+
+// Null for a node that has no value, although some of these nodes have the interface.
+GenApi::IValue* ValueInterfaceOf(GenApi::INode* node) {
+    switch (node->GetPrincipalInterfaceType()) {
+        case GenApi::intfICategory:
+        case GenApi::intfICommand:
+        case GenApi::intfIEnumEntry:
+        case GenApi::intfIPort:
+            return nullptr;
+        default:
+            return dynamic_cast<GenApi::IValue*>(node);
+    }
+}
+
+}  // namespace
+
 using GenApi::IBoolean;
 using GenApi::ICommand;
 using GenApi::IEnumeration;
@@ -115,6 +132,27 @@ ZelCamErr ArrayImpl::Poll(int64_t elapsedMs) {
         return ZelCamErr_Success;
     } catch (...) {
         return CodeOfNamedAccess(ValueAccess::Read);
+    }
+}
+
+// The reason is kept under a name that no feature has: texts that were read stay valid.
+ZelCamErr ArrayImpl::SetValueStr(const char* name, const char* value, const char** reason) {
+    if (reason != nullptr) *reason = "";
+    try {
+        ZelCamErr err = ZelCamErr_Success;
+        const NamedFeature* const feature = Find(name, &err);
+        if (feature == nullptr) return err;
+        GenApi::IValue* const valueInterface = ValueInterfaceOf(feature->node);
+        if (valueInterface == nullptr) return ZelCamErr_WrongParamType;
+        try {
+            valueInterface->FromString(value);
+        } catch (const GenICam::GenericException& e) {
+            if (reason != nullptr) *reason = texts_.Keep("", e.GetDescription());
+            throw;
+        }
+        return ZelCamErr_Success;
+    } catch (...) {
+        return CodeOfNamedAccess(ValueAccess::Write);
     }
 }
 

@@ -16,8 +16,8 @@ namespace ZelGenParam {
 // and lives as long as that object.
 //
 // Lookups fail with ZelCamErr_ParamNotFound for an unknown name and ZelCamErr_WrongParamType for a
-// feature of another kind. Access by name (Set...Value, Get...Value, ExecuteCommand and
-// IsCommandDone) fails with these codes and with
+// feature of another kind. Access by name (Set...Value, Get...Value, SetValueStr, ExecuteCommand
+// and IsCommandDone) fails with these codes and with
 //   ZelCamErr_AccessDenied  not readable or not writable at the moment
 //   ZelCamErr_OutOfRange    the value violates minimum, maximum or increment
 //   ZelCamErr_InvalidValue  the feature cannot have the value
@@ -71,6 +71,16 @@ class Array {
     // Advances the clock of polled features by `elapsedMs`, the milliseconds since the last call.
     // Features whose polling time has passed are read again on their next access.
     virtual ZelCamErr Poll(int64_t elapsedMs) = 0;
+
+    // Sets a feature of any kind from a text: a number (an Int also takes hexadecimal digits after
+    // "0x"), "1", "0", "true" or "false" for a Boolean, the symbolic name of an entry for an Enum,
+    // a text for a String, hexadecimal digits for a register. Commands, categories and ports have
+    // no value: ZelCamErr_WrongParamType.
+    //
+    // `reason` may be null. Otherwise `*reason` becomes the node map's explanation of a failure,
+    // for a message to the user. It is never null: it is empty on success, and if the node map was
+    // not asked. It stays valid until the calling thread calls this operation again or ends.
+    virtual ZelCamErr SetValueStr(const char* name, const char* value, const char** reason) = 0;
 
   protected:
     ~Array() = default;

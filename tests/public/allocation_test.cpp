@@ -300,8 +300,8 @@ void AllocationTest::UseStream(ZelCam::Device& device, ZelCam::Stream& stream) {
     Do("Stream::GetParameters", [&](ZelCamErr* err) { return stream.GetParameters(err); });
     Do("Array::SetEnumValueStr",
        [&] { return features.SetEnumValueStr("EventSelector", "ExposureEnd"); });
-    Do("Array::SetEnumValueStr",
-       [&] { return features.SetEnumValueStr("EventNotification", "On"); });
+    Do("Array::SetValueStr",
+       [&] { return features.SetValueStr("EventNotification", "On", nullptr); });
     Do("Stream::StartAcquisition", [&] { return stream.StartAcquisition(ZelCam::Infinite, 0); });
     Do("Array::SetIntegerValue", [&] { return features.SetIntegerValue("TLParamsLocked", 1); });
     if (Do("Array::ExecuteCommand", [&] { return features.ExecuteCommand("AcquisitionStart"); }) ==

@@ -38,11 +38,12 @@ constexpr uint64_t patience = 30000;  // milliseconds
 
 // Calls the operation in a slot of an object's table, counted from 1, as a caller compiled
 // elsewhere would.
-template <typename Result, typename Object>
-Result CallSlot(Object* object, size_t slot) {
+template <typename Result, typename Object, typename... Arguments>
+Result CallSlot(Object* object, size_t slot, Arguments... arguments) {
     void** table = nullptr;
     std::memcpy(&table, reinterpret_cast<const char*>(object), sizeof table);
-    return reinterpret_cast<Result (*)(const Object*)>(table[slot - 1])(object);
+    return reinterpret_cast<Result (*)(const Object*, Arguments...)>(table[slot - 1])(object,
+                                                                                      arguments...);
 }
 
 class PublicSession : public testing::Test {
@@ -277,6 +278,11 @@ TEST_F(PublicSession, RawTablesLeadToTheSameOperations) {
     EXPECT_EQ(CallSlot<size_t>(list, 2), 1U);
     EXPECT_EQ(CallSlot<ZelCam::DeviceInfo*>(list, 3), info);
     CallSlot<void>(list, 1);
+    ZelGenParam::Array* const features = device->GetCameraParameters(nullptr);
+    EXPECT_EQ(CallSlot<ZelCamErr>(features, 26, int64_t{1}), ZelCamErr_Success);  // Poll
+    const char* reason = nullptr;
+    EXPECT_EQ(CallSlot<ZelCamErr>(features, 27, "Width", "320", &reason), ZelCamErr_AccessDenied);
+    EXPECT_STRNE(reason, "");
     EXPECT_EQ(CallSlot<uint64_t>(stream, 19), 2U);  // delivered
     EXPECT_EQ(CallSlot<size_t>(stream, 24), size_t{640} * 480);
     EXPECT_EQ(CallSlot<size_t>(stream, 27), stream->GetBufferAlignment());

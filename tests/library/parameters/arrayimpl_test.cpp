@@ -135,6 +135,45 @@ TEST_F(CameraTest, ValuesAreReadAndWrittenByName) {
     EXPECT_EQ(port.memory[28], 1);
 }
 
+TEST_F(CameraTest, TextsSetFeaturesOfEveryKind) {
+    const char* reason = nullptr;
+    const auto set = [&](const char* name, const char* value) {
+        return array->SetValueStr(name, value, &reason);
+    };
+    for (const auto& [name, value] : {std::pair{"Int", "0x5F"},
+                                      {"Float", "1.5"},
+                                      {"Boolean", "true"},
+                                      {"String", "text"},
+                                      {"Enum", "Two"},
+                                      {"Raw", "0x0102030405060708"}}) {
+        EXPECT_EQ(set(name, value), ZelCamErr_Success) << name << reason;
+        EXPECT_STREQ(reason, "") << name;
+    }
+    EXPECT_EQ(array->GetIntegerValue("Int", &err), 95);
+    EXPECT_EQ(array->GetFloatValue("Float", &err), 1.5);
+    EXPECT_TRUE(array->GetBooleanValue("Boolean", &err));
+    const char* const text = array->GetStringValue("String", &err);
+    EXPECT_EQ(array->GetEnumValue("Enum", &err), 2);
+    EXPECT_EQ(port.memory[47], 8);
+
+    const std::vector<uint8_t> before = port.memory;
+    EXPECT_EQ(set("Int", "110"), ZelCamErr_OutOfRange);
+    EXPECT_THAT(reason, testing::HasSubstr("100"));
+    EXPECT_EQ(array->SetValueStr("Int", "110", nullptr), ZelCamErr_OutOfRange);
+    EXPECT_EQ(set("Enum", "Three"), ZelCamErr_InvalidValue);
+    EXPECT_EQ(set("ReadOnly", "4"), ZelCamErr_AccessDenied);
+    EXPECT_STRNE(reason, "");
+    for (const char* name : {"Command", "Category", "Device"})
+        EXPECT_EQ(set(name, "1"), ZelCamErr_WrongParamType) << name;
+    EXPECT_EQ(set("Nothing", "1"), ZelCamErr_ParamNotFound);
+    EXPECT_STREQ(reason, "");
+    EXPECT_EQ(port.memory, before);
+    EXPECT_STREQ(text, "text");  // a reason leaves texts alone that were read
+    port.result = -1010;
+    EXPECT_EQ(set("Boolean", "false"), ZelCamErr_GenApiError);
+    EXPECT_THAT(reason, testing::HasSubstr("Error = -1010"));
+}
+
 TEST_F(CameraTest, NothingIsWrittenWhileItIsLocked) {
     port.memory[56] = 1;
     const std::vector<uint8_t> before = port.memory;
@@ -145,6 +184,7 @@ TEST_F(CameraTest, NothingIsWrittenWhileItIsLocked) {
     EXPECT_EQ(array->SetEnumValue("Enum", 2), ZelCamErr_AccessDenied);
     EXPECT_EQ(array->SetEnumValueStr("Enum", "Two"), ZelCamErr_AccessDenied);
     EXPECT_EQ(array->ExecuteCommand("Command"), ZelCamErr_AccessDenied);
+    EXPECT_EQ(array->SetValueStr("Int", "20", nullptr), ZelCamErr_AccessDenied);
     EXPECT_EQ(array->GetInt("Int", &err)->SetValue(20), ZelCamErr_AccessDenied);
     EXPECT_EQ(array->GetFloat("Float", &err)->SetValue(1), ZelCamErr_AccessDenied);
     EXPECT_EQ(array->GetBoolean("Boolean", &err)->SetValue(true), ZelCamErr_AccessDenied);
