@@ -1,6 +1,6 @@
-// Producer files that fail in the ways that files in the field do. Compiled once for each: the
-// macro says which function fails, and that one and those after it in the table are the last ones
-// that a client calls.
+// Producer files that fail like files in the field, compiled once for each failure. A macro says
+// which function fails; a client calls only that function and those behind it in the table
+// afterwards.
 
 #include <csignal>
 #include <cstddef>
@@ -63,8 +63,7 @@ enum class Place { Load, Init, Open };
     _exit(3);
 }
 
-// Tells whoever waits for it by a file, which appears at once, and holds a lock until the process
-// ends.
+// Creates a file, in one step, for tests that wait for it, and holds a lock until the process ends.
 [[maybe_unused]] void Hang() {
     flock(open("hanging.lock", O_RDONLY | O_CREAT, 0600), LOCK_SH);
     std::fclose(std::fopen("hanging.new", "w"));
@@ -91,7 +90,7 @@ PRODUCER_FUNCTION TLOpen(void**) {
 
 #elif defined(HAS_NO_CAMERA)
 
-// Works, for a GigE Vision adapter that nothing is connected to.
+// A working producer of a GigE Vision adapter without cameras.
 namespace {
 
 int module;

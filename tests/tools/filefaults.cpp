@@ -1,5 +1,6 @@
-// Preloaded into a program: one of its operations on files of a folder fails. The variables:
-//   FILEFAULTS_FOLDER  the folder; what lies elsewhere neither counts nor fails
+// Preloaded into a program, this makes one of its operations on files of a folder fail. The
+// variables:
+//   FILEFAULTS_FOLDER  the folder; operations on other files neither count nor fail
 //   FILEFAULTS_NUMBER  the operation that fails, from 0 on
 //   FILEFAULTS_ERROR   the errno that it fails with, or 0: a write that takes only one byte
 //   FILEFAULTS_REPORT  a file that gets the name of the operation that failed; none without one
@@ -65,7 +66,7 @@ void Report(const std::string& operation) {
     close(file);
 }
 
-// Counts an operation; whether it is the one.
+// Counts an operation. True if it is the one that fails.
 bool Meets(const char* operation, Use use = Foreign) {
     static const long long number = std::atoll(Variable("FILEFAULTS_NUMBER"));
     static std::atomic<long long> count{0};
@@ -115,7 +116,7 @@ EXPORT int open(const char* path, int flags, ...) {
                   [&] { return Next<int(const char*, int, ...)>("open")(path, flags, mode); });
 }
 
-// It takes the name; what comes there is written by others.
+// The program only gets a name; another operation creates the file.
 EXPORT int mkstemp(char* name) {
     if (IsWatched(name) && Fails("open", Written)) return -1;
     const int file = Next<int(char*)>("mkstemp")(name);
@@ -123,7 +124,7 @@ EXPORT int mkstemp(char* name) {
     return file;
 }
 
-// Only the C library can mark a stream as failed: it is given a folder to read.
+// Only the C library can mark a stream as failed, so it gets a folder to read.
 EXPORT size_t fread(void* data, size_t size, size_t count, FILE* file) {
     if (UseOf(fileno(file)) != Foreign && Fails("read")) {
         const int folder = Next<int(const char*, int, ...)>("open")("/", O_RDONLY | O_DIRECTORY);
@@ -153,7 +154,7 @@ EXPORT int fsync(int file) {
     return Next<int(int)>("fsync")(file);
 }
 
-// A descriptor is closed also where closing fails.
+// Closes the descriptor even if closing fails.
 EXPORT int close(int file) {
     const Use use = UseOf(file);
     SetUse(file, Foreign);

@@ -1,14 +1,15 @@
 // Numbers and names as users write them.
 
-#include "tools/zelcam/numbertext.h"
+#include "tools/zelcam/console/numbertext.h"
 
 #include <climits>
 #include <cmath>
 
 #include <gtest/gtest.h>
 
-#include "tools/zelcam/suggestion.h"
+#include "tools/zelcam/console/suggestion.h"
 
+using namespace ZelTool;
 namespace {
 
 TEST(NumberText, CountsAreDigits) {

@@ -1,6 +1,6 @@
-// Files that are written as a whole, or not at all.
+// Files that are written completely or not at all.
 
-#include "tools/zelcam/outputfile.h"
+#include "tools/zelcam/console/outputfile.h"
 
 #include <chrono>
 #include <csignal>
@@ -14,9 +14,10 @@
 
 #include <gmock/gmock.h>
 
-#include "tools/zelcam/failure.h"
-#include "tools/zelcam/framelog.h"
+#include "tools/zelcam/console/failure.h"
+#include "tools/zelcam/frames/framelog.h"
 
+using namespace ZelTool;
 namespace fs = std::filesystem;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
@@ -67,7 +68,7 @@ TEST_F(OutputFileTest, KeepsOrReplacesWhatIsThere) {
     EXPECT_EQ(FilesInFolder(), 2U);
 }
 
-// What another program puts there between the look and the end is kept, too.
+// A file that another program creates between the check and the end is kept, too.
 TEST_F(OutputFileTest, KeepsWhatAppearsMeanwhile) {
     OutputFile file(folder_ + "file", Existing::Keep);
     file.Write("new", 3);
@@ -76,7 +77,7 @@ TEST_F(OutputFileTest, KeepsWhatAppearsMeanwhile) {
     EXPECT_EQ(Read("file"), "of another program");
 }
 
-// A link with the name that the file has at first leads somewhere else.
+// A link with the name of the temporary file points elsewhere.
 TEST_F(OutputFileTest, WritesThroughNoLink) {
     std::ofstream(folder_ + "victim") << "precious";
     {
@@ -110,7 +111,7 @@ TEST_F(OutputFileTest, FailuresNameFileAndReasonAndLeaveNothing) {
     EXPECT_EQ(FilesInFolder(), 1U);
 }
 
-// Files are finished in any order, and cameras are called anything.
+// Files may be finished in any order, and cameras may have any name.
 TEST_F(OutputFileTest, LogHasItsFramesInOrder) {
     const std::chrono::system_clock::time_point arrived(
         std::chrono::microseconds(1'000'000'500'000));
@@ -139,7 +140,7 @@ TEST_F(OutputFileTest, LogHasItsFramesInOrder) {
                                                   "four\n");
 }
 
-// A disk that is full looks like this, too.
+// A full disk looks the same.
 TEST_F(OutputFileTest, KeepsTheFormerFileWhenTheDiskIsFull) {
     WriteFile(folder_ + "file", "former");
     rlimit limit = {};

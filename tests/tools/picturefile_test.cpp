@@ -66,7 +66,7 @@ class PictureFileTest : public ::testing::Test {
     std::string file_;
 };
 
-// Of an odd size and of more than one strip.
+// A picture of odd size, with more than one strip.
 TEST_F(PictureFileTest, TiffKeepsEverySample) {
     for (const size_t channels : {size_t{1}, size_t{3}}) {
         for (const uint32_t depth : {8U, 16U}) {

@@ -1,5 +1,4 @@
-// Reads pictures back, with the decoders of libpng, libtiff and libjpeg and not with code of the
-// tool.
+// Reads pictures with libpng, libtiff and libjpeg, independent of the code of the tool.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +16,7 @@ struct PictureFile {
     std::vector<uint16_t> Pixel(size_t x, size_t y) const;
 };
 
-// All throw std::runtime_error when it is no such file.
+// All throw std::runtime_error for a file of another format.
 PictureFile ReadPng(const std::vector<uint8_t>& bytes);
 PictureFile ReadPngFile(const std::string& path);
 PictureFile ReadTiffFile(const std::string& path);

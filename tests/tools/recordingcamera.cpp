@@ -1,7 +1,6 @@
-// The scripted producer with one camera that is as strict as real ones are, and writes the steps of
-// an acquisition to a file: it sends nothing before AcquisitionStart, and refuses that while
-// TLParamsLocked is 0. For programs that are run as a user runs them; variables of the environment
-// say what happens:
+// The scripted producer with one camera that is as strict as a real one and writes the steps of an
+// acquisition to a file: it sends nothing before AcquisitionStart, and refuses AcquisitionStart
+// while TLParamsLocked is 0. Tests run programs with it; environment variables control it:
 //
 //   RECORDING_FILE       where the steps are written, one a line: the names of producer functions,
 //                        "TLParamsLocked=1", the names of other features, "frame"
@@ -11,7 +10,7 @@
 //   RECORDING_SLOW_STOP  AcquisitionStop is never done
 //   RECORDING_MARK       at this step a file "reached" appears in the folder of RECORDING_FILE
 //   RECORDING_HANG       this step never returns
-//   RECORDING_UNALIGNED  the producer tells no alignment of buffers
+//   RECORDING_UNALIGNED  the producer reports no alignment of buffers
 
 #include <atomic>
 #include <cstdio>
@@ -104,7 +103,7 @@ class Camera {
         return value;
     }
 
-    // Steps are seen by a test while the program runs.
+    // A test reads the steps while the program runs.
     Reply Step(const std::string& step) {
         if (file_ != nullptr) {
             std::fprintf(file_, "%s\n", step.c_str());
@@ -116,7 +115,7 @@ class Camera {
         return step == fail_ ? Fails(GC_ERR_IO) : Reply{};
     }
 
-    // By a rename, which tests can wait for.
+    // Created by a rename, which tests can wait for.
     static void Mark() {
         const std::string file = Variable("RECORDING_FILE");
         const std::string copy = file + "-copy";
@@ -136,7 +135,7 @@ class Camera {
 
     bool Lost() const { return frames_ >= lostAfter_; }
 
-    // A frame comes when somebody waits for one.
+    // A frame arrives when a client waits for it.
     Reply WaitForFrame(const Call& call) {
         if (call.handle != producer_.FindHandle("event 1")) return {};
         if (fail_ == "EventGetData") return Step("EventGetData");

@@ -7,9 +7,10 @@
 
 #include <gmock/gmock.h>
 
-#include "tools/zelcam/printable.h"
-#include "tools/zelcam/texttable.h"
+#include "tools/zelcam/console/printable.h"
+#include "tools/zelcam/console/texttable.h"
 
+using namespace ZelTool;
 namespace {
 
 TEST(Printable, LeavesNothingThatATerminalObeys) {
@@ -52,7 +53,7 @@ TEST(Printable, CellsStayOnTheirLine) {
     EXPECT_EQ(out.str(), "  NAME  X\n  a\\nb  \\x1b[2J\nc\\rd\n");
 }
 
-// The descriptor is a terminal or not; what is written shows in a text.
+// The descriptor decides whether the stream is guarded; the output goes to a text.
 TEST(TerminalGuard, GuardsTerminalsAndLeavesPipesAlone) {
     const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
     ASSERT_GE(terminal, 0);

@@ -1,5 +1,5 @@
-// The order in which programs start and stop a camera, seen from the camera: every step is written
-// down by the recording camera, which sends nothing to programs that leave one out.
+// The order in which programs start and stop a camera. The recording camera writes every step to a
+// file, and sends nothing to a program that leaves one out.
 
 #include <csignal>
 #include <filesystem>
@@ -33,8 +33,8 @@ class ToolAcquisition : public ToolTest {
         SetVariable("RECORDING_FILE", Path("steps"));
     }
 
-    // What was recorded since the last call, without repetitions. When buffers are revoked is left
-    // to the program.
+    // The steps since the last call, without repetitions. Leaves out revoked buffers: programs may
+    // revoke them at any time.
     Steps TakeSteps() {
         std::istringstream in(Read("steps"));
         Write("steps", "");
@@ -64,7 +64,7 @@ TEST_F(ToolAcquisition, EveryProgramKeepsTheOrder) {
     }
 }
 
-// A report also reads the size, as a feature among others.
+// A report also reads the size, like any other feature.
 TEST_F(ToolAcquisition, CommandsThatGrabBesides) {
     EXPECT_THAT(Run({"events", "1", "--grab", "--duration", "200"}).err,
                 HasSubstr("no event came"));
@@ -75,7 +75,7 @@ TEST_F(ToolAcquisition, CommandsThatGrabBesides) {
     EXPECT_THAT(Steps(steps.begin() + 1, steps.end() - 1), ElementsAreArray(wholeOrder));
 }
 
-// The example grabs three times, and then wants an event, which this camera does not have.
+// The example grabs three times and then wants an event that this camera does not have.
 TEST_F(ToolAcquisition, ExampleThatGrabsAgain) {
     EXPECT_THAT(Run({"camera.xml"}, ZELCAM_FEATURES).err, HasSubstr("switching it on failed"));
     Steps thrice;
@@ -101,7 +101,7 @@ TEST_F(ToolAcquisition, CheckGetsFramesInEveryOrderOfStartsAndStops) {
     }
 }
 
-// What was begun, the failed step included, is undone in order, and the message names the step.
+// The program undoes all steps in order, including the failed one, and its message names that step.
 TEST_F(ToolAcquisition, EveryStepFailingInTurn) {
     const struct {
         const char* step;
@@ -112,7 +112,7 @@ TEST_F(ToolAcquisition, EveryStepFailingInTurn) {
          "TLParamsLocked failed: Write error",
          {"TLParamsLocked=1", "TLParamsLocked=0"}},
         {"PayloadSize",
-         "how large a frame is",
+         "the size of a frame",
          {"TLParamsLocked=1", "PayloadSize", "TLParamsLocked=0"}},
         {"DSAllocAndAnnounceBuffer",
          "buffers of 6000 bytes cannot be made",
@@ -149,13 +149,13 @@ TEST_F(ToolAcquisition, EveryStepFailingInTurn) {
         EXPECT_EQ(result.exitCode, 5) << each.step;
         EXPECT_THAT(result.err, HasSubstr(each.message)) << each.step;
         Steps steps = TakeSteps();
-        // The library stops a stream once more that did not stop.
+        // The library stops a stream again that did not stop.
         if (std::string(each.step) == "DSStopAcquisition") steps.pop_back();
         EXPECT_THAT(steps, ElementsAreArray(each.steps)) << each.step;
     }
 }
 
-// A stop that the camera does not end is no failure when it can abort.
+// A stop that takes too long is not a failure if the camera can abort.
 TEST_F(ToolAcquisition, AbortWhenTheStopDoesNotEnd) {
     SetVariable("RECORDING_SLOW_STOP", "1");
     const Steps end = {"AcquisitionStop", "AcquisitionAbort", "DSStopAcquisition",
@@ -171,7 +171,7 @@ TEST_F(ToolAcquisition, AbortWhenTheStopDoesNotEnd) {
     }
 }
 
-// Whose stream does not know how large a buffer has to be.
+// The stream of this camera does not know the size of a buffer.
 TEST_F(ToolAcquisition, ProducerWithoutAlignment) {
     SetVariable("RECORDING_UNALIGNED", "1");
     const ToolResult result = Run({"grab", "-f", "none"});
@@ -179,7 +179,7 @@ TEST_F(ToolAcquisition, ProducerWithoutAlignment) {
     EXPECT_THAT(TakeSteps(), ElementsAreArray(wholeOrder));
 }
 
-// While frames flow, and in a wait for one.
+// The signal comes while frames arrive, and during a wait for a frame.
 TEST_F(ToolAcquisition, CtrlCStopsTheCamera) {
     for (const char* frames : {"1000000", "3"}) {
         SetVariable("RECORDING_FRAMES", frames);
@@ -193,7 +193,7 @@ TEST_F(ToolAcquisition, CtrlCStopsTheCamera) {
     }
 }
 
-// Nothing failed: somebody wanted it to end.
+// An interrupted check is not a failed one.
 TEST_F(ToolAcquisition, CtrlCIsNoVerdictAboutTheCamera) {
     SetVariable("RECORDING_FRAMES", "0");
     SetVariable("RECORDING_MARK", "AcquisitionStart");
@@ -238,7 +238,7 @@ TEST_F(ToolAcquisition, ASecondCtrlCEndsACallThatNeverReturns) {
     }
 }
 
-// Somebody who watches sees that the program waits; nobody else does.
+// Only a terminal shows that the program waits.
 TEST_F(ToolAcquisition, ALongWaitShowsOnATerminal) {
     SetVariable("RECORDING_FRAMES", "0");
     const std::vector<std::string> command = {"grab", "-t", "2500"};
@@ -271,8 +271,8 @@ TEST_F(ToolAcquisition, CameraThatStopsByItself) {
     EXPECT_THAT(TakeSteps(), ElementsAreArray(wholeOrder));
 }
 
-// What the camera's features are, each trigger included, and the selector as it was.
-TEST_F(ToolAcquisition, SilenceTellsWhatTheFeaturesAre) {
+// The report shows the features, for each trigger, and restores the selector.
+TEST_F(ToolAcquisition, SilenceShowsTheFeatures) {
     const ToolResult triggered = Run({"grab", "-t", "100", "--set", "TriggerSelector=LineStart",
                                       "--set", "TriggerSource=Line1", "--set", "TriggerMode=On",
                                       "--set", "TriggerSelector=FrameStart"});
@@ -297,10 +297,10 @@ TEST_F(ToolAcquisition, SilenceTellsWhatTheFeaturesAre) {
                                 HasSubstr("!!  ExposureTime is 200000 us"),
                                 HasSubstr("Next: wait longer: --timeout 400\n")));
     const ToolResult silent = Run({"grab", "-t", "100"});
-    EXPECT_THAT(silent.err, HasSubstr("Next: look whether a firewall drops the frames"));
+    EXPECT_THAT(silent.err, HasSubstr("Next: check that no firewall drops the frames"));
 }
 
-// Events, settings and configurations included.
+// Including events, settings and configurations.
 TEST_F(ToolTest, ExamplesWithSimulatedCameras) {
     SetCameras(R"(<Interface id="eth0" type="GEV"><Camera id="cam" frameRate="0"/></Interface>)");
     for (const char* program :

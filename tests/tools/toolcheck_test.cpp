@@ -1,4 +1,4 @@
-// zelcam check against simulated cameras, good ones and bad ones, and the manual page.
+// zelcam check against good and bad simulated cameras, and the manual page.
 
 #include <algorithm>
 #include <fstream>

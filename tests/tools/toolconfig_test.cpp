@@ -66,7 +66,7 @@ TEST_F(ToolConfig, SavesLoadsAndComparesConfigurations) {
     EXPECT_EQ(Run({"config", "diff", "cam-a", "same.xml"}).exitCode, 0);
 }
 
-TEST_F(ToolConfig, TellsAsJsonWhatWasSaved) {
+TEST_F(ToolConfig, JsonSaysWhatWasSaved) {
     const auto saved = Run({"config", "save", "cam-a", "saved.xml", "--json"}).Json();
     EXPECT_EQ(saved.at("camera"), "cam-a");
     EXPECT_EQ(saved.at("file"), "saved.xml");
@@ -75,7 +75,7 @@ TEST_F(ToolConfig, TellsAsJsonWhatWasSaved) {
     EXPECT_EQ(Run({"config", "save", "cam-a", "-", "--json"}).out, Read("saved.xml"));
 }
 
-TEST_F(ToolConfig, TellsWhichFeaturesCouldNotBeLoadedAndWhy) {
+TEST_F(ToolConfig, NamesFeaturesThatCouldNotBeLoaded) {
     ASSERT_EQ(Run({"config", "save", "cam-a", "saved.xml"}).exitCode, 0);
     WriteChanged("bad.xml", "Width\t640", "Width\t9999999\nNoSuch\t1");
     const ToolResult bad = Run({"config", "load", "cam-a", "bad.xml"});
@@ -89,8 +89,8 @@ TEST_F(ToolConfig, TellsWhichFeaturesCouldNotBeLoadedAndWhy) {
 
 TEST_F(ToolConfig, TheNameOfAnotherCameraIsLoadedOnRequestOnly) {
     ASSERT_EQ(Run({"config", "save", "cam-a", "saved.xml"}).exitCode, 0);
-    // As a camera writes it that calls its name a setting. A name that is too long shows by the
-    // failure whether it is loaded.
+    // The file of a camera whose user name is a setting. A name that is too long makes loading
+    // fail, which shows that it is loaded.
     WriteChanged("named.xml", "Width\t640", "Width\t640\nDeviceUserID\t" + std::string(100, 'x'));
     EXPECT_EQ(Run({"config", "load", "cam-a", "named.xml"}).exitCode, 8);
     const ToolResult other = Run({"config", "load", "cam-b", "named.xml"});
@@ -109,10 +109,10 @@ TEST_F(ToolConfig, FilesThatCannotBeUsed) {
     for (const char* file : {".", "fifo", "/dev/zero"}) {
         const ToolResult result = Run({"config", "load", "cam-a", file});
         EXPECT_EQ(result.exitCode, 7) << file;
-        EXPECT_THAT(result.err, HasSubstr("cannot be read: it is no file")) << file;
+        EXPECT_THAT(result.err, HasSubstr("cannot be read: it is not a regular file")) << file;
     }
     EXPECT_THAT(RunWithInput("cameras.xml", "load").err,
-                HasSubstr("standard input is no configuration"));
+                HasSubstr("standard input is not a configuration"));
     EXPECT_THAT(RunWithInput("/dev/zero", "diff").err,
                 HasSubstr("standard input cannot be read: it is too large"));
     EXPECT_EQ(Run({"config", "save", "cam-a", "no/such/folder.xml"}).exitCode, 7);
@@ -127,7 +127,7 @@ TEST_F(ToolConfig, AFileIsReplacedAsAWholeOrNotAtAll) {
     fs::permissions(Path("saved.xml"), fs::perms::owner_read | fs::perms::owner_write);
     fs::create_symlink("saved.xml", Path("link"));
 
-    // a disk that is full looks like this, too
+    // A full disk looks the same.
     rlimit limit = {};
     getrlimit(RLIMIT_FSIZE, &limit);
     const rlimit small = {1000, limit.rlim_max};
@@ -182,7 +182,7 @@ TEST_F(ToolConfig, WhatCannotBeSavedIsNamed) {
     const ToolResult result = Run({"config", "save", "own", "saved.xml"});
     EXPECT_EQ(result.exitCode, 8);
     EXPECT_THAT(result.err, AllOf(HasSubstr("cannot be written at the moment: One\n"),
-                                  HasSubstr("has line breaks in it: Text")));
+                                  HasSubstr("contain line breaks: Text")));
     EXPECT_THAT(Read("saved.xml"), AllOf(HasSubstr("\nTwo\t2\n"), Not(HasSubstr("\nOne\t"))));
     EXPECT_EQ(Run({"config", "load", "own", "saved.xml"}).exitCode, 0);
 }

@@ -82,13 +82,13 @@ TEST_F(ToolFeatures, TheCameraMayBeLeftOut) {
     const ToolResult neither = Run({"get", "cam-x", "Width"});
     EXPECT_EQ(neither.exitCode, 8);
     EXPECT_EQ(neither.out, "");
-    EXPECT_THAT(neither.err, HasSubstr("Nor is a camera called that"));
+    EXPECT_THAT(neither.err, HasSubstr("No camera has that name either"));
     EXPECT_EQ(Run({"features", "cam-x", "Width"}).exitCode, 3) << "the first of two is a camera";
     EXPECT_THAT(Run({"features", "Exposuretme"}).err,
-                HasSubstr("no camera is called that; did you mean ExposureTime"));
+                HasSubstr("no camera has that name; did you mean ExposureTime"));
 }
 
-// Lines stay whole in files, whatever COLUMNS says, and fit on a terminal.
+// Lines in files stay whole, whatever COLUMNS says; lines on a terminal fit its width.
 TEST_F(ToolFeatures, LinesFitOnTheTerminal) {
     SetVariable("COLUMNS", "60");
     const std::string file = Run({"features", "ImageFormatControl", "-d"}).out;
@@ -168,7 +168,7 @@ TEST_F(ToolFeatures, DescriptionsOfAllModules) {
     EXPECT_EQ(Read("camera.xml"), text);
 }
 
-// A camera names what it likes.
+// A camera may name any file.
 TEST_F(ToolFeatures, PrintsDescriptionsOnly) {
     SetCameras(R"(<Interface id="eth7" type="GEV">
         <Camera id="cam-a" descriptionUrl="File:/proc/self/environ"/></Interface>)");
@@ -193,7 +193,8 @@ TEST_F(ToolFeatures, PrintsEventsOfTheNamedKind) {
     EXPECT_EQ(count, 3U);
     const ToolResult none = Run({"events", "cam-a", "--grab", "-d", "100"});
     EXPECT_EQ(none.exitCode, 0);
-    EXPECT_THAT(none.err, HasSubstr("no event came; without names only those arrive that are on"));
+    EXPECT_THAT(none.err,
+                HasSubstr("no event came; without names, only events arrive that were already on"));
     const ToolResult unknown = Run({"events", "cam-a", "Sunrise"});
     EXPECT_EQ(unknown.exitCode, 8);
     EXPECT_THAT(unknown.err, HasSubstr("ExposureEnd"));
@@ -221,7 +222,7 @@ TEST_F(ToolFeatures, ShowsTheAddressOfTheNamedCamera) {
     }
 }
 
-TEST_F(ToolFeatures, WatchTellsChanges) {
+TEST_F(ToolFeatures, WatchPrintsChanges) {
     const ToolResult result =
         Run({"watch", "cam-a", "DeviceTemperature", "-i", "1", "-n", "1", "-d", "60000", "--json"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
@@ -262,8 +263,8 @@ TEST_F(ToolFeatures, ReportHasEverySectionAndCanBeMasked) {
                                           Not(HasSubstr(address))));
 }
 
-// Neither the columns nor the limits of a text.
-TEST_F(ToolFeatures, NothingInAMaskedReportTellsHowLongASecretIs) {
+// Neither the widths of columns nor the limits of a text show it.
+TEST_F(ToolFeatures, AMaskedReportDoesNotShowTheLengthOfASecret) {
     const auto report = [this](const std::string& secret) {
         SetCameras("<Interface id='eth7' type='GEV'><Camera id='cam-a' model='M " + secret +
                    "' serial='" + secret + "' userName='" + secret +

@@ -1,6 +1,6 @@
-// What the program writes and reads, with each operation on a file failing in turn: it ends with an
-// error and a message, or it has done its work all the same. Files are the former or the new ones,
-// whole, and nothing else lies there.
+// Commands that read and write files, with each operation on a file failing in turn. The program
+// ends with an error and a message, or it succeeds anyway. Each file is completely old or
+// completely new, and no other file is left behind.
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -20,7 +20,7 @@ using Names = std::vector<std::string>;
 struct Command {
     Names arguments;
     Names outputs;
-    bool replaces = true;      // former outputs, which are there then
+    bool replaces = true;      // the outputs exist already
     std::string growing = "";  // an output that has its name before it is whole
 };
 
@@ -62,9 +62,9 @@ class ToolFiles : public ToolTest {
     void RunWithFault(const Command& command, int number, int error);
     void CheckFiles(const Command& command, bool succeeded);
 
-    // Numbers, times among them, are not compared.
+    // Replaces numbers, such as times and temperatures, so that they compare equal.
     static std::string Whole(const std::string& content) {
-        return std::regex_replace(content, std::regex("[0-9]+"), "0");
+        return std::regex_replace(content, std::regex("[0-9][0-9.]* *"), "0 ");
     }
     Names Files() const {
         Names files;
@@ -74,7 +74,7 @@ class ToolFiles : public ToolTest {
     }
 
     std::map<std::string, std::string> whole;  // outputs of a run in which nothing fails
-    Names expected;                            // the files that are there
+    Names expected;                            // the files that exist afterwards
     std::string met;                           // the operation that failed
 };
 
@@ -112,7 +112,7 @@ void ToolFiles::RunWithFault(const Command& command, int number, int error) {
     if (result.exitCode != 0) {
         EXPECT_FALSE(result.err.empty());
     }
-    // What is not on the disk must not be called written.
+    // The program must not list a file as written that is not on the disk.
     if (error == EIO && (met == "fsync written" || met == "close written")) {
         EXPECT_NE(result.exitCode, 0);
     }

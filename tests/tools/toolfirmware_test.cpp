@@ -17,7 +17,7 @@ using ::testing::HasSubstr;
 
 namespace {
 
-// A terminal, and somebody at it.
+// A terminal and its user.
 class Terminal {
   public:
     Terminal() : mine_(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
@@ -39,7 +39,7 @@ class Terminal {
         if (write(mine_, text.data(), text.size()) < 0) throw std::runtime_error("write");
     }
 
-    // Whether the text appears, within a generous time.
+    // Whether the text appears within a generous time.
     bool Await(const std::string& text) {
         constexpr int generousMs = 60000;
         while (shown_.find(text) == std::string::npos) {
@@ -48,7 +48,7 @@ class Terminal {
         return true;
     }
 
-    // All there is to see when the program has ended.
+    // Everything on the terminal after the end of the program.
     const std::string& Shown() {
         while (Receive(0)) {
         }
@@ -84,7 +84,7 @@ class ToolFirmware : public ToolTest {
                    "'/></Interface>");
     }
 
-    // What an upload without a terminal says.
+    // The output of an upload without a terminal.
     ToolResult Upload(const std::string& file, std::vector<std::string> options) {
         options.insert(options.begin(), {"firmware", "cam-a", file});
         return Run(options);
@@ -97,7 +97,7 @@ class ToolFirmware : public ToolTest {
     }
 };
 
-TEST_F(ToolFirmware, ErasesOnRequestOnlyAndTellsWhatCanBeSeen) {
+TEST_F(ToolFirmware, ErasesOnlyOnRequestAndReportsTheVersions) {
     const ToolResult unwanted = Upload("empty.rpd", {"--yes"});
     EXPECT_EQ(unwanted.exitCode, 1);
     EXPECT_THAT(unwanted.err, HasSubstr("erases the camera's whole flash"));
@@ -148,7 +148,7 @@ TEST_F(ToolFirmware, AsksOnATerminal) {
     }
 }
 
-// Sectors take long enough for the signal to come in between.
+// Erasing a sector takes long enough for the signal to arrive meanwhile.
 TEST_F(ToolFirmware, CtrlCDoesNotLeaveTheFlashHalfErased) {
     SetFlash("15");
     Terminal terminal;

@@ -20,8 +20,8 @@ using ::testing::StartsWith;
 
 namespace {
 
-// Colour bars of 80 x 64 pixels, ten pixels each; the lines from 32 to 47 show nothing else.
-// The library lists cameras by identifier.
+// Colour bars of 80 x 64 pixels, ten pixels wide; lines 32 to 47 show only the bars. The library
+// sorts cameras by identifier.
 constexpr const char* cameras = R"(
   <Interface id="eth0" type="GEV">
     <Camera id="a-gray" serial="101" userName="pair" width="80" height="64" pixelFormat="Mono8"
@@ -88,7 +88,7 @@ TEST_F(ToolGrab, PicturesOfEveryKindOfFormat) {
     }
 }
 
-// Padding is part of the raw lines, the offset in the buffer is not.
+// Raw lines include the padding, but not the offset in the buffer.
 TEST_F(ToolGrab, RawBytesAndTheirDescription) {
     const ToolResult result = Run({"grab", "a-gray", "-o", "{camera}-{frame}.raw"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
@@ -139,7 +139,7 @@ TEST_F(ToolGrab, StandardOutputGetsTheBytesAndNothingElse) {
     EXPECT_THAT(watched.out, AllOf(HasSubstr("terminal"), Not(HasSubstr("PNG"))));
 }
 
-// Before anything is grabbed where the names are known, and in any case before it is lost.
+// Before grabbing if the names are known, and always before a file is lost.
 TEST_F(ToolGrab, FilesThatExistStay) {
     Write("frame-0003.png", "precious");
     Write("2.raw.txt", "precious");
@@ -195,7 +195,7 @@ TEST_F(ToolGrab, SeveralCamerasAtOnce) {
     EXPECT_EQ(Bars(ReadPngFile(Path("bgr-0002.png"))), colourBars);
     const std::string log = Read("all.csv");
     EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 5);
-    // One that is silent leaves the other alone.
+    // A silent camera does not affect the other one.
     const ToolResult half = Run({"grab", "bgr", "silent", "-t", "300", "-o", "{camera}.png"});
     EXPECT_EQ(half.exitCode, 6);
     EXPECT_TRUE(Exists("bgr.png"));
@@ -233,7 +233,7 @@ TEST_F(ToolGrab, SoftwareTriggers) {
         EXPECT_EQ(Run({"grab", "--trigger-rate", rate}).exitCode, 1) << rate;
 }
 
-// Every frame that is counted has its file, however slow that is.
+// Every counted frame has a file, however slow the disk is.
 TEST_F(ToolGrab, AFullQueueIsCountedAndLosesNothing) {
     SetCameras(R"(<Interface id="eth0" type="GEV">
         <Camera id="large" width="800" height="600" pixelFormat="BayerRG8" frameRate="0"/>
@@ -315,7 +315,7 @@ TEST_F(ToolGrab, SilenceIsExplained) {
         AllOf(HasSubstr("no frame within 200 ms"), HasSubstr("ok  the stream is grabbing"),
               HasSubstr("ok  8 buffers are announced"), HasSubstr("!!  0 frames were delivered"),
               HasSubstr("access status is \"open\""), HasSubstr("TriggerMode is Off"),
-              HasSubstr("Next: look whether a firewall")));
+              HasSubstr("Next: check that no firewall")));
     const json report = Run({"grab", "sparse", "-n", "2", "-t", "200", "--json"}).Json();
     EXPECT_EQ(report.at("exitCode"), 6);
     EXPECT_EQ(report.at("frames"), 1) << "what came before counts";
@@ -333,7 +333,7 @@ TEST_F(ToolGrab, CameraThatCannotBeOpened) {
     EXPECT_THAT(result.err, HasSubstr("no data stream"));
 }
 
-// A name that is known beforehand is not worth a frame.
+// The program checks known names before it grabs a frame.
 TEST_F(ToolGrab, UnwritableOutput) {
     const ToolResult result = Run({"grab", "-o", "no/such/{frame}.png"});
     EXPECT_EQ(result.exitCode, 7);
@@ -356,7 +356,7 @@ TEST_F(ToolGrab, WrongUse) {
     EXPECT_FALSE(Exists("x.png"));
 }
 
-// With a count the run was cut short; without an end Ctrl-C is how it ends.
+// With a count, Ctrl-C cuts the run short; without one, it is the normal end.
 TEST_F(ToolGrab, CtrlCEndsWithASummary) {
     const struct {
         const char* count;
@@ -374,7 +374,7 @@ TEST_F(ToolGrab, CtrlCEndsWithASummary) {
     }
 }
 
-// A wait that is under way ends, too.
+// Ctrl-C also ends a running wait.
 TEST_F(ToolGrab, CtrlCEndsAWait) {
     const FileWatch watch(folder_);
     const int process = Start({"grab", "sparse", "-n", "2", "-t", "86400000"});

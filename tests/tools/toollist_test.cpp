@@ -31,7 +31,7 @@ class ToolList : public ToolTest {
   protected:
     ToolList() : ToolTest(twoInterfaces) {}
 
-    // The entry for a producer file, which is in the listing once.
+    // The only entry for a producer file.
     static json ProducerEntry(const json& listing, const std::string& file) {
         for (const json& entry : listing.at("producers")) {
             if (entry.at("file") == file) return entry;
@@ -69,11 +69,11 @@ TEST_F(ToolList, ShowsEverythingAboutTheCameras) {
     EXPECT_EQ(listing.at("interfaces").at(0).at("producer"), ZELCAM_DEFAULT_PRODUCER);
 }
 
-// Lines that programs search stay whole; those that people read wrap.
+// Lines wrap on terminals and stay whole in pipes.
 TEST_F(ToolList, WrapsOnTerminals) {
     SetVariable("COLUMNS", "40");
     const std::string shown = RunOnTerminal({"list"}).out;
-    EXPECT_THAT(shown, HasSubstr("\r\n  maker with --producer"));
+    EXPECT_THAT(shown, HasSubstr("\r\n  camera's maker with --producer"));
     std::istringstream lines(shown);
     for (std::string line; std::getline(lines, line);)
         EXPECT_LE(line.size(), 41U) << line;  // with the carriage return
@@ -102,8 +102,9 @@ TEST_F(ToolList, BrokenProducersSinkNobodyElse) {
     EXPECT_EQ(listing.at("cameras").size(), 3U);
     const std::map<std::string, std::string> reasons = {
         {missing, "there is no such file"},
-        {ZELCAM_BROKEN "/refuses.cti", "somebody else uses it (-1004): the licence is on holiday"},
-        {lists, "cannot tell its interfaces"},
+        {ZELCAM_BROKEN "/refuses.cti",
+         "another program uses it (-1004): the licence is on holiday"},
+        {lists, "cannot list its interfaces"},
         {ZELCAM_BROKEN "/foreign.cti", "not a GenTL producer"},
         {ZELCAM_BROKEN "/crashload.cti", "it crashes in the loader: Segmentation fault"},
         {ZELCAM_BROKEN "/quitinit.cti",
@@ -127,8 +128,7 @@ TEST_F(ToolList, BrokenProducersSinkNobodyElse) {
 
 class ProducerTrialTest : public ToolList {
   protected:
-    // Whether no producer hangs any more; `wait`: false to see it now, else when the last has
-    // ended.
+    // Whether no producer hangs any more. With `wait` this waits until the last one has ended.
     bool AllEnded(bool wait) const {
         const int file = open(Path("hanging.lock").c_str(), O_RDONLY);
         const int locked = flock(file, wait ? LOCK_EX : LOCK_EX | LOCK_NB);
@@ -154,7 +154,7 @@ TEST_F(ProducerTrialTest, HangingProducersSinkNobodyElse) {
     EXPECT_TRUE(AllEnded(false));
 }
 
-// A program that is killed cannot end the trial, which ends soon after it.
+// A killed program cannot end the trial itself; the trial ends soon afterwards.
 TEST_F(ProducerTrialTest, EndsWithTheProgram) {
     const std::string hanging = ZELCAM_BROKEN "/apart/hanginit.cti";
     for (const auto& [signal, exitCode] : std::map<int, int>{{SIGINT, 130}, {SIGKILL, -1}}) {
@@ -168,7 +168,7 @@ TEST_F(ProducerTrialTest, EndsWithTheProgram) {
     }
 }
 
-// The recording camera is a real one to the program.
+// The program takes the recording camera for a real one.
 TEST_F(ToolList, RealCamerasComeFirst) {
     const std::string recording = ZELCAM_RECORDING "/libZelCTI.cti";
     const ToolResult text = Run({"list", "-p", recording});
@@ -207,7 +207,7 @@ TEST_F(ToolList, FirstCameraIsSimulatedOnlyWhereNoneCanBeReal) {
 }
 
 TEST_F(ToolList, FileOfAnotherMachine) {
-    // An ELF header of a machine that nobody has.
+    // The ELF header of an unsupported machine.
     std::string header(64, '\0');
     header.replace(0, 7,
                    "\x7f"
@@ -220,7 +220,7 @@ TEST_F(ToolList, FileOfAnotherMachine) {
     EXPECT_THAT(entry.at("reason").get<std::string>(), HasSubstr("ELF machine 42"));
 }
 
-TEST_F(ToolList, TellsWhichProducerAnInterfaceBelongsTo) {
+TEST_F(ToolList, NamesTheProducerOfAnInterface) {
     std::filesystem::create_directory(Path("more"));
     const std::string second = Path("more/second.cti");
     std::filesystem::copy_file(ZELCAM_DEFAULT_PRODUCER, second);
@@ -247,7 +247,7 @@ TEST_F(ToolList, NoCameraSaysWhatToCheck) {
     EXPECT_EQ(Run({"list", "--json"}).Json().at("cameras"), json::array());
 }
 
-// Its own words tell more than the library, which only says that there is no System.
+// The trial gives a reason; the library only says that there is no System.
 TEST_F(ToolList, DefaultProducerThatDoesNotStart) {
     SetCameras("<Nonsense/>");
     const ToolResult result = Run({"list", "--json", "-p", ZELCAM_BROKEN "/apart/nocamera.cti"});
@@ -260,7 +260,7 @@ TEST_F(ToolList, DefaultProducerThatDoesNotStart) {
                 AllOf(HasSubstr("unset ZELSIM_CONFIG"), Not(HasSubstr("LD_LIBRARY_PATH"))));
 }
 
-// A camera can call itself what it likes; JSON gets the name as it is.
+// A camera may have any name; JSON shows it unchanged.
 TEST_F(ToolList, NamesOfCamerasGiveNoOrders) {
     SetCameras(R"(<Interface id="eth0" type="GEV">
         <Camera id="evil&#10;b" serial="1" width="64" height="48" frameRate="0"
@@ -291,7 +291,7 @@ TEST_F(ToolList, NamesForTheShell) {
     EXPECT_EQ(Run({"list", "--names"}).out, "same\n");
 }
 
-// Found first by the loader, it loads and starts but is of no use.
+// The loader finds this default producer first; it loads and starts but does not work.
 TEST_F(ToolList, DefaultProducerThatCannotListInterfaces) {
     std::filesystem::copy_file(ZELCAM_BROKEN "/nolist.cti", Path("libZelCTI.cti"));
     SetVariable("LD_LIBRARY_PATH", folder_);
@@ -299,11 +299,11 @@ TEST_F(ToolList, DefaultProducerThatCannotListInterfaces) {
     EXPECT_EQ(result.exitCode, 2);
     const json producer = result.Json().at("producers").at(0);
     EXPECT_EQ(producer.at("file"), Path("libZelCTI.cti"));
-    EXPECT_THAT(producer.at("reason").get<std::string>(), HasSubstr("cannot tell its interfaces"));
+    EXPECT_THAT(producer.at("reason").get<std::string>(), HasSubstr("cannot list its interfaces"));
     EXPECT_THAT(Run({"list"}).out, HasSubstr("LD_LIBRARY_PATH"));
 }
 
-// What bash offers for a line that ends with the last of `words`.
+// The words that bash offers for the last of `words`.
 class Completion : public ToolList {
   protected:
     std::string Offers(const std::string& words) {
@@ -332,7 +332,7 @@ TEST_F(Completion, CommandsOptionsCamerasAndFiles) {
     EXPECT_EQ(Offers("get --simulated U3V0-CAM0 Hei"), "HeightMax\nHeight\n");
 }
 
-// The options that the completion offers are those the program has, whose help fits a terminal.
+// Completion offers exactly the options of the program, and the help fits a terminal.
 TEST_F(Completion, KnowsEveryOption) {
     for (const std::string command :
          {"list", "grab", "features", "get", "set", "exec", "watch", "events", "read", "write",

@@ -1,5 +1,5 @@
-// Commands whose camera stops answering. They run in this process, where its calls can be counted
-// and made to fail.
+// Commands whose camera stops answering. They run in this process, so that the test can count calls
+// and make them fail.
 
 #include <cstdlib>
 #include <iostream>
@@ -10,8 +10,9 @@
 
 #include "gentl/GenTL.h"
 #include "tests/support/simulator.h"
-#include "tools/zelcam/commands.h"
+#include "tools/zelcam/commands/commands.h"
 
+using namespace ZelTool;
 using nlohmann::json;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
@@ -59,14 +60,14 @@ class ToolLost : public ::testing::Test {
         return result;
     }
 
-    // How often the ports are read.
+    // The number of reads of ports.
     uint64_t ReadsOf(const std::vector<std::string>& arguments) {
         const uint64_t before = simulator_.callCount("GCReadPort");
         EXPECT_EQ(Run(arguments).code, ExitCode::Ok);
         return simulator_.callCount("GCReadPort") - before;
     }
 
-    // After so many reads, the next `count` fail.
+    // After that many reads, the next `count` fail.
     void FailReads(uint64_t after, uint32_t count = ZELSIM_FOREVER) {
         ZelSimFault fault{};
         fault.function = "GCReadPort";
@@ -78,8 +79,7 @@ class ToolLost : public ::testing::Test {
         ASSERT_EQ(simulator_.injectFault(&fault), GenTL::GC_ERR_SUCCESS);
     }
 
-    // As FailReads, when half of the reads of the command are done that come after the description
-    // was read.
+    // Like FailReads, after half of the reads that follow the description.
     void LoseInTheMiddle(const std::vector<std::string>& arguments) {
         const uint64_t description = ReadsOf({"get", "DeviceTemperature"});
         const uint64_t all = ReadsOf(arguments);
@@ -104,7 +104,7 @@ TEST_F(ToolLost, FeaturesAreListedUntilThenAndTheCommandFails) {
     EXPECT_EQ(json::parse(machine.out).at("failures").size(), 1U) << machine.out;
 }
 
-// One read fails; the camera is there.
+// One read fails, but the camera is not lost.
 TEST_F(ToolLost, OneFeatureThatFailsLeavesTheOthers) {
     FailReads(ReadsOf({"get", "DeviceVendorName"}) - 1, 1);
     const Result text = Run({"features", "-v", "invisible"});
@@ -133,7 +133,7 @@ TEST_F(ToolLost, WatchEnds) {
         EXPECT_THAT(result.failure, HasSubstr("nothing answers any more")) << form;
         simulator_.clearFaults();
     }
-    // A single failure is a change, and counts in the end.
+    // A single failure is a change, and it sets the exit code at the end.
     FailReads(ReadsOf({"get", "DeviceTemperature"}) + 1, 1);
     const Result once =
         Run({"watch", "1", "DeviceTemperature", "-i", "1", "-n", "2", "-d", "20000"});

@@ -10,16 +10,17 @@
 
 #include <gmock/gmock.h>
 
-#include "tools/zelcam/camerachoice.h"
-#include "tools/zelcam/description.h"
-#include "tools/zelcam/failure.h"
-#include "tools/zelcam/framename.h"
-#include "tools/zelcam/framestatistics.h"
-#include "tools/zelcam/hostaddress.h"
-#include "tools/zelcam/masking.h"
-#include "tools/zelcam/producerlist.h"
-#include "tools/zelcam/texttable.h"
+#include "tools/zelcam/camera/camerachoice.h"
+#include "tools/zelcam/camera/description.h"
+#include "tools/zelcam/camera/hostaddress.h"
+#include "tools/zelcam/camera/producerlist.h"
+#include "tools/zelcam/commands/masking.h"
+#include "tools/zelcam/console/failure.h"
+#include "tools/zelcam/console/texttable.h"
+#include "tools/zelcam/frames/framename.h"
+#include "tools/zelcam/frames/framestatistics.h"
 
+using namespace ZelTool;
 using std::chrono::milliseconds;
 using ::testing::AllOf;
 using ::testing::HasSubstr;
@@ -54,21 +55,21 @@ uint64_t LostAmong(const std::vector<Arrived>& frames) {
 TEST(FrameStatistics, GapsInTheFrameNumbersAreLostFrames) {
     EXPECT_EQ(LostAmong({{7}, {8}, {9}}), 0U);
     EXPECT_EQ(LostAmong({{7}, {9}, {13}}), 4U);
-    // 16-bit numbers go from 65535 to 1, those of 64 bits likewise.
+    // 16-bit numbers wrap from 65535 to 1; 64-bit numbers wrap likewise.
     EXPECT_EQ(LostAmong({{65534}, {65535}, {1}, {2}}), 0U);
     EXPECT_EQ(LostAmong({{65534}, {2}}), 2U);
     EXPECT_EQ(LostAmong({{UINT64_MAX}, {1}}), 0U);
     EXPECT_EQ(LostAmong({{UINT64_MAX - 1}, {3}}), 3U);
     // Longer counters pass the same numbers without a wrap.
     EXPECT_EQ(LostAmong({{65535}, {65536}, {65538}}), 1U);
-    // The camera started to count anew, also from far up.
+    // The camera starts to count again, even from a high number.
     EXPECT_EQ(LostAmong({{500}, {0}, {1}}), 0U);
     EXPECT_EQ(LostAmong({{500}, {500}}), 0U);
     EXPECT_EQ(LostAmong({{60000}, {1}, {2}}), 0U);
     EXPECT_EQ(LostAmong({{65534}, {0}}), 0U);
 }
 
-// An incomplete frame took one of the numbers around it, whatever it says.
+// An incomplete frame uses up one number in a gap, whatever number it has.
 TEST(FrameStatistics, NumbersOfIncompleteFramesMakeNoGaps) {
     EXPECT_EQ(LostAmong({{5}, {65402, true}, {7}}), 0U);
     EXPECT_EQ(LostAmong({{0, true}, {65403}}), 0U);
@@ -97,7 +98,7 @@ TEST(FileNamePattern, FillsInThePlaces) {
     EXPECT_EQ(FileNamePattern("plain.png").Expand(1, 2, "cam"), "plain.png");
 }
 
-// None takes the name of another, whatever the camera's numbers are.
+// All names differ, whatever the camera's numbers are.
 TEST(FrameNamer, NamesOfARunDiffer) {
     FrameNamer byFrame(FileNamePattern("out.d/{frame}.raw"), "cam");
     EXPECT_EQ(byFrame.NameOf(1, 7, false), "out.d/7.raw");
@@ -112,7 +113,7 @@ TEST(FrameNamer, NamesOfARunDiffer) {
     EXPECT_EQ(byNumber.NameOf(2, 5, false), "a.b/.shot0002");
 }
 
-// Whatever a camera calls itself, its files stay in the folder and can be seen.
+// Whatever the name of a camera is, its files are visible and stay in the folder.
 TEST(FileNamePattern, TextsOfCamerasAreHarmless) {
     const auto name = [](const std::string& camera) {
         return FileNamePattern("{camera}").Expand(1, 1, camera);
@@ -129,8 +130,8 @@ TEST(FileNamePattern, TextsOfCamerasAreHarmless) {
 TEST(FileNamePattern, RefusesWhatItDoesNotKnow) {
     EXPECT_THAT(FailureOf([] { FileNamePattern("a{count}b"); }), HasSubstr("1: --output"));
     EXPECT_THAT(FailureOf([] { FileNamePattern("a{n"); }), HasSubstr("without }"));
-    EXPECT_TRUE(FileNamePattern("{frame}").TellsFramesApart());
-    EXPECT_FALSE(FileNamePattern("{camera}.png").TellsFramesApart());
+    EXPECT_TRUE(FileNamePattern("{frame}").DistinguishesFrames());
+    EXPECT_FALSE(FileNamePattern("{camera}.png").DistinguishesFrames());
 }
 
 Camera MakeCamera(size_t number, const char* id, const char* serial, const char* userName) {
@@ -178,7 +179,7 @@ TEST_F(ChooseCameraTest, InOneOfTheProducersThatListIt) {
 
 TEST_F(ChooseCameraTest, FailuresListTheCandidates) {
     EXPECT_THAT(FailureOf([&] { NumberOf("left"); }),
-                AllOf(HasSubstr("3: \"left\" fits several"), HasSubstr("cam-a"),
+                AllOf(HasSubstr("3: \"left\" matches several"), HasSubstr("cam-a"),
                       HasSubstr("2  cam-b"), HasSubstr("eth2"), Not(HasSubstr("cam-c"))));
     EXPECT_THAT(FailureOf([&] { NumberOf("4"); }), AllOf(HasSubstr("cam-a"), HasSubstr("cam-c")));
 }
@@ -317,14 +318,14 @@ TEST(HostAddress, OnlyThoseThatACameraCanHave) {
     } refused[] = {
         {{"192.168.0.255", "255.255.255.0", "0.0.0.0"}, "broadcast"},
         {{"192.168.0.0", "255.255.255.0", "0.0.0.0"}, "the network itself"},
-        {{"0.0.0.0", "255.255.255.0", "0.0.0.0"}, "no address of a machine"},
-        {{"0.0.0.5", "255.255.255.0", "0.0.0.0"}, "no address of a machine"},
-        {{"255.255.255.255", "255.255.255.0", "0.0.0.0"}, "no address of a machine"},
-        {{"224.0.0.1", "255.255.255.0", "0.0.0.0"}, "no address of a machine"},
-        {{"127.0.0.1", "255.0.0.0", "0.0.0.0"}, "no address of a machine"},
-        {{"192.168.0.10", "255.0.255.0", "0.0.0.0"}, "no mask"},
-        {{"192.168.0.10", "0.0.0.0", "0.0.0.0"}, "no mask"},
-        {{"192.168.0.10", "255.255.255.255", "0.0.0.0"}, "no mask"},
+        {{"0.0.0.0", "255.255.255.0", "0.0.0.0"}, "not a host address"},
+        {{"0.0.0.5", "255.255.255.0", "0.0.0.0"}, "not a host address"},
+        {{"255.255.255.255", "255.255.255.0", "0.0.0.0"}, "not a host address"},
+        {{"224.0.0.1", "255.255.255.0", "0.0.0.0"}, "not a host address"},
+        {{"127.0.0.1", "255.0.0.0", "0.0.0.0"}, "not a host address"},
+        {{"192.168.0.10", "255.0.255.0", "0.0.0.0"}, "not a network mask"},
+        {{"192.168.0.10", "0.0.0.0", "0.0.0.0"}, "not a network mask"},
+        {{"192.168.0.10", "255.255.255.255", "0.0.0.0"}, "not a network mask"},
         {{"192.168.0.10", "255.255.255.0", "192.168.1.1"}, "gateway 192.168.1.1 is outside"},
         {{"192.168.0.10", "255.255.255.0", "192.168.0.255"}, "gateway 192.168.0.255 is the broad"}};
     for (const auto& [network, fault] : refused) {

@@ -25,7 +25,7 @@ class ToolRegisters : public ToolTest {
     <Camera id="big" width="320" height="240" bigEndian="true"/>
   </Interface>)") {}
 
-    // What a run prints; its failure otherwise.
+    // The output of a run, or its failure.
     std::string Output(const std::vector<std::string>& arguments) {
         const ToolResult result = Run(arguments);
         return result.exitCode == 0 ? result.out
@@ -52,12 +52,12 @@ TEST_F(ToolRegisters, ReadsTextsAndLongRanges) {
     EXPECT_EQ(Output({"read", "little", "0x2BE", "18"}),
               "0x000002be  00 00 32 2e 34 2e 31 00 00 00 00 00 00 00 00 00  |..2.4.1.........|\n"
               "0x000002ce  00 00                                            |..|\n");
-    // more than one access reads
+    // More than a single access can read.
     EXPECT_THAT(Output({"read", "little", "0x1000", "0x1010", "-m", "stream"}),
                 EndsWith("|little/Stream0..|\n"));
 }
 
-// What is written is printed as it was understood, so that it shows in which bytes it went.
+// The command prints the written value, so that the test sees its bytes.
 TEST_F(ToolRegisters, WritesEveryTypeInBothOrders) {
     const struct {
         const char* type;
@@ -85,14 +85,14 @@ TEST_F(ToolRegisters, WritesEveryTypeInBothOrders) {
         EXPECT_THAT(Output({"write", "little", freeAddress, value}), HasSubstr(printed));
 }
 
-// The simulated cameras live as long as the process, so that what was written shows only in the
-// answer to what may not be written.
+// The simulated cameras live only as long as the process, so a later run cannot read what was
+// written. A rejected value shows the byte order.
 TEST_F(ToolRegisters, BytesReachTheCameraInItsOrder) {
     EXPECT_EQ(Run({"write", "big", widthAddress, "160"}).exitCode, 0);
     EXPECT_EQ(Run({"write", "big", widthAddress, "hex:000000a0"}).exitCode, 0);
     EXPECT_THAT(Output({"write", "big", widthAddress, "160", "--endian", "little"}),
                 StartsWith("8 zelcam: 4 bytes at 0x00002110 of the camera cannot be written: the "
-                           "value is refused"));
+                           "value is rejected"));
     EXPECT_EQ(Run({"write", "little", widthAddress, "160", "-a", "readonly"}).exitCode, 8);
 }
 
@@ -118,7 +118,7 @@ TEST_F(ToolRegisters, NumbersAreReadWholeAndRangesAreBounded) {
     EXPECT_EQ(Run({"write", "little", freeAddress, "hex:" + std::string(8194, '0')}).exitCode, 1);
 }
 
-// The first register of each holds its identifier.
+// The first register of each module has its identifier.
 TEST_F(ToolRegisters, OtherModulesHaveRegistersOfTheirOwn) {
     const std::pair<std::string, std::string> modules[] = {
         {"local", "little"}, {"interface", "eth7"}, {"stream", "little/Stream0"}};

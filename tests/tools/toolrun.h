@@ -17,10 +17,10 @@ struct ToolResult {
     nlohmann::json Json() const { return nlohmann::json::parse(out); }
 };
 
-// A test with a folder of its own, in which the program runs, and cameras of its own.
+// A test with its own folder, in which the program runs, and its own cameras.
 class ToolTest : public ::testing::Test {
   protected:
-    // With the cameras of SetCameras, if there are some.
+    // Runs with the cameras of SetCameras, if there are any.
     explicit ToolTest(std::string interfaces = "") : interfaces_(std::move(interfaces)) {}
 
     void SetUp() override;
@@ -34,14 +34,14 @@ class ToolTest : public ::testing::Test {
         environment_[name] = value;
     }
 
-    // Starts a program, zelcam by default; Wait returns what came of it.
+    // Starts a program, zelcam by default; Wait returns its result.
     int Start(const std::vector<std::string>& arguments, const char* program = ZELCAM_TOOL);
     ToolResult Wait(int process);
     ToolResult Run(const std::vector<std::string>& arguments, const char* program = ZELCAM_TOOL) {
         return Wait(Start(arguments, program));
     }
 
-    // Runs zelcam on a terminal; gives what that showed as `out`.
+    // Runs zelcam on a terminal; `out` is what the terminal showed.
     ToolResult RunOnTerminal(const std::vector<std::string>& arguments);
 
     std::string Path(const std::string& name) const { return folder_ + "/" + name; }

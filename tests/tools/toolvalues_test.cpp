@@ -101,7 +101,8 @@ TEST_F(ToolValues, OptionsTakeWholeNumbersOnly) {
             command.back() = number;
             const ToolResult result = Run(command);
             EXPECT_EQ(result.exitCode, 1) << command.front() << option << number << result.out;
-            EXPECT_THAT(result.err, HasSubstr("is no whole number")) << command.front() << number;
+            EXPECT_THAT(result.err, HasSubstr("is not a whole number"))
+                << command.front() << number;
         }
     }
 }

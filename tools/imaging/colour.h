@@ -1,6 +1,5 @@
-// From components to red, green and blue.
-#ifndef ZELCAM_TOOLS_IMAGING_COLOUR_H
-#define ZELCAM_TOOLS_IMAGING_COLOUR_H
+// Converts components to red, green and blue.
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -31,5 +30,3 @@ std::vector<uint16_t> ReorderToRgb(const Components& image, Layout layout);
 std::vector<uint16_t> YuvToRgb(const Components& image, const PixelFormat& format);
 
 }  // namespace Imaging
-
-#endif  // ZELCAM_TOOLS_IMAGING_COLOUR_H

@@ -11,11 +11,11 @@ namespace Imaging {
 namespace {
 
 // Far above any sensor; keeps the sizes computed from it within 64 bits.
-constexpr size_t maxExtent = size_t{1} << 24;
+constexpr size_t kMaxExtent = size_t{1} << 24;
 
 void CheckGeometry(const RawImage& image) {
     if (image.width == 0 || image.height == 0) throw Error("the image has no pixels");
-    if (image.width > maxExtent || image.height > maxExtent || image.linePadding > maxExtent) {
+    if (image.width > kMaxExtent || image.height > kMaxExtent || image.linePadding > kMaxExtent) {
         throw Error("the image claims to be " + std::to_string(image.width) + " by " +
                     std::to_string(image.height) + " pixels");
     }

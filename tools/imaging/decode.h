@@ -1,6 +1,5 @@
-// From the bytes of a camera to a picture.
-#ifndef ZELCAM_TOOLS_IMAGING_DECODE_H
-#define ZELCAM_TOOLS_IMAGING_DECODE_H
+// Converts the bytes of a camera to a picture.
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -8,7 +7,7 @@
 
 namespace Imaging {
 
-// An image as the camera sent it. `size` bytes can be read at `data`, which stay the caller's.
+// An image as the camera sent it. The caller owns `data`, which has `size` bytes.
 struct RawImage {
     const uint8_t* data;
     size_t size;
@@ -23,7 +22,7 @@ struct RawImage {
 };
 
 // A picture to look at: gray (one channel) or red, green, blue (three), line by line without gaps.
-// Samples have a width of 16 bits in memory for both depths, so that there is one code path.
+// Samples have 16 bits in memory for both depths, so that one code path suffices.
 struct Picture {
     size_t width = 0;
     size_t height = 0;
@@ -41,5 +40,3 @@ struct Picture {
 Picture Decode(const RawImage& image);
 
 }  // namespace Imaging
-
-#endif  // ZELCAM_TOOLS_IMAGING_DECODE_H

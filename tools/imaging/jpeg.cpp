@@ -11,7 +11,7 @@
 namespace Imaging {
 namespace {
 
-constexpr int quality = 95;
+constexpr int kQuality = 95;
 
 // The encoder is C and reports failures with longjmp, which must not skip a destructor: objects
 // live in this class and outside the function that calls setjmp.
@@ -51,7 +51,7 @@ class JpegEncoder {
         jpeg_.input_components = static_cast<int>(picture.channels);
         jpeg_.in_color_space = picture.channels == 1 ? JCS_GRAYSCALE : JCS_RGB;
         jpeg_set_defaults(&jpeg_);
-        jpeg_set_quality(&jpeg_, quality, TRUE);
+        jpeg_set_quality(&jpeg_, kQuality, TRUE);
         jpeg_start_compress(&jpeg_, TRUE);
         const uint32_t shift = picture.depth - 8;
         const uint16_t* samples = picture.samples.data();

@@ -1,6 +1,5 @@
 // Pictures as JPEG files.
-#ifndef ZELCAM_TOOLS_IMAGING_JPEG_H
-#define ZELCAM_TOOLS_IMAGING_JPEG_H
+#pragma once
 
 #include <cstdint>
 #include <vector>
@@ -9,11 +8,9 @@
 
 namespace Imaging {
 
-// The bytes of a JPEG file, which is not what the camera saw but looks like it: gray or RGB with
-// 8 bits per sample, of deeper pictures the upper ones. Throws Error when the encoder refuses the
-// picture, one of more than 65500 lines for instance.
+// The bytes of a JPEG file, which only resembles the picture: gray or RGB with 8 bits per sample,
+// the upper ones of a deeper picture. Throws Error when the encoder refuses the picture, for
+// instance one of more than 65500 lines.
 std::vector<uint8_t> EncodeJpeg(const Picture& picture);
 
 }  // namespace Imaging
-
-#endif  // ZELCAM_TOOLS_IMAGING_JPEG_H

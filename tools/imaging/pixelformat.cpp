@@ -30,7 +30,7 @@ namespace PFNC = GenICam_3_0::PFNC;
         FORMAT(prefix##16, layout, Words, 16), FORMAT(prefix##10p, layout, LsbFirst, 10), \
         FORMAT(prefix##12p, layout, LsbFirst, 12)
 
-constexpr PixelFormat formats[] = {
+constexpr PixelFormat kFormats[] = {
     FORMAT(Mono1p, Mono, LsbFirst, 1),
     FORMAT(Mono2p, Mono, LsbFirst, 2),
     FORMAT(Mono4p, Mono, LsbFirst, 4),
@@ -90,9 +90,9 @@ size_t PixelFormat::Components() const {
 }
 
 const PixelFormat* FindPixelFormat(uint64_t value) {
-    const auto* found = std::find_if(std::begin(formats), std::end(formats),
+    const auto* found = std::find_if(std::begin(kFormats), std::end(kFormats),
                                      [&](const PixelFormat& f) { return f.value == value; });
-    return found == std::end(formats) ? nullptr : found;
+    return found == std::end(kFormats) ? nullptr : found;
 }
 
 const PixelFormat& GetPixelFormat(uint64_t value) {

@@ -1,6 +1,5 @@
-// What the pixel formats of cameras look like in memory.
-#ifndef ZELCAM_TOOLS_IMAGING_PIXELFORMAT_H
-#define ZELCAM_TOOLS_IMAGING_PIXELFORMAT_H
+// Describes how the pixel formats of cameras are stored in memory.
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -72,7 +71,7 @@ const PixelFormat& GetPixelFormat(uint64_t value);
 // Name of the format, or its number in hexadecimal when it is not known.
 std::string PixelFormatName(uint64_t value);
 
-// Bits one pixel occupies, which PFNC numbers tell also for formats that are not known here.
+// The bits of one pixel, which a PFNC number contains even for an unknown format.
 constexpr uint32_t BitsPerPixel(uint64_t value) {
     return static_cast<uint32_t>(value >> 16) & 0xFF;
 }
@@ -83,5 +82,3 @@ constexpr size_t LineBytes(uint64_t value, size_t width) {
 }
 
 }  // namespace Imaging
-
-#endif  // ZELCAM_TOOLS_IMAGING_PIXELFORMAT_H

@@ -10,8 +10,8 @@ namespace Imaging {
 namespace {
 
 // Frames come faster than the best compression is found.
-constexpr int compressionLevel = 1;
-constexpr uint8_t subFilter = 1;  // each byte less that of the pixel before
+constexpr int kCompressionLevel = 1;
+constexpr uint8_t kSubFilter = 1;  // each byte less that of the pixel before
 
 struct FreeCompressor {
     void operator()(libdeflate_compressor* compressor) const {
@@ -20,9 +20,9 @@ struct FreeCompressor {
 };
 
 void CheckSize(const Picture& picture) {
-    constexpr size_t largest = 0x7FFFFFFF;
-    if (picture.width == 0 || picture.height == 0 || picture.width > largest ||
-        picture.height > largest) {
+    constexpr size_t kLargest = 0x7FFFFFFF;
+    if (picture.width == 0 || picture.height == 0 || picture.width > kLargest ||
+        picture.height > kLargest) {
         throw Error("PNG: a picture of " + std::to_string(picture.width) + " by " +
                     std::to_string(picture.height) + " pixels is not possible");
     }
@@ -51,7 +51,7 @@ std::vector<uint8_t> FilteredLines(const Picture& picture) {
     for (size_t y = 0; y < picture.height; ++y) {
         StoreLine(picture.samples.data() + y * samples, samples, picture.depth,
                   line.data() + pixel);
-        *out++ = subFilter;
+        *out++ = kSubFilter;
         for (size_t i = 0; i < size; ++i)
             out[i] = static_cast<uint8_t>(line[pixel + i] - line[i]);
         out += size;
@@ -61,7 +61,7 @@ std::vector<uint8_t> FilteredLines(const Picture& picture) {
 
 std::vector<uint8_t> Compress(const std::vector<uint8_t>& bytes) {
     const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(
-        libdeflate_alloc_compressor(compressionLevel));
+        libdeflate_alloc_compressor(kCompressionLevel));
     if (compressor == nullptr) throw Error("PNG: the encoder does not start");
     std::vector<uint8_t> result(libdeflate_zlib_compress_bound(compressor.get(), bytes.size()));
     result.resize(libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(),
@@ -85,19 +85,19 @@ void AppendChunk(std::vector<uint8_t>& file, const char* type, const uint8_t* da
 
 // A chunk holds less than 2 GB; the data may be cut anywhere.
 void AppendData(std::vector<uint8_t>& file, const std::vector<uint8_t>& data) {
-    constexpr size_t longest = size_t{1} << 30;
-    for (size_t at = 0; at < data.size(); at += longest)
-        AppendChunk(file, "IDAT", data.data() + at, std::min(longest, data.size() - at));
+    constexpr size_t kLongest = size_t{1} << 30;
+    for (size_t at = 0; at < data.size(); at += kLongest)
+        AppendChunk(file, "IDAT", data.data() + at, std::min(kLongest, data.size() - at));
 }
 
 std::vector<uint8_t> Header(const Picture& picture) {
-    constexpr uint8_t gray = 0;
-    constexpr uint8_t rgb = 2;
+    constexpr uint8_t kGray = 0;
+    constexpr uint8_t kRgb = 2;
     std::vector<uint8_t> header;
     AppendNumber(header, static_cast<uint32_t>(picture.width));
     AppendNumber(header, static_cast<uint32_t>(picture.height));
     header.push_back(static_cast<uint8_t>(picture.depth));
-    header.push_back(picture.channels == 1 ? gray : rgb);
+    header.push_back(picture.channels == 1 ? kGray : kRgb);
     header.insert(header.end(), 3, 0);  // the only compression and filters, and no interlacing
     return header;
 }

@@ -1,6 +1,5 @@
 // Pictures as PNG files.
-#ifndef ZELCAM_TOOLS_IMAGING_PNG_H
-#define ZELCAM_TOOLS_IMAGING_PNG_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -15,5 +14,3 @@ namespace Imaging {
 std::vector<uint8_t> EncodePng(const Picture& picture);
 
 }  // namespace Imaging
-
-#endif  // ZELCAM_TOOLS_IMAGING_PNG_H

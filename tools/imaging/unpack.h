@@ -1,6 +1,5 @@
-// The components of a line as numbers, whatever their packing.
-#ifndef ZELCAM_TOOLS_IMAGING_UNPACK_H
-#define ZELCAM_TOOLS_IMAGING_UNPACK_H
+// Unpacks the components of a line to numbers.
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -9,10 +8,8 @@
 
 namespace Imaging {
 
-// Unpacks `count` components from `line` to `out`. The line has the bytes that LineBytes tells.
+// Unpacks `count` components from `line` to `out`. The line has as many bytes as LineBytes returns.
 // Bits above the depth, which a camera should leave 0, are cut off at full scale.
 void UnpackLine(const PixelFormat& format, const uint8_t* line, size_t count, uint16_t* out);
 
 }  // namespace Imaging
-
-#endif  // ZELCAM_TOOLS_IMAGING_UNPACK_H

@@ -9,30 +9,32 @@
 #include <Base/GCBase.h>
 #include <nlohmann/json.hpp>
 
-#include "tools/zelcam/commands.h"
-#include "tools/zelcam/interrupt.h"
-#include "tools/zelcam/jsontext.h"
-#include "tools/zelcam/printable.h"
-#include "tools/zelcam/texttable.h"
+#include "tools/zelcam/commands/commands.h"
+#include "tools/zelcam/console/interrupt.h"
+#include "tools/zelcam/console/jsontext.h"
+#include "tools/zelcam/console/printable.h"
+#include "tools/zelcam/console/texttable.h"
+
+namespace ZelTool {
 
 namespace {
 
-constexpr const char* help =
+constexpr const char* kHelp =
     "Exit codes:\n"
     "    0  success\n"
     "    1  wrong option or argument\n"
-    "    2  a producer that is needed does not work\n"
-    "    3  no camera, no such camera, or several that fit\n"
+    "    2  a required producer does not work\n"
+    "    3  no camera was found, or the name matches none or several\n"
     "    4  the camera cannot be opened\n"
     "    5  the acquisition failed\n"
     "    6  no frame arrived in time\n"
-    "    7  a file cannot be read or written, or a frame not be converted\n"
-    "    8  a feature does not exist, or cannot be read, set or started; or a\n"
-    "       register not be read or written; or an upload of firmware failed;\n"
+    "    7  a file cannot be read or written, or a frame cannot be converted\n"
+    "    8  a feature does not exist, or cannot be read, set or started; a\n"
+    "       register cannot be read or written; an upload of firmware failed;\n"
     "       or the camera is lost\n"
-    "    9  config diff: the camera is set otherwise than the file says\n"
+    "    9  config diff: the settings of camera and file differ\n"
     "   10  check: a check failed\n"
-    "  130  ended with Ctrl-C before all was done\n\n"
+    "  130  ended with Ctrl-C before everything was done\n\n"
     "Examples:\n"
     "  zelcam list\n"
     "  zelcam list --simulated   (without a camera at hand)\n"
@@ -41,7 +43,7 @@ constexpr const char* help =
     "  zelcam set 1 ExposureTime=5ms\n"
     "  zelcam grab --help";
 
-void TellFailure(const std::string& message, ExitCode code, bool json) {
+void PrintFailure(const std::string& message, ExitCode code, bool json) {
     if (!json) {
         const size_t width = TerminalWidth(STDERR_FILENO);
         std::istringstream lines("zelcam: " + PrintableLines(message));
@@ -53,7 +55,7 @@ void TellFailure(const std::string& message, ExitCode code, bool json) {
     }
     using Json = nlohmann::ordered_json;
     const Json failure = {{"exitCode", static_cast<int>(code)}, {"error", message}};
-    // In one line: the output may be one object per line.
+    // On one line: the output may have one object per line.
     std::cout << JsonText(failure, -1) << '\n';
 }
 
@@ -66,13 +68,13 @@ ExitCode Run(const Invocation& invocation) {
         if (!std::cout) throw Failure(ExitCode::FileFailed, "the output cannot be written");
     } catch (const Failure& failure) {
         code = failure.Code();
-        TellFailure(failure.what(), code, invocation.json);
+        PrintFailure(failure.what(), code, invocation.json);
     } catch (const GenICam::GenericException& error) {
         code = ExitCode::FeatureFailed;
-        TellFailure(error.GetDescription(), code, invocation.json);
+        PrintFailure(error.GetDescription(), code, invocation.json);
     } catch (const std::exception& error) {
         code = ExitCode::AcquisitionFailed;
-        TellFailure(error.what(), code, invocation.json);
+        PrintFailure(error.what(), code, invocation.json);
     }
     return code;
 }
@@ -80,7 +82,7 @@ ExitCode Run(const Invocation& invocation) {
 ExitCode ParseAndRun(int argc, char** argv) {
     CommandLine line("zelcam", ZELCAM_VERSION, "Find cameras, set them, and grab frames from them");
     Command app = line.Program();
-    app.Footer(help);
+    app.Footer(kHelp);
     Invocation invocation;
     AddListCommand(app, invocation);
     AddGrabCommand(app, invocation);
@@ -104,13 +106,15 @@ ExitCode ParseAndRun(int argc, char** argv) {
 
 }  // namespace
 
+}  // namespace ZelTool
+
 int main(int argc, char** argv) {
     try {
-        const TerminalGuard out(std::cout, STDOUT_FILENO);
-        const TerminalGuard err(std::cerr, STDERR_FILENO);
-        return static_cast<int>(ParseAndRun(argc, argv));
+        const ZelTool::TerminalGuard out(std::cout, STDOUT_FILENO);
+        const ZelTool::TerminalGuard err(std::cerr, STDERR_FILENO);
+        return static_cast<int>(ZelTool::ParseAndRun(argc, argv));
     } catch (...) {
         std::fputs("zelcam: the program could not start\n", stderr);
-        return static_cast<int>(ExitCode::Usage);
+        return static_cast<int>(ZelTool::ExitCode::Usage);
     }
 }

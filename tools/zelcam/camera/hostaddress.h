@@ -1,0 +1,21 @@
+// Checks the network configuration for a camera.
+#pragma once
+
+#include <string>
+
+namespace ZelTool {
+
+// Addresses in the form "192.168.0.1". The gateway 0.0.0.0 means that there is no gateway.
+struct Network {
+    std::string address;
+    std::string mask;
+    std::string gateway;
+};
+
+// Throws Failure (Usage) for a text of another form: the library accepts more forms, and the camera
+// could get an address that the user did not mean. Unless `anyAddress` is set, this also throws for
+// an invalid mask, an address that no host of the network can have, and a gateway outside the
+// network.
+void CheckNetwork(const Network& network, bool anyAddress);
+
+}  // namespace ZelTool

@@ -1,0 +1,129 @@
+#include "tools/zelcam/camera/openedcamera.h"
+
+#include <iostream>
+
+#include "tools/zelcam/camera/camerachoice.h"
+#include "tools/zelcam/camera/words.h"
+#include "tools/zelcam/console/failure.h"
+#include "tools/zelcam/console/printable.h"
+
+namespace ZelTool {
+
+namespace {
+
+using Access = ZelCam::DeviceAccess;
+
+std::string OpenHint(ZelCamErr code, const Camera& camera) {
+    if (code == ZelCamErr_GenTL_ResourceInUse || code == ZelCamErr_GenTL_AccessDenied) {
+        return "\nAnother program has the camera open, or did not close it properly: close that "
+               "program, or\nwait some seconds until the camera notices. `--access readonly` may "
+               "work meanwhile.";
+    }
+    if (camera.accessStatus == 3 && camera.interfaceType == ZelCam::InterfaceType::GEV) {
+        return "\nThe camera is visible but cannot be reached: its address does not belong to the "
+               "network of\nthe adapter. `zelcam ip force` changes the address.";
+    }
+    if (camera.accessStatus == 3) {
+        return "\nThe camera is visible but cannot be reached. Check that this user may open the "
+               "device (udev rules, groups).";
+    }
+    return "";
+}
+
+Access AccessOf(const std::string& name) {
+    if (name == "readonly") return Access::ReadOnly;
+    return name == "exclusive" ? Access::Exclusive : Access::Control;
+}
+
+}  // namespace
+
+const std::vector<std::string> kAccessNames = {"auto", "readonly", "control", "exclusive"};
+
+Module ModuleOf(const std::string& name) {
+    if (name == "local") return Module::Local;
+    if (name == "interface") return Module::Interface;
+    if (name == "stream") return Module::Stream;
+    return name == "system" ? Module::System : Module::Camera;
+}
+
+std::string ModuleWords(Module module) {
+    switch (module) {
+        case Module::Local:
+            return "local device";
+        case Module::Interface:
+            return "interface";
+        case Module::Stream:
+            return "stream";
+        case Module::System:
+            return "system";
+        default:
+            return "camera";
+    }
+}
+
+OpenedCamera::OpenedCamera(const Camera& camera, const std::string& access) : camera_(camera) {
+    ZelCamErr code = ZelCamErr_Error;
+    device_.reset(ZelCam_CreateDevice(camera.info, AccessOf(access), &code));
+    if (!device_ && access == "auto") {
+        // If this fails, too, the first code is the more useful one.
+        device_.reset(ZelCam_CreateDevice(camera.info, Access::ReadOnly, nullptr));
+        if (device_) std::cerr << "zelcam: note: opened read-only: " << ErrorWords(code) << '\n';
+    }
+    if (!device_) {
+        throw Failure(ExitCode::CannotOpen,
+                      "camera " + Printable(camera.id) + " cannot be opened: " + ErrorWords(code) +
+                          "; its access status is \"" + AccessWords(camera.accessStatus) + "\"" +
+                          OpenHint(code, camera));
+    }
+}
+
+ZelCam::Stream& OpenedCamera::Stream() {
+    if (!stream_) {
+        if (device_->GetNumStreams() == 0) {
+            throw Failure(ExitCode::CannotOpen, "the camera has no data stream");
+        }
+        stream_.reset(device_->GetStreamByIndex(0));
+    }
+    if (!stream_) throw Failure(ExitCode::CannotOpen, "the camera's data stream cannot be opened");
+    return *stream_;
+}
+
+ZelGenParam::Array* OpenedCamera::Find(Module module, ZelCamErr* code) {
+    switch (module) {
+        case Module::Local:
+            return device_->GetTransportParameters(code);
+        case Module::Interface:
+            return camera_.info->GetInterface()->GetParameters(code);
+        case Module::Stream:
+            return Stream().GetParameters(code);
+        case Module::System:
+            *code = ZelCamErr_NoNodeMap;
+            return nullptr;
+        default:
+            return device_->GetCameraParameters(code);
+    }
+}
+
+ZelGenParam::Array& OpenedCamera::Features(Module module) {
+    ZelCamErr code = ZelCamErr_NoNodeMap;
+    ZelGenParam::Array* features = Find(module, &code);
+    if (features == nullptr) {
+        throw Failure(ExitCode::FeatureFailed, "the features of the " + ModuleWords(module) +
+                                                   " are not available: " + ErrorWords(code));
+    }
+    return *features;
+}
+
+FeatureSession::FeatureSession(const FeatureOptions& options)
+    : session_(options.session),
+      camera_(SelectCamera(session_, options.camera), options.access),
+      module_(ModuleOf(options.module)) {}
+
+FeatureSession::FeatureSession(const FeatureOptions& options, std::vector<std::string>& words,
+                               size_t others)
+    : session_(options.session),
+      camera_(SelectCamera(session_, TakeCamera(session_.Cameras(), words, others)),
+              options.access),
+      module_(ModuleOf(options.module)) {}
+
+}  // namespace ZelTool

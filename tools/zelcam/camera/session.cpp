@@ -1,0 +1,268 @@
+#include "tools/zelcam/camera/session.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <system_error>
+#include <utility>
+
+#include "tools/zelcam/camera/producerfile.h"
+#include "tools/zelcam/camera/producerlist.h"
+#include "tools/zelcam/camera/words.h"
+#include "tools/zelcam/console/interrupt.h"
+#include "tools/zelcam/console/printable.h"
+#include "tools/zelcam/console/progress.h"
+
+namespace ZelTool {
+
+namespace {
+
+using State = Producer::State;
+
+// Makes the default producer list simulated cameras, which it does only if the environment asks for
+// them. The user's own file takes precedence over the built-in cameras.
+void AskForSimulatedCameras() {
+    if (TextOrEmpty(std::getenv("ZELSIM_CONFIG")).empty()) setenv("ZELSIM", "1", 1);
+}
+
+// Registers a producer, and notes a failure in it.
+void Register(ZelCam::System& system, Producer& producer) {
+    const ZelCamErr code = system.RegisterGenTLProvider(producer.file.c_str());
+    if (code != ZelCamErr_Success) producer.Fail("the library cannot use it: " + ErrorWords(code));
+}
+
+// Lets the interface search for cameras; returns what went wrong.
+std::string Search(ZelCam::Interface& interface, uint64_t searchMs) {
+    try {
+        const ZelCamErr code = interface.ReEnumerateDevices(nullptr, searchMs);
+        return code == ZelCamErr_Success ? ""
+                                         : "the search for cameras failed: " + ErrorWords(code);
+    } catch (const std::system_error& error) {
+        return std::string("the cameras cannot be listed: ") + error.what();
+    }
+}
+
+Camera Describe(ZelCam::DeviceInfo& info, const InterfaceEntry& interface, size_t number) {
+    Camera camera;
+    camera.info = &info;
+    camera.number = number;
+    camera.id = TextOrEmpty(info.GetID());
+    camera.vendor = TextOrEmpty(info.GetVendor());
+    camera.model = TextOrEmpty(info.GetModel());
+    camera.serial = TextOrEmpty(info.GetSerialNumber());
+    camera.userName = TextOrEmpty(info.GetUserDefinedName());
+    camera.version = TextOrEmpty(info.GetVersion());
+    camera.accessStatus = info.GetAccessStatus();
+    camera.interfaceId = interface.id;
+    camera.interfaceType = interface.type;
+    camera.producer = interface.producer;
+    camera.producerName = interface.producerName;
+    camera.simulated = interface.simulated;
+    return camera;
+}
+
+}  // namespace
+
+std::string Producer::OriginWords() const {
+    switch (origin) {
+        case Origin::Option:
+            return "--producer";
+        case Origin::Environment:
+            return "GENICAM_GENTL64_PATH";
+        case Origin::Only:
+            return "--only";
+        default:
+            return "default";
+    }
+}
+
+std::string Producer::StateWords() const {
+    switch (state) {
+        case State::Failed:
+            return "failed";
+        case State::Skipped:
+            return "skipped";
+        default:
+            return "loaded";
+    }
+}
+
+void Producer::Fail(const std::string& why) {
+    state = State::Failed;
+    reason = why;
+}
+
+void Producer::Skip(const std::string& why) {
+    state = State::Skipped;
+    reason = why;
+}
+
+bool Producer::OnlySimulates() const {
+    if (interfaces.empty()) return origin == Origin::Default;
+    return std::all_of(interfaces.begin(), interfaces.end(),
+                       [](const auto& each) { return each.simulated; });
+}
+
+std::string Camera::Description() const {
+    std::string details = vendor + (vendor.empty() || model.empty() ? "" : " ") + model;
+    if (!serial.empty()) details += (details.empty() ? "" : ", ") + ("serial number " + serial);
+    if (!userName.empty()) details += (details.empty() ? "" : ", ") + ("\"" + userName + "\"");
+    if (simulated) details += details.empty() ? "simulated" : ", simulated";
+    return Printable(details.empty() ? id : id + " (" + details + ")");
+}
+
+Session::Session(const SessionOptions& options)
+    : options_(options),
+      producers_(CollectProducers(options.producers, options.only,
+                                  TextOrEmpty(std::getenv("GENICAM_GENTL64_PATH")))) {
+    if (options_.simulated) AskForSimulatedCameras();
+    // These fork, so they come before anything that starts threads.
+    const std::vector<Trial> trials = StartTrials();
+    const LiveLine line(Waiting("searching for cameras"));
+    AwaitTrials(trials);
+    if (!OpenSystem()) return;
+    for (const Listed& listed : ListInterfaces()) {
+        if (IsAskedFor(listed)) SearchInterface(listed);
+    }
+    EndIfInterrupted();
+}
+
+bool Session::HasRealProducer() const {
+    return std::any_of(producers_.begin(), producers_.end(), [](const Producer& producer) {
+        return producer.state == State::Loaded && !producer.leftOut && !producer.OnlySimulates();
+    });
+}
+
+bool Session::CouldAskForSimulated() const {
+    return HasInterfaceList() && !producers_.front().leftOut && !options_.simulated &&
+           !options_.noSimulated &&
+           std::none_of(interfaces_.begin(), interfaces_.end(),
+                        [](const InterfaceEntry& entry) { return entry.simulated; });
+}
+
+std::string Session::DefaultProducerName() const {
+    if (!system_) return "";
+    return TextOrEmpty(system_->GetDisplayName()) + " " + TextOrEmpty(system_->GetVersion());
+}
+
+// All trials run at the same time, so that they take only as long as the slowest.
+std::vector<Session::Trial> Session::StartTrials() {
+    std::vector<Trial> trials;
+    for (Producer& producer : producers_) {
+        if (producer.state != State::Loaded) continue;
+        const std::string reason = WhyNotLoadable(producer.file);
+        if (!reason.empty()) {
+            producer.Fail(reason);
+            continue;
+        }
+        TrialOptions options;
+        options.limitMs = options_.loadMs;
+        options.searchMs = options_.searchMs;
+        options.searchReal = !producer.leftOut && !options_.simulated;
+        options.searchSimulated = !producer.leftOut && !options_.noSimulated;
+        trials.push_back({&producer, std::make_unique<ProducerTrial>(producer.file, options)});
+    }
+    return trials;
+}
+
+void Session::AwaitTrials(const std::vector<Trial>& trials) {
+    for (const auto& [producer, trial] : trials) {
+        trial->Await();
+        producer->interfaces = trial->Interfaces();
+        if (!trial->Reason().empty()) producer->Fail(trial->Reason());
+    }
+}
+
+void Session::FailDefault(const std::string& reason) {
+    producers_.front().Fail(reason);
+    for (size_t i = 1; i < producers_.size(); ++i) {
+        if (producers_[i].state == State::Loaded) {
+            producers_[i].Skip(
+                "not loaded: the library does not work without its default producer");
+        }
+    }
+}
+
+// False when the interfaces cannot be listed.
+bool Session::OpenSystem() {
+    if (producers_.front().state != State::Loaded) {
+        FailDefault(producers_.front().reason);
+        return false;
+    }
+    system_.reset(ZelCam_GetSystem());
+    if (!system_) {
+        FailDefault("the library cannot use it, and gives no reason");
+        return false;
+    }
+    producers_.front().file = FindDefaultProducer();
+    for (size_t i = 1; i < producers_.size(); ++i) {
+        EndIfInterrupted();
+        if (producers_[i].state == State::Loaded) Register(*system_, producers_[i]);
+    }
+    list_.reset(system_->GetInterfaceList(ZelCam::InterfaceType::Unknown));
+    if (!list_) FailDefault("the library cannot list the interfaces");
+    return list_ != nullptr;
+}
+
+// The library lists interfaces producer by producer, in the order in which the trials found them.
+// The producer of an interface that has appeared since then is unknown.
+std::vector<Session::Listed> Session::ListInterfaces() {
+    std::vector<std::pair<const Producer*, const OfferedInterface*>> offered;
+    for (const Producer& producer : producers_) {
+        if (producer.state != State::Loaded) continue;
+        for (const OfferedInterface& interface : producer.interfaces)
+            offered.emplace_back(&producer, &interface);
+    }
+    std::vector<Listed> listed;
+    auto next = offered.begin();
+    for (auto* interface = list_->GetFirst(); interface != nullptr; interface = list_->GetNext()) {
+        const auto found = std::find_if(next, offered.end(), [&](const auto& entry) {
+            return entry.second->id == TextOrEmpty(interface->GetId());
+        });
+        if (found == offered.end()) {
+            listed.push_back({interface, nullptr, false});
+            continue;
+        }
+        listed.push_back({interface, found->first, found->second->simulated});
+        next = found + 1;
+    }
+    std::stable_partition(listed.begin(), listed.end(),
+                          [](const Listed& entry) { return !entry.simulated; });
+    return listed;
+}
+
+bool Session::IsAskedFor(const Listed& listed) const {
+    if (listed.simulated ? options_.noSimulated : options_.simulated) return false;
+    if (listed.producer == nullptr) return options_.only.empty();
+    return !listed.producer->leftOut;
+}
+
+void Session::SearchInterface(const Listed& listed) {
+    ZelCam::Interface& interface = *listed.interface;
+    InterfaceEntry entry;
+    entry.id = TextOrEmpty(interface.GetId());
+    entry.description = TextOrEmpty(interface.GetDescription());
+    entry.type = interface.GetType();
+    entry.simulated = listed.simulated;
+    if (listed.producer != nullptr) {
+        entry.producer = listed.producer->file;
+        entry.producerName = listed.producer->name;
+    }
+    EndIfInterrupted();
+    entry.problem = Search(interface, options_.searchMs);
+    ListCameras(interface, entry);
+    interfaces_.push_back(entry);
+}
+
+void Session::ListCameras(ZelCam::Interface& interface, InterfaceEntry& entry) {
+    const Released<ZelCam::List<ZelCam::DeviceInfo>> list(interface.GetDeviceInfoList());
+    if (!list) {
+        if (entry.problem.empty()) entry.problem = "the cameras cannot be listed";
+        return;
+    }
+    entry.cameras = list->GetCount();
+    for (auto* info = list->GetFirst(); info != nullptr; info = list->GetNext()) {
+        cameras_.push_back(Describe(*info, entry, cameras_.size() + 1));
+    }
+}
+
+}  // namespace ZelTool

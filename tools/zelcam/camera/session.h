@@ -1,0 +1,149 @@
+// The producers, interfaces and cameras of one run of the program.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ZelCam/ZelCam.h"
+#include "tools/zelcam/camera/producertrial.h"
+
+namespace ZelTool {
+
+// Deletes an object of the library by its Release.
+struct Releaser {
+    template <typename T>
+    void operator()(T* object) const {
+        object->Release();
+    }
+};
+template <typename T>
+using Released = std::unique_ptr<T, Releaser>;
+
+struct SessionOptions {
+    std::vector<std::string> producers;  // files given with --producer
+    std::string only;                    // use only the cameras of this producer; empty: of all
+    uint64_t searchMs = 1000;            // for each interface to find its cameras
+    uint64_t loadMs = 10000;             // for a producer to do everything else, see TrialOptions
+    bool simulated = false;              // ask for simulated cameras, and use only these
+    bool noSimulated = false;            // use no simulated camera
+    bool json = false;
+};
+
+struct Producer {
+    enum class Origin { Default, Option, Environment, Only };
+    enum class State {
+        Loaded,
+        Failed,
+        Skipped,  // not loaded, although nothing is wrong with it
+    };
+
+    std::string file;
+    std::string name;  // of the file without its folder, if no other producer has that name
+    Origin origin = Origin::Default;
+    State state = State::Loaded;
+    std::string reason;    // why it is not loaded, or why its cameras are left out
+    bool leftOut = false;  // it is loaded, but its cameras are not listed
+    std::vector<OfferedInterface> interfaces;
+
+    std::string OriginWords() const;
+    std::string StateWords() const;
+    void Fail(const std::string& why);
+    void Skip(const std::string& why);
+
+    // Whether it cannot have real cameras: all its interfaces are simulated, or it is the default
+    // producer and has none.
+    bool OnlySimulates() const;
+};
+
+struct InterfaceEntry {
+    std::string id;
+    std::string description;
+    ZelCam::InterfaceType type;
+    std::string producer;      // file; empty when it is unknown
+    std::string producerName;  // see Producer
+    bool simulated = false;
+    std::string problem;  // why the search for cameras failed
+    size_t cameras = 0;
+};
+
+struct Camera {
+    ZelCam::DeviceInfo* info;  // lives as long as the Session
+    size_t number;             // from 1, in the order of the listing
+    std::string id;
+    std::string vendor;
+    std::string model;
+    std::string serial;
+    std::string userName;
+    std::string version;
+    int32_t accessStatus;
+    std::string interfaceId;
+    ZelCam::InterfaceType interfaceType;
+    std::string producer;      // file; empty when it is unknown
+    std::string producerName;  // see Producer
+    bool simulated;
+
+    // "id (vendor model, serial number 123, simulated)".
+    std::string Description() const;
+};
+
+// The constructor tries the producers, loads those that work, and lists their interfaces and
+// cameras. The lists also say what failed, which does not affect the rest: a producer that crashes,
+// hangs or does not load, or an interface that cannot find its cameras. Only the default producer
+// is indispensable, since the library needs it: without it the lists of interfaces and cameras are
+// empty. Real interfaces and cameras come before simulated ones.
+class Session {
+  public:
+    explicit Session(const SessionOptions& options);
+
+    const std::vector<Producer>& Producers() const { return producers_; }
+    const std::vector<InterfaceEntry>& Interfaces() const { return interfaces_; }
+    const std::vector<Camera>& Cameras() const { return cameras_; }
+
+    // False when the interfaces could not be listed: Producers() says why.
+    bool HasInterfaceList() const { return list_ != nullptr; }
+
+    // Whether a producer for real cameras is loaded, even if it has found none.
+    bool HasRealProducer() const;
+
+    bool AsksForSimulated() const { return options_.simulated; }
+
+    // Whether there is no simulated camera only because nobody asked for one.
+    bool CouldAskForSimulated() const;
+
+    // Name and version that the default producer reports; empty when it does not work.
+    std::string DefaultProducerName() const;
+
+  private:
+    struct Trial {
+        Producer* producer;
+        std::unique_ptr<ProducerTrial> trial;
+    };
+
+    // An interface of the library and its producer.
+    struct Listed {
+        ZelCam::Interface* interface;
+        const Producer* producer;  // null when it is unknown
+        bool simulated;
+    };
+
+    std::vector<Trial> StartTrials();
+    static void AwaitTrials(const std::vector<Trial>& trials);
+    void FailDefault(const std::string& reason);
+    bool OpenSystem();
+    std::vector<Listed> ListInterfaces();
+    bool IsAskedFor(const Listed& listed) const;
+    void SearchInterface(const Listed& listed);
+    void ListCameras(ZelCam::Interface& interface, InterfaceEntry& entry);
+
+    const SessionOptions options_;
+    std::vector<Producer> producers_;  // the first is the default one
+    std::vector<InterfaceEntry> interfaces_;
+    std::vector<Camera> cameras_;
+    Released<ZelCam::System> system_;
+    Released<ZelCam::List<ZelCam::Interface>> list_;
+};
+
+}  // namespace ZelTool

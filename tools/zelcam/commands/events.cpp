@@ -1,0 +1,170 @@
+// zelcam events: prints events of the camera as they arrive.
+
+#include <algorithm>
+#include <iostream>
+
+#include <nlohmann/json.hpp>
+
+#include "tools/zelcam/camera/words.h"
+#include "tools/zelcam/commands/commands.h"
+#include "tools/zelcam/console/interrupt.h"
+#include "tools/zelcam/console/jsontext.h"
+#include "tools/zelcam/console/pause.h"
+#include "tools/zelcam/console/printable.h"
+#include "tools/zelcam/console/progress.h"
+#include "tools/zelcam/console/suggestion.h"
+#include "tools/zelcam/console/timetext.h"
+#include "tools/zelcam/features/eventlistener.h"
+#include "tools/zelcam/features/featurereading.h"
+#include "tools/zelcam/frames/acquisition.h"
+
+namespace ZelTool {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// How often the command checks that the camera still answers: a lost camera sends no event.
+constexpr uint64_t kBetweenLooksMs = 1000;
+
+struct EventsOptions {
+    FeatureOptions camera;
+    std::vector<std::string> names;
+    uint64_t count = 0;
+    uint64_t durationMs = 0;
+    bool grab = false;
+};
+
+// Switches on the named events and listens to them; without names, listens to all events.
+class Listening {
+  public:
+    Listening(ZelGenParam::Array& features, const std::vector<std::string>& names) {
+        const std::vector<std::string> known = EventNames(features);
+        for (const std::string& name : names) {
+            if (std::find(known.begin(), known.end(), name) == known.end()) {
+                throw Failure(ExitCode::FeatureFailed, "the camera has no event \"" + name + "\"" +
+                                                           DidYouMean(name, known) + "\nIt has" +
+                                                           List(known));
+            }
+            listeners_.push_back(std::make_unique<EventListener>(features, name, queue_));
+            switches_.push_back(std::make_unique<EventSwitch>(features, name));
+        }
+        if (names.empty()) ListenToAll(features, known);
+    }
+
+    EventQueue& Queue() { return queue_; }
+
+  private:
+    static std::string List(const std::vector<std::string>& names) {
+        std::string text;
+        for (const std::string& name : names)
+            text += " " + name;
+        return text;
+    }
+
+    // Some cameras list events for which they have no features.
+    void ListenToAll(ZelGenParam::Array& features, const std::vector<std::string>& names) {
+        for (const std::string& name : names) {
+            try {
+                listeners_.push_back(std::make_unique<EventListener>(features, name, queue_));
+            } catch (const Failure& failure) {
+                std::cerr << "zelcam: note: " << PrintableLines(failure.what()) << '\n';
+            }
+        }
+    }
+
+    EventQueue queue_;
+    std::vector<std::unique_ptr<EventListener>> listeners_;
+    std::vector<std::unique_ptr<EventSwitch>> switches_;
+};
+
+void Print(const ArrivedEvent& event, bool json) {
+    if (json) {
+        Json line = {
+            {"time", TimeStamp(event.time)}, {"event", event.name}, {"data", Json::object()}};
+        for (const ArrivedEvent::Datum& datum : event.data)
+            line["data"][datum.feature] = datum.value;
+        std::cout << JsonText(line, -1) << std::endl;
+        return;
+    }
+    std::cout << TimeOfDay(event.time) << "  " << event.name;
+    for (const ArrivedEvent::Datum& datum : event.data)
+        std::cout << "  " << datum.feature << '=' << Printable(datum.text);
+    std::cout << std::endl;
+}
+
+// Waits for a frame, for a slice of time at most, and requeues its buffer, so that the camera goes
+// on sending.
+void PassFrame(Acquisition& acquisition) {
+    ZelCamErr code = ZelCamErr_Success;
+    ZelCam::Buffer* buffer = acquisition.WaitForFrame(kSliceMs, &code);
+    if (buffer != nullptr) {
+        acquisition.Requeue(*buffer);
+    } else if (code != ZelCamErr_GenTL_Timeout && code != ZelCamErr_GenTL_Abort) {
+        throw Failure(ExitCode::AcquisitionFailed,
+                      "waiting for a frame failed: " + ErrorWords(code));
+    }
+}
+
+void PrintWhatMayBeMissing(const EventsOptions& options) {
+    std::cerr << "zelcam: note: no event came";
+    if (options.names.empty())
+        std::cerr << "; without names, only events arrive that were already on";
+    if (!options.grab) std::cerr << "; many events come only with frames: --grab";
+    std::cerr << '\n';
+}
+
+ExitCode RunEvents(const EventsOptions& options) {
+    FeatureSession session(options.camera);
+    Listening listening(session.Features(), options.names);
+    std::optional<Acquisition> acquisition;
+    constexpr size_t kBuffers = 8;
+    if (options.grab) {
+        acquisition.emplace(session.Camera(), kBuffers);
+        acquisition->Start();
+    }
+    uint64_t arrived = 0;
+    LiveLine line(Waiting("waiting for events"));
+    const Deadline deadline(options.durationMs);
+    Deadline look(kBetweenLooksMs);
+    while ((options.count == 0 || arrived < options.count) && !Interrupted() &&
+           !deadline.Passed()) {
+        if (acquisition) PassFrame(*acquisition);
+        const uint64_t wait = acquisition ? 0 : kSliceMs;
+        for (auto event = listening.Queue().Get(wait); event; event = listening.Queue().Get(0)) {
+            line.Print([&] { Print(*event, options.camera.session.json); });
+            if (++arrived == options.count) break;
+        }
+        if (!look.Passed()) continue;
+        RequireAnswer(session.Features());
+        look = Deadline(kBetweenLooksMs);
+    }
+    if (acquisition) acquisition->End();
+    if (arrived == 0) PrintWhatMayBeMissing(options);
+    if (arrived < options.count) return Interrupted() ? ExitCode::Interrupted : ExitCode::Timeout;
+    return ExitCode::Ok;
+}
+
+}  // namespace
+
+void AddEventsCommand(Command app, Invocation& invocation) {
+    auto options = std::make_shared<EventsOptions>();
+    Command command = app.AddCommand("events", "Print events of a camera as they arrive");
+    AddFeatureOptions(command, options->camera);
+    command
+        .AddOption("names", options->names,
+                   "Events to switch on, as EventSelector names them. Default: the events that "
+                   "are already on")
+        .TypeName("NAME");
+    AddEndOptions(command, options->count, options->durationMs, "events");
+    command.AddFlag("--grab", options->grab, "Let the camera send frames meanwhile");
+    command.Footer(
+        "Examples:\n"
+        "  zelcam events 1 ExposureEnd --grab -n 10\n"
+        "  zelcam events 1 --json               one JSON object per line\n\n"
+        "At its end the command switches the events back. It ends with exit code 8 when the "
+        "camera is lost.");
+    Connect(command, invocation, options, RunEvents);
+}
+
+}  // namespace ZelTool

@@ -1,0 +1,221 @@
+// zelcam firmware: uploads firmware to a camera.
+
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <poll.h>
+#include <unistd.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tools/zelcam/camera/registervalue.h"
+#include "tools/zelcam/camera/words.h"
+#include "tools/zelcam/commands/commands.h"
+#include "tools/zelcam/console/interrupt.h"
+#include "tools/zelcam/console/jsontext.h"
+#include "tools/zelcam/console/pause.h"
+#include "tools/zelcam/console/printable.h"
+#include "tools/zelcam/features/featurereading.h"
+
+namespace ZelTool {
+
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::ordered_json;
+using ZelCam::Device;
+
+struct FirmwareOptions {
+    FeatureOptions camera;
+    std::string file;
+    bool yes = false;
+    bool erase = false;
+};
+
+// Checks only that the file can be read: the library checks the image.
+uint64_t SizeOf(const std::string& file) {
+    std::error_code error;
+    if (!fs::is_regular_file(file, error)) {
+        throw Failure(ExitCode::FileFailed,
+                      error ? "the file " + file + " cannot be read: " + error.message()
+                            : file + " is not a regular file");
+    }
+    const uint64_t size = fs::file_size(file, error);
+    if (error) {
+        throw Failure(ExitCode::FileFailed,
+                      "the file " + file + " cannot be read: " + error.message());
+    }
+    return size;
+}
+
+// Read from the camera. Nothing when the camera has no version, or does not answer.
+std::optional<std::string> VersionOf(Device& device) {
+    ZelGenParam::Array* const features = device.GetCameraParameters(nullptr);
+    if (features == nullptr) return std::nullopt;
+    ZelGenParam::Param* const version = features->GetParam("DeviceFirmwareVersion", nullptr);
+    if (version == nullptr) return std::nullopt;
+    const std::string text = ReadOrEmpty(*version, true);
+    return text.empty() ? std::nullopt : std::optional(text);
+}
+
+std::string VersionWords(const std::optional<std::string>& version) {
+    return version ? "\"" + Printable(*version) + "\"" : "unknown";
+}
+
+// Reads a line from the terminal. Throws Failure (Interrupted) at Ctrl-C.
+std::string Answer() {
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    while (poll(&input, 1, static_cast<int>(kSliceMs)) <= 0)
+        if (Interrupted()) throw Failure(ExitCode::Interrupted, "nothing was done");
+    std::string line;
+    std::getline(std::cin, line);
+    return line;
+}
+
+void Confirm(const Camera& camera, const FirmwareOptions& options, uint64_t size,
+             const std::optional<std::string>& version) {
+    std::cerr << "Camera   " << camera.Description() << "\nVersion  " << VersionWords(version)
+              << "\nFile     " << options.file << ", " << size
+              << " bytes\n\nThe upload erases the camera's flash"
+              << (size == 0 ? ", and nothing is written into it"
+                            : " before it writes the file into it")
+              << ". A camera without its firmware may not start again.\nGo on? [y/N] ";
+    const std::string answer = Answer();
+    if (answer != "y" && answer != "yes") throw Failure(ExitCode::Usage, "nothing was done");
+}
+
+// Runs an upload and shows its progress.
+class Upload {
+  public:
+    ZelCamErr Run(Device& device, const std::string& file) {
+        const ZelCamErr code = device.UploadFirmware(
+            file.c_str(),
+            [](Device::UploadEventType type, Device::UploadEventData data, void* upload) {
+                static_cast<Upload*>(upload)->Note(type, data);
+            },
+            this);
+        if (shown_) std::fputs("\r\x1b[K", stderr);
+        return code;
+    }
+
+    uint64_t Erased() const { return erased_; }
+    uint64_t Last() const { return last_; }
+
+  private:
+    void Note(Device::UploadEventType type, const Device::UploadEventData& data) {
+        if (type == Device::UploadEvent_SectorErased) ++erased_;
+        last_ = data.currentAddress;
+        if (shown_) {
+            std::fprintf(stderr, "\r\x1b[K%s at %s",
+                         type == Device::UploadEvent_SectorErased ? "erased" : "written",
+                         AddressText(last_).c_str());
+        }
+        if (!Interrupted() || warned_) return;
+        warned_ = true;
+        std::cerr << "\nzelcam: warning: the upload goes on to its end, which takes some seconds: "
+                     "a camera with half\na firmware may not start again. Ctrl-C again ends the "
+                     "program anyway\n";
+    }
+
+    const bool shown_ = isatty(STDERR_FILENO) != 0;
+    bool warned_ = false;
+    uint64_t erased_ = 0;  // sectors
+    uint64_t last_ = 0;    // address
+};
+
+[[noreturn]] void FailUpload(const FirmwareOptions& options, const Upload& upload, ZelCamErr code) {
+    if (code == ZelCamErr_InvalidFile || code == ZelCamErr_FileOpenFailed) {
+        throw Failure(ExitCode::FileFailed,
+                      options.file +
+                          " was refused, and the camera is as it was: " + ErrorWords(code) +
+                          ". So far, only an empty file is accepted, which erases the flash");
+    }
+    const std::string what = "the upload failed: " + ErrorWords(code) + "; ";
+    if (upload.Erased() == 0)
+        throw Failure(ExitCode::FeatureFailed, what + "no sector was reported as erased");
+    throw Failure(ExitCode::FeatureFailed,
+                  what + "it ended at the flash address " + AddressText(upload.Last()) +
+                      ", and everything before it is erased. Upload again before the camera is "
+                      "switched off");
+}
+
+// The versions that the camera reports before and after the upload.
+struct Versions {
+    std::optional<std::string> before;
+    std::optional<std::string> after;
+};
+
+void PrintResult(const FirmwareOptions& options, const std::string& cameraId, const Upload& upload,
+                 const Versions& versions) {
+    const auto json = [](const std::optional<std::string>& version) {
+        return version ? Json(*version) : Json();
+    };
+    if (options.camera.session.json) {
+        const Json result = {{"camera", cameraId},
+                             {"file", options.file},
+                             {"sectorsErased", upload.Erased()},
+                             {"versionBefore", json(versions.before)},
+                             {"versionAfter", json(versions.after)}};
+        std::cout << JsonText(result) << '\n';
+        return;
+    }
+    std::cout << "Erased   " << upload.Erased() << " sectors of the flash, to "
+              << AddressText(upload.Last()) << "\nVersion  " << VersionWords(versions.before)
+              << " before, " << VersionWords(versions.after)
+              << " after; a new version may show only after DeviceReset\n"
+                 "The flash cannot be read back: only the camera's answers were checked.\n";
+}
+
+ExitCode RunFirmware(const FirmwareOptions& options) {
+    const uint64_t size = SizeOf(options.file);
+    if (size == 0 && !options.erase) {
+        throw Failure(ExitCode::Usage,
+                      options.file +
+                          " is empty: uploading it erases the camera's whole flash and "
+                          "writes nothing; --erase allows that");
+    }
+    if (!options.yes && isatty(STDIN_FILENO) == 0) {
+        throw Failure(ExitCode::Usage,
+                      "there is no terminal to ask for a confirmation; --yes goes on without");
+    }
+    FeatureSession session(options.camera);
+    const Camera& camera = session.Camera().Info();
+    Device& device = session.Camera().Device();
+    Versions versions;
+    versions.before = VersionOf(device);
+    if (!options.yes) Confirm(camera, options, size, versions.before);
+    if (Interrupted()) throw Failure(ExitCode::Interrupted, "nothing was done");
+    Upload upload;
+    const ZelCamErr code = upload.Run(device, options.file);
+    if (code != ZelCamErr_Success) FailUpload(options, upload, code);
+    versions.after = VersionOf(device);
+    PrintResult(options, camera.id, upload, versions);
+    return ExitCode::Ok;
+}
+
+}  // namespace
+
+void AddFirmwareCommand(Command app, Invocation& invocation) {
+    auto options = std::make_shared<FirmwareOptions>();
+    options->camera.access = "exclusive";
+    Command command = app.AddCommand("firmware", "Upload a firmware image to a camera");
+    AddCameraArgument(command, options->camera.camera, true);
+    command.AddOption("file", options->file, "The image").TypeName("FILE").Required();
+    command.AddFlag("-y,--yes", options->yes, "Do not ask; required without a terminal");
+    command.AddFlag("--erase", options->erase,
+                    "Accept an empty FILE: erase the flash and write nothing");
+    AddAccessOption(command, options->camera.access, {"control", "exclusive"});
+    AddSessionOptions(command, options->camera.session);
+    command.Footer(
+        "Example:\n"
+        "  zelcam firmware 4711 empty.rpd --erase\n\n"
+        "The upload erases the camera's flash. The camera is unusable until it has firmware again. "
+        "So far, the command refuses an image with contents, without touching the camera. The "
+        "first Ctrl-C does not end an upload, the second one does. Repeat a failed upload before "
+        "you switch the camera off.");
+    Connect(command, invocation, options, RunFirmware);
+}
+
+}  // namespace ZelTool

@@ -1,0 +1,121 @@
+// zelcam ip: shows and forces the network configuration of a GigE Vision camera.
+
+#include <iostream>
+
+#include <nlohmann/json.hpp>
+
+#include "tools/zelcam/camera/camerachoice.h"
+#include "tools/zelcam/camera/hostaddress.h"
+#include "tools/zelcam/camera/words.h"
+#include "tools/zelcam/commands/commands.h"
+#include "tools/zelcam/console/jsontext.h"
+#include "tools/zelcam/console/printable.h"
+
+namespace ZelTool {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct IpOptions {
+    FeatureOptions camera;  // the command does not open it: it may have no address yet
+    Network network{"", "", "0.0.0.0"};
+    bool force = false;
+};
+
+Network Ask(ZelCam::DeviceInfo& info) {
+    ZelCamErr code = ZelCamErr_Success;
+    Network network;
+    network.address = TextOrEmpty(info.GetIPAddress(&code));
+    if (code == ZelCamErr_Success) network.mask = TextOrEmpty(info.GetIPMask(&code));
+    if (code == ZelCamErr_Success) network.gateway = TextOrEmpty(info.GetIPGateway(&code));
+    if (code != ZelCamErr_Success) {
+        throw Failure(ExitCode::FeatureFailed,
+                      "the interface does not report the camera's address: " + ErrorWords(code));
+    }
+    return network;
+}
+
+const Camera& SelectGigE(const Session& session, const std::string& wanted) {
+    const Camera& camera = SelectCamera(session, wanted);
+    if (camera.interfaceType != ZelCam::InterfaceType::GEV) {
+        throw Failure(ExitCode::Usage, "camera " + Printable(camera.id) +
+                                           " has no network address: it is a " +
+                                           InterfaceTypeWords(camera.interfaceType) + " camera");
+    }
+    return camera;
+}
+
+void PrintNetworkAsJson(const Camera& camera, const Network& network) {
+    const Json result = {{"camera", camera.id},
+                         {"address", network.address},
+                         {"mask", network.mask},
+                         {"gateway", network.gateway}};
+    std::cout << JsonText(result) << '\n';
+}
+
+ExitCode RunShow(const IpOptions& options) {
+    const Session session(options.camera.session);
+    const Camera& camera = SelectGigE(session, options.camera.camera);
+    const Network network = Ask(*camera.info);
+    if (options.camera.session.json) {
+        PrintNetworkAsJson(camera, network);
+    } else {
+        std::cout << "Address  " << Printable(network.address) << "\nMask     "
+                  << Printable(network.mask) << "\nGateway  " << Printable(network.gateway) << '\n';
+    }
+    return ExitCode::Ok;
+}
+
+ExitCode RunForce(const IpOptions& options) {
+    const Network& network = options.network;
+    CheckNetwork(network, options.force);
+    const Session session(options.camera.session);
+    const Camera& camera = SelectGigE(session, options.camera.camera);
+    const ZelCamErr code = camera.info->ForceIP(network.address.c_str(), network.mask.c_str(),
+                                                network.gateway.c_str());
+    if (code != ZelCamErr_Success) {
+        throw Failure(ExitCode::FeatureFailed, "the address cannot be forced: " + ErrorWords(code));
+    }
+    if (options.camera.session.json) PrintNetworkAsJson(camera, network);
+    return ExitCode::Ok;
+}
+
+Command AddAction(Command parent, Invocation& invocation, const char* name, const char* what,
+                  const std::shared_ptr<IpOptions>& options, ExitCode (*run)(const IpOptions&)) {
+    Command command = parent.AddCommand(name, what);
+    AddCameraArgument(command, options->camera.camera, true);
+    AddSessionOptions(command, options->camera.session);
+    Connect(command, invocation, options, run);
+    return command;
+}
+
+}  // namespace
+
+void AddIpCommand(Command app, Invocation& invocation) {
+    Command command = app.AddCommand("ip", "The network address of a GigE Vision camera");
+    AddAction(command, invocation, "show", "Print address, mask and gateway",
+              std::make_shared<IpOptions>(), RunShow);
+    auto options = std::make_shared<IpOptions>();
+    Command force =
+        AddAction(command, invocation, "force",
+                  "Give the camera an address until it is switched off", options, RunForce);
+    force.AddOption("address", options->network.address, "The new address, with dots")
+        .TypeName("ADDRESS")
+        .Required();
+    force.AddOption("mask", options->network.mask, "The mask of its network")
+        .TypeName("MASK")
+        .Required();
+    force.AddOption("gateway", options->network.gateway, "The gateway; 0.0.0.0: none")
+        .TypeName("GATEWAY")
+        .ShowDefault();
+    force.AddFlag("--force", options->force, "Accept any address, mask and gateway");
+    command.Footer(
+        "Examples:\n"
+        "  zelcam ip show 1\n"
+        "  zelcam ip force 4711 192.168.0.10 255.255.255.0\n\n"
+        "A camera whose address does not belong to the network of its adapter is listed but cannot "
+        "be opened: force an address in that network, then set a persistent one.");
+}
+
+}  // namespace ZelTool

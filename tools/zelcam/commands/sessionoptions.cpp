@@ -1,0 +1,119 @@
+#include "tools/zelcam/commands/commands.h"
+
+namespace ZelTool {
+
+void AddProducerOptions(Command command, SessionOptions& options) {
+    command
+        .AddOption("-p,--producer", options.producers,
+                   "Also load this GenTL producer (.cti file); may be repeated. The producers in "
+                   "the folders of GENICAM_GENTL64_PATH are always loaded")
+        .TypeName("FILE")
+        .OneValueEach();
+    command
+        .AddOption("--only", options.only,
+                   "Use only the cameras of this producer: a file, or the name of a producer that "
+                   "is loaded anyway")
+        .TypeName("FILE");
+    CommandOption simulated =
+        command.AddFlag("--simulated", options.simulated,
+                        "Use only simulated cameras: those in the file that ZELSIM_CONFIG names, "
+                        "else built-in ones");
+    command.AddFlag("--no-simulated", options.noSimulated, "Leave out simulated cameras")
+        .Excludes(simulated);
+    command
+        .AddOption("--search", options.searchMs,
+                   "Time for each interface to find its cameras, in milliseconds")
+        .TypeName("MS")
+        .Range(0, 600000)
+        .ShowDefault();
+    command
+        .AddOption("--load-timeout", options.loadMs,
+                   "Time for each producer to load and to list its interfaces and cameras, not "
+                   "counting the search, in milliseconds")
+        .TypeName("MS")
+        .Range(100, 600000)
+        .ShowDefault();
+}
+
+void AddSessionOptions(Command command, SessionOptions& options) {
+    AddProducerOptions(command, options);
+    command.AddFlag("--json", options.json, "Print the result as JSON");
+}
+
+void AddCameraArgument(Command command, std::string& camera, bool required) {
+    const std::string what =
+        "Identifier, serial number or user name of the camera, or its number in `zelcam list`. "
+        "PRODUCER/CAMERA if several producers list it";
+    command
+        .AddOption("camera", camera,
+                   required ? what
+                            : what +
+                                  ". Default: the first real camera, or the first simulated one "
+                                  "if there are only simulated cameras")
+        .TypeName("CAMERA")
+        .Required(required);
+}
+
+void AddAccessOption(Command command, std::string& access, const std::vector<std::string>& names) {
+    std::string words = "readonly, control (others may read) or exclusive";
+    if (names.front() == "auto") words += ";\nauto: control, or readonly if control is taken";
+    command.AddOption("-a,--access", access, words).TypeName("ACCESS").OneOf(names).ShowDefault();
+}
+
+void AddFeatureOptions(Command command, FeatureOptions& options, bool cameraRequired) {
+    AddCameraArgument(command, options.camera, cameraRequired);
+    command
+        .AddOption("-m,--module", options.module,
+                   "Which module: camera, local (the host's side of the connection), interface or "
+                   "stream")
+        .TypeName("MODULE")
+        .OneOf({"camera", "local", "interface", "stream"})
+        .ShowDefault();
+    AddAccessOption(command, options.access, kAccessNames);
+    AddSessionOptions(command, options.session);
+}
+
+void AddFilterOptions(Command command, std::string& glob, std::string& visibility) {
+    command
+        .AddOption("glob", glob,
+                   "Only features whose name, or whose category's name, matches; * and ? work as "
+                   "in file names")
+        .TypeName("GLOB");
+    command
+        .AddOption("-v,--visibility", visibility,
+                   "Highest level: beginner, expert, guru or invisible")
+        .TypeName("LEVEL")
+        .OneOf({"beginner", "expert", "guru", "invisible"})
+        .ShowDefault();
+}
+
+void AddTimeoutOption(Command command, uint64_t& timeoutMs) {
+    command.AddOption("-t,--timeout", timeoutMs, "Longest wait for the next frame, in milliseconds")
+        .TypeName("MS")
+        .Range(1, 86400000)
+        .ShowDefault();
+}
+
+void AddSampleOptions(Command command, uint64_t& count, uint64_t& timeoutMs,
+                      const std::string& purpose) {
+    command.AddOption("-n,--count", count, "Frames to grab for " + purpose)
+        .TypeName("N")
+        .Range(1, 100000)
+        .ShowDefault();
+    AddTimeoutOption(command, timeoutMs);
+}
+
+void AddEndOptions(Command command, uint64_t& count, uint64_t& durationMs,
+                   const std::string& things) {
+    command.AddOption("-n,--count", count, "End after this many " + things + "; 0: until Ctrl-C")
+        .TypeName("N")
+        .ShowDefault();
+    command
+        .AddOption("-d,--duration", durationMs,
+                   "End after this time at the latest, in milliseconds; 0: until Ctrl-C")
+        .TypeName("MS")
+        .Range(0, 31536000000)
+        .ShowDefault();
+}
+
+}  // namespace ZelTool

@@ -1,0 +1,76 @@
+#include "tools/zelcam/features/featuretree.h"
+
+#include <algorithm>
+#include <fnmatch.h>
+
+#include "tools/zelcam/camera/words.h"
+#include "tools/zelcam/console/failure.h"
+#include "tools/zelcam/console/interrupt.h"
+#include "tools/zelcam/features/featurereading.h"
+#include "tools/zelcam/features/featurevalue.h"
+
+namespace ZelTool {
+
+namespace {
+
+class Walk {
+  public:
+    Walk(const FeatureFilter& filter, const FeatureVisitor& visit)
+        : filter_(filter), visit_(visit) {}
+
+    // `wanted`: a category above matches, and so everything below it does.
+    void Category(ZelGenParam::Category& category, bool wanted) {
+        for (uint32_t i = 0; i < category.GetCount(); ++i) {
+            ZelGenParam::Param* feature = category.GetParamByIndex(i, nullptr);
+            if (feature != nullptr) Member(*feature, wanted);
+        }
+    }
+
+  private:
+    // Checks for Ctrl-C, since each feature of a lost camera may take a time-out.
+    void Member(ZelGenParam::Param& feature, bool wanted) {
+        EndIfInterrupted();
+        const std::string name = feature.GetName();
+        const bool fits = wanted || Fits(name);
+        if (ZelGenParam::Category* category = feature.ToCategory()) {
+            // A description may put a category into itself.
+            if (std::count(path_.begin(), path_.end(), name) != 0) return;
+            path_.push_back(name);
+            Category(*category, fits);
+            path_.pop_back();
+        } else if (fits && feature.IsVisible(filter_.visibility) &&
+                   (filter_.missing || AccessMark(feature) != "ni")) {
+            visit_(feature, path_);
+        }
+    }
+
+    bool Fits(const std::string& name) const {
+        return filter_.glob.empty() ||
+               fnmatch(filter_.glob.c_str(), name.c_str(), FNM_CASEFOLD) == 0;
+    }
+
+    const FeatureFilter& filter_;
+    const FeatureVisitor& visit_;
+    std::vector<std::string> path_;
+};
+
+}  // namespace
+
+ZelGenParam::Visibility VisibilityOf(const std::string& name) {
+    if (name == "beginner") return ZelGenParam::Visibility::Beginner;
+    if (name == "expert") return ZelGenParam::Visibility::Expert;
+    return name == "guru" ? ZelGenParam::Visibility::Guru : ZelGenParam::Visibility::Invisible;
+}
+
+void VisitFeatures(ZelGenParam::Array& features, const FeatureFilter& filter,
+                   const FeatureVisitor& visit) {
+    ZelCamErr code = ZelCamErr_Success;
+    ZelGenParam::Category* root = features.GetRootCategory(&code);
+    if (root == nullptr) {
+        throw Failure(ExitCode::FeatureFailed,
+                      "the tree of features has no root: " + ErrorWords(code));
+    }
+    Walk(filter, visit).Category(*root, false);
+}
+
+}  // namespace ZelTool

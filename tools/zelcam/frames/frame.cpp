@@ -1,0 +1,47 @@
+#include "tools/zelcam/frames/frame.h"
+
+#include <algorithm>
+
+namespace ZelTool {
+
+namespace {
+
+Imaging::RawImage ImageIn(ZelCam::Buffer& buffer) {
+    const size_t size = buffer.GetBufferSize();
+    const size_t offset = std::min(buffer.GetImageOffset(), size);
+    const auto* base = static_cast<const uint8_t*>(buffer.GetBufferPtr());
+    Imaging::RawImage image{};
+    image.data = base == nullptr ? nullptr : base + offset;
+    image.size = base == nullptr ? 0 : size - offset;
+    image.pixelFormat = buffer.GetPixelFormat();
+    image.width = buffer.GetWidth();
+    image.height = buffer.GetHeight();
+    // Cameras with a variable height may fill fewer lines.
+    const size_t delivered = buffer.GetDeliveredHeight();
+    if (delivered > 0) image.height = std::min(image.height, delivered);
+    image.linePadding = buffer.GetXPadding();
+    return image;
+}
+
+}  // namespace
+
+Frame::Frame(ZelCam::Buffer& buffer)
+    : image(ImageIn(buffer)),
+      frameId(buffer.GetFrameID()),
+      timestamp(buffer.GetTimestamp()),
+      xOffset(buffer.GetXOffset()),
+      yOffset(buffer.GetYOffset()),
+      incomplete(buffer.IsIncomplete()) {}
+
+size_t Frame::BytesPresent() const {
+    const size_t wanted = image.ImageBytes();
+    return wanted == 0 ? image.size : std::min(wanted, image.size);
+}
+
+StoredFrame::StoredFrame(const Frame& frame)
+    : bytes_(frame.image.data, frame.image.data + frame.BytesPresent()), frame_(frame) {
+    frame_.image.data = bytes_.data();
+    frame_.image.size = bytes_.size();
+}
+
+}  // namespace ZelTool

@@ -1,0 +1,136 @@
+#include "tools/zelcam/frames/frameencoder.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <sstream>
+
+#include "tools/imaging/jpeg.h"
+#include "tools/imaging/pixelformat.h"
+#include "tools/imaging/png.h"
+#include "tools/imaging/tiff.h"
+#include "tools/zelcam/console/failure.h"
+#include "tools/zelcam/console/printable.h"
+
+namespace ZelTool {
+
+namespace {
+
+const char* PackingWords(const Imaging::PixelFormat& format) {
+    switch (format.packing) {
+        case Imaging::Packing::Bytes:
+            return "one byte per component";
+        case Imaging::Packing::Words:
+            return "two bytes per component, little-endian";
+        case Imaging::Packing::LsbFirst:
+            return "bits without gaps, least significant first";
+        default:
+            return "two components in three bytes (GigE Vision Packed)";
+    }
+}
+
+std::string DescribeRawFile(const Frame& frame, const std::string& cameraId) {
+    const Imaging::RawImage& image = frame.image;
+    char number[24];
+    std::snprintf(number, sizeof number, "0x%08llX",
+                  static_cast<unsigned long long>(image.pixelFormat));
+    std::ostringstream text;
+    text << "camera: " << Printable(cameraId)
+         << "\npixel format: " << Imaging::PixelFormatName(image.pixelFormat)
+         << "\npixel format number: " << number << "\nwidth: " << image.width
+         << "\nheight: " << image.height
+         << "\nbits per pixel: " << Imaging::BitsPerPixel(image.pixelFormat);
+    if (const auto* format = Imaging::FindPixelFormat(image.pixelFormat)) {
+        text << "\nbits per component: " << format->depth << "\npacking: " << PackingWords(*format);
+    }
+    text << "\nbytes per line: " << image.LinePitch() << "\nline padding: " << image.linePadding
+         << "\nbytes: " << frame.BytesPresent()
+         << "\nbytes of a whole image: " << image.ImageBytes() << "\nx offset: " << frame.xOffset
+         << "\ny offset: " << frame.yOffset << "\nframe: " << frame.frameId
+         << "\ntimestamp: " << frame.timestamp
+         << "\nincomplete: " << (frame.incomplete ? "yes" : "no") << '\n';
+    return text.str();
+}
+
+using Encode = std::vector<uint8_t> (*)(const Imaging::Picture&);
+
+Encode EncoderOf(FileFormat format) {
+    switch (format) {
+        case FileFormat::Tiff:
+            return Imaging::EncodeTiff;
+        case FileFormat::Jpeg:
+            return Imaging::EncodeJpeg;
+        default:
+            return Imaging::EncodePng;
+    }
+}
+
+std::vector<uint8_t> EncodePicture(const Frame& frame, FileFormat format) {
+    try {
+        return EncoderOf(format)(Imaging::Decode(frame.image));
+    } catch (const Imaging::Error& error) {
+        throw Failure(ExitCode::FileFailed,
+                      std::string(error.what()) + "; --format raw writes the bytes unchanged");
+    }
+}
+
+// The text after the last dot, if it looks like an extension.
+std::string LowerEndingOf(const std::string& file) {
+    const size_t dot = file.find_last_of("./");
+    if (dot == std::string::npos || file[dot] == '/') return "";
+    std::string ending = file.substr(dot + 1);
+    for (char& c : ending) {
+        const auto character = static_cast<unsigned char>(c);
+        if (std::isalnum(character) == 0) return "";
+        c = static_cast<char>(std::tolower(character));
+    }
+    return ending.empty() || std::isdigit(static_cast<unsigned char>(ending[0])) != 0 ? "" : ending;
+}
+
+constexpr struct {
+    const char* ending;
+    FileFormat format;
+} kEndings[] = {{"", FileFormat::Png},      {"png", FileFormat::Png},  {"tif", FileFormat::Tiff},
+                {"tiff", FileFormat::Tiff}, {"jpg", FileFormat::Jpeg}, {"jpeg", FileFormat::Jpeg},
+                {"raw", FileFormat::Raw}};
+
+}  // namespace
+
+FileFormat FormatOf(const std::string& format, const std::string& output) {
+    if (format == "none") return FileFormat::None;
+    const std::string ending = format.empty() ? LowerEndingOf(output) : format;
+    for (const auto& each : kEndings)
+        if (ending == each.ending) return each.format;
+    throw Failure(ExitCode::Usage, "no format has the extension ." + ending +
+                                       ": use .png, .tif, .jpg or .raw, or choose a format with "
+                                       "--format (png, tiff, jpeg, raw)");
+}
+
+const std::vector<std::string> kFormatNames = {"png", "tiff", "jpeg", "raw", "none"};
+
+const char* UsualEnding(FileFormat format) {
+    switch (format) {
+        case FileFormat::Tiff:
+            return ".tif";
+        case FileFormat::Jpeg:
+            return ".jpg";
+        case FileFormat::Raw:
+            return ".raw";
+        default:
+            return ".png";
+    }
+}
+
+EncodedFrame::EncodedFrame(const Frame& frame, FileFormat format, const std::string& cameraId) {
+    if (format == FileFormat::Raw) {
+        data_ = frame.image.data;
+        size_ = frame.BytesPresent();
+        description_ = DescribeRawFile(frame, cameraId);
+    } else {
+        bytes_ = EncodePicture(frame, format);
+        data_ = bytes_.data();
+        size_ = bytes_.size();
+    }
+}
+
+}  // namespace ZelTool

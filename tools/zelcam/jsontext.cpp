@@ -1,7 +1,0 @@
-#include "tools/zelcam/jsontext.h"
-
-#include <nlohmann/json.hpp>
-
-std::string JsonText(const nlohmann::ordered_json& json, int indent) {
-    return json.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
-}
