@@ -6,9 +6,9 @@
 
 #include <Base/GCException.h>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     try {
-        GENAPI_NAMESPACE::Engine::unzipFirstEntry({reinterpret_cast<const char*>(data), size});
+        GENAPI_NAMESPACE::Engine::UnzipFirstEntry({reinterpret_cast<const char*>(data), size});
     } catch (const GENICAM_NAMESPACE::RuntimeException&) {
         // refusing the input is right; only a crash or a hang is a fault
     }

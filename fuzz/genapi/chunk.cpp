@@ -64,7 +64,7 @@ void UseFeatures(INodeMap& map) {
 }
 
 // A copy of its own on the heap, so that a sanitizer sees a use beyond it or after its end.
-using Buffer = std::vector<std::uint8_t>;
+using Buffer = std::vector<uint8_t>;
 
 // `attach(adapter, buffer, length)` is how the adapter is told of a buffer.
 template <class Adapter, class Attach>
@@ -72,7 +72,7 @@ void Show(INodeMap& map, const Fuzz::Message& message, Attach attach) {
     Adapter adapter(&map, message.size % 2 == 0 ? -1 : 3);
     auto first = std::make_unique<Buffer>(message.data, message.data + message.size);
     auto second = std::make_unique<Buffer>(*first);
-    const auto length = static_cast<std::int64_t>(message.size);
+    const auto length = static_cast<int64_t>(message.size);
     Try([&] { adapter.CheckBufferLayout(first->data(), length); });
     Try([&] { attach(adapter, first->data(), length); });
     UseFeatures(map);
@@ -92,7 +92,7 @@ void Show(INodeMap& map, const Fuzz::Message& message, Attach attach) {
 
 template <class Trailed>
 void ShowTrailed(INodeMap& map, const Fuzz::Message& message) {
-    Show<Trailed>(map, message, [](Trailed& adapter, std::uint8_t* buffer, std::int64_t length) {
+    Show<Trailed>(map, message, [](Trailed& adapter, uint8_t* buffer, int64_t length) {
         adapter.AttachBuffer(buffer, length);
     });
 }
@@ -101,25 +101,24 @@ template <class Chunk>
 void ShowListed(INodeMap& map, Fuzz::Message& message) {
     std::vector<Chunk> chunks(message.Number(1) % 8);
     for (Chunk& chunk : chunks) {
-        const std::uint64_t id = message.Number(1) % 4;
+        const uint64_t id = message.Number(1) % 4;
         if constexpr (std::is_integral_v<decltype(chunk.ChunkID)>)
             chunk.ChunkID = id;
         else
             chunk.ChunkID = std::to_string(id).c_str();
-        chunk.ChunkOffset = static_cast<std::ptrdiff_t>(message.Number(8));
+        chunk.ChunkOffset = static_cast<ptrdiff_t>(message.Number(8));
         chunk.ChunkLength = message.Number(8);
     }
-    Show<CChunkAdapterGeneric>(
-        map, message,
-        [&](CChunkAdapterGeneric& adapter, std::uint8_t* buffer, std::int64_t length) {
-            adapter.AttachBuffer(buffer, length, chunks.data(),
-                                 static_cast<std::int64_t>(chunks.size()));
-        });
+    Show<CChunkAdapterGeneric>(map, message,
+                               [&](CChunkAdapterGeneric& adapter, uint8_t* buffer, int64_t length) {
+                                   adapter.AttachBuffer(buffer, length, chunks.data(),
+                                                        static_cast<int64_t>(chunks.size()));
+                               });
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static CNodeMapRef map;
     if (map._Ptr == nullptr) map._LoadXMLFromString(kDescription);
     Fuzz::Message input{data, size};

@@ -12,12 +12,12 @@
 
 using namespace GENAPI_NAMESPACE;
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    constexpr std::size_t kMaxSize = 1 << 16;
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    constexpr size_t kMaxSize = 1 << 16;
     if (size > kMaxSize) return 0;
     const auto [description, script] = Fuzz::SplitInput(data, size);
     if (description.empty()) return 0;
-    Fuzz::Choices choices(reinterpret_cast<const std::uint8_t*>(script.data()), script.size());
+    Fuzz::Choices choices(reinterpret_cast<const uint8_t*>(script.data()), script.size());
     try {
         CNodeMapFactory factory(ContentType_Xml, description.data(), description.size());
         CNodeMapRef map(factory.CreateNodeMap());

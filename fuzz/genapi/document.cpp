@@ -90,7 +90,7 @@ constexpr const char* kVariables[] = {"A", "B", "TO", "FROM", "A.Value", "A.Min"
 constexpr const char* kFormulas[] = {"1/A",    "A+A",  "A%B",  "A<<B",
                                      "FROM+A", "TO*2", "A**B", "A?A:B"};
 
-constexpr std::size_t kMaxGrafted = 12;
+constexpr size_t kMaxGrafted = 12;
 
 template <typename Items>
 const auto& Any(const Items& items, Choices& choices) {
@@ -132,9 +132,9 @@ bool IsNumber(const XMLElement& element) {
     return !text.empty() && (text[0] == '-' || (text[0] >= '0' && text[0] <= '9'));
 }
 
-std::size_t RankOf(const XMLElement& element) {
+size_t RankOf(const XMLElement& element) {
     const auto* const place = std::find(std::begin(kOrder), std::end(kOrder), element.Name());
-    return static_cast<std::size_t>(place - std::begin(kOrder));
+    return static_cast<size_t>(place - std::begin(kOrder));
 }
 
 void InsertInOrder(XMLElement& parent, XMLElement* child) {
@@ -258,16 +258,16 @@ void Document::Copy(Choices& choices) {
 // asked once for each link takes 2^n steps over n nodes with two. Longer ones would only spend the
 // engine's budget more often, which takes seconds under sanitizers.
 void Document::Chain(Choices& choices) {
-    constexpr std::size_t kMaxLength = 24;
+    constexpr size_t kMaxLength = 24;
     Elements chain = {Any(Nodes(), choices)};
     const std::string name = NameOf(*chain.front()) + "c";
-    for (std::size_t i = choices.Below(kMaxLength); i > 0; --i) {
+    for (size_t i = choices.Below(kMaxLength); i > 0; --i) {
         Element* const copy = chain.front()->DeepClone(&document_)->ToElement();
         copy->SetAttribute("Name", (name + std::to_string(i)).c_str());
         Root()->InsertEndChild(copy);
         chain.push_back(copy);
     }
-    for (std::size_t i = 1; i < chain.size(); ++i)
+    for (size_t i = 1; i < chain.size(); ++i)
         Walk(chain[i - 1]->FirstChildElement(), [&](Element* element) {
             const bool leads = IsLink(*element) && std::string_view(element->Name()) != "pPort";
             if (leads && !choices.OneIn(8)) element->SetText(NameOf(*chain[i]).c_str());
@@ -303,7 +303,7 @@ void Document::Graft(Document& donor, Choices& choices) {
     std::set<std::string> taken;
     for (const Element* const node : Nodes())
         taken.insert(NameOf(*node));
-    for (std::size_t i = 0; i < wanted.size() && i < kMaxGrafted; ++i) {
+    for (size_t i = 0; i < wanted.size() && i < kMaxGrafted; ++i) {
         Element* const node = wanted[i];
         if (!taken.insert(NameOf(*node)).second) continue;
         Root()->InsertEndChild(node->DeepClone(&document_));

@@ -43,7 +43,7 @@ const char kDescription[] = R"(<RegisterDescription ModelName="M" VendorName="V"
 </RegisterDescription>)";
 
 template <class Adapter, class... Id>
-void deliver(INodeMap& map, const Fuzz::Message& message, const Id&... id) {
+void Deliver(INodeMap& map, const Fuzz::Message& message, const Id&... id) {
     Adapter adapter(&map);
     try {
         adapter.DeliverMessage(message.data, static_cast<uint32_t>(message.size), id...);
@@ -67,19 +67,19 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Fuzz::Message input{data, size};
     switch (input.Number(1) % 4) {
         case 0:
-            deliver<CEventAdapterGEV>(*map._Ptr, input);
+            Deliver<CEventAdapterGEV>(*map._Ptr, input);
             break;
         case 1:
-            deliver<CEventAdapterU3V>(*map._Ptr, input);
+            Deliver<CEventAdapterU3V>(*map._Ptr, input);
             break;
         case 2: {
             const uint64_t id = input.Number(8);
-            deliver<CEventAdapterGeneric>(*map._Ptr, input, id);
+            Deliver<CEventAdapterGeneric>(*map._Ptr, input, id);
             break;
         }
         default: {
             const Fuzz::Message id = input.Take(input.Number(1));
-            deliver<CEventAdapterGeneric>(
+            Deliver<CEventAdapterGeneric>(
                 *map._Ptr, input, gcstring(reinterpret_cast<const char*>(id.data), id.size));
         }
     }

@@ -11,7 +11,7 @@ namespace Fuzz {
 
 namespace {
 
-constexpr std::size_t kRarities[] = {0, 64, 8, 2};
+constexpr size_t kRarities[] = {0, 64, 8, 2};
 
 }  // namespace
 
@@ -40,32 +40,32 @@ void HostilePort::MayFail() {
 
 // Visits the pieces of the memory that a range of addresses covers: `visit(place, size)`.
 template <typename Visit>
-void HostilePort::ForEachPiece(std::int64_t address, std::int64_t length, Visit visit) {
-    auto at = static_cast<std::uint64_t>(address);
-    for (auto left = static_cast<std::uint64_t>(length); left > 0;) {
-        const std::size_t place = at % memory_.size();
-        const std::size_t size = std::min<std::uint64_t>(left, memory_.size() - place);
+void HostilePort::ForEachPiece(int64_t address, int64_t length, Visit visit) {
+    auto at = static_cast<uint64_t>(address);
+    for (auto left = static_cast<uint64_t>(length); left > 0;) {
+        const size_t place = at % memory_.size();
+        const size_t size = std::min<uint64_t>(left, memory_.size() - place);
         visit(memory_.begin() + place, size);
         at += size;
         left -= size;
     }
 }
 
-void HostilePort::Read(void* buffer, std::int64_t address, std::int64_t length) {
+void HostilePort::Read(void* buffer, int64_t address, int64_t length) {
     MayFail();
-    auto* bytes = static_cast<std::uint8_t*>(buffer);
+    auto* bytes = static_cast<uint8_t*>(buffer);
     if (Misbehaves()) {
         std::fill_n(bytes, length, choices_.Byte());
         return;
     }
     ForEachPiece(address, length,
-                 [&](auto place, std::size_t size) { bytes = std::copy_n(place, size, bytes); });
+                 [&](auto place, size_t size) { bytes = std::copy_n(place, size, bytes); });
 }
 
-void HostilePort::Write(const void* buffer, std::int64_t address, std::int64_t length) {
+void HostilePort::Write(const void* buffer, int64_t address, int64_t length) {
     MayFail();
-    const auto* bytes = static_cast<const std::uint8_t*>(buffer);
-    ForEachPiece(address, length, [&](auto place, std::size_t size) {
+    const auto* bytes = static_cast<const uint8_t*>(buffer);
+    ForEachPiece(address, length, [&](auto place, size_t size) {
         std::copy_n(bytes, size, place);
         bytes += size;
     });

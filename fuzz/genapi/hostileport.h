@@ -17,19 +17,19 @@ class HostilePort : public GENAPI_NAMESPACE::IPort {
   public:
     explicit HostilePort(Choices& choices);
 
-    void Read(void* buffer, std::int64_t address, std::int64_t length) override;
-    void Write(const void* buffer, std::int64_t address, std::int64_t length) override;
+    void Read(void* buffer, int64_t address, int64_t length) override;
+    void Write(const void* buffer, int64_t address, int64_t length) override;
     GENAPI_NAMESPACE::EAccessMode GetAccessMode() const override;
 
   private:
     bool Misbehaves() const { return rarity_ != 0 && choices_.OneIn(rarity_); }
     void MayFail();
     template <typename Visit>
-    void ForEachPiece(std::int64_t address, std::int64_t length, Visit visit);
+    void ForEachPiece(int64_t address, int64_t length, Visit visit);
 
     Choices& choices_;
-    std::size_t rarity_;
-    std::array<std::uint8_t, 4096> memory_{};  // every address, again and again
+    size_t rarity_;
+    std::array<uint8_t, 4096> memory_{};  // every address, again and again
 };
 
 }  // namespace Fuzz

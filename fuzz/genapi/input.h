@@ -13,10 +13,10 @@ struct Input {
     std::string_view script;
 };
 
-inline Input SplitInput(const std::uint8_t* data, std::size_t size) {
+inline Input SplitInput(const uint8_t* data, size_t size) {
     constexpr std::string_view kEnd = "</RegisterDescription>";
     const std::string_view all(reinterpret_cast<const char*>(data), size);
-    const std::size_t end = all.rfind(kEnd);
+    const size_t end = all.rfind(kEnd);
     if (end == std::string_view::npos) return {all, {}};
     return {all.substr(0, end + kEnd.size()), all.substr(end + kEnd.size())};
 }

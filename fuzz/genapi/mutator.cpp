@@ -15,8 +15,8 @@
 #include "fuzz/genapi/input.h"
 
 // Changes bytes without a thought; where there is no fuzzer, there is none.
-extern "C" std::size_t __attribute__((weak))
-LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t maxSize);
+extern "C" size_t __attribute__((weak))
+LLVMFuzzerMutate(uint8_t* data, size_t size, size_t maxSize);
 
 namespace {
 
@@ -25,7 +25,7 @@ using Fuzz::Document;
 using Documents = std::vector<std::unique_ptr<Document>>;
 
 // The memory of a fuzzer is bounded.
-constexpr std::size_t kMaxDonorBytes = 4U << 20;
+constexpr size_t kMaxDonorBytes = 4U << 20;
 
 std::string ContentOf(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -38,7 +38,7 @@ Documents LoadDonors() {
     if (folder == nullptr || *folder == '\0') return donors;
     std::vector<std::filesystem::path> paths(std::filesystem::directory_iterator(folder), {});
     std::sort(paths.begin(), paths.end());
-    std::size_t bytes = 0;
+    size_t bytes = 0;
     for (const auto& path : paths) {
         const std::string text = ContentOf(path);
         bytes += text.size();
@@ -49,23 +49,22 @@ Documents LoadDonors() {
     return donors;
 }
 
-std::size_t ChangeBytes(std::uint8_t* data, std::size_t size, std::size_t maxSize) {
+size_t ChangeBytes(uint8_t* data, size_t size, size_t maxSize) {
     return LLVMFuzzerMutate != nullptr ? LLVMFuzzerMutate(data, size, maxSize) : size;
 }
 
 // The script is worth a change as well as the description.
 std::string ChangeScript(std::string_view script) {
-    constexpr std::size_t kMaxScript = 512;
-    std::vector<std::uint8_t> bytes(script.begin(), script.end());
-    const std::size_t size = std::min(bytes.size(), kMaxScript);
+    constexpr size_t kMaxScript = 512;
+    std::vector<uint8_t> bytes(script.begin(), script.end());
+    const size_t size = std::min(bytes.size(), kMaxScript);
     bytes.resize(kMaxScript);
     bytes.resize(ChangeBytes(bytes.data(), size, kMaxScript));
     return {bytes.begin(), bytes.end()};
 }
 
 // The size of the new input, 0 when it would be too long.
-std::size_t Join(const Document& document, std::string_view script, std::uint8_t* data,
-                 std::size_t maxSize) {
+size_t Join(const Document& document, std::string_view script, uint8_t* data, size_t maxSize) {
     std::string joined = document.Text();
     joined.append(script);
     if (joined.size() > maxSize) return 0;
@@ -75,8 +74,8 @@ std::size_t Join(const Document& document, std::string_view script, std::uint8_t
 
 }  // namespace
 
-extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
-                                               std::size_t maxSize, unsigned seed) {
+extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t maxSize,
+                                          unsigned seed) {
     static Documents donors = LoadDonors();
     Choices choices(nullptr, 0, seed);
     const Fuzz::Input input = Fuzz::SplitInput(data, size);
@@ -89,17 +88,16 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
     if (!donors.empty() && choices.OneIn(8)) {
         document.Graft(*donors[choices.Below(donors.size())], choices);
     }
-    for (std::size_t count = choices.OneIn(2) ? 1 : 1 + choices.Below(4); count > 0; --count)
+    for (size_t count = choices.OneIn(2) ? 1 : 1 + choices.Below(4); count > 0; --count)
         document.Change(choices);
     if (!choices.OneIn(16)) document.Mend(choices);
-    const std::size_t joined = Join(document, script, data, maxSize);
+    const size_t joined = Join(document, script, data, maxSize);
     return joined != 0 ? joined : ChangeBytes(data, size, maxSize);
 }
 
-extern "C" std::size_t LLVMFuzzerCustomCrossOver(const std::uint8_t* data1, std::size_t size1,
-                                                 const std::uint8_t* data2, std::size_t size2,
-                                                 std::uint8_t* out, std::size_t maxOutSize,
-                                                 unsigned seed) {
+extern "C" size_t LLVMFuzzerCustomCrossOver(const uint8_t* data1, size_t size1,
+                                            const uint8_t* data2, size_t size2, uint8_t* out,
+                                            size_t maxOutSize, unsigned seed) {
     Choices choices(nullptr, 0, seed);
     const Fuzz::Input first = Fuzz::SplitInput(data1, size1);
     const Fuzz::Input second = Fuzz::SplitInput(data2, size2);

@@ -15,7 +15,7 @@ using namespace GENAPI_NAMESPACE;
 
 namespace {
 
-bool read(CFeatureBag& bag, const std::string& text) {
+bool Read(CFeatureBag& bag, const std::string& text) {
     std::istringstream stream(text);
     try {
         stream >> bag;
@@ -25,12 +25,12 @@ bool read(CFeatureBag& bag, const std::string& text) {
     }
 }
 
-void require(bool condition) {
+void Require(bool condition) {
     if (!condition) std::abort();
 }
 
 // Every run begins with the same camera.
-void reset(test::Camera& camera) {
+void Reset(test::Camera& camera) {
     camera.port.memory.clear();
     camera.port.trace.clear();
     camera.map._InvalidateNodes();
@@ -38,21 +38,21 @@ void reset(test::Camera& camera) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static test::Camera camera;
     CFeatureBag bag;
-    if (!read(bag, std::string(reinterpret_cast<const char*>(data), size))) return 0;
+    if (!Read(bag, std::string(reinterpret_cast<const char*>(data), size))) return 0;
 
     std::ostringstream written;
     written << bag;
     CFeatureBag again;
-    require(read(again, written.str()));
+    Require(Read(again, written.str()));
     const bool isComplete = written.str().find("\n# Left out: ") == std::string::npos;
-    require(!isComplete || again == bag);
+    Require(!isComplete || again == bag);
 
-    reset(camera);
+    Reset(camera);
     GENICAM_NAMESPACE::gcstring_vector errors;
-    require(bag.LoadFromBag(camera.nodeMap(), true, &errors) == errors.empty());
+    Require(bag.LoadFromBag(camera.NodeMap(), true, &errors) == errors.empty());
     return 0;
 }

@@ -18,10 +18,10 @@ namespace Fuzz {
 
 namespace {
 
-constexpr std::size_t kMaxWalked = 300;
+constexpr size_t kMaxWalked = 300;
 constexpr int kSteps = 100;
 constexpr int kCallbacks = 4;
-constexpr std::int64_t kMaxBytes = 4096;
+constexpr int64_t kMaxBytes = 4096;
 
 template <typename Step>
 void Try(Step step) {
@@ -101,9 +101,9 @@ void ReadNumber(INode& node) {
 
 void ReadRegister(IRegister& r) {
     r.GetAddress();
-    const std::int64_t length = r.GetLength();
+    const int64_t length = r.GetLength();
     if (length < 0 || length > kMaxBytes) return;
-    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(length));
+    std::vector<uint8_t> bytes(static_cast<size_t>(length));
     r.Get(bytes.data(), length);
 }
 
@@ -136,7 +136,7 @@ void Read(INode& node) {
 
 void Write(INode& node, Choices& choices) {
     const bool verify = choices.OneIn(2);
-    const std::int64_t number = choices.Number();
+    const int64_t number = choices.Number();
     const auto real = choices.OneIn(4) ? 1e300 : static_cast<double>(number) / 3;
     As<IInteger>(node, [&](IInteger& i) { Try([&] { i.SetValue(number, verify); }); });
     As<IFloat>(node, [&](IFloat& f) { Try([&] { f.SetValue(real, verify); }); });
@@ -146,13 +146,13 @@ void Write(INode& node, Choices& choices) {
     As<IValue>(node, [&](IValue& v) { Try([&] { v.FromString(AnyText(choices), verify); }); });
     As<IValue>(node, [&](IValue& v) { Try([&] { v.FromString(v.ToString(), verify); }); });
     As<IRegister>(node, [&](IRegister& r) {
-        const std::vector<std::uint8_t> bytes(choices.Below(64), choices.Byte());
-        Try([&] { r.Set(bytes.data(), static_cast<std::int64_t>(bytes.size()), verify); });
+        const std::vector<uint8_t> bytes(choices.Below(64), choices.Byte());
+        Try([&] { r.Set(bytes.data(), static_cast<int64_t>(bytes.size()), verify); });
     });
 }
 
 void Restrict(INode& node, Choices& choices) {
-    const std::int64_t number = choices.Number();
+    const int64_t number = choices.Number();
     switch (choices.Below(4)) {
         case 0:
             As<IInteger>(node, [&](IInteger& i) { Try([&] { i.ImposeMin(number); }); });

@@ -8,20 +8,20 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-inline std::uint16_t big16(const std::uint8_t* bytes) {
-    return static_cast<std::uint16_t>(bytes[0] << 8 | bytes[1]);
+inline uint16_t Big16(const uint8_t* bytes) {
+    return static_cast<uint16_t>(bytes[0] << 8 | bytes[1]);
 }
 
-inline std::uint32_t big32(const std::uint8_t* bytes) {
-    return static_cast<std::uint32_t>(big16(bytes)) << 16 | big16(bytes + 2);
+inline uint32_t Big32(const uint8_t* bytes) {
+    return static_cast<uint32_t>(Big16(bytes)) << 16 | Big16(bytes + 2);
 }
 
-inline std::uint16_t little16(const std::uint8_t* bytes) {
-    return static_cast<std::uint16_t>(bytes[1] << 8 | bytes[0]);
+inline uint16_t Little16(const uint8_t* bytes) {
+    return static_cast<uint16_t>(bytes[1] << 8 | bytes[0]);
 }
 
-inline std::uint32_t little32(const std::uint8_t* bytes) {
-    return static_cast<std::uint32_t>(little16(bytes + 2)) << 16 | little16(bytes);
+inline uint32_t Little32(const uint8_t* bytes) {
+    return static_cast<uint32_t>(Little16(bytes + 2)) << 16 | Little16(bytes);
 }
 
 }  // namespace Engine

@@ -13,19 +13,19 @@
 namespace GENAPI_NAMESPACE {
 namespace {
 
-std::vector<CChunkPort*> makeChunkPorts(const INodeMap& nodeMap) {
+std::vector<CChunkPort*> MakeChunkPorts(const INodeMap& nodeMap) {
     NodeList_t nodes;
     nodeMap.GetNodes(nodes);
     std::vector<std::unique_ptr<CChunkPort>> made;
     for (INode* node : nodes) {
         if (CChunkPort::HasChunkID(node)) made.push_back(std::make_unique<CChunkPort>(node));
     }
-    return Engine::releasePorts(made);
+    return Engine::ReleasePorts(made);
 }
 
 using Chunks = std::vector<Engine::Chunk>;
 
-Chunks::const_iterator chunkFor(const CChunkPort& port, const Chunks& chunks) {
+Chunks::const_iterator ChunkFor(const CChunkPort& port, const Chunks& chunks) {
     return std::find_if(chunks.begin(), chunks.end(),
                         [&](const Engine::Chunk& chunk) { return port.CheckChunkID(chunk.id); });
 }
@@ -45,22 +45,22 @@ CChunkAdapter::CChunkAdapter(INodeMap* pNodeMap, int64_t MaxChunkCacheSize)
 }
 
 CChunkAdapter::~CChunkAdapter() {
-    Engine::deletePorts(*m_ppChunkPorts);
+    Engine::DeletePorts(*m_ppChunkPorts);
     delete m_ppChunkPorts;
 }
 
 void CChunkAdapter::AttachNodeMap(INodeMap* pNodeMap) {
     DetachNodeMap();
     if (pNodeMap == nullptr) return;
-    *m_ppChunkPorts = makeChunkPorts(*pNodeMap);
+    *m_ppChunkPorts = MakeChunkPorts(*pNodeMap);
     m_pNodeMap = pNodeMap;
-    Engine::connectPorts(*m_ppChunkPorts);
+    Engine::ConnectPorts(*m_ppChunkPorts);
 }
 
 void CChunkAdapter::DetachNodeMap() {
     m_HasBuffer = false;
     m_pNodeMap = nullptr;
-    Engine::deletePorts(*m_ppChunkPorts);
+    Engine::DeletePorts(*m_ppChunkPorts);
 }
 
 // Callbacks may detach the map, so nothing of the adapter is used after the first of them.
@@ -87,7 +87,7 @@ void CChunkAdapter::AttachChunks(const uint8_t* pBuffer, const Chunks& Chunks,
     const int numPorts = static_cast<int>(m_ppChunkPorts->size());
     ChangePorts([&](CChunkPort& port) {
         port.UpdateChunkID();
-        const auto chunk = chunkFor(port, Chunks);
+        const auto chunk = ChunkFor(port, Chunks);
         if (chunk == Chunks.end()) return port.DetachChunk();
         port.AttachChunk(pBuffer, chunk->offset, chunk->length, maxCacheSize);
         taken[static_cast<size_t>(chunk - Chunks.begin())] = true;

@@ -7,19 +7,19 @@
 namespace GENAPI_NAMESPACE {
 namespace {
 
-bool makeId(uint64_t number, std::string& id) {
-    id = Engine::hexId(number);
+bool MakeId(uint64_t number, std::string& id) {
+    id = Engine::HexId(number);
     return true;
 }
 
-bool makeId(const GENICAM_NAMESPACE::gcstring& text, std::string& id) {
-    return Engine::parseHexId(text, id);
+bool MakeId(const GENICAM_NAMESPACE::gcstring& text, std::string& id) {
+    return Engine::ParseHexId(text, id);
 }
 
 template <class Place>
-Engine::Chunk chunkAt(const Place& place, int64_t bufferLength) {
+Engine::Chunk ChunkAt(const Place& place, int64_t bufferLength) {
     Engine::Chunk chunk{{}, place.ChunkOffset, static_cast<int64_t>(place.ChunkLength)};
-    if (!makeId(place.ChunkID, chunk.id)) {
+    if (!MakeId(place.ChunkID, chunk.id)) {
         throw RUNTIME_EXCEPTION("A chunk's ID is not a hexadecimal number");
     }
     const bool starts = 0 <= chunk.offset && chunk.offset <= bufferLength;
@@ -30,14 +30,14 @@ Engine::Chunk chunkAt(const Place& place, int64_t bufferLength) {
 }
 
 template <class Place>
-std::vector<Engine::Chunk> chunksAt(const uint8_t* buffer, int64_t bufferLength,
+std::vector<Engine::Chunk> ChunksAt(const uint8_t* buffer, int64_t bufferLength,
                                     const Place* places, int64_t numPlaces) {
     if (buffer == nullptr || numPlaces < 0 || (places == nullptr && numPlaces > 0)) {
         throw INVALID_ARGUMENT_EXCEPTION("The buffer and the list of chunks must not be NULL");
     }
     std::vector<Engine::Chunk> chunks;
     for (int64_t i = 0; i < numPlaces; ++i) {
-        chunks.push_back(chunkAt(places[i], bufferLength));
+        chunks.push_back(ChunkAt(places[i], bufferLength));
     }
     return chunks;
 }
@@ -60,13 +60,13 @@ void CChunkAdapterGeneric::AttachBuffer(uint8_t*, int64_t, AttachStatistics_t*) 
 void CChunkAdapterGeneric::AttachBuffer(uint8_t* pBuffer, int64_t BufferLength,
                                         SingleChunkData_t* ChunkData, int64_t NumChunks,
                                         AttachStatistics_t* pAttachStatistics) {
-    AttachChunks(pBuffer, chunksAt(pBuffer, BufferLength, ChunkData, NumChunks), pAttachStatistics);
+    AttachChunks(pBuffer, ChunksAt(pBuffer, BufferLength, ChunkData, NumChunks), pAttachStatistics);
 }
 
 void CChunkAdapterGeneric::AttachBuffer(uint8_t* pBuffer, int64_t BufferLength,
                                         SingleChunkDataStr_t* ChunkData, int64_t NumChunks,
                                         AttachStatistics_t* pAttachStatistics) {
-    AttachChunks(pBuffer, chunksAt(pBuffer, BufferLength, ChunkData, NumChunks), pAttachStatistics);
+    AttachChunks(pBuffer, ChunksAt(pBuffer, BufferLength, ChunkData, NumChunks), pAttachStatistics);
 }
 
 }  // namespace GENAPI_NAMESPACE

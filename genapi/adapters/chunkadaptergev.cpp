@@ -11,12 +11,12 @@ CChunkAdapterGEV::~CChunkAdapterGEV() = default;
 
 bool CChunkAdapterGEV::CheckBufferLayout(uint8_t* pBuffer, int64_t BufferLength) {
     std::vector<Engine::Chunk> chunks;
-    return Engine::findTrailedChunks(pBuffer, BufferLength, Engine::ByteOrder::kBig, chunks);
+    return Engine::FindTrailedChunks(pBuffer, BufferLength, Engine::ByteOrder::kBig, chunks);
 }
 
 void CChunkAdapterGEV::AttachBuffer(uint8_t* pBuffer, int64_t BufferLength,
                                     AttachStatistics_t* pAttachStatistics) {
-    AttachChunks(pBuffer, Engine::trailedChunks(pBuffer, BufferLength, Engine::ByteOrder::kBig),
+    AttachChunks(pBuffer, Engine::TrailedChunks(pBuffer, BufferLength, Engine::ByteOrder::kBig),
                  pAttachStatistics);
 }
 

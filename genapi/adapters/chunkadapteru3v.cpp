@@ -11,12 +11,12 @@ CChunkAdapterU3V::~CChunkAdapterU3V() = default;
 
 bool CChunkAdapterU3V::CheckBufferLayout(uint8_t* pBuffer, int64_t BufferLength) {
     std::vector<Engine::Chunk> chunks;
-    return Engine::findTrailedChunks(pBuffer, BufferLength, Engine::ByteOrder::kLittle, chunks);
+    return Engine::FindTrailedChunks(pBuffer, BufferLength, Engine::ByteOrder::kLittle, chunks);
 }
 
 void CChunkAdapterU3V::AttachBuffer(uint8_t* pBuffer, int64_t BufferLength,
                                     AttachStatistics_t* pAttachStatistics) {
-    AttachChunks(pBuffer, Engine::trailedChunks(pBuffer, BufferLength, Engine::ByteOrder::kLittle),
+    AttachChunks(pBuffer, Engine::TrailedChunks(pBuffer, BufferLength, Engine::ByteOrder::kLittle),
                  pAttachStatistics);
 }
 

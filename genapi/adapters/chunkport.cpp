@@ -10,7 +10,7 @@ namespace GENAPI_NAMESPACE {
 namespace {
 
 // The id is the value of another node, so it may change, and may not be there yet.
-bool hasVariableId(INode* node) {
+bool HasVariableId(INode* node) {
     GENICAM_NAMESPACE::gcstring value, attribute;
     return node->GetProperty("pChunkID", value, attribute);
 }
@@ -21,7 +21,7 @@ CChunkPort::CChunkPort(INode* pNode)
     : m_pNode(pNode),
       m_pPortNode(dynamic_cast<IPortConstruct*>(pNode)),
       m_pChunkNode(dynamic_cast<IChunkPort*>(pNode)),
-      m_HasFixedID(!hasVariableId(pNode)),
+      m_HasFixedID(!HasVariableId(pNode)),
       m_HasID(false),
       m_IsConnected(false),
       m_IsInBuffer(false),
@@ -30,21 +30,21 @@ CChunkPort::CChunkPort(INode* pNode)
       m_pChunk(nullptr),
       m_Offset(0),
       m_Length(0) {
-    if (m_HasFixedID) m_HasID = Engine::parseHexId(m_pChunkNode->GetChunkID(), m_ChunkID);
+    if (m_HasFixedID) m_HasID = Engine::ParseHexId(m_pChunkNode->GetChunkID(), m_ChunkID);
 }
 
 CChunkPort::~CChunkPort() {
     try {
         Disconnect();
     } catch (...) {
-        // The node is disconnected all the same.
+        // A destructor must not throw, and the node is disconnected all the same.
     }
 }
 
 bool CChunkPort::HasChunkID(INode* pNode) {
     const IChunkPort* pChunkNode = dynamic_cast<IChunkPort*>(pNode);
     if (pChunkNode == nullptr || dynamic_cast<IPortConstruct*>(pNode) == nullptr) return false;
-    return hasVariableId(pNode) || !pChunkNode->GetChunkID().empty();
+    return HasVariableId(pNode) || !pChunkNode->GetChunkID().empty();
 }
 
 void CChunkPort::Connect() {
@@ -61,7 +61,7 @@ void CChunkPort::Disconnect() {
 void CChunkPort::UpdateChunkID() {
     if (m_HasFixedID) return;
     try {
-        m_HasID = Engine::parseHexId(m_pChunkNode->GetChunkID(), m_ChunkID);
+        m_HasID = Engine::ParseHexId(m_pChunkNode->GetChunkID(), m_ChunkID);
     } catch (const GENICAM_NAMESPACE::GenericException&) {
         m_HasID = false;
     }
@@ -122,8 +122,8 @@ EAccessMode CChunkPort::GetAccessMode() const {
 
 void CChunkPort::Read(void* pBuffer, int64_t Address, int64_t Length) {
     if (!m_HasChunk) throw ACCESS_EXCEPTION("CChunkPort : No chunk is attached");
-    if (Engine::readPortSize(pBuffer, Address, Length, m_Length)) return;
-    Engine::checkByteRange("CChunkPort", Address, Length, 0, m_Length);
+    if (Engine::ReadPortSize(pBuffer, Address, Length, m_Length)) return;
+    Engine::CheckByteRange("CChunkPort", Address, Length, 0, m_Length);
     if (Length > 0) std::memcpy(pBuffer, m_pChunk + Address, static_cast<size_t>(Length));
 }
 

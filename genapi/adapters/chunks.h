@@ -10,11 +10,11 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// One chunk; the id as hexId makes it.
+// One chunk; the id as HexId makes it.
 struct Chunk {
     std::string id;
-    std::int64_t offset;
-    std::int64_t length;
+    int64_t offset;
+    int64_t length;
 };
 
 enum class ByteOrder { kBig, kLittle };
@@ -22,10 +22,10 @@ enum class ByteOrder { kBig, kLittle };
 // The chunks of a buffer in which each is followed by its id and length, from the last to the
 // first. False, with some of them or none, unless they fill the buffer exactly; empty chunks, and
 // more than 65536, are noise. The buffer is what a device sent.
-bool findTrailedChunks(const std::uint8_t* buffer, std::int64_t length, ByteOrder order,
+bool FindTrailedChunks(const uint8_t* buffer, int64_t length, ByteOrder order,
                        std::vector<Chunk>& chunks);
 // The same with a RuntimeException instead of false.
-std::vector<Chunk> trailedChunks(const std::uint8_t* buffer, std::int64_t length, ByteOrder order);
+std::vector<Chunk> TrailedChunks(const uint8_t* buffer, int64_t length, ByteOrder order);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

@@ -11,7 +11,7 @@ namespace GENAPI_NAMESPACE {
 namespace {
 
 // One for each node with an EventID, those of ports first.
-std::vector<CEventPort*> makeEventPorts(const INodeMap& nodeMap) {
+std::vector<CEventPort*> MakeEventPorts(const INodeMap& nodeMap) {
     NodeList_t nodes;
     nodeMap.GetNodes(nodes);
     std::vector<std::unique_ptr<CEventPort>> made;
@@ -20,7 +20,7 @@ std::vector<CEventPort*> makeEventPorts(const INodeMap& nodeMap) {
     }
     std::stable_partition(made.begin(), made.end(),
                           [](const auto& port) { return port->IsPort(); });
-    return Engine::releasePorts(made);
+    return Engine::ReleasePorts(made);
 }
 
 }  // namespace
@@ -33,19 +33,19 @@ CEventAdapter::CEventAdapter(INodeMap* pNodeMap) : CEventAdapter(CUnattached()) 
 }
 
 CEventAdapter::~CEventAdapter() {
-    Engine::deletePorts(*m_ppEventPorts);
+    Engine::DeletePorts(*m_ppEventPorts);
     delete m_ppEventPorts;
 }
 
 void CEventAdapter::AttachNodeMap(INodeMap* pNodeMap) {
     DetachNodeMap();
     if (pNodeMap == nullptr) return;
-    *m_ppEventPorts = makeEventPorts(*pNodeMap);
-    Engine::connectPorts(*m_ppEventPorts);
+    *m_ppEventPorts = MakeEventPorts(*pNodeMap);
+    Engine::ConnectPorts(*m_ppEventPorts);
 }
 
 void CEventAdapter::DetachNodeMap() {
-    Engine::deletePorts(*m_ppEventPorts);
+    Engine::DeletePorts(*m_ppEventPorts);
 }
 
 void CEventAdapter::DeliverEvent(const std::string& EventID, const uint8_t* pData,

@@ -17,12 +17,12 @@ void CEventAdapterGeneric::DeliverMessage(const uint8_t msg[], uint32_t numBytes
         throw RUNTIME_EXCEPTION("Invalid event ID delivered: %s", EventID.c_str());
     }
     std::string id;
-    if (Engine::parseHexId(EventID, id)) DeliverEvent(id, msg, numBytes);
+    if (Engine::ParseHexId(EventID, id)) DeliverEvent(id, msg, numBytes);
 }
 
 void CEventAdapterGeneric::DeliverMessage(const uint8_t msg[], uint32_t numBytes,
                                           uint64_t EventID) {
-    DeliverEvent(Engine::hexId(EventID), msg, numBytes);
+    DeliverEvent(Engine::HexId(EventID), msg, numBytes);
 }
 
 }  // namespace GENAPI_NAMESPACE

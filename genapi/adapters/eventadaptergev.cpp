@@ -9,12 +9,12 @@
 namespace GENAPI_NAMESPACE {
 namespace {
 
-const uint8_t* bodyOf(const GVCP_REQUEST_HEADER& header) {
+const uint8_t* BodyOf(const GVCP_REQUEST_HEADER& header) {
     return reinterpret_cast<const uint8_t*>(&header) + sizeof header;
 }
 
-uint32_t lengthOf(const GVCP_REQUEST_HEADER& header) {
-    return Engine::big16(reinterpret_cast<const uint8_t*>(&header) +
+uint32_t LengthOf(const GVCP_REQUEST_HEADER& header) {
+    return Engine::Big16(reinterpret_cast<const uint8_t*>(&header) +
                          offsetof(GVCP_REQUEST_HEADER, Length));
 }
 
@@ -25,25 +25,25 @@ CEventAdapterGEV::CEventAdapterGEV(INodeMap* pNodeMap) : CEventAdapter(pNodeMap)
 CEventAdapterGEV::~CEventAdapterGEV() = default;
 
 void CEventAdapterGEV::DeliverMessage(const uint8_t msg[], uint32_t numBytes) {
-    DeliverItems(Engine::parseGevMessage(msg, numBytes));
+    DeliverItems(Engine::ParseGevMessage(msg, numBytes));
 }
 
 void CEventAdapterGEV::DeliverEventMessage(const GVCP_EVENT_REQUEST* pEvent) {
-    DeliverItems(Engine::parseGevEvents(bodyOf(pEvent->Header), lengthOf(pEvent->Header), false));
+    DeliverItems(Engine::ParseGevEvents(BodyOf(pEvent->Header), LengthOf(pEvent->Header), false));
 }
 
 void CEventAdapterGEV::DeliverEventMessage(const GVCP_EVENTDATA_REQUEST* pEventData) {
     const GVCP_REQUEST_HEADER& header = pEventData->Header;
-    DeliverItem(Engine::parseGevEventData(bodyOf(header), lengthOf(header), false));
+    DeliverItem(Engine::ParseGevEventData(BodyOf(header), LengthOf(header), false));
 }
 
 void CEventAdapterGEV::DeliverEventMessage(const GVCP_EVENT_REQUEST_EXTENDED_ID* pEvent) {
-    DeliverItems(Engine::parseGevEvents(bodyOf(pEvent->Header), lengthOf(pEvent->Header), true));
+    DeliverItems(Engine::ParseGevEvents(BodyOf(pEvent->Header), LengthOf(pEvent->Header), true));
 }
 
 void CEventAdapterGEV::DeliverEventMessage(const GVCP_EVENTDATA_REQUEST_EXTENDED_ID* pEventData) {
     const GVCP_REQUEST_HEADER& header = pEventData->Header;
-    DeliverItem(Engine::parseGevEventData(bodyOf(header), lengthOf(header), true));
+    DeliverItem(Engine::ParseGevEventData(BodyOf(header), LengthOf(header), true));
 }
 
 void CEventAdapterGEV::DeliverItems(const std::vector<Engine::EventItem>& Items) {
@@ -53,7 +53,7 @@ void CEventAdapterGEV::DeliverItems(const std::vector<Engine::EventItem>& Items)
 }
 
 void CEventAdapterGEV::DeliverItem(const Engine::EventItem& Item) {
-    const std::string id = Engine::hexId(Item.id);
+    const std::string id = Engine::HexId(Item.id);
     if (Item.statesSize) {
         DeliverEvent(id, Item.data, Item.size);
         return;

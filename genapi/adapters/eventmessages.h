@@ -12,23 +12,22 @@ namespace Engine {
 
 // One event within a message.
 struct EventItem {
-    std::uint16_t id;
-    const std::uint8_t* data;
-    std::uint32_t size;
+    uint16_t id;
+    const uint8_t* data;
+    uint32_t size;
     bool
         statesSize;  // its first field is its size, not 0; always true where there is no such field
 };
 
-std::vector<EventItem> parseGevMessage(const std::uint8_t* message, std::uint32_t numBytes);
+std::vector<EventItem> ParseGevMessage(const uint8_t* message, uint32_t numBytes);
 // What follows the header of an EVENT command: items.
-std::vector<EventItem> parseGevEvents(const std::uint8_t* items, std::uint32_t length,
-                                      bool extendedIds);
+std::vector<EventItem> ParseGevEvents(const uint8_t* items, uint32_t length, bool extendedIds);
 // What follows the header of an EVENTDATA command: one item and its data.
-EventItem parseGevEventData(const std::uint8_t* item, std::uint32_t length, bool extendedIds);
+EventItem ParseGevEventData(const uint8_t* item, uint32_t length, bool extendedIds);
 
-EventItem parseU3vMessage(const std::uint8_t* message, std::uint32_t numBytes);
+EventItem ParseU3vMessage(const uint8_t* message, uint32_t numBytes);
 // What follows the header.
-EventItem parseU3vEvent(const std::uint8_t* event, std::uint32_t length);
+EventItem ParseU3vEvent(const uint8_t* event, uint32_t length);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

@@ -21,14 +21,14 @@ CEventPort::CEventPort(INode* pNode)
         throw LOGICAL_ERROR_EXCEPTION(
             "EventID is a hex string and must not be composed of an uneven number of characters");
     }
-    m_HasID = Engine::parseHexId(text, m_EventID);
+    m_HasID = Engine::ParseHexId(text, m_EventID);
 }
 
 CEventPort::~CEventPort() {
     try {
         Disconnect();
     } catch (...) {
-        // The node is disconnected all the same.
+        // A destructor must not throw, and the node is disconnected all the same.
     }
 }
 
@@ -69,8 +69,8 @@ EAccessMode CEventPort::GetAccessMode() const {
 
 void CEventPort::Read(void* pBuffer, int64_t Address, int64_t Length) {
     if (!m_HasEvent) throw ACCESS_EXCEPTION("CEventPort : No event was delivered");
-    if (Engine::readPortSize(pBuffer, Address, Length, static_cast<int64_t>(m_Data.size()))) return;
-    Engine::checkByteRange("CEventPort", Address, Length, 0, static_cast<int64_t>(m_Data.size()));
+    if (Engine::ReadPortSize(pBuffer, Address, Length, static_cast<int64_t>(m_Data.size()))) return;
+    Engine::CheckByteRange("CEventPort", Address, Length, 0, static_cast<int64_t>(m_Data.size()));
     if (Length > 0) std::memcpy(pBuffer, m_Data.data() + Address, static_cast<size_t>(Length));
 }
 

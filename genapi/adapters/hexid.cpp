@@ -8,20 +8,20 @@ namespace {
 
 const char kDigits[] = "0123456789ABCDEF";
 
-char capital(char c) {
+char Capital(char c) {
     return 'a' <= c && c <= 'f' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
 }  // namespace
 
-bool parseHexId(const GENICAM_NAMESPACE::gcstring& text, std::string& id) {
+bool ParseHexId(const GENICAM_NAMESPACE::gcstring& text, std::string& id) {
     id.assign(text.c_str(), text.length());
-    std::transform(id.begin(), id.end(), id.begin(), capital);
+    std::transform(id.begin(), id.end(), id.begin(), Capital);
     id.erase(0, id.find_first_not_of('0'));
     return text.length() > 0 && id.find_first_not_of(kDigits) == std::string::npos;
 }
 
-std::string hexId(std::uint64_t number) {
+std::string HexId(uint64_t number) {
     char digits[16];
     char* first = digits + sizeof digits;
     for (; number != 0; number >>= 4) {

@@ -12,8 +12,8 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 // The id in capital digits without leading zeros; empty for 0. False if the text is no number.
-bool parseHexId(const GENICAM_NAMESPACE::gcstring& text, std::string& id);
-std::string hexId(std::uint64_t number);
+bool ParseHexId(const GENICAM_NAMESPACE::gcstring& text, std::string& id);
+std::string HexId(uint64_t number);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

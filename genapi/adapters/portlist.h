@@ -12,7 +12,7 @@ namespace Engine {
 
 // The ports, given up by those who made them.
 template <typename Port>
-std::vector<Port*> releasePorts(std::vector<std::unique_ptr<Port>>& made) {
+std::vector<Port*> ReleasePorts(std::vector<std::unique_ptr<Port>>& made) {
     std::vector<Port*> ports;
     ports.reserve(made.size());
     for (auto& port : made) {
@@ -23,7 +23,7 @@ std::vector<Port*> releasePorts(std::vector<std::unique_ptr<Port>>& made) {
 
 // Disconnects and deletes the ports. Callbacks that look at the list find it empty.
 template <typename Port>
-void deletePorts(std::vector<Port*>& list) {
+void DeletePorts(std::vector<Port*>& list) {
     std::vector<Port*> ports;
     ports.swap(list);
     for (Port* port : ports) {
@@ -33,13 +33,13 @@ void deletePorts(std::vector<Port*>& list) {
 
 // Connects the ports, by index, since callbacks may delete them. None stays after an exception.
 template <typename Port>
-void connectPorts(std::vector<Port*>& ports) {
+void ConnectPorts(std::vector<Port*>& ports) {
     try {
-        for (std::size_t i = 0; i < ports.size(); ++i) {
+        for (size_t i = 0; i < ports.size(); ++i) {
             ports[i]->Connect();
         }
     } catch (...) {
-        deletePorts(ports);
+        DeletePorts(ports);
         throw;
     }
 }

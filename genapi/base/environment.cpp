@@ -14,12 +14,12 @@ class Path {
   public:
     explicit Path(const char* variable) : variable_(variable) {}
 
-    gcstring get() const {
+    gcstring Get() const {
         const std::lock_guard<std::mutex> lock(mutex_);
         return path_.empty() ? GetValueOfEnvironmentVariable(variable_) : path_;
     }
 
-    void set(const gcstring& path) {
+    void Set(const gcstring& path) {
         const std::lock_guard<std::mutex> lock(mutex_);
         path_ = path;
     }
@@ -30,22 +30,22 @@ class Path {
     gcstring path_;
 };
 
-Path& cacheFolder() {
+Path& CacheFolder() {
     static Path path(GENICAM_CACHE_VERSION);
     return path;
 }
 
-Path& logConfig() {
+Path& LogConfig() {
     static Path path(GENICAM_LOG_CONFIG_VERSION);
     return path;
 }
 
-Path& protocolFolder() {
+Path& ProtocolFolder() {
     static Path path(GENICAM_CLPROTOCOL);
     return path;
 }
 
-std::string withVariables(const std::string& text) {
+std::string WithVariables(const std::string& text) {
     std::string result;
     size_t done = 0;
     for (size_t begin; (begin = text.find("$(", done)) != std::string::npos;) {
@@ -61,7 +61,7 @@ std::string withVariables(const std::string& text) {
     return result.append(text, done, std::string::npos);
 }
 
-std::string withCodedBlanks(const std::string& text) {
+std::string WithCodedBlanks(const std::string& text) {
     std::string result;
     for (const char c : text) {
         if (c == ' ')
@@ -89,33 +89,33 @@ bool GetValueOfEnvironmentVariable(const gcstring& VariableName, gcstring& Varia
 }
 
 void ReplaceEnvironmentVariables(gcstring& Buffer, bool ReplaceBlankBy20) {
-    std::string text = withVariables(std::string(Buffer.c_str(), Buffer.length()));
-    if (ReplaceBlankBy20) text = withCodedBlanks(text);
+    std::string text = WithVariables(std::string(Buffer.c_str(), Buffer.length()));
+    if (ReplaceBlankBy20) text = WithCodedBlanks(text);
     Buffer.assign(text.data(), text.size());
 }
 
 gcstring GetGenICamCacheFolder() {
-    return cacheFolder().get();
+    return CacheFolder().Get();
 }
 
 gcstring GetGenICamLogConfig() {
-    return logConfig().get();
+    return LogConfig().Get();
 }
 
 gcstring GetGenICamCLProtocolFolder() {
-    return protocolFolder().get();
+    return ProtocolFolder().Get();
 }
 
 void SetGenICamCacheFolder(const gcstring& path) {
-    cacheFolder().set(path);
+    CacheFolder().Set(path);
 }
 
 void SetGenICamLogConfig(const gcstring& path) {
-    logConfig().set(path);
+    LogConfig().Set(path);
 }
 
 void SetGenICamCLProtocolFolder(const gcstring& path) {
-    protocolFolder().set(path);
+    ProtocolFolder().Set(path);
 }
 
 }  // namespace GENICAM_NAMESPACE

@@ -4,7 +4,7 @@ namespace GENICAM_NAMESPACE {
 
 namespace {
 
-const char* baseName(const char* path) {
+const char* BaseName(const char* path) {
     const char* base = path;
     for (const char* c = path; *c; ++c)
         if (*c == '/' || *c == '\\') base = c + 1;
@@ -14,13 +14,13 @@ const char* baseName(const char* path) {
 // Room for what most texts say beside the description.
 constexpr size_t kUsualDetails = 200;
 
-bool isGiven(const char* text) {
+bool IsGiven(const char* text) {
     return text && *text;
 }
 
 // Exceptions are how unreadable features are told apart, so they are made often: one text, in one
 // go.
-gcstring assemble(const gcstring& description, const char* fileName, unsigned int line,
+gcstring Assemble(const gcstring& description, const char* fileName, unsigned int line,
                   const char* entryPoint, const char* errorNode, const char* type) {
     gcstring text;
     text.reserve(description.length() + kUsualDetails);
@@ -30,10 +30,10 @@ gcstring assemble(const gcstring& description, const char* fileName, unsigned in
         text += detail;
         text += after;
     };
-    if (isGiven(type)) add(" : ", type, " thrown");
-    if (isGiven(errorNode)) add(" in node '", errorNode, "'");
-    if (isGiven(entryPoint)) add(" while calling '", entryPoint, "'");
-    add(" (file '", baseName(fileName), "', line ");
+    if (IsGiven(type)) add(" : ", type, " thrown");
+    if (IsGiven(errorNode)) add(" in node '", errorNode, "'");
+    if (IsGiven(entryPoint)) add(" while calling '", entryPoint, "'");
+    add(" (file '", BaseName(fileName), "', line ");
     text += std::to_string(line).c_str();
     text += ')';
     return text;
@@ -56,7 +56,7 @@ GenericException::GenericException(const char* pDescription, const char* pSource
     : m_SourceLine(SourceLine),
       m_SourceFileName(pSourceFileName),
       m_Description(pDescription),
-      m_What(assemble(m_Description, m_SourceFileName.c_str(), SourceLine, pEntryPoint,
+      m_What(Assemble(m_Description, m_SourceFileName.c_str(), SourceLine, pEntryPoint,
                       pErrorNodeName, pExceptionType)) {}
 
 GenericException::~GenericException() noexcept = default;

@@ -12,11 +12,11 @@ namespace GENICAM_NAMESPACE {
 
 namespace {
 
-std::string_view view(const gcstring& text) {
+std::string_view View(const gcstring& text) {
     return {text.c_str(), text.length()};
 }
 
-std::string_view view(const char* text) {
+std::string_view View(const char* text) {
     return text ? std::string_view(text) : std::string_view();
 }
 
@@ -123,7 +123,7 @@ gcstring& gcstring::assign(const char* pc, size_t n) {
 }
 
 int gcstring::compare(const gcstring& str) const {
-    const int order = view(*this).compare(view(str));
+    const int order = View(*this).compare(View(str));
     return (order > 0) - (order < 0);
 }
 
@@ -136,23 +136,23 @@ bool gcstring::empty() const {
 }
 
 size_t gcstring::find(char ch, size_t offset) const {
-    return view(*this).find(ch, offset);
+    return View(*this).find(ch, offset);
 }
 
 size_t gcstring::find(const gcstring& str, size_t offset) const {
-    return view(*this).find(view(str), offset);
+    return View(*this).find(View(str), offset);
 }
 
 size_t gcstring::find(const gcstring& str, size_t offset, size_t count) const {
-    return view(*this).find(view(str).substr(0, count), offset);
+    return View(*this).find(View(str).substr(0, count), offset);
 }
 
 size_t gcstring::find(const char* pc, size_t offset) const {
-    return view(*this).find(view(pc), offset);
+    return View(*this).find(View(pc), offset);
 }
 
 size_t gcstring::find(const char* pc, size_t offset, size_t count) const {
-    return view(*this).find(view(pc).substr(0, count), offset);
+    return View(*this).find(View(pc).substr(0, count), offset);
 }
 
 size_t gcstring::length() const {
@@ -186,32 +186,32 @@ size_t gcstring::max_size() const {
 }
 
 gcstring gcstring::substr(size_t offset, size_t count) const {
-    const std::string_view part = view(*this).substr(offset, count);
+    const std::string_view part = View(*this).substr(offset, count);
     return gcstring(part.data(), part.size());
 }
 
 size_t gcstring::find_first_of(const gcstring& str, size_t offset) const {
-    return view(*this).find_first_of(view(str), offset);
+    return View(*this).find_first_of(View(str), offset);
 }
 
 size_t gcstring::find_first_not_of(const gcstring& str, size_t offset) const {
-    return view(*this).find_first_not_of(view(str), offset);
+    return View(*this).find_first_not_of(View(str), offset);
 }
 
 size_t gcstring::find_last_of(const gcstring& str, size_t offset) const {
-    return view(*this).find_last_of(view(str), offset);
+    return View(*this).find_last_of(View(str), offset);
 }
 
 size_t gcstring::find_last_of(char c, size_t offset) const {
-    return view(*this).find_last_of(c, offset);
+    return View(*this).find_last_of(c, offset);
 }
 
 size_t gcstring::find_last_not_of(const gcstring& str, size_t offset) const {
-    return view(*this).find_last_not_of(view(str), offset);
+    return View(*this).find_last_not_of(View(str), offset);
 }
 
 size_t gcstring::find_last_not_of(char c, size_t offset) const {
-    return view(*this).find_last_not_of(c, offset);
+    return View(*this).find_last_not_of(c, offset);
 }
 
 size_t gcstring::_npos() {
@@ -230,11 +230,11 @@ void gcstring::swap(gcstring& Right) {
 }
 
 bool gcstring::operator!=(const gcstring& str) const {
-    return view(*this) != view(str);
+    return View(*this) != View(str);
 }
 
 bool gcstring::operator!=(const char* pc) const {
-    return view(*this) != view(pc);
+    return View(*this) != View(pc);
 }
 
 gcstring& gcstring::operator+=(const gcstring& str) {
@@ -246,7 +246,7 @@ gcstring gcstring::operator+=(const gcstring& str) const {
 }
 
 gcstring& gcstring::operator+=(const char* pc) {
-    appendBytes(pc, view(pc).size());
+    appendBytes(pc, View(pc).size());
     return *this;
 }
 
@@ -266,19 +266,19 @@ gcstring& gcstring::operator=(const gcstring& str) {
 }
 
 bool gcstring::operator==(const gcstring& str) const {
-    return view(*this) == view(str);
+    return View(*this) == View(str);
 }
 
 bool gcstring::operator==(const char* pc) const {
-    return view(*this) == view(pc);
+    return View(*this) == View(pc);
 }
 
 bool gcstring::operator<(const gcstring& str) const {
-    return view(*this) < view(str);
+    return View(*this) < View(str);
 }
 
 bool gcstring::operator>(const gcstring& str) const {
-    return view(*this) > view(str);
+    return View(*this) > View(str);
 }
 
 gcstring::operator const char*() const {

@@ -12,7 +12,7 @@ namespace {
 
 using Strings = std::vector<gcstring>;
 
-Strings& strings(void* vector) {
+Strings& StringsOf(void* vector) {
     return *static_cast<Strings*>(vector);
 }
 
@@ -23,29 +23,30 @@ gcstring_vector::gcstring_vector() : _pv(new Strings) {}
 gcstring_vector::gcstring_vector(size_t uiSize, const gcstring& str)
     : _pv(new Strings(uiSize, str)) {}
 
-gcstring_vector::gcstring_vector(const gcstring_vector& obj) : _pv(new Strings(strings(obj._pv))) {}
+gcstring_vector::gcstring_vector(const gcstring_vector& obj)
+    : _pv(new Strings(StringsOf(obj._pv))) {}
 
 gcstring_vector::~gcstring_vector() {
     delete static_cast<Strings*>(_pv);
 }
 
 void gcstring_vector::assign(size_t n, const gcstring& val) {
-    strings(_pv).assign(n, val);
+    StringsOf(_pv).assign(n, val);
 }
 
 void gcstring_vector::clear() {
-    strings(_pv).clear();
+    StringsOf(_pv).clear();
 }
 
 gcstring_vector::iterator gcstring_vector::erase(iterator pos) {
     const intptr_t index = pos - begin();
-    strings(_pv).erase(strings(_pv).begin() + index);
+    StringsOf(_pv).erase(StringsOf(_pv).begin() + index);
     return begin() + index;
 }
 
 gcstring& gcstring_vector::at(size_t uiIndex) {
     if (uiIndex >= size()) throw OUT_OF_RANGE_EXCEPTION("vector::_M_range_check");
-    return strings(_pv)[uiIndex];
+    return StringsOf(_pv)[uiIndex];
 }
 
 const gcstring& gcstring_vector::at(size_t uiIndex) const {
@@ -53,23 +54,23 @@ const gcstring& gcstring_vector::at(size_t uiIndex) const {
 }
 
 gcstring& gcstring_vector::back() {
-    return strings(_pv).back();
+    return StringsOf(_pv).back();
 }
 
 const gcstring& gcstring_vector::back() const {
-    return strings(_pv).back();
+    return StringsOf(_pv).back();
 }
 
 gcstring_vector::iterator gcstring_vector::begin() {
-    return iterator(strings(_pv).data());
+    return iterator(StringsOf(_pv).data());
 }
 
 gcstring_vector::const_iterator gcstring_vector::begin() const {
-    return const_iterator(strings(_pv).data());
+    return const_iterator(StringsOf(_pv).data());
 }
 
 size_t gcstring_vector::capacity() const {
-    return strings(_pv).capacity();
+    return StringsOf(_pv).capacity();
 }
 
 gcstring_vector::iterator gcstring_vector::end() {
@@ -81,62 +82,62 @@ gcstring_vector::const_iterator gcstring_vector::end() const {
 }
 
 gcstring& gcstring_vector::front() {
-    return strings(_pv).front();
+    return StringsOf(_pv).front();
 }
 
 const gcstring& gcstring_vector::front() const {
-    return strings(_pv).front();
+    return StringsOf(_pv).front();
 }
 
 size_t gcstring_vector::max_size() const {
-    return strings(_pv).max_size();
+    return StringsOf(_pv).max_size();
 }
 
 size_t gcstring_vector::size() const {
-    return strings(_pv).size();
+    return StringsOf(_pv).size();
 }
 
 gcstring_vector::iterator gcstring_vector::insert(iterator pos, const gcstring& str) {
     const intptr_t index = pos - begin();
-    strings(_pv).insert(strings(_pv).begin() + index, str);
+    StringsOf(_pv).insert(StringsOf(_pv).begin() + index, str);
     return begin() + index;
 }
 
 bool gcstring_vector::empty() const {
-    return strings(_pv).empty();
+    return StringsOf(_pv).empty();
 }
 
 void gcstring_vector::pop_back() {
-    strings(_pv).pop_back();
+    StringsOf(_pv).pop_back();
 }
 
 void gcstring_vector::push_back(const gcstring& str) {
-    strings(_pv).push_back(str);
+    StringsOf(_pv).push_back(str);
 }
 
 void gcstring_vector::resize(size_t uiSize, const gcstring& str) {
-    strings(_pv).resize(uiSize, str);
+    StringsOf(_pv).resize(uiSize, str);
 }
 
 void gcstring_vector::reserve(size_t uiSize) {
-    strings(_pv).reserve(uiSize);
+    StringsOf(_pv).reserve(uiSize);
 }
 
 bool gcstring_vector::contains(const gcstring& str) const {
-    return std::find(strings(_pv).begin(), strings(_pv).end(), str) != strings(_pv).end();
+    return std::find(StringsOf(_pv).begin(), StringsOf(_pv).end(), str) != StringsOf(_pv).end();
 }
 
 gcstring_vector& gcstring_vector::assign(const gcstring_vector& obj) {
-    if (&obj != this) strings(_pv) = strings(obj._pv);
+    if (&obj != this) StringsOf(_pv) = StringsOf(obj._pv);
     return *this;
 }
 
 void gcstring_vector::erase(size_t uiIndex) {
-    strings(_pv).erase(strings(_pv).begin() + static_cast<intptr_t>(uiIndex));
+    StringsOf(_pv).erase(StringsOf(_pv).begin() + static_cast<intptr_t>(uiIndex));
 }
 
 void gcstring_vector::insert(size_t uiIndex, const gcstring& str) {
-    strings(_pv).insert(strings(_pv).begin() + static_cast<intptr_t>(uiIndex), str);
+    StringsOf(_pv).insert(StringsOf(_pv).begin() + static_cast<intptr_t>(uiIndex), str);
 }
 
 // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): assign takes itself
@@ -145,11 +146,11 @@ gcstring_vector& gcstring_vector::operator=(const gcstring_vector& obj) {
 }
 
 gcstring& gcstring_vector::operator[](size_t uiIndex) {
-    return strings(_pv)[uiIndex];
+    return StringsOf(_pv)[uiIndex];
 }
 
 const gcstring& gcstring_vector::operator[](size_t uiIndex) const {
-    return strings(_pv)[uiIndex];
+    return StringsOf(_pv)[uiIndex];
 }
 
 void gcstring_vector::operator delete(void* pWhere) {

@@ -1,3 +1,4 @@
+// Locks that threads and objects of this process share by name.
 #include <chrono>
 #include <iterator>
 #include <map>
@@ -12,7 +13,7 @@ namespace {
 using Mutex = std::recursive_timed_mutex;
 
 // The lock of a name. Making one removes the entries of those that nobody holds any more.
-std::shared_ptr<Mutex> mutexOf(const std::string& name) {
+std::shared_ptr<Mutex> MutexOf(const std::string& name) {
     static std::mutex guard;
     static std::map<std::string, std::weak_ptr<Mutex>> mutexes;
     const std::lock_guard<std::mutex> lock(guard);
@@ -28,7 +29,7 @@ std::shared_ptr<Mutex> mutexOf(const std::string& name) {
 }  // namespace
 
 CGlobalLock::CGlobalLock(const gcstring& name)
-    : m_Mutex(mutexOf(std::string(name.c_str(), name.length()))) {}
+    : m_Mutex(MutexOf(std::string(name.c_str(), name.length()))) {}
 
 CGlobalLock::~CGlobalLock() = default;
 

@@ -15,14 +15,14 @@ namespace {
 const char kUnreserved[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
 
 // -1 if it is no hexadecimal digit, whatever the locale.
-int digitOf(char c) {
+int DigitOf(char c) {
     if (c >= '0' && c <= '9') return c - '0';
     if (c >= 'a' && c <= 'f') return c - 'a' + 10;
     if (c >= 'A' && c <= 'F') return c - 'A' + 10;
     return -1;
 }
 
-bool isDirectory(const char* path) {
+bool IsDirectory(const char* path) {
     struct stat status;
     return stat(path, &status) == 0 && S_ISDIR(status.st_mode);
 }
@@ -50,8 +50,8 @@ gcstring UrlDecode(const gcstring& Input) {
     const char* text = Input.c_str();  // the NUL behind the end is no digit
     gcstring result;
     for (size_t i = 0; i < Input.length(); ++i) {
-        const int high = text[i] == '%' ? digitOf(text[i + 1]) : -1;
-        const int low = high >= 0 ? digitOf(text[i + 2]) : -1;
+        const int high = text[i] == '%' ? DigitOf(text[i + 1]) : -1;
+        const int low = high >= 0 ? DigitOf(text[i + 2]) : -1;
         if (low >= 0) {
             result += static_cast<char>(high * 16 + low);
             i += 2;
@@ -79,7 +79,7 @@ void GetFiles(const gcstring& FileTemplate, gcstring_vector& FileNames, bool Dir
         ThrowBadAlloc(__FILE__, __LINE__);
     for (size_t i = 0; i < found.gl_pathc; ++i) {
         const char* path = found.gl_pathv[i];
-        if (!DirectoriesOnly || isDirectory(path)) FileNames.push_back(path);
+        if (!DirectoriesOnly || IsDirectory(path)) FileNames.push_back(path);
     }
 }
 

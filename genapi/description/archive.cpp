@@ -21,12 +21,12 @@ struct CloseEntry {
 using Archive = std::unique_ptr<zip_t, CloseArchive>;
 using Entry = std::unique_ptr<zip_file_t, CloseEntry>;
 
-[[noreturn]] void throwInvalidArchive() {
+[[noreturn]] void ThrowInvalidArchive() {
     throw RUNTIME_EXCEPTION("Invalid ZIP string in ParseXmlBuffer");
 }
 
 // Null when the bytes are no archive.
-Archive tryOpen(std::string_view bytes) {
+Archive TryOpen(std::string_view bytes) {
     zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, nullptr);
     if (!source) return nullptr;
     Archive archive(zip_open_from_source(source, ZIP_RDONLY, nullptr));
@@ -36,39 +36,39 @@ Archive tryOpen(std::string_view bytes) {
 
 // The library looks for the end of the directory in the last 64 KB only, but a device may give all
 // of the memory that an archive lies in.
-std::string_view withoutTail(std::string_view bytes) {
-    constexpr std::size_t kEndRecordSize = 22;
-    const std::size_t end = bytes.rfind(std::string_view("PK\5\6", 4));
+std::string_view WithoutTail(std::string_view bytes) {
+    constexpr size_t kEndRecordSize = 22;
+    const size_t end = bytes.rfind(std::string_view("PK\5\6", 4));
     return end == std::string_view::npos ? bytes : bytes.substr(0, end + kEndRecordSize);
 }
 
-std::string readEntry(zip_file_t* entry, std::size_t size) {
+std::string ReadEntry(zip_file_t* entry, size_t size) {
     std::string contents(size, '\0');
-    std::size_t done = 0;
+    size_t done = 0;
     while (done < size) {
         const zip_int64_t count = zip_fread(entry, &contents[done], size - done);
-        if (count <= 0) throwInvalidArchive();
-        done += static_cast<std::size_t>(count);
+        if (count <= 0) ThrowInvalidArchive();
+        done += static_cast<size_t>(count);
     }
     char more;  // the check sum is compared when the end is reached
-    if (zip_fread(entry, &more, 1) != 0) throwInvalidArchive();
+    if (zip_fread(entry, &more, 1) != 0) ThrowInvalidArchive();
     return contents;
 }
 
 }  // namespace
 
-std::string unzipFirstEntry(std::string_view bytes) {
-    if (bytes.size() > kMaxArchiveSize) throwInvalidArchive();
-    Archive archive = tryOpen(bytes);
-    if (!archive) archive = tryOpen(withoutTail(bytes));
+std::string UnzipFirstEntry(std::string_view bytes) {
+    if (bytes.size() > kMaxArchiveSize) ThrowInvalidArchive();
+    Archive archive = TryOpen(bytes);
+    if (!archive) archive = TryOpen(WithoutTail(bytes));
     zip_stat_t stat;
     if (!archive || zip_stat_index(archive.get(), 0, 0, &stat) != 0 ||
         (stat.valid & ZIP_STAT_SIZE) == 0 || stat.size > kMaxXmlSize ||
         stat.size / kMaxArchiveRatio > bytes.size())
-        throwInvalidArchive();
+        ThrowInvalidArchive();
     const Entry entry(zip_fopen_index(archive.get(), 0, 0));
-    if (!entry) throwInvalidArchive();
-    return readEntry(entry.get(), static_cast<std::size_t>(stat.size));
+    if (!entry) ThrowInvalidArchive();
+    return ReadEntry(entry.get(), static_cast<size_t>(stat.size));
 }
 
 }  // namespace Engine

@@ -12,7 +12,7 @@ namespace Engine {
 // The contents of the first entry, whatever its name. Bytes behind the archive do not matter.
 // RuntimeException "Invalid ZIP string in ParseXmlBuffer" for bytes that are no archive, and for
 // an entry that is damaged or too large.
-std::string unzipFirstEntry(std::string_view archive);
+std::string UnzipFirstEntry(std::string_view archive);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

@@ -30,7 +30,7 @@ struct OpenNode {
     bool exposeStatic = false;
     std::vector<Property> properties;
 
-    NodeKind kind() const { return static_cast<NodeKind>(model); }
+    NodeKind Kind() const { return static_cast<NodeKind>(model); }
 };
 
 // Thrown for a second definition of a node.
@@ -44,13 +44,13 @@ class NodeAssembler {
 
     // Numbers the node, and gives it its full name, when its start tag is read. NodeFault for a
     // name that nodes cannot have.
-    void open(OpenNode& node, const OpenNode* parent);
+    void Open(OpenNode& node, const OpenNode* parent);
     // Defines the node at its end tag; the parent gets a link to it.
-    void close(OpenNode& node, OpenNode* parent);
+    void Close(OpenNode& node, OpenNode* parent);
     // A TextDesc or IntKey of a ConfRom.
-    void addKey(OpenNode& confRom, Element element, std::string_view name, TextRef key);
+    void AddKey(OpenNode& confRom, Element element, std::string_view name, TextRef key);
     // When the description has ended.
-    void finish();
+    void Finish();
 
   private:
     // A StructEntry until its StructReg is complete, or an EnumEntry outside of an enumeration.
@@ -61,16 +61,16 @@ class NodeAssembler {
         std::vector<Property> properties;
     };
 
-    NodeId mentionJoined(std::string_view prefix, std::string_view owner, std::string_view glue,
+    NodeId MentionJoined(std::string_view prefix, std::string_view owner, std::string_view glue,
                          std::string_view name);
-    void define(NodeId id, NodeKind kind, ENameSpace nameSpace, bool exposeStatic,
+    void Define(NodeId id, NodeKind kind, ENameSpace nameSpace, bool exposeStatic,
                 std::vector<Property>& properties);
-    void expandNames(NodeId owner, NodeKind kind, std::vector<Property>& properties);
-    void expandName(const std::string& owner, NodeKind kind, const std::vector<Property>& names,
+    void ExpandNames(NodeId owner, NodeKind kind, std::vector<Property>& properties);
+    void ExpandName(const std::string& owner, NodeKind kind, const std::vector<Property>& names,
                     Property& property);
-    void expandConverter(NodeId owner, NodeKind kind, std::vector<Property>& properties);
-    void expandStruct(const OpenNode& node);
-    void nameEntry(OpenNode& entry);
+    void ExpandConverter(NodeId owner, NodeKind kind, std::vector<Property>& properties);
+    void ExpandStruct(const OpenNode& node);
+    void NameEntry(OpenNode& entry);
 
     DescriptionBuilder& builder_;
     std::string joined_;

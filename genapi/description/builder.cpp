@@ -15,22 +15,22 @@ namespace Engine {
 // The texts so far, by hash: open addressing, a power of two in size, at most half full.
 struct DescriptionBuilder::Interned {
     struct Slot {
-        std::uint64_t hash = 0;
+        uint64_t hash = 0;
         TextRef text = 0;  // 0 in an empty slot: the empty text is never looked up
         NodeId node = kNoNode;
     };
     std::vector<Slot> slots = std::vector<Slot>(1024);
-    std::size_t used = 0;
+    size_t used = 0;
 
-    void grow() {
+    void Grow() {
         std::vector<Slot> old(2 * slots.size());
         old.swap(slots);
         for (const Slot& slot : old)
-            if (slot.text != 0) slots[freeFor(slot.hash)] = slot;
+            if (slot.text != 0) slots[FreeFor(slot.hash)] = slot;
     }
 
-    std::size_t freeFor(std::uint64_t hash) const {
-        std::size_t i = hash & (slots.size() - 1);
+    size_t FreeFor(uint64_t hash) const {
+        size_t i = hash & (slots.size() - 1);
         while (slots[i].text != 0)
             i = (i + 1) & (slots.size() - 1);
         return i;
@@ -45,20 +45,20 @@ DescriptionBuilder::DescriptionBuilder()
 DescriptionBuilder::~DescriptionBuilder() = default;
 
 // Whether the text stands at a place of the pool, with a NUL behind it.
-bool DescriptionBuilder::stands(std::string_view text, TextRef place) const {
+bool DescriptionBuilder::Stands(std::string_view text, TextRef place) const {
     const std::vector<char>& pool = description_->pool_;
     return text.size() < pool.size() - place && pool[place + text.size()] == '\0' &&
            std::memcmp(pool.data() + place, text.data(), text.size()) == 0;
 }
 
-std::size_t DescriptionBuilder::slotOf(std::string_view text) {
-    if (2 * interned_->used >= interned_->slots.size()) interned_->grow();
-    const std::uint64_t hash = hashOf(text);
+size_t DescriptionBuilder::SlotOf(std::string_view text) {
+    if (2 * interned_->used >= interned_->slots.size()) interned_->Grow();
+    const uint64_t hash = HashOf(text);
     auto& slots = interned_->slots;
     std::vector<char>& pool = description_->pool_;
-    std::size_t i = hash & (slots.size() - 1);
+    size_t i = hash & (slots.size() - 1);
     for (; slots[i].text != 0; i = (i + 1) & (slots.size() - 1))
-        if (slots[i].hash == hash && description_->text(slots[i].text) == text) return i;
+        if (slots[i].hash == hash && description_->Text(slots[i].text) == text) return i;
     if (pool.size() + text.size() >= kMaxPoolSize)
         throw RUNTIME_EXCEPTION("The texts of the description are too long");
     slots[i].hash = hash;
@@ -69,13 +69,13 @@ std::size_t DescriptionBuilder::slotOf(std::string_view text) {
     return i;
 }
 
-TextRef DescriptionBuilder::intern(std::string_view text) {
-    return text.empty() ? 0 : interned_->slots[slotOf(text)].text;
+TextRef DescriptionBuilder::Intern(std::string_view text) {
+    return text.empty() ? 0 : interned_->slots[SlotOf(text)].text;
 }
 
-NodeId DescriptionBuilder::mention(std::string_view name) {
+NodeId DescriptionBuilder::Mention(std::string_view name) {
     Interned::Slot unnamed;
-    Interned::Slot& slot = name.empty() ? unnamed : interned_->slots[slotOf(name)];
+    Interned::Slot& slot = name.empty() ? unnamed : interned_->slots[SlotOf(name)];
     if (slot.node == kNoNode) {
         std::vector<NodeRecord>& records = description_->records_;
         if (records.size() >= kMaxNodes)
@@ -86,80 +86,80 @@ NodeId DescriptionBuilder::mention(std::string_view name) {
     return slot.node;
 }
 
-bool DescriptionBuilder::isDefined(NodeId id) const {
+bool DescriptionBuilder::IsDefined(NodeId id) const {
     return description_->records_[id].defined;
 }
 
-std::string_view DescriptionBuilder::name(NodeId id) const {
-    return description_->name(id);
+std::string_view DescriptionBuilder::Name(NodeId id) const {
+    return description_->Name(id);
 }
 
-TextRef DescriptionBuilder::nameOf(NodeId id) const {
+TextRef DescriptionBuilder::NameOf(NodeId id) const {
     return description_->records_[id].name;
 }
 
-std::string_view DescriptionBuilder::text(TextRef ref) const {
-    return description_->text(ref);
+std::string_view DescriptionBuilder::Text(TextRef ref) const {
+    return description_->Text(ref);
 }
 
-void DescriptionBuilder::define(NodeId id, NodeKind kind, ENameSpace nameSpace, bool exposeStatic,
+void DescriptionBuilder::Define(NodeId id, NodeKind kind, ENameSpace nameSpace, bool exposeStatic,
                                 Slice<Property> properties) {
     std::vector<Property>& all = description_->properties_;
     if (all.size() + properties.size() > kMaxProperties)
         throw RUNTIME_EXCEPTION("The nodes of the description have too many elements");
     NodeRecord& record = description_->records_[id];
     record.kind = kind;
-    record.nameSpace = static_cast<std::uint8_t>(nameSpace);
+    record.nameSpace = static_cast<uint8_t>(nameSpace);
     record.exposeStatic = exposeStatic;
     record.defined = true;
-    record.firstProperty = static_cast<std::uint32_t>(all.size());
-    record.propertyCount = static_cast<std::uint32_t>(properties.size());
+    record.firstProperty = static_cast<uint32_t>(all.size());
+    record.propertyCount = static_cast<uint32_t>(properties.size());
     all.insert(all.end(), properties.begin(), properties.end());
 }
 
-DeviceInfo& DescriptionBuilder::info() {
+DeviceInfo& DescriptionBuilder::Info() {
     return description_->info_;
 }
 
-void DescriptionBuilder::indexNames() {
-    std::size_t size = 16;
+void DescriptionBuilder::IndexNames() {
+    size_t size = 16;
     while (size < 2 * description_->records_.size())
         size *= 2;
     std::vector<NodeId>& names = description_->names_;
     names.assign(size, kNoNode);
     for (const Interned::Slot& slot : interned_->slots) {
         if (slot.node == kNoNode) continue;
-        std::size_t i = slot.hash & (size - 1);
+        size_t i = slot.hash & (size - 1);
         while (names[i] != kNoNode)
             i = (i + 1) & (size - 1);
         names[i] = slot.node;
     }
 }
 
-void DescriptionBuilder::checkNames() const {
+void DescriptionBuilder::CheckNames() const {
     for (const NodeRecord& record : description_->records_)
         if (!record.defined)
             throw RUNTIME_EXCEPTION("Error in XML stream : dangling node reference '%s'",
-                                    description_->text(record.name).data());
+                                    description_->Text(record.name).data());
 }
 
-std::shared_ptr<const Description> DescriptionBuilder::finish() {
-    indexNames();
+std::shared_ptr<const Description> DescriptionBuilder::Finish() {
+    IndexNames();
     interned_.reset();
     Description& description = *description_;
     description.pool_.shrink_to_fit();
     description.records_.shrink_to_fit();
     description.properties_.shrink_to_fit();
     try {
-        compileNodes(description, *description.tables_, description.records_);
+        CompileNodes(description, *description.tables_, description.records_);
     } catch (const GENICAM_NAMESPACE::RuntimeException&) {
         // There may be a fault of those that are reported before this one.
-        checkNames();
-        checkValues(description);
+        CheckNames();
+        CheckValues(description);
         throw;
     }
-    checkNames();
-    linkNodes(description, *description.links_, description.records_);
+    CheckNames();
+    LinkNodes(description, *description.links_, description.records_);
     return std::shared_ptr<const Description>(description_.release());
 }
 

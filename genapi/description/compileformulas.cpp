@@ -1,3 +1,4 @@
+// The data of nodes that compute: SwissKnives, converters and the variables of their formulas.
 #include <algorithm>
 #include <array>
 
@@ -6,7 +7,7 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-FormulaVariable Compiler::variable(const Property& property) const {
+FormulaVariable Compiler::Variable(const Property& property) const {
     struct Suffix {
         std::string_view text;
         VariableForm form;
@@ -21,9 +22,9 @@ FormulaVariable Compiler::variable(const Property& property) const {
          {"CachingMode", VariableForm::CachingMode}}};
     FormulaVariable result;
     result.name = property.attribute;
-    result.node = property.node();
-    const std::string_view name = description_.text(property.attribute);
-    const std::size_t dot = name.find('.');
+    result.node = property.Target();
+    const std::string_view name = description_.Text(property.attribute);
+    const size_t dot = name.find('.');
     if (dot == std::string_view::npos) return result;
     const std::string_view suffix = name.substr(dot + 1);
     // Texts end with a NUL, so the rest of a text is one, too.
@@ -38,90 +39,91 @@ FormulaVariable Compiler::variable(const Property& property) const {
     return result;
 }
 
-Range Compiler::variables(bool integer) {
-    Range range{static_cast<std::uint32_t>(tables_.variables.size()), 0};
-    for (const Property& property : properties())
+Range Compiler::Variables(bool integer) {
+    Range range{static_cast<uint32_t>(tables_.variables.size()), 0};
+    for (const Property& property : Properties())
         if (property.element == Element::pVariable) {
-            const FormulaVariable found = variable(property);
+            const FormulaVariable found = Variable(property);
             // What a variable says of its node beside the value any node has.
             if (integer)
-                integerLike(found.node);
+                IntegerLike(found.node);
             else
-                floatLike(found.node);
+                FloatLike(found.node);
             tables_.variables.push_back(found);
             ++range.count;
         }
     // Variables are read in the order of their names.
     std::sort(tables_.variables.begin() + range.first, tables_.variables.end(),
               [this](const FormulaVariable& a, const FormulaVariable& b) {
-                  return description_.text(a.name) < description_.text(b.name);
+                  return description_.Text(a.name) < description_.Text(b.name);
               });
     return range;
 }
 
-std::uint32_t Compiler::formula(TextRef text, Range variables, bool integer, const char* input) {
-    return add(tables_.formulas, FormulaData{text, variables, id_, integer, input});
+uint32_t Compiler::Formula(TextRef text, Range variables, bool integer, const char* input) {
+    return Add(tables_.formulas, FormulaData{text, variables, id_, integer, input});
 }
 
-SwissKnifeData Compiler::swissKnife() {
+SwissKnifeData Compiler::SwissKnife() {
     SwissKnifeData data;
-    const bool integer = kindOf(id_) == NodeKind::IntSwissKnife;
+    const bool integer = KindOf(id_) == NodeKind::IntSwissKnife;
     TextRef formulaText = 0;
     const char* input = nullptr;
-    for (const Property& property : properties()) {
+    for (const Property& property : Properties()) {
         switch (property.element) {
             case Element::Formula:
-                formulaText = property.text();
+                formulaText = property.Text();
                 break;
             case Element::FormulaTo:
-                formulaText = property.text();
+                formulaText = property.Text();
                 input = "FROM";
                 break;
             case Element::FormulaFrom:
-                formulaText = property.text();
+                formulaText = property.Text();
                 input = "TO";
                 break;
             default:
-                presentation(property, data.presentation);
+                ReadPresentation(property, data.presentation);
                 break;
         }
     }
-    data.formula = formula(formulaText, variables(integer), integer, input);
+    data.formula = Formula(formulaText, Variables(integer), integer, input);
     return data;
 }
 
-ConverterData Compiler::converter() {
+ConverterData Compiler::Converter() {
     ConverterData data;
-    const bool integer = kindOf(id_) == NodeKind::IntConverter;
+    const bool integer = KindOf(id_) == NodeKind::IntConverter;
     TextRef to = 0, from = 0;
-    for (const Property& property : properties()) {
+    for (const Property& property : Properties()) {
         switch (property.element) {
             case Element::FormulaTo:
-                to = property.text();
+                to = property.Text();
                 break;
             case Element::FormulaFrom:
-                from = property.text();
+                from = property.Text();
                 break;
             case Element::pValue:
-                data.value = integer ? integerLike(property.node()) : floatLike(property.node());
+                data.value =
+                    integer ? IntegerLike(property.Target()) : FloatLike(property.Target());
                 break;
             case Element::IsLinear:
-                data.isLinear = is(property, "Yes");
+                data.isLinear = Is(property, "Yes");
                 break;
             case Element::Slope:
-                data.slope = is(property, "Increasing")   ? Increasing
-                             : is(property, "Decreasing") ? Decreasing
-                             : is(property, "Varying")    ? Varying
+                data.slope = Is(property, "Increasing")   ? Increasing
+                             : Is(property, "Decreasing") ? Decreasing
+                             : Is(property, "Varying")    ? Varying
                                                           : Automatic;
                 break;
             default:
-                presentation(property, data.presentation);
+                ReadPresentation(property, data.presentation);
                 break;
         }
     }
-    const Range names = variables(integer);
-    data.formulaTo = formula(to, names, integer, "FROM");
-    data.formulaFrom = formula(from, names, integer, "TO");
+    const Range names = Variables(integer);
+    data.formulaTo = Formula(to, names, integer, "FROM");
+    data.formulaFrom = Formula(from, names, integer, "TO");
     return data;
 }
 

@@ -19,98 +19,96 @@ class Compiler {
         : description_(description), tables_(tables), records_(records) {}
 
     // The data of one node; PropertyException or RuntimeException where the description is wrong.
-    void compile(NodeId id);
+    void Compile(NodeId id);
 
   private:
     template <typename T>
-    static std::uint32_t add(std::vector<T>& table, T data) {
+    static uint32_t Add(std::vector<T>& table, T data) {
         table.push_back(std::move(data));
-        return static_cast<std::uint32_t>(table.size() - 1);
+        return static_cast<uint32_t>(table.size() - 1);
     }
 
-    std::string_view text(const Property& property) const {
-        return description_.text(property.text());
+    std::string_view Text(const Property& property) const {
+        return description_.Text(property.Text());
     }
 
     // The number that a text element says. A float was checked when it was read.
-    void read(const Property& property, std::int64_t& value) const {
-        value = integerOf(text(property), property.element);
+    void Read(const Property& property, int64_t& value) const {
+        value = IntegerOf(Text(property), property.element);
     }
-    void read(const Property& property, double& value) const { parse(text(property), value); }
+    void Read(const Property& property, double& value) const { Parse(Text(property), value); }
 
-    std::int64_t integer(const Property& property) const {
-        return integerOf(text(property), property.element);
-    }
-
-    bool is(const Property& property, std::string_view word) const {
-        return text(property) == word;
+    int64_t Integer(const Property& property) const {
+        return IntegerOf(Text(property), property.element);
     }
 
-    NodeKind kindOf(NodeId node) const { return records_[node].kind; }
+    bool Is(const Property& property, std::string_view word) const {
+        return Text(property) == word;
+    }
+
+    NodeKind KindOf(NodeId node) const { return records_[node].kind; }
 
     // The node, if a reference that needs something of that type may point to it, or if there is no
     // such node, which is reported later; RuntimeException otherwise.
-    NodeId integerLike(NodeId node) const;
-    NodeId conditionLike(NodeId node) const;
-    NodeId floatLike(NodeId node) const;
-    NodeId stringLike(NodeId node) const;
+    NodeId IntegerLike(NodeId node) const;
+    NodeId ConditionLike(NodeId node) const;
+    NodeId FloatLike(NodeId node) const;
+    NodeId StringLike(NodeId node) const;
 
-    NodeId like(const std::int64_t*, NodeId node) const { return integerLike(node); }
-    NodeId like(const double*, NodeId node) const { return floatLike(node); }
+    NodeId Like(const int64_t*, NodeId node) const { return IntegerLike(node); }
+    NodeId Like(const double*, NodeId node) const { return FloatLike(node); }
 
     // A setting from a text element or a link, whichever the property is.
     template <typename T>
-    Setting<T> setting(const Property& property) const {
+    Setting<T> ReadSetting(const Property& property) const {
         Setting<T> result;
-        if (isLink(property.element)) {
+        if (IsLink(property.element)) {
             result.source = Setting<T>::Source::Node;
-            result.node = like(static_cast<const T*>(nullptr), property.node());
+            result.node = Like(static_cast<const T*>(nullptr), property.Target());
         } else {
             result.source = Setting<T>::Source::Constant;
-            read(property, result.constant);
+            Read(property, result.constant);
         }
         return result;
     }
 
-    Slice<Property> properties() const { return description_.properties(id_); }
+    Slice<Property> Properties() const { return description_.Properties(id_); }
 
     // The nodes that links of one element point to.
-    Range links(Element element) {
-        Range range{static_cast<std::uint32_t>(tables_.nodes.size()), 0};
-        for (const Property& property : properties())
+    Range Links(Element element) {
+        Range range{static_cast<uint32_t>(tables_.nodes.size()), 0};
+        for (const Property& property : Properties())
             if (property.element == element) {
-                tables_.nodes.push_back(property.node());
+                tables_.nodes.push_back(property.Target());
                 ++range.count;
             }
         return range;
     }
 
-    void common(NodeRecord& record);
-    void presentation(const Property& property, Presentation& result) const;
-    CategoryData category();
+    void Common(NodeRecord& record);
+    void ReadPresentation(const Property& property, Presentation& result) const;
+    CategoryData Category();
     template <typename T>
-    NumberData<T> number();
+    NumberData<T> Number();
     template <typename T>
-    void readValidValues(const Property& property, NumberData<T>& data);
-    RegisterData registerData(const NodeRecord& record);
-    void checkMask(const RegisterData& data) const;
-    void readAddress(RegisterData& data);
-    BooleanData boolean();
-    CommandData command();
-    EnumerationData enumeration();
-    EnumEntryData entry();
-    StringData string();
-    SwissKnifeData swissKnife();
-    ConverterData converter();
-    PortData port();
-    Range variables(bool integer);
-    FormulaVariable variable(const Property& property) const;
-    std::uint32_t formula(TextRef text, Range variables, bool integer, const char* input);
+    void ReadValidValues(const Property& property, NumberData<T>& data);
+    RegisterData ReadRegister(const NodeRecord& record);
+    void CheckMask(const RegisterData& data) const;
+    void ReadAddress(RegisterData& data);
+    BooleanData Boolean();
+    CommandData Command();
+    EnumerationData Enumeration();
+    EnumEntryData Entry();
+    StringData String();
+    SwissKnifeData SwissKnife();
+    ConverterData Converter();
+    PortData Port();
+    Range Variables(bool integer);
+    FormulaVariable Variable(const Property& property) const;
+    uint32_t Formula(TextRef text, Range variables, bool integer, const char* input);
 
-    std::vector<IndexedCase<std::int64_t>>& cases(const std::int64_t*) const {
-        return tables_.integerCases;
-    }
-    std::vector<IndexedCase<double>>& cases(const double*) const { return tables_.floatCases; }
+    std::vector<IndexedCase<int64_t>>& Cases(const int64_t*) const { return tables_.integerCases; }
+    std::vector<IndexedCase<double>>& Cases(const double*) const { return tables_.floatCases; }
 
     Description& description_;
     NodeTables& tables_;

@@ -12,11 +12,11 @@ class ContentModel::Builder {
   public:
     Builder(ContentModel& model, std::string_view expression) : model_(model), left_(expression) {}
 
-    void build() {
-        const Part whole = choice();
+    void Build() {
+        const Part whole = Choice();
         assert(left_.empty());
-        follow(whole.last, kEnd);
-        model_.begin_ = whole.first | (whole.mayBeEmpty ? kEnd : 0);
+        Follow(whole.last, kEnd);
+        model_.start_ = whole.first | (whole.mayBeEmpty ? kEnd : 0);
     }
 
   private:
@@ -25,49 +25,49 @@ class ContentModel::Builder {
         bool mayBeEmpty = true;
     };
 
-    Part choice() {
-        Part all = sequence();
-        while (take('|')) {
-            const Part other = sequence();
+    Part Choice() {
+        Part all = Sequence();
+        while (Take('|')) {
+            const Part other = Sequence();
             all = {all.first | other.first, all.last | other.last,
                    all.mayBeEmpty || other.mayBeEmpty};
         }
         return all;
     }
 
-    Part sequence() {
+    Part Sequence() {
         Part all;
-        for (skipBlanks(); !left_.empty() && left_[0] != '|' && left_[0] != ')'; skipBlanks()) {
-            const Part part = counted();
-            follow(all.last, part.first);
+        for (SkipBlanks(); !left_.empty() && left_[0] != '|' && left_[0] != ')'; SkipBlanks()) {
+            const Part part = Counted();
+            Follow(all.last, part.first);
             all = {all.first | (all.mayBeEmpty ? part.first : 0),
                    part.last | (part.mayBeEmpty ? all.last : 0), all.mayBeEmpty && part.mayBeEmpty};
         }
         return all;
     }
 
-    Part counted() {
-        Part part = take('(') ? group() : word();
-        if (take('?')) {
+    Part Counted() {
+        Part part = Take('(') ? Group() : Word();
+        if (Take('?')) {
             part.mayBeEmpty = true;
-        } else if (take('*')) {
-            follow(part.last, part.first);
+        } else if (Take('*')) {
+            Follow(part.last, part.first);
             part.mayBeEmpty = true;
-        } else if (take('+')) {
-            follow(part.last, part.first);
+        } else if (Take('+')) {
+            Follow(part.last, part.first);
         }
         return part;
     }
 
-    Part group() {
-        const Part part = choice();
-        take(')');
+    Part Group() {
+        const Part part = Choice();
+        Take(')');
         return part;
     }
 
-    Part word() {
-        const std::size_t end = left_.find_first_of("?*+|() ");
-        const Tag* tag = findTag(left_.substr(0, end));
+    Part Word() {
+        const size_t end = left_.find_first_of("?*+|() ");
+        const Tag* tag = FindTag(left_.substr(0, end));
         assert(tag && tag->key != kNoKey && count_ < 63);
         left_.remove_prefix(end < left_.size() ? end : left_.size());
         const State place = State{1} << count_++;
@@ -75,18 +75,18 @@ class ContentModel::Builder {
         return {place, place, false};
     }
 
-    void follow(State words, State next) {
-        for (std::size_t i = 0; i < count_; ++i)
+    void Follow(State words, State next) {
+        for (size_t i = 0; i < count_; ++i)
             if (words >> i & 1) model_.next_[i] |= next;
     }
 
-    void skipBlanks() {
+    void SkipBlanks() {
         while (!left_.empty() && left_[0] == ' ')
             left_.remove_prefix(1);
     }
 
-    bool take(char sign) {
-        skipBlanks();
+    bool Take(char sign) {
+        SkipBlanks();
         if (left_.empty() || left_[0] != sign) return false;
         left_.remove_prefix(1);
         return true;
@@ -94,11 +94,11 @@ class ContentModel::Builder {
 
     ContentModel& model_;
     std::string_view left_;
-    std::size_t count_ = 0;
+    size_t count_ = 0;
 };
 
 ContentModel::ContentModel(std::string_view expression) {
-    Builder(*this, expression).build();
+    Builder(*this, expression).Build();
 }
 
 }  // namespace Engine

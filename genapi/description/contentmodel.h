@@ -15,7 +15,7 @@ namespace Engine {
 class ContentModel {
   public:
     // A bit for each word of the expression that may come next; kEnd where nothing need come.
-    using State = std::uint64_t;
+    using State = uint64_t;
     static constexpr State kEnd = State{1} << 63;
 
     ContentModel() = default;
@@ -24,18 +24,18 @@ class ContentModel {
     // one) where it is not exactly one; '|' is a choice, brackets make a group.
     explicit ContentModel(std::string_view expression);
 
-    State begin() const { return begin_; }
+    State Start() const { return start_; }
 
     // The state after the element; 0 where it has no place.
-    State after(State state, Key key) const {
+    State After(State state, Key key) const {
         const State place = state & places_[key];
-        return place == 0 ? 0 : next_[static_cast<std::size_t>(__builtin_ctzll(place))];
+        return place == 0 ? 0 : next_[static_cast<size_t>(__builtin_ctzll(place))];
     }
 
   private:
     class Builder;
 
-    State begin_ = kEnd;
+    State start_ = kEnd;
     std::array<State, kNoKey + 1> places_{};  // by key: the words that take it
     std::array<State, 63> next_{};            // by word: what may come behind it
 };

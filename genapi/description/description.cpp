@@ -10,7 +10,7 @@ namespace Engine {
 namespace {
 
 // Takes "Std::" or "Cust::" off the front; _UndefinedNameSpace when there was neither.
-ENameSpace takeNameSpace(std::string_view& name) {
+ENameSpace TakeNameSpace(std::string_view& name) {
     static constexpr std::string_view kStandard = "Std::", kCustom = "Cust::";
     if (name.substr(0, kStandard.size()) == kStandard) {
         name.remove_prefix(kStandard.size());
@@ -30,34 +30,34 @@ Description::Description()
 
 Description::~Description() = default;
 
-Slice<Property> Description::properties(NodeId id) const {
+Slice<Property> Description::Properties(NodeId id) const {
     const NodeRecord& record = records_[id];
     return {properties_.data() + record.firstProperty, record.propertyCount};
 }
 
-const Property* Description::find(NodeId id, Element element) const {
-    for (const Property& property : properties(id))
+const Property* Description::Find(NodeId id, Element element) const {
+    for (const Property& property : Properties(id))
         if (property.element == element) return &property;
     return nullptr;
 }
 
-NodeId Description::find(std::string_view name) const {
-    const ENameSpace wanted = takeNameSpace(name);
-    const std::size_t mask = names_.size() - 1;
-    for (std::size_t i = hashOf(name) & mask; names_[i] != kNoNode; i = (i + 1) & mask) {
+NodeId Description::Find(std::string_view name) const {
+    const ENameSpace wanted = TakeNameSpace(name);
+    const size_t mask = names_.size() - 1;
+    for (size_t i = HashOf(name) & mask; names_[i] != kNoNode; i = (i + 1) & mask) {
         const NodeId id = names_[i];
-        if (this->name(id) == name)
+        if (this->Name(id) == name)
             return wanted == _UndefinedNameSpace || wanted == records_[id].nameSpace ? id : kNoNode;
     }
     return kNoNode;
 }
 
-std::string_view Description::text(NodeId id, Element element) const {
-    const Property* property = find(id, element);
-    return property ? text(property->text()) : std::string_view();
+std::string_view Description::Text(NodeId id, Element element) const {
+    const Property* property = Find(id, element);
+    return property ? Text(property->Text()) : std::string_view();
 }
 
-std::string_view Description::text(TextRef ref) const {
+std::string_view Description::Text(TextRef ref) const {
     return pool_.data() + ref;
 }
 

@@ -27,40 +27,40 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-using NodeId = std::uint32_t;
+using NodeId = uint32_t;
 constexpr NodeId kNoNode = 0xFFFFFFFF;
 
 // Place of a text in the pool; 0 is the empty text.
-using TextRef = std::uint32_t;
+using TextRef = uint32_t;
 
 // One element of a node as it was written.
 struct Property {
     Element element;
-    std::uint32_t value;  // a NodeId where isLink(element), a TextRef otherwise
-    TextRef attribute;    // its attribute (Name, Index), empty when it has none
+    uint32_t value;     // a NodeId where IsLink(element), a TextRef otherwise
+    TextRef attribute;  // its attribute (Name, Index), empty when it has none
 
-    NodeId node() const { return value; }
-    TextRef text() const { return value; }
+    NodeId Target() const { return value; }
+    TextRef Text() const { return value; }
 };
 
 // What every node has, whatever its kind.
 struct NodeRecord {
     TextRef name = 0;
     NodeKind kind = NodeKind::Node;
-    std::uint8_t nameSpace = 0;           // ENameSpace
-    std::uint8_t visibility = 0;          // EVisibility
-    std::uint8_t imposedAccess = RW;      // EAccessMode
-    std::uint8_t caching = WriteThrough;  // ECachingMode: the effective one
-    std::uint8_t accessCacheable = Yes;   // EYesNo
+    uint8_t nameSpace = 0;           // ENameSpace
+    uint8_t visibility = 0;          // EVisibility
+    uint8_t imposedAccess = RW;      // EAccessMode
+    uint8_t caching = WriteThrough;  // ECachingMode: the effective one
+    uint8_t accessCacheable = Yes;   // EYesNo
     bool streamable = false;
     bool deprecated = false;
     bool feature = false;
     bool exposeStatic = false;
     bool defined = false;  // false while the name was only mentioned
-    std::uint32_t firstProperty = 0;
-    std::uint32_t propertyCount = 0;
-    std::uint32_t data = 0;         // index into the table of its kind
-    std::int32_t pollingTime = -1;  // milliseconds, -1 when it has none
+    uint32_t firstProperty = 0;
+    uint32_t propertyCount = 0;
+    uint32_t data = 0;         // index into the table of its kind
+    int32_t pollingTime = -1;  // milliseconds, -1 when it has none
     // kNoNode where the node has no such condition
     NodeId isImplemented = kNoNode;
     NodeId isAvailable = kNoNode;
@@ -87,23 +87,23 @@ class Description {
     Description(const Description&) = delete;
     Description& operator=(const Description&) = delete;
 
-    std::size_t nodeCount() const { return records_.size(); }
-    const NodeRecord& record(NodeId id) const { return records_[id]; }
-    Slice<Property> properties(NodeId id) const;
+    size_t NodeCount() const { return records_.size(); }
+    const NodeRecord& Record(NodeId id) const { return records_[id]; }
+    Slice<Property> Properties(NodeId id) const;
     // The first property of that element, or null.
-    const Property* find(NodeId id, Element element) const;
+    const Property* Find(NodeId id, Element element) const;
     // By name; "Std::" or "Cust::" before it must be the node's own name space. kNoNode if none.
-    NodeId find(std::string_view name) const;
+    NodeId Find(std::string_view name) const;
 
     // The text, with a NUL behind it.
-    std::string_view text(TextRef ref) const;
-    std::string_view name(NodeId id) const { return text(records_[id].name); }
+    std::string_view Text(TextRef ref) const;
+    std::string_view Name(NodeId id) const { return Text(records_[id].name); }
     // The text of an element, empty when the node has none.
-    std::string_view text(NodeId id, Element element) const;
+    std::string_view Text(NodeId id, Element element) const;
 
-    const DeviceInfo& info() const { return info_; }
-    const NodeTables& tables() const { return *tables_; }
-    const LinkTables& links() const { return *links_; }
+    const DeviceInfo& Info() const { return info_; }
+    const NodeTables& Tables() const { return *tables_; }
+    const LinkTables& Links() const { return *links_; }
 
   private:
     friend class DescriptionBuilder;

@@ -8,36 +8,24 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-enum class NodeKind : std::uint8_t {
-    Node,
-    Category,
-    Integer,
-    IntReg,
-    MaskedIntReg,
-    StructEntry,  // a MaskedIntReg that a StructReg was expanded into
-    Boolean,
-    Command,
-    Float,
-    FloatReg,
-    Enumeration,
-    EnumEntry,
-    String,
-    StringReg,
-    Register,
-    SwissKnife,
-    IntSwissKnife,
-    Converter,
-    IntConverter,
-    Port,
-    ConfRom,
-    TextDesc,
-    IntKey,
-    AdvFeatureLock,
-    SmartFeature,
+// The kinds of nodes, by the names that they have in a description. X(name) A StructEntry is a
+// MaskedIntReg that a StructReg was expanded into.
+// (clang-format would give each line one more step of indentation.)
+// clang-format off
+#define GENAPI_NODE_KINDS(X)                                                                \
+    X(Node) X(Category) X(Integer) X(IntReg) X(MaskedIntReg) X(StructEntry) X(Boolean)      \
+    X(Command) X(Float) X(FloatReg) X(Enumeration) X(EnumEntry) X(String) X(StringReg)      \
+    X(Register) X(SwissKnife) X(IntSwissKnife) X(Converter) X(IntConverter) X(Port)         \
+    X(ConfRom) X(TextDesc) X(IntKey) X(AdvFeatureLock) X(SmartFeature)
+// clang-format on
+
+enum class NodeKind : uint8_t {
+#define GENAPI_NODE_KIND(name) name,
+    GENAPI_NODE_KINDS(GENAPI_NODE_KIND)
+#undef GENAPI_NODE_KIND
 };
 
 // Every element that a node may hold, by its name. X(name)
-// (clang-format would give each line one more step of indentation.)
 // clang-format off
 #define GENAPI_TEXT_ELEMENTS(X)                                                                  \
     X(ToolTip) X(Description) X(DisplayName) X(Visibility) X(DocuURL) X(IsDeprecated) X(EventID) \
@@ -59,14 +47,14 @@ enum class NodeKind : std::uint8_t {
     X(pEnumEntry) X(pExpression) X(pConvertTo) X(pConvertFrom) X(TextDesc) X(IntKey)
 // clang-format on
 
-enum class Element : std::uint8_t {
+enum class Element : uint8_t {
 #define GENAPI_ELEMENT(name) name,
     GENAPI_TEXT_ELEMENTS(GENAPI_ELEMENT) GENAPI_LINK_ELEMENTS(GENAPI_ELEMENT)
 #undef GENAPI_ELEMENT
 };
 
 // Links come after texts in the enumeration.
-inline bool isLink(Element element) {
+inline bool IsLink(Element element) {
     return element >= Element::pIsImplemented;
 }
 

@@ -12,7 +12,7 @@ namespace Engine {
 
 // One of the two programs, or the reason why there is none.
 struct CompiledFormula {
-    std::unique_ptr<const Formula<std::int64_t>> integer;
+    std::unique_ptr<const Formula<int64_t>> integer;
     std::unique_ptr<const Formula<double>> floating;
     std::string error;
     // The node whose formula has the fault: the formula's own, or an expression that it uses.
@@ -20,7 +20,7 @@ struct CompiledFormula {
 };
 
 // By index in NodeTables::formulas. Thread-safe; the result lives as long as the description.
-const CompiledFormula& compiledFormula(const Description& description, std::uint32_t formula);
+const CompiledFormula& ProgramOf(const Description& description, uint32_t formula);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

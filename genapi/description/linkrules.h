@@ -24,11 +24,11 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-inline bool isConverter(NodeKind kind) {
+inline bool IsConverter(NodeKind kind) {
     return kind == NodeKind::Converter || kind == NodeKind::IntConverter;
 }
 
-inline bool reads(NodeKind kind, Element element) {
+inline bool Reads(NodeKind kind, Element element) {
     switch (element) {
         case Element::pAlias:
         case Element::pCastAlias:
@@ -41,33 +41,33 @@ inline bool reads(NodeKind kind, Element element) {
             return false;
         case Element::pVariable:
         case Element::pExpression:
-            return !isConverter(kind);
+            return !IsConverter(kind);
         default:
-            return isLink(element);
+            return IsLink(element);
     }
 }
 
 // To which nodes a value is passed that is written.
-inline bool passesValue(Element element) {
+inline bool PassesValue(Element element) {
     return element == Element::pValue || element == Element::pValueCopy ||
            element == Element::pValueIndexed || element == Element::pValueDefault;
 }
 
-inline bool writes(Element element) {
-    return passesValue(element) || element == Element::pConvertTo ||
+inline bool Writes(Element element) {
+    return PassesValue(element) || element == Element::pConvertTo ||
            element == Element::pConvertFrom;
 }
 
-inline bool isParent(NodeKind kind, Element element) {
-    return reads(kind, element) || element == Element::pEnumEntry;
+inline bool IsParent(NodeKind kind, Element element) {
+    return Reads(kind, element) || element == Element::pEnumEntry;
 }
 
-inline bool invalidates(NodeKind kind, Element element) {
-    return isParent(kind, element) || element == Element::pInvalidator;
+inline bool Invalidates(NodeKind kind, Element element) {
+    return IsParent(kind, element) || element == Element::pInvalidator;
 }
 
 // Whether a value can end there.
-inline bool isTerminal(NodeKind kind) {
+inline bool IsTerminal(NodeKind kind) {
     return kind != NodeKind::SwissKnife && kind != NodeKind::IntSwissKnife &&
            kind != NodeKind::Category && kind != NodeKind::Port;
 }
@@ -75,16 +75,16 @@ inline bool isTerminal(NodeKind kind) {
 // The nodes in the order in which they were first added.
 class NodeCollection {
   public:
-    explicit NodeCollection(const Description& description) : added_(description.nodeCount()) {}
+    explicit NodeCollection(const Description& description) : added_(description.NodeCount()) {}
 
-    void add(NodeId id) {
+    void Add(NodeId id) {
         if (added_[id]) return;
         added_[id] = true;
         nodes_.push_back(id);
     }
-    std::size_t size() const { return nodes_.size(); }
-    NodeId operator[](std::size_t i) const { return nodes_[i]; }
-    std::vector<NodeId> take() { return std::move(nodes_); }
+    size_t size() const { return nodes_.size(); }
+    NodeId operator[](size_t i) const { return nodes_[i]; }
+    std::vector<NodeId> Take() { return std::move(nodes_); }
 
   private:
     std::vector<bool> added_;
@@ -93,10 +93,10 @@ class NodeCollection {
 
 // Adds the nodes that a node links to by the elements that the predicate takes.
 template <typename Predicate>
-void addTargets(const Description& description, NodeId id, Predicate predicate,
+void AddTargets(const Description& description, NodeId id, Predicate predicate,
                 NodeCollection& found) {
-    for (const Property& property : description.properties(id))
-        if (isLink(property.element) && predicate(property.element)) found.add(property.node());
+    for (const Property& property : description.Properties(id))
+        if (IsLink(property.element) && predicate(property.element)) found.Add(property.Target());
 }
 
 }  // namespace Engine

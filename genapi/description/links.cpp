@@ -17,35 +17,35 @@ namespace {
 
 // Calls action(node, property) for each link element of the description.
 template <typename Action>
-void eachLink(const Description& description, Action action) {
-    const auto count = static_cast<NodeId>(description.nodeCount());
+void EachLink(const Description& description, Action action) {
+    const auto count = static_cast<NodeId>(description.NodeCount());
     for (NodeId id = 0; id < count; ++id)
-        for (const Property& property : description.properties(id))
-            if (isLink(property.element)) action(id, property);
+        for (const Property& property : description.Properties(id))
+            if (IsLink(property.element)) action(id, property);
 }
 
-void findSources(const Description& description, LinkTables& links) {
-    const std::size_t count = description.nodeCount();
-    std::vector<std::uint32_t>& starts = links.starts;
-    std::vector<std::uint32_t>& parentEnds = links.parentEnds;
+void FindSources(const Description& description, LinkTables& links) {
+    const size_t count = description.NodeCount();
+    std::vector<uint32_t>& starts = links.starts;
+    std::vector<uint32_t>& parentEnds = links.parentEnds;
     starts.assign(count + 1, 0);
     parentEnds.assign(count, 0);
     // action(node, what is invalidated with it, whether that is a parent)
     const auto each = [&](auto action) {
-        eachLink(description, [&](NodeId id, const Property& property) {
-            const NodeKind kind = description.record(id).kind;
+        EachLink(description, [&](NodeId id, const Property& property) {
+            const NodeKind kind = description.Record(id).kind;
             if (property.element == Element::pSelected)
-                action(id, property.node(), false);
-            else if (invalidates(kind, property.element))
-                action(property.node(), id, isParent(kind, property.element));
+                action(id, property.Target(), false);
+            else if (Invalidates(kind, property.element))
+                action(property.Target(), id, IsParent(kind, property.element));
         });
     };
     each([&](NodeId node, NodeId, bool parent) {
         ++starts[node + 1];
         if (parent) ++parentEnds[node];
     });
-    std::vector<std::uint32_t> otherEnds(count);
-    for (std::size_t i = 0; i < count; ++i) {
+    std::vector<uint32_t> otherEnds(count);
+    for (size_t i = 0; i < count; ++i) {
         starts[i + 1] += starts[i];
         otherEnds[i] = starts[i] + parentEnds[i];
         parentEnds[i] = starts[i];
@@ -56,41 +56,41 @@ void findSources(const Description& description, LinkTables& links) {
     });
 }
 
-void findSelectors(const Description& description, LinkTables& links) {
-    eachLink(description, [&](NodeId id, const Property& property) {
+void FindSelectors(const Description& description, LinkTables& links) {
+    EachLink(description, [&](NodeId id, const Property& property) {
         if (property.element == Element::pSelected)
-            links.selectors.emplace_back(property.node(), id);
+            links.selectors.emplace_back(property.Target(), id);
     });
     std::sort(links.selectors.begin(), links.selectors.end());
 }
 
 // Elements on which the value or its place rests.
-bool carriesValue(NodeKind kind, Element element) {
+bool CarriesValue(NodeKind kind, Element element) {
     switch (element) {
         case Element::pVariable:
         case Element::pExpression:
-            return !isConverter(kind);
+            return !IsConverter(kind);
         case Element::pIndex:
         case Element::pAddress:
         case Element::pOffset:
         case Element::pLength:
             return true;
         default:
-            return writes(element);
+            return Writes(element);
     }
 }
 
 // Elements that are read to tell anything of a node: its value, limits, or whether it is there.
-bool isRead(NodeKind kind, Element element) {
+bool IsRead(NodeKind kind, Element element) {
     if (kind == NodeKind::EnumEntry) return false;
-    return reads(kind, element) || element == Element::pVariable ||
+    return Reads(kind, element) || element == Element::pVariable ||
            element == Element::pBlockPolling;
 }
 
 // A node on the way down along links, and its property that is looked at next.
 struct Step {
     NodeId node;
-    std::uint32_t next;
+    uint32_t next;
 };
 using Path = std::vector<Step>;
 
@@ -101,41 +101,41 @@ class Descent {
   public:
     template <typename Follows>
     Descent(const Description& description, Follows follows)
-        : description_(description), state_(description.nodeCount(), kNew) {
-        order_.reserve(description.nodeCount());
-        for (NodeId start = 0; start < description.nodeCount() && cycle_.empty(); ++start) {
+        : description_(description), state_(description.NodeCount(), kNew) {
+        order_.reserve(description.NodeCount());
+        for (NodeId start = 0; start < description.NodeCount() && cycle_.empty(); ++start) {
             if (state_[start] != kNew) continue;
-            enter(start);
+            Enter(start);
             while (!path_.empty() && cycle_.empty())
-                step(follows);
+                StepDown(follows);
         }
     }
 
-    const std::vector<NodeId>& order() const { return order_; }
-    bool hasCycle() const { return !cycle_.empty(); }
+    const std::vector<NodeId>& Order() const { return order_; }
+    bool HasCycle() const { return !cycle_.empty(); }
 
     // The first node of the cycle; and all of them as "A -> B -> A", cut where there are many.
-    std::string start() const { return std::string(description_.name(cycle_.front())); }
-    std::string cycle() const {
-        constexpr std::size_t kLongest = 500;
+    std::string Start() const { return std::string(description_.Name(cycle_.front())); }
+    std::string Cycle() const {
+        constexpr size_t kLongest = 500;
         std::string names;
-        for (std::size_t i = 0; i < cycle_.size() && names.size() < kLongest; ++i)
-            names.append(description_.name(cycle_[i])).append(" -> ");
-        return names.append(start());
+        for (size_t i = 0; i < cycle_.size() && names.size() < kLongest; ++i)
+            names.append(description_.Name(cycle_[i])).append(" -> ");
+        return names.append(Start());
     }
 
   private:
-    enum State : std::uint8_t { kNew, kOpen, kDone };
+    enum State : uint8_t { kNew, kOpen, kDone };
 
-    void enter(NodeId node) {
+    void Enter(NodeId node) {
         state_[node] = kOpen;
         path_.push_back({node, 0});
     }
 
     template <typename Follows>
-    void step(Follows follows) {
+    void StepDown(Follows follows) {
         const NodeId node = path_.back().node;
-        const Slice<Property> properties = description_.properties(node);
+        const Slice<Property> properties = description_.Properties(node);
         if (path_.back().next == properties.size()) {
             state_[node] = kDone;
             order_.push_back(node);
@@ -143,16 +143,16 @@ class Descent {
             return;
         }
         const Property& property = properties[path_.back().next++];
-        if (!isLink(property.element) || !follows(description_.record(node).kind, property.element))
+        if (!IsLink(property.element) || !follows(description_.Record(node).kind, property.element))
             return;
-        if (state_[property.node()] == kNew)
-            enter(property.node());
-        else if (state_[property.node()] == kOpen)
-            keepCycle(property.node());
+        if (state_[property.Target()] == kNew)
+            Enter(property.Target());
+        else if (state_[property.Target()] == kOpen)
+            KeepCycle(property.Target());
     }
 
     // From its first node in the order of nodes.
-    void keepCycle(NodeId back) {
+    void KeepCycle(NodeId back) {
         auto step = std::find_if(path_.begin(), path_.end(),
                                  [back](const Step& open) { return open.node == back; });
         for (; step != path_.end(); ++step)
@@ -161,7 +161,7 @@ class Descent {
     }
 
     const Description& description_;
-    std::vector<std::uint8_t> state_;
+    std::vector<uint8_t> state_;
     Path path_;
     std::vector<NodeId> order_, cycle_;
 };
@@ -169,21 +169,21 @@ class Descent {
 // All nodes, each after those that its value rests on; throws where a node reads itself. That is
 // not looked for in descriptions of schema 1.0, apart from values: while a limit or a condition is
 // computed, the node answers without it.
-std::vector<NodeId> targetsFirst(const Description& description) {
-    const bool all = description.info().schemaVersion.Minor != 0;
+std::vector<NodeId> TargetsFirst(const Description& description) {
+    const bool all = description.Info().schemaVersion.Minor != 0;
     const Descent read(description, [all](NodeKind kind, Element element) {
-        return carriesValue(kind, element) || (all && isRead(kind, element));
+        return CarriesValue(kind, element) || (all && IsRead(kind, element));
     });
-    if (!read.hasCycle()) return read.order();
-    checkValues(description);
-    throw RUNTIME_EXCEPTION("ERROR : read cycle detected : %s", read.cycle().c_str());
+    if (!read.HasCycle()) return read.Order();
+    CheckValues(description);
+    throw RUNTIME_EXCEPTION("ERROR : read cycle detected : %s", read.Cycle().c_str());
 }
 
 // The nodes of a cycle of pSelected; empty where there is none.
-std::string selectionCycle(const Description& description) {
+std::string SelectionCycle(const Description& description) {
     const Descent selected(description,
                            [](NodeKind, Element element) { return element == Element::pSelected; });
-    return selected.hasCycle() ? selected.cycle() : "";
+    return selected.HasCycle() ? selected.Cycle() : "";
 }
 
 // Whether a selector reads what it selects, over any distance.
@@ -191,25 +191,25 @@ class SelectorSearch {
   public:
     explicit SelectorSearch(const Description& description)
         : description_(description),
-          selectedBy_(description.nodeCount(), kNoNode),
-          reachedFrom_(description.nodeCount(), kNoNode) {}
+          selectedBy_(description.NodeCount(), kNoNode),
+          reachedFrom_(description.NodeCount(), kNoNode) {}
 
-    bool readsSelected(NodeId selector) {
-        for (const Property& property : description_.properties(selector))
-            if (property.element == Element::pSelected) selectedBy_[property.node()] = selector;
+    bool ReadsSelected(NodeId selector) {
+        for (const Property& property : description_.Properties(selector))
+            if (property.element == Element::pSelected) selectedBy_[property.Target()] = selector;
         std::vector<NodeId> open = {selector};
         while (!open.empty()) {
             const NodeId id = open.back();
             open.pop_back();
             if (selectedBy_[id] == selector) return true;
-            for (const Property& property : description_.properties(id)) {
+            for (const Property& property : description_.Properties(id)) {
                 if (steps_ == kMaxSelectorSteps) return false;
                 ++steps_;
-                if (!isLink(property.element) || reachedFrom_[property.node()] == selector ||
-                    !reads(description_.record(id).kind, property.element))
+                if (!IsLink(property.element) || reachedFrom_[property.Target()] == selector ||
+                    !Reads(description_.Record(id).kind, property.element))
                     continue;
-                reachedFrom_[property.node()] = selector;
-                open.push_back(property.node());
+                reachedFrom_[property.Target()] = selector;
+                open.push_back(property.Target());
             }
         }
         return false;
@@ -218,11 +218,11 @@ class SelectorSearch {
   private:
     const Description& description_;
     std::vector<NodeId> selectedBy_, reachedFrom_;
-    std::size_t steps_ = 0;  // in all searches
+    size_t steps_ = 0;  // in all searches
 };
 
 // Throws for selectors that select themselves: by way of others, or what they read.
-void checkSelectors(const Description& description, const LinkTables& links) {
+void CheckSelectors(const Description& description, const LinkTables& links) {
     std::vector<NodeId> selectors;
     for (const auto& selection : links.selectors)
         selectors.push_back(selection.second);
@@ -234,11 +234,11 @@ void checkSelectors(const Description& description, const LinkTables& links) {
             return std::binary_search(selectors.begin(), selectors.end(), selection.first);
         });
     std::string cycle;
-    if (hasChains) cycle = selectionCycle(description);
+    if (hasChains) cycle = SelectionCycle(description);
     SelectorSearch search(description);
-    for (std::size_t i = 0; i < selectors.size() && cycle.empty(); ++i)
-        if (search.readsSelected(selectors[i])) {
-            const std::string_view name = description.name(selectors[i]);
+    for (size_t i = 0; i < selectors.size() && cycle.empty(); ++i)
+        if (search.ReadsSelected(selectors[i])) {
+            const std::string_view name = description.Name(selectors[i]);
             cycle.append(name).append(" -> ").append(name);
         }
     if (!cycle.empty())
@@ -246,10 +246,10 @@ void checkSelectors(const Description& description, const LinkTables& links) {
 }
 
 // The caching mode that a node has without those that it rests on.
-ECachingMode ownCaching(const Description& description, NodeId id) {
-    const std::string_view text = description.text(id, Element::Cachable);
+ECachingMode OwnCaching(const Description& description, NodeId id) {
+    const std::string_view text = description.Text(id, Element::Cachable);
     if (text == "NoCache") return NoCache;
-    switch (description.record(id).kind) {
+    switch (description.Record(id).kind) {
         // What is written to them may read back differently: they round. A register may say that
         // it does not.
         case NodeKind::FloatReg:
@@ -266,20 +266,20 @@ ECachingMode ownCaching(const Description& description, NodeId id) {
 
 // A node takes on the modes of the nodes that it writes to. Of the others that its value rests on
 // it matters only whether they may be cached.
-void findCaching(const Description& description, std::vector<NodeRecord>& records) {
-    for (const NodeId id : targetsFirst(description)) {
-        ECachingMode mode = ownCaching(description, id);
-        for (const Property& property : description.properties(id)) {
-            if (!carriesValue(records[id].kind, property.element)) continue;
-            const auto other = static_cast<ECachingMode>(records[property.node()].caching);
-            if (writes(property.element) || other == NoCache) mode = Combine(mode, other);
+void FindCaching(const Description& description, std::vector<NodeRecord>& records) {
+    for (const NodeId id : TargetsFirst(description)) {
+        ECachingMode mode = OwnCaching(description, id);
+        for (const Property& property : description.Properties(id)) {
+            if (!CarriesValue(records[id].kind, property.element)) continue;
+            const auto other = static_cast<ECachingMode>(records[property.Target()].caching);
+            if (Writes(property.element) || other == NoCache) mode = Combine(mode, other);
         }
-        records[id].caching = static_cast<std::uint8_t>(mode);
+        records[id].caching = static_cast<uint8_t>(mode);
     }
 }
 
 // An access mode may not be kept where a condition may not, nor where it rests on such a mode.
-void findCacheableAccess(const LinkTables& links, std::vector<NodeRecord>& records) {
+void FindCacheableAccess(const LinkTables& links, std::vector<NodeRecord>& records) {
     const auto isVolatile = [&](NodeId condition) {
         return condition != kNoNode && records[condition].caching == NoCache;
     };
@@ -293,26 +293,26 @@ void findCacheableAccess(const LinkTables& links, std::vector<NodeRecord>& recor
         if (isVolatile(records[id].isImplemented) || isVolatile(records[id].isAvailable) ||
             isVolatile(records[id].isLocked))
             add(id);
-    for (std::size_t i = 0; i < found.size(); ++i)
-        for (const NodeId parent : links.parents(found[i]))
+    for (size_t i = 0; i < found.size(); ++i)
+        for (const NodeId parent : links.Parents(found[i]))
             add(parent);
 }
 
-void findFeatures(const Description& description, std::vector<NodeRecord>& records) {
-    const NodeId root = description.find("Root");
+void FindFeatures(const Description& description, std::vector<NodeRecord>& records) {
+    const NodeId root = description.Find("Root");
     if (root == kNoNode || records[root].kind != NodeKind::Category) return;
     NodeCollection features(description);
-    features.add(root);
-    for (std::size_t i = 0; i < features.size(); ++i) {
+    features.Add(root);
+    for (size_t i = 0; i < features.size(); ++i) {
         records[features[i]].feature = true;
-        addTargets(
+        AddTargets(
             description, features[i], [](Element e) { return e == Element::pFeature; }, features);
     }
 }
 
 // A category is shown to those who may see something in it: its visibility is the least of those
 // of its features, whatever its own element says.
-void findCategoryVisibility(const Description& description, std::vector<NodeRecord>& records) {
+void FindCategoryVisibility(const Description& description, std::vector<NodeRecord>& records) {
     struct Membership {
         NodeId feature, category;
     };
@@ -320,15 +320,15 @@ void findCategoryVisibility(const Description& description, std::vector<NodeReco
     for (NodeId id = 0; id < records.size(); ++id) {
         if (records[id].kind != NodeKind::Category) continue;
         records[id].visibility = Invisible;
-        for (const Property& property : description.properties(id))
-            if (property.element == Element::pFeature) members.push_back({property.node(), id});
+        for (const Property& property : description.Properties(id))
+            if (property.element == Element::pFeature) members.push_back({property.Target(), id});
     }
     const auto byFeature = [](const Membership& a, const Membership& b) {
         return a.feature < b.feature;
     };
     std::sort(members.begin(), members.end(), byFeature);
     // From the most visible features upwards, so that each category is settled once.
-    for (std::uint8_t level = Beginner; level < Invisible; ++level) {
+    for (uint8_t level = Beginner; level < Invisible; ++level) {
         std::vector<NodeId> open;
         for (const Membership& member : members)
             if (records[member.feature].visibility == level) open.push_back(member.feature);
@@ -337,7 +337,7 @@ void findCategoryVisibility(const Description& description, std::vector<NodeReco
                                                         Membership{open.back(), 0}, byFeature);
             open.pop_back();
             for (auto member = first; member != last; ++member) {
-                std::uint8_t& visibility = records[member->category].visibility;
+                uint8_t& visibility = records[member->category].visibility;
                 if (visibility <= level) continue;
                 visibility = level;
                 open.push_back(member->category);
@@ -348,23 +348,23 @@ void findCategoryVisibility(const Description& description, std::vector<NodeReco
 
 }  // namespace
 
-void checkValues(const Description& description) {
+void CheckValues(const Description& description) {
     const Descent passed(description,
-                         [](NodeKind, Element element) { return passesValue(element); });
-    if (passed.hasCycle())
+                         [](NodeKind, Element element) { return PassesValue(element); });
+    if (passed.HasCycle())
         throw RUNTIME_EXCEPTION("WARNING: PropagateTerminals cycle detected in node = '%s'\n",
-                                passed.start().c_str());
+                                passed.Start().c_str());
 }
 
-void linkNodes(const Description& description, LinkTables& links,
+void LinkNodes(const Description& description, LinkTables& links,
                std::vector<NodeRecord>& records) {
-    findSources(description, links);
-    findSelectors(description, links);
-    findCaching(description, records);
-    checkSelectors(description, links);
-    findCacheableAccess(links, records);
-    findCategoryVisibility(description, records);
-    findFeatures(description, records);
+    FindSources(description, links);
+    FindSelectors(description, links);
+    FindCaching(description, records);
+    CheckSelectors(description, links);
+    FindCacheableAccess(links, records);
+    FindCategoryVisibility(description, records);
+    FindFeatures(description, records);
     links.invalidated = std::make_unique<std::atomic<const ChangeSet*>[]>(records.size());
     links.written = std::make_unique<std::atomic<const ChangeSet*>[]>(records.size());
 }

@@ -15,27 +15,27 @@ namespace Engine {
 // A number that is given as a constant, by a node, or not at all.
 template <typename T>
 struct Setting {
-    enum class Source : std::uint8_t { None, Constant, Node };
+    enum class Source : uint8_t { None, Constant, Node };
     T constant{};
     NodeId node = kNoNode;
     Source source = Source::None;
 
-    bool given() const { return source != Source::None; }
-    bool isNode() const { return source == Source::Node; }
+    bool Given() const { return source != Source::None; }
+    bool IsNode() const { return source == Source::Node; }
 };
 
 // A run of elements in one of the shared pools of NodeTables.
 struct Range {
-    std::uint32_t first = 0;
-    std::uint32_t count = 0;
+    uint32_t first = 0;
+    uint32_t count = 0;
 };
 
 // How a number is shown.
 struct Presentation {
     TextRef unit = 0;
-    std::uint8_t representation = _UndefinedRepresentation;
-    std::uint8_t notation = _UndefinedEDisplayNotation;
-    std::int16_t precision = -1;  // -1 when not given
+    uint8_t representation = _UndefinedRepresentation;
+    uint8_t notation = _UndefinedEDisplayNotation;
+    int16_t precision = -1;  // -1 when not given
 };
 
 // Integer and Float: one source of the value (value, or index with cases), and limits.
@@ -50,53 +50,53 @@ struct NumberData {
     Range validValues;  // in NodeTables::validValues
     Presentation presentation;
 };
-using IntegerData = NumberData<std::int64_t>;
+using IntegerData = NumberData<int64_t>;
 using FloatData = NumberData<double>;
 
 template <typename T>
 struct IndexedCase {
-    std::int64_t index;
+    int64_t index;
     Setting<T> value;
 };
 
 // One summand of an address: a constant, a node, or an index times its step.
 struct AddressPart {
-    Setting<std::int64_t> base;  // Address, pAddress, IntSwissKnife; the index for an index
-    Setting<std::int64_t> step;  // Offset, pOffset; only for an index
-    bool isIndex = false;        // without a step the length is the step
+    Setting<int64_t> base;  // Address, pAddress, IntSwissKnife; the index for an index
+    Setting<int64_t> step;  // Offset, pOffset; only for an index
+    bool isIndex = false;   // without a step the length is the step
 };
 
 struct RegisterData {
-    Range address;                     // in NodeTables::addressParts
-    std::int64_t constantAddress = 0;  // sum of the constant parts
+    Range address;                // in NodeTables::addressParts
+    int64_t constantAddress = 0;  // sum of the constant parts
     bool addressIsConstant = true;
-    Setting<std::int64_t> length;
+    Setting<int64_t> length;
     NodeId port = kNoNode;
-    std::uint8_t accessMode = RO;
-    std::uint8_t cachable = WriteThrough;
+    uint8_t accessMode = RO;
+    uint8_t cachable = WriteThrough;
     bool bigEndian = false;
     bool isSigned = false;
     bool masked = false;
-    std::uint8_t lsb = 0, msb = 0;  // as written; bit 0 is the most significant in big endian
+    uint8_t lsb = 0, msb = 0;  // as written; bit 0 is the most significant in big endian
     Presentation presentation;
 };
 
 struct BooleanData {
-    Setting<std::int64_t> value;
-    std::int64_t onValue = 1, offValue = 0;
+    Setting<int64_t> value;
+    int64_t onValue = 1, offValue = 0;
 };
 
 struct CommandData {
-    Setting<std::int64_t> value, commandValue;
+    Setting<int64_t> value, commandValue;
 };
 
 struct EnumerationData {
-    Setting<std::int64_t> value;
+    Setting<int64_t> value;
     Range entries;  // in NodeTables::nodes, in document order
 };
 
 struct EnumEntryData {
-    std::int64_t value = 0;
+    int64_t value = 0;
     double numeric = 0;
     TextRef symbolic = 0;
     bool selfClearing = false;
@@ -107,7 +107,7 @@ struct StringData {
 };
 
 // What of a node a formula variable stands for.
-enum class VariableForm : std::uint8_t {
+enum class VariableForm : uint8_t {
     Value,
     Min,
     Max,
@@ -139,14 +139,14 @@ struct CompiledFormula;
 
 // SwissKnife, IntSwissKnife.
 struct SwissKnifeData {
-    std::uint32_t formula = 0;  // in NodeTables::formulas
+    uint32_t formula = 0;  // in NodeTables::formulas
     Presentation presentation;
 };
 
 struct ConverterData {
-    std::uint32_t formulaTo = 0, formulaFrom = 0;  // in NodeTables::formulas
+    uint32_t formulaTo = 0, formulaFrom = 0;  // in NodeTables::formulas
     NodeId value = kNoNode;
-    std::uint8_t slope = Automatic;
+    uint8_t slope = Automatic;
     bool isLinear = false;
     Presentation presentation;
 };
@@ -179,9 +179,9 @@ struct NodeTables {
 
     // pools that the ranges point into
     std::vector<NodeId> nodes;
-    std::vector<IndexedCase<std::int64_t>> integerCases;
+    std::vector<IndexedCase<int64_t>> integerCases;
     std::vector<IndexedCase<double>> floatCases;
-    std::vector<std::int64_t> validValues;
+    std::vector<int64_t> validValues;
     std::vector<AddressPart> addressParts;
     std::vector<FormulaVariable> variables;
 
@@ -192,14 +192,14 @@ struct NodeTables {
     ~NodeTables();
 
     template <typename T>
-    static Slice<T> slice(const std::vector<T>& pool, Range range) {
+    static Slice<T> SliceOf(const std::vector<T>& pool, Range range) {
         return {pool.data() + range.first, range.count};
     }
 };
 
 // Fills the tables from the properties of all nodes. Throws PropertyException for a number that is
 // none, RuntimeException for a reference to a node of a wrong kind or an impossible mask.
-void compileNodes(Description& description, NodeTables& tables, std::vector<NodeRecord>& records);
+void CompileNodes(Description& description, NodeTables& tables, std::vector<NodeRecord>& records);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

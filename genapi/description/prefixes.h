@@ -15,27 +15,27 @@ class Prefixes {
   public:
     // Takes the declarations among the attributes of an element; depth is the number of open
     // elements. Fault when there are too many.
-    void enter(const char** attributes, unsigned depth);
+    void Enter(const char** attributes, unsigned depth);
     // Forgets the declarations of the element of that depth.
-    void leave(unsigned depth) {
+    void Leave(unsigned depth) {
         while (!bound_.empty() && bound_.back().depth == depth)
             bound_.pop_back();
     }
 
     // The name without its prefix. Fault when the prefix is not bound.
-    std::string_view localName(std::string_view name) const;
+    std::string_view LocalName(std::string_view name) const;
     // The name space that the prefix of an element stands for, empty when none.
-    std::string_view nameSpaceOf(std::string_view element) const;
+    std::string_view NameSpaceOf(std::string_view element) const;
     // Whether an attribute means nothing to a description: a declaration, or one that tells schema
     // processors about the document. Fault when its prefix is not bound.
-    bool isForeign(std::string_view attribute) const;
+    bool IsForeign(std::string_view attribute) const;
 
   private:
     struct Binding {
         std::string prefix, nameSpace;
         unsigned depth;
     };
-    const std::string* find(std::string_view prefix) const;
+    const std::string* Find(std::string_view prefix) const;
 
     std::vector<Binding> bound_;
 };

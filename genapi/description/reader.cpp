@@ -31,13 +31,13 @@ constexpr std::string_view kNameSpacePrefix = "http://www.genicam.org/GenApi/Ver
 // The attributes that the rules of an element name, by rule; without data where there is none.
 using Attributes = std::array<std::string_view, kMostAttributes>;
 
-bool isBlank(std::string_view text) {
+bool IsBlank(std::string_view text) {
     for (const char sign : text)
         if (sign != ' ' && sign != '\n' && sign != '\t' && sign != '\r') return false;
     return true;
 }
 
-bool isDocumentation(Element element) {
+bool IsDocumentation(Element element) {
     return element == Element::ToolTip || element == Element::Description ||
            element == Element::DocuURL;
 }
@@ -47,7 +47,7 @@ struct Place {
     unsigned long line = 1, column = 0;
 };
 
-Place placeOf(std::string_view text, std::size_t offset) {
+Place PlaceOf(std::string_view text, size_t offset) {
     Place place;
     for (const char sign : text.substr(0, offset)) {
         ++place.column;
@@ -71,19 +71,19 @@ class Reader {
           parser_(XML_ParserCreate(nullptr)) {
         if (!parser_) throw std::bad_alloc();
         XML_SetUserData(parser_.get(), this);
-        XML_SetElementHandler(parser_.get(), onStart, onEnd);
-        XML_SetCharacterDataHandler(parser_.get(), onText);
-        XML_SetEntityDeclHandler(parser_.get(), onEntity);
+        XML_SetElementHandler(parser_.get(), OnStart, OnEnd);
+        XML_SetCharacterDataHandler(parser_.get(), OnText);
+        XML_SetEntityDeclHandler(parser_.get(), OnEntity);
     }
 
-    void read(std::string_view xml) {
+    void Read(std::string_view xml) {
         xml_ = xml;
         const auto status =
             XML_Parse(parser_.get(), xml.data(), static_cast<int>(xml.size()), XML_TRUE);
         if (failure_) std::rethrow_exception(failure_);
         if (status != XML_STATUS_OK)
-            throwFault({XML_ErrorString(XML_GetErrorCode(parser_.get())), FaultPlace::Before});
-        assembler_.finish();
+            ThrowFault({XML_ErrorString(XML_GetErrorCode(parser_.get())), FaultPlace::Before});
+        assembler_.Finish();
     }
 
   private:
@@ -95,37 +95,37 @@ class Reader {
         bool hasStep = false;
     };
 
-    static void XMLCALL onStart(void* self, const char* name, const char** attributes) {
-        static_cast<Reader*>(self)->guarded(
-            [&](Reader& reader) { reader.start(name, attributes); });
+    static void XMLCALL OnStart(void* self, const char* name, const char** attributes) {
+        static_cast<Reader*>(self)->Guarded(
+            [&](Reader& reader) { reader.Start(name, attributes); });
     }
-    static void XMLCALL onEnd(void* self, const char*) {
-        static_cast<Reader*>(self)->guarded([](Reader& reader) { reader.end(); });
+    static void XMLCALL OnEnd(void* self, const char*) {
+        static_cast<Reader*>(self)->Guarded([](Reader& reader) { reader.End(); });
     }
-    static void XMLCALL onText(void* self, const char* text, int size) {
-        static_cast<Reader*>(self)->guarded([&](Reader& reader) {
-            reader.append({text, static_cast<std::size_t>(size)});
+    static void XMLCALL OnText(void* self, const char* text, int size) {
+        static_cast<Reader*>(self)->Guarded([&](Reader& reader) {
+            reader.Append({text, static_cast<size_t>(size)});
         });
     }
-    static void XMLCALL onEntity(void* self, const char*, int, const char*, int, const char*,
+    static void XMLCALL OnEntity(void* self, const char*, int, const char*, int, const char*,
                                  const char*, const char*, const char*) {
-        static_cast<Reader*>(self)->guarded(
+        static_cast<Reader*>(self)->Guarded(
             [](Reader&) { throw Fault{"entity declarations are not accepted"}; });
     }
 
     // No exception may pass through the parser: it is kept until the parser has returned.
     template <typename Step>
-    void guarded(Step step) {
+    void Guarded(Step step) {
         if (failure_) return;
         try {
             step(*this);
             return;
         } catch (const Fault& fault) {
-            keepFailure([&] { throwFault(fault); });
+            KeepFailure([&] { ThrowFault(fault); });
         } catch (const NodeFault& fault) {
-            keepFailure([&] { throwNodeFault(fault); });
+            KeepFailure([&] { ThrowNodeFault(fault); });
         } catch (const DuplicateNode& duplicate) {
-            keepFailure([&] { throwDuplicate(duplicate.id); });
+            KeepFailure([&] { ThrowDuplicate(duplicate.id); });
         } catch (...) {
             failure_ = std::current_exception();
         }
@@ -133,7 +133,7 @@ class Reader {
     }
 
     template <typename Thrower>
-    void keepFailure(Thrower thrower) {
+    void KeepFailure(Thrower thrower) {
         try {
             thrower();
         } catch (...) {
@@ -142,59 +142,59 @@ class Reader {
     }
 
     // Where the tag or text ends that the parser is at.
-    std::size_t behind() const {
-        return static_cast<std::size_t>(XML_GetCurrentByteIndex(parser_.get()) +
-                                        XML_GetCurrentByteCount(parser_.get()));
+    size_t Behind() const {
+        return static_cast<size_t>(XML_GetCurrentByteIndex(parser_.get()) +
+                                   XML_GetCurrentByteCount(parser_.get()));
     }
 
-    Place before() const {
+    Place Before() const {
         return {XML_GetCurrentLineNumber(parser_.get()), XML_GetCurrentColumnNumber(parser_.get())};
     }
 
-    [[noreturn]] void throwFault(const Fault& fault) const {
+    [[noreturn]] void ThrowFault(const Fault& fault) const {
         const Place place =
             fault.place == FaultPlace::Before
-                ? before()
-                : placeOf(xml_, fault.place == FaultPlace::Behind ? behind() : rootEnd_);
+                ? Before()
+                : PlaceOf(xml_, fault.place == FaultPlace::Behind ? Behind() : rootEnd_);
         throw RUNTIME_EXCEPTION("Error while parsing XML stream at line %lu and column %lu : '%s'",
                                 place.line, place.column, fault.reason);
     }
 
-    [[noreturn]] void throwNodeFault(const NodeFault& fault) const {
-        const Place place = before();
+    [[noreturn]] void ThrowNodeFault(const NodeFault& fault) const {
+        const Place place = Before();
         throw RUNTIME_EXCEPTION("XML Parse error at line %lu and column %lu, %s", place.line,
                                 place.column, fault.text.c_str());
     }
 
-    [[noreturn]] void throwDuplicate(NodeId id) const {
-        const std::string name(builder_.name(id));
+    [[noreturn]] void ThrowDuplicate(NodeId id) const {
+        const std::string name(builder_.Name(id));
         if (options_.injected)
             throw RUNTIME_EXCEPTION("Merge conflict with node '%s'", name.c_str());
-        throwNodeFault({"Found a duplicate node'" + name + "'."});
+        ThrowNodeFault({"Found a duplicate node'" + name + "'."});
     }
 
     // An element that would be right in another place or not at all. For descriptions of schema 1.1
     // the place is told as if the root had been refused.
-    Fault unexpected() const {
+    Fault Unexpected() const {
         return {kUnexpectedElement, isSchema11_ ? FaultPlace::BehindRoot : FaultPlace::Behind};
     }
 
-    void start(const char* name, const char** attributes);
-    void end();
-    void append(std::string_view text);
-    void startRoot(const char* name, const char** attributes);
-    void readInfo(const Attributes& attributes);
-    void skip(const char* name, const char** attributes) const;
-    Tag tagOf(const char* name) const;
-    bool readAttributes(const char** written, AttributeRules rules, Attributes& found);
-    void startTopLevel(const Tag& tag, const char** attributes);
-    void startInside(OpenNode& parent, const Tag& tag, const char** attributes);
-    Fault misplaced(const OpenNode& parent, const Tag& tag) const;
-    void openNode(const Tag& tag, const char** attributes);
-    void closeNode();
-    void openLeaf(const OpenNode& parent, Element element, const char** attributes);
-    void readStep(const Attributes& attributes);
-    void closeLeaf();
+    void Start(const char* name, const char** attributes);
+    void End();
+    void Append(std::string_view text);
+    void StartRoot(const char* name, const char** attributes);
+    void ReadInfo(const Attributes& attributes);
+    void Skip(const char* name, const char** attributes) const;
+    Tag TagOf(const char* name) const;
+    bool ReadAttributes(const char** written, AttributeRules rules, Attributes& found);
+    void StartTopLevel(const Tag& tag, const char** attributes);
+    void StartInside(OpenNode& parent, const Tag& tag, const char** attributes);
+    Fault Misplaced(const OpenNode& parent, const Tag& tag) const;
+    void BeginNode(const Tag& tag, const char** attributes);
+    void CloseNode();
+    void OpenLeaf(const OpenNode& parent, Element element, const char** attributes);
+    void ReadStep(const Attributes& attributes);
+    void CloseLeaf();
 
     DescriptionBuilder& builder_;
     NodeAssembler assembler_;
@@ -204,72 +204,72 @@ class Reader {
     std::exception_ptr failure_;
 
     bool isSchema11_ = false;  // by the name space
-    std::size_t rootEnd_ = 0;  // behind the start tag of the root
+    size_t rootEnd_ = 0;       // behind the start tag of the root
     Prefixes prefixes_;
     unsigned depth_ = 0;         // open elements
     unsigned skipFrom_ = 0;      // depth of the Extension that is being skipped, 0 outside of one
     unsigned incompleteAt_ = 0;  // depth of the innermost element that lacks an attribute
     std::array<OpenNode, 2> nodes_;  // a node, and one inside it: entry or formula of an address
-    std::size_t openNodes_ = 0;
+    size_t openNodes_ = 0;
     Leaf leaf_;
     std::string text_;  // of the leaf so far
 };
 
-void Reader::start(const char* name, const char** attributes) {
+void Reader::Start(const char* name, const char** attributes) {
     if (++depth_ > kMaxNesting) throw Fault{"elements are nested too deeply"};
-    prefixes_.enter(attributes, depth_);
-    if (skipFrom_ > 0) return skip(name, attributes);
-    if (depth_ == 1) return startRoot(name, attributes);
-    if (leaf_.open) throw unexpected();
-    const Tag tag = tagOf(name);
+    prefixes_.Enter(attributes, depth_);
+    if (skipFrom_ > 0) return Skip(name, attributes);
+    if (depth_ == 1) return StartRoot(name, attributes);
+    if (leaf_.open) throw Unexpected();
+    const Tag tag = TagOf(name);
     if (openNodes_ == 0)
-        startTopLevel(tag, attributes);
+        StartTopLevel(tag, attributes);
     else
-        startInside(nodes_[openNodes_ - 1], tag, attributes);
+        StartInside(nodes_[openNodes_ - 1], tag, attributes);
 }
 
-void Reader::end() {
+void Reader::End() {
     const unsigned depth = depth_--;
-    prefixes_.leave(depth);
+    prefixes_.Leave(depth);
     if (skipFrom_ > 0) {
         if (depth == skipFrom_) skipFrom_ = 0;
         return;
     }
     if (depth == incompleteAt_) throw Fault{kMissingAttribute};
     if (leaf_.open)
-        closeLeaf();
+        CloseLeaf();
     else if (openNodes_ > 0)
-        closeNode();
+        CloseNode();
 }
 
-void Reader::append(std::string_view text) {
+void Reader::Append(std::string_view text) {
     if (leaf_.open) {
         if (text_.size() + text.size() > kMaxTextSize) throw Fault{"text is too long"};
         text_.append(text);
-    } else if ((skipFrom_ == 0 || skipFrom_ == depth_) && !isBlank(text)) {
+    } else if ((skipFrom_ == 0 || skipFrom_ == depth_) && !IsBlank(text)) {
         throw Fault{kUnexpectedText};
     }
 }
 
-void Reader::startRoot(const char* name, const char** attributes) {
-    const std::string_view nameSpace = prefixes_.nameSpaceOf(name);
-    if (prefixes_.localName(name) != "RegisterDescription" ||
+void Reader::StartRoot(const char* name, const char** attributes) {
+    const std::string_view nameSpace = prefixes_.NameSpaceOf(name);
+    if (prefixes_.LocalName(name) != "RegisterDescription" ||
         nameSpace.size() != kNameSpacePrefix.size() + 1 ||
         nameSpace.substr(0, kNameSpacePrefix.size()) != kNameSpacePrefix ||
         (nameSpace.back() != '0' && nameSpace.back() != '1'))
         throw Fault{kUnexpectedElement};
     isSchema11_ = nameSpace.back() == '1';
-    rootEnd_ = behind();
+    rootEnd_ = Behind();
     Attributes found;
-    if (readAttributes(attributes, rootAttributes(), found)) readInfo(found);
+    if (ReadAttributes(attributes, RootAttributes(), found)) ReadInfo(found);
 }
 
-void Reader::readInfo(const Attributes& attributes) {
+void Reader::ReadInfo(const Attributes& attributes) {
     const auto version = [&](RootAttribute major) {
-        std::array<std::uint16_t, 3> parts{};
-        for (std::size_t i = 0; i < parts.size(); ++i)
-            parts[i] = static_cast<std::uint16_t>(
-                integerOf(attributes[major + i], rootAttributes()[major + i].name));
+        std::array<uint16_t, 3> parts{};
+        for (size_t i = 0; i < parts.size(); ++i)
+            parts[i] = static_cast<uint16_t>(
+                IntegerOf(attributes[major + i], RootAttributes()[major + i].name));
         return GENICAM_NAMESPACE::Version_t{parts[0], parts[1], parts[2]};
     };
     DeviceInfo info;
@@ -281,151 +281,150 @@ void Reader::readInfo(const Attributes& attributes) {
     info.productGuid = attributes[kProductGuid];
     info.versionGuid = attributes[kVersionGuid];
     info.toolTip = attributes[kToolTip];
-    if (!options_.injected) builder_.info() = std::move(info);
+    if (!options_.injected) builder_.Info() = std::move(info);
 }
 
 // What stands in an Extension may be anything that is XML.
-void Reader::skip(const char* name, const char** attributes) const {
-    prefixes_.localName(name);
+void Reader::Skip(const char* name, const char** attributes) const {
+    prefixes_.LocalName(name);
     for (const char** at = attributes; *at; at += 2)
-        prefixes_.isForeign(*at);
+        prefixes_.IsForeign(*at);
 }
 
-Tag Reader::tagOf(const char* name) const {
-    const Tag* tag = findTag(name);
-    if (!tag) tag = findTag(prefixes_.localName(name));
+Tag Reader::TagOf(const char* name) const {
+    const Tag* tag = FindTag(name);
+    if (!tag) tag = FindTag(prefixes_.LocalName(name));
     return tag ? *tag : Tag();
 }
 
 // False where one is missing that must be there: the end tag of the element will be refused.
-bool Reader::readAttributes(const char** written, AttributeRules rules, Attributes& found) {
+bool Reader::ReadAttributes(const char** written, AttributeRules rules, Attributes& found) {
     for (const char** at = written; *at; at += 2) {
-        std::size_t i = 0;
+        size_t i = 0;
         while (i < rules.size() && rules[i].name != at[0])
             ++i;
         if (i < rules.size()) {
             found[i] = at[1];
-            if (const char* reason = refusal(rules[i].type, found[i])) throw Fault{reason};
-        } else if (!prefixes_.isForeign(at[0])) {
+            if (const char* reason = Refusal(rules[i].type, found[i])) throw Fault{reason};
+        } else if (!prefixes_.IsForeign(at[0])) {
             throw Fault{kUnexpectedAttribute};
         }
     }
-    for (std::size_t i = 0; i < rules.size(); ++i)
+    for (size_t i = 0; i < rules.size(); ++i)
         if (rules[i].required && !found[i].data()) incompleteAt_ = depth_;
     return incompleteAt_ != depth_;
 }
 
-void Reader::startTopLevel(const Tag& tag, const char** attributes) {
+void Reader::StartTopLevel(const Tag& tag, const char** attributes) {
     if (tag.model == kGroup) {
         Attributes ignored;
-        readAttributes(attributes, commentAttributes(), ignored);
+        ReadAttributes(attributes, CommentAttributes(), ignored);
         return;
     }
-    if (tag.model == kNoModel || tag.model == modelOf(NodeKind::StructEntry)) throw unexpected();
-    if (tag.model == modelOf(NodeKind::EnumEntry) && isSchema11_)
+    if (tag.model == kNoModel || tag.model == ModelOf(NodeKind::StructEntry)) throw Unexpected();
+    if (tag.model == ModelOf(NodeKind::EnumEntry) && isSchema11_)
         throw NodeFault{
             "Standalone <EnumEntry> node detected which is ignored in schema v1.0 but forbidden "
             "otherwise"};
-    openNode(tag, attributes);
+    BeginNode(tag, attributes);
 }
 
-void Reader::startInside(OpenNode& parent, const Tag& tag, const char** attributes) {
-    const ContentModel::State state = parent.rules->content.after(parent.state, tag.key);
-    if (state == 0) throw misplaced(parent, tag);
+void Reader::StartInside(OpenNode& parent, const Tag& tag, const char** attributes) {
+    const ContentModel::State state = parent.rules->content.After(parent.state, tag.key);
+    if (state == 0) throw Misplaced(parent, tag);
     parent.state = state;
     if (tag.key == kExtension) {
         Attributes none;
-        readAttributes(attributes, {}, none);
+        ReadAttributes(attributes, {}, none);
         skipFrom_ = depth_;
     } else if (tag.key > kExtension) {
-        openNode(tag, attributes);
+        BeginNode(tag, attributes);
     } else {
-        openLeaf(parent, static_cast<Element>(tag.key), attributes);
+        OpenLeaf(parent, static_cast<Element>(tag.key), attributes);
     }
 }
 
-Fault Reader::misplaced(const OpenNode& parent, const Tag& tag) const {
+Fault Reader::Misplaced(const OpenNode& parent, const Tag& tag) const {
     // An entry inside an entry is unexpected even before what is missing.
-    const bool isEntry = tag.key == kEnumEntry || tag.key == keyOf(Element::pEnumEntry);
-    const bool isFirst = parent.state == parent.rules->content.begin();
+    const bool isEntry = tag.key == kEnumEntry || tag.key == KeyOf(Element::pEnumEntry);
+    const bool isFirst = parent.state == parent.rules->content.Start();
     if ((parent.state & ContentModel::kEnd) != 0 ||
-        (isEntry && isFirst && parent.model == modelOf(NodeKind::EnumEntry)))
-        return unexpected();
+        (isEntry && isFirst && parent.model == ModelOf(NodeKind::EnumEntry)))
+        return Unexpected();
     return {kMissingElement};
 }
 
-void Reader::openNode(const Tag& tag, const char** attributes) {
+void Reader::BeginNode(const Tag& tag, const char** attributes) {
     OpenNode& node = nodes_[openNodes_];
     const bool isStruct = tag.model == kStructReg;
     Attributes found;
     const bool complete =
-        readAttributes(attributes, isStruct ? commentAttributes() : nodeAttributes(), found);
+        ReadAttributes(attributes, isStruct ? CommentAttributes() : NodeAttributes(), found);
     node.model = tag.model;
-    node.rules = &nodeModel(tag.model);
-    node.state = node.rules->content.begin();
+    node.rules = &ModelFor(tag.model);
+    node.state = node.rules->content.Start();
     node.id = kNoNode;
     node.name = isStruct ? std::string_view() : found[kName];
     node.nameSpace = found[kNameSpace] == "Standard" ? Standard : Custom;
     node.exposeStatic = found[kExposeStatic] == "Yes";
     node.properties.clear();
-    if (complete) assembler_.open(node, openNodes_ > 0 ? &nodes_[openNodes_ - 1] : nullptr);
+    if (complete) assembler_.Open(node, openNodes_ > 0 ? &nodes_[openNodes_ - 1] : nullptr);
     ++openNodes_;
 }
 
-void Reader::closeNode() {
+void Reader::CloseNode() {
     OpenNode& node = nodes_[openNodes_ - 1];
     if ((node.state & ContentModel::kEnd) == 0) throw Fault{kMissingElement};
     --openNodes_;
-    assembler_.close(node, openNodes_ > 0 ? &nodes_[openNodes_ - 1] : nullptr);
+    assembler_.Close(node, openNodes_ > 0 ? &nodes_[openNodes_ - 1] : nullptr);
 }
 
-void Reader::openLeaf(const OpenNode& parent, Element element, const char** attributes) {
+void Reader::OpenLeaf(const OpenNode& parent, Element element, const char** attributes) {
     leaf_ = {};
     leaf_.open = true;
     leaf_.element = element;
     text_.clear();
-    const AttributeRules rules = leafAttributes(element, parent.model);
+    const AttributeRules rules = LeafAttributes(element, parent.model);
     if (rules.empty() && !*attributes) return;
     Attributes found;
-    readAttributes(attributes, rules, found);
+    ReadAttributes(attributes, rules, found);
     if (element == Element::pIndex)
-        readStep(found);
+        ReadStep(found);
     else
-        leaf_.attribute = builder_.intern(found[kName]);
+        leaf_.attribute = builder_.Intern(found[kName]);
 }
 
 // Offset goes before pOffset, unless it says nothing.
-void Reader::readStep(const Attributes& attributes) {
+void Reader::ReadStep(const Attributes& attributes) {
     const std::string_view offset = attributes[kOffset], node = attributes[kOffsetNode];
-    if (node.data()) leaf_.step = {Element::pOffset, builder_.mention(node), 0};
+    if (node.data()) leaf_.step = {Element::pOffset, builder_.Mention(node), 0};
     const bool isGiven = !offset.empty() && offset != "0";
-    if (isGiven) leaf_.step = {Element::Offset, builder_.intern(offset), 0};
+    if (isGiven) leaf_.step = {Element::Offset, builder_.Intern(offset), 0};
     leaf_.hasStep = isGiven || node.data();
 }
 
-void Reader::closeLeaf() {
+void Reader::CloseLeaf() {
     leaf_.open = false;
     OpenNode& node = nodes_[openNodes_ - 1];
     const Element element = leaf_.element;
-    const TextType type = node.rules->texts[keyOf(element)];
+    const TextType type = node.rules->texts[KeyOf(element)];
     std::string_view text = text_;
-    if (const char* reason = refusal(type, text)) throw Fault{reason};
+    if (const char* reason = Refusal(type, text)) throw Fault{reason};
     if (element == Element::TextDesc || element == Element::IntKey)
-        return assembler_.addKey(node, element, std::string(builder_.text(leaf_.attribute)),
-                                 builder_.intern(text));
-    if (options_.suppressStrings && isDocumentation(element)) return;
-    const std::uint32_t value =
-        type == TextType::Link ? builder_.mention(text) : builder_.intern(text);
+        return assembler_.AddKey(node, element, std::string(builder_.Text(leaf_.attribute)),
+                                 builder_.Intern(text));
+    if (options_.suppressStrings && IsDocumentation(element)) return;
+    const uint32_t value = type == TextType::Link ? builder_.Mention(text) : builder_.Intern(text);
     node.properties.push_back({element, value, leaf_.attribute});
     if (leaf_.hasStep) node.properties.push_back(leaf_.step);
 }
 
 }  // namespace
 
-void readDescription(std::string_view xml, DescriptionBuilder& builder,
+void ReadDescription(std::string_view xml, DescriptionBuilder& builder,
                      const LoadOptions& options) {
     if (xml.size() > kMaxXmlSize) throw RUNTIME_EXCEPTION("The description is too large");
-    Reader(builder, options).read(xml);
+    Reader(builder, options).Read(xml);
 }
 
 }  // namespace Engine

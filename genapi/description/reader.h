@@ -14,7 +14,7 @@ struct LoadOptions {
 };
 
 // Throws RuntimeException for text that is no description; the builder is then of no more use.
-void readDescription(std::string_view xml, DescriptionBuilder& builder,
+void ReadDescription(std::string_view xml, DescriptionBuilder& builder,
                      const LoadOptions& options = {});
 
 }  // namespace Engine

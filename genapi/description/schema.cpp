@@ -1,6 +1,7 @@
 #include "genapi/description/schema.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 
 #include <Base/GCException.h>
@@ -35,43 +36,44 @@ struct Grammar {
 };
 
 constexpr Grammar kGrammars[] = {
-    {modelOf(NodeKind::Node), NODE},
-    {modelOf(NodeKind::Category), NODE "pFeature*"},
-    {modelOf(NodeKind::Integer),
+    {ModelOf(NodeKind::Node), NODE},
+    {ModelOf(NodeKind::Category), NODE "pFeature*"},
+    {ModelOf(NodeKind::Integer),
      NODE "Streamable? (Value | pValueCopy* pValue pValueCopy* | " INDEXED ") " LIMITS SHOWN
           "ValidValueSet? pSelected*"},
-    {modelOf(NodeKind::IntReg), REGISTER "Sign? Endianess " SHOWN "pSelected*"},
-    {modelOf(NodeKind::MaskedIntReg),
+    {ModelOf(NodeKind::IntReg), REGISTER "Sign? Endianess " SHOWN "pSelected*"},
+    {ModelOf(NodeKind::MaskedIntReg),
      COMMON "Streamable? " PLACE "Length " IN_PORT BITS "Endianess " SHOWN "pSelected*"},
     {kStructReg, REGISTER "Endianess StructEntry+"},
-    {modelOf(NodeKind::StructEntry),
+    {ModelOf(NodeKind::StructEntry),
      NODE "AccessMode? Cachable? PollingTime? Streamable? " BITS SHOWN "pSelected*"},
-    {modelOf(NodeKind::Boolean), NODE "Streamable? (Value | pValue) OnValue? OffValue? pSelected*"},
-    {modelOf(NodeKind::Command),
+    {ModelOf(NodeKind::Boolean), NODE "Streamable? (Value | pValue) OnValue? OffValue? pSelected*"},
+    {ModelOf(NodeKind::Command),
      NODE "(Value | pValue) (CommandValue | pCommandValue) PollingTime?"},
-    {modelOf(NodeKind::Enumeration),
+    {ModelOf(NodeKind::Enumeration),
      NODE "Streamable? EnumEntry+ (Value | pValue) pSelected* PollingTime?"},
-    {modelOf(NodeKind::EnumEntry), NODE "Value NumericValue? Symbolic? IsSelfClearing?"},
-    {modelOf(NodeKind::Float),
+    {ModelOf(NodeKind::EnumEntry), NODE "Value NumericValue? Symbolic? IsSelfClearing?"},
+    {ModelOf(NodeKind::Float),
      NODE "Streamable? (Value | pValue | " INDEXED ") " LIMITS SHOWN_AS_FLOAT},
-    {modelOf(NodeKind::FloatReg), REGISTER "Endianess " SHOWN_AS_FLOAT},
-    {modelOf(NodeKind::String), NODE "Streamable? (Value | pValue)"},
-    {modelOf(NodeKind::StringReg), REGISTER},
-    {modelOf(NodeKind::Register), REGISTER},
-    {modelOf(NodeKind::SwissKnife), FORMULA_NODE "Formula " SHOWN_AS_FLOAT},
-    {modelOf(NodeKind::IntSwissKnife), FORMULA_NODE "Formula " SHOWN},
-    {modelOf(NodeKind::Converter),
+    {ModelOf(NodeKind::FloatReg), REGISTER "Endianess " SHOWN_AS_FLOAT},
+    {ModelOf(NodeKind::String), NODE "Streamable? (Value | pValue)"},
+    {ModelOf(NodeKind::StringReg), REGISTER},
+    {ModelOf(NodeKind::Register), REGISTER},
+    {ModelOf(NodeKind::SwissKnife), FORMULA_NODE "Formula " SHOWN_AS_FLOAT},
+    {ModelOf(NodeKind::IntSwissKnife), FORMULA_NODE "Formula " SHOWN},
+    {ModelOf(NodeKind::Converter),
      FORMULA_NODE "FormulaTo FormulaFrom pValue " SHOWN_AS_FLOAT "Slope? IsLinear?"},
-    {modelOf(NodeKind::IntConverter), FORMULA_NODE "FormulaTo FormulaFrom pValue " SHOWN "Slope?"},
-    {modelOf(NodeKind::Port), NODE "(ChunkID | pChunkID)? SwapEndianess? CacheChunkData?"},
-    {modelOf(NodeKind::ConfRom),
+    {ModelOf(NodeKind::IntConverter), FORMULA_NODE "FormulaTo FormulaFrom pValue " SHOWN "Slope?"},
+    {ModelOf(NodeKind::Port), NODE "(ChunkID | pChunkID)? SwapEndianess? CacheChunkData?"},
+    {ModelOf(NodeKind::ConfRom),
      "(" NODE "Unit (Address | IntSwissKnife | pAddress)+ Length pPort (TextDesc | IntKey)*)+"},
-    {modelOf(NodeKind::TextDesc), "p1212Parser Key"},
-    {modelOf(NodeKind::IntKey), "p1212Parser Key"},
-    {modelOf(NodeKind::AdvFeatureLock), REGISTER "FeatureID Timeout?"},
-    {modelOf(NodeKind::SmartFeature),
+    {ModelOf(NodeKind::TextDesc), "p1212Parser Key"},
+    {ModelOf(NodeKind::IntKey), "p1212Parser Key"},
+    {ModelOf(NodeKind::AdvFeatureLock), REGISTER "FeatureID Timeout?"},
+    {ModelOf(NodeKind::SmartFeature),
      "FeatureID (Address | IntSwissKnife | pAddress)+ pPort pIsImplemented? pIsAvailable?"},
 };
+static_assert(std::size(kGrammars) == kGroup, "each kind of node and StructReg has a grammar");
 
 #undef COMMON
 #undef NODE
@@ -215,13 +217,13 @@ constexpr AttributeRule kIndexAttributes[] = {{"Index", true, TextType::Any}};
 constexpr AttributeRule kStepAttributes[] = {{"Offset", false, TextType::Any},
                                              {"pOffset", false, TextType::Any}};
 
-template <std::size_t Count>
-AttributeRules rulesOf(const AttributeRule (&rules)[Count]) {
+template <size_t Count>
+AttributeRules RulesOf(const AttributeRule (&rules)[Count]) {
     static_assert(Count <= kMostAttributes);
     return {rules, Count};
 }
 
-const char* wordRefusal(TextType type, std::string_view& text) {
+const char* WordRefusal(TextType type, std::string_view& text) {
     const Words& list = *std::find_if(std::begin(kWords), std::end(kWords),
                                       [type](const Words& words) { return words.type == type; });
     if (text.empty()) {
@@ -232,14 +234,14 @@ const char* wordRefusal(TextType type, std::string_view& text) {
     return text.empty() ? "value is not in enumeration" : nullptr;
 }
 
-const char* booleanRefusal(std::string_view& text) {
-    text = trimmed(text);
+const char* BooleanRefusal(std::string_view& text) {
+    text = Trimmed(text);
     if (text == "true" || text == "false" || text == "1" || text == "0") return nullptr;
     return "invalid boolean value";
 }
 
 // Groups of 8, 4, 4, 4 and 12 hexadecimal digits.
-bool isGuid(std::string_view text) {
+bool IsGuid(std::string_view text) {
     constexpr std::string_view kForm = "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX";
     constexpr std::string_view kDigits = "0123456789abcdefABCDEF";
     return text.size() == kForm.size() &&
@@ -248,21 +250,21 @@ bool isGuid(std::string_view text) {
            });
 }
 
-NodeModel built(const Grammar& grammar) {
+NodeModel Built(const Grammar& grammar) {
     NodeModel model;
     model.content = ContentModel(grammar.content);
-    for (Key key = 0; key <= keyOf(Element::IntKey); ++key)
-        if (isLink(static_cast<Element>(key))) model.texts[key] = TextType::Link;
+    for (Key key = 0; key <= KeyOf(Element::IntKey); ++key)
+        if (IsLink(static_cast<Element>(key))) model.texts[key] = TextType::Link;
     for (const ElementText& text : kElementTexts)
-        model.texts[keyOf(text.element)] = text.type;
+        model.texts[KeyOf(text.element)] = text.type;
     for (const NodeText& text : kNodeTexts)
-        if (modelOf(text.kind) == grammar.model) model.texts[keyOf(text.element)] = text.type;
+        if (ModelOf(text.kind) == grammar.model) model.texts[KeyOf(text.element)] = text.type;
     return model;
 }
 
 }  // namespace
 
-const char* refusal(TextType type, std::string_view& text) {
+const char* Refusal(TextType type, std::string_view& text) {
     switch (type) {
         case TextType::Any:
         case TextType::Link:
@@ -272,61 +274,61 @@ const char* refusal(TextType type, std::string_view& text) {
             return text.empty() ? "length is less than minimum allowed" : nullptr;
         case TextType::Float: {
             double value = 0;
-            return parse(text, value) ? nullptr : "invalid double value";
+            return Parse(text, value) ? nullptr : "invalid double value";
         }
         case TextType::Boolean:
-            return booleanRefusal(text);
+            return BooleanRefusal(text);
         case TextType::IntegerHere: {
-            std::int64_t value = 0;
-            return parse(text, value) ? nullptr : "invalid integer value";
+            int64_t value = 0;
+            return Parse(text, value) ? nullptr : "invalid integer value";
         }
         case TextType::Guid:
-            if (!isGuid(text))
+            if (!IsGuid(text))
                 throw RUNTIME_EXCEPTION("Error while parsing XML file : %s is not a valid GUID ",
                                         std::string(text).c_str());
             return nullptr;
         default:
-            return wordRefusal(type, text);
+            return WordRefusal(type, text);
     }
 }
 
-AttributeRules rootAttributes() {
-    return rulesOf(kRootAttributes);
+AttributeRules RootAttributes() {
+    return RulesOf(kRootAttributes);
 }
 
-AttributeRules commentAttributes() {
-    return rulesOf(kCommentAttributes);
+AttributeRules CommentAttributes() {
+    return RulesOf(kCommentAttributes);
 }
 
-AttributeRules nodeAttributes() {
-    return rulesOf(kNodeAttributes);
+AttributeRules NodeAttributes() {
+    return RulesOf(kNodeAttributes);
 }
 
-AttributeRules leafAttributes(Element element, ModelId model) {
+AttributeRules LeafAttributes(Element element, ModelId model) {
     switch (element) {
         case Element::pVariable:
         case Element::Constant:
         case Element::Expression:
-            return rulesOf(kNameAttributes);
+            return RulesOf(kNameAttributes);
         case Element::TextDesc:
         case Element::IntKey:
-            return rulesOf(kKeyAttributes);
+            return RulesOf(kKeyAttributes);
         case Element::ValueIndexed:
         case Element::pValueIndexed:
-            return rulesOf(kIndexAttributes);
+            return RulesOf(kIndexAttributes);
         case Element::pIndex:
-            if (model == modelOf(NodeKind::Integer) || model == modelOf(NodeKind::Float)) return {};
-            return rulesOf(kStepAttributes);
+            if (model == ModelOf(NodeKind::Integer) || model == ModelOf(NodeKind::Float)) return {};
+            return RulesOf(kStepAttributes);
         default:
             return {};
     }
 }
 
-const NodeModel& nodeModel(ModelId model) {
+const NodeModel& ModelFor(ModelId model) {
     static const std::array<NodeModel, kGroup> models = [] {
         std::array<NodeModel, kGroup> made;
         for (const Grammar& grammar : kGrammars)
-            made[grammar.model] = built(grammar);
+            made[grammar.model] = Built(grammar);
         return made;
     }();
     return models[model];

@@ -14,7 +14,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 // What the text of an element or an attribute may be.
-enum class TextType : std::uint8_t {
+enum class TextType : uint8_t {
     Any,
     NotEmpty,
     Link,     // the name of a node
@@ -43,7 +43,7 @@ enum class TextType : std::uint8_t {
 
 // Why a text cannot be of that type; null when it can. An empty text becomes the default where its
 // type has one, a boolean loses the blanks around it.
-const char* refusal(TextType type, std::string_view& text);
+const char* Refusal(TextType type, std::string_view& text);
 
 struct AttributeRule {
     std::string_view name;
@@ -53,10 +53,10 @@ struct AttributeRule {
 using AttributeRules = Slice<AttributeRule>;
 
 // The most attributes that an element may have.
-constexpr std::size_t kMostAttributes = 12;
+constexpr size_t kMostAttributes = 12;
 
 // In the order of these rules, which are found by number. Versions are three in a row.
-enum RootAttribute : std::size_t {
+enum RootAttribute : size_t {
     kModelName,
     kVendorName,
     kStandardNameSpace,
@@ -66,15 +66,15 @@ enum RootAttribute : std::size_t {
     kVersionGuid,
     kToolTip
 };
-AttributeRules rootAttributes();
+AttributeRules RootAttributes();
 
-enum NodeAttribute : std::size_t { kName, kNameSpace, kExposeStatic };
-AttributeRules nodeAttributes();     // of nodes of all kinds, also inside other nodes
-AttributeRules commentAttributes();  // of Group and StructReg
+enum NodeAttribute : size_t { kName, kNameSpace, kExposeStatic };
+AttributeRules NodeAttributes();     // of nodes of all kinds, also inside other nodes
+AttributeRules CommentAttributes();  // of Group and StructReg
 
 // Of an element inside a node that is no node itself: one name or index, or those of a pIndex.
-enum StepAttribute : std::size_t { kOffset, kOffsetNode };
-AttributeRules leafAttributes(Element element, ModelId model);
+enum StepAttribute : size_t { kOffset, kOffsetNode };
+AttributeRules LeafAttributes(Element element, ModelId model);
 
 // What the content of a node may be.
 struct NodeModel {
@@ -83,7 +83,7 @@ struct NodeModel {
 };
 
 // Of a kind of node, or of StructReg.
-const NodeModel& nodeModel(ModelId model);
+const NodeModel& ModelFor(ModelId model);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

@@ -20,12 +20,12 @@ struct Registry {
     std::mutex mutex;
     std::vector<Item> items;
 
-    static Registry& instance() {
+    static Registry& Instance() {
         static Registry& registry = *new Registry;
         return registry;
     }
 
-    std::shared_ptr<const Description> find(const ContentKey& key) const {
+    std::shared_ptr<const Description> Find(const ContentKey& key) const {
         for (const Item& item : items)
             if (item.key == key)
                 if (auto description = item.description.lock()) return description;
@@ -33,36 +33,36 @@ struct Registry {
     }
 };
 
-std::uint64_t chained(std::uint64_t hash, std::uint64_t next, std::uint64_t seed) {
-    const std::uint64_t both[] = {hash, next};
-    return hashOf({reinterpret_cast<const char*>(both), sizeof both}, seed);
+uint64_t Chained(uint64_t hash, uint64_t next, uint64_t seed) {
+    const uint64_t both[] = {hash, next};
+    return HashOf({reinterpret_cast<const char*>(both), sizeof both}, seed);
 }
 
 }  // namespace
 
-void ContentKey::add(std::string_view text) {
-    add(std::uint64_t{text.size()});
+void ContentKey::Add(std::string_view text) {
+    Add(uint64_t{text.size()});
     size_ += text.size();
-    first_ = chained(first_, hashOf(text, 1), 1);
-    second_ = chained(second_, hashOf(text, 2), 2);
+    first_ = Chained(first_, HashOf(text, 1), 1);
+    second_ = Chained(second_, HashOf(text, 2), 2);
 }
 
-void ContentKey::add(std::uint64_t choice) {
-    first_ = chained(first_, choice, 1);
-    second_ = chained(second_, choice, 2);
+void ContentKey::Add(uint64_t choice) {
+    first_ = Chained(first_, choice, 1);
+    second_ = Chained(second_, choice, 2);
 }
 
-std::shared_ptr<const Description> findShared(const ContentKey& key) {
-    Registry& registry = Registry::instance();
+std::shared_ptr<const Description> FindShared(const ContentKey& key) {
+    Registry& registry = Registry::Instance();
     const std::lock_guard<std::mutex> lock(registry.mutex);
-    return registry.find(key);
+    return registry.Find(key);
 }
 
-std::shared_ptr<const Description> share(const ContentKey& key,
+std::shared_ptr<const Description> Share(const ContentKey& key,
                                          std::shared_ptr<const Description> made) {
-    Registry& registry = Registry::instance();
+    Registry& registry = Registry::Instance();
     const std::lock_guard<std::mutex> lock(registry.mutex);
-    if (auto known = registry.find(key)) return known;
+    if (auto known = registry.Find(key)) return known;
     auto& items = registry.items;
     items.erase(std::remove_if(items.begin(), items.end(),
                                [](const auto& item) { return item.description.expired(); }),

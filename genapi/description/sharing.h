@@ -16,23 +16,23 @@ namespace Engine {
 class ContentKey {
   public:
     // Adds a text, or a choice that changes what comes out of the texts.
-    void add(std::string_view text);
-    void add(std::uint64_t choice);
+    void Add(std::string_view text);
+    void Add(uint64_t choice);
 
     bool operator==(const ContentKey& other) const {
         return size_ == other.size_ && first_ == other.first_ && second_ == other.second_;
     }
 
   private:
-    std::uint64_t size_ = 0, first_ = 0, second_ = 0;
+    uint64_t size_ = 0, first_ = 0, second_ = 0;
 };
 
 // Null when nobody uses such a description. Thread-safe.
-std::shared_ptr<const Description> findShared(const ContentKey& key);
+std::shared_ptr<const Description> FindShared(const ContentKey& key);
 
 // Offers a new description to others. Gives the one to use, which is another one if somebody has
 // been faster. Thread-safe.
-std::shared_ptr<const Description> share(const ContentKey& key,
+std::shared_ptr<const Description> Share(const ContentKey& key,
                                          std::shared_ptr<const Description> made);
 
 }  // namespace Engine

@@ -12,17 +12,17 @@ template <typename T>
 class Slice {
   public:
     Slice() = default;
-    Slice(const T* first, std::size_t count) : first_(first), count_(count) {}
+    Slice(const T* first, size_t count) : first_(first), count_(count) {}
 
     const T* begin() const { return first_; }
     const T* end() const { return first_ + count_; }
-    std::size_t size() const { return count_; }
+    size_t size() const { return count_; }
     bool empty() const { return count_ == 0; }
-    const T& operator[](std::size_t i) const { return first_[i]; }
+    const T& operator[](size_t i) const { return first_[i]; }
 
   private:
     const T* first_ = nullptr;
-    std::size_t count_ = 0;
+    size_t count_ = 0;
 };
 
 }  // namespace Engine

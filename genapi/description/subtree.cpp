@@ -10,17 +10,17 @@ namespace Engine {
 namespace {
 
 // Whether each node is reached from the root.
-std::vector<bool> reached(const Description& description, NodeId root) {
-    std::vector<bool> found(description.nodeCount());
+std::vector<bool> Reached(const Description& description, NodeId root) {
+    std::vector<bool> found(description.NodeCount());
     std::vector<NodeId> open = {root};
     found[root] = true;
     while (!open.empty()) {
         const NodeId id = open.back();
         open.pop_back();
-        for (const Property& property : description.properties(id))
-            if (isLink(property.element) && !found[property.node()]) {
-                found[property.node()] = true;
-                open.push_back(property.node());
+        for (const Property& property : description.Properties(id))
+            if (IsLink(property.element) && !found[property.Target()]) {
+                found[property.Target()] = true;
+                open.push_back(property.Target());
             }
     }
     return found;
@@ -29,29 +29,29 @@ std::vector<bool> reached(const Description& description, NodeId root) {
 class Copier {
   public:
     Copier(const Description& from, DescriptionBuilder& to)
-        : from_(from), to_(to), numbers_(from.nodeCount(), kNoNode) {}
+        : from_(from), to_(to), numbers_(from.NodeCount(), kNoNode) {}
 
-    void mention(NodeId id, std::string_view name) {
-        numbers_[id] = to_.mention(name);
-        if (to_.isDefined(numbers_[id])) throwConflict(name);
+    void Mention(NodeId id, std::string_view name) {
+        numbers_[id] = to_.Mention(name);
+        if (to_.IsDefined(numbers_[id])) ThrowConflict(name);
     }
 
-    void define(NodeId id) {
-        const NodeRecord& record = from_.record(id);
-        if (to_.isDefined(numbers_[id])) throwConflict(to_.name(numbers_[id]));
+    void Define(NodeId id) {
+        const NodeRecord& record = from_.Record(id);
+        if (to_.IsDefined(numbers_[id])) ThrowConflict(to_.Name(numbers_[id]));
         std::vector<Property> properties;
-        for (const Property& property : from_.properties(id))
+        for (const Property& property : from_.Properties(id))
             properties.push_back({property.element,
-                                  isLink(property.element)
-                                      ? numbers_[property.node()]
-                                      : to_.intern(from_.text(property.text())),
-                                  to_.intern(from_.text(property.attribute))});
-        to_.define(numbers_[id], record.kind, static_cast<ENameSpace>(record.nameSpace),
+                                  IsLink(property.element)
+                                      ? numbers_[property.Target()]
+                                      : to_.Intern(from_.Text(property.Text())),
+                                  to_.Intern(from_.Text(property.attribute))});
+        to_.Define(numbers_[id], record.kind, static_cast<ENameSpace>(record.nameSpace),
                    record.exposeStatic, {properties.data(), properties.size()});
     }
 
   private:
-    [[noreturn]] static void throwConflict(std::string_view name) {
+    [[noreturn]] static void ThrowConflict(std::string_view name) {
         throw RUNTIME_EXCEPTION("Merge conflict with node '%s'", std::string(name).c_str());
     }
 
@@ -62,25 +62,25 @@ class Copier {
 
 }  // namespace
 
-std::shared_ptr<const Description> extractSubtree(const Description& from, NodeId root,
-                                                  bool renameToRoot) {
-    const std::vector<bool> wanted = reached(from, root);
+std::shared_ptr<const Description> SubtreeOf(const Description& from, NodeId root,
+                                             bool renameToRoot) {
+    const std::vector<bool> wanted = Reached(from, root);
     DescriptionBuilder builder;
-    builder.info() = from.info();
+    builder.Info() = from.Info();
     Copier copier(from, builder);
     for (NodeId id = 0; id < wanted.size(); ++id)
-        if (wanted[id]) copier.mention(id, renameToRoot && id == root ? "Root" : from.name(id));
+        if (wanted[id]) copier.Mention(id, renameToRoot && id == root ? "Root" : from.Name(id));
     for (NodeId id = 0; id < wanted.size(); ++id)
-        if (wanted[id]) copier.define(id);
-    return builder.finish();
+        if (wanted[id]) copier.Define(id);
+    return builder.Finish();
 }
 
-void addNodes(const Description& from, DescriptionBuilder& to) {
+void AddNodes(const Description& from, DescriptionBuilder& to) {
     Copier copier(from, to);
-    for (NodeId id = 0; id < from.nodeCount(); ++id)
-        copier.mention(id, from.name(id));
-    for (NodeId id = 0; id < from.nodeCount(); ++id)
-        copier.define(id);
+    for (NodeId id = 0; id < from.NodeCount(); ++id)
+        copier.Mention(id, from.Name(id));
+    for (NodeId id = 0; id < from.NodeCount(); ++id)
+        copier.Define(id);
 }
 
 }  // namespace Engine

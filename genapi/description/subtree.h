@@ -10,11 +10,11 @@ namespace Engine {
 
 // A description of one node and everything that it refers to, directly or not. The node may be
 // renamed to "Root". RuntimeException when the new name is taken.
-std::shared_ptr<const Description> extractSubtree(const Description& from, NodeId root,
-                                                  bool renameToRoot);
+std::shared_ptr<const Description> SubtreeOf(const Description& from, NodeId root,
+                                             bool renameToRoot);
 
 // Adds all nodes. RuntimeException for one that exists already.
-void addNodes(const Description& from, DescriptionBuilder& to);
+void AddNodes(const Description& from, DescriptionBuilder& to);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

@@ -9,35 +9,35 @@ namespace Engine {
 namespace {
 
 // Odd, with as many ones as zeros in no regular order.
-constexpr std::uint64_t kSpread = 0x9E3779B97F4A7C15;
+constexpr uint64_t kSpread = 0x9E3779B97F4A7C15;
 
 struct Keys {
-    std::uint64_t first, second;
+    uint64_t first, second;
 };
 
-Keys randomKeys() {
+Keys RandomKeys() {
     std::random_device random;
-    const auto word = [&] { return (std::uint64_t{random()} << 32) ^ random(); };
+    const auto word = [&] { return (uint64_t{random()} << 32) ^ random(); };
     return {word(), word()};
 }
 
 // Both halves of the product, folded into one.
-std::uint64_t mix(std::uint64_t a, std::uint64_t b) {
+uint64_t Mix(uint64_t a, uint64_t b) {
 #ifdef __SIZEOF_INT128__
     __extension__ using Wide = unsigned __int128;
     const Wide product = static_cast<Wide>(a) * b;
-    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+    return static_cast<uint64_t>(product) ^ static_cast<uint64_t>(product >> 64);
 #else
-    const std::uint64_t aLow = a & 0xFFFFFFFF, aHigh = a >> 32;
-    const std::uint64_t bLow = b & 0xFFFFFFFF, bHigh = b >> 32;
-    const std::uint64_t middle = aHigh * bLow + ((aLow * bLow) >> 32);
-    const std::uint64_t carried = aLow * bHigh + (middle & 0xFFFFFFFF);
+    const uint64_t aLow = a & 0xFFFFFFFF, aHigh = a >> 32;
+    const uint64_t bLow = b & 0xFFFFFFFF, bHigh = b >> 32;
+    const uint64_t middle = aHigh * bLow + ((aLow * bLow) >> 32);
+    const uint64_t carried = aLow * bHigh + (middle & 0xFFFFFFFF);
     return (a * b) ^ (aHigh * bHigh + (middle >> 32) + (carried >> 32));
 #endif
 }
 
 template <typename Word>
-std::uint64_t load(const char* from) {
+uint64_t Load(const char* from) {
     Word word;
     std::memcpy(&word, from, sizeof word);
     return word;
@@ -45,26 +45,26 @@ std::uint64_t load(const char* from) {
 
 }  // namespace
 
-std::uint64_t hashOf(std::string_view text, std::uint64_t seed) {
-    static const Keys keys = randomKeys();
+uint64_t HashOf(std::string_view text, uint64_t seed) {
+    static const Keys keys = RandomKeys();
     const char* at = text.data();
-    std::size_t left = text.size();
-    std::uint64_t hash = keys.first ^ (seed * kSpread) ^ left;
+    size_t left = text.size();
+    uint64_t hash = keys.first ^ (seed * kSpread) ^ left;
     for (; left > 16; at += 16, left -= 16)
-        hash = mix(load<std::uint64_t>(at) ^ keys.second, load<std::uint64_t>(at + 8) ^ hash);
-    std::uint64_t low = 0, high = 0;
+        hash = Mix(Load<uint64_t>(at) ^ keys.second, Load<uint64_t>(at + 8) ^ hash);
+    uint64_t low = 0, high = 0;
     if (left >= 8) {  // the two words overlap unless there are 16 bytes
-        low = load<std::uint64_t>(at);
-        high = load<std::uint64_t>(at + left - 8);
+        low = Load<uint64_t>(at);
+        high = Load<uint64_t>(at + left - 8);
     } else if (left >= 4) {
-        low = load<std::uint32_t>(at);
-        high = load<std::uint32_t>(at + left - 4);
+        low = Load<uint32_t>(at);
+        high = Load<uint32_t>(at + left - 4);
     } else if (left > 0) {
-        low = load<std::uint8_t>(at) | load<std::uint8_t>(at + left / 2) << 8 |
-              load<std::uint8_t>(at + left - 1) << 16;
+        low = Load<uint8_t>(at) | Load<uint8_t>(at + left / 2) << 8 |
+              Load<uint8_t>(at + left - 1) << 16;
     }
-    hash = mix(low ^ keys.second, high ^ hash);
-    return mix(hash ^ kSpread, keys.first | 1);
+    hash = Mix(low ^ keys.second, high ^ hash);
+    return Mix(hash ^ kSpread, keys.first | 1);
 }
 
 }  // namespace Engine

@@ -11,7 +11,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 // Independent hashes of one text come from different seeds.
-std::uint64_t hashOf(std::string_view text, std::uint64_t seed = 0);
+uint64_t HashOf(std::string_view text, uint64_t seed = 0);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

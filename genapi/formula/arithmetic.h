@@ -11,36 +11,36 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-[[noreturn]] inline void throwInfinity() {
+[[noreturn]] inline void ThrowInfinity() {
     throw FormulaError("#Infinity somewhere!");
 }
 
-inline std::uint64_t bits(std::int64_t value) {
-    return static_cast<std::uint64_t>(value);
+inline uint64_t Bits(int64_t value) {
+    return static_cast<uint64_t>(value);
 }
 
 // Integers wrap around.
 class IntegerArithmetic {
   public:
-    using Number = std::int64_t;
+    using Number = int64_t;
 
-    static Number negate(Number a) { return static_cast<Number>(0 - bits(a)); }
-    static Number add(Number a, Number b) { return static_cast<Number>(bits(a) + bits(b)); }
-    static Number subtract(Number a, Number b) { return static_cast<Number>(bits(a) - bits(b)); }
-    static Number multiply(Number a, Number b) { return static_cast<Number>(bits(a) * bits(b)); }
+    static Number Negate(Number a) { return static_cast<Number>(0 - Bits(a)); }
+    static Number Add(Number a, Number b) { return static_cast<Number>(Bits(a) + Bits(b)); }
+    static Number Subtract(Number a, Number b) { return static_cast<Number>(Bits(a) - Bits(b)); }
+    static Number Multiply(Number a, Number b) { return static_cast<Number>(Bits(a) * Bits(b)); }
 
     // The most negative number by -1 does not fit: the processor would trap.
-    static Number divide(Number a, Number b) {
-        if (b == 0) throwInfinity();
-        return b == -1 ? negate(a) : a / b;
+    static Number Divide(Number a, Number b) {
+        if (b == 0) ThrowInfinity();
+        return b == -1 ? Negate(a) : a / b;
     }
-    static Number modulo(Number a, Number b) {
-        if (b == 0) throwInfinity();
+    static Number Modulo(Number a, Number b) {
+        if (b == 0) ThrowInfinity();
         return b == -1 ? 0 : a % b;
     }
     // Exact, or the most negative number where it does not fit; that also stands for 0 ** -1.
-    static Number power(Number base, Number exponent) {
-        if (exponent < 0) return inversePower(base, exponent);
+    static Number Power(Number base, Number exponent) {
+        if (exponent < 0) return InversePower(base, exponent);
         Number result = 1;
         while (exponent > 0) {
             if (exponent & 1 && __builtin_mul_overflow(result, base, &result)) return kNoPower;
@@ -49,17 +49,17 @@ class IntegerArithmetic {
         }
         return result;
     }
-    static Number shift(FormulaOp op, Number a, Number b) {
-        const std::uint64_t count = bits(b) & 63;
-        return op == FormulaOp::ShiftLeft ? static_cast<Number>(bits(a) << count) : a >> count;
+    static Number Shift(FormulaOp op, Number a, Number b) {
+        const uint64_t count = Bits(b) & 63;
+        return op == FormulaOp::ShiftLeft ? static_cast<Number>(Bits(a) << count) : a >> count;
     }
-    static std::int64_t integer(Number a) { return a; }
+    static int64_t ToInteger(Number a) { return a; }
 
   private:
     static constexpr Number kNoPower = std::numeric_limits<Number>::min();
 
     // Only 1 and -1 have an inverse that is not rounded to 0.
-    static Number inversePower(Number base, Number exponent) {
+    static Number InversePower(Number base, Number exponent) {
         if (base == 0) return kNoPower;
         if (base != 1 && base != -1) return 0;
         return exponent % 2 == 0 ? 1 : base;
@@ -70,34 +70,34 @@ class FloatArithmetic {
   public:
     using Number = double;
 
-    static Number negate(Number a) { return -a; }
-    static Number add(Number a, Number b) { return a + b; }
-    static Number subtract(Number a, Number b) { return a - b; }
-    static Number multiply(Number a, Number b) { return a * b; }
-    static Number divide(Number a, Number b) {
-        if (b == 0) throwInfinity();
+    static Number Negate(Number a) { return -a; }
+    static Number Add(Number a, Number b) { return a + b; }
+    static Number Subtract(Number a, Number b) { return a - b; }
+    static Number Multiply(Number a, Number b) { return a * b; }
+    static Number Divide(Number a, Number b) {
+        if (b == 0) ThrowInfinity();
         return a / b;
     }
-    static Number modulo(Number a, Number b) {
-        if (b == 0) throwInfinity();
+    static Number Modulo(Number a, Number b) {
+        if (b == 0) ThrowInfinity();
         return std::fmod(a, b);
     }
-    static Number power(Number base, Number exponent) { return std::pow(base, exponent); }
+    static Number Power(Number base, Number exponent) { return std::pow(base, exponent); }
 
     // Operators on bits take a number without its fraction.
-    static std::int64_t integer(Number a) { return truncated<std::int64_t>(a); }
+    static int64_t ToInteger(Number a) { return Truncated<int64_t>(a); }
 
     // 32 bits wide whatever the machine: cameras extend the sign of 16-bit numbers by
     // (V << 16) >> 16.
-    static Number shift(FormulaOp op, Number a, Number b) {
-        const std::int32_t value = truncated<std::int32_t>(a);
-        const std::uint32_t count = static_cast<std::uint32_t>(truncated<std::int32_t>(b)) & 31;
+    static Number Shift(FormulaOp op, Number a, Number b) {
+        const int32_t value = Truncated<int32_t>(a);
+        const uint32_t count = static_cast<uint32_t>(Truncated<int32_t>(b)) & 31;
         return op == FormulaOp::ShiftLeft
-                   ? static_cast<std::int32_t>(static_cast<std::uint32_t>(value) << count)
+                   ? static_cast<int32_t>(static_cast<uint32_t>(value) << count)
                    : value >> count;
     }
 
-    static Number function(FormulaOp op, Number a) {
+    static Number Function(FormulaOp op, Number a) {
         switch (op) {
             case FormulaOp::Abs:
                 return std::fabs(a);
@@ -134,7 +134,7 @@ class FloatArithmetic {
 
     // Half away from zero. Negative digits divide by a power of ten, which is exact where its
     // inverse is not.
-    static Number roundDigits(Number a, Number digits) {
+    static Number RoundDigits(Number a, Number digits) {
         const double scale = std::pow(10.0, std::fabs(std::trunc(digits)));
         if (digits < 0) {
             const double rounded = std::round(a / scale);
@@ -146,7 +146,7 @@ class FloatArithmetic {
 
   private:
     template <typename Integer>
-    static Integer truncated(Number a) {
+    static Integer Truncated(Number a) {
         constexpr Number kLimit = -static_cast<Number>(std::numeric_limits<Integer>::min());
         const Number whole = std::trunc(a);
         if (!(whole >= -kLimit && whole < kLimit))
@@ -158,7 +158,7 @@ class FloatArithmetic {
 template <typename Number>
 struct ArithmeticOf;
 template <>
-struct ArithmeticOf<std::int64_t> {
+struct ArithmeticOf<int64_t> {
     using Type = IntegerArithmetic;
 };
 template <>
@@ -167,7 +167,7 @@ struct ArithmeticOf<double> {
 };
 
 // The operators on bits but for the shifts.
-inline std::int64_t applyToBits(FormulaOp op, std::int64_t a, std::int64_t b) {
+inline int64_t ApplyToBits(FormulaOp op, int64_t a, int64_t b) {
     switch (op) {
         case FormulaOp::Complement:
             return ~a;
@@ -182,33 +182,33 @@ inline std::int64_t applyToBits(FormulaOp op, std::int64_t a, std::int64_t b) {
 
 // Any operation but Select. FormulaError when it has no result.
 template <typename Number>
-inline Number apply(FormulaOp op, Number a, Number b) {
+inline Number Apply(FormulaOp op, Number a, Number b) {
     using Arithmetic = typename ArithmeticOf<Number>::Type;
     switch (op) {
         case FormulaOp::Negate:
-            return Arithmetic::negate(a);
+            return Arithmetic::Negate(a);
         case FormulaOp::Add:
-            return Arithmetic::add(a, b);
+            return Arithmetic::Add(a, b);
         case FormulaOp::Subtract:
-            return Arithmetic::subtract(a, b);
+            return Arithmetic::Subtract(a, b);
         case FormulaOp::Multiply:
-            return Arithmetic::multiply(a, b);
+            return Arithmetic::Multiply(a, b);
         case FormulaOp::Divide:
-            return Arithmetic::divide(a, b);
+            return Arithmetic::Divide(a, b);
         case FormulaOp::Modulo:
-            return Arithmetic::modulo(a, b);
+            return Arithmetic::Modulo(a, b);
         case FormulaOp::Power:
-            return Arithmetic::power(a, b);
+            return Arithmetic::Power(a, b);
         case FormulaOp::Complement:
-            return static_cast<Number>(applyToBits(op, Arithmetic::integer(a), 0));
+            return static_cast<Number>(ApplyToBits(op, Arithmetic::ToInteger(a), 0));
         case FormulaOp::And:
         case FormulaOp::Xor:
         case FormulaOp::Or:
             return static_cast<Number>(
-                applyToBits(op, Arithmetic::integer(a), Arithmetic::integer(b)));
+                ApplyToBits(op, Arithmetic::ToInteger(a), Arithmetic::ToInteger(b)));
         case FormulaOp::ShiftLeft:
         case FormulaOp::ShiftRight:
-            return Arithmetic::shift(op, a, b);
+            return Arithmetic::Shift(op, a, b);
         case FormulaOp::Less:
             return a < b;
         case FormulaOp::LessEqual:
@@ -231,8 +231,8 @@ inline Number apply(FormulaOp op, Number a, Number b) {
             break;
     }
     if constexpr (std::is_floating_point_v<Number>)
-        return op == FormulaOp::RoundDigits ? FloatArithmetic::roundDigits(a, b)
-                                            : FloatArithmetic::function(op, a);
+        return op == FormulaOp::RoundDigits ? FloatArithmetic::RoundDigits(a, b)
+                                            : FloatArithmetic::Function(op, a);
     else
         throw FormulaError("#Internal error!");
 }

@@ -28,8 +28,8 @@ class FormulaError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 
     // The expression that the fault lies in, by its number; none where it is the formula itself.
-    static constexpr std::uint32_t kFormulaItself = 0xFFFFFFFF;
-    std::uint32_t expression = kFormulaItself;
+    static constexpr uint32_t kFormulaItself = 0xFFFFFFFF;
+    uint32_t expression = kFormulaItself;
 };
 
 // The names that a formula may use. Variables are given to evaluate in this order; an expression
@@ -45,7 +45,7 @@ struct FormulaSymbols {
     bool upperCase = false;
 };
 
-// Immutable; evaluate is thread-safe and allocates nothing. The number is std::int64_t or double.
+// Immutable; evaluate is thread-safe and allocates nothing. The number is int64_t or double.
 template <typename Number>
 class Formula {
   public:
@@ -53,16 +53,16 @@ class Formula {
     Formula(std::string_view text, const FormulaSymbols& symbols);
 
     // FormulaError when a step has no result.
-    Number evaluate(const Number* variables) const;
+    Number Evaluate(const Number* variables) const;
 
     // What evaluate has to do.
-    std::size_t operationCount() const { return program_.operations.size(); }
+    size_t OperationCount() const { return program_.operations.size(); }
 
   private:
     FormulaProgram<Number> program_;
 };
 
-extern template class Formula<std::int64_t>;
+extern template class Formula<int64_t>;
 extern template class Formula<double>;
 
 }  // namespace Engine

@@ -7,30 +7,30 @@ namespace Engine {
 
 namespace {
 
-bool isDigit(char c) {
+bool IsDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-bool isHexDigit(char c) {
-    return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+bool IsHexDigit(char c) {
+    return IsDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-bool isNameStart(char c) {
+bool IsNameStart(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
 }
 
-bool isBlank(char c) {
+bool IsBlank(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
 }
 
 template <typename Predicate>
-std::size_t span(std::string_view text, std::size_t from, Predicate predicate) {
+size_t Span(std::string_view text, size_t from, Predicate predicate) {
     while (from < text.size() && predicate(text[from]))
         ++from;
     return from;
 }
 
-std::size_t symbolLength(std::string_view text) {
+size_t SymbolLength(std::string_view text) {
     for (const std::string_view two : {"**", "<<", ">>", "<=", ">=", "<>", "&&", "||"})
         if (text.substr(0, 2) == two) return 2;
     return std::string_view("+-~*/%&^|<>=?:(),").find(text[0]) == std::string_view::npos ? 0 : 1;
@@ -38,49 +38,49 @@ std::size_t symbolLength(std::string_view text) {
 
 }  // namespace
 
-bool isHexNumber(std::string_view text, bool fractions) {
+bool IsHexNumber(std::string_view text, bool fractions) {
     return text.size() > 2 && text[0] == '0' && (text[1] == 'x' || (fractions && text[1] == 'X')) &&
-           isHexDigit(text[2]);
+           IsHexDigit(text[2]);
 }
 
-std::size_t Lexer::numberLength() const {
-    if (isHexNumber(rest_, fractions_)) return span(rest_, 2, isHexDigit);
-    std::size_t end = span(rest_, 0, isDigit);
+size_t Lexer::NumberLength() const {
+    if (IsHexNumber(rest_, fractions_)) return Span(rest_, 2, IsHexDigit);
+    size_t end = Span(rest_, 0, IsDigit);
     if (!fractions_) return end;
-    if (end < rest_.size() && rest_[end] == '.') end = span(rest_, end + 1, isDigit);
+    if (end < rest_.size() && rest_[end] == '.') end = Span(rest_, end + 1, IsDigit);
     if (end < rest_.size() && (rest_[end] == 'e' || rest_[end] == 'E')) {
-        std::size_t exponent = end + 1;
+        size_t exponent = end + 1;
         if (exponent < rest_.size() && (rest_[exponent] == '+' || rest_[exponent] == '-'))
             ++exponent;
-        if (exponent < rest_.size() && isDigit(rest_[exponent]))
-            end = span(rest_, exponent, isDigit);
+        if (exponent < rest_.size() && IsDigit(rest_[exponent]))
+            end = Span(rest_, exponent, IsDigit);
     }
     return end;
 }
 
-void Lexer::next() {
-    rest_.remove_prefix(span(rest_, 0, isBlank));
+void Lexer::Next() {
+    rest_.remove_prefix(Span(rest_, 0, IsBlank));
     token_ = {};
     if (rest_.empty()) return;
-    std::size_t length = 0;
-    if (isDigit(rest_[0])) {
+    size_t length = 0;
+    if (IsDigit(rest_[0])) {
         token_.kind = TokenKind::Number;
-        length = numberLength();
-    } else if (isNameStart(rest_[0])) {
+        length = NumberLength();
+    } else if (IsNameStart(rest_[0])) {
         token_.kind = TokenKind::Name;
-        length = span(rest_, 0, [](char c) { return isNameStart(c) || isDigit(c) || c == '.'; });
+        length = Span(rest_, 0, [](char c) { return IsNameStart(c) || IsDigit(c) || c == '.'; });
     } else {
         token_.kind = TokenKind::Symbol;
-        length = symbolLength(rest_);
+        length = SymbolLength(rest_);
         if (length == 0) throw FormulaError("#Syntax error!");
     }
     token_.text = rest_.substr(0, length);
     rest_.remove_prefix(length);
 }
 
-bool Lexer::take(std::string_view symbol) {
-    if (!is(symbol)) return false;
-    next();
+bool Lexer::Take(std::string_view symbol) {
+    if (!Is(symbol)) return false;
+    Next();
     return true;
 }
 

@@ -9,7 +9,7 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-enum class TokenKind : std::uint8_t { End, Number, Name, Symbol };
+enum class TokenKind : uint8_t { End, Number, Name, Symbol };
 
 struct Token {
     TokenKind kind = TokenKind::End;
@@ -20,25 +20,25 @@ struct Token {
 class Lexer {
   public:
     // Numbers with fraction and exponent, or integers only.
-    Lexer(std::string_view text, bool fractions) : rest_(text), fractions_(fractions) { next(); }
+    Lexer(std::string_view text, bool fractions) : rest_(text), fractions_(fractions) { Next(); }
 
-    const Token& token() const { return token_; }
-    bool is(std::string_view symbol) const {
+    const Token& Current() const { return token_; }
+    bool Is(std::string_view symbol) const {
         return token_.kind == TokenKind::Symbol && token_.text == symbol;
     }
-    void next();
+    void Next();
     // Takes the symbol if it is the next token.
-    bool take(std::string_view symbol);
+    bool Take(std::string_view symbol);
 
   private:
-    std::size_t numberLength() const;
+    size_t NumberLength() const;
 
     std::string_view rest_;
     bool fractions_;
     Token token_;
 };
 
-bool isHexNumber(std::string_view text, bool fractions);
+bool IsHexNumber(std::string_view text, bool fractions);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

@@ -9,14 +9,14 @@ namespace Engine {
 FormulaNames::FormulaNames(const FormulaSymbols& symbols) {
     symbols_.reserve(symbols.variables.size() + symbols.constants.size() +
                      symbols.expressions.size());
-    const auto add = [this](SymbolKind kind, std::size_t index, std::string_view name) {
-        symbols_.push_back({name, kind, static_cast<std::uint32_t>(index)});
+    const auto add = [this](SymbolKind kind, size_t index, std::string_view name) {
+        symbols_.push_back({name, kind, static_cast<uint32_t>(index)});
     };
-    for (std::size_t i = 0; i < symbols.variables.size(); ++i)
+    for (size_t i = 0; i < symbols.variables.size(); ++i)
         add(SymbolKind::Variable, i, symbols.variables[i]);
-    for (std::size_t i = 0; i < symbols.constants.size(); ++i)
+    for (size_t i = 0; i < symbols.constants.size(); ++i)
         add(SymbolKind::Constant, i, symbols.constants[i].first);
-    for (std::size_t i = 0; i < symbols.expressions.size(); ++i)
+    for (size_t i = 0; i < symbols.expressions.size(); ++i)
         add(SymbolKind::Expression, i, symbols.expressions[i].first);
     std::sort(symbols_.begin(), symbols_.end(), [](const auto& a, const auto& b) {
         return std::tie(a.name, a.kind, a.index) < std::tie(b.name, b.kind, b.index);
@@ -24,7 +24,7 @@ FormulaNames::FormulaNames(const FormulaSymbols& symbols) {
 }
 
 // The first of a name has the smallest index of the kind that hides the others.
-const FormulaSymbol* FormulaNames::find(std::string_view name, std::uint32_t expressions) const {
+const FormulaSymbol* FormulaNames::Find(std::string_view name, uint32_t expressions) const {
     const auto found = std::lower_bound(
         symbols_.begin(), symbols_.end(), name,
         [](const FormulaSymbol& symbol, std::string_view wanted) { return symbol.name < wanted; });

@@ -10,12 +10,12 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-enum class SymbolKind : std::uint8_t { Variable, Constant, Expression };
+enum class SymbolKind : uint8_t { Variable, Constant, Expression };
 
 struct FormulaSymbol {
     std::string_view name;
     SymbolKind kind;
-    std::uint32_t index;  // in its list
+    uint32_t index;  // in its list
 };
 
 // Sorted, so that a long formula over many names does not cost their product. Refers to the texts
@@ -25,7 +25,7 @@ class FormulaNames {
     explicit FormulaNames(const FormulaSymbols& symbols);
 
     // Null when there is none. Expressions from the given one on are not seen.
-    const FormulaSymbol* find(std::string_view name, std::uint32_t expressions) const;
+    const FormulaSymbol* Find(std::string_view name, uint32_t expressions) const;
 
   private:
     std::vector<FormulaSymbol> symbols_;

@@ -13,20 +13,20 @@ namespace Engine {
 
 namespace {
 
-[[noreturn]] void throwSyntax() {
+[[noreturn]] void ThrowSyntax() {
     throw FormulaError("#Syntax error!");
 }
 
-[[noreturn]] void throwInvalidFormula() {
+[[noreturn]] void ThrowInvalidFormula() {
     throw FormulaError("#Invalid formula");
 }
 
-[[noreturn]] void throwUnknown(const std::string& name) {
+[[noreturn]] void ThrowUnknown(const std::string& name) {
     throw FormulaError("# " + name + " - Unknown function/variable!");
 }
 
-void checkBrackets(std::string_view text) {
-    std::ptrdiff_t open = 0;
+void CheckBrackets(std::string_view text) {
+    ptrdiff_t open = 0;
     for (const char c : text) {
         open += c == '(' ? 1 : c == ')' ? -1 : 0;
         if (open < 0) break;
@@ -35,19 +35,19 @@ void checkBrackets(std::string_view text) {
 }
 
 // Too large numbers become the largest.
-void readNumber(std::string_view digits, bool hex, bool negative, std::int64_t& number) {
-    constexpr std::uint64_t kMax = std::numeric_limits<std::int64_t>::max();
-    std::uint64_t magnitude = 0;
+void ReadNumber(std::string_view digits, bool hex, bool negative, int64_t& number) {
+    constexpr uint64_t kMax = std::numeric_limits<int64_t>::max();
+    uint64_t magnitude = 0;
     const auto result =
         std::from_chars(digits.data(), digits.data() + digits.size(), magnitude, hex ? 16 : 10);
     if (result.ec != std::errc() || magnitude > kMax) magnitude = kMax + negative;
-    number = static_cast<std::int64_t>(negative ? 0 - magnitude : magnitude);
+    number = static_cast<int64_t>(negative ? 0 - magnitude : magnitude);
 }
 
-void readNumber(std::string_view digits, bool hex, bool negative, double& number) {
+void ReadNumber(std::string_view digits, bool hex, bool negative, double& number) {
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number,
                                         hex ? std::chars_format::hex : std::chars_format::general);
-    if (result.ec != std::errc()) throwInvalidFormula();
+    if (result.ec != std::errc()) ThrowInvalidFormula();
     if (negative) number = -number;
 }
 
@@ -57,15 +57,15 @@ void readNumber(std::string_view digits, bool hex, bool negative, double& number
 template <typename Number>
 class FormulaParser<Number>::Nesting {
   public:
-    explicit Nesting(std::size_t& depth) : depth_(depth) {
-        if (++depth_ > kMaxFormulaNesting) throwInvalidFormula();
+    explicit Nesting(size_t& depth) : depth_(depth) {
+        if (++depth_ > kMaxFormulaNesting) ThrowInvalidFormula();
     }
     ~Nesting() { --depth_; }
     Nesting(const Nesting&) = delete;
     Nesting& operator=(const Nesting&) = delete;
 
   private:
-    std::size_t& depth_;
+    size_t& depth_;
 };
 
 template <typename Number>
@@ -74,149 +74,149 @@ FormulaParser<Number>::FormulaParser(const FormulaSymbols& symbols)
       names_(symbols),
       lexer_({}, kFractions),
       expressions_(symbols.expressions.size()),
-      usableExpressions_(static_cast<std::uint32_t>(symbols.expressions.size())) {}
+      usableExpressions_(static_cast<uint32_t>(symbols.expressions.size())) {}
 
 template <typename Number>
-FormulaProgram<Number> FormulaParser<Number>::parse(std::string_view text) {
-    whole(text);
-    program_.result = place(values_.back());
+FormulaProgram<Number> FormulaParser<Number>::Parse(std::string_view text) {
+    Whole(text);
+    program_.result = Place(values_.back());
     return std::move(program_);
 }
 
 // A text that is one formula, from its beginning to its end.
 template <typename Number>
-void FormulaParser<Number>::whole(std::string_view text) {
-    checkBrackets(text);
+void FormulaParser<Number>::Whole(std::string_view text) {
+    CheckBrackets(text);
     const Lexer outer = std::exchange(lexer_, Lexer(text, kFractions));
-    if (lexer_.token().kind == TokenKind::End) throwInvalidFormula();
-    selection();
-    if (lexer_.token().kind != TokenKind::End) throwSyntax();
+    if (lexer_.Current().kind == TokenKind::End) ThrowInvalidFormula();
+    Selection();
+    if (lexer_.Current().kind != TokenKind::End) ThrowSyntax();
     lexer_ = outer;
 }
 
 // A chain "a ? b : c ? d : e" is a loop: its length must not be limited by the nesting.
 template <typename Number>
-void FormulaParser<Number>::selection() {
-    std::size_t links = 0;
-    binary(0);
-    while (lexer_.take("?")) {
-        binary(0);
-        if (!lexer_.take(":")) throwSyntax();
-        binary(0);
+void FormulaParser<Number>::Selection() {
+    size_t links = 0;
+    Binary(0);
+    while (lexer_.Take("?")) {
+        Binary(0);
+        if (!lexer_.Take(":")) ThrowSyntax();
+        Binary(0);
         ++links;
     }
     while (links-- > 0)
-        emit(FormulaOp::Select);
+        Emit(FormulaOp::Select);
 }
 
 template <typename Number>
-void FormulaParser<Number>::binary(unsigned level, bool afterSign) {
-    prefixed(afterSign);
-    while (const BinaryOperator* found = findOperator(lexer_.token().text)) {
+void FormulaParser<Number>::Binary(unsigned level, bool afterSign) {
+    Prefixed(afterSign);
+    while (const BinaryOperator* found = FindOperator(lexer_.Current().text)) {
         if (found->level < level) return;
-        lexer_.next();
+        lexer_.Next();
         const bool isSign = found->op == FormulaOp::Add || found->op == FormulaOp::Subtract;
-        binary(found->level + 1, isSign);
-        emit(found->op);
+        Binary(found->level + 1, isSign);
+        Emit(found->op);
     }
 }
 
 // One sign must not follow another, be it between operands or in front of one.
 template <typename Number>
-void FormulaParser<Number>::prefixed(bool afterSign) {
-    const bool minus = lexer_.is("-");
-    const bool sign = minus || lexer_.is("+");
-    if (!sign && !lexer_.is("~")) return operand();
-    if (sign && afterSign) throwSyntax();
+void FormulaParser<Number>::Prefixed(bool afterSign) {
+    const bool minus = lexer_.Is("-");
+    const bool sign = minus || lexer_.Is("+");
+    if (!sign && !lexer_.Is("~")) return Operand();
+    if (sign && afterSign) ThrowSyntax();
     const Nesting nesting(nesting_);
-    lexer_.next();
-    prefixed(sign);
-    if (minus) emit(FormulaOp::Negate);
-    if (!sign) emit(FormulaOp::Complement);
+    lexer_.Next();
+    Prefixed(sign);
+    if (minus) Emit(FormulaOp::Negate);
+    if (!sign) Emit(FormulaOp::Complement);
 }
 
 template <typename Number>
-void FormulaParser<Number>::operand() {
-    const Token token = lexer_.token();
-    if (token.kind == TokenKind::Name) return name();
+void FormulaParser<Number>::Operand() {
+    const Token token = lexer_.Current();
+    if (token.kind == TokenKind::Name) return Name();
     if (token.kind == TokenKind::End) {
         // An operator without an operand: known to be wrong only when it is computed.
         program_.failure = "#Extra operation!";
         return values_.push_back({FormulaArea::Constant, 0, {}});
     }
     if (token.kind == TokenKind::Number) {
-        lexer_.next();
-        return number(token.text);
+        lexer_.Next();
+        return Literal(token.text);
     }
-    if (!lexer_.take("(")) throwSyntax();
+    if (!lexer_.Take("(")) ThrowSyntax();
     const Nesting nesting(nesting_);
-    selection();
-    if (!lexer_.take(")")) throwSyntax();
+    Selection();
+    if (!lexer_.Take(")")) ThrowSyntax();
 }
 
 template <typename Number>
-void FormulaParser<Number>::number(std::string_view text, bool negative) {
-    const bool hex = isHexNumber(text, kFractions);
+void FormulaParser<Number>::Literal(std::string_view text, bool negative) {
+    const bool hex = IsHexNumber(text, kFractions);
     if (hex) text.remove_prefix(2);
     Number value{};
-    readNumber(text, hex, negative, value);
+    ReadNumber(text, hex, negative, value);
     values_.push_back({FormulaArea::Constant, 0, value});
 }
 
 template <typename Number>
-void FormulaParser<Number>::name() {
-    const std::string_view text = lexer_.token().text;
-    lexer_.next();
+void FormulaParser<Number>::Name() {
+    const std::string_view text = lexer_.Current().text;
+    lexer_.Next();
     // The name of a function without brackets is none of it.
-    const bool isFunction = lexer_.is("(") && findFunction(text, kFractions);
-    const bool isKnown = kFractions && findMathConstant(text);
-    const FormulaSymbol* const symbol = isFunction || isKnown ? nullptr : find(text);
+    const bool isFunction = lexer_.Is("(") && FindFunction(text, kFractions);
+    const bool isKnown = kFractions && FindMathConstant(text);
+    const FormulaSymbol* const symbol = isFunction || isKnown ? nullptr : Find(text);
     if (symbol) {
         switch (symbol->kind) {
             case SymbolKind::Variable:
                 return values_.push_back({FormulaArea::Variable, symbol->index, {}});
             case SymbolKind::Constant:
-                return constant(symbols_.constants[symbol->index].second);
+                return Constant(symbols_.constants[symbol->index].second);
             case SymbolKind::Expression:
-                return expression(symbol->index);
+                return Expression(symbol->index);
         }
     }
-    call(text);
+    Call(text);
 }
 
 template <typename Number>
-const FormulaSymbol* FormulaParser<Number>::find(std::string_view name) const {
+const FormulaSymbol* FormulaParser<Number>::Find(std::string_view name) const {
     const FormulaSymbol* found = nullptr;
-    if (symbols_.upperCase) found = names_.find(upperCase(name), usableExpressions_);
-    return found ? found : names_.find(name, usableExpressions_);
+    if (symbols_.upperCase) found = names_.Find(UpperCase(name), usableExpressions_);
+    return found ? found : names_.Find(name, usableExpressions_);
 }
 
 // A number with its sign, and nothing else.
 template <typename Number>
-void FormulaParser<Number>::constant(std::string_view text) {
+void FormulaParser<Number>::Constant(std::string_view text) {
     Lexer lexer(text, kFractions);
-    const bool negative = lexer.take("-");
-    if (!negative) lexer.take("+");
-    const Token token = lexer.token();
-    if (token.kind != TokenKind::Number) throwSyntax();
-    lexer.next();
-    if (lexer.token().kind != TokenKind::End) throwSyntax();
-    number(token.text, negative);
+    const bool negative = lexer.Take("-");
+    if (!negative) lexer.Take("+");
+    const Token token = lexer.Current();
+    if (token.kind != TokenKind::Number) ThrowSyntax();
+    lexer.Next();
+    if (lexer.Current().kind != TokenKind::End) ThrowSyntax();
+    Literal(token.text, negative);
 }
 
 template <typename Number>
-void FormulaParser<Number>::expression(std::uint32_t index) {
+void FormulaParser<Number>::Expression(uint32_t index) {
     if (!expressions_[index]) {
         const Nesting nesting(nesting_);
-        const std::uint32_t usable = std::exchange(usableExpressions_, index);
+        const uint32_t usable = std::exchange(usableExpressions_, index);
         try {
-            whole(symbols_.expressions[index].second);
+            Whole(symbols_.expressions[index].second);
         } catch (FormulaError& error) {
             if (error.expression == FormulaError::kFormulaItself) error.expression = index;
             throw;
         }
         usableExpressions_ = usable;
-        expressions_[index] = keep(values_.back());
+        expressions_[index] = Keep(values_.back());
         values_.pop_back();
     }
     values_.push_back(*expressions_[index]);
@@ -224,39 +224,39 @@ void FormulaParser<Number>::expression(std::uint32_t index) {
 
 // A function, or a constant that may be written like one.
 template <typename Number>
-void FormulaParser<Number>::call(std::string_view name) {
-    const bool brackets = lexer_.take("(");
+void FormulaParser<Number>::Call(std::string_view name) {
+    const bool brackets = lexer_.Take("(");
     if constexpr (kFractions) {
-        if (const double* known = findMathConstant(name)) {
-            if (brackets && !lexer_.take(")")) throwSyntax();
+        if (const double* known = FindMathConstant(name)) {
+            if (brackets && !lexer_.Take(")")) ThrowSyntax();
             return values_.push_back({FormulaArea::Constant, 0, *known});
         }
     }
-    const FormulaFunction* const function = findFunction(name, kFractions);
+    const FormulaFunction* const function = FindFunction(name, kFractions);
     if (!brackets || !function)
-        return throwUnknown(symbols_.upperCase ? upperCase(name) : std::string(name));
+        return ThrowUnknown(symbols_.upperCase ? UpperCase(name) : std::string(name));
     const Nesting nesting(nesting_);
-    selection();
-    const bool digits = function->op == FormulaOp::Round && lexer_.take(",");
-    if (digits) selection();
-    if (!lexer_.take(")")) throwSyntax();
-    emit(digits ? FormulaOp::RoundDigits : function->op);
+    Selection();
+    const bool digits = function->op == FormulaOp::Round && lexer_.Take(",");
+    if (digits) Selection();
+    if (!lexer_.Take(")")) ThrowSyntax();
+    Emit(digits ? FormulaOp::RoundDigits : function->op);
 }
 
 template <typename Number>
-void FormulaParser<Number>::emit(FormulaOp op) {
-    const std::size_t count = operandCount(op);
+void FormulaParser<Number>::Emit(FormulaOp op) {
+    const size_t count = OperandCount(op);
     const Value* const operands = values_.data() + values_.size() - count;
-    if (fold(op, operands, count)) return;
+    if (Fold(op, operands, count)) return;
     FormulaOperation operation{op, 0, {}};
-    for (std::size_t i = 0; i < 3; ++i) {
-        operation.operands[i] = i < count ? place(operands[i]) : operation.operands[0];
-        if (i < count && isWaiting(operands[i])) --waiting_;
+    for (size_t i = 0; i < 3; ++i) {
+        operation.operands[i] = i < count ? Place(operands[i]) : operation.operands[0];
+        if (i < count && IsWaiting(operands[i])) --waiting_;
     }
     if (waiting_ >= kMaxWaitingValues || program_.operations.size() >= kMaxFormulaOperations)
-        throwInvalidFormula();
-    const std::uint32_t target = kMaxKeptValues + waiting_++;
-    operation.target = static_cast<std::uint16_t>(target);
+        ThrowInvalidFormula();
+    const uint32_t target = kMaxKeptValues + waiting_++;
+    operation.target = static_cast<uint16_t>(target);
     program_.operations.push_back(operation);
     values_.resize(values_.size() - count);
     values_.push_back({FormulaArea::Register, target, {}});
@@ -264,15 +264,15 @@ void FormulaParser<Number>::emit(FormulaOp op) {
 
 // Computes now what depends on no variable. What has no result must say so when evaluated.
 template <typename Number>
-bool FormulaParser<Number>::fold(FormulaOp op, const Value* operands, std::size_t count) {
-    for (std::size_t i = 0; i < count; ++i)
+bool FormulaParser<Number>::Fold(FormulaOp op, const Value* operands, size_t count) {
+    for (size_t i = 0; i < count; ++i)
         if (operands[i].area != FormulaArea::Constant) return false;
     Value result = operands[0];
     if (op == FormulaOp::Select) {
         result = operands[result.number != 0 ? 1 : 2];
     } else {
         try {
-            result.number = apply(op, operands[0].number, operands[count - 1].number);
+            result.number = Apply(op, operands[0].number, operands[count - 1].number);
         } catch (const FormulaError&) {
             return false;
         }
@@ -283,29 +283,29 @@ bool FormulaParser<Number>::fold(FormulaOp op, const Value* operands, std::size_
 }
 
 template <typename Number>
-FormulaOperand FormulaParser<Number>::place(const Value& value) {
+FormulaOperand FormulaParser<Number>::Place(const Value& value) {
     if (value.area != FormulaArea::Constant) return {value.area, value.index};
     program_.constants.push_back(value.number);
-    return {FormulaArea::Constant, static_cast<std::uint32_t>(program_.constants.size() - 1)};
+    return {FormulaArea::Constant, static_cast<uint32_t>(program_.constants.size() - 1)};
 }
 
 template <typename Number>
-bool FormulaParser<Number>::isWaiting(const Value& value) const {
+bool FormulaParser<Number>::IsWaiting(const Value& value) const {
     return value.area == FormulaArea::Register && value.index >= kMaxKeptValues;
 }
 
 // The last operation is the one that computes a waiting value on top of the others.
 template <typename Number>
-typename FormulaParser<Number>::Value FormulaParser<Number>::keep(Value value) {
-    if (!isWaiting(value)) return value;
-    if (kept_ >= kMaxKeptValues) throwInvalidFormula();
+typename FormulaParser<Number>::Value FormulaParser<Number>::Keep(Value value) {
+    if (!IsWaiting(value)) return value;
+    if (kept_ >= kMaxKeptValues) ThrowInvalidFormula();
     value.index = kept_++;
-    program_.operations.back().target = static_cast<std::uint16_t>(value.index);
+    program_.operations.back().target = static_cast<uint16_t>(value.index);
     --waiting_;
     return value;
 }
 
-template class FormulaParser<std::int64_t>;
+template class FormulaParser<int64_t>;
 template class FormulaParser<double>;
 
 }  // namespace Engine

@@ -14,22 +14,22 @@ namespace Engine {
 // is invalid.
 
 // Brackets, signs and expressions inside each other: each costs some frames of the parser.
-constexpr std::size_t kMaxFormulaNesting = 200;
+constexpr size_t kMaxFormulaNesting = 200;
 
 // Values that wait for their operator. A chain of "? :" needs two for each link, and descriptions
 // choose among dozens of values in that way. Registers live on the stack of evaluate: 8 KB of it,
 // of which only those in use are touched.
-constexpr std::uint32_t kMaxWaitingValues = 960;
+constexpr uint32_t kMaxWaitingValues = 960;
 
 // Expressions whose values are kept; those that are no more than a name or number need no place.
-constexpr std::uint32_t kMaxKeptValues = 64;
+constexpr uint32_t kMaxKeptValues = 64;
 
 // The time of one evaluation: below a millisecond, unless in functions like SIN.
-constexpr std::size_t kMaxFormulaOperations = 1 << 16;
+constexpr size_t kMaxFormulaOperations = 1 << 16;
 
-constexpr std::uint32_t kFormulaRegisters = kMaxKeptValues + kMaxWaitingValues;
+constexpr uint32_t kFormulaRegisters = kMaxKeptValues + kMaxWaitingValues;
 
-enum class FormulaOp : std::uint8_t {
+enum class FormulaOp : uint8_t {
     // of one operand
     Negate,
     Complement,
@@ -74,32 +74,32 @@ enum class FormulaOp : std::uint8_t {
     Select,
 };
 
-enum class FormulaArea : std::uint8_t { Constant, Variable, Register };
-constexpr std::size_t kFormulaAreas = 3;
+enum class FormulaArea : uint8_t { Constant, Variable, Register };
+constexpr size_t kFormulaAreas = 3;
 
 // Where an operand is found: a place in one of the areas.
 class FormulaOperand {
   public:
     constexpr FormulaOperand() = default;
-    constexpr FormulaOperand(FormulaArea area, std::uint32_t index)
-        : code_(index << 2 | static_cast<std::uint32_t>(area)) {}
+    constexpr FormulaOperand(FormulaArea area, uint32_t index)
+        : code_(index << 2 | static_cast<uint32_t>(area)) {}
 
-    constexpr std::uint32_t index() const { return code_ >> 2; }
-    constexpr FormulaArea area() const { return static_cast<FormulaArea>(code_ & 3); }
+    constexpr uint32_t Index() const { return code_ >> 2; }
+    constexpr FormulaArea Area() const { return static_cast<FormulaArea>(code_ & 3); }
 
     template <typename Number>
-    Number in(const Number* const (&areas)[kFormulaAreas]) const {
-        return areas[code_ & 3][index()];
+    Number In(const Number* const (&areas)[kFormulaAreas]) const {
+        return areas[code_ & 3][Index()];
     }
 
   private:
-    std::uint32_t code_ = 0;
+    uint32_t code_ = 0;
 };
 
 // Operands that an operation does not have repeat its first one, so that reading them is safe.
 struct FormulaOperation {
     FormulaOp op;
-    std::uint16_t target;  // the register of the result
+    uint16_t target;  // the register of the result
     FormulaOperand operands[3];
 };
 

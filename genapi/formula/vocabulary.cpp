@@ -44,44 +44,44 @@ constexpr FormulaFunction kFunctions[] = {
 constexpr double kPi = 3.14159265358979323846;
 constexpr double kE = 2.71828182845904523536;
 
-char upper(char c) {
+char Upper(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-bool isSame(std::string_view name, std::string_view known) {
+bool IsSame(std::string_view name, std::string_view known) {
     return std::equal(name.begin(), name.end(), known.begin(), known.end(),
-                      [](char a, char b) { return upper(a) == b; });
+                      [](char a, char b) { return Upper(a) == b; });
 }
 
 }  // namespace
 
-const BinaryOperator* findOperator(std::string_view symbol) {
+const BinaryOperator* FindOperator(std::string_view symbol) {
     const auto* const found =
         std::find_if(std::begin(kOperators), std::end(kOperators),
                      [symbol](const BinaryOperator& known) { return known.symbol == symbol; });
     return found == std::end(kOperators) ? nullptr : found;
 }
 
-const FormulaFunction* findFunction(std::string_view name, bool fractions) {
+const FormulaFunction* FindFunction(std::string_view name, bool fractions) {
     const auto* const found = std::find_if(
         std::begin(kFunctions), std::end(kFunctions), [&](const FormulaFunction& known) {
-            return (fractions || known.forIntegers) && isSame(name, known.name);
+            return (fractions || known.forIntegers) && IsSame(name, known.name);
         });
     return found == std::end(kFunctions) ? nullptr : found;
 }
 
-const double* findMathConstant(std::string_view name) {
-    if (isSame(name, "PI")) return &kPi;
-    return isSame(name, "E") ? &kE : nullptr;
+const double* FindMathConstant(std::string_view name) {
+    if (IsSame(name, "PI")) return &kPi;
+    return IsSame(name, "E") ? &kE : nullptr;
 }
 
-std::string upperCase(std::string_view text) {
+std::string UpperCase(std::string_view text) {
     std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), upper);
+    std::transform(result.begin(), result.end(), result.begin(), Upper);
     return result;
 }
 
-std::size_t operandCount(FormulaOp op) {
+size_t OperandCount(FormulaOp op) {
     if (op < FormulaOp::Power) return 1;
     return op < FormulaOp::Select ? 2 : 3;
 }

@@ -18,7 +18,7 @@ struct BinaryOperator {
 constexpr unsigned kHighestLevel = 3;
 
 // Null when no operator between two operands is written like that.
-const BinaryOperator* findOperator(std::string_view symbol);
+const BinaryOperator* FindOperator(std::string_view symbol);
 
 struct FormulaFunction {
     std::string_view name;
@@ -27,15 +27,15 @@ struct FormulaFunction {
 };
 
 // Without regard to case; null when there is none. Of the functions for integers only, or all.
-const FormulaFunction* findFunction(std::string_view name, bool fractions);
+const FormulaFunction* FindFunction(std::string_view name, bool fractions);
 
 // PI or E, which only formulas with fractions know, without regard to case; null for others.
-const double* findMathConstant(std::string_view name);
+const double* FindMathConstant(std::string_view name);
 
 // The locale has no say in what a description means.
-std::string upperCase(std::string_view text);
+std::string UpperCase(std::string_view text);
 
-std::size_t operandCount(FormulaOp op);
+size_t OperandCount(FormulaOp op);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

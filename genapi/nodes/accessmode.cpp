@@ -10,7 +10,6 @@
 // that are read, for the values of the conditions, for the modes of the parts. The first answer
 // that a node is not implemented ends it.
 #include <cstring>
-#include <utility>
 
 #include "genapi/description/nodedata.h"
 #include "genapi/nodes/nodemap.h"
@@ -22,19 +21,19 @@ using GENICAM_NAMESPACE::AccessException;
 
 namespace {
 
-EAccessMode modeOf(std::uint8_t cached) {
+EAccessMode ModeOf(uint8_t cached) {
     return static_cast<EAccessMode>(cached & ~NodeMap::kPassingAccess);
 }
 
 // A number picked by an index is what the picked number is: neither its own conditions nor its
 // limits count.
-bool isIndexed(const NodeTables& tables, const NodeRecord& record) {
+bool IsIndexed(const NodeTables& tables, const NodeRecord& record) {
     if (record.kind == NodeKind::Integer) return tables.integers[record.data].index != kNoNode;
     return record.kind == NodeKind::Float && tables.floats[record.data].index != kNoNode;
 }
 
 // Links that are read beside the value source and the parts of a node.
-bool isRead(Element element) {
+bool IsRead(Element element) {
     switch (element) {
         case Element::pIsImplemented:
         case Element::pIsAvailable:
@@ -58,7 +57,7 @@ bool isRead(Element element) {
 
 }  // namespace
 
-EAccessMode restriction(EAccessMode found, bool valueCounts) {
+EAccessMode Restriction(EAccessMode found, bool valueCounts) {
     if (!IsAvailable(found)) return found;
     return valueCounts && !IsReadable(found) ? NA : RW;
 }
@@ -66,36 +65,35 @@ EAccessMode restriction(EAccessMode found, bool valueCounts) {
 EAccessMode Node::GetAccessMode() const {
     // Most queries find the mode known; a mode that another thread is about to change is as true
     // with the lock as without.
-    const std::uint8_t known = map_.accessOf(id_).load(std::memory_order_acquire);
-    if (known < NodeMap::kFirstUnknownAccess) return modeOf(known);
+    const uint8_t known = map_.Access(id_, std::memory_order_acquire);
+    if (known < NodeMap::kFirstUnknownAccess) return ModeOf(known);
     const Entry entry(*this, "GetAccessMode");
-    return const_cast<Node*>(this)->accessMode();
+    return const_cast<Node*>(this)->AccessMode();
 }
 
 // A mode whose computation goes in a circle, or has failed, does not restrict.
-EAccessMode Node::unrestrictedMode() const {
-    const NodeKind kind = record().kind;
+EAccessMode Node::UnrestrictedMode() const {
+    const NodeKind kind = Record().kind;
     return kind == NodeKind::EnumEntry || kind == NodeKind::Category ? RO : RW;
 }
 
-EAccessMode Node::accessMode() {
-    std::atomic<std::uint8_t>& cached = map_.accessOf(id_);
-    const std::uint8_t known = cached.load(std::memory_order_relaxed);
+EAccessMode Node::AccessMode() {
+    const uint8_t known = map_.Access(id_);
     if (known < NodeMap::kFirstUnknownAccess) {
-        if (known & NodeMap::kPassingAccess) map_.accessIsVolatile() = true;
-        return modeOf(known);
+        if (known & NodeMap::kPassingAccess) map_.SetAccessVolatile(true);
+        return ModeOf(known);
     }
-    if (known != NodeMap::kUnknownAccess) return unrestrictedMode();
+    if (known != NodeMap::kUnknownAccess) return UnrestrictedMode();
     const Nesting nesting(*this);
-    cached.store(NodeMap::kComputingAccess, std::memory_order_relaxed);
-    const bool outer = std::exchange(map_.accessIsVolatile(), false);
-    const auto leave = [&](std::uint8_t why) {
-        cached.store(why, std::memory_order_release);
-        map_.accessIsVolatile() = outer;
+    map_.SetAccess(id_, NodeMap::kComputingAccess);
+    const bool outer = map_.SetAccessVolatile(false);
+    const auto leave = [&](uint8_t why) {
+        map_.SetAccess(id_, why);
+        map_.SetAccessVolatile(outer);
     };
     EAccessMode mode;
     try {
-        mode = computeAccessMode(false);
+        mode = ComputeAccessMode(false);
     } catch (const LimitExceeded&) {
         leave(NodeMap::kUnknownAccess);  // it may be within reach from elsewhere
         throw;
@@ -104,116 +102,115 @@ EAccessMode Node::accessMode() {
         throw;
     }
     // Categories only group, so that theirs is kept in any case.
-    const bool keep = !map_.accessIsVolatile() || record().kind == NodeKind::Category;
-    map_.accessIsVolatile() = outer || !keep;
-    if (!keep) map_.passes(id_);
-    cached.store(static_cast<std::uint8_t>(mode | (keep ? 0 : NodeMap::kPassingAccess)),
-                 std::memory_order_release);
+    const bool keep = !map_.AccessIsVolatile() || Record().kind == NodeKind::Category;
+    map_.SetAccessVolatile(outer || !keep);
+    if (!keep) map_.LetPass(id_);
+    map_.SetAccess(id_, static_cast<uint8_t>(mode | (keep ? 0 : NodeMap::kPassingAccess)));
     return mode;
 }
 
-EAccessMode Node::accessMode(bool relaxed) {
-    if (!relaxed) return accessMode();
+EAccessMode Node::AccessMode(bool relaxed) {
+    if (!relaxed) return AccessMode();
     const Nesting nesting(*this);
-    return computeAccessMode(true);
+    return ComputeAccessMode(true);
 }
 
-EAccessMode Node::computeAccessMode(bool relaxed) {
-    EAccessMode mode = static_cast<EAccessMode>(record().imposedAccess);
+EAccessMode Node::ComputeAccessMode(bool relaxed) {
+    EAccessMode mode = static_cast<EAccessMode>(Record().imposedAccess);
     if (imposedAccess_ != _UndefinedAccesMode)
         mode = Combine(mode, static_cast<EAccessMode>(imposedAccess_));
-    mode = Combine(mode, sourceAccessMode(relaxed));
-    if (isIndexed(description().tables(), record())) return mode;
-    const bool grouping = record().kind == NodeKind::Category;  // only pIsImplemented counts
-    if (mode != NI && !relaxed && !grouping) mode = Combine(mode, readNodesAccessMode());
-    if (mode != NI) mode = conditionalAccessMode(mode, relaxed || grouping);
-    if (mode != NI && !relaxed) mode = Combine(mode, partsAccessMode());
+    mode = Combine(mode, SourceAccessMode(relaxed));
+    if (IsIndexed(CameraDescription().Tables(), Record())) return mode;
+    const bool grouping = Record().kind == NodeKind::Category;  // only pIsImplemented counts
+    if (mode != NI && !relaxed && !grouping) mode = Combine(mode, ReadNodesAccessMode());
+    if (mode != NI) mode = ConditionalAccessMode(mode, relaxed || grouping);
+    if (mode != NI && !relaxed) mode = Combine(mode, PartsAccessMode());
     return mode;
 }
 
-EAccessMode Node::readNodesAccessMode() {
+EAccessMode Node::ReadNodesAccessMode() {
     EAccessMode mode = RW;
-    for (const Property& property : description().properties(id_)) {
-        if (!isRead(property.element)) continue;
+    for (const Property& property : CameraDescription().Properties(id_)) {
+        if (!IsRead(property.element)) continue;
         const bool valueCounts = property.element == Element::pCommandValue;
-        mode = Combine(mode, restriction(node(property.node()).accessMode(), valueCounts));
+        mode = Combine(mode, Restriction(NodeAt(property.Target()).AccessMode(), valueCounts));
         if (mode == NI) break;
     }
     return mode;
 }
 
-bool Node::isTrue(Node& condition) {
-    if (condition.record().caching == NoCache) map_.accessIsVolatile() = true;
-    return condition.getInt({}) != 0;
+bool Node::IsTrue(Node& condition) {
+    if (condition.Record().caching == NoCache) map_.SetAccessVolatile(true);
+    return condition.GetInt({}) != 0;
 }
 
-EAccessMode Node::requiredAccessMode(NodeId condition, EAccessMode otherwise) {
-    Node& source = node(condition);
-    const EAccessMode mode = restriction(source.accessMode(), true);
-    return IsAvailable(mode) && !isTrue(source) ? otherwise : mode;
+EAccessMode Node::RequiredAccessMode(NodeId condition, EAccessMode otherwise) {
+    Node& source = NodeAt(condition);
+    const EAccessMode mode = Restriction(source.AccessMode(), true);
+    return IsAvailable(mode) && !IsTrue(source) ? otherwise : mode;
 }
 
-EAccessMode Node::conditionalAccessMode(EAccessMode mode, bool relaxed) {
-    const NodeRecord& own = record();
+EAccessMode Node::ConditionalAccessMode(EAccessMode mode, bool relaxed) {
+    const NodeRecord& own = Record();
     if (own.isImplemented != kNoNode) {
-        const EAccessMode implemented = requiredAccessMode(own.isImplemented, NI);
+        const EAccessMode implemented = RequiredAccessMode(own.isImplemented, NI);
         if (!IsAvailable(implemented)) return Combine(mode, implemented);
     }
     if (relaxed) return mode;
     if (own.isAvailable != kNoNode) {
-        const EAccessMode available = requiredAccessMode(own.isAvailable, NA);
+        const EAccessMode available = RequiredAccessMode(own.isAvailable, NA);
         if (!IsAvailable(available)) return Combine(mode, available);
     }
-    return own.isLocked != kNoNode ? lockableAccessMode(mode) : mode;
+    return own.isLocked != kNoNode ? LockableAccessMode(mode) : mode;
 }
 
 // Whether it is locked matters only for what can be written.
-EAccessMode Node::lockableAccessMode(EAccessMode mode) {
-    Node& lock = node(record().isLocked);
-    const EAccessMode found = lock.accessMode();
-    mode = Combine(mode, restriction(found, false));
+EAccessMode Node::LockableAccessMode(EAccessMode mode) {
+    Node& lock = NodeAt(Record().isLocked);
+    const EAccessMode found = lock.AccessMode();
+    mode = Combine(mode, Restriction(found, false));
     if (!IsWritable(mode)) return mode;
     if (!IsReadable(found)) return NA;
-    return isTrue(lock) ? Combine(mode, RO) : mode;
+    return IsTrue(lock) ? Combine(mode, RO) : mode;
 }
 
-EAccessMode Node::sourceAccessMode(bool) {
+EAccessMode Node::SourceAccessMode(bool) {
     return RW;
 }
 
-EAccessMode Node::partsAccessMode() {
+EAccessMode Node::PartsAccessMode() {
     return RW;
 }
 
-EAccessMode Node::declaredAccessMode() const {
+EAccessMode Node::DeclaredAccessMode() const {
     return RW;
 }
 
-void Node::requireReadable() {
-    if (!IsReadable(accessMode())) throw notReadable(map_.call());
+void Node::RequireReadable() {
+    if (!IsReadable(AccessMode())) throw NotReadable(map_.CurrentCall());
 }
 
-AccessException Node::notReadable(const Call& call) const {
+AccessException Node::NotReadable(const Call& call) const {
     // Applications know the text of ToString without a full stop.
     const bool asText = std::strcmp(call.operation, "ToString") == 0;
     return AccessException(asText ? "Node is not readable" : "Node is not readable.", __FILE__,
-                           __LINE__, entryPointOf(call).c_str(), errorNodeOf(*this).c_str(),
+                           __LINE__, EntryPointOf(call).c_str(), ErrorNodeOf(*this).c_str(),
                            "AccessException");
 }
 
-bool Node::isWritable(bool verify) {
+bool Node::CanWrite(bool verify) {
     // What can never be written is not worth asking the device about.
     const EAccessMode declared =
-        Combine(declaredAccessMode(), static_cast<EAccessMode>(record().imposedAccess));
-    return IsWritable(declared) && IsWritable(accessMode(!verify));
+        Combine(DeclaredAccessMode(), static_cast<EAccessMode>(Record().imposedAccess));
+    return IsWritable(declared) && IsWritable(AccessMode(!verify));
 }
 
-void Node::requireWritable(bool verify) {
-    if (!isWritable(verify)) throw NODE_ERROR(AccessException, *this)("Node is not writable.");
+void Node::RequireWritable(bool verify) {
+    if (!CanWrite(verify)) throw NODE_ERROR(AccessException, *this)("Node is not writable.");
 }
 
-void Node::requireAvailable() {
-    if (!IsAvailable(accessMode()))
+void Node::RequireAvailable() {
+    if (!IsAvailable(AccessMode()))
         throw NODE_ERROR(AccessException, *this)("Node is not available.");
 }
 

@@ -4,7 +4,7 @@
 
 #include "genapi/description/links.h"
 #include "genapi/nodes/nodemap.h"
-#include "genapi/nodes/rounding.h"
+#include "genapi/values/rounding.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -13,24 +13,24 @@ using GENICAM_NAMESPACE::gcstring;
 
 BooleanNode::BooleanNode(NodeMap& map, NodeId id)
     : Node(map, id),
-      data_(description().tables().booleans[record().data]),
+      data_(CameraDescription().Tables().booleans[Record().data]),
       source_(*this, data_.value) {}
 
-std::int64_t BooleanNode::getInt(ReadOptions options) {
-    requireReadable();
-    return readableInt(options);
+int64_t BooleanNode::GetInt(ReadOptions options) {
+    RequireReadable();
+    return ReadableInt(options);
 }
 
-std::int64_t BooleanNode::readableInt(ReadOptions options) {
-    if (!isValueKnown(options)) {
+int64_t BooleanNode::ReadableInt(ReadOptions options) {
+    if (!IsValueKnown(options)) {
         const Nesting nesting(*this);
-        value_ = source_.read(options);
-        if (source_.isNode()) valueWasRead(options);
+        value_ = source_.Read(options);
+        if (source_.IsNode()) NoteRead(options);
     }
-    const std::int64_t value = value_;
-    if (options.verify && !isVerified()) {
-        checkErrorNodes();
-        valueWasVerified();
+    const int64_t value = value_;
+    if (options.verify && !IsVerified()) {
+        CheckErrorNodes();
+        NoteVerified();
     }
     if (value != data_.onValue && value != data_.offValue)
         throw NODE_ERROR(LogicalErrorException, *this)(
@@ -39,55 +39,55 @@ std::int64_t BooleanNode::readableInt(ReadOptions options) {
     return value == data_.onValue ? 1 : 0;
 }
 
-void BooleanNode::setInt(std::int64_t value, bool verify) {
-    requireWritable(verify);
-    const std::int64_t written = value != 0 ? data_.onValue : data_.offValue;
+void BooleanNode::SetInt(int64_t value, bool verify) {
+    RequireWritable(verify);
+    const int64_t written = value != 0 ? data_.onValue : data_.offValue;
     {
         const Nesting nesting(*this);
-        source_.write(written, verify);
+        source_.Write(written, verify);
     }
     value_ = written;
-    if (source_.isNode()) valueWasWritten();
-    if (verify) checkErrorNodes();
+    if (source_.IsNode()) NoteWritten();
+    if (verify) CheckErrorNodes();
 }
 
-std::int64_t BooleanNode::minInt() {
+int64_t BooleanNode::MinInt() {
     return kInt64Min;
 }
 
-std::int64_t BooleanNode::maxInt() {
+int64_t BooleanNode::MaxInt() {
     return kInt64Max;
 }
 
 gcstring BooleanNode::ToString(bool verify, bool ignoreCache) {
-    return read("ToString", [&] {
-        return gcstring(readableInt({verify, ignoreCache}) ? "1" : "0");
+    return RunRead("ToString", [&] {
+        return gcstring(ReadableInt({verify, ignoreCache}) ? "1" : "0");
     });
 }
 
 void BooleanNode::FromString(const gcstring& text, bool verify) {
-    modify("FromString", changedByWriteTo(description(), id()), [&] {
+    RunChange("FromString", ChangedByWriteTo(CameraDescription(), Id()), [&] {
         const bool on = text == "1" || text == "true";
         if (!on && text != "0" && text != "false")
             throw NODE_ERROR(InvalidArgumentException, *this)(
-                "Node '%s' : cannot convert string '%s' to boolean", name().data(), text.c_str());
-        setInt(on ? 1 : 0, verify);
+                "Node '%s' : cannot convert string '%s' to boolean", Name().data(), text.c_str());
+        SetInt(on ? 1 : 0, verify);
     });
 }
 
 bool BooleanNode::IsValueCacheValid() const {
     const Entry entry(*this, "IsValueCacheValid");
-    return !source_.isNode() || isValueCached();
+    return !source_.IsNode() || IsValueCached();
 }
 
 void BooleanNode::SetValue(bool value, bool verify) {
-    modify("SetValue", changedByWriteTo(description(), id()),
-           [&] { setInt(value ? 1 : 0, verify); });
+    RunChange("SetValue", ChangedByWriteTo(CameraDescription(), Id()),
+              [&] { SetInt(value ? 1 : 0, verify); });
 }
 
 bool BooleanNode::GetValue(bool verify, bool ignoreCache) const {
     auto& self = const_cast<BooleanNode&>(*this);
-    return self.read("GetValue", [&] { return self.readableInt({verify, ignoreCache}) != 0; });
+    return self.RunRead("GetValue", [&] { return self.ReadableInt({verify, ignoreCache}) != 0; });
 }
 
 }  // namespace Engine

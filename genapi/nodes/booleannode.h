@@ -22,22 +22,22 @@ class BooleanNode final : public Node, public IBoolean {
     bool GetValue(bool verify = false, bool ignoreCache = false) const override;
 
     // 1 and 0, whatever the numbers below are.
-    std::int64_t getInt(ReadOptions options) override;
-    void setInt(std::int64_t value, bool verify) override;
-    std::int64_t minInt() override;
-    std::int64_t maxInt() override;
-    std::int64_t incInt() override { return 1; }
-    bool hasInc() override { return true; }
+    int64_t GetInt(ReadOptions options) override;
+    void SetInt(int64_t value, bool verify) override;
+    int64_t MinInt() override;
+    int64_t MaxInt() override;
+    int64_t IncInt() override { return 1; }
+    bool HasIncFloat() override { return true; }
 
   protected:
-    EAccessMode sourceAccessMode(bool relaxed) override { return source_.accessMode(relaxed); }
+    EAccessMode SourceAccessMode(bool relaxed) override { return source_.AccessMode(relaxed); }
 
   private:
-    std::int64_t readableInt(ReadOptions options);
+    int64_t ReadableInt(ReadOptions options);
 
     const BooleanData& data_;
     IntegerSource source_;
-    std::int64_t value_ = 0;
+    int64_t value_ = 0;
 };
 
 }  // namespace Engine

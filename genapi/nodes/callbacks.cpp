@@ -5,23 +5,23 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-void Notification::add(NodeMap& map, const ChangeSet& nodes) {
-    if (!map.hasCallbacks()) return;
+void Notification::Add(NodeMap& map, const ChangeSet& nodes) {
+    if (!map.HasCallbacks()) return;
     for (const NodeId id : nodes)
-        if (const auto* callbacks = map.node(id).callbacks())
+        if (const auto* callbacks = map.NodeAt(id).Callbacks())
             callbacks_.insert(callbacks_.end(), callbacks->begin(), callbacks->end());
 }
 
-void Notification::addAll(NodeMap& map) {
-    if (!map.hasCallbacks()) return;
-    for (NodeId id = 0; id < map.nodeCount(); ++id)
-        if (const auto* callbacks = map.node(id).callbacks())
+void Notification::AddAll(NodeMap& map) {
+    if (!map.HasCallbacks()) return;
+    for (NodeId id = 0; id < map.NodeCount(); ++id)
+        if (const auto* callbacks = map.NodeAt(id).Callbacks())
             callbacks_.insert(callbacks_.end(), callbacks->begin(), callbacks->end());
 }
 
-void Notification::fire(ECallbackType phase) const {
+void Notification::Fire(ECallbackType phase) const {
     for (const std::weak_ptr<Callback>& callback : callbacks_)
-        if (const std::shared_ptr<Callback> registered = callback.lock()) registered->call(phase);
+        if (const std::shared_ptr<Callback> registered = callback.lock()) registered->Invoke(phase);
 }
 
 }  // namespace Engine

@@ -22,10 +22,10 @@ class Callback {
     Callback(const Callback&) = delete;
     Callback& operator=(const Callback&) = delete;
 
-    bool is(CallbackHandleType handle) const {
+    bool Is(CallbackHandleType handle) const {
         return reinterpret_cast<CallbackHandleType>(&object_) == handle;
     }
-    void call(ECallbackType phase) const { object_(phase); }
+    void Invoke(ECallbackType phase) const { object_(phase); }
 
   private:
     CNodeCallback& object_;
@@ -35,10 +35,10 @@ class Callback {
 class Notification {
   public:
     // Adds the callbacks of the given nodes; the lock of the map is held.
-    void add(NodeMap& map, const ChangeSet& nodes);
-    void addAll(NodeMap& map);
+    void Add(NodeMap& map, const ChangeSet& nodes);
+    void AddAll(NodeMap& map);
     // Calls those that are still registered, with the given phase.
-    void fire(ECallbackType phase) const;
+    void Fire(ECallbackType phase) const;
 
   private:
     std::vector<std::weak_ptr<Callback>> callbacks_;

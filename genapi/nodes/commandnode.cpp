@@ -10,45 +10,44 @@ using GENICAM_NAMESPACE::gcstring;
 
 CommandNode::CommandNode(NodeMap& map, NodeId id)
     : Node(map, id),
-      value_(*this, description().tables().commands[record().data].value),
-      commandValue_(*this, description().tables().commands[record().data].commandValue) {}
+      value_(*this, CameraDescription().Tables().commands[Record().data].value),
+      commandValue_(*this, CameraDescription().Tables().commands[Record().data].commandValue) {}
 
-EAccessMode CommandNode::sourceAccessMode(bool relaxed) {
-    return value_.accessMode(relaxed);
+EAccessMode CommandNode::SourceAccessMode(bool relaxed) {
+    return value_.AccessMode(relaxed);
 }
 
-bool CommandNode::isRunning() const {
-    return (map().flagsOf(id()) & NodeMap::kActive) != 0;
+bool CommandNode::IsRunning() const {
+    return (Map().Flags(Id()) & NodeMap::kActive) != 0;
 }
 
-void CommandNode::setRunning(bool running) {
-    std::uint8_t& flags = map().flagsOf(id());
+void CommandNode::SetRunning(bool running) {
     if (running)
-        flags |= NodeMap::kActive;
+        Map().SetFlags(Id(), NodeMap::kActive);
     else
-        flags &= static_cast<std::uint8_t>(~NodeMap::kActive);
+        Map().ClearFlags(Id(), NodeMap::kActive);
 }
 
-void CommandNode::execute(bool verify) {
-    requireWritable(true);
-    const std::int64_t command = commandValue_.read({});
+void CommandNode::Start(bool verify) {
+    RequireWritable(true);
+    const int64_t command = commandValue_.Read({});
     {
         const Nesting nesting(*this);
-        value_.write(command, verify);
+        value_.Write(command, verify);
     }
-    setRunning(value_.isNode());
+    SetRunning(value_.IsNode());
 }
 
 void CommandNode::Execute(bool verify) {
-    modify("Execute", changedByWriteTo(description(), id()), [&] { execute(verify); });
+    RunChange("Execute", ChangedByWriteTo(CameraDescription(), Id()), [&] { Start(verify); });
 }
 
 // Asks the device; true when the command has finished since it was last asked.
-bool CommandNode::checkDone(EAccessMode mode) {
-    if (!isRunning() || !IsReadable(mode)) return false;
+bool CommandNode::CheckDone(EAccessMode mode) {
+    if (!IsRunning() || !IsReadable(mode)) return false;
     const Nesting nesting(*this);
-    if (value_.read({false, true}) == commandValue_.read({})) return false;
-    setRunning(false);
+    if (value_.Read({false, true}) == commandValue_.Read({})) return false;
+    SetRunning(false);
     return true;
 }
 
@@ -57,39 +56,39 @@ bool CommandNode::IsDone(bool verify) {
     bool done = false;
     {
         const Entry entry(*this, "IsDone");
-        const EAccessMode mode = accessMode();
+        const EAccessMode mode = AccessMode();
         if (!IsImplemented(mode))
             throw NODE_ERROR(AccessException, *this)("Node is not implemented.");
-        if (verify && !isRunning()) checkErrorNodes();
-        finished = checkDone(mode);
-        done = !isRunning() || !IsReadable(mode);
+        if (verify && !IsRunning()) CheckErrorNodes();
+        finished = CheckDone(mode);
+        done = !IsRunning() || !IsReadable(mode);
     }
-    if (finished) modify("IsDone", invalidatedBy(description(), id()), [] {});
+    if (finished) RunChange("IsDone", InvalidatedBy(CameraDescription(), Id()), [] {});
     return done;
 }
 
 gcstring CommandNode::ToString(bool verify, bool ignoreCache) {
-    return read("ToString", [&] {
-        if (ignoreCache) map().retryAccess(id());
-        if (verify) checkErrorNodes();
-        checkDone(accessMode());
-        return gcstring(isRunning() ? "1" : "0");
+    return RunRead("ToString", [&] {
+        if (ignoreCache) Map().RetryAccess(Id());
+        if (verify) CheckErrorNodes();
+        CheckDone(AccessMode());
+        return gcstring(IsRunning() ? "1" : "0");
     });
 }
 
 void CommandNode::FromString(const gcstring& text, bool verify) {
-    modify("FromString", changedByWriteTo(description(), id()), [&] {
+    RunChange("FromString", ChangedByWriteTo(CameraDescription(), Id()), [&] {
         if (text != "1" && text != "true")
             throw NODE_ERROR(InvalidArgumentException, *this)("'%s' does not convert to TRUE",
                                                               text.c_str());
-        execute(verify);
-        if (verify) checkErrorNodes();
+        Start(verify);
+        if (verify) CheckErrorNodes();
     });
 }
 
 bool CommandNode::IsValueCacheValid() const {
     const Entry entry(*this, "IsValueCacheValid");
-    return isValueCached();
+    return IsValueCached();
 }
 
 }  // namespace Engine

@@ -23,16 +23,16 @@ class CommandNode final : public Node, public ICommand {
     void operator()() override { Execute(); }
     bool IsDone(bool verify = true) override;
 
-    bool isPolled() const override { return isRunning(); }
+    bool IsPolled() const override { return IsRunning(); }
 
   protected:
-    EAccessMode sourceAccessMode(bool relaxed) override;
+    EAccessMode SourceAccessMode(bool relaxed) override;
 
   private:
-    bool isRunning() const;
-    void setRunning(bool running);
-    bool checkDone(EAccessMode mode);
-    void execute(bool verify);
+    bool IsRunning() const;
+    void SetRunning(bool running);
+    bool CheckDone(EAccessMode mode);
+    void Start(bool verify);
 
     IntegerSource value_;
     IntegerSource commandValue_;

@@ -2,7 +2,7 @@
 
 #include "genapi/description/links.h"
 #include "genapi/nodes/nodemap.h"
-#include "genapi/nodes/rounding.h"
+#include "genapi/values/rounding.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -11,14 +11,14 @@ using GENICAM_NAMESPACE::gcstring;
 using GENICAM_NAMESPACE::InvalidArgumentException;
 
 EnumEntryNode::EnumEntryNode(NodeMap& map, NodeId id)
-    : Node(map, id), data_(description().tables().entries[record().data]) {}
+    : Node(map, id), data_(CameraDescription().Tables().entries[Record().data]) {}
 
 gcstring EnumEntryNode::GetSymbolic() const {
-    return gcstring(description().text(data_.symbolic).data());
+    return gcstring(CameraDescription().Text(data_.symbolic).data());
 }
 
 gcstring EnumEntryNode::ToString(bool, bool) {
-    return read("ToString", [&] { return gcstring(std::to_string(data_.value).c_str()); });
+    return RunRead("ToString", [&] { return gcstring(std::to_string(data_.value).c_str()); });
 }
 
 void EnumEntryNode::FromString(const gcstring&, bool) {
@@ -28,195 +28,194 @@ void EnumEntryNode::FromString(const gcstring&, bool) {
 
 EnumerationNode::EnumerationNode(NodeMap& map, NodeId id)
     : Node(map, id),
-      data_(description().tables().enumerations[record().data]),
+      data_(CameraDescription().Tables().enumerations[Record().data]),
       source_(*this, data_.value) {}
 
-Slice<NodeId> EnumerationNode::entries() const {
-    return NodeTables::slice(description().tables().nodes, data_.entries);
+Slice<NodeId> EnumerationNode::Entries() const {
+    return NodeTables::SliceOf(CameraDescription().Tables().nodes, data_.entries);
 }
 
-EnumEntryNode& EnumerationNode::entry(NodeId id) const {
-    return static_cast<EnumEntryNode&>(node(id));
+EnumEntryNode& EnumerationNode::EntryAt(NodeId id) const {
+    return static_cast<EnumEntryNode&>(NodeAt(id));
 }
 
 template <typename Predicate>
-EnumEntryNode* EnumerationNode::lastEntry(Predicate predicate) const {
-    const Slice<NodeId> all = entries();
+EnumEntryNode* EnumerationNode::LastEntry(Predicate predicate) const {
+    const Slice<NodeId> all = Entries();
     for (const NodeId* id = all.end(); id != all.begin();)
-        if (predicate(entry(*--id).data())) return &entry(*id);
+        if (predicate(EntryAt(*--id).Data())) return &EntryAt(*id);
     return nullptr;
 }
 
-EnumEntryNode* EnumerationNode::entryOf(std::int64_t value) const {
-    return lastEntry([value](const EnumEntryData& data) { return data.value == value; });
+EnumEntryNode* EnumerationNode::EntryOf(int64_t value) const {
+    return LastEntry([value](const EnumEntryData& data) { return data.value == value; });
 }
 
-EnumEntryNode* EnumerationNode::entryOf(std::string_view symbolic) const {
-    return lastEntry(
-        [&](const EnumEntryData& data) { return description().text(data.symbolic) == symbolic; });
+EnumEntryNode* EnumerationNode::EntryOf(std::string_view symbolic) const {
+    return LastEntry([&](const EnumEntryData& data) {
+        return CameraDescription().Text(data.symbolic) == symbolic;
+    });
 }
 
-void EnumerationNode::spendSearch() const {
-    map().spend(data_.entries.count / kPropertiesPerWork, *this);
+void EnumerationNode::SpendSearch() const {
+    Map().Spend(data_.entries.count / kPropertiesPerWork, *this);
 }
 
-EAccessMode EnumerationNode::sourceAccessMode(bool relaxed) {
-    return source_.accessMode(relaxed);
+EAccessMode EnumerationNode::SourceAccessMode(bool relaxed) {
+    return source_.AccessMode(relaxed);
 }
 
 // An enumeration is as available as the best of its entries.
-EAccessMode EnumerationNode::partsAccessMode() {
+EAccessMode EnumerationNode::PartsAccessMode() {
     EAccessMode best = NI;
-    for (const NodeId id : entries()) {
-        const EAccessMode found = entry(id).accessMode();
+    for (const NodeId id : Entries()) {
+        const EAccessMode found = EntryAt(id).AccessMode();
         if (found != NI) best = found;
         if (IsAvailable(found)) break;
     }
-    return restriction(best, false);
+    return Restriction(best, false);
 }
 
 // Applications know the value of 32 bits.
-InvalidArgumentException EnumerationNode::noEntry(std::int64_t value) const {
-    return noEntry(std::to_string(static_cast<std::int32_t>(value)));
+InvalidArgumentException EnumerationNode::NoEntry(int64_t value) const {
+    return NoEntry(std::to_string(static_cast<int32_t>(value)));
 }
 
-InvalidArgumentException EnumerationNode::noEntry(const std::string& value) const {
+InvalidArgumentException EnumerationNode::NoEntry(const std::string& value) const {
     return NODE_ERROR(InvalidArgumentException, *this)(
-        "Feature '%s' : cannot convert value '%s', the value is invalid.", name().data(),
+        "Feature '%s' : cannot convert value '%s', the value is invalid.", Name().data(),
         value.c_str());
 }
 
-std::int64_t EnumerationNode::readValue(ReadOptions options) {
-    if (!isValueKnown(options)) {
+int64_t EnumerationNode::ReadValue(ReadOptions options) {
+    if (!IsValueKnown(options)) {
         const Nesting nesting(*this);
-        value_ = source_.read(options);
-        if (source_.isNode()) valueWasRead(options);
+        value_ = source_.Read(options);
+        if (source_.IsNode()) NoteRead(options);
     }
-    std::uint8_t& flags = map().flagsOf(id());
-    if (flags & NodeMap::kActive) {
-        const EnumEntryNode* current = entryOf(value_);
-        if (!current || !current->data().selfClearing)
-            flags &= static_cast<std::uint8_t>(~NodeMap::kActive);
+    if (Map().Flags(Id()) & NodeMap::kActive) {
+        const EnumEntryNode* current = EntryOf(value_);
+        if (!current || !current->Data().selfClearing) Map().ClearFlags(Id(), NodeMap::kActive);
     }
     return value_;
 }
 
-std::int64_t EnumerationNode::getInt(ReadOptions options) {
-    requireReadable();
-    return readableInt(options);
+int64_t EnumerationNode::GetInt(ReadOptions options) {
+    RequireReadable();
+    return ReadableInt(options);
 }
 
-std::int64_t EnumerationNode::readableInt(ReadOptions options) {
-    const std::int64_t value = readValue(options);
-    if (options.verify && !isVerified()) {
-        EnumEntryNode* current = entryOf(value);
+int64_t EnumerationNode::ReadableInt(ReadOptions options) {
+    const int64_t value = ReadValue(options);
+    if (options.verify && !IsVerified()) {
+        EnumEntryNode* current = EntryOf(value);
         if (!current)
             throw NODE_ERROR(OutOfRangeException,
                              *this)("Value of the enumeration is none of its entries");
-        verifyEntry(*current);
-        valueWasVerified();
+        VerifyEntry(*current);
+        NoteVerified();
     }
     return value;
 }
 
-void EnumerationNode::verifyEntry(EnumEntryNode& current) {
-    if (!IsAvailable(current.accessMode()))
+void EnumerationNode::VerifyEntry(EnumEntryNode& current) {
+    if (!IsAvailable(current.AccessMode()))
         throw NODE_ERROR(AccessException, *this)("Enum entry is not readable");
-    checkErrorNodes();
+    CheckErrorNodes();
 }
 
-void EnumerationNode::setInt(std::int64_t value, bool verify) {
-    requireWritable(verify);
-    EnumEntryNode* target = entryOf(value);
-    if (!target) throw noEntry(value);
-    write(*target, verify);
+void EnumerationNode::SetInt(int64_t value, bool verify) {
+    RequireWritable(verify);
+    EnumEntryNode* target = EntryOf(value);
+    if (!target) throw NoEntry(value);
+    Write(*target, verify);
 }
 
-void EnumerationNode::write(EnumEntryNode& target, bool verify) {
-    const EAccessMode mode = target.accessMode();
+void EnumerationNode::Write(EnumEntryNode& target, bool verify) {
+    const EAccessMode mode = target.AccessMode();
     if (verify ? !IsAvailable(mode) : !IsImplemented(mode))
         throw NODE_ERROR(AccessException,
                          *this)("Failed to write enumeration value. Enum entry is not writable");
     {
         const Nesting nesting(*this);
-        source_.write(target.data().value, verify);
+        source_.Write(target.Data().value, verify);
     }
-    value_ = target.data().value;
-    if (target.data().selfClearing) map().flagsOf(id()) |= NodeMap::kActive;
-    if (source_.isNode()) valueWasWritten();
-    if (verify) checkErrorNodes();
+    value_ = target.Data().value;
+    if (target.Data().selfClearing) Map().SetFlags(Id(), NodeMap::kActive);
+    if (source_.IsNode()) NoteWritten();
+    if (verify) CheckErrorNodes();
 }
 
-std::int64_t EnumerationNode::minInt() {
+int64_t EnumerationNode::MinInt() {
     return kInt64Min;
 }
 
-std::int64_t EnumerationNode::maxInt() {
+int64_t EnumerationNode::MaxInt() {
     return kInt64Max;
 }
 
-double EnumerationNode::getFloat(ReadOptions options) {
-    const std::int64_t value = getInt(options);
-    spendSearch();
-    const EnumEntryNode* current = entryOf(value);
-    return current ? current->data().numeric : static_cast<double>(value);
+double EnumerationNode::GetFloat(ReadOptions options) {
+    const int64_t value = GetInt(options);
+    SpendSearch();
+    const EnumEntryNode* current = EntryOf(value);
+    return current ? current->Data().numeric : static_cast<double>(value);
 }
 
-void EnumerationNode::setFloat(double value, bool verify) {
-    for (const NodeId id : entries())
-        if (entry(id).data().numeric == value) return setInt(entry(id).data().value, verify);
-    setInt(roundToInt(value), verify);
+void EnumerationNode::SetFloat(double value, bool verify) {
+    for (const NodeId id : Entries())
+        if (EntryAt(id).Data().numeric == value) return SetInt(EntryAt(id).Data().value, verify);
+    SetInt(RoundToInt(value), verify);
 }
 
-double EnumerationNode::minFloat() {
+double EnumerationNode::MinFloat() {
     return -kDoubleMax;
 }
 
-double EnumerationNode::maxFloat() {
+double EnumerationNode::MaxFloat() {
     return kDoubleMax;
 }
 
-bool EnumerationNode::isPolled() const {
-    return (map().flagsOf(id()) & NodeMap::kActive) != 0;
+bool EnumerationNode::IsPolled() const {
+    return (Map().Flags(Id()) & NodeMap::kActive) != 0;
 }
 
 gcstring EnumerationNode::ToString(bool verify, bool ignoreCache) {
-    return read("ToString", [&] {
-        const std::int64_t value = readValue({verify, ignoreCache});
-        EnumEntryNode* current = entryOf(value);
-        if (!current) throw noEntry(value);
-        if (verify) verifyEntry(*current);
+    return RunRead("ToString", [&] {
+        const int64_t value = ReadValue({verify, ignoreCache});
+        EnumEntryNode* current = EntryOf(value);
+        if (!current) throw NoEntry(value);
+        if (verify) VerifyEntry(*current);
         const gcstring symbolic = current->GetSymbolic();
         return symbolic.empty() ? current->GetName() : symbolic;
     });
 }
 
 void EnumerationNode::FromString(const gcstring& text, bool verify) {
-    modify("FromString", changedByWriteTo(description(), id()), [&] {
-        requireWritable(verify);
-        EnumEntryNode* target = entryOf(std::string_view(text.c_str(), text.length()));
-        if (!target) throw noEntry(text.c_str());
-        write(*target, verify);
+    RunChange("FromString", ChangedByWriteTo(CameraDescription(), Id()), [&] {
+        RequireWritable(verify);
+        EnumEntryNode* target = EntryOf(std::string_view(text.c_str(), text.length()));
+        if (!target) throw NoEntry(text.c_str());
+        Write(*target, verify);
     });
 }
 
 bool EnumerationNode::IsValueCacheValid() const {
     const Entry scope(*this, "IsValueCacheValid");
-    return !source_.isNode() || isValueCached();
+    return !source_.IsNode() || IsValueCached();
 }
 
 void EnumerationNode::GetSymbolics(StringList_t& symbolics) {
     const Entry scope(*this, "GetSymbolics");
     symbolics.clear();
-    for (const NodeId id : entries())
-        if (IsAvailable(entry(id).accessMode())) symbolics.push_back(entry(id).GetSymbolic());
+    for (const NodeId id : Entries())
+        if (IsAvailable(EntryAt(id).AccessMode())) symbolics.push_back(EntryAt(id).GetSymbolic());
 }
 
 void EnumerationNode::GetEntries(NodeList_t& list) {
     const Entry scope(*this, "GetEntries");
     list.clear();
-    for (const NodeId id : entries())
-        list.push_back(&node(id));
+    for (const NodeId id : Entries())
+        list.push_back(&NodeAt(id));
 }
 
 IEnumeration& EnumerationNode::operator=(const gcstring& symbolic) {
@@ -225,23 +224,24 @@ IEnumeration& EnumerationNode::operator=(const gcstring& symbolic) {
 }
 
 void EnumerationNode::SetIntValue(int64_t value, bool verify) {
-    modify("SetIntValue", changedByWriteTo(description(), id()), [&] { setInt(value, verify); });
+    RunChange("SetIntValue", ChangedByWriteTo(CameraDescription(), Id()),
+              [&] { SetInt(value, verify); });
 }
 
 int64_t EnumerationNode::GetIntValue(bool verify, bool ignoreCache) {
-    return read("GetIntValue", [&] { return readableInt({verify, ignoreCache}); });
+    return RunRead("GetIntValue", [&] { return ReadableInt({verify, ignoreCache}); });
 }
 
 IEnumEntry* EnumerationNode::GetEntryByName(const gcstring& symbolic) {
-    return entryOf(std::string_view(symbolic.c_str(), symbolic.length()));
+    return EntryOf(std::string_view(symbolic.c_str(), symbolic.length()));
 }
 
 IEnumEntry* EnumerationNode::GetEntry(const int64_t value) {
-    return entryOf(value);
+    return EntryOf(value);
 }
 
 IEnumEntry* EnumerationNode::GetCurrentEntry(bool verify, bool ignoreCache) {
-    return read("GetCurrentEntry", [&] { return entryOf(readableInt({verify, ignoreCache})); });
+    return RunRead("GetCurrentEntry", [&] { return EntryOf(ReadableInt({verify, ignoreCache})); });
 }
 
 }  // namespace Engine

@@ -25,10 +25,10 @@ class EnumEntryNode final : public Node, public IEnumEntry {
     double GetNumericValue() override { return data_.numeric; }
     bool IsSelfClearing() override { return data_.selfClearing; }
 
-    const EnumEntryData& data() const { return data_; }
+    const EnumEntryData& Data() const { return data_; }
 
   protected:
-    EAccessMode sourceAccessMode(bool) override { return RO; }
+    EAccessMode SourceAccessMode(bool) override { return RO; }
 
   private:
     const EnumEntryData& data_;
@@ -53,46 +53,46 @@ class EnumerationNode final : public Node, public IEnumeration {
     IEnumEntry* GetEntry(const int64_t value) override;
     IEnumEntry* GetCurrentEntry(bool verify = false, bool ignoreCache = false) override;
 
-    std::int64_t getInt(ReadOptions options) override;
-    void setInt(std::int64_t value, bool verify) override;
-    std::int64_t minInt() override;
-    std::int64_t maxInt() override;
-    std::int64_t incInt() override { return 1; }
+    int64_t GetInt(ReadOptions options) override;
+    void SetInt(int64_t value, bool verify) override;
+    int64_t MinInt() override;
+    int64_t MaxInt() override;
+    int64_t IncInt() override { return 1; }
     // Floating-point references see the numeric value of the entry.
-    double getFloat(ReadOptions options) override;
-    void setFloat(double value, bool verify) override;
-    double minFloat() override;
-    double maxFloat() override;
-    bool hasInc() override { return true; }
-    double incFloat() override { return 1; }
+    double GetFloat(ReadOptions options) override;
+    void SetFloat(double value, bool verify) override;
+    double MinFloat() override;
+    double MaxFloat() override;
+    bool HasIncFloat() override { return true; }
+    double IncFloat() override { return 1; }
 
-    bool isPolled() const override;
+    bool IsPolled() const override;
 
     // The entry with that value or symbolic, the last where there are several; or null.
-    EnumEntryNode* entryOf(std::int64_t value) const;
-    EnumEntryNode* entryOf(std::string_view symbolic) const;
+    EnumEntryNode* EntryOf(int64_t value) const;
+    EnumEntryNode* EntryOf(std::string_view symbolic) const;
     // Counts such a search as work, where a formula makes it.
-    void spendSearch() const;
+    void SpendSearch() const;
 
   protected:
-    EAccessMode sourceAccessMode(bool relaxed) override;
-    EAccessMode partsAccessMode() override;
+    EAccessMode SourceAccessMode(bool relaxed) override;
+    EAccessMode PartsAccessMode() override;
 
   private:
-    std::int64_t readValue(ReadOptions options);
-    std::int64_t readableInt(ReadOptions options);
-    void verifyEntry(EnumEntryNode& current);
-    void write(EnumEntryNode& target, bool verify);
-    Slice<NodeId> entries() const;
-    EnumEntryNode& entry(NodeId id) const;
+    int64_t ReadValue(ReadOptions options);
+    int64_t ReadableInt(ReadOptions options);
+    void VerifyEntry(EnumEntryNode& current);
+    void Write(EnumEntryNode& target, bool verify);
+    Slice<NodeId> Entries() const;
+    EnumEntryNode& EntryAt(NodeId id) const;
     template <typename Predicate>
-    EnumEntryNode* lastEntry(Predicate predicate) const;
-    GENICAM_NAMESPACE::InvalidArgumentException noEntry(std::int64_t value) const;
-    GENICAM_NAMESPACE::InvalidArgumentException noEntry(const std::string& value) const;
+    EnumEntryNode* LastEntry(Predicate predicate) const;
+    GENICAM_NAMESPACE::InvalidArgumentException NoEntry(int64_t value) const;
+    GENICAM_NAMESPACE::InvalidArgumentException NoEntry(const std::string& value) const;
 
     const EnumerationData& data_;
     IntegerSource source_;
-    std::int64_t value_ = 0;
+    int64_t value_ = 0;
 };
 
 }  // namespace Engine

@@ -28,9 +28,9 @@ struct Call {
 
 // For the texts of exceptions: the name of a node, "Node.Operation()" of a call, and the same of
 // the call in progress.
-std::string errorNodeOf(const Node& node);
-std::string entryPointOf(const Call& call);
-std::string entryPointOf(const Node& node);
+std::string ErrorNodeOf(const Node& node);
+std::string EntryPointOf(const Call& call);
+std::string EntryPointOf(const Node& node);
 
 // Makes one exception: NodeError<E>(node, file, line, type)(format, ...).
 template <typename E>
@@ -45,7 +45,7 @@ class NodeError {
         va_start(arguments, format);
         std::vsnprintf(text, sizeof text, format, arguments);
         va_end(arguments);
-        return E(text, file_, line_, entryPointOf(node_).c_str(), errorNodeOf(node_).c_str(),
+        return E(text, file_, line_, EntryPointOf(node_).c_str(), ErrorNodeOf(node_).c_str(),
                  type_);
     }
 

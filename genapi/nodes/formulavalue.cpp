@@ -7,7 +7,7 @@
 #include "genapi/description/formulas.h"
 #include "genapi/nodes/enumerationnode.h"
 #include "genapi/nodes/nodemap.h"
-#include "genapi/nodes/rounding.h"
+#include "genapi/values/rounding.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -19,98 +19,98 @@ template <typename Number>
 struct Operand;
 
 template <>
-struct Operand<std::int64_t> {
-    static std::int64_t value(Node& node, ReadOptions options) { return node.getInt(options); }
-    static std::int64_t min(Node& node) { return node.minInt(); }
-    static std::int64_t max(Node& node) { return node.maxInt(); }
+struct Operand<int64_t> {
+    static int64_t Value(Node& node, ReadOptions options) { return node.GetInt(options); }
+    static int64_t Min(Node& node) { return node.MinInt(); }
+    static int64_t Max(Node& node) { return node.MaxInt(); }
     // A float's own increment, rounded; integers never see a float's as 1 here.
-    static std::int64_t inc(Node& node) {
-        return node.hasInc() ? roundToInt(node.incFloat()) : node.incInt();
+    static int64_t Inc(Node& node) {
+        return node.HasIncFloat() ? RoundToInt(node.IncFloat()) : node.IncInt();
     }
-    static const Formula<std::int64_t>& program(const CompiledFormula& compiled) {
+    static const Formula<int64_t>& Program(const CompiledFormula& compiled) {
         return *compiled.integer;
     }
 };
 
 template <>
 struct Operand<double> {
-    static double value(Node& node, ReadOptions options) { return node.getFloat(options); }
-    static double min(Node& node) { return node.minFloat(); }
-    static double max(Node& node) { return node.maxFloat(); }
-    static double inc(Node& node) { return node.incFloat(); }
-    static const Formula<double>& program(const CompiledFormula& compiled) {
+    static double Value(Node& node, ReadOptions options) { return node.GetFloat(options); }
+    static double Min(Node& node) { return node.MinFloat(); }
+    static double Max(Node& node) { return node.MaxFloat(); }
+    static double Inc(Node& node) { return node.IncFloat(); }
+    static const Formula<double>& Program(const CompiledFormula& compiled) {
         return *compiled.floating;
     }
 };
 
-std::int64_t entryValue(Node& owner, const FormulaVariable& variable) {
-    const std::string_view symbolic = owner.description().text(variable.suffix);
-    Node& node = owner.node(variable.node);
-    const auto* enumeration = dynamic_cast<EnumerationNode*>(&node);
-    if (enumeration) enumeration->spendSearch();
-    const EnumEntryNode* entry = enumeration ? enumeration->entryOf(symbolic) : nullptr;
-    const char* const name = owner.description().text(variable.name).data();
-    if (!enumeration)
+int64_t EntryValue(Node& owner, const FormulaVariable& variable) {
+    const std::string_view symbolic = owner.CameraDescription().Text(variable.suffix);
+    Node& node = owner.NodeAt(variable.node);
+    const char* const name = owner.CameraDescription().Text(variable.name).data();
+    if (node.Record().kind != NodeKind::Enumeration)
         throw NODE_ERROR(RuntimeException, owner)("Variable '%s' does not point to enumeration",
                                                   name);
+    const auto& enumeration = static_cast<EnumerationNode&>(node);
+    enumeration.SpendSearch();
+    const EnumEntryNode* entry = enumeration.EntryOf(symbolic);
     if (!entry)
         throw NODE_ERROR(RuntimeException, owner)("Variable '%s' does not point to EnumEntry '%s'",
                                                   name, symbolic.data());
-    return entry->data().value;
+    return entry->Data().value;
 }
 
 // The integer or the numeric value of the current entry, without which there is no value.
 template <typename Number>
-Number entryNumber(Node& owner, EnumerationNode& node, ReadOptions options) {
-    const std::int64_t value = node.getInt(options);
-    node.spendSearch();
-    const EnumEntryNode* const entry = node.entryOf(value);
+Number EntryNumber(Node& owner, EnumerationNode& node, ReadOptions options) {
+    const int64_t value = node.GetInt(options);
+    node.SpendSearch();
+    const EnumEntryNode* const entry = node.EntryOf(value);
     if (!entry) throw NODE_ERROR(LogicalErrorException, owner)("NULL pointer dereferenced");
     if constexpr (std::is_integral_v<Number>)
         return value;
     else
-        return entry->data().numeric;
+        return entry->Data().numeric;
 }
 
 template <typename Number>
-Number operand(Node& owner, const FormulaVariable& variable, ReadOptions options) {
-    Node& node = owner.node(variable.node);
+Number OperandOf(Node& owner, const FormulaVariable& variable, ReadOptions options) {
+    Node& node = owner.NodeAt(variable.node);
     switch (variable.form) {
         case VariableForm::Value:
-            if (node.record().kind == NodeKind::Enumeration)
-                return entryNumber<Number>(owner, static_cast<EnumerationNode&>(node), options);
-            return Operand<Number>::value(node, options);
+            if (node.Record().kind == NodeKind::Enumeration)
+                return EntryNumber<Number>(owner, static_cast<EnumerationNode&>(node), options);
+            return Operand<Number>::Value(node, options);
         case VariableForm::Min:
-            return Operand<Number>::min(node);
+            return Operand<Number>::Min(node);
         case VariableForm::Max:
-            return Operand<Number>::max(node);
+            return Operand<Number>::Max(node);
         case VariableForm::Inc:
-            return Operand<Number>::inc(node);
+            return Operand<Number>::Inc(node);
         case VariableForm::AccessMode:
-            return static_cast<Number>(node.accessMode());
+            return static_cast<Number>(node.AccessMode());
         case VariableForm::Visibility:
             return static_cast<Number>(node.GetVisibility());
         case VariableForm::CachingMode:
             return static_cast<Number>(node.GetCachingMode());
         case VariableForm::Entry:
-            return static_cast<Number>(entryValue(owner, variable));
+            return static_cast<Number>(EntryValue(owner, variable));
         case VariableForm::Unknown:
             break;
     }
-    throw NODE_ERROR(RuntimeException, owner)("Invalid Extension %s",
-                                              owner.description().text(variable.suffix).data());
+    throw NODE_ERROR(RuntimeException, owner)(
+        "Invalid Extension %s", owner.CameraDescription().Text(variable.suffix).data());
 }
 
-const CompiledFormula& compiledOrThrow(Node& owner, std::uint32_t formula) {
-    const CompiledFormula& compiled = compiledFormula(owner.description(), formula);
+const CompiledFormula& CompiledOrThrow(Node& owner, uint32_t formula) {
+    const CompiledFormula& compiled = ProgramOf(owner.CameraDescription(), formula);
     if (compiled.error.empty()) return compiled;
-    const Description& description = owner.description();
-    const FormulaData& data = description.tables().formulas[formula];
+    const Description& description = owner.CameraDescription();
+    const FormulaData& data = description.Tables().formulas[formula];
     const bool itself = compiled.faulty == data.node;
     throw NODE_ERROR(LogicalErrorException, owner)(
         "%s : Failed to parse formula '%s' : error message is '%s'",
-        description.name(itself ? owner.id() : compiled.faulty).data(),
-        (itself ? description.text(data.text) : description.text(compiled.faulty, Element::Formula))
+        description.Name(itself ? owner.Id() : compiled.faulty).data(),
+        (itself ? description.Text(data.text) : description.Text(compiled.faulty, Element::Formula))
             .data(),
         compiled.error.c_str());
 }
@@ -118,10 +118,10 @@ const CompiledFormula& compiledOrThrow(Node& owner, std::uint32_t formula) {
 }  // namespace
 
 template <typename Number>
-Number evaluate(Node& owner, std::uint32_t formula, ReadOptions options, Number input) {
-    const NodeTables& tables = owner.description().tables();
+Number Evaluate(Node& owner, uint32_t formula, ReadOptions options, Number input) {
+    const NodeTables& tables = owner.CameraDescription().Tables();
     const FormulaData& data = tables.formulas[formula];
-    const auto variables = NodeTables::slice(tables.variables, data.variables);
+    const auto variables = NodeTables::SliceOf(tables.variables, data.variables);
     // Most formulas have few variables; those live on the stack.
     std::array<Number, 16> few;
     std::vector<Number> many;
@@ -130,22 +130,22 @@ Number evaluate(Node& owner, std::uint32_t formula, ReadOptions options, Number 
         many.resize(variables.size() + 1);
         values = many.data();
     }
-    for (std::size_t i = 0; i < variables.size(); ++i)
-        values[i] = operand<Number>(owner, variables[i], options);
+    for (size_t i = 0; i < variables.size(); ++i)
+        values[i] = OperandOf<Number>(owner, variables[i], options);
     values[variables.size()] = input;
-    const Formula<Number>& program = Operand<Number>::program(compiledOrThrow(owner, formula));
-    owner.map().spend(program.operationCount() / kFormulaOperationsPerWork, owner);
+    const Formula<Number>& program = Operand<Number>::Program(CompiledOrThrow(owner, formula));
+    owner.Map().Spend(program.OperationCount() / kFormulaOperationsPerWork, owner);
     try {
-        return program.evaluate(values);
+        return program.Evaluate(values);
     } catch (const FormulaError& error) {
         throw NODE_ERROR(LogicalErrorException, owner)(
-            "%s : Failed to evaluate formula '%s' : error message is '%s'", owner.name().data(),
-            owner.description().text(data.text).data(), error.what());
+            "%s : Failed to evaluate formula '%s' : error message is '%s'", owner.Name().data(),
+            owner.CameraDescription().Text(data.text).data(), error.what());
     }
 }
 
-template std::int64_t evaluate(Node&, std::uint32_t, ReadOptions, std::int64_t);
-template double evaluate(Node&, std::uint32_t, ReadOptions, double);
+template int64_t Evaluate(Node&, uint32_t, ReadOptions, int64_t);
+template double Evaluate(Node&, uint32_t, ReadOptions, double);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

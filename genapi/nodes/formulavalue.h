@@ -9,7 +9,7 @@ namespace Engine {
 // input is the value of FROM or TO in a converter's formulas. LogicalErrorException when the
 // formula does not parse or cannot be evaluated.
 template <typename Number>
-Number evaluate(Node& owner, std::uint32_t formula, ReadOptions options, Number input = {});
+Number Evaluate(Node& owner, uint32_t formula, ReadOptions options, Number input = {});
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

@@ -8,31 +8,32 @@ namespace Engine {
 
 class IntegerSource {
   public:
-    IntegerSource(Node& owner, const Setting<std::int64_t>& setting)
+    IntegerSource(Node& owner, const Setting<int64_t>& setting)
         : owner_(owner), setting_(setting), constant_(setting.constant) {}
 
-    bool isNode() const { return setting_.isNode(); }
-    Node* node() const { return isNode() ? &owner_.node(setting_.node) : nullptr; }
+    bool IsNode() const { return setting_.IsNode(); }
 
-    std::int64_t read(ReadOptions options) const {
-        return isNode() ? node()->getInt(options) : constant_;
+    int64_t Read(ReadOptions options) const {
+        return IsNode() ? Source().GetInt(options) : constant_;
     }
-    void write(std::int64_t value, bool verify) {
-        if (isNode()) {
-            node()->setInt(value, verify);
+    void Write(int64_t value, bool verify) {
+        if (IsNode()) {
+            Source().SetInt(value, verify);
         } else {
-            owner_.map().beginWrite(owner_.id());
+            owner_.Map().BeginWrite(owner_.Id());
             constant_ = value;
         }
     }
-    EAccessMode accessMode(bool relaxed) const {
-        return isNode() ? node()->accessMode(relaxed) : RW;
+    EAccessMode AccessMode(bool relaxed) const {
+        return IsNode() ? Source().AccessMode(relaxed) : RW;
     }
 
   private:
+    Node& Source() const { return owner_.NodeAt(setting_.node); }
+
     Node& owner_;
-    const Setting<std::int64_t>& setting_;
-    std::int64_t constant_;
+    const Setting<int64_t>& setting_;
+    int64_t constant_;
 };
 
 }  // namespace Engine

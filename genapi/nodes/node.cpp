@@ -2,10 +2,9 @@
 
 #include <algorithm>
 
-#include <GenApi/IEnumEntry.h>
-#include <GenApi/IEnumeration.h>
-
+#include "genapi/description/interfaces.h"
 #include "genapi/description/links.h"
+#include "genapi/nodes/enumerationnode.h"
 #include "genapi/nodes/nodemap.h"
 #include "genapi/nodes/properties.h"
 
@@ -14,26 +13,26 @@ namespace Engine {
 
 using GENICAM_NAMESPACE::gcstring;
 
-std::string errorNodeOf(const Node& node) {
-    return std::string(node.name());
+std::string ErrorNodeOf(const Node& node) {
+    return std::string(node.Name());
 }
 
-std::string entryPointOf(const Call& call) {
+std::string EntryPointOf(const Call& call) {
     if (!call.node) return {};
-    return std::string(call.node->name()) + "." + call.operation + "()";
+    return std::string(call.node->Name()) + "." + call.operation + "()";
 }
 
-std::string entryPointOf(const Node& node) {
-    return entryPointOf(node.map().call());
+std::string EntryPointOf(const Node& node) {
+    return EntryPointOf(node.Map().CurrentCall());
 }
 
 namespace {
 
-[[noreturn]] void throwNoNumber(const Node& node) {
+[[noreturn]] void ThrowNoNumber(const Node& node) {
     throw NODE_ERROR(LogicalErrorException, node)("Node has no number as its value");
 }
 
-[[noreturn]] void throwNoText(const Node& node) {
+[[noreturn]] void ThrowNoText(const Node& node) {
     throw NODE_ERROR(LogicalErrorException, node)("Node has no text as its value");
 }
 
@@ -41,73 +40,73 @@ namespace {
 
 Node::~Node() = default;
 
-const Description& Node::description() const {
-    return map_.description();
+const Description& Node::CameraDescription() const {
+    return map_.CameraDescription();
 }
 
-const NodeRecord& Node::record() const {
-    return description().record(id_);
+const NodeRecord& Node::Record() const {
+    return CameraDescription().Record(id_);
 }
 
-std::string_view Node::name() const {
-    return description().text(record().name);
+std::string_view Node::Name() const {
+    return CameraDescription().Text(Record().name);
 }
 
-Node& Node::node(NodeId id) const {
-    return map_.node(id);
+Node& Node::NodeAt(NodeId id) const {
+    return map_.NodeAt(id);
 }
 
-gcstring Node::textOf(Element element) const {
-    return toText(description().text(id_, element));
+gcstring Node::TextOf(Element element) const {
+    return ToText(CameraDescription().Text(id_, element));
 }
 
 gcstring Node::GetName(bool fullQualified) const {
-    if (!fullQualified) return toText(name());
-    return gcstring(record().nameSpace == Standard ? "Std::" : "Cust::") + toText(name());
+    if (!fullQualified) return ToText(Name());
+    return gcstring(Record().nameSpace == Standard ? "Std::" : "Cust::") + ToText(Name());
 }
 
 ENameSpace Node::GetNameSpace() const {
-    return static_cast<ENameSpace>(record().nameSpace);
+    return static_cast<ENameSpace>(Record().nameSpace);
 }
 
 EVisibility Node::GetVisibility() const {
-    const auto own = static_cast<EVisibility>(record().visibility);
+    const auto own = static_cast<EVisibility>(Record().visibility);
     if (imposedVisibility_ == kNoImposedVisibility) return own;
     return Combine(own, static_cast<EVisibility>(imposedVisibility_));
 }
 
 bool Node::IsCachable() const {
-    return record().caching != NoCache;
+    return Record().caching != NoCache;
 }
 
 EYesNo Node::IsAccessModeCacheable() const {
-    return static_cast<EYesNo>(record().accessCacheable);
+    return static_cast<EYesNo>(Record().accessCacheable);
 }
 
 ECachingMode Node::GetCachingMode() const {
-    return cachingMode();
+    return CachingMode();
 }
 
 int64_t Node::GetPollingTime() const {
-    return record().pollingTime;
+    return Record().pollingTime;
 }
 
 gcstring Node::GetToolTip() const {
-    return textOf(Element::ToolTip);
+    return TextOf(Element::ToolTip);
 }
 
 gcstring Node::GetDescription() const {
-    return textOf(Element::Description);
+    return TextOf(Element::Description);
 }
 
 gcstring Node::GetDisplayName() const {
-    if (const Property* property = description().find(id_, Element::DisplayName))
-        return toText(description().text(property->text()));
-    if (record().kind == NodeKind::EnumEntry) {
-        const TextRef symbolic = description().tables().entries[record().data].symbolic;
-        return toText(description().text(symbolic));
+    if (const Property* property = CameraDescription().Find(id_, Element::DisplayName))
+        return ToText(CameraDescription().Text(property->Text()));
+    if (Record().kind == NodeKind::EnumEntry) {
+        const TextRef symbolic = CameraDescription().Tables().entries[Record().data].symbolic;
+        return ToText(CameraDescription().Text(symbolic));
     }
-    return toText(name());
+    return ToText(Name());
 }
 
 gcstring Node::GetDeviceName() const {
@@ -115,23 +114,23 @@ gcstring Node::GetDeviceName() const {
 }
 
 gcstring Node::GetEventID() const {
-    return textOf(Element::EventID);
+    return TextOf(Element::EventID);
 }
 
 gcstring Node::GetDocuURL() const {
-    return textOf(Element::DocuURL);
+    return TextOf(Element::DocuURL);
 }
 
 bool Node::IsStreamable() const {
-    return record().streamable;
+    return Record().streamable;
 }
 
 bool Node::IsDeprecated() const {
-    return record().deprecated;
+    return Record().deprecated;
 }
 
 bool Node::IsFeature() const {
-    return record().feature;
+    return Record().feature;
 }
 
 INodeMap* Node::GetNodeMap() const {
@@ -139,112 +138,83 @@ INodeMap* Node::GetNodeMap() const {
 }
 
 INode* Node::GetAlias() const {
-    const Property* property = description().find(id_, Element::pAlias);
-    return property ? &node(property->node()) : nullptr;
+    const Property* property = CameraDescription().Find(id_, Element::pAlias);
+    return property ? &NodeAt(property->Target()) : nullptr;
 }
 
 INode* Node::GetCastAlias() const {
-    const Property* property = description().find(id_, Element::pCastAlias);
-    return property ? &node(property->node()) : nullptr;
+    const Property* property = CameraDescription().Find(id_, Element::pCastAlias);
+    return property ? &NodeAt(property->Target()) : nullptr;
 }
 
-void Node::fillNodes(const std::vector<NodeId>& ids, NodeList_t& nodes) const {
+void Node::FillNodes(const std::vector<NodeId>& ids, NodeList_t& nodes) const {
     nodes.clear();
     nodes.reserve(ids.size());
     for (const NodeId id : ids)
-        nodes.push_back(&node(id));
+        nodes.push_back(&NodeAt(id));
 }
 
-void Node::fillFeatures(const std::vector<NodeId>& ids, FeatureList_t& features) const {
+void Node::FillFeatures(const std::vector<NodeId>& ids, FeatureList_t& features) const {
     features.clear();
     for (const NodeId id : ids)
-        if (auto* value = dynamic_cast<IValue*>(&node(id))) features.push_back(value);
+        if (auto* value = dynamic_cast<IValue*>(&NodeAt(id))) features.push_back(value);
 }
 
 void Node::GetChildren(NodeList_t& found, ELinkType linkType) const {
-    fillNodes(children(description(), id_, linkType), found);
+    FillNodes(Children(CameraDescription(), id_, linkType), found);
 }
 
 void Node::GetParents(NodeList_t& found) const {
-    fillNodes(parents(description(), id_), found);
+    FillNodes(Parents(CameraDescription(), id_), found);
 }
 
 bool Node::IsSelector() const {
-    return description().find(id_, Element::pSelected) != nullptr;
+    return CameraDescription().Find(id_, Element::pSelected) != nullptr;
 }
 
 void Node::GetSelectedFeatures(FeatureList_t& features) const {
-    fillFeatures(selectedFeatures(description(), id_), features);
+    FillFeatures(SelectedFeatures(CameraDescription(), id_), features);
 }
 
 void Node::GetSelectingFeatures(FeatureList_t& features) const {
-    fillFeatures(selectingFeatures(description(), id_), features);
+    FillFeatures(SelectingFeatures(CameraDescription(), id_), features);
 }
 
 void Node::GetPropertyNames(GENICAM_NAMESPACE::gcstring_vector& names) const {
-    propertyNames(*this, names);
+    PropertyNames(*this, names);
 }
 
 bool Node::GetProperty(const gcstring& property, gcstring& value, gcstring& attribute) {
-    return propertyOf(*this, property.c_str(), value, attribute);
+    return PropertyOf(*this, property.c_str(), value, attribute);
 }
 
 EInterfaceType Node::GetPrincipalInterfaceType() const {
-    switch (record().kind) {
-        case NodeKind::Node:
-            return intfIValue;
-        case NodeKind::Category:
-            return intfICategory;
-        case NodeKind::Boolean:
-            return intfIBoolean;
-        case NodeKind::Command:
-            return intfICommand;
-        case NodeKind::Float:
-        case NodeKind::FloatReg:
-        case NodeKind::SwissKnife:
-        case NodeKind::Converter:
-            return intfIFloat;
-        case NodeKind::Enumeration:
-            return intfIEnumeration;
-        case NodeKind::EnumEntry:
-            return intfIEnumEntry;
-        case NodeKind::String:
-        case NodeKind::StringReg:
-        case NodeKind::TextDesc:
-            return intfIString;
-        case NodeKind::Register:
-        case NodeKind::ConfRom:
-            return intfIRegister;
-        case NodeKind::Port:
-            return intfIPort;
-        default:
-            return intfIInteger;
-    }
+    return InterfaceOf(Record().kind);
 }
 
 void Node::InvalidateNode() {
-    modify("InvalidateNode", invalidatedBy(description(), id_), [] {});
+    RunChange("InvalidateNode", InvalidatedBy(CameraDescription(), id_), [] {});
 }
 
 void Node::ImposeAccessMode(EAccessMode mode) {
-    modify("ImposeAccessMode", invalidatedBy(description(), id_),
-           [&] { imposedAccess_ = static_cast<std::uint8_t>(mode); });
+    RunChange("ImposeAccessMode", InvalidatedBy(CameraDescription(), id_),
+              [&] { imposedAccess_ = static_cast<uint8_t>(mode); });
 }
 
 void Node::ImposeVisibility(EVisibility visibility) {
     const Entry entry(*this, "ImposeVisibility");
     imposedVisibility_ = visibility == _UndefinedVisibility ? kNoImposedVisibility
-                                                            : static_cast<std::uint8_t>(visibility);
+                                                            : static_cast<uint8_t>(visibility);
 }
 
 UserData_t Node::GetUserData() const {
     const Entry entry(*this, "GetUserData");
-    return map_.userDataOf(id_);
+    return map_.UserDataOf(id_);
 }
 
 UserData_t Node::SetUserData(UserData_t userData) {
     const Entry entry(*this, "SetUserData");
-    return map_.setUserDataOf(id_, userData);
+    return map_.SetUserDataOf(id_, userData);
 }
 
 CallbackHandleType Node::RegisterCallback(CNodeCallback* callback) {
@@ -255,7 +225,7 @@ CallbackHandleType Node::RegisterCallback(CNodeCallback* callback) {
     // The map owns the callback from here on, so that nothing fails after it.
     callbacks_->reserve(callbacks_->size() + 1);
     callbacks_->push_back(std::make_shared<Callback>(*callback));
-    map_.callbackAdded();
+    map_.CountCallback();
     return reinterpret_cast<CallbackHandleType>(callback);
 }
 
@@ -265,140 +235,144 @@ bool Node::DeregisterCallback(CallbackHandleType handle) {
     if (!callbacks_) return false;
     const auto found =
         std::find_if(callbacks_->begin(), callbacks_->end(),
-                     [handle](const std::shared_ptr<Callback>& c) { return c->is(handle); });
+                     [handle](const std::shared_ptr<Callback>& c) { return c->Is(handle); });
     if (found == callbacks_->end()) return false;
     removed = std::move(*found);
     callbacks_->erase(found);
-    map_.callbackRemoved();
+    map_.UncountCallback();
     return true;
 }
 
-std::int64_t Node::getInt(ReadOptions) {
-    throwNoNumber(*this);
+int64_t Node::GetInt(ReadOptions) {
+    ThrowNoNumber(*this);
 }
-void Node::setInt(std::int64_t, bool) {
-    throwNoNumber(*this);
+void Node::SetInt(int64_t, bool) {
+    ThrowNoNumber(*this);
 }
-std::int64_t Node::minInt() {
-    throwNoNumber(*this);
+int64_t Node::MinInt() {
+    ThrowNoNumber(*this);
 }
-std::int64_t Node::maxInt() {
-    throwNoNumber(*this);
+int64_t Node::MaxInt() {
+    ThrowNoNumber(*this);
 }
-std::int64_t Node::incInt() {
-    throwNoNumber(*this);
+int64_t Node::IncInt() {
+    ThrowNoNumber(*this);
 }
-double Node::getFloat(ReadOptions) {
-    throwNoNumber(*this);
+double Node::GetFloat(ReadOptions) {
+    ThrowNoNumber(*this);
 }
-void Node::setFloat(double, bool) {
-    throwNoNumber(*this);
+void Node::SetFloat(double, bool) {
+    ThrowNoNumber(*this);
 }
-double Node::minFloat() {
-    throwNoNumber(*this);
+double Node::MinFloat() {
+    ThrowNoNumber(*this);
 }
-double Node::maxFloat() {
-    throwNoNumber(*this);
+double Node::MaxFloat() {
+    ThrowNoNumber(*this);
 }
-bool Node::hasInc() {
-    throwNoNumber(*this);
+bool Node::HasIncFloat() {
+    ThrowNoNumber(*this);
 }
-double Node::incFloat() {
-    throwNoNumber(*this);
+double Node::IncFloat() {
+    ThrowNoNumber(*this);
 }
-std::string Node::getText(ReadOptions) {
-    throwNoText(*this);
+std::string Node::GetText(ReadOptions) {
+    ThrowNoText(*this);
 }
-void Node::setText(const std::string&, bool) {
-    throwNoText(*this);
+void Node::SetText(const std::string&, bool) {
+    ThrowNoText(*this);
 }
-std::int64_t Node::maxTextLength() {
-    throwNoText(*this);
+int64_t Node::MaxTextLength() {
+    ThrowNoText(*this);
 }
 
-void Node::checkErrorNodes() {
-    for (const Property& property : description().properties(id_)) {
+void Node::CheckErrorNodes() {
+    for (const Property& property : CameraDescription().Properties(id_)) {
         if (property.element != Element::pError) continue;
-        Node& source = node(property.node());
-        auto* error = dynamic_cast<IEnumeration*>(&source);
-        const std::int64_t value = error ? source.getInt({}) : 0;
+        Node& source = NodeAt(property.Target());
+        if (source.Record().kind != NodeKind::Enumeration) continue;
+        const int64_t value = source.GetInt({});
         if (value == 0) continue;
-        IEnumEntry* entry = error->GetEntry(value);
+        const EnumEntryNode* entry = static_cast<EnumerationNode&>(source).EntryOf(value);
         if (!entry)
             throw NODE_ERROR(LogicalErrorException, *this)(
-                "Error node '%s' has a value that is none of its entries", source.name().data());
+                "Error node '%s' has a value that is none of its entries", source.Name().data());
         throw NODE_ERROR(RuntimeException, *this)("%s : %s", entry->GetSymbolic().c_str(),
-                                                  entry->GetNode()->GetToolTip().c_str());
+                                                  entry->GetToolTip().c_str());
     }
 }
 
-bool Node::isValueCached() const {
-    return (map_.flagsOf(id_) & NodeMap::kValueCached) != 0;
+bool Node::IsValueCached() const {
+    return (map_.Flags(id_) & NodeMap::kValueCached) != 0;
 }
 
-bool Node::isValueKnown(ReadOptions options, bool restsOnNodes) const {
+bool Node::IsValueKnown(ReadOptions options, bool restsOnNodes) const {
     const bool verify = options.verify && restsOnNodes;
-    const std::uint8_t flags = map_.flagsOf(id_);
+    const uint8_t flags = map_.Flags(id_);
     if ((flags & NodeMap::kValueCached) && !options.ignoreCache && !verify) return true;
     return (flags & NodeMap::kSeen) && (!options.ignoreCache || (flags & NodeMap::kFresh)) &&
            (!verify || (flags & NodeMap::kVerified));
 }
 
-void Node::valueWasRead(ReadOptions options) {
-    if (!options.leavesNothing() && cachingMode() != NoCache) {
-        map_.flagsOf(id_) |= NodeMap::kValueCached;
+void Node::NoteRead(ReadOptions options) {
+    if (!options.LeavesNothing() && CachingMode() != NoCache) {
+        map_.SetFlags(id_, NodeMap::kValueCached);
     } else {
-        valueIsUnknown();
-        if (options.leavesNothing() || GetPrincipalInterfaceType() != intfIFloat)
-            map_.retryAccess(id_);
+        ForgetValue();
+        if (options.LeavesNothing() || GetPrincipalInterfaceType() != intfIFloat)
+            map_.RetryAccess(id_);
     }
-    std::uint8_t& flags = map_.flagsOf(id_);
-    flags &= static_cast<std::uint8_t>(~(NodeMap::kFresh | NodeMap::kVerified));
-    flags |= NodeMap::kSeen;
-    if (options.ignoreCache) flags |= NodeMap::kFresh;
-    map_.passes(id_);
+    map_.ClearFlags(id_, NodeMap::kFresh | NodeMap::kVerified);
+    map_.SetFlags(id_, options.ignoreCache ? NodeMap::kSeen | NodeMap::kFresh : NodeMap::kSeen);
+    map_.LetPass(id_);
 }
 
-bool Node::isVerified() const {
-    return (map_.flagsOf(id_) & NodeMap::kVerified) != 0;
+bool Node::IsVerified() const {
+    return (map_.Flags(id_) & NodeMap::kVerified) != 0;
 }
 
-void Node::valueWasVerified() {
-    map_.flagsOf(id_) |= NodeMap::kVerified;
-    map_.passes(id_);
+void Node::NoteVerified() {
+    map_.SetFlags(id_, NodeMap::kVerified);
+    map_.LetPass(id_);
 }
 
-void Node::valueWasWritten() {
-    if (cachingMode() == WriteThrough) {
-        map_.flagsOf(id_) |= NodeMap::kValueCached;
-        map_.keep(id_);
+void Node::NoteWritten() {
+    if (CachingMode() == WriteThrough) {
+        map_.SetFlags(id_, NodeMap::kValueCached);
+        map_.Keep(id_);
     } else {
-        valueIsUnknown();
+        ForgetValue();
     }
 }
 
-void Node::valueIsUnknown() {
-    map_.flagsOf(id_) &= static_cast<std::uint8_t>(~NodeMap::kValueCached);
+void Node::ForgetValue() {
+    map_.ClearFlags(id_, NodeMap::kValueCached);
 }
 
-bool Node::isPollingBlocked() {
-    const NodeId blocker = record().blockPolling;
+bool Node::IsPollingBlocked() {
+    const NodeId blocker = Record().blockPolling;
     if (blocker == kNoNode) return false;
-    Node& source = node(blocker);
-    return IsReadable(source.accessMode()) && isTrue(source);
+    Node& source = NodeAt(blocker);
+    return IsReadable(source.AccessMode()) && IsTrue(source);
 }
 
-Presentation effectivePresentation(Node& start) {
-    Presentation result;
+const Presentation& Node::OwnPresentation() const {
+    static const Presentation kNone;
+    return kNone;
+}
+
+Presentation EffectivePresentation(const Node& node) {
+    Presentation result = node.OwnPresentation();
     // The chain was checked for cycles when the description was loaded.
-    for (Node* node = &start; node; node = node->presentationSource()) {
-        const Presentation* own = node->presentation();
-        if (!own) break;
-        if (!result.unit) result.unit = own->unit;
+    for (NodeId id = node.PresentationSource(); id != kNoNode;) {
+        const Node& source = node.NodeAt(id);
+        const Presentation& own = source.OwnPresentation();
+        if (!result.unit) result.unit = own.unit;
         if (result.representation == _UndefinedRepresentation)
-            result.representation = own->representation;
-        if (result.notation == _UndefinedEDisplayNotation) result.notation = own->notation;
-        if (result.precision < 0) result.precision = own->precision;
+            result.representation = own.representation;
+        if (result.notation == _UndefinedEDisplayNotation) result.notation = own.notation;
+        if (result.precision < 0) result.precision = own.precision;
+        id = source.PresentationSource();
     }
     return result;
 }

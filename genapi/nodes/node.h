@@ -26,7 +26,7 @@ namespace Engine {
 
 class NodeMap;
 
-inline GENICAM_NAMESPACE::gcstring toText(std::string_view text) {
+inline GENICAM_NAMESPACE::gcstring ToText(std::string_view text) {
     return GENICAM_NAMESPACE::gcstring(text.data(), text.size());
 }
 
@@ -35,7 +35,7 @@ struct ReadOptions {
     bool ignoreCache = false;  // read the device, and leave nothing cached
     bool refresh = false;      // read the device, but cache what it says
 
-    bool leavesNothing() const { return ignoreCache && !refresh; }
+    bool LeavesNothing() const { return ignoreCache && !refresh; }
 };
 
 class Node : public INode, public ISelector, public IUserData {
@@ -88,120 +88,121 @@ class Node : public INode, public ISelector, public IUserData {
     UserData_t SetUserData(UserData_t userData) override;
 
     // Inside: the lock of the map is held.
-    NodeMap& map() const { return map_; }
-    NodeId id() const { return id_; }
-    const NodeRecord& record() const;
-    const Description& description() const;
-    std::string_view name() const;
+    NodeMap& Map() const { return map_; }
+    NodeId Id() const { return id_; }
+    const NodeRecord& Record() const;
+    const Description& CameraDescription() const;
+    std::string_view Name() const;
 
-    EAccessMode accessMode();
+    EAccessMode AccessMode();
     // Relaxed is what an unverified write goes by: locks and pIsAvailable do not count.
-    EAccessMode accessMode(bool relaxed);
+    EAccessMode AccessMode(bool relaxed);
 
     // AccessException when the node is not implemented or not available: it has no limits then.
-    void requireAvailable();
+    void RequireAvailable();
 
     // The value as an integer, with the limits that a reference to this node goes by. Nodes without
     // a number throw LogicalErrorException; descriptions that ask for one do not load.
-    virtual std::int64_t getInt(ReadOptions options);
-    virtual void setInt(std::int64_t value, bool verify);
-    virtual std::int64_t minInt();
-    virtual std::int64_t maxInt();
-    virtual std::int64_t incInt();
+    virtual int64_t GetInt(ReadOptions options);
+    virtual void SetInt(int64_t value, bool verify);
+    virtual int64_t MinInt();
+    virtual int64_t MaxInt();
+    virtual int64_t IncInt();
     // The value as a floating-point number, likewise.
-    virtual double getFloat(ReadOptions options);
-    virtual void setFloat(double value, bool verify);
-    virtual double minFloat();
-    virtual double maxFloat();
-    virtual bool hasInc();
-    virtual double incFloat();
+    virtual double GetFloat(ReadOptions options);
+    virtual void SetFloat(double value, bool verify);
+    virtual double MinFloat();
+    virtual double MaxFloat();
+    virtual bool HasIncFloat();
+    virtual double IncFloat();
     // The value as a text, for String nodes over other nodes.
-    virtual std::string getText(ReadOptions options);
-    virtual void setText(const std::string& value, bool verify);
-    virtual std::int64_t maxTextLength();
-    // How numbers are shown; null for nodes without numbers.
-    virtual const Presentation* presentation() const { return nullptr; }
-    // The node whose presentation counts where this one does not say.
-    virtual Node* presentationSource() { return nullptr; }
+    virtual std::string GetText(ReadOptions options);
+    virtual void SetText(const std::string& value, bool verify);
+    virtual int64_t MaxTextLength();
+    // How the description shows the number; it shows none of a node without one.
+    virtual const Presentation& OwnPresentation() const;
+    // The node whose presentation counts where this one says nothing, or kNoNode.
+    virtual NodeId PresentationSource() const { return kNoNode; }
 
     // Drops what the node has cached beside its value and access mode.
-    virtual void dropCaches() {}
+    virtual void DropCaches() {}
     // Whether Poll counts the node's time now.
-    virtual bool isPolled() const { return true; }
-    bool isPollingBlocked();
+    virtual bool IsPolled() const { return true; }
+    bool IsPollingBlocked();
 
-    Node& node(NodeId id) const;
-    std::vector<std::shared_ptr<Callback>>* callbacks() const { return callbacks_.get(); }
+    Node& NodeAt(NodeId id) const;
+    // Null where none was ever registered.
+    const std::vector<std::shared_ptr<Callback>>* Callbacks() const { return callbacks_.get(); }
 
   protected:
     // The mode that the value source allows: a constant, a node, a register.
-    virtual EAccessMode sourceAccessMode(bool relaxed);
+    virtual EAccessMode SourceAccessMode(bool relaxed);
     // What the parts of the node allow: the entries of an enumeration, the device behind a port.
-    virtual EAccessMode partsAccessMode();
+    virtual EAccessMode PartsAccessMode();
     // The mode that the description gives to the node itself, whatever the device says.
-    virtual EAccessMode declaredAccessMode() const;
+    virtual EAccessMode DeclaredAccessMode() const;
 
     // AccessException when the node is not readable. For a node that others read; where it is the
     // one that the application called, read says it at less cost.
-    void requireReadable();
-    bool isWritable(bool verify);
-    void requireWritable(bool verify);
+    void RequireReadable();
+    bool CanWrite(bool verify);
+    void RequireWritable(bool verify);
     // RuntimeException when one of the error nodes (pError) tells of an error.
-    void checkErrorNodes();
+    void CheckErrorNodes();
 
-    ECachingMode cachingMode() const { return static_cast<ECachingMode>(record().caching); }
-    bool isValueCached() const;
+    ECachingMode CachingMode() const { return static_cast<ECachingMode>(Record().caching); }
+    bool IsValueCached() const;
     // Whether the value need not be computed: it is cached, or the operation in progress computed
     // it with these options. restsOnNodes: whether a verified read must verify nodes below, too.
-    bool isValueKnown(ReadOptions options, bool restsOnNodes = true) const;
-    void valueWasRead(ReadOptions options);
+    bool IsValueKnown(ReadOptions options, bool restsOnNodes = true) const;
+    void NoteRead(ReadOptions options);
     // Whether a value that is known needs no more checks in the operation in progress.
-    bool isVerified() const;
-    void valueWasVerified();
-    void valueWasWritten();
-    void valueIsUnknown();
+    bool IsVerified() const;
+    void NoteVerified();
+    void NoteWritten();
+    void ForgetValue();
 
     // Runs an operation that reads the value: lock, access mode, operation. That the node is not
     // readable is said after the lock is released: applications that read all features meet many
     // such nodes, and an exception costs by the frames and scopes that it leaves.
     template <typename Operation>
-    auto read(const char* name, Operation operation);
+    auto RunRead(const char* name, Operation operation);
 
     // Runs an operation that changes the device, and with it the nodes of `changed`: lock,
     // operation, callbacks inside the lock, and after the lock is released those outside. What
     // needs memory comes before the operation, so that none is missing once the device has changed.
     template <typename Operation>
-    void modify(const char* name, const ChangeSet& changed, Operation operation);
+    void RunChange(const char* name, const ChangeSet& changed, Operation operation);
 
   private:
-    GENICAM_NAMESPACE::AccessException notReadable(const Call& call) const;
-    EAccessMode unrestrictedMode() const;
-    EAccessMode computeAccessMode(bool relaxed);
-    EAccessMode readNodesAccessMode();
-    EAccessMode conditionalAccessMode(EAccessMode mode, bool relaxed);
-    EAccessMode lockableAccessMode(EAccessMode mode);
+    GENICAM_NAMESPACE::AccessException NotReadable(const Call& call) const;
+    EAccessMode UnrestrictedMode() const;
+    EAccessMode ComputeAccessMode(bool relaxed);
+    EAccessMode ReadNodesAccessMode();
+    EAccessMode ConditionalAccessMode(EAccessMode mode, bool relaxed);
+    EAccessMode LockableAccessMode(EAccessMode mode);
     // RW where the condition holds.
-    EAccessMode requiredAccessMode(NodeId condition, EAccessMode otherwise);
-    bool isTrue(Node& condition);
-    void fillFeatures(const std::vector<NodeId>& ids, FeatureList_t& features) const;
-    void fillNodes(const std::vector<NodeId>& ids, NodeList_t& nodes) const;
-    GENICAM_NAMESPACE::gcstring textOf(Element element) const;
+    EAccessMode RequiredAccessMode(NodeId condition, EAccessMode otherwise);
+    bool IsTrue(Node& condition);
+    void FillFeatures(const std::vector<NodeId>& ids, FeatureList_t& features) const;
+    void FillNodes(const std::vector<NodeId>& ids, NodeList_t& nodes) const;
+    GENICAM_NAMESPACE::gcstring TextOf(Element element) const;
 
     NodeMap& map_;
     const NodeId id_;
-    std::uint8_t imposedAccess_ = _UndefinedAccesMode;
-    std::uint8_t imposedVisibility_ = kNoImposedVisibility;
+    uint8_t imposedAccess_ = _UndefinedAccesMode;
+    uint8_t imposedVisibility_ = kNoImposedVisibility;
     std::unique_ptr<std::vector<std::shared_ptr<Callback>>> callbacks_;
 
-    static constexpr std::uint8_t kNoImposedVisibility = 0xFF;
+    static constexpr uint8_t kNoImposedVisibility = 0xFF;
 };
 
 // How a node restricts one that reads it: NI, NA, or RW where it does not. Where its value counts,
 // a node that cannot be read is not available.
-EAccessMode restriction(EAccessMode found, bool valueCounts);
+EAccessMode Restriction(EAccessMode found, bool valueCounts);
 
 // ERepresentation and the like of a node, through the nodes below it where it says nothing itself.
-Presentation effectivePresentation(Node& node);
+Presentation EffectivePresentation(const Node& node);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

@@ -1,17 +1,17 @@
 #include "genapi/nodes/nodefactory.h"
 
-#include <array>
 #include <new>
+
+#include <Base/GCException.h>
 
 #include "genapi/nodes/booleannode.h"
 #include "genapi/nodes/commandnode.h"
 #include "genapi/nodes/enumerationnode.h"
-#include "genapi/nodes/floatnode.h"
-#include "genapi/nodes/formulanodes.h"
-#include "genapi/nodes/integernode.h"
-#include "genapi/nodes/plainnodes.h"
+#include "genapi/nodes/formulanode.h"
+#include "genapi/nodes/numbernode.h"
+#include "genapi/nodes/plainnode.h"
 #include "genapi/nodes/portnode.h"
-#include "genapi/nodes/registernodes.h"
+#include "genapi/nodes/registernode.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -19,40 +19,77 @@ namespace Engine {
 namespace {
 
 struct Maker {
-    std::size_t size;
+    size_t size;
     Node* (*make)(NodeMap& map, NodeId id, void* place);
 };
 
 template <typename T>
-constexpr Maker maker() {
-    constexpr std::size_t kAlignment = alignof(std::max_align_t);
+constexpr Maker MakerFor() {
+    constexpr size_t kAlignment = alignof(std::max_align_t);
     return {(sizeof(T) + kAlignment - 1) / kAlignment * kAlignment,
             [](NodeMap& map, NodeId id, void* place) -> Node* { return new (place) T(map, id); }};
 }
 
-const Maker& makerOf(NodeKind kind) {
-    // In the order of NodeKind.
-    static const std::array<Maker, 25> kMakers = {
-        maker<PlainNode>(),           maker<CategoryNode>(),      maker<IntegerNode>(),
-        maker<IntRegNode>(),          maker<IntRegNode>(),        maker<IntRegNode>(),
-        maker<BooleanNode>(),         maker<CommandNode>(),       maker<FloatNode>(),
-        maker<FloatRegNode>(),        maker<EnumerationNode>(),   maker<EnumEntryNode>(),
-        maker<StringNode>(),          maker<StringRegNode>(),     maker<RegisterNode>(),
-        maker<FloatSwissKnifeNode>(), maker<IntSwissKnifeNode>(), maker<FloatConverterNode>(),
-        maker<IntConverterNode>(),    maker<PortNode>(),          maker<RegisterNode>(),
-        maker<LegacyString>(),        maker<LegacyInteger>(),     maker<LegacyInteger>(),
-        maker<LegacyInteger>()};
-    return kMakers[static_cast<std::size_t>(kind)];
+// Names every kind: the compiler complains of one that is missing.
+Maker MakerOf(NodeKind kind) {
+    switch (kind) {
+        case NodeKind::Node:
+            return MakerFor<PlainNode>();
+        case NodeKind::Category:
+            return MakerFor<CategoryNode>();
+        case NodeKind::Integer:
+            return MakerFor<IntegerNode>();
+        case NodeKind::IntReg:
+        case NodeKind::MaskedIntReg:
+        case NodeKind::StructEntry:
+            return MakerFor<IntRegNode>();
+        case NodeKind::Boolean:
+            return MakerFor<BooleanNode>();
+        case NodeKind::Command:
+            return MakerFor<CommandNode>();
+        case NodeKind::Float:
+            return MakerFor<FloatNode>();
+        case NodeKind::FloatReg:
+            return MakerFor<FloatRegNode>();
+        case NodeKind::Enumeration:
+            return MakerFor<EnumerationNode>();
+        case NodeKind::EnumEntry:
+            return MakerFor<EnumEntryNode>();
+        case NodeKind::String:
+            return MakerFor<StringNode>();
+        case NodeKind::StringReg:
+            return MakerFor<StringRegNode>();
+        case NodeKind::Register:
+        case NodeKind::ConfRom:
+            return MakerFor<RegisterNode>();
+        case NodeKind::SwissKnife:
+            return MakerFor<FloatSwissKnifeNode>();
+        case NodeKind::IntSwissKnife:
+            return MakerFor<IntSwissKnifeNode>();
+        case NodeKind::Converter:
+            return MakerFor<FloatConverterNode>();
+        case NodeKind::IntConverter:
+            return MakerFor<IntConverterNode>();
+        case NodeKind::Port:
+            return MakerFor<PortNode>();
+        case NodeKind::TextDesc:
+            return MakerFor<LegacyString>();
+        case NodeKind::IntKey:
+        case NodeKind::AdvFeatureLock:
+        case NodeKind::SmartFeature:
+            return MakerFor<LegacyInteger>();
+    }
+    throw LOGICAL_ERROR_EXCEPTION("Node is of no known kind");
 }
 
 }  // namespace
 
-std::size_t nodeSize(NodeKind kind) {
-    return makerOf(kind).size;
+size_t NodeSize(NodeKind kind) {
+    return MakerOf(kind).size;
 }
 
-Node* makeNode(NodeMap& map, NodeId id, void* place) {
-    return makerOf(map.description().record(id).kind).make(map, id, place);
+Node* MakeNode(NodeMap& map, NodeId id, void* place) {
+    return MakerOf(map.CameraDescription().Record(id).kind).make(map, id, place);
 }
 
 }  // namespace Engine

@@ -9,9 +9,9 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 // Bytes that an object of that kind takes, rounded up so that the next one is aligned.
-std::size_t nodeSize(NodeKind kind);
+size_t NodeSize(NodeKind kind);
 // Makes the object at the given place; its destructor must be called.
-Node* makeNode(NodeMap& map, NodeId id, void* place);
+Node* MakeNode(NodeMap& map, NodeId id, void* place);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

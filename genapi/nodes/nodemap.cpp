@@ -19,7 +19,7 @@ namespace {
 
 // Sets that come from one description. Many nodes may share one, which counts once: all of them
 // together may hold much more than there is memory for.
-ChangeSet unionOf(std::vector<const ChangeSet*> sets) {
+ChangeSet UnionOf(std::vector<const ChangeSet*> sets) {
     std::sort(sets.begin(), sets.end());
     sets.erase(std::unique(sets.begin(), sets.end()), sets.end());
     if (sets.size() == 1) return *sets.front();
@@ -37,12 +37,12 @@ NodeMap::NodeMap(std::shared_ptr<const Description> description, const gcstring&
     : description_(std::move(description)),
       deviceName_(name.c_str(), name.length()),
       lock_(lock ? *lock : ownLock_),
-      access_(new std::atomic<std::uint8_t>[description_->nodeCount()]),
-      flags_(new std::uint8_t[description_->nodeCount()]()) {
-    for (NodeId id = 0; id < description_->nodeCount(); ++id)
+      access_(new std::atomic<uint8_t>[description_->NodeCount()]),
+      flags_(new uint8_t[description_->NodeCount()]()) {
+    for (NodeId id = 0; id < description_->NodeCount(); ++id)
         access_[id].store(kUnknownAccess, std::memory_order_relaxed);
-    createNodes();
-    initialisePolling();
+    CreateNodes();
+    InitialisePolling();
 }
 
 NodeMap::~NodeMap() {
@@ -50,23 +50,23 @@ NodeMap::~NodeMap() {
         node->~Node();
 }
 
-void NodeMap::createNodes() {
+void NodeMap::CreateNodes() {
     // All nodes lie in one block, in the order of their numbers.
-    std::size_t size = 0;
-    for (NodeId id = 0; id < description_->nodeCount(); ++id)
-        size += nodeSize(description_->record(id).kind);
+    size_t size = 0;
+    for (NodeId id = 0; id < description_->NodeCount(); ++id)
+        size += NodeSize(description_->Record(id).kind);
     arena_.reset(new std::byte[size]);
-    nodes_.reserve(description_->nodeCount());
+    nodes_.reserve(description_->NodeCount());
     std::byte* place = arena_.get();
-    for (NodeId id = 0; id < description_->nodeCount(); ++id) {
-        nodes_.push_back(makeNode(*this, id, place));
-        place += nodeSize(description_->record(id).kind);
+    for (NodeId id = 0; id < description_->NodeCount(); ++id) {
+        nodes_.push_back(MakeNode(*this, id, place));
+        place += NodeSize(description_->Record(id).kind);
     }
 }
 
-void NodeMap::initialisePolling() {
-    for (NodeId id = 0; id < description_->nodeCount(); ++id)
-        if (description_->record(id).pollingTime >= 0) polled_.push_back({id, 0});
+void NodeMap::InitialisePolling() {
+    for (NodeId id = 0; id < description_->NodeCount(); ++id)
+        if (description_->Record(id).pollingTime >= 0) polled_.push_back({id, 0});
 }
 
 void NodeMap::GetNodes(NodeList_t& nodes) const {
@@ -77,7 +77,7 @@ void NodeMap::GetNodes(NodeList_t& nodes) const {
 }
 
 INode* NodeMap::GetNode(const gcstring& name) const {
-    const NodeId id = description_->find(std::string_view(name.c_str(), name.length()));
+    const NodeId id = description_->Find(std::string_view(name.c_str(), name.length()));
     return id == kNoNode ? nullptr : nodes_[id];
 }
 
@@ -90,75 +90,75 @@ void NodeMap::InvalidateNodes() const {
     Notification notification;
     {
         const AutoLock lock(lock_);
-        self.invalidateAll();
-        notification.addAll(self);
-        notification.fire(cbPostInsideLock);
+        self.InvalidateAll();
+        notification.AddAll(self);
+        notification.Fire(cbPostInsideLock);
     }
-    notification.fire(cbPostOutsideLock);
+    notification.Fire(cbPostOutsideLock);
 }
 
-void NodeMap::retryAccess(NodeId id) {
+void NodeMap::RetryAccess(NodeId id) {
     if (access_[id].load(std::memory_order_relaxed) != kFailedAccess) return;
     access_[id].store(kPassingFailure, std::memory_order_relaxed);
-    passes(id);
+    LetPass(id);
 }
 
-void NodeMap::keep(NodeId id) {
-    flags_[id] |= kKeep;
+void NodeMap::Keep(NodeId id) {
+    SetFlags(id, kKeep);
     written_.push_back(id);
 }
 
-void NodeMap::forgetWritten() {
+void NodeMap::ForgetWritten() {
     for (const NodeId id : written_)
-        flags_[id] &= static_cast<std::uint8_t>(~kKeep);
+        ClearFlags(id, kKeep);
     try {
         std::vector<const ChangeSet*> sets;
         for (const NodeId id : written_)
-            sets.push_back(&invalidatedBy(*description_, id));
-        invalidate(unionOf(std::move(sets)));
+            sets.push_back(&InvalidatedBy(*description_, id));
+        Invalidate(UnionOf(std::move(sets)));
     } catch (const std::bad_alloc&) {  // there is no memory to tell what has changed
-        invalidateAll();
+        InvalidateAll();
         written_.clear();
     }
 }
 
-void NodeMap::dropPassing() {
+void NodeMap::DropPassing() {
     for (const NodeId id : passing_) {
-        flags_[id] &= static_cast<std::uint8_t>(~(kSeen | kFresh | kVerified));
-        const std::uint8_t mode = access_[id].load(std::memory_order_relaxed);
+        ClearFlags(id, kSeen | kFresh | kVerified);
+        const uint8_t mode = access_[id].load(std::memory_order_relaxed);
         if (mode == kPassingFailure || (mode < kFirstUnknownAccess && (mode & kPassingAccess)))
             access_[id].store(kUnknownAccess, std::memory_order_release);
     }
     passing_.clear();
 }
 
-void NodeMap::throwTooMuchWork(const Node& node) const {
+void NodeMap::ThrowTooMuchWork(const Node& node) const {
     const Node& feature = call_.node ? *call_.node : node;
     throw LIMIT_ERROR(feature)("'%s' takes too many evaluations of other nodes",
-                               feature.name().data());
+                               feature.Name().data());
 }
 
-void NodeMap::invalidate(const ChangeSet& nodes) {
+void NodeMap::Invalidate(const ChangeSet& nodes) {
     for (const NodeId id : nodes) {
         access_[id].store(kUnknownAccess, std::memory_order_release);
         if (flags_[id] & kKeep) continue;
         flags_[id] &= kActive;
-        nodes_[id]->dropCaches();
+        nodes_[id]->DropCaches();
     }
     for (const NodeId id : written_)
-        flags_[id] &= static_cast<std::uint8_t>(~kKeep);
+        ClearFlags(id, kKeep);
     written_.clear();
 }
 
-void NodeMap::invalidateAll() {
+void NodeMap::InvalidateAll() {
     for (NodeId id = 0; id < nodes_.size(); ++id) {
         access_[id].store(kUnknownAccess, std::memory_order_relaxed);
         flags_[id] &= kActive;
     }
-    registers_.dropAll();
+    registers_.DropAll();
 }
 
-bool NodeMap::connect(IPort* port, const gcstring& portName) {
+bool NodeMap::ConnectPort(IPort* port, const gcstring& portName) {
     INode* node = GetNode(portName);
     if (!node || node->GetPrincipalInterfaceType() != intfIPort) return false;
     static_cast<PortNode*>(node)->SetPortImpl(port);
@@ -166,7 +166,7 @@ bool NodeMap::connect(IPort* port, const gcstring& portName) {
 }
 
 bool NodeMap::Connect(IPort* port, const gcstring& portName) const {
-    return const_cast<NodeMap*>(this)->connect(port, portName);
+    return const_cast<NodeMap*>(this)->ConnectPort(port, portName);
 }
 
 bool NodeMap::Connect(IPort* port) const {
@@ -174,15 +174,15 @@ bool NodeMap::Connect(IPort* port) const {
 }
 
 bool NodeMap::Connect(IPortStacked* port, const gcstring& portName) {
-    return connect(port, portName);
+    return ConnectPort(port, portName);
 }
 
 bool NodeMap::Connect(IPortStacked* port) {
-    return connect(port, "Device");
+    return ConnectPort(port, "Device");
 }
 
 gcstring NodeMap::GetDeviceName() {
-    return toText(deviceName_);
+    return ToText(deviceName_);
 }
 
 void NodeMap::Poll(int64_t elapsedTime) {
@@ -193,20 +193,20 @@ void NodeMap::Poll(int64_t elapsedTime) {
         std::vector<const ChangeSet*> sets;
         for (Polled& polled : polled_) {
             Node& node = *nodes_[polled.node];
-            if (!node.isPolled()) continue;
-            const std::int64_t period = node.record().pollingTime;
+            if (!node.IsPolled()) continue;
+            const int64_t period = node.Record().pollingTime;
             // Counted only as far as it matters.
             polled.elapsed += std::min(elapsedTime, period + 1);
-            if (polled.elapsed < period || node.isPollingBlocked()) continue;
+            if (polled.elapsed < period || node.IsPollingBlocked()) continue;
             polled.elapsed = 0;
-            sets.push_back(&invalidatedBy(*description_, polled.node));
+            sets.push_back(&InvalidatedBy(*description_, polled.node));
         }
-        const ChangeSet due = unionOf(std::move(sets));
-        invalidate(due);
-        notification.add(*this, due);
-        notification.fire(cbPostInsideLock);
+        const ChangeSet due = UnionOf(std::move(sets));
+        Invalidate(due);
+        notification.Add(*this, due);
+        notification.Fire(cbPostInsideLock);
     }
-    notification.fire(cbPostOutsideLock);
+    notification.Fire(cbPostOutsideLock);
 }
 
 CLock& NodeMap::GetLock() const {
@@ -215,18 +215,18 @@ CLock& NodeMap::GetLock() const {
 
 bool NodeMap::ParseSwissKnifes(GENICAM_NAMESPACE::gcstring_vector* errors) const {
     bool good = true;
-    for (std::uint32_t i = 0; i < description_->tables().formulas.size(); ++i) {
-        const FormulaData& data = description_->tables().formulas[i];
-        const NodeKind kind = description_->record(data.node).kind;
+    for (uint32_t i = 0; i < description_->Tables().formulas.size(); ++i) {
+        const FormulaData& data = description_->Tables().formulas[i];
+        const NodeKind kind = description_->Record(data.node).kind;
         if (kind == NodeKind::Converter || kind == NodeKind::IntConverter)
             continue;  // the nodes that stand for its halves have the same formulas
-        const CompiledFormula& compiled = compiledFormula(*description_, i);
+        const CompiledFormula& compiled = ProgramOf(*description_, i);
         // The node of an expression tells of its own faults.
         if (compiled.error.empty() || compiled.faulty != data.node) continue;
         good = false;
         if (!errors) continue;
-        const std::string name(description_->name(data.node));
-        const std::string text(description_->text(data.text));
+        const std::string name(description_->Name(data.node));
+        const std::string text(description_->Text(data.text));
         const GENICAM_NAMESPACE::LogicalErrorException error =
             NODE_ERROR(LogicalErrorException, *nodes_[data.node])(
                 "%s : Failed to parse formula '%s' : error message is '%s'", name.c_str(),
@@ -238,19 +238,19 @@ bool NodeMap::ParseSwissKnifes(GENICAM_NAMESPACE::gcstring_vector* errors) const
 }
 
 gcstring NodeMap::GetModelName() {
-    return toText(description_->info().modelName);
+    return ToText(description_->Info().modelName);
 }
 
 gcstring NodeMap::GetVendorName() {
-    return toText(description_->info().vendorName);
+    return ToText(description_->Info().vendorName);
 }
 
 gcstring NodeMap::GetToolTip() {
-    return toText(description_->info().toolTip);
+    return ToText(description_->Info().toolTip);
 }
 
 gcstring NodeMap::GetStandardNameSpace() {
-    return toText(description_->info().standardNameSpace);
+    return ToText(description_->Info().standardNameSpace);
 }
 
 void NodeMap::GetGenApiVersion(GENICAM_NAMESPACE::Version_t& version, uint16_t& build) {
@@ -261,19 +261,19 @@ void NodeMap::GetGenApiVersion(GENICAM_NAMESPACE::Version_t& version, uint16_t& 
 }
 
 void NodeMap::GetSchemaVersion(GENICAM_NAMESPACE::Version_t& version) {
-    version = description_->info().schemaVersion;
+    version = description_->Info().schemaVersion;
 }
 
 void NodeMap::GetDeviceVersion(GENICAM_NAMESPACE::Version_t& version) {
-    version = description_->info().deviceVersion;
+    version = description_->Info().deviceVersion;
 }
 
 gcstring NodeMap::GetProductGuid() {
-    return toText(description_->info().productGuid);
+    return ToText(description_->Info().productGuid);
 }
 
 gcstring NodeMap::GetVersionGuid() {
-    return toText(description_->info().versionGuid);
+    return ToText(description_->Info().versionGuid);
 }
 
 void NodeMap::Destroy() {
@@ -290,24 +290,24 @@ UserData_t NodeMap::SetUserData(UserData_t userData) {
     return std::exchange(userData_, userData);
 }
 
-UserData_t NodeMap::userDataOf(NodeId id) const {
+UserData_t NodeMap::UserDataOf(NodeId id) const {
     const auto found = nodeUserData_.find(id);
     return found == nodeUserData_.end() ? nullptr : found->second;
 }
 
-UserData_t NodeMap::setUserDataOf(NodeId id, UserData_t userData) {
+UserData_t NodeMap::SetUserDataOf(NodeId id, UserData_t userData) {
     return std::exchange(nodeUserData_[id], userData);
 }
 
-Nesting::Nesting(const Node& node) : map_(node.map()) {
-    map_.spend(1 + node.record().propertyCount / kPropertiesPerWork, node);
+Nesting::Nesting(const Node& node) : map_(node.Map()) {
+    map_.Spend(1 + node.Record().propertyCount / kPropertiesPerWork, node);
     if (map_.nesting_ >= kMaxDependencyDepth)
         throw LIMIT_ERROR(node)("Nodes depend on one another too deeply");
     ++map_.nesting_;
 }
 
-INodeMap* createNodeMap(std::shared_ptr<const Description> description, const gcstring& deviceName,
-                        CLock* lock) {
+INodeMap* MakeNodeMap(std::shared_ptr<const Description> description, const gcstring& deviceName,
+                      CLock* lock) {
     return new NodeMap(std::move(description), deviceName, lock);
 }
 

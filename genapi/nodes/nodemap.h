@@ -72,32 +72,37 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     UserData_t SetUserData(UserData_t userData) override;
 
     // Inside: for the nodes, with the lock held.
-    const Description& description() const { return *description_; }
-    std::size_t nodeCount() const { return nodes_.size(); }
-    Node& node(NodeId id) const { return *nodes_[id]; }
-    RegisterCache& registers() { return registers_; }
+    const Description& CameraDescription() const { return *description_; }
+    size_t NodeCount() const { return nodes_.size(); }
+    Node& NodeAt(NodeId id) const { return *nodes_[id]; }
+    RegisterCache& Registers() { return registers_; }
     // The innermost call from outside.
-    const Call& call() const { return call_; }
+    const Call& CurrentCall() const { return call_; }
 
     // Cached access modes, or why there is none: it is not known, being computed, or could not be
     // computed. The latter stays so until the node is invalidated, or read past its cache: then it
     // is forgotten when the operation in progress ends, as is a mode with kPassingAccess. Read
     // without the lock, too.
-    static constexpr std::uint8_t kUnknownAccess = 0xFF;
-    static constexpr std::uint8_t kComputingAccess = 0xFE;
-    static constexpr std::uint8_t kFailedAccess = 0xFD;
-    static constexpr std::uint8_t kPassingFailure = 0xFC;
-    static constexpr std::uint8_t kFirstUnknownAccess = kPassingFailure;
-    static constexpr std::uint8_t kPassingAccess = 0x10;
-    std::atomic<std::uint8_t>& accessOf(NodeId id) const { return access_[id]; }
+    static constexpr uint8_t kUnknownAccess = 0xFF;
+    static constexpr uint8_t kComputingAccess = 0xFE;
+    static constexpr uint8_t kFailedAccess = 0xFD;
+    static constexpr uint8_t kPassingFailure = 0xFC;
+    static constexpr uint8_t kFirstUnknownAccess = kPassingFailure;
+    static constexpr uint8_t kPassingAccess = 0x10;
+    uint8_t Access(NodeId id, std::memory_order order = std::memory_order_relaxed) const {
+        return access_[id].load(order);
+    }
+    void SetAccess(NodeId id, uint8_t mode) { access_[id].store(mode, std::memory_order_release); }
     // The node was read past its cache.
-    void retryAccess(NodeId id);
+    void RetryAccess(NodeId id);
 
     // Whether the access mode being computed rests on a value that may not be cached.
-    bool& accessIsVolatile() { return accessIsVolatile_; }
+    bool AccessIsVolatile() const { return accessIsVolatile_; }
+    // Gives what it was before.
+    bool SetAccessVolatile(bool isVolatile) { return std::exchange(accessIsVolatile_, isVolatile); }
 
     // What a node's own cache holds, as bits.
-    enum Flag : std::uint8_t {
+    enum Flag : uint8_t {
         kValueCached = 1,   // the value is cached
         kKeep = 2,          // ... and stays so in the change that is being made
         kAddressKnown = 4,  // a register's address and length are
@@ -107,55 +112,57 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
         kFresh = 32,     // ... from what the device says
         kVerified = 64,  // ... and range and error nodes were checked
     };
-    std::uint8_t& flagsOf(NodeId id) { return flags_[id]; }
+    uint8_t Flags(NodeId id) const { return flags_[id]; }
+    void SetFlags(NodeId id, unsigned flags) { flags_[id] |= static_cast<uint8_t>(flags); }
+    void ClearFlags(NodeId id, unsigned flags) { flags_[id] &= static_cast<uint8_t>(~flags); }
 
     // Lets the value or access mode that a node has now be forgotten when the operation in progress
     // writes something or ends.
-    void passes(NodeId id) { passing_.push_back(id); }
+    void LetPass(NodeId id) { passing_.push_back(id); }
     // Counts work of the operation in progress; a unit is the evaluation of a node.
     // RuntimeException when that is more than a camera can need, so that no description makes an
     // operation hang.
-    void spend(std::size_t work, const Node& node) {
-        if ((work_ += work) > kMaxWork) throwTooMuchWork(node);
+    void Spend(size_t work, const Node& node) {
+        if ((work_ += work) > kMaxWork) ThrowTooMuchWork(node);
     }
 
     // The node's value was written and is what its cache holds; the change in progress keeps it.
-    void keep(NodeId id);
+    void Keep(NodeId id);
     // Drops what a change made invalid, but for the values that were kept.
-    void invalidate(const ChangeSet& nodes);
-    void invalidateAll();
+    void Invalidate(const ChangeSet& nodes);
+    void InvalidateAll();
     // The node's value is being written; where the operation fails after that, it is not known.
-    void beginWrite(NodeId id) {
+    void BeginWrite(NodeId id) {
         written_.push_back(id);
-        forgetPassing();
+        ForgetPassing();
     }
     // Drops what an operation that failed half way may have changed.
-    void forgetWritten();
+    void ForgetWritten();
 
-    bool hasCallbacks() const { return callbackCount_ > 0; }
-    void callbackAdded() { ++callbackCount_; }
-    void callbackRemoved() { --callbackCount_; }
+    bool HasCallbacks() const { return callbackCount_ > 0; }
+    void CountCallback() { ++callbackCount_; }
+    void UncountCallback() { --callbackCount_; }
 
-    UserData_t userDataOf(NodeId id) const;
-    UserData_t setUserDataOf(NodeId id, UserData_t userData);
+    UserData_t UserDataOf(NodeId id) const;
+    UserData_t SetUserDataOf(NodeId id, UserData_t userData);
 
   private:
     friend class Operation;
     friend class Entry;
     friend class Nesting;
 
-    void createNodes();
-    void initialisePolling();
-    bool connect(IPort* port, const GENICAM_NAMESPACE::gcstring& portName);
-    void forgetPassing() {
-        if (!passing_.empty()) dropPassing();
+    void CreateNodes();
+    void InitialisePolling();
+    bool ConnectPort(IPort* port, const GENICAM_NAMESPACE::gcstring& portName);
+    void ForgetPassing() {
+        if (!passing_.empty()) DropPassing();
     }
-    void dropPassing();
-    [[noreturn]] void throwTooMuchWork(const Node& node) const;
+    void DropPassing();
+    [[noreturn]] void ThrowTooMuchWork(const Node& node) const;
 
     struct Polled {
         NodeId node;
-        std::int64_t elapsed;
+        int64_t elapsed;
     };
 
     const std::shared_ptr<const Description> description_;
@@ -164,8 +171,8 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     CLock& lock_;
     std::unique_ptr<std::byte[]> arena_;
     std::vector<Node*> nodes_;
-    std::unique_ptr<std::atomic<std::uint8_t>[]> access_;
-    std::unique_ptr<std::uint8_t[]> flags_;
+    std::unique_ptr<std::atomic<uint8_t>[]> access_;
+    std::unique_ptr<uint8_t[]> flags_;
     RegisterCache registers_;
     std::vector<Polled> polled_;
     std::vector<NodeId> written_;  // by the operation in progress; some of them are kept
@@ -173,9 +180,9 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     std::unordered_map<NodeId, UserData_t> nodeUserData_;
     UserData_t userData_ = nullptr;
     Call call_;
-    std::size_t callbackCount_ = 0;
+    size_t callbackCount_ = 0;
     unsigned nesting_ = 0;
-    std::size_t work_ = 0;  // of the operation in progress
+    size_t work_ = 0;  // of the operation in progress
     bool accessIsVolatile_ = false;
 };
 
@@ -186,10 +193,10 @@ class Operation {
   public:
     explicit Operation(NodeMap& map)
         : lock_(map.GetLock()), map_(map), outerWork_(std::exchange(map.work_, 0)) {
-        map_.forgetPassing();
+        map_.ForgetPassing();
     }
     ~Operation() {
-        map_.forgetPassing();
+        map_.ForgetPassing();
         map_.work_ = outerWork_;
     }
     Operation(const Operation&) = delete;
@@ -198,15 +205,15 @@ class Operation {
   private:
     AutoLock lock_;
     NodeMap& map_;
-    const std::size_t outerWork_;
+    const size_t outerWork_;
 };
 
 // An operation of a node, known by name for the texts of exceptions.
 class Entry {
   public:
     Entry(const Node& node, const char* operation)
-        : operation_(node.map()),
-          map_(node.map()),
+        : operation_(node.Map()),
+          map_(node.Map()),
           outer_(std::exchange(map_.call_, {&node, operation})) {}
     ~Entry() { map_.call_ = outer_; }
     Entry(const Entry&) = delete;
@@ -233,35 +240,35 @@ class Nesting {
 };
 
 // A new map, which lives until Destroy. The lock, where one is given, must outlive it.
-INodeMap* createNodeMap(std::shared_ptr<const Description> description,
-                        const GENICAM_NAMESPACE::gcstring& deviceName, CLock* lock = nullptr);
+INodeMap* MakeNodeMap(std::shared_ptr<const Description> description,
+                      const GENICAM_NAMESPACE::gcstring& deviceName, CLock* lock = nullptr);
 
 // Inlined, so that its exception passes no frame but that of the operation called.
 template <typename Operation>
-[[gnu::always_inline]] inline auto Node::read(const char* name, Operation operation) {
+[[gnu::always_inline]] inline auto Node::RunRead(const char* name, Operation operation) {
     {
         const Entry entry(*this, name);
-        if (IsReadable(accessMode())) return operation();
+        if (IsReadable(AccessMode())) return operation();
     }
-    throw notReadable({this, name});
+    throw NotReadable({this, name});
 }
 
 template <typename Operation>
-void Node::modify(const char* name, const ChangeSet& changed, Operation operation) {
+void Node::RunChange(const char* name, const ChangeSet& changed, Operation operation) {
     Notification notification;
     {
         const Entry entry(*this, name);
-        notification.add(map_, changed);
+        notification.Add(map_, changed);
         try {
             operation();
         } catch (...) {
-            map_.forgetWritten();
+            map_.ForgetWritten();
             throw;
         }
-        map_.invalidate(changed);
-        notification.fire(cbPostInsideLock);
+        map_.Invalidate(changed);
+        notification.Fire(cbPostInsideLock);
     }
-    notification.fire(cbPostOutsideLock);
+    notification.Fire(cbPostOutsideLock);
 }
 
 }  // namespace Engine

@@ -1,9 +1,13 @@
 // The two kinds of numbers by one set of names, for code that serves Integer and Float nodes alike:
-// how they are read from and written to any node with a number, and their limits.
+// their interface and tables, how they are read from and written to any node with a number, and
+// their limits.
 #pragma once
 
+#include <GenApi/IFloat.h>
+#include <GenApi/IInteger.h>
+
 #include "genapi/nodes/node.h"
-#include "genapi/nodes/rounding.h"
+#include "genapi/values/rounding.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -12,24 +16,40 @@ template <typename T>
 struct NumberOf;
 
 template <>
-struct NumberOf<std::int64_t> {
-    static std::int64_t read(Node& node, ReadOptions options) { return node.getInt(options); }
-    static void write(Node& node, std::int64_t value, bool verify) { node.setInt(value, verify); }
+struct NumberOf<int64_t> {
+    using Interface = IInteger;
+    static const IntegerData& Data(const NodeTables& tables, uint32_t index) {
+        return tables.integers[index];
+    }
+    static Slice<IndexedCase<int64_t>> Cases(const NodeTables& tables, Range range) {
+        return NodeTables::SliceOf(tables.integerCases, range);
+    }
+    static int64_t Read(Node& node, ReadOptions options) { return node.GetInt(options); }
+    static void Write(Node& node, int64_t value, bool verify) { node.SetInt(value, verify); }
     // AccessException where the node has no limits because it is not available.
-    static std::int64_t min(Node& node) { return node.requireAvailable(), node.minInt(); }
-    static std::int64_t max(Node& node) { return node.requireAvailable(), node.maxInt(); }
-    static std::int64_t inc(Node& node) { return node.incInt(); }
-    static constexpr std::int64_t kLowest = kInt64Min, kHighest = kInt64Max;
+    static int64_t Min(Node& node) { return node.RequireAvailable(), node.MinInt(); }
+    static int64_t Max(Node& node) { return node.RequireAvailable(), node.MaxInt(); }
+    static int64_t Inc(Node& node) { return node.IncInt(); }
+    static constexpr int64_t kLowest = kInt64Min, kHighest = kInt64Max;
+    static constexpr const char* kName = "int";
 };
 
 template <>
 struct NumberOf<double> {
-    static double read(Node& node, ReadOptions options) { return node.getFloat(options); }
-    static void write(Node& node, double value, bool verify) { node.setFloat(value, verify); }
-    static double min(Node& node) { return node.requireAvailable(), node.minFloat(); }
-    static double max(Node& node) { return node.requireAvailable(), node.maxFloat(); }
-    static double inc(Node& node) { return node.incFloat(); }
+    using Interface = IFloat;
+    static const FloatData& Data(const NodeTables& tables, uint32_t index) {
+        return tables.floats[index];
+    }
+    static Slice<IndexedCase<double>> Cases(const NodeTables& tables, Range range) {
+        return NodeTables::SliceOf(tables.floatCases, range);
+    }
+    static double Read(Node& node, ReadOptions options) { return node.GetFloat(options); }
+    static void Write(Node& node, double value, bool verify) { node.SetFloat(value, verify); }
+    static double Min(Node& node) { return node.RequireAvailable(), node.MinFloat(); }
+    static double Max(Node& node) { return node.RequireAvailable(), node.MaxFloat(); }
+    static double Inc(Node& node) { return node.IncFloat(); }
     static constexpr double kLowest = -kDoubleMax, kHighest = kDoubleMax;
+    static constexpr const char* kName = "double";
 };
 
 }  // namespace Engine

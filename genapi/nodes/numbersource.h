@@ -15,31 +15,28 @@ class NumberSource {
   public:
     NumberSource(Node& owner, const NumberData<T>& data) : owner_(owner), data_(data) {}
 
-    const NumberData<T>& data() const { return data_; }
-    // The node behind pValue, or null.
-    Node* valueNode() const;
+    const NumberData<T>& Data() const { return data_; }
     // Whether the value comes from another node, so that there is something to cache.
-    bool isNode() const { return data_.value.isNode() || data_.index != kNoNode; }
+    bool IsNode() const { return data_.value.IsNode() || data_.index != kNoNode; }
 
-    T read(ReadOptions options);
-    void write(T value, bool verify);
-    T min();
-    T max();
-    T inc();
-    bool hasInc();
-    EAccessMode accessMode(bool relaxed);
+    T Read(ReadOptions options);
+    void Write(T value, bool verify);
+    T Min();
+    T Max();
+    T Inc();
+    bool HasInc();
+    EAccessMode AccessMode(bool relaxed);
 
   private:
     // The constant or node that counts now; slot is the place of a constant in constants_.
     struct Picked {
         const Setting<T>* setting;
-        std::size_t slot;
+        size_t slot;
     };
-    Picked pick();
-    Slice<NodeId> copies() const;
-    Node* pickedNode();
-    T& constant(const Picked& picked);
-    T limit(const Setting<T>& setting);
+    Picked Pick();
+    Slice<NodeId> Copies() const;
+    void MakeConstants();
+    T Limit(const Setting<T>& setting);
 
     Node& owner_;
     const NumberData<T>& data_;
@@ -47,7 +44,7 @@ class NumberSource {
     std::unique_ptr<std::vector<T>> constants_;
 };
 
-extern template class NumberSource<std::int64_t>;
+extern template class NumberSource<int64_t>;
 extern template class NumberSource<double>;
 
 }  // namespace Engine

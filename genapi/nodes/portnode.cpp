@@ -8,27 +8,27 @@ namespace Engine {
 using GENICAM_NAMESPACE::gcstring;
 
 PortNode::PortNode(NodeMap& map, NodeId id)
-    : Node(map, id), data_(description().tables().ports[record().data]) {}
+    : Node(map, id), data_(CameraDescription().Tables().ports[Record().data]) {}
 
-bool PortNode::isChunkPort() const {
-    return data_.chunkIdNode != kNoNode || !description().text(data_.chunkId).empty();
+bool PortNode::IsChunkPort() const {
+    return data_.chunkIdNode != kNoNode || !CameraDescription().Text(data_.chunkId).empty();
 }
 
-EAccessMode PortNode::partsAccessMode() {
+EAccessMode PortNode::PartsAccessMode() {
     if (port_) return port_->GetAccessMode();
     // A chunk port is there once its chunk has come.
-    if (data_.chunkIdNode == kNoNode) return isChunkPort() ? NA : NI;
-    Node& source = node(data_.chunkIdNode);
-    const EAccessMode mode = restriction(source.accessMode(), true);
-    return IsAvailable(mode) && chunkId().empty() ? NI : Combine(mode, NA);
+    if (data_.chunkIdNode == kNoNode) return IsChunkPort() ? NA : NI;
+    Node& source = NodeAt(data_.chunkIdNode);
+    const EAccessMode mode = Restriction(source.AccessMode(), true);
+    return IsAvailable(mode) && ChunkId().empty() ? NI : Combine(mode, NA);
 }
 
-void PortNode::readDevice(void* buffer, std::int64_t address, std::int64_t length) {
+void PortNode::ReadDevice(void* buffer, int64_t address, int64_t length) {
     if (!port_) throw NODE_ERROR(AccessException, *this)("CPortImplIntern::Read : port not set");
     port_->Read(buffer, address, length);
 }
 
-void PortNode::writeDevice(const void* buffer, std::int64_t address, std::int64_t length) {
+void PortNode::WriteDevice(const void* buffer, int64_t address, int64_t length) {
     if (recording_) {
         recording_->Write(buffer, address, length);
         return;
@@ -39,16 +39,16 @@ void PortNode::writeDevice(const void* buffer, std::int64_t address, std::int64_
 
 void PortNode::Read(void* buffer, int64_t address, int64_t length) {
     const Entry entry(*this, "Read");
-    readDevice(buffer, address, length);
+    ReadDevice(buffer, address, length);
 }
 
 void PortNode::Write(const void* buffer, int64_t address, int64_t length) {
-    modify("Write", invalidatedBy(description(), id()),
-           [&] { writeDevice(buffer, address, length); });
+    RunChange("Write", InvalidatedBy(CameraDescription(), Id()),
+              [&] { WriteDevice(buffer, address, length); });
 }
 
 void PortNode::SetPortImpl(IPort* port) {
-    modify("SetPortImpl", invalidatedBy(description(), id()), [&] { port_ = port; });
+    RunChange("SetPortImpl", InvalidatedBy(CameraDescription(), Id()), [&] { port_ = port; });
     // A port that wants to invalidate this node must know it.
     if (auto* construct = dynamic_cast<IPortConstruct*>(port)) construct->SetPortImpl(this);
 }
@@ -58,14 +58,14 @@ EYesNo PortNode::GetSwapEndianess() {
 }
 
 gcstring PortNode::GetChunkID() const {
-    if (data_.chunkIdNode == kNoNode) return chunkId();
+    if (data_.chunkIdNode == kNoNode) return ChunkId();
     const Entry entry(*this, "GetChunkID");
-    return chunkId();
+    return ChunkId();
 }
 
-gcstring PortNode::chunkId() const {
-    if (data_.chunkIdNode == kNoNode) return toText(description().text(data_.chunkId));
-    return toText(node(data_.chunkIdNode).getText({}));
+gcstring PortNode::ChunkId() const {
+    if (data_.chunkIdNode == kNoNode) return ToText(CameraDescription().Text(data_.chunkId));
+    return ToText(NodeAt(data_.chunkIdNode).GetText({}));
 }
 
 EYesNo PortNode::CacheChunkData() const {
@@ -88,7 +88,7 @@ void PortNode::Replay(IPortWriteList* list, bool invalidate) {
         throw NODE_ERROR(InvalidArgumentException, *this)("The list of writes must not be NULL");
     }
     static const ChangeSet kNothing;
-    modify("Replay", invalidate ? invalidatedBy(description(), id()) : kNothing, [&] {
+    RunChange("Replay", invalidate ? InvalidatedBy(CameraDescription(), Id()) : kNothing, [&] {
         if (!port_)
             throw NODE_ERROR(AccessException, *this)("CPortImplIntern::Write : port not set");
         list->Replay(port_);

@@ -33,17 +33,17 @@ class PortNode final : public Node, public IPortConstruct, public IChunkPort, pu
     void StopRecording() override;
 
     // Whether it is a port of chunk data, whose addresses may count from the end.
-    bool isChunkPort() const;
+    bool IsChunkPort() const;
     // Inside: the lock is held. AccessException while nothing is connected.
-    void readDevice(void* buffer, std::int64_t address, std::int64_t length);
-    void writeDevice(const void* buffer, std::int64_t address, std::int64_t length);
+    void ReadDevice(void* buffer, int64_t address, int64_t length);
+    void WriteDevice(const void* buffer, int64_t address, int64_t length);
 
   protected:
-    EAccessMode partsAccessMode() override;
+    EAccessMode PartsAccessMode() override;
 
   private:
     // Fixed, or the value of another node.
-    GENICAM_NAMESPACE::gcstring chunkId() const;
+    GENICAM_NAMESPACE::gcstring ChunkId() const;
 
     const PortData& data_;
     IPort* port_ = nullptr;  // the application's, until it connects another one

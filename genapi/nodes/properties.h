@@ -11,10 +11,10 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 // Appends the names.
-void propertyNames(const Node& node, GENICAM_NAMESPACE::gcstring_vector& names);
+void PropertyNames(const Node& node, GENICAM_NAMESPACE::gcstring_vector& names);
 // False when the node has no such property. Values and attributes of a property that occurs several
 // times are joined by tabs.
-bool propertyOf(const Node& node, std::string_view name, GENICAM_NAMESPACE::gcstring& value,
+bool PropertyOf(const Node& node, std::string_view name, GENICAM_NAMESPACE::gcstring& value,
                 GENICAM_NAMESPACE::gcstring& attribute);
 
 }  // namespace Engine

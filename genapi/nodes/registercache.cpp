@@ -5,16 +5,16 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-std::size_t RegisterCache::Hash::operator()(const Key& key) const {
-    std::uint64_t hash = static_cast<std::uint64_t>(key.address) * 0x9E3779B97F4A7C15u;
-    hash ^= (static_cast<std::uint64_t>(key.port) << 32) + key.length;
+size_t RegisterCache::Hash::operator()(const Key& key) const {
+    uint64_t hash = static_cast<uint64_t>(key.address) * 0x9E3779B97F4A7C15u;
+    hash ^= (static_cast<uint64_t>(key.port) << 32) + key.length;
     hash *= 0xBF58476D1CE4E5B9u;
-    return static_cast<std::size_t>(hash ^ (hash >> 29));
+    return static_cast<size_t>(hash ^ (hash >> 29));
 }
 
-RegisterCache::Slot RegisterCache::slotOf(NodeId port, std::int64_t address, std::int64_t length) {
+RegisterCache::Slot RegisterCache::SlotOf(NodeId port, int64_t address, int64_t length) {
     if (length < 0 || length > kMaxLength) return kNoSlot;
-    const Key key{port, static_cast<std::uint32_t>(length), address};
+    const Key key{port, static_cast<uint32_t>(length), address};
     const auto known = slots_.find(key);
     if (known != slots_.end()) return known->second;
     if (contents_.size() >= kMaxSlots) return kNoSlot;
@@ -25,23 +25,22 @@ RegisterCache::Slot RegisterCache::slotOf(NodeId port, std::int64_t address, std
     return slot;
 }
 
-const std::uint8_t* RegisterCache::content(Slot slot) const {
+const uint8_t* RegisterCache::Find(Slot slot) const {
     if (slot == kNoSlot || contents_[slot].epoch != epoch_) return nullptr;
     return contents_[slot].bytes.get();
 }
 
-void RegisterCache::store(Slot slot, const std::uint8_t* bytes, std::size_t length) {
+void RegisterCache::Store(Slot slot, const uint8_t* bytes, size_t length) {
     if (slot == kNoSlot) return;
     Content& content = contents_[slot];
     const bool known = content.epoch == epoch_;
     if (length > content.length || (length < content.length && !known)) return;
-    if (!content.bytes)
-        content.bytes = std::make_unique<std::uint8_t[]>(content.length + std::size_t{1});
+    if (!content.bytes) content.bytes = std::make_unique<uint8_t[]>(content.length + size_t{1});
     std::copy_n(bytes, length, content.bytes.get());
     content.epoch = epoch_;
 }
 
-void RegisterCache::drop(Slot slot) {
+void RegisterCache::Drop(Slot slot) {
     if (slot != kNoSlot) contents_[slot].epoch = 0;
 }
 

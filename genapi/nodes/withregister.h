@@ -15,57 +15,57 @@ class WithRegister : public Base, public IRegister {
     using Base::operator=;
     WithRegister(NodeMap& map, NodeId id)
         : Base(map, id),
-          register_(*this, map.description().tables().registers[this->record().data]) {}
+          register_(*this, map.CameraDescription().Tables().registers[this->Record().data]) {}
 
     EAccessMode GetAccessMode() const override { return Base::GetAccessMode(); }
     INode* GetNode() override { return this; }
 
     void Set(const uint8_t* buffer, int64_t length, bool verify = true) override {
-        this->modify("Set", changedByWriteTo(this->description(), this->id()),
-                     [&] { setBytes(buffer, length, verify); });
+        this->RunChange("Set", ChangedByWriteTo(this->CameraDescription(), this->Id()),
+                        [&] { SetBytes(buffer, length, verify); });
     }
     void Get(uint8_t* buffer, int64_t length, bool verify = false,
              bool ignoreCache = false) override {
-        this->read("Get", [&] {
-            checkTransfer(buffer, length, "InternalGet");
-            register_.read(buffer, static_cast<std::size_t>(length), {false, ignoreCache});
-            if (verify) this->checkErrorNodes();
+        this->RunRead("Get", [&] {
+            CheckTransfer(buffer, length, "InternalGet");
+            register_.Read(buffer, static_cast<size_t>(length), {false, ignoreCache});
+            if (verify) this->CheckErrorNodes();
         });
     }
     int64_t GetLength(bool = false) override {
         const Entry entry(*this, "GetLength");
-        return register_.length();
+        return register_.Length();
     }
     int64_t GetAddress(bool = false) override {
         const Entry entry(*this, "GetAddress");
-        return register_.resolvedAddress();
+        return register_.ResolvedAddress();
     }
 
-    void dropCaches() override { register_.dropCaches(); }
-    const Presentation* presentation() const override { return &register_.data().presentation; }
+    void DropCaches() override { register_.DropCaches(); }
+    const Presentation& OwnPresentation() const override { return register_.Data().presentation; }
 
   protected:
-    EAccessMode sourceAccessMode(bool) override { return register_.accessMode(); }
-    EAccessMode declaredAccessMode() const override {
-        return static_cast<EAccessMode>(register_.data().accessMode);
+    EAccessMode SourceAccessMode(bool) override { return register_.AccessMode(); }
+    EAccessMode DeclaredAccessMode() const override {
+        return static_cast<EAccessMode>(register_.Data().accessMode);
     }
 
-    void setBytes(const std::uint8_t* bytes, std::int64_t length, bool verify) {
-        this->requireWritable(verify);
-        checkTransfer(bytes, length, "InternalSet");
-        register_.write(bytes, static_cast<std::size_t>(length));
-        this->valueIsUnknown();
-        if (verify) this->checkErrorNodes();
+    void SetBytes(const uint8_t* bytes, int64_t length, bool verify) {
+        this->RequireWritable(verify);
+        CheckTransfer(bytes, length, "InternalSet");
+        register_.Write(bytes, static_cast<size_t>(length));
+        this->ForgetValue();
+        if (verify) this->CheckErrorNodes();
     }
 
     RegisterCore register_;
 
   private:
-    void checkTransfer(const void* buffer, std::int64_t length, const char* operation) {
+    void CheckTransfer(const void* buffer, int64_t length, const char* operation) {
         if (!buffer)
             throw NODE_ERROR(LogicalErrorException, *this)(
                 "CRegisterImpl::%s : pBuffer must not be NULL", operation);
-        if (length < 0 || static_cast<std::size_t>(length) > register_.byteCount())
+        if (length < 0 || static_cast<size_t>(length) > register_.ByteCount())
             throw NODE_ERROR(OutOfRangeException, *this)(
                 "CRegisterImpl::%s : more data requested than hold by the register", operation);
     }

@@ -7,7 +7,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 // Whether a value can be read now and written back later.
-inline bool isReadableAndWritable(const IBase& node) {
+inline bool IsReadableAndWritable(const IBase& node) {
     const EAccessMode mode = node.GetAccessMode();
     return IsReadable(mode) && IsWritable(mode);
 }

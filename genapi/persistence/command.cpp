@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kPause(1);
 
-ICommand* findCommand(const INodeMap& nodeMap, const char* name) {
+ICommand* FindCommand(const INodeMap& nodeMap, const char* name) {
     INode* const node = nodeMap.GetNode(name);
     if (node == nullptr || node->GetNameSpace() != Standard) return nullptr;
     auto* const command = dynamic_cast<ICommand*>(node);
@@ -24,7 +24,7 @@ ICommand* findCommand(const INodeMap& nodeMap, const char* name) {
 
 }  // namespace
 
-bool executeAndWait(ICommand& command, std::chrono::milliseconds patience) {
+bool ExecuteAndWait(ICommand& command, std::chrono::milliseconds patience) {
     command.Execute();
     const auto end = std::chrono::steady_clock::now() + patience;
     while (!command.IsDone()) {
@@ -34,12 +34,12 @@ bool executeAndWait(ICommand& command, std::chrono::milliseconds patience) {
     return true;
 }
 
-gcstring notifyCamera(const INodeMap& nodeMap, const char* command,
+gcstring NotifyCamera(const INodeMap& nodeMap, const char* command,
                       std::chrono::milliseconds patience) {
     bool isDone = true;
-    gcstring problem = problemOf([&] {
-        ICommand* const found = findCommand(nodeMap, command);
-        if (found != nullptr) isDone = executeAndWait(*found, patience);
+    gcstring problem = ProblemOf([&] {
+        ICommand* const found = FindCommand(nodeMap, command);
+        if (found != nullptr) isDone = ExecuteAndWait(*found, patience);
     });
     if (!isDone) problem = "the command does not end";
     if (problem.empty()) return problem;

@@ -13,30 +13,30 @@ namespace {
 
 constexpr std::string_view kLineEnds("\n\r\0", 3);
 
-std::string_view viewOf(const gcstring& text) {
+std::string_view ViewOf(const gcstring& text) {
     return {text.c_str(), text.length()};
 }
 
-bool hasAny(std::string_view text, std::string_view characters) {
+bool HasAny(std::string_view text, std::string_view characters) {
     return text.find_first_of(characters) != std::string_view::npos;
 }
 
-bool isNameOfLine(std::string_view name) {
+bool IsNameOfLine(std::string_view name) {
     constexpr std::string_view kBlanks(" \t\v\f");
-    return !name.empty() && name.front() != '#' && !hasAny(name, kLineEnds) &&
-           !hasAny(name, "\t") && !hasAny(name.substr(0, 1), kBlanks) &&
-           !hasAny(name.substr(name.size() - 1), kBlanks);
+    return !name.empty() && name.front() != '#' && !HasAny(name, kLineEnds) &&
+           !HasAny(name, "\t") && !HasAny(name.substr(0, 1), kBlanks) &&
+           !HasAny(name.substr(name.size() - 1), kBlanks);
 }
 
 }  // namespace
 
-bool isLine(const gcstring& name, const gcstring& value) {
-    const std::string_view text = viewOf(value);
-    const bool looksLikeSelectors = text.substr(0, 1) == "{" && hasAny(text, "\t");
-    return isNameOfLine(viewOf(name)) && !hasAny(text, kLineEnds) && !looksLikeSelectors;
+bool IsLine(const gcstring& name, const gcstring& value) {
+    const std::string_view text = ViewOf(value);
+    const bool looksLikeSelectors = text.substr(0, 1) == "{" && HasAny(text, "\t");
+    return IsNameOfLine(ViewOf(name)) && !HasAny(text, kLineEnds) && !looksLikeSelectors;
 }
 
-gcstring inOneLine(const gcstring& text) {
+gcstring InOneLine(const gcstring& text) {
     std::string line(text.c_str(), text.length());
     const auto isLineEnd = [](char c) { return kLineEnds.find(c) != std::string_view::npos; };
     std::replace_if(line.begin(), line.end(), isLineEnd, ' ');

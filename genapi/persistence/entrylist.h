@@ -21,11 +21,11 @@ class EntryList {
         : names_(names), values_(values) {}
 
     size_t size() const { return values_.size(); }
-    const GENICAM_NAMESPACE::gcstring& name(size_t index) const { return names_[index]; }
-    const GENICAM_NAMESPACE::gcstring& value(size_t index) const { return values_[index]; }
+    const GENICAM_NAMESPACE::gcstring& Name(size_t index) const { return names_[index]; }
+    const GENICAM_NAMESPACE::gcstring& Value(size_t index) const { return values_[index]; }
 
     // RuntimeException when the list is full.
-    void append(const GENICAM_NAMESPACE::gcstring& name, const GENICAM_NAMESPACE::gcstring& value) {
+    void Append(const GENICAM_NAMESPACE::gcstring& name, const GENICAM_NAMESPACE::gcstring& value) {
         if (size() >= kMaxEntries) throw RUNTIME_EXCEPTION("The feature bag is full");
         names_.push_back(name);
         values_.push_back(value);

@@ -25,11 +25,11 @@ namespace {
 class Storing {
   public:
     explicit Storing(const INodeMap& nodeMap) : nodeMap_(nodeMap) {
-        Engine::notifyCamera(nodeMap_, "DeviceFeaturePersistenceStart",
+        Engine::NotifyCamera(nodeMap_, "DeviceFeaturePersistenceStart",
                              Engine::kPersistencePatience);
     }
     ~Storing() {
-        Engine::notifyCamera(nodeMap_, "DeviceFeaturePersistenceEnd", Engine::kPersistencePatience);
+        Engine::NotifyCamera(nodeMap_, "DeviceFeaturePersistenceEnd", Engine::kPersistencePatience);
     }
     Storing(const Storing&) = delete;
     Storing& operator=(const Storing&) = delete;
@@ -41,7 +41,7 @@ class Storing {
 }  // namespace
 
 void CFeatureBag::SetInfo(const gcstring& Info) {
-    m_Info = Engine::inOneLine(Info);
+    m_Info = Engine::InOneLine(Info);
 }
 
 void CFeatureBag::PersistFeature(IValue& item, CSelectorSet* selectorSet) {
@@ -50,36 +50,36 @@ void CFeatureBag::PersistFeature(IValue& item, CSelectorSet* selectorSet) {
     if (selectorSet != nullptr) selectorSet->GetSelectorList(features);
     features.push_back(&item);
     for (IValue* feature : features)
-        entries.append(feature->GetNode()->GetName(), feature->ToString());
+        entries.Append(feature->GetNode()->GetName(), feature->ToString());
 }
 
 int64_t CFeatureBag::StoreToBag(INodeMap* pNodeMap, const int MaxNumPersistSkriptEntries,
                                 gcstring_vector* pFeatureFilter) {
     if (pNodeMap == nullptr) throw INVALID_ARGUMENT_EXCEPTION("Nodemap pointer is NULL");
     const AutoLock lock(pNodeMap->GetLock());
-    SetInfo(Engine::describeDevice(*pNodeMap));
+    SetInfo(Engine::DescribeDevice(*pNodeMap));
     const Storing storing(*pNodeMap);
     Engine::FeatureStore store(Engine::EntryList(m_Names, m_Values), MaxNumPersistSkriptEntries,
                                pFeatureFilter);
-    store.store(*pNodeMap);
-    return static_cast<int64_t>(store.count());
+    store.Store(*pNodeMap);
+    return static_cast<int64_t>(store.Count());
 }
 
 bool CFeatureBag::LoadFromBag(INodeMap* pNodeMap, bool Verify, gcstring_vector* pErrorList) {
     if (pNodeMap == nullptr) throw INVALID_ARGUMENT_EXCEPTION("Nodemap pointer is NULL");
     const AutoLock lock(pNodeMap->GetLock());
     Engine::FeatureLoad load(*pNodeMap, Engine::EntryList(m_Names, m_Values), Verify);
-    const bool isGood = load.run();
-    if (pErrorList != nullptr) *pErrorList = load.errors();
+    const bool isGood = load.Run();
+    if (pErrorList != nullptr) *pErrorList = load.Errors();
     return isGood;
 }
 
 bool CFeatureBag::IsLine(const gcstring& Name, const gcstring& Value) {
-    return Engine::isLine(Name, Value);
+    return Engine::IsLine(Name, Value);
 }
 
 gcstring CFeatureBag::InOneLine(const gcstring& Text) {
-    return Engine::inOneLine(Text);
+    return Engine::InOneLine(Text);
 }
 
 bool CFeatureBag::operator==(const CFeatureBag& FeatureBag) const {

@@ -1,3 +1,4 @@
+// The text of a feature bag: from its lines to names and values.
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -17,13 +18,13 @@ using Entry = std::pair<std::string_view, std::string_view>;
 
 constexpr const char* kBlanks = " \t\r\v\f";
 
-std::string_view trimmed(std::string_view text) {
+std::string_view Trimmed(std::string_view text) {
     const size_t first = text.find_first_not_of(kBlanks);
     if (first == std::string_view::npos) return {};
     return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-bool isName(std::string_view text) {
+bool IsName(std::string_view text) {
     const auto isNameCharacter = [](char c) {
         return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
                c == '_' || c == ':';
@@ -31,21 +32,21 @@ bool isName(std::string_view text) {
     return !text.empty() && std::all_of(text.begin(), text.end(), isNameCharacter);
 }
 
-[[noreturn]] void throwIncomplete() {
+[[noreturn]] void ThrowIncomplete() {
     throw RUNTIME_EXCEPTION("The stream holds incomplete key - value - set");
 }
 
 // Takes "{Selector=value<tab>...}<tab>" off the front of a value. Anything else is a part of the
 // value, which may be any text without a brace at its beginning and a tab.
-std::vector<Entry> takeSelectors(std::string_view& value) {
+std::vector<Entry> TakeSelectors(std::string_view& value) {
     if (value.empty() || value[0] != '{' || value.find('\t') == std::string_view::npos) return {};
     const size_t end = value.find("}\t");
-    if (end == std::string_view::npos) throwIncomplete();
+    if (end == std::string_view::npos) ThrowIncomplete();
     std::vector<Entry> selectors;
     for (std::string_view list = value.substr(1, end - 1); !list.empty();) {
         const std::string_view item = list.substr(0, list.find('\t'));
         const size_t sign = item.find('=');
-        if (sign == std::string_view::npos || !isName(item.substr(0, sign))) return {};
+        if (sign == std::string_view::npos || !IsName(item.substr(0, sign))) return {};
         selectors.emplace_back(item.substr(0, sign), item.substr(sign + 1));
         list.remove_prefix(std::min(list.size(), item.size() + 1));
     }
@@ -53,11 +54,11 @@ std::vector<Entry> takeSelectors(std::string_view& value) {
     return selectors;
 }
 
-gcstring toText(std::string_view text) {
+gcstring ToText(std::string_view text) {
     return gcstring(text.data(), text.size());
 }
 
-void checkMagic(std::string_view line) {
+void CheckMagic(std::string_view line) {
     if (line.find(GENAPI_PERSISTENCE_MAGIC_FEATUREBAGGER) != std::string_view::npos)
         throw RUNTIME_EXCEPTION(
             "The stream has been created using the CFeatureBagger class thus must be restored "
@@ -85,7 +86,7 @@ CFeatureBag::CReader::~CReader() {
 void CFeatureBag::CReader::Line(const char* pText, size_t Length) {
     std::string_view line(pText, Length);
     if (!m_HasMagic) {
-        checkMagic(line);
+        CheckMagic(line);
         m_HasMagic = true;
         m_HasReturns = line.back() == '\r';
         return;
@@ -95,12 +96,12 @@ void CFeatureBag::CReader::Line(const char* pText, size_t Length) {
     if (first == std::string_view::npos || line[first] == '#') return;
     const std::string_view entry = line.substr(first);
     const size_t tab = entry.find('\t');
-    if (tab == std::string_view::npos) throwIncomplete();
+    if (tab == std::string_view::npos) ThrowIncomplete();
     std::string_view value = entry.substr(tab + 1);
     Engine::EntryList entries(m_Bag.m_Names, m_Bag.m_Values);
-    for (const Entry& selector : takeSelectors(value))
-        entries.append(toText(selector.first), toText(selector.second));
-    entries.append(toText(trimmed(entry.substr(0, tab))), toText(value));
+    for (const Entry& selector : TakeSelectors(value))
+        entries.Append(ToText(selector.first), ToText(selector.second));
+    entries.Append(ToText(Trimmed(entry.substr(0, tab))), ToText(value));
 }
 
 void CFeatureBag::CReader::Finish() {

@@ -23,21 +23,21 @@ constexpr const char* kWriting = "Error while writing node '";
 constexpr const char* kVerifying = "Error while verifying the value of node '";
 
 // Whether a selector that cannot be written is where it belongs all the same.
-bool stands(IValue* selector, const gcstring& value) {
+bool Stands(IValue* selector, const gcstring& value) {
     bool isThere = false;
-    problemOf([&] { isThere = hasValue(*selector, value); });
+    ProblemOf([&] { isThere = HasValue(*selector, value); });
     return isThere;
 }
 
 // Each pass mends an entry, so that only entries that undo one another need more than these.
 constexpr int kMaxPasses = 100;
 
-bool isSelector(IValue* feature) {
+bool IsSelector(IValue* feature) {
     const auto* const selector = dynamic_cast<ISelector*>(feature);
     return selector != nullptr && selector->IsSelector();
 }
 
-size_t count(const std::vector<bool>& marks) {
+size_t Count(const std::vector<bool>& marks) {
     return static_cast<size_t>(std::count(marks.begin(), marks.end(), true));
 }
 
@@ -48,80 +48,80 @@ FeatureLoad::FeatureLoad(const INodeMap& nodeMap, EntryList entries, bool verify
     : nodeMap_(nodeMap), entries_(entries), verify_(verify), patience_(patience) {
     items_.reserve(entries_.size());
     for (size_t i = 0; i < entries_.size(); ++i) {
-        auto* const feature = dynamic_cast<IValue*>(nodeMap_.GetNode(entries_.name(i)));
+        auto* const feature = dynamic_cast<IValue*>(nodeMap_.GetNode(entries_.Name(i)));
         if (feature == nullptr)
-            failures_[i] = "Error while writing node: '" + entries_.name(i) + "' not found ";
+            failures_[i] = "Error while writing node: '" + entries_.Name(i) + "' not found ";
         // a category has no value to write
         const bool isCategory = dynamic_cast<ICategory*>(feature) != nullptr;
-        items_.push_back({isCategory ? nullptr : feature, isSelector(feature)});
+        items_.push_back({isCategory ? nullptr : feature, IsSelector(feature)});
     }
 }
 
-bool FeatureLoad::run() {
+bool FeatureLoad::Run() {
     Marks marked(items_.size(), true);
     for (Marks deviating;;) {
-        write(marked);
+        Write(marked);
         if (!verify_) break;
         const Marks before = deviating;
-        deviating = compare();
-        if (count(deviating) == 0 || deviating == before || numPasses_ >= kMaxPasses) break;
-        marked = failed();
+        deviating = Compare();
+        if (Count(deviating) == 0 || deviating == before || numPasses_ >= kMaxPasses) break;
+        marked = Failed();
     }
     return failures_.empty() && commandFailures_.empty();
 }
 
-gcstring_vector FeatureLoad::errors() const {
+gcstring_vector FeatureLoad::Errors() const {
     gcstring_vector messages = commandFailures_;
     for (const auto& [entry, message] : failures_)
         messages.push_back(message);
     return messages;
 }
 
-void FeatureLoad::write(Marks marked) {
+void FeatureLoad::Write(Marks marked) {
     // a camera that fails to answer is not asked again
     const bool isNotified = commandFailures_.empty();
-    if (isNotified) notify("DeviceRegistersStreamingStart");
+    if (isNotified) Notify("DeviceRegistersStreamingStart");
     size_t numBefore = 0;
-    size_t numFailed = count(marked);
+    size_t numFailed = Count(marked);
     do {
         numBefore = numFailed;
-        writeOnce(marked);
-        marked = failed();
-        numFailed = count(marked);
+        WriteOnce(marked);
+        marked = Failed();
+        numFailed = Count(marked);
     } while (numFailed > 0 && numFailed < numBefore && numPasses_ < kMaxPasses);
-    if (isNotified) notify("DeviceRegistersStreamingEnd");
+    if (isNotified) Notify("DeviceRegistersStreamingEnd");
 }
 
-void FeatureLoad::writeOnce(const Marks& marked) {
+void FeatureLoad::WriteOnce(const Marks& marked) {
     ++numPasses_;
-    walk(marked, kWriting, [&](size_t entry) {
+    Walk(marked, kWriting, [&](size_t entry) {
         IValue* const feature = items_[entry].feature;
-        feature->FromString(entries_.value(entry), verify_);
+        feature->FromString(entries_.Value(entry), verify_);
         rewritten_.insert(feature);
         return gcstring();
     });
 }
 
 // Compares the entries that did not fail; gives those that do now.
-FeatureLoad::Marks FeatureLoad::compare() {
-    Marks written = failed();
+FeatureLoad::Marks FeatureLoad::Compare() {
+    Marks written = Failed();
     written.flip();
-    walk(written, kVerifying, [&](size_t entry) {
+    Walk(written, kVerifying, [&](size_t entry) {
         IValue* const feature = items_[entry].feature;
-        const gcstring& value = entries_.value(entry);
+        const gcstring& value = entries_.Value(entry);
         // a command has no value
-        if (dynamic_cast<ICommand*>(feature) != nullptr || hasValue(*feature, value))
+        if (dynamic_cast<ICommand*>(feature) != nullptr || HasValue(*feature, value))
             return gcstring();
-        return "Error while verifying node '" + entries_.name(entry) + "'. Expected '" + value +
+        return "Error while verifying node '" + entries_.Name(entry) + "'. Expected '" + value +
                "', but found '" + feature->ToString() + "'";
     });
-    Marks deviating = failed();
+    Marks deviating = Failed();
     std::transform(deviating.begin(), deviating.end(), written.begin(), deviating.begin(),
                    std::logical_and<>());
     return deviating;
 }
 
-FeatureLoad::Marks FeatureLoad::failed() const {
+FeatureLoad::Marks FeatureLoad::Failed() const {
     Marks marks(items_.size(), false);
     for (const auto& [entry, message] : failures_)
         marks[entry] = items_[entry].feature != nullptr;
@@ -129,7 +129,7 @@ FeatureLoad::Marks FeatureLoad::failed() const {
 }
 
 template <typename Operation>
-void FeatureLoad::walk(const Marks& marked, const char* what, Operation operation) {
+void FeatureLoad::Walk(const Marks& marked, const char* what, Operation operation) {
     pending_.clear();
     misplaced_.clear();
     rewritten_.clear();
@@ -139,13 +139,13 @@ void FeatureLoad::walk(const Marks& marked, const char* what, Operation operatio
         if (item.isSelector) pending_[item.feature] = i;
         // a feature that is told twice ends with the later value
         if (!marked[i] && rewritten_.count(item.feature) == 0) continue;
-        putSelectors();
-        if (!item.isSelector) attempt(what, i, operation);
+        PutSelectors();
+        if (!item.isSelector) Attempt(what, i, operation);
     }
-    putSelectors();
+    PutSelectors();
 }
 
-void FeatureLoad::putSelectors() {
+void FeatureLoad::PutSelectors() {
     std::vector<size_t> entries;
     for (const auto& [selector, entry] : pending_)
         entries.push_back(entry);
@@ -153,11 +153,11 @@ void FeatureLoad::putSelectors() {
     std::sort(entries.begin(), entries.end());
     for (const size_t entry : entries) {
         IValue* const selector = items_[entry].feature;
-        const bool isPut = attempt(kWriting, entry, [&](size_t i) {
-            selector->FromString(entries_.value(i), verify_);
+        const bool isPut = Attempt(kWriting, entry, [&](size_t i) {
+            selector->FromString(entries_.Value(i), verify_);
             return gcstring();
         });
-        if (isPut || stands(selector, entries_.value(entry)))
+        if (isPut || Stands(selector, entries_.Value(entry)))
             misplaced_.erase(selector);
         else
             misplaced_.insert(selector);
@@ -166,15 +166,15 @@ void FeatureLoad::putSelectors() {
 
 // Notes the failure of an entry, or that there is none any more.
 template <typename Operation>
-bool FeatureLoad::attempt(const char* what, size_t entry, Operation operation) {
+bool FeatureLoad::Attempt(const char* what, size_t entry, Operation operation) {
     gcstring message;
-    gcstring problem = problemOf([&] {
+    gcstring problem = ProblemOf([&] {
         // the value belongs to another setting of the selector than the present one
-        if (hasMisplacedSelector(items_[entry].feature))
+        if (HasMisplacedSelector(items_[entry].feature))
             throw RUNTIME_EXCEPTION("A selector of the feature does not have its value");
         message = operation(entry);
     });
-    if (!problem.empty()) message = what + entries_.name(entry) + "': " + problem;
+    if (!problem.empty()) message = what + entries_.Name(entry) + "': " + problem;
     if (message.empty()) {
         failures_.erase(entry);
         return true;
@@ -183,16 +183,16 @@ bool FeatureLoad::attempt(const char* what, size_t entry, Operation operation) {
     return false;
 }
 
-bool FeatureLoad::hasMisplacedSelector(IValue* feature) {
+bool FeatureLoad::HasMisplacedSelector(IValue* feature) {
     if (misplaced_.empty()) return false;
     auto known = selectors_.find(feature);
-    if (known == selectors_.end()) known = selectors_.emplace(feature, selectorsOf(feature)).first;
+    if (known == selectors_.end()) known = selectors_.emplace(feature, SelectorsOf(feature)).first;
     return std::any_of(known->second.begin(), known->second.end(),
                        [&](IValue* selector) { return misplaced_.count(selector) > 0; });
 }
 
-void FeatureLoad::notify(const char* command) {
-    const gcstring problem = notifyCamera(nodeMap_, command, patience_);
+void FeatureLoad::Notify(const char* command) {
+    const gcstring problem = NotifyCamera(nodeMap_, command, patience_);
     if (!problem.empty()) commandFailures_.push_back(problem);
 }
 

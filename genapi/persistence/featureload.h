@@ -28,9 +28,9 @@ class FeatureLoad {
                 std::chrono::milliseconds patience = kPersistencePatience);
 
     // Whether nothing failed.
-    bool run();
+    bool Run();
     // One message for each failure, in the order of the entries.
-    GENICAM_NAMESPACE::gcstring_vector errors() const;
+    GENICAM_NAMESPACE::gcstring_vector Errors() const;
 
   private:
     struct Item {
@@ -40,21 +40,21 @@ class FeatureLoad {
     // One for each entry.
     using Marks = std::vector<bool>;
 
-    void write(Marks marked);
-    void writeOnce(const Marks& marked);
-    Marks compare();
-    Marks failed() const;
+    void Write(Marks marked);
+    void WriteOnce(const Marks& marked);
+    Marks Compare();
+    Marks Failed() const;
 
     // Does the operation on the marked entries, with the selectors where the entries before them
     // put them.
     template <typename Operation>
-    void walk(const Marks& marked, const char* what, Operation operation);
-    void putSelectors();
+    void Walk(const Marks& marked, const char* what, Operation operation);
+    void PutSelectors();
     template <typename Operation>
-    bool attempt(const char* what, size_t entry, Operation operation);
-    bool hasMisplacedSelector(IValue* feature);
+    bool Attempt(const char* what, size_t entry, Operation operation);
+    bool HasMisplacedSelector(IValue* feature);
 
-    void notify(const char* command);
+    void Notify(const char* command);
 
     const INodeMap& nodeMap_;
     EntryList entries_;

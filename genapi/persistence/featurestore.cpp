@@ -21,7 +21,7 @@ namespace {
 constexpr size_t kMaxCombinations = kMaxEntries;
 
 // Selectors are stored with the features that they select.
-bool isStorable(const INode& node) {
+bool IsStorable(const INode& node) {
     const EInterfaceType type = node.GetPrincipalInterfaceType();
     if (type == intfICommand || type == intfICategory || type == intfIEnumEntry ||
         type == intfIPort)
@@ -39,13 +39,13 @@ class SelectorGuard {
         try {
             selectors_.Restore();
         } catch (...) {
-            // what led here tells more
+            // A destructor must not throw, and the exception that led here says more.
         }
     }
     SelectorGuard(const SelectorGuard&) = delete;
     SelectorGuard& operator=(const SelectorGuard&) = delete;
 
-    void restore() {
+    void Restore() {
         isRestored_ = true;
         selectors_.Restore();
     }
@@ -55,7 +55,7 @@ class SelectorGuard {
     bool isRestored_ = false;
 };
 
-gcstring toText(const GENICAM_NAMESPACE::Version_t& version) {
+gcstring ToText(const GENICAM_NAMESPACE::Version_t& version) {
     const std::string text = std::to_string(version.Major) + "." + std::to_string(version.Minor) +
                              "." + std::to_string(version.SubMinor);
     return text.c_str();
@@ -74,75 +74,75 @@ FeatureStore::FeatureStore(EntryList entries, int maxEntries, const gcstring_vec
         filter_.emplace(name.c_str(), name.length());
 }
 
-void FeatureStore::store(const INodeMap& nodeMap) {
+void FeatureStore::Store(const INodeMap& nodeMap) {
     NodeList_t nodes;
     nodeMap.GetNodes(nodes);
     for (INode* node : nodes) {
-        if (isFull()) return;
-        if (!isWanted(*node)) continue;
+        if (IsFull()) return;
+        if (!IsWanted(*node)) continue;
         auto* const feature = dynamic_cast<IValue*>(node);
-        if (feature != nullptr) storeFeature(*feature);
+        if (feature != nullptr) StoreFeature(*feature);
     }
 }
 
-bool FeatureStore::isWanted(const INode& node) const {
-    if (!node.IsStreamable() || !node.IsFeature() || !isStorable(node)) return false;
+bool FeatureStore::IsWanted(const INode& node) const {
+    if (!node.IsStreamable() || !node.IsFeature() || !IsStorable(node)) return false;
     if (!hasFilter_) return true;
     const gcstring name = node.GetName();
     return filter_.count(std::string(name.c_str(), name.length())) > 0;
 }
 
-void FeatureStore::storeFeature(IValue& feature) {
+void FeatureStore::StoreFeature(IValue& feature) {
     CSelectorSet selectors(&feature);
     if (!selectors.IsEmpty()) {
-        storeCombinations(feature, selectors);
-    } else if (isReadableAndWritable(feature)) {
-        append(feature);
+        StoreCombinations(feature, selectors);
+    } else if (IsReadableAndWritable(feature)) {
+        Append(feature);
     }
 }
 
-void FeatureStore::storeCombinations(IValue& feature, CSelectorSet& selectors) {
+void FeatureStore::StoreCombinations(IValue& feature, CSelectorSet& selectors) {
     SelectorGuard guard(selectors);
     size_t firstUnstored = 0;
-    for (bool more = selectors.SetFirst(); more && !isFull(); more = selectors.SetNext()) {
+    for (bool more = selectors.SetFirst(); more && !IsFull(); more = selectors.SetNext()) {
         if (++numCombinations_ > kMaxCombinations)
             throw RUNTIME_EXCEPTION("The selectors of feature '%s' have too many combinations",
                                     feature.GetNode()->GetName().c_str());
         firstUnstored = std::min(firstUnstored, selectors.GetFirstChanged());
-        if (!isReadableAndWritable(feature)) continue;
-        storeSelectors(selectors, firstUnstored);
-        append(feature);
+        if (!IsReadableAndWritable(feature)) continue;
+        StoreSelectors(selectors, firstUnstored);
+        Append(feature);
         firstUnstored = static_cast<size_t>(-1);
     }
-    guard.restore();
-    storeSelectors(selectors, 0);
+    guard.Restore();
+    StoreSelectors(selectors, 0);
 }
 
 // A selector that cannot be written has no entry: loading would fail on it.
-void FeatureStore::storeSelectors(CSelectorSet& selectors, size_t first) {
+void FeatureStore::StoreSelectors(CSelectorSet& selectors, size_t first) {
     FeatureList_t list;
     selectors.GetSelectorList(list);
     for (size_t i = first; i < list.size(); ++i) {
-        if (!isReadableAndWritable(*list[i])) continue;
+        if (!IsReadableAndWritable(*list[i])) continue;
         // without its line, what follows would be loaded under another value of the selector
         const gcstring name = list[i]->GetNode()->GetName();
-        if (!isLine(name, list[i]->ToString()))
+        if (!IsLine(name, list[i]->ToString()))
             throw RUNTIME_EXCEPTION("The value of selector '%s' does not fit into a line",
-                                    inOneLine(name).c_str());
-        append(*list[i]);
+                                    InOneLine(name).c_str());
+        Append(*list[i]);
     }
 }
 
-void FeatureStore::append(IValue& feature) {
-    if (isFull()) return;
+void FeatureStore::Append(IValue& feature) {
+    if (IsFull()) return;
     const gcstring name = feature.GetNode()->GetName();
     const gcstring value = feature.ToString();
     length_ += name.length() + value.length() + 2;
     if (length_ > kMaxLines) throw RUNTIME_EXCEPTION("The values are too long for a bag");
-    entries_.append(name, value);
+    entries_.Append(name, value);
 }
 
-gcstring describeDevice(INodeMap& nodeMap) {
+gcstring DescribeDevice(INodeMap& nodeMap) {
     gcstring text = nodeMap.GetDeviceName();
     auto* const device = dynamic_cast<IDeviceInfo*>(&nodeMap);
     if (device == nullptr) return text;
@@ -150,7 +150,7 @@ gcstring describeDevice(INodeMap& nodeMap) {
     device->GetDeviceVersion(version);
     text += " = " + device->GetVendorName() + "::" + device->GetModelName();
     text += " -- " + device->GetToolTip();
-    text += " -- Device version = " + toText(version);
+    text += " -- Device version = " + ToText(version);
     text += " -- Product GUID = " + device->GetProductGuid();
     text += " -- Product version GUID = " + device->GetVersionGuid();
     return text;

@@ -20,16 +20,16 @@ class FeatureStore {
     FeatureStore(EntryList entries, int maxEntries,
                  const GENICAM_NAMESPACE::gcstring_vector* filter);
 
-    void store(const INodeMap& nodeMap);
-    size_t count() const { return entries_.size() - start_; }
+    void Store(const INodeMap& nodeMap);
+    size_t Count() const { return entries_.size() - start_; }
 
   private:
-    bool isWanted(const INode& node) const;
-    bool isFull() const { return hasLimit_ && count() >= limit_; }
-    void storeFeature(IValue& feature);
-    void storeCombinations(IValue& feature, CSelectorSet& selectors);
-    void storeSelectors(CSelectorSet& selectors, size_t first);
-    void append(IValue& feature);
+    bool IsWanted(const INode& node) const;
+    bool IsFull() const { return hasLimit_ && Count() >= limit_; }
+    void StoreFeature(IValue& feature);
+    void StoreCombinations(IValue& feature, CSelectorSet& selectors);
+    void StoreSelectors(CSelectorSet& selectors, size_t first);
+    void Append(IValue& feature);
 
     EntryList entries_;
     const size_t start_;
@@ -42,7 +42,7 @@ class FeatureStore {
 };
 
 // What StoreToBag says of a camera.
-GENICAM_NAMESPACE::gcstring describeDevice(INodeMap& nodeMap);
+GENICAM_NAMESPACE::gcstring DescribeDevice(INodeMap& nodeMap);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

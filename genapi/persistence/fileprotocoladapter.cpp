@@ -15,7 +15,7 @@ constexpr std::chrono::seconds kTimeout(60);
 // Whatever length a description claims for the buffer.
 constexpr int64_t kMaxBufferLength = int64_t(1) << 20;
 
-const char* openModeOf(std::ios_base::openmode mode) {
+const char* OpenModeOf(std::ios_base::openmode mode) {
     const bool isIn = (mode & std::ios_base::in) != 0;
     const bool isOut = (mode & (std::ios_base::out | std::ios_base::app)) != 0;
     if (isIn && isOut) return "ReadWrite";
@@ -25,10 +25,10 @@ const char* openModeOf(std::ios_base::openmode mode) {
 // An operation in progress: the features are there, and nobody else uses them.
 class Operation {
   public:
-    explicit Operation(INodeMap* nodeMap) : lock_(checked(nodeMap).GetLock()) {}
+    explicit Operation(INodeMap* nodeMap) : lock_(Checked(nodeMap).GetLock()) {}
 
   private:
-    static INodeMap& checked(INodeMap* nodeMap) {
+    static INodeMap& Checked(INodeMap* nodeMap) {
         if (nodeMap == nullptr)
             throw LOGICAL_ERROR_EXCEPTION("The file protocol adapter is not attached");
         return *nodeMap;
@@ -67,7 +67,7 @@ bool FileProtocolAdapter::attach(INodeMap* pInterface) {
 bool FileProtocolAdapter::openFile(const char* pFileName, std::ios_base::openmode mode) {
     const Operation operation(m_pNodeMap);
     Select(pFileName, "Open");
-    m_ptrFileOpenMode->FromString(openModeOf(mode));
+    m_ptrFileOpenMode->FromString(OpenModeOf(mode));
     return Execute();
 }
 
@@ -130,7 +130,7 @@ void FileProtocolAdapter::Select(const char* pFileName, const char* pOperation) 
 }
 
 bool FileProtocolAdapter::Execute() {
-    if (!Engine::executeAndWait(*m_ptrFileOperationExecute, kTimeout))
+    if (!Engine::ExecuteAndWait(*m_ptrFileOperationExecute, kTimeout))
         throw TIMEOUT_EXCEPTION("The file operation of the camera does not end");
     return m_ptrFileOperationStatus->ToString(false, true) == "Success";
 }

@@ -12,7 +12,7 @@ namespace Engine {
 
 // Ports belong to the consumer, which may throw anything. Empty if nothing was thrown.
 template <typename Operation>
-GENICAM_NAMESPACE::gcstring problemOf(Operation operation) {
+GENICAM_NAMESPACE::gcstring ProblemOf(Operation operation) {
     try {
         operation();
         return {};

@@ -10,7 +10,7 @@ namespace Engine {
 // Compares numbers, truth values and bytes, whatever the form of their text: "0x140" is 320, "1.50"
 // is 1.5, "true" is 1. The text counts as a whole, so that "5e3" is no integer. Other kinds have
 // one form of each value. Throws what reading the feature throws.
-bool hasValue(IValue& feature, const GENICAM_NAMESPACE::gcstring& text);
+bool HasValue(IValue& feature, const GENICAM_NAMESPACE::gcstring& text);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

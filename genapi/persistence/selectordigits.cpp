@@ -54,36 +54,36 @@ class RunningDigit : public FixedDigit {
 
     bool SetFirst() override {
         const std::optional<int64_t> value =
-            isReadableAndWritable(target()) ? first() : std::nullopt;
+            IsReadableAndWritable(Target()) ? First() : std::nullopt;
         isRunning_ = value.has_value();
-        if (isRunning_) write(*value);
+        if (isRunning_) Write(*value);
         return true;
     }
 
     bool SetNext(bool tick = true) override {
         if (!tick) return true;
         if (!isRunning_) return false;
-        const std::optional<int64_t> value = next();
-        if (value) write(*value);
+        const std::optional<int64_t> value = Next();
+        if (value) Write(*value);
         return value.has_value();
     }
 
     void Restore() override {
-        if (former_ && wasWritten_) set(*former_);
+        if (former_ && wasWritten_) Set(*former_);
     }
 
   protected:
-    void remember(int64_t value) { former_ = value; }
+    void Remember(int64_t value) { former_ = value; }
 
-    virtual const IBase& target() const = 0;
-    virtual std::optional<int64_t> first() = 0;
-    virtual std::optional<int64_t> next() = 0;
-    virtual void set(int64_t value) = 0;
+    virtual const IBase& Target() const = 0;
+    virtual std::optional<int64_t> First() = 0;
+    virtual std::optional<int64_t> Next() = 0;
+    virtual void Set(int64_t value) = 0;
 
   private:
-    void write(int64_t value) {
+    void Write(int64_t value) {
         wasWritten_ = true;
-        set(value);
+        Set(value);
     }
 
     std::optional<int64_t> former_;
@@ -94,21 +94,21 @@ class RunningDigit : public FixedDigit {
 class EnumerationDigit final : public RunningDigit {
   public:
     explicit EnumerationDigit(IEnumeration& selector) : RunningDigit(selector), target_(selector) {
-        if (!isReadableAndWritable(selector)) return;
+        if (!IsReadableAndWritable(selector)) return;
         const int64_t value = selector.GetIntValue();
-        if (selector.GetEntry(value) != nullptr) remember(value);
+        if (selector.GetEntry(value) != nullptr) Remember(value);
     }
 
   private:
-    const IBase& target() const override { return target_; }
+    const IBase& Target() const override { return target_; }
 
-    std::optional<int64_t> first() override {
+    std::optional<int64_t> First() override {
         target_.GetEntries(entries_);
         index_ = 0;
-        return next();
+        return Next();
     }
 
-    std::optional<int64_t> next() override {
+    std::optional<int64_t> Next() override {
         while (index_ < entries_.size()) {
             auto* const entry = dynamic_cast<IEnumEntry*>(entries_[index_++]);
             if (IsAvailable(entry)) return entry->GetValue();
@@ -116,7 +116,7 @@ class EnumerationDigit final : public RunningDigit {
         return std::nullopt;
     }
 
-    void set(int64_t value) override { target_.SetIntValue(value); }
+    void Set(int64_t value) override { target_.SetIntValue(value); }
 
     IEnumeration& target_;
     NodeList_t entries_;
@@ -126,18 +126,18 @@ class EnumerationDigit final : public RunningDigit {
 class IntegerDigit final : public RunningDigit {
   public:
     explicit IntegerDigit(IInteger& selector) : RunningDigit(selector), target_(selector) {
-        if (isReadableAndWritable(selector)) remember(selector.GetValue());
+        if (IsReadableAndWritable(selector)) Remember(selector.GetValue());
     }
 
   private:
-    const IBase& target() const override { return target_; }
+    const IBase& Target() const override { return target_; }
 
-    std::optional<int64_t> first() override {
+    std::optional<int64_t> First() override {
         hasList_ = target_.GetIncMode() == listIncrement;
         if (hasList_) {
             list_ = target_.GetListOfValidValues();
             index_ = 0;
-            return nextOfList();
+            return NextOfList();
         }
         value_ = target_.GetMin();
         max_ = target_.GetMax();
@@ -145,19 +145,19 @@ class IntegerDigit final : public RunningDigit {
         return value_ <= max_ ? std::optional<int64_t>(value_) : std::nullopt;
     }
 
-    std::optional<int64_t> next() override {
-        if (hasList_) return nextOfList();
+    std::optional<int64_t> Next() override {
+        if (hasList_) return NextOfList();
         // the difference may exceed int64_t, not uint64_t
         const uint64_t rest = static_cast<uint64_t>(max_) - static_cast<uint64_t>(value_);
         if (inc_ <= 0 || static_cast<uint64_t>(inc_) > rest) return std::nullopt;
         return value_ += inc_;
     }
 
-    std::optional<int64_t> nextOfList() {
+    std::optional<int64_t> NextOfList() {
         return index_ < list_.size() ? std::optional<int64_t>(list_[index_++]) : std::nullopt;
     }
 
-    void set(int64_t value) override { target_.SetValue(value); }
+    void Set(int64_t value) override { target_.SetValue(value); }
 
     IInteger& target_;
     bool hasList_ = false;
@@ -170,7 +170,7 @@ class IntegerDigit final : public RunningDigit {
 
 }  // namespace
 
-std::unique_ptr<ISelectorDigit> makeSelectorDigit(IValue& selector) {
+std::unique_ptr<ISelectorDigit> MakeSelectorDigit(IValue& selector) {
     const EInterfaceType type = selector.GetNode()->GetPrincipalInterfaceType();
     if (type == intfIEnumeration)
         return std::make_unique<EnumerationDigit>(dynamic_cast<IEnumeration&>(selector));

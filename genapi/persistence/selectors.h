@@ -9,7 +9,7 @@ namespace Engine {
 
 // The selectors of a feature and their own, the outer ones before those that they select.
 // RuntimeException if there are more than any camera has.
-FeatureList_t selectorsOf(IBase* feature);
+FeatureList_t SelectorsOf(IBase* feature);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

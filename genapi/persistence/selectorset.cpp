@@ -20,13 +20,13 @@ class SelectorSearch {
   public:
     explicit SelectorSearch(IBase* feature) {
         seen_.push_back(feature);
-        visit(feature);
+        Visit(feature);
     }
 
-    const FeatureList_t& found() const { return found_; }
+    const FeatureList_t& Found() const { return found_; }
 
   private:
-    void visit(IBase* feature) {
+    void Visit(IBase* feature) {
         const auto* const selected = dynamic_cast<ISelector*>(feature);
         if (selected == nullptr) return;
         FeatureList_t selectors;
@@ -37,7 +37,7 @@ class SelectorSearch {
                 throw RUNTIME_EXCEPTION("A feature has more than %d selectors",
                                         static_cast<int>(kMaxSelectors));
             seen_.push_back(selector);
-            visit(selector);
+            Visit(selector);
             found_.push_back(selector);
         }
     }
@@ -48,15 +48,15 @@ class SelectorSearch {
 
 }  // namespace
 
-FeatureList_t Engine::selectorsOf(IBase* feature) {
-    return SelectorSearch(feature).found();
+FeatureList_t Engine::SelectorsOf(IBase* feature) {
+    return SelectorSearch(feature).Found();
 }
 
 using GENICAM_NAMESPACE::gcstring;
 
 CSelectorSet::CSelectorSet(IBase* pBase) : m_FirstChanged(0) {
-    for (IValue* selector : Engine::selectorsOf(pBase))
-        m_Digits.push_back(Engine::makeSelectorDigit(*selector));
+    for (IValue* selector : Engine::SelectorsOf(pBase))
+        m_Digits.push_back(Engine::MakeSelectorDigit(*selector));
     m_FirstChanged = m_Digits.size();
 }
 

@@ -25,7 +25,7 @@ void CPortImpl::InvalidateNode() {
 
 void CPortImpl::CheckRange(const char* PortName, int64_t Address, int64_t Length, int64_t Begin,
                            int64_t End) {
-    Engine::checkByteRange(PortName, Address, Length, Begin, End);
+    Engine::CheckByteRange(PortName, Address, Length, Begin, End);
 }
 
 }  // namespace GENAPI_NAMESPACE

@@ -6,7 +6,7 @@ namespace GENAPI_NAMESPACE {
 namespace {
 
 template <class T>
-size_t checked(const std::vector<T>& values, size_t index) {
+size_t Checked(const std::vector<T>& values, size_t index) {
     if (index >= values.size()) throw OUT_OF_RANGE_EXCEPTION("vector::_M_range_check");
     return index;
 }
@@ -46,12 +46,12 @@ typename CPointerVector<T>::iterator CPointerVector<T>::erase(iterator pos) {
 
 template <class T>
 T& CPointerVector<T>::at(size_t uiIndex) {
-    return (*_pv)[checked(*_pv, uiIndex)];
+    return (*_pv)[Checked(*_pv, uiIndex)];
 }
 
 template <class T>
 const T& CPointerVector<T>::at(size_t uiIndex) const {
-    return (*_pv)[checked(*_pv, uiIndex)];
+    return (*_pv)[Checked(*_pv, uiIndex)];
 }
 
 template <class T>

@@ -1,3 +1,4 @@
+// The enumerations of the interface and their names.
 #include <cstring>
 
 #include <GenApi/EnumClasses.h>
@@ -107,7 +108,7 @@ constexpr Name<EGenApiSchemaVersion> kNames<EGenApiSchemaVersion>[] = {
     ENUMERATOR(v1_0), ENUMERATOR(v1_1), ENUMERATOR(_Undefined)};
 
 template <class E>
-bool fromString(const GENICAM_NAMESPACE::gcstring& text, E* value) {
+bool FindValue(const GENICAM_NAMESPACE::gcstring& text, E* value) {
     for (const Name<E>& name : kNames<E>) {
         if (std::strcmp(text.c_str(), name.text) == 0) {
             *value = name.value;
@@ -118,7 +119,7 @@ bool fromString(const GENICAM_NAMESPACE::gcstring& text, E* value) {
 }
 
 template <class E>
-GENICAM_NAMESPACE::gcstring toString(E value) {
+GENICAM_NAMESPACE::gcstring FindName(E value) {
     for (const Name<E>& name : kNames<E>) {
         if (name.value == value) return name.text;
     }
@@ -129,10 +130,10 @@ GENICAM_NAMESPACE::gcstring toString(E value) {
 
 #define ENUM_CLASS(E)                                                                   \
     bool E##Class::FromString(const GENICAM_NAMESPACE::gcstring& ValueStr, E* pValue) { \
-        return fromString(ValueStr, pValue);                                            \
+        return FindValue(ValueStr, pValue);                                             \
     }                                                                                   \
     GENICAM_NAMESPACE::gcstring E##Class::ToString(E Value) {                           \
-        return toString(Value);                                                         \
+        return FindName(Value);                                                         \
     }
 
 ENUM_CLASS(ESign)

@@ -20,7 +20,7 @@ bool Find(const Bytes& buffer, ByteOrder order, std::vector<Chunk>& chunks) {
     const auto copy = std::make_unique<uint8_t[]>(buffer.size());
     std::copy(buffer.begin(), buffer.end(), copy.get());
     chunks.clear();
-    return findTrailedChunks(copy.get(), static_cast<int64_t>(buffer.size()), order, chunks);
+    return FindTrailedChunks(copy.get(), static_cast<int64_t>(buffer.size()), order, chunks);
 }
 
 bool IsLaidOut(const Bytes& buffer) {
@@ -52,9 +52,9 @@ TEST(ChunksTest, FindsFromTheEnd) {
 
 TEST(ChunksTest, RefusesWhatDoesNotFillTheBuffer) {
     std::vector<Chunk> chunks;
-    EXPECT_FALSE(findTrailedChunks(nullptr, 22, ByteOrder::kBig, chunks));
-    EXPECT_FALSE(findTrailedChunks(kTwoChunks.data(), -1, ByteOrder::kBig, chunks));
-    EXPECT_THROW(trailedChunks(nullptr, 0, ByteOrder::kBig), GENICAM_NAMESPACE::RuntimeException);
+    EXPECT_FALSE(FindTrailedChunks(nullptr, 22, ByteOrder::kBig, chunks));
+    EXPECT_FALSE(FindTrailedChunks(kTwoChunks.data(), -1, ByteOrder::kBig, chunks));
+    EXPECT_THROW(TrailedChunks(nullptr, 0, ByteOrder::kBig), GENICAM_NAMESPACE::RuntimeException);
     for (size_t size = 0; size < kTwoChunks.size(); ++size) {
         // The first chunk alone is fine, too.
         const Bytes start(kTwoChunks.begin(), kTwoChunks.begin() + static_cast<ptrdiff_t>(size));
@@ -89,19 +89,19 @@ TEST(ChunksTest, RefusesNoise) {
 TEST(HexIdTest, ComparesAsNumber) {
     for (const char* text : {"9C0a", "009c0A", "00000000000000000000009C0A", "09C0A"}) {
         std::string id;
-        ASSERT_TRUE(parseHexId(text, id)) << text;
-        EXPECT_EQ(id, hexId(0x9C0A)) << text;
+        ASSERT_TRUE(ParseHexId(text, id)) << text;
+        EXPECT_EQ(id, HexId(0x9C0A)) << text;
     }
     std::string zero = "x";
-    ASSERT_TRUE(parseHexId("0000", zero));
-    EXPECT_EQ(zero, hexId(0));
-    EXPECT_EQ(hexId(0xFEDCBA9876543210), "FEDCBA9876543210");
+    ASSERT_TRUE(ParseHexId("0000", zero));
+    EXPECT_EQ(zero, HexId(0));
+    EXPECT_EQ(HexId(0xFEDCBA9876543210), "FEDCBA9876543210");
 
     std::string id;
-    EXPECT_FALSE(parseHexId("", id));
-    EXPECT_FALSE(parseHexId("0x9001", id));
-    EXPECT_FALSE(parseHexId("90 01", id));
-    EXPECT_FALSE(parseHexId(gcstring("90\0", 3), id));
+    EXPECT_FALSE(ParseHexId("", id));
+    EXPECT_FALSE(ParseHexId("0x9001", id));
+    EXPECT_FALSE(ParseHexId("90 01", id));
+    EXPECT_FALSE(ParseHexId(gcstring("90\0", 3), id));
 }
 
 }  // namespace

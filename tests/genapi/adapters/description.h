@@ -9,9 +9,9 @@
 
 inline std::string RegisterOn(const std::string& port, const std::string& name, int address,
                               int length) {
-    return test::named("IntReg", name, test::registerAt(address, length, "RW", port) + test::kBig);
+    return test::Named("IntReg", name, test::RegisterAt(address, length, "RW", port) + test::kBig);
 }
 
 inline void Load(GenApi::CNodeMapRef& map, const std::string& nodes) {
-    map._LoadXMLFromString(test::document("<Category Name='Root'/>" + nodes).c_str());
+    map._LoadXMLFromString(test::Document("<Category Name='Root'/>" + nodes).c_str());
 }

@@ -132,7 +132,7 @@ TEST_F(EventAdapterTest, OddIdsAreRefused) {
     CNodeMapRef odd;
     Load(odd, EventNode("Port", "Good", "9001") + EventNode("Port", "Odd", "901"));
     CEventAdapterGEV adapter;
-    EXPECT_EQ(errorOf([&] { adapter.AttachNodeMap(odd._Ptr); }),
+    EXPECT_EQ(ErrorOf([&] { adapter.AttachNodeMap(odd._Ptr); }),
               "LogicalErrorException: EventID is a hex string and must not be composed of an "
               "uneven number of characters");
     EXPECT_EQ(odd._GetNode("Good")->GetAccessMode(), NI);
@@ -150,7 +150,7 @@ TEST_F(EventAdapterTest, GevEventsShowTheirItems) {
     EXPECT_EQ(Value("SecondSize"), 20);
     EXPECT_EQ(Value("SecondData"), 0xDEADBEEF);
     EXPECT_EQ(Content("Padded", 2, 2), (Bytes{0x90, 0x01}));
-    EXPECT_EQ(errorOf([&] { Value("Data"); }),
+    EXPECT_EQ(ErrorOf([&] { Value("Data"); }),
               "RuntimeException: CEventPort : Attempt to read address range [16,20] which is "
               "outside the buffers address range [0,16]");
 
@@ -205,7 +205,7 @@ TEST_F(EventAdapterTest, DeliveryGoesPortByPortThenToTheOthers) {
 TEST_F(EventAdapterTest, CallbacksSeeTheEventAndTheLock) {
     CEventAdapterGEV adapter(map._Ptr);
     const auto look = [&](INode*) {
-        const bool free = otherThreadGets(map._Ptr->GetLock());
+        const bool free = OtherThreadGets(map._Ptr->GetLock());
         log.push_back(std::to_string(Value("Block")) + (free ? " free" : " locked"));
     };
     Register(map._GetNode("First"), look, cbPostInsideLock);
@@ -275,7 +275,7 @@ TEST_F(EventAdapterTest, GenericEventsAreTheirData) {
     deliver(uint64_t(0x9002));
     adapter.DeliverMessage(data.data(), 3);
     EXPECT_THAT(Log(), IsEmpty());
-    EXPECT_EQ(errorOf([&] { deliver(gcstring("a")); }),
+    EXPECT_EQ(ErrorOf([&] { deliver(gcstring("a")); }),
               "RuntimeException: Invalid event ID delivered: a");
 }
 

@@ -32,11 +32,11 @@ std::string Refusal(Parse parse, const Bytes& message) {
 }
 
 std::string GevRefusal(const Bytes& message) {
-    return Refusal(parseGevMessage, message);
+    return Refusal(ParseGevMessage, message);
 }
 
 std::string U3vRefusal(const Bytes& message) {
-    return Refusal(parseU3vMessage, message);
+    return Refusal(ParseU3vMessage, message);
 }
 
 const char kTooSmall[] = "Malformed message - too small";
@@ -53,7 +53,7 @@ Bytes Cut(Bytes message, size_t size) {
 
 TEST(EventMessagesTest, GevRefusals) {
     EXPECT_EQ(GevRefusal({}), kTooSmall);
-    EXPECT_THROW(parseGevMessage(nullptr, 24), GENICAM_NAMESPACE::RuntimeException);
+    EXPECT_THROW(ParseGevMessage(nullptr, 24), GENICAM_NAMESPACE::RuntimeException);
     for (size_t size = 0; size < kGevEvents.size(); ++size) {
         EXPECT_EQ(GevRefusal(Cut(kGevEvents, size)), kTooSmall) << size;
     }
@@ -74,7 +74,7 @@ TEST(EventMessagesTest, GevRefusals) {
 TEST(EventMessagesTest, GevItemsFollowEachOtherBySize) {
     Bytes message = kGevEvents;
     std::rotate(message.begin() + 8, message.begin() + 24, message.end());  // the longer one first
-    const auto items = parseGevMessage(message.data(), static_cast<uint32_t>(message.size()));
+    const auto items = ParseGevMessage(message.data(), static_cast<uint32_t>(message.size()));
     ASSERT_EQ(items.size(), 2u);
     EXPECT_EQ(items[0].id, 0x9C0A);
     EXPECT_EQ(items[1].id, 0x9001);
@@ -83,13 +83,13 @@ TEST(EventMessagesTest, GevItemsFollowEachOtherBySize) {
 TEST(EventMessagesTest, GevIgnoresWhatFollows) {
     Bytes longer = kGevEvents;
     longer.resize(100, 0xFF);
-    EXPECT_EQ(parseGevMessage(longer.data(), 100).size(), 2u);
+    EXPECT_EQ(ParseGevMessage(longer.data(), 100).size(), 2u);
     // Half an item at the end of the items themselves.
-    EXPECT_EQ(parseGevMessage(With(kGevEvents, 5, 0x14).data(), 44).size(), 1u);
+    EXPECT_EQ(ParseGevMessage(With(kGevEvents, 5, 0x14).data(), 44).size(), 1u);
 }
 
 TEST(EventMessagesTest, U3vRefusals) {
-    EXPECT_THROW(parseU3vMessage(nullptr, 26), GENICAM_NAMESPACE::RuntimeException);
+    EXPECT_THROW(ParseU3vMessage(nullptr, 26), GENICAM_NAMESPACE::RuntimeException);
     for (size_t size = 0; size < 24; ++size) {
         EXPECT_EQ(U3vRefusal(Cut(kU3vEvent, size)), kTooSmall) << size;
     }

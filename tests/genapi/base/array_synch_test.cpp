@@ -8,7 +8,7 @@
 #include "tests/genapi/support/otherthread.h"
 
 using namespace GENICAM_NAMESPACE;
-using test::otherThreadGets;
+using test::OtherThreadGets;
 
 namespace {
 
@@ -28,9 +28,9 @@ TEST(BaseLock, IsRecursive) {
     {
         AutoLock outer(lock);
         AutoLock inner(lock);
-        EXPECT_FALSE(otherThreadGets(lock));
+        EXPECT_FALSE(OtherThreadGets(lock));
     }
-    EXPECT_TRUE(otherThreadGets(lock));
+    EXPECT_TRUE(OtherThreadGets(lock));
 }
 
 TEST(GlobalLock, IsOnePerName) {
@@ -39,13 +39,13 @@ TEST(GlobalLock, IsOnePerName) {
 #endif
     CGlobalLock first("one"), again("one"), other("two");
     ASSERT_TRUE(first.Lock(0));
-    EXPECT_FALSE(otherThreadGets(again));
-    EXPECT_TRUE(otherThreadGets(other));
+    EXPECT_FALSE(OtherThreadGets(again));
+    EXPECT_TRUE(OtherThreadGets(other));
     bool waited = true;
     std::thread([&] { waited = again.Lock(20); }).join();
     EXPECT_FALSE(waited);
     again.Unlock();
-    EXPECT_TRUE(otherThreadGets(first));
+    EXPECT_TRUE(OtherThreadGets(first));
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ namespace {
 
 // What the check throws, with its type; empty if nothing.
 template <typename Check>
-std::string thrown(Check check) {
+std::string Thrown(Check check) {
     try {
         check();
     } catch (const OutOfRangeException& e) {
@@ -27,8 +27,8 @@ std::string thrown(Check check) {
     return "";
 }
 
-std::string checkedInteger(int64_t value, int64_t min, int64_t max, int64_t inc) {
-    return thrown([&] { CHECK_RANGE_I64(value, min, max, inc); });
+std::string CheckedInteger(int64_t value, int64_t min, int64_t max, int64_t inc) {
+    return Thrown([&] { CHECK_RANGE_I64(value, min, max, inc); });
 }
 
 TEST(Exception, TellsWhatItKnows) {
@@ -76,26 +76,26 @@ TEST(Reporter, TakesTextsOfSeveralKinds) {
 }
 
 TEST(Check, IntegersAgainstLimitsAndIncrement) {
-    EXPECT_EQ(checkedInteger(7, 1, 9, 3), "");
-    EXPECT_EQ(checkedInteger(0, 1, 9, 3), "range: Value = 0 must be equal or greater than Min = 1");
-    EXPECT_EQ(checkedInteger(10, 1, 9, 3),
+    EXPECT_EQ(CheckedInteger(7, 1, 9, 3), "");
+    EXPECT_EQ(CheckedInteger(0, 1, 9, 3), "range: Value = 0 must be equal or greater than Min = 1");
+    EXPECT_EQ(CheckedInteger(10, 1, 9, 3),
               "range: Value = 10 must be equal or smaller than Max = 9");
-    EXPECT_EQ(checkedInteger(8, 1, 9, 3),
+    EXPECT_EQ(CheckedInteger(8, 1, 9, 3),
               "range: The difference between Value = 8 and Min = 1 must be dividable without rest "
               "by Inc = 3");
-    EXPECT_EQ(checkedInteger(1, 1, 9, 0), "logic: Increment must not equal 0!");
-    EXPECT_EQ(checkedInteger(GC_INT64_MAX, GC_INT64_MIN, GC_INT64_MAX, 5), "");
-    EXPECT_THAT(checkedInteger(GC_INT64_MAX, GC_INT64_MIN, GC_INT64_MAX, 2), EndsWith("Inc = 2"));
+    EXPECT_EQ(CheckedInteger(1, 1, 9, 0), "logic: Increment must not equal 0!");
+    EXPECT_EQ(CheckedInteger(GC_INT64_MAX, GC_INT64_MIN, GC_INT64_MAX, 5), "");
+    EXPECT_THAT(CheckedInteger(GC_INT64_MAX, GC_INT64_MIN, GC_INT64_MAX, 2), EndsWith("Inc = 2"));
 }
 
 TEST(Check, FloatsAndPointers) {
-    EXPECT_EQ(thrown([] { CHECK_RANGE_FLT(1.0, 1.0, 2.0); }), "");
-    EXPECT_EQ(thrown([] { CHECK_RANGE_FLT(0.5, 1.0, 2.0); }),
+    EXPECT_EQ(Thrown([] { CHECK_RANGE_FLT(1.0, 1.0, 2.0); }), "");
+    EXPECT_EQ(Thrown([] { CHECK_RANGE_FLT(0.5, 1.0, 2.0); }),
               "range: Value 0.500000 must be greater than or equal 1.000000");
-    EXPECT_EQ(thrown([] { CHECK_RANGE_FLT(2.5, 1.0, 2.0); }),
+    EXPECT_EQ(Thrown([] { CHECK_RANGE_FLT(2.5, 1.0, 2.0); }),
               "range: Value 2.500000 must be smaller than or equal 2.000000");
     const int* pointer = nullptr;
-    EXPECT_EQ(thrown([&] { CHECK_DYNAMIC_CAST_POINTER(pointer); }),
+    EXPECT_EQ(Thrown([&] { CHECK_DYNAMIC_CAST_POINTER(pointer); }),
               "logic: Unexpected type in dynamic cast");
 }
 

@@ -11,32 +11,32 @@ using namespace GENICAM_NAMESPACE;
 
 namespace {
 
-std::string text(const gcstring& s) {
+std::string Text(const gcstring& s) {
     return {s.c_str(), s.length()};
 }
 
 TEST(String, TreatsANullTextAsEmpty) {
     const char* const null = nullptr;
     gcstring s(null);
-    EXPECT_EQ(text(s), "");
+    EXPECT_EQ(Text(s), "");
     EXPECT_TRUE(s == null);
     s = "x";
-    EXPECT_EQ(text(s.assign(null)), "");
+    EXPECT_EQ(Text(s.assign(null)), "");
     s += null;
-    EXPECT_EQ(text(s + null), "");
-    EXPECT_EQ(text(gcstring(null, 3)), "");
+    EXPECT_EQ(Text(s + null), "");
+    EXPECT_EQ(Text(gcstring(null, 3)), "");
 }
 
 TEST(String, CountsItsCharacters) {
     const gcstring s("a\0b", 3);
     EXPECT_EQ(s.length(), 3u);
-    EXPECT_EQ(text(s + s), std::string("a\0ba\0b", 6));
+    EXPECT_EQ(Text(s + s), std::string("a\0ba\0b", 6));
     EXPECT_FALSE(s == "a");
     gcstring grown("ab");
     grown.resize(4);
-    EXPECT_EQ(text(grown), std::string("ab\0\0", 4));
+    EXPECT_EQ(Text(grown), std::string("ab\0\0", 4));
     grown.resize(1);
-    EXPECT_EQ(text(grown), "a");
+    EXPECT_EQ(Text(grown), "a");
     EXPECT_EQ(grown[0], 'a');
 }
 
@@ -47,11 +47,11 @@ TEST(String, KeepsTextsOfAllLengths) {
     for (size_t n = 0; n < 200; ++n) {
         const gcstring made(expected.data(), n);
         const gcstring copy(made);  // NOLINT(performance-unnecessary-copy-initialization)
-        ASSERT_EQ(text(copy), expected);
-        ASSERT_EQ(text(appended), expected);
+        ASSERT_EQ(Text(copy), expected);
+        ASSERT_EQ(Text(appended), expected);
         gcstring assigned("previous text");
         assigned = copy;
-        ASSERT_EQ(text(assigned), expected);
+        ASSERT_EQ(Text(assigned), expected);
         const char c = static_cast<char>('a' + n % 26);
         expected += c;
         appended += c;
@@ -63,18 +63,18 @@ TEST(String, MayBeMadeOfItself) {
         const std::string once(n, 'x');
         gcstring s(once.c_str());
         s += s;
-        EXPECT_EQ(text(s), once + once);
+        EXPECT_EQ(Text(s), once + once);
         s.append(s);
         EXPECT_EQ(s.length(), 4 * n);
         s.assign(s.c_str() + n, n);
-        EXPECT_EQ(text(s), once);
+        EXPECT_EQ(Text(s), once);
         const gcstring& same = s;
         s = same;
-        EXPECT_EQ(text(s), once);
+        EXPECT_EQ(Text(s), once);
     }
     gcstring longText(100, 'l'), shortText("s");
     longText.swap(shortText);
-    EXPECT_EQ(text(longText), "s");
+    EXPECT_EQ(Text(longText), "s");
     EXPECT_EQ(shortText.length(), 100u);
 }
 
@@ -83,15 +83,15 @@ TEST(String, RefusesLengthsBeyondMemory) {
     EXPECT_THROW(s.append(GCSTRING_NPOS - 1, 'x'), BadAllocException);
     EXPECT_THROW(s.resize(GCSTRING_NPOS), BadAllocException);
     EXPECT_THROW(s.reserve(s.max_size() + 1), BadAllocException);
-    EXPECT_EQ(text(s), "abc");
+    EXPECT_EQ(Text(s), "abc");
 }
 
 TEST(String, ConstAppendingLeavesTheText) {
     const gcstring s("ab");
-    EXPECT_EQ(text(s += gcstring("cd")), "abcd");
-    EXPECT_EQ(text(s += 'c'), "abc");
-    EXPECT_EQ(text("x" + s + "y"), "xaby");
-    EXPECT_EQ(text(s), "ab");
+    EXPECT_EQ(Text(s += gcstring("cd")), "abcd");
+    EXPECT_EQ(Text(s += 'c'), "abc");
+    EXPECT_EQ(Text("x" + s + "y"), "xaby");
+    EXPECT_EQ(Text(s), "ab");
 }
 
 TEST(String, Compares) {
@@ -121,11 +121,11 @@ TEST(String, Searches) {
 
 TEST(String, TakesParts) {
     gcstring s("abcdef");
-    EXPECT_EQ(text(s.substr(2, 3)), "cde");
-    EXPECT_EQ(text(s.substr(6)), "");
+    EXPECT_EQ(Text(s.substr(2, 3)), "cde");
+    EXPECT_EQ(Text(s.substr(6)), "");
     EXPECT_THROW(s.substr(7), std::out_of_range);
-    EXPECT_EQ(text(s.erase(1, 2)), "adef");
-    EXPECT_EQ(text(s.erase(2)), "ad");
+    EXPECT_EQ(Text(s.erase(1, 2)), "adef");
+    EXPECT_EQ(Text(s.erase(2)), "ad");
     EXPECT_THROW(s.erase(3), std::out_of_range);
 }
 
@@ -133,11 +133,11 @@ TEST(String, GoesThroughStreams) {
     std::stringstream stream("two words\nnext,last");
     gcstring s;
     stream >> s;
-    EXPECT_EQ(text(s), "two");
+    EXPECT_EQ(Text(s), "two");
     getline(stream, s);
-    EXPECT_EQ(text(s), " words");
+    EXPECT_EQ(Text(s), " words");
     getline(stream, s, ',');
-    EXPECT_EQ(text(s), "next");
+    EXPECT_EQ(Text(s), "next");
     std::ostringstream out;
     out << gcstring("a\0b", 3);
     EXPECT_EQ(out.str(), std::string("a\0b", 3));

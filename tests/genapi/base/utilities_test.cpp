@@ -15,17 +15,17 @@ using testing::IsEmpty;
 
 namespace {
 
-std::vector<std::string> texts(const gcstring_vector& list) {
+std::vector<std::string> Texts(const gcstring_vector& list) {
     std::vector<std::string> result;
     for (const gcstring& s : list)
         result.emplace_back(s.c_str(), s.length());
     return result;
 }
 
-std::vector<std::string> tokens(const gcstring& text, const gcstring& delimiters) {
+std::vector<std::string> Tokens(const gcstring& text, const gcstring& delimiters) {
     gcstring_vector result;
     Tokenize(text, result, delimiters);
-    return texts(result);
+    return Texts(result);
 }
 
 TEST(Version, IsPartOfNames) {
@@ -105,10 +105,10 @@ TEST(Url, LeavesMalformedCodes) {
 }
 
 TEST(Tokens, AreWhatLiesBetweenDelimiters) {
-    EXPECT_THAT(tokens(" a  bc ", " "), ElementsAre("a", "bc"));
-    EXPECT_THAT(tokens("a,b;c", ",;"), ElementsAre("a", "b", "c"));
-    EXPECT_THAT(tokens("a b", ""), ElementsAre("a b"));
-    EXPECT_THAT(tokens(" ", " "), IsEmpty());
+    EXPECT_THAT(Tokens(" a  bc ", " "), ElementsAre("a", "bc"));
+    EXPECT_THAT(Tokens("a,b;c", ",;"), ElementsAre("a", "b", "c"));
+    EXPECT_THAT(Tokens("a b", ""), ElementsAre("a b"));
+    EXPECT_THAT(Tokens(" ", " "), IsEmpty());
 }
 
 TEST(Files, MatchPatterns) {
@@ -122,14 +122,14 @@ TEST(Files, MatchPatterns) {
     GetFiles(pattern, all);
     GetFiles(pattern, directories, true);
     GetFiles(gcstring(folder.c_str()) + "/*.zip", none);
-    EXPECT_THAT(texts(all), ElementsAre(folder + "/a.xml", folder + "/b.xml", folder + "/d.xml"));
-    EXPECT_THAT(texts(directories), ElementsAre(folder + "/d.xml"));
+    EXPECT_THAT(Texts(all), ElementsAre(folder + "/a.xml", folder + "/b.xml", folder + "/d.xml"));
+    EXPECT_THAT(Texts(directories), ElementsAre(folder + "/d.xml"));
     EXPECT_TRUE(none.empty());
     std::filesystem::remove_all(folder);
 }
 
 TEST(Module, IsFoundByItsFunctions) {
-    const gcstring path = GetModulePathFromFunction(reinterpret_cast<void*>(&texts));
+    const gcstring path = GetModulePathFromFunction(reinterpret_cast<void*>(&Texts));
     EXPECT_EQ(path.c_str(), std::filesystem::read_symlink("/proc/self/exe").string());
     EXPECT_THROW(GetModulePathFromFunction(nullptr), RuntimeException);
 }

@@ -13,8 +13,8 @@ namespace {
 
 constexpr const char* kInvalidArchive = "Invalid ZIP string in ParseXmlBuffer";
 
-std::string archiveError(const std::string& bytes) {
-    return textOf<GENICAM_NAMESPACE::RuntimeException>([&] { unzipFirstEntry(bytes); });
+std::string ArchiveError(const std::string& bytes) {
+    return TextOf<GENICAM_NAMESPACE::RuntimeException>([&] { UnzipFirstEntry(bytes); });
 }
 
 TEST(Archives, FirstEntryStoredOrDeflated) {
@@ -22,32 +22,32 @@ TEST(Archives, FirstEntryStoredOrDeflated) {
     const std::string other(200, 'y');
     for (const int method : {ZIP_CM_STORE, ZIP_CM_DEFLATE})
         EXPECT_EQ(text,
-                  unzipFirstEntry(archive({{"folder/a.txt", text}, {"b.xml", other}}, method)));
+                  UnzipFirstEntry(Archive({{"folder/a.txt", text}, {"b.xml", other}}, method)));
 }
 
 TEST(Archives, BytesBehindTheEndDoNotMatter) {
-    const std::string bytes = archive({{"a.xml", "text"}});
-    EXPECT_EQ("text", unzipFirstEntry(bytes + "tail"));
-    EXPECT_EQ("text", unzipFirstEntry(bytes + std::string(200000, '\xFF')));
+    const std::string bytes = Archive({{"a.xml", "text"}});
+    EXPECT_EQ("text", UnzipFirstEntry(bytes + "tail"));
+    EXPECT_EQ("text", UnzipFirstEntry(bytes + std::string(200000, '\xFF')));
 }
 
 TEST(Archives, DamagedOnes) {
-    const std::string bytes = archive({{"a.xml", "some text"}}, ZIP_CM_STORE);
-    EXPECT_EQ(kInvalidArchive, archiveError("<RegisterDescription/>"));
-    EXPECT_EQ(kInvalidArchive, archiveError(""));
-    EXPECT_EQ(kInvalidArchive, archiveError("PK\5\6" + std::string(18, '\0')));
-    EXPECT_EQ(kInvalidArchive, archiveError(bytes.substr(0, bytes.size() / 2)));
+    const std::string bytes = Archive({{"a.xml", "some text"}}, ZIP_CM_STORE);
+    EXPECT_EQ(kInvalidArchive, ArchiveError("<RegisterDescription/>"));
+    EXPECT_EQ(kInvalidArchive, ArchiveError(""));
+    EXPECT_EQ(kInvalidArchive, ArchiveError("PK\5\6" + std::string(18, '\0')));
+    EXPECT_EQ(kInvalidArchive, ArchiveError(bytes.substr(0, bytes.size() / 2)));
     std::string changed = bytes;
     changed[changed.find("some")] ^= 1;
-    EXPECT_EQ(kInvalidArchive, archiveError(changed));
+    EXPECT_EQ(kInvalidArchive, ArchiveError(changed));
 }
 
 TEST(Archives, TooLargeContents) {
     EXPECT_EQ(kInvalidArchive,
-              archiveError(archive({{"a.xml", std::string(kMaxXmlSize + 1, ' ')}})));
+              ArchiveError(Archive({{"a.xml", std::string(kMaxXmlSize + 1, ' ')}})));
     // Within the size, but blown up from nearly nothing.
     EXPECT_EQ(kInvalidArchive,
-              archiveError(archive({{"a.xml", std::string(kMaxXmlSize / 2, ' ')}})));
+              ArchiveError(Archive({{"a.xml", std::string(kMaxXmlSize / 2, ' ')}})));
 }
 
 }  // namespace

@@ -9,7 +9,7 @@
 namespace test {
 
 // An archive in memory with the given entries: name and contents.
-inline std::string archive(const std::vector<std::pair<std::string, std::string>>& entries,
+inline std::string Archive(const std::vector<std::pair<std::string, std::string>>& entries,
                            int method = ZIP_CM_DEFLATE) {
     zip_source_t* target = zip_source_buffer_create(nullptr, 0, 0, nullptr);
     zip_source_keep(target);
@@ -22,7 +22,7 @@ inline std::string archive(const std::vector<std::pair<std::string, std::string>
     zip_close(zip);
     zip_source_open(target);
     zip_source_seek(target, 0, SEEK_END);
-    std::string bytes(static_cast<std::size_t>(zip_source_tell(target)), '\0');
+    std::string bytes(static_cast<size_t>(zip_source_tell(target)), '\0');
     zip_source_seek(target, 0, SEEK_SET);
     zip_source_read(target, &bytes[0], bytes.size());
     zip_source_close(target);

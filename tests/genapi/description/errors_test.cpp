@@ -11,12 +11,12 @@ namespace {
 
 using GENICAM_NAMESPACE::RuntimeException;
 
-std::string errorOf(const std::string& xml) {
-    return textOf<RuntimeException>([&] { load(xml); });
+std::string ErrorOf(const std::string& xml) {
+    return TextOf<RuntimeException>([&] { Load(xml); });
 }
 
 // The reason in the text of a parse error, and where it was found.
-std::string parseError(int line, int column, const std::string& reason) {
+std::string ParseError(int line, int column, const std::string& reason) {
     return "Error while parsing XML stream at line " + std::to_string(line) + " and column " +
            std::to_string(column) + " : '" + reason + "'";
 }
@@ -39,43 +39,43 @@ TEST(DescriptionErrors, Places) {
     };
     for (const auto& refused : cases)
         for (const int minor : {0, 1})
-            EXPECT_EQ(parseError(2, refused.column, refused.reason),
-                      errorOf(document(refused.nodes, minor)))
+            EXPECT_EQ(ParseError(2, refused.column, refused.reason),
+                      ErrorOf(Document(refused.nodes, minor)))
                 << refused.nodes;
     // Where something is too much, a description of schema 1.1 is refused for its root.
-    const std::string nodes = integer("I") + "\n<Nope/>";
-    const std::string text = document(nodes);
-    EXPECT_EQ(parseError(3, 7, "unexpected element encountered"), errorOf(document(nodes, 0)));
-    EXPECT_EQ(parseError(1, static_cast<int>(text.find('\n')), "unexpected element encountered"),
-              errorOf(text));
+    const std::string nodes = Integer("I") + "\n<Nope/>";
+    const std::string text = Document(nodes);
+    EXPECT_EQ(ParseError(3, 7, "unexpected element encountered"), ErrorOf(Document(nodes, 0)));
+    EXPECT_EQ(ParseError(1, static_cast<int>(text.find('\n')), "unexpected element encountered"),
+              ErrorOf(text));
 }
 
 TEST(DescriptionErrors, DocumentsThatAreNone) {
-    EXPECT_EQ(parseError(1, 0, "syntax error"), errorOf("hello"));
-    EXPECT_THAT(errorOf(" "), testing::HasSubstr("no element found"));
-    EXPECT_THAT(errorOf(document("") + "x"), testing::HasSubstr("junk after document element"));
-    EXPECT_EQ(parseError(1, 1, "XML or text declaration not at start of entity"),
-              errorOf(" <?xml version='1.0'?>" + document("")));
-    EXPECT_EQ("nothing", errorOf("\xEF\xBB\xBF" + document("")));
-    EXPECT_EQ(parseError(1, 9, "unexpected element encountered"), errorOf("<Camera/>"));
-    EXPECT_THAT(errorOf(document("", 2)), testing::HasSubstr("unexpected element encountered"));
-    std::string nameless = document("");
+    EXPECT_EQ(ParseError(1, 0, "syntax error"), ErrorOf("hello"));
+    EXPECT_THAT(ErrorOf(" "), testing::HasSubstr("no element found"));
+    EXPECT_THAT(ErrorOf(Document("") + "x"), testing::HasSubstr("junk after document element"));
+    EXPECT_EQ(ParseError(1, 1, "XML or text declaration not at start of entity"),
+              ErrorOf(" <?xml version='1.0'?>" + Document("")));
+    EXPECT_EQ("nothing", ErrorOf("\xEF\xBB\xBF" + Document("")));
+    EXPECT_EQ(ParseError(1, 9, "unexpected element encountered"), ErrorOf("<Camera/>"));
+    EXPECT_THAT(ErrorOf(Document("", 2)), testing::HasSubstr("unexpected element encountered"));
+    std::string nameless = Document("");
     nameless.erase(nameless.find("ModelName"), 13);
-    EXPECT_EQ(parseError(2, 22, "expected attribute not encountered"), errorOf(nameless));
-    const std::string early = document("").replace(100, 1, 1, '\0');
-    EXPECT_EQ(parseError(1, 100, "not well-formed (invalid token)"), errorOf(early));
-    EXPECT_THAT(errorOf("<!DOCTYPE a [<!ENTITY b 'c'>]>" + document("")),
+    EXPECT_EQ(ParseError(2, 22, "expected attribute not encountered"), ErrorOf(nameless));
+    const std::string early = Document("").replace(100, 1, 1, '\0');
+    EXPECT_EQ(ParseError(1, 100, "not well-formed (invalid token)"), ErrorOf(early));
+    EXPECT_THAT(ErrorOf("<!DOCTYPE a [<!ENTITY b 'c'>]>" + Document("")),
                 testing::HasSubstr("entity declarations are not accepted"));
 }
 
 TEST(DescriptionErrors, Duplicates) {
     const std::string constant = "<IntSwissKnife Name='K'><Constant Name='C'>1</Constant>";
     EXPECT_EQ("XML Parse error at line 3 and column 34, Found a duplicate node'I'.",
-              errorOf(document(integer("I") + "\n" + integer("I"))));
-    EXPECT_THAT(errorOf(document(constant + "<Constant Name='C'>2</Constant><Formula>C</Formula>"
+              ErrorOf(Document(Integer("I") + "\n" + Integer("I"))));
+    EXPECT_THAT(ErrorOf(Document(constant + "<Constant Name='C'>2</Constant><Formula>C</Formula>"
                                             "</IntSwissKnife>")),
                 testing::HasSubstr("duplicate node'_K_C'"));
-    EXPECT_THAT(errorOf(document(integer("EnumEntry_E_A") +
+    EXPECT_THAT(ErrorOf(Document(Integer("EnumEntry_E_A") +
                                  "<Enumeration Name='E'><EnumEntry Name='A'><Value>1</Value>"
                                  "</EnumEntry><Value>1</Value></Enumeration>")),
                 testing::HasSubstr("duplicate node'EnumEntry_E_A'"));
@@ -86,46 +86,46 @@ TEST(DescriptionErrors, Order) {
     const std::string kind =
         "<Command Name='C'><pValue>C</pValue><CommandValue>1</CommandValue>"
         "</Command>";
-    const std::string dangling = over("D", "Nope");
-    const std::string number = literal("N", "x");
+    const std::string dangling = Over("D", "Nope");
+    const std::string number = Literal("N", "x");
     const std::string order = "<Integer Name='O'><Max>1</Max><Value>1</Value></Integer>";
-    EXPECT_THAT(errorOf(document(kind)), testing::HasSubstr("PropagateTerminals cycle"));
+    EXPECT_THAT(ErrorOf(Document(kind)), testing::HasSubstr("PropagateTerminals cycle"));
     EXPECT_EQ("Error in XML stream : dangling node reference 'Nope'",
-              errorOf(document(kind + dangling)));
-    EXPECT_THROW(load(document(dangling + number)), GENICAM_NAMESPACE::PropertyException);
-    EXPECT_THAT(errorOf(document(number + order)), testing::HasSubstr("expected element"));
+              ErrorOf(Document(kind + dangling)));
+    EXPECT_THROW(Load(Document(dangling + number)), GENICAM_NAMESPACE::PropertyException);
+    EXPECT_THAT(ErrorOf(Document(number + order)), testing::HasSubstr("expected element"));
 }
 
-std::string repeated(std::size_t count, const std::string& text) {
+std::string Repeated(size_t count, const std::string& text) {
     std::string result;
-    for (std::size_t i = 0; i < count; ++i)
+    for (size_t i = 0; i < count; ++i)
         result += text;
     return result;
 }
 
 TEST(DescriptionErrors, Limits) {
-    EXPECT_THAT(errorOf(document(repeated(kMaxNesting, "<Group Comment=''>"))),
+    EXPECT_THAT(ErrorOf(Document(Repeated(kMaxNesting, "<Group Comment=''>"))),
                 testing::HasSubstr("nested too deeply"));
-    EXPECT_THAT(errorOf(document("<Node Name='N'><Extension>" + repeated(kMaxNesting, "<x>"))),
+    EXPECT_THAT(ErrorOf(Document("<Node Name='N'><Extension>" + Repeated(kMaxNesting, "<x>"))),
                 testing::HasSubstr("nested too deeply"));
     EXPECT_EQ("nothing",
-              errorOf(document(repeated(200, "<Group Comment=''>") + repeated(200, "</Group>"))));
+              ErrorOf(Document(Repeated(200, "<Group Comment=''>") + Repeated(200, "</Group>"))));
     std::string spaces;
-    for (std::size_t i = 0; i <= kMaxPrefixes; ++i)
+    for (size_t i = 0; i <= kMaxPrefixes; ++i)
         spaces += " xmlns:p" + std::to_string(i) + "='u'";
-    EXPECT_THAT(errorOf(document("<Node Name='N'" + spaces + "/>")),
+    EXPECT_THAT(ErrorOf(Document("<Node Name='N'" + spaces + "/>")),
                 testing::HasSubstr("too many name spaces"));
-    EXPECT_THAT(errorOf(document("<Node Name='N'><ToolTip>" + std::string(kMaxTextSize + 1, 't') +
+    EXPECT_THAT(ErrorOf(Document("<Node Name='N'><ToolTip>" + std::string(kMaxTextSize + 1, 't') +
                                  "</ToolTip></Node>")),
                 testing::HasSubstr("text is too long"));
-    EXPECT_EQ("The description is too large", errorOf(std::string(kMaxXmlSize + 1, ' ')));
+    EXPECT_EQ("The description is too large", ErrorOf(std::string(kMaxXmlSize + 1, ' ')));
 
     // Each entry inherits all of the addresses: a product that is larger than the text.
     std::string entries;
     for (int i = 0; i < 2000; ++i)
         entries += "<StructEntry Name='E" + std::to_string(i) + "'><Bit>0</Bit></StructEntry>";
     EXPECT_EQ("The nodes of the description have too many elements",
-              errorOf(document("<StructReg Comment=''>" + repeated(2000, "<Address>0</Address>") +
+              ErrorOf(Document("<StructReg Comment=''>" + Repeated(2000, "<Address>0</Address>") +
                                kRegister + "<Endianess>BigEndian</Endianess>" + entries +
                                "</StructReg>")));
 }

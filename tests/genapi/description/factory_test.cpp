@@ -25,26 +25,26 @@ struct EndMap {
 };
 using Map = std::unique_ptr<INodeMap, EndMap>;
 
-Map make(CNodeMapFactory& factory) {
+Map Make(CNodeMapFactory& factory) {
     return Map(factory.CreateNodeMap("Camera"));
 }
 
-CNodeMapFactory factoryOf(const std::string& nodes) {
-    return CNodeMapFactory(gcstring(document(nodes).c_str()));
+CNodeMapFactory FactoryOf(const std::string& nodes) {
+    return CNodeMapFactory(gcstring(Document(nodes).c_str()));
 }
 
 TEST(Factory, GoesThroughItsStates) {
-    CNodeMapFactory factory = factoryOf(integer("I"));
+    CNodeMapFactory factory = FactoryOf(Integer("I"));
     CNodeMapFactory copy = factory;
     EXPECT_FALSE(factory.IsEmpty());
     EXPECT_FALSE(factory.IsLoaded());
     factory.LoadAndInject();
     EXPECT_TRUE(copy.IsLoaded());
     EXPECT_FALSE(copy.IsPreprocessed());
-    const Map first = make(factory);
+    const Map first = Make(factory);
     EXPECT_TRUE(copy.IsPreprocessed());
     EXPECT_TRUE(copy.IsCameraDescriptionFileDataReleased());
-    const Map second = make(copy);
+    const Map second = Make(copy);
     EXPECT_NE(first->GetNode("I"), second->GetNode("I"));
     EXPECT_STREQ("Camera", second->GetNode("I")->GetDeviceName().c_str());
 }
@@ -55,73 +55,73 @@ TEST(Factory, RefusesWhatCannotBe) {
     EXPECT_EQ(
         "Cannot preprocess, no camera description file data has been provided to the node "
         "map factory.",
-        textOf<LogicalErrorException>([&] { make(empty); }));
+        TextOf<LogicalErrorException>([&] { Make(empty); }));
     EXPECT_EQ(
         "The pointer to the camera description file buffer passed to the node map factory "
         "must not be NULL.",
-        textOf<InvalidArgumentException>(
+        TextOf<InvalidArgumentException>(
             [] { CNodeMapFactory(ContentType_Xml, static_cast<const void*>(nullptr), 1); }));
     EXPECT_EQ(
         "The camera description file buffer passed to the node map factory must not be "
         "empty.",
-        textOf<InvalidArgumentException>([] { CNodeMapFactory(gcstring("")); }));
+        TextOf<InvalidArgumentException>([] { CNodeMapFactory(gcstring("")); }));
     EXPECT_EQ("Could not open file for hash computation: /nowhere/camera.xml",
-              textOf<RuntimeException>([] {
+              TextOf<RuntimeException>([] {
                   CNodeMapFactory factory(ContentType_Xml, gcstring("/nowhere/camera.xml"));
-                  make(factory);
+                  Make(factory);
               }));
 }
 
 TEST(Factory, TakesFilesAndArchives) {
-    const std::string bytes = archive({{"camera.xml", document(integer("I"))}});
+    const std::string bytes = Archive({{"camera.xml", Document(Integer("I"))}});
     CNodeMapFactory memory(ContentType_ZippedXml, bytes.data(), bytes.size());
-    EXPECT_NE(nullptr, make(memory)->GetNode("I"));
+    EXPECT_NE(nullptr, Make(memory)->GetNode("I"));
 
     // A camera pads the text in an archive, and nobody knows with what.
     const std::string padded =
-        archive({{"camera.xml", document(integer("I")) + std::string(1, '\0') + "<junk"}});
+        Archive({{"camera.xml", Document(Integer("I")) + std::string(1, '\0') + "<junk"}});
     CNodeMapFactory unpadded(ContentType_ZippedXml, padded.data(), padded.size());
-    EXPECT_NE(nullptr, make(unpadded)->GetNode("I"));
+    EXPECT_NE(nullptr, Make(unpadded)->GetNode("I"));
 
     const std::string path = testing::TempDir() + "zelcam_factory_test.zip";
     std::ofstream(path, std::ios::binary) << bytes;
     CNodeMapFactory file(ContentType_ZippedXml, gcstring(path.c_str()));
-    EXPECT_NE(nullptr, make(file)->GetNode("I"));
+    EXPECT_NE(nullptr, Make(file)->GetNode("I"));
     std::remove(path.c_str());
 }
 
 TEST(Factory, InjectsNodes) {
-    CNodeMapFactory target = factoryOf(integer("I"));
-    CNodeMapFactory injected = factoryOf("<Integer Name='J'><pValue>I</pValue></Integer>");
+    CNodeMapFactory target = FactoryOf(Integer("I"));
+    CNodeMapFactory injected = FactoryOf("<Integer Name='J'><pValue>I</pValue></Integer>");
     target.AddInjectionData(injected);
-    const Map map = make(target);
+    const Map map = Make(target);
     EXPECT_EQ(2u, map->GetNumNodes());
     EXPECT_NE(nullptr, map->GetNode("J"));
 
-    CNodeMapFactory again = factoryOf(integer("I"));
-    CNodeMapFactory conflict = factoryOf(integer("I"));
+    CNodeMapFactory again = FactoryOf(Integer("I"));
+    CNodeMapFactory conflict = FactoryOf(Integer("I"));
     again.AddInjectionData(conflict);
-    EXPECT_EQ("Merge conflict with node 'I'", textOf<RuntimeException>([&] { make(again); }));
-    EXPECT_EQ("nothing", textOf<RuntimeException>([&] { make(conflict); }));
+    EXPECT_EQ("Merge conflict with node 'I'", TextOf<RuntimeException>([&] { Make(again); }));
+    EXPECT_EQ("nothing", TextOf<RuntimeException>([&] { Make(conflict); }));
 }
 
 TEST(Factory, ExtractsSubtrees) {
-    CNodeMapFactory factory = factoryOf(integer("I") + integer("J"));
+    CNodeMapFactory factory = FactoryOf(Integer("I") + Integer("J"));
     CNodeMapFactory part = factory.ExtractSubtree("J");
-    EXPECT_EQ(1u, make(part)->GetNumNodes());
-    CNodeMapFactory target = factoryOf(integer("J"));
+    EXPECT_EQ(1u, Make(part)->GetNumNodes());
+    CNodeMapFactory target = FactoryOf(Integer("J"));
     target.AddInjectionData(part);
-    EXPECT_EQ("Merge conflict with node 'J'", textOf<RuntimeException>([&] { make(target); }));
-    EXPECT_NE("nothing", textOf<RuntimeException>([&] { factory.ExtractSubtree("K"); }));
+    EXPECT_EQ("Merge conflict with node 'J'", TextOf<RuntimeException>([&] { Make(target); }));
+    EXPECT_NE("nothing", TextOf<RuntimeException>([&] { factory.ExtractSubtree("K"); }));
 }
 
 TEST(Factory, LeavesOutStringsOnDemand) {
     const std::string text =
-        document("<Node Name='N'><ToolTip>t</ToolTip><DisplayName>d</DisplayName></Node>");
+        Document("<Node Name='N'><ToolTip>t</ToolTip><DisplayName>d</DisplayName></Node>");
     CNodeMapFactory full(gcstring(text.c_str()));
-    const Map fullMap = make(full);
+    const Map fullMap = Make(full);
     CNodeMapFactory small(gcstring(text.c_str()), CacheUsage_Ignore, true);
-    const Map smallMap = make(small);
+    const Map smallMap = Make(small);
     EXPECT_STREQ("t", fullMap->GetNode("N")->GetToolTip().c_str());
     EXPECT_STREQ("", smallMap->GetNode("N")->GetToolTip().c_str());
     EXPECT_STREQ("d", smallMap->GetNode("N")->GetDisplayName().c_str());
@@ -129,7 +129,7 @@ TEST(Factory, LeavesOutStringsOnDemand) {
 
 TEST(Factory, TellsAboutTheDescription) {
     CNodeMapFactory factory =
-        factoryOf("<Integer Name='I'><pValue>J</pValue></Integer>" + integer("J"));
+        FactoryOf("<Integer Name='I'><pValue>J</pValue></Integer>" + Integer("J"));
     CNodeMapFactory::NodeStatistics_t statistics;
     factory.GetNodeStatistics(statistics);
     EXPECT_EQ(2u, statistics.NumNodes);

@@ -9,56 +9,56 @@
 namespace test {
 namespace {
 
-ContentKey keyOf(const std::string& text, std::uint64_t choice = 0) {
+ContentKey KeyOf(const std::string& text, uint64_t choice = 0) {
     ContentKey key;
-    key.add(choice);
-    key.add(text);
+    key.Add(choice);
+    key.Add(text);
     return key;
 }
 
 TEST(SharedDescriptions, LiveAsLongAsTheyAreUsed) {
-    const std::string text = document(integer("I"));
-    auto first = share(keyOf(text), load(text));
-    EXPECT_EQ(first, findShared(keyOf(text)));
-    EXPECT_EQ(first, share(keyOf(text), load(text)));
-    EXPECT_EQ(nullptr, findShared(keyOf(text, 1)));
-    EXPECT_EQ(nullptr, findShared(keyOf(document(integer("J")))));
+    const std::string text = Document(Integer("I"));
+    auto first = Share(KeyOf(text), Load(text));
+    EXPECT_EQ(first, FindShared(KeyOf(text)));
+    EXPECT_EQ(first, Share(KeyOf(text), Load(text)));
+    EXPECT_EQ(nullptr, FindShared(KeyOf(text, 1)));
+    EXPECT_EQ(nullptr, FindShared(KeyOf(Document(Integer("J")))));
     first.reset();
-    EXPECT_EQ(nullptr, findShared(keyOf(text)));
+    EXPECT_EQ(nullptr, FindShared(KeyOf(text)));
 }
 
 TEST(SharedDescriptions, KeysTellTextsApart) {
     ContentKey joined, split;
-    joined.add("ab");
-    split.add("a");
-    split.add("b");
+    joined.Add("ab");
+    split.Add("a");
+    split.Add("b");
     EXPECT_FALSE(joined == split);
     // Any byte of a text counts, whatever its length.
-    for (std::size_t size = 1; size < 70; ++size) {
+    for (size_t size = 1; size < 70; ++size) {
         const std::string text(size, 'x');
-        for (std::size_t i = 0; i < size; ++i) {
+        for (size_t i = 0; i < size; ++i) {
             std::string other = text;
             other[i] = 'y';
-            EXPECT_FALSE(keyOf(text) == keyOf(other)) << size << ' ' << i;
+            EXPECT_FALSE(KeyOf(text) == KeyOf(other)) << size << ' ' << i;
         }
     }
 }
 
 TEST(Subtrees, HoldWhatTheirRootRefersTo) {
-    const auto all = load(document(
+    const auto all = Load(Document(
         "<Category Name='Root'><pFeature>A</pFeature><pFeature>E</pFeature></Category>"
         "<Integer Name='A'><pValue>B</pValue></Integer>"
         "<Enumeration Name='E'><EnumEntry Name='x'><Value>1</Value></EnumEntry><pValue>B</pValue>"
         "</Enumeration>" +
-        integer("B")));
-    const auto part = extractSubtree(*all, all->find("E"), true);
-    ASSERT_EQ(3u, part->nodeCount());
-    EXPECT_EQ("Root", part->name(0));
-    EXPECT_EQ("B", part->name(1));
-    EXPECT_EQ("EnumEntry_E_x", part->name(2));
-    EXPECT_EQ(1u, part->find(0, Element::pValue)->node());
-    EXPECT_EQ("x", part->text(2, Element::Symbolic));
-    EXPECT_EQ("M", part->info().modelName);
+        Integer("B")));
+    const auto part = SubtreeOf(*all, all->Find("E"), true);
+    ASSERT_EQ(3u, part->NodeCount());
+    EXPECT_EQ("Root", part->Name(0));
+    EXPECT_EQ("B", part->Name(1));
+    EXPECT_EQ("EnumEntry_E_x", part->Name(2));
+    EXPECT_EQ(1u, part->Find(0, Element::pValue)->Target());
+    EXPECT_EQ("x", part->Text(2, Element::Symbolic));
+    EXPECT_EQ("M", part->Info().modelName);
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace GENAPI_NAMESPACE {
 namespace Engine {
 
 // Variables A = 7, B = 2, V.Max = 100.
-inline FormulaSymbols someSymbols() {
+inline FormulaSymbols SomeSymbols() {
     FormulaSymbols symbols;
     symbols.variables = {"A", "B", "V.Max"};
     symbols.constants = {{"C", "12"}, {"NEGATIVE", " -0x10 "}};
@@ -20,22 +20,22 @@ inline FormulaSymbols someSymbols() {
 }
 
 template <typename Number>
-Number calculate(const std::string& text, const FormulaSymbols& symbols = someSymbols()) {
+Number Calculate(const std::string& text, const FormulaSymbols& symbols = SomeSymbols()) {
     const Number variables[] = {7, 2, 100};
-    return Formula<Number>(text, symbols).evaluate(variables);
+    return Formula<Number>(text, symbols).Evaluate(variables);
 }
 
 inline const std::string kInvalid = "parse: #Invalid formula";
 
 // The message, marked with the step that failed; empty when there is a value.
 template <typename Number>
-std::string errorOf(const std::string& text, const FormulaSymbols& symbols = someSymbols()) {
+std::string ErrorOf(const std::string& text, const FormulaSymbols& symbols = SomeSymbols()) {
     std::string step = "parse: ";
     try {
         const Formula<Number> formula(text, symbols);
         step = "evaluate: ";
         const Number variables[] = {7, 2, 100};
-        formula.evaluate(variables);
+        formula.Evaluate(variables);
     } catch (const FormulaError& error) {
         return step + error.what();
     }
@@ -53,7 +53,7 @@ std::ostream& operator<<(std::ostream& out, const Case<Number>& shown) {
     return out << shown.text;
 }
 
-using IntegerCase = Case<std::int64_t>;
+using IntegerCase = Case<int64_t>;
 using FloatCase = Case<double>;
 
 }  // namespace Engine

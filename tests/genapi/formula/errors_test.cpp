@@ -18,7 +18,7 @@ const std::string kInfinity = "evaluate: #Infinity somewhere!";
 const std::string kExtraOperation = "evaluate: #Extra operation!";
 const std::string kTooBig = "evaluate: #Value too big for operation!";
 
-std::string unknown(const std::string& name) {
+std::string Unknown(const std::string& name) {
     return "parse: # " + name + " - Unknown function/variable!";
 }
 
@@ -53,12 +53,12 @@ TEST(FormulaErrors, ofBothEvaluators) {
         {")1(", kBrackets},
         {"", kInvalid},
         {" \n", kInvalid},
-        {"a", unknown("a")},
-        {"V", unknown("V")},
-        {"V.Min", unknown("V.Min")},
-        {"MIN(1,2)", unknown("MIN")},
-        {"LOG(1)", unknown("LOG")},
-        {"SGN", unknown("SGN")},
+        {"a", Unknown("a")},
+        {"V", Unknown("V")},
+        {"V.Min", Unknown("V.Min")},
+        {"MIN(1,2)", Unknown("MIN")},
+        {"LOG(1)", Unknown("LOG")},
+        {"SGN", Unknown("SGN")},
         {"1/0", kInfinity},
         {"A%(B-2)", kInfinity},
         {"1?2:1/0", kInfinity},
@@ -67,27 +67,27 @@ TEST(FormulaErrors, ofBothEvaluators) {
         {"A/0", kInfinity},
     };
     for (const auto& [text, expected] : cases) {
-        EXPECT_EQ(errorOf<std::int64_t>(text), expected) << text;
-        EXPECT_EQ(errorOf<double>(text), expected) << text;
+        EXPECT_EQ(ErrorOf<int64_t>(text), expected) << text;
+        EXPECT_EQ(ErrorOf<double>(text), expected) << text;
     }
 }
 
 TEST(FormulaErrors, ofIntegersOnly) {
     for (const char* name : {"ABS", "TRUNC", "SQRT", "ROUND", "SIN"})
-        EXPECT_EQ(errorOf<std::int64_t>(name + "(1)"s), unknown(name));
+        EXPECT_EQ(ErrorOf<int64_t>(name + "(1)"s), Unknown(name));
     for (const char* name : {"PI", "E"})
-        EXPECT_EQ(errorOf<std::int64_t>(name), unknown(name));
+        EXPECT_EQ(ErrorOf<int64_t>(name), Unknown(name));
     for (const char* text : {"1.5", "5.", "1E2", "0X10"})
-        EXPECT_EQ(errorOf<std::int64_t>(text), kSyntax) << text;
+        EXPECT_EQ(ErrorOf<int64_t>(text), kSyntax) << text;
 }
 
 TEST(FormulaErrors, ofFloatsOnly) {
     for (const char* text : {"1E19&1", "1<<1E300", "~1E19", "SQRT(-1)|1", "2147483648<<1",
                              "1>>2147483648", "-2147483649>>1"})
-        EXPECT_EQ(errorOf<double>(text), kTooBig) << text;
-    EXPECT_EQ(errorOf<double>("1E999"), kInvalid);
-    EXPECT_EQ(errorOf<double>("PI(1)"), kSyntax);
-    EXPECT_EQ(errorOf<double>("1-9223372036854774784&-1"), "");
+        EXPECT_EQ(ErrorOf<double>(text), kTooBig) << text;
+    EXPECT_EQ(ErrorOf<double>("1E999"), kInvalid);
+    EXPECT_EQ(ErrorOf<double>("PI(1)"), kSyntax);
+    EXPECT_EQ(ErrorOf<double>("1-9223372036854774784&-1"), "");
 }
 
 TEST(FormulaErrors, ofNamedParts) {
@@ -97,13 +97,13 @@ TEST(FormulaErrors, ofNamedParts) {
         {"EARLY", "LATE"}, {"LATE", "1"}, {"SELF", "SELF"}, {"OPEN", "(1"}, {"ZERO", "1/0"}};
     const Case<std::string> cases[] = {
         {"HALF", kSyntax},         {"TEXT", kSyntax},
-        {"EMPTY", kSyntax},        {"EARLY", unknown("LATE")},
-        {"SELF", unknown("SELF")}, {"OPEN", kBrackets},
+        {"EMPTY", kSyntax},        {"EARLY", Unknown("LATE")},
+        {"SELF", Unknown("SELF")}, {"OPEN", kBrackets},
         {"0*ZERO", kInfinity},     {"LATE", ""},
     };
     for (const auto& [text, expected] : cases)
-        EXPECT_EQ(errorOf<std::int64_t>(text, symbols), expected) << text;
-    EXPECT_EQ(errorOf<double>("HALF", symbols), "");
+        EXPECT_EQ(ErrorOf<int64_t>(text, symbols), expected) << text;
+    EXPECT_EQ(ErrorOf<double>("HALF", symbols), "");
 }
 
 }  // namespace

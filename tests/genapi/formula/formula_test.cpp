@@ -14,8 +14,8 @@ using namespace GENAPI_NAMESPACE::Engine;
 
 namespace {
 
-constexpr std::int64_t kMin = std::numeric_limits<std::int64_t>::min();
-constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
+constexpr int64_t kMin = std::numeric_limits<int64_t>::min();
+constexpr int64_t kMax = std::numeric_limits<int64_t>::max();
 
 const std::vector<std::vector<std::string>> kLevels = {
     {"<", "<=", ">", ">=", "=", "<>", "&&", "||"},
@@ -26,25 +26,25 @@ const std::vector<std::vector<std::string>> kLevels = {
 
 // "a x b y c" must be what brackets make of it: to the left unless the right one binds more.
 template <typename Number>
-void checkPair(const std::string& first, const std::string& second, bool toTheLeft) {
+void CheckPair(const std::string& first, const std::string& second, bool toTheLeft) {
     for (const char* operands : {"723", "532", "314", "257"}) {
         const std::string a(1, operands[0]), b(1, operands[1]), c(1, operands[2]);
         const std::string plain = a + first + b + second + c;
         const std::string bracketed = toTheLeft ? "(" + a + first + b + ")" + second + c
                                                 : a + first + "(" + b + second + c + ")";
-        ASSERT_EQ(errorOf<Number>(plain), errorOf<Number>(bracketed)) << plain;
-        if (!errorOf<Number>(plain).empty()) continue;
-        EXPECT_EQ(calculate<Number>(plain), calculate<Number>(bracketed)) << plain;
+        ASSERT_EQ(ErrorOf<Number>(plain), ErrorOf<Number>(bracketed)) << plain;
+        if (!ErrorOf<Number>(plain).empty()) continue;
+        EXPECT_EQ(Calculate<Number>(plain), Calculate<Number>(bracketed)) << plain;
     }
 }
 
 TEST(Formula, takesEachPairOfOperatorsByItsLevels) {
-    for (std::size_t i = 0; i < kLevels.size(); ++i)
-        for (std::size_t j = 0; j < kLevels.size(); ++j)
+    for (size_t i = 0; i < kLevels.size(); ++i)
+        for (size_t j = 0; j < kLevels.size(); ++j)
             for (const std::string& first : kLevels[i])
                 for (const std::string& second : kLevels[j]) {
-                    checkPair<std::int64_t>(first, second, i >= j);
-                    checkPair<double>(first, second, i >= j);
+                    CheckPair<int64_t>(first, second, i >= j);
+                    CheckPair<double>(first, second, i >= j);
                 }
 }
 
@@ -52,11 +52,11 @@ class Integers : public testing::TestWithParam<IntegerCase> {};
 class Floats : public testing::TestWithParam<FloatCase> {};
 
 TEST_P(Integers, evaluate) {
-    EXPECT_EQ(calculate<std::int64_t>(GetParam().text), GetParam().expected);
+    EXPECT_EQ(Calculate<int64_t>(GetParam().text), GetParam().expected);
 }
 
 TEST_P(Floats, evaluate) {
-    EXPECT_DOUBLE_EQ(calculate<double>(GetParam().text), GetParam().expected);
+    EXPECT_DOUBLE_EQ(Calculate<double>(GetParam().text), GetParam().expected);
 }
 
 // Where both evaluators agree.
@@ -152,7 +152,7 @@ INSTANTIATE_TEST_SUITE_P(
                     FloatCase{"LN(0)", -HUGE_VAL}));
 
 TEST(Formula, hasValuesThatAreNoNumber) {
-    EXPECT_TRUE(std::isnan(calculate<double>("SQRT(-1)")));
+    EXPECT_TRUE(std::isnan(Calculate<double>("SQRT(-1)")));
 }
 
 TEST(Formula, knowsItsOwnNamesFirstWhereItHasFractions) {
@@ -160,12 +160,12 @@ TEST(Formula, knowsItsOwnNamesFirstWhereItHasFractions) {
     symbols.variables = {"E", "X", "SIN"};
     symbols.constants = {{"pi", "3"}, {"X", "1"}, {"Z", "5"}};
     symbols.expressions = {{"E", "6"}, {"Z", "4"}};
-    EXPECT_EQ(calculate<double>("E", symbols), M_E);
-    EXPECT_EQ(calculate<double>("pi", symbols), M_PI);
-    EXPECT_EQ(calculate<double>("SIN(0)", symbols), 0);
-    EXPECT_EQ(calculate<double>("SIN", symbols), 100) << "without brackets it is no function";
-    EXPECT_EQ(calculate<double>("X*10+Z", symbols), 25);
-    EXPECT_EQ(calculate<std::int64_t>("E", symbols), 7);
+    EXPECT_EQ(Calculate<double>("E", symbols), M_E);
+    EXPECT_EQ(Calculate<double>("pi", symbols), M_PI);
+    EXPECT_EQ(Calculate<double>("SIN(0)", symbols), 0);
+    EXPECT_EQ(Calculate<double>("SIN", symbols), 100) << "without brackets it is no function";
+    EXPECT_EQ(Calculate<double>("X*10+Z", symbols), 25);
+    EXPECT_EQ(Calculate<int64_t>("E", symbols), 7);
 }
 
 TEST(Formula, mayBeReadInUpperCase) {
@@ -174,10 +174,10 @@ TEST(Formula, mayBeReadInUpperCase) {
     symbols.variables = {"A", "a", "Mixed"};
     symbols.constants = {{"V.Max", "3"}};
     symbols.expressions = {{"SUM", "a+Mixed"}};
-    EXPECT_EQ(calculate<std::int64_t>("a", symbols), 7);
-    EXPECT_EQ(calculate<std::int64_t>("Mixed", symbols), 100) << "where no other name is found";
-    EXPECT_EQ(calculate<double>("sum+V.Max+0xfF", symbols), 107 + 3 + 255);
-    EXPECT_EQ(errorOf<double>("V.Min", symbols), "parse: # V.MIN - Unknown function/variable!");
+    EXPECT_EQ(Calculate<int64_t>("a", symbols), 7);
+    EXPECT_EQ(Calculate<int64_t>("Mixed", symbols), 100) << "where no other name is found";
+    EXPECT_EQ(Calculate<double>("sum+V.Max+0xfF", symbols), 107 + 3 + 255);
+    EXPECT_EQ(ErrorOf<double>("V.Min", symbols), "parse: # V.MIN - Unknown function/variable!");
 }
 
 }  // namespace

@@ -12,32 +12,32 @@ namespace {
 
 TEST(Limits, AreFinite) {
     TestMap map(
-        literal("F", "1", "<Min>-INF</Min><Max>INF</Max>", "Float") +
-        named("SwissKnife", "Infinite", "<Formula>-LN(0)</Formula>") +
-        literal("G", "1", "<pMax>Infinite</pMax>", "Float") +
-        named("Converter", "C",
+        Literal("F", "1", "<Min>-INF</Min><Max>INF</Max>", "Float") +
+        Named("SwissKnife", "Infinite", "<Formula>-LN(0)</Formula>") +
+        Literal("G", "1", "<pMax>Infinite</pMax>", "Float") +
+        Named("Converter", "C",
               "<FormulaTo>0</FormulaTo><FormulaFrom>LN(TO)</FormulaFrom><pValue>Zero</pValue>") +
-        literal("Zero", "0", "<Min>0</Min><Max>0</Max>", "Float"));
-    EXPECT_EQ(map.floating("F").GetMin(), -DBL_MAX);
-    EXPECT_EQ(map.floating("F").GetMax(), DBL_MAX);
-    EXPECT_EQ(map.floating("G").GetMax(), DBL_MAX);
-    EXPECT_EQ(map.floating("C").GetMin(), -DBL_MAX);
-    EXPECT_EQ(errorOf([&] { map.floating("F").SetValue(5e300); }), "nothing");
+        Literal("Zero", "0", "<Min>0</Min><Max>0</Max>", "Float"));
+    EXPECT_EQ(map.Floating("F").GetMin(), -DBL_MAX);
+    EXPECT_EQ(map.Floating("F").GetMax(), DBL_MAX);
+    EXPECT_EQ(map.Floating("G").GetMax(), DBL_MAX);
+    EXPECT_EQ(map.Floating("C").GetMin(), -DBL_MAX);
+    EXPECT_EQ(ErrorOf([&] { map.Floating("F").SetValue(5e300); }), "nothing");
 }
 
 TEST(Limits, AnIncrementIsLargerThanZero) {
     for (const char* inc : {"0", "-2"}) {
-        TestMap map(literal("I", "5", "<Min>1</Min><Max>9</Max>" + element("Inc", inc)));
-        EXPECT_EQ(map.integer("I").GetInc(), std::stoi(inc));
-        EXPECT_EQ(errorOf([&] { map.set("I", "5"); }),
+        TestMap map(Literal("I", "5", "<Min>1</Min><Max>9</Max>" + Element("Inc", inc)));
+        EXPECT_EQ(map.Integer("I").GetInc(), std::stoi(inc));
+        EXPECT_EQ(ErrorOf([&] { map.Set("I", "5"); }),
                   "LogicalErrorException: Increment must be larger than 0.");
-        EXPECT_EQ(errorOf([&] { map.integer("I").SetValue(4, false); }), "nothing");
+        EXPECT_EQ(ErrorOf([&] { map.Integer("I").SetValue(4, false); }), "nothing");
     }
 }
 
 TEST(Numbers, AFloatIsRoundedToTheGridOnBothSidesOfItsBeginning) {
-    TestMap map(literal("I", "5", "<Min>5</Min><Max>49</Max><Inc>4</Inc>") +
-                over("F", "I", "<Min>-100</Min><Max>100</Max>", "Float"));
+    TestMap map(Literal("I", "5", "<Min>5</Min><Max>49</Max><Inc>4</Inc>") +
+                Over("F", "I", "<Min>-100</Min><Max>100</Max>", "Float"));
     const struct {
         double written;
         const char* found;  // null: beyond the limits
@@ -45,9 +45,9 @@ TEST(Numbers, AFloatIsRoundedToTheGridOnBothSidesOfItsBeginning) {
                  {3.6, "5"}, {3, nullptr}, {1, nullptr}};
     for (const auto& c : cases) {
         SCOPED_TRACE(c.written);
-        const std::string error = errorOf([&] { map.floating("F").SetValue(c.written); });
+        const std::string error = ErrorOf([&] { map.Floating("F").SetValue(c.written); });
         if (c.found)
-            EXPECT_EQ(map.get("I"), c.found);
+            EXPECT_EQ(map.Get("I"), c.found);
         else
             EXPECT_THAT(error, testing::StartsWith("OutOfRangeException"));
     }
@@ -55,8 +55,8 @@ TEST(Numbers, AFloatIsRoundedToTheGridOnBothSidesOfItsBeginning) {
 
 TEST(Registers, ANumberHasALengthOfNumbers) {
     const auto at = [](const char* kind, int length) {
-        TestMap map(kPort + named(kind, "R", registerAt(0, length) + kLittle));
-        return errorOf([&] { map.as<IRegister>("R").GetLength(); });
+        TestMap map(kPort + Named(kind, "R", RegisterAt(0, length) + kLittle));
+        return ErrorOf([&] { map.As<IRegister>("R").GetLength(); });
     };
     const std::string few = "OutOfRangeException: Value = ";
     EXPECT_EQ(at("IntReg", 0), few + "0 must be equal or greater than Min = 1");
@@ -69,47 +69,47 @@ TEST(Registers, ANumberHasALengthOfNumbers) {
 
 TEST(Registers, OnlyChunkDataCountFromTheirEnd) {
     TestMap map(kPort + "<Port Name='Chunk'><ChunkID>1</ChunkID></Port>" +
-                named("Register", "R", registerAt(-4, 4)) +
-                named("Register", "C", registerAt(-4, 4, "RO", "Chunk")));
-    EXPECT_EQ(map.as<IRegister>("R").GetAddress(), -4);
-    EXPECT_EQ(map.as<IRegister>("C").GetAddress(), -4) << "there is no chunk";
+                Named("Register", "R", RegisterAt(-4, 4)) +
+                Named("Register", "C", RegisterAt(-4, 4, "RO", "Chunk")));
+    EXPECT_EQ(map.As<IRegister>("R").GetAddress(), -4);
+    EXPECT_EQ(map.As<IRegister>("C").GetAddress(), -4) << "there is no chunk";
     map.map._Connect(&map.port, "Chunk");
-    map.port.fill(0x7FFFFFFFFFFFFFF0, {100});
-    EXPECT_EQ(map.as<IRegister>("C").GetAddress(), 96);
+    map.port.Fill(0x7FFFFFFFFFFFFFF0, {100});
+    EXPECT_EQ(map.As<IRegister>("C").GetAddress(), 96);
 }
 
 TEST(Enumerations, OfEqualEntriesTheLastCounts) {
-    TestMap map(literal("V", "3") +
-                named("Enumeration", "E", entry("A", 3) + entry("B", 3) + "<pValue>V</pValue>") +
-                named("Enumeration", "F",
-                      entry("A", 1, "", "<Symbolic>S</Symbolic>") +
-                          entry("B", 2, "", "<Symbolic>S</Symbolic>") + "<pValue>V</pValue>"));
-    EXPECT_EQ(map.get("E"), "B");
-    map.set("F", "S");
-    EXPECT_EQ(map.get("V"), "2");
-    map.integer("V").SetValue(0x100000000 - 5);
-    EXPECT_THAT(errorOf([&] { map.get("E"); }), testing::HasSubstr("cannot convert value '-5'"));
+    TestMap map(Literal("V", "3") +
+                Named("Enumeration", "E", Entry("A", 3) + Entry("B", 3) + "<pValue>V</pValue>") +
+                Named("Enumeration", "F",
+                      Entry("A", 1, "", "<Symbolic>S</Symbolic>") +
+                          Entry("B", 2, "", "<Symbolic>S</Symbolic>") + "<pValue>V</pValue>"));
+    EXPECT_EQ(map.Get("E"), "B");
+    map.Set("F", "S");
+    EXPECT_EQ(map.Get("V"), "2");
+    map.Integer("V").SetValue(0x100000000 - 5);
+    EXPECT_THAT(ErrorOf([&] { map.Get("E"); }), testing::HasSubstr("cannot convert value '-5'"));
 }
 
 TEST(Formulas, AnEnumerationWithoutAnEntryHasNoValue) {
     const auto knife = [](const char* kind, const char* name) {
-        return named(kind, "K",
+        return Named(kind, "K",
                      std::string("<pVariable Name='") + name + "'>E</pVariable><Formula>" + name +
                          "</Formula>");
     };
     const std::string list =
-        literal("V", "7") +
-        named("Enumeration", "E",
-              named("EnumEntry", "A", "<Value>1</Value><NumericValue>2.5</NumericValue>") +
+        Literal("V", "7") +
+        Named("Enumeration", "E",
+              Named("EnumEntry", "A", "<Value>1</Value><NumericValue>2.5</NumericValue>") +
                   "<pValue>V</pValue>");
     for (const char* kind : {"SwissKnife", "IntSwissKnife"}) {
         TestMap map(list + knife(kind, "V"));
-        EXPECT_EQ(errorOf([&] { map.get("K"); }),
+        EXPECT_EQ(ErrorOf([&] { map.Get("K"); }),
                   "LogicalErrorException: NULL pointer dereferenced");
-        map.set("V", "1");
-        EXPECT_EQ(map.get("K"), std::string(kind) == "SwissKnife" ? "2.5" : "1");
+        map.Set("V", "1");
+        EXPECT_EQ(map.Get("K"), std::string(kind) == "SwissKnife" ? "2.5" : "1");
     }
-    EXPECT_EQ(errorOf([&] { TestMap(list + knife("SwissKnife", "V.Entry.B")).get("K"); }),
+    EXPECT_EQ(ErrorOf([&] { TestMap(list + knife("SwissKnife", "V.Entry.B")).Get("K"); }),
               "RuntimeException: Variable 'V.Entry.B' does not point to EnumEntry 'B'");
 }
 
@@ -117,12 +117,12 @@ TEST(Formulas, AnEnumerationWithoutAnEntryHasNoValue) {
 TEST(Formulas, OfOldDescriptionsAreReadInUpperCase) {
     CNodeMapRef map;
     map._LoadXMLFromString(
-        document(literal("I", "5", "<Max>9</Max>") + literal("J", "7") +
-                     named("IntSwissKnife", "K",
+        Document(Literal("I", "5", "<Max>9</Max>") + Literal("J", "7") +
+                     Named("IntSwissKnife", "K",
                            "<pVariable Name='A'>I</pVariable><pVariable Name='a'>J</pVariable>"
                            "<pVariable Name='A.Max'>I</pVariable>"
                            "<Formula>a*100+A.Max</Formula>") +
-                     named("Converter", "C",
+                     Named("Converter", "C",
                            "<FormulaTo>from*2</FormulaTo><FormulaFrom>to/2</FormulaFrom>"
                            "<pValue>I</pValue>"),
                  0)
@@ -134,23 +134,23 @@ TEST(Formulas, OfOldDescriptionsAreReadInUpperCase) {
 // What is read past the cache is new in the cache of a formula, but of no other node.
 TEST(Caching, AFormulaReadPastItsCacheStaysKnown) {
     TestMap map(
-        kPort + intReg("R", 0) + over("I", "R") +
-        named("IntSwissKnife", "K", "<pVariable Name='V'>R</pVariable><Formula>V+1</Formula>"));
-    EXPECT_EQ(map.integer("K").GetValue(false, true), 1);
-    EXPECT_TRUE(map.as<IValue>("K").IsValueCacheValid());
-    EXPECT_EQ(map.integer("I").GetValue(false, true), 0);
-    EXPECT_FALSE(map.as<IValue>("I").IsValueCacheValid());
+        kPort + IntReg("R", 0) + Over("I", "R") +
+        Named("IntSwissKnife", "K", "<pVariable Name='V'>R</pVariable><Formula>V+1</Formula>"));
+    EXPECT_EQ(map.Integer("K").GetValue(false, true), 1);
+    EXPECT_TRUE(map.As<IValue>("K").IsValueCacheValid());
+    EXPECT_EQ(map.Integer("I").GetValue(false, true), 0);
+    EXPECT_FALSE(map.As<IValue>("I").IsValueCacheValid());
 }
 
 TEST(Texts, WhatCannotBeWrittenIsAsLongAsItsText) {
     const std::string unavailable = "<pIsAvailable>Zero</pIsAvailable>";
-    TestMap map(kPort + literal("Zero", "0") + named("StringReg", "R", registerAt(0, 8, "RO")) +
-                named("String", "S", unavailable + "<pValue>R</pValue>") +
-                named("StringReg", "Q", unavailable + registerAt(0, 8, "RO")));
-    map.port.fill(0, {'a', 'b', 'c'});
-    EXPECT_EQ(map.as<IString>("R").GetMaxLength(), 3);
-    EXPECT_EQ(map.as<IString>("S").GetMaxLength(), 3);
-    EXPECT_EQ(errorOf([&] { map.as<IString>("Q").GetMaxLength(); }),
+    TestMap map(kPort + Literal("Zero", "0") + Named("StringReg", "R", RegisterAt(0, 8, "RO")) +
+                Named("String", "S", unavailable + "<pValue>R</pValue>") +
+                Named("StringReg", "Q", unavailable + RegisterAt(0, 8, "RO")));
+    map.port.Fill(0, {'a', 'b', 'c'});
+    EXPECT_EQ(map.As<IString>("R").GetMaxLength(), 3);
+    EXPECT_EQ(map.As<IString>("S").GetMaxLength(), 3);
+    EXPECT_EQ(ErrorOf([&] { map.As<IString>("Q").GetMaxLength(); }),
               "AccessException: Node is not readable.");
 }
 

@@ -14,23 +14,23 @@ namespace test {
 
 using Lines = std::vector<std::string>;
 
-inline CFeatureBag bagOf(const std::string& lines) {
+inline CFeatureBag BagOf(const std::string& lines) {
     std::istringstream stream("# " GENAPI_PERSISTENCE_MAGIC "\n" + lines);
     CFeatureBag bag;
     stream >> bag;
     return bag;
 }
 
-inline std::string textOf(const CFeatureBag& bag) {
+inline std::string TextOf(const CFeatureBag& bag) {
     std::ostringstream stream;
     stream << bag;
     return stream.str();
 }
 
 // The messages of loading a bag.
-inline Lines load(CFeatureBag& bag, const TestMap& camera, bool verify = true) {
+inline Lines Load(CFeatureBag& bag, const TestMap& camera, bool verify = true) {
     GENICAM_NAMESPACE::gcstring_vector errors(1, "from before");
-    const bool isGood = bag.LoadFromBag(camera.nodeMap(), verify, &errors);
+    const bool isGood = bag.LoadFromBag(camera.NodeMap(), verify, &errors);
     EXPECT_EQ(isGood, errors.empty());
     Lines messages;
     for (const auto& error : errors)
@@ -38,9 +38,9 @@ inline Lines load(CFeatureBag& bag, const TestMap& camera, bool verify = true) {
     return messages;
 }
 
-inline Lines load(const TestMap& camera, const std::string& lines, bool verify = true) {
-    CFeatureBag bag = bagOf(lines);
-    return load(bag, camera, verify);
+inline Lines Load(const TestMap& camera, const std::string& lines, bool verify = true) {
+    CFeatureBag bag = BagOf(lines);
+    return Load(bag, camera, verify);
 }
 
 }  // namespace test

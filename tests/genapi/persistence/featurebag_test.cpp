@@ -21,25 +21,25 @@ namespace {
 
 using test::Camera;
 using test::Lines;
-using test::load;
+using test::Load;
 
-gcstring_vector listOf(const Lines& names) {
+gcstring_vector ListOf(const Lines& names) {
     gcstring_vector list;
     for (const std::string& name : names)
         list.push_back(name.c_str());
     return list;
 }
 
-Lines linesOf(const CFeatureBag& bag) {
-    std::istringstream stream(test::textOf(bag));
+Lines LinesOf(const CFeatureBag& bag) {
+    std::istringstream stream(test::TextOf(bag));
     Lines lines;
     for (std::string line; std::getline(stream, line);)
         lines.push_back(line);
     return lines;
 }
 
-Lines entriesOf(const CFeatureBag& bag) {
-    Lines lines = linesOf(bag);
+Lines EntriesOf(const CFeatureBag& bag) {
+    Lines lines = LinesOf(bag);
     lines.erase(lines.begin(), lines.begin() + 3);
     for (std::string& line : lines)
         std::replace(line.begin(), line.end(), '\t', ' ');
@@ -47,25 +47,25 @@ Lines entriesOf(const CFeatureBag& bag) {
 }
 
 // The entries of the features named.
-Lines stored(Camera& camera, const Lines& names, int maxEntries = -1) {
-    gcstring_vector filter = listOf(names);
+Lines Stored(Camera& camera, const Lines& names, int maxEntries = -1) {
+    gcstring_vector filter = ListOf(names);
     CFeatureBag bag;
-    const int64_t count = bag.StoreToBag(camera.nodeMap(), maxEntries, &filter);
-    Lines entries = entriesOf(bag);
+    const int64_t count = bag.StoreToBag(camera.NodeMap(), maxEntries, &filter);
+    Lines entries = EntriesOf(bag);
     EXPECT_EQ(count, static_cast<int64_t>(entries.size()));
     return entries;
 }
 
 TEST(StoreToBag, TakesWhatCanBeReadAndWrittenAndLoadedAgain) {
     Camera camera;
-    camera.set("Width", "64");
-    camera.set("Mask", "0x1f");
-    camera.set("Name", "left");
-    camera.set("Ratio", "1.5");
+    camera.Set("Width", "64");
+    camera.Set("Mask", "0x1f");
+    camera.Set("Name", "left");
+    camera.Set("Ratio", "1.5");
     const Lines names = {"Width", "Mask", "Name", "Ratio", "Fixed", "Start", "Hidden", "Outside"};
-    EXPECT_THAT(stored(camera, names),
+    EXPECT_THAT(Stored(camera, names),
                 ElementsAre("Width 64", "Mask 0x1f", "Name left", "Ratio 1.5"));
-    EXPECT_THAT(stored(camera, {"Ratio", "Nope", "Width"}), ElementsAre("Width 64", "Ratio 1.5"));
+    EXPECT_THAT(Stored(camera, {"Ratio", "Nope", "Width"}), ElementsAre("Width 64", "Ratio 1.5"));
 }
 
 TEST(StoreToBag, TellsWhereTheSettingsAreFrom) {
@@ -73,35 +73,35 @@ TEST(StoreToBag, TellsWhereTheSettingsAreFrom) {
     gcstring_vector none;
     CFeatureBag bag;
     bag.SetInfo("mine");
-    bag.StoreToBag(camera.nodeMap(), -1, &none);
-    EXPECT_EQ(linesOf(bag)[2],
+    bag.StoreToBag(camera.NodeMap(), -1, &none);
+    EXPECT_EQ(LinesOf(bag)[2],
               "# Cam = V::M -- T -- Device version = 2.3.4 -- Product GUID = P -- "
               "Product version GUID = G");
     bag.SetInfo("mine");
-    EXPECT_EQ(linesOf(bag)[2], "# mine");
+    EXPECT_EQ(LinesOf(bag)[2], "# mine");
 }
 
 TEST(StoreToBag, SelectorsGoBeforeTheirFeatureAndBackBehindIt) {
     Camera camera;
     for (const char* sel : {"A", "C", "B"}) {
-        camera.set("Sel", sel);
-        camera.set("Gain", sel == std::string("B") ? "20" : "10");
+        camera.Set("Sel", sel);
+        camera.Set("Gain", sel == std::string("B") ? "20" : "10");
     }
     // Sel itself has been stored when its turn comes
-    EXPECT_THAT(stored(camera, {"Gain"}),
+    EXPECT_THAT(Stored(camera, {"Gain"}),
                 ElementsAre("Sel A", "Gain 10", "Sel B", "Gain 20", "Sel C", "Gain 10", "Sel B"));
-    EXPECT_THAT(stored(camera, {"Boost"}),
+    EXPECT_THAT(Stored(camera, {"Boost"}),
                 ElementsAre("Sel A", "Boost 0", "Sel C", "Boost 0", "Sel B"));
-    EXPECT_EQ(camera.get("Sel"), "B");
+    EXPECT_EQ(camera.Get("Sel"), "B");
 }
 
 TEST(StoreToBag, TheOutermostSelectorIsTheSlowest) {
     Camera camera;
-    camera.set("Bank", "1");
-    camera.set("LutIndex", "1");
-    camera.set("LutValue", "7");
+    camera.Set("Bank", "1");
+    camera.Set("LutIndex", "1");
+    camera.Set("LutValue", "7");
     EXPECT_THAT(
-        stored(camera, {"LutValue"}),
+        Stored(camera, {"LutValue"}),
         ElementsAre("Bank 0", "LutIndex 0", "LutValue 0", "LutIndex 1", "LutValue 0", "LutIndex 2",
                     "LutValue 0", "Bank 1", "LutIndex 0", "LutValue 0", "LutIndex 1", "LutValue 7",
                     "LutIndex 2", "LutValue 0", "Bank 1", "LutIndex 1"));
@@ -109,39 +109,39 @@ TEST(StoreToBag, TheOutermostSelectorIsTheSlowest) {
 
 TEST(StoreToBag, EachStepWritesTheSelectorAndReadsTheFeature) {
     Camera camera;
-    camera.set("Bank", "1");
-    camera.port.takeTrace();
-    stored(camera, {"BankValue"});
-    EXPECT_EQ(camera.port.takeTrace(), "W40=0 R44 W40=1 R48 W40=0 W40=1 ");
+    camera.Set("Bank", "1");
+    camera.port.TakeTrace();
+    Stored(camera, {"BankValue"});
+    EXPECT_EQ(camera.port.TakeTrace(), "W40=0 R44 W40=1 R48 W40=0 W40=1 ");
 }
 
 TEST(StoreToBag, StopsAtTheMaximumAndAppends) {
     Camera camera;
-    EXPECT_THAT(stored(camera, {"Gain"}, 3), ElementsAre("Sel A", "Gain 0", "Sel B"));
-    EXPECT_THAT(stored(camera, {"Gain"}, 0), IsEmpty());
-    EXPECT_EQ(camera.get("Sel"), "A");
-    EXPECT_EQ(stored(camera, {"HugeValue"}, 100).size(), 100u);
-    EXPECT_EQ(camera.get("HugeIndex"), "0");
+    EXPECT_THAT(Stored(camera, {"Gain"}, 3), ElementsAre("Sel A", "Gain 0", "Sel B"));
+    EXPECT_THAT(Stored(camera, {"Gain"}, 0), IsEmpty());
+    EXPECT_EQ(camera.Get("Sel"), "A");
+    EXPECT_EQ(Stored(camera, {"HugeValue"}, 100).size(), 100u);
+    EXPECT_EQ(camera.Get("HugeIndex"), "0");
 
-    gcstring_vector width = listOf({"Width"});
+    gcstring_vector width = ListOf({"Width"});
     CFeatureBag bag;
-    EXPECT_EQ(bag.StoreToBag(camera.nodeMap(), 1, &width), 1);
-    EXPECT_EQ(bag.StoreToBag(camera.nodeMap(), 1, &width), 1);
-    EXPECT_THAT(entriesOf(bag), ElementsAre("Width 0", "Width 0"));
+    EXPECT_EQ(bag.StoreToBag(camera.NodeMap(), 1, &width), 1);
+    EXPECT_EQ(bag.StoreToBag(camera.NodeMap(), 1, &width), 1);
+    EXPECT_THAT(EntriesOf(bag), ElementsAre("Width 0", "Width 0"));
 }
 
 TEST(StoreToBag, SelectorsWithTooManyCombinationsAreRefused) {
     Camera camera;
-    camera.set("HugeIndex", "5");
-    EXPECT_THROW(stored(camera, {"HugeValue"}), GENICAM_NAMESPACE::RuntimeException);
-    EXPECT_EQ(camera.get("HugeIndex"), "5");
+    camera.Set("HugeIndex", "5");
+    EXPECT_THROW(Stored(camera, {"HugeValue"}), GENICAM_NAMESPACE::RuntimeException);
+    EXPECT_EQ(camera.Get("HugeIndex"), "5");
 }
 
 TEST(StoreToBag, ValuesTooLongForATextAreRefused) {
     const int length = 1 << 20;
-    Camera camera(test::features({"Index", "Table"}) + "<Port Name='Device'/>" +
-                  test::integer("Index", test::limited("100000") + test::selecting("Table")) +
-                  test::intReg("IndexReg", 0) +
+    Camera camera(test::Features({"Index", "Table"}) + "<Port Name='Device'/>" +
+                  test::Integer("Index", test::Limited("100000") + test::Selecting("Table")) +
+                  test::IntReg("IndexReg", 0) +
                   "<Register Name='Table'><Streamable>Yes</Streamable><Address>4</Address>"
                   "<Length>" +
                   std::to_string(length) +
@@ -153,75 +153,75 @@ TEST(StoreToBag, ValuesTooLongForATextAreRefused) {
         }
     } quick;
     camera.map._Connect(&quick);
-    EXPECT_THROW(stored(camera, {"Table"}), GENICAM_NAMESPACE::RuntimeException);
-    EXPECT_EQ(camera.get("Index"), "0");
+    EXPECT_THROW(Stored(camera, {"Table"}), GENICAM_NAMESPACE::RuntimeException);
+    EXPECT_EQ(camera.Get("Index"), "0");
     camera.map._Connect(static_cast<IPort*>(nullptr));
 }
 
 TEST(StoreToBag, SelectorsThatSelectOneAnotherEnd) {
     Camera camera;
     EXPECT_THAT(
-        stored(camera, {"LoopValue"}),
+        Stored(camera, {"LoopValue"}),
         ElementsAre("LoopB 0", "LoopA 0", "LoopValue 0", "LoopA 1", "LoopValue 0", "LoopB 1",
                     "LoopA 0", "LoopValue 0", "LoopA 1", "LoopValue 0", "LoopB 0", "LoopA 0"));
-    EXPECT_THAT(stored(camera, {"LoopA", "LoopB"}), IsEmpty());
+    EXPECT_THAT(Stored(camera, {"LoopA", "LoopB"}), IsEmpty());
 }
 
 TEST(StoreToBag, AnErrorOfThePortPassesAndSelectorsGoBack) {
     Camera camera;
-    camera.set("Sel", "A");
+    camera.Set("Sel", "A");
     camera.port.failing = 108;  // Gain under B
-    gcstring_vector filter = listOf({"Width", "Gain"});
+    gcstring_vector filter = ListOf({"Width", "Gain"});
     CFeatureBag bag;
-    EXPECT_THROW(bag.StoreToBag(camera.nodeMap(), -1, &filter),
+    EXPECT_THROW(bag.StoreToBag(camera.NodeMap(), -1, &filter),
                  GENICAM_NAMESPACE::TimeoutException);
-    EXPECT_THAT(entriesOf(bag), ElementsAre("Width 0", "Sel A", "Gain 0", "Sel B"));
-    EXPECT_EQ(camera.get("Sel"), "A");
+    EXPECT_THAT(EntriesOf(bag), ElementsAre("Width 0", "Sel A", "Gain 0", "Sel B"));
+    EXPECT_EQ(camera.Get("Sel"), "A");
 }
 
 TEST(LoadFromBag, BringsBackWhatWasStored) {
     const Lines names = {"Width", "Name", "LutValue", "Gain", "Boost", "Ratio"};
     Camera one;
-    one.set("Width", "64");
-    one.set("Name", "left");
-    one.set("Bank", "1");
-    one.set("LutIndex", "2");
-    one.set("LutValue", "7");
-    one.set("Sel", "C");
-    one.set("Gain", "30");
-    const Lines settings = stored(one, names);
+    one.Set("Width", "64");
+    one.Set("Name", "left");
+    one.Set("Bank", "1");
+    one.Set("LutIndex", "2");
+    one.Set("LutValue", "7");
+    one.Set("Sel", "C");
+    one.Set("Gain", "30");
+    const Lines settings = Stored(one, names);
     std::string text;
     for (std::string line : settings)
         text += line.replace(line.find(' '), 1, "\t") + "\n";
     Camera other;
-    EXPECT_THAT(load(other, text), IsEmpty());
-    EXPECT_EQ(stored(other, names), settings);
+    EXPECT_THAT(Load(other, text), IsEmpty());
+    EXPECT_EQ(Stored(other, names), settings);
     EXPECT_EQ(other.port.memory, one.port.memory);
 }
 
 TEST(LoadFromBag, UnderstandsSelectorsInBraces) {
     Camera camera;
-    EXPECT_THAT(load(camera, "Gain\t{Sel=B}\t20\nGain\t{Sel=C}\t30\nSel\tA\n"), IsEmpty());
-    EXPECT_THAT(stored(camera, {"Gain"}),
+    EXPECT_THAT(Load(camera, "Gain\t{Sel=B}\t20\nGain\t{Sel=C}\t30\nSel\tA\n"), IsEmpty());
+    EXPECT_THAT(Stored(camera, {"Gain"}),
                 ElementsAre("Sel A", "Gain 0", "Sel B", "Gain 20", "Sel C", "Gain 30", "Sel A"));
 }
 
 TEST(LoadFromBag, FailuresAreTold) {
     Camera camera;
-    EXPECT_THAT(load(camera, "Nope\t1\n"),
+    EXPECT_THAT(Load(camera, "Nope\t1\n"),
                 ElementsAre("Error while writing node: 'Nope' not found "));
-    EXPECT_THAT(load(camera, "Device\t1\nWidth\t5\n"),
+    EXPECT_THAT(Load(camera, "Device\t1\nWidth\t5\n"),
                 ElementsAre("Error while writing node: 'Device' not found "));
-    EXPECT_EQ(camera.get("Width"), "5");
-    EXPECT_EQ(load(camera, "Nope\t1\nWidth\t0x6\n").size(), 1u);
-    EXPECT_EQ(camera.get("Width"), "6");
-    EXPECT_THAT(load(camera, "Width\tabc\n", false),
+    EXPECT_EQ(camera.Get("Width"), "5");
+    EXPECT_EQ(Load(camera, "Nope\t1\nWidth\t0x6\n").size(), 1u);
+    EXPECT_EQ(camera.Get("Width"), "6");
+    EXPECT_THAT(Load(camera, "Width\tabc\n", false),
                 ElementsAre(StartsWith("Error while writing node 'Width': Node 'Width' : cannot "
                                        "convert string 'abc' to int.")));
-    EXPECT_THAT(load(camera, "Fixed\t0\n", false),
+    EXPECT_THAT(Load(camera, "Fixed\t0\n", false),
                 ElementsAre(StartsWith("Error while writing node 'Fixed': ")));
-    EXPECT_EQ(load(camera, "Sel\tNope\nWidth\t\n", false).size(), 2u);
-    EXPECT_THAT(load(camera, "Root\tRoot\nStart\t1\n"), IsEmpty());
+    EXPECT_EQ(Load(camera, "Sel\tNope\nWidth\t\n", false).size(), 2u);
+    EXPECT_THAT(Load(camera, "Root\tRoot\nStart\t1\n"), IsEmpty());
 }
 
 TEST(LoadFromBag, NothingThatAPortThrowsPasses) {
@@ -230,23 +230,23 @@ TEST(LoadFromBag, NothingThatAPortThrowsPasses) {
         if (address == 0) throw 1;
         if (address == 4) throw std::runtime_error("unplugged");
     };
-    EXPECT_THAT(load(camera, "Width\t5\nMask\t0x1\nRatio\t2\n"),
+    EXPECT_THAT(Load(camera, "Width\t5\nMask\t0x1\nRatio\t2\n"),
                 ElementsAre(StartsWith("Error while writing node 'Width': "),
                             "Error while writing node 'Mask': unplugged"));
-    EXPECT_EQ(camera.get("Ratio"), "2");
+    EXPECT_EQ(camera.Get("Ratio"), "2");
 }
 
 TEST(LoadFromBag, SelectorsAreWrittenTwiceAndNotCompared) {
     Camera camera;
-    camera.port.takeTrace();
-    EXPECT_THAT(load(camera, "Bank\t0x1\nBankValue\t9\n"), IsEmpty());
-    EXPECT_EQ(camera.port.takeTrace(), "W40=1 W48=9 W40=1 R48 ");
+    camera.port.TakeTrace();
+    EXPECT_THAT(Load(camera, "Bank\t0x1\nBankValue\t9\n"), IsEmpty());
+    EXPECT_EQ(camera.port.TakeTrace(), "W40=1 W48=9 W40=1 R48 ");
 }
 
 TEST(LoadFromBag, TheListOfErrorsMayBeMissing) {
     Camera camera;
-    EXPECT_TRUE(test::bagOf("Width\t5\n").LoadFromBag(camera.nodeMap()));
-    EXPECT_FALSE(test::bagOf("Width\t500\n").LoadFromBag(camera.nodeMap()));
+    EXPECT_TRUE(test::BagOf("Width\t5\n").LoadFromBag(camera.NodeMap()));
+    EXPECT_FALSE(test::BagOf("Width\t500\n").LoadFromBag(camera.NodeMap()));
 }
 
 TEST(CFeatureBag, WithoutAMapNothingIsDone) {
@@ -267,14 +267,14 @@ TEST(CFeatureBag, WithoutAMapNothingIsDone) {
 
 TEST(CFeatureBag, SingleFeaturesAreTakenDownWithTheirSelectors) {
     Camera camera;
-    camera.set("Sel", "C");
+    camera.Set("Sel", "C");
     const CValuePtr gain(camera.map._GetNode("Gain"));
     CSelectorSet selectors(gain);
     CFeatureBag bag;
     IPersistScript& script = bag;
     script.PersistFeature(*gain);
     script.PersistFeature(*gain, &selectors);
-    EXPECT_THAT(entriesOf(bag), ElementsAre("Gain 0", "Sel C", "Gain 0"));
+    EXPECT_THAT(EntriesOf(bag), ElementsAre("Gain 0", "Sel C", "Gain 0"));
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kBufferLength = 8;
 
-std::string enumeration(const std::string& name, const std::vector<std::string>& entries) {
+std::string Enumeration(const std::string& name, const std::vector<std::string>& entries) {
     std::string text = "<Enumeration Name='" + name + "'>";
     for (size_t i = 0; i < entries.size(); ++i)
         text += "<EnumEntry Name='" + entries[i] + "'><Value>" + std::to_string(i) +
@@ -38,28 +38,28 @@ enum Address {
     kBuffer = 100
 };
 
-std::string fileNodes() {
+std::string FileNodes() {
     const std::string no;
-    return test::features({"FileSelector"}) + "<Port Name='Device'/>" +
-           enumeration("FileSelector", {"One", "Two"}) + test::intReg("FileSelectorReg", kFile) +
-           enumeration("FileOperationSelector", {"Open", "Close", "Read", "Write", "Delete"}) +
-           test::intReg("FileOperationSelectorReg", kOperation) +
+    return test::Features({"FileSelector"}) + "<Port Name='Device'/>" +
+           Enumeration("FileSelector", {"One", "Two"}) + test::IntReg("FileSelectorReg", kFile) +
+           Enumeration("FileOperationSelector", {"Open", "Close", "Read", "Write", "Delete"}) +
+           test::IntReg("FileOperationSelectorReg", kOperation) +
            "<Command Name='FileOperationExecute'><pValue>ExecuteReg</pValue>"
            "<CommandValue>1</CommandValue></Command>" +
            "<IntReg Name='ExecuteReg'><Address>8</Address><Length>4</Length>"
            "<AccessMode>RW</AccessMode><pPort>Device</pPort><Cachable>NoCache</Cachable>"
            "<Endianess>LittleEndian</Endianess></IntReg>" +
-           enumeration("FileOpenMode", {"Read", "Write", "ReadWrite"}) +
-           test::intReg("FileOpenModeReg", kMode) +
-           enumeration("FileOperationStatus", {"Success", "Failure"}) +
-           test::intReg("FileOperationStatusReg", kStatus) +
-           test::integer("FileOperationResult", no, no) +
-           test::intReg("FileOperationResultReg", kResult) +
-           test::integer("FileAccessOffset", no, no) +
-           test::intReg("FileAccessOffsetReg", kOffset) +
-           test::integer("FileAccessLength", test::limited(std::to_string(kBufferLength)), no) +
-           test::intReg("FileAccessLengthReg", kLength) + test::integer("FileSize", no, no) +
-           test::intReg("FileSizeReg", kSize) + "<Register Name='FileAccessBuffer'><Address>" +
+           Enumeration("FileOpenMode", {"Read", "Write", "ReadWrite"}) +
+           test::IntReg("FileOpenModeReg", kMode) +
+           Enumeration("FileOperationStatus", {"Success", "Failure"}) +
+           test::IntReg("FileOperationStatusReg", kStatus) +
+           test::Integer("FileOperationResult", no, no) +
+           test::IntReg("FileOperationResultReg", kResult) +
+           test::Integer("FileAccessOffset", no, no) +
+           test::IntReg("FileAccessOffsetReg", kOffset) +
+           test::Integer("FileAccessLength", test::Limited(std::to_string(kBufferLength)), no) +
+           test::IntReg("FileAccessLengthReg", kLength) + test::Integer("FileSize", no, no) +
+           test::IntReg("FileSizeReg", kSize) + "<Register Name='FileAccessBuffer'><Address>" +
            std::to_string(kBuffer) + "</Address><Length>" + std::to_string(kBufferLength) +
            "</Length><AccessMode>RW</AccessMode><pPort>Device</pPort></Register>";
 }
@@ -71,8 +71,8 @@ class FileDevice : public test::MemoryPort {
         MemoryPort::Write(pBuffer, Address, Length);
         if (Address != kExecute) return;
         memory[kExecute] = 0;
-        memory[kStatus] = operate() ? 0 : 1;
-        memory[kSize] = static_cast<uint8_t>(file().size());
+        memory[kStatus] = Operate() ? 0 : 1;
+        memory[kSize] = static_cast<uint8_t>(File().size());
     }
 
     std::string files[2];
@@ -81,9 +81,9 @@ class FileDevice : public test::MemoryPort {
     std::string modes;
 
   private:
-    std::string& file() { return files[memory[kFile] & 1]; }
+    std::string& File() { return files[memory[kFile] & 1]; }
 
-    bool operate() {
+    bool Operate() {
         const int operation = memory[kOperation];
         if (operation == 0) {
             ++numOpen;
@@ -92,31 +92,31 @@ class FileDevice : public test::MemoryPort {
         }
         if (operation == 1) --numOpen;
         if (isBroken) return false;
-        if (operation == 2) read();
-        if (operation == 3) write();
-        if (operation == 4) file().clear();
+        if (operation == 2) ReadPart();
+        if (operation == 3) WritePart();
+        if (operation == 4) File().clear();
         return true;
     }
 
-    void read() {
-        const size_t offset = std::min<size_t>(memory[kOffset], file().size());
-        const std::string part = file().substr(offset, memory[kLength]);
+    void ReadPart() {
+        const size_t offset = std::min<size_t>(memory[kOffset], File().size());
+        const std::string part = File().substr(offset, memory[kLength]);
         for (size_t i = 0; i < part.size(); ++i)
             memory[kBuffer + static_cast<int64_t>(i)] = static_cast<uint8_t>(part[i]);
         memory[kResult] = static_cast<uint8_t>(part.size());
     }
 
-    void write() {
-        file().resize(memory[kOffset]);
+    void WritePart() {
+        File().resize(memory[kOffset]);
         for (int64_t i = 0; i < memory[kLength]; ++i)
-            file() += static_cast<char>(memory[kBuffer + i]);
+            File() += static_cast<char>(memory[kBuffer + i]);
         memory[kResult] = memory[kLength];
     }
 };
 
 class FileStream : public testing::Test {
   protected:
-    FileStream() : camera(fileNodes()) { camera.map._Connect(&device); }
+    FileStream() : camera(FileNodes()) { camera.map._Connect(&device); }
 
     FileDevice device;
     test::Camera camera;
@@ -124,7 +124,7 @@ class FileStream : public testing::Test {
 
 TEST_F(FileStream, WhatIsWrittenIsReadBack) {
     const std::string text = "twenty-one characters and a \xff byte";
-    ODevFileStream out(camera.nodeMap(), "One");
+    ODevFileStream out(camera.NodeMap(), "One");
     ASSERT_TRUE(out.is_open());
     EXPECT_TRUE(out << text << std::flush);
     EXPECT_EQ(device.files[0], text);
@@ -133,7 +133,7 @@ TEST_F(FileStream, WhatIsWrittenIsReadBack) {
     EXPECT_TRUE(out.good());
     EXPECT_EQ(device.files[0], text + "!");
 
-    IDevFileStream in(camera.nodeMap(), "One");
+    IDevFileStream in(camera.NodeMap(), "One");
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), text + "!");
     in.close();
     EXPECT_EQ(device.numOpen, 0);
@@ -143,19 +143,19 @@ TEST_F(FileStream, WhatIsWrittenIsReadBack) {
 TEST_F(FileStream, WritingAtTheEndNeedsItsPosition) {
     device.files[0] = "first";
     device.memory[kSize] = 5;
-    { ODevFileStream(camera.nodeMap(), "One", std::ios::app) << " second"; }
+    { ODevFileStream(camera.NodeMap(), "One", std::ios::app) << " second"; }
     EXPECT_EQ(device.files[0], "first second");
     EXPECT_EQ(device.numOpen, 0);
 }
 
 TEST_F(FileStream, WhatTheCameraRefusesIsAFailureOfTheStream) {
-    EXPECT_TRUE(ODevFileStream(camera.nodeMap(), "Two").fail());
+    EXPECT_TRUE(ODevFileStream(camera.NodeMap(), "Two").fail());
     EXPECT_TRUE(IDevFileStream(nullptr, "One").fail());
-    EXPECT_TRUE(IDevFileStream(test::Camera().nodeMap(), "One").fail());
-    EXPECT_THROW(IDevFileStream(camera.nodeMap(), "Nope"),
+    EXPECT_TRUE(IDevFileStream(test::Camera().NodeMap(), "One").fail());
+    EXPECT_THROW(IDevFileStream(camera.NodeMap(), "Nope"),
                  GENICAM_NAMESPACE::InvalidArgumentException);
-    ODevFileStream out(camera.nodeMap(), "One");
-    IDevFileStream in(camera.nodeMap(), "One");
+    ODevFileStream out(camera.NodeMap(), "One");
+    IDevFileStream in(camera.NodeMap(), "One");
     device.isBroken = true;
     EXPECT_TRUE((out << "text" << std::flush).bad());
     char c = 0;
@@ -168,13 +168,13 @@ TEST_F(FileStream, WhatTheCameraRefusesIsAFailureOfTheStream) {
 
 TEST_F(FileStream, TheEndOfAStreamSurvivesAnyExceptionOfThePort) {
     {
-        ODevFileStream out(camera.nodeMap(), "One");
-        IDevFileStream in(camera.nodeMap(), "One");
+        ODevFileStream out(camera.NodeMap(), "One");
+        IDevFileStream in(camera.NodeMap(), "One");
         out << "text";
         device.onWrite = [](int64_t) { throw std::runtime_error("unplugged"); };
     }
     device.onWrite = nullptr;
-    ODevFileStream out(camera.nodeMap(), "One");
+    ODevFileStream out(camera.NodeMap(), "One");
     out << "text";
     device.onWrite = [](int64_t address) {
         if (address == kBuffer) throw std::runtime_error("unplugged");
@@ -186,7 +186,7 @@ TEST_F(FileStream, TheEndOfAStreamSurvivesAnyExceptionOfThePort) {
 TEST_F(FileStream, TheAdapterTellsOfFilesAndDeletesThem) {
     FileProtocolAdapter adapter;
     EXPECT_THROW(adapter.deleteFile("One"), GENICAM_NAMESPACE::LogicalErrorException);
-    ASSERT_TRUE(adapter.attach(camera.nodeMap()));
+    ASSERT_TRUE(adapter.attach(camera.NodeMap()));
     ASSERT_TRUE(adapter.openFile("One", std::ios::in | std::ios::out));
     EXPECT_EQ(device.modes, "2");
     EXPECT_EQ(adapter.getBufSize("One", std::ios::in), kBufferLength);

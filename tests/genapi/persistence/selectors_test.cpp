@@ -15,7 +15,7 @@ namespace {
 
 using test::Camera;
 
-std::vector<std::string> statesOf(CSelectorSet& selectors) {
+std::vector<std::string> StatesOf(CSelectorSet& selectors) {
     std::vector<std::string> states;
     bool more = selectors.SetFirst();
     for (; more && states.size() < 100; more = selectors.SetNext())
@@ -25,21 +25,21 @@ std::vector<std::string> statesOf(CSelectorSet& selectors) {
 
 TEST(SelectorSet, RunsThroughAvailableEntriesAndComesBack) {
     Camera camera;
-    camera.set("Sel", "B");
+    camera.Set("Sel", "B");
     CSelectorSet selectors(camera.map._GetNode("Gain"));
     EXPECT_FALSE(selectors.IsEmpty());
-    EXPECT_THAT(statesOf(selectors), ElementsAre("Sel=A", "Sel=B", "Sel=C"));
-    EXPECT_EQ(camera.get("Sel"), "A");
+    EXPECT_THAT(StatesOf(selectors), ElementsAre("Sel=A", "Sel=B", "Sel=C"));
+    EXPECT_EQ(camera.Get("Sel"), "A");
     EXPECT_TRUE(selectors.SetNext(false));
-    EXPECT_EQ(camera.get("Sel"), "A");
+    EXPECT_EQ(camera.Get("Sel"), "A");
     selectors.Restore();
-    EXPECT_EQ(camera.get("Sel"), "B");
+    EXPECT_EQ(camera.Get("Sel"), "B");
 }
 
 TEST(SelectorSet, InnerSelectorsRunFaster) {
     Camera camera;
     CSelectorSet selectors(camera.map._GetNode("LutValue"));
-    EXPECT_THAT(statesOf(selectors),
+    EXPECT_THAT(StatesOf(selectors),
                 ElementsAre("Bank=0\tLutIndex=0", "Bank=0\tLutIndex=1", "Bank=0\tLutIndex=2",
                             "Bank=1\tLutIndex=0", "Bank=1\tLutIndex=1", "Bank=1\tLutIndex=2"));
     FeatureList_t list;
@@ -56,13 +56,13 @@ TEST(SelectorSet, InnerSelectorsRunFaster) {
 
 TEST(SelectorSet, ASelectorThatCannotBeWrittenKeepsItsValue) {
     Camera camera;
-    camera.set("Sel", "C");
+    camera.Set("Sel", "C");
     camera.map._GetNode("Sel")->ImposeAccessMode(RO);
     CSelectorSet selectors(camera.map._GetNode("Gain"));
-    camera.port.takeTrace();
-    EXPECT_THAT(statesOf(selectors), ElementsAre("Sel=C"));
+    camera.port.TakeTrace();
+    EXPECT_THAT(StatesOf(selectors), ElementsAre("Sel=C"));
     selectors.Restore();
-    EXPECT_EQ(camera.port.takeTrace(), "");
+    EXPECT_EQ(camera.port.TakeTrace(), "");
 }
 
 TEST(SelectorSet, WithoutSelectorsThereIsOneCombination) {
@@ -71,12 +71,12 @@ TEST(SelectorSet, WithoutSelectorsThereIsOneCombination) {
          {static_cast<IBase*>(nullptr), static_cast<IBase*>(camera.map._GetNode("Width"))}) {
         CSelectorSet selectors(feature);
         EXPECT_TRUE(selectors.IsEmpty());
-        EXPECT_THAT(statesOf(selectors), ElementsAre(""));
+        EXPECT_THAT(StatesOf(selectors), ElementsAre(""));
     }
 }
 
 TEST(SelectorSet, LongChainsOfSelectorsAreRefused) {
-    std::string nodes = test::features({"S0"});
+    std::string nodes = test::Features({"S0"});
     for (int i = 0; i < 1000; ++i)
         nodes += "<Integer Name='S" + std::to_string(i + 1) + "'><Value>0</Value><pSelected>S" +
                  std::to_string(i) + "</pSelected></Integer>";

@@ -18,7 +18,7 @@ namespace {
 const std::string kMagic = "# " GENAPI_PERSISTENCE_MAGIC "\n";
 const std::string kHeader = kMagic + "# GenApi persistence file (version 3.0.2)\n";
 
-CFeatureBag read(const std::string& text) {
+CFeatureBag Read(const std::string& text) {
     std::istringstream stream(text);
     CFeatureBag bag;
     stream >> bag;
@@ -26,13 +26,13 @@ CFeatureBag read(const std::string& text) {
 }
 
 // What is written of the entries that were read.
-std::string again(const std::string& entries) {
-    return test::textOf(read(kMagic + entries)).substr((kHeader + "# \n").size());
+std::string Again(const std::string& entries) {
+    return test::TextOf(Read(kMagic + entries)).substr((kHeader + "# \n").size());
 }
 
-std::string errorOf(const std::string& text) {
+std::string ErrorOf(const std::string& text) {
     try {
-        read(text);
+        Read(text);
     } catch (const RuntimeException& error) {
         return error.GetDescription();
     }
@@ -43,17 +43,17 @@ constexpr const char* kIncomplete = "The stream holds incomplete key - value - s
 
 TEST(FeatureBagText, AnEmptyBagHasItsHeaderWithTheInfoInOneLine) {
     CFeatureBag bag;
-    EXPECT_EQ(test::textOf(bag), kHeader + "# \n");
+    EXPECT_EQ(test::TextOf(bag), kHeader + "# \n");
     bag.SetInfo("one\ntwo");
-    EXPECT_EQ(test::textOf(bag), kHeader + "# one two\n");
+    EXPECT_EQ(test::TextOf(bag), kHeader + "# one two\n");
 }
 
 TEST(FeatureBagText, EntriesKeepTheirOrderAndTheirValuesAsTheyAre) {
-    EXPECT_EQ(again("B\t2\nA\t1\n"), "B\t2\nA\t1\n");
-    EXPECT_EQ(again("  Width \t73 \nText\ta\tb\n"), "Width\t73 \nText\ta\tb\n");
-    EXPECT_EQ(again("Empty\t\nLast\t1"), "Empty\t\nLast\t1\n");
-    EXPECT_EQ(again("\n# comment\nA\t1\n \t \n # x\t1\n#\nA\t2\n\n"), "A\t1\nA\t2\n");
-    EXPECT_EQ(again("# " + std::string(5000, 'x') + "\nA\t1\n"), "A\t1\n");
+    EXPECT_EQ(Again("B\t2\nA\t1\n"), "B\t2\nA\t1\n");
+    EXPECT_EQ(Again("  Width \t73 \nText\ta\tb\n"), "Width\t73 \nText\ta\tb\n");
+    EXPECT_EQ(Again("Empty\t\nLast\t1"), "Empty\t\nLast\t1\n");
+    EXPECT_EQ(Again("\n# comment\nA\t1\n \t \n # x\t1\n#\nA\t2\n\n"), "A\t1\nA\t2\n");
+    EXPECT_EQ(Again("# " + std::string(5000, 'x') + "\nA\t1\n"), "A\t1\n");
 }
 
 TEST(FeatureBagText, WhatDoesNotFitIntoALineIsLeftOutWithAComment) {
@@ -61,30 +61,30 @@ TEST(FeatureBagText, WhatDoesNotFitIntoALineIsLeftOutWithAComment) {
     for (const char* value : {"a\nWidth\t9", "\n", "a\rWidth\t9", "a\r", "{Width=9}\tb", "{\t"}) {
         SCOPED_TRACE(value);
         test::Camera camera;
-        camera.set("Width", "5");
-        camera.set("Name", value);
+        camera.Set("Width", "5");
+        camera.Set("Name", value);
         GENICAM_NAMESPACE::gcstring_vector names;
         for (const char* name : {"Width", "Name", "Ratio"})
             names.push_back(name);
         CFeatureBag bag;
-        bag.StoreToBag(camera.nodeMap(), -1, &names);
-        EXPECT_THAT(test::textOf(bag), HasSubstr(note));
+        bag.StoreToBag(camera.NodeMap(), -1, &names);
+        EXPECT_THAT(test::TextOf(bag), HasSubstr(note));
         test::Camera other;
-        EXPECT_THAT(test::load(other, test::textOf(bag)), IsEmpty());
-        EXPECT_EQ(other.get("Width"), "5");
+        EXPECT_THAT(test::Load(other, test::TextOf(bag)), IsEmpty());
+        EXPECT_EQ(other.Get("Width"), "5");
         // the bag itself needs no lines
-        EXPECT_THAT(test::load(bag, other), IsEmpty());
-        EXPECT_EQ(other.get("Name"), value);
+        EXPECT_THAT(test::Load(bag, other), IsEmpty());
+        EXPECT_EQ(other.Get("Name"), value);
     }
     for (const char* value : {"a\tb", "\t", "{Width=9}", "# a", " a ", "]]>", ""})
-        EXPECT_EQ(again(std::string("A\t") + value + "\n"), std::string("A\t") + value + "\n");
+        EXPECT_EQ(Again(std::string("A\t") + value + "\n"), std::string("A\t") + value + "\n");
     const std::string zero("A\t1\0B\t2\nC\t3\n", 12);
-    EXPECT_EQ(again(zero), "# Left out: A, which does not fit into a line\nC\t3\n");
+    EXPECT_EQ(Again(zero), "# Left out: A, which does not fit into a line\nC\t3\n");
 }
 
 TEST(FeatureBagText, ASelectorThatDoesNotFitIntoALineIsAnError) {
     test::Camera camera(
-        test::features({"Sel", "Value"}) +
+        test::Features({"Sel", "Value"}) +
         "<String Name='Sel'><Streamable>Yes</Streamable><Value>a</Value></String>"
         "<Integer Name='Index'><Value>0</Value><pSelected>Sel</pSelected>"
         "<pSelected>Value</pSelected></Integer>"
@@ -94,47 +94,47 @@ TEST(FeatureBagText, ASelectorThatDoesNotFitIntoALineIsAnError) {
         "<Integer Name='Value'><Streamable>Yes</Streamable><Value>1</Value></Integer>"
         "<Port Name='Device'/>");
     CFeatureBag bag;
-    EXPECT_THROW(bag.StoreToBag(camera.nodeMap()), RuntimeException);
+    EXPECT_THROW(bag.StoreToBag(camera.NodeMap()), RuntimeException);
 }
 
 TEST(FeatureBagText, LinesMayEndInCarriageReturnsToo) {
     std::string text = kMagic + "# x\nWidth\t5\nName\tabc\nSel\tC\n";
     for (size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 2))
         text.insert(at, "\r");
-    CFeatureBag bag = read(text);
+    CFeatureBag bag = Read(text);
     test::Camera camera;
-    EXPECT_THAT(test::load(bag, camera), IsEmpty());
-    EXPECT_EQ(camera.get("Name"), "abc");
+    EXPECT_THAT(test::Load(bag, camera), IsEmpty());
+    EXPECT_EQ(camera.Get("Name"), "abc");
     // otherwise it belongs to the value
-    EXPECT_THAT(test::load(camera, "Name\tabc\r\nWidth\t6\r\n"), IsEmpty());
-    EXPECT_EQ(camera.get("Name"), "abc\r");
+    EXPECT_THAT(test::Load(camera, "Name\tabc\r\nWidth\t6\r\n"), IsEmpty());
+    EXPECT_EQ(camera.Get("Name"), "abc\r");
 }
 
 TEST(FeatureBagText, SelectorsInBracesBecomeEntriesBeforeTheFeature) {
-    EXPECT_EQ(again("Gain\t{Sel=A}\t10\n"), "Sel\tA\nGain\t10\n");
-    EXPECT_EQ(again("Lut\t{Bank=0\tIndex=1}\t\n"), "Bank\t0\nIndex\t1\nLut\t\n");
-    EXPECT_EQ(again("A\t{}\ty\n"), "A\ty\n");
-    EXPECT_EQ(errorOf(kMagic + "A\t{x=1\ty\n"), kIncomplete);
+    EXPECT_EQ(Again("Gain\t{Sel=A}\t10\n"), "Sel\tA\nGain\t10\n");
+    EXPECT_EQ(Again("Lut\t{Bank=0\tIndex=1}\t\n"), "Bank\t0\nIndex\t1\nLut\t\n");
+    EXPECT_EQ(Again("A\t{}\ty\n"), "A\ty\n");
+    EXPECT_EQ(ErrorOf(kMagic + "A\t{x=1\ty\n"), kIncomplete);
 }
 
 TEST(FeatureBagText, OtherBracesAreAPartOfTheValue) {
     for (const char* line : {"A\t{x}\n", "A\t{x=1}\n", "A\t{\n", "A\ta{x=1}\t2\n"})
-        EXPECT_EQ(again(line), line);
+        EXPECT_EQ(Again(line), line);
 }
 
 TEST(FeatureBagText, WhatIsNoSuchTextIsRefused) {
     const char* const noMagic =
         "The stream is not a GenApi feature stream since it is missing the magic GUID in the "
         "first line";
-    EXPECT_EQ(errorOf(""), noMagic);
-    EXPECT_EQ(errorOf("\n" + kMagic), noMagic);
-    EXPECT_EQ(errorOf(std::string(100, '\0')), noMagic);
-    EXPECT_EQ(errorOf("# " GENAPI_PERSISTENCE_MAGIC_FEATUREBAGGER "\n"),
+    EXPECT_EQ(ErrorOf(""), noMagic);
+    EXPECT_EQ(ErrorOf("\n" + kMagic), noMagic);
+    EXPECT_EQ(ErrorOf(std::string(100, '\0')), noMagic);
+    EXPECT_EQ(ErrorOf("# " GENAPI_PERSISTENCE_MAGIC_FEATUREBAGGER "\n"),
               "The stream has been created using the CFeatureBagger class thus must be restored "
               "using the CFeatureBagger class as well");
-    EXPECT_EQ(errorOf(kMagic + "Width\n"), kIncomplete);
-    EXPECT_EQ(errorOf(kMagic + "\tWidth"), kIncomplete);
-    EXPECT_EQ(errorOf(kMagic + "A\t1\n\n\x01\x02\xff"), kIncomplete);
+    EXPECT_EQ(ErrorOf(kMagic + "Width\n"), kIncomplete);
+    EXPECT_EQ(ErrorOf(kMagic + "\tWidth"), kIncomplete);
+    EXPECT_EQ(ErrorOf(kMagic + "A\t1\n\n\x01\x02\xff"), kIncomplete);
 }
 
 TEST(FeatureBagText, ATextBeyondAnyCamerasIsRefused) {
@@ -142,7 +142,7 @@ TEST(FeatureBagText, ATextBeyondAnyCamerasIsRefused) {
     lines.reserve(size_t(1) << 22);
     while (lines.size() < (size_t(1) << 21) + 100)
         lines += "A\t1\n";
-    EXPECT_EQ(errorOf(lines), "The feature bag is full");
+    EXPECT_EQ(ErrorOf(lines), "The feature bag is full");
 
     struct Endless : std::streambuf {
         int_type underflow() override {
@@ -157,10 +157,10 @@ TEST(FeatureBagText, ATextBeyondAnyCamerasIsRefused) {
 }
 
 TEST(FeatureBagText, ReadingReplacesTheEntriesAlsoWhenItFails) {
-    CFeatureBag bag = read(kMagic + "A\t1\n");
+    CFeatureBag bag = Read(kMagic + "A\t1\n");
     std::istringstream other(kMagic + "B\t2\n");
     other >> bag;
-    EXPECT_EQ(bag, read(kMagic + "B\t2\n"));
+    EXPECT_EQ(bag, Read(kMagic + "B\t2\n"));
     std::istringstream incomplete(kMagic + "B\t1\nC\n");
     EXPECT_THROW(incomplete >> bag, RuntimeException);
     EXPECT_EQ(bag, CFeatureBag());
@@ -189,17 +189,17 @@ TEST(FeatureBagText, CommentsAreEatenUpToTheirMaximum) {
 }
 
 TEST(FeatureBag, BagsAreComparedByTheirEntries) {
-    CFeatureBag bag = read(kMagic + "A\t1\nB\t2\n");
+    CFeatureBag bag = Read(kMagic + "A\t1\nB\t2\n");
     CFeatureBag copy(bag);
     copy.SetBagName("other");
     copy.SetInfo("other");
     EXPECT_EQ(copy, bag);
     EXPECT_STREQ(copy.GetBagName(), "other");
-    EXPECT_NE(bag, read(kMagic + "B\t2\nA\t1\n"));
-    EXPECT_NE(bag, read(kMagic + "A\t1\n"));
-    EXPECT_NE(bag, read(kMagic + "A\t1\nB\t3\n"));
+    EXPECT_NE(bag, Read(kMagic + "B\t2\nA\t1\n"));
+    EXPECT_NE(bag, Read(kMagic + "A\t1\n"));
+    EXPECT_NE(bag, Read(kMagic + "A\t1\nB\t3\n"));
     copy.Destroy();
-    EXPECT_EQ(test::textOf(copy), test::textOf(CFeatureBag()));
+    EXPECT_EQ(test::TextOf(copy), test::TextOf(CFeatureBag()));
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ TYPED_TEST_SUITE(ListTest, Lists, );
 
 // Three elements in ascending order; nodes are compared, never used.
 template <class List>
-auto threeElements() {
+auto ThreeElements() {
     if constexpr (std::is_same_v<List, gcstring_vector>) {
         return std::array<gcstring, 3>{"a", "b", "c"};
     } else {
@@ -36,31 +36,31 @@ auto threeElements() {
 }
 
 template <class List>
-auto elementsOf(const List& list) {
+auto ElementsOf(const List& list) {
     using Element = typename List::const_iterator::value_type;
     return std::vector<Element>(list.begin(), list.end());
 }
 
 TYPED_TEST(ListTest, InsertsAndErasesByPlaceAndByIndex) {
-    const auto [a, b, c] = threeElements<TypeParam>();
+    const auto [a, b, c] = ThreeElements<TypeParam>();
     TypeParam list;
     list.insert(list.begin(), b);  // an empty list has no storage to point into
     list.insert(size_t{0}, a);
     EXPECT_EQ(*list.insert(list.end(), c), c);
-    EXPECT_THAT(elementsOf(list), ElementsAre(a, b, c));
+    EXPECT_THAT(ElementsOf(list), ElementsAre(a, b, c));
     EXPECT_EQ(*list.erase(list.begin() + 1), c);
     list.erase(size_t{0});
-    EXPECT_THAT(elementsOf(list), ElementsAre(c));
+    EXPECT_THAT(ElementsOf(list), ElementsAre(c));
     list.resize(3, b);
-    EXPECT_THAT(elementsOf(list), ElementsAre(c, b, b));
+    EXPECT_THAT(ElementsOf(list), ElementsAre(c, b, b));
     list.pop_back();
     EXPECT_EQ(list.back(), b);
     list.assign(2, a);
-    EXPECT_THAT(elementsOf(list), ElementsAre(a, a));
+    EXPECT_THAT(ElementsOf(list), ElementsAre(a, a));
 }
 
 TYPED_TEST(ListTest, CopiesStandAlone) {
-    const auto a = threeElements<TypeParam>()[0];
+    const auto a = ThreeElements<TypeParam>()[0];
     TypeParam original;
     original.push_back(a);
     const TypeParam copy(original);
@@ -69,26 +69,26 @@ TYPED_TEST(ListTest, CopiesStandAlone) {
     const TypeParam& same = assigned;
     assigned = same;
     original.clear();
-    EXPECT_THAT(elementsOf(original), IsEmpty());
-    EXPECT_THAT(elementsOf(copy), ElementsAre(a));
-    EXPECT_THAT(elementsOf(assigned), ElementsAre(a));
+    EXPECT_THAT(ElementsOf(original), IsEmpty());
+    EXPECT_THAT(ElementsOf(copy), ElementsAre(a));
+    EXPECT_THAT(ElementsOf(assigned), ElementsAre(a));
 }
 
 TYPED_TEST(ListTest, ChecksTheIndexOfAtOnly) {
-    const auto a = threeElements<TypeParam>()[0];
+    const auto a = ThreeElements<TypeParam>()[0];
     TypeParam list;
     list.push_back(a);
     EXPECT_EQ(list.at(0), a);
-    EXPECT_EQ(test::errorOf([&] { list.at(1); }), "OutOfRangeException: vector::_M_range_check");
+    EXPECT_EQ(test::ErrorOf([&] { list.at(1); }), "OutOfRangeException: vector::_M_range_check");
 }
 
 TYPED_TEST(ListTest, HasRandomAccessIterators) {
-    const auto [a, b, c] = threeElements<TypeParam>();
+    const auto [a, b, c] = ThreeElements<TypeParam>();
     TypeParam list;
     for (const auto& each : {c, a, b})
         list.push_back(each);
     std::sort(list.begin(), list.end());
-    EXPECT_THAT(elementsOf(list), ElementsAre(a, b, c));
+    EXPECT_THAT(ElementsOf(list), ElementsAre(a, b, c));
     const TypeParam& view = list;
     auto at = view.begin();
     EXPECT_EQ(*at++, a);

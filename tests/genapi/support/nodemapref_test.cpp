@@ -84,15 +84,15 @@ class Parameters {
 
 struct Camera : CNodeMapRefT<Parameters> {
     using CNodeMapRefT<Parameters>::CNodeMapRefT;
-    const std::vector<INodeMap*>& seen() const { return maps; }
+    const std::vector<INodeMap*>& Seen() const { return maps; }
 };
 
 TEST(NodeMapRef, TellsTheParametersOfEveryMap) {
     int alive = 0;
     const Camera first(new Map(alive));
-    EXPECT_THAT(first.seen(), testing::ElementsAre(first._Ptr));
+    EXPECT_THAT(first.Seen(), testing::ElementsAre(first._Ptr));
     const Camera second(first);
-    EXPECT_THAT(second.seen(), testing::ElementsAre(first._Ptr));
+    EXPECT_THAT(second.Seen(), testing::ElementsAre(first._Ptr));
 }
 
 }  // namespace

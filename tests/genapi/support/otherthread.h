@@ -6,7 +6,7 @@
 namespace test {
 
 template <typename Lock>
-bool otherThreadGets(Lock& lock) {
+bool OtherThreadGets(Lock& lock) {
     bool got = false;
     std::thread([&] {
         got = lock.TryLock();

@@ -55,7 +55,7 @@ TEST(Pointer, RefusesToBeUsedWhenNull) {
     EXPECT_THROW(*none, LogicalErrorException);
     EXPECT_THROW(none(), LogicalErrorException);
     EXPECT_THROW(static_cast<void>(static_cast<IChunkPort*>(none)), LogicalErrorException);
-    EXPECT_EQ(test::errorOf([&] { none->GetChunkID(); }),
+    EXPECT_EQ(test::ErrorOf([&] { none->GetChunkID(); }),
               "LogicalErrorException: NULL pointer dereferenced");
 }
 

@@ -8,16 +8,16 @@
 
 namespace test {
 
-constexpr std::size_t kSmallStack = 128u << 10;
+constexpr size_t kSmallStack = 128u << 10;
 
 // Sanitizers put a zone around each variable.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr std::size_t kStackFactor = 8;
+constexpr size_t kStackFactor = 8;
 #else
-constexpr std::size_t kStackFactor = 1;
+constexpr size_t kStackFactor = 1;
 #endif
 
-inline void onSmallStack(const std::function<void()>& step) {
+inline void OnSmallStack(const std::function<void()>& step) {
     struct Run {
         const std::function<void()>& step;
         std::exception_ptr thrown;

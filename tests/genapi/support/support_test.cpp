@@ -7,25 +7,25 @@
 #include "tests/genapi/support/otherthread.h"
 
 using namespace GENAPI_NAMESPACE;
-using test::otherThreadGets;
+using test::OtherThreadGets;
 
 namespace {
 
 struct Guarded : LockableObject<Guarded> {
-    CLock& lock() const { return m_Lock; }
+    CLock& Lock() const { return m_Lock; }
 };
 
 TEST(Lock, OfAnObjectIsHeldForTheScope) {
     const Guarded object;
     {
         const auto held = object.GetLock();
-        EXPECT_FALSE(otherThreadGets(object.lock()));
+        EXPECT_FALSE(OtherThreadGets(object.Lock()));
     }
-    EXPECT_TRUE(otherThreadGets(object.lock()));
+    EXPECT_TRUE(OtherThreadGets(object.Lock()));
 }
 
 struct Client {
-    void changed(INode*) { ++calls; }
+    void Changed(INode*) { ++calls; }
     int calls = 0;
 };
 
@@ -35,7 +35,7 @@ TEST(Callback, ActsOnItsOwnPhaseOnly) {
     CNodeCallback* callbacks[] = {
         make_NodeCallback(
             nullptr, [&calls](INode*) { ++calls; }, cbPostInsideLock),
-        make_NodeCallback(nullptr, client, &Client::changed, cbPostOutsideLock)};
+        make_NodeCallback(nullptr, client, &Client::Changed, cbPostOutsideLock)};
     for (CNodeCallback* callback : callbacks)
         (*callback)(cbPostInsideLock);
     EXPECT_EQ(calls, 1);

@@ -27,14 +27,14 @@ class MemoryPort : public IPort {
     EAccessMode GetAccessMode() const override { return RW; }
 
     void Read(void* pBuffer, int64_t Address, int64_t Length) override {
-        failAt(Address);
+        FailAt(Address);
         trace += "R" + std::to_string(Address) + " ";
         for (int64_t i = 0; i < Length; ++i)
             static_cast<uint8_t*>(pBuffer)[i] = memory[Address + i];
     }
 
     void Write(const void* pBuffer, int64_t Address, int64_t Length) override {
-        failAt(Address);
+        FailAt(Address);
         if (onWrite) onWrite(Address);
         const auto* const bytes = static_cast<const uint8_t*>(pBuffer);
         trace += "W" + std::to_string(Address) + "=" + std::to_string(bytes[0]) + " ";
@@ -42,19 +42,19 @@ class MemoryPort : public IPort {
             memory[Address + i] = bytes[i];
     }
 
-    std::string takeTrace() {
+    std::string TakeTrace() {
         std::string taken;
         taken.swap(trace);
         return taken;
     }
 
-    Bytes content(int64_t address, size_t length) {
+    Bytes Content(int64_t address, size_t length) {
         Bytes bytes(length);
         for (uint8_t& byte : bytes)
             byte = memory[address++];
         return bytes;
     }
-    void fill(int64_t address, const Bytes& bytes) {
+    void Fill(int64_t address, const Bytes& bytes) {
         for (const uint8_t byte : bytes)
             memory[address++] = byte;
     }
@@ -65,18 +65,18 @@ class MemoryPort : public IPort {
     std::function<void(int64_t)> onWrite;
 
   private:
-    void failAt(int64_t address) const {
+    void FailAt(int64_t address) const {
         if (address == failing) throw TIMEOUT_EXCEPTION("no answer");
     }
 };
 
-inline std::string toStd(const GENICAM_NAMESPACE::gcstring& text) {
+inline std::string ToStd(const GENICAM_NAMESPACE::gcstring& text) {
     return std::string(text.c_str(), text.length());
 }
 
 // The class and the text of what a step throws: "AccessException: Node is not readable."
 template <typename Step>
-std::string errorOf(Step step) {
+std::string ErrorOf(Step step) {
     using namespace GENICAM_NAMESPACE;
     const auto with = [](const char* kind, const GenericException& e) {
         return std::string(kind) + ": " + e.GetDescription();
@@ -103,36 +103,36 @@ std::string errorOf(Step step) {
 class TestMap {
   public:
     explicit TestMap(const std::string& nodes, const char* name = "Cam") : map(name) {
-        map._LoadXMLFromString(document(nodes).c_str());
+        map._LoadXMLFromString(Document(nodes).c_str());
         map._Connect(&port);
     }
 
     template <typename Interface>
-    Interface& as(const std::string& name) const {
+    Interface& As(const std::string& name) const {
         return dynamic_cast<Interface&>(*map._GetNode(name.c_str()));
     }
-    IInteger& integer(const std::string& name) const { return as<IInteger>(name); }
-    IFloat& floating(const std::string& name) const { return as<IFloat>(name); }
-    IEnumeration& enumeration(const std::string& name) const { return as<IEnumeration>(name); }
-    INode& node(const std::string& name) const { return as<INode>(name); }
-    EAccessMode mode(const std::string& name) const { return node(name).GetAccessMode(); }
+    IInteger& Integer(const std::string& name) const { return As<IInteger>(name); }
+    IFloat& Floating(const std::string& name) const { return As<IFloat>(name); }
+    IEnumeration& Enumeration(const std::string& name) const { return As<IEnumeration>(name); }
+    INode& Node(const std::string& name) const { return As<INode>(name); }
+    EAccessMode Mode(const std::string& name) const { return Node(name).GetAccessMode(); }
 
     // "0..255/1" of an integer or a float; "/none" where there is no increment.
-    std::string limits(const std::string& name) const {
+    std::string Limits(const std::string& name) const {
         std::ostringstream text;
-        if (auto* number = dynamic_cast<IInteger*>(&node(name)))
+        if (auto* number = dynamic_cast<IInteger*>(&Node(name)))
             text << number->GetMin() << ".." << number->GetMax() << "/" << number->GetInc();
         else
-            text << floating(name).GetMin() << ".." << floating(name).GetMax() << "/"
-                 << (floating(name).HasInc() ? std::to_string(floating(name).GetInc()) : "none");
+            text << Floating(name).GetMin() << ".." << Floating(name).GetMax() << "/"
+                 << (Floating(name).HasInc() ? std::to_string(Floating(name).GetInc()) : "none");
         return text.str();
     }
 
-    std::string get(const std::string& name) const { return toStd(as<IValue>(name).ToString()); }
-    void set(const std::string& name, const std::string& value) const {
-        as<IValue>(name).FromString(value.c_str());
+    std::string Get(const std::string& name) const { return ToStd(As<IValue>(name).ToString()); }
+    void Set(const std::string& name, const std::string& value) const {
+        As<IValue>(name).FromString(value.c_str());
     }
-    INodeMap* nodeMap() const { return map._Ptr; }
+    INodeMap* NodeMap() const { return map._Ptr; }
 
     MemoryPort port;  // outlives the map
     CNodeMapRef map;

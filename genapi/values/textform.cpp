@@ -1,4 +1,4 @@
-#include "genapi/nodes/textform.h"
+#include "genapi/values/textform.h"
 
 #include <charconv>
 #include <cmath>
@@ -13,8 +13,8 @@ namespace {
 constexpr std::string_view kBlanks = " \t\n\v\f\r";
 constexpr char kDigits[] = "0123456789abcdef";
 
-std::string_view withoutLeadingBlanks(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(kBlanks);
+std::string_view WithoutLeadingBlanks(std::string_view text) {
+    const size_t first = text.find_first_not_of(kBlanks);
     return first == std::string_view::npos ? std::string_view() : text.substr(first);
 }
 
@@ -27,7 +27,7 @@ struct AddressForm {
 constexpr AddressForm kIpv4{4, '.', 10};
 constexpr AddressForm kMac{6, ':', 16};
 
-std::string formatAddress(std::int64_t value, const AddressForm& form) {
+std::string FormatAddress(int64_t value, const AddressForm& form) {
     std::string text;
     for (unsigned group = form.groups; group-- > 0;) {
         const unsigned byte = static_cast<unsigned>(value >> (8 * group)) & 0xFFu;
@@ -39,8 +39,8 @@ std::string formatAddress(std::int64_t value, const AddressForm& form) {
     return text;
 }
 
-bool parseAddress(std::string_view text, const AddressForm& form, std::int64_t& value) {
-    std::uint64_t result = 0;
+bool ParseAddress(std::string_view text, const AddressForm& form, int64_t& value) {
+    uint64_t result = 0;
     for (unsigned group = 0; group < form.groups; ++group) {
         if (group > 0) {
             if (text.empty() || text[0] != form.separator) return false;
@@ -50,15 +50,15 @@ bool parseAddress(std::string_view text, const AddressForm& form, std::int64_t& 
         const auto [stop, error] =
             std::from_chars(text.data(), text.data() + text.size(), byte, form.base);
         if (error != std::errc() || byte > 0xFF) return false;
-        text.remove_prefix(static_cast<std::size_t>(stop - text.data()));
+        text.remove_prefix(static_cast<size_t>(stop - text.data()));
         result = result << 8 | byte;
     }
-    value = static_cast<std::int64_t>(result);
+    value = static_cast<int64_t>(result);
     return text.empty();
 }
 
-bool parseNumber(std::string_view text, std::int64_t& value) {
-    text = withoutLeadingBlanks(text);
+bool ParseNumber(std::string_view text, int64_t& value) {
+    text = WithoutLeadingBlanks(text);
     bool negative = false;
     if (!text.empty() && (text[0] == '-' || text[0] == '+')) {
         negative = text[0] == '-';
@@ -69,25 +69,21 @@ bool parseNumber(std::string_view text, std::int64_t& value) {
         base = 16;
         text.remove_prefix(2);
     }
-    std::uint64_t magnitude = 0;
+    uint64_t magnitude = 0;
     const auto [stop, error] =
         std::from_chars(text.data(), text.data() + text.size(), magnitude, base);
     if (error == std::errc::invalid_argument) return false;
-    constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
-    constexpr std::int64_t kMin = std::numeric_limits<std::int64_t>::min();
-    if (error == std::errc::result_out_of_range)
-        magnitude = std::numeric_limits<std::uint64_t>::max();
+    constexpr int64_t kMax = std::numeric_limits<int64_t>::max();
+    constexpr int64_t kMin = std::numeric_limits<int64_t>::min();
+    if (error == std::errc::result_out_of_range) magnitude = std::numeric_limits<uint64_t>::max();
     if (negative)
-        value = magnitude > static_cast<std::uint64_t>(kMax)
-                    ? kMin
-                    : -static_cast<std::int64_t>(magnitude);
+        value = magnitude > static_cast<uint64_t>(kMax) ? kMin : -static_cast<int64_t>(magnitude);
     else
-        value = magnitude > static_cast<std::uint64_t>(kMax) ? kMax
-                                                             : static_cast<std::int64_t>(magnitude);
+        value = magnitude > static_cast<uint64_t>(kMax) ? kMax : static_cast<int64_t>(magnitude);
     return true;
 }
 
-int digitOf(char c) {
+int DigitOf(char c) {
     if (c >= '0' && c <= '9') return c - '0';
     if (c >= 'a' && c <= 'f') return c - 'a' + 10;
     return c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
@@ -95,19 +91,19 @@ int digitOf(char c) {
 
 }  // namespace
 
-std::string formatInteger(std::int64_t value, ERepresentation representation) {
+std::string FormatInteger(int64_t value, ERepresentation representation) {
     char text[24];
     switch (representation) {
         case HexNumber: {
             if (value == 0) return "0";
             const auto end =
-                std::to_chars(text, text + sizeof text, static_cast<std::uint64_t>(value), 16);
+                std::to_chars(text, text + sizeof text, static_cast<uint64_t>(value), 16);
             return "0x" + std::string(text, end.ptr);
         }
         case IPV4Address:
-            return formatAddress(value, kIpv4);
+            return FormatAddress(value, kIpv4);
         case MACAddress:
-            return formatAddress(value, kMac);
+            return FormatAddress(value, kMac);
         case Boolean:
             return value ? "true" : "false";
         default:
@@ -115,21 +111,21 @@ std::string formatInteger(std::int64_t value, ERepresentation representation) {
     }
 }
 
-bool parseInteger(std::string_view text, ERepresentation representation, std::int64_t& value) {
+bool ParseInteger(std::string_view text, ERepresentation representation, int64_t& value) {
     switch (representation) {
         case IPV4Address:
-            return parseAddress(text, kIpv4, value);
+            return ParseAddress(text, kIpv4, value);
         case MACAddress:
-            return parseAddress(text, kMac, value);
+            return ParseAddress(text, kMac, value);
         case Boolean:
             value = text == "true" ? 1 : 0;
             return value == 1 || text == "false";
         default:
-            return parseNumber(text, value);
+            return ParseNumber(text, value);
     }
 }
 
-std::string formatFloat(double value, EDisplayNotation notation, int precision) {
+std::string FormatFloat(double value, EDisplayNotation notation, int precision) {
     // printf would take the decimal point from the locale; to_chars writes '.'.
     const std::chars_format format = notation == fnFixed        ? std::chars_format::fixed
                                      : notation == fnScientific ? std::chars_format::scientific
@@ -139,38 +135,38 @@ std::string formatFloat(double value, EDisplayNotation notation, int precision) 
     return std::string(text, end.ptr);
 }
 
-bool parseFloat(std::string_view text, double& value) {
-    text = withoutLeadingBlanks(text);
+bool ParseFloat(std::string_view text, double& value) {
+    text = WithoutLeadingBlanks(text);
     if (!text.empty() && text[0] == '+') text.remove_prefix(1);
-    const std::size_t first = !text.empty() && text[0] == '-' ? 1 : 0;
+    const size_t first = !text.empty() && text[0] == '-' ? 1 : 0;
     // "inf" and "nan" are no numbers here.
     if (first >= text.size() ||
-        ((digitOf(text[first]) > 9 || digitOf(text[first]) < 0) && text[first] != '.'))
+        ((DigitOf(text[first]) > 9 || DigitOf(text[first]) < 0) && text[first] != '.'))
         return false;
     const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     return error == std::errc();
 }
 
-std::string formatBytes(const std::uint8_t* bytes, std::size_t count) {
+std::string FormatBytes(const uint8_t* bytes, size_t count) {
     std::string text;
     text.reserve(2 + 2 * count);
     text = "0x";
-    for (std::size_t i = 0; i < count; ++i) {
+    for (size_t i = 0; i < count; ++i) {
         text += kDigits[bytes[i] >> 4];
         text += kDigits[bytes[i] & 0xF];
     }
     return text;
 }
 
-bool parseBytes(std::string_view text, std::vector<std::uint8_t>& bytes) {
+bool ParseBytes(std::string_view text, std::vector<uint8_t>& bytes) {
     if (text.substr(0, 2) == "0x" || text.substr(0, 2) == "0X") text.remove_prefix(2);
     if (text.empty() || text.size() % 2 != 0) return false;
     bytes.clear();
     bytes.reserve(text.size() / 2);
-    for (std::size_t i = 0; i < text.size(); i += 2) {
-        const int high = digitOf(text[i]), low = digitOf(text[i + 1]);
+    for (size_t i = 0; i < text.size(); i += 2) {
+        const int high = DigitOf(text[i]), low = DigitOf(text[i + 1]);
         if (high < 0 || low < 0) return false;
-        bytes.push_back(static_cast<std::uint8_t>(high << 4 | low));
+        bytes.push_back(static_cast<uint8_t>(high << 4 | low));
     }
     return true;
 }

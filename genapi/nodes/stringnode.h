@@ -28,33 +28,33 @@ class StringBase : public Node, public IString {
     GENICAM_NAMESPACE::gcstring operator*() override { return GetValue(); }
     int64_t GetMaxLength(bool verify = false) override;
 
-    std::string getText(ReadOptions options) final;
-    void setText(const std::string& value, bool verify) final;
-    std::int64_t maxTextLength() final { return maxLength(); }
+    std::string GetText(ReadOptions options) final;
+    void SetText(const std::string& value, bool verify) final;
+    int64_t MaxTextLength() final { return MaxLength(); }
 
   protected:
-    virtual std::string readValue(ReadOptions options) = 0;
-    virtual void writeValue(const std::string& value, bool verify) = 0;
-    virtual std::int64_t maxLength() = 0;
+    virtual std::string ReadValue(ReadOptions options) = 0;
+    virtual void WriteValue(const std::string& value, bool verify) = 0;
+    virtual int64_t MaxLength() = 0;
     // For its length, where that is all that fits.
-    virtual std::string presentText() { return getText({}); }
-    std::string readableText(ReadOptions options);
+    virtual std::string PresentText() { return GetText({}); }
+    std::string ReadableText(ReadOptions options);
 };
 
 // String: a stored text, or the text of another node.
 class StringNode final : public StringBase {
   public:
-    bool IsValueCacheValid() const override { return !data_.value.isNode(); }
+    bool IsValueCacheValid() const override { return !data_.value.IsNode(); }
     StringNode(NodeMap& map, NodeId id);
     using StringBase::operator=;
 
   protected:
-    std::string readValue(ReadOptions options) override;
-    void writeValue(const std::string& value, bool verify) override;
-    std::int64_t maxLength() override;
+    std::string ReadValue(ReadOptions options) override;
+    void WriteValue(const std::string& value, bool verify) override;
+    int64_t MaxLength() override;
     // Whether it can be read is up to the node below.
-    std::string presentText() override { return readableText({}); }
-    EAccessMode sourceAccessMode(bool relaxed) override;
+    std::string PresentText() override { return ReadableText({}); }
+    EAccessMode SourceAccessMode(bool relaxed) override;
 
   private:
     const StringData& data_;

@@ -1,11 +1,11 @@
 // Nodes that lie in registers: IntReg with its masked forms, FloatReg, StringReg, Register.
 #pragma once
 
-#include "genapi/nodes/bitfield.h"
 #include "genapi/nodes/floatbase.h"
 #include "genapi/nodes/integerbase.h"
-#include "genapi/nodes/stringnodes.h"
+#include "genapi/nodes/stringnode.h"
 #include "genapi/nodes/withregister.h"
+#include "genapi/values/bitfield.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -17,14 +17,14 @@ class IntRegNode final : public WithRegister<IntegerBase> {
     using WithRegister::operator=;
 
   protected:
-    std::int64_t readValue(ReadOptions options) override;
-    void writeValue(std::int64_t value, bool verify) override;
-    std::int64_t ownMin() override { return field().min(); }
-    std::int64_t ownMax() override { return field().max(); }
-    bool restsOnNodes() const override { return !register_.data().addressIsConstant; }
+    int64_t ReadValue(ReadOptions options) override;
+    void WriteValue(int64_t value, bool verify) override;
+    int64_t OwnMin() override { return Field().Min(); }
+    int64_t OwnMax() override { return Field().Max(); }
+    bool RestsOnNodes() const override { return !register_.Data().addressIsConstant; }
 
   private:
-    BitField field();
+    BitField Field();
 };
 
 class FloatRegNode final : public WithRegister<FloatBase> {
@@ -33,11 +33,11 @@ class FloatRegNode final : public WithRegister<FloatBase> {
     using WithRegister::operator=;
 
   protected:
-    double readValue(ReadOptions options) override;
-    void writeValue(double value, bool verify) override;
-    double ownMin() override { return -ownMax(); }
-    double ownMax() override;
-    bool restsOnNodes() const override { return !register_.data().addressIsConstant; }
+    double ReadValue(ReadOptions options) override;
+    void WriteValue(double value, bool verify) override;
+    double OwnMin() override { return -OwnMax(); }
+    double OwnMax() override;
+    bool RestsOnNodes() const override { return !register_.Data().addressIsConstant; }
 };
 
 class StringRegNode final : public WithRegister<StringBase> {
@@ -46,9 +46,9 @@ class StringRegNode final : public WithRegister<StringBase> {
     using WithRegister::operator=;
 
   protected:
-    std::string readValue(ReadOptions options) override;
-    void writeValue(const std::string& value, bool verify) override;
-    std::int64_t maxLength() override { return register_.length(); }
+    std::string ReadValue(ReadOptions options) override;
+    void WriteValue(const std::string& value, bool verify) override;
+    int64_t MaxLength() override { return register_.Length(); }
 };
 
 // What Register has beside the bytes: their hexadecimal text.
@@ -65,7 +65,6 @@ class RegisterNode final : public WithRegister<BytesBase> {
     void FromString(const GENICAM_NAMESPACE::gcstring& text, bool verify = true) override;
     // Bytes are cached by address, not by node.
     bool IsValueCacheValid() const override { return false; }
-    const Presentation* presentation() const override { return nullptr; }
 };
 
 }  // namespace Engine

@@ -1,3 +1,5 @@
+// CNodeMapFactory: reads descriptions, adds others to them, shares them among the node maps of the
+// process, and makes the maps.
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -30,24 +32,24 @@ struct Source {
     std::string bytes;
     std::shared_ptr<const Description> nodes;
 
-    void readFile() {
+    void ReadFile() {
         if (fileName.empty() || !bytes.empty()) return;
         std::ifstream file(fileName, std::ios::binary);
         if (!file)
             throw RUNTIME_EXCEPTION("Could not open file for hash computation: %s",
                                     fileName.c_str());
-        constexpr std::size_t kMost = kMaxXmlSize + 1;  // what is longer will be refused
+        constexpr size_t kMost = kMaxXmlSize + 1;  // what is longer will be refused
         bytes.resize(kMost);
         file.read(&bytes[0], static_cast<std::streamsize>(kMost));
-        bytes.resize(static_cast<std::size_t>(file.gcount()));
+        bytes.resize(static_cast<size_t>(file.gcount()));
         bytes.shrink_to_fit();
     }
 
     // The XML; unpacked holds it where it had to be unpacked. Cameras fill up the XML in an archive
     // with NULs, and with what lies in their memory behind these.
-    std::string_view text(std::string& unpacked) const {
+    std::string_view Text(std::string& unpacked) const {
         if (type != ContentType_ZippedXml) return bytes;
-        unpacked = unzipFirstEntry(bytes);
+        unpacked = UnzipFirstEntry(bytes);
         return std::string_view(unpacked).substr(0, unpacked.find('\0'));
     }
 };
@@ -62,59 +64,59 @@ struct CNodeMapFactory::State {
     std::unique_ptr<DescriptionBuilder> builder;  // while loaded, but not preprocessed
     std::shared_ptr<const Description> description;
 
-    bool isLoaded() const { return builder || description; }
+    bool IsLoaded() const { return builder || description; }
 
-    ContentKey contentKey() const {
+    ContentKey MakeKey() const {
         ContentKey result;
-        result.add(suppressStrings ? 1 : 0);
+        result.Add(suppressStrings ? 1 : 0);
         for (const Source& source : sources) {
-            result.add(source.type);
-            result.add(source.bytes);
+            result.Add(source.type);
+            result.Add(source.bytes);
         }
         return result;
     }
 
     // A description that was made of another one has no text to be known by.
-    bool isShareable() const {
+    bool IsShareable() const {
         for (const Source& source : sources)
             if (source.nodes) return false;
         return true;
     }
 
-    void load() {
-        if (isLoaded()) return;
+    void Load() {
+        if (IsLoaded()) return;
         if (sources.empty())
             throw LOGICAL_ERROR_EXCEPTION(
                 "Cannot preprocess, no camera description file data has "
                 "been provided to the node map factory.");
         for (Source& source : sources)
-            source.readFile();
-        key = contentKey();
-        if (isShareable()) description = findShared(key);
-        if (!description) readSources();
+            source.ReadFile();
+        key = MakeKey();
+        if (IsShareable()) description = FindShared(key);
+        if (!description) ReadSources();
     }
 
-    void readSources() {
+    void ReadSources() {
         auto made = std::make_unique<DescriptionBuilder>();
         LoadOptions options;
         options.suppressStrings = suppressStrings;
         std::string unpacked;
         for (const Source& source : sources) {
             if (source.nodes)
-                addNodes(*source.nodes, *made);
+                AddNodes(*source.nodes, *made);
             else
-                readDescription(source.text(unpacked), *made, options);
+                ReadDescription(source.Text(unpacked), *made, options);
             options.injected = true;
         }
         builder = std::move(made);
     }
 
-    const std::shared_ptr<const Description>& preprocessed() {
-        load();
+    const std::shared_ptr<const Description>& Preprocessed() {
+        Load();
         if (!description) {
             const std::unique_ptr<DescriptionBuilder> used = std::move(builder);
-            auto made = used->finish();
-            description = isShareable() ? share(key, std::move(made)) : std::move(made);
+            auto made = used->Finish();
+            description = IsShareable() ? Share(key, std::move(made)) : std::move(made);
         }
         return description;
     }
@@ -162,12 +164,12 @@ CNodeMapFactory::CNodeMapFactory(const gcstring& XmlData, ECacheUsage_t CacheUsa
                       SuppressStringsOnLoad) {}
 
 bool CNodeMapFactory::IsEmpty() const {
-    return m_State->sources.empty() && !m_State->isLoaded();
+    return m_State->sources.empty() && !m_State->IsLoaded();
 }
 
 void CNodeMapFactory::AddInjectionData(CNodeMapFactory& injectionData) {
     const State& injected = *injectionData.m_State;
-    if (m_State->isLoaded())
+    if (m_State->IsLoaded())
         throw LOGICAL_ERROR_EXCEPTION("Cannot inject, the description has been loaded already.");
     if (injected.sources.empty() && !injected.description)
         throw LOGICAL_ERROR_EXCEPTION("Cannot inject, there is no data to inject.");
@@ -181,26 +183,26 @@ void CNodeMapFactory::AddInjectionData(CNodeMapFactory& injectionData) {
 }
 
 void CNodeMapFactory::LoadAndInject() {
-    m_State->load();
+    m_State->Load();
 }
 
 bool CNodeMapFactory::IsLoaded() const {
-    return m_State->isLoaded();
+    return m_State->IsLoaded();
 }
 
 CNodeMapFactory CNodeMapFactory::ExtractSubtree(const gcstring& SubTreeRootNodeName,
                                                 bool doRenameToRoot) {
-    const Description& description = *m_State->preprocessed();
-    const NodeId root = description.find(SubTreeRootNodeName.c_str());
+    const Description& description = *m_State->Preprocessed();
+    const NodeId root = description.Find(SubTreeRootNodeName.c_str());
     if (root == kNoNode)
         throw RUNTIME_EXCEPTION("There is no node '%s' to extract", SubTreeRootNodeName.c_str());
     auto state = std::make_shared<State>();
-    state->description = extractSubtree(description, root, doRenameToRoot);
+    state->description = SubtreeOf(description, root, doRenameToRoot);
     return CNodeMapFactory(std::move(state));
 }
 
 void CNodeMapFactory::Preprocess() {
-    m_State->preprocessed();
+    m_State->Preprocessed();
 }
 
 bool CNodeMapFactory::IsPreprocessed() const {
@@ -213,25 +215,25 @@ void CNodeMapFactory::ReleaseCameraDescriptionFileData() {
 }
 
 bool CNodeMapFactory::IsCameraDescriptionFileDataReleased() const {
-    return m_State->sources.empty() && m_State->isLoaded();
+    return m_State->sources.empty() && m_State->IsLoaded();
 }
 
 INodeMap* CNodeMapFactory::CreateNodeMap(const gcstring& DeviceName,
                                          bool DoReleaseCameraDescriptionFileData) {
-    INodeMap* map = createNodeMap(m_State->preprocessed(), DeviceName);
+    INodeMap* map = MakeNodeMap(m_State->Preprocessed(), DeviceName);
     if (DoReleaseCameraDescriptionFileData) ReleaseCameraDescriptionFileData();
     return map;
 }
 
 INodeMap* CNodeMapFactory::CreateNodeMap(CLock& UserProvidedLock, const gcstring& DeviceName,
                                          bool DoReleaseCameraDescriptionFileData) {
-    INodeMap* map = createNodeMap(m_State->preprocessed(), DeviceName, &UserProvidedLock);
+    INodeMap* map = MakeNodeMap(m_State->Preprocessed(), DeviceName, &UserProvidedLock);
     if (DoReleaseCameraDescriptionFileData) ReleaseCameraDescriptionFileData();
     return map;
 }
 
 INodeMap* CNodeMapFactory::CreateEmptyNodeMap() {
-    return createNodeMap(DescriptionBuilder().finish(), "Device");
+    return MakeNodeMap(DescriptionBuilder().Finish(), "Device");
 }
 
 bool CNodeMapFactory::ClearCache() {
@@ -246,15 +248,15 @@ void CNodeMapFactory::GetSupportedSchemaVersions(
 }
 
 gcstring CNodeMapFactory::ToString() const {
-    const Description& description = *m_State->preprocessed();
+    const Description& description = *m_State->Preprocessed();
     std::string text;
-    for (NodeId id = 0; id < description.nodeCount(); ++id) {
-        text.append(description.name(id)).append("\n");
-        for (const Property& property : description.properties(id)) {
-            const std::string_view value = isLink(property.element)
-                                               ? description.name(property.node())
-                                               : description.text(property.text());
-            text.append("  ").append(nameOf(property.element)).append(": ").append(value);
+    for (NodeId id = 0; id < description.NodeCount(); ++id) {
+        text.append(description.Name(id)).append("\n");
+        for (const Property& property : description.Properties(id)) {
+            const std::string_view value = IsLink(property.element)
+                                               ? description.Name(property.Target())
+                                               : description.Text(property.Text());
+            text.append("  ").append(NameOf(property.element)).append(": ").append(value);
             text.append("\n");
         }
     }
@@ -265,23 +267,23 @@ gcstring CNodeMapFactory::ToXml() const {
     if (m_State->sources.size() != 1)
         throw RUNTIME_EXCEPTION("The description is no longer there as XML");
     Source& source = m_State->sources.front();
-    source.readFile();
+    source.ReadFile();
     std::string unpacked;
-    return gcstring(std::string(source.text(unpacked)).c_str());
+    return gcstring(std::string(source.Text(unpacked)).c_str());
 }
 
 void CNodeMapFactory::GetNodeStatistics(NodeStatistics_t& Statistics) {
-    const Description& description = *m_State->preprocessed();
+    const Description& description = *m_State->Preprocessed();
     std::unordered_set<TextRef> texts;
     Statistics = {};
-    for (NodeId id = 0; id < description.nodeCount(); ++id) {
+    for (NodeId id = 0; id < description.NodeCount(); ++id) {
         ++Statistics.NumNodes;
-        for (const Property& property : description.properties(id)) {
+        for (const Property& property : description.Properties(id)) {
             ++Statistics.NumProperties;
-            if (isLink(property.element))
+            if (IsLink(property.element))
                 ++Statistics.NumLinks;
             else
-                texts.insert(property.text());
+                texts.insert(property.Text());
         }
     }
     Statistics.NumStrings = static_cast<uint32_t>(texts.size());

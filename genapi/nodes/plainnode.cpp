@@ -1,4 +1,4 @@
-#include "genapi/nodes/plainnodes.h"
+#include "genapi/nodes/plainnode.h"
 
 #include "genapi/nodes/nodemap.h"
 
@@ -17,13 +17,13 @@ void PlainNode::FromString(const gcstring&, bool) {
     throw NODE_ERROR(AccessException, *this)("Node is not writable");
 }
 
-Slice<NodeId> CategoryNode::features() const {
-    const CategoryData& data = description().tables().categories[record().data];
-    return NodeTables::slice(description().tables().nodes, data.features);
+Slice<NodeId> CategoryNode::Features() const {
+    const CategoryData& data = CameraDescription().Tables().categories[Record().data];
+    return NodeTables::SliceOf(CameraDescription().Tables().nodes, data.features);
 }
 
 gcstring CategoryNode::ToString(bool, bool) {
-    return read("ToString", [&] { return GetDisplayName(); });
+    return RunRead("ToString", [&] { return GetDisplayName(); });
 }
 
 void CategoryNode::FromString(const gcstring&, bool) {
@@ -33,13 +33,13 @@ void CategoryNode::FromString(const gcstring&, bool) {
 
 void CategoryNode::GetFeatures(FeatureList_t& list) const {
     list.clear();
-    for (const NodeId id : features())
-        if (auto* value = dynamic_cast<IValue*>(&node(id))) list.push_back(value);
+    for (const NodeId id : Features())
+        if (auto* value = dynamic_cast<IValue*>(&NodeAt(id))) list.push_back(value);
 }
 
-EAccessMode CategoryNode::sourceAccessMode(bool) {
-    for (const NodeId id : features())
-        if (node(id).accessMode() != NI) return RO;
+EAccessMode CategoryNode::SourceAccessMode(bool) {
+    for (const NodeId id : Features())
+        if (NodeAt(id).AccessMode() != NI) return RO;
     return NI;
 }
 

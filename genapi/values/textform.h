@@ -14,17 +14,17 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-std::string formatInteger(std::int64_t value, ERepresentation representation);
+std::string FormatInteger(int64_t value, ERepresentation representation);
 // False when the text does not begin with a number of that form. What follows a decimal or
 // hexadecimal number is ignored; numbers beyond 64 bits are saturated.
-bool parseInteger(std::string_view text, ERepresentation representation, std::int64_t& value);
+bool ParseInteger(std::string_view text, ERepresentation representation, int64_t& value);
 
-std::string formatFloat(double value, EDisplayNotation notation, int precision);
-bool parseFloat(std::string_view text, double& value);
+std::string FormatFloat(double value, EDisplayNotation notation, int precision);
+bool ParseFloat(std::string_view text, double& value);
 
 // "0x" and two lower-case digits a byte; reading takes the digits with or without "0x".
-std::string formatBytes(const std::uint8_t* bytes, std::size_t count);
-bool parseBytes(std::string_view text, std::vector<std::uint8_t>& bytes);
+std::string FormatBytes(const uint8_t* bytes, size_t count);
+bool ParseBytes(std::string_view text, std::vector<uint8_t>& bytes);
 
 }  // namespace Engine
 }  // namespace GENAPI_NAMESPACE

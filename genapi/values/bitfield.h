@@ -12,24 +12,24 @@ namespace Engine {
 class BitField {
   public:
     // length in bytes, 1 to 8
-    BitField(const RegisterData& data, std::size_t length);
+    BitField(const RegisterData& data, size_t length);
 
-    std::int64_t min() const;
-    std::int64_t max() const;
+    int64_t Min() const;
+    int64_t Max() const;
     // The bytes of the whole register as a number, and back.
-    std::uint64_t load(const std::uint8_t* bytes) const;
-    void store(std::uint64_t content, std::uint8_t* bytes) const;
+    uint64_t Load(const uint8_t* bytes) const;
+    void Store(uint64_t content, uint8_t* bytes) const;
     // The field in the register's number, and the number with another field in it. A value that is
     // too large is cut.
-    std::int64_t extract(std::uint64_t content) const;
-    std::uint64_t insert(std::int64_t value, std::uint64_t content) const;
+    int64_t Extract(uint64_t content) const;
+    uint64_t Insert(int64_t value, uint64_t content) const;
     // Whether the field is the whole register, so that its old content does not matter.
-    bool isWhole() const { return width_ == 8 * length_; }
+    bool IsWhole() const { return width_ == 8 * length_; }
 
   private:
-    std::uint64_t mask() const { return ~std::uint64_t{0} >> (64 - width_); }
+    uint64_t Mask() const { return ~uint64_t{0} >> (64 - width_); }
 
-    std::size_t length_;
+    size_t length_;
     unsigned shift_;  // of the least significant bit
     unsigned width_;  // in bits, 1 to 64
     bool bigEndian_;

@@ -5,7 +5,7 @@
 #include <GenApi/ICategory.h>
 
 #include "genapi/nodes/integerbase.h"
-#include "genapi/nodes/stringnodes.h"
+#include "genapi/nodes/stringnode.h"
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
@@ -33,10 +33,10 @@ class CategoryNode final : public Node, public ICategory {
     void GetFeatures(FeatureList_t& features) const override;
 
   protected:
-    EAccessMode sourceAccessMode(bool relaxed) override;
+    EAccessMode SourceAccessMode(bool relaxed) override;
 
   private:
-    Slice<NodeId> features() const;
+    Slice<NodeId> Features() const;
 };
 
 // IntKey, SmartFeature, AdvFeatureLock.
@@ -46,11 +46,11 @@ class LegacyInteger final : public IntegerBase {
     using IntegerBase::operator=;
 
   protected:
-    std::int64_t readValue(ReadOptions) override { return 0; }
-    void writeValue(std::int64_t, bool) override {}
-    std::int64_t ownMin() override { return 0; }
-    std::int64_t ownMax() override { return 0; }
-    EAccessMode sourceAccessMode(bool) override { return NI; }
+    int64_t ReadValue(ReadOptions) override { return 0; }
+    void WriteValue(int64_t, bool) override {}
+    int64_t OwnMin() override { return 0; }
+    int64_t OwnMax() override { return 0; }
+    EAccessMode SourceAccessMode(bool) override { return NI; }
 };
 
 // TextDesc.
@@ -60,10 +60,10 @@ class LegacyString final : public StringBase {
     using StringBase::operator=;
 
   protected:
-    std::string readValue(ReadOptions) override { return {}; }
-    void writeValue(const std::string&, bool) override {}
-    std::int64_t maxLength() override { return 0; }
-    EAccessMode sourceAccessMode(bool) override { return NI; }
+    std::string ReadValue(ReadOptions) override { return {}; }
+    void WriteValue(const std::string&, bool) override {}
+    int64_t MaxLength() override { return 0; }
+    EAccessMode SourceAccessMode(bool) override { return NI; }
 };
 
 }  // namespace Engine
