@@ -12,71 +12,69 @@ namespace Fuzz {
 // bytes must outlive the object.
 class Choices {
   public:
-    Choices(const std::uint8_t* data, std::size_t size, std::uint64_t seed = 1)
+    Choices(const uint8_t* data, size_t size, uint64_t seed = 1)
         : next_(data), end_(data + size), state_(seed) {
-        for (std::size_t i = 0; i < size; ++i)
+        for (size_t i = 0; i < size; ++i)
             state_ = (state_ ^ data[i]) * 0x100000001B3U;
     }
 
     // A number below `count`, which must not be 0.
-    std::size_t Below(std::size_t count) {
+    size_t Below(size_t count) {
         if (count <= 256) return Byte() % count;
-        std::size_t number = 0;
+        size_t number = 0;
         for (int i = 0; i < 4; ++i)
             number = number << 8 | Byte();
         return number % count;
     }
 
-    bool OneIn(std::size_t count) { return Below(count) == 0; }
+    bool OneIn(size_t count) { return Below(count) == 0; }
 
-    std::uint8_t Byte() {
+    uint8_t Byte() {
         if (next_ != end_) return *next_++;
         state_ += 0x9E3779B97F4A7C15U;
-        std::uint64_t mixed = (state_ ^ state_ >> 30) * 0xBF58476D1CE4E5B9U;
+        uint64_t mixed = (state_ ^ state_ >> 30) * 0xBF58476D1CE4E5B9U;
         mixed = (mixed ^ mixed >> 27) * 0x94D049BB133111EBU;
-        return static_cast<std::uint8_t>(mixed >> 56);
+        return static_cast<uint8_t>(mixed >> 56);
     }
 
     // One at which something is different, or near one.
-    std::int64_t Number() {
-        using Limits = std::numeric_limits<std::int64_t>;
-        constexpr std::int64_t kEdges[] = {0,
-                                           1,
-                                           2,
-                                           4,
-                                           7,
-                                           8,
-                                           31,
-                                           32,
-                                           33,
-                                           63,
-                                           64,
-                                           100,
-                                           255,
-                                           256,
-                                           1000,
-                                           4096,
-                                           -1,
-                                           -2,
-                                           -64,
-                                           1000,
-                                           65535,
-                                           65536,
-                                           INT32_MAX,
-                                           INT32_MIN,
-                                           UINT32_MAX,
-                                           Limits::max(),
-                                           Limits::min()};
-        const std::int64_t edge = kEdges[Below(sizeof kEdges / sizeof *kEdges)];
-        return OneIn(4)
-                   ? static_cast<std::int64_t>(static_cast<std::uint64_t>(edge) + Byte() - 128U)
-                   : edge;
+    int64_t Number() {
+        using Limits = std::numeric_limits<int64_t>;
+        constexpr int64_t kEdges[] = {0,
+                                      1,
+                                      2,
+                                      4,
+                                      7,
+                                      8,
+                                      31,
+                                      32,
+                                      33,
+                                      63,
+                                      64,
+                                      100,
+                                      255,
+                                      256,
+                                      1000,
+                                      4096,
+                                      -1,
+                                      -2,
+                                      -64,
+                                      1000,
+                                      65535,
+                                      65536,
+                                      INT32_MAX,
+                                      INT32_MIN,
+                                      UINT32_MAX,
+                                      Limits::max(),
+                                      Limits::min()};
+        const int64_t edge = kEdges[Below(sizeof kEdges / sizeof *kEdges)];
+        return OneIn(4) ? static_cast<int64_t>(static_cast<uint64_t>(edge) + Byte() - 128U) : edge;
     }
 
   private:
-    const std::uint8_t* next_;
-    const std::uint8_t* end_;
-    std::uint64_t state_;
+    const uint8_t* next_;
+    const uint8_t* end_;
+    uint64_t state_;
 };
 
 }  // namespace Fuzz

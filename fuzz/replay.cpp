@@ -12,7 +12,7 @@
 #include <stdexcept>
 #include <vector>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace {
 
@@ -27,7 +27,7 @@ void replay(const std::filesystem::path& path) {
     std::fflush(stdout);
     const std::vector<char> content = contentOf(path);
     // Memory of the exact size, so that a sanitizer sees a read beyond it.
-    const std::unique_ptr<std::uint8_t[]> data(new std::uint8_t[content.size()]);
+    const std::unique_ptr<uint8_t[]> data(new uint8_t[content.size()]);
     std::copy(content.begin(), content.end(), data.get());
     LLVMFuzzerTestOneInput(data.get(), content.size());
 }
@@ -36,7 +36,7 @@ void replay(const std::filesystem::path& path) {
 
 int main(int argc, char** argv) try {
     if (argc != 2) throw std::runtime_error("usage: replay FOLDER");
-    std::size_t count = 0;
+    size_t count = 0;
     for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
         replay(entry.path());
         ++count;

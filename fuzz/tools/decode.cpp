@@ -18,12 +18,12 @@ namespace {
 
 // All that can be decoded, behind one that cannot: numbers are made of one or three components,
 // bits of a pixel and a small number of their own.
-std::vector<std::uint64_t> MakeFormats() {
-    std::vector<std::uint64_t> formats = {0x01080FFF};
-    for (std::uint64_t components : {1U, 2U})
-        for (std::uint64_t bits = 1; bits <= 64; ++bits)
-            for (std::uint64_t id = 0; id < 0x200; ++id) {
-                const std::uint64_t number = components << 24 | bits << 16 | id;
+std::vector<uint64_t> MakeFormats() {
+    std::vector<uint64_t> formats = {0x01080FFF};
+    for (uint64_t components : {1U, 2U})
+        for (uint64_t bits = 1; bits <= 64; ++bits)
+            for (uint64_t id = 0; id < 0x200; ++id) {
+                const uint64_t number = components << 24 | bits << 16 | id;
                 if (Imaging::FindPixelFormat(number) != nullptr) formats.push_back(number);
             }
     return formats;
@@ -33,19 +33,19 @@ void Require(bool condition) {
     if (!condition) std::abort();
 }
 
-std::size_t Size(Fuzz::Message& input) {
+size_t Size(Fuzz::Message& input) {
     return input.Number(1 + input.Number(1) % 8);
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const std::vector<std::uint64_t> formats = MakeFormats();
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    static const std::vector<uint64_t> formats = MakeFormats();
     Fuzz::Message input{data, size};
-    const std::uint64_t format = formats[input.Number(1) % formats.size()];
-    const std::size_t width = Size(input);
-    const std::size_t height = Size(input);
-    const std::size_t padding = Size(input);
+    const uint64_t format = formats[input.Number(1) % formats.size()];
+    const size_t width = Size(input);
+    const size_t height = Size(input);
+    const size_t padding = Size(input);
     try {
         const Imaging::Picture picture =
             Imaging::Decode({input.data, input.size, format, width, height, padding});

@@ -29,7 +29,7 @@ class ToolConfig : public ToolTest {
     // A camera with a description of its own.
     void SetFeatures(const std::string& root, const std::string& nodes) {
         Write("own.xml",
-              test::document(test::named("Category", "Root", root) + nodes + test::kPort));
+              test::Document(test::Named("Category", "Root", root) + nodes + test::kPort));
         SetCameras("<Interface id='usb7' type='U3V'><Camera id='own' descriptionFile='" +
                    Path("own.xml") + "'/></Interface>");
     }
@@ -159,13 +159,13 @@ TEST_F(ToolConfig, NothingToSaveIsAFailureThatSaysWhy) {
     EXPECT_THAT(readOnly.err, HasSubstr("read-only"));
 
     const std::string one = "<pFeature>One</pFeature>";
-    SetFeatures(one, test::literal("One", "1"));
+    SetFeatures(one, test::Literal("One", "1"));
     const ToolResult none = Run({"config", "save", "own", "saved.xml"});
     EXPECT_EQ(none.exitCode, 8);
     EXPECT_THAT(none.err, HasSubstr("calls no feature streamable"));
 
     SetFeatures(one, "<Integer Name='One'><Streamable>Yes</Streamable><Value>1</Value></Integer>" +
-                         test::literal("TLParamsLocked", "1"));
+                         test::Literal("TLParamsLocked", "1"));
     const ToolResult grabbing = Run({"config", "save", "own", "saved.xml"});
     EXPECT_EQ(grabbing.exitCode, 8);
     EXPECT_THAT(grabbing.err, HasSubstr("frames are being grabbed"));
@@ -195,10 +195,10 @@ TEST_F(ToolConfig, SavesAllThatCanBeReadAndWrittenOnRequest) {
         "<Integer Name='Gain'><pIndex>Sel</pIndex><pValueIndexed Index='0'>G0"
         "</pValueIndexed><pValueIndexed Index='1'>G1</pValueIndexed>"
         "<pValueDefault>G0</pValueDefault></Integer>" +
-            test::literal("G0", "5") + test::literal("G1", "6") +
-            test::named("Integer", "Fixed",
+            test::Literal("G0", "5") + test::Literal("G1", "6") +
+            test::Named("Integer", "Fixed",
                         "<ImposedAccessMode>RO</ImposedAccessMode><Value>3</Value>") +
-            test::named("Command", "Start", "<Value>0</Value><CommandValue>1</CommandValue>"));
+            test::Named("Command", "Start", "<Value>0</Value><CommandValue>1</CommandValue>"));
     ASSERT_EQ(Run({"config", "save", "--all", "own", "all.txt"}).exitCode, 0);
     EXPECT_THAT(Read("all.txt"),
                 ::testing::EndsWith("\nSel\t0\nGain\t5\nSel\t1\nGain\t6\nSel\t1\n"));

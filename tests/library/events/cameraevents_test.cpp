@@ -85,9 +85,9 @@ TEST_F(CameraEventsTest, ParametersDoNotNeedThem) {
     producer.ClearRules();
     // An event identifier that makes no sense leaves the other features usable.
     producer.SetDescription(
-        test::document("<Category Name='Root'/><Port Name='Odd'><EventID>901"
+        test::Document("<Category Name='Root'/><Port Name='Odd'><EventID>901"
                        "</EventID></Port>" +
-                       test::kPort + test::intReg("Plain", 0)));
+                       test::kPort + test::IntReg("Plain", 0)));
     device->Release();
     device = ZelCam_CreateDevice(info, ZelCam::DeviceAccess::Control, nullptr);
     ZelCamErr err = ZelCamErr_Error;

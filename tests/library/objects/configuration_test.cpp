@@ -129,12 +129,12 @@ TEST_F(ConfigurationTest, IsLoadedFromEveryForm) {
 
 // The write succeeds, and yet the camera keeps its value.
 TEST_F(ConfigurationTest, AValueThatTheCameraDoesNotTakeIsAFailure) {
-    producer.SetDescription(test::document(
+    producer.SetDescription(test::Document(
         "<Category Name='Root'><pFeature>Width</pFeature><pFeature>Height</pFeature></Category>" +
-        test::named("IntReg", "Width",
-                    test::registerAt(Description::Width, 4) + "<Cachable>NoCache</Cachable>" +
+        test::Named("IntReg", "Width",
+                    test::RegisterAt(Description::Width, 4) + "<Cachable>NoCache</Cachable>" +
                         test::kLittle) +
-        test::intReg("Height", Description::Height) + test::kPort));
+        test::IntReg("Height", Description::Height) + test::kPort));
     OpenDevice();
     producer.AddRule({"GCWritePort", Scripted::AnyCommand, [](const Scripted::Call& call) {
                           Scripted::Reply reply;
@@ -151,15 +151,15 @@ TEST_F(ConfigurationTest, AValueThatTheCameraDoesNotTakeIsAFailure) {
 
 TEST_F(ConfigurationTest, LosesNothingBehindTheEndOfACDataSection) {
     const auto text = [](const std::string& name, int address) {
-        return test::named("StringReg", name,
-                           test::element("Streamable", "Yes") + test::registerAt(address, 32));
+        return test::Named("StringReg", name,
+                           test::Element("Streamable", "Yes") + test::RegisterAt(address, 32));
     };
     producer.SetDescription(
-        test::document("<Category Name='Root'><pFeature>A</pFeature><pFeature>Number</pFeature>"
+        test::Document("<Category Name='Root'><pFeature>A</pFeature><pFeature>Number</pFeature>"
                        "<pFeature>B</pFeature></Category>" +
                        text("A", 0x300) + text("B", 0x340) +
-                       test::named("IntReg", "Number",
-                                   test::element("Streamable", "Yes") + test::registerAt(0x380, 4) +
+                       test::Named("IntReg", "Number",
+                                   test::Element("Streamable", "Yes") + test::RegisterAt(0x380, 4) +
                                        test::kLittle) +
                        test::kPort));
     OpenDevice();

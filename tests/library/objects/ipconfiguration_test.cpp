@@ -193,7 +193,7 @@ TEST_F(IPConfigurationTest, IsNotForcedOnAnotherCamera) {
 }
 
 TEST_F(IPConfigurationTest, NeedsTheFeaturesOfAnInterfaceForGigECameras) {
-    producer.SetDescription(test::document("<Category Name='Root'/>" + test::kPort));
+    producer.SetDescription(test::Document("<Category Name='Root'/>" + test::kPort));
     system.reset();
     OpenInterface();
     info = iface->GetFirstDeviceInfo();

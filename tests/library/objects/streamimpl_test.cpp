@@ -349,7 +349,7 @@ TEST_F(StreamTest, BufferSizeIsTheCamerasOtherwise) {
     Description::Poke(producer, Description::Height, 1);
     EXPECT_EQ(size(imageOnly, 0), 4U);
 
-    EXPECT_EQ(size(test::document("<Category Name='Root'/>" + test::kPort), 64), 0U);
+    EXPECT_EQ(size(test::Document("<Category Name='Root'/>" + test::kPort), 64), 0U);
 }
 
 TEST_F(StreamTest, EndsInOrderWhetherGrabbingOrNot) {

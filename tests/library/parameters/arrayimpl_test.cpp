@@ -9,7 +9,7 @@
 #include "tests/library/support/camera.h"
 
 using namespace ZelGenParam;
-using test::errorOf;
+using test::ErrorOf;
 
 TEST_F(CameraTest, FailedAccessesReachTheCallerAsGenApisExceptions) {
     const std::string where = "Address = 0x00000ABC, Length = 18(0x12)";
@@ -36,7 +36,7 @@ TEST_F(CameraTest, FailedAccessesReachTheCallerAsGenApisExceptions) {
             const auto access = [&] {
                 read ? array->Read(buffer, 0xABC, 18) : array->Write(buffer, 0xABC, 18);
             };
-            EXPECT_EQ(errorOf(access), row.kind + ": " + (read ? "Read" : "Write") + row.text);
+            EXPECT_EQ(ErrorOf(access), row.kind + ": " + (read ? "Read" : "Write") + row.text);
         }
     }
 }
@@ -62,7 +62,7 @@ TEST_F(CameraTest, ThePortTellsItsAccessMode) {
            "-1006"},
           {-1011, "RuntimeException: Get port info error. Command = 9, Error = -1011"}}) {
         port.failures[GenTL::PORT_INFO_ACCESS_NA] = result;
-        EXPECT_EQ(errorOf([&] { array->GetAccessMode(); }), error);
+        EXPECT_EQ(ErrorOf([&] { array->GetAccessMode(); }), error);
     }
 }
 

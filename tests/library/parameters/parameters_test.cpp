@@ -77,7 +77,7 @@ TEST_F(ParametersTest, OfTheCameraFollowTheExternalDescription) {
     OpenDevice();
     const TemporaryFile file(
         "external.xml",
-        test::document("<Category Name='Root'/>" + test::kPort + test::intReg("External", 0)));
+        test::Document("<Category Name='Root'/>" + test::kPort + test::IntReg("External", 0)));
     ZelCamErr err = ZelCamErr_Success;
     info->SetExternalXml("/no/such/file.xml");
     EXPECT_EQ(device->GetCameraParameters(&err), nullptr);

@@ -15,7 +15,7 @@ using ZelCameraApi::Internal::CreateArray;
 namespace {
 
 std::string DescriptionOf(const std::string& feature) {
-    return test::document("<Category Name='Root'><pFeature>" + feature +
+    return test::Document("<Category Name='Root'><pFeature>" + feature +
                           "</pFeature></Category><Integer Name='" + feature +
                           "'><Value>1</Value></Integer><Port Name='Device'/>");
 }
@@ -81,8 +81,8 @@ TEST(PortDescription, UrlsThatLeadNowhereArePassedOver) {
 TEST(PortDescription, TheFirstUsableUrlWins) {
     const TemporaryFile xml("description.XmL", DescriptionOf("InFile"));
     const TemporaryFile zip("description.zip",
-                            test::archive({{"a.xml", DescriptionOf("InZipFile")}}));
-    const std::string packed = test::archive({{"a.xml", DescriptionOf("InZip")}});
+                            test::Archive({{"a.xml", DescriptionOf("InZipFile")}}));
+    const std::string packed = test::Archive({{"a.xml", DescriptionOf("InZip")}});
     FakePort port;
     const std::string second = "Local:b.xml;8000;" + [&] {
         const std::string other = DescriptionOf("Second");
@@ -143,7 +143,7 @@ TEST(PortDescription, ExternalFilesReplaceWhatThePortAnnounces) {
     } cases[] = {{"a.xml", xml, "External"},
                  {"b.xMl", xml, "External"},
                  {"c.xmlx", xml, "External"},
-                 {"d.zip", test::archive({{"a.xml", xml}}), "External"},
+                 {"d.zip", test::Archive({{"a.xml", xml}}), "External"},
                  {"e.txt", xml, "-40201"},
                  {"f", xml, "-40201"},
                  {"g.xml", "no description", "-40207"},
@@ -191,10 +191,10 @@ TEST(PortDescription, ThePortNamesItsModuleAndItsNode) {
             port.failures[GenTL::PORT_INFO_ID] = GenTL::GC_ERR_IO;
             port.texts[GenTL::PORT_INFO_PORTNAME] = "";
         }
-        port.Announce(test::document(
-            test::named("IntReg", "I",
-                        test::registerAt(0, 4, "RW", named ? "Wire" : "Device") + test::kLittle) +
-            test::named("Port", named ? "Wire" : "Device", "")));
+        port.Announce(test::Document(
+            test::Named("IntReg", "I",
+                        test::RegisterAt(0, 4, "RW", named ? "Wire" : "Device") + test::kLittle) +
+            test::Named("Port", named ? "Wire" : "Device", "")));
         const std::unique_ptr<ArrayImpl> array = CreateArray(port.Module(), nullptr, nullptr);
         ASSERT_NE(array, nullptr);
         EXPECT_STREQ(array->GetNodeMap(nullptr)->GetDeviceName().c_str(),

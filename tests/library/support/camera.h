@@ -11,41 +11,41 @@
 
 inline std::string CameraDescription() {
     using namespace test;
-    const auto feature = [](const char* name) { return element("pFeature", name); };
-    const std::string lock = element("pIsLocked", "Locked");
-    return document(
-        named("Category", "Root",
+    const auto feature = [](const char* name) { return Element("pFeature", name); };
+    const std::string lock = Element("pIsLocked", "Locked");
+    return Document(
+        Named("Category", "Root",
               feature("Int") + feature("Float") + feature("String") + feature("Enum") +
                   feature("Boolean") + feature("Command") + feature("Category")) +
-        named("Category", "Category", feature("ReadOnly") + feature("Raw") + feature("Hidden")) +
-        named("Integer", "Int",
+        Named("Category", "Category", feature("ReadOnly") + feature("Raw") + feature("Hidden")) +
+        Named("Integer", "Int",
               "<ToolTip>Tip</ToolTip><Description>About</Description><DisplayName>Shown"
               "</DisplayName><Visibility>Guru</Visibility>" +
                   lock +
                   "<Streamable>Yes</Streamable>"
                   "<pValue>IntReg</pValue><Min>10</Min><Max>100</Max><Inc>5</Inc>") +
-        intReg("IntReg", 0) +
-        named("Float", "Float",
+        IntReg("IntReg", 0) +
+        Named("Float", "Float",
               lock + "<pValue>FloatReg</pValue><Min>0</Min><Max>2</Max><Unit>s</Unit>") +
-        named("FloatReg", "FloatReg", registerAt(8, 8) + element("PollingTime", 100) + kLittle) +
-        named("StringReg", "String", lock + registerAt(16, 8)) +
-        named("Enumeration", "Enum",
-              lock + entry("One", 1) + entry("Two", 2) + element("pValue", "EnumReg")) +
-        intReg("EnumReg", 24) +
-        named("Boolean", "Boolean",
+        Named("FloatReg", "FloatReg", RegisterAt(8, 8) + Element("PollingTime", 100) + kLittle) +
+        Named("StringReg", "String", lock + RegisterAt(16, 8)) +
+        Named("Enumeration", "Enum",
+              lock + Entry("One", 1) + Entry("Two", 2) + Element("pValue", "EnumReg")) +
+        IntReg("EnumReg", 24) +
+        Named("Boolean", "Boolean",
               lock + "<pValue>BooleanReg</pValue><OnValue>1</OnValue>"
                      "<OffValue>0</OffValue>") +
-        intReg("BooleanReg", 28) +
-        named("Command", "Command",
+        IntReg("BooleanReg", 28) +
+        Named("Command", "Command",
               lock + "<pValue>CommandReg</pValue><CommandValue>1</CommandValue>") +
-        intReg("CommandReg", 32) +
-        named("Integer", "ReadOnly", "<ImposedAccessMode>RO</ImposedAccessMode><Value>3</Value>") +
-        named("Register", "Raw", registerAt(40, 8)) +
-        named("Integer", "Hidden", "<pIsAvailable>ReadZero</pIsAvailable><Value>3</Value>") +
-        named("Integer", "ReadZero", element("Value", 0)) +
+        IntReg("CommandReg", 32) +
+        Named("Integer", "ReadOnly", "<ImposedAccessMode>RO</ImposedAccessMode><Value>3</Value>") +
+        Named("Register", "Raw", RegisterAt(40, 8)) +
+        Named("Integer", "Hidden", "<pIsAvailable>ReadZero</pIsAvailable><Value>3</Value>") +
+        Named("Integer", "ReadZero", Element("Value", 0)) +
         // No features of a category.
-        intReg("Locked", 56) + named("IntReg", "WriteOnly", registerAt(48, 4, "WO") + kLittle) +
-        named("IntReg", "NoLength",
+        IntReg("Locked", 56) + Named("IntReg", "WriteOnly", RegisterAt(48, 4, "WO") + kLittle) +
+        Named("IntReg", "NoLength",
               "<Address>52</Address><pLength>ReadZero</pLength><AccessMode>RW</AccessMode>"
               "<pPort>Device</pPort>" +
                   kLittle) +

@@ -25,27 +25,27 @@ enum Register : uint64_t {
 
 inline std::string Feature(const std::string& name, int address, const std::string& limits = "",
                            const std::string& kind = "Integer") {
-    return test::intReg(name + "Reg", address) +
-           test::named(
+    return test::IntReg(name + "Reg", address) +
+           test::Named(
                kind, name,
-               test::element("Streamable", "Yes") + test::element("pValue", name + "Reg") + limits);
+               test::Element("Streamable", "Yes") + test::Element("pValue", name + "Reg") + limits);
 }
 
 inline std::string OfSelected(const std::string& name, int address) {
-    return test::intReg(name, address, "<pIndex Offset='16'>DeviceSelector</pIndex>");
+    return test::IntReg(name, address, "<pIndex Offset='16'>DeviceSelector</pIndex>");
 }
 
 // The fields of an event message, big endian or as `order` says.
 inline std::string EventField(const std::string& name, int address, int length,
                               const std::string& order) {
-    return test::named("IntReg", name,
-                       test::registerAt(address, length, "RO", "EventPort") + order);
+    return test::Named("IntReg", name,
+                       test::RegisterAt(address, length, "RO", "EventPort") + order);
 }
 
 // The identifier of the selected camera, which not every interface tells.
 inline std::string DeviceID() {
-    return test::named("StringReg", "DeviceID",
-                       test::registerAt(test::element("Address", static_cast<int>(Identifier)) +
+    return test::Named("StringReg", "DeviceID",
+                       test::RegisterAt(test::Element("Address", static_cast<int>(Identifier)) +
                                             "<pIndex Offset='16'>DeviceSelector</pIndex>",
                                         16, "RO"));
 }
@@ -57,25 +57,25 @@ inline std::string Xml(const std::string& payloadSize = "PayloadSize",
                                   OfSelected("GevDeviceIPAddress", Camera) +
                                   OfSelected("GevDeviceSubnetMask", Camera + 4) +
                                   OfSelected("GevDeviceGateway", Camera + 8) +
-                                  test::intReg("GevDeviceForceIPAddress", Force) +
-                                  test::intReg("GevDeviceForceSubnetMask", Force + 4) +
-                                  test::intReg("GevDeviceForceGateway", Force + 8) +
-                                  test::intReg("GevDeviceForceIPReg", ForceCommand) +
-                                  test::over("GevDeviceForceIP", "GevDeviceForceIPReg",
+                                  test::IntReg("GevDeviceForceIPAddress", Force) +
+                                  test::IntReg("GevDeviceForceSubnetMask", Force + 4) +
+                                  test::IntReg("GevDeviceForceGateway", Force + 8) +
+                                  test::IntReg("GevDeviceForceIPReg", ForceCommand) +
+                                  test::Over("GevDeviceForceIP", "GevDeviceForceIPReg",
                                              "<CommandValue>1</CommandValue>", "Command");
     const std::string camera =
         "<Category Name='Root'><pFeature>Width</pFeature><pFeature>Height</pFeature>"
         "<pFeature>PixelFormat</pFeature></Category>" +
         Feature("Width", Width, "<Min>0</Min><Max>1000</Max>") + Feature("Height", Height) +
-        test::intReg("PixelFormatReg", PixelFormat) +
-        test::named("Enumeration", "PixelFormat",
-                    "<Streamable>Yes</Streamable>" + test::entry("Mono8", 0x01080001) +
-                        test::entry("Mono12p", 0x010C0047) + "<pValue>PixelFormatReg</pValue>") +
-        test::intReg(payloadSize, PayloadSize);
+        test::IntReg("PixelFormatReg", PixelFormat) +
+        test::Named("Enumeration", "PixelFormat",
+                    "<Streamable>Yes</Streamable>" + test::Entry("Mono8", 0x01080001) +
+                        test::Entry("Mono12p", 0x010C0047) + "<pValue>PixelFormatReg</pValue>") +
+        test::IntReg(payloadSize, PayloadSize);
     const std::string event = "<Port Name='EventPort'><EventID>9001</EventID></Port>" +
                               EventField("GevBlock", 6, 2, test::kBig) +
                               EventField("U3vTimestamp", 4, 8, test::kLittle);
-    return test::document(interface + camera + event + test::kPort + more);
+    return test::Document(interface + camera + event + test::kPort + more);
 }
 
 inline void Poke(Scripted::Control& producer, uint64_t address, uint32_t value) {
