@@ -78,6 +78,7 @@ TEST(NodeMapRef, RefusesOperationsWithoutAMapAndLoadsWithOne) {
 class Parameters {
   protected:
     virtual ~Parameters() {}
+    // NOLINTNEXTLINE(readability-identifier-naming): CNodeMapRefT calls it by this name
     virtual void _Initialize(INodeMap* map) { maps.push_back(map); }
     std::vector<INodeMap*> maps;
 };
