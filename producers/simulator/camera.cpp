@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "producers/simulator/chunkregisters.h"
 #include "producers/simulator/error.h"
 
 namespace ZelSim {
@@ -25,9 +24,7 @@ Camera::Camera(CameraConfig config, std::string tlType)
       events_(tlType_),
       userName_(config_.userName),
       features_(*this) {
-    events_.AddRegisters(*registers_, [this] { return Ticks(Nanoseconds()); });
     events_.Follow(control_);
-    AddChunkRegisters(*registers_, control_);
 }
 
 void Camera::CheckPlugged() const {

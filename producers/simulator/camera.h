@@ -45,6 +45,7 @@ class Camera : public std::enable_shared_from_this<Camera> {
     std::shared_ptr<const FrameSettings> Settings() const { return control_.Settings(); }
     EventChannel& Events() { return events_; }
     Acquisition& GetAcquisition() { return acquisition_; }
+    const CameraFeatures& Features() const { return features_; }
 
     bool IsPlugged() const { return plugged_.load(std::memory_order_relaxed); }
     void CheckPlugged() const;  // throws GC_ERR_IO

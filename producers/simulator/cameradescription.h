@@ -10,7 +10,7 @@ namespace ZelSim {
 
 class Camera;
 
-// Assembled for one camera: what it can do and how its registers are laid out.
+// What the camera can do and how its registers are laid out.
 std::unique_ptr<const Description> MakeCameraDescription(const Camera& camera);
 
 }  // namespace ZelSim

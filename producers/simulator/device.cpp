@@ -1,11 +1,12 @@
 #include "producers/simulator/device.h"
 
+#include "producers/simulator/devicefeatures.h"
 #include "producers/simulator/error.h"
+#include "producers/simulator/infosource.h"
 #include "producers/simulator/library.h"
-#include "producers/simulator/localregisters.h"
 #include "producers/simulator/messageevent.h"
-#include "producers/simulator/placeholders.h"
 #include "producers/simulator/remotedevice.h"
+#include "producers/simulator/selector.h"
 #include "producers/simulator/stream.h"
 #include "producers/simulator/transporttype.h"
 
@@ -31,47 +32,60 @@ Device::Device(const std::shared_ptr<Camera>& camera, GenTL::DEVICE_ACCESS_FLAGS
       eventSubscription_(camera->Events().Subscribe(*this)) {
     AddInformation();
     AddStreams();
-    if (camera_->TlType() == TLTypeGEVName) AddNetwork();
     AddLink();
+    features_.Complete();
 }
 
-// The registers stand in descriptions/device.xml as well.
 void Device::AddInformation() {
-    AddInfos(Registers(),
-             {{0x2000, kTextSize, GenTL::DEVICE_INFO_ID},
-              {0x2100, kTextSize, GenTL::DEVICE_INFO_VENDOR},
-              {0x2200, kTextSize, GenTL::DEVICE_INFO_MODEL},
-              {0x2300, kTextSize, GenTL::DEVICE_INFO_SERIAL_NUMBER},
-              {0x2400, kTextSize, GenTL::DEVICE_INFO_USER_DEFINED_NAME},
-              {0x2500, kTextSize, GenTL::DEVICE_INFO_VERSION},
-              {0x2600, kTextSize, GenTL::DEVICE_INFO_DISPLAYNAME},
-              {0x2704, 4, GenTL::DEVICE_INFO_ACCESS_STATUS},
-              {0x2708, 8, GenTL::DEVICE_INFO_TIMESTAMP_FREQUENCY}},
-             [this](Answer answer) { GetInfo(answer); });
-    AddNumber(Registers(), 0x2700, 4, [this] { return TransportTypeNumber(camera_->TlType()); });
+    ShownCamera shown;
+    shown.camera = [this] { return camera_; };
+    shown.getInfo = [this](Answer answer) { GetInfo(answer); };
+    features_.Category("DeviceInformation", "What the camera is, as this side knows it.");
+    AddDeviceIdentity(features_, shown, 0x2000);
+    features_.StringReg("DeviceDisplayName", "Name of the camera for people.")
+        .Expert()
+        .At(0x2600, kTextSize)
+        .Bind(InfoSource(GenTL::DEVICE_INFO_DISPLAYNAME, shown.getInfo));
+    features_.Enumeration("DeviceType", "Transport type of the camera.")
+        .At(0x2700)
+        .Entries(TransportTypeEntries())
+        .Get([this] { return TransportTypeNumber(camera_->TlType()); });
+    AddDeviceAccessStatus(features_, shown, "How the camera is open.", 0x2704);
+    features_.IntReg("DeviceTimestampFrequency", "Ticks of the clock of the camera in a second.")
+        .Expert()
+        .At(0x2708, 8)
+        .Unit("Hz")
+        .Bind(InfoSource(GenTL::DEVICE_INFO_TIMESTAMP_FREQUENCY, shown.getInfo));
+    features_
+        .Enumeration("DeviceEndianessMechanism",
+                     "How the byte order of the registers of the camera is told.")
+        .Guru()
+        .Entries({{"Legacy", 0, "By the transport type."},
+                  {"Standard", 1, "By the description of the camera."}})
+        .Constant(1);
+    if (camera_->TlType() == TLTypeGEVName) AddDeviceNetwork(features_, shown);
 }
 
 void Device::AddStreams() {
-    RegisterSpace& registers = Registers();
-    AddNumber(registers, 0x3004, 4, [this] { return NumStreams(); });
-    registers.Add(RegisterSpace::Integer{
-        0x3000, 4, Access::ReadWrite, [this] { return selectedStream_; },
-        [this](uint64_t index) {
-            if (index < NumStreams()) return;
-            throw Error(GenTL::GC_ERR_INVALID_VALUE, "not that many streams");
-        },
-        [this](uint64_t index) { selectedStream_ = static_cast<uint32_t>(index); }});
-    registers.Add(RegisterSpace::String{0x3100, kTextSize, Access::ReadOnly,
-                                        [this] { return StreamId(selectedStream_); }, nullptr,
-                                        nullptr});
-}
-
-// These stand in descriptions/devicegev.xml.
-void Device::AddNetwork() {
-    AddNumber(Registers(), 0x4100, 8, [this] { return MacAddressOf(Id()); });
-    AddNumber(Registers(), 0x4108, 4, [this] { return camera_->Ip().address; });
-    AddNumber(Registers(), 0x410C, 4, [this] { return camera_->Ip().mask; });
-    AddNumber(Registers(), 0x4110, 4, [this] { return camera_->Ip().gateway; });
+    IntegerValue index;
+    index.get = [this] { return selectedStream_; };
+    index.check = [this](uint64_t value) {
+        if (value < NumStreams()) return;
+        throw Error(GenTL::GC_ERR_INVALID_VALUE, "not that many streams");
+    };
+    index.set = [this](uint64_t value) { selectedStream_ = static_cast<uint32_t>(value); };
+    features_.Category("StreamEnumeration", "The data streams of the camera.");
+    AddSelector(features_, "Stream", "Index of the stream that the features below tell about.",
+                0x3000, std::move(index), [this] { return NumStreams(); })
+        .Expert();
+    TextValue id;
+    id.get = [this] { return StreamId(selectedStream_); };
+    features_.StringReg("StreamID", "Identifier of the stream.")
+        .Expert()
+        .AvailableIf("StreamCount")
+        .SelectedBy("StreamSelector")
+        .At(0x3100, kTextSize)
+        .Bind(std::move(id));
 }
 
 void Device::AddLink() {
@@ -79,8 +93,17 @@ void Device::AddLink() {
         const std::shared_ptr<RemoteDevice> remote = Remote();
         return remote == nullptr ? 0 : (*remote.*counter)();
     };
-    AddNumber(Registers(), 0x5000, 8, [=] { return count(&Module::NumReads); });
-    AddNumber(Registers(), 0x5008, 8, [=] { return count(&Module::NumWrites); });
+    features_
+        .Category("LinkStatistics", "What went over the link to the camera since it was opened.")
+        .Expert();
+    features_.IntReg("LinkReadCount", "Read accesses to registers of the camera.")
+        .Expert()
+        .At(0x5000, 8)
+        .Get([=] { return count(&Module::NumReads); });
+    features_.IntReg("LinkWriteCount", "Write accesses to registers of the camera.")
+        .Expert()
+        .At(0x5008, 8)
+        .Get([=] { return count(&Module::NumWrites); });
 }
 
 void Device::GetInfo(Answer answer) const {
@@ -137,16 +160,13 @@ std::shared_ptr<Event> Device::MakeEvent(GenTL::EVENT_TYPE type) {
 }
 
 std::unique_ptr<const Description> Device::MakeDescription() const {
-    Placeholders values;
-    values.Xml("GEV_INFORMATION", "");
-    values.Xml("GEV_FEATURES", "");
-    if (camera_->TlType() == TLTypeGEVName) {
-        values.List("GEV_INFORMATION", "pFeature",
-                    {"GevDeviceMACAddress", "GevDeviceIPAddress", "GevDeviceSubnetMask",
-                     "GevDeviceGateway"});
-        values.Xml("GEV_FEATURES", "@devicegev.xml@");
-    }
-    return std::make_unique<Description>("ZelSim_Device", values.FillIn("device.xml"),
+    DescriptionHeader header;
+    header.modelName = "SimulatedDevice";
+    header.vendorName = "ZelCam";
+    header.toolTip = "Features of this side of a simulated camera";
+    header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D30";
+    header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D3F";
+    return std::make_unique<Description>("ZelSim_Device", features_.Describe(header),
                                          Description::Form::Zip);
 }
 

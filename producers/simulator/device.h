@@ -8,6 +8,7 @@
 
 #include "producers/simulator/camera.h"
 #include "producers/simulator/claim.h"
+#include "producers/simulator/featuretable.h"
 #include "producers/simulator/module.h"
 
 namespace ZelSim {
@@ -42,7 +43,6 @@ class Device final : public Module {
 
     void AddInformation();
     void AddStreams();
-    void AddNetwork();
     void AddLink();
     std::shared_ptr<RemoteDevice> Remote() const;  // null before it is asked for
 
@@ -53,6 +53,7 @@ class Device final : public Module {
     Claim eventSubscription_;
     ClaimedIds openedStreams_;
     uint32_t selectedStream_ = 0;  // used by registers only
+    FeatureTable features_{Registers(), Port().portName, Caching::Off};
     mutable std::mutex remoteMutex_;
     std::shared_ptr<RemoteDevice> remote_;  // guarded by remoteMutex_; open when it is there
 };

@@ -10,10 +10,7 @@ namespace ZelSim {
 
 namespace {
 
-constexpr uint64_t kNotificationAddress = 0x8000;  // one register of 4 bytes for each event
-constexpr uint64_t kTestEventAddress = 0x8100;
-
-// By kind; the description names the same numbers.
+// By kind.
 constexpr uint16_t kIds[kNumEventKinds] = {0x9011, 0x9012, 0x9021, 0x9022, 0x9001, 0x9FFF};
 
 // The features whose change is told, with what they read as.
@@ -34,20 +31,8 @@ constexpr Followed kFollowed[] = {
 
 }  // namespace
 
-void EventChannel::AddRegisters(RegisterSpace& registers, std::function<uint64_t()> clock) {
-    for (uint32_t number = 0; number < kNumEventKinds; ++number) {
-        const auto kind = static_cast<EventKind>(number);
-        RegisterSpace::Integer notification;
-        notification.address = kNotificationAddress + number * sizeof(uint32_t);
-        notification.get = [this, kind] { return uint64_t{IsOn(kind)}; };
-        notification.set = [this, kind](uint64_t value) { SetOn(kind, value != 0); };
-        registers.Add(notification);
-    }
-    RegisterSpace::Integer test;
-    test.address = kTestEventAddress;
-    test.access = Access::WriteOnly;
-    test.set = [this, clock = std::move(clock)](uint64_t) { Send(EventKind::Test, clock()); };
-    registers.Add(test);
+uint16_t EventIdOf(EventKind kind) {
+    return kIds[static_cast<uint32_t>(kind)];
 }
 
 Claim EventChannel::Subscribe(Module& module) {
@@ -72,7 +57,7 @@ void EventChannel::SetOn(EventKind kind, bool on) {
 
 void EventChannel::Send(EventKind kind, uint64_t timestamp, std::optional<uint64_t> frameId) {
     if (!IsOn(kind)) return;
-    const CameraEvent event{kIds[static_cast<uint32_t>(kind)], timestamp, frameId};
+    const CameraEvent event{EventIdOf(kind), timestamp, frameId};
     const std::lock_guard lock(mutex_);
     if (++lastRequest_ == 0) ++lastRequest_;  // 0 is no number of a request
     const EventMessage message = EncodeEvent(tlType_, event, lastRequest_);

@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -13,7 +12,6 @@
 #include "producers/simulator/cameracontrol.h"
 #include "producers/simulator/claim.h"
 #include "producers/simulator/event.h"
-#include "producers/simulator/registerspace.h"
 
 namespace ZelSim {
 
@@ -30,19 +28,18 @@ enum class EventKind : uint32_t {
 };
 constexpr uint32_t kNumEventKinds = 6;
 
-// Carries the events of a camera to the device modules of all clients that have it open. Which
-// events the camera sends is written to its registers; at power-on only the test event is, which
-// comes upon a command. Thread-safe: events may be sent from the actions of registers and from the
-// threads that make frames.
+// The number by which messages and descriptions refer to the events of a kind.
+uint16_t EventIdOf(EventKind kind);
+
+// Carries the events of a camera to the device modules of all clients that have it open. Features
+// choose the events that the camera sends; at power-on only the test event is, which comes upon a
+// command. Thread-safe: events may be sent from the actions of registers and from the threads that
+// make frames.
 class EventChannel {
   public:
     explicit EventChannel(std::string tlType) : tlType_(std::move(tlType)) {}
     EventChannel(const EventChannel&) = delete;
     EventChannel& operator=(const EventChannel&) = delete;
-
-    // Adds the registers of the event control, which refer to this object. `clock` gives the ticks
-    // for the time stamp of the test event.
-    void AddRegisters(RegisterSpace& registers, std::function<uint64_t()> clock);
 
     // Says of the features that depend on the settings when they change. The control lives longer.
     void Follow(CameraControl& control);
@@ -54,6 +51,8 @@ class EventChannel {
         return (enabled_.load(std::memory_order_relaxed) >> static_cast<uint32_t>(kind) & 1U) != 0;
     }
 
+    void SetOn(EventKind kind, bool on);
+
     // What is sent is again what it was at power-on.
     void Reset() { enabled_ = kEnabledAtPowerOn; }
 
@@ -64,7 +63,6 @@ class EventChannel {
     static constexpr uint32_t kEnabledAtPowerOn = 1U << static_cast<uint32_t>(EventKind::Test);
 
     void ReportChanges(const FrameSettings& before, const FrameSettings& after);
-    void SetOn(EventKind kind, bool on);
     void Fire(GenTL::EVENT_TYPE type, uint64_t id, EventData data);
 
     const std::string tlType_;

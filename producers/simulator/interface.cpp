@@ -1,9 +1,9 @@
 #include "producers/simulator/interface.h"
 
 #include "producers/simulator/device.h"
+#include "producers/simulator/devicefeatures.h"
+#include "producers/simulator/infosource.h"
 #include "producers/simulator/library.h"
-#include "producers/simulator/localregisters.h"
-#include "producers/simulator/placeholders.h"
 #include "producers/simulator/transporttype.h"
 #include "producers/simulator/zelsim.h"
 
@@ -26,54 +26,108 @@ Interface::Interface(std::shared_ptr<HostInterface> host, Handle client, Claim c
       cameras_(host_->Cameras()) {
     AddInformation();
     AddEnumeration();
-    if (host_->Config().type == TLTypeGEVName) AddNetwork();
+    features_.Complete();
 }
 
-// The registers stand in descriptions/interface.xml as well.
 void Interface::AddInformation() {
-    AddInfos(Registers(),
-             {{0x2000, kTextSize, GenTL::INTERFACE_INFO_ID},
-              {0x2100, kTextSize, GenTL::INTERFACE_INFO_DISPLAYNAME}},
-             [this](Answer answer) { GetInfo(answer); });
-    AddNumber(Registers(), 0x2200, 4, [this] { return TransportTypeNumber(host_->Config().type); });
+    const auto info = [this](int32_t command) {
+        return InfoSource(command, [this](Answer answer) { GetInfo(answer); });
+    };
+    features_.Category("InterfaceInformation", "What the interface is.");
+    features_.StringReg("InterfaceID", "Identifier of the interface.")
+        .At(0x2000, kTextSize)
+        .Bind(info(GenTL::INTERFACE_INFO_ID));
+    features_.StringReg("InterfaceDisplayName", "Name of the interface for people.")
+        .Expert()
+        .At(0x2100, kTextSize)
+        .Bind(info(GenTL::INTERFACE_INFO_DISPLAYNAME));
+    features_.Enumeration("InterfaceType", "Transport type of the interface.")
+        .At(0x2200)
+        .Entries(TransportTypeEntries())
+        .Get([this] { return TransportTypeNumber(host_->Config().type); });
+    if (IsGev()) AddAdapter();
+}
+
+void Interface::AddAdapter() {
+    features_.IntReg("GevInterfaceMACAddress", "MAC address of the adapter.")
+        .At(0x4000, 8)
+        .Representation("MACAddress")
+        .Get([this] { return MacAddressOf(Id()); });
+    features_.Integer("GevInterfaceGatewaySelector", "Index of the gateway; the adapter has one.")
+        .Expert()
+        .Value(0)
+        .Limits(0, 0);
+    features_.IntReg("GevInterfaceGateway", "Gateway of the adapter; 0.0.0.0 is none.")
+        .Expert()
+        .SelectedBy("GevInterfaceGatewaySelector")
+        .At(0x4010)
+        .Representation("IPV4Address")
+        .Get([this] { return host_->Ip().gateway; });
+    features_.Integer("GevInterfaceSubnetSelector", "Index of the subnet; the adapter has one.")
+        .Expert()
+        .Value(0)
+        .Limits(0, 0);
+    features_.IntReg("GevInterfaceSubnetIPAddress", "Address of the adapter in the subnet.")
+        .SelectedBy("GevInterfaceSubnetSelector")
+        .At(0x4008)
+        .Representation("IPV4Address")
+        .Get([this] { return host_->Ip().address; });
+    features_.IntReg("GevInterfaceSubnetMask", "Mask of the subnet.")
+        .SelectedBy("GevInterfaceSubnetSelector")
+        .At(0x400C)
+        .Representation("IPV4Address")
+        .Get([this] { return host_->Ip().mask; });
 }
 
 void Interface::AddEnumeration() {
-    AddCommand(Registers(), 0x3000, [this] { UpdateCameras(); });
-    selected_.AddTo(Registers(), 0x3004, 0x3008);
-    AddInfos(Registers(),
-             {{0x300C, 4, GenTL::DEVICE_INFO_ACCESS_STATUS},
-              {0x3100, kTextSize, GenTL::DEVICE_INFO_ID},
-              {0x3200, kTextSize, GenTL::DEVICE_INFO_VENDOR},
-              {0x3300, kTextSize, GenTL::DEVICE_INFO_MODEL},
-              {0x3400, kTextSize, GenTL::DEVICE_INFO_SERIAL_NUMBER},
-              {0x3500, kTextSize, GenTL::DEVICE_INFO_USER_DEFINED_NAME},
-              {0x3600, kTextSize, GenTL::DEVICE_INFO_VERSION}},
-             [this](Answer answer) { selected_.Item()->GetInfo(answer, client_); });
+    ShownCamera selected;
+    selected.camera = [this] { return selected_.Item(); };
+    selected.getInfo = [this](Answer answer) { selected_.Item()->GetInfo(answer, client_); };
+    selected.trait = [](Feature& feature) {
+        feature.AvailableIf("DeviceCount").SelectedBy("DeviceSelector");
+    };
+    features_.Category("DeviceEnumeration", "The cameras that the interface lists.");
+    features_.Command("DeviceUpdateList", "Updates the list of the cameras.")
+        .Expert()
+        .At(0x3000)
+        .Does([this] { UpdateCameras(); })
+        .DoneAtOnce();
+    selected_.AddTo(features_, "Device",
+                    "Index of the camera that the features below tell about, in the order of the "
+                    "list of the producer.",
+                    0x3004);
+    AddDeviceIdentity(features_, selected, 0x3100);
+    AddDeviceAccessStatus(features_, selected, "How the camera can be opened, or is open.", 0x300C);
+    if (!IsGev()) return;
+    AddDeviceNetwork(features_, selected);
+    AddForcedNetwork();
 }
 
-// These stand in descriptions/interfacegev.xml.
-void Interface::AddNetwork() {
-    RegisterSpace& registers = Registers();
-    AddNumber(registers, 0x4000, 8, [this] { return MacAddressOf(Id()); });
-    AddNumber(registers, 0x4008, 4, [this] { return host_->Ip().address; });
-    AddNumber(registers, 0x400C, 4, [this] { return host_->Ip().mask; });
-    AddNumber(registers, 0x4010, 4, [this] { return host_->Ip().gateway; });
-
-    AddNumber(registers, 0x4100, 8, [this] { return MacAddressOf(selected_.Item()->Id()); });
-    AddNumber(registers, 0x4108, 4, [this] { return selected_.Item()->Ip().address; });
-    AddNumber(registers, 0x410C, 4, [this] { return selected_.Item()->Ip().mask; });
-    AddNumber(registers, 0x4110, 4, [this] { return selected_.Item()->Ip().gateway; });
-
-    const auto addForced = [&](uint64_t address, uint32_t& value) {
-        registers.Add(RegisterSpace::Integer{
-            address, 4, Access::ReadWrite, [&value] { return value; }, nullptr,
-            [&value](uint64_t number) { value = static_cast<uint32_t>(number); }});
+void Interface::AddForcedNetwork() {
+    const auto add = [this](const char* name, const char* toolTip, uint32_t& value) -> Feature& {
+        return features_.IntReg(name, toolTip)
+            .Expert()
+            .AvailableIf("DeviceCount")
+            .Representation("IPV4Address")
+            .Get([&value] { return value; })
+            .Set([&value](uint64_t number) { value = static_cast<uint32_t>(number); });
     };
-    addForced(0x4200, forced_.address);
-    addForced(0x4204, forced_.mask);
-    addForced(0x4208, forced_.gateway);
-    AddCommand(registers, 0x420C, [this] { selected_.Item()->ForceIp(forced_); });
+    add("GevDeviceForceIPAddress",
+        "Address to give the camera; 0.0.0.0 gives it the settings of its configuration again.",
+        forced_.address)
+        .At(0x4200);
+    add("GevDeviceForceSubnetMask", "Mask to give the camera.", forced_.mask).At(0x4204);
+    add("GevDeviceForceGateway", "Gateway to give the camera.", forced_.gateway).At(0x4208);
+    features_
+        .Command("GevDeviceForceIP",
+                 "Gives the camera the address, mask and gateway above; refused while anyone "
+                 "has it open.")
+        .Expert()
+        .AvailableIf("DeviceCount")
+        .SelectedBy("DeviceSelector")
+        .At(0x420C)
+        .Does([this] { selected_.Item()->ForceIp(forced_); })
+        .DoneAtOnce();
 }
 
 void Interface::GetDeviceInfo(const char* id, Answer answer) const {
@@ -88,26 +142,13 @@ Handle Interface::OpenDevice(const std::shared_ptr<Interface>& interface, const 
 }
 
 std::unique_ptr<const Description> Interface::MakeDescription() const {
-    Placeholders values;
-    values.Xml("GEV_INFORMATION", "");
-    values.Xml("GEV_ENUMERATION", "");
-    values.Xml("GEV_SELECTED", "");
-    values.Xml("GEV_FEATURES", "");
-    if (host_->Config().type == TLTypeGEVName) {
-        values.List("GEV_INFORMATION", "pFeature",
-                    {"GevInterfaceMACAddress", "GevInterfaceGatewaySelector", "GevInterfaceGateway",
-                     "GevInterfaceSubnetSelector", "GevInterfaceSubnetIPAddress",
-                     "GevInterfaceSubnetMask"});
-        values.List("GEV_ENUMERATION", "pFeature",
-                    {"GevDeviceMACAddress", "GevDeviceIPAddress", "GevDeviceSubnetMask",
-                     "GevDeviceGateway", "GevDeviceForceIPAddress", "GevDeviceForceSubnetMask",
-                     "GevDeviceForceGateway", "GevDeviceForceIP"});
-        values.List("GEV_SELECTED", "pSelected",
-                    {"GevDeviceMACAddress", "GevDeviceIPAddress", "GevDeviceSubnetMask",
-                     "GevDeviceGateway", "GevDeviceForceIP"});
-        values.Xml("GEV_FEATURES", "@interfacegev.xml@");
-    }
-    return std::make_unique<Description>("ZelSim_Interface", values.FillIn("interface.xml"),
+    DescriptionHeader header;
+    header.modelName = "SimulatedInterface";
+    header.vendorName = "ZelCam";
+    header.toolTip = "Features of a simulated interface";
+    header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D20";
+    header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D2F";
+    return std::make_unique<Description>("ZelSim_Interface", features_.Describe(header),
                                          Description::Form::Xml);
 }
 

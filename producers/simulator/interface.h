@@ -6,6 +6,7 @@
 
 #include "producers/simulator/camera.h"
 #include "producers/simulator/claim.h"
+#include "producers/simulator/featuretable.h"
 #include "producers/simulator/hostinterface.h"
 #include "producers/simulator/module.h"
 #include "producers/simulator/selector.h"
@@ -34,7 +35,9 @@ class Interface final : public Module {
 
     void AddInformation();
     void AddEnumeration();
-    void AddNetwork();
+    void AddAdapter();
+    void AddForcedNetwork();
+    bool IsGev() const { return host_->Config().type == TLTypeGEVName; }
 
     const std::shared_ptr<HostInterface> host_;
     const Handle client_;  // the system module
@@ -42,6 +45,7 @@ class Interface final : public Module {
     Snapshot<Camera> cameras_;
     Selector<Camera> selected_{cameras_};
     IpSettings forced_;  // what the next command forces; used by registers only
+    FeatureTable features_{Registers(), Port().portName, Caching::Off};
 };
 
 }  // namespace ZelSim

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <sstream>
+#include <stdexcept>
 #include <utility>
 
 #include "gentl/GenTL.h"
@@ -53,6 +55,12 @@ Register Typed(Definition definition, Load load, Store store) {
 void RegisterSpace::Add(Register reg) {
     CheckRange(reg.address, reg.size);
     const auto lock = Lock();
+    ForEachRegister(reg.address, reg.size, [](const Register& other) {
+        std::ostringstream text;
+        text << "a register overlaps with that at 0x" << std::hex << std::uppercase
+             << other.address;
+        throw std::logic_error(text.str());
+    });
     const uint64_t address = reg.address;
     registers_[address] = std::move(reg);
 }

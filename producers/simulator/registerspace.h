@@ -50,8 +50,8 @@ class RegisterSpace {
 
     ByteOrder Order() const { return order_; }
 
-    // Registers must not overlap. What the functions refer to must live while the space is
-    // accessed.
+    // Throws std::logic_error for a register that overlaps with another one. What the functions
+    // refer to must live while the space is accessed.
     void Add(Register reg);
 
     // Registers that stand for a number or a text, in the byte order of the space. Without a getter

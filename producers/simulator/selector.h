@@ -1,19 +1,19 @@
 // Selectors over lists.
-#ifndef ZELSIM_SELECTOR_H
-#define ZELSIM_SELECTOR_H
+#pragma once
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "gentl/GenTL.h"
 #include "producers/simulator/error.h"
-#include "producers/simulator/registerspace.h"
+#include "producers/simulator/featuretable.h"
 #include "producers/simulator/snapshot.h"
 
 namespace ZelSim {
 
-// The item of a list that the registers of a module tell about: chosen by its index, the first one
-// again when the list has become too short. Used by registers only, with their space locked.
+// The item of a list that the registers of a module show: chosen by its index, the first one again
+// when the list has become too short. Used by registers only, with their space locked.
 template <typename T>
 class Selector {
   public:
@@ -23,16 +23,10 @@ class Selector {
     // Throws GC_ERR_INVALID_INDEX when the list is empty.
     std::shared_ptr<T> Item() const { return list_.At(Index()); }
 
-    // The registers of the index, and of the length of the list; the object must outlive them.
-    void AddTo(RegisterSpace& registers, uint64_t indexAddress, uint64_t countAddress) {
-        registers.Add(RegisterSpace::Integer{
-            indexAddress, 4, Access::ReadWrite, [this] { return Index(); },
-            [this](uint64_t index) { Check(index); },
-            [this](uint64_t index) { index_ = static_cast<uint32_t>(index); }});
-        registers.Add(RegisterSpace::Integer{countAddress, 4, Access::ReadOnly,
-                                             [this] { return uint64_t{list_.Count()}; }, nullptr,
-                                             nullptr});
-    }
+    // The feature "<item>Selector", and the register "<item>Count" behind it. The object must
+    // outlive the table.
+    void AddTo(FeatureTable& features, const std::string& item, const std::string& toolTip,
+               uint64_t address);
 
   private:
     uint32_t Index() const { return index_ < list_.Count() ? index_ : 0; }
@@ -47,6 +41,20 @@ class Selector {
     uint32_t index_ = 0;
 };
 
-}  // namespace ZelSim
+// The features of a selector: the index at an address, and the number of items behind it. Returns
+// the selector itself.
+Feature& AddSelector(FeatureTable& features, const std::string& item, const std::string& toolTip,
+                     uint64_t address, IntegerValue index, std::function<uint64_t()> count);
 
-#endif  // ZELSIM_SELECTOR_H
+template <typename T>
+void Selector<T>::AddTo(FeatureTable& features, const std::string& item, const std::string& toolTip,
+                        uint64_t address) {
+    IntegerValue index;
+    index.get = [this] { return Index(); };
+    index.check = [this](uint64_t value) { Check(value); };
+    index.set = [this](uint64_t value) { index_ = static_cast<uint32_t>(value); };
+    AddSelector(features, item, toolTip, address, std::move(index),
+                [this] { return uint64_t{list_.Count()}; });
+}
+
+}  // namespace ZelSim

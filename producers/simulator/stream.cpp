@@ -6,10 +6,9 @@
 #include <new>
 
 #include "producers/simulator/error.h"
+#include "producers/simulator/infosource.h"
 #include "producers/simulator/library.h"
-#include "producers/simulator/localregisters.h"
 #include "producers/simulator/newbufferevent.h"
-#include "producers/simulator/placeholders.h"
 #include "producers/simulator/transporttype.h"
 
 namespace ZelSim {
@@ -34,30 +33,102 @@ Stream::Stream(std::shared_ptr<Camera> camera, const std::string& id, Claim clai
       claim_(std::move(claim)),
       pool_(std::make_shared<BufferPool>(
           [source = camera_] { source->GetAcquisition().OnInput(); })) {
-    AddRegisters();
+    AddInformation();
+    AddBufferHandling();
+    features_.Complete();
 }
 
-// They stand in descriptions/stream.xml as well.
-void Stream::AddRegisters() {
-    AddInfos(Registers(),
-             {{0x2000, kTextSize, GenTL::STREAM_INFO_ID},
-              {0x3000, 8, GenTL::STREAM_INFO_NUM_DELIVERED},
-              {0x3008, 8, GenTL::STREAM_INFO_NUM_UNDERRUN},
-              {0x3010, 8, GenTL::STREAM_INFO_NUM_STARTED},
-              {0x3018, 8, GenTL::STREAM_INFO_NUM_ANNOUNCED},
-              {0x3020, 8, GenTL::STREAM_INFO_NUM_QUEUED},
-              {0x3028, 8, GenTL::STREAM_INFO_NUM_AWAIT_DELIVERY},
-              {0x3030, 8, GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN},
-              {0x3038, 8, GenTL::STREAM_INFO_BUF_ALIGNMENT},
-              {0x3040, 8, GenTL::STREAM_INFO_NUM_CHUNKS_MAX},
-              {0x3048, 8, GenTL::STREAM_INFO_PAYLOAD_SIZE},
-              {0x3050, 4, GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE},
-              {0x3054, 4, GenTL::STREAM_INFO_IS_GRABBING}},
-             [this](Answer answer) { GetInfo(answer); });
-    AddNumber(Registers(), 0x2100, 4, [this] { return TransportTypeNumber(camera_->TlType()); });
-    Registers().Add(RegisterSpace::Integer{
-        0x3058, 4, Access::ReadWrite, nullptr, [this](uint64_t mode) { CheckBufferHandling(mode); },
-        [this](uint64_t mode) { pool_->SetNewestOnly(mode == kNewestOnly); }});
+BytesSource Stream::Info(int32_t command) const {
+    return InfoSource(command, [this](Answer answer) { GetInfo(answer); });
+}
+
+void Stream::AddInformation() {
+    features_.Category("StreamInformation", "What the data stream is.");
+    features_.StringReg("StreamID", "Identifier of the stream.")
+        .At(0x2000, kTextSize)
+        .Bind(Info(GenTL::STREAM_INFO_ID));
+    features_.Enumeration("StreamType", "Transport type of the stream.")
+        .At(0x2100)
+        .Entries(TransportTypeEntries())
+        .Get([this] { return TransportTypeNumber(camera_->TlType()); });
+}
+
+void Stream::AddBufferHandling() {
+    features_.Category("BufferHandlingControl",
+                       "The buffers of the stream and the frames in them.");
+    features_
+        .Enumeration("StreamBufferHandlingMode",
+                     "Which frames are delivered when they come faster than they are fetched.")
+        .Expert()
+        .LockedBy("StreamIsGrabbing")
+        .At(0x3058)
+        .Entries({{"OldestFirst", 0, "All, in their order, as long as buffers wait for them."},
+                  {"NewestOnly", kNewestOnly,
+                   "The newest; buffers with older ones wait for frames again."}})
+        .Check([this](uint64_t mode) { CheckBufferHandling(mode); })
+        .Set([this](uint64_t mode) { pool_->SetNewestOnly(mode == kNewestOnly); });
+    features_
+        .IntReg("StreamAnnounceBufferMinimum", "Buffers that must be announced before a start.")
+        .Expert()
+        .At(0x3030, 8)
+        .Bind(Info(GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN));
+    features_.IntReg("StreamBufferAlignment", "Alignment of the memory of announced buffers.")
+        .Guru()
+        .At(0x3038, 8)
+        .Unit("B")
+        .Bind(Info(GenTL::STREAM_INFO_BUF_ALIGNMENT));
+    AddCounts();
+    AddLayout();
+}
+
+void Stream::AddCounts() {
+    features_.IntReg("StreamAnnouncedBufferCount", "Buffers that are announced.")
+        .Expert()
+        .At(0x3018, 8)
+        .Bind(Info(GenTL::STREAM_INFO_NUM_ANNOUNCED));
+    features_.IntReg("StreamInputBufferCount", "Buffers that wait for a frame.")
+        .Expert()
+        .At(0x3020, 8)
+        .Bind(Info(GenTL::STREAM_INFO_NUM_QUEUED));
+    features_.IntReg("StreamOutputBufferCount", "Buffers with a frame that wait to be fetched.")
+        .Expert()
+        .At(0x3028, 8)
+        .Bind(Info(GenTL::STREAM_INFO_NUM_AWAIT_DELIVERY));
+    features_.IntReg("StreamStartedFrameCount", "Frames that began to fill a buffer.")
+        .Expert()
+        .At(0x3010, 8)
+        .Bind(Info(GenTL::STREAM_INFO_NUM_STARTED));
+    features_
+        .IntReg("StreamDeliveredFrameCount",
+                "Frames that were fetched since the stream was opened.")
+        .Expert()
+        .At(0x3000, 8)
+        .Bind(Info(GenTL::STREAM_INFO_NUM_DELIVERED));
+    features_
+        .IntReg("StreamLostFrameCount", "Frames that were lost because no buffer waited for them.")
+        .Expert()
+        .At(0x3008, 8)
+        .Bind(Info(GenTL::STREAM_INFO_NUM_UNDERRUN));
+}
+
+void Stream::AddLayout() {
+    features_.IntReg("StreamChunkCountMaximum", "Chunks that a buffer can hold at most.")
+        .Guru()
+        .At(0x3040, 8)
+        .Bind(Info(GenTL::STREAM_INFO_NUM_CHUNKS_MAX));
+    features_.Boolean("StreamIsGrabbing", "Whether the acquisition runs.")
+        .Expert()
+        .At(0x3054)
+        .Bind(Info(GenTL::STREAM_INFO_IS_GRABBING));
+    features_.IntReg("PayloadSize", "Bytes that a frame takes.")
+        .Expert()
+        .AvailableIf("DefinesPayloadSize")
+        .At(0x3048, 8)
+        .Unit("B")
+        .Bind(Info(GenTL::STREAM_INFO_PAYLOAD_SIZE));
+    features_.IntReg("DefinesPayloadSize")
+        .At(0x3050)
+        .Bind(Info(GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE));
 }
 
 void Stream::CheckBufferHandling(uint64_t mode) const {
@@ -222,7 +293,13 @@ void Stream::OnClosing() {
 }
 
 std::unique_ptr<const Description> Stream::MakeDescription() const {
-    return std::make_unique<Description>("ZelSim_Stream", Placeholders().FillIn("stream.xml"),
+    DescriptionHeader header;
+    header.modelName = "SimulatedStream";
+    header.vendorName = "ZelCam";
+    header.toolTip = "Features of a simulated data stream";
+    header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D40";
+    header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D4F";
+    return std::make_unique<Description>("ZelSim_Stream", features_.Describe(header),
                                          Description::Form::Xml);
 }
 

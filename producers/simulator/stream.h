@@ -9,6 +9,7 @@
 #include "producers/simulator/bufferpool.h"
 #include "producers/simulator/camera.h"
 #include "producers/simulator/claim.h"
+#include "producers/simulator/featuretable.h"
 #include "producers/simulator/module.h"
 
 namespace ZelSim {
@@ -51,7 +52,11 @@ class Stream final : public Module {
 
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
     std::unique_ptr<const Description> MakeDescription() const override;
-    void AddRegisters();
+    BytesSource Info(int32_t command) const;
+    void AddInformation();
+    void AddBufferHandling();
+    void AddCounts();
+    void AddLayout();
     void CheckBufferHandling(uint64_t mode) const;
     void OnClosing() override;
     void OnClose() override { claim_.reset(); }
@@ -63,6 +68,7 @@ class Stream final : public Module {
     bool closed_ = false;    // guarded by startMutex_
     mutable std::mutex receiverMutex_;
     std::shared_ptr<Receiver> receiver_;  // guarded by receiverMutex_; while the stream is started
+    FeatureTable features_{Registers(), Port().portName, Caching::Off};
 };
 
 }  // namespace ZelSim

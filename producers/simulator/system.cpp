@@ -1,12 +1,17 @@
 #include "producers/simulator/system.h"
 
+#include "producers/simulator/infosource.h"
 #include "producers/simulator/interface.h"
 #include "producers/simulator/library.h"
-#include "producers/simulator/localregisters.h"
-#include "producers/simulator/placeholders.h"
 #include "producers/simulator/transporttype.h"
 
 namespace ZelSim {
+
+namespace {
+
+constexpr size_t kPathSize = 1024;
+
+}  // namespace
 
 System::System(std::shared_ptr<World> world)
     : Module(Kind::System,
@@ -17,33 +22,113 @@ System::System(std::shared_ptr<World> world)
       interfaces_(world_->Interfaces()) {
     AddInformation();
     AddEnumeration();
+    features_.Complete();
 }
 
-// The registers stand in descriptions/system.xml as well.
 void System::AddInformation() {
-    AddInfos(Registers(),
-             {{0x2000, kTextSize, GenTL::TL_INFO_ID},
-              {0x2100, kTextSize, GenTL::TL_INFO_VENDOR},
-              {0x2200, kTextSize, GenTL::TL_INFO_MODEL},
-              {0x2300, kTextSize, GenTL::TL_INFO_VERSION},
-              {0x2400, kTextSize, GenTL::TL_INFO_NAME},
-              {0x2500, kTextSize, GenTL::TL_INFO_DISPLAYNAME},
-              {0x2604, 4, GenTL::TL_INFO_GENTL_VER_MAJOR},
-              {0x2608, 4, GenTL::TL_INFO_GENTL_VER_MINOR},
-              {0x2800, 1024, GenTL::TL_INFO_PATHNAME}},
-             &Library::GetInfo);
-    AddNumber(Registers(), 0x2600, 4, [this] { return TransportTypeNumber(Port().tlType); });
+    const auto info = [](int32_t command) { return InfoSource(command, &Library::GetInfo); };
+    features_.Category("SystemInformation", "What the producer is.");
+    features_.StringReg("TLID", "Identifier of the producer.")
+        .Display("TL ID")
+        .Expert()
+        .At(0x2000, kTextSize)
+        .Bind(info(GenTL::TL_INFO_ID));
+    features_.StringReg("TLVendorName", "Who made the producer.")
+        .At(0x2100, kTextSize)
+        .Bind(info(GenTL::TL_INFO_VENDOR));
+    features_.StringReg("TLModelName", "Name of the producer.")
+        .At(0x2200, kTextSize)
+        .Bind(info(GenTL::TL_INFO_MODEL));
+    features_.StringReg("TLVersion", "Version of the producer.")
+        .At(0x2300, kTextSize)
+        .Bind(info(GenTL::TL_INFO_VERSION));
+    features_.StringReg("TLFileName", "File name of the producer.")
+        .Expert()
+        .At(0x2400, kTextSize)
+        .Bind(info(GenTL::TL_INFO_NAME));
+    features_.StringReg("TLDisplayName", "Name of the producer for people.")
+        .Expert()
+        .At(0x2500, kTextSize)
+        .Bind(info(GenTL::TL_INFO_DISPLAYNAME));
+    features_.StringReg("TLPath", "Path of the file of the producer.")
+        .Expert()
+        .At(0x2800, kPathSize)
+        .Bind(info(GenTL::TL_INFO_PATHNAME));
+    features_.Enumeration("TLType", "Transport type of the producer.")
+        .At(0x2600)
+        .Entries(TransportTypeEntries())
+        .Get([this] { return TransportTypeNumber(Port().tlType); });
+    features_
+        .IntReg("GenTLVersionMajor",
+                "First number of the GenTL version that the producer implements.")
+        .Display("GenTL Version Major")
+        .Expert()
+        .At(0x2604)
+        .Bind(info(GenTL::TL_INFO_GENTL_VER_MAJOR));
+    features_
+        .IntReg("GenTLVersionMinor",
+                "Second number of the GenTL version that the producer implements.")
+        .Display("GenTL Version Minor")
+        .Expert()
+        .At(0x2608)
+        .Bind(info(GenTL::TL_INFO_GENTL_VER_MINOR));
+    AddNamingConvention();
+}
+
+// The version of the standard that names the features: 1.1.0.
+void System::AddNamingConvention() {
+    features_
+        .Integer("GenTLSFNCVersionMajor",
+                 "First number of the version of the naming convention that the features "
+                 "follow.")
+        .Display("GenTL SFNC Version Major")
+        .Expert()
+        .Constant(1);
+    features_
+        .Integer("GenTLSFNCVersionMinor",
+                 "Second number of the version of the naming convention that the features "
+                 "follow.")
+        .Display("GenTL SFNC Version Minor")
+        .Expert()
+        .Constant(1);
+    features_
+        .Integer("GenTLSFNCVersionSubMinor",
+                 "Third number of the version of the naming convention that the features "
+                 "follow.")
+        .Display("GenTL SFNC Version Sub Minor")
+        .Expert()
+        .Constant(0);
 }
 
 void System::AddEnumeration() {
-    AddCommand(Registers(), 0x3000, [this] { UpdateInterfaces(); });
-    selected_.AddTo(Registers(), 0x3004, 0x3008);
-    AddInfos(Registers(),
-             {{0x3100, kTextSize, GenTL::INTERFACE_INFO_ID},
-              {0x3200, kTextSize, GenTL::INTERFACE_INFO_DISPLAYNAME}},
-             [this](Answer answer) { selected_.Item()->GetInfo(answer); });
-    AddNumber(Registers(), 0x300C, 4,
-              [this] { return TransportTypeNumber(selected_.Item()->Config().type); });
+    const auto info = [this](int32_t command) {
+        return InfoSource(command, [this](Answer answer) { selected_.Item()->GetInfo(answer); });
+    };
+    features_.Category("InterfaceEnumeration", "The interfaces that the producer lists.");
+    features_.Command("InterfaceUpdateList", "Updates the list of the interfaces.")
+        .Expert()
+        .At(0x3000)
+        .Does([this] { UpdateInterfaces(); })
+        .DoneAtOnce();
+    selected_.AddTo(features_, "Interface",
+                    "Index of the interface that the features below tell about.", 0x3004);
+    features_.StringReg("InterfaceID", "Identifier of the interface.")
+        .AvailableIf("InterfaceCount")
+        .SelectedBy("InterfaceSelector")
+        .At(0x3100, kTextSize)
+        .Bind(info(GenTL::INTERFACE_INFO_ID));
+    features_.StringReg("InterfaceDisplayName", "Name of the interface for people.")
+        .Expert()
+        .AvailableIf("InterfaceCount")
+        .SelectedBy("InterfaceSelector")
+        .At(0x3200, kTextSize)
+        .Bind(info(GenTL::INTERFACE_INFO_DISPLAYNAME));
+    features_.Enumeration("InterfaceType", "Transport type of the interface.")
+        .AvailableIf("InterfaceCount")
+        .SelectedBy("InterfaceSelector")
+        .At(0x300C)
+        .Entries(TransportTypeEntries())
+        .Get([this] { return TransportTypeNumber(selected_.Item()->Config().type); });
 }
 
 Handle System::OpenInterface(const std::shared_ptr<System>& system, const char* id) {
@@ -54,7 +139,13 @@ Handle System::OpenInterface(const std::shared_ptr<System>& system, const char* 
 }
 
 std::unique_ptr<const Description> System::MakeDescription() const {
-    return std::make_unique<Description>("ZelSim_System", Placeholders().FillIn("system.xml"),
+    DescriptionHeader header;
+    header.modelName = "SimulatedSystem";
+    header.vendorName = "ZelCam";
+    header.toolTip = "Features of the simulated producer";
+    header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D10";
+    header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D1F";
+    return std::make_unique<Description>("ZelSim_System", features_.Describe(header),
                                          Description::Form::Xml);
 }
 

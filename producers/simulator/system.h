@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "producers/simulator/claim.h"
+#include "producers/simulator/featuretable.h"
 #include "producers/simulator/hostinterface.h"
 #include "producers/simulator/module.h"
 #include "producers/simulator/selector.h"
@@ -28,11 +29,13 @@ class System final : public Module {
   private:
     std::unique_ptr<const Description> MakeDescription() const override;
     void AddInformation();
+    void AddNamingConvention();
     void AddEnumeration();
 
     const std::shared_ptr<World> world_;
     Snapshot<HostInterface> interfaces_;
     Selector<HostInterface> selected_{interfaces_};
+    FeatureTable features_{Registers(), Port().portName, Caching::Off};
     ClaimedIds opened_;
 };
 

@@ -1,18 +1,21 @@
 // Transport types as numbers.
-#ifndef ZELSIM_TRANSPORTTYPE_H
-#define ZELSIM_TRANSPORTTYPE_H
+#pragma once
 
 #include <cstdint>
 #include <string_view>
+#include <vector>
+
+#include "producers/simulator/feature.h"
 
 namespace ZelSim {
 
-// The value that the descriptions' enumerations of transport types give to the name of one.
+// The value of the transport type with this name in enumerations of transport types.
 uint32_t TransportTypeNumber(std::string_view name);
 
-// Bytes a second that its links carry.
+// The entries of such an enumeration.
+std::vector<Entry> TransportTypeEntries();
+
+// Bytes a second that the links of a transport type carry.
 uint64_t LinkSpeed(std::string_view name);
 
 }  // namespace ZelSim
-
-#endif  // ZELSIM_TRANSPORTTYPE_H

@@ -17,6 +17,45 @@ class CameraFeatureTest : public CameraNodesTest {
     }
     bool IsWritable(const char* name) { return GENAPI_NAMESPACE::IsWritable(nodes->Node(name)); }
 
+    // Writes the extreme values, or all of an enumeration; false for what has none.
+    static bool TakesLimits(GENAPI_NAMESPACE::INode* node) {
+        using namespace GENAPI_NAMESPACE;
+        const std::string name = node->GetName().c_str();
+        if (const CIntegerPtr integer = node) {
+            const int64_t before = integer->GetValue();
+            const int64_t range = integer->GetMax() - integer->GetMin();
+            const int64_t highest = integer->GetMax() - range % integer->GetInc();
+            for (const int64_t value : {integer->GetMin(), highest, before})
+                ExpectKept(*integer, value, name);
+            return true;
+        }
+        if (const CFloatPtr number = node) {
+            const double before = number->GetValue();
+            for (const double value : {number->GetMin(), number->GetMax(), before})
+                ExpectKept(*number, value, name);
+            return true;
+        }
+        const CEnumerationPtr enumeration = node;
+        if (!enumeration.IsValid()) return false;
+        const int64_t before = enumeration->GetIntValue();
+        NodeList_t entries;
+        enumeration->GetEntries(entries);
+        for (INode* const entry : entries) {
+            const CEnumEntryPtr value = entry;
+            enumeration->SetIntValue(value->GetValue());
+            if (value->IsSelfClearing()) continue;
+            EXPECT_EQ(enumeration->GetIntValue(false, true), value->GetValue()) << name;
+        }
+        enumeration->SetIntValue(before);
+        return true;
+    }
+
+    template <typename Number, typename T>
+    static void ExpectKept(Number& number, T value, const std::string& name) {
+        number.SetValue(value);
+        EXPECT_EQ(number.GetValue(false, true), value) << name;
+    }
+
     // The bytes of the next frame.
     std::vector<uint8_t> Grab() {
         AllocateAndQueue(1);
@@ -28,6 +67,27 @@ class CameraFeatureTest : public CameraNodesTest {
         return {data, data + size};
     }
 };
+
+// Registers take what the description offers: the limits of numbers, and the entries of
+// enumerations. Each feature is put back, since others may depend on it.
+TEST_F(CameraFeatureTest, WritableFeaturesTakeTheirLimits) {
+    using namespace GENAPI_NAMESPACE;
+    for (const char* keys : {"frameRate='25'", "frameRate='25' bigEndian='true'"}) {
+        Open(keys, "GEV");
+        NodeList_t all;
+        nodes->Map().GetNodes(all);
+        size_t numWritten = 0;
+        for (INode* const node : all) {
+            if (!node->IsFeature() || node->GetAccessMode() != RW) continue;
+            try {
+                if (TakesLimits(node)) ++numWritten;
+            } catch (const GENICAM_NAMESPACE::GenericException& error) {
+                ADD_FAILURE() << node->GetName().c_str() << ": " << error.GetDescription();
+            }
+        }
+        EXPECT_GT(numWritten, 30U);
+    }
+}
 
 TEST_F(CameraFeatureTest, TheRegionStaysOnTheSensor) {
     Open("width='64' height='16'", "U3V");
