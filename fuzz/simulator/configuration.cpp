@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "producers/simulator/configparser.h"
-#include "producers/simulator/error.h"
+#include "producers/server/base/error.h"
+#include "producers/simulator/config/configparser.h"
 
 using namespace ZelSim;
 

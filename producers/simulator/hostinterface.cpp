@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "producers/simulator/error.h"
-#include "producers/simulator/transporttype.h"
+#include "producers/server/base/error.h"
+#include "producers/server/registers/transporttype.h"
 
 namespace ZelSim {
 

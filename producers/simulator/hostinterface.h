@@ -1,16 +1,15 @@
 // What cameras are connected to.
-#ifndef ZELSIM_HOSTINTERFACE_H
-#define ZELSIM_HOSTINTERFACE_H
+#pragma once
 
 #include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
 
-#include "producers/simulator/answer.h"
-#include "producers/simulator/camera.h"
-#include "producers/simulator/config.h"
-#include "producers/simulator/network.h"
+#include "producers/server/base/answer.h"
+#include "producers/simulator/camera/camera.h"
+#include "producers/simulator/config/config.h"
+#include "producers/simulator/config/network.h"
 
 namespace ZelSim {
 
@@ -46,5 +45,3 @@ class HostInterface {
 };
 
 }  // namespace ZelSim
-
-#endif  // ZELSIM_HOSTINTERFACE_H

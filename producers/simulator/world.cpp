@@ -1,6 +1,6 @@
 #include "producers/simulator/world.h"
 
-#include "producers/simulator/error.h"
+#include "producers/server/base/error.h"
 
 namespace ZelSim {
 

@@ -1,13 +1,12 @@
 // The simulated hardware.
-#ifndef ZELSIM_WORLD_H
-#define ZELSIM_WORLD_H
+#pragma once
 
 #include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
 
-#include "producers/simulator/config.h"
+#include "producers/simulator/config/config.h"
 #include "producers/simulator/hostinterface.h"
 
 namespace ZelSim {
@@ -35,5 +34,3 @@ class World {
 };
 
 }  // namespace ZelSim
-
-#endif  // ZELSIM_WORLD_H

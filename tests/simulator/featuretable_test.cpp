@@ -1,6 +1,6 @@
 // Tables of features: what is made of a declaration, and what is refused.
 
-#include "producers/simulator/featuretable.h"
+#include "producers/server/registers/featuretable.h"
 
 #include <stdexcept>
 

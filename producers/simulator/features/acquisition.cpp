@@ -1,5 +1,5 @@
 // When frames are taken, and for how long the sensor is exposed.
-#include "producers/simulator/camera.h"
+#include "producers/simulator/camera/camera.h"
 #include "producers/simulator/features/categories.h"
 #include "producers/simulator/features/settings.h"
 

@@ -1,7 +1,7 @@
 // How bright the image is.
 #include <memory>
 
-#include "producers/simulator/camera.h"
+#include "producers/simulator/camera/camera.h"
 #include "producers/simulator/features/categories.h"
 #include "producers/simulator/features/settings.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "producers/simulator/featuretable.h"
+#include "producers/server/registers/featuretable.h"
 
 namespace ZelSim {
 

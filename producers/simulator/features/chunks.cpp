@@ -1,5 +1,5 @@
 // What the camera sends with each frame beside the image. A chunk adapter serves the ports.
-#include "producers/simulator/camera.h"
+#include "producers/simulator/camera/camera.h"
 #include "producers/simulator/features/categories.h"
 #include "producers/simulator/features/settings.h"
 

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <memory>
 
-#include "producers/simulator/camera.h"
+#include "producers/server/registers/transporttype.h"
+#include "producers/simulator/camera/camera.h"
 #include "producers/simulator/features/categories.h"
 #include "producers/simulator/features/usersets.h"
-#include "producers/simulator/transporttype.h"
 
 namespace ZelSim {
 

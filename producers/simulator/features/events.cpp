@@ -1,8 +1,8 @@
 // What the camera tells by itself. Event messages are read through ports that an event adapter
 // serves; where their fields stand depends on the transport.
-#include "producers/simulator/camera.h"
-#include "producers/simulator/eventmessage.h"
+#include "producers/simulator/camera/camera.h"
 #include "producers/simulator/features/categories.h"
+#include "producers/wire/eventmessage.h"
 
 namespace ZelSim {
 

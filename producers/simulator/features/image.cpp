@@ -2,7 +2,7 @@
 #include <set>
 #include <string_view>
 
-#include "producers/simulator/camera.h"
+#include "producers/simulator/camera/camera.h"
 #include "producers/simulator/features/categories.h"
 #include "producers/simulator/features/settings.h"
 

@@ -6,9 +6,9 @@
 #include <type_traits>
 #include <utility>
 
-#include "producers/simulator/cameracontrol.h"
-#include "producers/simulator/error.h"
-#include "producers/simulator/feature.h"
+#include "producers/server/base/error.h"
+#include "producers/server/registers/feature.h"
+#include "producers/simulator/camera/cameracontrol.h"
 
 namespace ZelSim {
 

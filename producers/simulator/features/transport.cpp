@@ -1,6 +1,6 @@
 // How frames are sent.
-#include "producers/simulator/camera.h"
-#include "producers/simulator/error.h"
+#include "producers/server/base/error.h"
+#include "producers/simulator/camera/camera.h"
 #include "producers/simulator/features/categories.h"
 
 namespace ZelSim {

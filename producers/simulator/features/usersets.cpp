@@ -1,6 +1,6 @@
 #include "producers/simulator/features/usersets.h"
 
-#include "producers/simulator/error.h"
+#include "producers/server/base/error.h"
 #include "producers/simulator/features/categories.h"
 
 namespace ZelSim {

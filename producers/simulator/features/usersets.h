@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "producers/simulator/cameracontrol.h"
+#include "producers/simulator/camera/cameracontrol.h"
 
 namespace ZelSim {
 

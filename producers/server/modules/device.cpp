@@ -1,0 +1,173 @@
+#include "producers/server/modules/device.h"
+
+#include "producers/server/base/error.h"
+#include "producers/server/events/messageevent.h"
+#include "producers/server/modules/devicefeatures.h"
+#include "producers/server/modules/infosource.h"
+#include "producers/server/modules/library.h"
+#include "producers/server/modules/remotedevice.h"
+#include "producers/server/modules/selector.h"
+#include "producers/server/modules/stream.h"
+#include "producers/server/registers/transporttype.h"
+
+namespace ZelSim {
+
+namespace {
+
+PortIdentity IdentityOf(const Camera& camera) {
+    const CameraConfig& config = camera.Config();
+    return {config.id,       config.vendor, config.model, config.version,
+            camera.TlType(), "TLDevice",    "DevicePort"};
+}
+
+}  // namespace
+
+Device::Device(const std::shared_ptr<Camera>& camera, GenTL::DEVICE_ACCESS_FLAGS access,
+               Handle client)
+    : Module(Kind::Device, IdentityOf(*camera), OwnRegisters()),
+      camera_(camera),
+      access_(access),
+      client_(client),
+      claim_(camera->Open(access, client)),
+      eventSubscription_(camera->Events().Subscribe(*this)) {
+    AddInformation();
+    AddStreams();
+    AddLink();
+    features_.Complete();
+}
+
+void Device::AddInformation() {
+    ShownCamera shown;
+    shown.camera = [this] { return camera_; };
+    shown.getInfo = [this](Answer answer) { GetInfo(answer); };
+    features_.Category("DeviceInformation", "What the camera is, as this side knows it.");
+    AddDeviceIdentity(features_, shown, 0x2000);
+    features_.StringReg("DeviceDisplayName", "Name of the camera for people.")
+        .Expert()
+        .At(0x2600, kTextSize)
+        .Bind(InfoSource(GenTL::DEVICE_INFO_DISPLAYNAME, shown.getInfo));
+    features_.Enumeration("DeviceType", "Transport type of the camera.")
+        .At(0x2700)
+        .Entries(TransportTypeEntries())
+        .Get([this] { return TransportTypeNumber(camera_->TlType()); });
+    AddDeviceAccessStatus(features_, shown, "How the camera is open.", 0x2704);
+    features_.IntReg("DeviceTimestampFrequency", "Ticks of the clock of the camera in a second.")
+        .Expert()
+        .At(0x2708, 8)
+        .Unit("Hz")
+        .Bind(InfoSource(GenTL::DEVICE_INFO_TIMESTAMP_FREQUENCY, shown.getInfo));
+    features_
+        .Enumeration("DeviceEndianessMechanism",
+                     "How the byte order of the registers of the camera is told.")
+        .Guru()
+        .Entries({{"Legacy", 0, "By the transport type."},
+                  {"Standard", 1, "By the description of the camera."}})
+        .Constant(1);
+    if (camera_->TlType() == TLTypeGEVName) AddDeviceNetwork(features_, shown);
+}
+
+void Device::AddStreams() {
+    IntegerValue index;
+    index.get = [this] { return selectedStream_; };
+    index.check = [this](uint64_t value) {
+        if (value < NumStreams()) return;
+        throw Error(GenTL::GC_ERR_INVALID_VALUE, "not that many streams");
+    };
+    index.set = [this](uint64_t value) { selectedStream_ = static_cast<uint32_t>(value); };
+    features_.Category("StreamEnumeration", "The data streams of the camera.");
+    AddSelector(features_, "Stream", "Index of the stream that the features below tell about.",
+                0x3000, std::move(index), [this] { return NumStreams(); })
+        .Expert();
+    TextValue id;
+    id.get = [this] { return StreamId(selectedStream_); };
+    features_.StringReg("StreamID", "Identifier of the stream.")
+        .Expert()
+        .AvailableIf("StreamCount")
+        .SelectedBy("StreamSelector")
+        .At(0x3100, kTextSize)
+        .Bind(std::move(id));
+}
+
+void Device::AddLink() {
+    const auto count = [this](uint64_t (Module::*counter)() const) {
+        const std::shared_ptr<RemoteDevice> remote = Remote();
+        return remote == nullptr ? 0 : (*remote.*counter)();
+    };
+    features_
+        .Category("LinkStatistics", "What went over the link to the camera since it was opened.")
+        .Expert();
+    features_.IntReg("LinkReadCount", "Read accesses to registers of the camera.")
+        .Expert()
+        .At(0x5000, 8)
+        .Get([=] { return count(&Module::NumReads); });
+    features_.IntReg("LinkWriteCount", "Write accesses to registers of the camera.")
+        .Expert()
+        .At(0x5008, 8)
+        .Get([=] { return count(&Module::NumWrites); });
+}
+
+void Device::GetInfo(Answer answer) const {
+    CheckConnected();
+    camera_->GetInfo(answer, client_);
+}
+
+uint32_t Device::NumStreams() const {
+    CheckConnected();
+    return camera_->Config().streams;
+}
+
+std::string Device::StreamId(uint32_t index) const {
+    if (index < NumStreams()) return Id() + "/Stream" + std::to_string(index);
+    throw Error(GenTL::GC_ERR_INVALID_INDEX, "not that many streams");
+}
+
+Handle Device::OpenStream(const std::shared_ptr<Device>& device, const char* id) {
+    if (id == nullptr) throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "null identifier");
+    const uint32_t count = device->NumStreams();
+    uint32_t index = 0;
+    while (index < count && device->StreamId(index) != id)
+        ++index;
+    if (index == count) throw Error(GenTL::GC_ERR_INVALID_ID, std::string("no stream ") + id);
+    Claim claim = device->openedStreams_.Take(id);
+    const auto stream = std::make_shared<Stream>(device->camera_, id, std::move(claim));
+    return Library::Instance().Handles().Open(stream, device);
+}
+
+Handle Device::OpenRemote(const std::shared_ptr<Device>& device) {
+    device->CheckConnected();
+    const std::lock_guard lock(device->remoteMutex_);
+    if (device->remote_ == nullptr) {
+        const auto remote = std::make_shared<RemoteDevice>(device->camera_, device->MayWrite());
+        Library::Instance().Handles().Open(remote, device);
+        device->remote_ = remote;
+    }
+    return device->remote_->GetHandle();
+}
+
+std::shared_ptr<RemoteDevice> Device::Remote() const {
+    const std::lock_guard lock(remoteMutex_);
+    return remote_;
+}
+
+void Device::OnClose() {
+    eventSubscription_.reset();
+    claim_.reset();
+}
+
+std::shared_ptr<Event> Device::MakeEvent(GenTL::EVENT_TYPE type) {
+    if (type == GenTL::EVENT_REMOTE_DEVICE) return std::make_shared<MessageEvent>(type);
+    return Module::MakeEvent(type);
+}
+
+std::unique_ptr<const Description> Device::MakeDescription() const {
+    DescriptionHeader header;
+    header.modelName = "SimulatedDevice";
+    header.vendorName = "ZelCam";
+    header.toolTip = "Features of this side of a simulated camera";
+    header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D30";
+    header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D3F";
+    return std::make_unique<Description>("ZelSim_Device", features_.Describe(header),
+                                         Description::Form::Zip);
+}
+
+}  // namespace ZelSim

@@ -1,0 +1,19 @@
+// Registers that hold the answers to info commands.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+
+#include "producers/server/base/answer.h"
+#include "producers/server/registers/feature.h"
+
+namespace ZelSim {
+
+constexpr size_t kTextSize = 256;  // of a register that holds a text
+
+// Asks each time the register is read. Its bytes are those of the answer, with zeros behind them;
+// what does not fit is cut off. A command that fails fails the read.
+BytesSource InfoSource(int32_t command, std::function<void(Answer)> getInfo);
+
+}  // namespace ZelSim

@@ -1,0 +1,306 @@
+#include "producers/server/modules/stream.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include "producers/server/base/error.h"
+#include "producers/server/modules/infosource.h"
+#include "producers/server/modules/library.h"
+#include "producers/server/modules/newbufferevent.h"
+#include "producers/server/registers/transporttype.h"
+
+namespace ZelSim {
+
+namespace {
+
+constexpr size_t kCacheLine = 64;
+constexpr uint64_t kNewestOnly = 1;  // the last of the buffer handling modes
+
+PortIdentity IdentityOf(const Camera& camera, const std::string& id) {
+    const CameraConfig& config = camera.Config();
+    return {
+        id,          config.vendor, config.model, config.version, camera.TlType(), "TLDataStream",
+        "StreamPort"};
+}
+
+}  // namespace
+
+Stream::Stream(std::shared_ptr<Camera> camera, const std::string& id, Claim claim)
+    : Module(Kind::Stream, IdentityOf(*camera, id), OwnRegisters()),
+      camera_(std::move(camera)),
+      claim_(std::move(claim)),
+      pool_(std::make_shared<BufferPool>(
+          [source = camera_] { source->GetAcquisition().OnInput(); })) {
+    AddInformation();
+    AddBufferHandling();
+    features_.Complete();
+}
+
+BytesSource Stream::Info(int32_t command) const {
+    return InfoSource(command, [this](Answer answer) { GetInfo(answer); });
+}
+
+void Stream::AddInformation() {
+    features_.Category("StreamInformation", "What the data stream is.");
+    features_.StringReg("StreamID", "Identifier of the stream.")
+        .At(0x2000, kTextSize)
+        .Bind(Info(GenTL::STREAM_INFO_ID));
+    features_.Enumeration("StreamType", "Transport type of the stream.")
+        .At(0x2100)
+        .Entries(TransportTypeEntries())
+        .Get([this] { return TransportTypeNumber(camera_->TlType()); });
+}
+
+void Stream::AddBufferHandling() {
+    features_.Category("BufferHandlingControl",
+                       "The buffers of the stream and the frames in them.");
+    features_
+        .Enumeration("StreamBufferHandlingMode",
+                     "Which frames are delivered when they come faster than they are fetched.")
+        .Expert()
+        .LockedBy("StreamIsGrabbing")
+        .At(0x3058)
+        .Entries({{"OldestFirst", 0, "All, in their order, as long as buffers wait for them."},
+                  {"NewestOnly", kNewestOnly,
+                   "The newest; buffers with older ones wait for frames again."}})
+        .Check([this](uint64_t mode) { CheckBufferHandling(mode); })
+        .Set([this](uint64_t mode) { pool_->SetNewestOnly(mode == kNewestOnly); });
+    features_
+        .IntReg("StreamAnnounceBufferMinimum", "Buffers that must be announced before a start.")
+        .Expert()
+        .At(0x3030, 8)
+        .Bind(Info(GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN));
+    features_.IntReg("StreamBufferAlignment", "Alignment of the memory of announced buffers.")
+        .Guru()
+        .At(0x3038, 8)
+        .Unit("B")
+        .Bind(Info(GenTL::STREAM_INFO_BUF_ALIGNMENT));
+    AddCounts();
+    AddLayout();
+}
+
+void Stream::AddCounts() {
+    features_.IntReg("StreamAnnouncedBufferCount", "Buffers that are announced.")
+        .Expert()
+        .At(0x3018, 8)
+        .Bind(Info(GenTL::STREAM_INFO_NUM_ANNOUNCED));
+    features_.IntReg("StreamInputBufferCount", "Buffers that wait for a frame.")
+        .Expert()
+        .At(0x3020, 8)
+        .Bind(Info(GenTL::STREAM_INFO_NUM_QUEUED));
+    features_.IntReg("StreamOutputBufferCount", "Buffers with a frame that wait to be fetched.")
+        .Expert()
+        .At(0x3028, 8)
+        .Bind(Info(GenTL::STREAM_INFO_NUM_AWAIT_DELIVERY));
+    features_.IntReg("StreamStartedFrameCount", "Frames that began to fill a buffer.")
+        .Expert()
+        .At(0x3010, 8)
+        .Bind(Info(GenTL::STREAM_INFO_NUM_STARTED));
+    features_
+        .IntReg("StreamDeliveredFrameCount",
+                "Frames that were fetched since the stream was opened.")
+        .Expert()
+        .At(0x3000, 8)
+        .Bind(Info(GenTL::STREAM_INFO_NUM_DELIVERED));
+    features_
+        .IntReg("StreamLostFrameCount", "Frames that were lost because no buffer waited for them.")
+        .Expert()
+        .At(0x3008, 8)
+        .Bind(Info(GenTL::STREAM_INFO_NUM_UNDERRUN));
+}
+
+void Stream::AddLayout() {
+    features_.IntReg("StreamChunkCountMaximum", "Chunks that a buffer can hold at most.")
+        .Guru()
+        .At(0x3040, 8)
+        .Bind(Info(GenTL::STREAM_INFO_NUM_CHUNKS_MAX));
+    features_.Boolean("StreamIsGrabbing", "Whether the acquisition runs.")
+        .Expert()
+        .At(0x3054)
+        .Bind(Info(GenTL::STREAM_INFO_IS_GRABBING));
+    features_.IntReg("PayloadSize", "Bytes that a frame takes.")
+        .Expert()
+        .AvailableIf("DefinesPayloadSize")
+        .At(0x3048, 8)
+        .Unit("B")
+        .Bind(Info(GenTL::STREAM_INFO_PAYLOAD_SIZE));
+    features_.IntReg("DefinesPayloadSize")
+        .At(0x3050)
+        .Bind(Info(GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE));
+}
+
+void Stream::CheckBufferHandling(uint64_t mode) const {
+    if (mode > kNewestOnly) throw Error(GenTL::GC_ERR_INVALID_VALUE, "no such mode");
+    if (IsGrabbing()) {
+        throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the acquisition runs");
+    }
+}
+
+void Stream::GetInfo(Answer answer) const {
+    if (AnswerCount(answer)) return;
+    const CameraConfig& config = camera_->Config();
+    switch (answer.Command()) {
+        case GenTL::STREAM_INFO_ID:
+            return answer.String(Id());
+        case GenTL::STREAM_INFO_PAYLOAD_SIZE:
+            if (config.definesPayloadSize) return answer.Size(PayloadSize());
+            throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the camera defines the payload size");
+        case GenTL::STREAM_INFO_IS_GRABBING:
+            return answer.Bool(IsGrabbing());
+        case GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE:
+            return answer.Bool(config.definesPayloadSize);
+        case GenTL::STREAM_INFO_TLTYPE:
+            return answer.String(camera_->TlType());
+        case GenTL::STREAM_INFO_NUM_CHUNKS_MAX:
+            return answer.Size(kNumChunkKinds);
+        case GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN:
+            return answer.Size(config.bufAnnounceMin);
+        case GenTL::STREAM_INFO_BUF_ALIGNMENT:
+            return answer.Size(config.bufAlignment);
+        case GenTL::STREAM_INFO_FLOW_TABLE:
+        case GenTL::STREAM_INFO_GENDC_PREFETCH_DESCRIPTOR:
+            throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the camera sends no GenDC containers");
+        default:
+            throw Error(GenTL::GC_ERR_NOT_IMPLEMENTED, "unknown stream info command");
+    }
+}
+
+bool Stream::AnswerCount(Answer answer) const {
+    switch (answer.Command()) {
+        case GenTL::STREAM_INFO_NUM_DELIVERED:
+            return answer.Uint64(pool_->Counts().delivered), true;
+        case GenTL::STREAM_INFO_NUM_UNDERRUN:
+            return answer.Uint64(pool_->Counts().underrun), true;
+        case GenTL::STREAM_INFO_NUM_STARTED:
+            return answer.Uint64(pool_->Counts().started), true;
+        case GenTL::STREAM_INFO_NUM_ANNOUNCED:
+            return answer.Size(pool_->Counts().announced), true;
+        case GenTL::STREAM_INFO_NUM_QUEUED:
+            return answer.Size(pool_->Counts().queued), true;
+        case GenTL::STREAM_INFO_NUM_AWAIT_DELIVERY:
+            return answer.Size(pool_->Counts().awaitDelivery), true;
+        default:
+            return false;
+    }
+}
+
+void Stream::GetFlowInfo(uint32_t index, Answer answer) const {
+    if (index != 0) throw Error(GenTL::GC_ERR_INVALID_INDEX, "the stream has one flow");
+    if (answer.Command() == GenTL::FLOW_INFO_SIZE) return answer.Size(PayloadSize());
+    throw Error(GenTL::GC_ERR_NOT_IMPLEMENTED, "unknown flow info command");
+}
+
+Handle Stream::Announce(const std::shared_ptr<Stream>& stream, void* base, size_t size,
+                        void* userPointer, bool composite) {
+    if (base == nullptr || size == 0) {
+        throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "no memory to announce");
+    }
+    if (reinterpret_cast<uintptr_t>(base) % stream->camera_->Config().bufAlignment != 0) {
+        throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "the memory is not aligned as required");
+    }
+    return Announce(stream,
+                    BufferMemory{static_cast<uint8_t*>(base), size, userPointer, composite});
+}
+
+Handle Stream::Allocate(const std::shared_ptr<Stream>& stream, size_t size, void* userPointer) {
+    if (size == 0) throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "a buffer of no size");
+    const size_t alignment = std::max<size_t>(stream->camera_->Config().bufAlignment, kCacheLine);
+    if (size > SIZE_MAX - alignment) throw std::bad_alloc();
+    const size_t rounded = (size + alignment - 1) / alignment * alignment;
+    void* const base = std::aligned_alloc(alignment, rounded);
+    if (base == nullptr) throw std::bad_alloc();
+    BufferMemory memory{static_cast<uint8_t*>(base), size, userPointer, false};
+    memory.owned.reset(base);
+    std::memset(base, 0, size);
+    return Announce(stream, std::move(memory));
+}
+
+Handle Stream::Announce(const std::shared_ptr<Stream>& stream, BufferMemory memory) {
+    stream->CheckConnected();
+    const auto buffer = std::make_shared<Buffer>(stream->camera_, *stream, std::move(memory));
+    HandleTable& handles = Library::Instance().Handles();
+    const Handle handle = handles.Open(buffer, stream);
+    try {
+        stream->pool_->Announce(buffer);
+    } catch (...) {
+        handles.Close(handle);
+        throw;
+    }
+    return handle;
+}
+
+void Stream::Start(GenTL::ACQ_START_FLAGS flags, uint64_t numFrames) {
+    if (flags != GenTL::ACQ_START_FLAGS_DEFAULT || numFrames == 0) {
+        throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "unknown flags, or no frame asked for");
+    }
+    CheckConnected();
+    const std::lock_guard lock(startMutex_);
+    if (closed_) throw Error(GenTL::GC_ERR_INVALID_HANDLE, "the stream is closed");
+    if (IsGrabbing()) throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the stream is started already");
+    if (pool_->Counts().announced < camera_->Config().bufAnnounceMin) {
+        throw Error(GenTL::GC_ERR_INVALID_BUFFER, "too few buffers are announced");
+    }
+    std::shared_ptr<Receiver> receiver = GetReceiver();
+    if (receiver == nullptr) receiver = std::make_shared<Receiver>(pool_);
+    camera_->GetAcquisition().Attach(receiver, numFrames);
+    const std::lock_guard receiverLock(receiverMutex_);
+    receiver_ = std::move(receiver);
+}
+
+void Stream::Stop(GenTL::ACQ_STOP_FLAGS flags) {
+    if (flags != GenTL::ACQ_STOP_FLAGS_DEFAULT && flags != GenTL::ACQ_STOP_FLAGS_KILL) {
+        throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "unknown flags");
+    }
+    const std::lock_guard lock(startMutex_);
+    if (GetReceiver() == nullptr) {
+        throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the stream is not started");
+    }
+    EndReceiver(flags == GenTL::ACQ_STOP_FLAGS_KILL);
+}
+
+void Stream::EndReceiver(bool kill) {
+    const std::shared_ptr<Receiver> receiver = GetReceiver();
+    if (receiver == nullptr) return;
+    camera_->GetAcquisition().Detach(*receiver, kill);
+    const std::lock_guard lock(receiverMutex_);
+    receiver_.reset();
+}
+
+std::shared_ptr<Receiver> Stream::GetReceiver() const {
+    const std::lock_guard lock(receiverMutex_);
+    return receiver_;
+}
+
+bool Stream::IsGrabbing() const {
+    const std::shared_ptr<Receiver> receiver = GetReceiver();
+    return receiver != nullptr && receiver->IsGrabbing();
+}
+
+std::shared_ptr<Event> Stream::MakeEvent(GenTL::EVENT_TYPE type) {
+    if (type == GenTL::EVENT_NEW_BUFFER) return std::make_shared<NewBufferEvent>(pool_);
+    return Module::MakeEvent(type);
+}
+
+void Stream::OnClosing() {
+    const std::shared_ptr<Receiver> receiver = GetReceiver();
+    // Also for a Stop that waits for its frame.
+    if (receiver != nullptr) camera_->GetAcquisition().Kill(*receiver);
+    const std::lock_guard lock(startMutex_);
+    closed_ = true;
+    EndReceiver(true);
+}
+
+std::unique_ptr<const Description> Stream::MakeDescription() const {
+    DescriptionHeader header;
+    header.modelName = "SimulatedStream";
+    header.vendorName = "ZelCam";
+    header.toolTip = "Features of a simulated data stream";
+    header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D40";
+    header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D4F";
+    return std::make_unique<Description>("ZelSim_Stream", features_.Describe(header),
+                                         Description::Form::Xml);
+}
+
+}  // namespace ZelSim

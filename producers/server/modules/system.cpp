@@ -1,0 +1,152 @@
+#include "producers/server/modules/system.h"
+
+#include "producers/server/modules/infosource.h"
+#include "producers/server/modules/interface.h"
+#include "producers/server/modules/library.h"
+#include "producers/server/registers/transporttype.h"
+
+namespace ZelSim {
+
+namespace {
+
+constexpr size_t kPathSize = 1024;
+
+}  // namespace
+
+System::System(std::shared_ptr<World> world)
+    : Module(Kind::System,
+             {"ZelCTI", "ZelCam", "ZelCam GenTL producer", ZELSIM_VERSION, TLTypeMixedName,
+              "TLSystem", "TLPort"},
+             OwnRegisters()),
+      world_(std::move(world)),
+      interfaces_(world_->Interfaces()) {
+    AddInformation();
+    AddEnumeration();
+    features_.Complete();
+}
+
+void System::AddInformation() {
+    const auto info = [](int32_t command) { return InfoSource(command, &Library::GetInfo); };
+    features_.Category("SystemInformation", "What the producer is.");
+    features_.StringReg("TLID", "Identifier of the producer.")
+        .Display("TL ID")
+        .Expert()
+        .At(0x2000, kTextSize)
+        .Bind(info(GenTL::TL_INFO_ID));
+    features_.StringReg("TLVendorName", "Who made the producer.")
+        .At(0x2100, kTextSize)
+        .Bind(info(GenTL::TL_INFO_VENDOR));
+    features_.StringReg("TLModelName", "Name of the producer.")
+        .At(0x2200, kTextSize)
+        .Bind(info(GenTL::TL_INFO_MODEL));
+    features_.StringReg("TLVersion", "Version of the producer.")
+        .At(0x2300, kTextSize)
+        .Bind(info(GenTL::TL_INFO_VERSION));
+    features_.StringReg("TLFileName", "File name of the producer.")
+        .Expert()
+        .At(0x2400, kTextSize)
+        .Bind(info(GenTL::TL_INFO_NAME));
+    features_.StringReg("TLDisplayName", "Name of the producer for people.")
+        .Expert()
+        .At(0x2500, kTextSize)
+        .Bind(info(GenTL::TL_INFO_DISPLAYNAME));
+    features_.StringReg("TLPath", "Path of the file of the producer.")
+        .Expert()
+        .At(0x2800, kPathSize)
+        .Bind(info(GenTL::TL_INFO_PATHNAME));
+    features_.Enumeration("TLType", "Transport type of the producer.")
+        .At(0x2600)
+        .Entries(TransportTypeEntries())
+        .Get([this] { return TransportTypeNumber(Port().tlType); });
+    features_
+        .IntReg("GenTLVersionMajor",
+                "First number of the GenTL version that the producer implements.")
+        .Display("GenTL Version Major")
+        .Expert()
+        .At(0x2604)
+        .Bind(info(GenTL::TL_INFO_GENTL_VER_MAJOR));
+    features_
+        .IntReg("GenTLVersionMinor",
+                "Second number of the GenTL version that the producer implements.")
+        .Display("GenTL Version Minor")
+        .Expert()
+        .At(0x2608)
+        .Bind(info(GenTL::TL_INFO_GENTL_VER_MINOR));
+    AddNamingConvention();
+}
+
+// The version of the standard that names the features: 1.1.0.
+void System::AddNamingConvention() {
+    features_
+        .Integer("GenTLSFNCVersionMajor",
+                 "First number of the version of the naming convention that the features "
+                 "follow.")
+        .Display("GenTL SFNC Version Major")
+        .Expert()
+        .Constant(1);
+    features_
+        .Integer("GenTLSFNCVersionMinor",
+                 "Second number of the version of the naming convention that the features "
+                 "follow.")
+        .Display("GenTL SFNC Version Minor")
+        .Expert()
+        .Constant(1);
+    features_
+        .Integer("GenTLSFNCVersionSubMinor",
+                 "Third number of the version of the naming convention that the features "
+                 "follow.")
+        .Display("GenTL SFNC Version Sub Minor")
+        .Expert()
+        .Constant(0);
+}
+
+void System::AddEnumeration() {
+    const auto info = [this](int32_t command) {
+        return InfoSource(command, [this](Answer answer) { selected_.Item()->GetInfo(answer); });
+    };
+    features_.Category("InterfaceEnumeration", "The interfaces that the producer lists.");
+    features_.Command("InterfaceUpdateList", "Updates the list of the interfaces.")
+        .Expert()
+        .At(0x3000)
+        .Does([this] { UpdateInterfaces(); })
+        .DoneAtOnce();
+    selected_.AddTo(features_, "Interface",
+                    "Index of the interface that the features below tell about.", 0x3004);
+    features_.StringReg("InterfaceID", "Identifier of the interface.")
+        .AvailableIf("InterfaceCount")
+        .SelectedBy("InterfaceSelector")
+        .At(0x3100, kTextSize)
+        .Bind(info(GenTL::INTERFACE_INFO_ID));
+    features_.StringReg("InterfaceDisplayName", "Name of the interface for people.")
+        .Expert()
+        .AvailableIf("InterfaceCount")
+        .SelectedBy("InterfaceSelector")
+        .At(0x3200, kTextSize)
+        .Bind(info(GenTL::INTERFACE_INFO_DISPLAYNAME));
+    features_.Enumeration("InterfaceType", "Transport type of the interface.")
+        .AvailableIf("InterfaceCount")
+        .SelectedBy("InterfaceSelector")
+        .At(0x300C)
+        .Entries(TransportTypeEntries())
+        .Get([this] { return TransportTypeNumber(selected_.Item()->Config().type); });
+}
+
+Handle System::OpenInterface(const std::shared_ptr<System>& system, const char* id) {
+    const std::shared_ptr<HostInterface> host = system->interfaces_.Find(id);
+    Claim claim = system->opened_.Take(host->Id());
+    const auto interface = std::make_shared<Interface>(host, system->GetHandle(), std::move(claim));
+    return Library::Instance().Handles().Open(interface, system);
+}
+
+std::unique_ptr<const Description> System::MakeDescription() const {
+    DescriptionHeader header;
+    header.modelName = "SimulatedSystem";
+    header.vendorName = "ZelCam";
+    header.toolTip = "Features of the simulated producer";
+    header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D10";
+    header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D1F";
+    return std::make_unique<Description>("ZelSim_System", features_.Describe(header),
+                                         Description::Form::Xml);
+}
+
+}  // namespace ZelSim

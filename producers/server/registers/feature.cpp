@@ -1,0 +1,380 @@
+#include "producers/server/registers/feature.h"
+
+#include <algorithm>
+#include <cctype>
+#include <sstream>
+#include <stdexcept>
+
+namespace ZelSim {
+
+namespace {
+
+constexpr const char* kPollingTime = "10";  // ms between two looks whether a command is done
+
+// "GevSCPSPacketSize" as "Gev SCPS Packet Size": words begin with a capital, and acronyms end
+// before the last one.
+std::string InWords(const std::string& name) {
+    const auto isUpper = [&](size_t i) {
+        return std::isupper(static_cast<unsigned char>(name[i])) != 0;
+    };
+    std::string out;
+    for (size_t i = 0; i < name.size(); ++i) {
+        const bool begins =
+            i > 0 && isUpper(i) && (!isUpper(i - 1) || (i + 1 < name.size() && !isUpper(i + 1)));
+        if (begins) out += ' ';
+        out += name[i];
+    }
+    return out;
+}
+
+const char* AccessModeOf(Access access) {
+    switch (access) {
+        case Access::ReadOnly:
+            return "RO";
+        case Access::WriteOnly:
+            return "WO";
+        default:
+            return "RW";
+    }
+}
+
+template <typename T>
+Access AccessOf(const RegisterValue<T>& value) {
+    const bool readOnly = value.get != nullptr && value.check == nullptr && value.set == nullptr;
+    return readOnly ? Access::ReadOnly : Access::ReadWrite;
+}
+
+Access AccessOf(const BytesSource& /*source*/) {
+    return Access::ReadOnly;
+}
+
+Access AccessOf(std::monostate /*memory*/) {
+    return Access::ReadWrite;
+}
+
+// The value as that of an integer register, which it becomes if it is none.
+IntegerValue& IntegerValueOf(AnyValue& value) {
+    if (!std::holds_alternative<IntegerValue>(value)) value = IntegerValue{};
+    return std::get<IntegerValue>(value);
+}
+
+// The register of a space for a value.
+template <typename Definition, typename T>
+Definition DefinitionOf(const Register& place, const RegisterValue<T>& value) {
+    Definition definition;
+    definition.address = place.address;
+    definition.size = place.size;
+    definition.access = place.access;
+    definition.get = value.get;
+    definition.check = value.check;
+    definition.set = value.set;
+    return definition;
+}
+
+void AddTo(RegisterSpace& space, const Register& place, const IntegerValue& value) {
+    space.Add(DefinitionOf<RegisterSpace::Integer>(place, value));
+}
+
+void AddTo(RegisterSpace& space, const Register& place, const FloatValue& value) {
+    space.Add(DefinitionOf<RegisterSpace::Float>(place, value));
+}
+
+void AddTo(RegisterSpace& space, const Register& place, const TextValue& value) {
+    space.Add(DefinitionOf<RegisterSpace::String>(place, value));
+}
+
+void AddTo(RegisterSpace& space, Register place, const BytesSource& source) {
+    place.source = [source, size = place.size](uint8_t* bytes) { source(bytes, size); };
+    space.Add(std::move(place));
+}
+
+void AddTo(RegisterSpace& space, const Register& place, std::monostate /*memory*/) {
+    space.Add(place);
+}
+
+}  // namespace
+
+std::string HexOf(uint64_t value) {
+    std::ostringstream text;
+    text << std::hex << std::uppercase << value;
+    return text.str();
+}
+
+std::string Limit::TextOf(double value) {
+    std::ostringstream text;
+    text << value;
+    return text.str();
+}
+
+IntegerValue CommandValue(std::function<void()> action) {
+    IntegerValue value;
+    value.set = [action = std::move(action)](uint64_t written) {
+        if (written != 0) action();
+    };
+    return value;
+}
+
+Feature::Feature(std::string_view kind, std::string name, std::string toolTip)
+    : node_(DescriptionNode::Named(kind, std::move(name))), isHelper_(toolTip.empty()) {
+    if (!isHelper_) With("ToolTip", std::move(toolTip));
+    if (kind == "StructReg") node_.attribute.first = "Comment";
+    if (kind == "Boolean") {
+        With("OnValue", "1").With("OffValue", "0");
+        lowest_ = 0;
+        highest_ = 1;
+    }
+    if (kind == "Command") With("CommandValue", "1").Volatile();
+}
+
+Feature& Feature::Display(std::string name) {
+    return With("DisplayName", std::move(name));
+}
+
+Feature& Feature::With(std::string_view element, std::string text) {
+    node_.Add(element, std::move(text));
+    return *this;
+}
+
+void Feature::AddLimit(std::string_view element, std::string_view link, const Limit& limit) {
+    With(limit.IsNode() ? link : element, limit.Text());
+}
+
+Feature& Feature::Limits(const Limit& lowest, const Limit& highest) {
+    AddLimit("Min", "pMin", lowest);
+    AddLimit("Max", "pMax", highest);
+    lowest_ = lowest.Integer();
+    highest_ = highest.Integer();
+    return *this;
+}
+
+Feature& Feature::Limits(const Limit& lowest, const Limit& highest, const Limit& increment) {
+    AddLimit("Inc", "pInc", increment);
+    return Limits(lowest, highest);
+}
+
+Feature& Feature::Entries(const std::vector<Entry>& entries) {
+    for (const Entry& entry : entries) {
+        DescriptionNode node = DescriptionNode::Named("EnumEntry", entry.name);
+        node.Add("ToolTip", entry.toolTip);
+        node.Add("Value", std::to_string(entry.value));
+        if (entry.isSelfClearing) node.Add("IsSelfClearing", "Yes");
+        node_.Add(std::move(node));
+        lowest_ = std::min(lowest_.value_or(entry.value), entry.value);
+        highest_ = std::max(highest_.value_or(entry.value), entry.value);
+    }
+    return *this;
+}
+
+std::pair<int64_t, int64_t> Feature::Range() const {
+    if (!lowest_ || !highest_) throw std::logic_error("no constant limits of " + Name());
+    return {*lowest_, *highest_};
+}
+
+Feature& Feature::In(std::string category) {
+    category_ = std::move(category);
+    return *this;
+}
+
+Feature& Feature::SelectedBy(std::string selector) {
+    selector_ = std::move(selector);
+    return *this;
+}
+
+Feature& Feature::Constant(const Limit& value) {
+    return With("ImposedAccessMode", "RO").Value(value);
+}
+
+Feature& Feature::Local(int64_t initial) {
+    local_ = initial;
+    return Over(Name() + "Value");
+}
+
+Feature& Feature::Variables(std::initializer_list<std::pair<std::string, std::string>> nodes) {
+    for (const auto& [variable, node] : nodes)
+        node_.Add({"pVariable", {"Name", variable}, node});
+    return *this;
+}
+
+Feature& Feature::Formulas(std::string to, std::string from) {
+    return With("FormulaTo", std::move(to)).With("FormulaFrom", std::move(from));
+}
+
+Feature& Feature::At(uint64_t address, size_t size) {
+    address_ = address;
+    size_ = size;
+    return *this;
+}
+
+Feature& Feature::InRegister(std::string name) {
+    registerName_ = std::move(name);
+    return *this;
+}
+
+Feature& Feature::Port(std::string name) {
+    port_ = std::move(name);
+    return *this;
+}
+
+Feature& Feature::Bits(unsigned lowest, unsigned highest) {
+    return With("LSB", std::to_string(lowest)).With("MSB", std::to_string(highest));
+}
+
+Feature& Feature::Signed() {
+    isSigned_ = true;
+    return *this;
+}
+
+Feature& Feature::Order(ByteOrder order) {
+    order_ = order;
+    return *this;
+}
+
+Feature& Feature::Cachable(std::string mode) {
+    registerElements_.push_back({"Cachable", {}, std::move(mode)});
+    return *this;
+}
+
+Feature& Feature::InvalidatedBy(std::initializer_list<std::string> nodes) {
+    for (const std::string& node : nodes)
+        registerElements_.push_back({"pInvalidator", {}, node});
+    return *this;
+}
+
+Feature& Feature::Bind(IntegerValue value) {
+    value_ = std::move(value);
+    return *this;
+}
+
+Feature& Feature::Get(std::function<uint64_t()> get) {
+    IntegerValueOf(value_).get = std::move(get);
+    return *this;
+}
+
+Feature& Feature::Check(std::function<void(uint64_t)> check) {
+    IntegerValueOf(value_).check = std::move(check);
+    return *this;
+}
+
+Feature& Feature::Set(std::function<void(uint64_t)> set) {
+    IntegerValueOf(value_).set = std::move(set);
+    return *this;
+}
+
+Feature& Feature::Initial(uint64_t value) {
+    initial_ = value;
+    return *this;
+}
+
+Feature& Feature::Access(ZelSim::Access access) {
+    access_ = access;
+    return *this;
+}
+
+Feature& Feature::Does(std::function<void()> action) {
+    return Bind(CommandValue(std::move(action))).Access(ZelSim::Access::WriteOnly);
+}
+
+Feature& Feature::BusyWhile(std::function<bool()> isBusy) {
+    return With("PollingTime", kPollingTime)
+        .Get([isBusy = std::move(isBusy)] { return isBusy() ? 1 : 0; })
+        .Access(ZelSim::Access::ReadWrite);
+}
+
+Feature& Feature::DoneAtOnce() {
+    return Get([] { return 0; }).Access(ZelSim::Access::ReadWrite);
+}
+
+Feature& Feature::IndexedBy(std::string node) {
+    index_ = std::move(node);
+    return *this;
+}
+
+Feature& Feature::Indexed(std::string node, size_t count,
+                          std::function<IntegerValue(size_t)> value) {
+    count_ = count;
+    indexed_ = std::move(value);
+    return IndexedBy(std::move(node));
+}
+
+std::string_view Feature::RegisterKind() const {
+    if (IsRegisterKind(Kind())) return Kind();
+    const bool isInteger = indexed_ != nullptr || std::holds_alternative<IntegerValue>(value_);
+    return Kind() == "Float" && !isInteger ? "FloatReg" : "IntReg";
+}
+
+size_t Feature::Size() const {
+    if (size_ != 0) return size_;
+    return RegisterKind() == "FloatReg" ? sizeof(double) : sizeof(uint32_t);
+}
+
+Access Feature::GetAccess() const {
+    if (access_) return *access_;
+    if (!port_.empty()) return ZelSim::Access::ReadOnly;
+    if (indexed_ != nullptr) return AccessOf(indexed_(0));
+    return std::visit([](const auto& value) { return AccessOf(value); }, value_);
+}
+
+void Feature::AddRegisters(RegisterSpace& space) const {
+    // A masked register is a view of memory that others may show as well.
+    if (!address_ || !port_.empty() || Kind() == "MaskedIntReg") return;
+    Register place;
+    place.size = Size();
+    place.access = GetAccess();
+    for (size_t i = 0; i < count_; ++i) {
+        place.address = *address_ + i * place.size;
+        if (indexed_ != nullptr) {
+            AddTo(space, place, indexed_(i));
+        } else {
+            std::visit([&](const auto& value) { AddTo(space, place, value); }, value_);
+        }
+    }
+    if (!initial_) return;
+    std::vector<uint8_t> bytes(place.size);
+    StoreInteger(bytes.data(), bytes.size(), *initial_, space.Order());
+    space.Load(*address_, bytes.data(), bytes.size());
+}
+
+std::vector<DescriptionNode> Feature::TakeNodes(const Defaults& defaults) {
+    std::vector<DescriptionNode> nodes;
+    nodes.reserve(2);
+    CompleteNode();
+    if (IsRegisterKind(Kind())) {
+        CompleteRegister(node_, defaults);
+    } else if (local_) {
+        nodes.push_back(DescriptionNode::Named("Integer", Name() + "Value"));
+        nodes.back().Add("Visibility", "Invisible");
+        nodes.back().Add("Value", std::to_string(*local_));
+    } else if (address_) {
+        if (registerName_.empty()) registerName_ = Name() + "Reg";
+        nodes.push_back(DescriptionNode::Named(RegisterKind(), registerName_));
+        nodes.back().Add("Visibility", "Invisible");
+        CompleteRegister(nodes.back(), defaults);
+        Over(registerName_);
+    }
+    nodes.insert(nodes.begin(), std::move(node_));
+    return nodes;
+}
+
+void Feature::CompleteNode() {
+    if (!node_.Has("Visibility")) With("Visibility", isHelper_ ? "Invisible" : "Beginner");
+    if (!isHelper_ && !node_.Has("DisplayName")) Display(InWords(Name()));
+}
+
+void Feature::CompleteRegister(DescriptionNode& reg, const Defaults& defaults) {
+    reg.Add("Address", "0x" + HexOf(address_.value()));
+    if (!index_.empty()) reg.Add({"pIndex", {"Offset", std::to_string(Size())}, index_});
+    reg.Add("Length", std::to_string(Size()));
+    reg.Add("AccessMode", AccessModeOf(GetAccess()));
+    reg.Add("pPort", port_.empty() ? defaults.port : port_);
+    for (DescriptionNode& element : registerElements_)
+        reg.Add(std::move(element));
+    if (defaults.isVolatile && !reg.Has("Cachable")) reg.Add("Cachable", "NoCache");
+    if (reg.kind == "IntReg" || reg.kind == "MaskedIntReg") {
+        reg.Add("Sign", isSigned_ ? "Signed" : "Unsigned");
+    }
+    if (reg.kind == "StringReg" || reg.kind == "Register") return;
+    const bool isBig = order_.value_or(defaults.order) == ByteOrder::Big;
+    reg.Add("Endianess", isBig ? "BigEndian" : "LittleEndian");
+}
+
+}  // namespace ZelSim

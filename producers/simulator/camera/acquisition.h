@@ -1,0 +1,153 @@
+// The acquisition of a camera: when it takes frames, and who gets them.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+#include "producers/server/base/claim.h"
+#include "producers/server/base/waitpoint.h"
+#include "producers/simulator/camera/eventchannel.h"
+#include "producers/simulator/frame/frame.h"
+#include "producers/simulator/frame/frameschedule.h"
+
+namespace ZelSim {
+
+class Buffer;
+class BufferPool;
+class Camera;
+
+// The end of a stream that is started: where its buffers come from, and how many frames it wants.
+class Receiver {
+  public:
+    explicit Receiver(std::shared_ptr<BufferPool> pool) : pool_(std::move(pool)) {}
+
+    // False when the frames that were wanted are there, or when no more will come. Thread-safe.
+    bool IsGrabbing() const { return grabbing_.load(); }
+
+  private:
+    friend class Acquisition;
+
+    // What follows is guarded by the mutex of the acquisition, except that the thread may fill and
+    // deliver a buffer without it.
+    const std::shared_ptr<BufferPool> pool_;
+    std::atomic<bool> grabbing_{false};
+    uint64_t numLeft_ = 0;
+    Buffer* buffer_ = nullptr;  // for the frame that is being read out
+    bool isFinishing_ = false;  // it gets no further frame
+    bool isKilled_ = false;     // and does not wait for this one, either
+    bool isLost_ = false;       // the frame that is being sent; the thread's
+    Receiver* next_ = nullptr;  // that gets the frame as well; the thread's
+};
+
+// The acquisition of a camera, with the thread that takes its frames while streams are started.
+//
+//   idle --Start--> acquiring --number of frames reached--> idle
+//                   acquiring --Stop--> stopping --frame under way is sent--> idle
+//                   acquiring, stopping --Abort, last stream detached, Unplug--> idle
+//
+// A frame is exposed, then read out and sent; FrameSchedule says when. Each stream that is started
+// and has a buffer when the read-out begins gets it; for others it is lost, and for all when there
+// is no memory to make it. A camera that keeps no time waits for a buffer and sends at once.
+// Settings are those at the start of the exposure. Thread-safe.
+class Acquisition {
+  public:
+    enum class Status : uint32_t { FrameTriggerWait, AcquisitionActive, FrameActive };
+    static constexpr uint32_t kNumStatuses = 3;
+
+    explicit Acquisition(Camera& camera);
+    Acquisition(const Acquisition&) = delete;
+    Acquisition& operator=(const Acquisition&) = delete;
+
+    // What the camera is told by its features.
+
+    // Throws GC_ERR_ACCESS_DENIED unless TLParamsLocked is 1 and a stream is started, GC_ERR_BUSY
+    // while the camera acquires. A free-running camera asks for nothing of that.
+    void Start();
+    void Stop();   // after the frame under way
+    void Abort();  // without it
+    void Trigger();
+    bool NeedsLock() const;  // TLParamsLocked must become 1 before a start
+    bool IsStopping() const;
+    bool Is(Status status) const;
+
+    // What streams do. A free-running camera starts with the first of them; with the last one, the
+    // acquisition of every camera ends.
+
+    // The stream is started, or, when it is so already, wants further frames. Throws GC_ERR_IO for
+    // a camera that is unplugged.
+    void Attach(const std::shared_ptr<Receiver>& receiver, uint64_t numFrames);
+
+    // The stream is stopped: waits for the frame that is on its way into one of its buffers, unless
+    // `kill`. Nothing for a receiver that is not attached.
+    void Detach(Receiver& receiver, bool kill);
+
+    // Lets a Detach of another thread wait no longer.
+    void Kill(Receiver& receiver);
+
+    // A stream has a buffer in its input.
+    void OnInput() {
+        if (awaitsInput_) Wake();
+    }
+
+    // Nothing comes from the camera any more.
+    void Unplug();
+
+  private:
+    using Clock = FrameSchedule::Clock;
+    using Lock = std::unique_lock<std::mutex>;
+    enum class Step { None, StartFrame, EndExposure, EndReadout };
+    struct Due {
+        Step step = Step::None;
+        Clock::time_point time = WaitPoint::kEndless;
+    };
+
+    void Wake();
+    void WakeThread();
+    bool IsActive() const { return isAcquiring_ && !isStopping_ && numLeft_ != 0; }
+    void Begin();
+    void End();
+    void EndIfIdle();
+    void Cancel();
+    void PutBack(Receiver& receiver);
+
+    void Run();
+    Due NextStep(Clock::time_point now);
+    Clock::time_point NextStart(Clock::time_point now);
+    bool HasInput();
+    bool IsReady(const FrameSettings& settings) const;
+    void StartFrame(Clock::time_point start);
+    void EndExposure();
+    void EndReadout(Lock& lock);
+    bool Write(Buffer& buffer);
+    void Send(Receiver& receiver);
+    void Report(EventKind kind, Clock::time_point time, std::optional<uint64_t> frameId = {});
+
+    Camera& camera_;
+    std::mutex attachMutex_;    // held while a stream is attached or detached
+    mutable std::mutex mutex_;  // guards what follows, and the receivers
+    WaitPoint wake_{mutex_};
+    uint64_t numWakes_ = 0;
+    std::vector<std::shared_ptr<Receiver>> receivers_;  // changed with attachMutex_ held as well
+    bool isQuitting_ = false;
+    bool isAcquiring_ = false;
+    bool isStopping_ = false;
+    bool isSending_ = false;  // a frame is being sent, for which the mutex is unlocked
+    Claim locked_;            // the settings that frames depend on, while the camera acquires
+    FrameSchedule schedule_;
+    std::shared_ptr<const FrameSettings> settings_;  // of the frame that is begun next
+    uint64_t nextId_ = 0;
+    uint64_t numLeft_ = 0;                        // frames until the acquisition ends
+    std::optional<Clock::time_point> triggered_;  // for a frame that has not begun
+    std::optional<Frame> exposed_;
+    std::optional<Frame> readOut_;
+    std::atomic<bool> awaitsInput_{false};
+    std::thread thread_;  // guarded by attachMutex_
+    Claim listener_;      // to the settings of the camera
+};
+
+}  // namespace ZelSim

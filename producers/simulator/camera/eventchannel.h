@@ -1,0 +1,75 @@
+// What a camera tells by itself.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "producers/server/base/claim.h"
+#include "producers/server/events/event.h"
+#include "producers/simulator/camera/cameracontrol.h"
+
+namespace ZelSim {
+
+class Module;
+
+// The events of a camera, in the order of its selector.
+enum class EventKind : uint32_t {
+    AcquisitionStart,
+    AcquisitionEnd,
+    FrameStart,
+    FrameEnd,
+    ExposureEnd,
+    Test
+};
+constexpr uint32_t kNumEventKinds = 6;
+
+// The number by which messages and descriptions refer to the events of a kind.
+uint16_t EventIdOf(EventKind kind);
+
+// Carries the events of a camera to the device modules of all clients that have it open. Features
+// choose the events that the camera sends; at power-on only the test event is, which comes upon a
+// command. Thread-safe: events may be sent from the actions of registers and from the threads that
+// make frames.
+class EventChannel {
+  public:
+    explicit EventChannel(std::string tlType) : tlType_(std::move(tlType)) {}
+    EventChannel(const EventChannel&) = delete;
+    EventChannel& operator=(const EventChannel&) = delete;
+
+    // Says of the features that depend on the settings when they change. The control lives longer.
+    void Follow(CameraControl& control);
+
+    // The module gets the events until the claim is given back, which it does before it goes.
+    Claim Subscribe(Module& module);
+
+    bool IsOn(EventKind kind) const {
+        return (enabled_.load(std::memory_order_relaxed) >> static_cast<uint32_t>(kind) & 1U) != 0;
+    }
+
+    void SetOn(EventKind kind, bool on);
+
+    // What is sent is again what it was at power-on.
+    void Reset() { enabled_ = kEnabledAtPowerOn; }
+
+    // Sends an event if the camera is to do so.
+    void Send(EventKind kind, uint64_t timestamp, std::optional<uint64_t> frameId = {});
+
+  private:
+    static constexpr uint32_t kEnabledAtPowerOn = 1U << static_cast<uint32_t>(EventKind::Test);
+
+    void ReportChanges(const FrameSettings& before, const FrameSettings& after);
+    void Fire(GenTL::EVENT_TYPE type, uint64_t id, EventData data);
+
+    const std::string tlType_;
+    Claim changes_;
+    std::atomic<uint32_t> enabled_{kEnabledAtPowerOn};
+    std::mutex mutex_;
+    std::vector<Module*> modules_;  // guarded by mutex_
+    uint16_t lastRequest_ = 0;      // guarded by mutex_
+};
+
+}  // namespace ZelSim

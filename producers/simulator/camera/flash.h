@@ -1,0 +1,46 @@
+// The memory of a camera's firmware.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "producers/server/registers/registerspace.h"
+
+namespace ZelSim {
+
+// A flash with its registers in the space of a camera, 4 bytes each, accessed as a whole, and
+// little endian whatever the order of the space. It is as strict as the strictest real one: an
+// operation keeps it busy for a while, in which commands and data are refused with GC_ERR_BUSY; the
+// status says what the last poll saw; sectors are erased and pages programmed from their first
+// byte; programming clears bits and sets none; and what is not written into the page buffer stays
+// there from before.
+//
+//   idle --erase or program--> busy --time passes--> idle
+//
+// Guarded by the lock of the register space.
+class Flash {
+  public:
+    using Clock = std::function<uint64_t()>;  // nanoseconds
+
+    Flash(RegisterSpace& space, Clock clock, uint64_t busyNs);
+
+  private:
+    void AddControl();
+    void AddStatus();
+    void AddPageBuffer();
+    void AddWindow();
+    void Execute(uint32_t command);
+    void Erase(uint32_t address);
+    void ProgramPage(uint32_t address);
+    bool IsBusy() const { return clock_() < idleNs_; }
+    void RequireIdle() const;  // throws GC_ERR_BUSY
+
+    RegisterSpace& space_;
+    const Clock clock_;
+    const uint64_t busyNs_;
+    uint64_t idleNs_ = 0;      // when the operation ends
+    bool status_ = false;      // busy, as of the last poll
+    bool mayProgram_ = false;  // the page program control was written
+};
+
+}  // namespace ZelSim

@@ -1,0 +1,15 @@
+// The description of the camera itself.
+#pragma once
+
+#include <memory>
+
+#include "producers/server/registers/description.h"
+
+namespace ZelSim {
+
+class Camera;
+
+// What the camera can do and how its registers are laid out.
+std::unique_ptr<const Description> MakeCameraDescription(const Camera& camera);
+
+}  // namespace ZelSim

@@ -1,0 +1,103 @@
+// What a camera is set to.
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+
+#include "producers/simulator/config/config.h"
+#include "producers/simulator/frame/chunkdata.h"
+
+namespace ZelSim {
+
+enum class AcquisitionMode : uint32_t { Continuous, SingleFrame, MultiFrame };
+enum class ExposureAuto : uint32_t { Off, Once, Continuous };
+enum class TriggerSource : uint32_t { Software, Line0 };
+
+// What is set for one selected channel of the amplifier, or for all of them.
+enum class Channel : uint32_t { All, Red, Green, Blue };
+constexpr size_t kNumChannels = 4;
+
+// The settings of a camera that a user set holds and that frames are made with. Values as in the
+// registers; the camera publishes each state as an immutable snapshot.
+struct FrameSettings {
+    uint32_t sensorWidth = 0;
+    uint32_t sensorHeight = 0;
+    uint32_t width = 0;
+    uint32_t height = 0;
+    uint32_t offsetX = 0;
+    uint32_t offsetY = 0;
+    uint32_t binningHorizontal = 1;
+    uint32_t binningVertical = 1;
+    bool reverseX = false;
+    const PixelFormat* pixelFormat = nullptr;
+    Pattern pattern = Pattern::ColorBars;
+    uint32_t xPadding = 0;
+    uint32_t yPadding = 0;
+    uint32_t imageOffset = 0;
+
+    AcquisitionMode acquisitionMode = AcquisitionMode::Continuous;
+    uint32_t acquisitionFrameCount = 1;
+    bool keepsTime = true;        // without, frames take no time unless they have a rate
+    bool frameRateEnable = true;  // without: as fast as exposure and read-out allow
+    double frameRate = 30;        // Hz
+    uint32_t exposureTime = 0;    // 0.1 us
+    ExposureAuto exposureAuto = ExposureAuto::Off;
+    bool triggerMode = false;
+    TriggerSource triggerSource = TriggerSource::Software;
+    uint32_t triggerActivation = 0;
+
+    uint64_t linkSpeed = 0;                     // bytes a second; 0: read-out takes no time
+    uint32_t nominalExposureTime = 0;           // with which the pattern has its own brightness
+    std::array<uint32_t, kNumChannels> gain{};  // 0.1 dB; those of a colour add to that of all
+    std::array<int32_t, kNumChannels> blackLevel{};  // of 255
+    double gamma = 1;
+
+    bool chunkMode = false;
+    ChunkSet chunks{ChunkKind::Image};  // those that are enabled
+
+    uint32_t WidthMax() const { return sensorWidth / binningHorizontal; }
+    uint32_t HeightMax() const { return sensorHeight / binningVertical; }
+
+    // What widths are multiples of, so that lines are whole bytes.
+    uint32_t WidthIncrement() const;
+
+    uint64_t LinePitch() const { return pixelFormat->LineBytes(width) + uint64_t{xPadding}; }
+
+    // Bytes of the image: what comes before it, its lines, and what comes after it.
+    uint64_t ImageSize() const { return imageOffset + LinePitch() * height + yPadding; }
+
+    // The chunks that frames carry; none unless the chunk mode is on.
+    ChunkSet SentChunks() const { return chunkMode ? chunks : ChunkSet(); }
+
+    // Bytes of one frame.
+    uint64_t PayloadSize() const { return PayloadWithChunks(SentChunks(), ImageSize()); }
+
+    // Whether frames are exposed and read out for a time, or sent at once when there is a buffer.
+    bool IsTimed() const { return keepsTime || frameRateEnable; }
+
+    // How long a frame is exposed, and is then under way over the link.
+    std::chrono::nanoseconds Exposure() const;
+    std::chrono::nanoseconds Readout() const;
+
+    // What the exposure and the read-out of timed frames allow: a frame is exposed while the one
+    // before is read out. And what comes of it when nobody triggers.
+    double MaxFrameRate() const;
+    double ResultingFrameRate() const;
+
+    // Brings what depends on other settings into its limits.
+    void Adapt();
+
+    // Whether the region, its format and what the sensor shows are the same.
+    bool ShowsSameAs(const FrameSettings& other) const;
+};
+
+constexpr uint64_t kMaxPayload = uint64_t{1} << 30;  // keeps size arithmetic far from limits
+constexpr uint32_t kMinExposureTime = 5;             // 0.5 us
+constexpr uint32_t kMaxExposureTime = 100000000;     // 10 s
+
+// The settings of a camera that has just been switched on.
+FrameSettings PowerOnSettings(const CameraConfig& config);
+
+}  // namespace ZelSim
