@@ -16,7 +16,7 @@ template <typename Parse>
 void Read(Parse parse, const std::string& text) {
     try {
         parse(text, "input");
-    } catch (const Error& error) {
+    } catch (const ZelCti::Error& error) {
         if (error.Code() != GenTL::GC_ERR_INVALID_PARAMETER || *error.what() == '\0') std::abort();
     }
 }

@@ -1,21 +1,32 @@
 #include "producers/simulator/world.h"
 
 #include "producers/server/base/error.h"
+#include "producers/simulator/simulatedinterface.h"
 
 namespace ZelSim {
 
+using ZelCti::Error;
+
+namespace {
+
+SimulatedInterface& Simulated(ZelCti::HostInterface& interface) {
+    return static_cast<SimulatedInterface&>(interface);
+}
+
+}  // namespace
+
 World::World(const WorldConfig& config) {
-    InterfaceList interfaces;
+    ZelCti::InterfaceList interfaces;
     for (const InterfaceConfig& interface : config.interfaces) {
         const auto number = static_cast<uint32_t>(interfaces.size());
-        interfaces.push_back(std::make_shared<HostInterface>(interface, number));
+        interfaces.push_back(std::make_shared<SimulatedInterface>(interface, number));
     }
-    interfaces_ = std::make_shared<const InterfaceList>(std::move(interfaces));
+    interfaces_ = std::make_shared<const ZelCti::InterfaceList>(std::move(interfaces));
 }
 
 void World::Plug(const std::string& interfaceId, CameraConfig camera) {
     const std::lock_guard lock(plugMutex_);
-    HostInterface* target = nullptr;
+    ZelCti::HostInterface* target = nullptr;
     for (const auto& interface : *interfaces_) {
         if (interface->Id() == interfaceId) target = interface.get();
         for (const auto& other : *interface->Cameras()) {
@@ -24,13 +35,13 @@ void World::Plug(const std::string& interfaceId, CameraConfig camera) {
         }
     }
     if (target == nullptr) throw Error(GenTL::GC_ERR_INVALID_ID, "no interface " + interfaceId);
-    target->Plug(std::move(camera));
+    Simulated(*target).Plug(std::move(camera));
 }
 
-std::shared_ptr<Camera> World::Unplug(const std::string& cameraId) {
+void World::Unplug(const std::string& cameraId) {
     const std::lock_guard lock(plugMutex_);
     for (const auto& interface : *interfaces_) {
-        if (std::shared_ptr<Camera> camera = interface->Unplug(cameraId)) return camera;
+        if (Simulated(*interface).Unplug(cameraId)) return;
     }
     throw Error(GenTL::GC_ERR_INVALID_ID, "no camera " + cameraId);
 }

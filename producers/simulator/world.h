@@ -4,33 +4,31 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <vector>
 
 #include "producers/simulator/config/config.h"
-#include "producers/simulator/hostinterface.h"
+#include "producers/transport.h"
 
 namespace ZelSim {
 
-// All interfaces with their cameras: one for the process, whatever number of clients use it. The
+// The transport of simulated cameras: all interfaces with their cameras, shared by all clients. The
 // interfaces stay the same, cameras come and go. Thread-safe.
-class World {
+class World final : public ZelCti::Transport {
   public:
-    using InterfaceList = std::vector<std::shared_ptr<HostInterface>>;
-
     explicit World(const WorldConfig& config);
 
-    const std::shared_ptr<const InterfaceList>& Interfaces() const { return interfaces_; }
+    void UpdateInterfaces(ZelCti::Deadline /*deadline*/) override {}
+    std::shared_ptr<const ZelCti::InterfaceList> Interfaces() const override { return interfaces_; }
 
     // Throws GC_ERR_INVALID_ID for an unknown interface, GC_ERR_RESOURCE_IN_USE when a camera with
     // this identifier is plugged in.
     void Plug(const std::string& interfaceId, CameraConfig camera);
 
     // Throws GC_ERR_INVALID_ID for an unknown camera.
-    std::shared_ptr<Camera> Unplug(const std::string& cameraId);
+    void Unplug(const std::string& cameraId);
 
   private:
     std::mutex plugMutex_;  // held while cameras change, so that identifiers stay unique
-    std::shared_ptr<const InterfaceList> interfaces_;
+    std::shared_ptr<const ZelCti::InterfaceList> interfaces_;  // each is a SimulatedInterface
 };
 
 }  // namespace ZelSim

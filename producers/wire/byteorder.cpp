@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
@@ -61,4 +61,4 @@ std::string LoadString(const uint8_t* bytes, size_t size) {
     return {bytes, std::find(bytes, bytes + size, uint8_t{0})};
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-namespace ZelSim {
+namespace ZelCti {
 
 enum class ByteOrder { Little, Big };
 
@@ -21,4 +21,4 @@ double LoadFloat(const uint8_t* bytes, size_t size, ByteOrder order);
 void StoreString(uint8_t* bytes, size_t size, const std::string& text);
 std::string LoadString(const uint8_t* bytes, size_t size);
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -1,13 +1,8 @@
 #include "producers/wire/eventmessage.h"
 
-#include "gentl/GenTL.h"
-
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
-
-constexpr EventForm kGevForm{ByteOrder::Big, 8, 16};
-constexpr EventForm kU3vForm{ByteOrder::Little, 4, 12};
 
 constexpr uint8_t kGvcpMagic = 0x42;
 constexpr uint8_t kGvcpWithAcknowledge = 0x01;
@@ -38,40 +33,28 @@ size_t BodySize(const EventForm& form, const CameraEvent& event) {
     return form.frameIdAddress + (event.frameId ? sizeof(uint64_t) : 0);
 }
 
-bool IsGev(const std::string& tlType) {
-    return tlType == TLTypeGEVName;
-}
+}  // namespace
 
 // An item states no size, as in the first version of the standard. Block numbers have 16 bits
 // there; the whole number follows as the data.
-EventMessage EncodeGev(const CameraEvent& event, uint16_t request) {
-    Writer writer(kGevForm.order);
+EventMessage EncodeGevEvent(const CameraEvent& event, uint16_t request) {
+    Writer writer(kGevEventForm.order);
     writer.Put(kGvcpMagic, 1).Put(kGvcpWithAcknowledge, 1);
     writer.Put(event.frameId ? kGvcpEventData : kGvcpEvent, 2);
-    writer.Put(BodySize(kGevForm, event), 2).Put(request, 2);
+    writer.Put(BodySize(kGevEventForm, event), 2).Put(request, 2);
     writer.Put(0, 2).Put(event.id, 2).Put(0, 2).Put(event.frameId.value_or(0), 2);
     writer.Put(event.timestamp, 8);
     if (event.frameId) writer.Put(*event.frameId, 8);
     return writer.Message();
 }
 
-EventMessage EncodeU3v(const CameraEvent& event, uint16_t request) {
-    Writer writer(kU3vForm.order);
+EventMessage EncodeU3vEvent(const CameraEvent& event, uint16_t request) {
+    Writer writer(kU3vEventForm.order);
     writer.Put(kU3vEventPrefix, 4).Put(0, 2).Put(kU3vEvent, 2);
-    writer.Put(BodySize(kU3vForm, event), 2).Put(request, 2);
+    writer.Put(BodySize(kU3vEventForm, event), 2).Put(request, 2);
     writer.Put(0, 2).Put(event.id, 2).Put(event.timestamp, 8);
     if (event.frameId) writer.Put(*event.frameId, 8);
     return writer.Message();
 }
 
-}  // namespace
-
-EventForm EventFormOf(const std::string& tlType) {
-    return IsGev(tlType) ? kGevForm : kU3vForm;
-}
-
-EventMessage EncodeEvent(const std::string& tlType, const CameraEvent& event, uint16_t request) {
-    return IsGev(tlType) ? EncodeGev(event, request) : EncodeU3v(event, request);
-}
-
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -5,11 +5,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <string>
 
 #include "producers/wire/byteorder.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 // One thing that happened in a camera.
 struct CameraEvent {
@@ -18,24 +17,25 @@ struct CameraEvent {
     std::optional<uint64_t> frameId;  // when it belongs to a frame
 };
 
-// How the messages of a transport type look to the port of an event: where its fields stand,
-// counted from the first byte that the port shows.
+// What the port of an event shows of a message: where its fields stand, counted from the first byte
+// there.
 struct EventForm {
     ByteOrder order;
     uint32_t timestampAddress;
     uint32_t frameIdAddress;
 };
+constexpr EventForm kGevEventForm{ByteOrder::Big, 8, 16};
+constexpr EventForm kU3vEventForm{ByteOrder::Little, 4, 12};
 
-// GigE cameras send EVENT and EVENTDATA commands, all others the event commands of USB3 cameras.
-EventForm EventFormOf(const std::string& tlType);
-
-// The thread that makes frames sends messages also when there is no memory.
+// A message, made without allocating memory: frames must not depend on it.
 struct EventMessage {
     std::array<uint8_t, 32> bytes{};  // none is longer
     size_t size = 0;
 };
 
-// The whole message, with its header. Request numbers count the messages of a camera.
-EventMessage EncodeEvent(const std::string& tlType, const CameraEvent& event, uint16_t request);
+// Whole messages with their headers: the EVENT or EVENTDATA command of a GigE camera, and the event
+// command of a USB3 camera. Request numbers count the messages of a camera.
+EventMessage EncodeGevEvent(const CameraEvent& event, uint16_t request);
+EventMessage EncodeU3vEvent(const CameraEvent& event, uint16_t request);
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -8,15 +8,20 @@
 #include "producers/server/modules/library.h"
 #include "producers/server/modules/module.h"
 #include "producers/simulator/config/configparser.h"
+#include "producers/zelcti/simulation.h"
 
 namespace {
 
-using ZelSim::Error;
-using ZelSim::Faults;
-using ZelSim::Handle;
-using ZelSim::Library;
-using ZelSim::Module;
-using ZelSim::Require;
+using ZelCti::Error;
+using ZelCti::Fault;
+using ZelCti::FaultEffect;
+using ZelCti::Faults;
+using ZelCti::Library;
+using ZelCti::Module;
+using ZelCti::Require;
+using ZelCti::Simulation;
+
+static_assert(ZELSIM_FOREVER == Fault::kForever);
 
 // Runs the work of a control function and turns what it throws into its code.
 template <typename Work>
@@ -25,19 +30,45 @@ int32_t Control(const char* function, Work&& work) noexcept {
         work();
         return GenTL::GC_ERR_SUCCESS;
     } catch (const Error& error) {
-        ZelSim::LastError::Set(error.Code(), function, error.what());
+        ZelCti::LastError::Set(error.Code(), function, error.what());
         return error.Code();
     } catch (const std::exception& error) {
-        ZelSim::LastError::Set(GenTL::GC_ERR_ERROR, function, error.what());
+        ZelCti::LastError::Set(GenTL::GC_ERR_ERROR, function, error.what());
         return GenTL::GC_ERR_ERROR;
     }
 }
 
-template <typename Visit>
-void ForEachModule(Visit&& visit) {
-    Library::Instance().Handles().ForEach([&](ZelSim::Object& object) {
-        if (Module::IsKind(object.GetKind())) visit(static_cast<Module&>(object));
-    });
+FaultEffect EffectOf(const ZelSimFault& fault) {
+    const auto has = [&](ZelSimFaultAction action) {
+        return (fault.actions & static_cast<uint32_t>(action)) != 0;
+    };
+    FaultEffect effect;
+    if (has(ZELSIM_FAULT_BLOCK)) effect.blockMs = fault.blockMs;
+    if (has(ZELSIM_FAULT_RETURN)) effect.result = fault.code;
+    if (has(ZELSIM_FAULT_TYPE)) effect.type = fault.type;
+    if (has(ZELSIM_FAULT_SIZE)) effect.size = fault.size;
+    if (has(ZELSIM_FAULT_VALUE)) {
+        effect.value.emplace();
+        const auto* const bytes = static_cast<const uint8_t*>(fault.value);
+        if (bytes != nullptr) effect.value->assign(bytes, bytes + fault.valueSize);
+    }
+    return effect;
+}
+
+Fault FaultOf(const ZelSimFault& given) {
+    Require(given.function);
+    if (given.valueSize != 0) Require(given.value);
+    Fault fault;
+    fault.function = ZelCti::FunctionOf(given.function);
+    if (!fault.function && std::string_view(given.function) != "*") {
+        throw Error(GenTL::GC_ERR_INVALID_PARAMETER,
+                    std::string(given.function) + " is not a GenTL function");
+    }
+    if (given.command != ZELSIM_ANY_COMMAND) fault.command = given.command;
+    fault.skip = given.skip;
+    fault.count = given.count;
+    fault.effect = EffectOf(given);
+    return fault;
 }
 
 }  // namespace
@@ -45,7 +76,7 @@ void ForEachModule(Visit&& visit) {
 int32_t ZelSim_InjectFault(const ZelSimFault* fault) {
     return Control("ZelSim_InjectFault", [&] {
         Require(fault);
-        Faults::Instance().Inject(*fault);
+        Faults::Instance().Inject(FaultOf(*fault));
     });
 }
 
@@ -55,13 +86,16 @@ int32_t ZelSim_ClearFaults() {
 }
 
 uint64_t ZelSim_GetCallCount(const char* function) {
-    return function == nullptr ? 0 : Faults::Instance().CallCount(function);
+    if (function == nullptr) return 0;
+    const auto known = ZelCti::FunctionOf(function);
+    return known ? Faults::Instance().CallCount(*known) : 0;
 }
 
 int32_t ZelSim_Configure(const char* xml) {
     return Control("ZelSim_Configure", [&] {
-        Library::Instance().Replace(xml == nullptr ? ZelSim::DefaultConfig()
-                                                   : ZelSim::ParseConfig(xml, "configuration"));
+        const ZelSim::WorldConfig config =
+            xml == nullptr ? ZelSim::DefaultConfig() : ZelSim::ParseConfig(xml, "configuration");
+        Library::Instance().Reconfigure([&] { Simulation::Instance().Replace(config); });
     });
 }
 
@@ -69,17 +103,14 @@ int32_t ZelSim_PlugCamera(const char* interfaceId, const char* xml) {
     return Control("ZelSim_PlugCamera", [&] {
         Require(interfaceId);
         Require(xml);
-        Library::Instance().GetWorld()->Plug(interfaceId, ZelSim::ParseCamera(xml, "camera"));
+        Simulation::Instance().GetWorld()->Plug(interfaceId, ZelSim::ParseCamera(xml, "camera"));
     });
 }
 
 int32_t ZelSim_UnplugCamera(const char* deviceId) {
     return Control("ZelSim_UnplugCamera", [&] {
         Require(deviceId);
-        const auto camera = Library::Instance().GetWorld()->Unplug(deviceId);
-        ForEachModule([&](Module& module) {
-            if (module.GetCamera() == camera.get()) module.OnCameraLost();
-        });
+        Simulation::Instance().GetWorld()->Unplug(deviceId);
     });
 }
 
@@ -92,7 +123,9 @@ int32_t ZelSim_FireEvent(const char* moduleId, int32_t eventType, uint64_t event
             throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "new-buffer events come from frames only");
         }
         bool found = false;
-        ForEachModule([&](Module& module) {
+        Library::Instance().Handles().ForEach([&](ZelCti::Object& object) {
+            if (!Module::IsKind(object.GetKind())) return;
+            auto& module = static_cast<Module&>(object);
             if (module.Id() != moduleId) return;
             found = true;
             module.FireMessage(eventType, eventId, {data, size});

@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-using namespace ZelSim;
+using namespace ZelCti;
 using ::testing::HasSubstr;
 using ::testing::ThrowsMessage;
 

@@ -5,7 +5,7 @@
 
 #include "producers/server/base/error.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 void Answer::String(std::string_view text) {
     const std::string terminated(text);
@@ -45,4 +45,4 @@ void Answer::OverwriteSize(size_t size) {
     if (size_ != nullptr) *size_ = size;
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -3,12 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string_view>
 
 #include "gentl/GenTL.h"
-#include "producers/simulator/zelsim.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 // Where the answer of a call goes, in the form that most functions of the standard share: an
 // optional data type, a buffer that may be null to ask for the size, and the size, which is the
@@ -16,6 +16,9 @@ namespace ZelSim {
 // with exactly one of the typed operations. Functions with one plain out-parameter use Fixed().
 class Answer {
   public:
+    // The command of a call that is not an info command.
+    static constexpr int32_t kNoCommand = std::numeric_limits<int32_t>::min();
+
     // No out-parameter.
     Answer() = default;
 
@@ -73,11 +76,11 @@ class Answer {
 
     void Copy(const void* data, size_t size, size_t capacity);
 
-    int32_t command_ = ZELSIM_ANY_COMMAND;
+    int32_t command_ = kNoCommand;
     GenTL::INFO_DATATYPE* type_ = nullptr;
     void* buffer_ = nullptr;
     size_t* size_ = nullptr;
     size_t fixedSize_ = 0;
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

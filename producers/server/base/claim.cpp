@@ -3,7 +3,7 @@
 #include "gentl/GenTL.h"
 #include "producers/server/base/error.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 Claim ClaimedIds::Take(const std::string& id) {
     const auto take = [&] {
@@ -18,4 +18,4 @@ Claim ClaimedIds::Take(const std::string& id) {
     });
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-namespace ZelSim {
+namespace ZelCti {
 
 // The right to use something; given back when the last copy goes.
 using Claim = std::shared_ptr<void>;
@@ -54,4 +54,4 @@ class ClaimedIds {
     std::shared_ptr<State> state_ = std::make_shared<State>();  // claims may outlive this object
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -6,7 +6,7 @@
 
 #include "gentl/GenTL.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 // A GenTL code with its reason. Everything below the exported functions throws it; Call() turns it
 // into the return value and into the text of GCGetLastError.
@@ -26,4 +26,4 @@ inline void Require(const void* pointer) {
     if (pointer == nullptr) throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "null pointer");
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

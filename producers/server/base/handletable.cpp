@@ -3,7 +3,7 @@
 #include "gentl/GenTL.h"
 #include "producers/server/base/error.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
@@ -140,4 +140,4 @@ void HandleTable::ForEach(const std::function<void(Object&)>& visit) const {
     }
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -11,13 +11,13 @@
 
 #include "producers/server/base/object.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 // Gives out handles and finds the object of a handle in constant time, without a common lock.
 //
 // A handle is a mark in the top byte, the generation of its slot and the number of the slot. No
 // address of user space has the mark, and a slot takes a new generation when its object is closed,
-// so that a foreign or stale handle is told apart without being followed. Thread-safe.
+// so that foreign and stale handles are recognised without being followed. Thread-safe.
 class HandleTable {
   public:
     HandleTable() = default;
@@ -71,4 +71,4 @@ class HandleTable {
     uint32_t numSlots_ = 0;            // guarded by slotsMutex_
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace ZelSim {
+namespace ZelCti {
 
 Handle Object::ParentHandle() const {
     const std::shared_ptr<Object> parent = parent_.lock();
@@ -26,4 +26,4 @@ std::set<Handle> Object::CloseForChildren() {
     return std::exchange(children_, {});
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -5,7 +5,7 @@
 #include <mutex>
 #include <set>
 
-namespace ZelSim {
+namespace ZelCti {
 
 using Handle = void*;
 
@@ -54,4 +54,4 @@ class Object {
     bool closed_ = false;        // guarded by childrenMutex_
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -5,9 +5,12 @@
 #include <semaphore.h>
 #include <system_error>
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
+
+// Longer waits are endless.
+constexpr uint64_t kLongestWaitMs = uint64_t{1000} * 3600 * 24 * 365;
 
 timespec TimespecOf(WaitPoint::Clock::time_point time) {
     const auto sinceStart = time.time_since_epoch();
@@ -20,6 +23,11 @@ timespec TimespecOf(WaitPoint::Clock::time_point time) {
 }
 
 }  // namespace
+
+WaitPoint::Clock::time_point WaitPoint::After(uint64_t timeoutMs) {
+    if (timeoutMs > kLongestWaitMs) return kEndless;
+    return Clock::now() + std::chrono::milliseconds(timeoutMs);
+}
 
 class WaitPoint::Sleeper {
   public:
@@ -89,4 +97,4 @@ void WaitPoint::WakeAll() {
     }
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -2,21 +2,24 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <mutex>
 
-namespace ZelSim {
+namespace ZelCti {
 
-// A condition variable made of semaphores, for what a mutex guards. The woken thread finds the
-// mutex as any other thread does; after the wait of a std::condition_variable its release is a
-// system call each time, which would add to the latency of every frame. Waking makes no system call
-// while nobody sleeps.
+// A condition variable made of semaphores, for what a mutex guards. After a std::condition_variable
+// wait, unlocking the mutex always costs a system call, which would add to the latency of every
+// frame. Waking makes no system call while nobody sleeps.
 //
-// Each sleeping thread has a semaphore of its own: with a common one, a thread that comes later
-// could take the wake-up of another, which waits for something else.
+// Each sleeping thread has a semaphore of its own. With a shared one, a thread that comes later
+// could consume a wake-up meant for another.
 class WaitPoint {
   public:
     using Clock = std::chrono::steady_clock;
     static constexpr Clock::time_point kEndless = Clock::time_point::max();
+
+    // Now and a time-out later; endless where that would overflow the clock.
+    static Clock::time_point After(uint64_t timeoutMs);
 
     explicit WaitPoint(std::mutex& mutex) : mutex_(mutex) {}
     WaitPoint(const WaitPoint&) = delete;
@@ -34,8 +37,8 @@ class WaitPoint {
         return true;
     }
 
-    // The one that sleeps longest. Unlocks the mutex first, for which the woken thread would have
-    // to wait otherwise.
+    // Wakes the thread that has slept longest. Unlocks the mutex first: the woken thread would have
+    // to wait for it.
     void UnlockAndWakeOne(std::unique_lock<std::mutex>& lock);
     void WakeAll();  // with the mutex held
 
@@ -50,4 +53,4 @@ class WaitPoint {
         nullptr;  // guarded by mutex_; those that are not being woken, the oldest first
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -1,18 +1,10 @@
 #include "producers/server/events/event.h"
 
 #include <algorithm>
-#include <chrono>
 
 #include "producers/server/base/error.h"
 
-namespace ZelSim {
-
-namespace {
-
-// Longer waits are endless: adding them to the clock could overflow.
-constexpr uint64_t kLongestWaitMs = uint64_t{1000} * 3600 * 24 * 365;
-
-}  // namespace
+namespace ZelCti {
 
 void Event::GetData(Answer answer, uint64_t timeoutMs) {
     std::unique_lock lock(waiting_.Mutex());
@@ -33,9 +25,7 @@ void Event::WaitForEvent(std::unique_lock<std::mutex>& lock, uint64_t timeoutMs)
 }
 
 void Event::Sleep(std::unique_lock<std::mutex>& lock, uint64_t timeoutMs) {
-    const WaitPoint::Clock::time_point end =
-        timeoutMs > kLongestWaitMs ? WaitPoint::kEndless
-                                   : WaitPoint::Clock::now() + std::chrono::milliseconds(timeoutMs);
+    const WaitPoint::Clock::time_point end = WaitPoint::After(timeoutMs);
     ++numWaiting_;
     waiting_.SleepUntil(lock, end, [this] { return Count() != 0 || MustReturn(); });
     --numWaiting_;
@@ -80,4 +70,4 @@ void Event::OnClose() {
     Fail(GenTL::GC_ERR_ABORT);
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

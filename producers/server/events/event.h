@@ -10,14 +10,9 @@
 #include "producers/server/base/answer.h"
 #include "producers/server/base/object.h"
 #include "producers/server/base/waitpoint.h"
+#include "producers/server/events/eventdata.h"
 
-namespace ZelSim {
-
-// The data of one event, valid until it leaves the queue.
-struct EventData {
-    const void* bytes;
-    size_t size;
-};
+namespace ZelCti {
 
 // One registration of an event type on a module: fetches events from a queue that a subclass
 // supplies.
@@ -73,4 +68,4 @@ class Event : public Object {
     GenTL::GC_ERROR end_ = GenTL::GC_ERR_SUCCESS;  // guarded; what every call ends with
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -7,7 +7,7 @@
 
 #include "producers/server/base/error.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
@@ -77,7 +77,7 @@ void MessageEvent::Pop() {
 }
 
 // The data say nothing about the identifier; it is remembered for the event fetched last. Consumers
-// may pass a whole buffer of which the data are the start.
+// may pass a whole buffer that starts with the data.
 uint64_t MessageEvent::IdOf(EventData data) const {
     const std::lock_guard lock(mutex_);
     const auto* const bytes = static_cast<const char*>(data.bytes);
@@ -102,4 +102,4 @@ void MessageEvent::GetDataInfo(EventData data, Answer answer) {
     }
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -5,7 +5,7 @@
 
 #include "producers/server/events/event.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 // A registration of any event type but EVENT_NEW_BUFFER: a queue of messages of its own. When
 // nobody fetches them, the oldest messages are lost; without memory, the new one. They count as
@@ -43,4 +43,4 @@ class MessageEvent final : public Event {
     uint64_t numFired_ = 0;         // guarded by mutex_
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -11,7 +11,7 @@
 #include "producers/server/exports/lasterror.h"
 #include "producers/server/modules/library.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 // Runs the work of a function and turns what it throws into its code and into the last error of the
 // thread.
@@ -39,8 +39,8 @@ template <typename Work>
     const std::optional<FaultEffect> effect = Faults::Instance().Meet(function, answer.Command());
     if (!effect) return Guard(function, std::forward<Work>(work));
     const size_t capacity = answer.Capacity();
-    GenTL::GC_ERROR result = effect->code;
-    if (!effect->Has(ZELSIM_FAULT_RETURN)) {
+    GenTL::GC_ERROR result = effect->result.value_or(GenTL::GC_ERR_SUCCESS);
+    if (!effect->result) {
         result = Guard(function, std::forward<Work>(work));
     } else if (result != GenTL::GC_ERR_SUCCESS) {
         LastError::Set(result, NameOf(function), "injected fault");
@@ -67,4 +67,4 @@ GenTL::GC_ERROR Call(Function function, const Answer& answer, Work&& work) noexc
     });
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

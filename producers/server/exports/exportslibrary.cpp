@@ -6,17 +6,17 @@
 #include "producers/server/exports/call.h"
 #include "producers/server/modules/module.h"
 
-using ZelSim::Answer;
-using ZelSim::Call;
-using ZelSim::CallAnyTime;
-using ZelSim::Error;
-using ZelSim::Find;
-using ZelSim::Function;
-using ZelSim::LastError;
-using ZelSim::Library;
-using ZelSim::Module;
-using ZelSim::PortUrl;
-using ZelSim::Require;
+using ZelCti::Answer;
+using ZelCti::Call;
+using ZelCti::CallAnyTime;
+using ZelCti::Error;
+using ZelCti::Find;
+using ZelCti::Function;
+using ZelCti::LastError;
+using ZelCti::Library;
+using ZelCti::Module;
+using ZelCti::PortUrl;
+using ZelCti::Require;
 
 namespace GenTL {
 
@@ -155,7 +155,7 @@ GC_ERROR GCUnregisterEvent(EVENTSRC_HANDLE hEventSrc, EVENT_TYPE iEventID) {
 GC_ERROR EventGetData(EVENT_HANDLE hEvent, void* pBuffer, size_t* piSize, uint64_t iTimeout) {
     const Answer answer(pBuffer, piSize);
     return Call(Function::EventGetData, answer, [&] {
-        const auto event = Find<ZelSim::Event>(hEvent);
+        const auto event = Find<ZelCti::Event>(hEvent);
         Require(piSize);
         event->GetData(answer, iTimeout);
     });
@@ -166,7 +166,7 @@ GC_ERROR EventGetDataInfo(EVENT_HANDLE hEvent, const void* pInBuffer, size_t iIn
                           size_t* piOutSize) {
     const Answer answer(iInfoCmd, piType, pOutBuffer, piOutSize);
     return Call(Function::EventGetDataInfo, answer, [&] {
-        const auto event = Find<ZelSim::Event>(hEvent);
+        const auto event = Find<ZelCti::Event>(hEvent);
         Require(pInBuffer);
         event->GetDataInfo({pInBuffer, iInSize}, answer);
     });
@@ -176,15 +176,15 @@ GC_ERROR EventGetInfo(EVENT_HANDLE hEvent, EVENT_INFO_CMD iInfoCmd, INFO_DATATYP
                       void* pBuffer, size_t* piSize) {
     const Answer answer(iInfoCmd, piType, pBuffer, piSize);
     return Call(Function::EventGetInfo, answer,
-                [&] { Find<ZelSim::Event>(hEvent)->GetInfo(answer); });
+                [&] { Find<ZelCti::Event>(hEvent)->GetInfo(answer); });
 }
 
 GC_ERROR EventFlush(EVENT_HANDLE hEvent) {
-    return Call(Function::EventFlush, {}, [&] { Find<ZelSim::Event>(hEvent)->Flush(); });
+    return Call(Function::EventFlush, {}, [&] { Find<ZelCti::Event>(hEvent)->Flush(); });
 }
 
 GC_ERROR EventKill(EVENT_HANDLE hEvent) {
-    return Call(Function::EventKill, {}, [&] { Find<ZelSim::Event>(hEvent)->Kill(); });
+    return Call(Function::EventKill, {}, [&] { Find<ZelCti::Event>(hEvent)->Kill(); });
 }
 
 }  // extern "C"

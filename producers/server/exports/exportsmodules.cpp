@@ -1,19 +1,22 @@
 // The exported functions of systems, interfaces and devices.
 
+#include "producers/server/base/waitpoint.h"
 #include "producers/server/exports/call.h"
 #include "producers/server/modules/device.h"
+#include "producers/server/modules/infos.h"
 #include "producers/server/modules/interface.h"
 #include "producers/server/modules/system.h"
 
-using ZelSim::Answer;
-using ZelSim::Call;
-using ZelSim::Device;
-using ZelSim::Find;
-using ZelSim::Function;
-using ZelSim::Interface;
-using ZelSim::Library;
-using ZelSim::Require;
-using ZelSim::System;
+using ZelCti::Answer;
+using ZelCti::Call;
+using ZelCti::Device;
+using ZelCti::Find;
+using ZelCti::Function;
+using ZelCti::Interface;
+using ZelCti::Library;
+using ZelCti::Require;
+using ZelCti::System;
+using ZelCti::WaitPoint;
 
 namespace GenTL {
 
@@ -33,7 +36,7 @@ GC_ERROR TLOpen(TL_HANDLE* phTL) {
     Answer answer = Answer::Fixed(phTL);
     return Call(Function::TLOpen, answer, [&] {
         Require(phTL);
-        const auto system = std::make_shared<System>(Library::Instance().GetWorld());
+        const auto system = std::make_shared<System>(Library::Instance().Transports());
         answer.Set(Library::Instance().Handles().Open(system, nullptr));
     });
 }
@@ -66,8 +69,9 @@ GC_ERROR TLGetInterfaceID(TL_HANDLE hTL, uint32_t iIndex, char* sID, size_t* piS
 GC_ERROR TLGetInterfaceInfo(TL_HANDLE hTL, const char* sIfaceID, INTERFACE_INFO_CMD iInfoCmd,
                             INFO_DATATYPE* piType, void* pBuffer, size_t* piSize) {
     const Answer answer(iInfoCmd, piType, pBuffer, piSize);
-    return Call(Function::TLGetInterfaceInfo, answer,
-                [&] { Find<System>(hTL)->Interfaces().Find(sIfaceID)->GetInfo(answer); });
+    return Call(Function::TLGetInterfaceInfo, answer, [&] {
+        ZelCti::AnswerInfo(*Find<System>(hTL)->Interfaces().Find(sIfaceID), answer);
+    });
 }
 
 GC_ERROR TLOpenInterface(TL_HANDLE hTL, const char* sIfaceID, IF_HANDLE* phIface) {
@@ -79,11 +83,10 @@ GC_ERROR TLOpenInterface(TL_HANDLE hTL, const char* sIfaceID, IF_HANDLE* phIface
     });
 }
 
-// The lists of a simulated world are at hand: updates never take time, whatever the time-out.
-GC_ERROR TLUpdateInterfaceList(TL_HANDLE hTL, bool8_t* pbChanged, uint64_t /*iTimeout*/) {
+GC_ERROR TLUpdateInterfaceList(TL_HANDLE hTL, bool8_t* pbChanged, uint64_t iTimeout) {
     Answer answer = Answer::Fixed(pbChanged);
     return Call(Function::TLUpdateInterfaceList, answer, [&] {
-        const bool8_t changed = Find<System>(hTL)->UpdateInterfaces();
+        const bool8_t changed = Find<System>(hTL)->UpdateInterfaces(WaitPoint::After(iTimeout));
         if (pbChanged != nullptr) answer.Set(changed);
     });
 }
@@ -110,10 +113,10 @@ GC_ERROR IFGetDeviceID(IF_HANDLE hIface, uint32_t iIndex, char* sIDeviceID, size
                 [&] { answer.String(Find<Interface>(hIface)->Cameras().At(iIndex)->Id()); });
 }
 
-GC_ERROR IFUpdateDeviceList(IF_HANDLE hIface, bool8_t* pbChanged, uint64_t /*iTimeout*/) {
+GC_ERROR IFUpdateDeviceList(IF_HANDLE hIface, bool8_t* pbChanged, uint64_t iTimeout) {
     Answer answer = Answer::Fixed(pbChanged);
     return Call(Function::IFUpdateDeviceList, answer, [&] {
-        const bool8_t changed = Find<Interface>(hIface)->UpdateCameras();
+        const bool8_t changed = Find<Interface>(hIface)->UpdateCameras(WaitPoint::After(iTimeout));
         if (pbChanged != nullptr) answer.Set(changed);
     });
 }

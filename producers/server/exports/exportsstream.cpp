@@ -6,16 +6,16 @@
 #include "producers/server/exports/call.h"
 #include "producers/server/modules/stream.h"
 
-using ZelSim::Answer;
-using ZelSim::Buffer;
-using ZelSim::Call;
-using ZelSim::Error;
-using ZelSim::Find;
-using ZelSim::Function;
-using ZelSim::Guard;
-using ZelSim::Library;
-using ZelSim::Require;
-using ZelSim::Stream;
+using ZelCti::Answer;
+using ZelCti::Buffer;
+using ZelCti::Call;
+using ZelCti::Error;
+using ZelCti::Find;
+using ZelCti::Function;
+using ZelCti::Guard;
+using ZelCti::Library;
+using ZelCti::Require;
+using ZelCti::Stream;
 
 namespace GenTL {
 
@@ -98,7 +98,7 @@ GC_ERROR DSRevokeBuffer(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer, void** pBu
         const auto stream = Find<Stream>(hDataStream);
         const auto buffer = FindBuffer(*stream, hBuffer);
         stream->Pool().Revoke(*buffer);
-        const ZelSim::BufferMemory& memory = buffer->Memory();
+        const ZelCti::BufferMemory& memory = buffer->Memory();
         // Memory of this side is gone: there is nothing to hand back.
         if (pBuffer != nullptr) *pBuffer = memory.owned == nullptr ? memory.base : nullptr;
         if (pPrivate != nullptr) *pPrivate = memory.userPointer;
@@ -109,15 +109,12 @@ GC_ERROR DSRevokeBuffer(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer, void** pBu
 GC_ERROR DSQueueBuffer(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer) {
     return Call(Function::DSQueueBuffer, {}, [&] {
         const auto stream = Find<Stream>(hDataStream);
-        const auto buffer = FindBuffer(*stream, hBuffer);
-        stream->CheckConnected();
-        stream->Pool().Queue(*buffer);
+        stream->Queue(*FindBuffer(*stream, hBuffer));
     });
 }
 
 GC_ERROR DSFlushQueue(DS_HANDLE hDataStream, ACQ_QUEUE_TYPE iOperation) {
-    return Call(Function::DSFlushQueue, {},
-                [&] { Find<Stream>(hDataStream)->Pool().Flush(iOperation); });
+    return Call(Function::DSFlushQueue, {}, [&] { Find<Stream>(hDataStream)->Flush(iOperation); });
 }
 
 GC_ERROR DSStartAcquisition(DS_HANDLE hDataStream, ACQ_START_FLAGS iStartFlags,
@@ -185,7 +182,7 @@ GC_ERROR DSGetBufferChunkData(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer,
     return Call(Function::DSGetBufferChunkData, {}, [&] {
         const auto buffer = FindBuffer(hDataStream, hBuffer);
         Require(piNumChunks);
-        const std::vector<ZelSim::ChunkPlace> chunks = buffer->Chunks();
+        const std::vector<ZelCti::ChunkPlace> chunks = buffer->Chunks();
         const size_t capacity = *piNumChunks;
         *piNumChunks = chunks.size();
         if (pChunkData == nullptr) return;

@@ -2,27 +2,21 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 #include "producers/server/base/error.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
 constexpr const char* kNames[] = {
-#define ZELSIM_NAME(name, parameters) #name,
-    GENTL_FUNCTIONS(ZELSIM_NAME)
-#undef ZELSIM_NAME
+#define ZELCTI_NAME(name, parameters) #name,
+    GENTL_FUNCTIONS(ZELCTI_NAME)
+#undef ZELCTI_NAME
 };
 
 constexpr size_t kNumFunctions = static_cast<size_t>(Function::Count);
-
-std::optional<Function> FunctionOf(std::string_view name) {
-    for (size_t i = 0; i < kNumFunctions; ++i) {
-        if (name == kNames[i]) return static_cast<Function>(i);
-    }
-    return std::nullopt;
-}
 
 // Failures that mean "there is no answer to give"; an injected value is the answer then.
 bool LacksAnswer(GenTL::GC_ERROR code) {
@@ -36,21 +30,27 @@ const char* NameOf(Function function) {
     return kNames[static_cast<size_t>(function)];
 }
 
-GenTL::GC_ERROR FaultEffect::Apply(Answer answer, size_t capacity, GenTL::GC_ERROR result) const {
-    const bool replaceable =
-        result == GenTL::GC_ERR_SUCCESS || (!Has(ZELSIM_FAULT_RETURN) && LacksAnswer(result));
-    if (Has(ZELSIM_FAULT_VALUE) && replaceable) {
+std::optional<Function> FunctionOf(std::string_view name) {
+    for (size_t i = 0; i < kNumFunctions; ++i) {
+        if (name == kNames[i]) return static_cast<Function>(i);
+    }
+    return std::nullopt;
+}
+
+GenTL::GC_ERROR FaultEffect::Apply(Answer answer, size_t capacity, GenTL::GC_ERROR ended) const {
+    const bool replaceable = ended == GenTL::GC_ERR_SUCCESS || (!result && LacksAnswer(ended));
+    if (value && replaceable) {
         answer.OverwriteSize(capacity);
         try {
-            answer.Replace(value.data(), value.size());
-            result = GenTL::GC_ERR_SUCCESS;
+            answer.Replace(value->data(), value->size());
+            ended = GenTL::GC_ERR_SUCCESS;
         } catch (const Error& error) {
-            result = error.Code();
+            ended = error.Code();
         }
     }
-    if (Has(ZELSIM_FAULT_TYPE)) answer.OverwriteType(type);
-    if (Has(ZELSIM_FAULT_SIZE)) answer.OverwriteSize(size);
-    return result;
+    if (type) answer.OverwriteType(*type);
+    if (size) answer.OverwriteSize(*size);
+    return ended;
 }
 
 Faults& Faults::Instance() {
@@ -58,21 +58,10 @@ Faults& Faults::Instance() {
     return faults;
 }
 
-void Faults::Inject(const ZelSimFault& fault) {
-    Require(fault.function);
-    if (fault.valueSize != 0) Require(fault.value);
-    const std::optional<Function> function = FunctionOf(fault.function);
-    if (!function && std::string_view(fault.function) != "*") {
-        throw Error(GenTL::GC_ERR_INVALID_PARAMETER,
-                    std::string(fault.function) + " is not a GenTL function");
-    }
+void Faults::Inject(Fault fault) {
     if (fault.count == 0) return;
-    FaultEffect effect{fault.actions, fault.code, fault.type, fault.size, {}};
-    const auto* const bytes = static_cast<const uint8_t*>(fault.value);
-    if (bytes != nullptr) effect.value.assign(bytes, bytes + fault.valueSize);
     const std::lock_guard lock(mutex_);
-    faults_.push_back(
-        {function, fault.command, fault.skip, fault.count, fault.blockMs, std::move(effect)});
+    faults_.push_back(std::move(fault));
     armed_.store(true, std::memory_order_relaxed);
 }
 
@@ -84,15 +73,14 @@ void Faults::Clear() {
     cleared_.notify_all();
 }
 
-uint64_t Faults::CallCount(std::string_view function) const {
-    const std::optional<Function> known = FunctionOf(function);
-    return known ? counts_[static_cast<size_t>(*known)].calls.load(std::memory_order_relaxed) : 0;
+uint64_t Faults::CallCount(Function function) const {
+    return counts_[static_cast<size_t>(function)].calls.load(std::memory_order_relaxed);
 }
 
 void Faults::Block(std::unique_lock<std::mutex>& lock, uint32_t milliseconds) {
     const uint64_t before = numClears_;
     const auto isCleared = [&] { return numClears_ != before; };
-    if (milliseconds == ZELSIM_FOREVER) {
+    if (milliseconds == Fault::kForever) {
         cleared_.wait(lock, isCleared);
     } else {
         cleared_.wait_for(lock, std::chrono::milliseconds(milliseconds), isCleared);
@@ -103,7 +91,7 @@ std::optional<FaultEffect> Faults::Meet(Function function, int32_t command) {
     std::unique_lock lock(mutex_);
     const auto matches = [&](Fault& f) {
         if (f.function && *f.function != function) return false;
-        if (f.command != ZELSIM_ANY_COMMAND && f.command != command) return false;
+        if (f.command && *f.command != command) return false;
         if (f.skip == 0) return true;
         --f.skip;
         return false;
@@ -112,11 +100,10 @@ std::optional<FaultEffect> Faults::Meet(Function function, int32_t command) {
     if (fault == faults_.end()) return std::nullopt;
     // Copied: the fault may be cleared while the call is blocked.
     const FaultEffect effect = fault->effect;
-    const uint32_t blockMs = fault->blockMs;
-    if (fault->count != ZELSIM_FOREVER && --fault->count == 0) faults_.erase(fault);
+    if (fault->count != Fault::kForever && --fault->count == 0) faults_.erase(fault);
     armed_.store(!faults_.empty(), std::memory_order_relaxed);
-    if (effect.Has(ZELSIM_FAULT_BLOCK)) Block(lock, blockMs);
+    if (effect.blockMs) Block(lock, *effect.blockMs);
     return effect;
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -6,41 +6,49 @@
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <list>
 #include <mutex>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
 
 #include "gentl/GenTL.h"
 #include "producers/server/base/answer.h"
-#include "producers/simulator/zelsim.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 // The functions of the standard, as numbers.
-#define ZELSIM_NAME(name, parameters) name,
-enum class Function { GENTL_FUNCTIONS(ZELSIM_NAME) Count };
-#undef ZELSIM_NAME
+#define ZELCTI_NAME(name, parameters) name,
+enum class Function { GENTL_FUNCTIONS(ZELCTI_NAME) Count };
+#undef ZELCTI_NAME
 
 const char* NameOf(Function function);
+std::optional<Function> FunctionOf(std::string_view name);
 
-// What the injected faults do to one call.
+// What a fault does to a call, in this order.
 struct FaultEffect {
-    uint32_t actions = 0;
-    GenTL::GC_ERROR code = 0;
-    GenTL::INFO_DATATYPE type = 0;
-    size_t size = 0;
-    std::vector<uint8_t> value;
+    std::optional<uint32_t> blockMs;        // waits first; kForever: until the faults are cleared
+    std::optional<GenTL::GC_ERROR> result;  // replaces the work of the function
 
-    bool Has(ZelSimFaultAction action) const {
-        return (actions & static_cast<uint32_t>(action)) != 0;
-    }
+    // Replaces the answer of a call that succeeds, or that fails only because there is no answer.
+    std::optional<std::vector<uint8_t>> value;
+    std::optional<GenTL::INFO_DATATYPE> type;
+    std::optional<size_t> size;
 
-    // Changes the answer of a call that ended with `result`, its buffer having this capacity; the
+    // Changes the answer of a call that ended with `ended`, its buffer having this capacity; the
     // code it ends with now.
-    GenTL::GC_ERROR Apply(Answer answer, size_t capacity, GenTL::GC_ERROR result) const;
+    GenTL::GC_ERROR Apply(Answer answer, size_t capacity, GenTL::GC_ERROR ended) const;
+};
+
+struct Fault {
+    static constexpr uint32_t kForever = std::numeric_limits<uint32_t>::max();
+
+    std::optional<Function> function;  // none: every function
+    std::optional<int32_t> command;    // only calls with this info command
+    uint32_t skip = 0;                 // matching calls that pass first
+    uint32_t count = 0;                // calls that are hit then
+    FaultEffect effect;
 };
 
 // The faults of the process. With none set a call costs one counter and one test. Thread-safe.
@@ -48,12 +56,10 @@ class Faults {
   public:
     static Faults& Instance();
 
-    // Throws GC_ERR_INVALID_PARAMETER for an unknown function name.
-    void Inject(const ZelSimFault& fault);
-
+    void Inject(Fault fault);
     void Clear();
 
-    uint64_t CallCount(std::string_view function) const;
+    uint64_t CallCount(Function function) const;
 
     // Counts a call; true when there are faults to look at.
     bool Enter(Function function) {
@@ -65,15 +71,6 @@ class Faults {
     std::optional<FaultEffect> Meet(Function function, int32_t command);
 
   private:
-    struct Fault {
-        std::optional<Function> function;  // none: every function
-        int32_t command;
-        uint32_t skip;
-        uint32_t count;
-        uint32_t blockMs;
-        FaultEffect effect;
-    };
-
     // A line of the cache each: threads count without disturbing each other.
     struct alignas(64) Counter {
         std::atomic<uint64_t> calls{0};
@@ -89,4 +86,4 @@ class Faults {
     uint64_t numClears_ = 0;   // guarded by mutex_
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
@@ -20,4 +20,4 @@ void LastError::Set(GenTL::GC_ERROR code, const char* function, const char* reas
     std::snprintf(lastError.text, sizeof(lastError.text), "%s: %s", function, reason);
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

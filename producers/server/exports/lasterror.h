@@ -3,7 +3,7 @@
 
 #include "gentl/GenTL.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 struct LastError {
     GenTL::GC_ERROR code;
@@ -15,4 +15,4 @@ struct LastError {
     static void Set(GenTL::GC_ERROR code, const char* function, const char* reason);
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -1,30 +1,32 @@
 #include "producers/server/modules/buffer.h"
 
+#include <algorithm>
+
 #include "producers/server/base/error.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
 constexpr int32_t kInfoSecondOfPair = 1101;  // of this producer: the second frame of a pair
 
-PortIdentity IdentityOf(const Camera& camera) {
-    const CameraConfig& config = camera.Config();
-    return {camera.Id() + "/Buffer", config.vendor, config.model, config.version,
-            camera.TlType(),         "TLBuffer",    "BufferPort"};
+PortIdentity BufferIdentity(const CameraInfo& camera) {
+    return PortIdentity::OfCamera(camera, camera.id + "/Buffer", "TLBuffer", "BufferPort");
 }
 
 }  // namespace
 
-Buffer::Buffer(std::shared_ptr<Camera> camera, const Module& stream, BufferMemory memory)
-    : Module(Kind::Buffer, IdentityOf(*camera), OwnRegisters()),
-      camera_(std::move(camera)),
+Buffer::Buffer(std::shared_ptr<const CameraLink> link, const Module& stream, const StreamInfo& info,
+               BufferMemory memory)
+    : LocalModule(Kind::Buffer, BufferIdentity(link->GetCamera().Info())),
+      link_(std::move(link)),
       stream_(stream),
+      sendsPairs_(info.sendsPairs),
       memory_(std::move(memory)) {}
 
-void Buffer::SetFrame(FrameInfo frame) {
+void Buffer::SetFrame(const FrameInfo& frame) {
     const std::lock_guard lock(mutex_);
-    frame_ = std::move(frame);
+    frame_ = frame;
     hasFrame_ = true;
 }
 
@@ -56,7 +58,7 @@ bool Buffer::AnswerMemory(Answer answer) const {
         case GenTL::BUFFER_INFO_USER_PTR:
             return answer.Pointer(memory_.userPointer), true;
         case GenTL::BUFFER_INFO_TLTYPE:
-            return answer.String(camera_->TlType()), true;
+            return answer.String(Port().tlType), true;
         case GenTL::BUFFER_INFO_IS_COMPOSITE:
             return answer.Bool(memory_.composite), true;
         default:
@@ -82,7 +84,7 @@ bool Buffer::AnswerState(Answer answer) const {
         case GenTL::BUFFER_INFO_IMAGEPRESENT:
             return answer.Bool(hasFrame_), true;
         case GenTL::BUFFER_INFO_CONTAINS_CHUNKDATA:
-            return answer.Bool(hasFrame_ && !frame_.chunks.IsEmpty()), true;
+            return answer.Bool(hasFrame_ && frame_.chunkOrder.has_value()), true;
         default:
             return false;
     }
@@ -91,21 +93,21 @@ bool Buffer::AnswerState(Answer answer) const {
 bool Buffer::AnswerGeometry(Answer answer) const {
     switch (answer.Command()) {
         case GenTL::BUFFER_INFO_WIDTH:
-            return answer.Size(Frame().settings->width), true;
+            return answer.Size(Frame().width), true;
         case GenTL::BUFFER_INFO_HEIGHT:
-            return answer.Size(Frame().settings->height), true;
+            return answer.Size(Frame().height), true;
         case GenTL::BUFFER_INFO_XOFFSET:
-            return answer.Size(Frame().settings->offsetX), true;
+            return answer.Size(Frame().offsetX), true;
         case GenTL::BUFFER_INFO_YOFFSET:
-            return answer.Size(Frame().settings->offsetY), true;
+            return answer.Size(Frame().offsetY), true;
         case GenTL::BUFFER_INFO_XPADDING:
-            return answer.Size(Frame().settings->xPadding), true;
+            return answer.Size(Frame().xPadding), true;
         case GenTL::BUFFER_INFO_YPADDING:
-            return answer.Size(Frame().settings->yPadding), true;
+            return answer.Size(Frame().yPadding), true;
         case GenTL::BUFFER_INFO_IMAGEOFFSET:
-            return answer.Size(Frame().settings->imageOffset), true;
+            return answer.Size(Frame().imageOffset), true;
         case GenTL::BUFFER_INFO_PIXELFORMAT:
-            return answer.Uint64(Frame().settings->pixelFormat->value), true;
+            return answer.Uint64(Frame().pixelFormat), true;
         case GenTL::BUFFER_INFO_PIXELFORMAT_NAMESPACE:
             return Frame(), answer.Uint64(GenTL::PIXELFORMAT_NAMESPACE_PFNC_32BIT), true;
         case GenTL::BUFFER_INFO_PIXEL_ENDIANNESS:
@@ -118,7 +120,7 @@ bool Buffer::AnswerGeometry(Answer answer) const {
 bool Buffer::AnswerFrame(Answer answer) const {
     switch (answer.Command()) {
         case GenTL::BUFFER_INFO_TIMESTAMP:
-            return answer.Uint64(camera_->Ticks(Frame().timestampNs)), true;
+            return answer.Uint64(Frame().timestamp), true;
         case GenTL::BUFFER_INFO_TIMESTAMP_NS:
             return answer.Uint64(Frame().timestampNs), true;
         case GenTL::BUFFER_INFO_FRAMEID:
@@ -130,8 +132,8 @@ bool Buffer::AnswerFrame(Answer answer) const {
         case GenTL::BUFFER_INFO_FILENAME:
             throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "images have no file");
         case kInfoSecondOfPair:
-            if (!camera_->Config().framePairs) return false;
-            return answer.Bool(Frame().id % 2 != 0), true;
+            if (!sendsPairs_) return false;
+            return answer.Bool(Frame().isSecondOfPair), true;
         default:
             return false;
     }
@@ -140,18 +142,18 @@ bool Buffer::AnswerFrame(Answer answer) const {
 bool Buffer::AnswerChunks(Answer answer) const {
     const bool size = answer.Command() == GenTL::BUFFER_INFO_DELIVERED_CHUNKPAYLOADSIZE;
     if (!size && answer.Command() != GenTL::BUFFER_INFO_CHUNKLAYOUTID) return false;
-    if (Frame().chunks.IsEmpty()) {
-        throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the frame has no chunks");
-    }
+    if (!Frame().chunkOrder) throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the frame has no chunks");
     if (size) return answer.Size(frame_.sizeFilled), true;
-    const uint64_t layout = frame_.settings->ImageSize() << kNumChunkKinds | frame_.chunks.Bits();
-    return answer.Uint64(layout), true;
+    return answer.Uint64(frame_.chunkLayoutId), true;
 }
 
 std::vector<ChunkPlace> Buffer::Chunks() const {
     const std::lock_guard lock(mutex_);
-    if (Frame().chunks.IsEmpty()) throw Error(GenTL::GC_ERR_NO_DATA, "the frame has no chunks");
-    return ChunkPlaces(frame_.chunks, frame_.settings->ImageSize());
+    if (!Frame().chunkOrder) throw Error(GenTL::GC_ERR_NO_DATA, "the frame has no chunks");
+    const size_t size = std::min(frame_.sizeFilled, memory_.size);
+    auto chunks = FindChunks(memory_.base, size, *frame_.chunkOrder);
+    if (!chunks) throw Error(GenTL::GC_ERR_NO_DATA, "the chunks of the frame are damaged");
+    return *std::move(chunks);
 }
 
 void Buffer::GetSegmentInfo(Answer answer) const {
@@ -171,4 +173,4 @@ void Buffer::GetSegmentInfo(Answer answer) const {
     }
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

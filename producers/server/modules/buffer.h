@@ -10,22 +10,12 @@
 #include <mutex>
 #include <vector>
 
-#include "producers/server/modules/module.h"
-#include "producers/simulator/camera/camera.h"
+#include "producers/server/modules/cameralink.h"
+#include "producers/server/modules/localmodule.h"
+#include "producers/transport.h"
+#include "producers/wire/chunktrailer.h"
 
-namespace ZelSim {
-
-// What a frame left in a buffer.
-struct FrameInfo {
-    std::shared_ptr<const FrameSettings> settings;
-    uint64_t id = 0;
-    uint64_t timestampNs = 0;
-    size_t sizeFilled = 0;
-    size_t deliveredHeight = 0;
-    ChunkSet chunks;  // that came with the frame
-    bool incomplete = false;
-    bool tooLarge = false;  // larger than the buffer
-};
+namespace ZelCti {
 
 // Memory that a client gave or had allocated.
 struct BufferMemory {
@@ -37,30 +27,36 @@ struct BufferMemory {
 };
 
 // A buffer of a stream. Its place among the buffers belongs to the BufferPool; the frame it holds
-// is written by the camera's thread before it is delivered. Thread-safe.
+// is set when it is delivered. Thread-safe.
 //
 //   idle --queue--> input --taken--> acquiring --deliver--> output --fetched--> idle
 //
 // DSFlushQueue moves buffers between idle, input and output.
-class Buffer final : public Module {
+class Buffer final : public LocalModule, public FrameBuffer {
   public:
     enum class State : uint8_t { Idle, Input, Acquiring, Output, Revoked };
 
     static bool IsKind(Kind kind) { return kind == Kind::Buffer; }
 
-    Buffer(std::shared_ptr<Camera> camera, const Module& stream, BufferMemory memory);
+    // Of a stream with this information.
+    Buffer(std::shared_ptr<const CameraLink> link, const Module& stream, const StreamInfo& info,
+           BufferMemory memory);
 
-    const Camera* GetCamera() const override { return camera_.get(); }
+    const CameraLink* Link() const override { return link_.get(); }
     const BufferMemory& Memory() const { return memory_; }
     bool IsOf(const Module& stream) const { return &stream_ == &stream; }
 
-    void SetFrame(FrameInfo frame);
+    // The memory as an engine sees it.
+    uint8_t* Base() const override { return memory_.base; }
+    size_t Size() const override { return memory_.size; }
+
+    void SetFrame(const FrameInfo& frame);
     void ClearFrame();
 
     void GetInfo(Answer answer) const;
     void GetSegmentInfo(Answer answer) const;
 
-    // Throws GC_ERR_NO_DATA when the frame has none.
+    // Throws GC_ERR_NO_DATA when the frame has none, or damaged ones.
     std::vector<ChunkPlace> Chunks() const;
 
   private:
@@ -73,8 +69,9 @@ class Buffer final : public Module {
     bool AnswerChunks(Answer answer) const;
     const FrameInfo& Frame() const;  // throws GC_ERR_NOT_AVAILABLE without one
 
-    const std::shared_ptr<Camera> camera_;
+    const std::shared_ptr<const CameraLink> link_;
     const Module& stream_;  // compared only
+    const bool sendsPairs_;
     const BufferMemory memory_;
     std::atomic<State> state_{State::Idle};               // changed by the pool only
     std::list<std::shared_ptr<Buffer>>::iterator place_;  // the pool's
@@ -83,4 +80,4 @@ class Buffer final : public Module {
     FrameInfo frame_;        // guarded by mutex_
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

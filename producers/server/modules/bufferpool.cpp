@@ -4,7 +4,7 @@
 
 #include "producers/server/base/error.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 using State = Buffer::State;
 
@@ -56,18 +56,15 @@ void BufferPool::Revoke(Buffer& buffer) {
 }
 
 void BufferPool::Queue(Buffer& buffer) {
-    {
-        const std::lock_guard lock(mutex_);
-        if (buffer.state_ != State::Idle) {
-            throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the buffer is not idle");
-        }
-        Move(buffer, State::Input);
+    const std::lock_guard lock(mutex_);
+    if (buffer.state_ != State::Idle) {
+        throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the buffer is not idle");
     }
-    onInput_();
+    Move(buffer, State::Input);
 }
 
 void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
-    std::unique_lock lock(mutex_);
+    const std::lock_guard lock(mutex_);
     switch (operation) {
         case GenTL::ACQ_QUEUE_INPUT_TO_OUTPUT:
             MoveAll(State::Input, State::Output);
@@ -90,8 +87,6 @@ void BufferPool::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
         default:
             throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "unknown flush operation");
     }
-    lock.unlock();
-    onInput_();
 }
 
 void BufferPool::SetNewestOnly(bool newestOnly) {
@@ -110,8 +105,14 @@ Handle BufferPool::HandleAt(uint32_t index) const {
 
 StreamCounts BufferPool::Counts() const {
     const std::lock_guard lock(mutex_);
-    const size_t announced = idle_.size() + input_.size() + acquiring_.size() + output_.size();
-    return {numDelivered_, numUnderrun_, numStarted_, announced, input_.size(), output_.size()};
+    StreamCounts counts;
+    counts.delivered = numDelivered_;
+    counts.underrun = numUnderrun_;
+    counts.started = numStarted_;
+    counts.announced = idle_.size() + input_.size() + acquiring_.size() + output_.size();
+    counts.queued = input_.size();
+    counts.awaitDelivery = output_.size();
+    return counts;
 }
 
 bool BufferPool::HasInput() const {
@@ -119,7 +120,7 @@ bool BufferPool::HasInput() const {
     return !input_.empty();
 }
 
-Buffer* BufferPool::Take(bool mustBeOne) {
+FrameBuffer* BufferPool::Take(bool mustBeOne) {
     const std::lock_guard lock(mutex_);
     if (input_.empty()) {
         if (mustBeOne) ++numUnderrun_;
@@ -136,22 +137,24 @@ void BufferPool::MoveToFrontOfInput(Buffer& buffer) {
     buffer.state_ = State::Input;
 }
 
-void BufferPool::PutBack(Buffer& buffer) {
+void BufferPool::PutBack(FrameBuffer& buffer) {
     const std::lock_guard lock(mutex_);
     --numStarted_;
-    MoveToFrontOfInput(buffer);
+    MoveToFrontOfInput(static_cast<Buffer&>(buffer));
 }
 
-void BufferPool::Lose(Buffer& buffer) {
+void BufferPool::Lose(FrameBuffer& buffer) {
     const std::lock_guard lock(mutex_);
     ++numUnderrun_;
-    MoveToFrontOfInput(buffer);
+    MoveToFrontOfInput(static_cast<Buffer&>(buffer));
 }
 
-void BufferPool::Deliver(Buffer& buffer) {
+void BufferPool::Deliver(FrameBuffer& buffer, const FrameInfo& frame) {
+    auto& delivered = static_cast<Buffer&>(buffer);
+    delivered.SetFrame(frame);
     std::unique_lock lock(mutex_);
     if (newestOnly_) MoveAll(State::Output, State::Input);
-    Move(buffer, State::Output);
+    Move(delivered, State::Output);
     delivered_.UnlockAndWakeOne(lock);
 }
 
@@ -164,4 +167,4 @@ void BufferPool::DiscardOutput() {
     MoveAll(State::Output, State::Idle);
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

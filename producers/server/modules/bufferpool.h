@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <list>
 #include <memory>
 #include <mutex>
@@ -12,25 +11,22 @@
 #include "producers/server/events/event.h"
 #include "producers/server/modules/buffer.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 // What STREAM_INFO_NUM_... report; the sums run from the opening of the stream.
 struct StreamCounts {
-    uint64_t delivered;
-    uint64_t underrun;
-    uint64_t started;
-    size_t announced;
-    size_t queued;
-    size_t awaitDelivery;
+    uint64_t delivered = 0;
+    uint64_t underrun = 0;
+    uint64_t started = 0;
+    size_t announced = 0;
+    size_t queued = 0;
+    size_t awaitDelivery = 0;
 };
 
-// Where the client, which queues and fetches buffers, and the camera, which fills them, meet.
+// Where the client, which queues and fetches buffers, and the engine, which fills them, meet.
 // Buffers move between lists without allocation. Thread-safe.
-class BufferPool {
+class BufferPool final : public BufferQueue {
   public:
-    // Calls `onInput` after buffers were queued, with no lock held.
-    explicit BufferPool(std::function<void()> onInput) : onInput_(std::move(onInput)) {}
-
     // The client's side.
 
     void Announce(const std::shared_ptr<Buffer>& buffer);
@@ -43,19 +39,13 @@ class BufferPool {
     Handle HandleAt(uint32_t index) const;  // throws GC_ERR_INVALID_INDEX
     StreamCounts Counts() const;
 
-    // The camera's side.
+    // The engine's side.
 
-    bool HasInput() const;
-
-    // The buffer for the next frame, its start being counted; null without a queued one, which
-    // counts as an under-run when there `mustBeOne`.
-    Buffer* Take(bool mustBeOne);
-    void PutBack(Buffer& buffer);  // takes the start of its frame back as well
-    void Deliver(Buffer& buffer);
-
-    // The frame of a buffer is lost: the buffer comes first for the next one, and an under-run is
-    // counted.
-    void Lose(Buffer& buffer);
+    bool HasInput() const override;
+    FrameBuffer* Take(bool mustBeOne) override;
+    void PutBack(FrameBuffer& buffer) override;
+    void Deliver(FrameBuffer& buffer, const FrameInfo& frame) override;
+    void Lose(FrameBuffer& buffer) override;
 
     // The queue of delivered buffers, as the event of new buffers sees it; with the mutex held.
 
@@ -74,7 +64,6 @@ class BufferPool {
     void MoveAll(Buffer::State from, Buffer::State to);
     void MoveToFrontOfInput(Buffer& buffer);
 
-    const std::function<void()> onInput_;
     mutable std::mutex mutex_;  // guards all that follows
     WaitPoint delivered_{mutex_};
     bool newestOnly_ = false;
@@ -89,4 +78,4 @@ class BufferPool {
     uint64_t numFired_ = 0;
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

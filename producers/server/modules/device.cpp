@@ -3,6 +3,7 @@
 #include "producers/server/base/error.h"
 #include "producers/server/events/messageevent.h"
 #include "producers/server/modules/devicefeatures.h"
+#include "producers/server/modules/infos.h"
 #include "producers/server/modules/infosource.h"
 #include "producers/server/modules/library.h"
 #include "producers/server/modules/remotedevice.h"
@@ -10,35 +11,23 @@
 #include "producers/server/modules/stream.h"
 #include "producers/server/registers/transporttype.h"
 
-namespace ZelSim {
-
-namespace {
-
-PortIdentity IdentityOf(const Camera& camera) {
-    const CameraConfig& config = camera.Config();
-    return {config.id,       config.vendor, config.model, config.version,
-            camera.TlType(), "TLDevice",    "DevicePort"};
-}
-
-}  // namespace
+namespace ZelCti {
 
 Device::Device(const std::shared_ptr<Camera>& camera, GenTL::DEVICE_ACCESS_FLAGS access,
                Handle client)
-    : Module(Kind::Device, IdentityOf(*camera), OwnRegisters()),
-      camera_(camera),
-      access_(access),
+    : LocalModule(Kind::Device,
+                  PortIdentity::OfCamera(camera->Info(), camera->Id(), "TLDevice", "DevicePort")),
       client_(client),
-      claim_(camera->Open(access, client)),
-      eventSubscription_(camera->Events().Subscribe(*this)) {
+      link_(std::make_shared<CameraLink>(camera, access, client, *this)) {
     AddInformation();
     AddStreams();
     AddLink();
+    link_->GetConnection().AddFeatures(features_);
     features_.Complete();
 }
 
 void Device::AddInformation() {
     ShownCamera shown;
-    shown.camera = [this] { return camera_; };
     shown.getInfo = [this](Answer answer) { GetInfo(answer); };
     features_.Category("DeviceInformation", "What the camera is, as this side knows it.");
     AddDeviceIdentity(features_, shown, 0x2000);
@@ -49,7 +38,7 @@ void Device::AddInformation() {
     features_.Enumeration("DeviceType", "Transport type of the camera.")
         .At(0x2700)
         .Entries(TransportTypeEntries())
-        .Get([this] { return TransportTypeNumber(camera_->TlType()); });
+        .Get([this] { return TransportTypeNumber(Port().tlType); });
     AddDeviceAccessStatus(features_, shown, "How the camera is open.", 0x2704);
     features_.IntReg("DeviceTimestampFrequency", "Ticks of the clock of the camera in a second.")
         .Expert()
@@ -63,7 +52,6 @@ void Device::AddInformation() {
         .Entries({{"Legacy", 0, "By the transport type."},
                   {"Standard", 1, "By the description of the camera."}})
         .Constant(1);
-    if (camera_->TlType() == TLTypeGEVName) AddDeviceNetwork(features_, shown);
 }
 
 void Device::AddStreams() {
@@ -108,12 +96,12 @@ void Device::AddLink() {
 
 void Device::GetInfo(Answer answer) const {
     CheckConnected();
-    camera_->GetInfo(answer, client_);
+    AnswerInfo(link_->GetCamera(), client_, answer);
 }
 
 uint32_t Device::NumStreams() const {
     CheckConnected();
-    return camera_->Config().streams;
+    return link_->GetConnection().NumStreams();
 }
 
 std::string Device::StreamId(uint32_t index) const {
@@ -129,7 +117,7 @@ Handle Device::OpenStream(const std::shared_ptr<Device>& device, const char* id)
         ++index;
     if (index == count) throw Error(GenTL::GC_ERR_INVALID_ID, std::string("no stream ") + id);
     Claim claim = device->openedStreams_.Take(id);
-    const auto stream = std::make_shared<Stream>(device->camera_, id, std::move(claim));
+    const auto stream = std::make_shared<Stream>(device->link_, index, id, std::move(claim));
     return Library::Instance().Handles().Open(stream, device);
 }
 
@@ -137,7 +125,7 @@ Handle Device::OpenRemote(const std::shared_ptr<Device>& device) {
     device->CheckConnected();
     const std::lock_guard lock(device->remoteMutex_);
     if (device->remote_ == nullptr) {
-        const auto remote = std::make_shared<RemoteDevice>(device->camera_, device->MayWrite());
+        const auto remote = std::make_shared<RemoteDevice>(device->link_);
         Library::Instance().Handles().Open(remote, device);
         device->remote_ = remote;
     }
@@ -149,11 +137,6 @@ std::shared_ptr<RemoteDevice> Device::Remote() const {
     return remote_;
 }
 
-void Device::OnClose() {
-    eventSubscription_.reset();
-    claim_.reset();
-}
-
 std::shared_ptr<Event> Device::MakeEvent(GenTL::EVENT_TYPE type) {
     if (type == GenTL::EVENT_REMOTE_DEVICE) return std::make_shared<MessageEvent>(type);
     return Module::MakeEvent(type);
@@ -161,13 +144,11 @@ std::shared_ptr<Event> Device::MakeEvent(GenTL::EVENT_TYPE type) {
 
 std::unique_ptr<const Description> Device::MakeDescription() const {
     DescriptionHeader header;
-    header.modelName = "SimulatedDevice";
-    header.vendorName = "ZelCam";
-    header.toolTip = "Features of this side of a simulated camera";
+    header.modelName = "Device";
+    header.toolTip = "Features of this side of a camera";
     header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D30";
     header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D3F";
-    return std::make_unique<Description>("ZelSim_Device", features_.Describe(header),
-                                         Description::Form::Zip);
+    return MakeDescriptionOf(features_, header, Description::Form::Zip);
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

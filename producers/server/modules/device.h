@@ -6,24 +6,24 @@
 #include <string>
 
 #include "producers/server/base/claim.h"
-#include "producers/server/modules/module.h"
+#include "producers/server/modules/cameralink.h"
+#include "producers/server/modules/localmodule.h"
 #include "producers/server/registers/featuretable.h"
-#include "producers/simulator/camera/camera.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 class RemoteDevice;
 
 // A camera that a client has open: the local side, with the streams and the port of the camera
 // below it. Thread-safe.
-class Device final : public Module {
+class Device final : public LocalModule {
   public:
     static bool IsKind(Kind kind) { return kind == Kind::Device; }
 
-    // Throws what Camera::Open throws.
+    // Throws what CameraLink throws.
     Device(const std::shared_ptr<Camera>& camera, GenTL::DEVICE_ACCESS_FLAGS access, Handle client);
 
-    const Camera* GetCamera() const override { return camera_.get(); }
+    const CameraLink* Link() const override { return link_.get(); }
     void GetInfo(Answer answer) const;
 
     uint32_t NumStreams() const;
@@ -35,21 +35,18 @@ class Device final : public Module {
     static Handle OpenRemote(const std::shared_ptr<Device>& device);
 
   private:
-    bool MayWrite() const override { return access_ != GenTL::DEVICE_ACCESS_READONLY; }
+    bool MayWrite() const override { return link_->MayWrite(); }
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
     std::unique_ptr<const Description> MakeDescription() const override;
-    void OnClose() override;
+    void OnClose() override { link_->Close(); }
 
     void AddInformation();
     void AddStreams();
     void AddLink();
     std::shared_ptr<RemoteDevice> Remote() const;  // null before it is asked for
 
-    const std::shared_ptr<Camera> camera_;
-    const GenTL::DEVICE_ACCESS_FLAGS access_;
     const Handle client_;
-    Claim claim_;
-    Claim eventSubscription_;
+    const std::shared_ptr<CameraLink> link_;
     ClaimedIds openedStreams_;
     uint32_t selectedStream_ = 0;  // used by registers only
     FeatureTable features_{Registers(), Port().portName, Caching::Off};
@@ -57,4 +54,4 @@ class Device final : public Module {
     std::shared_ptr<RemoteDevice> remote_;  // guarded by remoteMutex_; open when it is there
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -2,9 +2,8 @@
 
 #include "gentl/GenTL.h"
 #include "producers/server/modules/infosource.h"
-#include "producers/simulator/camera/camera.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 void AddDeviceIdentity(FeatureTable& features, const ShownCamera& shown, uint64_t address) {
     const auto add = [&](const char* name, const char* toolTip, int32_t command) -> Feature& {
@@ -45,24 +44,4 @@ void AddDeviceAccessStatus(FeatureTable& features, const ShownCamera& shown,
         .Apply(shown.trait);
 }
 
-void AddDeviceNetwork(FeatureTable& features, const ShownCamera& shown) {
-    const auto addIp = [&](const char* name, const char* toolTip, uint64_t address,
-                           uint32_t IpSettings::*value) {
-        features.IntReg(name, toolTip)
-            .At(address)
-            .Representation("IPV4Address")
-            .Get([camera = shown.camera, value] { return camera()->Ip().*value; })
-            .Apply(shown.trait);
-    };
-    features.IntReg("GevDeviceMACAddress", "MAC address of the camera.")
-        .At(0x4100, 8)
-        .Representation("MACAddress")
-        .Get([camera = shown.camera] { return MacAddressOf(camera()->Id()); })
-        .Apply(shown.trait);
-    addIp("GevDeviceIPAddress", "Address of the camera.", 0x4108, &IpSettings::address);
-    addIp("GevDeviceSubnetMask", "Mask of the subnet of the camera.", 0x410C, &IpSettings::mask);
-    addIp("GevDeviceGateway", "Gateway of the camera; 0.0.0.0 is none.", 0x4110,
-          &IpSettings::gateway);
-}
-
-}  // namespace ZelSim
+}  // namespace ZelCti

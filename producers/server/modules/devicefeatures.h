@@ -3,18 +3,15 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
+#include <string>
 
 #include "producers/server/base/answer.h"
 #include "producers/server/registers/featuretable.h"
 
-namespace ZelSim {
-
-class Camera;
+namespace ZelCti {
 
 // The camera that features show, and what they have in common.
 struct ShownCamera {
-    std::function<std::shared_ptr<Camera>()> camera;
     std::function<void(Answer)> getInfo;  // device info commands
     std::function<void(Feature&)> trait = [](Feature&) {};
 };
@@ -27,7 +24,4 @@ void AddDeviceIdentity(FeatureTable& features, const ShownCamera& shown, uint64_
 void AddDeviceAccessStatus(FeatureTable& features, const ShownCamera& shown,
                            const std::string& toolTip, uint64_t address);
 
-// The addresses of a GigE camera.
-void AddDeviceNetwork(FeatureTable& features, const ShownCamera& shown);
-
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-namespace ZelSim {
+namespace ZelCti {
 
 BytesSource InfoSource(int32_t command, std::function<void(Answer)> getInfo) {
     return [command, getInfo = std::move(getInfo)](uint8_t* bytes, size_t size) {
@@ -19,4 +19,4 @@ BytesSource InfoSource(int32_t command, std::function<void(Answer)> getInfo) {
     };
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

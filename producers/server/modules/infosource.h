@@ -8,12 +8,12 @@
 #include "producers/server/base/answer.h"
 #include "producers/server/registers/feature.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 constexpr size_t kTextSize = 256;  // of a register that holds a text
 
-// Asks each time the register is read. Its bytes are those of the answer, with zeros behind them;
+// Asks each time the register is read. It holds the bytes of the answer and zeros behind them;
 // what does not fit is cut off. A command that fails fails the read.
 BytesSource InfoSource(int32_t command, std::function<void(Answer)> getInfo);
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -4,25 +4,25 @@
 #include <memory>
 
 #include "producers/server/base/claim.h"
-#include "producers/server/modules/module.h"
+#include "producers/server/modules/infos.h"
+#include "producers/server/modules/localmodule.h"
 #include "producers/server/modules/selector.h"
 #include "producers/server/modules/snapshot.h"
 #include "producers/server/registers/featuretable.h"
-#include "producers/simulator/camera/camera.h"
-#include "producers/simulator/hostinterface.h"
+#include "producers/transport.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 // One client's view of an interface and of the cameras on it. Thread-safe.
-class Interface final : public Module {
+class Interface final : public LocalModule {
   public:
     static bool IsKind(Kind kind) { return kind == Kind::Interface; }
 
     Interface(std::shared_ptr<HostInterface> host, Handle client, Claim claim);
 
-    void GetInfo(Answer answer) const { host_->GetInfo(answer); }
+    void GetInfo(Answer answer) const { AnswerInfo(*host_, answer); }
     Snapshot<Camera>& Cameras() { return cameras_; }
-    bool UpdateCameras() { return cameras_.Update(host_->Cameras()); }
+    bool UpdateCameras(Deadline deadline);
     void GetDeviceInfo(const char* id, Answer answer) const;
 
     static Handle OpenDevice(const std::shared_ptr<Interface>& interface, const char* id,
@@ -34,17 +34,13 @@ class Interface final : public Module {
 
     void AddInformation();
     void AddEnumeration();
-    void AddAdapter();
-    void AddForcedNetwork();
-    bool IsGev() const { return host_->Config().type == TLTypeGEVName; }
 
     const std::shared_ptr<HostInterface> host_;
     const Handle client_;  // the system module
     Claim claim_;
     Snapshot<Camera> cameras_;
     Selector<Camera> selected_{cameras_};
-    IpSettings forced_;  // what the next command forces; used by registers only
     FeatureTable features_{Registers(), Port().portName, Caching::Off};
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

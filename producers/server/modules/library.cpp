@@ -4,9 +4,8 @@
 #include <vector>
 
 #include "producers/server/base/error.h"
-#include "producers/simulator/config/configfile.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
@@ -29,7 +28,7 @@ void Library::ThrowNotInitialized() {
 }
 
 void Library::Init() {
-    GetWorld();
+    Transports();
     const std::lock_guard lock(mutex_);
     ++numInits_;
 }
@@ -49,36 +48,40 @@ void Library::CloseAll() {
         handles_.Close(system);
 }
 
-std::shared_ptr<World> Library::GetWorld() {
+std::shared_ptr<const TransportList> Library::Transports() {
     const std::lock_guard lock(mutex_);
-    if (world_ == nullptr) world_ = std::make_shared<World>(LoadConfig());
-    return world_;
+    if (transports_ == nullptr) {
+        transports_ = std::make_shared<const TransportList>(MakeTransports());
+    }
+    return transports_;
 }
 
-void Library::Replace(const WorldConfig& config) {
+void Library::Reconfigure(const std::function<void()>& change) {
     const std::lock_guard lock(mutex_);
     if (handles_.Count() != 0) throw Error(GenTL::GC_ERR_BUSY, "modules are open");
-    world_ = std::make_shared<World>(config);
+    change();
+    transports_.reset();
 }
 
 void Library::GetInfo(Answer answer) {
+    const ProducerInfo& info = GetProducerInfo();
     switch (answer.Command()) {
         case GenTL::TL_INFO_ID:
-            return answer.String("ZelCTI");
+            return answer.String(info.id);
         case GenTL::TL_INFO_VENDOR:
-            return answer.String("ZelCam");
+            return answer.String(info.vendor);
         case GenTL::TL_INFO_MODEL:
-            return answer.String("ZelCam GenTL producer");
+            return answer.String(info.model);
         case GenTL::TL_INFO_VERSION:
-            return answer.String(ZELSIM_VERSION);
+            return answer.String(info.version);
         case GenTL::TL_INFO_TLTYPE:
             return answer.String(TLTypeMixedName);
         case GenTL::TL_INFO_NAME:
-            return answer.String("libZelCTI.cti");
+            return answer.String(info.fileName);
         case GenTL::TL_INFO_PATHNAME:
             return answer.String(OwnPath());
         case GenTL::TL_INFO_DISPLAYNAME:
-            return answer.String("ZelCam cameras");
+            return answer.String(info.displayName);
         case GenTL::TL_INFO_CHAR_ENCODING:
             return answer.Int32(GenTL::TL_CHAR_ENCODING_UTF8);
         case GenTL::TL_INFO_GENTL_VER_MAJOR:
@@ -90,4 +93,4 @@ void Library::GetInfo(Answer answer) {
     }
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

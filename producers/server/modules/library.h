@@ -2,24 +2,28 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
-#include <string>
+#include <vector>
 
 #include "producers/server/base/answer.h"
 #include "producers/server/base/handletable.h"
-#include "producers/simulator/world.h"
+#include "producers/server/modules/cameraaccess.h"
+#include "producers/transport.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
-// Counts the initialisations, and holds the handles and the world. The world is built when it is
-// first needed and stays until the file is unloaded or another configuration replaces it; the last
+using TransportList = std::vector<std::shared_ptr<Transport>>;
+
+// Counts the initialisations, and holds the handles and the transports. These are made when they
+// are first needed and stay until the file is unloaded or Reconfigure replaces them; the last
 // GCCloseLib closes all handles. Thread-safe.
 class Library {
   public:
     static Library& Instance();
 
-    void Init();  // throws when there is no usable configuration
+    void Init();  // throws what MakeTransports throws
     void Close();
 
     void CheckInitialized() const {
@@ -27,12 +31,14 @@ class Library {
     }
 
     HandleTable& Handles() { return handles_; }
-    std::shared_ptr<World> GetWorld();
+    CameraAccess& Access() { return access_; }
+    std::shared_ptr<const TransportList> Transports();
 
-    // Throws GC_ERR_BUSY while any handle is open.
-    void Replace(const WorldConfig& config);
+    // Makes a change after which the transports are made anew, while nothing is open. Throws
+    // GC_ERR_BUSY while any handle is.
+    void Reconfigure(const std::function<void()>& change);
 
-    // The info commands of the producer itself: those of TLGetInfo and GCGetInfo.
+    // Answers TLGetInfo and GCGetInfo.
     static void GetInfo(Answer answer);
 
   private:
@@ -43,8 +49,9 @@ class Library {
     void CloseAll();
 
     std::mutex mutex_;
-    std::atomic<size_t> numInits_{0};  // changed with mutex_ held
-    std::shared_ptr<World> world_;     // guarded by mutex_
+    std::atomic<size_t> numInits_{0};                  // changed with mutex_ held
+    std::shared_ptr<const TransportList> transports_;  // guarded by mutex_
+    CameraAccess access_;
     HandleTable handles_;
 };
 
@@ -54,4 +61,4 @@ std::shared_ptr<T> Find(Handle handle) {
     return Library::Instance().Handles().Find<T>(handle);
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

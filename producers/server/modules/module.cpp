@@ -2,24 +2,27 @@
 
 #include "producers/server/base/error.h"
 #include "producers/server/events/messageevent.h"
+#include "producers/server/modules/cameralink.h"
 #include "producers/server/modules/library.h"
-#include "producers/simulator/camera/camera.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
-namespace {
-
-constexpr uint64_t kLastOwnAddress = 0xFFFFF;  // 1 MiB: ample for the features of a local module
-
-}  // namespace
-
-std::shared_ptr<RegisterSpace> Module::OwnRegisters() {
-    return std::make_shared<RegisterSpace>(kLastOwnAddress);
+PortIdentity PortIdentity::OfCamera(const CameraInfo& camera, std::string id, const char* module,
+                                    const char* portName) {
+    PortIdentity port;
+    port.id = std::move(id);
+    port.vendor = camera.vendor;
+    port.model = camera.model;
+    port.version = camera.version;
+    port.tlType = camera.tlType;
+    port.module = module;
+    port.portName = portName;
+    return port;
 }
 
 void Module::CheckConnected() const {
-    const Camera* const camera = GetCamera();
-    if (camera != nullptr) camera->CheckPlugged();
+    const CameraLink* const link = Link();
+    if (link != nullptr) link->CheckConnected();
 }
 
 void Module::GetPortInfo(Answer answer) const {
@@ -54,41 +57,17 @@ void Module::GetPortInfo(Answer answer) const {
     }
 }
 
-const Description* Module::GetDescription() const {
-    const std::lock_guard lock(descriptionMutex_);
-    if (!description_) description_ = MakeDescription();
-    return description_->get();
-}
-
-const Description* Module::DescriptionAt(uint64_t address, size_t size) const {
-    if (address < Description::kAddress) return nullptr;
-    const Description* const description = GetDescription();
-    return description != nullptr && description->Contains(address, size) ? description : nullptr;
-}
-
-std::vector<PortUrl> Module::Urls() const {
-    const Description* const description = GetDescription();
-    if (description == nullptr) return {};
-    return {PortUrl(*description)};
-}
-
 void Module::ReadPort(uint64_t address, void* buffer, size_t size) const {
     numReads_.fetch_add(1, std::memory_order_relaxed);
     CheckConnected();
-    if (const Description* const description = DescriptionAt(address, size)) {
-        return description->Read(address, buffer, size);
-    }
-    registers_->Read(address, buffer, size);
+    Read(address, buffer, size);
 }
 
 void Module::WritePort(uint64_t address, const void* buffer, size_t size) {
     numWrites_.fetch_add(1, std::memory_order_relaxed);
     CheckConnected();
     if (!MayWrite()) throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the device is open read-only");
-    if (DescriptionAt(address, size) != nullptr) {
-        throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the description is read-only");
-    }
-    registers_->Write(address, buffer, size);
+    Write(address, buffer, size);
 }
 
 Handle Module::RegisterEvent(const std::shared_ptr<Module>& module, GenTL::EVENT_TYPE type) {
@@ -147,4 +126,4 @@ std::shared_ptr<Event> Module::MakeEvent(GenTL::EVENT_TYPE type) {
     }
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

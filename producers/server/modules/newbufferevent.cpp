@@ -4,7 +4,7 @@
 
 #include "producers/server/base/error.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 EventData NewBufferEvent::Front() {
     const Buffer& buffer = pool_->FrontOutput();
@@ -28,4 +28,4 @@ void NewBufferEvent::GetDataInfo(EventData data, Answer answer) {
     }
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

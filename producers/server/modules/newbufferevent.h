@@ -6,7 +6,7 @@
 #include "producers/server/events/event.h"
 #include "producers/server/modules/bufferpool.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 // The registration of EVENT_NEW_BUFFER: its queue is the output queue of the stream. Flushing it
 // discards the buffers of that queue.
@@ -30,4 +30,4 @@ class NewBufferEvent final : public Event {
     GenTL::EVENT_NEW_BUFFER_DATA front_{};  // guarded by the mutex of the pool
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

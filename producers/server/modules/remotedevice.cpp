@@ -1,32 +1,19 @@
 #include "producers/server/modules/remotedevice.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
-PortIdentity IdentityOf(const Camera& camera) {
-    const CameraConfig& config = camera.Config();
-    return {config.id,       config.vendor, config.model, config.version,
-            camera.TlType(), "Device",      "Device",     config.bigEndian};
+PortIdentity RemoteIdentity(const CameraInfo& camera) {
+    PortIdentity identity = PortIdentity::OfCamera(camera, camera.id, "Device", "Device");
+    identity.bigEndian = camera.bigEndian;
+    return identity;
 }
 
 }  // namespace
 
-RemoteDevice::RemoteDevice(std::shared_ptr<Camera> camera, bool mayWrite)
-    : Module(Kind::RemoteDevice, IdentityOf(*camera), camera->Registers()),
-      camera_(std::move(camera)),
-      mayWrite_(mayWrite) {}
+RemoteDevice::RemoteDevice(std::shared_ptr<CameraLink> link)
+    : Module(Kind::RemoteDevice, RemoteIdentity(link->GetCamera().Info())),
+      link_(std::move(link)) {}
 
-std::vector<PortUrl> RemoteDevice::Urls() const {
-    const CameraConfig& config = camera_->Config();
-    std::vector<PortUrl> urls = Module::Urls();
-    if (!config.descriptionFile.empty()) {
-        urls.insert(urls.begin(), PortUrl::OfFile(config.descriptionFile));
-    }
-    if (!config.descriptionUrl.empty()) {
-        urls.insert(urls.begin(), PortUrl(config.descriptionUrl));
-    }
-    return urls;
-}
-
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -3,34 +3,36 @@
 
 #include <memory>
 
+#include "producers/server/modules/cameralink.h"
 #include "producers/server/modules/module.h"
-#include "producers/simulator/camera/camera.h"
-#include "producers/simulator/features/cameradescription.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
-// The port of the camera itself, which DevGetPort gives: its registers are those of the camera,
-// whoever has it open. It has no events; those of the camera come through the device module.
+// The port of the camera itself, which DevGetPort gives: all clients that have
+// the camera open share its registers. It has no events: the device module fires what the camera
+// reports.
 // Thread-safe.
 class RemoteDevice final : public Module {
   public:
     static bool IsKind(Kind kind) { return kind == Kind::RemoteDevice; }
 
-    RemoteDevice(std::shared_ptr<Camera> camera, bool mayWrite);
+    explicit RemoteDevice(std::shared_ptr<CameraLink> link);
 
-    const Camera* GetCamera() const override { return camera_.get(); }
-    std::vector<PortUrl> Urls() const override;
+    const CameraLink* Link() const override { return link_.get(); }
+    std::vector<PortUrl> Urls() const override { return link_->GetConnection().DescriptionUrls(); }
 
   private:
-    bool MayWrite() const override { return mayWrite_; }
+    bool MayWrite() const override { return link_->MayWrite(); }
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE) override { return nullptr; }
 
-    std::unique_ptr<const Description> MakeDescription() const override {
-        return MakeCameraDescription(*camera_);
+    void Read(uint64_t address, void* buffer, size_t size) const override {
+        link_->GetConnection().Read(address, buffer, size);
+    }
+    void Write(uint64_t address, const void* buffer, size_t size) override {
+        link_->GetConnection().Write(address, buffer, size);
     }
 
-    const std::shared_ptr<Camera> camera_;
-    const bool mayWrite_;
+    const std::shared_ptr<CameraLink> link_;
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-namespace ZelSim {
+namespace ZelCti {
 
 Feature& AddSelector(FeatureTable& features, const std::string& item, const std::string& toolTip,
                      uint64_t address, IntegerValue index, std::function<uint64_t()> count) {
@@ -17,4 +17,4 @@ Feature& AddSelector(FeatureTable& features, const std::string& item, const std:
         .Bind(std::move(index));
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

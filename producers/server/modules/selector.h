@@ -10,7 +10,7 @@
 #include "producers/server/modules/snapshot.h"
 #include "producers/server/registers/featuretable.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 // The item of a list that the registers of a module show: chosen by its index, the first one again
 // when the list has become too short. Used by registers only, with their space locked.
@@ -57,4 +57,4 @@ void Selector<T>::AddTo(FeatureTable& features, const std::string& item, const s
                 [this] { return uint64_t{list_.Count()}; });
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

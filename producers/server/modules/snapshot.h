@@ -12,7 +12,9 @@
 #include "gentl/GenTL.h"
 #include "producers/server/base/error.h"
 
-namespace ZelSim {
+namespace ZelCti {
+
+constexpr uint64_t kUpdateMs = 1000;  // the time for an update that a feature asks for
 
 // The interfaces or cameras that a module lists: what was there at its last update. A module just
 // opened lists what is there already, for consumers that do not update; its first update still
@@ -25,7 +27,7 @@ class Snapshot {
 
     explicit Snapshot(std::shared_ptr<const Items> items) : items_(std::move(items)) {}
 
-    // Whether the items differ from those of the update before.
+    // Returns whether the items have changed since the last update.
     bool Update(std::shared_ptr<const Items> items) {
         const std::lock_guard lock(mutex_);
         const bool changed = items != reported_ && *items != *reported_;
@@ -69,4 +71,4 @@ class Snapshot {
     mutable std::unordered_map<std::string_view, size_t> byId_;
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

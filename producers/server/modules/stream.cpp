@@ -11,30 +11,29 @@
 #include "producers/server/modules/newbufferevent.h"
 #include "producers/server/registers/transporttype.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
 constexpr size_t kCacheLine = 64;
 constexpr uint64_t kNewestOnly = 1;  // the last of the buffer handling modes
 
-PortIdentity IdentityOf(const Camera& camera, const std::string& id) {
-    const CameraConfig& config = camera.Config();
-    return {
-        id,          config.vendor, config.model, config.version, camera.TlType(), "TLDataStream",
-        "StreamPort"};
+PortIdentity StreamIdentity(const CameraInfo& camera, const std::string& id) {
+    return PortIdentity::OfCamera(camera, id, "TLDataStream", "StreamPort");
 }
 
 }  // namespace
 
-Stream::Stream(std::shared_ptr<Camera> camera, const std::string& id, Claim claim)
-    : Module(Kind::Stream, IdentityOf(*camera, id), OwnRegisters()),
-      camera_(std::move(camera)),
+Stream::Stream(std::shared_ptr<CameraLink> link, uint32_t index, const std::string& id, Claim claim)
+    : LocalModule(Kind::Stream, StreamIdentity(link->GetCamera().Info(), id)),
+      link_(std::move(link)),
       claim_(std::move(claim)),
-      pool_(std::make_shared<BufferPool>(
-          [source = camera_] { source->GetAcquisition().OnInput(); })) {
+      pool_(std::make_shared<BufferPool>()),
+      engine_(link_->GetConnection().OpenStream(index, *pool_)),
+      info_(engine_->Info()) {
     AddInformation();
     AddBufferHandling();
+    engine_->AddFeatures(features_);
     features_.Complete();
 }
 
@@ -50,7 +49,7 @@ void Stream::AddInformation() {
     features_.Enumeration("StreamType", "Transport type of the stream.")
         .At(0x2100)
         .Entries(TransportTypeEntries())
-        .Get([this] { return TransportTypeNumber(camera_->TlType()); });
+        .Get([this] { return TransportTypeNumber(Port().tlType); });
 }
 
 void Stream::AddBufferHandling() {
@@ -133,32 +132,31 @@ void Stream::AddLayout() {
 
 void Stream::CheckBufferHandling(uint64_t mode) const {
     if (mode > kNewestOnly) throw Error(GenTL::GC_ERR_INVALID_VALUE, "no such mode");
-    if (IsGrabbing()) {
+    if (engine_->IsGrabbing()) {
         throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the acquisition runs");
     }
 }
 
 void Stream::GetInfo(Answer answer) const {
     if (AnswerCount(answer)) return;
-    const CameraConfig& config = camera_->Config();
     switch (answer.Command()) {
         case GenTL::STREAM_INFO_ID:
             return answer.String(Id());
         case GenTL::STREAM_INFO_PAYLOAD_SIZE:
-            if (config.definesPayloadSize) return answer.Size(PayloadSize());
+            if (info_.definesPayloadSize) return answer.Size(engine_->PayloadSize());
             throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the camera defines the payload size");
         case GenTL::STREAM_INFO_IS_GRABBING:
-            return answer.Bool(IsGrabbing());
+            return answer.Bool(engine_->IsGrabbing());
         case GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE:
-            return answer.Bool(config.definesPayloadSize);
+            return answer.Bool(info_.definesPayloadSize);
         case GenTL::STREAM_INFO_TLTYPE:
-            return answer.String(camera_->TlType());
+            return answer.String(Port().tlType);
         case GenTL::STREAM_INFO_NUM_CHUNKS_MAX:
-            return answer.Size(kNumChunkKinds);
+            return answer.Size(info_.maxChunks);
         case GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN:
-            return answer.Size(config.bufAnnounceMin);
+            return answer.Size(info_.minBuffers);
         case GenTL::STREAM_INFO_BUF_ALIGNMENT:
-            return answer.Size(config.bufAlignment);
+            return answer.Size(info_.alignment);
         case GenTL::STREAM_INFO_FLOW_TABLE:
         case GenTL::STREAM_INFO_GENDC_PREFETCH_DESCRIPTOR:
             throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the camera sends no GenDC containers");
@@ -188,7 +186,7 @@ bool Stream::AnswerCount(Answer answer) const {
 
 void Stream::GetFlowInfo(uint32_t index, Answer answer) const {
     if (index != 0) throw Error(GenTL::GC_ERR_INVALID_INDEX, "the stream has one flow");
-    if (answer.Command() == GenTL::FLOW_INFO_SIZE) return answer.Size(PayloadSize());
+    if (answer.Command() == GenTL::FLOW_INFO_SIZE) return answer.Size(engine_->PayloadSize());
     throw Error(GenTL::GC_ERR_NOT_IMPLEMENTED, "unknown flow info command");
 }
 
@@ -197,7 +195,7 @@ Handle Stream::Announce(const std::shared_ptr<Stream>& stream, void* base, size_
     if (base == nullptr || size == 0) {
         throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "no memory to announce");
     }
-    if (reinterpret_cast<uintptr_t>(base) % stream->camera_->Config().bufAlignment != 0) {
+    if (reinterpret_cast<uintptr_t>(base) % stream->info_.alignment != 0) {
         throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "the memory is not aligned as required");
     }
     return Announce(stream,
@@ -206,7 +204,7 @@ Handle Stream::Announce(const std::shared_ptr<Stream>& stream, void* base, size_
 
 Handle Stream::Allocate(const std::shared_ptr<Stream>& stream, size_t size, void* userPointer) {
     if (size == 0) throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "a buffer of no size");
-    const size_t alignment = std::max<size_t>(stream->camera_->Config().bufAlignment, kCacheLine);
+    const size_t alignment = std::max<size_t>(stream->info_.alignment, kCacheLine);
     if (size > SIZE_MAX - alignment) throw std::bad_alloc();
     const size_t rounded = (size + alignment - 1) / alignment * alignment;
     void* const base = std::aligned_alloc(alignment, rounded);
@@ -219,7 +217,8 @@ Handle Stream::Allocate(const std::shared_ptr<Stream>& stream, size_t size, void
 
 Handle Stream::Announce(const std::shared_ptr<Stream>& stream, BufferMemory memory) {
     stream->CheckConnected();
-    const auto buffer = std::make_shared<Buffer>(stream->camera_, *stream, std::move(memory));
+    const auto buffer =
+        std::make_shared<Buffer>(stream->link_, *stream, stream->info_, std::move(memory));
     HandleTable& handles = Library::Instance().Handles();
     const Handle handle = handles.Open(buffer, stream);
     try {
@@ -231,6 +230,17 @@ Handle Stream::Announce(const std::shared_ptr<Stream>& stream, BufferMemory memo
     return handle;
 }
 
+void Stream::Queue(Buffer& buffer) {
+    CheckConnected();
+    pool_->Queue(buffer);
+    engine_->OnInput();
+}
+
+void Stream::Flush(GenTL::ACQ_QUEUE_TYPE operation) {
+    pool_->Flush(operation);
+    engine_->OnInput();
+}
+
 void Stream::Start(GenTL::ACQ_START_FLAGS flags, uint64_t numFrames) {
     if (flags != GenTL::ACQ_START_FLAGS_DEFAULT || numFrames == 0) {
         throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "unknown flags, or no frame asked for");
@@ -238,15 +248,14 @@ void Stream::Start(GenTL::ACQ_START_FLAGS flags, uint64_t numFrames) {
     CheckConnected();
     const std::lock_guard lock(startMutex_);
     if (closed_) throw Error(GenTL::GC_ERR_INVALID_HANDLE, "the stream is closed");
-    if (IsGrabbing()) throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the stream is started already");
-    if (pool_->Counts().announced < camera_->Config().bufAnnounceMin) {
+    if (engine_->IsGrabbing()) {
+        throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the stream is started already");
+    }
+    if (pool_->Counts().announced < info_.minBuffers) {
         throw Error(GenTL::GC_ERR_INVALID_BUFFER, "too few buffers are announced");
     }
-    std::shared_ptr<Receiver> receiver = GetReceiver();
-    if (receiver == nullptr) receiver = std::make_shared<Receiver>(pool_);
-    camera_->GetAcquisition().Attach(receiver, numFrames);
-    const std::lock_guard receiverLock(receiverMutex_);
-    receiver_ = std::move(receiver);
+    engine_->Start(numFrames);
+    isStarted_ = true;
 }
 
 void Stream::Stop(GenTL::ACQ_STOP_FLAGS flags) {
@@ -254,28 +263,9 @@ void Stream::Stop(GenTL::ACQ_STOP_FLAGS flags) {
         throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "unknown flags");
     }
     const std::lock_guard lock(startMutex_);
-    if (GetReceiver() == nullptr) {
-        throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the stream is not started");
-    }
-    EndReceiver(flags == GenTL::ACQ_STOP_FLAGS_KILL);
-}
-
-void Stream::EndReceiver(bool kill) {
-    const std::shared_ptr<Receiver> receiver = GetReceiver();
-    if (receiver == nullptr) return;
-    camera_->GetAcquisition().Detach(*receiver, kill);
-    const std::lock_guard lock(receiverMutex_);
-    receiver_.reset();
-}
-
-std::shared_ptr<Receiver> Stream::GetReceiver() const {
-    const std::lock_guard lock(receiverMutex_);
-    return receiver_;
-}
-
-bool Stream::IsGrabbing() const {
-    const std::shared_ptr<Receiver> receiver = GetReceiver();
-    return receiver != nullptr && receiver->IsGrabbing();
+    if (!isStarted_) throw Error(GenTL::GC_ERR_RESOURCE_IN_USE, "the stream is not started");
+    engine_->Stop(flags == GenTL::ACQ_STOP_FLAGS_KILL);
+    isStarted_ = false;
 }
 
 std::shared_ptr<Event> Stream::MakeEvent(GenTL::EVENT_TYPE type) {
@@ -284,23 +274,20 @@ std::shared_ptr<Event> Stream::MakeEvent(GenTL::EVENT_TYPE type) {
 }
 
 void Stream::OnClosing() {
-    const std::shared_ptr<Receiver> receiver = GetReceiver();
-    // Also for a Stop that waits for its frame.
-    if (receiver != nullptr) camera_->GetAcquisition().Kill(*receiver);
+    engine_->Kill();  // also for a Stop that waits for its frame
     const std::lock_guard lock(startMutex_);
     closed_ = true;
-    EndReceiver(true);
+    if (isStarted_) engine_->Stop(true);
+    isStarted_ = false;
 }
 
 std::unique_ptr<const Description> Stream::MakeDescription() const {
     DescriptionHeader header;
-    header.modelName = "SimulatedStream";
-    header.vendorName = "ZelCam";
-    header.toolTip = "Features of a simulated data stream";
+    header.modelName = "Stream";
+    header.toolTip = "Features of a data stream";
     header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D40";
     header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D4F";
-    return std::make_unique<Description>("ZelSim_Stream", features_.Describe(header),
-                                         Description::Form::Xml);
+    return MakeDescriptionOf(features_, header, Description::Form::Xml);
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

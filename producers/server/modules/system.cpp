@@ -1,28 +1,57 @@
 #include "producers/server/modules/system.h"
 
+#include "producers/server/base/waitpoint.h"
+#include "producers/server/modules/infos.h"
 #include "producers/server/modules/infosource.h"
 #include "producers/server/modules/interface.h"
-#include "producers/server/modules/library.h"
 #include "producers/server/registers/transporttype.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
 constexpr size_t kPathSize = 1024;
 
+PortIdentity SystemIdentity() {
+    const ProducerInfo& info = GetProducerInfo();
+    PortIdentity port;
+    port.id = info.id;
+    port.vendor = info.vendor;
+    port.model = info.model;
+    port.version = info.version;
+    port.tlType = TLTypeMixedName;
+    port.module = "TLSystem";
+    port.portName = "TLPort";
+    return port;
+}
+
+// The interfaces of all transports, in the order of the transports. The list of a single transport
+// stays the same object.
+std::shared_ptr<const InterfaceList> InterfacesOf(const TransportList& transports) {
+    if (transports.size() == 1) return transports.front()->Interfaces();
+    auto all = std::make_shared<InterfaceList>();
+    for (const auto& transport : transports) {
+        const auto interfaces = transport->Interfaces();
+        all->insert(all->end(), interfaces->begin(), interfaces->end());
+    }
+    return all;
+}
+
 }  // namespace
 
-System::System(std::shared_ptr<World> world)
-    : Module(Kind::System,
-             {"ZelCTI", "ZelCam", "ZelCam GenTL producer", ZELSIM_VERSION, TLTypeMixedName,
-              "TLSystem", "TLPort"},
-             OwnRegisters()),
-      world_(std::move(world)),
-      interfaces_(world_->Interfaces()) {
+System::System(std::shared_ptr<const TransportList> transports)
+    : LocalModule(Kind::System, SystemIdentity()),
+      transports_(std::move(transports)),
+      interfaces_(InterfacesOf(*transports_)) {
     AddInformation();
     AddEnumeration();
     features_.Complete();
+}
+
+bool System::UpdateInterfaces(Deadline deadline) {
+    for (const auto& transport : *transports_)
+        transport->UpdateInterfaces(deadline);
+    return interfaces_.Update(InterfacesOf(*transports_));
 }
 
 void System::AddInformation() {
@@ -102,13 +131,14 @@ void System::AddNamingConvention() {
 
 void System::AddEnumeration() {
     const auto info = [this](int32_t command) {
-        return InfoSource(command, [this](Answer answer) { selected_.Item()->GetInfo(answer); });
+        return InfoSource(command,
+                          [this](Answer answer) { AnswerInfo(*selected_.Item(), answer); });
     };
     features_.Category("InterfaceEnumeration", "The interfaces that the producer lists.");
     features_.Command("InterfaceUpdateList", "Updates the list of the interfaces.")
         .Expert()
         .At(0x3000)
-        .Does([this] { UpdateInterfaces(); })
+        .Does([this] { UpdateInterfaces(WaitPoint::After(kUpdateMs)); })
         .DoneAtOnce();
     selected_.AddTo(features_, "Interface",
                     "Index of the interface that the features below tell about.", 0x3004);
@@ -128,7 +158,7 @@ void System::AddEnumeration() {
         .SelectedBy("InterfaceSelector")
         .At(0x300C)
         .Entries(TransportTypeEntries())
-        .Get([this] { return TransportTypeNumber(selected_.Item()->Config().type); });
+        .Get([this] { return TransportTypeNumber(selected_.Item()->Info().tlType); });
 }
 
 Handle System::OpenInterface(const std::shared_ptr<System>& system, const char* id) {
@@ -140,13 +170,11 @@ Handle System::OpenInterface(const std::shared_ptr<System>& system, const char* 
 
 std::unique_ptr<const Description> System::MakeDescription() const {
     DescriptionHeader header;
-    header.modelName = "SimulatedSystem";
-    header.vendorName = "ZelCam";
-    header.toolTip = "Features of the simulated producer";
+    header.modelName = "System";
+    header.toolTip = "Features of the producer";
     header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D10";
     header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D1F";
-    return std::make_unique<Description>("ZelSim_System", features_.Describe(header),
-                                         Description::Form::Xml);
+    return MakeDescriptionOf(features_, header, Description::Form::Xml);
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -4,24 +4,23 @@
 #include <memory>
 
 #include "producers/server/base/claim.h"
-#include "producers/server/modules/module.h"
+#include "producers/server/modules/library.h"
+#include "producers/server/modules/localmodule.h"
 #include "producers/server/modules/selector.h"
 #include "producers/server/modules/snapshot.h"
 #include "producers/server/registers/featuretable.h"
-#include "producers/simulator/hostinterface.h"
-#include "producers/simulator/world.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
-// What TLOpen gives: one client's view of the world. Thread-safe.
-class System final : public Module {
+// What TLOpen gives: one client's view of the interfaces of all transports. Thread-safe.
+class System final : public LocalModule {
   public:
     static bool IsKind(Kind kind) { return kind == Kind::System; }
 
-    explicit System(std::shared_ptr<World> world);
+    explicit System(std::shared_ptr<const TransportList> transports);
 
     Snapshot<HostInterface>& Interfaces() { return interfaces_; }
-    bool UpdateInterfaces() { return interfaces_.Update(world_->Interfaces()); }
+    bool UpdateInterfaces(Deadline deadline);
 
     static Handle OpenInterface(const std::shared_ptr<System>& system, const char* id);
 
@@ -31,11 +30,11 @@ class System final : public Module {
     void AddNamingConvention();
     void AddEnumeration();
 
-    const std::shared_ptr<World> world_;
+    const std::shared_ptr<const TransportList> transports_;
     Snapshot<HostInterface> interfaces_;
     Selector<HostInterface> selected_{interfaces_};
     FeatureTable features_{Registers(), Port().portName, Caching::Off};
     ClaimedIds opened_;
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -5,7 +5,7 @@
 
 #include "producers/server/registers/ziparchive.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
@@ -36,4 +36,4 @@ void Description::Read(uint64_t address, void* buffer, size_t size) const {
     std::memcpy(buffer, bytes_.data() + (address - kAddress), size);
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-namespace ZelSim {
+namespace ZelCti {
 
 // The GenApi description of a module, as a file that is read through the port of the module itself:
 // it takes a range of addresses, up to the next multiple of 4, that reads as the file and as zeros
@@ -16,14 +16,14 @@ class Description {
 
     static constexpr uint64_t kAddress = 0x80000000;
 
-    // `name` is that of the file without its extension.
+    // `name` is the name of the file without its extension.
     Description(const std::string& name, const std::string& text, Form form);
 
     const std::string& FileName() const { return fileName_; }
     size_t Size() const { return size_; }
     std::string Url() const;
 
-    // Whether a range of addresses lies within that of the description.
+    // Whether the description holds a range of addresses.
     bool Contains(uint64_t address, size_t size) const;
 
     // For a range within.
@@ -35,4 +35,4 @@ class Description {
     size_t size_;        // of the file
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

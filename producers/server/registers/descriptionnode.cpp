@@ -5,7 +5,7 @@
 #include <optional>
 #include <stdexcept>
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
@@ -130,4 +130,4 @@ void AppendXml(std::string_view text, std::string& out) {
     }
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

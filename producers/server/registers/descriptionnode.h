@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace ZelSim {
+namespace ZelCti {
 
 // A node of a description, or an element of one, which holds a text or other elements.
 struct DescriptionNode {
@@ -38,4 +38,4 @@ void AppendXml(const DescriptionNode& node, size_t depth, std::string& out);
 // Appends a text; what XML reserves is escaped.
 void AppendXml(std::string_view text, std::string& out);
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -5,7 +5,7 @@
 #include <sstream>
 #include <stdexcept>
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
@@ -265,23 +265,23 @@ Feature& Feature::Initial(uint64_t value) {
     return *this;
 }
 
-Feature& Feature::Access(ZelSim::Access access) {
+Feature& Feature::Access(ZelCti::Access access) {
     access_ = access;
     return *this;
 }
 
 Feature& Feature::Does(std::function<void()> action) {
-    return Bind(CommandValue(std::move(action))).Access(ZelSim::Access::WriteOnly);
+    return Bind(CommandValue(std::move(action))).Access(ZelCti::Access::WriteOnly);
 }
 
 Feature& Feature::BusyWhile(std::function<bool()> isBusy) {
     return With("PollingTime", kPollingTime)
         .Get([isBusy = std::move(isBusy)] { return isBusy() ? 1 : 0; })
-        .Access(ZelSim::Access::ReadWrite);
+        .Access(ZelCti::Access::ReadWrite);
 }
 
 Feature& Feature::DoneAtOnce() {
-    return Get([] { return 0; }).Access(ZelSim::Access::ReadWrite);
+    return Get([] { return 0; }).Access(ZelCti::Access::ReadWrite);
 }
 
 Feature& Feature::IndexedBy(std::string node) {
@@ -309,7 +309,7 @@ size_t Feature::Size() const {
 
 Access Feature::GetAccess() const {
     if (access_) return *access_;
-    if (!port_.empty()) return ZelSim::Access::ReadOnly;
+    if (!port_.empty()) return ZelCti::Access::ReadOnly;
     if (indexed_ != nullptr) return AccessOf(indexed_(0));
     return std::visit([](const auto& value) { return AccessOf(value); }, value_);
 }
@@ -377,4 +377,4 @@ void Feature::CompleteRegister(DescriptionNode& reg, const Defaults& defaults) {
     reg.Add("Endianess", isBig ? "BigEndian" : "LittleEndian");
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

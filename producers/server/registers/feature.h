@@ -16,7 +16,7 @@
 #include "producers/server/registers/descriptionnode.h"
 #include "producers/server/registers/registerspace.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 // What happens when a register is read or written, as in Register; each function may be empty.
 template <typename T>
@@ -142,7 +142,7 @@ class Feature {
     Feature& Check(std::function<void(uint64_t)> check);
     Feature& Set(std::function<void(uint64_t)> set);
     Feature& Initial(uint64_t value);  // of memory
-    Feature& Access(ZelSim::Access access);
+    Feature& Access(ZelCti::Access access);
 
     // A command that can only be written. After that, BusyWhile and DoneAtOnce make its register
     // say whether the command is done.
@@ -185,7 +185,7 @@ class Feature {
     void AddLimit(std::string_view element, std::string_view link, const Limit& limit);
     std::string_view RegisterKind() const;
     size_t Size() const;
-    ZelSim::Access GetAccess() const;
+    ZelCti::Access GetAccess() const;
     void CompleteNode();
     void CompleteRegister(DescriptionNode& reg, const Defaults& defaults);
 
@@ -204,7 +204,7 @@ class Feature {
     std::string port_;
     std::optional<ByteOrder> order_;
     bool isSigned_ = false;
-    std::optional<ZelSim::Access> access_;
+    std::optional<ZelCti::Access> access_;
     AnyValue value_;
     std::optional<uint64_t> initial_;
     std::string index_;
@@ -212,4 +212,4 @@ class Feature {
     std::function<IntegerValue(size_t)> indexed_;
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <vector>
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
@@ -56,7 +56,7 @@ Feature& FeatureTable::Category(std::string name, std::string toolTip) {
 }
 
 void FeatureTable::Memory(uint64_t address, size_t size) {
-    ZelSim::Register memory;
+    ZelCti::Register memory;
     memory.address = address;
     memory.size = size;
     space_.Add(std::move(memory));
@@ -120,4 +120,4 @@ std::string FeatureTable::Describe(const DescriptionHeader& header) const {
     return out;
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -6,7 +6,7 @@
 
 #include "producers/server/registers/feature.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 // What the root element of a description says.
 struct DescriptionHeader {
@@ -112,4 +112,4 @@ class FeatureTable {
     std::string nodes_;         // of a complete table
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

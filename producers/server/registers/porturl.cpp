@@ -4,7 +4,7 @@
 
 #include "producers/server/base/error.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 PortUrl PortUrl::OfFile(const std::string& path) {
     return PortUrl("File://" + std::filesystem::absolute(path).string());
@@ -24,9 +24,9 @@ void PortUrl::GetInfo(Answer answer) const {
         case GenTL::URL_INFO_FILE_SHA1_HASH:
             throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the hash of the file is not known");
         case GenTL::URL_INFO_FILE_REGISTER_ADDRESS:
-            return Local(), answer.Uint64(Description::kAddress);
+            return answer.Uint64(Local().address);
         case GenTL::URL_INFO_FILE_SIZE:
-            return answer.Uint64(Local().Size());
+            return answer.Uint64(Local().size);
         case GenTL::URL_INFO_SCHEME:
             return answer.Int32(Scheme());
         case GenTL::URL_INFO_FILENAME:
@@ -36,13 +36,13 @@ void PortUrl::GetInfo(Answer answer) const {
     }
 }
 
-const Description& PortUrl::Local() const {
-    if (description_ != nullptr) return *description_;
+const PortUrl::LocalFile& PortUrl::Local() const {
+    if (local_) return *local_;
     throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the port does not hold the file");
 }
 
 GenTL::URL_SCHEME_ID PortUrl::Scheme() const {
-    if (description_ != nullptr) return GenTL::URL_SCHEME_LOCAL;
+    if (local_) return GenTL::URL_SCHEME_LOCAL;
     const std::string scheme = text_.substr(0, text_.find(':'));
     if (scheme == "File") return GenTL::URL_SCHEME_FILE;
     if (scheme == "http") return GenTL::URL_SCHEME_HTTP;
@@ -50,8 +50,8 @@ GenTL::URL_SCHEME_ID PortUrl::Scheme() const {
 }
 
 std::string PortUrl::FileName() const {
-    if (description_ != nullptr) return description_->FileName();
+    if (local_) return local_->name;
     return text_.substr(text_.rfind('/') + 1);
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -1,19 +1,32 @@
 // Where consumers find a description.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "producers/server/base/answer.h"
 #include "producers/server/registers/description.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
-// One of the URLs that a port announces: that of its own description, of a file, or any text.
+// One of the URLs that a port announces: a file in its registers, a file of the machine, or any
+// text.
 class PortUrl {
   public:
-    // The description must outlive the object.
+    // Where a file is in the registers of the port.
+    struct LocalFile {
+        std::string name;
+        uint64_t address = 0;
+        size_t size = 0;
+    };
+
     explicit PortUrl(const Description& description)
-        : text_(description.Url()), description_(&description) {}
+        : PortUrl(description.Url(),
+                  {description.FileName(), Description::kAddress, description.Size()}) {}
+    PortUrl(std::string text, LocalFile file) : text_(std::move(text)), local_(std::move(file)) {}
     explicit PortUrl(std::string text) : text_(std::move(text)) {}
 
     // A file of the machine; a relative path is taken from the current folder.
@@ -25,10 +38,10 @@ class PortUrl {
   private:
     GenTL::URL_SCHEME_ID Scheme() const;  // throws GC_ERR_NOT_AVAILABLE for a text without one
     std::string FileName() const;
-    const Description& Local() const;  // throws GC_ERR_NOT_AVAILABLE when it is elsewhere
+    const LocalFile& Local() const;  // throws GC_ERR_NOT_AVAILABLE when it is elsewhere
 
     std::string text_;
-    const Description* description_ = nullptr;
+    std::optional<LocalFile> local_;
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

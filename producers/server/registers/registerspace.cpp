@@ -9,7 +9,7 @@
 #include "gentl/GenTL.h"
 #include "producers/server/base/error.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
@@ -194,4 +194,4 @@ void RegisterSpace::WriteMemory(uint64_t address, const uint8_t* in, size_t size
                 });
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

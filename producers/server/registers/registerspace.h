@@ -13,7 +13,7 @@
 
 #include "producers/wire/byteorder.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 enum class Access { ReadOnly, WriteOnly, ReadWrite };
 
@@ -121,4 +121,4 @@ class RegisterSpace {
     std::map<uint64_t, Register> registers_;    // guarded by mutex_; by address
 };
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -5,7 +5,7 @@
 
 #include "gentl/GenTL.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
@@ -13,18 +13,17 @@ struct TransportTypeRow {
     std::string_view name;  // of the standard
     const char* entry;
     const char* toolTip;
-    uint64_t linkSpeed;
 };
 
 // By number.
 constexpr TransportTypeRow kTransportTypes[] = {
-    {TLTypeMixedName, "Mixed", "Several transport types.", 0},
-    {TLTypeCustomName, "Custom", "A transport type that no standard describes.", 371250000},
-    {TLTypeGEVName, "GigEVision", "GigE Vision.", 125000000},
-    {TLTypeU3VName, "USB3Vision", "USB3 Vision.", 500000000},
-    {TLTypeCLName, "CameraLink", "Camera Link.", 850000000},
-    {TLTypeCXPName, "CoaXPress", "CoaXPress.", 1250000000},
-    {"HDSDI", "HDSDI", "HD-SDI.", 371250000},
+    {TLTypeMixedName, "Mixed", "Several transport types."},
+    {TLTypeCustomName, "Custom", "A transport type that no standard describes."},
+    {TLTypeGEVName, "GigEVision", "GigE Vision."},
+    {TLTypeU3VName, "USB3Vision", "USB3 Vision."},
+    {TLTypeCLName, "CameraLink", "Camera Link."},
+    {TLTypeCXPName, "CoaXPress", "CoaXPress."},
+    {"HDSDI", "HDSDI", "HD-SDI."},
 };
 
 const TransportTypeRow* FindTransportType(std::string_view name) {
@@ -45,8 +44,4 @@ std::vector<Entry> TransportTypeEntries() {
     return entries;
 }
 
-uint64_t LinkSpeed(std::string_view name) {
-    return FindTransportType(name)->linkSpeed;
-}
-
-}  // namespace ZelSim
+}  // namespace ZelCti

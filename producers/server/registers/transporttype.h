@@ -7,7 +7,7 @@
 
 #include "producers/server/registers/feature.h"
 
-namespace ZelSim {
+namespace ZelCti {
 
 // The value of the transport type with this name in enumerations of transport types.
 uint32_t TransportTypeNumber(std::string_view name);
@@ -15,7 +15,4 @@ uint32_t TransportTypeNumber(std::string_view name);
 // The entries of such an enumeration.
 std::vector<Entry> TransportTypeEntries();
 
-// Bytes a second that the links of a transport type carry.
-uint64_t LinkSpeed(std::string_view name);
-
-}  // namespace ZelSim
+}  // namespace ZelCti

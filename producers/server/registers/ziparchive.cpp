@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <zip.h>
 
-namespace ZelSim {
+namespace ZelCti {
 
 namespace {
 
@@ -52,4 +52,4 @@ std::string ZipArchiveOf(const std::string& fileName, const std::string& text) {
     return BytesOf(target.get());
 }
 
-}  // namespace ZelSim
+}  // namespace ZelCti

@@ -7,18 +7,20 @@
 #include <utility>
 
 #include "producers/server/base/error.h"
-#include "producers/server/modules/bufferpool.h"
 #include "producers/simulator/camera/camera.h"
-#include "producers/simulator/zelsim.h"
+#include "producers/simulator/camera/framewriter.h"
 
 namespace ZelSim {
+
+using ZelCti::Error;
+using ZelCti::WaitPoint;
 
 namespace {
 
 // Linux has a nice value for each thread. For frames without pause this would only mean more
 // switches between threads: a sixth fewer frames where all processors are busy.
 void GiveWayToTheProgram() {
-    setpriority(PRIO_PROCESS, 0, getpriority(PRIO_PROCESS, 0) + ZELSIM_NICENESS);
+    setpriority(PRIO_PROCESS, 0, getpriority(PRIO_PROCESS, 0) + Acquisition::kNiceness);
 }
 
 uint64_t FramesOfOneStart(const FrameSettings& settings) {
@@ -96,14 +98,14 @@ void Acquisition::Cancel() {
     isStopping_ = isAcquiring_;
     if (isSending_) return;
     readOut_.reset();
-    for (const auto& receiver : receivers_)
+    for (Receiver* const receiver : receivers_)
         PutBack(*receiver);
     End();
 }
 
 void Acquisition::PutBack(Receiver& receiver) {
     if (receiver.buffer_ == nullptr) return;
-    receiver.pool_->PutBack(*receiver.buffer_);
+    receiver.buffers_.PutBack(*receiver.buffer_);
     receiver.buffer_ = nullptr;
 }
 
@@ -123,7 +125,7 @@ void Acquisition::Abort() {
 
 void Acquisition::Unplug() {
     const Lock lock(mutex_);
-    for (const auto& receiver : receivers_)
+    for (Receiver* const receiver : receivers_)
         receiver->grabbing_ = false;
     Cancel();
     WakeThread();
@@ -161,7 +163,7 @@ bool Acquisition::Is(Status status) const {
     return false;
 }
 
-void Acquisition::Attach(const std::shared_ptr<Receiver>& receiver, uint64_t numFrames) {
+void Acquisition::Attach(Receiver& receiver, uint64_t numFrames) {
     const std::lock_guard attaching(attachMutex_);
     const Lock lock(mutex_);
     camera_.CheckPlugged();
@@ -170,11 +172,13 @@ void Acquisition::Attach(const std::shared_ptr<Receiver>& receiver, uint64_t num
         isQuitting_ = false;
         thread_ = std::thread(&Acquisition::Run, this);
     }
-    if (std::find(receivers_.begin(), receivers_.end(), receiver) == receivers_.end()) {
-        receivers_.push_back(receiver);
+    if (std::find(receivers_.begin(), receivers_.end(), &receiver) == receivers_.end()) {
+        receivers_.push_back(&receiver);
     }
-    receiver->numLeft_ = numFrames;
-    receiver->grabbing_ = true;
+    receiver.numLeft_ = numFrames;
+    receiver.isFinishing_ = false;
+    receiver.isKilled_ = false;
+    receiver.grabbing_ = true;
     if (camera_.Config().freeRunning && !isAcquiring_) Begin();
     WakeThread();
 }
@@ -182,8 +186,7 @@ void Acquisition::Attach(const std::shared_ptr<Receiver>& receiver, uint64_t num
 void Acquisition::Detach(Receiver& receiver, bool kill) {
     const std::lock_guard attaching(attachMutex_);
     Lock lock(mutex_);
-    const auto place = std::find_if(receivers_.begin(), receivers_.end(),
-                                    [&](const auto& other) { return other.get() == &receiver; });
+    const auto place = std::find(receivers_.begin(), receivers_.end(), &receiver);
     if (place == receivers_.end()) return;
     receiver.isFinishing_ = true;
     receiver.isKilled_ = receiver.isKilled_ || kill;
@@ -258,11 +261,12 @@ Acquisition::Clock::time_point Acquisition::NextStart(Clock::time_point now) {
     return triggered_ ? *triggered_ : schedule_.NextStart(*settings_, now);
 }
 
-// A buffer that is queued after the second look finds awaitsInput_ set, and wakes the thread.
+// Looks for a queued buffer; without one, asks to be woken for it. A buffer that is queued after
+// the second look finds awaitsInput_ set, and wakes the thread.
 bool Acquisition::HasInput() {
     const auto look = [this] {
-        return std::any_of(receivers_.begin(), receivers_.end(), [](const auto& receiver) {
-            return receiver->grabbing_ && !receiver->isFinishing_ && receiver->pool_->HasInput();
+        return std::any_of(receivers_.begin(), receivers_.end(), [](const Receiver* receiver) {
+            return receiver->grabbing_ && !receiver->isFinishing_ && receiver->buffers_.HasInput();
         });
     };
     if (look()) {
@@ -287,22 +291,22 @@ void Acquisition::EndExposure() {
     Report(EventKind::ExposureEnd, readOut_->ExposureEnd(), readOut_->id);
     if (IsLost(camera_, *readOut_)) return;
     const bool mustHaveOne = readOut_->settings->IsTimed();
-    for (const auto& receiver : receivers_) {
+    for (Receiver* const receiver : receivers_) {
         if (!receiver->grabbing_ || receiver->isFinishing_) continue;
-        receiver->buffer_ = receiver->pool_->Take(mustHaveOne);
+        receiver->buffer_ = receiver->buffers_.Take(mustHaveOne);
     }
 }
 
 // Fills and delivers the buffers without the mutex.
 void Acquisition::EndReadout(Lock& lock) {
     Receiver* first = nullptr;
-    for (const auto& receiver : receivers_) {
-        if (receiver->buffer_ != nullptr) receiver->next_ = std::exchange(first, receiver.get());
+    for (Receiver* const receiver : receivers_) {
+        if (receiver->buffer_ != nullptr) receiver->next_ = std::exchange(first, receiver);
     }
     isSending_ = true;
     lock.unlock();
     for (Receiver* receiver = first; receiver != nullptr; receiver = receiver->next_)
-        receiver->isLost_ = !Write(*receiver->buffer_);
+        Write(*receiver);
     Report(EventKind::FrameEnd, readOut_->ReadoutEnd(), readOut_->id);
     for (Receiver* receiver = first; receiver != nullptr; receiver = receiver->next_)
         Send(*receiver);
@@ -315,20 +319,18 @@ void Acquisition::EndReadout(Lock& lock) {
     wake_.WakeAll();
 }
 
-// False when there is no memory for the picture.
-bool Acquisition::Write(Buffer& buffer) {
+void Acquisition::Write(Receiver& receiver) {
     try {
-        WriteFrame(camera_, *readOut_, buffer);
-        return true;
+        receiver.sent_ = WriteFrame(camera_, *readOut_, *receiver.buffer_);
     } catch (const std::bad_alloc&) {
-        return false;
+        receiver.sent_.reset();  // no memory for the picture: the frame is lost
     }
 }
 
 void Acquisition::Send(Receiver& receiver) {
-    if (receiver.isLost_) return receiver.pool_->Lose(*receiver.buffer_);
+    if (!receiver.sent_) return receiver.buffers_.Lose(*receiver.buffer_);
     if (--receiver.numLeft_ == 0) receiver.grabbing_ = false;
-    receiver.pool_->Deliver(*receiver.buffer_);
+    receiver.buffers_.Deliver(*receiver.buffer_, *receiver.sent_);
 }
 
 void Acquisition::Report(EventKind kind, Clock::time_point time, std::optional<uint64_t> frameId) {

@@ -14,17 +14,16 @@
 #include "producers/simulator/camera/eventchannel.h"
 #include "producers/simulator/frame/frame.h"
 #include "producers/simulator/frame/frameschedule.h"
+#include "producers/transport.h"
 
 namespace ZelSim {
 
-class Buffer;
-class BufferPool;
 class Camera;
 
-// The end of a stream that is started: where its buffers come from, and how many frames it wants.
+// The end of a stream: where its buffers come from, and how many frames it wants.
 class Receiver {
   public:
-    explicit Receiver(std::shared_ptr<BufferPool> pool) : pool_(std::move(pool)) {}
+    explicit Receiver(ZelCti::BufferQueue& buffers) : buffers_(buffers) {}
 
     // False when the frames that were wanted are there, or when no more will come. Thread-safe.
     bool IsGrabbing() const { return grabbing_.load(); }
@@ -34,14 +33,16 @@ class Receiver {
 
     // What follows is guarded by the mutex of the acquisition, except that the thread may fill and
     // deliver a buffer without it.
-    const std::shared_ptr<BufferPool> pool_;
+    ZelCti::BufferQueue& buffers_;
     std::atomic<bool> grabbing_{false};
     uint64_t numLeft_ = 0;
-    Buffer* buffer_ = nullptr;  // for the frame that is being read out
-    bool isFinishing_ = false;  // it gets no further frame
-    bool isKilled_ = false;     // and does not wait for this one, either
-    bool isLost_ = false;       // the frame that is being sent; the thread's
-    Receiver* next_ = nullptr;  // that gets the frame as well; the thread's
+    ZelCti::FrameBuffer* buffer_ = nullptr;  // for the frame that is being read out
+    bool isFinishing_ = false;               // it gets no further frame
+    bool isKilled_ = false;                  // and does not wait for this one, either
+
+    // What follows belongs to the thread.
+    std::optional<ZelCti::FrameInfo> sent_;  // the frame that is being sent, unless it is lost
+    Receiver* next_ = nullptr;               // that gets the frame as well
 };
 
 // The acquisition of a camera, with the thread that takes its frames while streams are started.
@@ -59,11 +60,14 @@ class Acquisition {
     enum class Status : uint32_t { FrameTriggerWait, AcquisitionActive, FrameActive };
     static constexpr uint32_t kNumStatuses = 3;
 
+    // What the thread of a camera with a frame rate adds to the nice value of the program.
+    static constexpr int kNiceness = 5;
+
     explicit Acquisition(Camera& camera);
     Acquisition(const Acquisition&) = delete;
     Acquisition& operator=(const Acquisition&) = delete;
 
-    // What the camera is told by its features.
+    // Called by the features of the camera.
 
     // Throws GC_ERR_ACCESS_DENIED unless TLParamsLocked is 1 and a stream is started, GC_ERR_BUSY
     // while the camera acquires. A free-running camera asks for nothing of that.
@@ -75,12 +79,12 @@ class Acquisition {
     bool IsStopping() const;
     bool Is(Status status) const;
 
-    // What streams do. A free-running camera starts with the first of them; with the last one, the
-    // acquisition of every camera ends.
+    // Called by streams. A free-running camera starts with the first stream. The acquisition of
+    // every camera ends with the last one.
 
-    // The stream is started, or, when it is so already, wants further frames. Throws GC_ERR_IO for
-    // a camera that is unplugged.
-    void Attach(const std::shared_ptr<Receiver>& receiver, uint64_t numFrames);
+    // The stream is started, or, when it is so already, wants further frames. The receiver is
+    // detached before it ends. Throws GC_ERR_IO for a camera that is unplugged.
+    void Attach(Receiver& receiver, uint64_t numFrames);
 
     // The stream is stopped: waits for the frame that is on its way into one of its buffers, unless
     // `kill`. Nothing for a receiver that is not attached.
@@ -103,7 +107,7 @@ class Acquisition {
     enum class Step { None, StartFrame, EndExposure, EndReadout };
     struct Due {
         Step step = Step::None;
-        Clock::time_point time = WaitPoint::kEndless;
+        Clock::time_point time = ZelCti::WaitPoint::kEndless;
     };
 
     void Wake();
@@ -123,21 +127,21 @@ class Acquisition {
     void StartFrame(Clock::time_point start);
     void EndExposure();
     void EndReadout(Lock& lock);
-    bool Write(Buffer& buffer);
+    void Write(Receiver& receiver);
     void Send(Receiver& receiver);
     void Report(EventKind kind, Clock::time_point time, std::optional<uint64_t> frameId = {});
 
     Camera& camera_;
     std::mutex attachMutex_;    // held while a stream is attached or detached
     mutable std::mutex mutex_;  // guards what follows, and the receivers
-    WaitPoint wake_{mutex_};
+    ZelCti::WaitPoint wake_{mutex_};
     uint64_t numWakes_ = 0;
-    std::vector<std::shared_ptr<Receiver>> receivers_;  // changed with attachMutex_ held as well
+    std::vector<Receiver*> receivers_;  // changed with attachMutex_ held as well
     bool isQuitting_ = false;
     bool isAcquiring_ = false;
     bool isStopping_ = false;
-    bool isSending_ = false;  // a frame is being sent, for which the mutex is unlocked
-    Claim locked_;            // the settings that frames depend on, while the camera acquires
+    bool isSending_ = false;  // a frame is being sent, with the mutex unlocked
+    ZelCti::Claim locked_;    // the settings that frames depend on, while the camera acquires
     FrameSchedule schedule_;
     std::shared_ptr<const FrameSettings> settings_;  // of the frame that is begun next
     uint64_t nextId_ = 0;
@@ -146,8 +150,8 @@ class Acquisition {
     std::optional<Frame> exposed_;
     std::optional<Frame> readOut_;
     std::atomic<bool> awaitsInput_{false};
-    std::thread thread_;  // guarded by attachMutex_
-    Claim listener_;      // to the settings of the camera
+    std::thread thread_;      // guarded by attachMutex_
+    ZelCti::Claim listener_;  // to the settings of the camera
 };
 
 }  // namespace ZelSim

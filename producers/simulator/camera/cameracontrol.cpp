@@ -4,6 +4,10 @@
 
 namespace ZelSim {
 
+using ZelCti::Claim;
+using ZelCti::Error;
+using ZelCti::MakeClaim;
+
 CameraControl::CameraControl(const FrameSettings& powerOn)
     : settings_(std::make_shared<const FrameSettings>(powerOn)) {}
 

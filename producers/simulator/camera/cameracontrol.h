@@ -1,4 +1,4 @@
-// What a camera is told to do.
+// The settings of a camera, and who may change them.
 #pragma once
 
 #include <atomic>
@@ -39,10 +39,10 @@ class CameraControl {
     bool IsLocked() const;
     bool IsLockedByClient() const;
     void LockByClient(bool lock);
-    Claim LockForAcquisition();  // released with the claim
+    ZelCti::Claim LockForAcquisition();  // released with the claim
 
     // Called until the claim goes; the camera must live longer.
-    Claim AddListener(Listener listener);
+    ZelCti::Claim AddListener(Listener listener);
 
   private:
     std::shared_ptr<const FrameSettings> Apply(const std::function<void(FrameSettings&)>& change,

@@ -3,17 +3,23 @@
 #include <algorithm>
 #include <cstring>
 
-#include "producers/server/modules/module.h"
-#include "producers/wire/eventmessage.h"
-
 namespace ZelSim {
+
+using ZelCti::CameraEvent;
+using ZelCti::CameraSink;
+using ZelCti::Claim;
+using ZelCti::EncodeGevEvent;
+using ZelCti::EncodeU3vEvent;
+using ZelCti::EventData;
+using ZelCti::EventMessage;
+using ZelCti::MakeClaim;
 
 namespace {
 
 // By kind.
 constexpr uint16_t kIds[kNumEventKinds] = {0x9011, 0x9012, 0x9021, 0x9022, 0x9001, 0x9FFF};
 
-// The features whose change is told, with what they read as.
+// The features whose changes are reported, with their values.
 struct Followed {
     const char* name;
     double (*value)(const FrameSettings& settings);
@@ -29,21 +35,35 @@ constexpr Followed kFollowed[] = {
     {"AcquisitionFrameRate", [](const FrameSettings& s) { return s.frameRate; }},
 };
 
+bool IsGev(const std::string& tlType) {
+    return tlType == TLTypeGEVName;
+}
+
 }  // namespace
+
+const ZelCti::EventForm& EventFormOf(const std::string& tlType) {
+    return IsGev(tlType) ? ZelCti::kGevEventForm : ZelCti::kU3vEventForm;
+}
 
 uint16_t EventIdOf(EventKind kind) {
     return kIds[static_cast<uint32_t>(kind)];
 }
 
-Claim EventChannel::Subscribe(Module& module) {
+Claim EventChannel::Subscribe(CameraSink& sink) {
     const auto add = [&] {
         const std::lock_guard lock(mutex_);
-        modules_.push_back(&module);
+        sinks_.push_back(&sink);
     };
-    return MakeClaim(add, [this, gone = &module] {
+    return MakeClaim(add, [this, gone = &sink] {
         const std::lock_guard releaseLock(mutex_);
-        modules_.erase(std::remove(modules_.begin(), modules_.end(), gone), modules_.end());
+        sinks_.erase(std::remove(sinks_.begin(), sinks_.end(), gone), sinks_.end());
     });
+}
+
+void EventChannel::ReportLoss() {
+    const std::lock_guard lock(mutex_);
+    for (CameraSink* const sink : sinks_)
+        sink->OnLost();
 }
 
 void EventChannel::SetOn(EventKind kind, bool on) {
@@ -60,7 +80,8 @@ void EventChannel::Send(EventKind kind, uint64_t timestamp, std::optional<uint64
     const CameraEvent event{EventIdOf(kind), timestamp, frameId};
     const std::lock_guard lock(mutex_);
     if (++lastRequest_ == 0) ++lastRequest_;  // 0 is no number of a request
-    const EventMessage message = EncodeEvent(tlType_, event, lastRequest_);
+    const EventMessage message =
+        IsGev(tlType_) ? EncodeGevEvent(event, lastRequest_) : EncodeU3vEvent(event, lastRequest_);
     Fire(GenTL::EVENT_REMOTE_DEVICE, event.id, {message.bytes.data(), message.size});
 }
 
@@ -80,8 +101,8 @@ void EventChannel::ReportChanges(const FrameSettings& before, const FrameSetting
 }
 
 void EventChannel::Fire(GenTL::EVENT_TYPE type, uint64_t id, EventData data) {
-    for (Module* const module : modules_)
-        module->FireMessage(type, id, data);
+    for (CameraSink* const sink : sinks_)
+        sink->OnEvent(type, id, data);
 }
 
 }  // namespace ZelSim

@@ -1,4 +1,4 @@
-// What a camera tells by itself.
+// What a camera reports by itself.
 #pragma once
 
 #include <atomic>
@@ -9,12 +9,11 @@
 #include <vector>
 
 #include "producers/server/base/claim.h"
-#include "producers/server/events/event.h"
 #include "producers/simulator/camera/cameracontrol.h"
+#include "producers/transport.h"
+#include "producers/wire/eventmessage.h"
 
 namespace ZelSim {
-
-class Module;
 
 // The events of a camera, in the order of its selector.
 enum class EventKind : uint32_t {
@@ -27,10 +26,13 @@ enum class EventKind : uint32_t {
 };
 constexpr uint32_t kNumEventKinds = 6;
 
+// GigE cameras send commands of their own; all others send the commands of USB3 cameras.
+const ZelCti::EventForm& EventFormOf(const std::string& tlType);
+
 // The number by which messages and descriptions refer to the events of a kind.
 uint16_t EventIdOf(EventKind kind);
 
-// Carries the events of a camera to the device modules of all clients that have it open. Features
+// Carries the events of a camera to all clients that have it open. Features
 // choose the events that the camera sends; at power-on only the test event is, which comes upon a
 // command. Thread-safe: events may be sent from the actions of registers and from the threads that
 // make frames.
@@ -40,11 +42,14 @@ class EventChannel {
     EventChannel(const EventChannel&) = delete;
     EventChannel& operator=(const EventChannel&) = delete;
 
-    // Says of the features that depend on the settings when they change. The control lives longer.
+    // Reports when features change that depend on the settings. The control lives longer.
     void Follow(CameraControl& control);
 
-    // The module gets the events until the claim is given back, which it does before it goes.
-    Claim Subscribe(Module& module);
+    // The sink gets the events, and hears of the loss of the camera, until the claim is given back.
+    ZelCti::Claim Subscribe(ZelCti::CameraSink& sink);
+
+    // The camera is gone; called once.
+    void ReportLoss();
 
     bool IsOn(EventKind kind) const {
         return (enabled_.load(std::memory_order_relaxed) >> static_cast<uint32_t>(kind) & 1U) != 0;
@@ -62,14 +67,14 @@ class EventChannel {
     static constexpr uint32_t kEnabledAtPowerOn = 1U << static_cast<uint32_t>(EventKind::Test);
 
     void ReportChanges(const FrameSettings& before, const FrameSettings& after);
-    void Fire(GenTL::EVENT_TYPE type, uint64_t id, EventData data);
+    void Fire(GenTL::EVENT_TYPE type, uint64_t id, ZelCti::EventData data);
 
     const std::string tlType_;
-    Claim changes_;
+    ZelCti::Claim changes_;
     std::atomic<uint32_t> enabled_{kEnabledAtPowerOn};
     std::mutex mutex_;
-    std::vector<Module*> modules_;  // guarded by mutex_
-    uint16_t lastRequest_ = 0;      // guarded by mutex_
+    std::vector<ZelCti::CameraSink*> sinks_;  // guarded by mutex_
+    uint16_t lastRequest_ = 0;                // guarded by mutex_
 };
 
 }  // namespace ZelSim

@@ -8,6 +8,14 @@
 
 namespace ZelSim {
 
+using ZelCti::Access;
+using ZelCti::ByteOrder;
+using ZelCti::Error;
+using ZelCti::LoadInteger;
+using ZelCti::Register;
+using ZelCti::RegisterSpace;
+using ZelCti::StoreInteger;
+
 namespace {
 
 constexpr uint64_t kCommand = 0x20006050;

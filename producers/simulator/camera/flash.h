@@ -22,7 +22,7 @@ class Flash {
   public:
     using Clock = std::function<uint64_t()>;  // nanoseconds
 
-    Flash(RegisterSpace& space, Clock clock, uint64_t busyNs);
+    Flash(ZelCti::RegisterSpace& space, Clock clock, uint64_t busyNs);
 
   private:
     void AddControl();
@@ -35,7 +35,7 @@ class Flash {
     bool IsBusy() const { return clock_() < idleNs_; }
     void RequireIdle() const;  // throws GC_ERR_BUSY
 
-    RegisterSpace& space_;
+    ZelCti::RegisterSpace& space_;
     const Clock clock_;
     const uint64_t busyNs_;
     uint64_t idleNs_ = 0;      // when the operation ends

@@ -6,11 +6,10 @@
 #include <vector>
 
 #include "producers/simulator/config/network.h"
+#include "producers/simulator/frame/pattern.h"
 #include "producers/simulator/frame/pixelformat.h"
 
 namespace ZelSim {
-
-enum class Pattern { ColorBars, GradientHorizontal, GradientDiagonal, Black, White };
 
 // One Camera element; docs/simulator.md describes the keys.
 struct CameraConfig {
@@ -32,7 +31,7 @@ struct CameraConfig {
     Pattern pattern = Pattern::ColorBars;
     double frameRate = 30;
     bool freeRunning = false;
-    uint64_t linkSpeed = 0;  // bytes a second; 0: that of the transport type
+    uint64_t linkSpeed = 0;  // bytes a second; 0: the speed of the transport type
     uint32_t incompleteEvery = 0;
     uint32_t dropEvery = 0;
     bool noFill = false;

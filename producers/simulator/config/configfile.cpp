@@ -15,6 +15,8 @@
 
 namespace ZelSim {
 
+using ZelCti::Error;
+
 namespace {
 
 // Enough for tens of thousands of cameras.

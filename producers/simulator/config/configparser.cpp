@@ -16,9 +16,11 @@
 
 #include "gentl/GenTL.h"
 #include "producers/server/base/error.h"
-#include "producers/simulator/frame/framesettings.h"
+#include "producers/simulator/config/poweronsettings.h"
 
 namespace ZelSim {
+
+using ZelCti::Error;
 
 namespace {
 

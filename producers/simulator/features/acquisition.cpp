@@ -5,6 +5,11 @@
 
 namespace ZelSim {
 
+using ZelCti::Error;
+using ZelCti::FeatureTable;
+using ZelCti::FloatValue;
+using ZelCti::IntegerValue;
+
 namespace {
 
 using Settings = FrameSettings;

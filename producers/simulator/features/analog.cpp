@@ -7,6 +7,11 @@
 
 namespace ZelSim {
 
+using ZelCti::Entry;
+using ZelCti::Error;
+using ZelCti::FeatureTable;
+using ZelCti::FloatValue;
+
 namespace {
 
 constexpr int64_t kMaxGain = 240;  // 24 dB

@@ -3,8 +3,12 @@
 #include <string>
 
 #include "producers/simulator/camera/camera.h"
+#include "producers/simulator/features/camerafeatures.h"
 
 namespace ZelSim {
+
+using ZelCti::Description;
+using ZelCti::DescriptionHeader;
 
 namespace {
 
@@ -27,7 +31,8 @@ const char* StandardNameSpace(const std::string& tlType) {
 
 }  // namespace
 
-std::unique_ptr<const Description> MakeCameraDescription(const Camera& camera) {
+std::unique_ptr<const Description> MakeCameraDescription(const Camera& camera,
+                                                         const CameraFeatures& features) {
     DescriptionHeader header;
     header.modelName = NameOf(camera.Config().model);
     header.vendorName = NameOf(camera.Config().vendor);
@@ -35,7 +40,7 @@ std::unique_ptr<const Description> MakeCameraDescription(const Camera& camera) {
     header.standardNameSpace = StandardNameSpace(camera.TlType());
     header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D50";
     header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D5F";
-    return std::make_unique<Description>(header.modelName, camera.Features().Describe(header),
+    return std::make_unique<Description>(header.modelName, features.Describe(header),
                                          Description::Form::Xml);
 }
 

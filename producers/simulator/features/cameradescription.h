@@ -8,8 +8,10 @@
 namespace ZelSim {
 
 class Camera;
+class CameraFeatures;
 
 // What the camera can do and how its registers are laid out.
-std::unique_ptr<const Description> MakeCameraDescription(const Camera& camera);
+std::unique_ptr<const ZelCti::Description> MakeCameraDescription(const Camera& camera,
+                                                                 const CameraFeatures& features);
 
 }  // namespace ZelSim

@@ -16,12 +16,14 @@ class CameraFeatures {
     explicit CameraFeatures(Camera& camera);
 
     // The description of the camera itself: what it can do and how its registers are laid out.
-    std::string Describe(const DescriptionHeader& header) const { return table_.Describe(header); }
+    std::string Describe(const ZelCti::DescriptionHeader& header) const {
+        return table_.Describe(header);
+    }
 
   private:
     Flash flash_;
     UserSets userSets_;
-    FeatureTable table_;
+    ZelCti::FeatureTable table_;
 };
 
 }  // namespace ZelSim

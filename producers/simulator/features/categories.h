@@ -13,18 +13,18 @@ class UserSets;
 
 // The rows refer to the objects, which must outlive the register space. State that only registers
 // show belongs to the rows.
-void AddDeviceControl(FeatureTable& features, Camera& camera, UserSets& userSets);
-void AddImageFormatControl(FeatureTable& features, Camera& camera);
-void AddAcquisitionControl(FeatureTable& features, Camera& camera);
-void AddAnalogControl(FeatureTable& features, Camera& camera);
-void AddDigitalIOControl(FeatureTable& features, RegisterSpace& space);
-void AddUserSetControl(FeatureTable& features, UserSets& userSets);
-void AddTransportLayerControl(FeatureTable& features, Camera& camera);
-void AddEventControl(FeatureTable& features, Camera& camera);
-void AddChunkDataControl(FeatureTable& features, Camera& camera);
-void AddTestControl(FeatureTable& features, Camera& camera);
+void AddDeviceControl(ZelCti::FeatureTable& features, Camera& camera, UserSets& userSets);
+void AddImageFormatControl(ZelCti::FeatureTable& features, Camera& camera);
+void AddAcquisitionControl(ZelCti::FeatureTable& features, Camera& camera);
+void AddAnalogControl(ZelCti::FeatureTable& features, Camera& camera);
+void AddDigitalIOControl(ZelCti::FeatureTable& features, ZelCti::RegisterSpace& space);
+void AddUserSetControl(ZelCti::FeatureTable& features, UserSets& userSets);
+void AddTransportLayerControl(ZelCti::FeatureTable& features, Camera& camera);
+void AddEventControl(ZelCti::FeatureTable& features, Camera& camera);
+void AddChunkDataControl(ZelCti::FeatureTable& features, Camera& camera);
+void AddTestControl(ZelCti::FeatureTable& features, Camera& camera);
 
 // For features that show a pixel format.
-std::vector<Entry> PixelFormatEntries();
+std::vector<ZelCti::Entry> PixelFormatEntries();
 
 }  // namespace ZelSim

@@ -5,6 +5,13 @@
 
 namespace ZelSim {
 
+using ZelCti::Entry;
+using ZelCti::Error;
+using ZelCti::Feature;
+using ZelCti::FeatureTable;
+using ZelCti::HexOf;
+using ZelCti::IntegerValue;
+
 namespace {
 
 using Settings = FrameSettings;

@@ -9,6 +9,15 @@
 
 namespace ZelSim {
 
+using ZelCti::Access;
+using ZelCti::ByteOrder;
+using ZelCti::FeatureTable;
+using ZelCti::IntegerValue;
+using ZelCti::StoreInteger;
+using ZelCti::TextValue;
+using ZelCti::TransportTypeEntries;
+using ZelCti::TransportTypeNumber;
+
 namespace {
 
 constexpr size_t kIdentitySize = 64;

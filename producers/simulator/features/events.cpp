@@ -6,6 +6,12 @@
 
 namespace ZelSim {
 
+using ZelCti::Entry;
+using ZelCti::EventForm;
+using ZelCti::FeatureTable;
+using ZelCti::HexOf;
+using ZelCti::IntegerValue;
+
 namespace {
 
 struct EventFeature {

@@ -8,6 +8,9 @@
 
 namespace ZelSim {
 
+using ZelCti::Entry;
+using ZelCti::FeatureTable;
+
 namespace {
 
 using Settings = FrameSettings;

@@ -3,6 +3,12 @@
 
 namespace ZelSim {
 
+using ZelCti::ByteOrder;
+using ZelCti::Feature;
+using ZelCti::FeatureTable;
+using ZelCti::LoadInteger;
+using ZelCti::RegisterSpace;
+
 namespace {
 
 // The configuration of each line is memory, little endian in every camera.

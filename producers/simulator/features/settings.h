@@ -13,7 +13,7 @@
 namespace ZelSim {
 
 [[noreturn]] inline void RefuseValue() {
-    throw Error(GenTL::GC_ERR_INVALID_VALUE, "the value is out of its limits");
+    throw ZelCti::Error(GenTL::GC_ERR_INVALID_VALUE, "the value is out of its limits");
 }
 
 // What the features of settings have in common, for Feature::Apply: their registers read and change
@@ -23,7 +23,7 @@ namespace ZelSim {
 class SettingTraits {
   public:
     using Settings = FrameSettings;
-    using Trait = std::function<void(Feature&)>;
+    using Trait = std::function<void(ZelCti::Feature&)>;
     using Getter = std::function<uint64_t(const Settings&)>;
     using Setter = std::function<void(Settings&, uint64_t)>;
     using Highest = std::function<int64_t(const Settings&)>;
@@ -33,14 +33,14 @@ class SettingTraits {
     // A member of the settings, between the constant limits that the feature has.
     template <typename Member>
     Trait Free(Member member) const {
-        return [self = *this, member](Feature& feature) {
+        return [self = *this, member](ZelCti::Feature& feature) {
             const auto [lowest, highest] = feature.Range();
             feature.Apply(self.Free(GetterOf(member), SetterOf(member, lowest, Always(highest))));
         };
     }
     template <typename Member>
     Trait Fixed(Member member) const {
-        return [self = *this, member](Feature& feature) {
+        return [self = *this, member](ZelCti::Feature& feature) {
             const auto [lowest, highest] = feature.Range();
             feature.Apply(self.Fixed(member, lowest, Always(highest)));
         };
@@ -55,13 +55,13 @@ class SettingTraits {
     // Any other.
     Trait Free(Getter get, Setter set) const {
         return [value = Value(std::move(get), std::move(set), &CameraControl::Change)](
-                   Feature& feature) {
+                   ZelCti::Feature& feature) {
             feature.InvalidatedBy({"UserSetLoad", "DeviceReset"}).Bind(value);
         };
     }
     Trait Fixed(Getter get, Setter set) const {
         return [value = Value(std::move(get), std::move(set), &CameraControl::ChangeFixed)](
-                   Feature& feature) {
+                   ZelCti::Feature& feature) {
             feature.LockedBy("FrameSettingsLocked")
                 .InvalidatedBy({"UserSetLoad", "DeviceReset"})
                 .Bind(value);
@@ -70,7 +70,7 @@ class SettingTraits {
 
     // One register of several, with limits.
     template <typename Member>
-    IntegerValue Element(Member member, int64_t lowest, int64_t highest) const {
+    ZelCti::IntegerValue Element(Member member, int64_t lowest, int64_t highest) const {
         return Value(GetterOf(member), SetterOf(member, lowest, Always(highest)),
                      &CameraControl::Change);
     }
@@ -104,8 +104,8 @@ class SettingTraits {
         };
     }
 
-    IntegerValue Value(Getter get, Setter set, Change change) const {
-        IntegerValue value;
+    ZelCti::IntegerValue Value(Getter get, Setter set, Change change) const {
+        ZelCti::IntegerValue value;
         value.get = Show(std::move(get));
         value.set = [&control = control_, set = std::move(set), change](uint64_t written) {
             (control.*change)([&](Settings& settings) { set(settings, written); });

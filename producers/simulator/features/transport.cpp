@@ -5,6 +5,9 @@
 
 namespace ZelSim {
 
+using ZelCti::Error;
+using ZelCti::FeatureTable;
+
 namespace {
 
 constexpr uint64_t kMinPacket = 576;

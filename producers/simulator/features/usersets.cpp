@@ -5,6 +5,12 @@
 
 namespace ZelSim {
 
+using ZelCti::Access;
+using ZelCti::CommandValue;
+using ZelCti::Entry;
+using ZelCti::Error;
+using ZelCti::FeatureTable;
+
 namespace {
 
 std::vector<Entry> UserSetEntries() {

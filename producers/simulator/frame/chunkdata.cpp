@@ -1,10 +1,17 @@
 #include "producers/simulator/frame/chunkdata.h"
 
+#include "producers/wire/chunktrailer.h"
+
 namespace ZelSim {
+
+using ZelCti::ByteOrder;
+using ZelCti::kChunkTrailerSize;
+using ZelCti::StoreChunkTrailer;
+using ZelCti::StoreFloat;
+using ZelCti::StoreInteger;
 
 namespace {
 
-constexpr size_t kTrailerSize = 8;
 constexpr size_t kAlignment = 4;  // of lengths, as GigE cameras must have it
 
 constexpr uint32_t kFirstId = 0xC0DE0001;
@@ -31,7 +38,7 @@ size_t ForEachChunk(ChunkSet set, size_t imageSize, Visit&& visit) {
         if (!set.Has(kind)) continue;
         const size_t size = SizeOf(kind, imageSize);
         visit(kind, offset, size);
-        offset += size + kTrailerSize;
+        offset += size + kChunkTrailerSize;
     }
     return offset;
 }
@@ -66,14 +73,6 @@ uint32_t ChunkIdOf(ChunkKind kind) {
     return kFirstId + static_cast<uint32_t>(kind);
 }
 
-std::vector<ChunkPlace> ChunkPlaces(ChunkSet set, size_t imageSize) {
-    std::vector<ChunkPlace> places;
-    ForEachChunk(set, imageSize, [&](ChunkKind kind, size_t offset, size_t size) {
-        places.push_back({ChunkIdOf(kind), offset, size});
-    });
-    return places;
-}
-
 size_t PayloadWithChunks(ChunkSet set, size_t imageSize) {
     if (set.IsEmpty()) return imageSize;
     return ForEachChunk(set, imageSize, [](ChunkKind, size_t, size_t) {});
@@ -83,9 +82,7 @@ void WriteChunks(uint8_t* payload, ChunkSet set, size_t imageSize, const ChunkVa
                  ByteOrder transport, ByteOrder camera) {
     ForEachChunk(set, imageSize, [&](ChunkKind kind, size_t offset, size_t size) {
         WriteValue(payload + offset, size, kind, values, camera);
-        uint8_t* const trailer = payload + offset + size;
-        StoreInteger(trailer, sizeof(uint32_t), ChunkIdOf(kind), transport);
-        StoreInteger(trailer + sizeof(uint32_t), sizeof(uint32_t), size, transport);
+        StoreChunkTrailer(payload + offset + size, ChunkIdOf(kind), size, transport);
     });
 }
 

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 #include "producers/wire/byteorder.h"
 
@@ -50,26 +49,18 @@ struct ChunkValues {
     double gain = 0;          // dB
 };
 
-// A chunk within the payload.
-struct ChunkPlace {
-    uint32_t id;
-    size_t offset;
-    size_t size;
-};
-
 // The number by which descriptions refer to the chunks of a kind.
 uint32_t ChunkIdOf(ChunkKind kind);
 
-// Where the chunks stand: each is followed by its id and its length, the image comes first and is
-// filled up to a multiple of four bytes. No chunks for an empty set.
-std::vector<ChunkPlace> ChunkPlaces(ChunkSet set, size_t imageSize);
+// In a payload the image comes first, filled up to a multiple of four bytes; a trailer follows each
+// chunk.
 
 // Bytes of a frame with these chunks; of an image alone when the set is empty.
 size_t PayloadWithChunks(ChunkSet set, size_t imageSize);
 
-// Writes all but the image to a payload of this size: the transport gives the order of ids and
-// lengths, the camera that of the values.
+// Writes all but the image to a payload of this size: `transport` is the byte order of
+// identifiers and lengths, `camera` the byte order of the values.
 void WriteChunks(uint8_t* payload, ChunkSet set, size_t imageSize, const ChunkValues& values,
-                 ByteOrder transport, ByteOrder camera);
+                 ZelCti::ByteOrder transport, ZelCti::ByteOrder camera);
 
 }  // namespace ZelSim

@@ -7,11 +7,8 @@ namespace ZelSim {
 
 namespace {
 
-constexpr double kExposureUnitsPerSecond = 1e7;
 constexpr std::chrono::nanoseconds kExposureUnit(100);
 constexpr uint64_t kNsPerSecond = 1000000000;
-constexpr uint32_t kUsualExposureTime = 100000;  // 10 ms
-constexpr double kFrameRateWhenFree = 30;
 
 // What TestPicture depends on.
 auto Shown(const FrameSettings& s) {
@@ -61,33 +58,6 @@ void FrameSettings::Adapt() {
 
 bool FrameSettings::ShowsSameAs(const FrameSettings& other) const {
     return Shown(*this) == Shown(other);
-}
-
-FrameSettings PowerOnSettings(const CameraConfig& config) {
-    FrameSettings settings;
-    settings.sensorWidth = config.offsetX + config.width;
-    settings.sensorHeight = config.offsetY + config.height;
-    settings.width = config.width;
-    settings.height = config.height;
-    settings.offsetX = config.offsetX;
-    settings.offsetY = config.offsetY;
-    settings.pixelFormat = config.pixelFormat;
-    settings.pattern = config.pattern;
-    settings.xPadding = config.xPadding;
-    settings.yPadding = config.yPadding;
-    settings.imageOffset = config.imageOffset;
-    settings.keepsTime = config.frameRate > 0;
-    settings.frameRateEnable = config.frameRate > 0;
-    settings.linkSpeed = config.linkSpeed;
-    settings.frameRate = config.frameRate > 0 ? config.frameRate : kFrameRateWhenFree;
-    // At most half of the period, so that the rate can be raised a little.
-    const double half = kExposureUnitsPerSecond / 2 / settings.frameRate;
-    settings.exposureTime =
-        std::clamp(half < kUsualExposureTime ? static_cast<uint32_t>(half) : kUsualExposureTime,
-                   kMinExposureTime, kMaxExposureTime);
-    settings.nominalExposureTime = settings.exposureTime;
-    settings.Adapt();
-    return settings;
 }
 
 }  // namespace ZelSim

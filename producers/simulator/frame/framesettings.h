@@ -6,8 +6,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "producers/simulator/config/config.h"
 #include "producers/simulator/frame/chunkdata.h"
+#include "producers/simulator/frame/pattern.h"
+#include "producers/simulator/frame/pixelformat.h"
 
 namespace ZelSim {
 
@@ -96,8 +97,6 @@ struct FrameSettings {
 constexpr uint64_t kMaxPayload = uint64_t{1} << 30;  // keeps size arithmetic far from limits
 constexpr uint32_t kMinExposureTime = 5;             // 0.5 us
 constexpr uint32_t kMaxExposureTime = 100000000;     // 10 s
-
-// The settings of a camera that has just been switched on.
-FrameSettings PowerOnSettings(const CameraConfig& config);
+constexpr double kExposureUnitsPerSecond = 1e7;
 
 }  // namespace ZelSim

@@ -17,8 +17,8 @@ struct Rgb {
     bool operator==(const Rgb& other) const { return r == other.r && g == other.g && b == other.b; }
 };
 
-// Encodes a line of pixels, row `row` of the image. Luma and chroma are those of BT.601 over the
-// full range; the chroma of a pair is that of its first pixel. Components of more than 8 bits span
+// Encodes a line of pixels, row `row` of the image. Luma and chroma follow BT.601 over the
+// full range; a pair has the chroma of its first pixel. Components of more than 8 bits span
 // their full range, right-aligned. Alpha is opaque.
 std::vector<uint8_t> EncodeLine(const PixelFormat& format, const std::vector<Rgb>& pixels,
                                 size_t row);

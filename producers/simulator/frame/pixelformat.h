@@ -38,7 +38,7 @@ struct PixelFormat {
     size_t LineBytes(size_t width) const { return width * BitsPerPixel() / 8; }
 };
 
-// The format with this PFNC name, or value; null when there is none.
+// The format with this PFNC name or value; null for an unknown one.
 const PixelFormat* FindPixelFormat(std::string_view name);
 const PixelFormat* FindPixelFormat(uint32_t value);
 

@@ -1,0 +1,43 @@
+#include "producers/server/modules/cameralink.h"
+
+#include "producers/server/base/error.h"
+#include "producers/server/modules/library.h"
+#include "producers/server/modules/module.h"
+
+namespace ZelCti {
+
+CameraLink::CameraLink(std::shared_ptr<Camera> camera, GenTL::DEVICE_ACCESS_FLAGS access,
+                       Handle client, Module& device)
+    : camera_(std::move(camera)),
+      access_(access),
+      device_(device),
+      claim_(Library::Instance().Access().Take(*camera_, access, client)),
+      connection_(camera_->Open(access, *this)) {}
+
+// The camera is free only when the transport has let go of it.
+void CameraLink::Close() noexcept {
+    if (closed_.exchange(true)) return;
+    connection_->Close();
+    claim_.reset();
+}
+
+void CameraLink::OnEvent(GenTL::EVENT_TYPE type, uint64_t id, EventData data) {
+    device_.FireMessage(type, id, data);
+}
+
+void CameraLink::OnLost() {
+    lost_ = true;
+    Library& library = Library::Instance();
+    library.Access().Forget(*camera_);
+    library.Handles().ForEach([this](Object& object) {
+        if (!Module::IsKind(object.GetKind())) return;
+        auto& module = static_cast<Module&>(object);
+        if (module.Link() == this) module.OnCameraLost();
+    });
+}
+
+void CameraLink::ThrowLost() const {
+    throw Error(GenTL::GC_ERR_IO, camera_->Id() + " is unplugged");
+}
+
+}  // namespace ZelCti

@@ -1,0 +1,16 @@
+// Answers about what is listed and need not be open.
+#pragma once
+
+#include "producers/server/base/answer.h"
+#include "producers/server/base/object.h"
+#include "producers/transport.h"
+
+namespace ZelCti {
+
+// Interface info commands.
+void AnswerInfo(const HostInterface& interface, Answer answer);
+
+// Device info commands, as a client (a system module) sees the camera.
+void AnswerInfo(const Camera& camera, Handle client, Answer answer);
+
+}  // namespace ZelCti

@@ -1,0 +1,100 @@
+#include "producers/simulator/simulatedinterface.h"
+
+#include <algorithm>
+
+#include "producers/simulator/gevfeatures.h"
+#include "producers/simulator/zelsim.h"
+
+namespace ZelSim {
+
+namespace {
+
+constexpr uint32_t kMask = 0xFFFFFF00;
+
+// The adapter is the first host of the network 192.168.10.0, 192.168.11.0 and so on.
+IpSettings AdapterIp(uint32_t number) {
+    constexpr uint32_t first = 0xC0A80A01;
+    return {first + (number % 200 << 8), kMask, 0};
+}
+
+// Bytes a second that the links of a transport type carry.
+uint64_t LinkSpeed(std::string_view tlType) {
+    if (tlType == TLTypeGEVName) return 125000000;
+    if (tlType == TLTypeU3VName) return 500000000;
+    if (tlType == TLTypeCLName) return 850000000;
+    if (tlType == TLTypeCXPName) return 1250000000;
+    return 371250000;
+}
+
+ZelCti::InterfaceInfo InfoOf(const InterfaceConfig& config) {
+    ZelCti::InterfaceInfo info;
+    info.id = config.id;
+    info.displayName = config.displayName;
+    info.tlType = config.type;
+    info.vendor = ZELSIM_INTERFACE_VENDOR;
+    info.model = ZELSIM_INTERFACE_MODEL;
+    info.version = config.version;
+    return info;
+}
+
+}  // namespace
+
+SimulatedInterface::SimulatedInterface(const InterfaceConfig& config, uint32_t number)
+    : info_(InfoOf(config)), ip_(AdapterIp(number)) {
+    CameraList cameras;
+    for (const CameraConfig& camera : config.cameras)
+        cameras.push_back(MakeCamera(camera));
+    cameras_ = std::make_shared<const CameraList>(std::move(cameras));
+}
+
+std::shared_ptr<const ZelCti::CameraList> SimulatedInterface::Cameras() const {
+    const std::lock_guard lock(mutex_);
+    return cameras_;
+}
+
+void SimulatedInterface::Plug(CameraConfig camera) {
+    const std::lock_guard lock(mutex_);
+    CameraList cameras = *cameras_;
+    cameras.push_back(MakeCamera(std::move(camera)));
+    cameras_ = std::make_shared<const CameraList>(std::move(cameras));
+}
+
+std::shared_ptr<SimulatedCamera> SimulatedInterface::MakeCamera(CameraConfig camera) {
+    CompleteIp(camera.ip);
+    if (camera.linkSpeed == 0) camera.linkSpeed = LinkSpeed(info_.tlType);
+    ++numPlugged_;
+    return std::make_shared<SimulatedCamera>(std::move(camera), info_.tlType);
+}
+
+void SimulatedInterface::CompleteIp(IpSettings& camera) {
+    constexpr uint32_t firstHost = 100;
+    constexpr uint32_t numHosts = 150;
+    if (camera.address == 0) {
+        camera.address = (ip_.address & kMask) + firstHost + numPlugged_ % numHosts;
+    }
+    if (camera.mask == 0) camera.mask = kMask;
+}
+
+bool SimulatedInterface::Unplug(const std::string& cameraId) {
+    std::unique_lock lock(mutex_);
+    CameraList cameras = *cameras_;
+    const auto found = std::find_if(cameras.begin(), cameras.end(),
+                                    [&](const auto& camera) { return camera->Id() == cameraId; });
+    if (found == cameras.end()) return false;
+    const auto camera = std::static_pointer_cast<SimulatedCamera>(*found);
+    cameras.erase(found);
+    cameras_ = std::make_shared<const CameraList>(std::move(cameras));
+    lock.unlock();
+    camera->Hardware().Unplug();
+    return true;
+}
+
+void SimulatedInterface::AddFeatures(ZelCti::FeatureTable& features, const SelectedCamera& camera) {
+    if (info_.tlType != TLTypeGEVName) return;
+    AddGevInterfaceFeatures(features, info_.id, ip_, [camera] {
+        const auto simulated = std::static_pointer_cast<SimulatedCamera>(camera());
+        return std::shared_ptr<Camera>(simulated, &simulated->Hardware());
+    });
+}
+
+}  // namespace ZelSim

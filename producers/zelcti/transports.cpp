@@ -1,0 +1,31 @@
+// What the producer file is made of.
+#include "producers/transport.h"
+#include "producers/zelcti/simulation.h"
+
+namespace ZelCti {
+
+namespace {
+
+ProducerInfo MakeInfo() {
+    ProducerInfo info;
+    info.id = "ZelCTI";
+    info.vendor = "ZelCam";
+    info.model = "ZelCam GenTL producer";
+    info.version = ZELCTI_VERSION;
+    info.fileName = "libZelCTI.cti";
+    info.displayName = "ZelCam cameras";
+    return info;
+}
+
+}  // namespace
+
+const ProducerInfo& GetProducerInfo() {
+    static const ProducerInfo info = MakeInfo();
+    return info;
+}
+
+std::vector<std::shared_ptr<Transport>> MakeTransports() {
+    return {Simulation::Instance().GetWorld()};
+}
+
+}  // namespace ZelCti
