@@ -217,7 +217,7 @@ void Acquisition::Run() {
     Lock lock(mutex_);
     while (!isQuitting_) {
         const auto now = Clock::now();
-        const Due due = NextStep(now);
+        const Due due = PlanStep(now);
         if (due.time > now) {
             wake_.SleepUntil(lock, due.time,
                              [this, before = numWakes_] { return numWakes_ != before; });
@@ -239,9 +239,9 @@ void Acquisition::Run() {
     }
 }
 
-// The step that comes first. A late thread catches up with the frame under way before it begins
-// another.
-Acquisition::Due Acquisition::NextStep(Clock::time_point now) {
+// Finds the step that comes first, and prepares the next frame if that one does. A late thread
+// catches up with the frame under way before it begins another.
+Acquisition::Due Acquisition::PlanStep(Clock::time_point now) {
     Due due;
     if (readOut_) {
         due = {Step::EndReadout, readOut_->ReadoutEnd()};
@@ -249,21 +249,23 @@ Acquisition::Due Acquisition::NextStep(Clock::time_point now) {
         due = {Step::EndExposure, exposed_->ExposureEnd()};
     }
     if (due.time <= now || exposed_ || !IsActive()) return due;
-    const Clock::time_point start = NextStart(now);
+    const Clock::time_point start = PlanStart(now);
     return start < due.time ? Due{Step::StartFrame, start} : due;
 }
 
-Acquisition::Clock::time_point Acquisition::NextStart(Clock::time_point now) {
+// Takes the settings of the next frame, and finds when it starts. A trigger that came before the
+// trigger mode was switched off is forgotten.
+Acquisition::Clock::time_point Acquisition::PlanStart(Clock::time_point now) {
     settings_ = camera_.Settings();
     if (!settings_->triggerMode) triggered_.reset();
     if (settings_->triggerMode && !triggered_) return WaitPoint::kEndless;
-    if (!settings_->IsTimed()) return HasInput() ? now : WaitPoint::kEndless;
-    return triggered_ ? *triggered_ : schedule_.NextStart(*settings_, now);
+    if (!settings_->IsTimed()) return FindInput() ? now : WaitPoint::kEndless;
+    return triggered_ ? *triggered_ : schedule_.PlanStart(*settings_, now);
 }
 
 // Looks for a queued buffer; without one, asks to be woken for it. A buffer that is queued after
 // the second look finds awaitsInput_ set, and wakes the thread.
-bool Acquisition::HasInput() {
+bool Acquisition::FindInput() {
     const auto look = [this] {
         return std::any_of(receivers_.begin(), receivers_.end(), [](const Receiver* receiver) {
             return receiver->grabbing_ && !receiver->isFinishing_ && receiver->buffers_.HasInput();
@@ -278,8 +280,8 @@ bool Acquisition::HasInput() {
 }
 
 void Acquisition::StartFrame(Clock::time_point start) {
-    const bool free = settings_->IsTimed() && !triggered_;
-    schedule_.Add(start, *settings_, free);
+    const bool asPlanned = settings_->IsTimed() && !triggered_;
+    schedule_.Add(start, *settings_, asPlanned);
     triggered_.reset();
     exposed_ = Frame{nextId_++, settings_, start};
     --numLeft_;

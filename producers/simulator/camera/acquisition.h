@@ -120,9 +120,9 @@ class Acquisition {
     void PutBack(Receiver& receiver);
 
     void Run();
-    Due NextStep(Clock::time_point now);
-    Clock::time_point NextStart(Clock::time_point now);
-    bool HasInput();
+    Due PlanStep(Clock::time_point now);
+    Clock::time_point PlanStart(Clock::time_point now);
+    bool FindInput();
     bool IsReady(const FrameSettings& settings) const;
     void StartFrame(Clock::time_point start);
     void EndExposure();
