@@ -1,6 +1,5 @@
 // How the fuzzer changes inputs of the target "description". Parts come from the descriptions in
-// the folder that ZELCAM_FUZZ_DESCRIPTIONS names, real cameras' for example; those of the simulated
-// ones by default (scripts/fuzz).
+// the folder that ZELCAM_FUZZ_DESCRIPTIONS names, for example descriptions of real cameras.
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
