@@ -47,7 +47,7 @@ Register LittleEndianRegister(uint64_t address, Access access) {
     return reg;
 }
 
-uint32_t Value(const uint8_t* bytes) {
+uint32_t Word(const uint8_t* bytes) {
     return static_cast<uint32_t>(LoadInteger(bytes, sizeof(uint32_t), ByteOrder::Little));
 }
 
@@ -63,12 +63,12 @@ Flash::Flash(RegisterSpace& space, Clock clock, uint64_t busyNs)
 
 void Flash::AddControl() {
     Register command = LittleEndianRegister(kCommand, Access::ReadWrite);
-    command.action = [this](const uint8_t* bytes) { Execute(Value(bytes)); };
+    command.action = [this](const uint8_t* bytes) { Execute(Word(bytes)); };
     space_.Add(std::move(command));
 
     Register control = LittleEndianRegister(kPageControl, Access::ReadWrite);
     control.check = [this](const uint8_t* /*bytes*/) { RequireIdle(); };
-    control.action = [this](const uint8_t* bytes) { mayProgram_ = Value(bytes) == kMayProgram; };
+    control.action = [this](const uint8_t* bytes) { mayProgram_ = Word(bytes) == kMayProgram; };
     space_.Add(std::move(control));
 }
 

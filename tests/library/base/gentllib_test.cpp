@@ -85,14 +85,14 @@ TEST(GenTLLib, SymbolsStayLocal) {
 
 namespace {
 
-void* const handle = reinterpret_cast<void*>(uintptr_t{1});
+void* const anyHandle = reinterpret_cast<void*>(uintptr_t{1});
 constexpr uint64_t big = 0x8000000000000001U;
 
 // An argument for each type, as the record of the call shows it.
 template <typename T>
 T Argument() {
     if constexpr (std::is_same_v<T, void*>) {
-        return handle;
+        return anyHandle;
     } else if constexpr (std::is_same_v<T, const char*>) {
         return "id";
     } else if constexpr (std::is_pointer_v<T>) {
@@ -129,7 +129,7 @@ class GenTLLibCalls : public ScriptedTest {
 
     template <typename... Args>
     static void CheckArguments(const Scripted::Call& call) {
-        EXPECT_EQ(call.handle, kHasHandleFirst<Args...> ? handle : nullptr);
+        EXPECT_EQ(call.handle, kHasHandleFirst<Args...> ? anyHandle : nullptr);
         EXPECT_EQ(call.id, (kHas<const char*, Args...>) ? "id" : "");
         EXPECT_EQ(call.command, (kHas<int32_t, Args...>) ? 3 : Scripted::AnyCommand);
         if constexpr (kHas<uint64_t, Args...>) {

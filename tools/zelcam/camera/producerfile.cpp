@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 namespace {
 
 #if defined(__aarch64__)
-constexpr unsigned thisMachine = EM_AARCH64;
+constexpr unsigned kThisMachine = EM_AARCH64;
 #elif defined(__x86_64__)
 constexpr unsigned kThisMachine = EM_X86_64;
 #else
