@@ -8,8 +8,8 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// The kinds of nodes, by the names that they have in a description. X(name) A StructEntry is a
-// MaskedIntReg that a StructReg was expanded into.
+// X(name): the kinds of nodes, by the names that they have in a description. A StructReg is none of
+// them: it is expanded into StructEntries, which are MaskedIntRegs.
 // (clang-format would give each line one more step of indentation.)
 // clang-format off
 #define GENAPI_NODE_KINDS(X)                                                                \

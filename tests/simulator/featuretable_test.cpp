@@ -67,6 +67,25 @@ TEST_F(FeatureTableTest, ADeclarationMakesTheRegisterAndItsNodes) {
                 HasSubstr("<pFeature>GevSCPWidth</pFeature>"));
 }
 
+// The functions decide what the register of a feature holds.
+TEST_F(FeatureTableTest, FunctionsOfDoublesMakeAFloatingPointRegister) {
+    double humidity = 45.5;
+    features.Float("Humidity", "In percent.")
+        .At(0x20)
+        .Get([&] { return humidity; })
+        .Set([&](double v) { humidity = v; });
+    EXPECT_THAT([&] { features.IntReg("Mixed").At(0x40).Get([] { return 1; }).Set([](double) {}); },
+                ThrowsMessage<std::logic_error>(HasSubstr("Mixed")));
+    features.Complete();
+    EXPECT_THAT(NodeOf(Describe(), "FloatReg Name=\"HumidityReg\""), HasSubstr("<Length>8<"));
+    uint8_t bytes[8] = {};
+    space.Read(0x20, bytes, sizeof(bytes));
+    EXPECT_EQ(LoadInteger(bytes, sizeof(bytes), ByteOrder::Big), 0x4046C00000000000U);  // 45.5
+    const uint8_t half[] = {0x3F, 0xE0, 0, 0, 0, 0, 0, 0};
+    space.Write(0x20, half, sizeof(half));
+    EXPECT_EQ(humidity, 0.5);
+}
+
 TEST_F(FeatureTableTest, AnAddressIsUsedOnce) {
     features.IntReg("First").At(0x100, 8);
     features.IntReg("Neighbour").At(0x108);

@@ -66,14 +66,12 @@ void Device::AddStreams() {
     AddSelector(features_, "Stream", "Index of the stream that the features below tell about.",
                 0x3000, std::move(index), [this] { return NumStreams(); })
         .Expert();
-    TextValue id;
-    id.get = [this] { return StreamId(selectedStream_); };
     features_.StringReg("StreamID", "Identifier of the stream.")
         .Expert()
         .AvailableIf("StreamCount")
         .SelectedBy("StreamSelector")
         .At(0x3100, kTextSize)
-        .Bind(std::move(id));
+        .Get([this] { return StreamId(selectedStream_); });
 }
 
 void Device::AddLink() {

@@ -52,12 +52,6 @@ Access AccessOf(std::monostate /*memory*/) {
     return Access::ReadWrite;
 }
 
-// The value as that of an integer register, which it becomes if it is none.
-IntegerValue& IntegerValueOf(AnyValue& value) {
-    if (!std::holds_alternative<IntegerValue>(value)) value = IntegerValue{};
-    return std::get<IntegerValue>(value);
-}
-
 // The register of a space for a value.
 template <typename Definition, typename T>
 Definition DefinitionOf(const Register& place, const RegisterValue<T>& value) {
@@ -134,6 +128,18 @@ Feature& Feature::With(std::string_view element, std::string text) {
     node_.Add(element, std::move(text));
     return *this;
 }
+
+template <typename T>
+RegisterValue<T>& Feature::Held() {
+    if (std::holds_alternative<std::monostate>(value_)) value_ = RegisterValue<T>{};
+    auto* const value = std::get_if<RegisterValue<T>>(&value_);
+    if (value == nullptr) throw std::logic_error(Name() + " has values of two types");
+    return *value;
+}
+
+template RegisterValue<uint64_t>& Feature::Held();
+template RegisterValue<double>& Feature::Held();
+template RegisterValue<std::string>& Feature::Held();
 
 void Feature::AddLimit(std::string_view element, std::string_view link, const Limit& limit) {
     With(limit.IsNode() ? link : element, limit.Text());
@@ -237,26 +243,6 @@ Feature& Feature::Cachable(std::string mode) {
 Feature& Feature::InvalidatedBy(std::initializer_list<std::string> nodes) {
     for (const std::string& node : nodes)
         registerElements_.push_back({"pInvalidator", {}, node});
-    return *this;
-}
-
-Feature& Feature::Bind(IntegerValue value) {
-    value_ = std::move(value);
-    return *this;
-}
-
-Feature& Feature::Get(std::function<uint64_t()> get) {
-    IntegerValueOf(value_).get = std::move(get);
-    return *this;
-}
-
-Feature& Feature::Check(std::function<void(uint64_t)> check) {
-    IntegerValueOf(value_).check = std::move(check);
-    return *this;
-}
-
-Feature& Feature::Set(std::function<void(uint64_t)> set) {
-    IntegerValueOf(value_).set = std::move(set);
     return *this;
 }
 

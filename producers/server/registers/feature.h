@@ -133,14 +133,25 @@ class Feature {
     Feature& InvalidatedBy(std::initializer_list<std::string> nodes);
 
     // What the register does. Without any of these it is memory; with a getter only, it is
-    // read-only.
-    Feature& Bind(IntegerValue value);
-    Feature& Bind(FloatValue value) { return value_ = std::move(value), *this; }
-    Feature& Bind(TextValue value) { return value_ = std::move(value), *this; }
+    // read-only. The functions give and take whole numbers, doubles or std::strings; the first of
+    // them decides what the register holds.
+    template <typename Getter>
+    Feature& Get(Getter get) {
+        Held<RegisterType<std::invoke_result_t<Getter>>>().get = std::move(get);
+        return *this;
+    }
+    template <typename Checker>
+    Feature& Check(Checker check) {
+        Held<RegisterType<ArgumentOf<Checker>>>().check = std::move(check);
+        return *this;
+    }
+    template <typename Setter>
+    Feature& Set(Setter set) {
+        Held<RegisterType<ArgumentOf<Setter>>>().set = std::move(set);
+        return *this;
+    }
+    Feature& Bind(IntegerValue value) { return value_ = std::move(value), *this; }
     Feature& Bind(BytesSource source) { return value_ = std::move(source), *this; }
-    Feature& Get(std::function<uint64_t()> get);
-    Feature& Check(std::function<void(uint64_t)> check);
-    Feature& Set(std::function<void(uint64_t)> set);
     Feature& Initial(uint64_t value);  // of memory
     Feature& Access(ZelCti::Access access);
 
@@ -182,6 +193,22 @@ class Feature {
     std::vector<DescriptionNode> TakeNodes(const Defaults& defaults);
 
   private:
+    // What a register holds for a function that gives or takes a T.
+    template <typename T>
+    using RegisterType =
+        std::conditional_t<std::is_floating_point_v<T>, double,
+                           std::conditional_t<std::is_integral_v<T>, uint64_t, std::string>>;
+
+    template <typename Result, typename Argument>
+    static std::decay_t<Argument> ArgumentOfFunction(const std::function<Result(Argument)>&);
+    template <typename Function>
+    using ArgumentOf = decltype(ArgumentOfFunction(std::function(std::declval<Function>())));
+
+    // The value of the row, which holds a T from now on. Throws std::logic_error when it holds
+    // something else already.
+    template <typename T>
+    RegisterValue<T>& Held();
+
     void AddLimit(std::string_view element, std::string_view link, const Limit& limit);
     std::string_view RegisterKind() const;
     size_t Size() const;

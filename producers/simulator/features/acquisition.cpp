@@ -7,7 +7,6 @@ namespace ZelSim {
 
 using ZelCti::Error;
 using ZelCti::FeatureTable;
-using ZelCti::FloatValue;
 using ZelCti::IntegerValue;
 
 namespace {
@@ -71,23 +70,8 @@ void AddStatus(FeatureTable& features, Acquisition& acquisition) {
                  });
 }
 
-FloatValue FrameRateValue(CameraControl& control) {
-    FloatValue value;
-    value.get = [&control] { return control.Settings()->frameRate; };
-    value.set = [&control](double rate) {
-        control.Change([=](Settings& s) {
-            // The negated form also refuses what is no number.
-            if (!(rate > 0 && rate <= s.MaxFrameRate())) RefuseValue();
-            s.frameRate = rate;
-        });
-    };
-    return value;
-}
-
-FloatValue ShownRate(CameraControl& control, double (Settings::*rate)() const) {
-    FloatValue value;
-    value.get = [&control, rate] { return (*control.Settings().*rate)(); };
-    return value;
+auto ShownRate(CameraControl& control, double (Settings::*rate)() const) {
+    return [&control, rate] { return (*control.Settings().*rate)(); };
 }
 
 void AddFrameRate(FeatureTable& features, const SettingTraits& settings, CameraControl& control) {
@@ -114,11 +98,18 @@ void AddFrameRate(FeatureTable& features, const SettingTraits& settings, CameraC
         .Unit("Hz")
         .Representation("Linear")
         .Streamable()
-        .Bind(FrameRateValue(control));
+        .Get([&control] { return control.Settings()->frameRate; })
+        .Set([&control](double rate) {
+            control.Change([=](Settings& s) {
+                // The negated form also refuses what is no number.
+                if (!(rate > 0 && rate <= s.MaxFrameRate())) RefuseValue();
+                s.frameRate = rate;
+            });
+        });
     features.FloatReg("AcquisitionFrameRateLimit")
         .At(0x2260)
         .Volatile()
-        .Bind(ShownRate(control, &Settings::MaxFrameRate));
+        .Get(ShownRate(control, &Settings::MaxFrameRate));
     features.FloatReg("ResultingFrameRate", "Frames a second that come without triggers.")
         .Expert()
         .AvailableIf("FramesAreTimed")
@@ -126,7 +117,7 @@ void AddFrameRate(FeatureTable& features, const SettingTraits& settings, CameraC
         .Volatile()
         .Unit("Hz")
         .Representation("Linear")
-        .Bind(ShownRate(control, &Settings::ResultingFrameRate));
+        .Get(ShownRate(control, &Settings::ResultingFrameRate));
     features.IntReg("FramesAreTimed")
         .At(0x2214)
         .Volatile()

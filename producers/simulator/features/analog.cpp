@@ -10,7 +10,6 @@ namespace ZelSim {
 using ZelCti::Entry;
 using ZelCti::Error;
 using ZelCti::FeatureTable;
-using ZelCti::FloatValue;
 
 namespace {
 
@@ -73,20 +72,18 @@ void AddBlackLevel(FeatureTable& features, const SettingTraits& settings) {
 }
 
 void AddGamma(FeatureTable& features, CameraControl& control) {
-    FloatValue gamma;
-    gamma.get = [&control] { return control.Settings()->gamma; };
-    gamma.set = [&control](double value) {
-        // The negated form also refuses what is no number.
-        if (!(value >= kMinGamma && value <= kMaxGamma)) RefuseValue();
-        control.Change([=](FrameSettings& s) { s.gamma = value; });
-    };
     features.Float("Gamma", "Exponent of the brightness.")
         .At(0x2320)
         .Limits(kMinGamma, kMaxGamma)
         .Representation("Logarithmic")
         .Streamable()
         .InvalidatedBy({"UserSetLoad", "DeviceReset"})
-        .Bind(std::move(gamma));
+        .Get([&control] { return control.Settings()->gamma; })
+        .Set([&control](double value) {
+            // The negated form also refuses what is no number.
+            if (!(value >= kMinGamma && value <= kMaxGamma)) RefuseValue();
+            control.Change([=](FrameSettings& s) { s.gamma = value; });
+        });
 }
 
 struct Calibration {

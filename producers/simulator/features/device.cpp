@@ -14,7 +14,6 @@ using ZelCti::ByteOrder;
 using ZelCti::FeatureTable;
 using ZelCti::IntegerValue;
 using ZelCti::StoreInteger;
-using ZelCti::TextValue;
 using ZelCti::TransportTypeEntries;
 using ZelCti::TransportTypeNumber;
 
@@ -36,36 +35,32 @@ constexpr unsigned kSoftwareTrigger = 2;
 constexpr unsigned kFirstBitOfUserSets = 8;
 constexpr unsigned kLastBitOfUserSets = 15;
 
-TextValue ConstantText(std::string text) {
-    TextValue value;
-    value.get = [text = std::move(text)] { return text; };
-    return value;
+auto ConstantText(std::string text) {
+    return [text = std::move(text)] { return text; };
 }
 
 void AddIdentity(FeatureTable& features, Camera& camera) {
     const CameraConfig& config = camera.Config();
     features.StringReg("DeviceVendorName", "Name of the manufacturer.")
         .At(0x0200, kIdentitySize)
-        .Bind(ConstantText(config.vendor));
+        .Get(ConstantText(config.vendor));
     features.StringReg("DeviceModelName", "Model of the camera.")
         .At(0x0240, kIdentitySize)
-        .Bind(ConstantText(config.model));
+        .Get(ConstantText(config.model));
     features.StringReg("DeviceVersion", "Version of the camera.")
         .At(0x0280, kIdentitySize)
-        .Bind(ConstantText(config.version));
+        .Get(ConstantText(config.version));
     features.StringReg("DeviceFirmwareVersion", "Version of the firmware.")
         .At(0x02C0, kIdentitySize)
-        .Bind(ConstantText(kFirmwareVersion));
+        .Get(ConstantText(kFirmwareVersion));
     features.StringReg("DeviceSerialNumber", "Serial number of the camera.")
         .Expert()
         .At(0x0300, kIdentitySize)
-        .Bind(ConstantText(config.serial));
-    TextValue userName;
-    userName.get = [&camera] { return camera.UserName(); };
-    userName.set = [&camera](const std::string& name) { camera.SetUserName(name); };
+        .Get(ConstantText(config.serial));
     features.StringReg("DeviceUserID", "What the user calls the camera.")
         .At(0x0340, kIdentitySize)
-        .Bind(std::move(userName));
+        .Get([&camera] { return camera.UserName(); })
+        .Set([&camera](const std::string& name) { camera.SetUserName(name); });
     features.Enumeration("DeviceTLType", "Transport type of the camera.")
         .Expert()
         .At(0x2000)
