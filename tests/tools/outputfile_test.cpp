@@ -115,21 +115,23 @@ TEST_F(OutputFileTest, FailuresNameFileAndReasonAndLeaveNothing) {
 TEST_F(OutputFileTest, LogHasItsFramesInOrder) {
     const std::chrono::system_clock::time_point arrived(
         std::chrono::microseconds(1'000'000'500'000));
-    LoggedFrame frame = {"a\"b,\nc", 1, arrived, 7, 99, 4, 2, 0x01080001, 8, false};
+    const std::array<uint8_t, 8> pixels{};
+    const Frame frame = {{pixels.data(), pixels.size(), 0x01080001, 4, 2}, 7, 99, 0, 0, false};
+    Arrival arrival = {"a\"b,\nc", 1, arrived};
     {
         FrameLog log(folder_ + "log", Existing::Keep);
         const uint64_t first = log.Reserve();
         const uint64_t second = log.Reserve();
         const uint64_t third = log.Reserve();
-        frame.number = 2;
-        log.Add(second, frame, "two");
+        arrival.number = 2;
+        log.Add(second, arrival, frame, "two");
         EXPECT_EQ(Read("log").find("two"), std::string::npos) << "until the first one is known";
-        frame.number = 1;
-        log.Add(first, frame, "one");
+        arrival.number = 1;
+        log.Add(first, arrival, frame, "one");
         EXPECT_NE(Read("log").find("two"), std::string::npos) << "and then at once";
         EXPECT_EQ(third, 2U);
-        frame.number = 4;
-        log.Add(log.Reserve(), frame, "four");  // the third failed
+        arrival.number = 4;
+        log.Add(log.Reserve(), arrival, frame, "four");  // the third failed
         log.Finish();
     }
     const std::string begin = "\"a\"\"b,\\nc\",";

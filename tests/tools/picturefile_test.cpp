@@ -8,10 +8,8 @@
 #include <gmock/gmock.h>
 
 #include "tests/tools/picturereader.h"
-#include "tools/imaging/jpeg.h"
+#include "tools/imaging/encode.h"
 #include "tools/imaging/pixelformat.h"
-#include "tools/imaging/png.h"
-#include "tools/imaging/tiff.h"
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;

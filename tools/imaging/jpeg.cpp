@@ -1,11 +1,10 @@
-#include "tools/imaging/jpeg.h"
-
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>
 #include <jpeglib.h>
 #include <string>
 
+#include "tools/imaging/encode.h"
 #include "tools/imaging/pixelformat.h"
 
 namespace Imaging {

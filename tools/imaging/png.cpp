@@ -1,9 +1,8 @@
-#include "tools/imaging/png.h"
-
 #include <algorithm>
 #include <libdeflate.h>
 #include <memory>
 
+#include "tools/imaging/encode.h"
 #include "tools/imaging/pixelformat.h"
 
 namespace Imaging {

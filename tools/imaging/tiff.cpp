@@ -1,5 +1,3 @@
-#include "tools/imaging/tiff.h"
-
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
@@ -8,6 +6,7 @@
 #include <string>
 #include <tiffio.h>
 
+#include "tools/imaging/encode.h"
 #include "tools/imaging/pixelformat.h"
 
 namespace Imaging {

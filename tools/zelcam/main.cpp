@@ -1,14 +1,10 @@
 // zelcam: cameras from the command line. One source per subcommand, see commands.h.
 
 #include <cstdio>
-#include <exception>
 #include <iostream>
-#include <sstream>
 #include <unistd.h>
 
-#include <Base/GCBase.h>
-#include <nlohmann/json.hpp>
-
+#include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/commands/commands.h"
 #include "tools/zelcam/console/interrupt.h"
 #include "tools/zelcam/console/jsontext.h"
@@ -43,40 +39,28 @@ constexpr const char* kHelp =
     "  zelcam set 1 ExposureTime=5ms\n"
     "  zelcam grab --help";
 
-void PrintFailure(const std::string& message, ExitCode code, bool json) {
-    if (!json) {
-        const size_t width = TerminalWidth(STDERR_FILENO);
-        std::istringstream lines("zelcam: " + PrintableLines(message));
-        for (std::string line; std::getline(lines, line);) {
-            for (const std::string& part : WrapText(line, width))
-                std::cerr << part << '\n';
-        }
+void PrintFailure(const Failure& failure, bool json) {
+    if (json) {
+        // On one line: the output may have one object per line.
+        PrintJsonLine({{"exitCode", static_cast<int>(failure.Code())}, {"error", failure.what()}});
         return;
     }
-    using Json = nlohmann::ordered_json;
-    const Json failure = {{"exitCode", static_cast<int>(code)}, {"error", message}};
-    // On one line: the output may have one object per line.
-    std::cout << JsonText(failure, -1) << '\n';
+    const std::string text = "zelcam: " + PrintableLines(failure.what());
+    for (const std::string& line : WrapText(text, TerminalWidth(STDERR_FILENO)))
+        std::cerr << line << '\n';
 }
 
 ExitCode Run(const Invocation& invocation) {
     NoteInterrupts();
     ExitCode code = ExitCode::Ok;
-    try {
+    const std::optional<Failure> failure = FailureOf([&] {
         code = invocation.run();
         std::cout.flush();
         if (!std::cout) throw Failure(ExitCode::FileFailed, "the output cannot be written");
-    } catch (const Failure& failure) {
-        code = failure.Code();
-        PrintFailure(failure.what(), code, invocation.json);
-    } catch (const GenICam::GenericException& error) {
-        code = ExitCode::FeatureFailed;
-        PrintFailure(error.GetDescription(), code, invocation.json);
-    } catch (const std::exception& error) {
-        code = ExitCode::AcquisitionFailed;
-        PrintFailure(error.what(), code, invocation.json);
-    }
-    return code;
+    });
+    if (!failure) return code;
+    PrintFailure(*failure, invocation.json);
+    return failure->Code();
 }
 
 ExitCode ParseAndRun(int argc, char** argv) {
@@ -84,22 +68,12 @@ ExitCode ParseAndRun(int argc, char** argv) {
     Command app = line.Program();
     app.Footer(kHelp);
     Invocation invocation;
-    AddListCommand(app, invocation);
-    AddGrabCommand(app, invocation);
-    AddFeaturesCommand(app, invocation);
-    AddGetCommand(app, invocation);
-    AddSetCommand(app, invocation);
-    AddExecCommand(app, invocation);
-    AddWatchCommand(app, invocation);
-    AddEventsCommand(app, invocation);
-    AddConfigCommand(app, invocation);
-    AddXmlCommand(app, invocation);
-    AddIpCommand(app, invocation);
-    AddReadCommand(app, invocation);
-    AddWriteCommand(app, invocation);
-    AddFirmwareCommand(app, invocation);
-    AddReportCommand(app, invocation);
-    AddCheckCommand(app, invocation);
+    for (CommandAdder* add :
+         {AddListCommand, AddGrabCommand, AddFeaturesCommand, AddGetCommand, AddSetCommand,
+          AddExecCommand, AddWatchCommand, AddEventsCommand, AddConfigCommand, AddXmlCommand,
+          AddIpCommand, AddReadCommand, AddWriteCommand, AddFirmwareCommand, AddReportCommand,
+          AddCheckCommand})
+        add(app, invocation);
     const std::optional<ExitCode> end = line.Parse(argc, argv);
     return end ? *end : Run(invocation);
 }

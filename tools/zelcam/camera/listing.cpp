@@ -2,8 +2,6 @@
 
 #include <ostream>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/console/printable.h"
 #include "tools/zelcam/console/texttable.h"
@@ -11,8 +9,6 @@
 namespace ZelTool {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 std::string CameraKind(bool simulated) {
     return simulated ? "simulated" : "real";

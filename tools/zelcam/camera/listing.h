@@ -3,9 +3,8 @@
 
 #include <iosfwd>
 
-#include <nlohmann/json_fwd.hpp>
-
 #include "tools/zelcam/camera/session.h"
+#include "tools/zelcam/console/jsontext.h"
 #include "tools/zelcam/console/texttable.h"
 
 namespace ZelTool {
@@ -15,9 +14,9 @@ void PrintSession(std::ostream& out, const Session& session, size_t width = 0,
                   const TextFilter& filter = nullptr);
 
 // The origin of a camera, as in all JSON about cameras: "interface", "producer" and "simulated".
-nlohmann::ordered_json OriginAsJson(const Camera& camera);
+Json OriginAsJson(const Camera& camera);
 
 // What `zelcam list --json` prints.
-nlohmann::ordered_json SessionAsJson(const Session& session);
+Json SessionAsJson(const Session& session);
 
 }  // namespace ZelTool

@@ -19,10 +19,8 @@ constexpr uint64_t kUpdateMs = 1000;
 constexpr size_t kLongestText = size_t{16} << 20;
 constexpr uint32_t kMostUrls = 64;
 
-void RequireSuccess(GC_ERROR code, const std::string& what) {
-    if (code != GC_ERR_SUCCESS) {
-        throw Failure(ExitCode::CannotOpen, what + ": " + ErrorWords(static_cast<ZelCamErr>(code)));
-    }
+void RequireGood(GC_ERROR code, const std::string& what) {
+    RequireSuccess(static_cast<ZelCamErr>(code), what, ExitCode::CannotOpen);
 }
 
 // A text that the producer returns in two calls of `ask`: first its size with the zero at the end,
@@ -30,10 +28,10 @@ void RequireSuccess(GC_ERROR code, const std::string& what) {
 template <typename Ask>
 std::string AskText(const std::string& what, Ask ask) {
     size_t size = 0;
-    RequireSuccess(ask(nullptr, &size), what);
+    RequireGood(ask(nullptr, &size), what);
     if (size > kLongestText) throw Failure(ExitCode::CannotOpen, what + ": the text is too long");
     std::string text(size, '\0');
-    RequireSuccess(ask(text.data(), &size), what);
+    RequireGood(ask(text.data(), &size), what);
     return text.substr(0, text.find('\0'));
 }
 
@@ -79,17 +77,16 @@ void ModulePort::Open(const ModulePlace& place) {
     OpenDevice(place);
     if (place.module == Module::Stream) OpenStream();
     if (place.module == Module::Camera) {
-        RequireSuccess(Resolve<PDevGetPort>("DevGetPort")(device_, &port_),
-                       "the camera has no port");
+        RequireGood(Resolve<PDevGetPort>("DevGetPort")(device_, &port_), "the camera has no port");
     }
 }
 
 void ModulePort::OpenSystem() {
     const auto closeLibrary = Resolve<PGCCloseLib>("GCCloseLib");
     const auto close = Resolve<PTLClose>("TLClose");
-    RequireSuccess(Resolve<PGCInitLib>("GCInitLib")(), "the producer does not start");
+    RequireGood(Resolve<PGCInitLib>("GCInitLib")(), "the producer does not start");
     closers_.emplace_back([closeLibrary] { closeLibrary(); });
-    RequireSuccess(Resolve<PTLOpen>("TLOpen")(&system_), "the producer does not open");
+    RequireGood(Resolve<PTLOpen>("TLOpen")(&system_), "the producer does not open");
     closers_.emplace_back([close, handle = system_] { close(handle); });
     port_ = system_;
 }
@@ -97,9 +94,9 @@ void ModulePort::OpenSystem() {
 void ModulePort::OpenInterface(const ModulePlace& place) {
     const auto close = Resolve<PIFClose>("IFClose");
     Resolve<PTLUpdateInterfaceList>("TLUpdateInterfaceList")(system_, nullptr, kUpdateMs);
-    RequireSuccess(Resolve<PTLOpenInterface>("TLOpenInterface")(system_, place.interfaceId.c_str(),
-                                                                &interface_),
-                   "the interface cannot be opened");
+    RequireGood(Resolve<PTLOpenInterface>("TLOpenInterface")(system_, place.interfaceId.c_str(),
+                                                             &interface_),
+                "the interface cannot be opened");
     closers_.emplace_back([close, handle = interface_] { close(handle); });
     port_ = interface_;
 }
@@ -115,7 +112,7 @@ void ModulePort::OpenDevice(const ModulePlace& place) {
         code = open(interface_, place.cameraId.c_str(), access, &device_);
         if (code == GC_ERR_SUCCESS) break;
     }
-    RequireSuccess(code, "the camera cannot be opened");
+    RequireGood(code, "the camera cannot be opened");
     closers_.emplace_back([close, handle = device_] { close(handle); });
     port_ = device_;
 }
@@ -127,8 +124,8 @@ void ModulePort::OpenStream() {
         return getId(device_, 0, text, size);
     });
     DS_HANDLE stream = nullptr;
-    RequireSuccess(Resolve<PDevOpenDataStream>("DevOpenDataStream")(device_, id.c_str(), &stream),
-                   "the stream cannot be opened");
+    RequireGood(Resolve<PDevOpenDataStream>("DevOpenDataStream")(device_, id.c_str(), &stream),
+                "the stream cannot be opened");
     closers_.emplace_back([close, stream] { close(stream); });
     port_ = stream;
 }
@@ -136,8 +133,8 @@ void ModulePort::OpenStream() {
 std::vector<std::string> ModulePort::DescriptionUrls() const {
     const auto getInfo = Resolve<PGCGetPortURLInfo>("GCGetPortURLInfo");
     uint32_t count = 0;
-    RequireSuccess(Resolve<PGCGetNumPortURLs>("GCGetNumPortURLs")(port_, &count),
-                   "the module does not report where its description is");
+    RequireGood(Resolve<PGCGetNumPortURLs>("GCGetNumPortURLs")(port_, &count),
+                "the module does not report where its description is");
     std::vector<std::string> urls;
     for (uint32_t i = 0; i < std::min(count, kMostUrls); ++i) {
         INFO_DATATYPE type = INFO_DATATYPE_UNKNOWN;
@@ -156,8 +153,8 @@ std::string ModulePort::Read(uint64_t address, size_t size) const {
     std::string bytes(size, '\0');
     for (size_t at = 0; at < size;) {
         size_t piece = std::min(kMost, size - at);
-        RequireSuccess(read(port_, address + at, bytes.data() + at, &piece),
-                       "the description cannot be read");
+        RequireGood(read(port_, address + at, bytes.data() + at, &piece),
+                    "the description cannot be read");
         if (piece == 0) throw Failure(ExitCode::CannotOpen, "the description ends early");
         at += piece;
     }

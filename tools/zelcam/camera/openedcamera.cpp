@@ -6,6 +6,7 @@
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/printable.h"
+#include "tools/zelcam/console/wordtable.h"
 
 namespace ZelTool {
 
@@ -30,6 +31,11 @@ std::string OpenHint(ZelCamErr code, const Camera& camera) {
     return "";
 }
 
+constexpr Word<Module> kModuleNames[] = {
+    {Module::Camera, "camera"}, {Module::Local, "local"},   {Module::Interface, "interface"},
+    {Module::Stream, "stream"}, {Module::System, "system"}, {Module::Camera, "device"},
+};
+
 Access AccessOf(const std::string& name) {
     if (name == "readonly") return Access::ReadOnly;
     return name == "exclusive" ? Access::Exclusive : Access::Control;
@@ -40,25 +46,11 @@ Access AccessOf(const std::string& name) {
 const std::vector<std::string> kAccessNames = {"auto", "readonly", "control", "exclusive"};
 
 Module ModuleOf(const std::string& name) {
-    if (name == "local") return Module::Local;
-    if (name == "interface") return Module::Interface;
-    if (name == "stream") return Module::Stream;
-    return name == "system" ? Module::System : Module::Camera;
+    return CodeOf(name, kModuleNames);
 }
 
 std::string ModuleWords(Module module) {
-    switch (module) {
-        case Module::Local:
-            return "local device";
-        case Module::Interface:
-            return "interface";
-        case Module::Stream:
-            return "stream";
-        case Module::System:
-            return "system";
-        default:
-            return "camera";
-    }
+    return module == Module::Local ? "local device" : WordsFor(module, kModuleNames, "");
 }
 
 OpenedCamera::OpenedCamera(const Camera& camera, const std::string& access) : camera_(camera) {
@@ -114,14 +106,14 @@ ZelGenParam::Array& OpenedCamera::Features(Module module) {
     return *features;
 }
 
-FeatureSession::FeatureSession(const FeatureOptions& options)
-    : session_(options.session),
+FeatureSession::FeatureSession(const CameraOptions& options)
+    : session_(options),
       camera_(SelectCamera(session_, options.camera), options.access),
       module_(ModuleOf(options.module)) {}
 
-FeatureSession::FeatureSession(const FeatureOptions& options, std::vector<std::string>& words,
+FeatureSession::FeatureSession(const CameraOptions& options, std::vector<std::string>& words,
                                size_t others)
-    : session_(options.session),
+    : session_(options),
       camera_(SelectCamera(session_, TakeCamera(session_.Cameras(), words, others)),
               options.access),
       module_(ModuleOf(options.module)) {}

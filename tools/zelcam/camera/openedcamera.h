@@ -50,9 +50,8 @@ class OpenedCamera {
     Released<ZelCam::Stream> stream_;
 };
 
-// The options of a command that works on features.
-struct FeatureOptions {
-    SessionOptions session;
+// The options of a command that works on one camera.
+struct CameraOptions : SessionOptions {
     std::string camera;
     std::string module = "camera";
     std::string access = "auto";
@@ -61,10 +60,10 @@ struct FeatureOptions {
 // A session with one opened camera.
 class FeatureSession {
   public:
-    explicit FeatureSession(const FeatureOptions& options);
+    explicit FeatureSession(const CameraOptions& options);
 
     // Opens the camera that TakeCamera removes from `words`, instead of the one in the options.
-    FeatureSession(const FeatureOptions& options, std::vector<std::string>& words, size_t others);
+    FeatureSession(const CameraOptions& options, std::vector<std::string>& words, size_t others);
 
     OpenedCamera& Camera() { return camera_; }
     ZelGenParam::Array& Features() { return camera_.Features(module_); }

@@ -14,6 +14,8 @@
 #include <sstream>
 #include <unistd.h>
 
+#include "tools/zelcam/console/wordtable.h"
+
 namespace ZelTool {
 
 namespace fs = std::filesystem;
@@ -33,19 +35,14 @@ struct CloseLibrary {
 };
 using Library = std::unique_ptr<void, CloseLibrary>;
 
+constexpr Word<unsigned> kMachines[] = {{EM_AARCH64, "64-bit Arm"},
+                                        {EM_X86_64, "64-bit x86"},
+                                        {EM_ARM, "32-bit Arm"},
+                                        {EM_386, "32-bit x86"}};
+
 std::string MachineName(unsigned machine) {
-    switch (machine) {
-        case EM_AARCH64:
-            return "64-bit Arm";
-        case EM_X86_64:
-            return "64-bit x86";
-        case EM_ARM:
-            return "32-bit Arm";
-        case EM_386:
-            return "32-bit x86";
-        default:
-            return "another machine (ELF machine " + std::to_string(machine) + ")";
-    }
+    const std::string other = "another machine (ELF machine " + std::to_string(machine) + ")";
+    return WordsFor(machine, kMachines, other.c_str());
 }
 
 // Checks the ELF header.

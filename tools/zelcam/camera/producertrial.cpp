@@ -16,7 +16,6 @@
 #include "tools/zelcam/camera/producerexam.h"
 #include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/interrupt.h"
-#include "tools/zelcam/console/pause.h"
 
 namespace ZelTool {
 

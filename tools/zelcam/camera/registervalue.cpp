@@ -7,16 +7,12 @@
 #include <cstring>
 #include <iterator>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/numbertext.h"
 
 namespace ZelTool {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 // The least significant byte first.
 std::string LittleEndian(uint64_t bits, size_t size) {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json_fwd.hpp>
+#include "tools/zelcam/console/jsontext.h"
 
 namespace ZelTool {
 
@@ -34,7 +34,7 @@ class RegisterType {
     bool HasOrder() const { return size_ > 1; }
 
     // A number, a text up to its first zero, or the bytes as hexadecimal digits.
-    nlohmann::ordered_json Value(const std::string& bytes, ByteOrder order) const;
+    Json Value(const std::string& bytes, ByteOrder order) const;
 
     // The bytes of a value of this type, or the bytes in a text such as "hex:0a 0b". Throws Failure
     // (Usage) for any other text.

@@ -11,12 +11,24 @@
 #include "tools/zelcam/console/interrupt.h"
 #include "tools/zelcam/console/printable.h"
 #include "tools/zelcam/console/progress.h"
+#include "tools/zelcam/console/wordtable.h"
 
 namespace ZelTool {
 
 namespace {
 
+using Origin = Producer::Origin;
 using State = Producer::State;
+
+constexpr Word<Origin> kOrigins[] = {
+    {Origin::Default, "default"},
+    {Origin::Option, "--producer"},
+    {Origin::Environment, "GENICAM_GENTL64_PATH"},
+    {Origin::Only, "--only"},
+};
+
+constexpr Word<State> kStates[] = {
+    {State::Loaded, "loaded"}, {State::Failed, "failed"}, {State::Skipped, "skipped"}};
 
 // Makes the default producer list simulated cameras, which it does only if the environment asks for
 // them. The user's own file takes precedence over the built-in cameras.
@@ -30,8 +42,8 @@ void Register(ZelCam::System& system, Producer& producer) {
     if (code != ZelCamErr_Success) producer.Fail("the library cannot use it: " + ErrorWords(code));
 }
 
-// Lets the interface search for cameras; returns what went wrong.
-std::string Search(ZelCam::Interface& interface, uint64_t searchMs) {
+// Lets the interface search for cameras. Returns what went wrong; empty on success.
+std::string WhyNotSearched(ZelCam::Interface& interface, uint64_t searchMs) {
     try {
         const ZelCamErr code = interface.ReEnumerateDevices(nullptr, searchMs);
         return code == ZelCamErr_Success ? ""
@@ -63,27 +75,11 @@ Camera Describe(ZelCam::DeviceInfo& info, const InterfaceEntry& interface, size_
 }  // namespace
 
 std::string Producer::OriginWords() const {
-    switch (origin) {
-        case Origin::Option:
-            return "--producer";
-        case Origin::Environment:
-            return "GENICAM_GENTL64_PATH";
-        case Origin::Only:
-            return "--only";
-        default:
-            return "default";
-    }
+    return WordsFor(origin, kOrigins, "");
 }
 
 std::string Producer::StateWords() const {
-    switch (state) {
-        case State::Failed:
-            return "failed";
-        case State::Skipped:
-            return "skipped";
-        default:
-            return "loaded";
-    }
+    return WordsFor(state, kStates, "");
 }
 
 void Producer::Fail(const std::string& why) {
@@ -120,9 +116,9 @@ Session::Session(const SessionOptions& options)
     const LiveLine line(Waiting("searching for cameras"));
     AwaitTrials(trials);
     if (!OpenSystem()) return;
-    for (const Listed& listed : ListInterfaces()) {
-        if (IsAskedFor(listed)) SearchInterface(listed);
-    }
+    ListInterfaces();
+    for (InterfaceEntry& entry : interfaces_)
+        Search(entry);
     EndIfInterrupted();
 }
 
@@ -205,64 +201,57 @@ bool Session::OpenSystem() {
 
 // The library lists interfaces producer by producer, in the order in which the trials found them.
 // The producer of an interface that has appeared since then is unknown.
-std::vector<Session::Listed> Session::ListInterfaces() {
+void Session::ListInterfaces() {
     std::vector<std::pair<const Producer*, const OfferedInterface*>> offered;
     for (const Producer& producer : producers_) {
         if (producer.state != State::Loaded) continue;
         for (const OfferedInterface& interface : producer.interfaces)
             offered.emplace_back(&producer, &interface);
     }
-    std::vector<Listed> listed;
     auto next = offered.begin();
     for (auto* interface = list_->GetFirst(); interface != nullptr; interface = list_->GetNext()) {
-        const auto found = std::find_if(next, offered.end(), [&](const auto& entry) {
-            return entry.second->id == TextOrEmpty(interface->GetId());
-        });
-        if (found == offered.end()) {
-            listed.push_back({interface, nullptr, false});
-            continue;
+        InterfaceEntry entry;
+        entry.interface = interface;
+        entry.id = TextOrEmpty(interface->GetId());
+        const Producer* producer = nullptr;
+        const auto found = std::find_if(
+            next, offered.end(), [&](const auto& each) { return each.second->id == entry.id; });
+        if (found != offered.end()) {
+            producer = found->first;
+            entry.producer = producer->file;
+            entry.producerName = producer->name;
+            entry.simulated = found->second->simulated;
+            next = found + 1;
         }
-        listed.push_back({interface, found->first, found->second->simulated});
-        next = found + 1;
+        if (IsAskedFor(entry, producer)) interfaces_.push_back(entry);
     }
-    std::stable_partition(listed.begin(), listed.end(),
-                          [](const Listed& entry) { return !entry.simulated; });
-    return listed;
+    std::stable_partition(interfaces_.begin(), interfaces_.end(),
+                          [](const InterfaceEntry& entry) { return !entry.simulated; });
 }
 
-bool Session::IsAskedFor(const Listed& listed) const {
-    if (listed.simulated ? options_.noSimulated : options_.simulated) return false;
-    if (listed.producer == nullptr) return options_.only.empty();
-    return !listed.producer->leftOut;
+// `producer` is null when it is unknown.
+bool Session::IsAskedFor(const InterfaceEntry& entry, const Producer* producer) const {
+    if (entry.simulated ? options_.noSimulated : options_.simulated) return false;
+    return producer != nullptr ? !producer->leftOut : options_.only.empty();
 }
 
-void Session::SearchInterface(const Listed& listed) {
-    ZelCam::Interface& interface = *listed.interface;
-    InterfaceEntry entry;
-    entry.id = TextOrEmpty(interface.GetId());
-    entry.description = TextOrEmpty(interface.GetDescription());
-    entry.type = interface.GetType();
-    entry.simulated = listed.simulated;
-    if (listed.producer != nullptr) {
-        entry.producer = listed.producer->file;
-        entry.producerName = listed.producer->name;
-    }
+void Session::Search(InterfaceEntry& entry) {
     EndIfInterrupted();
-    entry.problem = Search(interface, options_.searchMs);
-    ListCameras(interface, entry);
-    interfaces_.push_back(entry);
+    entry.description = TextOrEmpty(entry.interface->GetDescription());
+    entry.type = entry.interface->GetType();
+    entry.problem = WhyNotSearched(*entry.interface, options_.searchMs);
+    ListCameras(entry);
 }
 
-void Session::ListCameras(ZelCam::Interface& interface, InterfaceEntry& entry) {
-    const Released<ZelCam::List<ZelCam::DeviceInfo>> list(interface.GetDeviceInfoList());
+void Session::ListCameras(InterfaceEntry& entry) {
+    const Released<ZelCam::List<ZelCam::DeviceInfo>> list(entry.interface->GetDeviceInfoList());
     if (!list) {
         if (entry.problem.empty()) entry.problem = "the cameras cannot be listed";
         return;
     }
     entry.cameras = list->GetCount();
-    for (auto* info = list->GetFirst(); info != nullptr; info = list->GetNext()) {
+    for (auto* info = list->GetFirst(); info != nullptr; info = list->GetNext())
         cameras_.push_back(Describe(*info, entry, cameras_.size() + 1));
-    }
 }
 
 }  // namespace ZelTool

@@ -59,9 +59,10 @@ struct Producer {
 };
 
 struct InterfaceEntry {
+    ZelCam::Interface* interface = nullptr;
     std::string id;
     std::string description;
-    ZelCam::InterfaceType type;
+    ZelCam::InterfaceType type = ZelCam::InterfaceType::Unknown;
     std::string producer;      // file; empty when it is unknown
     std::string producerName;  // see Producer
     bool simulated = false;
@@ -122,21 +123,14 @@ class Session {
         std::unique_ptr<ProducerTrial> trial;
     };
 
-    // An interface of the library and its producer.
-    struct Listed {
-        ZelCam::Interface* interface;
-        const Producer* producer;  // null when it is unknown
-        bool simulated;
-    };
-
     std::vector<Trial> StartTrials();
     static void AwaitTrials(const std::vector<Trial>& trials);
     void FailDefault(const std::string& reason);
     bool OpenSystem();
-    std::vector<Listed> ListInterfaces();
-    bool IsAskedFor(const Listed& listed) const;
-    void SearchInterface(const Listed& listed);
-    void ListCameras(ZelCam::Interface& interface, InterfaceEntry& entry);
+    void ListInterfaces();
+    bool IsAskedFor(const InterfaceEntry& entry, const Producer* producer) const;
+    void Search(InterfaceEntry& entry);
+    void ListCameras(InterfaceEntry& entry);
 
     const SessionOptions options_;
     std::vector<Producer> producers_;  // the first is the default one

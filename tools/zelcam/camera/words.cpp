@@ -1,16 +1,18 @@
 #include "tools/zelcam/camera/words.h"
 
+#include <exception>
+
+#include <Base/GCBase.h>
+
 #include "ZelCam/DeviceInfo.h"
 #include "gentl/GenTL.h"
+#include "tools/zelcam/console/wordtable.h"
 
 namespace ZelTool {
 
 namespace {
 
-constexpr struct {
-    ZelCamErr code;
-    const char* words;
-} kMeanings[] = {
+constexpr Word<ZelCamErr> kMeanings[] = {
     {ZelCamErr_Success, "success"},
     {ZelCamErr_Error, "unspecified failure"},
     {ZelCamErr_FileOpenFailed, "the file cannot be opened"},
@@ -51,72 +53,63 @@ constexpr struct {
     {static_cast<ZelCamErr>(GenTL::GC_ERR_AMBIGUOUS), "the name is ambiguous"},
 };
 
-const char* Meaning(ZelCamErr code) {
-    for (const auto& meaning : kMeanings) {
-        if (meaning.code == code) return meaning.words;
-    }
-    // The GenTL standard leaves this range to producers.
-    return code <= -10000 && code > -40000 ? "an error specific to this producer"
-                                           : "an unknown error";
-}
+constexpr Word<int32_t> kAccess[] = {
+    {ZelCam::AccessStatus_ReadWrite, "free"},
+    {ZelCam::AccessStatus_ReadOnly, "read-only"},
+    {ZelCam::AccessStatus_NoAccess, "no access"},
+    {ZelCam::AccessStatus_Busy, "in use"},
+    {ZelCam::AccessStatus_OpenReadWrite, "open"},
+    {ZelCam::AccessStatus_OpenReadOnly, "open read-only"},
+};
+
+constexpr Word<ZelCam::InterfaceType> kTypes[] = {
+    {ZelCam::InterfaceType::U3V, "USB3 Vision"}, {ZelCam::InterfaceType::GEV, "GigE Vision"},
+    {ZelCam::InterfaceType::CL, "Camera Link"},  {ZelCam::InterfaceType::CXP, "CoaXPress"},
+    {ZelCam::InterfaceType::HDSDI, "HD-SDI"},
+};
+
+constexpr Word<ZelCam::InterfaceType> kShortTypes[] = {
+    {ZelCam::InterfaceType::U3V, "U3V"},     {ZelCam::InterfaceType::GEV, "GEV"},
+    {ZelCam::InterfaceType::CL, "CL"},       {ZelCam::InterfaceType::CXP, "CXP"},
+    {ZelCam::InterfaceType::HDSDI, "HDSDI"},
+};
 
 }  // namespace
 
 std::string ErrorWords(ZelCamErr code) {
-    return std::string(Meaning(code)) + " (" + std::to_string(code) + ")";
+    // The GenTL standard leaves this range to producers.
+    const char* const unknown =
+        code <= -10000 && code > -40000 ? "an error specific to this producer" : "an unknown error";
+    return std::string(WordsFor(code, kMeanings, unknown)) + " (" + std::to_string(code) + ")";
+}
+
+void RequireSuccess(ZelCamErr code, const std::string& what, ExitCode exitCode) {
+    if (code != ZelCamErr_Success) throw Failure(exitCode, what + ": " + ErrorWords(code));
+}
+
+std::optional<Failure> FailureOf(const std::function<void()>& action) {
+    try {
+        action();
+        return std::nullopt;
+    } catch (const Failure& failure) {
+        return failure;
+    } catch (const GenICam::GenericException& error) {
+        return Failure(ExitCode::FeatureFailed, error.GetDescription());
+    } catch (const std::exception& error) {
+        return Failure(ExitCode::AcquisitionFailed, error.what());
+    }
 }
 
 std::string AccessWords(int32_t accessStatus) {
-    switch (accessStatus) {
-        case ZelCam::AccessStatus_ReadWrite:
-            return "free";
-        case ZelCam::AccessStatus_ReadOnly:
-            return "read-only";
-        case ZelCam::AccessStatus_NoAccess:
-            return "no access";
-        case ZelCam::AccessStatus_Busy:
-            return "in use";
-        case ZelCam::AccessStatus_OpenReadWrite:
-            return "open";
-        case ZelCam::AccessStatus_OpenReadOnly:
-            return "open read-only";
-        default:
-            return "unknown";
-    }
+    return WordsFor(accessStatus, kAccess, "unknown");
 }
 
 std::string InterfaceTypeWords(ZelCam::InterfaceType type) {
-    switch (type) {
-        case ZelCam::InterfaceType::U3V:
-            return "USB3 Vision";
-        case ZelCam::InterfaceType::GEV:
-            return "GigE Vision";
-        case ZelCam::InterfaceType::CL:
-            return "Camera Link";
-        case ZelCam::InterfaceType::CXP:
-            return "CoaXPress";
-        case ZelCam::InterfaceType::HDSDI:
-            return "HD-SDI";
-        default:
-            return "other";
-    }
+    return WordsFor(type, kTypes, "other");
 }
 
 std::string InterfaceTypeName(ZelCam::InterfaceType type) {
-    switch (type) {
-        case ZelCam::InterfaceType::U3V:
-            return "U3V";
-        case ZelCam::InterfaceType::GEV:
-            return "GEV";
-        case ZelCam::InterfaceType::CL:
-            return "CL";
-        case ZelCam::InterfaceType::CXP:
-            return "CXP";
-        case ZelCam::InterfaceType::HDSDI:
-            return "HDSDI";
-        default:
-            return "Unknown";
-    }
+    return WordsFor(type, kShortTypes, "Unknown");
 }
 
 }  // namespace ZelTool

@@ -6,49 +6,52 @@
 #include <Base/GCBase.h>
 
 #include "tools/zelcam/console/interrupt.h"
+#include "tools/zelcam/console/wordtable.h"
 
 namespace ZelTool {
 
+namespace {
+
+using Verdict = CheckResult::Verdict;
+
+constexpr Word<Verdict> kVerdicts[] = {{Verdict::Passed, "passed"},
+                                       {Verdict::Failed, "FAILED"},
+                                       {Verdict::Skipped, "skipped"},
+                                       {Verdict::Interrupted, "interrupted"}};
+
+}  // namespace
+
 std::string VerdictWords(CheckResult::Verdict verdict) {
-    switch (verdict) {
-        case CheckResult::Verdict::Passed:
-            return "passed";
-        case CheckResult::Verdict::Failed:
-            return "FAILED";
-        case CheckResult::Verdict::Interrupted:
-            return "interrupted";
-        default:
-            return "skipped";
-    }
+    return WordsFor(verdict, kVerdicts, "");
 }
 
 bool CheckList::Run(const std::string& name, const std::function<std::string()>& check) {
     if (Interrupted()) return false;
     using Clock = std::chrono::steady_clock;
-    CheckResult result{name, CheckResult::Verdict::Failed, "", 0};
+    CheckResult result{name, Verdict::Failed, "", 0};
     const Clock::time_point start = Clock::now();
     try {
         result.detail = check();
-        result.verdict = CheckResult::Verdict::Passed;
+        result.verdict = Verdict::Passed;
     } catch (const Skip& skip) {
         result.detail = skip.what();
-        result.verdict = CheckResult::Verdict::Skipped;
+        result.verdict = Verdict::Skipped;
     } catch (const GenICam::GenericException& error) {
         result.detail = error.GetDescription();
     } catch (const std::exception& error) {
         result.detail = error.what();
     }
-    if (result.verdict == CheckResult::Verdict::Failed && Interrupted()) {
-        result.verdict = CheckResult::Verdict::Interrupted;
+    if (result.verdict == Verdict::Failed && Interrupted()) {
+        result.verdict = Verdict::Interrupted;
         result.detail.clear();
     }
     result.milliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
     results_.push_back(result);
     report_(result);
-    return result.verdict == CheckResult::Verdict::Passed;
+    return result.verdict == Verdict::Passed;
 }
 
-size_t CheckList::Count(CheckResult::Verdict verdict) const {
+size_t CheckList::Count(Verdict verdict) const {
     return static_cast<size_t>(
         std::count_if(results_.begin(), results_.end(),
                       [&](const CheckResult& result) { return result.verdict == verdict; }));

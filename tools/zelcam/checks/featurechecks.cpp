@@ -150,16 +150,10 @@ std::optional<std::string> OtherValue(Param& feature) {
         return NumberText(other);
     }
     if (auto* boolean = feature.ToBoolean()) return boolean->GetValue(nullptr) ? "0" : "1";
-    if (auto* enumeration = feature.ToEnum()) {
-        const std::string value = ReadOrEmpty(feature);
-        const size_t count = enumeration->GetEnumEntriesCount(nullptr);
-        for (size_t i = 0; i < count; ++i) {
-            ZelGenParam::EnumEntry* const entry = enumeration->GetEnumEntryByIndex(i);
-            if (entry == nullptr || !entry->IsAvailable()) continue;
-            const std::string name = TextOrEmpty(entry->GetValueStr(nullptr));
-            // An automatic function that runs once may have ended before it is read back.
-            if (!name.empty() && name != value && name != "Once") return name;
-        }
+    const std::string value = ReadOrEmpty(feature);
+    for (const std::string& entry : EntriesOf(feature)) {
+        // An automatic function that runs once may have ended before it is read back.
+        if (entry != value && entry != "Once") return entry;
     }
     return std::nullopt;
 }
@@ -199,10 +193,8 @@ class SavedSettings {
     }
 
     void Restore() const {
-        const ZelCamErr code = device_.LoadConfiguration(file_.Name().c_str());
-        if (code == ZelCamErr_Success) return;
-        throw Failure(ExitCode::CheckFailed,
-                      "the configuration cannot be loaded again: " + ErrorWords(code));
+        RequireSuccess(device_.LoadConfiguration(file_.Name().c_str()),
+                       "the configuration cannot be loaded again", ExitCode::CheckFailed);
     }
 
   private:

@@ -11,7 +11,7 @@
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/checks/checklist.h"
 #include "tools/zelcam/console/failure.h"
-#include "tools/zelcam/console/pause.h"
+#include "tools/zelcam/console/interrupt.h"
 #include "tools/zelcam/frames/framestatistics.h"
 
 namespace ZelTool {
@@ -25,10 +25,6 @@ constexpr size_t kBuffers = 8;
 
 void Require(bool condition, const std::string& otherwise) {
     if (!condition) throw Failure(ExitCode::CheckFailed, otherwise);
-}
-
-void RequireSuccess(ZelCamErr code, const std::string& what) {
-    Require(code == ZelCamErr_Success, what + ": " + ErrorWords(code));
 }
 
 int64_t MillisecondsSince(Clock::time_point start) {
@@ -122,7 +118,7 @@ std::string CheckStartStop(OpenedCamera& camera, uint64_t timeoutMs) {
         }
     }
     RequireSuccess(stream.FlushBuffers(ZelCam::FlushOperation::AllDiscard),
-                   "buffers cannot be discarded");
+                   "buffers cannot be discarded", ExitCode::CheckFailed);
     When("after all buffers were discarded", [&] {
         Start(acquisition);
         FetchFrame(acquisition, timeoutMs);
@@ -185,7 +181,7 @@ std::string CheckSearch(OpenedCamera& camera, uint64_t timeoutMs) {
     for (int i = 0; i < kSearches; ++i) {
         bool changed = false;
         RequireSuccess(interface.ReEnumerateDevices(&changed, kSearchMs),
-                       "the search for cameras failed");
+                       "the search for cameras failed", ExitCode::CheckFailed);
         FetchFrames(acquisition, 2, timeoutMs, statistics);
     }
     acquisition.End();

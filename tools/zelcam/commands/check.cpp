@@ -4,8 +4,6 @@
 #include <iostream>
 #include <optional>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/camera/camerachoice.h"
 #include "tools/zelcam/camera/listing.h"
 #include "tools/zelcam/checks/checklist.h"
@@ -20,11 +18,9 @@ namespace ZelTool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Verdict = CheckResult::Verdict;
 
-struct CheckOptions {
-    FeatureOptions camera;
+struct CheckOptions : CameraOptions {
     GrabLimits limits = {100, 5000};
 };
 
@@ -35,7 +31,7 @@ void PrintLine(const CheckResult& result) {
               << std::endl;
 }
 
-void PrintJson(const Camera& camera, const CheckList& checks) {
+void PrintResults(const Camera& camera, const CheckList& checks) {
     Json list = Json::array();
     for (const CheckResult& result : checks.Results()) {
         list.push_back({{"check", result.name},
@@ -50,7 +46,7 @@ void PrintJson(const Camera& camera, const CheckList& checks) {
                    {"failed", checks.Count(Verdict::Failed)},
                    {"skipped", checks.Count(Verdict::Skipped)},
                    {"interrupted", Interrupted()}});
-    std::cout << JsonText(result) << '\n';
+    PrintJson(result);
 }
 
 void CheckFeatures(CheckList& checks, OpenedCamera& camera) {
@@ -77,7 +73,7 @@ void RunChecks(CheckList& checks, const CheckOptions& options, const Camera& cam
     std::optional<OpenedCamera> opened;
     const auto open = [&] {
         opened.reset();
-        opened.emplace(camera, options.camera.access);
+        opened.emplace(camera, options.access);
         return std::to_string(opened->Device().GetNumStreams()) + " streams";
     };
     if (!checks.Run("open", open)) return;
@@ -92,9 +88,9 @@ void RunChecks(CheckList& checks, const CheckOptions& options, const Camera& cam
 }
 
 ExitCode RunCheck(const CheckOptions& options) {
-    const bool json = options.camera.session.json;
-    const Session session(options.camera.session);
-    const Camera& camera = SelectCamera(session, options.camera.camera);
+    const bool json = options.json;
+    const Session session(options);
+    const Camera& camera = SelectCamera(session, options.camera);
     if (!json) std::cout << "Camera " << camera.Description() << "\n\n" << std::flush;
     CheckList checks([&](const CheckResult& result) {
         if (!json) PrintLine(result);
@@ -102,7 +98,7 @@ ExitCode RunCheck(const CheckOptions& options) {
     RunChecks(checks, options, camera);
     const size_t failed = checks.Count(Verdict::Failed);
     if (json) {
-        PrintJson(camera, checks);
+        PrintResults(camera, checks);
     } else {
         std::cout << '\n'
                   << checks.Count(Verdict::Passed) << " passed, " << failed << " failed, "
@@ -116,20 +112,18 @@ ExitCode RunCheck(const CheckOptions& options) {
 }  // namespace
 
 void AddCheckCommand(Command app, Invocation& invocation) {
-    auto options = std::make_shared<CheckOptions>();
-    Command command =
-        app.AddCommand("check", "Check everything that programs rely on with a camera");
-    AddCameraArgument(command, options->camera.camera, false);
-    AddSampleOptions(command, options->limits.count, options->limits.timeoutMs, "lost ones");
-    AddAccessOption(command, options->camera.access, kAccessNames);
-    AddSessionOptions(command, options->camera.session);
+    auto [command, options] = AddCommand(
+        app, invocation, "check", "Check everything that programs rely on with a camera", RunCheck);
+    AddCameraArgument(command, options.camera, false);
+    AddSampleOptions(command, options.limits.count, options.limits.timeoutMs, "lost ones");
+    AddAccessOption(command, options.access, kAccessNames);
+    AddSessionOptions(command, options);
     command.Footer(
         "Examples:\n"
         "  zelcam check 1\n"
         "  zelcam check 4711 --producer /opt/vendor/lib/vendor.cti\n\n"
         "The command writes settings and restores them: use a camera that nobody works with. It "
         "unplugs a simulated camera at the end. The exit code is 10 when a check fails.");
-    Connect(command, invocation, options, RunCheck);
 }
 
 }  // namespace ZelTool

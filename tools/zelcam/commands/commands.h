@@ -19,29 +19,33 @@ struct Invocation {
     bool json = false;  // print a failure as JSON, too
 };
 
-// Makes `invocation` call `run` when the user has chosen the command. `session` belongs to
-// `options`.
+using CommandAdder = void(Command app, Invocation& invocation);
+CommandAdder AddListCommand, AddGrabCommand, AddFeaturesCommand, AddGetCommand, AddSetCommand,
+    AddExecCommand, AddWatchCommand, AddEventsCommand, AddConfigCommand, AddXmlCommand,
+    AddIpCommand, AddReadCommand, AddWriteCommand, AddFirmwareCommand, AddReportCommand,
+    AddCheckCommand;
+
 template <typename Options>
-void Connect(Command command, Invocation& invocation, const std::shared_ptr<Options>& options,
-             const SessionOptions& session, ExitCode (*run)(const Options&)) {
-    command.OnChoice([options, &session, run, &invocation] {
-        invocation.json = session.json;
+struct AddedCommand {
+    Command command;
+    Options& options;
+};
+
+// Adds a command that calls `run`. Its options, of a class derived from SessionOptions, live as
+// long as the command line.
+template <typename Options>
+AddedCommand<Options> AddCommand(Command parent, Invocation& invocation, const char* name,
+                                 const char* what, ExitCode (*run)(const Options&)) {
+    const auto options = std::make_shared<Options>();
+    Command command = parent.AddCommand(name, what);
+    command.OnChoice([options, run, &invocation] {
+        invocation.json = options->json;
         invocation.run = [options, run] { return run(*options); };
     });
+    return {command, *options};
 }
 
-// The same for options with a member `camera` of the type FeatureOptions.
-template <typename Options>
-void Connect(Command command, Invocation& invocation, const std::shared_ptr<Options>& options,
-             ExitCode (*run)(const Options&)) {
-    Connect(command, invocation, options, options->camera.session, run);
-}
-
-void AddListCommand(Command app, Invocation& invocation);
-void AddGrabCommand(Command app, Invocation& invocation);
-
-// The options of all commands that work on cameras; the first function leaves out --json.
-void AddProducerOptions(Command command, SessionOptions& options);
+// The options of all commands.
 void AddSessionOptions(Command command, SessionOptions& options);
 
 // The argument that chooses a camera.
@@ -50,8 +54,8 @@ void AddCameraArgument(Command command, std::string& camera, bool required);
 // The access mode for opening the camera: one of `names`.
 void AddAccessOption(Command command, std::string& access, const std::vector<std::string>& names);
 
-// The argument CAMERA and the options of FeatureOptions.
-void AddFeatureOptions(Command command, FeatureOptions& options, bool cameraRequired = true);
+// The argument CAMERA and the options of CameraOptions.
+void AddModuleOptions(Command command, CameraOptions& options, bool cameraRequired = true);
 
 // The argument GLOB and the option for the visibility, see FeatureFilter.
 void AddFilterOptions(Command command, std::string& glob, std::string& visibility);
@@ -67,20 +71,5 @@ void AddSampleOptions(Command command, uint64_t& count, uint64_t& timeoutMs,
 // never.
 void AddEndOptions(Command command, uint64_t& count, uint64_t& durationMs,
                    const std::string& things);
-
-void AddFeaturesCommand(Command app, Invocation& invocation);
-void AddGetCommand(Command app, Invocation& invocation);
-void AddSetCommand(Command app, Invocation& invocation);
-void AddExecCommand(Command app, Invocation& invocation);
-void AddWatchCommand(Command app, Invocation& invocation);
-void AddEventsCommand(Command app, Invocation& invocation);
-void AddConfigCommand(Command app, Invocation& invocation);
-void AddXmlCommand(Command app, Invocation& invocation);
-void AddIpCommand(Command app, Invocation& invocation);
-void AddReadCommand(Command app, Invocation& invocation);
-void AddWriteCommand(Command app, Invocation& invocation);
-void AddFirmwareCommand(Command app, Invocation& invocation);
-void AddReportCommand(Command app, Invocation& invocation);
-void AddCheckCommand(Command app, Invocation& invocation);
 
 }  // namespace ZelTool

@@ -2,8 +2,6 @@
 
 #include <iostream>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/commands/commands.h"
 #include "tools/zelcam/console/jsontext.h"
 #include "tools/zelcam/console/outputfile.h"
@@ -16,10 +14,7 @@ namespace ZelTool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-struct ConfigOptions {
-    FeatureOptions camera;
+struct ConfigOptions : CameraOptions {
     std::string file;
     bool all = false;
     bool userName = false;
@@ -38,8 +33,7 @@ void PrintDifferences(const std::vector<Difference>& differences, bool json) {
                         {"file", difference.file}});
     }
     if (!json) return;
-    const Json result = {{"differences", std::move(list)}};
-    std::cout << JsonText(result) << '\n';
+    PrintJson({{"differences", std::move(list)}});
 }
 
 std::string FailureLines(const std::vector<LoadFailure>& failures) {
@@ -57,23 +51,22 @@ Json FailureList(const std::vector<LoadFailure>& failures) {
 }
 
 ExitCode RunSave(const ConfigOptions& options) {
-    FeatureSession session(options.camera);
+    FeatureSession session(options);
     OpenedCamera& camera = session.Camera();
     const Saved saved =
         SaveSettings(camera, options.file, options.all ? Settled::All : Settled::Streamable);
-    if (options.camera.session.json && options.file != kStandardStream) {
-        const Json result = {{"camera", camera.Info().id},
-                             {"file", options.file},
-                             {"settings", saved.settings},
-                             {"locked", saved.locked}};
-        std::cout << JsonText(result) << '\n';
+    if (options.json && options.file != kStandardStream) {
+        PrintJson({{"camera", camera.Info().id},
+                   {"file", options.file},
+                   {"settings", saved.settings},
+                   {"locked", saved.locked}});
     }
     return ExitCode::Ok;
 }
 
 ExitCode RunLoad(const ConfigOptions& options) {
     const Configuration configuration = ReadConfiguration(options.file);
-    FeatureSession session(options.camera);
+    FeatureSession session(options);
     const std::vector<LoadFailure> failures =
         LoadSettings(session.Camera(), configuration, options.userName);
     const ExitCode code = failures.empty() ? ExitCode::Ok : ExitCode::FeatureFailed;
@@ -82,11 +75,10 @@ ExitCode RunLoad(const ConfigOptions& options) {
         message =
             "not every setting could be loaded (" + std::to_string(failures.size()) + " failed)";
     }
-    if (options.camera.session.json) {
-        const Json result = {{"exitCode", static_cast<int>(code)},
-                             {"error", message},
-                             {"failures", FailureList(failures)}};
-        std::cout << JsonText(result) << '\n';
+    if (options.json) {
+        PrintJson({{"exitCode", static_cast<int>(code)},
+                   {"error", message},
+                   {"failures", FailureList(failures)}});
     } else if (!failures.empty()) {
         throw Failure(code, message + ":" + FailureLines(failures));
     }
@@ -95,44 +87,42 @@ ExitCode RunLoad(const ConfigOptions& options) {
 
 ExitCode RunDiff(const ConfigOptions& options) {
     const Configuration configuration = ReadConfiguration(options.file);
-    FeatureSession session(options.camera);
+    FeatureSession session(options);
     const Settings file = SettingsOf(configuration, session.Features());
     const std::vector<Difference> differences = Compare(SettingsOf(session.Camera()), file);
-    PrintDifferences(differences, options.camera.session.json);
+    PrintDifferences(differences, options.json);
     return differences.empty() ? ExitCode::Ok : ExitCode::Different;
 }
 
 constexpr const char* kUsedFile = "The configuration file; -: standard input";
 
-using Options = std::shared_ptr<ConfigOptions>;
-
-Command AddAction(Command parent, Invocation& invocation, const char* name, const char* what,
-                  const char* file, const Options& options, ExitCode (*run)(const ConfigOptions&)) {
-    Command command = parent.AddCommand(name, what);
-    AddCameraArgument(command, options->camera.camera, true);
-    command.AddOption("file", options->file, file).TypeName("FILE").Required();
-    AddAccessOption(command, options->camera.access, kAccessNames);
-    AddSessionOptions(command, options->camera.session);
-    Connect(command, invocation, options, run);
-    return command;
+AddedCommand<ConfigOptions> AddAction(Command parent, Invocation& invocation, const char* name,
+                                      const char* what, const char* file,
+                                      ExitCode (*run)(const ConfigOptions&)) {
+    auto [command, options] = AddCommand(parent, invocation, name, what, run);
+    AddCameraArgument(command, options.camera, true);
+    command.AddOption("file", "FILE", options.file, file).Required();
+    AddAccessOption(command, options.access, kAccessNames);
+    AddSessionOptions(command, options);
+    return {command, options};
 }
 
 }  // namespace
 
 void AddConfigCommand(Command app, Invocation& invocation) {
     Command command = app.AddCommand("config", "Save, load and compare settings of a camera");
-    const auto save = std::make_shared<ConfigOptions>();
-    AddAction(command, invocation, "save", "Save the settings of a camera to a file",
-              "The configuration file; -: standard output", save, RunSave)
-        .AddFlag("--all", save->all,
+    auto [save, saveOptions] =
+        AddAction(command, invocation, "save", "Save the settings of a camera to a file",
+                  "The configuration file; -: standard output", RunSave);
+    save.AddFlag("--all", saveOptions.all,
                  "Save every feature that can be read and written, as plain text");
-    const auto load = std::make_shared<ConfigOptions>();
-    AddAction(command, invocation, "load", "Load the settings in a file into a camera", kUsedFile,
-              load, RunLoad)
-        .AddFlag("--user-name", load->userName,
+    auto [load, loadOptions] =
+        AddAction(command, invocation, "load", "Load the settings in a file into a camera",
+                  kUsedFile, RunLoad);
+    load.AddFlag("--user-name", loadOptions.userName,
                  "Load the user name (DeviceUserID) of another camera, too");
     AddAction(command, invocation, "diff", "Show where the settings of a camera and a file differ",
-              kUsedFile, std::make_shared<ConfigOptions>(), RunDiff);
+              kUsedFile, RunDiff);
     command.Footer(
         "Examples:\n"
         "  zelcam config save 1 bright.xml\n"

@@ -3,16 +3,14 @@
 #include <algorithm>
 #include <iostream>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/commands/commands.h"
 #include "tools/zelcam/console/interrupt.h"
 #include "tools/zelcam/console/jsontext.h"
-#include "tools/zelcam/console/pause.h"
 #include "tools/zelcam/console/printable.h"
 #include "tools/zelcam/console/progress.h"
 #include "tools/zelcam/console/suggestion.h"
+#include "tools/zelcam/console/texttable.h"
 #include "tools/zelcam/console/timetext.h"
 #include "tools/zelcam/features/eventlistener.h"
 #include "tools/zelcam/features/featurereading.h"
@@ -22,13 +20,10 @@ namespace ZelTool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 // How often the command checks that the camera still answers: a lost camera sends no event.
 constexpr uint64_t kBetweenLooksMs = 1000;
 
-struct EventsOptions {
-    FeatureOptions camera;
+struct EventsOptions : CameraOptions {
     std::vector<std::string> names;
     uint64_t count = 0;
     uint64_t durationMs = 0;
@@ -43,8 +38,8 @@ class Listening {
         for (const std::string& name : names) {
             if (std::find(known.begin(), known.end(), name) == known.end()) {
                 throw Failure(ExitCode::FeatureFailed, "the camera has no event \"" + name + "\"" +
-                                                           DidYouMean(name, known) + "\nIt has" +
-                                                           List(known));
+                                                           DidYouMean(name, known) + "\nIt has " +
+                                                           Joined(known, " "));
             }
             listeners_.push_back(std::make_unique<EventListener>(features, name, queue_));
             switches_.push_back(std::make_unique<EventSwitch>(features, name));
@@ -55,13 +50,6 @@ class Listening {
     EventQueue& Queue() { return queue_; }
 
   private:
-    static std::string List(const std::vector<std::string>& names) {
-        std::string text;
-        for (const std::string& name : names)
-            text += " " + name;
-        return text;
-    }
-
     // Some cameras list events for which they have no features.
     void ListenToAll(ZelGenParam::Array& features, const std::vector<std::string>& names) {
         for (const std::string& name : names) {
@@ -84,7 +72,7 @@ void Print(const ArrivedEvent& event, bool json) {
             {"time", TimeStamp(event.time)}, {"event", event.name}, {"data", Json::object()}};
         for (const ArrivedEvent::Datum& datum : event.data)
             line["data"][datum.feature] = datum.value;
-        std::cout << JsonText(line, -1) << std::endl;
+        PrintJsonLine(line);
         return;
     }
     std::cout << TimeOfDay(event.time) << "  " << event.name;
@@ -101,8 +89,7 @@ void PassFrame(Acquisition& acquisition) {
     if (buffer != nullptr) {
         acquisition.Requeue(*buffer);
     } else if (code != ZelCamErr_GenTL_Timeout && code != ZelCamErr_GenTL_Abort) {
-        throw Failure(ExitCode::AcquisitionFailed,
-                      "waiting for a frame failed: " + ErrorWords(code));
+        RequireSuccess(code, "waiting for a frame failed", ExitCode::AcquisitionFailed);
     }
 }
 
@@ -115,7 +102,7 @@ void PrintWhatMayBeMissing(const EventsOptions& options) {
 }
 
 ExitCode RunEvents(const EventsOptions& options) {
-    FeatureSession session(options.camera);
+    FeatureSession session(options);
     Listening listening(session.Features(), options.names);
     std::optional<Acquisition> acquisition;
     constexpr size_t kBuffers = 8;
@@ -132,7 +119,7 @@ ExitCode RunEvents(const EventsOptions& options) {
         if (acquisition) PassFrame(*acquisition);
         const uint64_t wait = acquisition ? 0 : kSliceMs;
         for (auto event = listening.Queue().Get(wait); event; event = listening.Queue().Get(0)) {
-            line.Print([&] { Print(*event, options.camera.session.json); });
+            line.Print([&] { Print(*event, options.json); });
             if (++arrived == options.count) break;
         }
         if (!look.Passed()) continue;
@@ -148,23 +135,20 @@ ExitCode RunEvents(const EventsOptions& options) {
 }  // namespace
 
 void AddEventsCommand(Command app, Invocation& invocation) {
-    auto options = std::make_shared<EventsOptions>();
-    Command command = app.AddCommand("events", "Print events of a camera as they arrive");
-    AddFeatureOptions(command, options->camera);
-    command
-        .AddOption("names", options->names,
-                   "Events to switch on, as EventSelector names them. Default: the events that "
-                   "are already on")
-        .TypeName("NAME");
-    AddEndOptions(command, options->count, options->durationMs, "events");
-    command.AddFlag("--grab", options->grab, "Let the camera send frames meanwhile");
+    auto [command, options] =
+        AddCommand(app, invocation, "events", "Print events of a camera as they arrive", RunEvents);
+    AddModuleOptions(command, options);
+    command.AddOption("names", "NAME", options.names,
+                      "Events to switch on, as EventSelector names them. Default: the events that "
+                      "are already on");
+    AddEndOptions(command, options.count, options.durationMs, "events");
+    command.AddFlag("--grab", options.grab, "Let the camera send frames meanwhile");
     command.Footer(
         "Examples:\n"
         "  zelcam events 1 ExposureEnd --grab -n 10\n"
         "  zelcam events 1 --json               one JSON object per line\n\n"
         "At its end the command switches the events back. It ends with exit code 8 when the "
         "camera is lost.");
-    Connect(command, invocation, options, RunEvents);
 }
 
 }  // namespace ZelTool

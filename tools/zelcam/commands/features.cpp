@@ -4,8 +4,6 @@
 #include <memory>
 #include <unistd.h>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/commands/commands.h"
 #include "tools/zelcam/console/jsontext.h"
 #include "tools/zelcam/console/suggestion.h"
@@ -17,10 +15,7 @@ namespace ZelTool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-struct FeaturesOptions {
-    FeatureOptions camera;
+struct FeaturesOptions : CameraOptions {
     std::string glob;
     std::string visibility = "guru";
     bool missing = false;
@@ -43,14 +38,14 @@ FeatureListing PrintFeatureObjects(ZelGenParam::Array& features, const FeatureFi
     FeatureListing listing = ListFeatures(result["features"], features, filter);
     result["failures"] = listing.failures;
     if (listing.count != 0 || filter.glob.empty() || !listing.failures.empty()) {
-        std::cout << JsonText(result) << '\n';
+        PrintJson(result);
     }
     return listing;
 }
 
 std::vector<std::string> WordsOf(const FeaturesOptions& options) {
     std::vector<std::string> words;
-    for (const std::string& word : {options.camera.camera, options.glob})
+    for (const std::string& word : {options.camera, options.glob})
         if (!word.empty()) words.push_back(word);
     return words;
 }
@@ -66,12 +61,12 @@ std::vector<std::string> WordsOf(const FeaturesOptions& options) {
 ExitCode RunFeatures(const FeaturesOptions& options) {
     std::vector<std::string> words = WordsOf(options);
     const size_t given = words.size();
-    FeatureSession session(options.camera, words, 1);
+    FeatureSession session(options, words, 1);
     const std::string glob = words.empty() ? "" : words.front();
     const FeatureFilter filter = {glob, VisibilityOf(options.visibility), options.missing};
     ZelGenParam::Array& features = session.Features();
     if (options.names) return PrintNames(features);
-    const bool json = options.camera.session.json;
+    const bool json = options.json;
     const TableStyle style = {TerminalWidth(STDOUT_FILENO), options.descriptions, nullptr};
     const FeatureListing listing =
         json ? PrintFeatureObjects(features, filter, session.Camera().Info().id)
@@ -90,13 +85,13 @@ ExitCode RunFeatures(const FeaturesOptions& options) {
 }  // namespace
 
 void AddFeaturesCommand(Command app, Invocation& invocation) {
-    auto options = std::make_shared<FeaturesOptions>();
-    Command command = app.AddCommand("features", "Show the features of a camera");
-    AddFeatureOptions(command, options->camera, false);
-    AddFilterOptions(command, options->glob, options->visibility);
-    command.AddFlag("--names", options->names, "Print only names, for completion").Hide();
-    command.AddFlag("--all", options->missing, "Show features that this camera does not have, too");
-    command.AddFlag("-d,--descriptions", options->descriptions, "Show what the features are for");
+    auto [command, options] =
+        AddCommand(app, invocation, "features", "Show the features of a camera", RunFeatures);
+    AddModuleOptions(command, options, false);
+    AddFilterOptions(command, options.glob, options.visibility);
+    command.AddFlag("--names", options.names, "Print only names, for completion").Hide();
+    command.AddFlag("--all", options.missing, "Show features that this camera does not have, too");
+    command.AddFlag("-d,--descriptions", options.descriptions, "Show what the features are for");
     command.Footer(
         "Examples:\n"
         "  zelcam features                        everything about the first camera\n"
@@ -107,7 +102,6 @@ void AddFeaturesCommand(Command app, Invocation& invocation) {
         "or na for a feature that is not available at the moment. !! marks a value that could not "
         "be read; the exit code is then 8. A feature with [Selector=...] has several values and "
         "shows the one that the selector chooses. Lines wrap only on terminals.");
-    Connect(command, invocation, options, RunFeatures);
 }
 
 }  // namespace ZelTool

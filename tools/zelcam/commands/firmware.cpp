@@ -8,14 +8,11 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/camera/registervalue.h"
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/commands/commands.h"
 #include "tools/zelcam/console/interrupt.h"
 #include "tools/zelcam/console/jsontext.h"
-#include "tools/zelcam/console/pause.h"
 #include "tools/zelcam/console/printable.h"
 #include "tools/zelcam/features/featurereading.h"
 
@@ -24,11 +21,9 @@ namespace ZelTool {
 namespace {
 
 namespace fs = std::filesystem;
-using Json = nlohmann::ordered_json;
 using ZelCam::Device;
 
-struct FirmwareOptions {
-    FeatureOptions camera;
+struct FirmwareOptions : CameraOptions {
     std::string file;
     bool yes = false;
     bool erase = false;
@@ -37,17 +32,11 @@ struct FirmwareOptions {
 // Checks only that the file can be read: the library checks the image.
 uint64_t SizeOf(const std::string& file) {
     std::error_code error;
-    if (!fs::is_regular_file(file, error)) {
-        throw Failure(ExitCode::FileFailed,
-                      error ? "the file " + file + " cannot be read: " + error.message()
-                            : file + " is not a regular file");
-    }
-    const uint64_t size = fs::file_size(file, error);
-    if (error) {
-        throw Failure(ExitCode::FileFailed,
-                      "the file " + file + " cannot be read: " + error.message());
-    }
-    return size;
+    const bool isFile = fs::is_regular_file(file, error);
+    const uint64_t size = isFile ? fs::file_size(file, error) : 0;
+    if (isFile && !error) return size;
+    throw Failure(ExitCode::FileFailed, "the file " + file + " cannot be read: " +
+                                            (error ? error.message() : "it is not a regular file"));
 }
 
 // Read from the camera. Nothing when the camera has no version, or does not answer.
@@ -152,13 +141,12 @@ void PrintResult(const FirmwareOptions& options, const std::string& cameraId, co
     const auto json = [](const std::optional<std::string>& version) {
         return version ? Json(*version) : Json();
     };
-    if (options.camera.session.json) {
-        const Json result = {{"camera", cameraId},
-                             {"file", options.file},
-                             {"sectorsErased", upload.Erased()},
-                             {"versionBefore", json(versions.before)},
-                             {"versionAfter", json(versions.after)}};
-        std::cout << JsonText(result) << '\n';
+    if (options.json) {
+        PrintJson({{"camera", cameraId},
+                   {"file", options.file},
+                   {"sectorsErased", upload.Erased()},
+                   {"versionBefore", json(versions.before)},
+                   {"versionAfter", json(versions.after)}});
         return;
     }
     std::cout << "Erased   " << upload.Erased() << " sectors of the flash, to "
@@ -180,7 +168,7 @@ ExitCode RunFirmware(const FirmwareOptions& options) {
         throw Failure(ExitCode::Usage,
                       "there is no terminal to ask for a confirmation; --yes goes on without");
     }
-    FeatureSession session(options.camera);
+    FeatureSession session(options);
     const Camera& camera = session.Camera().Info();
     Device& device = session.Camera().Device();
     Versions versions;
@@ -198,16 +186,16 @@ ExitCode RunFirmware(const FirmwareOptions& options) {
 }  // namespace
 
 void AddFirmwareCommand(Command app, Invocation& invocation) {
-    auto options = std::make_shared<FirmwareOptions>();
-    options->camera.access = "exclusive";
-    Command command = app.AddCommand("firmware", "Upload a firmware image to a camera");
-    AddCameraArgument(command, options->camera.camera, true);
-    command.AddOption("file", options->file, "The image").TypeName("FILE").Required();
-    command.AddFlag("-y,--yes", options->yes, "Do not ask; required without a terminal");
-    command.AddFlag("--erase", options->erase,
+    auto [command, options] =
+        AddCommand(app, invocation, "firmware", "Upload a firmware image to a camera", RunFirmware);
+    options.access = "exclusive";
+    AddCameraArgument(command, options.camera, true);
+    command.AddOption("file", "FILE", options.file, "The image").Required();
+    command.AddFlag("-y,--yes", options.yes, "Do not ask; required without a terminal");
+    command.AddFlag("--erase", options.erase,
                     "Accept an empty FILE: erase the flash and write nothing");
-    AddAccessOption(command, options->camera.access, {"control", "exclusive"});
-    AddSessionOptions(command, options->camera.session);
+    AddAccessOption(command, options.access, {"control", "exclusive"});
+    AddSessionOptions(command, options);
     command.Footer(
         "Example:\n"
         "  zelcam firmware 4711 empty.rpd --erase\n\n"
@@ -215,7 +203,6 @@ void AddFirmwareCommand(Command app, Invocation& invocation) {
         "So far, the command refuses an image with contents, without touching the camera. The "
         "first Ctrl-C does not end an upload, the second one does. Repeat a failed upload before "
         "you switch the camera off.");
-    Connect(command, invocation, options, RunFirmware);
 }
 
 }  // namespace ZelTool

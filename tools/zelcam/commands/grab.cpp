@@ -9,9 +9,8 @@
 #include <unistd.h>
 #include <utility>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/camera/camerachoice.h"
+#include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/commands/commands.h"
 #include "tools/zelcam/console/jsontext.h"
 #include "tools/zelcam/console/numbertext.h"
@@ -23,8 +22,7 @@ namespace ZelTool {
 
 namespace {
 
-struct GrabOptions {
-    SessionOptions session;
+struct GrabOptions : SessionOptions {
     std::vector<std::string> cameras;
     GrabSettings grab;
     FrameFiles::Settings files;
@@ -44,7 +42,7 @@ struct GrabOptions {
 
 void CheckStandardOutput(const GrabOptions& options) {
     if (!options.WritesToStandardOutput()) return;
-    if (options.session.json) RefuseUse("--json and --output - both write to standard output");
+    if (options.json) RefuseUse("--json and --output - both write to standard output");
     if (options.cameras.size() > 1) {
         RefuseUse("only one camera can write frames to standard output");
     }
@@ -74,8 +72,7 @@ FileNamePattern PatternOf(const GrabOptions& options) {
     }
     const bool several = options.cameras.size() > 1;
     std::string text = options.output;
-    if (text.empty())
-        text = (several ? "{camera}-{n}" : "frame-{n}") + std::string(UsualEnding(format));
+    if (text.empty()) text = (several ? "{camera}-{n}" : "frame-{n}") + UsualEnding(format);
     FileNamePattern pattern(text);
     if (options.WritesToStandardOutput()) return pattern;
     if (options.grab.limits.count != 1 && !pattern.DistinguishesFrames()) {
@@ -127,7 +124,7 @@ void RequireUsableNames(const GrabOptions& options, const std::vector<FrameNamer
 
 using Jobs = std::vector<std::unique_ptr<GrabJob>>;
 
-void RunJobs(const Jobs& jobs, const GrabTargets& targets) {
+void RunJobs(const Jobs& jobs, GrabTargets& targets) {
     std::vector<std::thread> threads;
     for (size_t i = 1; i < jobs.size(); ++i)
         threads.emplace_back([&, i] { jobs[i]->Run(targets); });
@@ -136,37 +133,31 @@ void RunJobs(const Jobs& jobs, const GrabTargets& targets) {
         thread.join();
 }
 
-// Adds failures of files to the report of the first camera.
-void Finish(FrameFiles* files, FrameLog* log, GrabReport& report) {
-    const std::optional<Failure> failure = files != nullptr ? files->Finish() : std::nullopt;
-    if (failure) report.NoteFailure(*failure);
-    try {
-        if (log != nullptr) log->Finish();
-    } catch (const Failure& unwritten) {
-        report.NoteFailure(unwritten);
-    }
-}
-
-// Grabs, and writes the frames that are still in the queue when the cameras have stopped.
+// Grabs, and writes the frames that are still in the queue when the cameras have stopped. Adds
+// failures of files to the report of the first camera.
 void RunAll(const GrabOptions& options, const Jobs& jobs) {
-    std::optional<FrameLog> log;
-    if (!options.log.empty()) log.emplace(options.log, options.ExistingFiles());
-    std::optional<FrameFiles> files;
-    FrameLog* const logOrNull = log ? &*log : nullptr;
-    if (options.files.format != FileFormat::None) files.emplace(options.files, logOrNull);
-    FrameFiles* const filesOrNull = files ? &*files : nullptr;
-    GrabProgress progress(options.grab.limits.count * jobs.size());
-    RunJobs(jobs, {filesOrNull, logOrNull, &progress});
-    Finish(filesOrNull, logOrNull, jobs.front()->Report());
+    GrabTargets targets{GrabProgress(options.grab.limits.count * jobs.size()), {}, {}};
+    if (!options.log.empty()) targets.log.emplace(options.log, options.ExistingFiles());
+    if (options.files.format != FileFormat::None) {
+        targets.files.emplace(options.files, targets.log ? &*targets.log : nullptr);
+    }
+    RunJobs(jobs, targets);
+    GrabReport& report = jobs.front()->Report();
+    const auto unwritten = targets.files ? targets.files->Finish() : std::nullopt;
+    if (unwritten) report.NoteFailure(*unwritten);
+    const auto unlogged = FailureOf([&] {
+        if (targets.log) targets.log->Finish();
+    });
+    if (unlogged) report.NoteFailure(*unlogged);
 }
 
 ExitCode Print(const GrabOptions& options, const Jobs& jobs) {
     ExitCode code = ExitCode::Ok;
-    auto list = nlohmann::ordered_json::array();
+    auto list = Json::array();
     for (const auto& job : jobs) {
         const GrabReport& report = job->Report();
         if (code == ExitCode::Ok) code = report.exitCode;
-        if (options.session.json) {
+        if (options.json) {
             list.push_back(report.AsJson());
             continue;
         }
@@ -174,13 +165,11 @@ ExitCode Print(const GrabOptions& options, const Jobs& jobs) {
         if (job != jobs.front()) out << '\n';
         report.PrintText(out, std::cerr);
     }
-    if (!options.session.json) return code;
+    if (!options.json) return code;
     if (jobs.size() == 1) {
-        std::cout << JsonText(list.front()) << '\n';
+        PrintJson(list.front());
     } else {
-        const nlohmann::ordered_json result = {{"cameras", std::move(list)},
-                                               {"exitCode", static_cast<int>(code)}};
-        std::cout << JsonText(result) << '\n';
+        PrintJson({{"cameras", std::move(list)}, {"exitCode", static_cast<int>(code)}});
     }
     return code;
 }
@@ -196,7 +185,7 @@ ExitCode RunGrab(const GrabOptions& given) {
         options.files.threads = 1;  // keeps the frames in order
         std::signal(SIGPIPE, SIG_IGN);
     }
-    const Session session(options.session);
+    const Session session(options);
     const std::vector<const Camera*> cameras = SelectCameras(session, options.cameras);
     std::vector<FrameNamer> namers =
         NamersOf(cameras, pattern, options.files.format != FileFormat::None);
@@ -211,83 +200,66 @@ ExitCode RunGrab(const GrabOptions& given) {
 }
 
 void AddFrameOptions(Command command, GrabOptions& options) {
+    command.AddOption("cameras", "CAMERA", options.cameras,
+                      "Identifier, serial number or user name of each camera, or its number in "
+                      "`zelcam list`. Default: the first camera");
+    command.AddOption("-n,--count", "N", options.grab.limits.count,
+                      "Frames to grab from each camera; 0: until Ctrl-C");
+    command.AddOption("-o,--output", "PATTERN", options.output,
+                      "File names: {n} is the number of the frame (0001, 0002, ...), {frame} the "
+                      "number that the camera gave it, {camera} the camera's identifier "
+                      "[frame-{n}.png, for several cameras {camera}-{n}.png]; -: standard output");
     command
-        .AddOption("cameras", options.cameras,
-                   "Identifier, serial number or user name of each camera, or its number in "
-                   "`zelcam list`. Default: the first camera")
-        .TypeName("CAMERA");
-    command
-        .AddOption("-n,--count", options.grab.limits.count,
-                   "Frames to grab from each camera; 0: until Ctrl-C")
-        .TypeName("N")
-        .ShowDefault();
-    command
-        .AddOption("-o,--output", options.output,
-                   "File names: {n} is the number of the frame (0001, 0002, ...), {frame} the "
-                   "number that the camera gave it, {camera} the camera's identifier "
-                   "[frame-{n}.png, for several cameras {camera}-{n}.png]; -: standard output")
-        .TypeName("PATTERN");
-    command
-        .AddOption("-f,--format", options.format,
+        .AddOption("-f,--format", "FORMAT", options.format,
                    "png, tiff (uncompressed: large and fastest), jpeg (small, lossy), raw (the "
                    "bytes that the camera sent, and a text that describes them) or none (only "
                    "count) [from the extension in --output, else png]")
-        .TypeName("FORMAT")
         .OneOf(kFormatNames);
     command.AddFlag("--overwrite", options.files.overwrite, "Replace files that already exist");
-    command.AddOption("--log", options.log, "Also write a table of all frames to this file (CSV)")
-        .TypeName("FILE");
+    command.AddOption("--log", "FILE", options.log,
+                      "Also write a table of all frames to this file (CSV)");
 }
 
 void AddSpeedOptions(Command command, GrabOptions& options) {
     command
-        .AddOption("-b,--buffers", options.grab.buffers,
+        .AddOption("-b,--buffers", "N", options.grab.buffers,
                    "Frames that can wait in the producer's memory; it may need more")
-        .TypeName("N")
-        .Range(1, 4096)
-        .ShowDefault();
+        .Range(1, 4096);
     command
-        .AddOption("--queue", options.files.waiting,
+        .AddOption("--queue", "N", options.files.waiting,
                    "Frames that can wait to be written. When the queue is full, grabbing waits, "
                    "and the camera may lose frames")
-        .TypeName("N")
-        .Range(1, 65536)
-        .ShowDefault();
+        .Range(1, 65536);
     command
-        .AddOption("--threads", options.files.threads,
+        .AddOption("--threads", "N", options.files.threads,
                    "Threads that convert and write frames; 0: one per processor")
-        .TypeName("N")
-        .Range(0, 64)
-        .ShowDefault();
+        .Range(0, 64);
 }
 
 void AddCameraOptions(Command command, GrabOptions& options) {
     AddTimeoutOption(command, options.grab.limits.timeoutMs);
     AddAccessOption(command, options.grab.access, {"readonly", "control", "exclusive"});
     command
-        .AddOption("--set", options.grab.features,
+        .AddOption("--set", "NAME=VALUE", options.grab.features,
                    "Set a feature of the camera first; may be repeated. Features are set in the "
                    "given order")
-        .TypeName("NAME=VALUE")
         .OneValueEach();
     command.AddFlag("--trigger", options.trigger,
                     "Send the camera a software trigger for each frame, the next one when a frame "
                     "has arrived");
-    command
-        .AddOption("--trigger-rate", options.triggerRate,
-                   "Send this many software triggers per second instead")
-        .TypeName("HZ");
+    command.AddOption("--trigger-rate", "HZ", options.triggerRate,
+                      "Send this many software triggers per second instead");
 }
 
 }  // namespace
 
 void AddGrabCommand(Command app, Invocation& invocation) {
-    auto options = std::make_shared<GrabOptions>();
-    Command command = app.AddCommand("grab", "Grab frames and write them to files");
-    AddFrameOptions(command, *options);
-    AddSpeedOptions(command, *options);
-    AddCameraOptions(command, *options);
-    AddSessionOptions(command, options->session);
+    auto [command, options] =
+        AddCommand(app, invocation, "grab", "Grab frames and write them to files", RunGrab);
+    AddFrameOptions(command, options);
+    AddSpeedOptions(command, options);
+    AddCameraOptions(command, options);
+    AddSessionOptions(command, options);
     command.Footer(
         "Examples:\n"
         "  zelcam grab                                one picture of the first camera\n"
@@ -300,7 +272,6 @@ void AddGrabCommand(Command app, Invocation& invocation) {
         "Pictures of more than 8 bits are written with 16: values are stretched so that the "
         "camera's white is white. The names of incomplete frames get \"-incomplete\". When no "
         "frame arrives, the program lists what it has checked and what to do next.");
-    Connect(command, invocation, options, options->session, RunGrab);
 }
 
 }  // namespace ZelTool

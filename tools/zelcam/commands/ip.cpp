@@ -2,8 +2,6 @@
 
 #include <iostream>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/camera/camerachoice.h"
 #include "tools/zelcam/camera/hostaddress.h"
 #include "tools/zelcam/camera/words.h"
@@ -15,10 +13,7 @@ namespace ZelTool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-struct IpOptions {
-    FeatureOptions camera;  // the command does not open it: it may have no address yet
+struct IpOptions : CameraOptions {
     Network network{"", "", "0.0.0.0"};
     bool force = false;
 };
@@ -29,10 +24,7 @@ Network Ask(ZelCam::DeviceInfo& info) {
     network.address = TextOrEmpty(info.GetIPAddress(&code));
     if (code == ZelCamErr_Success) network.mask = TextOrEmpty(info.GetIPMask(&code));
     if (code == ZelCamErr_Success) network.gateway = TextOrEmpty(info.GetIPGateway(&code));
-    if (code != ZelCamErr_Success) {
-        throw Failure(ExitCode::FeatureFailed,
-                      "the interface does not report the camera's address: " + ErrorWords(code));
-    }
+    RequireSuccess(code, "the interface does not report the camera's address");
     return network;
 }
 
@@ -47,18 +39,17 @@ const Camera& SelectGigE(const Session& session, const std::string& wanted) {
 }
 
 void PrintNetworkAsJson(const Camera& camera, const Network& network) {
-    const Json result = {{"camera", camera.id},
-                         {"address", network.address},
-                         {"mask", network.mask},
-                         {"gateway", network.gateway}};
-    std::cout << JsonText(result) << '\n';
+    PrintJson({{"camera", camera.id},
+               {"address", network.address},
+               {"mask", network.mask},
+               {"gateway", network.gateway}});
 }
 
 ExitCode RunShow(const IpOptions& options) {
-    const Session session(options.camera.session);
-    const Camera& camera = SelectGigE(session, options.camera.camera);
+    const Session session(options);
+    const Camera& camera = SelectGigE(session, options.camera);
     const Network network = Ask(*camera.info);
-    if (options.camera.session.json) {
+    if (options.json) {
         PrintNetworkAsJson(camera, network);
     } else {
         std::cout << "Address  " << Printable(network.address) << "\nMask     "
@@ -70,46 +61,36 @@ ExitCode RunShow(const IpOptions& options) {
 ExitCode RunForce(const IpOptions& options) {
     const Network& network = options.network;
     CheckNetwork(network, options.force);
-    const Session session(options.camera.session);
-    const Camera& camera = SelectGigE(session, options.camera.camera);
+    const Session session(options);
+    const Camera& camera = SelectGigE(session, options.camera);
     const ZelCamErr code = camera.info->ForceIP(network.address.c_str(), network.mask.c_str(),
                                                 network.gateway.c_str());
-    if (code != ZelCamErr_Success) {
-        throw Failure(ExitCode::FeatureFailed, "the address cannot be forced: " + ErrorWords(code));
-    }
-    if (options.camera.session.json) PrintNetworkAsJson(camera, network);
+    RequireSuccess(code, "the address cannot be forced");
+    if (options.json) PrintNetworkAsJson(camera, network);
     return ExitCode::Ok;
 }
 
-Command AddAction(Command parent, Invocation& invocation, const char* name, const char* what,
-                  const std::shared_ptr<IpOptions>& options, ExitCode (*run)(const IpOptions&)) {
-    Command command = parent.AddCommand(name, what);
-    AddCameraArgument(command, options->camera.camera, true);
-    AddSessionOptions(command, options->camera.session);
-    Connect(command, invocation, options, run);
-    return command;
+AddedCommand<IpOptions> AddAction(Command parent, Invocation& invocation, const char* name,
+                                  const char* what, ExitCode (*run)(const IpOptions&)) {
+    auto [command, options] = AddCommand(parent, invocation, name, what, run);
+    AddCameraArgument(command, options.camera, true);
+    AddSessionOptions(command, options);
+    return {command, options};
 }
 
 }  // namespace
 
 void AddIpCommand(Command app, Invocation& invocation) {
     Command command = app.AddCommand("ip", "The network address of a GigE Vision camera");
-    AddAction(command, invocation, "show", "Print address, mask and gateway",
-              std::make_shared<IpOptions>(), RunShow);
-    auto options = std::make_shared<IpOptions>();
-    Command force =
+    AddAction(command, invocation, "show", "Print address, mask and gateway", RunShow);
+    auto [force, options] =
         AddAction(command, invocation, "force",
-                  "Give the camera an address until it is switched off", options, RunForce);
-    force.AddOption("address", options->network.address, "The new address, with dots")
-        .TypeName("ADDRESS")
-        .Required();
-    force.AddOption("mask", options->network.mask, "The mask of its network")
-        .TypeName("MASK")
-        .Required();
-    force.AddOption("gateway", options->network.gateway, "The gateway; 0.0.0.0: none")
-        .TypeName("GATEWAY")
-        .ShowDefault();
-    force.AddFlag("--force", options->force, "Accept any address, mask and gateway");
+                  "Give the camera an address until it is switched off", RunForce);
+    Network& network = options.network;
+    force.AddOption("address", "ADDRESS", network.address, "The new address, with dots").Required();
+    force.AddOption("mask", "MASK", network.mask, "The mask of its network").Required();
+    force.AddOption("gateway", "GATEWAY", network.gateway, "The gateway; 0.0.0.0: none");
+    force.AddFlag("--force", options.force, "Accept any address, mask and gateway");
     command.Footer(
         "Examples:\n"
         "  zelcam ip show 1\n"

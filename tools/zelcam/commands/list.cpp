@@ -8,8 +8,6 @@
 #include <unistd.h>
 #include <utility>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/camera/listing.h"
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/commands/commands.h"
@@ -21,8 +19,7 @@ namespace ZelTool {
 
 namespace {
 
-struct ListOptions {
-    SessionOptions session;
+struct ListOptions : SessionOptions {
     bool names = false;
 };
 
@@ -114,11 +111,11 @@ void PrintNames(const Session& session) {
 }
 
 ExitCode RunList(const ListOptions& options) {
-    const Session session(options.session);
+    const Session session(options);
     if (options.names) {
         PrintNames(session);
-    } else if (options.session.json) {
-        std::cout << JsonText(SessionAsJson(session)) << '\n';
+    } else if (options.json) {
+        PrintJson(SessionAsJson(session));
     } else {
         PrintText(session);
     }
@@ -129,17 +126,16 @@ ExitCode RunList(const ListOptions& options) {
 }  // namespace
 
 void AddListCommand(Command app, Invocation& invocation) {
-    auto options = std::make_shared<ListOptions>();
-    Command command = app.AddCommand("list", "List producers, interfaces and cameras");
-    AddSessionOptions(command, options->session);
-    command.AddFlag("--names", options->names, "Print only names, for completion").Hide();
+    auto [command, options] =
+        AddCommand(app, invocation, "list", "List producers, interfaces and cameras", RunList);
+    AddSessionOptions(command, options);
+    command.AddFlag("--names", options.names, "Print only names, for completion").Hide();
     command.Footer(
         "Examples:\n"
         "  zelcam list\n"
         "  zelcam list --producer /opt/vendor/lib/vendor.cti\n"
         "  zelcam list --json\n\n"
         "A producer or interface that fails is listed with the reason. The others still work.");
-    Connect(command, invocation, options, options->session, RunList);
 }
 
 }  // namespace ZelTool

@@ -27,6 +27,7 @@ void Mask::AddSecret(const std::string& secret) {
 }
 
 std::string Mask::Apply(const std::string& text) const {
+    if (!active_) return text;
     // IPv4 addresses and hardware addresses.
     static const std::regex addresses(
         R"(\b\d{1,3}(\.\d{1,3}){3}\b|\b[0-9A-Fa-f]{2}([:-][0-9A-Fa-f]{2}){5}\b)");

@@ -10,12 +10,16 @@ namespace ZelTool {
 // secrets must be added.
 class Mask {
   public:
+    // A mask that is not active leaves texts as they are.
+    explicit Mask(bool active = true) : active_(active) {}
+
     // Ignores texts of fewer than 4 characters, which would match too much.
     void AddSecret(const std::string& secret);
 
     std::string Apply(const std::string& text) const;
 
   private:
+    bool active_;
     std::set<std::string> secrets_;
 };
 

@@ -3,8 +3,6 @@
 #include <iostream>
 #include <memory>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/camera/registerport.h"
 #include "tools/zelcam/camera/registervalue.h"
 #include "tools/zelcam/commands/commands.h"
@@ -15,13 +13,10 @@ namespace ZelTool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 constexpr uint64_t kLongestRead = uint64_t{1} << 20;
 constexpr uint64_t kLongestWrite = 4096;
 
-struct RegisterOptions {
-    FeatureOptions camera;
+struct RegisterOptions : CameraOptions {
     std::string address;
     std::string length;  // only for read; empty: one value
     std::string value;   // only for write
@@ -73,7 +68,7 @@ ByteOrder OrderOf(const RegisterOptions& options, const RegisterType& type,
 }
 
 std::string LineOf(const Json& value, const RegisterType& type, ByteOrder order) {
-    std::string line = "  " + JsonText(value, -1);
+    std::string line = "  " + JsonLine(value);
     if (type.IsNumber()) line += "  " + type.Name();
     return type.HasOrder() ? line + " " + OrderWords(order) : line;
 }
@@ -81,7 +76,7 @@ std::string LineOf(const Json& value, const RegisterType& type, ByteOrder order)
 void Print(const RegisterOptions& options, const RegisterType& type, ByteOrder order,
            const std::string& bytes) {
     const uint64_t address = AddressOf(options);
-    const bool json = options.camera.session.json;
+    const bool json = options.json;
     if (type.Name() == "hex" && !json) {
         std::cout << HexDump(address, bytes);
         return;
@@ -97,7 +92,7 @@ void Print(const RegisterOptions& options, const RegisterType& type, ByteOrder o
     Json result = {
         {"address", address}, {"length", bytes.size()}, {"type", type.Name()}, {"values", values}};
     if (type.HasOrder()) result["byteOrder"] = OrderWords(order);
-    std::cout << JsonText(result) << '\n';
+    PrintJson(result);
 }
 
 ExitCode RunRead(const RegisterOptions& options) {
@@ -105,8 +100,8 @@ ExitCode RunRead(const RegisterOptions& options) {
     const uint64_t address = AddressOf(options);
     const size_t length = LengthOf(options, type);
     CheckRange(address, length, kLongestRead);
-    FeatureSession session(options.camera);
-    const RegisterPort port(session.Camera(), ModuleOf(options.camera.module));
+    FeatureSession session(options);
+    const RegisterPort port(session.Camera(), ModuleOf(options.module));
     const ByteOrder order = OrderOf(options, type, port);
     Print(options, type, order, port.Read(address, length));
     return ExitCode::Ok;
@@ -118,8 +113,8 @@ ExitCode RunWrite(const RegisterOptions& options) {
     const RegisterType type(isHex ? "hex" : options.type);
     const uint64_t address = AddressOf(options);
     CheckRange(address, type.Bytes(options.value, ByteOrder::Little).size(), kLongestWrite);
-    FeatureSession session(options.camera);
-    const RegisterPort port(session.Camera(), ModuleOf(options.camera.module));
+    FeatureSession session(options);
+    const RegisterPort port(session.Camera(), ModuleOf(options.module));
     const ByteOrder order = OrderOf(options, type, port);
     const std::string bytes = type.Bytes(options.value, order);
     port.Write(address, bytes);
@@ -127,46 +122,35 @@ ExitCode RunWrite(const RegisterOptions& options) {
     return ExitCode::Ok;
 }
 
-std::shared_ptr<RegisterOptions> MakeOptions(const char* type) {
-    auto options = std::make_shared<RegisterOptions>();
-    options->type = type;
-    return options;
-}
-
 void AddAddress(Command command, RegisterOptions& options) {
-    AddFeatureOptions(command, options.camera);
-    command.AddOption("address", options.address, "Address: decimal, or hexadecimal after 0x")
-        .TypeName("ADDRESS")
+    AddModuleOptions(command, options);
+    command
+        .AddOption("address", "ADDRESS", options.address,
+                   "Address: decimal, or hexadecimal after 0x")
         .Required();
 }
 
 void AddForm(Command command, RegisterOptions& options, const std::string& what) {
     command
-        .AddOption("--as", options.type,
+        .AddOption("--as", "TYPE", options.type,
                    what + ": hex, text, u8, u16, u32, u64,\ni8, i16, i32, i64, f32 or f64")
-        .TypeName("TYPE")
-        .OneOf(RegisterType::Names())
-        .ShowDefault();
+        .OneOf(RegisterType::Names());
     command
-        .AddOption("--endian", options.order,
+        .AddOption("--endian", "ORDER", options.order,
                    "Byte order of a number: little, big, or auto, which means the order that the "
                    "camera reports (big if it reports none)")
-        .TypeName("ORDER")
-        .OneOf({"auto", "little", "big"})
-        .ShowDefault();
+        .OneOf({"auto", "little", "big"});
 }
 
 }  // namespace
 
 void AddReadCommand(Command app, Invocation& invocation) {
-    const auto options = MakeOptions("hex");
-    Command command = app.AddCommand("read", "Read registers");
-    AddAddress(command, *options);
-    command
-        .AddOption("length", options->length,
-                   "Number of bytes, up to 1048576. Default: the size of one number, else 4")
-        .TypeName("LENGTH");
-    AddForm(command, *options, "Type of the values");
+    auto [command, options] = AddCommand(app, invocation, "read", "Read registers", RunRead);
+    options.type = "hex";
+    AddAddress(command, options);
+    command.AddOption("length", "LENGTH", options.length,
+                      "Number of bytes, up to 1048576. Default: the size of one number, else 4");
+    AddForm(command, options, "Type of the values");
     command.Footer(
         "Examples:\n"
         "  zelcam read 1 0x0 0x200                  a hex dump\n"
@@ -176,19 +160,17 @@ void AddReadCommand(Command app, Invocation& invocation) {
         "  zelcam read 1 0x200 -m stream\n\n"
         "Only the camera reports its byte order. For numbers of several bytes in other modules, "
         "give --endian.");
-    Connect(command, invocation, options, RunRead);
 }
 
 void AddWriteCommand(Command app, Invocation& invocation) {
-    const auto options = MakeOptions("u32");
-    Command command = app.AddCommand("write", "Write registers");
-    AddAddress(command, *options);
+    auto [command, options] = AddCommand(app, invocation, "write", "Write registers", RunWrite);
+    options.type = "u32";
+    AddAddress(command, options);
     command
-        .AddOption("value", options->value,
+        .AddOption("value", "VALUE", options.value,
                    "A value of the type, or up to 4096 bytes: hex:0a0b or 'hex:0a 0b'")
-        .TypeName("VALUE")
         .Required();
-    AddForm(command, *options, "Type of VALUE");
+    AddForm(command, options, "Type of VALUE");
     command.Footer(
         "Examples:\n"
         "  zelcam write 1 0x2110 320\n"
@@ -198,7 +180,6 @@ void AddWriteCommand(Command app, Invocation& invocation) {
         "Writing a register ignores the limits of its feature, and the features do not notice the "
         "change. Text is written without a zero at its end. The command prints what it has "
         "written and does not read it back.");
-    Connect(command, invocation, options, RunWrite);
 }
 
 }  // namespace ZelTool

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <ctime>
-#include <exception>
+#include <functional>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
@@ -31,10 +31,7 @@ namespace ZelTool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-struct ReportOptions {
-    FeatureOptions camera;
+struct ReportOptions : CameraOptions {
     std::string output;
     bool mask = false;
     GrabLimits limits = {10, 2000};
@@ -53,12 +50,12 @@ std::string VersionText(const GenICam::Version_t& version) {
 class Report {
   public:
     Report(const ReportOptions& options, const Session& session, const Camera& camera)
-        : options_(options), session_(session), camera_(camera) {
+        : options_(options), session_(session), camera_(camera), mask_(options.mask) {
         for (const Camera& other : session.Cameras()) {
             AddSecret(other.serial);
             AddSecret(other.userName);
         }
-        TryToOpen();
+        whyNotOpened_ = FailureOf([this] { opened_.emplace(camera_, options_.access); });
         if (options_.mask && opened_) CollectSecrets();
         FillSections();
     }
@@ -66,23 +63,15 @@ class Report {
     ExitCode Result() const { return writer_.Result(); }
 
     std::string Text() const {
-        if (IsJson())
-            return JsonText(options_.mask ? writer_.AsJson(mask_) : writer_.AsJson()) + "\n";
-        return options_.mask ? writer_.AsText(mask_) : writer_.AsText();
+        return IsJson() ? JsonText(writer_.AsJson(mask_)) + "\n" : writer_.AsText(mask_);
     }
 
   private:
-    template <typename Body>
-    void Section(const std::string& title, const std::string& key, Body body) {
+    void Section(const std::string& title, const std::string& key,
+                 const std::function<void()>& body) {
         writer_.Begin(title, key);
-        try {
-            body();
-        } catch (const Failure& failure) {
-            writer_.Problem(failure.Code(), failure.what());
-        } catch (const GenICam::GenericException& error) {
-            writer_.Problem(ExitCode::FeatureFailed, error.GetDescription());
-        } catch (const std::exception& error) {
-            writer_.Problem(ExitCode::AcquisitionFailed, error.what());
+        if (const auto failure = FailureOf(body)) {
+            writer_.Problem(failure->Code(), failure->what());
         }
     }
 
@@ -100,15 +89,13 @@ class Report {
         Line(label, options_.mask && !value.empty() ? "***" : value);
     }
 
-    bool IsJson() const { return options_.camera.session.json; }
+    bool IsJson() const { return options_.json; }
 
     // For tables, which must mask their cells before they compute the widths of columns.
     TextFilter Masking() const {
-        if (!options_.mask) return nullptr;
         return [this](const std::string& text) { return mask_.Apply(text); };
     }
 
-    void TryToOpen();
     void CollectSecrets();
     void FillSections();
     void Program();
@@ -125,27 +112,16 @@ class Report {
     const Session& session_;
     const Camera& camera_;
     std::optional<OpenedCamera> opened_;
-    std::exception_ptr whyNotOpened_;
+    std::optional<Failure> whyNotOpened_;
     Mask mask_;
     ReportWriter writer_;
 };
 
-void Report::TryToOpen() {
-    try {
-        opened_.emplace(camera_, options_.camera.access);
-    } catch (...) {
-        whyNotOpened_ = std::current_exception();
-    }
-}
-
 // Collects from all modules before anything is written: one module may show a secret of another.
 void Report::CollectSecrets() {
     for (Module module : kModules) {
-        try {
-            CollectSecretsOf(opened_->Features(module));
-        } catch (...) {
-            // The section with these features will report the failure.
-        }
+        // The section with these features will report a failure.
+        FailureOf([&] { CollectSecretsOf(opened_->Features(module)); });
     }
 }
 
@@ -212,7 +188,7 @@ void Report::Network() {
 }
 
 void Report::Open() {
-    if (whyNotOpened_) std::rethrow_exception(whyNotOpened_);
+    if (whyNotOpened_) throw Failure(*whyNotOpened_);
     Line("Streams", opened_->Device().GetNumStreams());
     Line("Byte order", opened_->Device().GetEndianness() == 1 ? "little-endian" : "big-endian");
 }
@@ -251,12 +227,9 @@ void Report::CollectSecretsOf(ZelGenParam::Array& features) {
 void Report::Features(Module module) {
     ZelGenParam::Array& features = opened_->Features(module);
     DescriptionOf(features);
-    FeatureHiding hides;
-    if (options_.mask) {
-        hides = [this](const std::string& name, const std::string& value) {
-            return IsSecretFeature(name) || mask_.Apply(value) != value;
-        };
-    }
+    const FeatureHiding hides = [this](const std::string& name, const std::string& value) {
+        return options_.mask && (IsSecretFeature(name) || mask_.Apply(value) != value);
+    };
     const FeatureListing listing =
         IsJson()
             ? ListFeatures(writer_.Section()["features"], features, kEverything, hides)
@@ -293,8 +266,8 @@ void Report::Frames() {
 }
 
 ExitCode RunReport(const ReportOptions& options) {
-    const Session session(options.camera.session);
-    const Camera& camera = SelectCamera(session, options.camera.camera);
+    const Session session(options);
+    const Camera& camera = SelectCamera(session, options.camera);
     const Report report(options, session, camera);
     if (options.output.empty() || options.output == kStandardStream) {
         std::cout << report.Text();
@@ -307,23 +280,22 @@ ExitCode RunReport(const ReportOptions& options) {
 }  // namespace
 
 void AddReportCommand(Command app, Invocation& invocation) {
-    auto options = std::make_shared<ReportOptions>();
-    Command command = app.AddCommand("report", "Write everything about a camera to a text");
-    AddCameraArgument(command, options->camera.camera, false);
-    command.AddOption("-o,--output", options->output, "Write to this file; -: standard output")
-        .TypeName("FILE");
-    command.AddFlag("--mask", options->mask,
+    auto [command, options] = AddCommand(app, invocation, "report",
+                                         "Write everything about a camera to a text", RunReport);
+    AddCameraArgument(command, options.camera, false);
+    command.AddOption("-o,--output", "FILE", options.output,
+                      "Write to this file; -: standard output");
+    command.AddFlag("--mask", options.mask,
                     "Replace addresses, serial numbers and user names by ***");
-    AddSampleOptions(command, options->limits.count, options->limits.timeoutMs, "its statistics");
-    AddAccessOption(command, options->camera.access, kAccessNames);
-    AddSessionOptions(command, options->camera.session);
+    AddSampleOptions(command, options.limits.count, options.limits.timeoutMs, "its statistics");
+    AddAccessOption(command, options.access, kAccessNames);
+    AddSessionOptions(command, options);
     command.Footer(
         "Examples:\n"
         "  zelcam report 1 -o report.txt\n"
         "  zelcam report 1 --mask -o report.txt   to show to others\n\n"
         "!! marks what could not be found out; in JSON it is listed as \"problems\". The rest of "
         "the report is complete. The first problem decides the exit code.");
-    Connect(command, invocation, options, RunReport);
 }
 
 }  // namespace ZelTool

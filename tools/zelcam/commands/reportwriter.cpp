@@ -9,8 +9,6 @@ namespace ZelTool {
 
 namespace {
 
-using Json = ReportWriter::Json;
-
 // "Serial number" as "serialNumber".
 std::string KeyOf(const std::string& label) {
     std::string key;

@@ -4,18 +4,15 @@
 #include <sstream>
 #include <string>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/commands/masking.h"
 #include "tools/zelcam/console/failure.h"
+#include "tools/zelcam/console/jsontext.h"
 #include "tools/zelcam/console/printable.h"
 
 namespace ZelTool {
 
 class ReportWriter {
   public:
-    using Json = nlohmann::ordered_json;
-
     // Begins a section. `key` becomes its name in JSON, like the label of a line.
     void Begin(const std::string& title, const std::string& key);
 
@@ -30,9 +27,7 @@ class ReportWriter {
     Json& Section() { return document_[key_]; }
 
     ExitCode Result() const { return result_; }
-    std::string AsText() const { return PrintableLines(text_.str()); }
-    std::string AsText(const Mask& mask) const { return mask.Apply(AsText()); }
-    Json AsJson() const { return document_; }
+    std::string AsText(const Mask& mask) const { return mask.Apply(PrintableLines(text_.str())); }
     Json AsJson(const Mask& mask) const;
 
   private:

@@ -2,18 +2,16 @@
 
 namespace ZelTool {
 
-void AddProducerOptions(Command command, SessionOptions& options) {
+void AddSessionOptions(Command command, SessionOptions& options) {
     command
-        .AddOption("-p,--producer", options.producers,
+        .AddOption("-p,--producer", "FILE", options.producers,
                    "Also load this GenTL producer (.cti file); may be repeated. The producers in "
                    "the folders of GENICAM_GENTL64_PATH are always loaded")
-        .TypeName("FILE")
         .OneValueEach();
-    command
-        .AddOption("--only", options.only,
-                   "Use only the cameras of this producer: a file, or the name of a producer that "
-                   "is loaded anyway")
-        .TypeName("FILE");
+    command.AddOption(
+        "--only", "FILE", options.only,
+        "Use only the cameras of this producer: a file, or the name of a producer that "
+        "is loaded anyway");
     CommandOption simulated =
         command.AddFlag("--simulated", options.simulated,
                         "Use only simulated cameras: those in the file that ZELSIM_CONFIG names, "
@@ -21,22 +19,14 @@ void AddProducerOptions(Command command, SessionOptions& options) {
     command.AddFlag("--no-simulated", options.noSimulated, "Leave out simulated cameras")
         .Excludes(simulated);
     command
-        .AddOption("--search", options.searchMs,
+        .AddOption("--search", "MS", options.searchMs,
                    "Time for each interface to find its cameras, in milliseconds")
-        .TypeName("MS")
-        .Range(0, 600000)
-        .ShowDefault();
+        .Range(0, 600000);
     command
-        .AddOption("--load-timeout", options.loadMs,
+        .AddOption("--load-timeout", "MS", options.loadMs,
                    "Time for each producer to load and to list its interfaces and cameras, not "
                    "counting the search, in milliseconds")
-        .TypeName("MS")
-        .Range(100, 600000)
-        .ShowDefault();
-}
-
-void AddSessionOptions(Command command, SessionOptions& options) {
-    AddProducerOptions(command, options);
+        .Range(100, 600000);
     command.AddFlag("--json", options.json, "Print the result as JSON");
 }
 
@@ -45,75 +35,63 @@ void AddCameraArgument(Command command, std::string& camera, bool required) {
         "Identifier, serial number or user name of the camera, or its number in `zelcam list`. "
         "PRODUCER/CAMERA if several producers list it";
     command
-        .AddOption("camera", camera,
+        .AddOption("camera", "CAMERA", camera,
                    required ? what
                             : what +
                                   ". Default: the first real camera, or the first simulated one "
                                   "if there are only simulated cameras")
-        .TypeName("CAMERA")
         .Required(required);
 }
 
 void AddAccessOption(Command command, std::string& access, const std::vector<std::string>& names) {
     std::string words = "readonly, control (others may read) or exclusive";
     if (names.front() == "auto") words += ";\nauto: control, or readonly if control is taken";
-    command.AddOption("-a,--access", access, words).TypeName("ACCESS").OneOf(names).ShowDefault();
+    command.AddOption("-a,--access", "ACCESS", access, words).OneOf(names);
 }
 
-void AddFeatureOptions(Command command, FeatureOptions& options, bool cameraRequired) {
+void AddModuleOptions(Command command, CameraOptions& options, bool cameraRequired) {
     AddCameraArgument(command, options.camera, cameraRequired);
     command
-        .AddOption("-m,--module", options.module,
+        .AddOption("-m,--module", "MODULE", options.module,
                    "Which module: camera, local (the host's side of the connection), interface or "
                    "stream")
-        .TypeName("MODULE")
-        .OneOf({"camera", "local", "interface", "stream"})
-        .ShowDefault();
+        .OneOf({"camera", "local", "interface", "stream"});
     AddAccessOption(command, options.access, kAccessNames);
-    AddSessionOptions(command, options.session);
+    AddSessionOptions(command, options);
 }
 
 void AddFilterOptions(Command command, std::string& glob, std::string& visibility) {
+    command.AddOption(
+        "glob", "GLOB", glob,
+        "Only features whose name, or whose category's name, matches; * and ? work as "
+        "in file names");
     command
-        .AddOption("glob", glob,
-                   "Only features whose name, or whose category's name, matches; * and ? work as "
-                   "in file names")
-        .TypeName("GLOB");
-    command
-        .AddOption("-v,--visibility", visibility,
+        .AddOption("-v,--visibility", "LEVEL", visibility,
                    "Highest level: beginner, expert, guru or invisible")
-        .TypeName("LEVEL")
-        .OneOf({"beginner", "expert", "guru", "invisible"})
-        .ShowDefault();
+        .OneOf({"beginner", "expert", "guru", "invisible"});
 }
 
 void AddTimeoutOption(Command command, uint64_t& timeoutMs) {
-    command.AddOption("-t,--timeout", timeoutMs, "Longest wait for the next frame, in milliseconds")
-        .TypeName("MS")
-        .Range(1, 86400000)
-        .ShowDefault();
+    command
+        .AddOption("-t,--timeout", "MS", timeoutMs,
+                   "Longest wait for the next frame, in milliseconds")
+        .Range(1, 86400000);
 }
 
 void AddSampleOptions(Command command, uint64_t& count, uint64_t& timeoutMs,
                       const std::string& purpose) {
-    command.AddOption("-n,--count", count, "Frames to grab for " + purpose)
-        .TypeName("N")
-        .Range(1, 100000)
-        .ShowDefault();
+    command.AddOption("-n,--count", "N", count, "Frames to grab for " + purpose).Range(1, 100000);
     AddTimeoutOption(command, timeoutMs);
 }
 
 void AddEndOptions(Command command, uint64_t& count, uint64_t& durationMs,
                    const std::string& things) {
-    command.AddOption("-n,--count", count, "End after this many " + things + "; 0: until Ctrl-C")
-        .TypeName("N")
-        .ShowDefault();
+    command.AddOption("-n,--count", "N", count,
+                      "End after this many " + things + "; 0: until Ctrl-C");
     command
-        .AddOption("-d,--duration", durationMs,
+        .AddOption("-d,--duration", "MS", durationMs,
                    "End after this time at the latest, in milliseconds; 0: until Ctrl-C")
-        .TypeName("MS")
-        .Range(0, 31536000000)
-        .ShowDefault();
+        .Range(0, 31536000000);
 }
 
 }  // namespace ZelTool

@@ -3,13 +3,10 @@
 #include <iostream>
 #include <memory>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/commands/commands.h"
 #include "tools/zelcam/console/interrupt.h"
 #include "tools/zelcam/console/jsontext.h"
-#include "tools/zelcam/console/pause.h"
 #include "tools/zelcam/console/printable.h"
 #include "tools/zelcam/features/featurereading.h"
 #include "tools/zelcam/features/featuresetting.h"
@@ -18,8 +15,6 @@
 namespace ZelTool {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 std::string ReadOrFail(ZelGenParam::Param& feature) {
     const std::optional<std::string> value = ReadFeature(feature);
@@ -31,8 +26,7 @@ std::string ReadOrFail(ZelGenParam::Param& feature) {
                       (readable ? "it has no value" : "its access is " + access));
 }
 
-struct GetOptions {
-    FeatureOptions camera;
+struct GetOptions : CameraOptions {
     std::vector<std::string> names;
     bool plain = false;
 };
@@ -58,10 +52,10 @@ std::vector<ZelGenParam::Param*> FindFeatures(ZelGenParam::Array& features,
 
 ExitCode RunGet(const GetOptions& options) {
     std::vector<std::string> names = options.names;
-    const std::string& first = options.camera.camera;  // a name where the camera is left out
+    const std::string& first = options.camera;  // a name where the camera is left out
     if (!first.empty()) names.insert(names.begin(), first);
     const size_t given = names.size();
-    FeatureSession session(options.camera, names, given);
+    FeatureSession session(options, names, given);
     if (names.empty()) {
         throw Failure(ExitCode::Usage, "which features? `zelcam features` lists them");
     }
@@ -70,39 +64,37 @@ ExitCode RunGet(const GetOptions& options) {
          FindFeatures(session.Features(), names, names.size() != given)) {
         const std::string name = feature->GetName();
         const std::string value = ReadOrFail(*feature);
-        if (options.camera.session.json) {
+        if (options.json) {
             values[name] = ReadFeatureAsJson(*feature);
         } else {
             std::cout << (options.plain ? value : name + "=" + Printable(value)) << '\n';
         }
     }
-    if (options.camera.session.json) std::cout << JsonText(values) << '\n';
+    if (options.json) PrintJson(values);
     return ExitCode::Ok;
 }
 
-struct SetOptions {
-    FeatureOptions camera;
+struct SetOptions : CameraOptions {
     std::vector<std::string> settings;
 };
 
 ExitCode RunSet(const SetOptions& options) {
     RequireAssignments(options.settings);
-    FeatureSession session(options.camera);
+    FeatureSession session(options);
     Json values = Json::array();
     for (const std::string& setting : options.settings) {
         TakenSetting taken = SetAndRead(session.Features(), setting);
-        if (options.camera.session.json) {
+        if (options.json) {
             values.push_back(std::move(taken.json));
         } else {
             std::cout << Printable(taken.words) << std::endl;
         }
     }
-    if (options.camera.session.json) std::cout << JsonText(values) << '\n';
+    if (options.json) PrintJson(values);
     return ExitCode::Ok;
 }
 
-struct ExecOptions {
-    FeatureOptions camera;
+struct ExecOptions : CameraOptions {
     std::string command;
     uint64_t timeoutMs = 5000;
 };
@@ -112,10 +104,7 @@ void AwaitDone(ZelGenParam::Command& command, const std::string& name, uint64_t 
     for (;;) {
         ZelCamErr code = ZelCamErr_Success;
         if (command.IsDone(&code)) return;
-        if (code != ZelCamErr_Success) {
-            throw Failure(ExitCode::FeatureFailed,
-                          "whether " + name + " is done cannot be read: " + ErrorWords(code));
-        }
+        RequireSuccess(code, "whether " + name + " is done cannot be read");
         constexpr uint64_t kBetweenMs = 10;
         if (deadline.Passed()) {
             throw Failure(ExitCode::Timeout, name + " was started and is not done after " +
@@ -127,21 +116,17 @@ void AwaitDone(ZelGenParam::Command& command, const std::string& name, uint64_t 
 }
 
 ExitCode RunExec(const ExecOptions& options) {
-    FeatureSession session(options.camera);
+    FeatureSession session(options);
     ZelGenParam::Param& feature = FindFeature(session.Features(), options.command);
     ZelGenParam::Command* command = feature.ToCommand();
     if (command == nullptr) {
         throw Failure(ExitCode::FeatureFailed,
                       options.command + " is not a command; its kind is " + KindWords(feature));
     }
-    const ZelCamErr code = command->Execute();
-    if (code != ZelCamErr_Success) {
-        throw Failure(ExitCode::FeatureFailed,
-                      options.command + " cannot be started: " + ErrorWords(code));
-    }
+    RequireSuccess(command->Execute(), options.command + " cannot be started");
     AwaitDone(*command, options.command, options.timeoutMs);
-    if (options.camera.session.json) {
-        std::cout << JsonText({{"command", options.command}, {"done", true}}) << '\n';
+    if (options.json) {
+        PrintJson({{"command", options.command}, {"done", true}});
     }
     return ExitCode::Ok;
 }
@@ -149,25 +134,21 @@ ExitCode RunExec(const ExecOptions& options) {
 }  // namespace
 
 void AddGetCommand(Command app, Invocation& invocation) {
-    auto options = std::make_shared<GetOptions>();
-    Command command = app.AddCommand("get", "Read features");
-    AddFeatureOptions(command, options->camera, false);
-    command.AddOption("names", options->names, "Names of the features").TypeName("NAME");
-    command.AddFlag("--plain", options->plain, "Print only the values, without NAME=");
+    auto [command, options] = AddCommand(app, invocation, "get", "Read features", RunGet);
+    AddModuleOptions(command, options, false);
+    command.AddOption("names", "NAME", options.names, "Names of the features");
+    command.AddFlag("--plain", options.plain, "Print only the values, without NAME=");
     command.Footer(
         "Examples:\n"
         "  zelcam get Width Height                of the first camera\n"
         "  zelcam get 4711 --plain DeviceTemperature\n\n"
         "The first argument is CAMERA if a camera has that name, else a NAME.");
-    Connect(command, invocation, options, RunGet);
 }
 
 void AddSetCommand(Command app, Invocation& invocation) {
-    auto options = std::make_shared<SetOptions>();
-    Command command = app.AddCommand("set", "Set features");
-    AddFeatureOptions(command, options->camera);
-    command.AddOption("settings", options->settings, "Features to set, in this order")
-        .TypeName("NAME=VALUE")
+    auto [command, options] = AddCommand(app, invocation, "set", "Set features", RunSet);
+    AddModuleOptions(command, options);
+    command.AddOption("settings", "NAME=VALUE", options.settings, "Features to set, in this order")
         .Required();
     command.Footer(
         "Examples:\n"
@@ -180,27 +161,21 @@ void AddSetCommand(Command app, Invocation& invocation) {
         "A number may have the unit of the feature, or a unit that converts into it: "
         "ExposureTime=5ms, AcquisitionFrameRate=0.5kHz. Units of time are ns, us, ms and s, units "
         "of rates are Hz, kHz, MHz and GHz.");
-    Connect(command, invocation, options, RunSet);
 }
 
 void AddExecCommand(Command app, Invocation& invocation) {
-    auto options = std::make_shared<ExecOptions>();
-    Command command = app.AddCommand("exec", "Start a command of a camera and wait for its end");
-    AddFeatureOptions(command, options->camera);
-    command.AddOption("command", options->command, "Name of the command")
-        .TypeName("COMMAND")
-        .Required();
+    auto [command, options] = AddCommand(
+        app, invocation, "exec", "Start a command of a camera and wait for its end", RunExec);
+    AddModuleOptions(command, options);
+    command.AddOption("command", "COMMAND", options.command, "Name of the command").Required();
     command
-        .AddOption("-t,--timeout", options->timeoutMs,
+        .AddOption("-t,--timeout", "MS", options.timeoutMs,
                    "Longest wait until the command is done, in milliseconds; 0: no limit")
-        .TypeName("MS")
-        .Range(0, 86400000)
-        .ShowDefault();
+        .Range(0, 86400000);
     command.Footer(
         "Examples:\n"
         "  zelcam exec 1 DeviceReset\n"
         "  zelcam exec 1 TriggerSoftware");
-    Connect(command, invocation, options, RunExec);
 }
 
 }  // namespace ZelTool

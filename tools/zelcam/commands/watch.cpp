@@ -4,12 +4,9 @@
 #include <map>
 #include <utility>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/commands/commands.h"
 #include "tools/zelcam/console/interrupt.h"
 #include "tools/zelcam/console/jsontext.h"
-#include "tools/zelcam/console/pause.h"
 #include "tools/zelcam/console/printable.h"
 #include "tools/zelcam/console/suggestion.h"
 #include "tools/zelcam/console/timetext.h"
@@ -22,10 +19,7 @@ namespace ZelTool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-struct WatchOptions {
-    FeatureOptions camera;
+struct WatchOptions : CameraOptions {
     std::string glob;
     std::string visibility = "guru";
     uint64_t intervalMs = 500;
@@ -93,7 +87,7 @@ class Watch {
                      {"before", before.first},
                      {"now", now.first}};
         if (now.first.is_null()) line["remark"] = now.second;
-        std::cout << JsonText(line, -1) << std::endl;
+        PrintJsonLine(line);
     }
 
     bool json_;
@@ -115,9 +109,9 @@ ExitCode LookUntilTheEnd(Watch& watch, const WatchOptions& options) {
 }
 
 ExitCode RunWatch(const WatchOptions& options) {
-    FeatureSession session(options.camera);
+    FeatureSession session(options);
     Watch watch(session.Features(), {options.glob, VisibilityOf(options.visibility), false},
-                options.camera.session.json);
+                options.json);
     if (watch.Size() == 0) {
         throw Failure(ExitCode::FeatureFailed,
                       "no feature matches \"" + options.glob + "\"" +
@@ -135,24 +129,21 @@ ExitCode RunWatch(const WatchOptions& options) {
 }  // namespace
 
 void AddWatchCommand(Command app, Invocation& invocation) {
-    auto options = std::make_shared<WatchOptions>();
-    Command command = app.AddCommand("watch", "Print features that change");
-    AddFeatureOptions(command, options->camera);
-    AddFilterOptions(command, options->glob, options->visibility);
+    auto [command, options] =
+        AddCommand(app, invocation, "watch", "Print features that change", RunWatch);
+    AddModuleOptions(command, options);
+    AddFilterOptions(command, options.glob, options.visibility);
     command
-        .AddOption("-i,--interval", options->intervalMs,
+        .AddOption("-i,--interval", "MS", options.intervalMs,
                    "Time between two readings, in milliseconds")
-        .TypeName("MS")
-        .Range(1, 3600000)
-        .ShowDefault();
-    AddEndOptions(command, options->count, options->durationMs, "changes");
+        .Range(1, 3600000);
+    AddEndOptions(command, options.count, options.durationMs, "changes");
     command.Footer(
         "Examples:\n"
         "  zelcam watch 1 DeviceTemperature --interval 5000\n"
         "  zelcam watch 1 --duration 60000 --json     one JSON object per line\n\n"
         "Each reading asks the camera, even for values that are cached. The exit code is 8 when "
         "the camera is lost, which ends the command, and when a feature could not be read.");
-    Connect(command, invocation, options, RunWatch);
 }
 
 }  // namespace ZelTool

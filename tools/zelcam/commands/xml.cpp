@@ -2,8 +2,6 @@
 
 #include <iostream>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/camera/camerachoice.h"
 #include "tools/zelcam/camera/description.h"
 #include "tools/zelcam/camera/moduleport.h"
@@ -15,22 +13,19 @@ namespace ZelTool {
 
 namespace {
 
-struct XmlOptions {
-    FeatureOptions camera;
+struct XmlOptions : CameraOptions {
     std::string output;
 };
 
-using Json = nlohmann::ordered_json;
-
 // The session must end before ModulePort may use the producer.
 ModulePlace FindPlace(const XmlOptions& options) {
-    const Session session(options.camera.session);
-    const Camera& camera = SelectCamera(session, options.camera.camera);
+    const Session session(options);
+    const Camera& camera = SelectCamera(session, options.camera);
     if (camera.producer.empty()) {
         throw Failure(ExitCode::CannotOpen,
                       "the producer of the camera is unknown: the camera appeared too late");
     }
-    return {camera.producer, camera.interfaceId, camera.id, ModuleOf(options.camera.module)};
+    return {camera.producer, camera.interfaceId, camera.id, ModuleOf(options.module)};
 }
 
 std::string ReadDescription(const ModulePort& port) {
@@ -52,14 +47,14 @@ ExitCode RunXml(const XmlOptions& options) {
     const std::string text = ReadDescription(ModulePort(place));
     const bool toFile = !options.output.empty() && options.output != kStandardStream;
     if (toFile) WriteFile(options.output, text);
-    if (options.camera.session.json) {
-        Json result = {{"camera", place.cameraId}, {"module", options.camera.module}};
+    if (options.json) {
+        Json result = {{"camera", place.cameraId}, {"module", options.module}};
         if (toFile) {
             result.update({{"file", options.output}, {"bytes", text.size()}});
         } else {
             result["xml"] = text;
         }
-        std::cout << JsonText(result) << '\n';
+        PrintJson(result);
     } else if (!toFile) {
         std::cout << text;
     }
@@ -69,24 +64,21 @@ ExitCode RunXml(const XmlOptions& options) {
 }  // namespace
 
 void AddXmlCommand(Command app, Invocation& invocation) {
-    auto options = std::make_shared<XmlOptions>();
-    Command command = app.AddCommand("xml", "Print the GenApi description of a camera");
-    AddCameraArgument(command, options->camera.camera, false);
+    auto [command, options] =
+        AddCommand(app, invocation, "xml", "Print the GenApi description of a camera", RunXml);
+    AddCameraArgument(command, options.camera, false);
     command
-        .AddOption("-m,--module", options->camera.module,
+        .AddOption("-m,--module", "MODULE", options.module,
                    "Which module: camera (or device), local, interface, stream or system")
-        .TypeName("MODULE")
-        .OneOf({"camera", "device", "local", "interface", "stream", "system"})
-        .ShowDefault();
-    command.AddOption("-o,--output", options->output, "Write to this file; -: standard output")
-        .TypeName("FILE");
-    AddSessionOptions(command, options->camera.session);
+        .OneOf({"camera", "device", "local", "interface", "stream", "system"});
+    command.AddOption("-o,--output", "FILE", options.output,
+                      "Write to this file; -: standard output");
+    AddSessionOptions(command, options);
     command.Footer(
         "Examples:\n"
         "  zelcam xml 1 -o camera.xml\n"
         "  zelcam xml 1 --module stream\n\n"
         "The text is the original one, unpacked if it was zipped.");
-    Connect(command, invocation, options, RunXml);
 }
 
 }  // namespace ZelTool

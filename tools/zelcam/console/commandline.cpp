@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iostream>
-#include <sstream>
 #include <utility>
 
 #include <CLI/CLI.hpp>
@@ -20,13 +19,7 @@ constexpr size_t kHelpWidth = 80;
 constexpr size_t kNameWidth = 24;
 
 std::string Wrapped(const std::string& text, size_t width) {
-    std::istringstream lines(text);
-    std::string wrapped;
-    for (std::string line; std::getline(lines, line);) {
-        for (const std::string& part : WrapText(line, width))
-            wrapped += (wrapped.empty() ? "" : "\n") + part;
-    }
-    return wrapped;
+    return Joined(WrapText(text, width), "\n");
 }
 
 std::string Description(const std::string& what) {
@@ -41,11 +34,6 @@ std::vector<std::string> NamesOfCommands(const CLI::App& app) {
 }
 
 }  // namespace
-
-CommandOption& CommandOption::TypeName(const char* name) {
-    option_->type_name(name);
-    return *this;
-}
 
 CommandOption& CommandOption::Required(bool required) {
     option_->required(required);
@@ -78,11 +66,6 @@ CommandOption& CommandOption::Excludes(const CommandOption& other) {
     return *this;
 }
 
-CommandOption& CommandOption::ShowDefault() {
-    option_->capture_default_str();
-    return *this;
-}
-
 CommandOption& CommandOption::Hide() {
     option_->group("");
     return *this;
@@ -93,16 +76,19 @@ Command Command::AddCommand(const char* name, const char* what) {
     return Command(app_->add_subcommand(name, Description(what)));
 }
 
-CommandOption Command::AddOption(const char* names, std::string& value, const std::string& what) {
-    return CommandOption(app_->add_option(names, value, Description(what)));
-}
-
-CommandOption Command::AddOption(const char* names, std::vector<std::string>& values,
+CommandOption Command::AddOption(const char* names, const char* type, std::string& value,
                                  const std::string& what) {
-    return CommandOption(app_->add_option(names, values, Description(what)));
+    CLI::Option* const option = app_->add_option(names, value, Description(what));
+    return CommandOption(option->type_name(type)->capture_default_str());
 }
 
-CommandOption Command::AddOption(const char* names, uint64_t& value, const std::string& what) {
+CommandOption Command::AddOption(const char* names, const char* type,
+                                 std::vector<std::string>& values, const std::string& what) {
+    return CommandOption(app_->add_option(names, values, Description(what))->type_name(type));
+}
+
+CommandOption Command::AddOption(const char* names, const char* type, uint64_t& value,
+                                 const std::string& what) {
     const auto take = [&value](const CLI::results_t& texts) {
         value = ParseCount(texts.front()).value_or(0);
         return true;
@@ -112,7 +98,7 @@ CommandOption Command::AddOption(const char* names, uint64_t& value, const std::
     option->check([](const std::string& text) {
         return ParseCount(text) ? "" : "\"" + text + "\" is not a whole number, or is too large";
     });
-    return CommandOption(option);
+    return CommandOption(option->type_name(type)->capture_default_str());
 }
 
 CommandOption Command::AddFlag(const char* names, bool& flag, const char* what) {

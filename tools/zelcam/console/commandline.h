@@ -24,13 +24,11 @@ class CommandOption {
   public:
     explicit CommandOption(CLI::Option* option) : option_(option) {}
 
-    CommandOption& TypeName(const char* name);  // of the value, in the help
     CommandOption& Required(bool required = true);
     CommandOption& OneOf(const std::vector<std::string>& values);
     CommandOption& Range(uint64_t minimum, uint64_t maximum);
     CommandOption& OneValueEach();  // the user repeats the option for several values
     CommandOption& Excludes(const CommandOption& other);  // the user may not give both
-    CommandOption& ShowDefault();                         // in the help
     CommandOption& Hide();                                // from the help
 
   private:
@@ -46,11 +44,14 @@ class Command {
     // Afterwards the user must choose one of the commands inside this one.
     Command AddCommand(const char* name, const char* what);
 
-    CommandOption AddOption(const char* names, std::string& value, const std::string& what);
-    CommandOption AddOption(const char* names, std::vector<std::string>& values,
+    // The help calls the value `type` and shows the default. A number is accepted only as whole and
+    // in decimal digits.
+    CommandOption AddOption(const char* names, const char* type, std::string& value,
                             const std::string& what);
-    // Accepts whole numbers in decimal digits only.
-    CommandOption AddOption(const char* names, uint64_t& value, const std::string& what);
+    CommandOption AddOption(const char* names, const char* type, std::vector<std::string>& values,
+                            const std::string& what);
+    CommandOption AddOption(const char* names, const char* type, uint64_t& value,
+                            const std::string& what);
     CommandOption AddFlag(const char* names, bool& flag, const char* what);
 
     void Footer(const char* text);  // of the help

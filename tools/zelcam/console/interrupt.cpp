@@ -1,11 +1,13 @@
 #include "tools/zelcam/console/interrupt.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstring>
+#include <thread>
 #include <unistd.h>
 
 #include "tools/zelcam/console/failure.h"
@@ -72,6 +74,14 @@ bool Interrupted() {
 
 void EndIfInterrupted() {
     if (Interrupted()) throw Failure(ExitCode::Interrupted, "interrupted");
+}
+
+void Pause(uint64_t milliseconds) {
+    while (milliseconds > 0 && !Interrupted()) {
+        const uint64_t slice = std::min(milliseconds, kSliceMs);
+        std::this_thread::sleep_for(std::chrono::milliseconds(slice));
+        milliseconds -= slice;
+    }
 }
 
 void RemovedWhenInterrupted::Watch(const std::string& name) {

@@ -1,7 +1,9 @@
-// Ctrl-C.
+// Ctrl-C, and waiting that it can end.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace ZelTool {
@@ -15,6 +17,27 @@ bool Interrupted();
 
 // Throws Failure (Interrupted) after the first signal.
 void EndIfInterrupted();
+
+// Waits are cut into slices, so that the program notices Ctrl-C soon: a signal does not end a
+// producer's wait, and a signal handler may not call a producer.
+constexpr uint64_t kSliceMs = 100;
+
+// Ends early at Ctrl-C.
+void Pause(uint64_t milliseconds);
+
+class Deadline {
+  public:
+    // 0: never.
+    explicit Deadline(uint64_t fromNowMs)
+        : none_(fromNowMs == 0),
+          end_(std::chrono::steady_clock::now() + std::chrono::milliseconds(fromNowMs)) {}
+
+    bool Passed() const { return !none_ && std::chrono::steady_clock::now() >= end_; }
+
+  private:
+    bool none_;
+    std::chrono::steady_clock::time_point end_;
+};
 
 // An unfinished file that the second signal removes. In every other case its owner removes it.
 class RemovedWhenInterrupted {

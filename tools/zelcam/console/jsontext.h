@@ -3,12 +3,19 @@
 
 #include <string>
 
-#include <nlohmann/json_fwd.hpp>
+#include <nlohmann/json.hpp>
 
 namespace ZelTool {
 
-// An `indent` of -1 puts everything on one line. Texts of producers and cameras should be UTF-8;
-// each invalid byte becomes a replacement character.
-std::string JsonText(const nlohmann::ordered_json& json, int indent = 2);
+using Json = nlohmann::ordered_json;
+
+// Texts of producers and cameras should be UTF-8; each invalid byte becomes a replacement
+// character. JsonLine puts everything on one line.
+std::string JsonText(const Json& json);
+std::string JsonLine(const Json& json);
+
+// Prints to standard output.
+void PrintJson(const Json& json);
+void PrintJsonLine(const Json& json);
 
 }  // namespace ZelTool

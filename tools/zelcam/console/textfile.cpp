@@ -12,7 +12,7 @@
 #include <unistd.h>
 
 #include "tools/zelcam/console/failure.h"
-#include "tools/zelcam/console/pause.h"
+#include "tools/zelcam/console/interrupt.h"
 
 namespace ZelTool {
 

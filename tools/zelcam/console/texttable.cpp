@@ -59,24 +59,37 @@ std::string WithoutBlanksBehind(std::string line) {
 
 }  // namespace
 
-std::vector<std::string> WrapText(const std::string& text, size_t width) {
-    if (width == 0) return {text};
+std::vector<std::string> LinesOf(const std::string& text) {
     std::vector<std::string> lines;
-    size_t begin = 0;
-    do {
-        const size_t end = EndOfLine(text, begin, width);
-        lines.push_back(WithoutBlanksBehind(text.substr(begin, end - begin)));
-        begin = std::min(text.find_first_not_of(' ', end), text.size());
-    } while (begin < text.size());
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);)
+        lines.push_back(line);
     return lines;
 }
 
-void PrintIndented(std::ostream& out, const std::string& text, size_t width) {
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) {
-        for (const std::string& part : WrapText(line, width > kColumnGap ? width - kColumnGap : 0))
-            out << std::string(kColumnGap, ' ') << part << '\n';
+std::string Joined(const std::vector<std::string>& texts, const std::string& between) {
+    std::string joined;
+    for (const std::string& text : texts)
+        joined += (joined.empty() ? "" : between) + text;
+    return joined;
+}
+
+std::vector<std::string> WrapText(const std::string& text, size_t width) {
+    std::vector<std::string> wrapped;
+    for (const std::string& line : LinesOf(text)) {
+        size_t begin = 0;
+        do {
+            const size_t end = width == 0 ? line.size() : EndOfLine(line, begin, width);
+            wrapped.push_back(WithoutBlanksBehind(line.substr(begin, end - begin)));
+            begin = std::min(line.find_first_not_of(' ', end), line.size());
+        } while (begin < line.size());
     }
+    return wrapped.empty() ? std::vector<std::string>{""} : wrapped;
+}
+
+void PrintIndented(std::ostream& out, const std::string& text, size_t width) {
+    for (const std::string& line : WrapText(text, width > kColumnGap ? width - kColumnGap : 0))
+        out << std::string(kColumnGap, ' ') << line << '\n';
 }
 
 size_t TerminalWidth(int descriptor) {

@@ -1,4 +1,4 @@
-// Tables, and wrapped lines.
+// Tables, lines and lists of texts.
 #pragma once
 
 #include <cstddef>
@@ -9,8 +9,12 @@
 
 namespace ZelTool {
 
-// Lines of at most `width` characters. They break after blanks, "|" and "," if possible. A width of
-// 0 leaves the text on one line.
+std::vector<std::string> LinesOf(const std::string& text);
+
+std::string Joined(const std::vector<std::string>& texts, const std::string& between = ", ");
+
+// The lines of a text, without blanks at their ends. A line of more than `width` characters breaks
+// after a blank, "|" or "," if possible. 0: no line breaks.
 std::vector<std::string> WrapText(const std::string& text, size_t width);
 
 // Prints the lines of a text, each wrapped by WrapText and indented by two columns.

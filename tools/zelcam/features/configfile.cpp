@@ -12,6 +12,7 @@
 #include "tools/zelcam/console/numbertext.h"
 #include "tools/zelcam/console/outputfile.h"
 #include "tools/zelcam/console/textfile.h"
+#include "tools/zelcam/console/texttable.h"
 #include "tools/zelcam/features/featuresetting.h"
 #include "tools/zelcam/features/featurevalue.h"
 
@@ -115,14 +116,6 @@ class Reader {
 
 }  // namespace
 
-std::vector<std::string> LinesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);)
-        lines.push_back(line);
-    return lines;
-}
-
 Configuration ReadConfiguration(const std::string& file) {
     if (file == kStandardStream) return ParseConfiguration(ReadStandardInput(), "standard input");
     return ParseConfiguration(ReadFile(file), "the file " + file);
@@ -151,10 +144,7 @@ Settings SettingsOf(const Configuration& configuration, ZelGenParam::Array& feat
 
 // The library reports no failed write: the file is then missing or empty.
 void SaveConfiguration(ZelCam::Device& device, const std::string& file) {
-    const ZelCamErr code = device.SaveConfiguration(file.c_str());
-    if (code != ZelCamErr_Success) {
-        throw Failure(ExitCode::FeatureFailed, "the features cannot be saved: " + ErrorWords(code));
-    }
+    RequireSuccess(device.SaveConfiguration(file.c_str()), "the features cannot be saved");
     std::error_code missing;
     if (fs::file_size(file, missing) == 0 || missing) {
         throw Failure(ExitCode::FileFailed, "the file " + file +

@@ -14,8 +14,9 @@ namespace ZelTool {
 
 // The contents of a configuration file.
 struct Configuration {
-    std::string camera;                // identifier of the camera it comes from; empty if unknown
-    std::string text;                  // a line per feature, selectors before what they select
+    std::string camera;  // identifier of the camera it comes from; empty if unknown
+    std::string text;    // a line per feature, selectors before what they select: a name, a tab and
+                         // the value; a line that begins with "#" is a comment
     std::vector<std::string> leftOut;  // features whose values the text cannot hold
 };
 
@@ -28,10 +29,6 @@ constexpr const char* kSavedText = "the configuration saved by the camera";
 
 // Parses the text of such a file. `what` names it in failures: "the file a.xml".
 Configuration ParseConfiguration(const std::string& text, const std::string& what);
-
-// The lines of a configuration's text: a name, a tab and the value, or a comment that begins with
-// "#".
-std::vector<std::string> LinesOf(const std::string& text);
 
 // Settings by the name of their feature. If selectors choose among several values, the key contains
 // them: "Gain[GainSelector=All]". Selectors themselves are left out.

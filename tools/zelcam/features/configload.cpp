@@ -6,6 +6,7 @@
 #include <GenApi/GenApi.h>
 
 #include "tools/zelcam/console/failure.h"
+#include "tools/zelcam/console/texttable.h"
 #include "tools/zelcam/features/featuresetting.h"
 #include "tools/zelcam/features/featurevalue.h"
 

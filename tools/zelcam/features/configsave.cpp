@@ -10,6 +10,7 @@
 
 #include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/outputfile.h"
+#include "tools/zelcam/console/texttable.h"
 #include "tools/zelcam/features/configfile.h"
 #include "tools/zelcam/features/featuretree.h"
 #include "tools/zelcam/features/featurevalue.h"
@@ -20,13 +21,6 @@ namespace {
 
 using Names = std::vector<std::string>;
 using ZelGenParam::Param;
-
-std::string Listed(const Names& names) {
-    std::string text;
-    for (const std::string& name : names)
-        text += (text.empty() ? "" : ", ") + name;
-    return text;
-}
 
 // While frames are grabbed, many settings are locked and would be missing.
 void RefuseWhileGrabbing(ZelGenParam::Array& features) {
@@ -71,7 +65,7 @@ Names LockedFeatures(ZelGenParam::Array& features) {
 void NoteLocked(const Names& locked) {
     if (locked.empty()) return;
     std::cerr << "zelcam: note: not saved because they cannot be written at the moment: "
-              << Listed(locked) << '\n';
+              << Joined(locked) << '\n';
 }
 
 bool IsReadableAndWritable(GenApi::IValue* value) {
@@ -177,7 +171,7 @@ Saved SaveSettings(OpenedCamera& camera, const std::string& file, Settled settle
         throw Failure(ExitCode::FeatureFailed,
                       "saved without these features, which cannot be read or contain line "
                       "breaks: " +
-                          Listed(missing));
+                          Joined(missing));
     }
     return saved;
 }

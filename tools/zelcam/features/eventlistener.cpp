@@ -68,11 +68,8 @@ EventListener::EventListener(ZelGenParam::Array& features, std::string name, Eve
         throw Failure(ExitCode::FeatureFailed,
                       "the camera has no features for the event \"" + name_ + "\"");
     }
-    const ZelCamErr code = trigger_->RegisterEventSink(this);
-    if (code != ZelCamErr_Success) {
-        throw Failure(ExitCode::FeatureFailed, "listening to " + std::string(trigger_->GetName()) +
-                                                   " failed: " + ErrorWords(code));
-    }
+    RequireSuccess(trigger_->RegisterEventSink(this),
+                   "listening to " + std::string(trigger_->GetName()) + " failed");
 }
 
 EventListener::~EventListener() {

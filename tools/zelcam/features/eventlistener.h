@@ -10,9 +10,8 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
 #include "ZelGenParam/Array.h"
+#include "tools/zelcam/console/jsontext.h"
 #include "tools/zelcam/console/timetext.h"
 
 namespace ZelTool {
@@ -21,7 +20,7 @@ struct ArrivedEvent {
     struct Datum {
         std::string feature;
         std::string text;
-        nlohmann::ordered_json value;  // a number if the feature is one
+        Json value;  // a number if the feature is one
     };
 
     WallClock::time_point time;

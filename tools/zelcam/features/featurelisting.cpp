@@ -4,9 +4,6 @@
 #include <cctype>
 #include <ostream>
 
-#include <nlohmann/json.hpp>
-
-#include "tools/zelcam/console/jsontext.h"
 #include "tools/zelcam/console/printable.h"
 #include "tools/zelcam/console/texttable.h"
 #include "tools/zelcam/features/featurereading.h"
@@ -16,7 +13,6 @@ namespace ZelTool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
 using ZelGenParam::Param;
 using Categories = std::vector<std::string>;
 

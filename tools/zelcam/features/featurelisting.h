@@ -7,8 +7,7 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json_fwd.hpp>
-
+#include "tools/zelcam/console/jsontext.h"
 #include "tools/zelcam/console/texttable.h"
 #include "tools/zelcam/features/featuretree.h"
 
@@ -38,7 +37,7 @@ FeatureListing PrintFeatures(std::ostream& out, ZelGenParam::Array& features,
                              const FeatureFilter& filter, const TableStyle& style);
 
 // Adds an object for each feature to `list`, an array.
-FeatureListing ListFeatures(nlohmann::ordered_json& list, ZelGenParam::Array& features,
-                            const FeatureFilter& filter, const FeatureHiding& hides = nullptr);
+FeatureListing ListFeatures(Json& list, ZelGenParam::Array& features, const FeatureFilter& filter,
+                            const FeatureHiding& hides = nullptr);
 
 }  // namespace ZelTool

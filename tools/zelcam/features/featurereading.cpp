@@ -1,13 +1,11 @@
 #include "tools/zelcam/features/featurereading.h"
 
 #include <GenApi/GenApi.h>
-#include <nlohmann/json.hpp>
 
 namespace ZelTool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
 using ZelGenParam::Param;
 
 // Whether any register that reports to be readable can be read; nothing without such registers.

@@ -4,10 +4,9 @@
 #include <optional>
 #include <string>
 
-#include <nlohmann/json_fwd.hpp>
-
 #include "ZelGenParam/Array.h"
 #include "tools/zelcam/console/failure.h"
+#include "tools/zelcam/console/jsontext.h"
 
 namespace ZelTool {
 
@@ -27,7 +26,7 @@ std::string AccessMark(ZelGenParam::Param& feature);
 std::optional<std::string> ReadFeature(ZelGenParam::Param& feature, bool fresh = false);
 
 // The same value as a JSON number, boolean or string, or null.
-nlohmann::ordered_json ReadFeatureAsJson(ZelGenParam::Param& feature, bool fresh = false);
+Json ReadFeatureAsJson(ZelGenParam::Param& feature, bool fresh = false);
 
 // The same value; empty if it cannot be read for any reason.
 std::string ReadOrEmpty(ZelGenParam::Param& feature, bool fresh = false);

@@ -4,9 +4,8 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
 #include "ZelGenParam/Array.h"
+#include "tools/zelcam/console/jsontext.h"
 
 namespace ZelTool {
 
@@ -28,8 +27,8 @@ ZelGenParam::Param& SetFeature(ZelGenParam::Array& features, const std::string& 
 
 // The value that the camera has accepted. It may have rounded the given one.
 struct TakenSetting {
-    std::string words;            // NAME=VALUE, with the unit
-    nlohmann::ordered_json json;  // "name", "value", "unit"
+    std::string words;  // NAME=VALUE, with the unit
+    Json json;          // "name", "value", "unit"
 };
 
 // Sets a feature like SetFeature and reads it back. If it cannot be read, the words have the given

@@ -6,12 +6,20 @@
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/interrupt.h"
+#include "tools/zelcam/console/wordtable.h"
 #include "tools/zelcam/features/featurereading.h"
 #include "tools/zelcam/features/featurevalue.h"
 
 namespace ZelTool {
 
 namespace {
+
+constexpr Word<ZelGenParam::Visibility> kVisibilities[] = {
+    {ZelGenParam::Visibility::Beginner, "beginner"},
+    {ZelGenParam::Visibility::Expert, "expert"},
+    {ZelGenParam::Visibility::Guru, "guru"},
+    {ZelGenParam::Visibility::Invisible, "invisible"},
+};
 
 class Walk {
   public:
@@ -57,9 +65,11 @@ class Walk {
 }  // namespace
 
 ZelGenParam::Visibility VisibilityOf(const std::string& name) {
-    if (name == "beginner") return ZelGenParam::Visibility::Beginner;
-    if (name == "expert") return ZelGenParam::Visibility::Expert;
-    return name == "guru" ? ZelGenParam::Visibility::Guru : ZelGenParam::Visibility::Invisible;
+    return CodeOf(name, kVisibilities);
+}
+
+std::string VisibilityWords(ZelGenParam::Visibility visibility) {
+    return WordsFor(visibility, kVisibilities, "invisible");
 }
 
 void VisitFeatures(ZelGenParam::Array& features, const FeatureFilter& filter,

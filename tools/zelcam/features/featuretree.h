@@ -9,8 +9,9 @@
 
 namespace ZelTool {
 
-// The visibility with that name in the options; `name` must be one of those names.
+// The names of the visibilities in options and in JSON.
 ZelGenParam::Visibility VisibilityOf(const std::string& name);
+std::string VisibilityWords(ZelGenParam::Visibility visibility);
 
 struct FeatureFilter {
     std::string glob;  // matches the name of a feature or of a category above it; empty: all

@@ -5,24 +5,24 @@
 #include <limits>
 
 #include <GenApi/GenApi.h>
-#include <nlohmann/json.hpp>
 
 #include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/suggestion.h"
+#include "tools/zelcam/console/texttable.h"
+#include "tools/zelcam/console/wordtable.h"
 
 namespace ZelTool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
 using ZelGenParam::Param;
 
-std::string Join(const std::vector<std::string>& words, const char* between) {
-    std::string text;
-    for (const std::string& word : words)
-        text += (text.empty() ? "" : between) + word;
-    return text;
-}
+constexpr Word<ZelGenParam::ParamType> kKinds[] = {
+    {ZelGenParam::ParamType_Int, "integer"},       {ZelGenParam::ParamType_Float, "float"},
+    {ZelGenParam::ParamType_String, "string"},     {ZelGenParam::ParamType_Enum, "enumeration"},
+    {ZelGenParam::ParamType_Boolean, "boolean"},   {ZelGenParam::ParamType_Command, "command"},
+    {ZelGenParam::ParamType_Category, "category"},
+};
 
 // Excludes the limits of the number type itself, which carry no information.
 bool IsLimit(int64_t number) {
@@ -83,37 +83,7 @@ std::string NumberText(double number) {
 }
 
 std::string KindWords(Param& feature) {
-    switch (feature.GetType()) {
-        case ZelGenParam::ParamType_Int:
-            return "integer";
-        case ZelGenParam::ParamType_Float:
-            return "float";
-        case ZelGenParam::ParamType_String:
-            return "string";
-        case ZelGenParam::ParamType_Enum:
-            return "enumeration";
-        case ZelGenParam::ParamType_Boolean:
-            return "boolean";
-        case ZelGenParam::ParamType_Command:
-            return "command";
-        case ZelGenParam::ParamType_Category:
-            return "category";
-        default:
-            return "register";
-    }
-}
-
-std::string VisibilityWords(ZelGenParam::Visibility visibility) {
-    switch (visibility) {
-        case ZelGenParam::Visibility::Beginner:
-            return "beginner";
-        case ZelGenParam::Visibility::Expert:
-            return "expert";
-        case ZelGenParam::Visibility::Guru:
-            return "guru";
-        default:
-            return "invisible";
-    }
+    return WordsFor(feature.GetType(), kKinds, "register");
 }
 
 std::string UnitOf(Param& feature) {
@@ -155,7 +125,7 @@ std::string RangeOf(Param& feature) {
     Json range;
     AddRange(feature, range);
     if (range.contains("entries")) {
-        return Join(range.at("entries").get<std::vector<std::string>>(), "|");
+        return Joined(range.at("entries").get<std::vector<std::string>>(), "|");
     }
     if (range.contains("maxLength")) return "up to " + LimitText(range, "maxLength") + " bytes";
     if (!range.contains("min") && !range.contains("max")) return "";

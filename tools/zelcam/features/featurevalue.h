@@ -4,9 +4,8 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json_fwd.hpp>
-
 #include "ZelGenParam/Array.h"
+#include "tools/zelcam/console/jsontext.h"
 
 namespace ZelTool {
 
@@ -20,7 +19,6 @@ ZelGenParam::Param& FindFeature(ZelGenParam::Array& features, const std::string&
 std::string NumberText(double number);
 
 std::string KindWords(ZelGenParam::Param& feature);  // "integer", "command", ...
-std::string VisibilityWords(ZelGenParam::Visibility visibility);
 
 std::string UnitOf(ZelGenParam::Param& feature);
 
@@ -34,7 +32,7 @@ std::vector<std::string> EntriesOf(ZelGenParam::Param& feature);
 std::string RangeOf(ZelGenParam::Param& feature);
 
 // Adds those of "min", "max", "increment", "entries" and "maxLength" that the feature has.
-void AddRange(ZelGenParam::Param& feature, nlohmann::ordered_json& json);
+void AddRange(ZelGenParam::Param& feature, Json& json);
 
 // Whether this feature chooses among several values of other features.
 bool IsSelector(ZelGenParam::Param& feature);

@@ -7,7 +7,6 @@
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/interrupt.h"
-#include "tools/zelcam/console/pause.h"
 
 namespace ZelTool {
 
@@ -58,9 +57,10 @@ void Acquisition::Announce(size_t buffers) {
         ZelCamErr code = ZelCamErr_Success;
         ZelCam::Buffer* const buffer = stream_.CreateBuffer(size, nullptr, &code);
         if (buffer != nullptr) code = stream_.QueueBuffer(buffer);
-        if (code == ZelCamErr_Success) continue;
-        ThrowIfFailed(std::to_string(count) + " buffers of " + std::to_string(size) +
-                      " bytes cannot be made: " + ErrorWords(code));
+        RequireSuccess(
+            code,
+            std::to_string(count) + " buffers of " + std::to_string(size) + " bytes cannot be made",
+            ExitCode::AcquisitionFailed);
     }
 }
 
@@ -112,11 +112,8 @@ ZelCam::Buffer* Acquisition::WaitForFrame(uint64_t timeoutMs, ZelCamErr* code) {
 }
 
 void Acquisition::Requeue(ZelCam::Buffer& buffer) {
-    const ZelCamErr code = stream_.QueueBuffer(&buffer);
-    if (code != ZelCamErr_Success) {
-        throw Failure(ExitCode::AcquisitionFailed,
-                      "a buffer cannot be queued again: " + ErrorWords(code));
-    }
+    RequireSuccess(stream_.QueueBuffer(&buffer), "a buffer cannot be queued again",
+                   ExitCode::AcquisitionFailed);
 }
 
 }  // namespace ZelTool

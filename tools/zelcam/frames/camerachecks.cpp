@@ -4,8 +4,7 @@
 #include <optional>
 #include <sstream>
 
-#include <nlohmann/json.hpp>
-
+#include "tools/zelcam/console/jsontext.h"
 #include "tools/zelcam/features/featurereading.h"
 #include "tools/zelcam/features/featurevalue.h"
 
@@ -32,7 +31,7 @@ std::string TextOf(ZelGenParam::Array& features, const char* name) {
 
 std::optional<double> NumberOf(Param& feature) {
     try {
-        const nlohmann::ordered_json value = ReadFeatureAsJson(feature);
+        const Json value = ReadFeatureAsJson(feature);
         if (value.is_number()) return value.get<double>();
     } catch (const Failure&) {
         // Nothing is known then. The checks of the stream follow and do not need the number.
@@ -68,11 +67,7 @@ class TriggerSelection {
     std::vector<std::string> Names() const {
         if (selector_ == nullptr) return {""};
         std::vector<std::string> names;
-        const size_t count = selector_->IsWritable() ? selector_->GetEnumEntriesCount(nullptr) : 0;
-        for (size_t i = 0; i < count; ++i) {
-            ZelGenParam::EnumEntry* const entry = selector_->GetEnumEntryByIndex(i);
-            if (entry != nullptr && entry->IsAvailable()) names.push_back(TextOrNone(*entry));
-        }
+        if (selector_->IsWritable()) names = EntriesOf(*selector_);
         if (names.empty()) names.push_back(Current());
         return names;
     }
@@ -87,11 +82,6 @@ class TriggerSelection {
     std::string Current() const { return selector_ != nullptr ? ReadOrEmpty(*selector_) : ""; }
 
   private:
-    static std::string TextOrNone(ZelGenParam::EnumEntry& entry) {
-        const char* const text = entry.GetValueStr(nullptr);
-        return text != nullptr ? text : "";
-    }
-
     ZelGenParam::Enum* selector_;
     int64_t before_ = 0;
     bool moved_ = false;

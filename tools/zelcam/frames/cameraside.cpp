@@ -6,7 +6,7 @@
 
 #include <GenApi/GenApi.h>
 
-#include "tools/zelcam/console/pause.h"
+#include "tools/zelcam/console/interrupt.h"
 #include "tools/zelcam/features/featuresetting.h"
 
 namespace ZelTool {

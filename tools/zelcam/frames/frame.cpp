@@ -25,13 +25,10 @@ Imaging::RawImage ImageIn(ZelCam::Buffer& buffer) {
 
 }  // namespace
 
-Frame::Frame(ZelCam::Buffer& buffer)
-    : image(ImageIn(buffer)),
-      frameId(buffer.GetFrameID()),
-      timestamp(buffer.GetTimestamp()),
-      xOffset(buffer.GetXOffset()),
-      yOffset(buffer.GetYOffset()),
-      incomplete(buffer.IsIncomplete()) {}
+Frame FrameIn(ZelCam::Buffer& buffer) {
+    return {ImageIn(buffer),     buffer.GetFrameID(), buffer.GetTimestamp(),
+            buffer.GetXOffset(), buffer.GetYOffset(), buffer.IsIncomplete()};
+}
 
 size_t Frame::BytesPresent() const {
     const size_t wanted = image.ImageBytes();

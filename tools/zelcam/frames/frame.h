@@ -13,8 +13,6 @@ namespace ZelTool {
 // The contents of a buffer. The image points into the buffer and is valid until the buffer is
 // queued again.
 struct Frame {
-    explicit Frame(ZelCam::Buffer& buffer);
-
     Imaging::RawImage image;
     uint64_t frameId;
     uint64_t timestamp;
@@ -26,6 +24,8 @@ struct Frame {
     // small, and the whole buffer for an unknown pixel format.
     size_t BytesPresent() const;
 };
+
+Frame FrameIn(ZelCam::Buffer& buffer);
 
 // A frame with a copy of the image, independent of the buffer.
 class StoredFrame {

@@ -5,29 +5,22 @@
 #include <cstdio>
 #include <sstream>
 
-#include "tools/imaging/jpeg.h"
+#include "tools/imaging/encode.h"
 #include "tools/imaging/pixelformat.h"
-#include "tools/imaging/png.h"
-#include "tools/imaging/tiff.h"
 #include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/printable.h"
+#include "tools/zelcam/console/wordtable.h"
 
 namespace ZelTool {
 
 namespace {
 
-const char* PackingWords(const Imaging::PixelFormat& format) {
-    switch (format.packing) {
-        case Imaging::Packing::Bytes:
-            return "one byte per component";
-        case Imaging::Packing::Words:
-            return "two bytes per component, little-endian";
-        case Imaging::Packing::LsbFirst:
-            return "bits without gaps, least significant first";
-        default:
-            return "two components in three bytes (GigE Vision Packed)";
-    }
-}
+constexpr Word<Imaging::Packing> kPackings[] = {
+    {Imaging::Packing::Bytes, "one byte per component"},
+    {Imaging::Packing::Words, "two bytes per component, little-endian"},
+    {Imaging::Packing::LsbFirst, "bits without gaps, least significant first"},
+    {Imaging::Packing::GigEVision, "two components in three bytes (GigE Vision Packed)"},
+};
 
 std::string DescribeRawFile(const Frame& frame, const std::string& cameraId) {
     const Imaging::RawImage& image = frame.image;
@@ -41,7 +34,8 @@ std::string DescribeRawFile(const Frame& frame, const std::string& cameraId) {
          << "\nheight: " << image.height
          << "\nbits per pixel: " << Imaging::BitsPerPixel(image.pixelFormat);
     if (const auto* format = Imaging::FindPixelFormat(image.pixelFormat)) {
-        text << "\nbits per component: " << format->depth << "\npacking: " << PackingWords(*format);
+        text << "\nbits per component: " << format->depth
+             << "\npacking: " << WordsFor(format->packing, kPackings, "");
     }
     text << "\nbytes per line: " << image.LinePitch() << "\nline padding: " << image.linePadding
          << "\nbytes: " << frame.BytesPresent()
@@ -52,22 +46,12 @@ std::string DescribeRawFile(const Frame& frame, const std::string& cameraId) {
     return text.str();
 }
 
-using Encode = std::vector<uint8_t> (*)(const Imaging::Picture&);
-
-Encode EncoderOf(FileFormat format) {
-    switch (format) {
-        case FileFormat::Tiff:
-            return Imaging::EncodeTiff;
-        case FileFormat::Jpeg:
-            return Imaging::EncodeJpeg;
-        default:
-            return Imaging::EncodePng;
-    }
-}
-
 std::vector<uint8_t> EncodePicture(const Frame& frame, FileFormat format) {
     try {
-        return EncoderOf(format)(Imaging::Decode(frame.image));
+        const Imaging::Picture picture = Imaging::Decode(frame.image);
+        if (format == FileFormat::Tiff) return Imaging::EncodeTiff(picture);
+        return format == FileFormat::Jpeg ? Imaging::EncodeJpeg(picture)
+                                          : Imaging::EncodePng(picture);
     } catch (const Imaging::Error& error) {
         throw Failure(ExitCode::FileFailed,
                       std::string(error.what()) + "; --format raw writes the bytes unchanged");
@@ -87,20 +71,20 @@ std::string LowerEndingOf(const std::string& file) {
     return ending.empty() || std::isdigit(static_cast<unsigned char>(ending[0])) != 0 ? "" : ending;
 }
 
-constexpr struct {
-    const char* ending;
-    FileFormat format;
-} kEndings[] = {{"", FileFormat::Png},      {"png", FileFormat::Png},  {"tif", FileFormat::Tiff},
-                {"tiff", FileFormat::Tiff}, {"jpg", FileFormat::Jpeg}, {"jpeg", FileFormat::Jpeg},
-                {"raw", FileFormat::Raw}};
+// The usual extension of each format comes first.
+constexpr Word<FileFormat> kEndings[] = {
+    {FileFormat::Png, "png"},  {FileFormat::Tiff, "tif"},  {FileFormat::Tiff, "tiff"},
+    {FileFormat::Jpeg, "jpg"}, {FileFormat::Jpeg, "jpeg"}, {FileFormat::Raw, "raw"},
+};
 
 }  // namespace
 
 FileFormat FormatOf(const std::string& format, const std::string& output) {
     if (format == "none") return FileFormat::None;
     const std::string ending = format.empty() ? LowerEndingOf(output) : format;
+    if (ending.empty()) return FileFormat::Png;
     for (const auto& each : kEndings)
-        if (ending == each.ending) return each.format;
+        if (ending == each.words) return each.code;
     throw Failure(ExitCode::Usage, "no format has the extension ." + ending +
                                        ": use .png, .tif, .jpg or .raw, or choose a format with "
                                        "--format (png, tiff, jpeg, raw)");
@@ -108,17 +92,8 @@ FileFormat FormatOf(const std::string& format, const std::string& output) {
 
 const std::vector<std::string> kFormatNames = {"png", "tiff", "jpeg", "raw", "none"};
 
-const char* UsualEnding(FileFormat format) {
-    switch (format) {
-        case FileFormat::Tiff:
-            return ".tif";
-        case FileFormat::Jpeg:
-            return ".jpg";
-        case FileFormat::Raw:
-            return ".raw";
-        default:
-            return ".png";
-    }
+std::string UsualEnding(FileFormat format) {
+    return std::string(".") + WordsFor(format, kEndings, "png");
 }
 
 EncodedFrame::EncodedFrame(const Frame& frame, FileFormat format, const std::string& cameraId) {

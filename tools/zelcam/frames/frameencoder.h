@@ -20,7 +20,7 @@ extern const std::vector<std::string> kFormatNames;
 FileFormat FormatOf(const std::string& format, const std::string& output);
 
 // The usual extension of a file, with the dot.
-const char* UsualEnding(FileFormat format);
+std::string UsualEnding(FileFormat format);
 
 // A frame in one of the formats other than None. The frame must outlive this object.
 class EncodedFrame {

@@ -72,13 +72,14 @@ void FrameFiles::Work() {
 }
 
 void FrameFiles::Write(const Task& task) {
-    WriteFiles(task.frame);
-    Note(task.frame);
-    if (log_ != nullptr) log_->Add(task.place, task.frame.entry, task.frame.file);
+    const FrameToWrite& frame = task.frame;
+    WriteFiles(frame);
+    Note(frame);
+    if (log_ != nullptr) log_->Add(task.place, frame.arrival, frame.frame.Get(), frame.file);
 }
 
 void FrameFiles::WriteFiles(const FrameToWrite& frame) {
-    const EncodedFrame encoded(frame.frame.Get(), settings_.format, frame.entry.camera);
+    const EncodedFrame encoded(frame.frame.Get(), settings_.format, frame.arrival.camera);
     if (frame.file == kStandardStream) {
         WriteToStandardOutput(encoded.Data(), encoded.Size());
         return;
@@ -102,7 +103,7 @@ Existing FrameFiles::ExistingFor(const std::string& file) const {
 void FrameFiles::Note(const FrameToWrite& frame) {
     const std::lock_guard lock(mutex_);
     WrittenFiles& written = *frame.written;
-    const uint64_t number = frame.entry.number;
+    const uint64_t number = frame.arrival.number;
     if (written.count == 0 || number < written.firstNumber) {
         written.first = frame.file;
         written.firstNumber = number;

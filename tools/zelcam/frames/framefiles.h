@@ -29,7 +29,7 @@ struct WrittenFiles {
 
 struct FrameToWrite {
     StoredFrame frame;
-    LoggedFrame entry;
+    Arrival arrival;
     std::string file;  // or kStandardStream
     WrittenFiles* written;
 };

@@ -3,7 +3,6 @@
 #include "tools/imaging/pixelformat.h"
 #include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/printable.h"
-#include "tools/zelcam/console/timetext.h"
 
 namespace ZelTool {
 
@@ -21,13 +20,14 @@ std::string Cell(const std::string& text) {
     return '"' + cell + '"';
 }
 
-std::string LineOf(const LoggedFrame& frame, const std::string& file) {
+std::string LineOf(const Arrival& arrival, const Frame& frame, const std::string& file) {
+    const Imaging::RawImage& image = frame.image;
     std::string line;
     for (const std::string& cell :
-         {Cell(frame.camera), std::to_string(frame.number), TimeStamp(frame.arrived),
+         {Cell(arrival.camera), std::to_string(arrival.number), TimeStamp(arrival.time),
           std::to_string(frame.frameId), std::to_string(frame.timestamp),
-          std::to_string(frame.width), std::to_string(frame.height),
-          Imaging::PixelFormatName(frame.pixelFormat), std::to_string(frame.bytes),
+          std::to_string(image.width), std::to_string(image.height),
+          Imaging::PixelFormatName(image.pixelFormat), std::to_string(frame.BytesPresent()),
           std::string(frame.incomplete ? "no" : "yes"), Cell(file)})
         line += cell + ',';
     line.back() = '\n';
@@ -35,19 +35,6 @@ std::string LineOf(const LoggedFrame& frame, const std::string& file) {
 }
 
 }  // namespace
-
-LoggedFrame Logged(const std::string& cameraId, uint64_t number, const Frame& frame) {
-    return {cameraId,
-            number,
-            std::chrono::system_clock::now(),
-            frame.frameId,
-            frame.timestamp,
-            frame.image.width,
-            frame.image.height,
-            frame.image.pixelFormat,
-            frame.BytesPresent(),
-            frame.incomplete};
-}
 
 FrameLog::FrameLog(const std::string& file, Existing existing) : file_(file, existing) {
     const std::string text = kHeadings;
@@ -60,9 +47,10 @@ uint64_t FrameLog::Reserve() {
     return reserved_++;
 }
 
-void FrameLog::Add(uint64_t place, const LoggedFrame& frame, const std::string& file) {
+void FrameLog::Add(uint64_t place, const Arrival& arrival, const Frame& frame,
+                   const std::string& file) {
     const std::lock_guard lock(mutex_);
-    lines_[place] = LineOf(frame, file);
+    lines_[place] = LineOf(arrival, frame, file);
     std::string text;
     for (auto line = lines_.begin(); line != lines_.end() && line->first == next_; ++next_) {
         text += line->second;

@@ -1,6 +1,7 @@
 #include "tools/zelcam/frames/framename.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <string_view>
 
 #include "tools/zelcam/console/failure.h"
@@ -39,58 +40,45 @@ std::string FileNameSafe(const std::string& text) {
     return safe.empty() ? "_" : safe;
 }
 
-void CheckPlace(const std::string& name) {
-    if (name == "n" || name == "frame" || name == "camera") return;
-    throw Failure(ExitCode::Usage,
-                  "--output has an unknown {" + name + "}; use {n}, {frame} or {camera}");
-}
-
 // The position of the extension in a file name. The dot of a hidden file does not begin one.
 size_t EndingOf(const std::string& name) {
-    const size_t slash = name.rfind('/');
-    const size_t begin = slash == std::string::npos ? 0 : slash + 1;
-    const size_t dot = name.rfind('.');
-    return dot == std::string::npos || dot <= begin ? name.size() : dot;
+    return name.size() - std::filesystem::path(name).extension().native().size();
 }
 
 }  // namespace
 
-FileNamePattern::FileNamePattern(const std::string& pattern) {
-    for (size_t at = 0; at < pattern.size();) {
-        const size_t open = pattern.find('{', at);
-        if (open != at) pieces_.push_back({false, pattern.substr(at, open - at)});
-        if (open == std::string::npos) break;
-        const size_t close = pattern.find('}', open);
-        if (close == std::string::npos) {
-            throw Failure(ExitCode::Usage, "--output has a { without }");
-        }
-        const std::string name = pattern.substr(open + 1, close - open - 1);
-        CheckPlace(name);
-        pieces_.push_back({true, name});
-        at = close + 1;
-    }
+FileNamePattern::FileNamePattern(std::string pattern) : pattern_(std::move(pattern)) {
+    Expand(0, 0, "");  // throws for a pattern that no frame can fill
 }
 
 std::string FileNamePattern::Expand(uint64_t number, uint64_t frameId,
                                     const std::string& cameraId) const {
     std::string name;
-    for (const Piece& piece : pieces_) {
-        if (!piece.isPlace) {
-            name += piece.text;
-        } else if (piece.text == "n") {
-            name += FourDigits(number);
-        } else if (piece.text == "frame") {
-            name += std::to_string(frameId);
-        } else {
-            name += FileNameSafe(cameraId);
+    for (size_t at = 0;;) {
+        const size_t open = pattern_.find('{', at);
+        name += pattern_.substr(at, open - at);
+        if (open == std::string::npos) return name;
+        const size_t close = pattern_.find('}', open);
+        if (close == std::string::npos) {
+            throw Failure(ExitCode::Usage, "--output has a { without }");
         }
+        const std::string place = pattern_.substr(open + 1, close - open - 1);
+        if (place == "n") {
+            name += FourDigits(number);
+        } else if (place == "frame") {
+            name += std::to_string(frameId);
+        } else if (place == "camera") {
+            name += FileNameSafe(cameraId);
+        } else {
+            throw Failure(ExitCode::Usage,
+                          "--output has an unknown {" + place + "}; use {n}, {frame} or {camera}");
+        }
+        at = close + 1;
     }
-    return name;
 }
 
 bool FileNamePattern::Has(const std::string& place) const {
-    return std::any_of(pieces_.begin(), pieces_.end(),
-                       [&](const Piece& piece) { return piece.isPlace && piece.text == place; });
+    return pattern_.find("{" + place + "}") != std::string::npos;
 }
 
 std::string FrameNamer::NameOf(uint64_t number, uint64_t frameId, bool incomplete) {

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "tools/zelcam/frames/frame.h"
 
@@ -16,7 +16,7 @@ namespace ZelTool {
 class FileNamePattern {
   public:
     // Throws Failure (Usage) for an unknown placeholder and an unclosed brace.
-    explicit FileNamePattern(const std::string& pattern);
+    explicit FileNamePattern(std::string pattern);
 
     std::string Expand(uint64_t number, uint64_t frameId, const std::string& cameraId) const;
 
@@ -26,11 +26,7 @@ class FileNamePattern {
     bool DistinguishesFrames() const { return Has("n") || Has("frame"); }
 
   private:
-    struct Piece {
-        bool isPlace;
-        std::string text;  // name of the placeholder, or the text itself
-    };
-    std::vector<Piece> pieces_;
+    std::string pattern_;
 };
 
 // Names the frames of one camera in their order. The names of incomplete frames get "-incomplete"

@@ -2,8 +2,7 @@
 
 #include <utility>
 
-#include <Base/GCBase.h>
-
+#include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/features/featuresetting.h"
 
 namespace ZelTool {
@@ -19,19 +18,11 @@ GrabJob::GrabJob(const Camera& camera, const GrabSettings& settings, FrameNamer 
     if (settings.triggersPerSecond) trigger_.emplace(features, *settings.triggersPerSecond);
 }
 
-void GrabJob::Run(const GrabTargets& targets) {
-    try {
-        Grab(targets);
-    } catch (const Failure& failure) {
-        report_.NoteFailure(failure);
-    } catch (const GenICam::GenericException& error) {
-        report_.NoteFailure(Failure(ExitCode::FeatureFailed, error.GetDescription()));
-    } catch (const std::exception& error) {
-        report_.NoteFailure(Failure(ExitCode::AcquisitionFailed, error.what()));
-    }
+void GrabJob::Run(GrabTargets& targets) {
+    if (const auto failure = FailureOf([&] { Grab(targets); })) report_.NoteFailure(*failure);
 }
 
-void GrabJob::Grab(const GrabTargets& targets) {
+void GrabJob::Grab(GrabTargets& targets) {
     const auto take = [&](const Frame& frame, uint64_t number) {
         return Take(frame, number, targets);
     };
@@ -40,15 +31,15 @@ void GrabJob::Grab(const GrabTargets& targets) {
     if (trigger_) report_.triggers = trigger_->Sent();
 }
 
-bool GrabJob::Take(const Frame& frame, uint64_t number, const GrabTargets& targets) {
-    targets.progress->Add();
-    LoggedFrame entry = Logged(report_.camera.id, number, frame);
-    if (targets.files != nullptr) {
-        return targets.files->Put({StoredFrame(frame), std::move(entry),
+bool GrabJob::Take(const Frame& frame, uint64_t number, GrabTargets& targets) {
+    targets.progress.Add();
+    Arrival arrival = {report_.camera.id, number, WallClock::now()};
+    if (targets.files) {
+        return targets.files->Put({StoredFrame(frame), std::move(arrival),
                                    namer_.NameOf(number, frame.frameId, frame.incomplete),
                                    &report_.files});
     }
-    if (targets.log != nullptr) targets.log->Add(targets.log->Reserve(), entry, "");
+    if (targets.log) targets.log->Add(targets.log->Reserve(), arrival, frame, "");
     return true;
 }
 

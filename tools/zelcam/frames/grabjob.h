@@ -26,9 +26,9 @@ struct GrabSettings {
 
 // Where frames go. All cameras share these.
 struct GrabTargets {
-    FrameFiles* files = nullptr;  // null: frames are only counted
-    FrameLog* log = nullptr;      // null: no log
-    GrabProgress* progress = nullptr;
+    GrabProgress progress;
+    std::optional<FrameLog> log;
+    std::optional<FrameFiles> files;  // without it, frames are only counted
 };
 
 // Opens a camera and sets its features in the constructor, grabs in Run, and closes the camera at
@@ -42,14 +42,14 @@ class GrabJob {
     GrabJob& operator=(const GrabJob&) = delete;
 
     // Does not throw: failures are in the report. Several cameras run in one thread each.
-    void Run(const GrabTargets& targets);
+    void Run(GrabTargets& targets);
 
     void Close() { opened_.reset(); }
     GrabReport& Report() { return report_; }
 
   private:
-    void Grab(const GrabTargets& targets);
-    bool Take(const Frame& frame, uint64_t number, const GrabTargets& targets);
+    void Grab(GrabTargets& targets);
+    bool Take(const Frame& frame, uint64_t number, GrabTargets& targets);
 
     const GrabSettings& settings_;
     FrameNamer namer_;

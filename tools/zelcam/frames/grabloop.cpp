@@ -4,7 +4,6 @@
 
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/console/interrupt.h"
-#include "tools/zelcam/console/pause.h"
 
 namespace ZelTool {
 
@@ -70,7 +69,7 @@ void Loop(Acquisition& acquisition, const GrabLimits& limits, SoftwareTrigger* t
                             report);
             return;
         }
-        const Frame frame(*buffer);
+        const Frame frame = FrameIn(*buffer);
         statistics.Add(frame.frameId, frame.incomplete, FrameStatistics::Clock::now());
         report.NoteFrame(frame);
         if (!take(frame, statistics.Frames())) return;

@@ -12,8 +12,6 @@ namespace ZelTool {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 // Prints a line of the summary, with an explanation if the count is not 0.
 void PrintCount(std::ostream& out, const char* name, uint64_t count, const char* explanation) {
     out << name << count << (count == 0 ? "" : explanation) << '\n';

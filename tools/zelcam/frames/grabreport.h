@@ -7,10 +7,9 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
 #include "tools/zelcam/camera/session.h"
 #include "tools/zelcam/console/failure.h"
+#include "tools/zelcam/console/jsontext.h"
 #include "tools/zelcam/features/featuresetting.h"
 #include "tools/zelcam/frames/framefiles.h"
 #include "tools/zelcam/frames/framestatistics.h"
@@ -40,7 +39,7 @@ struct GrabReport {
 
     // Prints the summary to `out`, errors and their causes to `err`.
     void PrintText(std::ostream& out, std::ostream& err) const;
-    nlohmann::ordered_json AsJson() const;
+    Json AsJson() const;
 
   private:
     void PrintSummary(std::ostream& out) const;

@@ -57,11 +57,7 @@ void SoftwareTrigger::FrameCame() {
 void SoftwareTrigger::FireWhenDue() {
     const Clock::time_point now = Clock::now();
     if (now < due_) return;
-    const ZelCamErr code = command_.ToCommand()->Execute();
-    if (code != ZelCamErr_Success) {
-        throw Failure(ExitCode::FeatureFailed,
-                      std::string(kCommandName) + " failed: " + ErrorWords(code));
-    }
+    RequireSuccess(command_.ToCommand()->Execute(), std::string(kCommandName) + " failed");
     ++sent_;
     due_ = hasRate_ && now - due_ < interval_ ? due_ + interval_ : Clock::now() + interval_;
 }

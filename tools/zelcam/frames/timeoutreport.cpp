@@ -8,51 +8,8 @@ namespace ZelTool {
 
 namespace {
 
-Check CheckGrabbing(ZelCam::Stream& stream) {
-    const bool grabbing = stream.IsGrabbing();
-    return {grabbing, grabbing ? "the stream is grabbing" : "the stream is not grabbing",
-            "the acquisition ended by itself: the camera stopped or was unplugged"};
-}
-
-Check CheckAnnounced(ZelCam::Stream& stream) {
-    const uint64_t announced = stream.GetNumAnnounced();
-    const uint64_t needed = std::max<uint64_t>(stream.GetMinNumBuffers(), 1);
-    return {announced >= needed,
-            std::to_string(announced) + " buffers are announced, at least " +
-                std::to_string(needed) + " needed",
-            "use more buffers: --buffers"};
-}
-
-Check CheckQueued(ZelCam::Stream& stream) {
-    const uint64_t queued = stream.GetNumQueued();
-    return {queued > 0, std::to_string(queued) + " buffers are queued and wait for a frame",
-            "without a queued buffer every frame is dropped: use more with --buffers"};
-}
-
-Check CheckAwaiting(ZelCam::Stream& stream) {
-    const uint64_t waiting = stream.GetNumAwaitDelivery();
-    return {waiting == 0, std::to_string(waiting) + " filled buffers wait to be fetched",
-            "the producer has frames but does not deliver them: look for a newer producer"};
-}
-
-Check CheckDelivered(ZelCam::Stream& stream) {
-    const uint64_t delivered = stream.GetNumDelivered();
-    return {delivered > 0,
-            std::to_string(delivered) + " frames were delivered since the acquisition started", ""};
-}
-
-Check CheckUnderruns(ZelCam::Stream& stream) {
-    const uint64_t underruns = stream.GetNumUnderrun();
-    return {underruns == 0,
-            std::to_string(underruns) + " frames were dropped because no buffer was queued",
-            "use more buffers (--buffers) or write less (--format none)"};
-}
-
-Check CheckIncomplete(const FrameStatistics& statistics) {
-    return {statistics.Incomplete() == 0,
-            std::to_string(statistics.Incomplete()) + " frames arrived incomplete",
-            "data is lost on the way: check the cable, the switch, the packet size and the receive "
-            "buffers"};
+Check CheckCount(bool good, uint64_t count, const std::string& what, const std::string& advice) {
+    return {good, std::to_string(count) + " " + what, advice};
 }
 
 // Asks for the status again: the camera may have been lost since it was listed.
@@ -70,13 +27,36 @@ std::vector<Check> CheckSilence(Acquisition& acquisition, const Camera& camera,
                                 const FrameStatistics& statistics, uint64_t timeoutMs,
                                 uint64_t triggersSent) {
     ZelCam::Stream& stream = acquisition.Stream();
-    std::vector<Check> checks = {CheckAccess(camera), CheckGrabbing(stream)};
+    const bool grabbing = stream.IsGrabbing();
+    std::vector<Check> checks = {
+        CheckAccess(camera),
+        {grabbing, grabbing ? "the stream is grabbing" : "the stream is not grabbing",
+         "the acquisition ended by itself: the camera stopped or was unplugged"}};
     for (Check& check : CheckCamera(acquisition.Camera(), camera.id, timeoutMs, triggersSent))
         checks.push_back(std::move(check));
-    for (const Check& check :
-         {CheckAnnounced(stream), CheckQueued(stream), CheckAwaiting(stream),
-          CheckUnderruns(stream), CheckIncomplete(statistics), CheckDelivered(stream)})
-        checks.push_back(check);
+    const uint64_t announced = stream.GetNumAnnounced();
+    const uint64_t needed = std::max<uint64_t>(stream.GetMinNumBuffers(), 1);
+    const uint64_t queued = stream.GetNumQueued();
+    const uint64_t waiting = stream.GetNumAwaitDelivery();
+    const uint64_t underruns = stream.GetNumUnderrun();
+    const uint64_t incomplete = statistics.Incomplete();
+    const uint64_t delivered = stream.GetNumDelivered();
+    const std::initializer_list<Check> counts = {
+        CheckCount(announced >= needed, announced,
+                   "buffers are announced, at least " + std::to_string(needed) + " needed",
+                   "use more buffers: --buffers"),
+        CheckCount(queued > 0, queued, "buffers are queued and wait for a frame",
+                   "without a queued buffer every frame is dropped: use more with --buffers"),
+        CheckCount(waiting == 0, waiting, "filled buffers wait to be fetched",
+                   "the producer has frames but does not deliver them: look for a newer producer"),
+        CheckCount(underruns == 0, underruns, "frames were dropped because no buffer was queued",
+                   "use more buffers (--buffers) or write less (--format none)"),
+        CheckCount(incomplete == 0, incomplete, "frames arrived incomplete",
+                   "data is lost on the way: check the cable, the switch, the packet size and the "
+                   "receive buffers"),
+        CheckCount(delivered > 0, delivered, "frames were delivered since the acquisition started",
+                   "")};
+    checks.insert(checks.end(), counts);
     return checks;
 }
 
