@@ -162,7 +162,7 @@ TEST_F(ToolConfig, NothingToSaveIsAFailureThatSaysWhy) {
     SetFeatures(one, test::Literal("One", "1"));
     const ToolResult none = Run({"config", "save", "own", "saved.xml"});
     EXPECT_EQ(none.exitCode, 8);
-    EXPECT_THAT(none.err, HasSubstr("calls no feature streamable"));
+    EXPECT_THAT(none.err, HasSubstr("marks no feature as streamable"));
 
     SetFeatures(one, "<Integer Name='One'><Streamable>Yes</Streamable><Value>1</Value></Integer>" +
                          test::Literal("TLParamsLocked", "1"));

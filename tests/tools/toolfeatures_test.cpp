@@ -77,7 +77,7 @@ TEST_F(ToolFeatures, TheCameraMayBeLeftOut) {
          {std::vector<std::string>{"get"}, {"get", "cam-a"}}) {
         const ToolResult result = Run(command);
         EXPECT_EQ(result.exitCode, 1);
-        EXPECT_THAT(result.err, HasSubstr("which features?"));
+        EXPECT_THAT(result.err, HasSubstr("name the features to read"));
     }
     const ToolResult neither = Run({"get", "cam-x", "Width"});
     EXPECT_EQ(neither.exitCode, 8);

@@ -115,7 +115,7 @@ TEST_F(ToolFirmware, RefusesWhatIsNoImageBeforeTheCameraIsTouched) {
     Write("full.rpd", "firmware");
     const ToolResult full = Upload("full.rpd", {"-y"});
     EXPECT_EQ(full.exitCode, 7);
-    EXPECT_THAT(full.err, HasSubstr("the camera is as it was"));
+    EXPECT_THAT(full.err, HasSubstr("the camera is unchanged"));
     for (const char* file : {"/dev/null", "/proc/cpuinfo", "/proc", "missing.rpd"})
         EXPECT_EQ(Upload(file, {"-y", "--erase"}).exitCode, 7) << file;
     EXPECT_EQ(Upload("empty.rpd", {"-y", "--erase", "-a", "readonly"}).exitCode, 1);

@@ -62,7 +62,7 @@ TEST_F(ToolSimulated, OptionAsks) {
     SetVariable("LD_LIBRARY_PATH", ZELCAM_RECORDING);
     const ToolResult elsewhere = Run({"list", "--simulated"});
     EXPECT_EQ(elsewhere.exitCode, 3);
-    EXPECT_THAT(elsewhere.out, AllOf(HasSubstr("look at the file in ZELSIM_CONFIG"),
+    EXPECT_THAT(elsewhere.out, AllOf(HasSubstr("check the file in ZELSIM_CONFIG"),
                                      Not(HasSubstr("no camera at hand"))));
 }
 

@@ -64,7 +64,7 @@ ExitCode Run(const Invocation& invocation) {
 }
 
 ExitCode ParseAndRun(int argc, char** argv) {
-    CommandLine line("zelcam", ZELCAM_VERSION, "Find cameras, set them, and grab frames from them");
+    CommandLine line("zelcam", ZELCAM_VERSION, "Find cameras, set their features and grab frames");
     Command app = line.Program();
     app.Footer(kHelp);
     Invocation invocation;

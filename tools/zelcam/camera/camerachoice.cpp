@@ -65,9 +65,9 @@ void ReportFailedProducers(const Session& session) {
 }
 
 [[noreturn]] void FailWithoutCamera(const Session& session) {
-    std::string message = "no camera was found; `zelcam list` says what to check";
+    std::string message = "no camera was found; `zelcam list` shows what to check";
     if (session.CouldAskForSimulated()) {
-        message += ", and --simulated takes a simulated one (other programs: ZELSIM=1)";
+        message += ". --simulated uses a simulated camera (in other programs: ZELSIM=1)";
     }
     throw Failure(ExitCode::NoCamera, message);
 }
@@ -78,8 +78,8 @@ const Camera& SelectOne(const Session& session, const std::string& wanted) {
     if (!camera.simulated || session.AsksForSimulated()) return camera;
     if (wanted.empty() && session.HasRealProducer()) {
         throw Failure(ExitCode::NoCamera,
-                      "no real camera was found, only simulated ones; `zelcam list` says what to "
-                      "check, and --simulated chooses a simulated camera");
+                      "no real camera was found, only simulated ones; `zelcam list` shows what to "
+                      "check. --simulated uses a simulated camera");
     }
     if (wanted.empty() || wanted == std::to_string(camera.number)) {
         std::cerr << "zelcam: note: camera " << Printable(camera.id) << " is simulated\n";
@@ -98,8 +98,8 @@ const Camera& ChooseCamera(const std::vector<Camera>& cameras, const std::string
     }
     if (found.size() > 1 && !wanted.empty()) {
         throw Failure(ExitCode::NoCamera, "\"" + wanted +
-                                              "\" matches several cameras; choose one by the "
-                                              "number before it, or as PRODUCER/CAMERA" +
+                                              "\" matches several cameras; choose one by its "
+                                              "number here, or as PRODUCER/CAMERA:" +
                                               Lines(found));
     }
     return *found.front();

@@ -113,9 +113,10 @@ ExitCode RunCheck(const CheckOptions& options) {
 
 void AddCheckCommand(Command app, Invocation& invocation) {
     auto [command, options] = AddCommand(
-        app, invocation, "check", "Check everything that programs rely on with a camera", RunCheck);
+        app, invocation, "check", "Check that a camera does what programs rely on", RunCheck);
     AddCameraArgument(command, options.camera, false);
-    AddSampleOptions(command, options.limits.count, options.limits.timeoutMs, "lost ones");
+    AddSampleOptions(command, options.limits.count, options.limits.timeoutMs,
+                     "to look for lost ones");
     AddAccessOption(command, options.access, kAccessNames);
     AddSessionOptions(command, options);
     command.Footer(

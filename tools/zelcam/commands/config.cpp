@@ -111,6 +111,14 @@ AddedCommand<ConfigOptions> AddAction(Command parent, Invocation& invocation, co
 
 void AddConfigCommand(Command app, Invocation& invocation) {
     Command command = app.AddCommand("config", "Save, load and compare settings of a camera");
+    // The commands inside this one take over its footer.
+    command.Footer(
+        "Examples:\n"
+        "  zelcam config save 1 bright.xml\n"
+        "  zelcam config load 4711 bright.xml\n"
+        "  zelcam config diff 1 bright.xml      exit code 9 when something differs\n\n"
+        "The file of one camera can be loaded into another. When some settings fail, the others "
+        "stay, and the command prints the features that failed.");
     auto [save, saveOptions] =
         AddAction(command, invocation, "save", "Save the settings of a camera to a file",
                   "The configuration file; -: standard output", RunSave);
@@ -120,16 +128,9 @@ void AddConfigCommand(Command app, Invocation& invocation) {
         AddAction(command, invocation, "load", "Load the settings in a file into a camera",
                   kUsedFile, RunLoad);
     load.AddFlag("--user-name", loadOptions.userName,
-                 "Load the user name (DeviceUserID) of another camera, too");
+                 "Also load the user name (DeviceUserID) of another camera");
     AddAction(command, invocation, "diff", "Show where the settings of a camera and a file differ",
               kUsedFile, RunDiff);
-    command.Footer(
-        "Examples:\n"
-        "  zelcam config save 1 bright.xml\n"
-        "  zelcam config load 4711 bright.xml\n"
-        "  zelcam config diff 1 bright.xml      exit code 9 when something differs\n\n"
-        "The file of one camera can be loaded into another. When some settings fail, the others "
-        "stay, and the command prints the features that failed.");
 }
 
 }  // namespace ZelTool

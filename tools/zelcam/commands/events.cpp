@@ -39,7 +39,7 @@ class Listening {
             if (std::find(known.begin(), known.end(), name) == known.end()) {
                 throw Failure(ExitCode::FeatureFailed, "the camera has no event \"" + name + "\"" +
                                                            DidYouMean(name, known) + "\nIt has " +
-                                                           Joined(known, " "));
+                                                           Joined(known));
             }
             listeners_.push_back(std::make_unique<EventListener>(features, name, queue_));
             switches_.push_back(std::make_unique<EventSwitch>(features, name));
@@ -96,8 +96,8 @@ void PassFrame(Acquisition& acquisition) {
 void PrintWhatMayBeMissing(const EventsOptions& options) {
     std::cerr << "zelcam: note: no event came";
     if (options.names.empty())
-        std::cerr << "; without names, only events arrive that were already on";
-    if (!options.grab) std::cerr << "; many events come only with frames: --grab";
+        std::cerr << "; without NAME, only events that are already on arrive";
+    if (!options.grab) std::cerr << "; many events come only with frames: give --grab";
     std::cerr << '\n';
 }
 
@@ -142,13 +142,14 @@ void AddEventsCommand(Command app, Invocation& invocation) {
                       "Events to switch on, as EventSelector names them. Default: the events that "
                       "are already on");
     AddEndOptions(command, options.count, options.durationMs, "events");
-    command.AddFlag("--grab", options.grab, "Let the camera send frames meanwhile");
+    command.AddFlag("--grab", options.grab,
+                    "Grab frames meanwhile: many events come only with frames");
     command.Footer(
         "Examples:\n"
         "  zelcam events 1 ExposureEnd --grab -n 10\n"
         "  zelcam events 1 --json               one JSON object per line\n\n"
-        "At its end the command switches the events back. It ends with exit code 8 when the "
-        "camera is lost.");
+        "The command restores the notification of the events when it ends. The exit code is 8 "
+        "when the camera is lost.");
 }
 
 }  // namespace ZelTool

@@ -89,13 +89,13 @@ void AddFeaturesCommand(Command app, Invocation& invocation) {
         AddCommand(app, invocation, "features", "Show the features of a camera", RunFeatures);
     AddModuleOptions(command, options, false);
     AddFilterOptions(command, options.glob, options.visibility);
-    command.AddFlag("--names", options.names, "Print only names, for completion").Hide();
-    command.AddFlag("--all", options.missing, "Show features that this camera does not have, too");
+    command.AddFlag("--names", options.names, "Print only names, for completion").Group("");
+    command.AddFlag("--all", options.missing, "Also show features that this camera does not have");
     command.AddFlag("-d,--descriptions", options.descriptions, "Show what the features are for");
     command.Footer(
         "Examples:\n"
         "  zelcam features                        everything about the first camera\n"
-        "  zelcam features \"Exposure*\" -d        of the first camera, with descriptions\n"
+        "  zelcam features \"Exposure*\" -d         of the first camera, with descriptions\n"
         "  zelcam features 1 AnalogControl        the features of one category\n"
         "  zelcam features 1 --module stream --json\n\n"
         "A single argument is CAMERA if a camera has that name, else GLOB. ACCESS is rw, ro, wo, "

@@ -118,7 +118,7 @@ class Upload {
     if (code == ZelCamErr_InvalidFile || code == ZelCamErr_FileOpenFailed) {
         throw Failure(ExitCode::FileFailed,
                       options.file +
-                          " was refused, and the camera is as it was: " + ErrorWords(code) +
+                          " was refused, and the camera is unchanged: " + ErrorWords(code) +
                           ". So far, only an empty file is accepted, which erases the flash");
     }
     const std::string what = "the upload failed: " + ErrorWords(code) + "; ";
@@ -166,7 +166,7 @@ ExitCode RunFirmware(const FirmwareOptions& options) {
     }
     if (!options.yes && isatty(STDIN_FILENO) == 0) {
         throw Failure(ExitCode::Usage,
-                      "there is no terminal to ask for a confirmation; --yes goes on without");
+                      "there is no terminal to ask for confirmation: --yes uploads without asking");
     }
     FeatureSession session(options);
     const Camera& camera = session.Camera().Info();
@@ -200,7 +200,8 @@ void AddFirmwareCommand(Command app, Invocation& invocation) {
         "Example:\n"
         "  zelcam firmware 4711 empty.rpd --erase\n\n"
         "The upload erases the camera's flash. The camera is unusable until it has firmware again. "
-        "So far, the command refuses an image with contents, without touching the camera. The "
+        "So far, the command refuses every image that is not empty, and leaves the camera alone. "
+        "The "
         "first Ctrl-C does not end an upload, the second one does. Repeat a failed upload before "
         "you switch the camera off.");
 }

@@ -223,7 +223,7 @@ void AddFrameOptions(Command command, GrabOptions& options) {
 void AddSpeedOptions(Command command, GrabOptions& options) {
     command
         .AddOption("-b,--buffers", "N", options.grab.buffers,
-                   "Frames that can wait in the producer's memory; it may need more")
+                   "Frames that can wait in the producer's memory; more if the producer needs more")
         .Range(1, 4096);
     command
         .AddOption("--queue", "N", options.files.waiting,
@@ -245,8 +245,7 @@ void AddCameraOptions(Command command, GrabOptions& options) {
                    "given order")
         .OneValueEach();
     command.AddFlag("--trigger", options.trigger,
-                    "Send the camera a software trigger for each frame, the next one when a frame "
-                    "has arrived");
+                    "Send the camera software triggers, each after the frame of the one before");
     command.AddOption("--trigger-rate", "HZ", options.triggerRate,
                       "Send this many software triggers per second instead");
 }
@@ -267,7 +266,7 @@ void AddGrabCommand(Command app, Invocation& invocation) {
         "  zelcam grab left right -n 5 --log all.csv  five pictures of each, and a table\n"
         "  zelcam grab left -n 0 -f none              count frames until Ctrl-C\n"
         "  zelcam grab --set ExposureTime=500         one picture with a short exposure\n"
-        "  zelcam grab -n 3 -o \"{camera}-{frame}.raw\"  the bytes of three frames\n"
+        "  zelcam grab -n 3 -o {camera}-{frame}.raw   the bytes of three frames\n"
         "  zelcam grab -f jpeg -o - | display -       show a picture\n\n"
         "Pictures of more than 8 bits are written with 16: values are stretched so that the "
         "camera's white is white. The names of incomplete frames get \"-incomplete\". When no "

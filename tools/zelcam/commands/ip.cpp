@@ -81,7 +81,15 @@ AddedCommand<IpOptions> AddAction(Command parent, Invocation& invocation, const 
 }  // namespace
 
 void AddIpCommand(Command app, Invocation& invocation) {
-    Command command = app.AddCommand("ip", "The network address of a GigE Vision camera");
+    Command command =
+        app.AddCommand("ip", "Show or force the network address of a GigE Vision camera");
+    // The commands inside this one take over its footer.
+    command.Footer(
+        "Examples:\n"
+        "  zelcam ip show 1\n"
+        "  zelcam ip force 4711 192.168.0.10 255.255.255.0\n\n"
+        "A camera whose address does not belong to the network of its adapter is listed but cannot "
+        "be opened: force an address in that network, then set a persistent one.");
     AddAction(command, invocation, "show", "Print address, mask and gateway", RunShow);
     auto [force, options] =
         AddAction(command, invocation, "force",
@@ -91,12 +99,6 @@ void AddIpCommand(Command app, Invocation& invocation) {
     force.AddOption("mask", "MASK", network.mask, "The mask of its network").Required();
     force.AddOption("gateway", "GATEWAY", network.gateway, "The gateway; 0.0.0.0: none");
     force.AddFlag("--force", options.force, "Accept any address, mask and gateway");
-    command.Footer(
-        "Examples:\n"
-        "  zelcam ip show 1\n"
-        "  zelcam ip force 4711 192.168.0.10 255.255.255.0\n\n"
-        "A camera whose address does not belong to the network of its adapter is listed but cannot "
-        "be opened: force an address in that network, then set a persistent one.");
 }
 
 }  // namespace ZelTool

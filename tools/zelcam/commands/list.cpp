@@ -41,8 +41,8 @@ std::vector<std::string> WhatToCheck(const Session& session) {
     if (!session.HasInterfaceList()) return {DefaultProducerAdvice(session.Producers().front())};
     if (session.AsksForSimulated()) {
         return {
-            "no producer that is used simulates a camera: look at the file in ZELSIM_CONFIG, at "
-            "LD_LIBRARY_PATH (another default producer) and at --only"};
+            "no loaded producer has simulated cameras: check the file in ZELSIM_CONFIG, "
+            "LD_LIBRARY_PATH (another default producer?) and --only"};
     }
     if (!session.HasRealProducer()) {
         return {
@@ -87,7 +87,7 @@ void PrintText(const Session& session) {
     std::vector<std::string> checks = WhatToCheck(session);
     if (session.CouldAskForSimulated()) {
         checks.emplace_back(
-            "no camera at hand? every command takes simulated ones with --simulated: `zelcam list "
+            "no camera at hand? every command works with simulated cameras: `zelcam list "
             "--simulated`; other programs find them with ZELSIM=1 in their environment");
     }
     for (const std::string& check : checks)
@@ -129,7 +129,7 @@ void AddListCommand(Command app, Invocation& invocation) {
     auto [command, options] =
         AddCommand(app, invocation, "list", "List producers, interfaces and cameras", RunList);
     AddSessionOptions(command, options);
-    command.AddFlag("--names", options.names, "Print only names, for completion").Hide();
+    command.AddFlag("--names", options.names, "Print only names, for completion").Group("");
     command.Footer(
         "Examples:\n"
         "  zelcam list\n"

@@ -280,14 +280,14 @@ ExitCode RunReport(const ReportOptions& options) {
 }  // namespace
 
 void AddReportCommand(Command app, Invocation& invocation) {
-    auto [command, options] = AddCommand(app, invocation, "report",
-                                         "Write everything about a camera to a text", RunReport);
+    auto [command, options] = AddCommand(
+        app, invocation, "report", "Write a report with everything about a camera", RunReport);
     AddCameraArgument(command, options.camera, false);
     command.AddOption("-o,--output", "FILE", options.output,
                       "Write to this file; -: standard output");
     command.AddFlag("--mask", options.mask,
                     "Replace addresses, serial numbers and user names by ***");
-    AddSampleOptions(command, options.limits.count, options.limits.timeoutMs, "its statistics");
+    AddSampleOptions(command, options.limits.count, options.limits.timeoutMs, "for the statistics");
     AddAccessOption(command, options.access, kAccessNames);
     AddSessionOptions(command, options);
     command.Footer(

@@ -3,31 +3,39 @@
 namespace ZelTool {
 
 void AddSessionOptions(Command command, SessionOptions& options) {
+    constexpr const char* kGroup = "Where to look for cameras";
+    command.AddFlag("--json", options.json, "Print the result as JSON");
     command
         .AddOption("-p,--producer", "FILE", options.producers,
                    "Also load this GenTL producer (.cti file); may be repeated. The producers in "
                    "the folders of GENICAM_GENTL64_PATH are always loaded")
-        .OneValueEach();
-    command.AddOption(
-        "--only", "FILE", options.only,
-        "Use only the cameras of this producer: a file, or the name of a producer that "
-        "is loaded anyway");
+        .OneValueEach()
+        .Group(kGroup);
+    command
+        .AddOption("--only", "FILE", options.only,
+                   "Use only the cameras of this producer: a file, or the name of a producer that "
+                   "is loaded anyway")
+        .Group(kGroup);
     CommandOption simulated =
-        command.AddFlag("--simulated", options.simulated,
-                        "Use only simulated cameras: those in the file that ZELSIM_CONFIG names, "
-                        "else built-in ones");
+        command
+            .AddFlag("--simulated", options.simulated,
+                     "Use only simulated cameras: those in the file that ZELSIM_CONFIG names, "
+                     "else built-in ones")
+            .Group(kGroup);
     command.AddFlag("--no-simulated", options.noSimulated, "Leave out simulated cameras")
-        .Excludes(simulated);
+        .Excludes(simulated)
+        .Group(kGroup);
     command
         .AddOption("--search", "MS", options.searchMs,
                    "Time for each interface to find its cameras, in milliseconds")
-        .Range(0, 600000);
+        .Range(0, 600000)
+        .Group(kGroup);
     command
         .AddOption("--load-timeout", "MS", options.loadMs,
-                   "Time for each producer to load and to list its interfaces and cameras, not "
-                   "counting the search, in milliseconds")
-        .Range(100, 600000);
-    command.AddFlag("--json", options.json, "Print the result as JSON");
+                   "Longest time for a producer to load and to list its interfaces and cameras, "
+                   "not counting the search, in milliseconds")
+        .Range(100, 600000)
+        .Group(kGroup);
 }
 
 void AddCameraArgument(Command command, std::string& camera, bool required) {
@@ -44,7 +52,8 @@ void AddCameraArgument(Command command, std::string& camera, bool required) {
 }
 
 void AddAccessOption(Command command, std::string& access, const std::vector<std::string>& names) {
-    std::string words = "readonly, control (others may read) or exclusive";
+    std::string words = "control (others may read) or exclusive";
+    if (names.front() != "control") words = "readonly, " + words;
     if (names.front() == "auto") words += ";\nauto: control, or readonly if control is taken";
     command.AddOption("-a,--access", "ACCESS", access, words).OneOf(names);
 }
@@ -67,7 +76,7 @@ void AddFilterOptions(Command command, std::string& glob, std::string& visibilit
         "in file names");
     command
         .AddOption("-v,--visibility", "LEVEL", visibility,
-                   "Highest level: beginner, expert, guru or invisible")
+                   "Show features up to this level: beginner, expert, guru or invisible")
         .OneOf({"beginner", "expert", "guru", "invisible"});
 }
 
@@ -80,7 +89,7 @@ void AddTimeoutOption(Command command, uint64_t& timeoutMs) {
 
 void AddSampleOptions(Command command, uint64_t& count, uint64_t& timeoutMs,
                       const std::string& purpose) {
-    command.AddOption("-n,--count", "N", count, "Frames to grab for " + purpose).Range(1, 100000);
+    command.AddOption("-n,--count", "N", count, "Frames to grab " + purpose).Range(1, 100000);
     AddTimeoutOption(command, timeoutMs);
 }
 

@@ -57,7 +57,7 @@ ExitCode RunGet(const GetOptions& options) {
     const size_t given = names.size();
     FeatureSession session(options, names, given);
     if (names.empty()) {
-        throw Failure(ExitCode::Usage, "which features? `zelcam features` lists them");
+        throw Failure(ExitCode::Usage, "name the features to read: `zelcam features` lists them");
     }
     Json values = Json::object();
     for (ZelGenParam::Param* feature :
@@ -104,7 +104,7 @@ void AwaitDone(ZelGenParam::Command& command, const std::string& name, uint64_t 
     for (;;) {
         ZelCamErr code = ZelCamErr_Success;
         if (command.IsDone(&code)) return;
-        RequireSuccess(code, "whether " + name + " is done cannot be read");
+        RequireSuccess(code, "the state of " + name + " cannot be read");
         constexpr uint64_t kBetweenMs = 10;
         if (deadline.Passed()) {
             throw Failure(ExitCode::Timeout, name + " was started and is not done after " +

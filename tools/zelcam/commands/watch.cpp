@@ -130,7 +130,7 @@ ExitCode RunWatch(const WatchOptions& options) {
 
 void AddWatchCommand(Command app, Invocation& invocation) {
     auto [command, options] =
-        AddCommand(app, invocation, "watch", "Print features that change", RunWatch);
+        AddCommand(app, invocation, "watch", "Print features when their values change", RunWatch);
     AddModuleOptions(command, options);
     AddFilterOptions(command, options.glob, options.visibility);
     command

@@ -66,8 +66,8 @@ CommandOption& CommandOption::Excludes(const CommandOption& other) {
     return *this;
 }
 
-CommandOption& CommandOption::Hide() {
-    option_->group("");
+CommandOption& CommandOption::Group(const char* name) {
+    option_->group(name);
     return *this;
 }
 
@@ -115,7 +115,7 @@ void Command::OnChoice(std::function<void()> action) {
 
 CommandLine::CommandLine(const char* name, const char* version, const char* what)
     : app_(std::make_unique<CLI::App>(what, name)) {
-    app_->set_version_flag("--version", std::string(name) + ' ' + version);
+    app_->set_version_flag("--version", std::string(name) + ' ' + version, "Print the version");
     app_->set_help_flag("-h,--help", "Print this help");
     app_->failure_message([](const CLI::App* app, const CLI::Error& error) {
         return app->get_name() + ": " + error.what() + "\nRun with --help for more information.\n";

@@ -29,7 +29,7 @@ class CommandOption {
     CommandOption& Range(uint64_t minimum, uint64_t maximum);
     CommandOption& OneValueEach();  // the user repeats the option for several values
     CommandOption& Excludes(const CommandOption& other);  // the user may not give both
-    CommandOption& Hide();                                // from the help
+    CommandOption& Group(const char* name);               // in the help; "": hidden
 
   private:
     CLI::Option* option_;

@@ -49,7 +49,7 @@ void Say(const char* text) {
 void Note(int) {
     if (interrupted.exchange(true)) EndAtOnce();
     const int error = errno;
-    if (isatty(STDERR_FILENO) != 0) Say("\nzelcam: ending; Ctrl-C again ends it at once\n");
+    if (isatty(STDERR_FILENO) != 0) Say("\nzelcam: ending; press Ctrl-C again to end at once\n");
     errno = error;
 }
 

@@ -87,9 +87,10 @@ std::vector<LoadFailure> LoadSettings(OpenedCamera& camera, Configuration config
                                       bool withUserName) {
     const bool isOther = configuration.camera != camera.Info().id;
     if (isOther && !withUserName && RemoveUserName(configuration.text)) {
-        std::cerr
-            << "zelcam: note: " << kUserNameFeature
-            << " is not loaded because it is the name of another camera; --user-name loads it\n";
+        std::cerr << "zelcam: note: " << kUserNameFeature << " is not loaded because "
+                  << (configuration.camera.empty() ? "the file may come from another camera"
+                                                   : "it is the name of another camera")
+                  << "; --user-name loads it\n";
     }
     Translation translation(camera.Features(Module::Camera));
     for (const std::string& line : LinesOf(configuration.text))

@@ -49,11 +49,12 @@ Names StreamableFeatures(ZelGenParam::Array& features, Predicate fits) {
 std::string WhyNothingIsSaved(ZelGenParam::Array& features) {
     const Names streamable = StreamableFeatures(features, [](Param&) { return true; });
     if (streamable.empty()) {
-        return "the camera's description calls no feature streamable, which marks a setting; "
+        return "the camera's description marks no feature as streamable, that is, as a setting; "
                "--all saves every feature that can be read and written";
     }
-    return "none of the camera's " + std::to_string(streamable.size()) +
-           " settings can be written at the moment, and only writable settings are saved: is the "
+    return "the camera's " + std::to_string(streamable.size()) +
+           " settings cannot be written at the moment, and only writable settings are saved: is "
+           "the "
            "camera open read-only, or locked?";
 }
 
