@@ -194,7 +194,7 @@ TEST_F(ToolFeatures, PrintsEventsOfTheNamedKind) {
     const ToolResult none = Run({"events", "cam-a", "--grab", "-d", "100"});
     EXPECT_EQ(none.exitCode, 0);
     EXPECT_THAT(none.err,
-                HasSubstr("no event came; without names, only events arrive that were already on"));
+                HasSubstr("no event came; without NAME, only events that are already on arrive"));
     const ToolResult unknown = Run({"events", "cam-a", "Sunrise"});
     EXPECT_EQ(unknown.exitCode, 8);
     EXPECT_THAT(unknown.err, HasSubstr("ExposureEnd"));

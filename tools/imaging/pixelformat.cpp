@@ -63,30 +63,12 @@ constexpr PixelFormat kFormats[] = {
 #undef SINGLE_COMPONENT
 #undef FORMAT
 
-std::string Hexadecimal(uint64_t value) {
-    char text[24];
-    std::snprintf(text, sizeof text, "0x%08llX", static_cast<unsigned long long>(value));
-    return text;
-}
-
 }  // namespace
 
 size_t PixelFormat::Components() const {
-    switch (layout) {
-        case Layout::Rgb:
-        case Layout::Bgr:
-        case Layout::Yuv:
-        case Layout::Uyv:
-            return 3;
-        case Layout::Rgba:
-        case Layout::Bgra:
-            return 4;
-        case Layout::Yuyv:
-        case Layout::Uyvy:
-            return 2;
-        default:
-            return 1;
-    }
+    if (layout == Layout::Mono || IsBayer()) return 1;
+    if (layout == Layout::Yuyv || layout == Layout::Uyvy) return 2;
+    return layout == Layout::Rgba || layout == Layout::Bgra ? 4 : 3;
 }
 
 const PixelFormat* FindPixelFormat(uint64_t value) {
@@ -95,14 +77,20 @@ const PixelFormat* FindPixelFormat(uint64_t value) {
     return found == std::end(kFormats) ? nullptr : found;
 }
 
+std::string PixelFormatNumber(uint64_t value) {
+    char text[24];
+    std::snprintf(text, sizeof text, "0x%08llX", static_cast<unsigned long long>(value));
+    return text;
+}
+
 const PixelFormat& GetPixelFormat(uint64_t value) {
     if (const PixelFormat* format = FindPixelFormat(value)) return *format;
-    throw Error("pixel format " + Hexadecimal(value) + " cannot be converted to a picture");
+    throw Error("pixel format " + PixelFormatNumber(value) + " cannot be converted to a picture");
 }
 
 std::string PixelFormatName(uint64_t value) {
     const PixelFormat* format = FindPixelFormat(value);
-    return format ? format->name : Hexadecimal(value);
+    return format ? format->name : PixelFormatNumber(value);
 }
 
 }  // namespace Imaging

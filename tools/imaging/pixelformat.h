@@ -68,7 +68,10 @@ const PixelFormat* FindPixelFormat(uint64_t value);
 // The format with that PFNC number; throws Error when this library cannot decode it.
 const PixelFormat& GetPixelFormat(uint64_t value);
 
-// Name of the format, or its number in hexadecimal when it is not known.
+// "0x01080001".
+std::string PixelFormatNumber(uint64_t value);
+
+// The name of the format, or its number when it is not known.
 std::string PixelFormatName(uint64_t value);
 
 // The bits of one pixel, which a PFNC number contains even for an unknown format.

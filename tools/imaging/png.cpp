@@ -12,12 +12,6 @@ namespace {
 constexpr int kCompressionLevel = 1;
 constexpr uint8_t kSubFilter = 1;  // each byte less that of the pixel before
 
-struct FreeCompressor {
-    void operator()(libdeflate_compressor* compressor) const {
-        libdeflate_free_compressor(compressor);
-    }
-};
-
 void CheckSize(const Picture& picture) {
     constexpr size_t kLargest = 0x7FFFFFFF;
     if (picture.width == 0 || picture.height == 0 || picture.width > kLargest ||
@@ -59,8 +53,8 @@ std::vector<uint8_t> FilteredLines(const Picture& picture) {
 }
 
 std::vector<uint8_t> Compress(const std::vector<uint8_t>& bytes) {
-    const std::unique_ptr<libdeflate_compressor, FreeCompressor> compressor(
-        libdeflate_alloc_compressor(kCompressionLevel));
+    const std::unique_ptr<libdeflate_compressor, void (*)(libdeflate_compressor*)> compressor(
+        libdeflate_alloc_compressor(kCompressionLevel), libdeflate_free_compressor);
     if (compressor == nullptr) throw Error("PNG: the encoder does not start");
     std::vector<uint8_t> result(libdeflate_zlib_compress_bound(compressor.get(), bytes.size()));
     result.resize(libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(),

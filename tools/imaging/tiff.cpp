@@ -61,22 +61,18 @@ class MemoryFile {
     std::string message_;
 };
 
-struct CloseTiff {
-    void operator()(TIFF* tiff) const { TIFFClose(tiff); }
-};
-struct FreeOptions {
-    void operator()(TIFFOpenOptions* options) const { TIFFOpenOptionsFree(options); }
-};
-using OpenedTiff = std::unique_ptr<TIFF, CloseTiff>;
+using OpenedTiff = std::unique_ptr<TIFF, void (*)(TIFF*)>;
 
 OpenedTiff Open(MemoryFile& file) {
-    const std::unique_ptr<TIFFOpenOptions, FreeOptions> options(TIFFOpenOptionsAlloc());
-    if (options == nullptr) return nullptr;
+    const std::unique_ptr<TIFFOpenOptions, void (*)(TIFFOpenOptions*)> options(
+        TIFFOpenOptionsAlloc(), TIFFOpenOptionsFree);
+    if (options == nullptr) return {nullptr, TIFFClose};
     TIFFOpenOptionsSetErrorHandlerExtR(options.get(), MemoryFile::Note, &file);
     TIFFOpenOptionsSetWarningHandlerExtR(options.get(), MemoryFile::Ignore, &file);
-    return OpenedTiff(TIFFClientOpenExt("picture", "w", &file, MemoryFile::Read, MemoryFile::Write,
-                                        MemoryFile::Seek, MemoryFile::Close, MemoryFile::Size,
-                                        nullptr, nullptr, options.get()));
+    return {TIFFClientOpenExt("picture", "w", &file, MemoryFile::Read, MemoryFile::Write,
+                              MemoryFile::Seek, MemoryFile::Close, MemoryFile::Size, nullptr,
+                              nullptr, options.get()),
+            TIFFClose};
 }
 
 void Describe(TIFF* tiff, const Picture& picture) {

@@ -33,13 +33,6 @@ bool HasDescriptionName(const std::string& file) {
     return ending == ".xml" || ending == ".zip";
 }
 
-struct CloseArchive {
-    void operator()(zip_t* archive) const { zip_discard(archive); }
-};
-struct CloseFile {
-    void operator()(zip_file_t* file) const { zip_fclose(file); }
-};
-
 [[noreturn]] void Damaged(const char* why) {
     throw Failure(ExitCode::FileFailed,
                   std::string("the archive with the description is damaged: ") + why);
@@ -50,7 +43,8 @@ std::string FirstFile(zip_t* archive) {
     zip_stat_t stat{};
     if (zip_stat_index(archive, 0, 0, &stat) != 0) Damaged(zip_strerror(archive));
     if (stat.size > kLargestDescription) Damaged("the file in it is too large");
-    const std::unique_ptr<zip_file_t, CloseFile> file(zip_fopen_index(archive, 0, 0));
+    const std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> file(zip_fopen_index(archive, 0, 0),
+                                                                 zip_fclose);
     if (!file) Damaged(zip_strerror(archive));
     std::string text(stat.size, '\0');
     if (zip_fread(file.get(), text.data(), text.size()) != static_cast<zip_int64_t>(text.size())) {
@@ -109,7 +103,7 @@ std::string Unpack(std::string bytes) {
         zip_source_free(source);
         Damaged(why.c_str());
     }
-    const std::unique_ptr<zip_t, CloseArchive> archive(opened);
+    const std::unique_ptr<zip_t, void (*)(zip_t*)> archive(opened, zip_discard);
     return FirstFile(archive.get());
 }
 

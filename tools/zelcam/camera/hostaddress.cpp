@@ -3,7 +3,7 @@
 #include <arpa/inet.h>
 #include <cstdint>
 
-#include "tools/zelcam/console/failure.h"
+#include "tools/zelcam/camera/words.h"
 
 namespace ZelTool {
 
@@ -44,6 +44,16 @@ void CheckHost(const std::string& name, uint32_t address, uint32_t mask) {
 }
 
 }  // namespace
+
+Network NetworkOf(ZelCam::DeviceInfo& info) {
+    ZelCamErr code = ZelCamErr_Success;
+    Network network;
+    network.address = TextOrEmpty(info.GetIPAddress(&code));
+    if (code == ZelCamErr_Success) network.mask = TextOrEmpty(info.GetIPMask(&code));
+    if (code == ZelCamErr_Success) network.gateway = TextOrEmpty(info.GetIPGateway(&code));
+    RequireSuccess(code, "the interface does not report the camera's address");
+    return network;
+}
 
 void CheckNetwork(const Network& network, bool anyAddress) {
     const uint32_t address = ParseAddress(network.address);

@@ -1,7 +1,9 @@
-// Checks the network configuration for a camera.
+// The network configuration of a camera.
 #pragma once
 
 #include <string>
+
+#include "ZelCam/DeviceInfo.h"
 
 namespace ZelTool {
 
@@ -11,6 +13,9 @@ struct Network {
     std::string mask;
     std::string gateway;
 };
+
+// Throws Failure (FeatureFailed) when the interface does not report it.
+Network NetworkOf(ZelCam::DeviceInfo& info);
 
 // Throws Failure (Usage) for a text of another form: the library accepts more forms, and the camera
 // could get an address that the user did not mean. Unless `anyAddress` is set, this also throws for

@@ -4,7 +4,6 @@
 
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/console/printable.h"
-#include "tools/zelcam/console/texttable.h"
 
 namespace ZelTool {
 

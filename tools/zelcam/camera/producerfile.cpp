@@ -30,11 +30,6 @@ constexpr unsigned kThisMachine = EM_X86_64;
 #error "the machine needs its ELF number here"
 #endif
 
-struct CloseLibrary {
-    void operator()(void* library) const { dlclose(library); }
-};
-using Library = std::unique_ptr<void, CloseLibrary>;
-
 constexpr Word<unsigned> kMachines[] = {{EM_AARCH64, "64-bit Arm"},
                                         {EM_X86_64, "64-bit x86"},
                                         {EM_ARM, "32-bit Arm"},
@@ -71,7 +66,8 @@ std::string WhyNotAccessible(const std::string& path) {
 }
 
 std::string LoadedDefaultProducer() {
-    const Library library(dlopen(kDefaultProducerName, RTLD_LAZY | RTLD_NOLOAD));
+    const std::unique_ptr<void, int (*)(void*)> library(
+        dlopen(kDefaultProducerName, RTLD_LAZY | RTLD_NOLOAD), dlclose);
     link_map* map = nullptr;
     if (!library || dlinfo(library.get(), RTLD_DI_LINKMAP, &map) != 0) return "";
     return map->l_name;

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include <Base/GCBase.h>
-
+#include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/console/interrupt.h"
 #include "tools/zelcam/console/wordtable.h"
 
@@ -30,17 +29,16 @@ bool CheckList::Run(const std::string& name, const std::function<std::string()>&
     using Clock = std::chrono::steady_clock;
     CheckResult result{name, Verdict::Failed, "", 0};
     const Clock::time_point start = Clock::now();
-    try {
-        result.detail = check();
-        result.verdict = Verdict::Passed;
-    } catch (const Skip& skip) {
-        result.detail = skip.what();
-        result.verdict = Verdict::Skipped;
-    } catch (const GenICam::GenericException& error) {
-        result.detail = error.GetDescription();
-    } catch (const std::exception& error) {
-        result.detail = error.what();
-    }
+    const auto failure = FailureOf([&] {
+        try {
+            result.detail = check();
+            result.verdict = Verdict::Passed;
+        } catch (const Skip& skip) {
+            result.detail = skip.what();
+            result.verdict = Verdict::Skipped;
+        }
+    });
+    if (failure) result.detail = failure->what();
     if (result.verdict == Verdict::Failed && Interrupted()) {
         result.verdict = Verdict::Interrupted;
         result.detail.clear();

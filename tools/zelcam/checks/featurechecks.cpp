@@ -70,6 +70,14 @@ void ForEach(ZelGenParam::Array& features, Check check) {
                   });
 }
 
+// The summary of `check` with each feature.
+template <typename Check>
+std::string CheckEach(ZelGenParam::Array& features, Check check) {
+    Findings findings;
+    ForEach(features, [&](Param& feature) { findings.Try([&] { check(feature, findings); }); });
+    return findings.Summary();
+}
+
 // The result of `getter`; `failure` gets the code if it fails.
 template <typename Feature, typename Getter>
 auto Ask(Feature& feature, Getter getter, ZelCamErr& failure) {
@@ -205,26 +213,18 @@ class SavedSettings {
 }  // namespace
 
 std::string CheckReading(ZelGenParam::Array& features) {
-    Findings findings;
-    ForEach(features, [&](Param& feature) {
-        findings.Try([&] {
-            if (ReadFeature(feature, true)) findings.Seen();
-        });
+    return CheckEach(features, [](Param& feature, Findings& findings) {
+        if (ReadFeature(feature, true)) findings.Seen();
     });
-    return findings.Summary();
 }
 
 std::string CheckLimits(ZelGenParam::Array& features) {
-    Findings findings;
-    ForEach(features, [&](Param& feature) {
-        findings.Try([&] {
-            if (!ReadFeature(feature)) return;
-            findings.Seen();
-            const std::string problem = LimitProblem(feature);
-            if (!problem.empty()) findings.Bad(std::string(feature.GetName()) + " " + problem);
-        });
+    return CheckEach(features, [](Param& feature, Findings& findings) {
+        if (!ReadFeature(feature)) return;
+        findings.Seen();
+        const std::string problem = LimitProblem(feature);
+        if (!problem.empty()) findings.Bad(std::string(feature.GetName()) + " " + problem);
     });
-    return findings.Summary();
 }
 
 std::string CheckWriting(OpenedCamera& camera) {

@@ -1,6 +1,5 @@
 #include "tools/zelcam/checks/streamchecks.h"
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <dlfcn.h>
@@ -12,6 +11,7 @@
 #include "tools/zelcam/checks/checklist.h"
 #include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/interrupt.h"
+#include "tools/zelcam/frames/acquisition.h"
 #include "tools/zelcam/frames/framestatistics.h"
 
 namespace ZelTool {
@@ -73,8 +73,7 @@ void FetchFrame(Acquisition& acquisition, uint64_t timeoutMs) {
 // The function of the simulator that unplugs a camera; null for other producers.
 PZelSim_UnplugCamera FindUnplug(const std::string& producer) {
     const std::unique_ptr<void, int (*)(void*)> library(
-        dlopen(producer.c_str(), RTLD_NOW | RTLD_NOLOAD),
-        [](void* handle) { return handle != nullptr ? dlclose(handle) : 0; });
+        dlopen(producer.c_str(), RTLD_NOW | RTLD_NOLOAD), dlclose);
     if (library == nullptr) return nullptr;
     // The session keeps the producer loaded.
     return reinterpret_cast<PZelSim_UnplugCamera>(dlsym(library.get(), "ZelSim_UnplugCamera"));

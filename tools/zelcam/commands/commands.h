@@ -63,7 +63,8 @@ void AddFilterOptions(Command command, std::string& glob, std::string& visibilit
 // The longest wait for a frame.
 void AddTimeoutOption(Command command, uint64_t& timeoutMs);
 
-// The number of frames that a command grabs for `purpose`, and the longest wait for each.
+// The number of frames to grab, with a purpose such as "for the statistics", and the longest wait
+// for each.
 void AddSampleOptions(Command command, uint64_t& count, uint64_t& timeoutMs,
                       const std::string& purpose);
 

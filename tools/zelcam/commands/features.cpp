@@ -1,7 +1,6 @@
 // zelcam features: the features of a camera, with their values.
 
 #include <iostream>
-#include <memory>
 #include <unistd.h>
 
 #include "tools/zelcam/commands/commands.h"
@@ -89,7 +88,7 @@ void AddFeaturesCommand(Command app, Invocation& invocation) {
         AddCommand(app, invocation, "features", "Show the features of a camera", RunFeatures);
     AddModuleOptions(command, options, false);
     AddFilterOptions(command, options.glob, options.visibility);
-    command.AddFlag("--names", options.names, "Print only names, for completion").Group("");
+    command.AddFlag("--names", options.names, "Print only names, for completion").Hide();
     command.AddFlag("--all", options.missing, "Also show features that this camera does not have");
     command.AddFlag("-d,--descriptions", options.descriptions, "Show what the features are for");
     command.Footer(

@@ -3,7 +3,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
-#include <memory>
 #include <optional>
 #include <poll.h>
 #include <unistd.h>
@@ -130,14 +129,9 @@ class Upload {
                       "switched off");
 }
 
-// The versions that the camera reports before and after the upload.
-struct Versions {
-    std::optional<std::string> before;
-    std::optional<std::string> after;
-};
-
 void PrintResult(const FirmwareOptions& options, const std::string& cameraId, const Upload& upload,
-                 const Versions& versions) {
+                 const std::optional<std::string>& before,
+                 const std::optional<std::string>& after) {
     const auto json = [](const std::optional<std::string>& version) {
         return version ? Json(*version) : Json();
     };
@@ -145,13 +139,13 @@ void PrintResult(const FirmwareOptions& options, const std::string& cameraId, co
         PrintJson({{"camera", cameraId},
                    {"file", options.file},
                    {"sectorsErased", upload.Erased()},
-                   {"versionBefore", json(versions.before)},
-                   {"versionAfter", json(versions.after)}});
+                   {"versionBefore", json(before)},
+                   {"versionAfter", json(after)}});
         return;
     }
     std::cout << "Erased   " << upload.Erased() << " sectors of the flash, to "
-              << AddressText(upload.Last()) << "\nVersion  " << VersionWords(versions.before)
-              << " before, " << VersionWords(versions.after)
+              << AddressText(upload.Last()) << "\nVersion  " << VersionWords(before) << " before, "
+              << VersionWords(after)
               << " after; a new version may show only after DeviceReset\n"
                  "The flash cannot be read back: only the camera's answers were checked.\n";
 }
@@ -171,15 +165,13 @@ ExitCode RunFirmware(const FirmwareOptions& options) {
     FeatureSession session(options);
     const Camera& camera = session.Camera().Info();
     Device& device = session.Camera().Device();
-    Versions versions;
-    versions.before = VersionOf(device);
-    if (!options.yes) Confirm(camera, options, size, versions.before);
+    const std::optional<std::string> before = VersionOf(device);
+    if (!options.yes) Confirm(camera, options, size, before);
     if (Interrupted()) throw Failure(ExitCode::Interrupted, "nothing was done");
     Upload upload;
     const ZelCamErr code = upload.Run(device, options.file);
     if (code != ZelCamErr_Success) FailUpload(options, upload, code);
-    versions.after = VersionOf(device);
-    PrintResult(options, camera.id, upload, versions);
+    PrintResult(options, camera.id, upload, before, VersionOf(device));
     return ExitCode::Ok;
 }
 

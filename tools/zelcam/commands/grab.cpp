@@ -143,12 +143,8 @@ void RunAll(const GrabOptions& options, const Jobs& jobs) {
     }
     RunJobs(jobs, targets);
     GrabReport& report = jobs.front()->Report();
-    const auto unwritten = targets.files ? targets.files->Finish() : std::nullopt;
-    if (unwritten) report.NoteFailure(*unwritten);
-    const auto unlogged = FailureOf([&] {
-        if (targets.log) targets.log->Finish();
-    });
-    if (unlogged) report.NoteFailure(*unlogged);
+    if (targets.files) report.NoteFailure(targets.files->Finish());
+    if (targets.log) report.NoteFailure(FailureOf([&] { targets.log->Finish(); }));
 }
 
 ExitCode Print(const GrabOptions& options, const Jobs& jobs) {

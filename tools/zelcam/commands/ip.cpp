@@ -18,16 +18,6 @@ struct IpOptions : CameraOptions {
     bool force = false;
 };
 
-Network Ask(ZelCam::DeviceInfo& info) {
-    ZelCamErr code = ZelCamErr_Success;
-    Network network;
-    network.address = TextOrEmpty(info.GetIPAddress(&code));
-    if (code == ZelCamErr_Success) network.mask = TextOrEmpty(info.GetIPMask(&code));
-    if (code == ZelCamErr_Success) network.gateway = TextOrEmpty(info.GetIPGateway(&code));
-    RequireSuccess(code, "the interface does not report the camera's address");
-    return network;
-}
-
 const Camera& SelectGigE(const Session& session, const std::string& wanted) {
     const Camera& camera = SelectCamera(session, wanted);
     if (camera.interfaceType != ZelCam::InterfaceType::GEV) {
@@ -48,7 +38,7 @@ void PrintNetworkAsJson(const Camera& camera, const Network& network) {
 ExitCode RunShow(const IpOptions& options) {
     const Session session(options);
     const Camera& camera = SelectGigE(session, options.camera);
-    const Network network = Ask(*camera.info);
+    const Network network = NetworkOf(*camera.info);
     if (options.json) {
         PrintNetworkAsJson(camera, network);
     } else {

@@ -3,7 +3,6 @@
 #include <cstdlib>
 #include <iostream>
 #include <map>
-#include <memory>
 #include <set>
 #include <unistd.h>
 #include <utility>
@@ -129,7 +128,7 @@ void AddListCommand(Command app, Invocation& invocation) {
     auto [command, options] =
         AddCommand(app, invocation, "list", "List producers, interfaces and cameras", RunList);
     AddSessionOptions(command, options);
-    command.AddFlag("--names", options.names, "Print only names, for completion").Group("");
+    command.AddFlag("--names", options.names, "Print only names, for completion").Hide();
     command.Footer(
         "Examples:\n"
         "  zelcam list\n"

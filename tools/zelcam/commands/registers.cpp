@@ -1,7 +1,6 @@
 // zelcam read and write: access to the registers of a camera without its features.
 
 #include <iostream>
-#include <memory>
 
 #include "tools/zelcam/camera/registerport.h"
 #include "tools/zelcam/camera/registervalue.h"

@@ -12,6 +12,7 @@
 #include <GenApi/GenApi.h>
 
 #include "tools/zelcam/camera/camerachoice.h"
+#include "tools/zelcam/camera/hostaddress.h"
 #include "tools/zelcam/camera/listing.h"
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/commands/commands.h"
@@ -24,7 +25,6 @@
 #include "tools/zelcam/console/progress.h"
 #include "tools/zelcam/features/featurelisting.h"
 #include "tools/zelcam/features/featurereading.h"
-#include "tools/zelcam/features/featurevalue.h"
 #include "tools/zelcam/frames/grabloop.h"
 
 namespace ZelTool {
@@ -63,7 +63,7 @@ class Report {
     ExitCode Result() const { return writer_.Result(); }
 
     std::string Text() const {
-        return IsJson() ? JsonText(writer_.AsJson(mask_)) + "\n" : writer_.AsText(mask_);
+        return options_.json ? JsonText(writer_.AsJson(mask_)) + "\n" : writer_.AsText(mask_);
     }
 
   private:
@@ -88,8 +88,6 @@ class Report {
         AddSecret(value);
         Line(label, options_.mask && !value.empty() ? "***" : value);
     }
-
-    bool IsJson() const { return options_.json; }
 
     // For tables, which must mask their cells before they compute the widths of columns.
     TextFilter Masking() const {
@@ -176,15 +174,10 @@ void Report::CameraInfo() {
 }
 
 void Report::Network() {
-    ZelCam::DeviceInfo& info = *camera_.info;
-    ZelCamErr code = ZelCamErr_Success;
-    SecretLine("Address", TextOrEmpty(info.GetIPAddress(&code)));
-    SecretLine("Mask", TextOrEmpty(info.GetIPMask(&code)));
-    SecretLine("Gateway", TextOrEmpty(info.GetIPGateway(&code)));
-    if (code != ZelCamErr_Success) {
-        writer_.Problem(ExitCode::FeatureFailed,
-                        "the interface does not report the addresses: " + ErrorWords(code));
-    }
+    const ZelTool::Network network = NetworkOf(*camera_.info);
+    SecretLine("Address", network.address);
+    SecretLine("Mask", network.mask);
+    SecretLine("Gateway", network.gateway);
 }
 
 void Report::Open() {
@@ -231,7 +224,7 @@ void Report::Features(Module module) {
         return options_.mask && (IsSecretFeature(name) || mask_.Apply(value) != value);
     };
     const FeatureListing listing =
-        IsJson()
+        options_.json
             ? ListFeatures(writer_.Section()["features"], features, kEverything, hides)
             : PrintFeatures(writer_.Text(), features, kEverything, {0, false, hides, Masking()});
     if (!listing.failures.empty()) writer_.Problem(ExitCode::FeatureFailed, listing.Problem());
@@ -256,7 +249,7 @@ void Report::Frames() {
         return true;
     };
     GrabFrames(*opened_, kBuffers, options_.limits, nullptr, count, grabbed);
-    if (IsJson()) {
+    if (options_.json) {
         writer_.Section() = grabbed.AsJson();
     } else {
         grabbed.PrintText(writer_.Text(), writer_.Text());

@@ -3,8 +3,6 @@
 #include <cctype>
 #include <iomanip>
 
-#include "tools/zelcam/console/printable.h"
-
 namespace ZelTool {
 
 namespace {

@@ -3,39 +3,33 @@
 namespace ZelTool {
 
 void AddSessionOptions(Command command, SessionOptions& options) {
-    constexpr const char* kGroup = "Where to look for cameras";
     command.AddFlag("--json", options.json, "Print the result as JSON");
+    command.Heading("Where to look for cameras");
     command
         .AddOption("-p,--producer", "FILE", options.producers,
                    "Also load this GenTL producer (.cti file); may be repeated. The producers in "
                    "the folders of GENICAM_GENTL64_PATH are always loaded")
-        .OneValueEach()
-        .Group(kGroup);
-    command
-        .AddOption("--only", "FILE", options.only,
-                   "Use only the cameras of this producer: a file, or the name of a producer that "
-                   "is loaded anyway")
-        .Group(kGroup);
+        .OneValueEach();
+    command.AddOption(
+        "--only", "FILE", options.only,
+        "Use only the cameras of this producer: a file, or the name of a producer that "
+        "is loaded anyway");
     CommandOption simulated =
-        command
-            .AddFlag("--simulated", options.simulated,
-                     "Use only simulated cameras: those in the file that ZELSIM_CONFIG names, "
-                     "else built-in ones")
-            .Group(kGroup);
+        command.AddFlag("--simulated", options.simulated,
+                        "Use only simulated cameras: those in the file that ZELSIM_CONFIG names, "
+                        "else built-in ones");
     command.AddFlag("--no-simulated", options.noSimulated, "Leave out simulated cameras")
-        .Excludes(simulated)
-        .Group(kGroup);
+        .Excludes(simulated);
     command
         .AddOption("--search", "MS", options.searchMs,
                    "Time for each interface to find its cameras, in milliseconds")
-        .Range(0, 600000)
-        .Group(kGroup);
+        .Range(0, 600000);
     command
         .AddOption("--load-timeout", "MS", options.loadMs,
                    "Longest time for a producer to load and to list its interfaces and cameras, "
                    "not counting the search, in milliseconds")
-        .Range(100, 600000)
-        .Group(kGroup);
+        .Range(100, 600000);
+    command.Heading("Options");
 }
 
 void AddCameraArgument(Command command, std::string& camera, bool required) {

@@ -1,7 +1,6 @@
 // zelcam get, set and exec: access to single features.
 
 #include <iostream>
-#include <memory>
 
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/commands/commands.h"

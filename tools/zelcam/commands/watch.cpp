@@ -1,7 +1,7 @@
 // zelcam watch: prints features whose values change.
 
 #include <iostream>
-#include <map>
+#include <set>
 #include <utility>
 
 #include "tools/zelcam/commands/commands.h"
@@ -10,7 +10,6 @@
 #include "tools/zelcam/console/printable.h"
 #include "tools/zelcam/console/suggestion.h"
 #include "tools/zelcam/console/timetext.h"
-#include "tools/zelcam/features/featurelisting.h"
 #include "tools/zelcam/features/featurereading.h"
 #include "tools/zelcam/features/featuretree.h"
 #include "tools/zelcam/features/featurevalue.h"
@@ -39,21 +38,19 @@ std::string SeenText(const Seen& seen) {
 class Watch {
   public:
     Watch(ZelGenParam::Array& features, const FeatureFilter& filter, bool json) : json_(json) {
-        VisitFeatures(features, filter, [this](ZelGenParam::Param& feature, const auto&) {
-            if (seen_.emplace(&feature, Seen()).second) order_.push_back(&feature);
+        std::set<ZelGenParam::Param*> known;
+        VisitFeatures(features, filter, [&](ZelGenParam::Param& feature, const auto&) {
+            if (known.insert(&feature).second) watched_.emplace_back(&feature, LookAt(feature));
         });
-        for (ZelGenParam::Param* feature : order_)
-            seen_[feature] = LookAt(*feature);
     }
 
-    size_t Size() const { return order_.size(); }
+    size_t Size() const { return watched_.size(); }
     uint64_t Changes() const { return changes_; }
     bool HasFailed() const { return failed_; }
 
     void Look() {
-        for (ZelGenParam::Param* feature : order_) {
+        for (auto& [feature, before] : watched_) {
             Seen now = LookAt(*feature);
-            Seen& before = seen_[feature];
             if (now == before) continue;
             PrintChange(feature->GetName(), before, now);
             before = std::move(now);
@@ -93,8 +90,7 @@ class Watch {
     bool json_;
     bool failed_ = false;
     uint64_t changes_ = 0;
-    std::vector<ZelGenParam::Param*> order_;
-    std::map<ZelGenParam::Param*, Seen> seen_;
+    std::vector<std::pair<ZelGenParam::Param*, Seen>> watched_;
 };
 
 ExitCode LookUntilTheEnd(Watch& watch, const WatchOptions& options) {

@@ -66,8 +66,8 @@ CommandOption& CommandOption::Excludes(const CommandOption& other) {
     return *this;
 }
 
-CommandOption& CommandOption::Group(const char* name) {
-    option_->group(name);
+CommandOption& CommandOption::Hide() {
+    option_->group("");
     return *this;
 }
 
@@ -103,6 +103,10 @@ CommandOption Command::AddOption(const char* names, const char* type, uint64_t& 
 
 CommandOption Command::AddFlag(const char* names, bool& flag, const char* what) {
     return CommandOption(app_->add_flag(names, flag, Description(what)));
+}
+
+void Command::Heading(const char* text) {
+    app_->option_defaults()->group(text);
 }
 
 void Command::Footer(const char* text) {

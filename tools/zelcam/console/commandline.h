@@ -29,7 +29,7 @@ class CommandOption {
     CommandOption& Range(uint64_t minimum, uint64_t maximum);
     CommandOption& OneValueEach();  // the user repeats the option for several values
     CommandOption& Excludes(const CommandOption& other);  // the user may not give both
-    CommandOption& Group(const char* name);               // in the help; "": hidden
+    CommandOption& Hide();                                // from the help
 
   private:
     CLI::Option* option_;
@@ -54,6 +54,8 @@ class Command {
                             const std::string& what);
     CommandOption AddFlag(const char* names, bool& flag, const char* what);
 
+    // The heading in the help for the options that follow; "Options" at first.
+    void Heading(const char* text);
     void Footer(const char* text);  // of the help
     void OnChoice(std::function<void()> action);
 

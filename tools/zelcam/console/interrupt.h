@@ -27,16 +27,17 @@ void Pause(uint64_t milliseconds);
 
 class Deadline {
   public:
+    using Clock = std::chrono::steady_clock;
+
     // 0: never.
     explicit Deadline(uint64_t fromNowMs)
-        : none_(fromNowMs == 0),
-          end_(std::chrono::steady_clock::now() + std::chrono::milliseconds(fromNowMs)) {}
+        : end_(fromNowMs == 0 ? Clock::time_point::max()
+                              : Clock::now() + std::chrono::milliseconds(fromNowMs)) {}
 
-    bool Passed() const { return !none_ && std::chrono::steady_clock::now() >= end_; }
+    bool Passed() const { return Clock::now() >= end_; }
 
   private:
-    bool none_;
-    std::chrono::steady_clock::time_point end_;
+    Clock::time_point end_;
 };
 
 // An unfinished file that the second signal removes. In every other case its owner removes it.

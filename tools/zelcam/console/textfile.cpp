@@ -12,7 +12,6 @@
 #include <unistd.h>
 
 #include "tools/zelcam/console/failure.h"
-#include "tools/zelcam/console/interrupt.h"
 
 namespace ZelTool {
 

@@ -167,10 +167,7 @@ Settings SettingsOf(OpenedCamera& camera) {
 GenApi::INodeMap& NodeMapOf(OpenedCamera& camera) {
     ZelCamErr code = ZelCamErr_Success;
     GenApi::INodeMap* nodeMap = camera.Features(Module::Camera).GetNodeMap(&code);
-    if (nodeMap == nullptr) {
-        throw Failure(ExitCode::FeatureFailed,
-                      "the features are not available: " + ErrorWords(code));
-    }
+    RequireSuccess(code, "the features are not available");
     return *nodeMap;
 }
 

@@ -1,10 +1,8 @@
 #include "tools/zelcam/features/configsave.h"
 
-#include <algorithm>
 #include <iostream>
 #include <optional>
 #include <sstream>
-#include <vector>
 
 #include <GenApi/GenApi.h>
 

@@ -1,11 +1,9 @@
 #include "tools/zelcam/features/featurelisting.h"
 
-#include <algorithm>
 #include <cctype>
 #include <ostream>
 
 #include "tools/zelcam/console/printable.h"
-#include "tools/zelcam/console/texttable.h"
 #include "tools/zelcam/features/featurereading.h"
 #include "tools/zelcam/features/featurevalue.h"
 

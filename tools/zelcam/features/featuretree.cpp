@@ -4,11 +4,9 @@
 #include <fnmatch.h>
 
 #include "tools/zelcam/camera/words.h"
-#include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/interrupt.h"
 #include "tools/zelcam/console/wordtable.h"
 #include "tools/zelcam/features/featurereading.h"
-#include "tools/zelcam/features/featurevalue.h"
 
 namespace ZelTool {
 
@@ -76,10 +74,7 @@ void VisitFeatures(ZelGenParam::Array& features, const FeatureFilter& filter,
                    const FeatureVisitor& visit) {
     ZelCamErr code = ZelCamErr_Success;
     ZelGenParam::Category* root = features.GetRootCategory(&code);
-    if (root == nullptr) {
-        throw Failure(ExitCode::FeatureFailed,
-                      "the tree of features has no root: " + ErrorWords(code));
-    }
+    RequireSuccess(code, "the tree of features has no root");
     Walk(filter, visit).Category(*root, false);
 }
 

@@ -1,8 +1,6 @@
 #include "tools/zelcam/frames/frameencoder.h"
 
-#include <algorithm>
 #include <cctype>
-#include <cstdio>
 #include <sstream>
 
 #include "tools/imaging/encode.h"
@@ -24,14 +22,11 @@ constexpr Word<Imaging::Packing> kPackings[] = {
 
 std::string DescribeRawFile(const Frame& frame, const std::string& cameraId) {
     const Imaging::RawImage& image = frame.image;
-    char number[24];
-    std::snprintf(number, sizeof number, "0x%08llX",
-                  static_cast<unsigned long long>(image.pixelFormat));
     std::ostringstream text;
     text << "camera: " << Printable(cameraId)
          << "\npixel format: " << Imaging::PixelFormatName(image.pixelFormat)
-         << "\npixel format number: " << number << "\nwidth: " << image.width
-         << "\nheight: " << image.height
+         << "\npixel format number: " << Imaging::PixelFormatNumber(image.pixelFormat)
+         << "\nwidth: " << image.width << "\nheight: " << image.height
          << "\nbits per pixel: " << Imaging::BitsPerPixel(image.pixelFormat);
     if (const auto* format = Imaging::FindPixelFormat(image.pixelFormat)) {
         text << "\nbits per component: " << format->depth

@@ -23,14 +23,14 @@ FrameFiles::~FrameFiles() {
 
 bool FrameFiles::Put(FrameToWrite frame) {
     std::unique_lock lock(mutex_);
-    const auto hasRoom = [this] { return tasks_.size() < settings_.waiting || failure_; };
+    const auto hasRoom = [this] { return queue_.size() < settings_.waiting || failure_; };
     if (!hasRoom()) {
         ++frame.written->waits;
         changed_.wait(lock, hasRoom);
     }
     if (failure_) return false;
-    const uint64_t place = log_ != nullptr ? log_->Reserve() : 0;
-    tasks_.push_back({std::move(frame), place});
+    if (log_ != nullptr) frame.place = log_->Reserve();
+    queue_.push_back(std::move(frame));
     changed_.notify_all();
     return true;
 }
@@ -50,16 +50,16 @@ std::optional<Failure> FrameFiles::Finish() {
 void FrameFiles::Work() {
     std::unique_lock lock(mutex_);
     for (;;) {
-        changed_.wait(lock, [this] { return !tasks_.empty() || finished_; });
-        if (tasks_.empty()) return;
-        const Task task = std::move(tasks_.front());
-        tasks_.pop_front();
+        changed_.wait(lock, [this] { return !queue_.empty() || finished_; });
+        if (queue_.empty()) return;
+        const FrameToWrite frame = std::move(queue_.front());
+        queue_.pop_front();
         if (failure_) continue;
         lock.unlock();
         changed_.notify_all();
         std::optional<Failure> failure;
         try {
-            Write(task);
+            Write(frame);
         } catch (const Failure& error) {
             failure = error;
         } catch (const std::exception& error) {
@@ -71,11 +71,10 @@ void FrameFiles::Work() {
     }
 }
 
-void FrameFiles::Write(const Task& task) {
-    const FrameToWrite& frame = task.frame;
+void FrameFiles::Write(const FrameToWrite& frame) {
     WriteFiles(frame);
     Note(frame);
-    if (log_ != nullptr) log_->Add(task.place, frame.arrival, frame.frame.Get(), frame.file);
+    if (log_ != nullptr) log_->Add(frame.place, frame.arrival, frame.frame.Get(), frame.file);
 }
 
 void FrameFiles::WriteFiles(const FrameToWrite& frame) {

@@ -32,6 +32,7 @@ struct FrameToWrite {
     Arrival arrival;
     std::string file;  // or kStandardStream
     WrittenFiles* written;
+    uint64_t place = 0;  // in the log; FrameFiles sets it
 };
 
 // Converts and writes frames in several threads, since both take longer than a fast camera allows.
@@ -63,14 +64,8 @@ class FrameFiles {
     std::optional<Failure> Finish();
 
   private:
-    // A frame and its place in the log.
-    struct Task {
-        FrameToWrite frame;
-        uint64_t place;
-    };
-
     void Work();
-    void Write(const Task& task);
+    void Write(const FrameToWrite& frame);
     void WriteFiles(const FrameToWrite& frame);
     void Note(const FrameToWrite& frame);
     Existing ExistingFor(const std::string& file) const;
@@ -79,7 +74,7 @@ class FrameFiles {
     FrameLog* log_;
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::deque<Task> tasks_;          // guarded by mutex_
+    std::deque<FrameToWrite> queue_;  // guarded by mutex_
     std::optional<Failure> failure_;  // guarded by mutex_
     bool finished_ = false;           // guarded by mutex_
     std::vector<std::thread> threads_;

@@ -1,7 +1,6 @@
 #include "tools/zelcam/frames/framelog.h"
 
 #include "tools/imaging/pixelformat.h"
-#include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/printable.h"
 
 namespace ZelTool {

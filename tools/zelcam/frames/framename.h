@@ -5,8 +5,6 @@
 #include <string>
 #include <utility>
 
-#include "tools/zelcam/frames/frame.h"
-
 namespace ZelTool {
 
 // A file name with placeholders:

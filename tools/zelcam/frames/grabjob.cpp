@@ -19,15 +19,13 @@ GrabJob::GrabJob(const Camera& camera, const GrabSettings& settings, FrameNamer 
 }
 
 void GrabJob::Run(GrabTargets& targets) {
-    if (const auto failure = FailureOf([&] { Grab(targets); })) report_.NoteFailure(*failure);
-}
-
-void GrabJob::Grab(GrabTargets& targets) {
     const auto take = [&](const Frame& frame, uint64_t number) {
         return Take(frame, number, targets);
     };
-    GrabFrames(*opened_, static_cast<size_t>(settings_.buffers), settings_.limits,
-               trigger_ ? &*trigger_ : nullptr, take, report_);
+    report_.NoteFailure(FailureOf([&] {
+        GrabFrames(*opened_, static_cast<size_t>(settings_.buffers), settings_.limits,
+                   trigger_ ? &*trigger_ : nullptr, take, report_);
+    }));
     if (trigger_) report_.triggers = trigger_->Sent();
 }
 

@@ -48,7 +48,6 @@ class GrabJob {
     GrabReport& Report() { return report_; }
 
   private:
-    void Grab(GrabTargets& targets);
     bool Take(const Frame& frame, uint64_t number, GrabTargets& targets);
 
     const GrabSettings& settings_;

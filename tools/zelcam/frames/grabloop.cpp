@@ -4,6 +4,8 @@
 
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/console/interrupt.h"
+#include "tools/zelcam/frames/acquisition.h"
+#include "tools/zelcam/frames/timeoutreport.h"
 
 namespace ZelTool {
 
@@ -83,19 +85,12 @@ void GrabFrames(OpenedCamera& camera, size_t buffers, const GrabLimits& limits,
                 SoftwareTrigger* trigger, const FrameTaker& take, GrabReport& report) {
     Acquisition acquisition(camera, buffers);
     // After a failure, the report still gets everything that was received.
-    const auto attempt = [&report](auto action) {
-        try {
-            action();
-        } catch (const Failure& failure) {
-            report.NoteFailure(failure);
-        }
-    };
-    attempt([&] {
+    report.NoteFailure(FailureOf([&] {
         acquisition.Start();
         Loop(acquisition, limits, trigger, take, report);
-    });
+    }));
     report.underruns = acquisition.Stream().GetNumUnderrun();
-    attempt([&] { acquisition.End(); });
+    report.NoteFailure(FailureOf([&] { acquisition.End(); }));
 }
 
 }  // namespace ZelTool

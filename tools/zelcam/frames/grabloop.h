@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "tools/zelcam/frames/acquisition.h"
+#include "tools/zelcam/camera/openedcamera.h"
 #include "tools/zelcam/frames/frame.h"
 #include "tools/zelcam/frames/grabreport.h"
 #include "tools/zelcam/frames/softwaretrigger.h"

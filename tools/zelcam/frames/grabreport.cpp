@@ -35,9 +35,10 @@ void GrabReport::NoteFrame(const Frame& frame) {
                " " + Imaging::PixelFormatName(frame.image.pixelFormat);
 }
 
-void GrabReport::NoteFailure(const Failure& failure) {
-    if (exitCode == ExitCode::Ok) exitCode = failure.Code();
-    error += (error.empty() ? "" : "; ") + std::string(failure.what());
+void GrabReport::NoteFailure(const std::optional<Failure>& failure) {
+    if (!failure) return;
+    if (exitCode == ExitCode::Ok) exitCode = failure->Code();
+    error += (error.empty() ? "" : "; ") + std::string(failure->what());
 }
 
 void GrabReport::PrintText(std::ostream& out, std::ostream& err) const {

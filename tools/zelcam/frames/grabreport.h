@@ -11,9 +11,9 @@
 #include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/jsontext.h"
 #include "tools/zelcam/features/featuresetting.h"
+#include "tools/zelcam/frames/camerachecks.h"
 #include "tools/zelcam/frames/framefiles.h"
 #include "tools/zelcam/frames/framestatistics.h"
-#include "tools/zelcam/frames/timeoutreport.h"
 
 namespace ZelTool {
 
@@ -34,8 +34,8 @@ struct GrabReport {
 
     void NoteFrame(const Frame& frame);
 
-    // The first failure decides the exit code; the report shows all.
-    void NoteFailure(const Failure& failure);
+    // Notes a failure, if there is one. The first decides the exit code; the report shows all.
+    void NoteFailure(const std::optional<Failure>& failure);
 
     // Prints the summary to `out`, errors and their causes to `err`.
     void PrintText(std::ostream& out, std::ostream& err) const;
