@@ -9,7 +9,7 @@
 
 namespace ZelTool {
 
-// The names of the visibilities in options and in JSON.
+// The names of the visibilities in options and in JSON; `name` must be one of them.
 ZelGenParam::Visibility VisibilityOf(const std::string& name);
 std::string VisibilityWords(ZelGenParam::Visibility visibility);
 
