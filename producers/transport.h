@@ -130,7 +130,7 @@ class StreamEngine {
     // Buffers were queued.
     virtual void OnInput() = 0;
 
-    // Adds the features that only streams of this transport have.
+    // Adds the features that only streams of this transport have; see Connection::AddFeatures.
     virtual void AddFeatures(FeatureTable& /*features*/) {}
 };
 
@@ -167,7 +167,8 @@ class Connection {
     virtual uint32_t NumStreams() const = 0;
     virtual std::unique_ptr<StreamEngine> OpenStream(uint32_t index, BufferQueue& buffers) = 0;
 
-    // Adds the features that only device modules of this transport have.
+    // Adds the features that only device modules of this transport have. Called when a client first
+    // uses the port of the module, and again if that failed; the camera may be lost by then.
     virtual void AddFeatures(FeatureTable& /*features*/) {}
 
     // The client has closed the camera: gives up its control. Called once, all streams being
@@ -239,7 +240,8 @@ class HostInterface {
     virtual void UpdateCameras(Deadline deadline) = 0;
     virtual std::shared_ptr<const CameraList> Cameras() const = 0;
 
-    // Adds the features that only interface modules of this transport have.
+    // Adds the features that only interface modules of this transport have; see
+    // Connection::AddFeatures.
     virtual void AddFeatures(FeatureTable& /*features*/, const SelectedCamera& /*camera*/) {}
 };
 

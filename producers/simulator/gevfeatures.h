@@ -15,7 +15,7 @@ void AddGevInterfaceFeatures(ZelCti::FeatureTable& features, const std::string& 
                              const IpSettings& adapter,
                              const std::function<std::shared_ptr<Camera>()>& selected);
 
-// The camera outlives the table.
+// The camera outlives the registers.
 void AddGevDeviceFeatures(ZelCti::FeatureTable& features, const Camera& camera);
 
 }  // namespace ZelSim

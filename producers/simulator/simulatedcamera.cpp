@@ -1,9 +1,15 @@
 #include "producers/simulator/simulatedcamera.h"
 
+#include <limits>
+
 #include "producers/simulator/features/cameradescription.h"
 #include "producers/simulator/simulatedconnection.h"
 
 namespace ZelSim {
+
+using ZelCti::Description;
+using ZelCti::FeatureTable;
+using ZelCti::RegisterSpace;
 
 namespace {
 
@@ -24,12 +30,16 @@ ZelCti::CameraInfo CameraInfoOf(const CameraConfig& config, const std::string& t
 }  // namespace
 
 SimulatedCamera::SimulatedCamera(CameraConfig config, const std::string& tlType)
-    : info_(CameraInfoOf(config, tlType)), hardware_(std::move(config), tlType) {}
+    : info_(CameraInfoOf(config, tlType)),
+      hardware_(std::move(config), tlType),
+      registers_(std::numeric_limits<uint64_t>::max(), hardware_.Order(),
+                 [this](RegisterSpace& space) { return MakeRegisters(space); }) {}
 
-const ZelCti::Description& SimulatedCamera::GetDescription() {
-    std::call_once(described_,
-                   [this] { description_ = MakeCameraDescription(hardware_, features_); });
-    return *description_;
+std::unique_ptr<const Description> SimulatedCamera::MakeRegisters(RegisterSpace& space) {
+    FeatureTable table(space, "Device");
+    features_ = std::make_unique<CameraFeatures>(hardware_, space, table);
+    table.Complete();
+    return DescribeCamera(hardware_, table);
 }
 
 GenTL::DEVICE_ACCESS_STATUS SimulatedCamera::AccessStatus() const {

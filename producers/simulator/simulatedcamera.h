@@ -2,10 +2,9 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <string>
 
-#include "producers/server/registers/description.h"
+#include "producers/server/registers/portregisters.h"
 #include "producers/simulator/camera/camera.h"
 #include "producers/simulator/features/camerafeatures.h"
 #include "producers/transport.h"
@@ -21,8 +20,8 @@ class SimulatedCamera final : public ZelCti::Camera,
 
     ZelSim::Camera& Hardware() { return hardware_; }
 
-    // Made when it is first asked for.
-    const ZelCti::Description& GetDescription();
+    // The port of the camera.
+    ZelCti::PortRegisters& Registers() { return registers_; }
 
     const ZelCti::CameraInfo& Info() const override { return info_; }
     std::string UserName() const override { return hardware_.UserName(); }
@@ -31,11 +30,12 @@ class SimulatedCamera final : public ZelCti::Camera,
                                              ZelCti::CameraSink& sink) override;
 
   private:
+    std::unique_ptr<const ZelCti::Description> MakeRegisters(ZelCti::RegisterSpace& space);
+
     const ZelCti::CameraInfo info_;
     ZelSim::Camera hardware_;
-    CameraFeatures features_{hardware_};
-    std::once_flag described_;
-    std::unique_ptr<const ZelCti::Description> description_;  // since described_
+    std::unique_ptr<CameraFeatures> features_;  // since the registers are made
+    ZelCti::PortRegisters registers_;
 };
 
 }  // namespace ZelSim

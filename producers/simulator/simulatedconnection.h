@@ -25,8 +25,6 @@ class SimulatedConnection final : public ZelCti::Connection {
     void Close() noexcept override;
 
   private:
-    bool IsDescription(uint64_t address, size_t size) const;
-
     const std::shared_ptr<SimulatedCamera> camera_;
     // Taken first: the loss of the camera is either reported, or seen when it is connected.
     ZelCti::Claim subscription_;

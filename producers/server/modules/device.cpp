@@ -13,39 +13,48 @@
 
 namespace ZelCti {
 
+namespace {
+
+constexpr LocalDescription kDeviceDescription{"Device", "Features of this side of a camera", '3',
+                                              Description::Form::Zip};
+
+}  // namespace
+
 Device::Device(const std::shared_ptr<Camera>& camera, GenTL::DEVICE_ACCESS_FLAGS access,
                Handle client)
     : LocalModule(Kind::Device,
-                  PortIdentity::OfCamera(camera->Info(), camera->Id(), "TLDevice", "DevicePort")),
+                  PortIdentity::OfCamera(camera->Info(), camera->Id(), "TLDevice", "DevicePort"),
+                  &kDeviceDescription),
       client_(client),
-      link_(std::make_shared<CameraLink>(camera, access, client, *this)) {
-    AddInformation();
-    AddStreams();
-    AddLink();
-    link_->GetConnection().AddFeatures(features_);
-    features_.Complete();
+      link_(std::make_shared<CameraLink>(camera, access, client, *this)) {}
+
+void Device::AddFeatures(FeatureTable& features) {
+    AddInformation(features);
+    AddStreams(features);
+    AddLink(features);
+    link_->GetConnection().AddFeatures(features);
 }
 
-void Device::AddInformation() {
+void Device::AddInformation(FeatureTable& features) {
     ShownCamera shown;
     shown.getInfo = [this](Answer answer) { GetInfo(answer); };
-    features_.Category("DeviceInformation", "What the camera is, as this side knows it.");
-    AddDeviceIdentity(features_, shown, 0x2000);
-    features_.StringReg("DeviceDisplayName", "Name of the camera for people.")
+    features.Category("DeviceInformation", "What the camera is, as this side knows it.");
+    AddDeviceIdentity(features, shown, 0x2000);
+    features.StringReg("DeviceDisplayName", "Name of the camera for people.")
         .Expert()
         .At(0x2600, kTextSize)
         .Bind(InfoSource(GenTL::DEVICE_INFO_DISPLAYNAME, shown.getInfo));
-    features_.Enumeration("DeviceType", "Transport type of the camera.")
+    features.Enumeration("DeviceType", "Transport type of the camera.")
         .At(0x2700)
         .Entries(TransportTypeEntries())
         .Get([this] { return TransportTypeNumber(Port().tlType); });
-    AddDeviceAccessStatus(features_, shown, "How the camera is open.", 0x2704);
-    features_.IntReg("DeviceTimestampFrequency", "Ticks of the clock of the camera in a second.")
+    AddDeviceAccessStatus(features, shown, "How the camera is open.", 0x2704);
+    features.IntReg("DeviceTimestampFrequency", "Ticks of the clock of the camera in a second.")
         .Expert()
         .At(0x2708, 8)
         .Unit("Hz")
         .Bind(InfoSource(GenTL::DEVICE_INFO_TIMESTAMP_FREQUENCY, shown.getInfo));
-    features_
+    features
         .Enumeration("DeviceEndianessMechanism",
                      "How the byte order of the registers of the camera is told.")
         .Guru()
@@ -54,7 +63,7 @@ void Device::AddInformation() {
         .Constant(1);
 }
 
-void Device::AddStreams() {
+void Device::AddStreams(FeatureTable& features) {
     IntegerValue index;
     index.get = [this] { return selectedStream_; };
     index.check = [this](uint64_t value) {
@@ -62,11 +71,11 @@ void Device::AddStreams() {
         throw Error(GenTL::GC_ERR_INVALID_VALUE, "not that many streams");
     };
     index.set = [this](uint64_t value) { selectedStream_ = static_cast<uint32_t>(value); };
-    features_.Category("StreamEnumeration", "The data streams of the camera.");
-    AddSelector(features_, "Stream", "Index of the stream that the features below tell about.",
+    features.Category("StreamEnumeration", "The data streams of the camera.");
+    AddSelector(features, "Stream", "Index of the stream that the features below tell about.",
                 0x3000, std::move(index), [this] { return NumStreams(); })
         .Expert();
-    features_.StringReg("StreamID", "Identifier of the stream.")
+    features.StringReg("StreamID", "Identifier of the stream.")
         .Expert()
         .AvailableIf("StreamCount")
         .SelectedBy("StreamSelector")
@@ -74,19 +83,19 @@ void Device::AddStreams() {
         .Get([this] { return StreamId(selectedStream_); });
 }
 
-void Device::AddLink() {
+void Device::AddLink(FeatureTable& features) {
     const auto count = [this](uint64_t (Module::*counter)() const) {
         const std::shared_ptr<RemoteDevice> remote = Remote();
         return remote == nullptr ? 0 : (*remote.*counter)();
     };
-    features_
+    features
         .Category("LinkStatistics", "What went over the link to the camera since it was opened.")
         .Expert();
-    features_.IntReg("LinkReadCount", "Read accesses to registers of the camera.")
+    features.IntReg("LinkReadCount", "Read accesses to registers of the camera.")
         .Expert()
         .At(0x5000, 8)
         .Get([=] { return count(&Module::NumReads); });
-    features_.IntReg("LinkWriteCount", "Write accesses to registers of the camera.")
+    features.IntReg("LinkWriteCount", "Write accesses to registers of the camera.")
         .Expert()
         .At(0x5008, 8)
         .Get([=] { return count(&Module::NumWrites); });
@@ -138,15 +147,6 @@ std::shared_ptr<RemoteDevice> Device::Remote() const {
 std::shared_ptr<Event> Device::MakeEvent(GenTL::EVENT_TYPE type) {
     if (type == GenTL::EVENT_REMOTE_DEVICE) return std::make_shared<MessageEvent>(type);
     return Module::MakeEvent(type);
-}
-
-std::unique_ptr<const Description> Device::MakeDescription() const {
-    DescriptionHeader header;
-    header.modelName = "Device";
-    header.toolTip = "Features of this side of a camera";
-    header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D30";
-    header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D3F";
-    return MakeDescriptionOf(features_, header, Description::Form::Zip);
 }
 
 }  // namespace ZelCti

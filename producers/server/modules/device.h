@@ -8,7 +8,6 @@
 #include "producers/server/base/claim.h"
 #include "producers/server/modules/cameralink.h"
 #include "producers/server/modules/localmodule.h"
-#include "producers/server/registers/featuretable.h"
 
 namespace ZelCti {
 
@@ -37,19 +36,18 @@ class Device final : public LocalModule {
   private:
     bool MayWrite() const override { return link_->MayWrite(); }
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
-    std::unique_ptr<const Description> MakeDescription() const override;
+    void AddFeatures(FeatureTable& features) override;
     void OnClose() override { link_->Close(); }
 
-    void AddInformation();
-    void AddStreams();
-    void AddLink();
+    void AddInformation(FeatureTable& features);
+    void AddStreams(FeatureTable& features);
+    void AddLink(FeatureTable& features);
     std::shared_ptr<RemoteDevice> Remote() const;  // null before it is asked for
 
     const Handle client_;
     const std::shared_ptr<CameraLink> link_;
     ClaimedIds openedStreams_;
     uint32_t selectedStream_ = 0;  // used by registers only
-    FeatureTable features_{Registers(), Port().portName, Caching::Off};
     mutable std::mutex remoteMutex_;
     std::shared_ptr<RemoteDevice> remote_;  // guarded by remoteMutex_; open when it is there
 };

@@ -8,7 +8,6 @@
 #include "producers/server/modules/localmodule.h"
 #include "producers/server/modules/selector.h"
 #include "producers/server/modules/snapshot.h"
-#include "producers/server/registers/featuretable.h"
 #include "producers/transport.h"
 
 namespace ZelCti {
@@ -29,18 +28,17 @@ class Interface final : public LocalModule {
                              GenTL::DEVICE_ACCESS_FLAGS access);
 
   private:
-    std::unique_ptr<const Description> MakeDescription() const override;
+    void AddFeatures(FeatureTable& features) override;
     void OnClose() override { claim_.reset(); }
 
-    void AddInformation();
-    void AddEnumeration();
+    void AddInformation(FeatureTable& features);
+    void AddEnumeration(FeatureTable& features);
 
     const std::shared_ptr<HostInterface> host_;
     const Handle client_;  // the system module
     Claim claim_;
     Snapshot<Camera> cameras_;
     Selector<Camera> selected_{cameras_};
-    FeatureTable features_{Registers(), Port().portName, Caching::Off};
 };
 
 }  // namespace ZelCti

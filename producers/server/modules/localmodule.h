@@ -2,44 +2,45 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
-#include <optional>
 #include <vector>
 
 #include "producers/server/modules/module.h"
-#include "producers/server/registers/description.h"
 #include "producers/server/registers/featuretable.h"
+#include "producers/server/registers/portregisters.h"
 
 namespace ZelCti {
+
+// What a local module says of itself in its description.
+struct LocalDescription {
+    const char* modelName;
+    const char* toolTip;
+    char number;  // in the GUIDs
+    Description::Form form = Description::Form::Xml;
+};
 
 // A module with registers of its own. All but buffers describe them. Thread-safe.
 class LocalModule : public Module {
   public:
-    std::vector<PortUrl> Urls() const override;
+    std::vector<PortUrl> Urls() override { return registers_.Urls(); }
 
   protected:
-    LocalModule(Kind kind, PortIdentity port);
-
-    RegisterSpace& Registers() { return registers_; }
-
-    // Called once, when the description is first needed; null for a module without one.
-    virtual std::unique_ptr<const Description> MakeDescription() const { return nullptr; }
-
-    // The description of features, as a file named after the model; the vendor is the producer's.
-    static std::unique_ptr<const Description> MakeDescriptionOf(const FeatureTable& features,
-                                                                DescriptionHeader header,
-                                                                Description::Form form);
+    // Without a description, the module has no features. The description must outlive the module.
+    LocalModule(Kind kind, PortIdentity port, const LocalDescription* description = nullptr);
 
   private:
-    void Read(uint64_t address, void* buffer, size_t size) const override;
-    void Write(uint64_t address, const void* buffer, size_t size) override;
-    const Description* GetDescription() const;
-    const Description* DescriptionAt(uint64_t address, size_t size) const;  // null: registers
+    // Declares the features. Called when the port is first used, and again if that failed.
+    virtual void AddFeatures(FeatureTable& /*features*/) {}
 
-    mutable RegisterSpace registers_;
-    mutable std::mutex descriptionMutex_;
-    // Made when first needed, null for a module without one; guarded by descriptionMutex_.
-    mutable std::optional<std::unique_ptr<const Description>> description_;
+    void Read(uint64_t address, void* buffer, size_t size) override {
+        registers_.Read(address, buffer, size);
+    }
+    void Write(uint64_t address, const void* buffer, size_t size) override {
+        registers_.Write(address, buffer, size);
+    }
+    std::unique_ptr<const Description> MakeRegisters(RegisterSpace& space);
+
+    const LocalDescription* const description_;
+    PortRegisters registers_;
 };
 
 }  // namespace ZelCti

@@ -57,7 +57,7 @@ void Module::GetPortInfo(Answer answer) const {
     }
 }
 
-void Module::ReadPort(uint64_t address, void* buffer, size_t size) const {
+void Module::ReadPort(uint64_t address, void* buffer, size_t size) {
     numReads_.fetch_add(1, std::memory_order_relaxed);
     CheckConnected();
     Read(address, buffer, size);

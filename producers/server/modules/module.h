@@ -55,11 +55,11 @@ class Module : public Object {
     void GetPortInfo(Answer answer) const;
 
     // Where the description of the registers is, the first choice first; may be empty.
-    virtual std::vector<PortUrl> Urls() const = 0;
+    virtual std::vector<PortUrl> Urls() = 0;
 
     // Throw GC_ERR_ACCESS_DENIED when the module may not be written, or the registers may not be
     // accessed in this way, and GC_ERR_INVALID_ADDRESS when there are none.
-    void ReadPort(uint64_t address, void* buffer, size_t size) const;
+    void ReadPort(uint64_t address, void* buffer, size_t size);
     void WritePort(uint64_t address, const void* buffer, size_t size);
 
     // Accesses so far, those that failed included.
@@ -89,11 +89,11 @@ class Module : public Object {
 
   private:
     // The registers and the description.
-    virtual void Read(uint64_t address, void* buffer, size_t size) const = 0;
+    virtual void Read(uint64_t address, void* buffer, size_t size) = 0;
     virtual void Write(uint64_t address, const void* buffer, size_t size) = 0;
 
     const PortIdentity port_;
-    mutable std::atomic<uint64_t> numReads_{0};
+    std::atomic<uint64_t> numReads_{0};
     std::atomic<uint64_t> numWrites_{0};
     std::mutex eventsMutex_;
     std::map<GenTL::EVENT_TYPE, std::shared_ptr<Event>> events_;  // guarded by eventsMutex_

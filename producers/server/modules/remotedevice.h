@@ -19,13 +19,13 @@ class RemoteDevice final : public Module {
     explicit RemoteDevice(std::shared_ptr<CameraLink> link);
 
     const CameraLink* Link() const override { return link_.get(); }
-    std::vector<PortUrl> Urls() const override { return link_->GetConnection().DescriptionUrls(); }
+    std::vector<PortUrl> Urls() override { return link_->GetConnection().DescriptionUrls(); }
 
   private:
     bool MayWrite() const override { return link_->MayWrite(); }
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE) override { return nullptr; }
 
-    void Read(uint64_t address, void* buffer, size_t size) const override {
+    void Read(uint64_t address, void* buffer, size_t size) override {
         link_->GetConnection().Read(address, buffer, size);
     }
     void Write(uint64_t address, const void* buffer, size_t size) override {

@@ -24,7 +24,7 @@ class Selector {
     std::shared_ptr<T> Item() const { return list_.At(Index()); }
 
     // The feature "<item>Selector", and the register "<item>Count" behind it. The object must
-    // outlive the table.
+    // outlive the registers.
     void AddTo(FeatureTable& features, const std::string& item, const std::string& toolTip,
                uint64_t address);
 

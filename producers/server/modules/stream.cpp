@@ -15,6 +15,8 @@ namespace ZelCti {
 
 namespace {
 
+constexpr LocalDescription kStreamDescription{"Stream", "Features of a data stream", '4'};
+
 constexpr size_t kCacheLine = 64;
 constexpr uint64_t kNewestOnly = 1;  // the last of the buffer handling modes
 
@@ -25,37 +27,37 @@ PortIdentity StreamIdentity(const CameraInfo& camera, const std::string& id) {
 }  // namespace
 
 Stream::Stream(std::shared_ptr<CameraLink> link, uint32_t index, const std::string& id, Claim claim)
-    : LocalModule(Kind::Stream, StreamIdentity(link->GetCamera().Info(), id)),
+    : LocalModule(Kind::Stream, StreamIdentity(link->GetCamera().Info(), id), &kStreamDescription),
       link_(std::move(link)),
       claim_(std::move(claim)),
       pool_(std::make_shared<BufferPool>()),
       engine_(link_->GetConnection().OpenStream(index, *pool_)),
-      info_(engine_->Info()) {
-    AddInformation();
-    AddBufferHandling();
-    engine_->AddFeatures(features_);
-    features_.Complete();
-}
+      info_(engine_->Info()) {}
 
 BytesSource Stream::Info(int32_t command) const {
     return InfoSource(command, [this](Answer answer) { GetInfo(answer); });
 }
 
-void Stream::AddInformation() {
-    features_.Category("StreamInformation", "What the data stream is.");
-    features_.StringReg("StreamID", "Identifier of the stream.")
+void Stream::AddFeatures(FeatureTable& features) {
+    AddInformation(features);
+    AddBufferHandling(features);
+    engine_->AddFeatures(features);
+}
+
+void Stream::AddInformation(FeatureTable& features) {
+    features.Category("StreamInformation", "What the data stream is.");
+    features.StringReg("StreamID", "Identifier of the stream.")
         .At(0x2000, kTextSize)
         .Bind(Info(GenTL::STREAM_INFO_ID));
-    features_.Enumeration("StreamType", "Transport type of the stream.")
+    features.Enumeration("StreamType", "Transport type of the stream.")
         .At(0x2100)
         .Entries(TransportTypeEntries())
         .Get([this] { return TransportTypeNumber(Port().tlType); });
 }
 
-void Stream::AddBufferHandling() {
-    features_.Category("BufferHandlingControl",
-                       "The buffers of the stream and the frames in them.");
-    features_
+void Stream::AddBufferHandling(FeatureTable& features) {
+    features.Category("BufferHandlingControl", "The buffers of the stream and the frames in them.");
+    features
         .Enumeration("StreamBufferHandlingMode",
                      "Which frames are delivered when they come faster than they are fetched.")
         .Expert()
@@ -66,66 +68,65 @@ void Stream::AddBufferHandling() {
                    "The newest; buffers with older ones wait for frames again."}})
         .Check([this](uint64_t mode) { CheckBufferHandling(mode); })
         .Set([this](uint64_t mode) { pool_->SetNewestOnly(mode == kNewestOnly); });
-    features_
-        .IntReg("StreamAnnounceBufferMinimum", "Buffers that must be announced before a start.")
+    features.IntReg("StreamAnnounceBufferMinimum", "Buffers that must be announced before a start.")
         .Expert()
         .At(0x3030, 8)
         .Bind(Info(GenTL::STREAM_INFO_BUF_ANNOUNCE_MIN));
-    features_.IntReg("StreamBufferAlignment", "Alignment of the memory of announced buffers.")
+    features.IntReg("StreamBufferAlignment", "Alignment of the memory of announced buffers.")
         .Guru()
         .At(0x3038, 8)
         .Unit("B")
         .Bind(Info(GenTL::STREAM_INFO_BUF_ALIGNMENT));
-    AddCounts();
-    AddLayout();
+    AddCounts(features);
+    AddLayout(features);
 }
 
-void Stream::AddCounts() {
-    features_.IntReg("StreamAnnouncedBufferCount", "Buffers that are announced.")
+void Stream::AddCounts(FeatureTable& features) {
+    features.IntReg("StreamAnnouncedBufferCount", "Buffers that are announced.")
         .Expert()
         .At(0x3018, 8)
         .Bind(Info(GenTL::STREAM_INFO_NUM_ANNOUNCED));
-    features_.IntReg("StreamInputBufferCount", "Buffers that wait for a frame.")
+    features.IntReg("StreamInputBufferCount", "Buffers that wait for a frame.")
         .Expert()
         .At(0x3020, 8)
         .Bind(Info(GenTL::STREAM_INFO_NUM_QUEUED));
-    features_.IntReg("StreamOutputBufferCount", "Buffers with a frame that wait to be fetched.")
+    features.IntReg("StreamOutputBufferCount", "Buffers with a frame that wait to be fetched.")
         .Expert()
         .At(0x3028, 8)
         .Bind(Info(GenTL::STREAM_INFO_NUM_AWAIT_DELIVERY));
-    features_.IntReg("StreamStartedFrameCount", "Frames that began to fill a buffer.")
+    features.IntReg("StreamStartedFrameCount", "Frames that began to fill a buffer.")
         .Expert()
         .At(0x3010, 8)
         .Bind(Info(GenTL::STREAM_INFO_NUM_STARTED));
-    features_
+    features
         .IntReg("StreamDeliveredFrameCount",
                 "Frames that were fetched since the stream was opened.")
         .Expert()
         .At(0x3000, 8)
         .Bind(Info(GenTL::STREAM_INFO_NUM_DELIVERED));
-    features_
+    features
         .IntReg("StreamLostFrameCount", "Frames that were lost because no buffer waited for them.")
         .Expert()
         .At(0x3008, 8)
         .Bind(Info(GenTL::STREAM_INFO_NUM_UNDERRUN));
 }
 
-void Stream::AddLayout() {
-    features_.IntReg("StreamChunkCountMaximum", "Chunks that a buffer can hold at most.")
+void Stream::AddLayout(FeatureTable& features) {
+    features.IntReg("StreamChunkCountMaximum", "Chunks that a buffer can hold at most.")
         .Guru()
         .At(0x3040, 8)
         .Bind(Info(GenTL::STREAM_INFO_NUM_CHUNKS_MAX));
-    features_.Boolean("StreamIsGrabbing", "Whether the acquisition runs.")
+    features.Boolean("StreamIsGrabbing", "Whether the acquisition runs.")
         .Expert()
         .At(0x3054)
         .Bind(Info(GenTL::STREAM_INFO_IS_GRABBING));
-    features_.IntReg("PayloadSize", "Bytes that a frame takes.")
+    features.IntReg("PayloadSize", "Bytes that a frame takes.")
         .Expert()
         .AvailableIf("DefinesPayloadSize")
         .At(0x3048, 8)
         .Unit("B")
         .Bind(Info(GenTL::STREAM_INFO_PAYLOAD_SIZE));
-    features_.IntReg("DefinesPayloadSize")
+    features.IntReg("DefinesPayloadSize")
         .At(0x3050)
         .Bind(Info(GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE));
 }
@@ -279,15 +280,6 @@ void Stream::OnClosing() {
     closed_ = true;
     if (isStarted_) engine_->Stop(true);
     isStarted_ = false;
-}
-
-std::unique_ptr<const Description> Stream::MakeDescription() const {
-    DescriptionHeader header;
-    header.modelName = "Stream";
-    header.toolTip = "Features of a data stream";
-    header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D40";
-    header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D4F";
-    return MakeDescriptionOf(features_, header, Description::Form::Xml);
 }
 
 }  // namespace ZelCti

@@ -9,7 +9,6 @@
 #include "producers/server/modules/bufferpool.h"
 #include "producers/server/modules/cameralink.h"
 #include "producers/server/modules/localmodule.h"
-#include "producers/server/registers/featuretable.h"
 
 namespace ZelCti {
 
@@ -49,12 +48,12 @@ class Stream final : public LocalModule {
     bool AnswerCount(Answer answer) const;
 
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
-    std::unique_ptr<const Description> MakeDescription() const override;
+    void AddFeatures(FeatureTable& features) override;
     BytesSource Info(int32_t command) const;
-    void AddInformation();
-    void AddBufferHandling();
-    void AddCounts();
-    void AddLayout();
+    void AddInformation(FeatureTable& features);
+    void AddBufferHandling(FeatureTable& features);
+    void AddCounts(FeatureTable& features);
+    void AddLayout(FeatureTable& features);
     void CheckBufferHandling(uint64_t mode) const;
     void OnClosing() override;
     void OnClose() override { claim_.reset(); }
@@ -67,7 +66,6 @@ class Stream final : public LocalModule {
     std::mutex startMutex_;   // held while the stream is started or stopped
     bool isStarted_ = false;  // guarded by startMutex_
     bool closed_ = false;     // guarded by startMutex_
-    FeatureTable features_{Registers(), Port().portName, Caching::Off};
 };
 
 }  // namespace ZelCti

@@ -10,6 +10,8 @@ namespace ZelCti {
 
 namespace {
 
+constexpr LocalDescription kSystemDescription{"System", "Features of the producer", '1'};
+
 constexpr size_t kPathSize = 1024;
 
 PortIdentity SystemIdentity() {
@@ -40,13 +42,9 @@ std::shared_ptr<const InterfaceList> InterfacesOf(const TransportList& transport
 }  // namespace
 
 System::System(std::shared_ptr<const TransportList> transports)
-    : LocalModule(Kind::System, SystemIdentity()),
+    : LocalModule(Kind::System, SystemIdentity(), &kSystemDescription),
       transports_(std::move(transports)),
-      interfaces_(InterfacesOf(*transports_)) {
-    AddInformation();
-    AddEnumeration();
-    features_.Complete();
-}
+      interfaces_(InterfacesOf(*transports_)) {}
 
 bool System::UpdateInterfaces(Deadline deadline) {
     for (const auto& transport : *transports_)
@@ -54,73 +52,78 @@ bool System::UpdateInterfaces(Deadline deadline) {
     return interfaces_.Update(InterfacesOf(*transports_));
 }
 
-void System::AddInformation() {
+void System::AddFeatures(FeatureTable& features) {
+    AddInformation(features);
+    AddEnumeration(features);
+}
+
+void System::AddInformation(FeatureTable& features) {
     const auto info = [](int32_t command) { return InfoSource(command, &Library::GetInfo); };
-    features_.Category("SystemInformation", "What the producer is.");
-    features_.StringReg("TLID", "Identifier of the producer.")
+    features.Category("SystemInformation", "What the producer is.");
+    features.StringReg("TLID", "Identifier of the producer.")
         .Display("TL ID")
         .Expert()
         .At(0x2000, kTextSize)
         .Bind(info(GenTL::TL_INFO_ID));
-    features_.StringReg("TLVendorName", "Who made the producer.")
+    features.StringReg("TLVendorName", "Who made the producer.")
         .At(0x2100, kTextSize)
         .Bind(info(GenTL::TL_INFO_VENDOR));
-    features_.StringReg("TLModelName", "Name of the producer.")
+    features.StringReg("TLModelName", "Name of the producer.")
         .At(0x2200, kTextSize)
         .Bind(info(GenTL::TL_INFO_MODEL));
-    features_.StringReg("TLVersion", "Version of the producer.")
+    features.StringReg("TLVersion", "Version of the producer.")
         .At(0x2300, kTextSize)
         .Bind(info(GenTL::TL_INFO_VERSION));
-    features_.StringReg("TLFileName", "File name of the producer.")
+    features.StringReg("TLFileName", "File name of the producer.")
         .Expert()
         .At(0x2400, kTextSize)
         .Bind(info(GenTL::TL_INFO_NAME));
-    features_.StringReg("TLDisplayName", "Name of the producer for people.")
+    features.StringReg("TLDisplayName", "Name of the producer for people.")
         .Expert()
         .At(0x2500, kTextSize)
         .Bind(info(GenTL::TL_INFO_DISPLAYNAME));
-    features_.StringReg("TLPath", "Path of the file of the producer.")
+    features.StringReg("TLPath", "Path of the file of the producer.")
         .Expert()
         .At(0x2800, kPathSize)
         .Bind(info(GenTL::TL_INFO_PATHNAME));
-    features_.Enumeration("TLType", "Transport type of the producer.")
+    features.Enumeration("TLType", "Transport type of the producer.")
         .At(0x2600)
         .Entries(TransportTypeEntries())
         .Get([this] { return TransportTypeNumber(Port().tlType); });
-    features_
+    features
         .IntReg("GenTLVersionMajor",
                 "First number of the GenTL version that the producer implements.")
         .Display("GenTL Version Major")
         .Expert()
         .At(0x2604)
         .Bind(info(GenTL::TL_INFO_GENTL_VER_MAJOR));
-    features_
+    features
         .IntReg("GenTLVersionMinor",
                 "Second number of the GenTL version that the producer implements.")
         .Display("GenTL Version Minor")
         .Expert()
         .At(0x2608)
         .Bind(info(GenTL::TL_INFO_GENTL_VER_MINOR));
-    AddNamingConvention();
+    AddNamingConvention(features);
 }
 
 // The version of the standard that names the features: 1.1.0.
-void System::AddNamingConvention() {
-    features_
+void System::AddNamingConvention(FeatureTable& features) {
+    features
         .Integer("GenTLSFNCVersionMajor",
                  "First number of the version of the naming convention that the features "
                  "follow.")
         .Display("GenTL SFNC Version Major")
         .Expert()
         .Constant(1);
-    features_
+    features
         .Integer("GenTLSFNCVersionMinor",
                  "Second number of the version of the naming convention that the features "
                  "follow.")
         .Display("GenTL SFNC Version Minor")
         .Expert()
         .Constant(1);
-    features_
+    features
         .Integer("GenTLSFNCVersionSubMinor",
                  "Third number of the version of the naming convention that the features "
                  "follow.")
@@ -129,31 +132,31 @@ void System::AddNamingConvention() {
         .Constant(0);
 }
 
-void System::AddEnumeration() {
+void System::AddEnumeration(FeatureTable& features) {
     const auto info = [this](int32_t command) {
         return InfoSource(command,
                           [this](Answer answer) { AnswerInfo(*selected_.Item(), answer); });
     };
-    features_.Category("InterfaceEnumeration", "The interfaces that the producer lists.");
-    features_.Command("InterfaceUpdateList", "Updates the list of the interfaces.")
+    features.Category("InterfaceEnumeration", "The interfaces that the producer lists.");
+    features.Command("InterfaceUpdateList", "Updates the list of the interfaces.")
         .Expert()
         .At(0x3000)
         .Does([this] { UpdateInterfaces(WaitPoint::After(kUpdateMs)); })
         .DoneAtOnce();
-    selected_.AddTo(features_, "Interface",
+    selected_.AddTo(features, "Interface",
                     "Index of the interface that the features below tell about.", 0x3004);
-    features_.StringReg("InterfaceID", "Identifier of the interface.")
+    features.StringReg("InterfaceID", "Identifier of the interface.")
         .AvailableIf("InterfaceCount")
         .SelectedBy("InterfaceSelector")
         .At(0x3100, kTextSize)
         .Bind(info(GenTL::INTERFACE_INFO_ID));
-    features_.StringReg("InterfaceDisplayName", "Name of the interface for people.")
+    features.StringReg("InterfaceDisplayName", "Name of the interface for people.")
         .Expert()
         .AvailableIf("InterfaceCount")
         .SelectedBy("InterfaceSelector")
         .At(0x3200, kTextSize)
         .Bind(info(GenTL::INTERFACE_INFO_DISPLAYNAME));
-    features_.Enumeration("InterfaceType", "Transport type of the interface.")
+    features.Enumeration("InterfaceType", "Transport type of the interface.")
         .AvailableIf("InterfaceCount")
         .SelectedBy("InterfaceSelector")
         .At(0x300C)
@@ -166,15 +169,6 @@ Handle System::OpenInterface(const std::shared_ptr<System>& system, const char* 
     Claim claim = system->opened_.Take(host->Id());
     const auto interface = std::make_shared<Interface>(host, system->GetHandle(), std::move(claim));
     return Library::Instance().Handles().Open(interface, system);
-}
-
-std::unique_ptr<const Description> System::MakeDescription() const {
-    DescriptionHeader header;
-    header.modelName = "System";
-    header.toolTip = "Features of the producer";
-    header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D10";
-    header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D1F";
-    return MakeDescriptionOf(features_, header, Description::Form::Xml);
 }
 
 }  // namespace ZelCti

@@ -8,7 +8,6 @@
 #include "producers/server/modules/localmodule.h"
 #include "producers/server/modules/selector.h"
 #include "producers/server/modules/snapshot.h"
-#include "producers/server/registers/featuretable.h"
 
 namespace ZelCti {
 
@@ -25,15 +24,14 @@ class System final : public LocalModule {
     static Handle OpenInterface(const std::shared_ptr<System>& system, const char* id);
 
   private:
-    std::unique_ptr<const Description> MakeDescription() const override;
-    void AddInformation();
-    void AddNamingConvention();
-    void AddEnumeration();
+    void AddFeatures(FeatureTable& features) override;
+    void AddInformation(FeatureTable& features);
+    void AddNamingConvention(FeatureTable& features);
+    void AddEnumeration(FeatureTable& features);
 
     const std::shared_ptr<const TransportList> transports_;
     Snapshot<HostInterface> interfaces_;
     Selector<HostInterface> selected_{interfaces_};
-    FeatureTable features_{Registers(), Port().portName, Caching::Off};
     ClaimedIds opened_;
 };
 

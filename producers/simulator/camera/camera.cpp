@@ -1,17 +1,13 @@
 #include "producers/simulator/camera/camera.h"
 
-#include <limits>
-
 #include "producers/server/base/error.h"
 #include "producers/simulator/config/poweronsettings.h"
 
 namespace ZelSim {
 
-using ZelCti::ByteOrder;
 using ZelCti::Claim;
 using ZelCti::Error;
 using ZelCti::MakeClaim;
-using ZelCti::RegisterSpace;
 
 namespace {
 
@@ -22,9 +18,6 @@ constexpr uint64_t kNsPerSecond = 1000000000;
 Camera::Camera(CameraConfig config, std::string tlType)
     : config_(std::move(config)),
       tlType_(std::move(tlType)),
-      registers_(
-          std::make_shared<RegisterSpace>(std::numeric_limits<uint64_t>::max(),
-                                          config_.bigEndian ? ByteOrder::Big : ByteOrder::Little)),
       control_(PowerOnSettings(config_)),
       events_(tlType_),
       userName_(config_.userName) {

@@ -10,7 +10,6 @@
 
 #include "gentl/GenTL.h"
 #include "producers/server/base/claim.h"
-#include "producers/server/registers/registerspace.h"
 #include "producers/simulator/camera/acquisition.h"
 #include "producers/simulator/camera/cameracontrol.h"
 #include "producers/simulator/camera/eventchannel.h"
@@ -20,9 +19,9 @@
 
 namespace ZelSim {
 
-// The hardware, which every client that opens the camera works with: its registers, its clock and
-// its picture; what the registers mean is CameraFeatures. Once unplugged it stays so; a camera
-// plugged again is another object. Thread-safe.
+// The hardware, which every client that opens the camera works with: settings, acquisition, events,
+// clock and picture. Its registers are CameraFeatures. Once unplugged it stays so; a camera that is
+// plugged in again is another object. Thread-safe.
 class Camera {
   public:
     Camera(CameraConfig config, std::string tlType);
@@ -34,7 +33,11 @@ class Camera {
     // Of what the transport adds to the data of the camera.
     ZelCti::ByteOrder WireOrder() const { return EventFormOf(tlType_).order; }
 
-    const std::shared_ptr<ZelCti::RegisterSpace>& Registers() const { return registers_; }
+    // Of its registers and of the values in its chunks.
+    ZelCti::ByteOrder Order() const {
+        return config_.bigEndian ? ZelCti::ByteOrder::Big : ZelCti::ByteOrder::Little;
+    }
+
     CameraControl& Control() { return control_; }
     std::shared_ptr<const FrameSettings> Settings() const { return control_.Settings(); }
     EventChannel& Events() { return events_; }
@@ -71,7 +74,6 @@ class Camera {
   private:
     const CameraConfig config_;
     const std::string tlType_;
-    const std::shared_ptr<ZelCti::RegisterSpace> registers_;
     CameraControl control_;
     EventChannel events_;
     const Frame::Clock::time_point powerOn_ = Frame::Clock::now();

@@ -80,8 +80,7 @@ void AppendChunks(const Camera& camera, const FrameSettings& settings, uint8_t* 
     ChunkValues values = ChunkValuesOf(settings);
     values.frameId = info.id;
     values.timestamp = info.timestamp;
-    WriteChunks(payload, chunks, settings.ImageSize(), values, camera.WireOrder(),
-                camera.Registers()->Order());
+    WriteChunks(payload, chunks, settings.ImageSize(), values, camera.WireOrder(), camera.Order());
     info.chunkOrder = camera.WireOrder();
     info.chunkLayoutId = settings.ImageSize() << kNumChunkKinds | chunks.Bits();
 }

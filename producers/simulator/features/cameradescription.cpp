@@ -3,12 +3,12 @@
 #include <string>
 
 #include "producers/simulator/camera/camera.h"
-#include "producers/simulator/features/camerafeatures.h"
 
 namespace ZelSim {
 
 using ZelCti::Description;
 using ZelCti::DescriptionHeader;
+using ZelCti::FeatureTable;
 
 namespace {
 
@@ -31,8 +31,8 @@ const char* StandardNameSpace(const std::string& tlType) {
 
 }  // namespace
 
-std::unique_ptr<const Description> MakeCameraDescription(const Camera& camera,
-                                                         const CameraFeatures& features) {
+std::unique_ptr<const Description> DescribeCamera(const Camera& camera,
+                                                  const FeatureTable& features) {
     DescriptionHeader header;
     header.modelName = NameOf(camera.Config().model);
     header.vendorName = NameOf(camera.Config().vendor);

@@ -4,14 +4,14 @@
 #include <memory>
 
 #include "producers/server/registers/description.h"
+#include "producers/server/registers/featuretable.h"
 
 namespace ZelSim {
 
 class Camera;
-class CameraFeatures;
 
-// What the camera can do and how its registers are laid out.
-std::unique_ptr<const ZelCti::Description> MakeCameraDescription(const Camera& camera,
-                                                                 const CameraFeatures& features);
+// What the camera can do and how its registers are laid out, from its complete table.
+std::unique_ptr<const ZelCti::Description> DescribeCamera(const Camera& camera,
+                                                          const ZelCti::FeatureTable& features);
 
 }  // namespace ZelSim

@@ -5,29 +5,30 @@
 
 namespace ZelSim {
 
+using ZelCti::FeatureTable;
+using ZelCti::RegisterSpace;
+
 namespace {
 
 constexpr uint64_t kNsPerMs = 1000000;
 
 }  // namespace
 
-CameraFeatures::CameraFeatures(Camera& camera)
+CameraFeatures::CameraFeatures(Camera& camera, RegisterSpace& space, FeatureTable& table)
     : flash_(
-          *camera.Registers(), [&camera] { return camera.Nanoseconds(); },
+          space, [&camera] { return camera.Nanoseconds(); },
           camera.Config().flashBusyTime * kNsPerMs),
-      userSets_(camera.Control()),
-      table_(*camera.Registers(), "Device") {
-    AddDeviceControl(table_, camera, userSets_);
-    AddImageFormatControl(table_, camera);
-    AddAcquisitionControl(table_, camera);
-    AddAnalogControl(table_, camera);
-    AddDigitalIOControl(table_, *camera.Registers());
-    AddUserSetControl(table_, userSets_);
-    AddTransportLayerControl(table_, camera);
-    AddEventControl(table_, camera);
-    AddChunkDataControl(table_, camera);
-    AddTestControl(table_, camera);
-    table_.Complete();
+      userSets_(camera.Control()) {
+    AddDeviceControl(table, camera, userSets_);
+    AddImageFormatControl(table, camera);
+    AddAcquisitionControl(table, camera);
+    AddAnalogControl(table, camera);
+    AddDigitalIOControl(table, space);
+    AddUserSetControl(table, userSets_);
+    AddTransportLayerControl(table, camera);
+    AddEventControl(table, camera);
+    AddChunkDataControl(table, camera);
+    AddTestControl(table, camera);
 }
 
 }  // namespace ZelSim

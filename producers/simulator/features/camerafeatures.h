@@ -9,21 +9,17 @@ namespace ZelSim {
 
 class Camera;
 
-// Gives the register space of a camera its registers. Part of the camera; the state that only
-// registers show is guarded by the lock of the register space.
+// The registers of a camera, and the state behind them that is guarded by the lock of the register
+// space. Made before the settings of the camera can change, since only registers change them.
 class CameraFeatures {
   public:
-    explicit CameraFeatures(Camera& camera);
-
-    // The description of the camera itself: what it can do and how its registers are laid out.
-    std::string Describe(const ZelCti::DescriptionHeader& header) const {
-        return table_.Describe(header);
-    }
+    // Adds the features to a table over the space. The object and the camera must outlive the use
+    // of the registers.
+    CameraFeatures(Camera& camera, ZelCti::RegisterSpace& space, ZelCti::FeatureTable& table);
 
   private:
     Flash flash_;
     UserSets userSets_;
-    ZelCti::FeatureTable table_;
 };
 
 }  // namespace ZelSim
