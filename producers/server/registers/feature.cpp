@@ -52,38 +52,58 @@ Access AccessOf(std::monostate /*memory*/) {
     return Access::ReadWrite;
 }
 
-// The register of a space for a value.
-template <typename Definition, typename T>
-Definition DefinitionOf(const Register& place, const RegisterValue<T>& value) {
-    Definition definition;
-    definition.address = place.address;
-    definition.size = place.size;
-    definition.access = place.access;
-    definition.get = value.get;
-    definition.check = value.check;
-    definition.set = value.set;
-    return definition;
+void LoadValue(const uint8_t* bytes, size_t size, ByteOrder order, uint64_t& value) {
+    value = LoadInteger(bytes, size, order);
 }
 
-void AddTo(RegisterSpace& space, const Register& place, const IntegerValue& value) {
-    space.Add(DefinitionOf<RegisterSpace::Integer>(place, value));
+void LoadValue(const uint8_t* bytes, size_t size, ByteOrder order, double& value) {
+    value = LoadFloat(bytes, size, order);
 }
 
-void AddTo(RegisterSpace& space, const Register& place, const FloatValue& value) {
-    space.Add(DefinitionOf<RegisterSpace::Float>(place, value));
+void LoadValue(const uint8_t* bytes, size_t size, ByteOrder /*order*/, std::string& value) {
+    value = LoadString(bytes, size);
 }
 
-void AddTo(RegisterSpace& space, const Register& place, const TextValue& value) {
-    space.Add(DefinitionOf<RegisterSpace::String>(place, value));
+void StoreValue(uint8_t* bytes, size_t size, ByteOrder order, uint64_t value) {
+    StoreInteger(bytes, size, value, order);
 }
 
-void AddTo(RegisterSpace& space, Register place, const BytesSource& source) {
+void StoreValue(uint8_t* bytes, size_t size, ByteOrder order, double value) {
+    StoreFloat(bytes, size, value, order);
+}
+
+void StoreValue(uint8_t* bytes, size_t size, ByteOrder /*order*/, const std::string& value) {
+    StoreString(bytes, size, value);
+}
+
+// The register at a place that holds a value.
+template <typename T>
+Register RegisterFor(Register place, const RegisterValue<T>& value, ByteOrder order) {
+    // Calls a function with the value of the bytes.
+    const auto withValue = [size = place.size, order](const std::function<void(T)>& function) {
+        return [=](const uint8_t* bytes) {
+            T loaded{};
+            LoadValue(bytes, size, order, loaded);
+            function(loaded);
+        };
+    };
+    if (value.get != nullptr) {
+        place.source = [get = value.get, size = place.size, order](uint8_t* bytes) {
+            StoreValue(bytes, size, order, get());
+        };
+    }
+    if (value.check != nullptr) place.check = withValue(value.check);
+    if (value.set != nullptr) place.action = withValue(value.set);
+    return place;
+}
+
+Register RegisterFor(Register place, const BytesSource& source, ByteOrder /*order*/) {
     place.source = [source, size = place.size](uint8_t* bytes) { source(bytes, size); };
-    space.Add(std::move(place));
+    return place;
 }
 
-void AddTo(RegisterSpace& space, const Register& place, std::monostate /*memory*/) {
-    space.Add(place);
+Register RegisterFor(Register place, std::monostate /*memory*/, ByteOrder /*order*/) {
+    return place;
 }
 
 }  // namespace
@@ -309,9 +329,11 @@ void Feature::AddRegisters(RegisterSpace& space) const {
     for (size_t i = 0; i < count_; ++i) {
         place.address = *address_ + i * place.size;
         if (indexed_ != nullptr) {
-            AddTo(space, place, indexed_(i));
+            space.Add(RegisterFor(place, indexed_(i), space.Order()));
         } else {
-            std::visit([&](const auto& value) { AddTo(space, place, value); }, value_);
+            std::visit(
+                [&](const auto& value) { space.Add(RegisterFor(place, value, space.Order())); },
+                value_);
         }
     }
     if (!initial_) return;

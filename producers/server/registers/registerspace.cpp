@@ -25,31 +25,6 @@ void ForEachPage(size_t pageSize, uint64_t address, size_t size, Visit&& visit) 
     }
 }
 
-// The register of bytes for a register of values: `load` and `store` convert.
-template <typename Definition, typename Load, typename Store>
-Register Typed(Definition definition, Load load, Store store) {
-    Register reg;
-    reg.address = definition.address;
-    reg.size = definition.size;
-    reg.access = definition.access;
-    if (definition.get != nullptr) {
-        reg.source = [get = std::move(definition.get), store](uint8_t* bytes) {
-            store(bytes, get());
-        };
-    }
-    if (definition.check != nullptr) {
-        reg.check = [check = std::move(definition.check), load](const uint8_t* bytes) {
-            check(load(bytes));
-        };
-    }
-    if (definition.set != nullptr) {
-        reg.action = [set = std::move(definition.set), load](const uint8_t* bytes) {
-            set(load(bytes));
-        };
-    }
-    return reg;
-}
-
 }  // namespace
 
 void RegisterSpace::Add(Register reg) {
@@ -63,34 +38,6 @@ void RegisterSpace::Add(Register reg) {
     });
     const uint64_t address = reg.address;
     registers_[address] = std::move(reg);
-}
-
-void RegisterSpace::Add(Integer reg) {
-    const auto load = [size = reg.size, order = order_](const uint8_t* bytes) {
-        return LoadInteger(bytes, size, order);
-    };
-    const auto store = [size = reg.size, order = order_](uint8_t* bytes, uint64_t value) {
-        StoreInteger(bytes, size, value, order);
-    };
-    Add(Typed(std::move(reg), load, store));
-}
-
-void RegisterSpace::Add(Float reg) {
-    const auto load = [size = reg.size, order = order_](const uint8_t* bytes) {
-        return LoadFloat(bytes, size, order);
-    };
-    const auto store = [size = reg.size, order = order_](uint8_t* bytes, double value) {
-        StoreFloat(bytes, size, value, order);
-    };
-    Add(Typed(std::move(reg), load, store));
-}
-
-void RegisterSpace::Add(String reg) {
-    const auto load = [size = reg.size](const uint8_t* bytes) { return LoadString(bytes, size); };
-    const auto store = [size = reg.size](uint8_t* bytes, const std::string& text) {
-        StoreString(bytes, size, text);
-    };
-    Add(Typed(std::move(reg), load, store));
 }
 
 void RegisterSpace::CheckRange(uint64_t address, size_t size) const {

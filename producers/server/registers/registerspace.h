@@ -53,36 +53,6 @@ class RegisterSpace {
     // refer to must live while the space is accessed.
     void Add(Register reg);
 
-    // Registers that stand for a number or a text, in the byte order of the space. Without a getter
-    // they keep what was written.
-    struct Integer {
-        uint64_t address = 0;
-        size_t size = 4;
-        Access access = Access::ReadWrite;
-        std::function<uint64_t()> get;
-        std::function<void(uint64_t)> check;
-        std::function<void(uint64_t)> set;
-    };
-    struct Float {
-        uint64_t address = 0;
-        size_t size = 8;
-        Access access = Access::ReadWrite;
-        std::function<double()> get;
-        std::function<void(double)> check;
-        std::function<void(double)> set;
-    };
-    struct String {
-        uint64_t address = 0;
-        size_t size = 64;
-        Access access = Access::ReadWrite;
-        std::function<std::string()> get;
-        std::function<void(const std::string&)> check;
-        std::function<void(const std::string&)> set;
-    };
-    void Add(Integer reg);
-    void Add(Float reg);
-    void Add(String reg);
-
     // What a client does. They throw GC_ERR_INVALID_ADDRESS when the range leaves the space,
     // GC_ERR_ACCESS_DENIED when a register in it does not allow the access, and what the functions
     // of the registers throw; Write throws GC_ERR_RESOURCE_EXHAUSTED when it would need too much

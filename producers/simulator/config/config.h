@@ -6,13 +6,12 @@
 #include <vector>
 
 #include "producers/simulator/config/network.h"
-#include "producers/simulator/frame/pattern.h"
-#include "producers/simulator/frame/pixelformat.h"
+#include "producers/simulator/frame/imagelayout.h"
 
 namespace ZelSim {
 
 // One Camera element; docs/simulator.md describes the keys.
-struct CameraConfig {
+struct CameraConfig : ImageLayout {
     std::string id;
     std::string vendor = "ZelCam";
     std::string model = "Simulated camera";
@@ -20,15 +19,6 @@ struct CameraConfig {
     std::string userName;
     std::string version = "1.0.0";
     std::string usbHostInfo = "Simulated USB 3.0 host, port 1";
-    uint32_t width = 640;
-    uint32_t height = 480;
-    uint32_t offsetX = 0;
-    uint32_t offsetY = 0;
-    uint32_t xPadding = 0;
-    uint32_t yPadding = 0;
-    uint32_t imageOffset = 0;
-    const PixelFormat* pixelFormat = FindPixelFormat("Mono8");
-    Pattern pattern = Pattern::ColorBars;
     double frameRate = 30;
     bool freeRunning = false;
     uint64_t linkSpeed = 0;  // bytes a second; 0: the speed of the transport type

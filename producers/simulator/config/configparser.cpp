@@ -126,8 +126,8 @@ Key<Config> Text(std::string_view name, std::string Config::*member) {
     return {name, [=](Config& c, const Value& v) { c.*member = std::string(v.text); }};
 }
 
-template <typename T>
-Key<CameraConfig> Numeric(std::string_view name, T CameraConfig::*member, T lowest, T highest) {
+template <typename T, typename Owner>
+Key<CameraConfig> Numeric(std::string_view name, T Owner::*member, T lowest, T highest) {
     return {name, [=](CameraConfig& c, const Value& v) { c.*member = Number(v, lowest, highest); }};
 }
 

@@ -13,17 +13,9 @@ constexpr double kFrameRateWhenFree = 30;
 
 FrameSettings PowerOnSettings(const CameraConfig& config) {
     FrameSettings settings;
+    static_cast<ImageLayout&>(settings) = config;
     settings.sensorWidth = config.offsetX + config.width;
     settings.sensorHeight = config.offsetY + config.height;
-    settings.width = config.width;
-    settings.height = config.height;
-    settings.offsetX = config.offsetX;
-    settings.offsetY = config.offsetY;
-    settings.pixelFormat = config.pixelFormat;
-    settings.pattern = config.pattern;
-    settings.xPadding = config.xPadding;
-    settings.yPadding = config.yPadding;
-    settings.imageOffset = config.imageOffset;
     settings.keepsTime = config.frameRate > 0;
     settings.frameRateEnable = config.frameRate > 0;
     settings.linkSpeed = config.linkSpeed;

@@ -7,8 +7,7 @@
 #include <cstdint>
 
 #include "producers/simulator/frame/chunkdata.h"
-#include "producers/simulator/frame/pattern.h"
-#include "producers/simulator/frame/pixelformat.h"
+#include "producers/simulator/frame/imagelayout.h"
 
 namespace ZelSim {
 
@@ -22,21 +21,12 @@ constexpr size_t kNumChannels = 4;
 
 // The settings of a camera that a user set holds and that frames are made with. Values as in the
 // registers; the camera publishes each state as an immutable snapshot.
-struct FrameSettings {
+struct FrameSettings : ImageLayout {
     uint32_t sensorWidth = 0;
     uint32_t sensorHeight = 0;
-    uint32_t width = 0;
-    uint32_t height = 0;
-    uint32_t offsetX = 0;
-    uint32_t offsetY = 0;
     uint32_t binningHorizontal = 1;
     uint32_t binningVertical = 1;
     bool reverseX = false;
-    const PixelFormat* pixelFormat = nullptr;
-    Pattern pattern = Pattern::ColorBars;
-    uint32_t xPadding = 0;
-    uint32_t yPadding = 0;
-    uint32_t imageOffset = 0;
 
     AcquisitionMode acquisitionMode = AcquisitionMode::Continuous;
     uint32_t acquisitionFrameCount = 1;
