@@ -8,9 +8,8 @@
 
 namespace ZelCti {
 
-// The port of the camera itself, which DevGetPort gives: all clients that have
-// the camera open share its registers. It has no events: the device module fires what the camera
-// reports.
+// The port of the camera itself, which DevGetPort gives. All clients that have the camera open
+// share its registers. It has no events: the device module fires what the camera reports.
 // Thread-safe.
 class RemoteDevice final : public Module {
   public:

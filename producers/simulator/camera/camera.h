@@ -30,10 +30,10 @@ class Camera {
     const CameraConfig& Config() const { return config_; }
     const std::string& TlType() const { return tlType_; }
 
-    // Of what the transport adds to the data of the camera.
+    // The byte order of event messages and of the trailers of chunks.
     ZelCti::ByteOrder WireOrder() const { return EventFormOf(tlType_).order; }
 
-    // Of its registers and of the values in its chunks.
+    // The byte order of its registers and of the values in its chunks.
     ZelCti::ByteOrder Order() const {
         return config_.bigEndian ? ZelCti::ByteOrder::Big : ZelCti::ByteOrder::Little;
     }

@@ -32,17 +32,16 @@ const ZelCti::EventForm& EventFormOf(const std::string& tlType);
 // The number by which messages and descriptions refer to the events of a kind.
 uint16_t EventIdOf(EventKind kind);
 
-// Carries the events of a camera to all clients that have it open. Features
-// choose the events that the camera sends; at power-on only the test event is, which comes upon a
-// command. Thread-safe: events may be sent from the actions of registers and from the threads that
-// make frames.
+// Carries the events of a camera to all clients that have it open. Features choose the events that
+// the camera sends; at power-on it sends the test event only, upon a command. Thread-safe: actions
+// of registers and threads that make frames may send events.
 class EventChannel {
   public:
     explicit EventChannel(std::string tlType) : tlType_(std::move(tlType)) {}
     EventChannel(const EventChannel&) = delete;
     EventChannel& operator=(const EventChannel&) = delete;
 
-    // Reports when features change that depend on the settings. The control lives longer.
+    // Reports changes of the features that show settings. The control must live longer.
     void Follow(CameraControl& control);
 
     // The sink gets the events, and hears of the loss of the camera, until the claim is given back.
@@ -57,7 +56,7 @@ class EventChannel {
 
     void SetOn(EventKind kind, bool on);
 
-    // What is sent is again what it was at power-on.
+    // The camera sends the same events again as at power-on.
     void Reset() { enabled_ = kEnabledAtPowerOn; }
 
     // Sends an event if the camera is to do so.

@@ -132,7 +132,7 @@ void SetExposureTime(Settings& settings, uint64_t value) {
     settings.exposureTime = static_cast<uint32_t>(value);
 }
 
-// The scene being what it is, the camera finds the exposure time that shows it as it is.
+// The scene never changes, so the camera always finds the same exposure time.
 void SetExposureAuto(Settings& settings, uint64_t value) {
     if (value > static_cast<uint64_t>(ExposureAuto::Continuous)) RefuseValue();
     const auto mode = static_cast<ExposureAuto>(value);

@@ -1,4 +1,4 @@
-// What the camera sends with each frame beside the image. A chunk adapter serves the ports.
+// Chunk data. Node maps read the values through ports that a chunk adapter serves.
 #include "producers/simulator/camera/camera.h"
 #include "producers/simulator/features/categories.h"
 #include "producers/simulator/features/settings.h"

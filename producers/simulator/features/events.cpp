@@ -1,5 +1,5 @@
-// What the camera tells by itself. Event messages are read through ports that an event adapter
-// serves; where their fields stand depends on the transport.
+// The events that the camera sends. Node maps read their messages through ports that an event
+// adapter serves; where their fields stand depends on the transport.
 #include "producers/simulator/camera/camera.h"
 #include "producers/simulator/features/categories.h"
 #include "producers/wire/eventmessage.h"

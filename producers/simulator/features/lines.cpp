@@ -1,4 +1,4 @@
-// The lines, which lead nowhere.
+// The input and output lines, which are connected to nothing.
 #include "producers/simulator/features/categories.h"
 
 namespace ZelSim {

@@ -68,15 +68,6 @@ constexpr PixelFormat kFormats[] = {
 #undef BAYER
 #undef FORMAT
 
-}  // namespace
-
-bool PixelFormat::AcceptsWidth(size_t width) const {
-    const bool pairs = sampling == Sampling::Pair || packing == Packing::Gev;
-    return width * BitsPerPixel() % 8 == 0 && (!pairs || width % 2 == 0);
-}
-
-namespace {
-
 template <typename Matches>
 const PixelFormat* FindFormat(Matches&& matches) {
     const auto* const end = std::end(kFormats);
@@ -85,6 +76,11 @@ const PixelFormat* FindFormat(Matches&& matches) {
 }
 
 }  // namespace
+
+bool PixelFormat::AcceptsWidth(size_t width) const {
+    const bool pairs = sampling == Sampling::Pair || packing == Packing::Gev;
+    return width * BitsPerPixel() % 8 == 0 && (!pairs || width % 2 == 0);
+}
 
 const PixelFormat* FindPixelFormat(std::string_view name) {
     return FindFormat([=](const PixelFormat& format) { return name == format.name; });

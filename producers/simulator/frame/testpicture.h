@@ -14,9 +14,8 @@ namespace ZelSim {
 
 // What a frame shows, in images of at least 16 x 32 pixels:
 //
-//   rows 0 to 23   the pattern, with the frame counter in the left corner: white digits on black,
-//   in
-//                  cells of 16 x 24 pixels, as many as fit, ten at most
+//   rows 0 to 23   the pattern; in the left corner the frame counter, white on black, in cells of
+//                  16 x 24 pixels: as many as fit, ten at most
 //   rows 24 to 31  black, with a white marker, 8 pixels wide, that moves 8 pixels a frame
 //   middle         the pattern
 //   last quarter   a grey gradient that scrolls by 8 pixels a frame
