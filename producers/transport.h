@@ -13,9 +13,17 @@
 // A transport supplies values, moves registers and frames, and reports what a camera does by
 // itself.
 //
-// Rules for all of them: operations are thread-safe, and throw ZelCti::Error when they fail. An
-// operation with a deadline returns by then, every other one within about a second. What runs
-// beside calls runs on threads of the transport, which end with the object that started them.
+// Rules for all of them:
+// - Operations are thread-safe, and throw ZelCti::Error when they fail; what else they throw
+// becomes
+//   GC_ERR_ERROR. An operation that throws has changed nothing, unless it says otherwise.
+// - An operation with a deadline returns by then, every other one within about a second.
+// - What runs beside calls runs on threads of the transport, which end with the object that started
+//   them. The server destroys objects of the transport on threads of its clients only.
+// - Pointers that are returned are not null.
+// - Rows of a transport use addresses from 0x4000 to 0x4FFF; the other ones are the server's. They
+// may
+//   be in categories of the server.
 #pragma once
 
 #include <chrono>
@@ -118,17 +126,19 @@ class StreamEngine {
     virtual void Start(uint64_t numFrames) = 0;
 
     // Waits for a frame that is on its way into a buffer, unless `kill`. Every buffer that was
-    // taken is given back when it returns. Nothing for an engine that is not started.
+    // taken is given back when it returns or throws: no frame comes any more even when the camera
+    // does not obey. Nothing for an engine that is not started.
     virtual void Stop(bool kill) = 0;
 
-    // Lets a Stop of another thread wait no longer.
-    virtual void Kill() = 0;
+    // Lets a Stop of another thread wait no longer. The stream is being closed.
+    virtual void Kill() noexcept = 0;
 
-    // Whether further frames may come.
-    virtual bool IsGrabbing() const = 0;
+    // Whether further frames may come: false when it is not started, when the number of frames is
+    // delivered, and when the camera is lost.
+    virtual bool IsGrabbing() const noexcept = 0;
 
-    // Buffers were queued.
-    virtual void OnInput() = 0;
+    // Buffers were queued, or taken away; also while the engine is not started.
+    virtual void OnInput() noexcept = 0;
 
     // Adds the features that only streams of this transport have; see Connection::AddFeatures.
     virtual void AddFeatures(FeatureTable& /*features*/) {}
@@ -164,6 +174,7 @@ class Connection {
     // Where the description of the registers is, the first choice first.
     virtual std::vector<PortUrl> DescriptionUrls() = 0;
 
+    // Does not change. Each stream is open once at most; `buffers` outlives its engine.
     virtual uint32_t NumStreams() const = 0;
     virtual std::unique_ptr<StreamEngine> OpenStream(uint32_t index, BufferQueue& buffers) = 0;
 

@@ -17,9 +17,9 @@ class SimulatedStream final : public ZelCti::StreamEngine {
     size_t PayloadSize() const override;
     void Start(uint64_t numFrames) override { Source().Attach(receiver_, numFrames); }
     void Stop(bool kill) override { Source().Detach(receiver_, kill); }
-    void Kill() override { Source().Kill(receiver_); }
-    bool IsGrabbing() const override { return receiver_.IsGrabbing(); }
-    void OnInput() override { Source().OnInput(); }
+    void Kill() noexcept override { Source().Kill(receiver_); }
+    bool IsGrabbing() const noexcept override { return receiver_.IsGrabbing(); }
+    void OnInput() noexcept override { Source().OnInput(); }
 
   private:
     Acquisition& Source() { return camera_->Hardware().GetAcquisition(); }

@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/simulator/portnodemap.h"
+#include "tests/simulator/cameranodestest.h"
 #include "tests/simulator/producer.h"
 
 using namespace GenTL;
@@ -26,10 +26,8 @@ class CameraAcquisitionTest : public CameraNodesTest {
         return GENAPI_NAMESPACE::CFloatPtr(nodes->Node(name))->GetValue();
     }
     GC_ERROR Write(uint64_t address, uint32_t value) {
-        PORT_HANDLE port = nullptr;
-        EXPECT_EQ(p.DevGetPort(device, &port), GC_ERR_SUCCESS);
         size_t size = sizeof value;
-        return p.GCWritePort(port, address, &value, &size);
+        return p.GCWritePort(Remote(), address, &value, &size);
     }
     bool Is(const char* status) {
         nodes->Set("AcquisitionStatusSelector", status);
@@ -291,7 +289,7 @@ TEST_F(CameraAcquisitionTest, TheClientsStateEndsWithTheClient) {
     UseConfig("<ZelSim><Interface id='I' type='GEV'><Camera id='C'/></Interface></ZelSim>");
     interface = OpenInterface("I");
     DEV_HANDLE controlling = nullptr;
-    ASSERT_EQ(OpenDevice(interface, "C", DEVICE_ACCESS_CONTROL, &controlling), GC_ERR_SUCCESS);
+    ASSERT_EQ(p.IFOpenDevice(interface, "C", DEVICE_ACCESS_CONTROL, &controlling), GC_ERR_SUCCESS);
     PORT_HANDLE control = nullptr;
     ASSERT_EQ(p.DevGetPort(controlling, &control), GC_ERR_SUCCESS);
 
@@ -300,14 +298,12 @@ TEST_F(CameraAcquisitionTest, TheClientsStateEndsWithTheClient) {
     ASSERT_EQ(p.TLOpen(&other), GC_ERR_SUCCESS);
     IF_HANDLE otherInterface = nullptr;
     ASSERT_EQ(p.TLOpenInterface(other, "I", &otherInterface), GC_ERR_SUCCESS);
-    ASSERT_EQ(OpenDevice(otherInterface, "C", DEVICE_ACCESS_READONLY, &device), GC_ERR_SUCCESS);
+    ASSERT_EQ(p.IFOpenDevice(otherInterface, "C", DEVICE_ACCESS_READONLY, &device), GC_ERR_SUCCESS);
     ASSERT_EQ(p.DevOpenDataStream(device, "C/Stream0", &stream), GC_ERR_SUCCESS);
     AllocateAndQueue(1);
     ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
 
-    PORT_HANDLE port = nullptr;
-    ASSERT_EQ(p.DevGetPort(device, &port), GC_ERR_SUCCESS);
-    PortNodeMap observed(p, port);
+    PortNodeMap observed(p, Remote());
     PortNodeMap map(p, control);
     map.SetInteger("TLParamsLocked", 1);
     map.Execute("AcquisitionStart");

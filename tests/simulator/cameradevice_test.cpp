@@ -2,7 +2,7 @@
 
 #include <thread>
 
-#include "tests/simulator/portnodemap.h"
+#include "tests/simulator/cameranodestest.h"
 #include "tests/simulator/producer.h"
 
 using namespace GenTL;
@@ -16,11 +16,6 @@ constexpr uint64_t kFlashWindow = 0x30000000;
 
 class CameraDeviceTest : public CameraNodesTest {
   protected:
-    PORT_HANDLE Remote() {
-        PORT_HANDLE port = nullptr;
-        EXPECT_EQ(p.DevGetPort(device, &port), GC_ERR_SUCCESS);
-        return port;
-    }
     GC_ERROR Write(uint64_t address, uint32_t value) {
         size_t size = sizeof value;
         return p.GCWritePort(Remote(), address, &value, &size);

@@ -4,7 +4,7 @@
 #include <GenApi/EventAdapterU3V.h>
 #include <gmock/gmock.h>
 
-#include "tests/simulator/portnodemap.h"
+#include "tests/simulator/cameranodestest.h"
 #include "tests/simulator/producer.h"
 #include "tests/support/allocationfaults.h"
 
@@ -34,12 +34,7 @@ class CameraEventTest : public CameraNodesTest {
         message.resize(size);
         return message;
     }
-    uint64_t NumFired() {
-        return Ask([&](INFO_DATATYPE* type, void* buffer, size_t* size) {
-                   return p.EventGetInfo(event, EVENT_NUM_FIRED, type, buffer, size);
-               })
-            .Uint64();
-    }
+    uint64_t NumFired() { return Ask(p.EventGetInfo, event, EVENT_NUM_FIRED).Uint64(); }
 
     // With frames 0 and 1 the events of two exposures reach the features.
     void CheckExposureEnds(CEventAdapter& adapter, uint64_t exposureNs) {

@@ -1,6 +1,6 @@
 // Features of the simulated cameras that change the frames.
 
-#include "tests/simulator/portnodemap.h"
+#include "tests/simulator/cameranodestest.h"
 #include "tests/simulator/producer.h"
 
 using namespace GenTL;

@@ -3,7 +3,7 @@
 #include <GenApi/ChunkAdapterGEV.h>
 #include <GenApi/ChunkAdapterU3V.h>
 
-#include "tests/simulator/portnodemap.h"
+#include "tests/simulator/cameranodestest.h"
 #include "tests/simulator/producer.h"
 
 using namespace GENAPI_NAMESPACE;

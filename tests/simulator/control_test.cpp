@@ -31,11 +31,7 @@ class FaultTest : public SimulatorTest {
         fault.actions = actions;
         return fault;
     }
-    Info TlInfo(int32_t command) {
-        return Ask([&](INFO_DATATYPE* type, void* buffer, size_t* size) {
-            return p.TLGetInfo(system, command, type, buffer, size);
-        });
-    }
+    Info TlInfo(int32_t command) { return Ask(p.TLGetInfo, system, command); }
     GC_ERROR Count() {
         uint32_t count = 0;
         return p.TLGetNumInterfaces(system, &count);
@@ -153,6 +149,23 @@ TEST_F(FaultTest, BlockedCallsContinueWhenFaultsAreCleared) {
     fault.blockMs = 1;
     ASSERT_EQ(p.InjectFault(&fault), GC_ERR_SUCCESS);
     EXPECT_EQ(Count(), GC_ERR_SUCCESS);
+}
+
+TEST_F(FaultTest, EventsAreFiredAtOpenModules) {
+    EVENT_HANDLE event = nullptr;
+    ASSERT_EQ(p.GCRegisterEvent(system, EVENT_MODULE, &event), GC_ERR_SUCCESS);
+    const auto fire = [&](const char* id, int32_t type) {
+        return p.FireEvent(id, type, 0x9001, "data", 4);
+    };
+    EXPECT_EQ(fire("X", EVENT_MODULE), GC_ERR_INVALID_ID);
+    EXPECT_EQ(fire("ZelCTI", EVENT_NEW_BUFFER), GC_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(fire("ZelCTI", EVENT_MODULE), GC_ERR_SUCCESS);
+    std::string data(4, '\0');
+    size_t size = data.size();
+    EXPECT_EQ(p.EventGetData(event, data.data(), &size, 0), GC_ERR_SUCCESS);
+    EXPECT_EQ(data, "data");
+    EXPECT_EQ(Ask(p.EventGetDataInfo, event, data.data(), data.size(), EVENT_DATA_NUMID).Uint64(),
+              0x9001U);
 }
 
 class ConfigTest : public SimulatorTest {};

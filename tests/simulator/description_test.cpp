@@ -1,21 +1,16 @@
-// Descriptions, and the features of the modules of this side.
+// Descriptions of simulated cameras, and what they add to the modules of this side.
 
-#include <chrono>
 #include <filesystem>
 #include <set>
-#include <thread>
 
 #include <gmock/gmock.h>
 
-#include "tests/simulator/portnodemap.h"
+#include "tests/simulator/cameranodestest.h"
 #include "tests/simulator/producer.h"
 
 using namespace GenTL;
-using ::testing::EndsWith;
 using ::testing::HasSubstr;
-using ::testing::MatchesRegex;
 using ::testing::Not;
-using ::testing::StartsWith;
 
 namespace {
 
@@ -46,42 +41,9 @@ size_t ReadAllFeatures(PortNodeMap& map) {
 class DescriptionTest : public CameraTest {
   protected:
     Info UrlInfo(PORT_HANDLE port, uint32_t url, int32_t command) {
-        return Ask([&](INFO_DATATYPE* type, void* buffer, size_t* size) {
-            return p.GCGetPortURLInfo(port, url, command, type, buffer, size);
-        });
-    }
-    PORT_HANDLE Remote() {
-        PORT_HANDLE remote = nullptr;
-        EXPECT_EQ(p.DevGetPort(device, &remote), GC_ERR_SUCCESS);
-        return remote;
+        return Ask(p.GCGetPortURLInfo, port, url, command);
     }
 };
-
-TEST_F(DescriptionTest, IsAnnouncedAndReadThroughThePort) {
-    OpenCamera("");
-    const std::string url = UrlInfo(device, 0, URL_INFO_URL).Text();
-    EXPECT_THAT(url,
-                MatchesRegex("Local:ZelSim_Device.zip;80000000;[0-9A-F]+.SchemaVersion=1.1.0"));
-    EXPECT_EQ(UrlInfo(device, 0, URL_INFO_SCHEME).Int32(), URL_SCHEME_LOCAL);
-    EXPECT_EQ(UrlInfo(device, 0, URL_INFO_SCHEMA_VER_MINOR).Int32(), 1);
-    EXPECT_EQ(UrlInfo(device, 0, URL_INFO_FILE_SHA1_HASH).code, GC_ERR_NOT_AVAILABLE);
-    EXPECT_EQ(UrlInfo(device, 0, 999).code, GC_ERR_NOT_IMPLEMENTED);
-    EXPECT_EQ(UrlInfo(device, 1, URL_INFO_URL).code, GC_ERR_INVALID_INDEX);
-
-    size_t size = 0;
-    ASSERT_EQ(p.GCGetPortURL(device, nullptr, &size), GC_ERR_SUCCESS);
-    EXPECT_EQ(size, url.size() + 2);
-
-    // Whole registers can be read, and nothing can be written.
-    const uint64_t address = UrlInfo(device, 0, URL_INFO_FILE_REGISTER_ADDRESS).Uint64();
-    size = (UrlInfo(device, 0, URL_INFO_FILE_SIZE).Uint64() + 3) / 4 * 4;
-    std::vector<char> bytes(size + 4);
-    EXPECT_EQ(p.GCReadPort(device, address, bytes.data(), &size), GC_ERR_SUCCESS);
-    EXPECT_THAT(std::string(bytes.begin(), bytes.end()), StartsWith("PK"));
-    EXPECT_EQ(p.GCWritePort(device, address, bytes.data(), &size), GC_ERR_ACCESS_DENIED);
-    size += 4;
-    EXPECT_EQ(p.GCReadPort(device, address, bytes.data(), &size), GC_ERR_INVALID_ADDRESS);
-}
 
 TEST_F(DescriptionTest, ACameraAnnouncesOtherUrlsFirst) {
     OpenCamera("descriptionUrl='nowhere' descriptionFile='camera.xml'");
@@ -140,6 +102,9 @@ TEST_P(AllModulesTest, HaveFeaturesThatCanBeRead) {
     OpenCamera("vendor='A &amp; B' userName='&lt;Left&gt;'", GetParam());
     for (const PORT_HANDLE port : {system, interface, device, stream, Remote()}) {
         PortNodeMap map(p, port);
+        if (port == device) {
+            EXPECT_EQ(map.IsReadable("GevDeviceIPAddress"), GetParam() == std::string("GEV"));
+        }
         GENICAM_NAMESPACE::gcstring_vector errors;
         EXPECT_TRUE(map.Map().ParseSwissKnifes(&errors));
         EXPECT_GT(ReadAllFeatures(map), 5U);
@@ -148,38 +113,6 @@ TEST_P(AllModulesTest, HaveFeaturesThatCanBeRead) {
 
 INSTANTIATE_TEST_SUITE_P(TransportTypes, AllModulesTest,
                          ::testing::Values("GEV", "U3V", "CL", "CXP", "HDSDI", "Custom"));
-
-TEST_F(DescriptionTest, SystemFeaturesFollowTheSelectedInterface) {
-    PortNodeMap map(p, system);
-    EXPECT_EQ(map.Get("TLVendorName"), "ZelCam");
-    EXPECT_EQ(map.Get("TLType"), "Mixed");
-    EXPECT_EQ(map.Integer("GenTLVersionMinor"), 6);
-    EXPECT_THAT(map.Get("TLPath"), EndsWith(".cti"));
-    EXPECT_EQ(map.Get("InterfaceID"), "GEV0");
-    map.SetInteger("InterfaceSelector", 1);
-    EXPECT_EQ(map.Get("InterfaceID"), "U3V0");
-    EXPECT_EQ(map.Get("InterfaceType"), "USB3Vision");
-    EXPECT_THROW(map.SetInteger("InterfaceSelector", 2), GENICAM_NAMESPACE::OutOfRangeException);
-}
-
-TEST_F(DescriptionTest, InterfaceFeaturesFollowTheListOfCameras) {
-    PortNodeMap map(p, OpenInterface("GEV0"));
-    map.SetInteger("DeviceSelector", 1);
-    EXPECT_EQ(map.Get("DeviceID"), "GEV0-CAM1");
-    EXPECT_EQ(map.Get("DeviceUserID"), "Right");
-    EXPECT_EQ(map.Get("DeviceAccessStatus"), "ReadWrite");
-
-    // The list changes when it is updated; what was selected may be gone then.
-    ASSERT_EQ(p.UnplugCamera("GEV0-CAM1"), GC_ERR_SUCCESS);
-    EXPECT_EQ(map.Get("DeviceAccessStatus"), "NoAccess");
-    map.Execute("DeviceUpdateList");
-    EXPECT_EQ(map.Integer("DeviceSelector"), 0);
-    EXPECT_EQ(map.Get("DeviceID"), "GEV0-CAM0");
-    ASSERT_EQ(p.UnplugCamera("GEV0-CAM0"), GC_ERR_SUCCESS);
-    map.Execute("DeviceUpdateList");
-    EXPECT_FALSE(map.IsReadable("DeviceSelector"));
-    EXPECT_FALSE(map.IsReadable("DeviceID"));
-}
 
 class IpTest : public SimulatorTest {
   protected:
@@ -218,14 +151,13 @@ TEST_F(IpTest, CamerasHaveSettingsOfTheirOwnOrOfTheNetwork) {
 }
 
 TEST_F(IpTest, CanBeForcedWhileTheCameraIsClosed) {
-    const IF_HANDLE interface = OpenNetwork();
+    interface = OpenNetwork();
     PortNodeMap map(p, interface);
     Force(map, 1, 0xC0A81234);
     EXPECT_EQ(Settings(map, 1), "192.168.18.52 255.255.0.0 192.168.0.1");
     EXPECT_EQ(Settings(map, 0), "192.168.10.100 255.255.255.0 0.0.0.0");
 
-    DEV_HANDLE device = nullptr;
-    ASSERT_EQ(OpenDevice(interface, "B", DEVICE_ACCESS_READONLY, &device), GC_ERR_SUCCESS);
+    ASSERT_EQ(p.IFOpenDevice(interface, "B", DEVICE_ACCESS_READONLY, &device), GC_ERR_SUCCESS);
     EXPECT_EQ(PortNodeMap(p, device).Get("GevDeviceIPAddress"), "192.168.18.52");
     EXPECT_THROW(Force(map, 1, 0xC0A80002), std::runtime_error);
     uint32_t run = 1;
@@ -235,60 +167,6 @@ TEST_F(IpTest, CanBeForcedWhileTheCameraIsClosed) {
 
     Force(map, 1, 0);
     EXPECT_EQ(Settings(map, 1), "10.1.2.3 255.0.0.0 10.0.0.1");
-}
-
-TEST_F(DescriptionTest, DeviceFeaturesTellAboutStreamsAndTheLink) {
-    OpenCamera("streams='2' serial='4711'", "U3V");
-    PortNodeMap map(p, device);
-    EXPECT_EQ(map.Get("DeviceSerialNumber"), "4711");
-    EXPECT_EQ(map.Get("DeviceType"), "USB3Vision");
-    EXPECT_EQ(map.Get("DeviceAccessStatus"), "OpenReadWrite");
-    EXPECT_FALSE(map.IsReadable("GevDeviceIPAddress"));
-    map.SetInteger("StreamSelector", 1);
-    EXPECT_EQ(map.Get("StreamID"), "C/Stream1");
-    EXPECT_EQ(map.Integer("LinkReadCount"), 0);
-    uint32_t value = 0;
-    size_t size = sizeof(value);
-    ASSERT_EQ(p.GCReadPort(Remote(), 0, &value, &size), GC_ERR_SUCCESS);
-    EXPECT_EQ(map.Integer("LinkReadCount"), 1);
-}
-
-TEST_F(DescriptionTest, StreamFeaturesCountBuffersAndFrames) {
-    OpenCamera("frameRate='0' width='64' height='32'");
-    PortNodeMap map(p, stream);
-    EXPECT_EQ(map.Integer("PayloadSize"), 64 * 32);
-    AllocateAndQueue(3);
-    EXPECT_EQ(map.Integer("StreamInputBufferCount"), 3);
-    ASSERT_EQ(Start(2), GC_ERR_SUCCESS);
-    Fetch();
-    Fetch();
-    EXPECT_EQ(map.Integer("StreamDeliveredFrameCount"), 2);
-    ASSERT_EQ(Stop(), GC_ERR_SUCCESS);
-    EXPECT_EQ(map.Get("StreamIsGrabbing"), "0");
-    EXPECT_EQ(map.Integer("StreamAnnouncedBufferCount"), 3);
-}
-
-TEST_F(DescriptionTest, StreamKeepsTheNewestFrameOnly) {
-    OpenCamera("frameRate='0' width='64' height='32'");
-    PortNodeMap map(p, stream);
-    AllocateAndQueue(3);
-    ASSERT_EQ(Start(), GC_ERR_SUCCESS);
-    EXPECT_THROW(map.Set("StreamBufferHandlingMode", "NewestOnly"),
-                 GENICAM_NAMESPACE::AccessException);
-    uint32_t mode = 1;
-    size_t size = sizeof mode;
-    EXPECT_EQ(p.GCWritePort(stream, 0x3058, &mode, &size), GC_ERR_ACCESS_DENIED);
-    ASSERT_EQ(Stop(), GC_ERR_SUCCESS);
-    ASSERT_EQ(p.DSFlushQueue(stream, ACQ_QUEUE_ALL_TO_INPUT), GC_ERR_SUCCESS);
-
-    // In the other mode three buffers would never take five frames.
-    map.Set("StreamBufferHandlingMode", "NewestOnly");
-    ASSERT_EQ(Start(5), GC_ERR_SUCCESS);
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(patienceMs);
-    while (map.Get("StreamIsGrabbing") == "1" && std::chrono::steady_clock::now() < deadline)
-        std::this_thread::yield();
-    EXPECT_EQ(map.Integer("StreamOutputBufferCount"), 1);
-    EXPECT_EQ(FrameId(Fetch()), 4U);
 }
 
 }  // namespace

@@ -35,8 +35,8 @@ class Object {
   protected:
     // Called once when the object is closed and its handle is stale: first OnClosing, while its
     // children are still open, to end what works on them; then, when they are closed, OnClose.
-    virtual void OnClosing() {}
-    virtual void OnClose() {}
+    virtual void OnClosing() noexcept {}
+    virtual void OnClose() noexcept {}
 
   private:
     friend class HandleTable;

@@ -66,7 +66,7 @@ void Event::Fail(GenTL::GC_ERROR code) {
     waiting_.WakeAll();
 }
 
-void Event::OnClose() {
+void Event::OnClose() noexcept {
     Fail(GenTL::GC_ERR_ABORT);
 }
 

@@ -45,7 +45,7 @@ class Event : public Object {
     Event(GenTL::EVENT_TYPE type, WaitPoint& waiting)
         : Object(Kind::Event), type_(type), waiting_(waiting) {}
 
-    void OnClose() override;
+    void OnClose() noexcept override;
 
     // The queue; called with the mutex of the wait point held.
     virtual size_t Count() const = 0;

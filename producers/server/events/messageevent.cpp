@@ -57,6 +57,7 @@ void MessageEvent::Fire(uint64_t id, EventData data) {
     const auto* const bytes = static_cast<const char*>(data.bytes);
     std::unique_lock lock(mutex_);
     ++numFired_;
+    sizeMax_ = std::max(sizeMax_, data.size);
     if (messages_.size() == kMaxMessages) messages_.pop_front();
     try {
         messages_.push_back({id, std::vector<char>(bytes, bytes + data.size)});

@@ -22,7 +22,6 @@ class MessageEvent final : public Event {
         uint64_t id;
         std::vector<char> bytes;
     };
-    // What EVENT_SIZE_MAX reports; a message that a program fires itself may be larger.
     static constexpr size_t kUsualSize = 1024;
     static constexpr size_t kMaxMessages = 1024;
 
@@ -31,8 +30,8 @@ class MessageEvent final : public Event {
     void Pop() override;
     void Clear() override { messages_.clear(); }
     uint64_t NumFired() const override { return numFired_; }
-    size_t SizeMax() const override { return kUsualSize; }
-    size_t InfoSizeMax() const override { return kUsualSize; }
+    size_t SizeMax() const override { return sizeMax_; }
+    size_t InfoSizeMax() const override { return sizeMax_; }
 
     uint64_t IdOf(EventData data) const;
 
@@ -41,6 +40,7 @@ class MessageEvent final : public Event {
     std::deque<Message> messages_;  // guarded by mutex_
     Message last_{};                // guarded by mutex_; the one fetched last
     uint64_t numFired_ = 0;         // guarded by mutex_
+    size_t sizeMax_ = kUsualSize;   // guarded by mutex_; larger once a message was
 };
 
 }  // namespace ZelCti

@@ -70,6 +70,7 @@ class Buffer final : public LocalModule, public FrameBuffer {
     const FrameInfo& Frame() const;  // throws GC_ERR_NOT_AVAILABLE without one
 
     const std::shared_ptr<const CameraLink> link_;
+    const Claim watch_{link_->Watch(*this)};
     const Module& stream_;  // compared only
     const bool sendsPairs_;
     const BufferMemory memory_;

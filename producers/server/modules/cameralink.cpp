@@ -25,15 +25,23 @@ void CameraLink::OnEvent(GenTL::EVENT_TYPE type, uint64_t id, EventData data) {
     device_.FireMessage(type, id, data);
 }
 
+Claim CameraLink::Watch(Module& module) const {
+    const auto take = [&] {
+        const std::lock_guard lock(watchedMutex_);
+        watched_.insert(&module);
+    };
+    return MakeClaim(take, [this, &module] {
+        const std::lock_guard lock(watchedMutex_);
+        watched_.erase(&module);
+    });
+}
+
 void CameraLink::OnLost() {
     lost_ = true;
-    Library& library = Library::Instance();
-    library.Access().Forget(*camera_);
-    library.Handles().ForEach([this](Object& object) {
-        if (!Module::IsKind(object.GetKind())) return;
-        auto& module = static_cast<Module&>(object);
-        if (module.Link() == this) module.OnCameraLost();
-    });
+    Library::Instance().Access().Forget(*camera_);
+    const std::lock_guard lock(watchedMutex_);
+    for (Module* const module : watched_)
+        module->OnCameraLost();
 }
 
 void CameraLink::ThrowLost() const {

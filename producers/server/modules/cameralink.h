@@ -4,6 +4,7 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
+#include <set>
 
 #include "gentl/GenTL.h"
 #include "producers/server/base/claim.h"
@@ -40,6 +41,11 @@ class CameraLink final : private CameraSink {
         if (lost_.load(std::memory_order_relaxed)) ThrowLost();
     }
 
+    // The module hears of the loss of the camera until the claim ends. The link keeps a plain
+    // pointer: a shared one might be the last, and the module would end on a thread of the
+    // transport.
+    Claim Watch(Module& module) const;
+
     void Close() noexcept;
 
   private:
@@ -52,7 +58,9 @@ class CameraLink final : private CameraSink {
     Module& device_;
     std::atomic<bool> lost_{false};
     std::atomic<bool> closed_{false};
-    Claim claim_;  // until the link is closed
+    mutable std::mutex watchedMutex_;
+    mutable std::set<Module*> watched_;  // guarded by watchedMutex_
+    Claim claim_;                        // until the link is closed
     const std::unique_ptr<Connection> connection_;
 };
 

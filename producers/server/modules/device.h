@@ -37,7 +37,7 @@ class Device final : public LocalModule {
     bool MayWrite() const override { return link_->MayWrite(); }
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
     void AddFeatures(FeatureTable& features) override;
-    void OnClose() override { link_->Close(); }
+    void OnClose() noexcept override { link_->Close(); }
 
     void AddInformation(FeatureTable& features);
     void AddStreams(FeatureTable& features);
@@ -46,6 +46,7 @@ class Device final : public LocalModule {
 
     const Handle client_;
     const std::shared_ptr<CameraLink> link_;
+    const Claim watch_{link_->Watch(*this)};
     ClaimedIds openedStreams_;
     uint32_t selectedStream_ = 0;  // used by registers only
     mutable std::mutex remoteMutex_;

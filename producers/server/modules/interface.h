@@ -29,7 +29,7 @@ class Interface final : public LocalModule {
 
   private:
     void AddFeatures(FeatureTable& features) override;
-    void OnClose() override { claim_.reset(); }
+    void OnClose() noexcept override { claim_.reset(); }
 
     void AddInformation(FeatureTable& features);
     void AddEnumeration(FeatureTable& features);

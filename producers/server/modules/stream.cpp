@@ -274,11 +274,15 @@ std::shared_ptr<Event> Stream::MakeEvent(GenTL::EVENT_TYPE type) {
     return Module::MakeEvent(type);
 }
 
-void Stream::OnClosing() {
+void Stream::OnClosing() noexcept {
     engine_->Kill();  // also for a Stop that waits for its frame
     const std::lock_guard lock(startMutex_);
     closed_ = true;
-    if (isStarted_) engine_->Stop(true);
+    try {
+        if (isStarted_) engine_->Stop(true);
+    } catch (const std::exception&) {
+        // The camera does not obey, but no frame comes any more: closing goes on.
+    }
     isStarted_ = false;
 }
 

@@ -55,10 +55,11 @@ class Stream final : public LocalModule {
     void AddCounts(FeatureTable& features);
     void AddLayout(FeatureTable& features);
     void CheckBufferHandling(uint64_t mode) const;
-    void OnClosing() override;
-    void OnClose() override { claim_.reset(); }
+    void OnClosing() noexcept override;
+    void OnClose() noexcept override { claim_.reset(); }
 
     const std::shared_ptr<CameraLink> link_;
+    const Claim watch_{link_->Watch(*this)};
     Claim claim_;
     const std::shared_ptr<BufferPool> pool_;
     const std::unique_ptr<StreamEngine> engine_;

@@ -2,20 +2,21 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <stdexcept>
 #include <string>
 
 #include <GenApi/GenApi.h>
 #include <GenApi/PortImpl.h>
 
-#include "tests/simulator/producer.h"
+#include "tests/support/gentlclient.h"
+
+namespace ZelTest {
 
 // Takes the description that the module's port announces first and connects the nodes to the port.
 // Refused accesses throw std::runtime_error with the code.
 class PortNodeMap final : public GENAPI_NAMESPACE::CPortImpl {
   public:
-    PortNodeMap(Producer& producer, GenTL::PORT_HANDLE port);
+    PortNodeMap(const GenTLFunctions& functions, GenTL::PORT_HANDLE port);
 
     GENAPI_NAMESPACE::INodeMap& Map() { return *map_._Ptr; }
     GENAPI_NAMESPACE::INode* Node(const char* name) { return map_._GetNode(name); }
@@ -33,15 +34,9 @@ class PortNodeMap final : public GENAPI_NAMESPACE::CPortImpl {
   private:
     uint64_t UrlNumber(int32_t command);
 
-    Producer& p_;
+    const GenTLFunctions& gentl_;
     const GenTL::PORT_HANDLE port_;
     GENAPI_NAMESPACE::CNodeMapRef map_;
 };
 
-// An open camera with the node map of its remote side.
-class CameraNodesTest : public CameraTest {
-  protected:
-    void Open(const std::string& keys, const std::string& type);
-
-    std::unique_ptr<PortNodeMap> nodes;
-};
+}  // namespace ZelTest

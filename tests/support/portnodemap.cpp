@@ -1,7 +1,9 @@
-#include "tests/simulator/portnodemap.h"
+#include "tests/support/portnodemap.h"
 
 using namespace GenTL;
 using namespace GENAPI_NAMESPACE;
+
+namespace ZelTest {
 
 namespace {
 
@@ -13,7 +15,8 @@ void Check(GC_ERROR code, const char* function) {
 
 }  // namespace
 
-PortNodeMap::PortNodeMap(Producer& producer, PORT_HANDLE port) : p_(producer), port_(port) {
+PortNodeMap::PortNodeMap(const GenTLFunctions& functions, PORT_HANDLE port)
+    : gentl_(functions), port_(port) {
     std::string file(UrlNumber(URL_INFO_FILE_SIZE), '\0');
     const uint64_t address = UrlNumber(URL_INFO_FILE_REGISTER_ADDRESS);
     Read(file.data(), static_cast<int64_t>(address), static_cast<int64_t>(file.size()));
@@ -22,18 +25,12 @@ PortNodeMap::PortNodeMap(Producer& producer, PORT_HANDLE port) : p_(producer), p
     } else {
         map_._LoadXMLFromString(file.c_str());
     }
-    const std::string name =
-        Ask([&](INFO_DATATYPE* type, void* buffer, size_t* size) {
-            return p_.GCGetPortInfo(port_, PORT_INFO_PORTNAME, type, buffer, size);
-        }).Text();
+    const std::string name = Ask(gentl_.GCGetPortInfo, port_, PORT_INFO_PORTNAME).Text();
     if (!map_._Connect(this, name.c_str())) throw std::runtime_error("no port " + name);
 }
 
 uint64_t PortNodeMap::UrlNumber(int32_t command) {
-    return Ask([&](INFO_DATATYPE* type, void* buffer, size_t* size) {
-               return p_.GCGetPortURLInfo(port_, 0, command, type, buffer, size);
-           })
-        .Uint64();
+    return Ask(gentl_.GCGetPortURLInfo, port_, uint32_t{0}, command).Uint64();
 }
 
 void PortNodeMap::Set(const char* name, const std::string& value) {
@@ -63,17 +60,12 @@ void PortNodeMap::Execute(const char* name) {
 
 void PortNodeMap::Read(void* buffer, int64_t address, int64_t length) {
     auto size = static_cast<size_t>(length);
-    Check(p_.GCReadPort(port_, static_cast<uint64_t>(address), buffer, &size), "GCReadPort");
+    Check(gentl_.GCReadPort(port_, static_cast<uint64_t>(address), buffer, &size), "GCReadPort");
 }
 
 void PortNodeMap::Write(const void* buffer, int64_t address, int64_t length) {
     auto size = static_cast<size_t>(length);
-    Check(p_.GCWritePort(port_, static_cast<uint64_t>(address), buffer, &size), "GCWritePort");
+    Check(gentl_.GCWritePort(port_, static_cast<uint64_t>(address), buffer, &size), "GCWritePort");
 }
 
-void CameraNodesTest::Open(const std::string& keys, const std::string& type) {
-    OpenCamera(keys, type);
-    PORT_HANDLE port = nullptr;
-    ASSERT_EQ(p.DevGetPort(device, &port), GC_ERR_SUCCESS);
-    nodes = std::make_unique<PortNodeMap>(p, port);
-}
+}  // namespace ZelTest
