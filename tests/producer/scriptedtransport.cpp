@@ -12,6 +12,13 @@ Script& TheScript() {
     return ScriptedProducer::Instance().script;
 }
 
+thread_local bool isReporting = false;
+
+// Nothing of a transport may end within its own report.
+void NoteEnd(const char* name) {
+    TheScript().Note(std::string("~") + name + (isReporting ? " within a report" : ""));
+}
+
 }  // namespace
 
 void Script::Meet(const std::string& operation) {
@@ -82,7 +89,7 @@ ScriptedConnection::ScriptedConnection(std::shared_ptr<ScriptedCamera> camera, C
 
 ScriptedConnection::~ScriptedConnection() {
     if (camera_->connection == this) camera_->connection = nullptr;
-    TheScript().Note("~Connection");
+    NoteEnd("Connection");
 }
 
 void ScriptedConnection::Read(uint64_t address, void* buffer, size_t size) {
@@ -127,7 +134,9 @@ void ScriptedConnection::Lose() {
     camera_->status = GenTL::DEVICE_ACCESS_STATUS_NOACCESS;
     for (const auto& [index, stream] : camera_->streams)
         stream->End();
+    isReporting = true;
     if (sink_ != nullptr) sink_->OnLost();
+    isReporting = false;
 }
 
 ScriptedStream::ScriptedStream(std::shared_ptr<ScriptedCamera> camera, uint32_t index,
@@ -138,7 +147,7 @@ ScriptedStream::ScriptedStream(std::shared_ptr<ScriptedCamera> camera, uint32_t 
 
 ScriptedStream::~ScriptedStream() {
     camera_->streams.erase(index_);
-    TheScript().Note("~Stream");
+    NoteEnd("Stream");
 }
 
 size_t ScriptedStream::PayloadSize() const {

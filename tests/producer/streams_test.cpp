@@ -1,9 +1,13 @@
 // Streams: buffers and their queues, what a frame leaves in a buffer, starts and stops.
 
 #include <future>
+#include <thread>
+#include <utility>
 
 #include <gmock/gmock.h>
 
+#include "producers/server/modules/library.h"
+#include "producers/server/modules/stream.h"
 #include "tests/producer/producertest.h"
 #include "tests/support/portnodemap.h"
 
@@ -359,6 +363,31 @@ TEST_F(StreamTest, ALostCameraEndsWaitsAndLeavesClosing) {
     EXPECT_EQ(DSRevokeBuffer(stream, buffer, nullptr, nullptr), GC_ERR_SUCCESS);
     EXPECT_EQ(DSClose(stream), GC_ERR_SUCCESS);
     EXPECT_EQ(DevClose(device), GC_ERR_SUCCESS);
+}
+
+// A thread that reports may hold locks of the transport, or be joined by its objects. So these do
+// not end on it, even if the stream is closed at this moment.
+TEST_F(StreamTest, TheReportOfALossEndsNoObjects) {
+    Open();
+    ZelCti::HandleTable& handles = ZelCti::Library::Instance().Handles();
+    handles.Close(newBuffer);  // it stays registered, and its close would wait as the report does
+    auto held = handles.Find<ZelCti::Stream>(stream);
+    std::unique_lock<std::mutex> pause(held->Pool().Delivered().Mutex());
+    const std::weak_ptr<ZelCti::Stream> watched = std::exchange(held, nullptr);
+    auto reported = std::async(std::launch::async, [&] { camera->connection->Lose(); });
+    uint32_t count = 0;
+    while (DevGetNumDataStreams(device, &count) == GC_ERR_SUCCESS)
+        std::this_thread::yield();
+    for (int i = 0; i < 1000; ++i)
+        std::this_thread::yield();  // most likely it waits after that; if not, the outcome is the
+                                    // same
+    auto closed = std::async(std::launch::async, [&] { return DSClose(stream); });
+    while (watched.use_count() > 1)
+        std::this_thread::yield();
+    pause.unlock();
+    reported.get();
+    EXPECT_EQ(closed.get(), GC_ERR_SUCCESS);
+    EXPECT_THAT(Steps(), ElementsAre("Kill", "~Stream"));
 }
 
 TEST_F(StreamTest, FeaturesCountBuffersAndFrames) {
