@@ -115,6 +115,7 @@ TEST_F(EventTest, KeepsTheNewestWhenNobodyFetchesThem) {
 TEST_F(EventTest, DataInfoFollowsTheTypeOfTheEvent) {
     const EVENT_HANDLE remote = Register(device, EVENT_REMOTE_DEVICE);
     const EVENT_HANDLE change = Register(device, EVENT_FEATURE_CHANGE);
+    const EVENT_HANDLE invalidated = Register(device, EVENT_FEATURE_INVALIDATE);
     const EVENT_HANDLE error = Register(stream, EVENT_ERROR);
     const std::string named(
         "Gain\0"
@@ -136,6 +137,12 @@ TEST_F(EventTest, DataInfoFollowsTheTypeOfTheEvent) {
     EXPECT_EQ(DataInfo(change, data, EVENT_DATA_ID).Text(), "Gain");
     EXPECT_EQ(DataInfo(change, data, EVENT_DATA_VALUE).Text(), "12");
     EXPECT_EQ(DataInfo(change, data, EVENT_DATA_NUMID).code, GC_ERR_NOT_IMPLEMENTED);
+    data.resize(8);
+    using namespace std::string_literals;
+    camera->connection->Send(EVENT_FEATURE_INVALIDATE, 0, "Width\0"s);
+    ASSERT_EQ(Get(invalidated, data), GC_ERR_SUCCESS);
+    EXPECT_EQ(DataInfo(invalidated, data, EVENT_DATA_ID).Text(), "Width");
+    EXPECT_EQ(DataInfo(invalidated, data, EVENT_DATA_VALUE).code, GC_ERR_NOT_IMPLEMENTED);
     data.resize(8);
     ASSERT_EQ(Get(error, data), GC_ERR_SUCCESS);
     EXPECT_EQ(DataInfo(error, data, EVENT_DATA_ID).Int32(), GC_ERR_IO);

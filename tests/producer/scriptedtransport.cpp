@@ -164,11 +164,14 @@ void ScriptedStream::Start(uint64_t numFrames) {
 void ScriptedStream::Stop(bool kill) {
     TheScript().Note(kill ? "Stop at once" : "Stop");
     TheScript().Meet("Stop");
+    while (camera_->holdsFrames && !kill && !isKilled_)
+        std::this_thread::yield();
     numLeft_ = 0;
 }
 
 void ScriptedStream::Kill() noexcept {
     TheScript().Note("Kill");
+    isKilled_ = true;
 }
 
 bool ScriptedStream::Send(const FrameInfo& frame, const std::vector<uint8_t>& bytes) {

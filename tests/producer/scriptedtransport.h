@@ -61,6 +61,7 @@ class ScriptedCamera final : public ZelCti::Camera,
     size_t payloadSize = 16;
     uint32_t numStreams = 1;
     std::vector<ZelCti::PortUrl> urls;
+    bool holdsFrames = false;  // a Stop waits until it is killed
     AddRows deviceRows = [](ZelCti::FeatureTable&) {};
     AddRows streamRows = [](ZelCti::FeatureTable&) {};
 
@@ -122,6 +123,7 @@ class ScriptedStream final : public ZelCti::StreamEngine {
     const std::shared_ptr<ScriptedCamera> camera_;
     const uint32_t index_;
     std::atomic<uint64_t> numLeft_{0};
+    std::atomic<bool> isKilled_{false};
 };
 
 class ScriptedInterface final : public ZelCti::HostInterface {

@@ -340,6 +340,24 @@ TEST_F(StreamTest, AStopThatFailsKeepsNothingOpen) {
     EXPECT_EQ(DevOpenDataStream(device, "C/Stream0", &stream), GC_ERR_SUCCESS);
 }
 
+TEST_F(StreamTest, ClosingEndsAStopThatWaits) {
+    camera->holdsFrames = true;
+    Open();
+    AllocateAndQueue(1);
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    auto stopped =
+        std::async(std::launch::async, [&] { return StopStream(ACQ_STOP_FLAGS_DEFAULT); });
+    std::vector<std::string> steps;
+    while (steps != std::vector<std::string>{"Start", "Stop"}) {
+        for (std::string& step : Steps())
+            steps.push_back(std::move(step));
+        std::this_thread::yield();
+    }
+    ASSERT_EQ(DSClose(stream), GC_ERR_SUCCESS);
+    EXPECT_EQ(stopped.get(), GC_ERR_SUCCESS);
+    EXPECT_THAT(Steps(), ElementsAre("Kill", "~Stream"));
+}
+
 TEST_F(StreamTest, ALostCameraEndsWaitsAndLeavesClosing) {
     Open();
     AllocateAndQueue(2);
