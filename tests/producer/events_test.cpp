@@ -34,7 +34,7 @@ class EventTest : public ProducerTest {
                                                           {data.data(), data.size()});
     }
     void Report(const std::string& data, uint64_t id = 0x9001) {
-        camera->connection->Send(EVENT_REMOTE_DEVICE, id, data);
+        camera->Report(EVENT_REMOTE_DEVICE, id, data);
     }
     GC_ERROR Get(EVENT_HANDLE event, std::string& data, uint64_t timeoutMs = patienceMs) {
         size_t size = data.size();
@@ -139,7 +139,7 @@ TEST_F(EventTest, DataInfoFollowsTheTypeOfTheEvent) {
     EXPECT_EQ(DataInfo(change, data, EVENT_DATA_NUMID).code, GC_ERR_NOT_IMPLEMENTED);
     data.resize(8);
     using namespace std::string_literals;
-    camera->connection->Send(EVENT_FEATURE_INVALIDATE, 0, "Width\0"s);
+    camera->Report(EVENT_FEATURE_INVALIDATE, 0, "Width\0"s);
     ASSERT_EQ(Get(invalidated, data), GC_ERR_SUCCESS);
     EXPECT_EQ(DataInfo(invalidated, data, EVENT_DATA_ID).Text(), "Width");
     EXPECT_EQ(DataInfo(invalidated, data, EVENT_DATA_VALUE).code, GC_ERR_NOT_IMPLEMENTED);

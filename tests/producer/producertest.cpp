@@ -5,7 +5,6 @@
 using namespace GenTL;
 using ZelCti::Library;
 using ZelTest::GenTLFunctions;
-using ZelTest::ScriptedProducer;
 
 namespace {
 
@@ -32,14 +31,14 @@ ProducerTest::ProducerTest() : Client(Functions()) {
 ProducerTest::~ProducerTest() {
     EXPECT_EQ(GCCloseLib(), GC_ERR_SUCCESS);
     EXPECT_EQ(NumHandles(), 0U);
-    script.Clear();
+    Steps();
 }
 
 void ProducerTest::Use(std::vector<std::shared_ptr<ZelCti::Transport>> transports) {
     if (system != nullptr) {
         ASSERT_EQ(TLClose(system), GC_ERR_SUCCESS);
     }
-    ScriptedProducer::Instance().transports = std::move(transports);
+    script.transports = std::move(transports);
     Library::Instance().Reconfigure([] {});
     ASSERT_EQ(TLOpen(&system), GC_ERR_SUCCESS);
 }

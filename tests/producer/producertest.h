@@ -28,7 +28,7 @@ class ProducerTest : public ::testing::Test, protected ZelTest::Client {
     ZelTest::ScriptedStream& Stream() { return *camera->streams.at(0); }
     std::vector<std::string> Steps() { return script.Take(); }
 
-    ZelTest::Script& script = ZelTest::ScriptedProducer::Instance().script;
+    ZelTest::Script& script = ZelTest::Script::Instance();
     std::shared_ptr<ZelTest::ScriptedCamera> camera =
         std::make_shared<ZelTest::ScriptedCamera>("C");
     std::shared_ptr<ZelTest::ScriptedInterface> host =

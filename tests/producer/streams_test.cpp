@@ -363,7 +363,7 @@ TEST_F(StreamTest, ALostCameraEndsWaitsAndLeavesClosing) {
     AllocateAndQueue(2);
     ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
     auto ended = std::async(std::launch::async, [&] { return TryFetch(GENTL_INFINITE); });
-    std::async(std::launch::async, [&] { camera->connection->Lose(); }).get();
+    std::async(std::launch::async, [&] { camera->Lose(); }).get();
     EXPECT_EQ(ended.get(), GC_ERR_IO);
     EXPECT_EQ(TryFetch(0), GC_ERR_IO);
     uint32_t count = 0;
@@ -392,7 +392,7 @@ TEST_F(StreamTest, TheReportOfALossEndsNoObjects) {
     auto held = handles.Find<ZelCti::Stream>(stream);
     std::unique_lock<std::mutex> pause(held->Pool().Delivered().Mutex());
     const std::weak_ptr<ZelCti::Stream> watched = std::exchange(held, nullptr);
-    auto reported = std::async(std::launch::async, [&] { camera->connection->Lose(); });
+    auto reported = std::async(std::launch::async, [&] { camera->Lose(); });
     uint32_t count = 0;
     while (DevGetNumDataStreams(device, &count) == GC_ERR_SUCCESS)
         std::this_thread::yield();
