@@ -14,16 +14,14 @@
 // itself.
 //
 // Rules for all of them:
-// - Operations are thread-safe, and throw ZelCti::Error when they fail; what else they throw
-// becomes
+// - Operations are thread-safe, and throw ZelCti::Error when they fail; any other exception becomes
 //   GC_ERR_ERROR. An operation that throws has changed nothing, unless it says otherwise.
 // - An operation with a deadline returns by then, every other one within about a second.
 // - What runs beside calls runs on threads of the transport, which end with the object that started
-//   them. The server destroys objects of the transport on threads of its clients only.
-// - Pointers that are returned are not null.
-// - Rows of a transport use addresses from 0x4000 to 0x4FFF; the other ones are the server's. They
-// may
-//   be in categories of the server.
+//   them. The server destroys no object of the transport on such a thread.
+// - No pointer that is returned is null.
+// - Features that a transport adds have addresses from 0x4000 to 0x4FFF; all others are the
+//   server's. They may be in categories of the server.
 #pragma once
 
 #include <chrono>
