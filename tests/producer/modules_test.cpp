@@ -240,9 +240,9 @@ TEST_F(ModuleTest, TransportsAddFeatures) {
     ASSERT_EQ(IFClose(interface), GC_ERR_SUCCESS);
     uint64_t written = 0;
     host->rows = [](FeatureTable& features, const auto& selected) {
-        ZelCti::TextValue name;
-        name.get = [=] { return selected()->UserName(); };
-        features.StringReg("SelectedUserID").In("DeviceEnumeration").At(0x4000, 16).Bind(name);
+        features.StringReg("SelectedUserID").In("DeviceEnumeration").At(0x4000, 16).Get([=] {
+            return selected()->UserName();
+        });
     };
     camera->deviceRows = [&](FeatureTable& features) {
         features.Category("Transport", "Features of the transport.");

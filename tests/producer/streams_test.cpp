@@ -258,38 +258,25 @@ TEST_F(StreamTest, BuffersSayWhatTheirFrameLeft) {
 TEST_F(StreamTest, FindsChunksInTheOrderOfTheTransport) {
     Open();
     const BUFFER_HANDLE buffer = QueueMemory(16);
-    const std::vector<uint8_t> big = {7, 7, 7, 7, 0xC0, 0, 0, 1, 0, 0, 0, 4};
-    const std::vector<uint8_t> little = {7, 7, 7, 7, 1, 0, 0, 0xC0, 4, 0, 0, 0};
-    const struct {
-        ByteOrder order;
-        const std::vector<uint8_t>& bytes;
-        size_t filled;
-        GC_ERROR code;
-    } cases[] = {{ByteOrder::Big, big, 12, GC_ERR_SUCCESS},
-                 {ByteOrder::Little, little, 12, GC_ERR_SUCCESS},
-                 {ByteOrder::Little, big, 12, GC_ERR_NO_DATA},
-                 {ByteOrder::Big, big, 11, GC_ERR_NO_DATA},
-                 {ByteOrder::Big, big, 4000000, GC_ERR_NO_DATA}};  // more than the buffer
-    for (const auto& given : cases) {
+    const auto expect = [&](ByteOrder order, size_t filled, GC_ERROR code) {
         FrameInfo frame = Frame(0);
-        frame.chunkOrder = given.order;
+        frame.chunkOrder = order;
         frame.chunkLayoutId = 9;
-        frame.sizeFilled = given.filled;
-        ASSERT_TRUE(Stream().Send(frame, given.bytes));
+        frame.sizeFilled = filled;
+        ASSERT_TRUE(Stream().Send(frame, {7, 7, 7, 7, 1, 0, 0, 0xC0, 4, 0, 0, 0}));
         ASSERT_EQ(Fetch(), buffer);
         SINGLE_CHUNK_DATA chunk{};
         size_t count = 1;
-        EXPECT_EQ(DSGetBufferChunkData(stream, buffer, &chunk, &count), given.code);
-        if (given.code == GC_ERR_SUCCESS) {
-            EXPECT_EQ(count, 1U);
-            EXPECT_EQ(chunk.ChunkID, 0xC0000001U);
-            EXPECT_EQ(chunk.ChunkOffset, 0);
-            EXPECT_EQ(chunk.ChunkLength, 4U);
-        }
+        EXPECT_EQ(DSGetBufferChunkData(stream, buffer, &chunk, &count), code);
+        EXPECT_EQ(chunk.ChunkID, code == GC_ERR_SUCCESS ? 0xC0000001U : 0U);
+        EXPECT_EQ(chunk.ChunkLength, code == GC_ERR_SUCCESS ? 4U : 0U);
         EXPECT_TRUE(BufferInfo(buffer, BUFFER_INFO_CONTAINS_CHUNKDATA).Bool());
         EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_CHUNKLAYOUTID).Uint64(), 9U);
         ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
-    }
+    };
+    expect(ByteOrder::Little, 12, GC_ERR_SUCCESS);
+    expect(ByteOrder::Big, 12, GC_ERR_NO_DATA);
+    expect(ByteOrder::Little, 4000000, GC_ERR_NO_DATA);  // more than the buffer
 }
 
 TEST_F(StreamTest, CountedAcquisitionsEndByThemselvesAndGoOn) {
