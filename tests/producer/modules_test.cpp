@@ -10,10 +10,12 @@
 #include "tests/support/portnodemap.h"
 
 using namespace GenTL;
+using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 using ::testing::StartsWith;
+using ::testing::UnorderedElementsAre;
 using ZelCti::Error;
 using ZelCti::FeatureTable;
 using ZelTest::Ask;
@@ -75,10 +77,13 @@ TEST_F(ModuleTest, TheTransportIsClosedInOrderAndOnce) {
     ASSERT_EQ(DevOpenDataStream(device, "C/Stream1", &second), GC_ERR_SUCCESS);
     AllocateAndQueue(1);
     ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
-    const std::vector<std::string> steps = {"Start", "Kill",    "Stop at once", "~Stream",
-                                            "Kill",  "~Stream", "Close",        "~Connection"};
     ASSERT_EQ(DevClose(device), GC_ERR_SUCCESS);
-    EXPECT_EQ(Steps(), steps);
+    const std::vector<std::string> steps = Steps();
+    EXPECT_THAT(
+        std::vector<std::string>(steps.begin(), steps.end() - 2),
+        UnorderedElementsAre("Start", "Kill", "Stop at once", "~Stream", "Kill", "~Stream"));
+    EXPECT_THAT(std::vector<std::string>(steps.end() - 2, steps.end()),
+                ElementsAre("Close", "~Connection"));
 }
 
 TEST_F(ModuleTest, AnswersInfoCommandsInTwoCalls) {
