@@ -106,7 +106,7 @@ struct StreamInfo {
     bool definesPayloadSize = true;  // or else the camera's features do
     bool sendsPairs = false;         // frames come in pairs
     size_t minBuffers = 1;           // announced before a start
-    size_t alignment = 1;            // of the memory of a buffer
+    size_t alignment = 1;            // of the memory of a buffer; a power of two
     size_t maxChunks = 0;
 };
 
@@ -201,7 +201,7 @@ struct CameraInfo {
 };
 
 // A camera that is listed. The object stays the same while the camera does; a camera that was lost
-// and comes back is another one.
+// and comes back is another one. An open camera may outlive its interface and its transport.
 class Camera {
   public:
     virtual ~Camera() = default;
@@ -279,8 +279,8 @@ struct ProducerInfo {
 };
 
 // The two functions that a producer file implements: who it is, and its transports in the order in
-// which their interfaces are listed. They are asked for when the producer is first used, and again
-// after Library::Reconfigure.
+// which their interfaces are listed. They are asked for when the producer is first used, and anew
+// after the last GCCloseLib and after Library::Reconfigure.
 const ProducerInfo& GetProducerInfo();
 std::vector<std::shared_ptr<Transport>> MakeTransports();
 

@@ -86,6 +86,18 @@ TEST_F(ModuleTest, TheTransportIsClosedInOrderAndOnce) {
                 ElementsAre("Close", "~Connection"));
 }
 
+TEST_F(ModuleTest, TransportsEndWithTheLibrary) {
+    const std::weak_ptr<ZelCti::Transport> transport = script.transports.front();
+    script.transports = {std::make_shared<ZelTest::ScriptedTransport>()};
+    ASSERT_EQ(GCCloseLib(), GC_ERR_SUCCESS);
+    EXPECT_TRUE(transport.expired());
+    ASSERT_EQ(GCInitLib(), GC_ERR_SUCCESS);
+    ASSERT_EQ(TLOpen(&system), GC_ERR_SUCCESS);
+    uint32_t count = 1;
+    EXPECT_EQ(TLGetNumInterfaces(system, &count), GC_ERR_SUCCESS);
+    EXPECT_EQ(count, 0U) << "of the transport that is there now";
+}
+
 TEST_F(ModuleTest, AnswersInfoCommandsInTwoCalls) {
     INFO_DATATYPE type = INFO_DATATYPE_UNKNOWN;
     size_t size = 0;

@@ -36,7 +36,9 @@ void Library::Init() {
 void Library::Close() {
     const std::lock_guard lock(mutex_);
     CheckInitialized();
-    if (--numInits_ == 0) CloseAll();
+    if (--numInits_ != 0) return;
+    CloseAll();
+    transports_.reset();
 }
 
 void Library::CloseAll() {

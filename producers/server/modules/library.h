@@ -17,8 +17,9 @@ namespace ZelCti {
 using TransportList = std::vector<std::shared_ptr<Transport>>;
 
 // Counts the initialisations, and holds the handles and the transports. These are made when they
-// are first needed and stay until the file is unloaded or Reconfigure replaces them; the last
-// GCCloseLib closes all handles. Thread-safe.
+// are first needed and stay until Reconfigure replaces them. The last GCCloseLib closes all handles
+// and lets the transports go: they may have threads, which must not end while the file is unloaded.
+// Thread-safe.
 class Library {
   public:
     static Library& Instance();
