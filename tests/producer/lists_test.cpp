@@ -111,12 +111,14 @@ TEST_F(ListTest, ACameraThatComesBackIsAnotherOne) {
     uint32_t count = 0;
     EXPECT_EQ(DevGetNumDataStreams(device, &count), GC_ERR_IO);
 
+    DEV_HANDLE second = nullptr;
+    EXPECT_EQ(Open(interface, DEVICE_ACCESS_EXCLUSIVE, &second), GC_ERR_IO);
+
     const auto again = std::make_shared<ScriptedCamera>("C");
     host->present = {again};
     EXPECT_EQ(Status(interface), DEVICE_ACCESS_STATUS_NOACCESS) << "not before an update";
     EXPECT_TRUE(CamerasChange()) << "with the same identifier";
     EXPECT_EQ(Status(interface), DEVICE_ACCESS_STATUS_READWRITE) << "of the new one";
-    DEV_HANDLE second = nullptr;
     ASSERT_EQ(Open(interface, DEVICE_ACCESS_EXCLUSIVE, &second), GC_ERR_SUCCESS);
     EXPECT_EQ(DevGetNumDataStreams(device, &count), GC_ERR_IO) << "of the old one";
     EXPECT_EQ(DevClose(device), GC_ERR_SUCCESS);

@@ -4,6 +4,8 @@
 #include <thread>
 #include <utility>
 
+#include "producers/server/base/error.h"
+
 namespace ZelTest {
 
 using namespace ZelCti;
@@ -103,6 +105,7 @@ GenTL::DEVICE_ACCESS_STATUS ScriptedCamera::AccessStatus() const {
 std::unique_ptr<Connection> ScriptedCamera::Open(GenTL::DEVICE_ACCESS_FLAGS /*access*/,
                                                  CameraSink& client) {
     Meet("Open");
+    if (status == GenTL::DEVICE_ACCESS_STATUS_NOACCESS) throw Error(GenTL::GC_ERR_IO, "lost");
     Note("Open " + info.id);
     const std::lock_guard lock(sinkMutex);
     sink = &client;
