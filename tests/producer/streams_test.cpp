@@ -17,7 +17,6 @@ using ZelCti::ByteOrder;
 using ZelCti::Error;
 using ZelCti::FrameBuffer;
 using ZelCti::FrameInfo;
-using ZelTest::patienceMs;
 using ZelTest::PortNodeMap;
 
 namespace {
