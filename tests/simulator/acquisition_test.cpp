@@ -69,24 +69,6 @@ TEST_F(AcquisitionTest, CountedAcquisitionEndsByItself) {
     EXPECT_EQ(StreamInfo(STREAM_INFO_NUM_DELIVERED).Uint64(), 6U);
 }
 
-TEST_F(AcquisitionTest, PacedAcquisitionDeliversAllFrames) {
-    OpenCamera("frameRate='400'");
-    AllocateAndQueue(16);
-    ASSERT_EQ(Start(), GC_ERR_SUCCESS);
-    EXPECT_EQ(Start(), GC_ERR_RESOURCE_IN_USE);
-    uint64_t last = 0;
-    for (int i = 0; i < 20; ++i) {
-        const BUFFER_HANDLE buffer = Fetch();
-        const uint64_t time = BufferInfo(buffer, BUFFER_INFO_TIMESTAMP).Uint64();
-        EXPECT_GT(time, last);
-        EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_TIMESTAMP_NS).Uint64(), time);
-        last = time;
-        EXPECT_EQ(Queue(buffer), GC_ERR_SUCCESS);
-    }
-    EXPECT_EQ(Stop(ACQ_STOP_FLAGS_DEFAULT), GC_ERR_SUCCESS);
-    EXPECT_FALSE(IsGrabbing());
-}
-
 TEST_F(AcquisitionTest, FramesWithoutBufferAreUnderruns) {
     OpenCamera("frameRate='2000' width='64' height='48'");
     const BUFFER_HANDLE buffer = Allocate();
