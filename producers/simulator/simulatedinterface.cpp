@@ -13,8 +13,8 @@ constexpr uint32_t kMask = 0xFFFFFF00;
 
 // The adapter is the first host of the network 192.168.10.0, 192.168.11.0 and so on.
 IpSettings AdapterIp(uint32_t number) {
-    constexpr uint32_t first = 0xC0A80A01;
-    return {first + (number % 200 << 8), kMask, 0};
+    constexpr uint32_t kFirst = 0xC0A80A01;
+    return {kFirst + (number % 200 << 8), kMask, 0};
 }
 
 // Bytes a second that the links of a transport type carry.
@@ -67,10 +67,10 @@ std::shared_ptr<SimulatedCamera> SimulatedInterface::MakeCamera(CameraConfig cam
 }
 
 void SimulatedInterface::CompleteIp(IpSettings& camera) {
-    constexpr uint32_t firstHost = 100;
-    constexpr uint32_t numHosts = 150;
+    constexpr uint32_t kFirstHost = 100;
+    constexpr uint32_t kNumHosts = 150;
     if (camera.address == 0) {
-        camera.address = (ip_.address & kMask) + firstHost + numPlugged_ % numHosts;
+        camera.address = (ip_.address & kMask) + kFirstHost + numPlugged_ % kNumHosts;
     }
     if (camera.mask == 0) camera.mask = kMask;
 }

@@ -20,8 +20,8 @@ ProducerInfo MakeInfo() {
 }  // namespace
 
 const ProducerInfo& GetProducerInfo() {
-    static const ProducerInfo info = MakeInfo();
-    return info;
+    static const ProducerInfo kInfo = MakeInfo();
+    return kInfo;
 }
 
 std::vector<std::shared_ptr<Transport>> MakeTransports() {

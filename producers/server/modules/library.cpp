@@ -12,8 +12,8 @@ namespace {
 // The path of this file, as the loader found it.
 std::string OwnPath() {
     Dl_info info{};
-    static const char anchor = 0;
-    return dladdr(&anchor, &info) != 0 && info.dli_fname != nullptr ? info.dli_fname : "";
+    static const char kAnchor = 0;
+    return dladdr(&kAnchor, &info) != 0 && info.dli_fname != nullptr ? info.dli_fname : "";
 }
 
 }  // namespace

@@ -52,9 +52,9 @@ Grammar MakeGrammar() {
 
 // The place of an element in nodes of a kind; none when they have no such element.
 std::optional<size_t> SchemaPlace(std::string_view kind, std::string_view element) {
-    static const Grammar grammar = MakeGrammar();
-    const auto found = grammar.find(kind);
-    if (found == grammar.end()) return {};
+    static const Grammar kGrammar = MakeGrammar();
+    const auto found = kGrammar.find(kind);
+    if (found == kGrammar.end()) return {};
     const std::string& order = found->second;
     size_t place = order.find(element);
     while (place != std::string::npos &&
@@ -85,9 +85,9 @@ bool DescriptionNode::Has(std::string_view element) const {
 }
 
 bool IsRegisterKind(std::string_view kind) {
-    constexpr std::string_view suffix = "Reg";
+    constexpr std::string_view kSuffix = "Reg";
     return kind == "Register" ||
-           (kind.size() > suffix.size() && kind.substr(kind.size() - suffix.size()) == suffix);
+           (kind.size() > kSuffix.size() && kind.substr(kind.size() - kSuffix.size()) == kSuffix);
 }
 
 void AppendXml(const DescriptionNode& node, size_t depth, std::string& out) {

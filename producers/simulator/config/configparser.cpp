@@ -81,13 +81,13 @@ bool Boolean(const Value& value) {
 }
 
 Pattern PatternOf(const Value& value) {
-    constexpr std::pair<std::string_view, Pattern> names[] = {
+    constexpr std::pair<std::string_view, Pattern> kNames[] = {
         {"ColorBars", Pattern::ColorBars},
         {"GradientHorizontal", Pattern::GradientHorizontal},
         {"GradientDiagonal", Pattern::GradientDiagonal},
         {"Black", Pattern::Black},
         {"White", Pattern::White}};
-    for (const auto& [name, pattern] : names) {
+    for (const auto& [name, pattern] : kNames) {
         if (value.text == name) return pattern;
     }
     value.Refuse("ColorBars, GradientHorizontal, GradientDiagonal, Black or White");
@@ -107,9 +107,9 @@ const PixelFormat* FormatOf(const Value& value) {
 }
 
 std::string TransportType(const Value& value) {
-    constexpr std::string_view types[] = {TLTypeGEVName, TLTypeU3VName, TLTypeCLName,
-                                          TLTypeCXPName, "HDSDI",       TLTypeCustomName};
-    if (std::find(std::begin(types), std::end(types), value.text) == std::end(types)) {
+    constexpr std::string_view kTypes[] = {TLTypeGEVName, TLTypeU3VName, TLTypeCLName,
+                                           TLTypeCXPName, "HDSDI",       TLTypeCustomName};
+    if (std::find(std::begin(kTypes), std::end(kTypes), value.text) == std::end(kTypes)) {
         value.Refuse("GEV, U3V, CL, CXP, HDSDI or Custom");
     }
     return std::string(value.text);
@@ -150,7 +150,7 @@ void SetAlignment(CameraConfig& camera, const Value& value) {
 
 std::vector<Key<CameraConfig>> CameraKeys() {
     using C = CameraConfig;
-    constexpr uint32_t any = std::numeric_limits<uint32_t>::max();
+    constexpr uint32_t kAny = std::numeric_limits<uint32_t>::max();
     return {
         Text("id", &C::id),
         Text("vendor", &C::vendor),
@@ -171,8 +171,8 @@ std::vector<Key<CameraConfig>> CameraKeys() {
         Numeric("frameRate", &C::frameRate, 0.0, 1e6),
         {"acquisition", [](C& c, const Value& v) { c.freeRunning = IsFreeRunning(v); }},
         Numeric("linkSpeed", &C::linkSpeed, uint64_t{1000000}, uint64_t{1000000000000}),
-        Numeric("incompleteEvery", &C::incompleteEvery, 0U, any),
-        Numeric("dropEvery", &C::dropEvery, 0U, any),
+        Numeric("incompleteEvery", &C::incompleteEvery, 0U, kAny),
+        Numeric("dropEvery", &C::dropEvery, 0U, kAny),
         Flag("noFill", &C::noFill),
         Flag("framePairs", &C::framePairs),
         Flag("definesPayloadSize", &C::definesPayloadSize),
@@ -230,9 +230,9 @@ void ForEachChild(const XMLElement& parent, const char* name, const std::string&
 }
 
 CameraConfig CameraOf(const XMLElement& element, const std::string& source) {
-    static const auto keys = CameraKeys();
+    static const auto kKeys = CameraKeys();
     CameraConfig camera;
-    ReadAttributes(element, keys, source, camera);
+    ReadAttributes(element, kKeys, source, camera);
     const Place place{source, element.GetLineNum()};
     if (element.FirstChildElement() != nullptr) place.Fail("Camera holds no elements");
     const PixelFormat& format = *camera.pixelFormat;
@@ -270,7 +270,7 @@ const XMLElement& Parse(XMLDocument& document, const std::string& text, const ch
 }  // namespace
 
 WorldConfig ParseConfig(const std::string& text, const std::string& source) {
-    static const auto keys = InterfaceKeys();
+    static const auto kKeys = InterfaceKeys();
     XMLDocument document;
     const XMLElement& root = Parse(document, text, "ZelSim", source);
     WorldConfig world;
@@ -278,7 +278,7 @@ WorldConfig ParseConfig(const std::string& text, const std::string& source) {
     std::set<std::string> cameraIds;
     ForEachChild(root, "Interface", source, [&](const XMLElement& element) {
         InterfaceConfig& interface = world.interfaces.emplace_back();
-        ReadAttributes(element, keys, source, interface);
+        ReadAttributes(element, kKeys, source, interface);
         ClaimId(interfaceIds, interface.id, element, source);
         if (interface.type.empty()) {
             Place{source, element.GetLineNum()}.Fail("Interface without type");

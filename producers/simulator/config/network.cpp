@@ -21,11 +21,11 @@ std::optional<uint32_t> ParseIpAddress(std::string_view text) {
 }
 
 uint64_t MacAddressOf(const std::string& id) {
-    constexpr uint64_t locallyAdministered = uint64_t{0x02} << 40;
+    constexpr uint64_t kLocallyAdministered = uint64_t{0x02} << 40;
     uint64_t hash = 0xCBF29CE484222325;  // FNV-1a
     for (const char c : id)
         hash = (hash ^ static_cast<uint8_t>(c)) * 0x100000001B3;
-    return locallyAdministered | (hash & 0xFFFFFFFFFF);
+    return kLocallyAdministered | (hash & 0xFFFFFFFFFF);
 }
 
 }  // namespace ZelSim

@@ -19,10 +19,10 @@ constexpr int64_t kMaxBinning = 4;
 
 // Index of the arrangement of colours, as the feature PixelColorFilter counts them.
 uint64_t ColorFilterOf(const PixelFormat& format) {
-    constexpr std::string_view cells[] = {"RGGB", "GBRG", "GRBG", "BGGR"};
+    constexpr std::string_view kCells[] = {"RGGB", "GBRG", "GRBG", "BGGR"};
     if (format.sampling != Sampling::Mosaic) return 0;
     uint64_t index = 1;
-    for (const std::string_view cell : cells) {
+    for (const std::string_view cell : kCells) {
         if (cell == format.components) break;
         ++index;
     }

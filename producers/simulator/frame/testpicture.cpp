@@ -41,8 +41,8 @@ Rgb Grey(size_t level) {
 
 // The pattern at a place of the sensor, in pixels after binning.
 Rgb ColourAt(const FrameSettings& settings, size_t x, size_t y) {
-    constexpr Rgb bars[] = {{255, 255, 255}, {255, 255, 0}, {0, 255, 255}, {0, 255, 0},
-                            {255, 0, 255},   {255, 0, 0},   {0, 0, 255},   {0, 0, 0}};
+    constexpr Rgb kBars[] = {{255, 255, 255}, {255, 255, 0}, {0, 255, 255}, {0, 255, 0},
+                             {255, 0, 255},   {255, 0, 0},   {0, 0, 255},   {0, 0, 0}};
     switch (settings.pattern) {
         case Pattern::GradientHorizontal:
             return Grey(x * 255 / std::max<size_t>(settings.WidthMax() - 1, 1));
@@ -53,7 +53,7 @@ Rgb ColourAt(const FrameSettings& settings, size_t x, size_t y) {
         case Pattern::White:
             return Grey(255);
         default:
-            return bars[x * std::size(bars) / settings.WidthMax()];
+            return kBars[x * std::size(kBars) / settings.WidthMax()];
     }
 }
 
