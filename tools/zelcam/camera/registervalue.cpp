@@ -112,9 +112,9 @@ std::string AddressText(uint64_t address) {
 }
 
 const std::vector<std::string>& RegisterType::Names() {
-    static const std::vector<std::string> names = {"hex", "text", "u8",  "u16", "u32", "u64",
-                                                   "i8",  "i16",  "i32", "i64", "f32", "f64"};
-    return names;
+    static const std::vector<std::string> kNames = {"hex", "text", "u8",  "u16", "u32", "u64",
+                                                    "i8",  "i16",  "i32", "i64", "f32", "f64"};
+    return kNames;
 }
 
 RegisterType::RegisterType(const std::string& name) : name_(name), kind_(name.front()) {

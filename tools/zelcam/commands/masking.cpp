@@ -29,9 +29,9 @@ void Mask::AddSecret(const std::string& secret) {
 std::string Mask::Apply(const std::string& text) const {
     if (!active_) return text;
     // IPv4 addresses and hardware addresses.
-    static const std::regex addresses(
+    static const std::regex kAddresses(
         R"(\b\d{1,3}(\.\d{1,3}){3}\b|\b[0-9A-Fa-f]{2}([:-][0-9A-Fa-f]{2}){5}\b)");
-    std::string result = std::regex_replace(text, addresses, kMasked);
+    std::string result = std::regex_replace(text, kAddresses, kMasked);
     // Longer ones first: a secret may be the beginning of another one.
     std::vector<std::string> ordered(secrets_.begin(), secrets_.end());
     std::sort(ordered.begin(), ordered.end(),
