@@ -59,20 +59,20 @@ void FillPixelType(ZelImageInfo& image, uint32_t pixelType) {
 }  // namespace
 
 BufferImpl::BufferImpl(StreamImpl* stream, size_t size, void* userPtr) : stream_(stream) {
-    const GenTLModule<void*>& module = stream->module();
+    const GenTLModule<void*>& module = stream->Module();
     ThrowOnError(module.lib->DSAllocAndAnnounceBuffer(module.handle, size, userPtr, &handle_));
 }
 
 BufferImpl::BufferImpl(StreamImpl* stream, void* ptr, size_t size, void* userPtr)
     : stream_(stream) {
-    const GenTLModule<void*>& module = stream->module();
+    const GenTLModule<void*>& module = stream->Module();
     ThrowOnError(module.lib->DSAnnounceBuffer(module.handle, ptr, size, userPtr, &handle_));
 }
 
 BufferImpl::~BufferImpl() {
     void* base = nullptr;
     void* userPtr = nullptr;
-    const GenTLModule<void*>& module = stream_->module();
+    const GenTLModule<void*>& module = stream_->Module();
     module.lib->DSRevokeBuffer(module.handle, handle_, &base, &userPtr);
 }
 

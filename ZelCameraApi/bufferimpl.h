@@ -40,12 +40,12 @@ class BufferImpl final : public ZelCam::Buffer {
     size_t GetDeliveredHeight() override;
     bool IsKacFrameB() override;
 
-    GenTL::BUFFER_HANDLE handle() const { return handle_; }
+    GenTL::BUFFER_HANDLE Handle() const { return handle_; }
 
     // Value of a buffer info command. Throws as QueryValue.
     template <GenTL::BUFFER_INFO_CMD_LIST CMD>
     auto GetInfo() const {
-        const GenTLModule<void*>& stream = stream_->module();
+        const GenTLModule<void*>& stream = stream_->Module();
         return QueryValue<CMD>([&](int cmd, int* type, void* buffer, size_t* size) {
             return stream.lib->DSGetBufferInfo(stream.handle, handle_, cmd, type, buffer, size);
         });

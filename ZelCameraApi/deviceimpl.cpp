@@ -59,11 +59,11 @@ ZelCamErr ConfigurationCode(Operation&& operation) {
 }  // namespace
 
 DeviceImpl::DeviceImpl(DeviceInfoImpl* info, const std::string& id, ZelCam::DeviceAccess access)
-    : EventSource(dynamic_cast<InterfaceImpl&>(*info->GetInterface()).module().lib),
+    : EventSource(dynamic_cast<InterfaceImpl&>(*info->GetInterface()).Module().lib),
       id_(id),
       info_(info),
       remotePort_{nullptr, module_.lib} {
-    Init(dynamic_cast<InterfaceImpl&>(*info->GetInterface()).module(), access);
+    Init(dynamic_cast<InterfaceImpl&>(*info->GetInterface()).Module(), access);
 }
 
 void DeviceImpl::Init(const GenTLModule<void*>& iface, ZelCam::DeviceAccess access) {
@@ -110,7 +110,7 @@ ZelCam::Stream* DeviceImpl::GetStreamById(const char* id) {
     return ZeroOnError([&]() -> ZelCam::Stream* {
         const std::string wanted(id);
         const auto open = std::find_if(streams_.begin(), streams_.end(),
-                                       [&](const auto& stream) { return stream->id() == wanted; });
+                                       [&](const auto& stream) { return stream->Id() == wanted; });
         if (open != streams_.end()) return open->get();
         return streams_.emplace_back(std::make_unique<StreamImpl>(this, wanted)).get();
     });

@@ -71,7 +71,7 @@ const char* DeviceInfoImpl::GetUSB3HostInfo() {
 const char* DeviceInfoImpl::Info(std::string& buffer, int cmd) {
     return ZeroOnError([&] {
         // Copied into place, so a pointer that was handed out earlier shows the new text.
-        const std::string text = GetDevInfoString(parent_->module(), id_, cmd);
+        const std::string text = GetDevInfoString(parent_->Module(), id_, cmd);
         buffer = text;
         return buffer.c_str();
     });
@@ -82,7 +82,7 @@ int32_t DeviceInfoImpl::GetAccessStatus() {
 }
 
 int32_t DeviceInfoImpl::QueryAccessStatus() const {
-    const GenTLModule<void*>& iface = parent_->module();
+    const GenTLModule<void*>& iface = parent_->Module();
     int type = GenTL::INFO_DATATYPE_UNKNOWN;
     int32_t status = GenTL::DEVICE_ACCESS_STATUS_UNKNOWN;
     size_t size = 0;

@@ -32,7 +32,7 @@ class EventSource : public Public {
     }
 
     // The open module and its producer.
-    const GenTLModule<void*>& module() const { return module_; }
+    const GenTLModule<void*>& Module() const { return module_; }
 
   protected:
     // `ownEvent` is an event that the object itself consumes; subscriptions to it are refused.

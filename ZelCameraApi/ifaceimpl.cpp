@@ -15,12 +15,12 @@
 namespace ZelCameraApi::Internal {
 
 const std::map<ZelCam::InterfaceType, std::string>& GetInterfaceTypesMap() {
-    static const std::map<ZelCam::InterfaceType, std::string> types = {
+    static const std::map<ZelCam::InterfaceType, std::string> kTypes = {
         {ZelCam::InterfaceType::U3V, "U3V"},     {ZelCam::InterfaceType::GEV, "GEV"},
         {ZelCam::InterfaceType::CL, "CL"},       {ZelCam::InterfaceType::CXP, "CXP"},
         {ZelCam::InterfaceType::HDSDI, "HDSDI"},
     };
-    return types;
+    return kTypes;
 }
 
 InterfaceImpl::InterfaceImpl(SystemImpl* parent, const GenTLModule<void*>& tl, std::string id)

@@ -10,9 +10,9 @@
 namespace ZelCameraApi::Internal {
 
 StreamImpl::StreamImpl(DeviceImpl* device, const std::string& id)
-    : EventSource(device->module().lib, GenTL::EVENT_NEW_BUFFER), device_(device), id_(id) {
+    : EventSource(device->Module().lib, GenTL::EVENT_NEW_BUFFER), device_(device), id_(id) {
     const GenTLLib& lib = *module_.lib;
-    ThrowOnError(lib.DevOpenDataStream(device->module().handle, id_.c_str(), &module_.handle));
+    ThrowOnError(lib.DevOpenDataStream(device->Module().handle, id_.c_str(), &module_.handle));
     lib.GCRegisterEvent(module_.handle, GenTL::EVENT_NEW_BUFFER, &newBufferEvent_);
 }
 
@@ -50,7 +50,7 @@ ZelCam::Buffer* StreamImpl::SetBuffer(void* ptr, size_t size, void* userPtr, Zel
 ZelCam::Buffer* StreamImpl::Add(std::unique_ptr<BufferImpl> buffer) {
     std::list<std::unique_ptr<BufferImpl>> added;
     BufferImpl* const own = added.emplace_back(std::move(buffer)).get();
-    const HandleEntry entry{own->handle(), own};
+    const HandleEntry entry{own->Handle(), own};
     buffersByHandle_.insert(
         std::upper_bound(buffersByHandle_.begin(), buffersByHandle_.end(), entry), entry);
     buffers_.splice(buffers_.end(), added);
@@ -60,7 +60,7 @@ ZelCam::Buffer* StreamImpl::Add(std::unique_ptr<BufferImpl> buffer) {
 ZelCamErr StreamImpl::RevokeBuffer(ZelCam::Buffer* buffer) {
     const auto own = FindOwned(buffers_, buffer);
     if (own == buffers_.end()) return ZelCamErr_Success;
-    auto entry = FirstWith((*own)->handle());
+    auto entry = FirstWith((*own)->Handle());
     while (entry->buffer != own->get())
         ++entry;
     buffersByHandle_.erase(entry);
@@ -71,7 +71,7 @@ ZelCamErr StreamImpl::RevokeBuffer(ZelCam::Buffer* buffer) {
 ZelCamErr StreamImpl::QueueBuffer(ZelCam::Buffer* buffer) {
     const auto* const own = dynamic_cast<BufferImpl*>(buffer);
     if (own == nullptr) return ZelCamErr_InvalidArgument;
-    return static_cast<ZelCamErr>(module_.lib->DSQueueBuffer(module_.handle, own->handle()));
+    return static_cast<ZelCamErr>(module_.lib->DSQueueBuffer(module_.handle, own->Handle()));
 }
 
 ZelCam::Buffer* StreamImpl::GetBuffer(uint64_t timeout, ZelCamErr* err) {
@@ -119,7 +119,7 @@ ZelCamErr StreamImpl::StartAcquisition(uint64_t count, uint32_t flags) {
 ZelCamErr StreamImpl::QueueAll() {
     int result = module_.lib->DSFlushQueue(module_.handle, GenTL::ACQ_QUEUE_ALL_DISCARD);
     for (auto buffer = buffers_.begin(); result == 0 && buffer != buffers_.end(); ++buffer) {
-        result = module_.lib->DSQueueBuffer(module_.handle, (*buffer)->handle());
+        result = module_.lib->DSQueueBuffer(module_.handle, (*buffer)->Handle());
     }
     return static_cast<ZelCamErr>(result);
 }

@@ -51,7 +51,7 @@ class StreamImpl final : public EventSource<ZelCam::Stream> {
     size_t GetMinNumBuffers() override;
     size_t GetBufferAlignment() override;
 
-    const std::string& id() const { return id_; }
+    const std::string& Id() const { return id_; }
 
     // Value of a stream info command. Throws as QueryValue.
     template <GenTL::STREAM_INFO_CMD_LIST CMD>

@@ -21,12 +21,11 @@ Bench::Allocations Bench::AllocationsOfThread() {
 // operator new of the C++ library calls malloc or aligned_alloc, and so is counted here.
 extern "C" {
 
-// NOLINTBEGIN(bugprone-reserved-identifier): the names of the C library.
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the C library's names.
 void* __libc_malloc(size_t size);
 void* __libc_calloc(size_t count, size_t size);
 void* __libc_realloc(void* memory, size_t size);
 void* __libc_memalign(size_t alignment, size_t size);
-// NOLINTEND(bugprone-reserved-identifier)
 
 #define BENCH_EXPORT __attribute__((visibility("default")))
 
@@ -59,4 +58,5 @@ BENCH_EXPORT int posix_memalign(void** memory, size_t alignment, size_t size) {
     return *memory != nullptr || size == 0 ? 0 : ENOMEM;
 }
 
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 }  // extern "C"

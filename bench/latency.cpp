@@ -42,8 +42,8 @@ struct Latencies {
 // What to add to a timestamp of the camera to get the time of Now: a latched timestamp lies between
 // the times before and after, and the closest ones count.
 int64_t ClockOffset(const BareHost& host) {
-    constexpr uint64_t latchRegister = 0x2014;
-    constexpr uint64_t valueRegister = 0x2018;
+    constexpr uint64_t kLatchRegister = 0x2014;
+    constexpr uint64_t kValueRegister = 0x2018;
     const Simulator& gentl = Simulator::Get();
     const BareCamera camera(host);
     int64_t offset = 0;
@@ -52,11 +52,11 @@ int64_t ClockOffset(const BareHost& host) {
         const uint32_t latch = 1;
         size_t size = sizeof latch;
         const int64_t before = Now();
-        Check(gentl.GCWritePort(camera.Port(), latchRegister, &latch, &size), "GCWritePort");
+        Check(gentl.GCWritePort(camera.Port(), kLatchRegister, &latch, &size), "GCWritePort");
         const int64_t after = Now();
         int64_t timestamp = 0;
         size = sizeof timestamp;
-        Check(gentl.GCReadPort(camera.Port(), valueRegister, &timestamp, &size), "GCReadPort");
+        Check(gentl.GCReadPort(camera.Port(), kValueRegister, &timestamp, &size), "GCReadPort");
         if (after - before >= closest) continue;
         closest = after - before;
         offset = before + closest / 2 - timestamp;

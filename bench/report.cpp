@@ -43,10 +43,10 @@ Row RowOf(const Figure& figure) {
 
 void WriteRow(std::ostream& out, const Row& row, const std::array<size_t, 6>& widths) {
     // Texts stand left, numbers right.
-    constexpr std::array<bool, 6> isText = {true, false, true, false, false, true};
+    constexpr std::array<bool, 6> kIsText = {true, false, true, false, false, true};
     std::ostringstream line;
     for (size_t i = 0; i < row.size(); ++i) {
-        line << (isText[i] ? std::left : std::right) << std::setw(static_cast<int>(widths[i]))
+        line << (kIsText[i] ? std::left : std::right) << std::setw(static_cast<int>(widths[i]))
              << row[i] << "  ";
     }
     const std::string text = line.str();

@@ -45,8 +45,8 @@ void Simulator::PlugCamera(const std::string& id) const {
 }
 
 void Simulator::FireEvent(const std::string& cameraId) const {
-    constexpr uint64_t data = 1;
-    Check(fireEvent_(cameraId.c_str(), GenTL::EVENT_MODULE, 1, &data, sizeof data),
+    constexpr uint64_t kData = 1;
+    Check(fireEvent_(cameraId.c_str(), GenTL::EVENT_MODULE, 1, &kData, sizeof kData),
           "ZelSim_FireEvent");
 }
 

@@ -16,16 +16,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace {
 
-std::vector<char> contentOf(const std::filesystem::path& path) {
+std::vector<char> ContentOf(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     if (!file) throw std::runtime_error("cannot open " + path.string());
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-void replay(const std::filesystem::path& path) {
+void Replay(const std::filesystem::path& path) {
     std::printf("%s\n", path.filename().c_str());
     std::fflush(stdout);
-    const std::vector<char> content = contentOf(path);
+    const std::vector<char> content = ContentOf(path);
     // Memory of the exact size, so that a sanitizer sees a read beyond it.
     const std::unique_ptr<uint8_t[]> data(new uint8_t[content.size()]);
     std::copy(content.begin(), content.end(), data.get());
@@ -38,7 +38,7 @@ int main(int argc, char** argv) try {
     if (argc != 2) throw std::runtime_error("usage: replay FOLDER");
     size_t count = 0;
     for (const auto& entry : std::filesystem::directory_iterator(argv[1])) {
-        replay(entry.path());
+        Replay(entry.path());
         ++count;
     }
     if (count == 0) throw std::runtime_error("an empty corpus tests nothing");

@@ -46,7 +46,7 @@ constexpr const char* kMessageWithCode = "%s, code=%lu";
 }  // namespace
 
 void ZelLog4Cpp_configure(const char* propertyFile, const char* /*categoryName*/) {
-    static const log4cpp::Appender::AppenderMapStorageInitializer appenderRegistry;
+    static const log4cpp::Appender::AppenderMapStorageInitializer kAppenderRegistry;
     static ConfiguredAppenders appenders;
     static std::mutex mutex;  // guards appenders
     const std::lock_guard<std::mutex> lock(mutex);

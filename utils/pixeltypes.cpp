@@ -234,7 +234,7 @@ using PfncTable = std::map<PFNC::PixelFormatStandardValue, II_PIXEL_TYPE_DEFINES
 using GevTable = std::map<uint32_t, II_PIXEL_TYPE_DEFINES>;
 
 const PfncTable& GetTablePFNC() {
-    static const PfncTable table = {
+    static const PfncTable kTable = {
         {PFNC::Mono8, ZelPixelType_Mono8},           {PFNC::Mono10, ZelPixelType_Mono10},
         {PFNC::Mono10p, ZelPixelType_Mono10p},       {PFNC::Mono12, ZelPixelType_Mono12},
         {PFNC::Mono12p, ZelPixelType_Mono12p},       {PFNC::Mono14, ZelPixelType_Mono14},
@@ -259,12 +259,12 @@ const PfncTable& GetTablePFNC() {
         {PFNC::BGRa12, ZelPixelType_None},           {PFNC::BGRa12p, ZelPixelType_None},
         {PFNC::BGRa14, ZelPixelType_None},           {PFNC::BGRa16, ZelPixelType_None},
     };
-    return table;
+    return kTable;
 }
 
 // GigE Vision 1.x formats that PFNC has no packing for.
 const GevTable& GetTableGEV() {
-    static const GevTable table = {
+    static const GevTable kTable = {
         {PFNC::Mono10Packed, ZelPixelType_Mono10Packed},
         {PFNC::Mono12Packed, ZelPixelType_Mono12Packed},
         {PFNC::BayerGR10Packed, ZelPixelType_BayerGR10Packed},
@@ -276,7 +276,7 @@ const GevTable& GetTableGEV() {
         {PFNC::BayerGB12Packed, ZelPixelType_BayerGB12Packed},
         {PFNC::BayerBG12Packed, ZelPixelType_BayerBG12Packed},
     };
-    return table;
+    return kTable;
 }
 
 template <typename Table>

@@ -26,7 +26,7 @@ ZelGenParam::Param* CategoryParamImpl::GetParamByIndex(uint32_t index, ZelCamErr
     const auto find = [&](const GenApi::ICategory& category) -> ZelGenParam::Param* {
         const GenApi::FeatureList_t features = FeaturesOf(category);
         if (index < features.size()) {
-            return owner()->GetParam(features[index]->GetNode()->GetName().c_str(), err);
+            return Owner()->GetParam(features[index]->GetNode()->GetName().c_str(), err);
         }
         StoreError(err, ZelCamErr_IndexOutOfRange);
         return nullptr;

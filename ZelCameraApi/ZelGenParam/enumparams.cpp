@@ -42,7 +42,7 @@ ZelGenParam::EnumEntry* EnumerationParamImpl::FindEntry(Find&& find) {
         GenApi::INode* const node = entry->GetNode();
         const std::lock_guard<std::mutex> lock(entriesMutex_);
         std::unique_ptr<EnumEntryParamImpl>& param = entries_[number];
-        if (param == nullptr) param = std::make_unique<EnumEntryParamImpl>(owner(), node);
+        if (param == nullptr) param = std::make_unique<EnumEntryParamImpl>(Owner(), node);
         return param.get();
     };
     return ParamGetterWithError<IEnumeration>(NodeOrNull(), nullptr, keep);

@@ -56,7 +56,7 @@ class ParamImpl : public virtual ZelGenParam::Param {
     virtual ~ParamImpl();
 
   protected:
-    ArrayImpl* owner() const { return owner_; }
+    ArrayImpl* Owner() const { return owner_; }
 
     // Null if GetNode would throw.
     GenApi::INode* NodeOrNull() const;

@@ -20,7 +20,7 @@ struct info_command;
 template <typename T, GenTL::INFO_DATATYPE_LIST TYPE>
 struct InfoValue {
     using return_type = T;
-    static constexpr GenTL::INFO_DATATYPE data_type = TYPE;
+    static constexpr GenTL::INFO_DATATYPE kDataType = TYPE;
 };
 
 using BoolInfo = InfoValue<bool, GenTL::INFO_DATATYPE_BOOL8>;
@@ -82,7 +82,7 @@ typename InfoOf<CMD>::return_type QueryValue(Query&& query) {
     size_t size = sizeof value;
     ThrowOnError(query(static_cast<int>(CMD), &type, static_cast<void*>(&value), &size));
     if (size != sizeof value) throw std::invalid_argument("Info size error");
-    if (type != InfoOf<CMD>::data_type) throw std::bad_cast();
+    if (type != InfoOf<CMD>::kDataType) throw std::bad_cast();
     if constexpr (std::is_same_v<Value, bool>) {
         return value != 0;
     } else {

@@ -40,9 +40,9 @@ size_t Size(Fuzz::Message& input) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static const std::vector<uint64_t> formats = MakeFormats();
+    static const std::vector<uint64_t> kFormats = MakeFormats();
     Fuzz::Message input{data, size};
-    const uint64_t format = formats[input.Number(1) % formats.size()];
+    const uint64_t format = kFormats[input.Number(1) % kFormats.size()];
     const size_t width = Size(input);
     const size_t height = Size(input);
     const size_t padding = Size(input);

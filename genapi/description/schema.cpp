@@ -13,8 +13,8 @@ namespace Engine {
 
 namespace {
 
-// Parts that several kinds have. Where registers have their pInvalidator and Streamable, and where
-// a StructEntry has the latter, differs from all other kinds.
+// Parts that several kinds share. Registers have pInvalidator and Streamable, and a StructEntry has
+// Streamable, in other places than all other kinds.
 #define COMMON                                                                                   \
     "Extension? ToolTip? Description? DisplayName? Visibility? DocuURL? IsDeprecated? EventID? " \
     "pIsImplemented? pIsAvailable? pIsLocked? pBlockPolling? ImposedAccessMode? pError* "        \
@@ -87,7 +87,7 @@ static_assert(std::size(kGrammars) == kGroup, "each kind of node and StructReg h
 #undef SHOWN_AS_FLOAT
 #undef FORMULA_NODE
 
-// The texts of elements that may not be just anything, whatever node they are in.
+// Elements with restricted texts, in nodes of any kind.
 struct ElementText {
     Element element;
     TextType type;
@@ -136,7 +136,7 @@ constexpr ElementText kElementTexts[] = {
     {Element::IntKey, TextType::Any},
 };
 
-// And those that are others in nodes of one kind.
+// Elements whose texts are restricted differently in nodes of one kind.
 struct NodeText {
     NodeKind kind;
     Element element;
@@ -162,7 +162,7 @@ constexpr NodeText kNodeTexts[] = {
     {NodeKind::SmartFeature, Element::FeatureID, TextType::Guid},
 };
 
-// The words of a type. For an empty text stands the first one, where there is a default.
+// The words of a type. The first one is the default for an empty text, if the type has a default.
 struct Words {
     TextType type;
     bool hasDefault;
@@ -325,13 +325,13 @@ AttributeRules LeafAttributes(Element element, ModelId model) {
 }
 
 const NodeModel& ModelFor(ModelId model) {
-    static const std::array<NodeModel, kGroup> models = [] {
+    static const std::array<NodeModel, kGroup> kModels = [] {
         std::array<NodeModel, kGroup> made;
         for (const Grammar& grammar : kGrammars)
             made[grammar.model] = Built(grammar);
         return made;
     }();
-    return models[model];
+    return kModels[model];
 }
 
 }  // namespace Engine

@@ -18,7 +18,7 @@ constexpr std::pair<const char*, ModelId> kNodes[] = {
     {"Group", kGroup},
 };
 
-// A hash table of all names, large enough that most have a place of their own.
+// A hash table of all names, large enough that most names do not share a slot.
 class TagTable {
   public:
     TagTable() {
@@ -66,8 +66,8 @@ class TagTable {
 }  // namespace
 
 const Tag* FindTag(std::string_view name) {
-    static const TagTable table;
-    return table.Find(name);
+    static const TagTable kTable;
+    return kTable.Find(name);
 }
 
 }  // namespace Engine

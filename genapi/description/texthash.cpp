@@ -46,12 +46,12 @@ uint64_t Load(const char* from) {
 }  // namespace
 
 uint64_t HashOf(std::string_view text, uint64_t seed) {
-    static const Keys keys = RandomKeys();
+    static const Keys kKeys = RandomKeys();
     const char* at = text.data();
     size_t left = text.size();
-    uint64_t hash = keys.first ^ (seed * kSpread) ^ left;
+    uint64_t hash = kKeys.first ^ (seed * kSpread) ^ left;
     for (; left > 16; at += 16, left -= 16)
-        hash = Mix(Load<uint64_t>(at) ^ keys.second, Load<uint64_t>(at + 8) ^ hash);
+        hash = Mix(Load<uint64_t>(at) ^ kKeys.second, Load<uint64_t>(at + 8) ^ hash);
     uint64_t low = 0, high = 0;
     if (left >= 8) {  // the two words overlap unless there are 16 bytes
         low = Load<uint64_t>(at);
@@ -63,8 +63,8 @@ uint64_t HashOf(std::string_view text, uint64_t seed) {
         low = Load<uint8_t>(at) | Load<uint8_t>(at + left / 2) << 8 |
               Load<uint8_t>(at + left - 1) << 16;
     }
-    hash = Mix(low ^ keys.second, high ^ hash);
-    return Mix(hash ^ kSpread, keys.first | 1);
+    hash = Mix(low ^ kKeys.second, high ^ hash);
+    return Mix(hash ^ kSpread, kKeys.first | 1);
 }
 
 }  // namespace Engine
