@@ -1,4 +1,4 @@
-// Environment variables, and the folders and files that they name.
+// Environment variables, and the folders and files named by them.
 #include <cstdlib>
 #include <mutex>
 #include <string>
@@ -9,7 +9,7 @@ namespace GENICAM_NAMESPACE {
 
 namespace {
 
-// A path that the program may put in place of a variable.
+// A path that the program may set in place of a variable.
 class Path {
   public:
     explicit Path(const char* variable) : variable_(variable) {}

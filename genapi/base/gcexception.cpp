@@ -11,15 +11,15 @@ const char* BaseName(const char* path) {
     return base;
 }
 
-// Room for what most texts say beside the description.
+// Room for the usual parts of a text beside the description.
 constexpr size_t kUsualDetails = 200;
 
 bool IsGiven(const char* text) {
     return text && *text;
 }
 
-// Exceptions are how unreadable features are told apart, so they are made often: one text, in one
-// go.
+// Applications catch exceptions to tell unreadable features apart, so exceptions are frequent: the
+// text is built once, in one allocation.
 gcstring Assemble(const gcstring& description, const char* fileName, unsigned int line,
                   const char* entryPoint, const char* errorNode, const char* type) {
     gcstring text;

@@ -75,7 +75,7 @@ void gcstring::replace(const char* pc, size_t n) {
 void gcstring::appendBytes(const char* pc, size_t n) {
     if (n == 0) return;
     if (m_length + n > m_capacity) {
-        // The bytes may be this text's own.
+        // pc may point into this text.
         const std::string copy(pc, n);
         grow(m_length + n);
         std::memcpy(m_psz + m_length, copy.data(), n);
@@ -114,7 +114,7 @@ gcstring& gcstring::assign(const char* pc) {
 
 gcstring& gcstring::assign(const char* pc, size_t n) {
     if (pc && n > m_capacity) {
-        const std::string copy(pc, n);  // the bytes may be this text's own
+        const std::string copy(pc, n);  // pc may point into this text
         replace(copy.data(), n);
     } else {
         replace(pc, n);
@@ -260,7 +260,7 @@ gcstring gcstring::operator+=(char ch) const {
     return result;
 }
 
-// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): assign takes itself
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): assign handles it
 gcstring& gcstring::operator=(const gcstring& str) {
     return assign(str);
 }
@@ -315,7 +315,8 @@ gcstring operator+(const char* left, const gcstring& right) {
     return gcstring(left).append(right);
 }
 
-// The texts of the exception are strings, which would fail in the same way, and so on.
+// The exception holds strings. If there is no memory for them either, building it would throw again
+// and never end.
 void ThrowBadAlloc(const char* source, int line) {
     constexpr size_t kRoomForTexts = 2048;
     void* const room = std::malloc(kRoomForTexts);

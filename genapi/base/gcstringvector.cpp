@@ -140,7 +140,7 @@ void gcstring_vector::insert(size_t uiIndex, const gcstring& str) {
     StringsOf(_pv).insert(StringsOf(_pv).begin() + static_cast<intptr_t>(uiIndex), str);
 }
 
-// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): assign takes itself
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): assign handles it
 gcstring_vector& gcstring_vector::operator=(const gcstring_vector& obj) {
     return assign(obj);
 }

@@ -12,7 +12,7 @@ namespace {
 
 using Mutex = std::recursive_timed_mutex;
 
-// The lock of a name. Making one removes the entries of those that nobody holds any more.
+// The lock of that name. Making one removes the entries of locks that nobody holds any more.
 std::shared_ptr<Mutex> MutexOf(const std::string& name) {
     static std::mutex guard;
     static std::map<std::string, std::weak_ptr<Mutex>> mutexes;

@@ -14,7 +14,7 @@ namespace {
 
 const char kUnreserved[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
 
-// -1 if it is no hexadecimal digit, whatever the locale.
+// -1 if the character is not a hexadecimal digit; independent of the locale.
 int DigitOf(char c) {
     if (c >= '0' && c <= '9') return c - '0';
     if (c >= 'a' && c <= 'f') return c - 'a' + 10;
@@ -47,7 +47,7 @@ gcstring UrlEncode(const gcstring& Input) {
 }
 
 gcstring UrlDecode(const gcstring& Input) {
-    const char* text = Input.c_str();  // the NUL behind the end is no digit
+    const char* text = Input.c_str();  // the NUL at the end is not a digit
     gcstring result;
     for (size_t i = 0; i < Input.length(); ++i) {
         const int high = text[i] == '%' ? DigitOf(text[i + 1]) : -1;
@@ -87,7 +87,7 @@ gcstring GetModulePathFromFunction(void* pFunction) {
     Dl_info module;
     if (dladdr(pFunction, &module) == 0 || !module.dli_fname)
         throw RUNTIME_EXCEPTION("No module holds the function");
-    // The name is as the program was started or the library opened, possibly a relative path.
+    // dladdr gives the path by which the module was opened, possibly a relative one.
     const std::unique_ptr<char, void (*)(void*)> path(realpath(module.dli_fname, nullptr),
                                                       std::free);
     return path ? path.get() : module.dli_fname;

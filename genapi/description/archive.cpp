@@ -25,7 +25,7 @@ using Entry = std::unique_ptr<zip_file_t, CloseEntry>;
     throw RUNTIME_EXCEPTION("Invalid ZIP string in ParseXmlBuffer");
 }
 
-// Null when the bytes are no archive.
+// Null when the bytes are not an archive.
 Archive TryOpen(std::string_view bytes) {
     zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, nullptr);
     if (!source) return nullptr;
@@ -34,8 +34,8 @@ Archive TryOpen(std::string_view bytes) {
     return archive;
 }
 
-// The library looks for the end of the directory in the last 64 KB only, but a device may give all
-// of the memory that an archive lies in.
+// libzip looks for the end of the directory in the last 64 KB only, but a device may send the whole
+// memory area that holds the archive.
 std::string_view WithoutTail(std::string_view bytes) {
     constexpr size_t kEndRecordSize = 22;
     const size_t end = bytes.rfind(std::string_view("PK\5\6", 4));
@@ -50,7 +50,7 @@ std::string ReadEntry(zip_file_t* entry, size_t size) {
         if (count <= 0) ThrowInvalidArchive();
         done += static_cast<size_t>(count);
     }
-    char more;  // the check sum is compared when the end is reached
+    char more;  // libzip compares the check sum at the end
     if (zip_fread(entry, &more, 1) != 0) ThrowInvalidArchive();
     return contents;
 }

@@ -9,9 +9,9 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// The contents of the first entry, whatever its name. Bytes behind the archive do not matter.
-// RuntimeException "Invalid ZIP string in ParseXmlBuffer" for bytes that are no archive, and for
-// an entry that is damaged or too large.
+// The contents of the first entry, whatever its name. Bytes after the archive are ignored.
+// RuntimeException "Invalid ZIP string in ParseXmlBuffer" when the bytes are not an archive, or
+// when the entry is damaged or too large.
 std::string UnzipFirstEntry(std::string_view archive);
 
 }  // namespace Engine

@@ -29,7 +29,7 @@ bool ComputesIntegers(NodeKind kind) {
     return kind == NodeKind::IntConverter || kind == NodeKind::IntSwissKnife;
 }
 
-// The kind of the formula nodes that a node brings along.
+// The kind of the nodes that stand for the formulas of a node.
 NodeKind FormulaKind(NodeKind owner) {
     return ComputesIntegers(owner) ? NodeKind::IntSwissKnife : NodeKind::SwissKnife;
 }
@@ -50,7 +50,7 @@ bool IsName(Element element) {
     return element == Element::pVariable || element == Element::pExpression;
 }
 
-// The elements of a node that has the names and one formula.
+// The elements of a generated node: the names that it may use, and one formula.
 std::vector<Property> FormulaOf(std::vector<Property> names, Property formula) {
     names.push_back(formula);
     return names;
@@ -105,8 +105,8 @@ void NodeAssembler::Close(OpenNode& node, OpenNode* parent) {
         parent->properties.push_back({Element::pAddress, node.id, 0});
 }
 
-// An entry is known by its Symbolic or else by its name, of which the node's is made. Where the
-// Symbolic is empty, the name of the node has to do.
+// The node of an entry is named after its Symbolic; without one, after its name. An empty Symbolic
+// counts as absent.
 void NodeAssembler::NameEntry(OpenNode& entry) {
     for (Property& property : entry.properties)
         if (property.element == Element::Symbolic) {
@@ -117,8 +117,8 @@ void NodeAssembler::NameEntry(OpenNode& entry) {
     entry.properties.push_back({Element::Symbolic, name, name});
 }
 
-// Schema 1.0 allows entries outside of enumerations, and they mean nothing: they are nodes only
-// where nothing else has their name.
+// Schema 1.0 allows entries outside enumerations. They have no meaning, so they become nodes only
+// if their names are still free.
 void NodeAssembler::Finish() {
     for (Entry& entry : standalone_)
         if (!builder_.IsDefined(entry.id))
@@ -144,8 +144,8 @@ void NodeAssembler::Define(NodeId id, NodeKind kind, ENameSpace nameSpace, bool 
     builder_.Define(id, kind, nameSpace, exposeStatic, {properties.data(), properties.size()});
 }
 
-// A constant is a variable of the formula, over a node of its own. Each expression may use the
-// expressions before it, and no others.
+// A constant becomes a node of its own, which the formula reads as a variable. An expression may
+// use the expressions before it, and no others.
 void NodeAssembler::ExpandNames(NodeId owner, NodeKind kind, std::vector<Property>& properties) {
     if (!Has(properties, Element::Constant) && !Has(properties, Element::Expression)) return;
     const std::string ownerName(builder_.Name(owner));

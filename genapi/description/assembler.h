@@ -1,5 +1,5 @@
-// From the elements of a node, as read, to the nodes of a description: beside the node itself those
-// that its elements bring along.
+// Turns the elements of a node, as read, into nodes of a description: the node itself, and the
+// nodes that its elements generate.
 //
 //   Enumeration E, EnumEntry a          EnumEntry_E_a
 //   Converter, IntConverter C           C_ConvertTo, C_ConvertFrom: its formulas as nodes
@@ -24,7 +24,7 @@ struct OpenNode {
     ModelId model = kNoModel;
     const NodeModel* rules = nullptr;
     ContentModel::State state = 0;  // of the content so far
-    NodeId id = kNoNode;            // none for a StructReg
+    NodeId id = kNoNode;            // kNoNode for a StructReg
     std::string name;               // as written
     ENameSpace nameSpace = Custom;
     bool exposeStatic = false;
@@ -42,18 +42,19 @@ class NodeAssembler {
   public:
     explicit NodeAssembler(DescriptionBuilder& builder) : builder_(builder) {}
 
-    // Numbers the node, and gives it its full name, when its start tag is read. NodeFault for a
-    // name that nodes cannot have.
+    // Numbers the node and gives it its full name; called at the start tag. NodeFault for an
+    // invalid node name.
     void Open(OpenNode& node, const OpenNode* parent);
-    // Defines the node at its end tag; the parent gets a link to it.
+    // Defines the node, and links the parent to it; called at the end tag.
     void Close(OpenNode& node, OpenNode* parent);
     // A TextDesc or IntKey of a ConfRom.
     void AddKey(OpenNode& confRom, Element element, std::string_view name, TextRef key);
-    // When the description has ended.
+    // Call at the end of the description.
     void Finish();
 
   private:
-    // A StructEntry until its StructReg is complete, or an EnumEntry outside of an enumeration.
+    // A StructEntry that waits for the end of its StructReg, or an EnumEntry outside an
+    // enumeration.
     struct Entry {
         NodeId id;
         ENameSpace nameSpace;
@@ -74,8 +75,8 @@ class NodeAssembler {
 
     DescriptionBuilder& builder_;
     std::string joined_;
-    std::vector<Entry> entries_;     // of the StructReg
-    std::vector<Entry> standalone_;  // entries of no enumeration
+    std::vector<Entry> entries_;     // of the open StructReg
+    std::vector<Entry> standalone_;  // EnumEntries outside enumerations
 };
 
 }  // namespace Engine

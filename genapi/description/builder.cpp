@@ -12,11 +12,12 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// The texts so far, by hash: open addressing, a power of two in size, at most half full.
+// The texts so far, by hash: open addressing; the size is a power of two, and at most half of it is
+// used.
 struct DescriptionBuilder::Interned {
     struct Slot {
         uint64_t hash = 0;
-        TextRef text = 0;  // 0 in an empty slot: the empty text is never looked up
+        TextRef text = 0;  // 0 in an empty slot: nobody looks up the empty text
         NodeId node = kNoNode;
     };
     std::vector<Slot> slots = std::vector<Slot>(1024);
@@ -44,7 +45,7 @@ DescriptionBuilder::DescriptionBuilder()
 
 DescriptionBuilder::~DescriptionBuilder() = default;
 
-// Whether the text stands at a place of the pool, with a NUL behind it.
+// Whether the pool holds the text at that place, with a NUL after it.
 bool DescriptionBuilder::Stands(std::string_view text, TextRef place) const {
     const std::vector<char>& pool = description_->pool_;
     return text.size() < pool.size() - place && pool[place + text.size()] == '\0' &&
@@ -153,7 +154,7 @@ std::shared_ptr<const Description> DescriptionBuilder::Finish() {
     try {
         CompileNodes(description, *description.tables_, description.records_);
     } catch (const GENICAM_NAMESPACE::RuntimeException&) {
-        // There may be a fault of those that are reported before this one.
+        // Undefined names and cycles of values are reported in preference to this fault.
         CheckNames();
         CheckValues(description);
         throw;

@@ -28,9 +28,9 @@ class DescriptionBuilder {
     std::string_view Text(TextRef ref) const;
     DeviceInfo& Info();
 
-    // Throws RuntimeException for names that were mentioned but not defined, for references to
-    // nodes of a wrong kind, for cycles; PropertyException for numbers that are none. The builder
-    // is used up.
+    // Throws RuntimeException for names that are mentioned but not defined, for references to nodes
+    // of a wrong kind, and for cycles; PropertyException for texts that are not numbers. Call it
+    // once, as the last operation.
     std::shared_ptr<const Description> Finish();
 
   private:
@@ -42,7 +42,7 @@ class DescriptionBuilder {
     void CheckNames() const;
 
     std::unique_ptr<Description> description_;
-    std::unique_ptr<Interned> interned_;  // the texts so far, and the nodes that are called so
+    std::unique_ptr<Interned> interned_;  // the texts so far, and the nodes with these names
 };
 
 }  // namespace Engine

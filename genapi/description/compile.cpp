@@ -1,4 +1,4 @@
-// The data of nodes but for those that compute: numbers, registers, texts, enumerations, ports.
+// Compiles all kinds except those that compute: numbers, registers, texts, enumerations, ports.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -30,7 +30,7 @@ ECachingMode CachingModeOf(std::string_view text) {
     return text == "WriteAround" ? WriteAround : WriteThrough;
 }
 
-// The numbers of bits count as unsigned, so that a negative one is too large.
+// Bit numbers are compared as unsigned, so that a negative one is too large.
 uint8_t BitOf(int64_t number) {
     return static_cast<uint8_t>(std::min<uint64_t>(static_cast<uint64_t>(number), UINT8_MAX));
 }
@@ -132,7 +132,7 @@ void Compiler::ReadPresentation(const Property& property, Presentation& result) 
                                                            : fnAutomatic;
             break;
         case Element::DisplayPrecision:
-            // More digits than a double has are zeros.
+            // A double has fewer digits than this; further ones would be zeros.
             result.precision = static_cast<int16_t>(std::clamp<int64_t>(Integer(property), 0, 400));
             break;
         default:
@@ -144,7 +144,7 @@ CategoryData Compiler::Category() {
     return {Links(Element::pFeature)};
 }
 
-// Whatever is no number is passed over.
+// Skips texts that are not numbers.
 template <typename T>
 void Compiler::ReadValidValues(const Property& property, NumberData<T>& data) {
     std::vector<int64_t>& all = tables_.validValues;
@@ -286,7 +286,7 @@ RegisterData Compiler::ReadRegister(const NodeRecord& record) {
     return data;
 }
 
-// A length that another node says is not known here; the bits are compared with it on use.
+// A length that comes from another node is not known yet; BitField checks the bits against it.
 void Compiler::CheckMask(const RegisterData& data) const {
     const int64_t length = data.length.IsNode() ? 8 : data.length.constant;
     if (length < 1)

@@ -1,4 +1,4 @@
-// The data of nodes that compute: SwissKnives, converters and the variables of their formulas.
+// Compiles the kinds that compute: SwissKnives, converters and the variables of their formulas.
 #include <algorithm>
 #include <array>
 
@@ -27,7 +27,7 @@ FormulaVariable Compiler::Variable(const Property& property) const {
     const size_t dot = name.find('.');
     if (dot == std::string_view::npos) return result;
     const std::string_view suffix = name.substr(dot + 1);
-    // Texts end with a NUL, so the rest of a text is one, too.
+    // The name ends with a NUL, so its tail is a text of the pool as well.
     result.suffix = property.attribute + static_cast<TextRef>(dot + 1);
     result.form = VariableForm::Unknown;
     for (const Suffix& known : kSuffixes)
@@ -44,7 +44,7 @@ Range Compiler::Variables(bool integer) {
     for (const Property& property : Properties())
         if (property.element == Element::pVariable) {
             const FormulaVariable found = Variable(property);
-            // What a variable says of its node beside the value any node has.
+            // Checks that the node may stand in such a formula.
             if (integer)
                 IntegerLike(found.node);
             else

@@ -1,5 +1,5 @@
-// Turns the elements of each node, as written, into the data of its kind. compile.cpp has the
-// kinds, compileformulas.cpp those that compute.
+// Turns the elements of each node, as written, into the data of its kind. compile.cpp and
+// compileformulas.cpp share the kinds.
 #pragma once
 
 #include <cstdint>
@@ -32,7 +32,7 @@ class Compiler {
         return description_.Text(property.Text());
     }
 
-    // The number that a text element says. A float was checked when it was read.
+    // The number in a text element. Floats were checked when they were read.
     void Read(const Property& property, int64_t& value) const {
         value = IntegerOf(Text(property), property.element);
     }
@@ -48,8 +48,8 @@ class Compiler {
 
     NodeKind KindOf(NodeId node) const { return records_[node].kind; }
 
-    // The node, if a reference that needs something of that type may point to it, or if there is no
-    // such node, which is reported later; RuntimeException otherwise.
+    // The node, if a reference to such a type may point to it, or if the node does not exist, which
+    // is reported later; RuntimeException otherwise.
     NodeId IntegerLike(NodeId node) const;
     NodeId ConditionLike(NodeId node) const;
     NodeId FloatLike(NodeId node) const;
@@ -58,7 +58,7 @@ class Compiler {
     NodeId Like(const int64_t*, NodeId node) const { return IntegerLike(node); }
     NodeId Like(const double*, NodeId node) const { return FloatLike(node); }
 
-    // A setting from a text element or a link, whichever the property is.
+    // A setting from a text element or from a link.
     template <typename T>
     Setting<T> ReadSetting(const Property& property) const {
         Setting<T> result;

@@ -5,9 +5,9 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// Reads the expression from left to right. Of each part it must be known with which words it may
-// begin and end; where one part follows another, the latter's first words may come behind the
-// former's last ones.
+// Reads the expression from left to right, and computes for each part the words with which it may
+// begin and end. When one part follows another, the first words of the second may follow the last
+// words of the first.
 class ContentModel::Builder {
   public:
     Builder(ContentModel& model, std::string_view expression) : model_(model), left_(expression) {}

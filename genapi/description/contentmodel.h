@@ -10,23 +10,24 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// A regular expression over elements as an automaton. It is deterministic: where an element may
-// come, one word of the expression takes it. So the words that may come next are all its state.
+// A regular expression over elements, as an automaton. The expressions are deterministic: at most
+// one word of the expression accepts the next element. The state is therefore the set of words that
+// may come next.
 class ContentModel {
   public:
-    // A bit for each word of the expression that may come next; kEnd where nothing need come.
+    // One bit for each word of the expression that may come next; kEnd if the content may end here.
     using State = uint64_t;
     static constexpr State kEnd = State{1} << 63;
 
     ContentModel() = default;
 
-    // Names of elements, each one followed by '?' (at most one), '*' (any number) or '+' (at least
-    // one) where it is not exactly one; '|' is a choice, brackets make a group.
+    // Names of elements; '?' after one means at most one, '*' any number, '+' at least one, nothing
+    // exactly one. '|' separates alternatives, brackets make a group.
     explicit ContentModel(std::string_view expression);
 
     State Start() const { return start_; }
 
-    // The state after the element; 0 where it has no place.
+    // The state after the element; 0 if the element is not allowed here.
     State After(State state, Key key) const {
         const State place = state & places_[key];
         return place == 0 ? 0 : next_[static_cast<size_t>(__builtin_ctzll(place))];
@@ -36,8 +37,8 @@ class ContentModel {
     class Builder;
 
     State start_ = kEnd;
-    std::array<State, kNoKey + 1> places_{};  // by key: the words that take it
-    std::array<State, 63> next_{};            // by word: what may come behind it
+    std::array<State, kNoKey + 1> places_{};  // by key: the words that accept it
+    std::array<State, 63> next_{};            // by word: the words that may follow it
 };
 
 }  // namespace Engine

@@ -9,7 +9,7 @@ namespace Engine {
 
 namespace {
 
-// Takes "Std::" or "Cust::" off the front; _UndefinedNameSpace when there was neither.
+// Removes a leading "Std::" or "Cust::"; _UndefinedNameSpace without one.
 ENameSpace TakeNameSpace(std::string_view& name) {
     static constexpr std::string_view kStandard = "Std::", kCustom = "Cust::";
     if (name.substr(0, kStandard.size()) == kStandard) {

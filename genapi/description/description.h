@@ -4,12 +4,12 @@
 //
 // A description is a handful of flat tables. Nodes are numbered in the order in which their names
 // are first mentioned; that number, NodeId, is an index into the node table here and into the node
-// table of each map. Texts are interned in one pool. What a node says stands twice: as properties,
-// the elements as they were written, and as the typed data of its kind (nodedata.h), which is what
-// node maps compute with.
+// table of each map. Texts are interned in one pool. The content of a node is stored twice: as
+// properties, which are the elements as written, and as the typed data of its kind (nodedata.h),
+// which node maps compute with.
 //
-// Everything here is thread-safe: it is constant after building, but for the change sets and the
-// formulas, which are computed on first use under a lock of their own.
+// Thread-safe: a description is constant once built, except for the change sets and the formulas,
+// which are computed on first use under a lock of their own.
 #pragma once
 
 #include <cstdint>
@@ -43,7 +43,7 @@ struct Property {
     TextRef Text() const { return value; }
 };
 
-// What every node has, whatever its kind.
+// What nodes of every kind have.
 struct NodeRecord {
     TextRef name = 0;
     NodeKind kind = NodeKind::Node;
@@ -56,12 +56,12 @@ struct NodeRecord {
     bool deprecated = false;
     bool feature = false;
     bool exposeStatic = false;
-    bool defined = false;  // false while the name was only mentioned
+    bool defined = false;  // false while the name is only mentioned
     uint32_t firstProperty = 0;
     uint32_t propertyCount = 0;
     uint32_t data = 0;         // index into the table of its kind
-    int32_t pollingTime = -1;  // milliseconds, -1 when it has none
-    // kNoNode where the node has no such condition
+    int32_t pollingTime = -1;  // milliseconds, -1 without polling
+    // kNoNode if the node does not have that condition
     NodeId isImplemented = kNoNode;
     NodeId isAvailable = kNoNode;
     NodeId isLocked = kNoNode;
@@ -74,7 +74,7 @@ struct DeviceInfo {
     GENICAM_NAMESPACE::Version_t schemaVersion{}, deviceVersion{};
 };
 
-// Which nodes a change touches, sorted and without repetition; computed once, then constant.
+// The nodes that a change affects, sorted and without repetition; computed once, then constant.
 using ChangeSet = std::vector<NodeId>;
 
 struct NodeTables;  // nodedata.h: the typed data of each kind
@@ -92,10 +92,11 @@ class Description {
     Slice<Property> Properties(NodeId id) const;
     // The first property of that element, or null.
     const Property* Find(NodeId id, Element element) const;
-    // By name; "Std::" or "Cust::" before it must be the node's own name space. kNoNode if none.
+    // By name, with or without the node's own name space ("Std::", "Cust::") before it. kNoNode if
+    // there is no such node.
     NodeId Find(std::string_view name) const;
 
-    // The text, with a NUL behind it.
+    // The text, with a NUL after it.
     std::string_view Text(TextRef ref) const;
     std::string_view Name(NodeId id) const { return Text(records_[id].name); }
     // The text of an element, empty when the node has none.

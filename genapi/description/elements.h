@@ -8,9 +8,9 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// X(name): the kinds of nodes, by the names that they have in a description. A StructReg is none of
-// them: it is expanded into StructEntries, which are MaskedIntRegs.
-// (clang-format would give each line one more step of indentation.)
+// X(name): the kinds of nodes, by their names in a description. StructReg is not a kind: it is
+// expanded into StructEntries, which are MaskedIntRegs. (clang-format would indent each line one
+// step further.)
 // clang-format off
 #define GENAPI_NODE_KINDS(X)                                                                \
     X(Node) X(Category) X(Integer) X(IntReg) X(MaskedIntReg) X(StructEntry) X(Boolean)      \
@@ -25,7 +25,7 @@ enum class NodeKind : uint8_t {
 #undef GENAPI_NODE_KIND
 };
 
-// Every element that a node may hold, by its name. X(name)
+// Every element with a text that a node may hold, by its name: X(name).
 // clang-format off
 #define GENAPI_TEXT_ELEMENTS(X)                                                                  \
     X(ToolTip) X(Description) X(DisplayName) X(Visibility) X(DocuURL) X(IsDeprecated) X(EventID) \
@@ -37,8 +37,8 @@ enum class NodeKind : uint8_t {
     X(FormulaTo) X(FormulaFrom) X(Slope) X(IsLinear) X(ChunkID) X(SwapEndianess)                 \
     X(CacheChunkData) X(Key) X(FeatureID) X(Timeout)
 
-// Elements whose text is the name of another node. The last ones the loader makes itself: entries,
-// expressions, halves of converters, keys.
+// Elements that name another node. The loader itself makes the last ones: entries, expressions,
+// halves of converters, keys.
 #define GENAPI_LINK_ELEMENTS(X)                                                                  \
     X(pIsImplemented) X(pIsAvailable) X(pIsLocked) X(pBlockPolling) X(pError) X(pAlias)          \
     X(pCastAlias) X(pInvalidator) X(pFeature) X(pValue) X(pValueCopy) X(pIndex) X(pValueIndexed) \

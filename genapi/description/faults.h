@@ -1,4 +1,4 @@
-// What reading a description may fail of. The reader adds the place.
+// Faults found while a description is read. The reader adds the place.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// Something is wrong with a tag or a text. It is reported for the place behind that or before it,
-// or else behind the start tag of the root.
+// A wrong tag or text. Messages give the place after the tag or text, before it, or after the start
+// tag of the root.
 enum class FaultPlace { Behind, Before, BehindRoot };
 
 struct Fault {
@@ -17,7 +17,7 @@ struct Fault {
     FaultPlace place = FaultPlace::Behind;
 };
 
-// Something is wrong with a node; the text says what.
+// A fault of a node; the text describes it.
 struct NodeFault {
     std::string text;
 };

@@ -64,7 +64,7 @@ const CompiledFormula& ProgramOf(const Description& description, uint32_t formul
     if (const CompiledFormula* known = slot.load(std::memory_order_acquire)) return *known;
     auto made = Compile(description, tables.formulas[formula]);
     const CompiledFormula* expected = nullptr;
-    // Two maps may compile at once; the first result stays.
+    // Two maps may compile at once; both use the first result.
     if (slot.compare_exchange_strong(expected, made.get(), std::memory_order_acq_rel))
         return *made.release();
     return *expected;

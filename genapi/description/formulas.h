@@ -1,4 +1,4 @@
-// The programs of a description's formulas, made when they are first needed.
+// The compiled formulas of a description, made on first use.
 #pragma once
 
 #include <memory>
@@ -10,16 +10,17 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// One of the two programs, or the reason why there is none.
+// One of the two programs, or the error that prevents it.
 struct CompiledFormula {
     std::unique_ptr<const Formula<int64_t>> integer;
     std::unique_ptr<const Formula<double>> floating;
     std::string error;
-    // The node whose formula has the fault: the formula's own, or an expression that it uses.
+    // The node whose formula is at fault: the formula's own, or an expression that it uses.
     NodeId faulty = kNoNode;
 };
 
-// By index in NodeTables::formulas. Thread-safe; the result lives as long as the description.
+// The index is one into NodeTables::formulas. Thread-safe; the result lives as long as the
+// description.
 const CompiledFormula& ProgramOf(const Description& description, uint32_t formula);
 
 }  // namespace Engine

@@ -5,7 +5,7 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// Names every kind: the compiler complains of one that is missing.
+// No default: the compiler warns of a kind that is missing.
 EInterfaceType InterfaceOf(NodeKind kind) {
     switch (kind) {
         case NodeKind::Node:

@@ -1,4 +1,4 @@
-// The interface that the nodes of each kind have, and references to them go by.
+// The principal interface of each kind of node, which also decides what references may point to it.
 #pragma once
 
 #include <GenApi/Types.h>

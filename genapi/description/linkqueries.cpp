@@ -1,5 +1,5 @@
-// What nodes tell about their links. Nothing here recurses, and each query takes time at most in
-// proportion to the description.
+// Queries of the links of a node. None recurses, and each takes time at most in proportion to the
+// description.
 #include <algorithm>
 #include <numeric>
 
@@ -44,7 +44,7 @@ std::vector<NodeId> Invalidating(const Description& description, NodeId id) {
     return found.Take();
 }
 
-// The nodes where the links end that the predicate takes.
+// Follows the links that the predicate accepts, and returns the nodes at their ends.
 template <typename Predicate>
 std::vector<NodeId> Ends(const Description& description, NodeId id, Predicate predicate) {
     NodeCollection reached(description);
@@ -69,7 +69,7 @@ std::vector<NodeId> Terminals(const Description& description, NodeId id) {
     return found;
 }
 
-// The nodes and everything that is invalidated with them.
+// The nodes and everything that is invalidated together with them.
 ChangeSet Dependents(const Description& description, const std::vector<NodeId>& nodes) {
     NodeCollection found(description);
     for (const NodeId id : nodes)
@@ -82,7 +82,7 @@ ChangeSet Dependents(const Description& description, const std::vector<NodeId>& 
     return set;
 }
 
-// The selectors that name a node.
+// Adds the selectors that name the node.
 void AddSelectorsOf(const Description& description, NodeId id, NodeCollection& found) {
     const auto& selectors = description.Links().selectors;
     auto pair = std::lower_bound(selectors.begin(), selectors.end(), std::make_pair(id, NodeId{0}));
@@ -90,7 +90,7 @@ void AddSelectorsOf(const Description& description, NodeId id, NodeCollection& f
         found.Add(pair->second);
 }
 
-// The set for a slot, which the caller holds the lock for.
+// The set of a slot. The caller holds the lock.
 const ChangeSet& SetOf(const Description& description, std::atomic<const ChangeSet*>& slot,
                        const std::vector<NodeId>& nodes) {
     const LinkTables& links = description.Links();
@@ -184,8 +184,8 @@ const ChangeSet& InvalidatedBy(const Description& description, NodeId id) {
     return SetOf(description, slot, {id});
 }
 
-// Each node that a value passes through reads the next, so that the set of the node where the
-// value ends holds them all, and serves for all.
+// Each node on the way of a value reads the next one, so the set of the last node contains all of
+// them and serves for all.
 const ChangeSet& ChangedByWriteTo(const Description& description, NodeId id) {
     const LinkTables& links = description.Links();
     std::atomic<const ChangeSet*>& slot = links.written[id];

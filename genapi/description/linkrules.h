@@ -1,21 +1,22 @@
 // What each link element means for the links between nodes.
 //
-//   reading      every link but those that only name a node: pAlias, pCastAlias, pSelected,
-//                pInvalidator, pBlockPolling, and those to the parts of a node: entries, text
-//                descriptions, keys. The names in the formulas of a converter are read by the
-//                two nodes that stand for its halves.
+//   reading      every link except those that only name a node: pAlias, pCastAlias, pSelected,
+//                pInvalidator, pBlockPolling, and links to the parts of a node (entries, text
+//                descriptions, keys). The two nodes that stand for the halves of a converter
+//                read the names in its formulas.
 //   writing      pValue, pValueCopy, pValueIndexed, pValueDefault, and the halves of a converter
-//   invalidating reading, and pInvalidator, the entries of an enumeration, and the selectors that
-//                select the node
+//   invalidating reading, pInvalidator, the entries of an enumeration, and the selectors of the
+//                node
 //   depending    the nodes that are invalidated with this one, over any distance; not itself
-//   terminal     where the writing links end, over any distance, the node itself where it has
-//                none; but formulas, categories and ports take no value
-//   parents      the nodes that read this one; of an entry also its enumeration
+//   terminal     the ends of the writing links, over any distance; the node itself if it has no
+//                such link. Formulas, categories and ports take no value.
+//   parents      the nodes that read this one; for an entry also its enumeration
 //
-// A selector selects what it names in pSelected and every node that reads such a node, over any
-// distance, up to the categories.
+// A selector selects the nodes that it names in pSelected and every node that reads one of these,
+// over any distance, up to the categories.
 //
-// A write changes the node and the nodes that the value is passed to, by pValue and the like, but
+// A write changes the node, the nodes that it passes the value to (pValue and the like, but not the
+// halves of a converter), and everything that depends on these.
 // not through the halves of a converter; with everything that depends on these.
 #pragma once
 
@@ -47,7 +48,7 @@ inline bool Reads(NodeKind kind, Element element) {
     }
 }
 
-// To which nodes a value is passed that is written.
+// Whether the element names a node that a written value is passed to.
 inline bool PassesValue(Element element) {
     return element == Element::pValue || element == Element::pValueCopy ||
            element == Element::pValueIndexed || element == Element::pValueDefault;
@@ -72,7 +73,7 @@ inline bool IsTerminal(NodeKind kind) {
            kind != NodeKind::Category && kind != NodeKind::Port;
 }
 
-// The nodes in the order in which they were first added.
+// A set of nodes that keeps the order in which they were added.
 class NodeCollection {
   public:
     explicit NodeCollection(const Description& description) : added_(description.NodeCount()) {}
@@ -91,7 +92,7 @@ class NodeCollection {
     std::vector<NodeId> nodes_;
 };
 
-// Adds the nodes that a node links to by the elements that the predicate takes.
+// Adds the targets of a node's links whose element the predicate accepts.
 template <typename Predicate>
 void AddTargets(const Description& description, NodeId id, Predicate predicate,
                 NodeCollection& found) {

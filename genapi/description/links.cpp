@@ -30,7 +30,7 @@ void FindSources(const Description& description, LinkTables& links) {
     std::vector<uint32_t>& parentEnds = links.parentEnds;
     starts.assign(count + 1, 0);
     parentEnds.assign(count, 0);
-    // action(node, what is invalidated with it, whether that is a parent)
+    // Calls action(node, a node that is invalidated with it, whether that one is a parent).
     const auto each = [&](auto action) {
         EachLink(description, [&](NodeId id, const Property& property) {
             const NodeKind kind = description.Record(id).kind;
@@ -64,7 +64,7 @@ void FindSelectors(const Description& description, LinkTables& links) {
     std::sort(links.selectors.begin(), links.selectors.end());
 }
 
-// Elements on which the value or its place rests.
+// Whether the element determines the value of the node, or the place of the value.
 bool CarriesValue(NodeKind kind, Element element) {
     switch (element) {
         case Element::pVariable:
@@ -80,23 +80,23 @@ bool CarriesValue(NodeKind kind, Element element) {
     }
 }
 
-// Elements that are read to tell anything of a node: its value, limits, or whether it is there.
+// Whether any answer of the node reads the target: its value, its limits, or its access mode.
 bool IsRead(NodeKind kind, Element element) {
     if (kind == NodeKind::EnumEntry) return false;
     return Reads(kind, element) || element == Element::pVariable ||
            element == Element::pBlockPolling;
 }
 
-// A node on the way down along links, and its property that is looked at next.
+// A node on the way down, and its property to look at next.
 struct Step {
     NodeId node;
     uint32_t next;
 };
 using Path = std::vector<Step>;
 
-// Goes down along the links for which follows(kind, element) holds, from each node in turn. Gives
-// the nodes so that each comes after those it links to, or else the nodes of a cycle. Without
-// recursion: chains may be long.
+// Goes down from each node in turn along the links for which follows(kind, element) holds. Gives
+// the nodes in an order in which each comes after those it links to, or else the nodes of a cycle.
+// It does not recurse, because chains may be long.
 class Descent {
   public:
     template <typename Follows>
@@ -114,7 +114,7 @@ class Descent {
     const std::vector<NodeId>& Order() const { return order_; }
     bool HasCycle() const { return !cycle_.empty(); }
 
-    // The first node of the cycle; and all of them as "A -> B -> A", cut where there are many.
+    // The first node of the cycle, and the whole cycle as "A -> B -> A", shortened if it is long.
     std::string Start() const { return std::string(description_.Name(cycle_.front())); }
     std::string Cycle() const {
         constexpr size_t kLongest = 500;
@@ -151,7 +151,7 @@ class Descent {
             KeepCycle(property.Target());
     }
 
-    // From its first node in the order of nodes.
+    // The cycle starts with its lowest node.
     void KeepCycle(NodeId back) {
         auto step = std::find_if(path_.begin(), path_.end(),
                                  [back](const Step& open) { return open.node == back; });
@@ -166,9 +166,9 @@ class Descent {
     std::vector<NodeId> order_, cycle_;
 };
 
-// All nodes, each after those that its value rests on; throws where a node reads itself. That is
-// not looked for in descriptions of schema 1.0, apart from values: while a limit or a condition is
-// computed, the node answers without it.
+// All nodes, each after those that its value depends on; throws if a node reads itself. In
+// descriptions of schema 1.0 only values are checked: while a limit or a condition is computed, the
+// node answers without it.
 std::vector<NodeId> TargetsFirst(const Description& description) {
     const bool all = description.Info().schemaVersion.Minor != 0;
     const Descent read(description, [all](NodeKind kind, Element element) {
@@ -179,14 +179,14 @@ std::vector<NodeId> TargetsFirst(const Description& description) {
     throw RUNTIME_EXCEPTION("ERROR : read cycle detected : %s", read.Cycle().c_str());
 }
 
-// The nodes of a cycle of pSelected; empty where there is none.
+// The nodes of a cycle of pSelected; empty without one.
 std::string SelectionCycle(const Description& description) {
     const Descent selected(description,
                            [](NodeKind, Element element) { return element == Element::pSelected; });
     return selected.HasCycle() ? selected.Cycle() : "";
 }
 
-// Whether a selector reads what it selects, over any distance.
+// Finds whether a selector reads what it selects, over any distance.
 class SelectorSearch {
   public:
     explicit SelectorSearch(const Description& description)
@@ -221,7 +221,7 @@ class SelectorSearch {
     size_t steps_ = 0;  // in all searches
 };
 
-// Throws for selectors that select themselves: by way of others, or what they read.
+// Throws if a selector selects itself, through other selectors or through what they read.
 void CheckSelectors(const Description& description, const LinkTables& links) {
     std::vector<NodeId> selectors;
     for (const auto& selection : links.selectors)
@@ -245,13 +245,15 @@ void CheckSelectors(const Description& description, const LinkTables& links) {
         throw RUNTIME_EXCEPTION("ERROR : pSelected cycle detected : %s", cycle.c_str());
 }
 
-// The caching mode that a node has without those that it rests on.
+// The caching mode of a node itself; FindCaching combines it with those of the nodes below. Floats
+// and converters round, so a written value may read back differently and the next read asks the
+// device. Integers and texts read back as written, so a write fills the cache, which is also the
+// schema's default.
 ECachingMode OwnCaching(const Description& description, NodeId id) {
     const std::string_view text = description.Text(id, Element::Cachable);
     if (text == "NoCache") return NoCache;
     switch (description.Record(id).kind) {
-        // What is written to them may read back differently: they round. A register may say that
-        // it does not.
+        // A register may promise not to round.
         case NodeKind::FloatReg:
             return text == "WriteThrough" ? WriteThrough : WriteAround;
         case NodeKind::Float:
@@ -264,8 +266,8 @@ ECachingMode OwnCaching(const Description& description, NodeId id) {
     }
 }
 
-// A node takes on the modes of the nodes that it writes to. Of the others that its value rests on
-// it matters only whether they may be cached.
+// A node combines its mode with those of the nodes that it writes to. The other nodes that
+// determine its value count only if they may not be cached.
 void FindCaching(const Description& description, std::vector<NodeRecord>& records) {
     for (const NodeId id : TargetsFirst(description)) {
         ECachingMode mode = OwnCaching(description, id);
@@ -278,7 +280,8 @@ void FindCaching(const Description& description, std::vector<NodeRecord>& record
     }
 }
 
-// An access mode may not be kept where a condition may not, nor where it rests on such a mode.
+// An access mode must not be cached if one of its conditions must not, or if it depends on such a
+// mode.
 void FindCacheableAccess(const LinkTables& links, std::vector<NodeRecord>& records) {
     const auto isVolatile = [&](NodeId condition) {
         return condition != kNoNode && records[condition].caching == NoCache;
@@ -310,8 +313,7 @@ void FindFeatures(const Description& description, std::vector<NodeRecord>& recor
     }
 }
 
-// A category is shown to those who may see something in it: its visibility is the least of those
-// of its features, whatever its own element says.
+// A category is as visible as its most visible feature, whatever its own element says.
 void FindCategoryVisibility(const Description& description, std::vector<NodeRecord>& records) {
     struct Membership {
         NodeId feature, category;
@@ -327,7 +329,8 @@ void FindCategoryVisibility(const Description& description, std::vector<NodeReco
         return a.feature < b.feature;
     };
     std::sort(members.begin(), members.end(), byFeature);
-    // From the most visible features upwards, so that each category is settled once.
+    // From the most visible features on, so that the first level that reaches a category settles
+    // it.
     for (uint8_t level = Beginner; level < Invisible; ++level) {
         std::vector<NodeId> open;
         for (const Membership& member : members)

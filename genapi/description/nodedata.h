@@ -1,5 +1,5 @@
-// What a node of each kind computes with: its elements as numbers and node numbers. One table per
-// kind; NodeRecord::data is the index into it.
+// The data that a node of each kind computes with: its elements as numbers and node numbers. There
+// is one table per kind; NodeRecord::data is the index into it.
 #pragma once
 
 #include <atomic>
@@ -12,7 +12,7 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// A number that is given as a constant, by a node, or not at all.
+// A number from a constant or from a node, or absent.
 template <typename T>
 struct Setting {
     enum class Source : uint8_t { None, Constant, Node };
@@ -30,15 +30,15 @@ struct Range {
     uint32_t count = 0;
 };
 
-// How a number is shown.
+// How a number is displayed.
 struct Presentation {
     TextRef unit = 0;
     uint8_t representation = _UndefinedRepresentation;
     uint8_t notation = _UndefinedEDisplayNotation;
-    int16_t precision = -1;  // -1 when not given
+    int16_t precision = -1;  // -1 if not given
 };
 
-// Integer and Float: one source of the value (value, or index with cases), and limits.
+// Integer and Float: one source of the value (a value, or an index with cases), and limits.
 template <typename T>
 struct NumberData {
     Setting<T> value;
@@ -63,7 +63,7 @@ struct IndexedCase {
 struct AddressPart {
     Setting<int64_t> base;  // Address, pAddress, IntSwissKnife; the index for an index
     Setting<int64_t> step;  // Offset, pOffset; only for an index
-    bool isIndex = false;   // without a step the length is the step
+    bool isIndex = false;   // without a step, the length is the step
 };
 
 struct RegisterData {
@@ -106,7 +106,7 @@ struct StringData {
     Setting<TextRef> value;
 };
 
-// What of a node a formula variable stands for.
+// The quantity of a node that a formula variable stands for.
 enum class VariableForm : uint8_t {
     Value,
     Min,
@@ -120,20 +120,19 @@ enum class VariableForm : uint8_t {
 };
 
 struct FormulaVariable {
-    TextRef name = 0;    // with its suffix, as the formula spells it
+    TextRef name = 0;    // with its suffix, as in the formula
     TextRef suffix = 0;  // the symbolic of an entry, or the unknown suffix
     NodeId node = kNoNode;
     VariableForm form = VariableForm::Value;
 };
 
-// A formula with the names in it. Its program is made on first use (formulas.h) and shared by the
-// node maps.
+// A formula and its names. formulas.h compiles it on first use, for all node maps.
 struct FormulaData {
     TextRef text = 0;
     Range variables;        // in NodeTables::variables
-    NodeId node = kNoNode;  // whose constants and expressions it may use
+    NodeId node = kNoNode;  // owner of the constants and expressions
     bool isInteger = true;
-    const char* input = nullptr;  // "FROM" or "TO": one more variable behind the others
+    const char* input = nullptr;  // "FROM" or "TO": one more variable, after the others
 };
 struct CompiledFormula;
 
@@ -197,8 +196,9 @@ struct NodeTables {
     }
 };
 
-// Fills the tables from the properties of all nodes. Throws PropertyException for a number that is
-// none, RuntimeException for a reference to a node of a wrong kind or an impossible mask.
+// Fills the tables from the properties of all nodes. Throws PropertyException for a text that is
+// not a number, and RuntimeException for a reference to a node of a wrong kind or an impossible
+// mask.
 void CompileNodes(Description& description, NodeTables& tables, std::vector<NodeRecord>& records);
 
 }  // namespace Engine

@@ -11,7 +11,7 @@ namespace Engine {
 
 namespace {
 
-// Whether a number begins the text; the text loses it then.
+// Removes a number from the beginning of the text; false if there is none.
 template <typename T, typename... Options>
 bool Take(std::string_view& text, T& value, Options... options) {
     const auto [stop, error] =
@@ -81,7 +81,7 @@ int64_t IntegerOf(std::string_view text, std::string_view property) {
 }
 
 int64_t IntegerOf(std::string_view text, Element element) {
-    // Two elements go by a number in messages.
+    // Messages name two elements by a number.
     if (element == Element::Bit) return IntegerOf(text, "Invalid PropertyID 113");
     if (element == Element::Constant) return IntegerOf(text, "Invalid PropertyID 114");
     return IntegerOf(text, NameOf(element));

@@ -28,7 +28,7 @@ std::string_view PrefixOf(std::string_view name) {
 
 void Prefixes::Enter(const char** attributes, unsigned depth) {
     for (const char** at = attributes; *at; at += 2) {
-        if (**at != 'x') continue;  // most names are known not to be one before they are measured
+        if (**at != 'x') continue;  // rules most names out before strlen
         const std::string_view name = *at;
         if (!IsDeclaration(name)) continue;
         if (bound_.size() == kMaxPrefixes) throw Fault{"too many name spaces"};

@@ -1,5 +1,6 @@
-// The prefixes of XML name spaces. The parser could resolve them itself, but would copy the name
-// space in front of every name: a description has one, and it matters in the root element only.
+// The prefixes of XML name spaces. The parser could resolve them, but it would copy the name space
+// in front of every name. A description has one name space, and it matters in the root element
+// only.
 #pragma once
 
 #include <string>
@@ -13,10 +14,10 @@ namespace Engine {
 
 class Prefixes {
   public:
-    // Takes the declarations among the attributes of an element; depth is the number of open
-    // elements. Fault when there are too many.
+    // Takes the declarations from the attributes of an element; depth is the number of open
+    // elements. Fault when there are too many declarations.
     void Enter(const char** attributes, unsigned depth);
-    // Forgets the declarations of the element of that depth.
+    // Forgets the declarations of the element at that depth.
     void Leave(unsigned depth) {
         while (!bound_.empty() && bound_.back().depth == depth)
             bound_.pop_back();
@@ -24,10 +25,10 @@ class Prefixes {
 
     // The name without its prefix. Fault when the prefix is not bound.
     std::string_view LocalName(std::string_view name) const;
-    // The name space that the prefix of an element stands for, empty when none.
+    // The name space that the prefix of an element stands for, empty without one.
     std::string_view NameSpaceOf(std::string_view element) const;
-    // Whether an attribute means nothing to a description: a declaration, or one that tells schema
-    // processors about the document. Fault when its prefix is not bound.
+    // Whether an attribute has no meaning in a description: a declaration, or a hint to schema
+    // processors. Fault when its prefix is not bound.
     bool IsForeign(std::string_view attribute) const;
 
   private:

@@ -28,7 +28,7 @@ constexpr const char* kUnexpectedText = "unexpected characters encountered";
 
 constexpr std::string_view kNameSpacePrefix = "http://www.genicam.org/GenApi/Version_1_";
 
-// The attributes that the rules of an element name, by rule; without data where there is none.
+// The attributes that the rules of an element name, by rule; data() is null for absent ones.
 using Attributes = std::array<std::string_view, kMostAttributes>;
 
 bool IsBlank(std::string_view text) {
@@ -60,8 +60,8 @@ struct FreeParser {
     void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
 };
 
-// Goes through a description once. Elements are the root and groups; nodes; and inside a node
-// either nodes again or leaves, which have a text.
+// Reads a description in one pass. Elements are the root and groups; nodes; and inside a node
+// either further nodes or leaves, which have a text.
 class Reader {
   public:
     Reader(DescriptionBuilder& builder, const LoadOptions& options)
@@ -91,7 +91,7 @@ class Reader {
         bool open = false;
         Element element{};
         TextRef attribute = 0;
-        Property step{};  // of a pIndex: Offset or pOffset
+        Property step{};  // Offset or pOffset of a pIndex
         bool hasStep = false;
     };
 
@@ -141,7 +141,7 @@ class Reader {
         }
     }
 
-    // Where the tag or text ends that the parser is at.
+    // The end of the tag or text that the parser is at.
     size_t Behind() const {
         return static_cast<size_t>(XML_GetCurrentByteIndex(parser_.get()) +
                                    XML_GetCurrentByteCount(parser_.get()));
@@ -173,8 +173,8 @@ class Reader {
         ThrowNodeFault({"Found a duplicate node'" + name + "'."});
     }
 
-    // An element that would be right in another place or not at all. For descriptions of schema 1.1
-    // the place is told as if the root had been refused.
+    // An element that is not allowed here. In descriptions of schema 1.1 the message gives the
+    // place after the root's start tag, as if the root had been refused.
     Fault Unexpected() const {
         return {kUnexpectedElement, isSchema11_ ? FaultPlace::BehindRoot : FaultPlace::Behind};
     }
@@ -204,11 +204,11 @@ class Reader {
     std::exception_ptr failure_;
 
     bool isSchema11_ = false;  // by the name space
-    size_t rootEnd_ = 0;       // behind the start tag of the root
+    size_t rootEnd_ = 0;       // end of the root's start tag
     Prefixes prefixes_;
-    unsigned depth_ = 0;         // open elements
-    unsigned skipFrom_ = 0;      // depth of the Extension that is being skipped, 0 outside of one
-    unsigned incompleteAt_ = 0;  // depth of the innermost element that lacks an attribute
+    unsigned depth_ = 0;             // open elements
+    unsigned skipFrom_ = 0;          // depth of the Extension being skipped, 0 without one
+    unsigned incompleteAt_ = 0;      // depth of the innermost element that lacks an attribute
     std::array<OpenNode, 2> nodes_;  // a node, and one inside it: entry or formula of an address
     size_t openNodes_ = 0;
     Leaf leaf_;
@@ -284,7 +284,7 @@ void Reader::ReadInfo(const Attributes& attributes) {
     if (!options_.injected) builder_.Info() = std::move(info);
 }
 
-// What stands in an Extension may be anything that is XML.
+// The content of an Extension may be any XML; only its prefixes must be bound.
 void Reader::Skip(const char* name, const char** attributes) const {
     prefixes_.LocalName(name);
     for (const char** at = attributes; *at; at += 2)
@@ -297,7 +297,7 @@ Tag Reader::TagOf(const char* name) const {
     return tag ? *tag : Tag();
 }
 
-// False where one is missing that must be there: the end tag of the element will be refused.
+// False if a required attribute is missing: the reader then refuses the end tag of the element.
 bool Reader::ReadAttributes(const char** written, AttributeRules rules, Attributes& found) {
     for (const char** at = written; *at; at += 2) {
         size_t i = 0;
@@ -345,7 +345,7 @@ void Reader::StartInside(OpenNode& parent, const Tag& tag, const char** attribut
 }
 
 Fault Reader::Misplaced(const OpenNode& parent, const Tag& tag) const {
-    // An entry inside an entry is unexpected even before what is missing.
+    // An entry inside an entry is reported as unexpected, even before missing elements.
     const bool isEntry = tag.key == kEnumEntry || tag.key == KeyOf(Element::pEnumEntry);
     const bool isFirst = parent.state == parent.rules->content.Start();
     if ((parent.state & ContentModel::kEnd) != 0 ||
@@ -394,7 +394,7 @@ void Reader::OpenLeaf(const OpenNode& parent, Element element, const char** attr
         leaf_.attribute = builder_.Intern(found[kName]);
 }
 
-// Offset goes before pOffset, unless it says nothing.
+// Offset takes precedence over pOffset, unless it is empty.
 void Reader::ReadStep(const Attributes& attributes) {
     const std::string_view offset = attributes[kOffset], node = attributes[kOffsetNode];
     if (node.data()) leaf_.step = {Element::pOffset, builder_.Mention(node), 0};

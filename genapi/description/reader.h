@@ -10,10 +10,10 @@ namespace Engine {
 
 struct LoadOptions {
     bool suppressStrings = false;  // leave out tool tips, descriptions and addresses of documents
-    bool injected = false;         // the builder holds a description that this one is added to
+    bool injected = false;         // this description is added to the one in the builder
 };
 
-// Throws RuntimeException for text that is no description; the builder is then of no more use.
+// Throws RuntimeException for text that is not a description; the builder must then not be used.
 void ReadDescription(std::string_view xml, DescriptionBuilder& builder,
                      const LoadOptions& options = {});
 

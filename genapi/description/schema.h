@@ -1,6 +1,6 @@
 // The grammar of descriptions: what may stand inside each kind of node and in which order, which
-// attributes elements have, and which texts. Schemas 1.0 and 1.1 differ in none of it here: a
-// description of either may use all of it.
+// attributes elements have, and which texts. It is the same for schemas 1.0 and 1.1: a description
+// of either may use all of it.
 #pragma once
 
 #include <array>
@@ -41,8 +41,8 @@ enum class TextType : uint8_t {
     StandardNameSpace,
 };
 
-// Why a text cannot be of that type; null when it can. An empty text becomes the default where its
-// type has one, a boolean loses the blanks around it.
+// The reason why the type forbids the text; null when it is allowed. Replaces an empty text by the
+// type's default, if it has one, and removes blanks around a boolean.
 const char* Refusal(TextType type, std::string_view& text);
 
 struct AttributeRule {
@@ -55,7 +55,8 @@ using AttributeRules = Slice<AttributeRule>;
 // The most attributes that an element may have.
 constexpr size_t kMostAttributes = 12;
 
-// In the order of these rules, which are found by number. Versions are three in a row.
+// In the order of these rules; a rule is found by its number. The three parts of a version stand in
+// a row.
 enum RootAttribute : size_t {
     kModelName,
     kVendorName,
@@ -72,17 +73,17 @@ enum NodeAttribute : size_t { kName, kNameSpace, kExposeStatic };
 AttributeRules NodeAttributes();     // of nodes of all kinds, also inside other nodes
 AttributeRules CommentAttributes();  // of Group and StructReg
 
-// Of an element inside a node that is no node itself: one name or index, or those of a pIndex.
+// For an element inside a node that is not a node itself: one name or index, or those of a pIndex.
 enum StepAttribute : size_t { kOffset, kOffsetNode };
 AttributeRules LeafAttributes(Element element, ModelId model);
 
-// What the content of a node may be.
+// The allowed content of a node.
 struct NodeModel {
     ContentModel content;
     std::array<TextType, kNoKey> texts{};  // by key
 };
 
-// Of a kind of node, or of StructReg.
+// For a kind of node, or for StructReg.
 const NodeModel& ModelFor(ModelId model);
 
 }  // namespace Engine

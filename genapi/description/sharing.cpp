@@ -11,7 +11,7 @@ namespace Engine {
 
 namespace {
 
-// As long as the process, so that it outlives maps in static variables.
+// Lives as long as the process, so that it outlives maps in static variables.
 struct Registry {
     struct Item {
         ContentKey key;

@@ -1,5 +1,5 @@
-// Descriptions that node maps of this process use, so that a second camera of a model pays for its
-// map only.
+// The descriptions that node maps of this process use. A second camera of a model costs only its
+// map.
 #pragma once
 
 #include <cstdint>
@@ -11,11 +11,11 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// What a description was made of, as sizes and keyed hashes of 128 bits: to keep the texts for a
-// comparison would cost more memory than the descriptions.
+// Identifies the sources of a description by their sizes and keyed hashes of 128 bits. Keeping the
+// texts for a comparison would take more memory than the descriptions.
 class ContentKey {
   public:
-    // Adds a text, or a choice that changes what comes out of the texts.
+    // Adds a text, or an option that changes what is made of the texts.
     void Add(std::string_view text);
     void Add(uint64_t choice);
 
@@ -27,11 +27,11 @@ class ContentKey {
     uint64_t size_ = 0, first_ = 0, second_ = 0;
 };
 
-// Null when nobody uses such a description. Thread-safe.
+// Null when no map uses such a description. Thread-safe.
 std::shared_ptr<const Description> FindShared(const ContentKey& key);
 
-// Offers a new description to others. Gives the one to use, which is another one if somebody has
-// been faster. Thread-safe.
+// Offers a new description to other maps. Returns the one to use: an earlier one if another thread
+// was faster. Thread-safe.
 std::shared_ptr<const Description> Share(const ContentKey& key,
                                          std::shared_ptr<const Description> made);
 

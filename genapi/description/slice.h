@@ -1,4 +1,4 @@
-// A borrowed run of elements: what std::span is in later standards, as far as the engine needs it.
+// A borrowed run of elements: the part of C++20's std::span that the engine needs.
 #pragma once
 
 #include <cstddef>

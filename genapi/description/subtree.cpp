@@ -9,7 +9,7 @@ namespace Engine {
 
 namespace {
 
-// Whether each node is reached from the root.
+// For each node, whether the root leads to it.
 std::vector<bool> Reached(const Description& description, NodeId root) {
     std::vector<bool> found(description.NodeCount());
     std::vector<NodeId> open = {root};

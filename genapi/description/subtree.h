@@ -1,4 +1,4 @@
-// Nodes of one description in another one.
+// Copies nodes of one description into another.
 #pragma once
 
 #include <memory>
@@ -8,12 +8,12 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// A description of one node and everything that it refers to, directly or not. The node may be
-// renamed to "Root". RuntimeException when the new name is taken.
+// A description of one node and everything that it refers to, directly or indirectly. The node may
+// be renamed to "Root". RuntimeException when that name is taken.
 std::shared_ptr<const Description> SubtreeOf(const Description& from, NodeId root,
                                              bool renameToRoot);
 
-// Adds all nodes. RuntimeException for one that exists already.
+// Adds all nodes. RuntimeException for a node that exists already.
 void AddNodes(const Description& from, DescriptionBuilder& to);
 
 }  // namespace Engine

@@ -1,4 +1,4 @@
-// The names of XML elements: what a tag inside a description stands for.
+// The names of XML elements, and what they stand for inside a description.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// Which content model an element has, if it is a node: the kinds of nodes, and two that leave none.
+// The content model of an element that is a node: the kinds of nodes, and two that produce no node.
 using ModelId = uint8_t;
 constexpr ModelId ModelOf(NodeKind kind) {
     return static_cast<ModelId>(kind);
@@ -18,8 +18,7 @@ constexpr ModelId kStructReg = ModelOf(NodeKind::SmartFeature) + 1;
 constexpr ModelId kGroup = kStructReg + 1;
 constexpr ModelId kNoModel = kGroup + 1;
 
-// What an element is inside a node: one of Element, or one of those that are nodes themselves or
-// leave nothing.
+// What an element is inside a node: an Element, or a tag that is a node itself or is skipped.
 using Key = uint8_t;
 constexpr Key KeyOf(Element element) {
     return static_cast<Key>(element);
@@ -36,7 +35,7 @@ struct Tag {
     Key key = kNoKey;
 };
 
-// Null for a name that no schema knows.
+// Null for a name that neither schema defines.
 const Tag* FindTag(std::string_view name);
 
 }  // namespace Engine

@@ -1,5 +1,5 @@
-// A fast hash of texts, keyed at random per process: a description cannot be made so that its texts
-// collide, nor so that it is taken for another one.
+// A fast hash of texts with a random key per process: nobody can make a description whose texts
+// collide, or one that is taken for another.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// Independent hashes of one text come from different seeds.
+// Different seeds give independent hashes of a text.
 uint64_t HashOf(std::string_view text, uint64_t seed = 0);
 
 }  // namespace Engine

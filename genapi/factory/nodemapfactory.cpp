@@ -1,5 +1,5 @@
-// CNodeMapFactory: reads descriptions, adds others to them, shares them among the node maps of the
-// process, and makes the maps.
+// CNodeMapFactory reads descriptions, merges others into them, shares them among the node maps of
+// the process, and makes the maps.
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -25,7 +25,7 @@ using namespace Engine;
 
 namespace {
 
-// Where the nodes come from: a file, bytes, or a description that was made of another one.
+// The source of nodes: a file, bytes, or a description made from another one.
 struct Source {
     EContentType_t type = ContentType_Xml;
     std::string fileName;
@@ -38,15 +38,15 @@ struct Source {
         if (!file)
             throw RUNTIME_EXCEPTION("Could not open file for hash computation: %s",
                                     fileName.c_str());
-        constexpr size_t kMost = kMaxXmlSize + 1;  // what is longer will be refused
+        constexpr size_t kMost = kMaxXmlSize + 1;  // longer texts are refused later
         bytes.resize(kMost);
         file.read(&bytes[0], static_cast<std::streamsize>(kMost));
         bytes.resize(static_cast<size_t>(file.gcount()));
         bytes.shrink_to_fit();
     }
 
-    // The XML; unpacked holds it where it had to be unpacked. Cameras fill up the XML in an archive
-    // with NULs, and with what lies in their memory behind these.
+    // The XML; if it is zipped, unpacked holds the result. Cameras pad the XML in an archive with
+    // NULs, possibly followed by other contents of their memory.
     std::string_view Text(std::string& unpacked) const {
         if (type != ContentType_ZippedXml) return bytes;
         unpacked = UnzipFirstEntry(bytes);
@@ -58,10 +58,10 @@ struct Source {
 
 // The state that copies of a factory share.
 struct CNodeMapFactory::State {
-    std::vector<Source> sources;  // the description, and those that are added to it
+    std::vector<Source> sources;  // the description, and those merged into it
     bool suppressStrings = false;
     ContentKey key;                               // once loaded
-    std::unique_ptr<DescriptionBuilder> builder;  // while loaded, but not preprocessed
+    std::unique_ptr<DescriptionBuilder> builder;  // while loaded but not preprocessed
     std::shared_ptr<const Description> description;
 
     bool IsLoaded() const { return builder || description; }
@@ -76,7 +76,7 @@ struct CNodeMapFactory::State {
         return result;
     }
 
-    // A description that was made of another one has no text to be known by.
+    // A description made from another one has no text to identify it.
     bool IsShareable() const {
         for (const Source& source : sources)
             if (source.nodes) return false;

@@ -29,7 +29,7 @@ class IntegerArithmetic {
     static Number Subtract(Number a, Number b) { return static_cast<Number>(Bits(a) - Bits(b)); }
     static Number Multiply(Number a, Number b) { return static_cast<Number>(Bits(a) * Bits(b)); }
 
-    // The most negative number by -1 does not fit: the processor would trap.
+    // The smallest number divided by -1 does not fit, and x86 processors would trap.
     static Number Divide(Number a, Number b) {
         if (b == 0) ThrowInfinity();
         return b == -1 ? Negate(a) : a / b;
@@ -38,7 +38,7 @@ class IntegerArithmetic {
         if (b == 0) ThrowInfinity();
         return b == -1 ? 0 : a % b;
     }
-    // Exact, or the most negative number where it does not fit; that also stands for 0 ** -1.
+    // Exact; the smallest number if the result does not fit, and for 0 ** -1.
     static Number Power(Number base, Number exponent) {
         if (exponent < 0) return InversePower(base, exponent);
         Number result = 1;
@@ -58,7 +58,7 @@ class IntegerArithmetic {
   private:
     static constexpr Number kNoPower = std::numeric_limits<Number>::min();
 
-    // Only 1 and -1 have an inverse that is not rounded to 0.
+    // Only 1 and -1 have an inverse that does not round to 0.
     static Number InversePower(Number base, Number exponent) {
         if (base == 0) return kNoPower;
         if (base != 1 && base != -1) return 0;
@@ -84,11 +84,11 @@ class FloatArithmetic {
     }
     static Number Power(Number base, Number exponent) { return std::pow(base, exponent); }
 
-    // Operators on bits take a number without its fraction.
+    // Bit operators drop the fraction of a number.
     static int64_t ToInteger(Number a) { return Truncated<int64_t>(a); }
 
-    // 32 bits wide whatever the machine: cameras extend the sign of 16-bit numbers by
-    // (V << 16) >> 16.
+    // Shifts work on 32 bits, whatever the machine: cameras extend the sign of 16-bit numbers by (V
+    // << 16) >> 16.
     static Number Shift(FormulaOp op, Number a, Number b) {
         const int32_t value = Truncated<int32_t>(a);
         const uint32_t count = static_cast<uint32_t>(Truncated<int32_t>(b)) & 31;
@@ -132,8 +132,8 @@ class FloatArithmetic {
         }
     }
 
-    // Half away from zero. Negative digits divide by a power of ten, which is exact where its
-    // inverse is not.
+    // Rounds half away from zero. Negative digits divide by a power of ten, because the power is
+    // exact and its inverse is not.
     static Number RoundDigits(Number a, Number digits) {
         const double scale = std::pow(10.0, std::fabs(std::trunc(digits)));
         if (digits < 0) {
@@ -166,7 +166,7 @@ struct ArithmeticOf<double> {
     using Type = FloatArithmetic;
 };
 
-// The operators on bits but for the shifts.
+// The bit operators except shifts.
 inline int64_t ApplyToBits(FormulaOp op, int64_t a, int64_t b) {
     switch (op) {
         case FormulaOp::Complement:
@@ -180,7 +180,7 @@ inline int64_t ApplyToBits(FormulaOp op, int64_t a, int64_t b) {
     }
 }
 
-// Any operation but Select. FormulaError when it has no result.
+// Any operation except Select. FormulaError if it has no result.
 template <typename Number>
 inline Number Apply(FormulaOp op, Number a, Number b) {
     using Arithmetic = typename ArithmeticOf<Number>::Type;

@@ -16,7 +16,7 @@ Formula<Number>::Formula(std::string_view text, const FormulaSymbols& symbols)
 template <typename Number>
 Number Formula<Number>::Evaluate(const Number* variables) const {
     if (program_.failure) throw FormulaError(program_.failure);
-    // Left uninitialised: a program reads only registers that it has written.
+    // Uninitialised, because a program reads only registers that it has written.
     Number registers[kFormulaRegisters];
     const Number* const areas[kFormulaAreas] = {program_.constants.data(), variables, registers};
     for (const FormulaOperation& operation : program_.operations) {

@@ -1,9 +1,9 @@
-// The formula language of descriptions: compiled once to a flat program, evaluated over int64 or
-// double.
+// The formula language of descriptions: compiled once into a flat program, evaluated over int64_t
+// or double.
 //
 // The language has no branches: both sides of a logical operator and both arms of "? :" are always
-// computed. So a formula is a straight line of operations between registers, and an expression that
-// it uses by name is computed where it is first used and kept for later uses.
+// computed. A formula is therefore a straight line of operations between registers. An expression
+// that the formula uses by name is computed at its first use and kept for later uses.
 //
 //     text --tokens--> parser --program--> Formula --evaluate(values of the variables)--> number
 #pragma once
@@ -22,40 +22,41 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// what() is the reason as exceptions of nodes quote it.
+// what() is the reason, in the words that exceptions of nodes quote.
 class FormulaError : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 
-    // The expression that the fault lies in, by its number; none where it is the formula itself.
+    // The number of the expression at fault, or kFormulaItself.
     static constexpr uint32_t kFormulaItself = 0xFFFFFFFF;
     uint32_t expression = kFormulaItself;
 };
 
-// The names that a formula may use. Variables are given to evaluate in this order; an expression
-// may use the expressions before it. Of two with one name, a variable hides a constant, and that an
-// expression; within one list the first counts. In formulas with fractions PI, E and functions, in
-// any case, hide all of these.
+// The names that a formula may use. Evaluate takes the variables in this order. An expression may
+// use the expressions before it. If a name occurs in several lists, variables hide constants, and
+// constants hide expressions; within a list, the first one counts. In formulas with fractions, PI,
+// E and the functions, in upper or lower case, hide all of these.
 struct FormulaSymbols {
     std::vector<std::string_view> variables;
     std::vector<std::pair<std::string_view, std::string_view>> constants;    // name, text
     std::vector<std::pair<std::string_view, std::string_view>> expressions;  // name, text
-    // Whether formulas, but not the names above, are turned to upper case: a formula finds the name
-    // "A" as "a". What it does not find so it finds as it stands.
+    // Whether to look up the names in a formula in upper case first: "a" in a formula then finds
+    // the name "A". Names that are not found so are looked up as written.
     bool upperCase = false;
 };
 
-// Immutable; evaluate is thread-safe and allocates nothing. The number is int64_t or double.
+// Immutable. Evaluate is thread-safe and does not allocate. The number is int64_t or double.
 template <typename Number>
 class Formula {
   public:
-    // FormulaError when the text is no formula over these names. Neither is referred to later.
+    // FormulaError when the text is not a formula over these names. The object keeps no reference
+    // to either.
     Formula(std::string_view text, const FormulaSymbols& symbols);
 
     // FormulaError when a step has no result.
     Number Evaluate(const Number* variables) const;
 
-    // What evaluate has to do.
+    // The number of operations of one evaluation.
     size_t OperationCount() const { return program_.operations.size(); }
 
   private:

@@ -16,10 +16,10 @@ struct Token {
     std::string_view text;
 };
 
-// Splits a formula; FormulaError at a character that belongs to no token.
+// Splits a formula into tokens; FormulaError at a character that no token contains.
 class Lexer {
   public:
-    // Numbers with fraction and exponent, or integers only.
+    // fractions: numbers with fraction and exponent, otherwise integers only.
     Lexer(std::string_view text, bool fractions) : rest_(text), fractions_(fractions) { Next(); }
 
     const Token& Current() const { return token_; }
@@ -27,7 +27,7 @@ class Lexer {
         return token_.kind == TokenKind::Symbol && token_.text == symbol;
     }
     void Next();
-    // Takes the symbol if it is the next token.
+    // Consumes the symbol if it is the next token.
     bool Take(std::string_view symbol);
 
   private:

@@ -23,7 +23,7 @@ FormulaNames::FormulaNames(const FormulaSymbols& symbols) {
     });
 }
 
-// The first of a name has the smallest index of the kind that hides the others.
+// Symbols of one name are sorted so that the one that hides the others comes first.
 const FormulaSymbol* FormulaNames::Find(std::string_view name, uint32_t expressions) const {
     const auto found = std::lower_bound(
         symbols_.begin(), symbols_.end(), name,

@@ -1,4 +1,4 @@
-// Finds what a name in a formula stands for.
+// Looks up the names in a formula.
 #pragma once
 
 #include <cstdint>
@@ -18,13 +18,13 @@ struct FormulaSymbol {
     uint32_t index;  // in its list
 };
 
-// Sorted, so that a long formula over many names does not cost their product. Refers to the texts
+// Sorted, so that a long formula with many names does not cost their product. Refers to the texts
 // of the symbols.
 class FormulaNames {
   public:
     explicit FormulaNames(const FormulaSymbols& symbols);
 
-    // Null when there is none. Expressions from the given one on are not seen.
+    // Null when there is no such name. Ignores the given expression and those after it.
     const FormulaSymbol* Find(std::string_view name, uint32_t expressions) const;
 
   private:

@@ -34,7 +34,7 @@ void CheckBrackets(std::string_view text) {
     if (open != 0) throw FormulaError("#Brackets do not match!");
 }
 
-// Too large numbers become the largest.
+// Numbers that are too large become the largest one.
 void ReadNumber(std::string_view digits, bool hex, bool negative, int64_t& number) {
     constexpr uint64_t kMax = std::numeric_limits<int64_t>::max();
     uint64_t magnitude = 0;
@@ -53,7 +53,7 @@ void ReadNumber(std::string_view digits, bool hex, bool negative, double& number
 
 }  // namespace
 
-// Held while the parser is inside something.
+// Counts a level of nesting for its scope.
 template <typename Number>
 class FormulaParser<Number>::Nesting {
   public:
@@ -83,7 +83,7 @@ FormulaProgram<Number> FormulaParser<Number>::Parse(std::string_view text) {
     return std::move(program_);
 }
 
-// A text that is one formula, from its beginning to its end.
+// The whole text must be one formula.
 template <typename Number>
 void FormulaParser<Number>::Whole(std::string_view text) {
     CheckBrackets(text);
@@ -94,7 +94,8 @@ void FormulaParser<Number>::Whole(std::string_view text) {
     lexer_ = outer;
 }
 
-// A chain "a ? b : c ? d : e" is a loop: its length must not be limited by the nesting.
+// "a ? b : c ? d : e" is parsed in a loop, so that nesting does not limit the length of such
+// chains.
 template <typename Number>
 void FormulaParser<Number>::Selection() {
     size_t links = 0;
@@ -121,7 +122,7 @@ void FormulaParser<Number>::Binary(unsigned level, bool afterSign) {
     }
 }
 
-// One sign must not follow another, be it between operands or in front of one.
+// A sign must not follow another sign, neither between operands nor before one.
 template <typename Number>
 void FormulaParser<Number>::Prefixed(bool afterSign) {
     const bool minus = lexer_.Is("-");
@@ -140,7 +141,7 @@ void FormulaParser<Number>::Operand() {
     const Token token = lexer_.Current();
     if (token.kind == TokenKind::Name) return Name();
     if (token.kind == TokenKind::End) {
-        // An operator without an operand: known to be wrong only when it is computed.
+        // An operator without an operand is an error of the evaluation, not of the formula.
         program_.failure = "#Extra operation!";
         return values_.push_back({FormulaArea::Constant, 0, {}});
     }
@@ -167,7 +168,7 @@ template <typename Number>
 void FormulaParser<Number>::Name() {
     const std::string_view text = lexer_.Current().text;
     lexer_.Next();
-    // The name of a function without brackets is none of it.
+    // Without brackets, the name of a function is an ordinary name.
     const bool isFunction = lexer_.Is("(") && FindFunction(text, kFractions);
     const bool isKnown = kFractions && FindMathConstant(text);
     const FormulaSymbol* const symbol = isFunction || isKnown ? nullptr : Find(text);
@@ -222,7 +223,7 @@ void FormulaParser<Number>::Expression(uint32_t index) {
     values_.push_back(*expressions_[index]);
 }
 
-// A function, or a constant that may be written like one.
+// A function, or a constant in the notation of one.
 template <typename Number>
 void FormulaParser<Number>::Call(std::string_view name) {
     const bool brackets = lexer_.Take("(");
@@ -262,7 +263,8 @@ void FormulaParser<Number>::Emit(FormulaOp op) {
     values_.push_back({FormulaArea::Register, target, {}});
 }
 
-// Computes now what depends on no variable. What has no result must say so when evaluated.
+// Computes operations on constants now. An operation without a result stays, because it must fail
+// at evaluation.
 template <typename Number>
 bool FormulaParser<Number>::Fold(FormulaOp op, const Value* operands, size_t count) {
     for (size_t i = 0; i < count; ++i)
@@ -294,7 +296,7 @@ bool FormulaParser<Number>::IsWaiting(const Value& value) const {
     return value.area == FormulaArea::Register && value.index >= kMaxKeptValues;
 }
 
-// The last operation is the one that computes a waiting value on top of the others.
+// The last operation is the one that computes a waiting value above all others.
 template <typename Number>
 typename FormulaParser<Number>::Value FormulaParser<Number>::Keep(Value value) {
     if (!IsWaiting(value)) return value;

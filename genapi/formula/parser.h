@@ -1,4 +1,4 @@
-// From the text of a formula to its program, by recursive descent.
+// Compiles the text of a formula by recursive descent.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// For one formula. The symbols must outlive the parser.
+// Parses one formula. The symbols must outlive the parser.
 template <typename Number>
 class FormulaParser {
   public:
@@ -24,8 +24,8 @@ class FormulaParser {
     FormulaProgram<Number> Parse(std::string_view text);
 
   private:
-    // A value that the program has at hand when it comes to some point. Constants get their place
-    // only when an operation uses them, since most operations on constants alone vanish.
+    // A value at some point of the program. A constant gets its place only when an operation uses
+    // it, because most operations on constants alone are computed here.
     struct Value {
         FormulaArea area;
         uint32_t index;
@@ -34,7 +34,7 @@ class FormulaParser {
 
     void Whole(std::string_view text);
 
-    // What a formula consists of, each of these leaves one more value.
+    // The rules of the grammar; each leaves one more value.
     void Selection();
     void Binary(unsigned level, bool afterSign = false);
     void Prefixed(bool afterSign);
@@ -46,12 +46,12 @@ class FormulaParser {
     void Expression(uint32_t index);
     void Call(std::string_view name);
 
-    // Replaces the operands among the values by the result.
+    // Replaces the operands on top of the values by the result.
     void Emit(FormulaOp op);
     bool Fold(FormulaOp op, const Value* operands, size_t count);
     FormulaOperand Place(const Value& value);
     bool IsWaiting(const Value& value) const;
-    // The value of an expression, moved to where later operations do not overwrite it.
+    // Moves the value of an expression to where later operations do not overwrite it.
     Value Keep(Value value);
 
     class Nesting;
@@ -63,10 +63,10 @@ class FormulaParser {
     Lexer lexer_;
     FormulaProgram<Number> program_;
     std::vector<Value> values_;
-    uint32_t waiting_ = 0;                           // those of values_ in registers of their own
-    std::vector<std::optional<Value>> expressions_;  // those that were used
+    uint32_t waiting_ = 0;                           // values_ in registers of their own
+    std::vector<std::optional<Value>> expressions_;  // those used so far
     uint32_t kept_ = 0;
-    uint32_t usableExpressions_;  // an expression may use those before it
+    uint32_t usableExpressions_;  // an expression may use the ones before it
     size_t nesting_ = 0;
 };
 

@@ -1,4 +1,4 @@
-// What a formula is compiled to.
+// The compiled form of a formula.
 #pragma once
 
 #include <cstddef>
@@ -10,27 +10,26 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// Bounds, so that a hostile formula costs neither stack nor time without end; one that exceeds them
-// is invalid.
+// Bounds on the stack and time of a hostile formula; a formula beyond them is invalid.
 
-// Brackets, signs and expressions inside each other: each costs some frames of the parser.
+// Nested brackets, signs and expressions: each costs some stack frames of the parser.
 constexpr size_t kMaxFormulaNesting = 200;
 
 // Values that wait for their operator. A chain of "? :" needs two for each link, and descriptions
-// choose among dozens of values in that way. Registers live on the stack of evaluate: 8 KB of it,
-// of which only those in use are touched.
+// use such chains to choose among dozens of values. The registers take 8 KB of the stack of
+// Evaluate, but it touches only those in use.
 constexpr uint32_t kMaxWaitingValues = 960;
 
-// Expressions whose values are kept; those that are no more than a name or number need no place.
+// Expressions whose values are kept. Expressions that are only a name or a number need no place.
 constexpr uint32_t kMaxKeptValues = 64;
 
-// The time of one evaluation: below a millisecond, unless in functions like SIN.
+// Bounds the time of one evaluation: less than a millisecond, except for functions like SIN.
 constexpr size_t kMaxFormulaOperations = 1 << 16;
 
 constexpr uint32_t kFormulaRegisters = kMaxKeptValues + kMaxWaitingValues;
 
 enum class FormulaOp : uint8_t {
-    // of one operand
+    // one operand
     Negate,
     Complement,
     Sgn,
@@ -49,7 +48,7 @@ enum class FormulaOp : uint8_t {
     Floor,
     Ceil,
     Round,
-    // of two
+    // two operands
     Power,
     ShiftLeft,
     ShiftRight,
@@ -70,14 +69,14 @@ enum class FormulaOp : uint8_t {
     LogicalAnd,
     LogicalOr,
     RoundDigits,
-    // of three
+    // three operands
     Select,
 };
 
 enum class FormulaArea : uint8_t { Constant, Variable, Register };
 constexpr size_t kFormulaAreas = 3;
 
-// Where an operand is found: a place in one of the areas.
+// The place of an operand: an index into one of the areas.
 class FormulaOperand {
   public:
     constexpr FormulaOperand() = default;
@@ -96,7 +95,7 @@ class FormulaOperand {
     uint32_t code_ = 0;
 };
 
-// Operands that an operation does not have repeat its first one, so that reading them is safe.
+// Unused operands repeat the first one, so that reading them is safe.
 struct FormulaOperation {
     FormulaOp op;
     uint16_t target;  // the register of the result
@@ -108,7 +107,7 @@ struct FormulaProgram {
     std::vector<FormulaOperation> operations;
     std::vector<Number> constants;
     FormulaOperand result;
-    const char* failure = nullptr;  // why it has no result, whatever the variables
+    const char* failure = nullptr;  // why evaluation always fails
 };
 
 }  // namespace Engine

@@ -12,12 +12,12 @@ namespace Engine {
 struct BinaryOperator {
     std::string_view symbol;
     FormulaOp op;
-    unsigned level;  // a higher one binds more; within one, from left to right
+    unsigned level;  // higher levels bind tighter; within a level, from left to right
 };
 
 constexpr unsigned kHighestLevel = 3;
 
-// Null when no operator between two operands is written like that.
+// Null when the symbol is not a binary operator.
 const BinaryOperator* FindOperator(std::string_view symbol);
 
 struct FormulaFunction {
@@ -26,13 +26,14 @@ struct FormulaFunction {
     bool forIntegers;
 };
 
-// Without regard to case; null when there is none. Of the functions for integers only, or all.
+// Ignores case; null when there is no such function. Without fractions, only functions for
+// integers.
 const FormulaFunction* FindFunction(std::string_view name, bool fractions);
 
-// PI or E, which only formulas with fractions know, without regard to case; null for others.
+// PI or E in upper or lower case, which only formulas with fractions have; null for other names.
 const double* FindMathConstant(std::string_view name);
 
-// The locale has no say in what a description means.
+// Independent of the locale, which must not change the meaning of a description.
 std::string UpperCase(std::string_view text);
 
 size_t OperandCount(FormulaOp op);

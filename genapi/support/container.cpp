@@ -111,7 +111,7 @@ size_t CPointerVector<T>::size() const {
 
 template <class T>
 typename CPointerVector<T>::iterator CPointerVector<T>::insert(iterator pos, const T& val) {
-    const intptr_t index = pos - begin();  // storage may move
+    const intptr_t index = pos - begin();  // insert may move the storage
     _pv->insert(_pv->begin() + index, val);
     return begin() + index;
 }

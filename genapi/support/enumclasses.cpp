@@ -1,4 +1,4 @@
-// The enumerations of the interface and their names.
+// The text forms of the interface's enumerations.
 #include <cstring>
 
 #include <GenApi/EnumClasses.h>
@@ -16,7 +16,7 @@ struct Name {
 #define ENUMERATOR(name) \
     { name, #name }
 
-// The enumerators of each enumeration.
+// The enumerators of each enumeration, with their names.
 template <class E>
 constexpr int kNames = 0;
 

@@ -1,4 +1,4 @@
-// The free functions of the interface that are no part of a class.
+// The free functions of the interface.
 #include <GenApi/IDestroy.h>
 #include <GenApi/NodeCallback.h>
 #include <GenApi/NodeMapRef.h>
@@ -16,7 +16,7 @@ GENICAM_NAMESPACE::gcstring GetInterfaceName(IBase* pBase) {
 
 void Deregister(CallbackHandleType pCallbackInfo) {
     if (pCallbackInfo == 0) return;
-    // The handle is the callback, which knows its node.
+    // The handle is the address of the callback, which knows its node.
     reinterpret_cast<CNodeCallback*>(pCallbackInfo)->GetNode()->DeregisterCallback(pCallbackInfo);
 }
 

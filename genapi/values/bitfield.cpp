@@ -16,8 +16,7 @@ BitField::BitField(const RegisterData& data, size_t length)
       bigEndian_(data.bigEndian),
       signed_(data.isSigned) {
     if (!data.masked) return;
-    // A length that the description gives as a number was compared with the mask when it was
-    // loaded.
+    // If the description gives the length as a number, the loader has checked the bits against it.
     if (std::max(data.lsb, data.msb) >= width_)
         throw OUT_OF_RANGE_EXCEPTION("Bits %u and %u are outside of a register of %u bits",
                                      unsigned{data.lsb}, unsigned{data.msb}, width_);

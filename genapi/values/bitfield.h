@@ -11,19 +11,19 @@ namespace Engine {
 // Where an integer lies in the value of a register of up to eight bytes.
 class BitField {
   public:
-    // length in bytes, 1 to 8
+    // The length is in bytes, 1 to 8.
     BitField(const RegisterData& data, size_t length);
 
     int64_t Min() const;
     int64_t Max() const;
-    // The bytes of the whole register as a number, and back.
+    // Convert between the bytes of the whole register and its number.
     uint64_t Load(const uint8_t* bytes) const;
     void Store(uint64_t content, uint8_t* bytes) const;
-    // The field in the register's number, and the number with another field in it. A value that is
-    // too large is cut.
+    // Take the field out of the register's number, or return that number with a new field. A value
+    // that is too large is cut.
     int64_t Extract(uint64_t content) const;
     uint64_t Insert(int64_t value, uint64_t content) const;
-    // Whether the field is the whole register, so that its old content does not matter.
+    // Whether the field fills the register, so that a write need not read the old content.
     bool IsWhole() const { return width_ == 8 * length_; }
 
   private:

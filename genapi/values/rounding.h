@@ -1,4 +1,5 @@
-// From floating point to integers, as values pass between Float and Integer nodes.
+// Conversion of floating-point numbers to integers, for values that pass between Float and Integer
+// nodes.
 #pragma once
 
 #include <cmath>
@@ -14,7 +15,8 @@ constexpr int64_t kInt64Min = std::numeric_limits<int64_t>::min();
 constexpr int64_t kInt64Max = std::numeric_limits<int64_t>::max();
 constexpr double kDoubleMax = std::numeric_limits<double>::max();
 
-// Half away from zero; saturated. A NaN is no value in range: it becomes the least number.
+// Rounds half away from zero and saturates. NaN has no nearest integer and becomes the smallest
+// one.
 inline int64_t RoundToInt(double value) {
     if (std::isnan(value)) return kInt64Min;
     if (value >= 9223372036854775808.0) return kInt64Max;
@@ -22,14 +24,14 @@ inline int64_t RoundToInt(double value) {
     return static_cast<int64_t>(std::round(value));
 }
 
-// The value of the grid ..., min - inc, min, min + inc, ... that is nearest; of two equally near
-// the lower one.
+// The nearest value of the grid ..., min - inc, min, min + inc, ...; the lower one of two equally
+// near values.
 inline int64_t RoundToGrid(int64_t value, int64_t min, int64_t inc) {
     if (inc <= 1) return value;
-    // Distances may exceed int64, not uint64.
+    // Distances fit in uint64_t, but not always in int64_t.
     const auto unsignedOf = [](int64_t number) { return static_cast<uint64_t>(number); };
     const uint64_t step = unsignedOf(inc);
-    uint64_t above;  // how far value lies above the grid
+    uint64_t above;  // distance from the grid value below
     if (value >= min) {
         above = (unsignedOf(value) - unsignedOf(min)) % step;
     } else {

@@ -18,7 +18,7 @@ std::string_view WithoutLeadingBlanks(std::string_view text) {
     return first == std::string_view::npos ? std::string_view() : text.substr(first);
 }
 
-// Groups of digits with one separator between them, as addresses are written.
+// The form of addresses: groups of digits with a separator between them.
 struct AddressForm {
     unsigned groups;
     char separator;
@@ -126,7 +126,7 @@ bool ParseInteger(std::string_view text, ERepresentation representation, int64_t
 }
 
 std::string FormatFloat(double value, EDisplayNotation notation, int precision) {
-    // printf would take the decimal point from the locale; to_chars writes '.'.
+    // printf would take the decimal point from the locale; to_chars always writes '.'.
     const std::chars_format format = notation == fnFixed        ? std::chars_format::fixed
                                      : notation == fnScientific ? std::chars_format::scientific
                                                                 : std::chars_format::general;
@@ -139,7 +139,7 @@ bool ParseFloat(std::string_view text, double& value) {
     text = WithoutLeadingBlanks(text);
     if (!text.empty() && text[0] == '+') text.remove_prefix(1);
     const size_t first = !text.empty() && text[0] == '-' ? 1 : 0;
-    // "inf" and "nan" are no numbers here.
+    // from_chars would accept "inf" and "nan", which are not numbers here.
     if (first >= text.size() ||
         ((DigitOf(text[first]) > 9 || DigitOf(text[first]) < 0) && text[first] != '.'))
         return false;
