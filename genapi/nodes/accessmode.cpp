@@ -1,14 +1,14 @@
-// Access modes: what a node allows is what its value source allows, restricted by what the
-// description or the application imposes, by its conditions, and by whatever else it reads:
+// Access modes. A node allows what its value source allows, restricted by the description, the
+// application, its conditions, and every other node that it reads:
 //
-//   A node that is read and is not implemented makes its reader not implemented, one that is not
-//   available makes it not available; the former is the stronger. Where the value is needed to
-//   find the mode (conditions, the index of a number) or to use the node at all (the value of a
-//   command), a node that cannot be read counts as not available.
+//   A node that reads a node that is not implemented is not implemented itself; one that reads a
+//   node that is not available is not available. "Not implemented" prevails. Where the value is
+//   needed, a node that cannot be read counts as not available: to find the mode (conditions, the
+//   index of a number), or to use the node at all (the value of a command).
 //
-// The device is asked in this order: for the mode of the value source, for those of the other nodes
-// that are read, for the values of the conditions, for the modes of the parts. The first answer
-// that a node is not implemented ends it.
+// The device is asked in this order: for the mode of the value source, for the modes of the other
+// nodes that are read, for the values of the conditions, for the modes of the parts. The first
+// "not implemented" ends the search.
 #include <cstring>
 
 #include "genapi/description/nodedata.h"
@@ -25,14 +25,14 @@ EAccessMode ModeOf(uint8_t cached) {
     return static_cast<EAccessMode>(cached & ~NodeMap::kPassingAccess);
 }
 
-// A number picked by an index is what the picked number is: neither its own conditions nor its
-// limits count.
+// A number picked by an index has the mode of the picked number: its own conditions and limits do
+// not count.
 bool IsIndexed(const NodeTables& tables, const NodeRecord& record) {
     if (record.kind == NodeKind::Integer) return tables.integers[record.data].index != kNoNode;
     return record.kind == NodeKind::Float && tables.floats[record.data].index != kNoNode;
 }
 
-// Links that are read beside the value source and the parts of a node.
+// Links that are read in addition to the value source and the parts of a node.
 bool IsRead(Element element) {
     switch (element) {
         case Element::pIsImplemented:
@@ -63,15 +63,15 @@ EAccessMode Restriction(EAccessMode found, bool valueCounts) {
 }
 
 EAccessMode Node::GetAccessMode() const {
-    // Most queries find the mode known; a mode that another thread is about to change is as true
-    // with the lock as without.
+    // Most queries find the mode known. Reading it without the lock is as good: another thread may
+    // change it right after the answer either way.
     const uint8_t known = map_.Access(id_, std::memory_order_acquire);
     if (known < NodeMap::kFirstUnknownAccess) return ModeOf(known);
     const Entry entry(*this, "GetAccessMode");
     return const_cast<Node*>(this)->AccessMode();
 }
 
-// A mode whose computation goes in a circle, or has failed, does not restrict.
+// A mode that depends on itself, or whose computation failed, does not restrict.
 EAccessMode Node::UnrestrictedMode() const {
     const NodeKind kind = Record().kind;
     return kind == NodeKind::EnumEntry || kind == NodeKind::Category ? RO : RW;
@@ -95,13 +95,13 @@ EAccessMode Node::AccessMode() {
     try {
         mode = ComputeAccessMode(false);
     } catch (const LimitExceeded&) {
-        leave(NodeMap::kUnknownAccess);  // it may be within reach from elsewhere
+        leave(NodeMap::kUnknownAccess);  // another way to the node may stay within the limits
         throw;
     } catch (...) {
         leave(NodeMap::kFailedAccess);  // the device is not asked again
         throw;
     }
-    // Categories only group, so that theirs is kept in any case.
+    // Categories only group, so their modes are always kept.
     const bool keep = !map_.AccessIsVolatile() || Record().kind == NodeKind::Category;
     map_.SetAccessVolatile(outer || !keep);
     if (!keep) map_.LetPass(id_);
@@ -164,7 +164,7 @@ EAccessMode Node::ConditionalAccessMode(EAccessMode mode, bool relaxed) {
     return own.isLocked != kNoNode ? LockableAccessMode(mode) : mode;
 }
 
-// Whether it is locked matters only for what can be written.
+// The lock matters only if the node can be written.
 EAccessMode Node::LockableAccessMode(EAccessMode mode) {
     Node& lock = NodeAt(Record().isLocked);
     const EAccessMode found = lock.AccessMode();
@@ -191,7 +191,7 @@ void Node::RequireReadable() {
 }
 
 AccessException Node::NotReadable(const Call& call) const {
-    // Applications know the text of ToString without a full stop.
+    // Applications expect the text of ToString without a full stop.
     const bool asText = std::strcmp(call.operation, "ToString") == 0;
     return AccessException(asText ? "Node is not readable" : "Node is not readable.", __FILE__,
                            __LINE__, EntryPointOf(call).c_str(), ErrorNodeOf(*this).c_str(),
@@ -199,7 +199,7 @@ AccessException Node::NotReadable(const Call& call) const {
 }
 
 bool Node::CanWrite(bool verify) {
-    // What can never be written is not worth asking the device about.
+    // Do not ask the device about a node that can never be written.
     const EAccessMode declared =
         Combine(DeclaredAccessMode(), static_cast<EAccessMode>(Record().imposedAccess));
     return IsWritable(declared) && IsWritable(AccessMode(!verify));

@@ -1,4 +1,4 @@
-// Boolean: an integer of which two values mean true and false.
+// Boolean: an integer with one value for true and one for false.
 #pragma once
 
 #include <GenApi/IBoolean.h>
@@ -21,7 +21,7 @@ class BooleanNode final : public Node, public IBoolean {
     void SetValue(bool value, bool verify = true) override;
     bool GetValue(bool verify = false, bool ignoreCache = false) const override;
 
-    // 1 and 0, whatever the numbers below are.
+    // 1 and 0, whatever the two values are.
     int64_t GetInt(ReadOptions options) override;
     void SetInt(int64_t value, bool verify) override;
     int64_t MinInt() override;

@@ -1,4 +1,4 @@
-// Callbacks of nodes, and the notification of one change in its two phases.
+// Callbacks of nodes, and the two-phase notification of a change.
 #pragma once
 
 #include <memory>
@@ -13,8 +13,8 @@ namespace Engine {
 
 class NodeMap;
 
-// A registered callback object, which the node owns. A notification in progress shares it, so that
-// a callback may deregister itself or another one while it runs.
+// A registered callback object, owned by its node. A notification in progress shares it, so a
+// callback may deregister itself or another one while it runs.
 class Callback {
   public:
     explicit Callback(CNodeCallback& object) : object_(object) {}
@@ -31,13 +31,13 @@ class Callback {
     CNodeCallback& object_;
 };
 
-// The callbacks of the nodes that one change touched, each once.
+// The callbacks of all nodes affected by one change, each once.
 class Notification {
   public:
-    // Adds the callbacks of the given nodes; the lock of the map is held.
+    // Adds the callbacks of the given nodes; the caller holds the lock of the map.
     void Add(NodeMap& map, const ChangeSet& nodes);
     void AddAll(NodeMap& map);
-    // Calls those that are still registered, with the given phase.
+    // Calls the callbacks that are still registered, for the given phase.
     void Fire(ECallbackType phase) const;
 
   private:

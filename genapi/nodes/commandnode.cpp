@@ -42,7 +42,7 @@ void CommandNode::Execute(bool verify) {
     RunChange("Execute", ChangedByWriteTo(CameraDescription(), Id()), [&] { Start(verify); });
 }
 
-// Asks the device; true when the command has finished since it was last asked.
+// Asks the device; true if the command has finished since the last time.
 bool CommandNode::CheckDone(EAccessMode mode) {
     if (!IsRunning() || !IsReadable(mode)) return false;
     const Nesting nesting(*this);

@@ -1,4 +1,4 @@
-// Command: writes a value to start something, and can tell whether it is done.
+// Command: writes a value that starts something, and knows whether it is done.
 //
 //   idle --Execute--> running --IsDone reads another value--> idle
 #pragma once

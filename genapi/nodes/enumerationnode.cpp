@@ -65,7 +65,7 @@ EAccessMode EnumerationNode::SourceAccessMode(bool relaxed) {
     return source_.AccessMode(relaxed);
 }
 
-// An enumeration is as available as the best of its entries.
+// The access mode of an enumeration is that of its most accessible entry.
 EAccessMode EnumerationNode::PartsAccessMode() {
     EAccessMode best = NI;
     for (const NodeId id : Entries()) {
@@ -76,7 +76,7 @@ EAccessMode EnumerationNode::PartsAccessMode() {
     return Restriction(best, false);
 }
 
-// Applications know the value of 32 bits.
+// Applications expect the message to show 32 bits of the value.
 InvalidArgumentException EnumerationNode::NoEntry(int64_t value) const {
     return NoEntry(std::to_string(static_cast<int32_t>(value)));
 }

@@ -15,7 +15,8 @@ class EnumEntryNode final : public Node, public IEnumEntry {
 
     EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
     INode* GetNode() override { return this; }
-    // As in the reference implementation, an entry does not tell; its property of that name does.
+    // As in the reference implementation, this is empty for an entry; its property "DeviceName" is
+    // not.
     GENICAM_NAMESPACE::gcstring GetDeviceName() const override { return {}; }
     GENICAM_NAMESPACE::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GENICAM_NAMESPACE::gcstring& text, bool verify = true) override;
@@ -58,7 +59,7 @@ class EnumerationNode final : public Node, public IEnumeration {
     int64_t MinInt() override;
     int64_t MaxInt() override;
     int64_t IncInt() override { return 1; }
-    // Floating-point references see the numeric value of the entry.
+    // Floating-point references read the numeric value of the entry.
     double GetFloat(ReadOptions options) override;
     void SetFloat(double value, bool verify) override;
     double MinFloat() override;
@@ -68,10 +69,10 @@ class EnumerationNode final : public Node, public IEnumeration {
 
     bool IsPolled() const override;
 
-    // The entry with that value or symbolic, the last where there are several; or null.
+    // The entry with that value or symbolic, the last one of several; null if there is none.
     EnumEntryNode* EntryOf(int64_t value) const;
     EnumEntryNode* EntryOf(std::string_view symbolic) const;
-    // Counts such a search as work, where a formula makes it.
+    // Counts the search as work if a formula makes it.
     void SpendSearch() const;
 
   protected:

@@ -1,5 +1,5 @@
-// Exceptions raised inside a node map: they name the node, and the operation through which the
-// application came in.
+// Exceptions thrown inside a node map. They name the node, and the operation that the application
+// called.
 #pragma once
 
 #include <cstdarg>
@@ -14,20 +14,20 @@ namespace Engine {
 
 class Node;
 
-// An operation met a bound on its depth or its work. Applications see the RuntimeException.
+// An operation exceeded a bound on its depth or its work. Applications see a RuntimeException.
 class LimitExceeded : public GENICAM_NAMESPACE::RuntimeException {
   public:
     using RuntimeException::RuntimeException;
 };
 
-// An operation that the application called; no node where there is none.
+// An operation that the application called; node is null for an operation of the map.
 struct Call {
     const Node* node = nullptr;
     const char* operation = "";
 };
 
-// For the texts of exceptions: the name of a node, "Node.Operation()" of a call, and the same of
-// the call in progress.
+// For the texts of exceptions: the name of a node; "Node.Operation()" for a call, or for the call
+// in progress.
 std::string ErrorNodeOf(const Node& node);
 std::string EntryPointOf(const Call& call);
 std::string EntryPointOf(const Node& node);

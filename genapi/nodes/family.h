@@ -1,4 +1,4 @@
-// The bases of nodes by the type of their number, for kinds that exist for both.
+// The base class of nodes, by the type of their number, for kinds that exist for both types.
 #pragma once
 
 #include "genapi/nodes/floatbase.h"

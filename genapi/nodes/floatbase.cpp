@@ -11,7 +11,7 @@ namespace Engine {
 
 namespace {
 
-// Digits behind the decimal point.
+// Digits after the decimal point.
 size_t DecimalsOf(const std::string& text) {
     const size_t point = text.find('.');
     if (point == std::string::npos) return 0;
@@ -53,8 +53,8 @@ int64_t FloatBase::MaxInt() {
     return RoundToInt(Highest());
 }
 
-// Rounding for display must not carry a value over a limit, or its text could not be written back:
-// such a value is moved by half a unit of the last digit shown.
+// Rounding for display must not carry a value over a limit, or its text could not be written back.
+// Such a value is moved by half a unit of the last displayed digit.
 std::string FloatBase::Format(double value) {
     const Presentation shownAs = Shown();
     const auto shownText = [&](double number) {

@@ -1,5 +1,5 @@
-// Nodes with a floating-point value: what they have beside NumberBase, and how integer references
-// see them.
+// Nodes with a floating-point value: what they add to NumberBase, and how integer references read
+// them.
 #pragma once
 
 #include "genapi/nodes/numberbase.h"

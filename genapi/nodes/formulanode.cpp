@@ -65,7 +65,7 @@ typename ConverterNode<Number>::Bounds ConverterNode<Number>::FindBounds() {
     return {std::min(first, second), std::max(first, second)};
 }
 
-// The limits of the node below through the formula.
+// The limits of the node below, converted by the formula.
 template <typename Number>
 Number ConverterNode<Number>::AtMin() {
     const Nesting nesting(*this);

@@ -28,7 +28,7 @@ class SwissKnifeNode final : public Family<Number> {
     const SwissKnifeData& data_;
 };
 
-// Another node's value through a formula, and back through a second one.
+// The value of another node, converted by one formula when read and by another when written.
 template <typename Number>
 class ConverterNode final : public Family<Number> {
   public:
@@ -43,7 +43,7 @@ class ConverterNode final : public Family<Number> {
     void WriteValue(Number value, bool verify) override;
     Number OwnMin() override;
     Number OwnMax() override;
-    // A linear formula takes the steps of the node below to steps of its own.
+    // A linear formula converts the steps of the node below.
     bool HasOwnInc() override;
     Number OwnInc() override;
     EAccessMode SourceAccessMode(bool relaxed) override;

@@ -14,7 +14,7 @@ namespace Engine {
 
 namespace {
 
-// How variables of the two evaluators read a node.
+// Reads a node for a variable of either evaluator.
 template <typename Number>
 struct Operand;
 
@@ -23,7 +23,7 @@ struct Operand<int64_t> {
     static int64_t Value(Node& node, ReadOptions options) { return node.GetInt(options); }
     static int64_t Min(Node& node) { return node.MinInt(); }
     static int64_t Max(Node& node) { return node.MaxInt(); }
-    // A float's own increment, rounded; integers never see a float's as 1 here.
+    // The node's own increment, rounded for floats. IncInt would be 1 for any float.
     static int64_t Inc(Node& node) {
         return node.HasIncFloat() ? RoundToInt(node.IncFloat()) : node.IncInt();
     }
@@ -59,7 +59,8 @@ int64_t EntryValue(Node& owner, const FormulaVariable& variable) {
     return entry->Data().value;
 }
 
-// The integer or the numeric value of the current entry, without which there is no value.
+// The integer or the numeric value of the current entry. An enumeration without a current entry has
+// none.
 template <typename Number>
 Number EntryNumber(Node& owner, EnumerationNode& node, ReadOptions options) {
     const int64_t value = node.GetInt(options);
@@ -122,7 +123,7 @@ Number Evaluate(Node& owner, uint32_t formula, ReadOptions options, Number input
     const NodeTables& tables = owner.CameraDescription().Tables();
     const FormulaData& data = tables.formulas[formula];
     const auto variables = NodeTables::SliceOf(tables.variables, data.variables);
-    // Most formulas have few variables; those live on the stack.
+    // Most formulas have few variables, which fit on the stack.
     std::array<Number, 16> few;
     std::vector<Number> many;
     Number* values = few.data();

@@ -6,7 +6,7 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// input is the value of FROM or TO in a converter's formulas. LogicalErrorException when the
+// input is the value of FROM or TO in the formulas of a converter. LogicalErrorException if the
 // formula does not parse or cannot be evaluated.
 template <typename Number>
 Number Evaluate(Node& owner, uint32_t formula, ReadOptions options, Number input = {});

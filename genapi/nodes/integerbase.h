@@ -1,5 +1,5 @@
-// Nodes with an integer value: what they have beside NumberBase, and how floating-point references
-// see them.
+// Nodes with an integer value: what they add to NumberBase, and how floating-point references read
+// them.
 #pragma once
 
 #include "genapi/nodes/numberbase.h"

@@ -222,7 +222,7 @@ CallbackHandleType Node::RegisterCallback(CNodeCallback* callback) {
     if (!callback)
         throw NODE_ERROR(InvalidArgumentException, *this)("The callback must not be NULL");
     if (!callbacks_) callbacks_ = std::make_unique<std::vector<std::shared_ptr<Callback>>>();
-    // The map owns the callback from here on, so that nothing fails after it.
+    // From push_back on the map owns the callback, so nothing after it may fail.
     callbacks_->reserve(callbacks_->size() + 1);
     callbacks_->push_back(std::make_shared<Callback>(*callback));
     map_.CountCallback();
@@ -230,7 +230,8 @@ CallbackHandleType Node::RegisterCallback(CNodeCallback* callback) {
 }
 
 bool Node::DeregisterCallback(CallbackHandleType handle) {
-    std::shared_ptr<Callback> removed;  // ends after the lock: its object may call into the map
+    std::shared_ptr<Callback>
+        removed;  // destroyed without the lock, as its object may call into the map
     const Entry entry(*this, "DeregisterCallback");
     if (!callbacks_) return false;
     const auto found =
@@ -363,7 +364,7 @@ const Presentation& Node::OwnPresentation() const {
 
 Presentation EffectivePresentation(const Node& node) {
     Presentation result = node.OwnPresentation();
-    // The chain was checked for cycles when the description was loaded.
+    // The loader has checked this chain for cycles.
     for (NodeId id = node.PresentationSource(); id != kNoNode;) {
         const Node& source = node.NodeAt(id);
         const Presentation& own = source.OwnPresentation();

@@ -1,9 +1,9 @@
 // What all nodes of a map share: the INode interface, access modes, caching state, callbacks.
 //
-// A node holds state only; what it is stands in the description. Nodes refer to one another by
-// number and reach one another through the map. Public operations lock the map (Entry) and then use
-// the operations below "inside", which assume the lock and check access themselves, so that a value
-// read through another node passes the same checks as one read directly.
+// A node holds only state; its properties stand in the description. Nodes refer to one another by
+// number and find one another through the map. Public operations lock the map (Entry) and then use
+// the operations below "Inside". Those expect the lock to be held and check access themselves, so a
+// value read through another node passes the same checks as one read directly.
 #pragma once
 
 #include <cstdint>
@@ -31,9 +31,9 @@ inline GENICAM_NAMESPACE::gcstring ToText(std::string_view text) {
 }
 
 struct ReadOptions {
-    bool verify = false;       // check range and error nodes, too
+    bool verify = false;       // also check range and error nodes
     bool ignoreCache = false;  // read the device, and leave nothing cached
-    bool refresh = false;      // read the device, but cache what it says
+    bool refresh = false;      // read the device and cache its answer
 
     bool LeavesNothing() const { return ignoreCache && !refresh; }
 };
@@ -87,7 +87,7 @@ class Node : public INode, public ISelector, public IUserData {
     UserData_t GetUserData() const override;
     UserData_t SetUserData(UserData_t userData) override;
 
-    // Inside: the lock of the map is held.
+    // Inside: the caller holds the lock of the map.
     NodeMap& Map() const { return map_; }
     NodeId Id() const { return id_; }
     const NodeRecord& Record() const;
@@ -95,14 +95,16 @@ class Node : public INode, public ISelector, public IUserData {
     std::string_view Name() const;
 
     EAccessMode AccessMode();
-    // Relaxed is what an unverified write goes by: locks and pIsAvailable do not count.
+    // relaxed: the mode for an unverified write, which ignores locks and pIsAvailable.
     EAccessMode AccessMode(bool relaxed);
 
-    // AccessException when the node is not implemented or not available: it has no limits then.
+    // AccessException if the node is not implemented or not available, because it then has no
+    // limits.
     void RequireAvailable();
 
-    // The value as an integer, with the limits that a reference to this node goes by. Nodes without
-    // a number throw LogicalErrorException; descriptions that ask for one do not load.
+    // The value as an integer, with the limits that apply to a reference to this node. Nodes
+    // without a number throw LogicalErrorException, but no description that loads asks them for
+    // one.
     virtual int64_t GetInt(ReadOptions options);
     virtual void SetInt(int64_t value, bool verify);
     virtual int64_t MinInt();
@@ -115,62 +117,64 @@ class Node : public INode, public ISelector, public IUserData {
     virtual double MaxFloat();
     virtual bool HasIncFloat();
     virtual double IncFloat();
-    // The value as a text, for String nodes over other nodes.
+    // The value as a text, for String nodes that refer to other nodes.
     virtual std::string GetText(ReadOptions options);
     virtual void SetText(const std::string& value, bool verify);
     virtual int64_t MaxTextLength();
-    // How the description shows the number; it shows none of a node without one.
+    // How the description displays the number; the default for nodes without a number.
     virtual const Presentation& OwnPresentation() const;
-    // The node whose presentation counts where this one says nothing, or kNoNode.
+    // The node whose presentation fills the gaps in this node's own, or kNoNode.
     virtual NodeId PresentationSource() const { return kNoNode; }
 
-    // Drops what the node has cached beside its value and access mode.
+    // Drops what the node caches in addition to its value and access mode.
     virtual void DropCaches() {}
-    // Whether Poll counts the node's time now.
+    // Whether the polling time of the node counts now.
     virtual bool IsPolled() const { return true; }
     bool IsPollingBlocked();
 
     Node& NodeAt(NodeId id) const;
-    // Null where none was ever registered.
+    // Null before the first registration.
     const std::vector<std::shared_ptr<Callback>>* Callbacks() const { return callbacks_.get(); }
 
   protected:
     // The mode that the value source allows: a constant, a node, a register.
     virtual EAccessMode SourceAccessMode(bool relaxed);
-    // What the parts of the node allow: the entries of an enumeration, the device behind a port.
+    // The mode that the parts of the node allow: the entries of an enumeration, the device behind a
+    // port.
     virtual EAccessMode PartsAccessMode();
-    // The mode that the description gives to the node itself, whatever the device says.
+    // The mode that the description gives to the node itself, whatever the device allows.
     virtual EAccessMode DeclaredAccessMode() const;
 
-    // AccessException when the node is not readable. For a node that others read; where it is the
-    // one that the application called, read says it at less cost.
+    // AccessException if the node is not readable. For nodes that other nodes read; RunRead reports
+    // it at less cost for the node that the application called.
     void RequireReadable();
     bool CanWrite(bool verify);
     void RequireWritable(bool verify);
-    // RuntimeException when one of the error nodes (pError) tells of an error.
+    // RuntimeException if one of the error nodes (pError) reports an error.
     void CheckErrorNodes();
 
     ECachingMode CachingMode() const { return static_cast<ECachingMode>(Record().caching); }
     bool IsValueCached() const;
-    // Whether the value need not be computed: it is cached, or the operation in progress computed
-    // it with these options. restsOnNodes: whether a verified read must verify nodes below, too.
+    // Whether the value is known: it is cached, or the operation in progress has already computed
+    // it with these options. restsOnNodes: whether a verified read must also verify nodes below.
     bool IsValueKnown(ReadOptions options, bool restsOnNodes = true) const;
     void NoteRead(ReadOptions options);
-    // Whether a value that is known needs no more checks in the operation in progress.
+    // Whether a known value needs no more checks in the operation in progress.
     bool IsVerified() const;
     void NoteVerified();
     void NoteWritten();
     void ForgetValue();
 
-    // Runs an operation that reads the value: lock, access mode, operation. That the node is not
-    // readable is said after the lock is released: applications that read all features meet many
-    // such nodes, and an exception costs by the frames and scopes that it leaves.
+    // Runs an operation that reads the value: lock, access mode, operation. "Not readable" is
+    // thrown after the lock is released: applications that read all features meet many such nodes,
+    // and an exception costs more the more frames and scopes it leaves.
     template <typename Operation>
     auto RunRead(const char* name, Operation operation);
 
-    // Runs an operation that changes the device, and with it the nodes of `changed`: lock,
-    // operation, callbacks inside the lock, and after the lock is released those outside. What
-    // needs memory comes before the operation, so that none is missing once the device has changed.
+    // Runs an operation that changes the device and with it the nodes of `changed`: lock,
+    // operation, callbacks inside the lock; then, without the lock, the callbacks outside. Memory
+    // is allocated before the operation, so that a shortage cannot appear once the device has
+    // changed.
     template <typename Operation>
     void RunChange(const char* name, const ChangeSet& changed, Operation operation);
 
@@ -181,7 +185,7 @@ class Node : public INode, public ISelector, public IUserData {
     EAccessMode ReadNodesAccessMode();
     EAccessMode ConditionalAccessMode(EAccessMode mode, bool relaxed);
     EAccessMode LockableAccessMode(EAccessMode mode);
-    // RW where the condition holds.
+    // RW if the condition holds, else `otherwise`.
     EAccessMode RequiredAccessMode(NodeId condition, EAccessMode otherwise);
     bool IsTrue(Node& condition);
     void FillFeatures(const std::vector<NodeId>& ids, FeatureList_t& features) const;
@@ -197,11 +201,11 @@ class Node : public INode, public ISelector, public IUserData {
     static constexpr uint8_t kNoImposedVisibility = 0xFF;
 };
 
-// How a node restricts one that reads it: NI, NA, or RW where it does not. Where its value counts,
-// a node that cannot be read is not available.
+// How a node restricts one that reads it: NI, NA, or RW for no restriction. If the reader needs its
+// value, a node that cannot be read counts as not available.
 EAccessMode Restriction(EAccessMode found, bool valueCounts);
 
-// ERepresentation and the like of a node, through the nodes below it where it says nothing itself.
+// Representation, unit and notation of a node; the nodes below fill the gaps in its own.
 Presentation EffectivePresentation(const Node& node);
 
 }  // namespace Engine

@@ -30,7 +30,7 @@ constexpr Maker MakerFor() {
             [](NodeMap& map, NodeId id, void* place) -> Node* { return new (place) T(map, id); }};
 }
 
-// Names every kind: the compiler complains of one that is missing.
+// No default: the compiler warns of a kind that is missing.
 Maker MakerOf(NodeKind kind) {
     switch (kind) {
         case NodeKind::Node:

@@ -1,4 +1,4 @@
-// From the kind of a node to the object that implements it.
+// Makes the object that implements a node, according to its kind.
 #pragma once
 
 #include <cstddef>
@@ -8,9 +8,9 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// Bytes that an object of that kind takes, rounded up so that the next one is aligned.
+// Size in bytes of an object of that kind, rounded up to the alignment of the next one.
 size_t NodeSize(NodeKind kind);
-// Makes the object at the given place; its destructor must be called.
+// Makes the object at the given place; the caller must call its destructor.
 Node* MakeNode(NodeMap& map, NodeId id, void* place);
 
 }  // namespace Engine

@@ -17,8 +17,8 @@ using GENICAM_NAMESPACE::gcstring;
 
 namespace {
 
-// Sets that come from one description. Many nodes may share one, which counts once: all of them
-// together may hold much more than there is memory for.
+// Change sets of one description. Many nodes may share a set, which is merged once: without that,
+// they could need much more memory than there is.
 ChangeSet UnionOf(std::vector<const ChangeSet*> sets) {
     std::sort(sets.begin(), sets.end());
     sets.erase(std::unique(sets.begin(), sets.end()), sets.end());
@@ -116,7 +116,7 @@ void NodeMap::ForgetWritten() {
         for (const NodeId id : written_)
             sets.push_back(&InvalidatedBy(*description_, id));
         Invalidate(UnionOf(std::move(sets)));
-    } catch (const std::bad_alloc&) {  // there is no memory to tell what has changed
+    } catch (const std::bad_alloc&) {  // no memory for the set of changed nodes
         InvalidateAll();
         written_.clear();
     }
@@ -195,7 +195,7 @@ void NodeMap::Poll(int64_t elapsedTime) {
             Node& node = *nodes_[polled.node];
             if (!node.IsPolled()) continue;
             const int64_t period = node.Record().pollingTime;
-            // Counted only as far as it matters.
+            // Limited, so that the sum does not overflow.
             polled.elapsed += std::min(elapsedTime, period + 1);
             if (polled.elapsed < period || node.IsPollingBlocked()) continue;
             polled.elapsed = 0;
@@ -219,9 +219,9 @@ bool NodeMap::ParseSwissKnifes(GENICAM_NAMESPACE::gcstring_vector* errors) const
         const FormulaData& data = description_->Tables().formulas[i];
         const NodeKind kind = description_->Record(data.node).kind;
         if (kind == NodeKind::Converter || kind == NodeKind::IntConverter)
-            continue;  // the nodes that stand for its halves have the same formulas
+            continue;  // the nodes of its halves have the same formulas
         const CompiledFormula& compiled = ProgramOf(*description_, i);
-        // The node of an expression tells of its own faults.
+        // The node of an expression reports its own faults.
         if (compiled.error.empty() || compiled.faulty != data.node) continue;
         good = false;
         if (!errors) continue;

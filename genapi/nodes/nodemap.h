@@ -1,4 +1,4 @@
-// A node map: the state of one camera over a description that it may share with other maps.
+// A node map: the state of one camera over a description, which other maps may share.
 //
 //   Description (constant, shared)          NodeMap (one per camera)
 //   records, tables, links       <------    nodes (objects in one arena, by NodeId)
@@ -34,7 +34,7 @@ class Entry;
 
 class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, public IUserData {
   public:
-    // With a lock of the caller's, or its own where none is given.
+    // Uses the caller's lock, or a lock of its own if there is none.
     NodeMap(std::shared_ptr<const Description> description, const GENICAM_NAMESPACE::gcstring& name,
             CLock* lock);
     virtual ~NodeMap();
@@ -71,18 +71,18 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     UserData_t GetUserData() const override;
     UserData_t SetUserData(UserData_t userData) override;
 
-    // Inside: for the nodes, with the lock held.
+    // Inside: for the nodes, while they hold the lock.
     const Description& CameraDescription() const { return *description_; }
     size_t NodeCount() const { return nodes_.size(); }
     Node& NodeAt(NodeId id) const { return *nodes_[id]; }
     RegisterCache& Registers() { return registers_; }
-    // The innermost call from outside.
+    // The innermost call of the application.
     const Call& CurrentCall() const { return call_; }
 
-    // Cached access modes, or why there is none: it is not known, being computed, or could not be
-    // computed. The latter stays so until the node is invalidated, or read past its cache: then it
-    // is forgotten when the operation in progress ends, as is a mode with kPassingAccess. Read
-    // without the lock, too.
+    // Cached access modes, or the reason why there is none: unknown, being computed, or failed. A
+    // failed mode stays until the node is invalidated or read past its cache. In the latter case it
+    // is forgotten when the operation in progress ends, and so is a mode with kPassingAccess. May
+    // be read without the lock.
     static constexpr uint8_t kUnknownAccess = 0xFF;
     static constexpr uint8_t kComputingAccess = 0xFE;
     static constexpr uint8_t kFailedAccess = 0xFD;
@@ -93,50 +93,49 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
         return access_[id].load(order);
     }
     void SetAccess(NodeId id, uint8_t mode) { access_[id].store(mode, std::memory_order_release); }
-    // The node was read past its cache.
+    // Call it when a node is read past its cache.
     void RetryAccess(NodeId id);
 
-    // Whether the access mode being computed rests on a value that may not be cached.
+    // Whether the access mode being computed depends on a value that must not be cached.
     bool AccessIsVolatile() const { return accessIsVolatile_; }
-    // Gives what it was before.
+    // Returns the former state.
     bool SetAccessVolatile(bool isVolatile) { return std::exchange(accessIsVolatile_, isVolatile); }
 
-    // What a node's own cache holds, as bits.
+    // What a node has cached, as bits.
     enum Flag : uint8_t {
         kValueCached = 1,   // the value is cached
-        kKeep = 2,          // ... and stays so in the change that is being made
-        kAddressKnown = 4,  // a register's address and length are
+        kKeep = 2,          // ... and survives the change in progress
+        kAddressKnown = 4,  // a register's address and length are cached
         kActive = 8,        // a command runs, or an enumeration waits for its entry to clear
-        // of the operation in progress only:
+        // for the operation in progress only:
         kSeen = 16,      // the value was computed
-        kFresh = 32,     // ... from what the device says
+        kFresh = 32,     // ... from the device
         kVerified = 64,  // ... and range and error nodes were checked
     };
     uint8_t Flags(NodeId id) const { return flags_[id]; }
     void SetFlags(NodeId id, unsigned flags) { flags_[id] |= static_cast<uint8_t>(flags); }
     void ClearFlags(NodeId id, unsigned flags) { flags_[id] &= static_cast<uint8_t>(~flags); }
 
-    // Lets the value or access mode that a node has now be forgotten when the operation in progress
-    // writes something or ends.
+    // Forgets the present value or access mode of the node at the next write of the operation in
+    // progress, or at its end.
     void LetPass(NodeId id) { passing_.push_back(id); }
-    // Counts work of the operation in progress; a unit is the evaluation of a node.
-    // RuntimeException when that is more than a camera can need, so that no description makes an
-    // operation hang.
+    // Counts work of the operation in progress, in evaluations of a node. RuntimeException for more
+    // work than any camera needs, so that no description hangs an operation.
     void Spend(size_t work, const Node& node) {
         if ((work_ += work) > kMaxWork) ThrowTooMuchWork(node);
     }
 
-    // The node's value was written and is what its cache holds; the change in progress keeps it.
+    // The node's cache holds the value just written; it survives the change in progress.
     void Keep(NodeId id);
-    // Drops what a change made invalid, but for the values that were kept.
+    // Drops what a change made invalid, except for the kept values.
     void Invalidate(const ChangeSet& nodes);
     void InvalidateAll();
-    // The node's value is being written; where the operation fails after that, it is not known.
+    // Call before the device is written: if the operation fails after that, the value is unknown.
     void BeginWrite(NodeId id) {
         written_.push_back(id);
         ForgetPassing();
     }
-    // Drops what an operation that failed half way may have changed.
+    // Drops what a failed operation may have changed.
     void ForgetWritten();
 
     bool HasCallbacks() const { return callbackCount_ > 0; }
@@ -176,7 +175,7 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     RegisterCache registers_;
     std::vector<Polled> polled_;
     std::vector<NodeId> written_;  // by the operation in progress; some of them are kept
-    std::vector<NodeId> passing_;  // what passes with the operation in progress
+    std::vector<NodeId> passing_;  // forgotten with the operation in progress
     std::unordered_map<NodeId, UserData_t> nodeUserData_;
     UserData_t userData_ = nullptr;
     Call call_;
@@ -186,9 +185,9 @@ class NodeMap final : public INodeMap, public IDeviceInfo, public IDestroy, publ
     bool accessIsVolatile_ = false;
 };
 
-// A call into the map from outside: holds the lock, and starts its count of work. What it computes
-// and may not be cached is computed once, unless it writes in between. A call from a callback or a
-// port, inside another one, is an operation of its own.
+// A call of the application into the map: holds the lock and starts a new count of work. Values
+// that must not be cached are still computed only once, unless the operation writes in between. A
+// call from a callback or a port inside another call is an operation of its own.
 class Operation {
   public:
     explicit Operation(NodeMap& map)
@@ -208,7 +207,7 @@ class Operation {
     const size_t outerWork_;
 };
 
-// An operation of a node, known by name for the texts of exceptions.
+// An operation of a node, with its name for the texts of exceptions.
 class Entry {
   public:
     Entry(const Node& node, const char* operation)
@@ -225,9 +224,9 @@ class Entry {
     const Call outer_;
 };
 
-// One step of a value, limit or access mode that is computed from other nodes. RuntimeException
-// when the steps nest too deeply, so that a long chain of nodes cannot exhaust the stack, and when
-// there are too many of them.
+// One step in the computation of a value, limit or access mode from other nodes. RuntimeException
+// if the steps nest too deeply, so that a long chain of nodes cannot exhaust the stack, or if there
+// are too many of them.
 class Nesting {
   public:
     explicit Nesting(const Node& node);
@@ -239,11 +238,11 @@ class Nesting {
     NodeMap& map_;
 };
 
-// A new map, which lives until Destroy. The lock, where one is given, must outlive it.
+// A new map, which lives until Destroy. The caller's lock, if any, must outlive it.
 INodeMap* MakeNodeMap(std::shared_ptr<const Description> description,
                       const GENICAM_NAMESPACE::gcstring& deviceName, CLock* lock = nullptr);
 
-// Inlined, so that its exception passes no frame but that of the operation called.
+// Inlined, so that its exception leaves no frame but the called operation.
 template <typename Operation>
 [[gnu::always_inline]] inline auto Node::RunRead(const char* name, Operation operation) {
     {

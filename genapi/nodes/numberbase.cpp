@@ -53,7 +53,7 @@ void NumberBase<Number>::WriteNumber(Number value, bool verify) {
     if (verify) CheckErrorNodes();
 }
 
-// A limit is a number, also where a description or a formula says infinity.
+// Limits are finite, even if a description or a formula gives infinity.
 template <typename Number>
 Number NumberBase<Number>::Lowest() {
     const Number own = std::clamp(OwnMin(), Numbers::kLowest, Numbers::kHighest);
@@ -76,7 +76,7 @@ void NumberBase<Number>::FromString(const gcstring& text, bool verify) {
     RunChange("FromString", ChangedByWriteTo(CameraDescription(), Id()), [&] {
         Number value = 0;
         if (!Parse({text.c_str(), text.length()}, value)) {
-            RequireWritable(verify);  // comes first, but is not asked twice
+            RequireWritable(verify);  // its failure precedes this one
             throw NODE_ERROR(InvalidArgumentException, *this)(
                 "Node '%s' : cannot convert string '%s' to %s.", Name().data(), text.c_str(),
                 Numbers::kName);

@@ -1,6 +1,6 @@
 // What all nodes with a number as their value share: access checks, caching, limits, and the
-// operations that IInteger and IFloat have in common. IntegerBase and FloatBase add what differs
-// between them. A kind says where its value and limits come from.
+// operations common to IInteger and IFloat. IntegerBase and FloatBase add the differences. The
+// class of each kind provides the value and the limits.
 #pragma once
 
 #include <memory>
@@ -43,14 +43,15 @@ class NumberBase : public Node, public NumberOf<Number>::Interface {
     virtual void WriteValue(Number value, bool verify) = 0;
     virtual Number OwnMin() = 0;
     virtual Number OwnMax() = 0;
-    // Whether the value moves in steps, and how far a step is. Integers always do.
+    // Whether the value moves in steps, and their size. Integers always have steps.
     virtual bool HasOwnInc() { return std::is_integral_v<Number>; }
     virtual Number OwnInc() { return 1; }
-    // The values that the description lists, sorted; none where any within the limits will do.
+    // The values that the description lists, sorted; empty if any value within the limits is valid.
     virtual Slice<int64_t> ValidValues() { return {}; }
-    // Whether a verified read must verify the nodes below, too.
+    // Whether a verified read must also verify the nodes below.
     virtual bool RestsOnNodes() const { return true; }
-    // Whether a read past the cache leaves what it found in it, instead of nothing.
+    // Whether a read past the cache leaves the value that it found in the cache, instead of
+    // nothing.
     virtual bool RefreshesCache() const { return false; }
 
     // OutOfRangeException for a value that the limits or the increment forbid.
@@ -65,7 +66,7 @@ class NumberBase : public Node, public NumberOf<Number>::Interface {
     // The limits of the node and of the application.
     Number Lowest();
     Number Highest();
-    // How the number is shown, with a choice where the description makes none.
+    // How to display the number; fills the gaps in the description with defaults.
     Presentation Shown() const;
     GENICAM_NAMESPACE::gcstring Unit() const;
 

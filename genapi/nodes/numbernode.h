@@ -1,4 +1,5 @@
-// Integer and Float: a stored number, another node's value, or one of several picked by an index.
+// Integer and Float: a stored number, the value of another node, or one of several picked by an
+// index.
 #pragma once
 
 #include "genapi/nodes/family.h"

@@ -1,6 +1,5 @@
-// The two kinds of numbers by one set of names, for code that serves Integer and Float nodes alike:
-// their interface and tables, how they are read from and written to any node with a number, and
-// their limits.
+// One set of names for both types of numbers, for code that serves Integer and Float nodes alike:
+// their interface and tables, access to the number of any node, and limits.
 #pragma once
 
 #include <GenApi/IFloat.h>
@@ -26,7 +25,7 @@ struct NumberOf<int64_t> {
     }
     static int64_t Read(Node& node, ReadOptions options) { return node.GetInt(options); }
     static void Write(Node& node, int64_t value, bool verify) { node.SetInt(value, verify); }
-    // AccessException where the node has no limits because it is not available.
+    // AccessException if the node is not available and thus has no limits.
     static int64_t Min(Node& node) { return node.RequireAvailable(), node.MinInt(); }
     static int64_t Max(Node& node) { return node.RequireAvailable(), node.MaxInt(); }
     static int64_t Inc(Node& node) { return node.IncInt(); }

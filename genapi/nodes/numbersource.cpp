@@ -111,7 +111,7 @@ EAccessMode NumberSource<T>::AccessMode(bool relaxed) {
     const Setting<T>& picked = *Pick().setting;
     EAccessMode mode = picked.IsNode() ? owner_.NodeAt(picked.node).AccessMode(relaxed) : RW;
     for (const NodeId copy : Copies()) {
-        // A value that cannot be written to all of its places is only read.
+        // A value is read-only if one of its places cannot be written.
         const EAccessMode found = owner_.NodeAt(copy).AccessMode(relaxed);
         if (!IsAvailable(found) || !IsWritable(found))
             mode = Combine(mode, IsAvailable(found) ? RO : found);

@@ -1,5 +1,5 @@
 // Where the value and limits of an Integer or Float come from: Value, pValue with copies, or pIndex
-// with one constant or node for each index.
+// with a constant or node for each index.
 #pragma once
 
 #include <memory>
@@ -16,7 +16,7 @@ class NumberSource {
     NumberSource(Node& owner, const NumberData<T>& data) : owner_(owner), data_(data) {}
 
     const NumberData<T>& Data() const { return data_; }
-    // Whether the value comes from another node, so that there is something to cache.
+    // Whether another node provides the value, so that there is something to cache.
     bool IsNode() const { return data_.value.IsNode() || data_.index != kNoNode; }
 
     T Read(ReadOptions options);
@@ -28,7 +28,7 @@ class NumberSource {
     EAccessMode AccessMode(bool relaxed);
 
   private:
-    // The constant or node that counts now; slot is the place of a constant in constants_.
+    // The constant or node in effect; slot is the index of a constant in constants_.
     struct Picked {
         const Setting<T>* setting;
         size_t slot;
@@ -40,7 +40,7 @@ class NumberSource {
 
     Node& owner_;
     const NumberData<T>& data_;
-    // Constants that were written, by slot; made with the first write.
+    // Written constants, by slot; allocated at the first write.
     std::unique_ptr<std::vector<T>> constants_;
 };
 

@@ -1,5 +1,5 @@
 // Nodes without a value of their own: Node, Category, and the legacy kinds of IEEE 1394 cameras,
-// which load but are not implemented.
+// which load but report "not implemented".
 #pragma once
 
 #include <GenApi/ICategory.h>

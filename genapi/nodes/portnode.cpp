@@ -16,7 +16,7 @@ bool PortNode::IsChunkPort() const {
 
 EAccessMode PortNode::PartsAccessMode() {
     if (port_) return port_->GetAccessMode();
-    // A chunk port is there once its chunk has come.
+    // A chunk port is not available before its chunk has arrived.
     if (data_.chunkIdNode == kNoNode) return IsChunkPort() ? NA : NI;
     Node& source = NodeAt(data_.chunkIdNode);
     const EAccessMode mode = Restriction(source.AccessMode(), true);
@@ -49,7 +49,7 @@ void PortNode::Write(const void* buffer, int64_t address, int64_t length) {
 
 void PortNode::SetPortImpl(IPort* port) {
     RunChange("SetPortImpl", InvalidatedBy(CameraDescription(), Id()), [&] { port_ = port; });
-    // A port that wants to invalidate this node must know it.
+    // A port needs this node in order to invalidate it.
     if (auto* construct = dynamic_cast<IPortConstruct*>(port)) construct->SetPortImpl(this);
 }
 

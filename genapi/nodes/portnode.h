@@ -1,5 +1,5 @@
-// Port: where registers meet the device, which the application, an event adapter or a chunk adapter
-// connects.
+// Port: connects registers to the device, which is a port of the application, of an event adapter
+// or of a chunk adapter.
 #pragma once
 
 #include <GenApi/IChunkPort.h>
@@ -21,7 +21,7 @@ class PortNode final : public Node, public IPortConstruct, public IChunkPort, pu
     // IPort: reads and writes the device behind the port.
     void Read(void* buffer, int64_t address, int64_t length) override;
     void Write(const void* buffer, int64_t address, int64_t length) override;
-    // IPortConstruct: connects, replaces, or with null disconnects the device.
+    // IPortConstruct: connects or replaces the device; null disconnects it.
     void SetPortImpl(IPort* port) override;
     EYesNo GetSwapEndianess() override;
     // IChunkPort
@@ -32,9 +32,9 @@ class PortNode final : public Node, public IPortConstruct, public IChunkPort, pu
     void StartRecording(IPortWriteList* list) override;
     void StopRecording() override;
 
-    // Whether it is a port of chunk data, whose addresses may count from the end.
+    // Whether this is a port of chunk data, whose addresses may count from the end.
     bool IsChunkPort() const;
-    // Inside: the lock is held. AccessException while nothing is connected.
+    // Inside: the caller holds the lock. AccessException while nothing is connected.
     void ReadDevice(void* buffer, int64_t address, int64_t length);
     void WriteDevice(const void* buffer, int64_t address, int64_t length);
 
@@ -42,11 +42,11 @@ class PortNode final : public Node, public IPortConstruct, public IChunkPort, pu
     EAccessMode PartsAccessMode() override;
 
   private:
-    // Fixed, or the value of another node.
+    // A constant, or the value of another node.
     GENICAM_NAMESPACE::gcstring ChunkId() const;
 
     const PortData& data_;
-    IPort* port_ = nullptr;  // the application's, until it connects another one
+    IPort* port_ = nullptr;  // not owned
     IPortWriteList* recording_ = nullptr;
 };
 

@@ -34,7 +34,7 @@ std::string Joined(const Description& description, const std::vector<NodeId>& id
     return text;
 }
 
-// Properties that every node has, whether its description says so or not.
+// Properties of every node, whether or not the description has them.
 struct General {
     const char* name;
     std::string (*value)(const Node& node);
@@ -57,14 +57,14 @@ const General kGeneral[] = {
     {"ExposeStatic", [](const Node& n) { return std::string(YesNo(n.Record().exposeStatic)); }},
 };
 
-// The halves of a converter keep apart which of its formulas they have.
+// The name tells the formula of one half of a converter from that of the other.
 const char* ShownName(NodeKind kind, Element element) {
     const bool isHalf = kind == NodeKind::SwissKnife || kind == NodeKind::IntSwissKnife;
     const bool isFormula = element == Element::FormulaTo || element == Element::FormulaFrom;
     return NameOf(isHalf && isFormula ? Element::Formula : element);
 }
 
-// Numbers are shown as such, not as they were written.
+// Numbers are formatted anew, whatever their notation in the description.
 std::string ShownValue(const Node& node, const Property& property) {
     const Description& description = node.CameraDescription();
     if (IsLink(property.element)) return std::string(description.Name(property.Target()));
@@ -79,7 +79,7 @@ std::string ShownValue(const Node& node, const Property& property) {
     return shown.data();
 }
 
-// Links that are computed; a node has them only when there is something to tell.
+// Computed links; a node has such a property only if the list is not empty.
 struct Computed {
     const char* name;
     ELinkType link;

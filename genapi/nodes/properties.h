@@ -1,4 +1,4 @@
-// INode::GetPropertyNames and GetProperty: what the description says of a node, as texts.
+// INode::GetPropertyNames and GetProperty: the description of a node, as texts.
 #pragma once
 
 #include <string_view>
@@ -12,8 +12,8 @@ namespace Engine {
 
 // Appends the names.
 void PropertyNames(const Node& node, GENICAM_NAMESPACE::gcstring_vector& names);
-// False when the node has no such property. Values and attributes of a property that occurs several
-// times are joined by tabs.
+// False when the node has no such property. Tabs separate the values, and the attributes, of a
+// property that occurs several times.
 bool PropertyOf(const Node& node, std::string_view name, GENICAM_NAMESPACE::gcstring& value,
                 GENICAM_NAMESPACE::gcstring& attribute);
 

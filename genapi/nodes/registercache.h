@@ -1,5 +1,5 @@
-// Contents of registers as they were last seen. Nodes over the same port, address and length share
-// one slot, so that what one of them writes into the register the others do not undo.
+// The last known contents of registers. Nodes over the same port, address and length share a slot,
+// so that no node undoes what another one writes into the register.
 #pragma once
 
 #include <cstdint>
@@ -17,20 +17,20 @@ class RegisterCache {
     using Slot = uint32_t;
     static constexpr Slot kNoSlot = 0xFFFFFFFF;
 
-    // The slot of a register. kNoSlot for one that is not worth caching, and when a register with a
-    // moving address has filled the cache.
+    // The slot of a register. kNoSlot for one that is too long to cache, and after a register with
+    // a moving address has filled the cache.
     Slot SlotOf(NodeId port, int64_t address, int64_t length);
 
-    // The content, or null where it is not known.
+    // The content, or null if it is unknown.
     const uint8_t* Find(Slot slot) const;
-    // Remembers bytes that are the beginning of the register; all of it when length is the
-    // register's. A part is taken over only into a known content.
+    // Remembers the first bytes of the register. They may be fewer than the register's only if its
+    // content is known.
     void Store(Slot slot, const uint8_t* bytes, size_t length);
     void Drop(Slot slot);
     void DropAll() { ++epoch_; }
 
   private:
-    static constexpr int64_t kMaxLength = 1 << 20;  // larger ones are read where they are
+    static constexpr int64_t kMaxLength = 1 << 20;  // longer registers are not cached
     static constexpr size_t kMaxSlots = 1 << 16;    // a moving address must not fill memory
 
     struct Key {
@@ -47,7 +47,7 @@ class RegisterCache {
     struct Content {
         std::unique_ptr<uint8_t[]> bytes;
         uint32_t length = 0;
-        uint32_t epoch = 0;  // known while it is the cache's
+        uint32_t epoch = 0;  // the content is known while this equals the cache's epoch
     };
 
     std::unordered_map<Key, Slot, Hash> slots_;

@@ -12,7 +12,7 @@ namespace {
 // No camera has a register of this size; a description that claims one must not exhaust memory.
 constexpr int64_t kMaxRegisterLength = int64_t{1} << 28;
 
-// 0 for a register that holds no number.
+// 0 for a register that does not hold a number.
 int64_t MinNumberLength(NodeKind kind) {
     switch (kind) {
         case NodeKind::IntReg:
@@ -40,7 +40,7 @@ PortNode& RegisterCore::PortFor(const char* operation) const {
     return *device;
 }
 
-// Over a node that is no port a register shows its own mode, though no operation on it succeeds.
+// A register whose pPort is not a port shows its own mode, though every operation on it fails.
 EAccessMode RegisterCore::AccessMode() const {
     const auto own = static_cast<EAccessMode>(data_.accessMode);
     PortNode* const device = Port();
@@ -68,7 +68,7 @@ int64_t RegisterCore::Length() {
 }
 
 int64_t RegisterCore::Address() {
-    // Unsigned, because sums may wrap.
+    // Unsigned, because sums may wrap around.
     uint64_t sum = static_cast<uint64_t>(data_.constantAddress);
     const auto parts =
         NodeTables::SliceOf(owner_.CameraDescription().Tables().addressParts, data_.address);
@@ -88,7 +88,7 @@ void RegisterCore::VerifyAddress() {
             if (setting->IsNode()) owner_.NodeAt(setting->node).GetInt({true, false});
 }
 
-// In chunk data a negative address counts from the end: there are the trailers.
+// A negative address in chunk data counts from the end, where the trailers are.
 int64_t RegisterCore::FromEnd(int64_t address) {
     PortNode* const device = Port();
     if (address >= 0 || !device || !device->IsChunkPort()) return address;

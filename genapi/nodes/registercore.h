@@ -1,4 +1,4 @@
-// The register part of a node: where it lies, and its bytes, read through the map's cache.
+// The register of a node: its place, and its bytes, read through the map's cache.
 #pragma once
 
 #include <cstdint>
@@ -20,25 +20,25 @@ class RegisterCore {
 
     const RegisterData& Data() const { return data_; }
 
-    // The sum of all address parts, and the length. OutOfRangeException for a number of a length
-    // that numbers do not have.
+    // The sum of all address parts, and the length. OutOfRangeException for a length that numbers
+    // do not have.
     int64_t Address();
     int64_t Length();
-    // The same, where a negative address is found as long as the port can be read.
+    // The address, with a negative one resolved if the port can be read.
     int64_t ResolvedAddress();
     // RuntimeException for a length that no register has.
     size_t ByteCount();
 
-    // Checks the ranges of the nodes that the address comes from.
+    // Checks the ranges of the nodes that provide the address.
     void VerifyAddress();
 
-    // The first bytes of the register, from the cache where that is allowed and possible.
+    // The first bytes of the register, from the cache if allowed and possible.
     void Read(uint8_t* bytes, size_t count, ReadOptions options);
     std::vector<uint8_t> Read(ReadOptions options);
-    // Writes the first bytes to the device and brings the cache up to date.
+    // Writes the first bytes to the device and updates the cache.
     void Write(const uint8_t* bytes, size_t count);
 
-    // The register was touched by a change elsewhere.
+    // Call it when a change elsewhere affects the register.
     void DropCaches();
     EAccessMode AccessMode() const;
 
@@ -46,9 +46,9 @@ class RegisterCore {
     void Locate();
     int64_t FromEnd(int64_t address);
     bool MayKeepAddress() const;
-    // The port, or null where pPort names another kind of node.
+    // The port, or null if pPort names a node of another kind.
     PortNode* Port() const;
-    // AccessException where there is no port.
+    // AccessException if there is no port.
     PortNode& PortFor(const char* operation) const;
     int64_t Step(const AddressPart& part);
 

@@ -14,7 +14,7 @@ using GENICAM_NAMESPACE::gcstring;
 namespace {
 
 void ReverseIf(bool bigEndian, uint8_t* bytes, size_t count) {
-    // Little endian is how BitField and the numbers below put bytes together.
+    // BitField and the numbers below assemble bytes in little-endian order.
     if (bigEndian) std::reverse(bytes, bytes + count);
 }
 
@@ -38,7 +38,7 @@ void IntRegNode::WriteValue(int64_t value, bool verify) {
     uint8_t bytes[kMaxNumberLength] = {};
     uint64_t content = 0;
     if (!bits.IsWhole()) {
-        // The neighbours of the field keep their bits.
+        // The bits beside the field must keep their values, so they are read first.
         if (!IsReadable(AccessMode()))
             throw NODE_ERROR(AccessException, *this)("Node is not readable");
         register_.Read(bytes, count, {});
@@ -104,7 +104,7 @@ std::string StringRegNode::ReadValue(ReadOptions options) {
 }
 
 void StringRegNode::WriteValue(const std::string& value, bool) {
-    // What the text does not fill is zeros.
+    // Zeros follow the text.
     std::vector<uint8_t> bytes(register_.ByteCount());
     std::copy_n(value.begin(), std::min(value.size(), bytes.size()), bytes.begin());
     register_.Write(bytes.data(), bytes.size());

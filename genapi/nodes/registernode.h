@@ -51,7 +51,7 @@ class StringRegNode final : public WithRegister<StringBase> {
     int64_t MaxLength() override { return register_.Length(); }
 };
 
-// What Register has beside the bytes: their hexadecimal text.
+// What Register adds to the bytes: their hexadecimal text.
 class BytesBase : public Node {
   public:
     using Node::Node;

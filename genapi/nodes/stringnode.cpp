@@ -12,7 +12,7 @@ using GENICAM_NAMESPACE::gcstring;
 
 namespace {
 
-// Longest text that a String without a register takes.
+// The longest text of a String without a register.
 constexpr int64_t kMaxConstantLength = 0x3FFFFFFC;
 
 }  // namespace
@@ -67,7 +67,7 @@ gcstring StringBase::GetValue(bool verify, bool ignoreCache) {
 
 int64_t StringBase::GetMaxLength(bool) {
     const Entry entry(*this, "GetMaxLength");
-    // What cannot be written does not get longer than it is.
+    // A text that cannot be written is at most as long as it is now.
     if (!IsWritable(AccessMode())) return static_cast<int64_t>(PresentText().size());
     return MaxLength();
 }

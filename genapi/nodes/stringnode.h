@@ -1,4 +1,4 @@
-// Nodes with a text as their value: what they share, and String itself.
+// Nodes with a text as their value: their common base, and String itself.
 #pragma once
 
 #include <memory>
@@ -19,7 +19,7 @@ class StringBase : public Node, public IString {
     INode* GetNode() override { return this; }
     GENICAM_NAMESPACE::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GENICAM_NAMESPACE::gcstring& text, bool verify = true) override;
-    // Texts are cached by their registers only.
+    // Only the registers of texts are cached.
     bool IsValueCacheValid() const override { return false; }
     void SetValue(const GENICAM_NAMESPACE::gcstring& value, bool verify = true) override;
     IString& operator=(const GENICAM_NAMESPACE::gcstring& value) override;
@@ -36,7 +36,7 @@ class StringBase : public Node, public IString {
     virtual std::string ReadValue(ReadOptions options) = 0;
     virtual void WriteValue(const std::string& value, bool verify) = 0;
     virtual int64_t MaxLength() = 0;
-    // For its length, where that is all that fits.
+    // The present text, for its length if it cannot be written.
     virtual std::string PresentText() { return GetText({}); }
     std::string ReadableText(ReadOptions options);
 };
@@ -52,13 +52,13 @@ class StringNode final : public StringBase {
     std::string ReadValue(ReadOptions options) override;
     void WriteValue(const std::string& value, bool verify) override;
     int64_t MaxLength() override;
-    // Whether it can be read is up to the node below.
+    // The node below decides whether the text can be read.
     std::string PresentText() override { return ReadableText({}); }
     EAccessMode SourceAccessMode(bool relaxed) override;
 
   private:
     const StringData& data_;
-    std::unique_ptr<std::string> constant_;  // once it was written
+    std::unique_ptr<std::string> constant_;  // after a write
 };
 
 }  // namespace Engine

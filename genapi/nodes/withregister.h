@@ -1,4 +1,4 @@
-// A node that lies in a register: its kind's interface plus IRegister.
+// A node that lies in a register: the interface of its kind and IRegister.
 #pragma once
 
 #include <GenApi/IRegister.h>
