@@ -1,4 +1,5 @@
-// Numbers in messages and buffers, wherever they lie and whatever the byte order of the machine.
+// Reads numbers in messages and buffers, at any alignment and whatever the byte order of the
+// machine.
 #pragma once
 
 #include <cstdint>

@@ -38,7 +38,7 @@ CChunkAdapter::CChunkAdapter(CUnattached, int64_t MaxChunkCacheSize)
       m_pNodeMap(nullptr),
       m_HasBuffer(false) {}
 
-// An exception of AttachNodeMap finds a complete object, which the destructor clears away.
+// Delegates, so that the destructor cleans up if AttachNodeMap throws.
 CChunkAdapter::CChunkAdapter(INodeMap* pNodeMap, int64_t MaxChunkCacheSize)
     : CChunkAdapter(CUnattached(), MaxChunkCacheSize) {
     CChunkAdapter::AttachNodeMap(pNodeMap);
@@ -63,7 +63,7 @@ void CChunkAdapter::DetachNodeMap() {
     Engine::DeletePorts(*m_ppChunkPorts);
 }
 
-// Callbacks may detach the map, so nothing of the adapter is used after the first of them.
+// Callbacks may detach the map, so the code after the first callback must not use the adapter.
 template <class Change>
 void CChunkAdapter::ChangePorts(Change change) {
     if (m_pNodeMap == nullptr) return;

@@ -9,7 +9,7 @@
 namespace GENAPI_NAMESPACE {
 namespace {
 
-// The id is the value of another node, so it may change, and may not be there yet.
+// Whether the id is the value of another node, which may change or may not be readable yet.
 bool HasVariableId(INode* node) {
     GENICAM_NAMESPACE::gcstring value, attribute;
     return node->GetProperty("pChunkID", value, attribute);
@@ -37,7 +37,7 @@ CChunkPort::~CChunkPort() {
     try {
         Disconnect();
     } catch (...) {
-        // A destructor must not throw, and the node is disconnected all the same.
+        // A destructor must not throw; the node is disconnected in any case.
     }
 }
 

@@ -10,7 +10,7 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// One chunk; the id as HexId makes it.
+// One chunk, with its id in the form of HexId.
 struct Chunk {
     std::string id;
     int64_t offset;
@@ -19,12 +19,12 @@ struct Chunk {
 
 enum class ByteOrder { kBig, kLittle };
 
-// The chunks of a buffer in which each is followed by its id and length, from the last to the
-// first. False, with some of them or none, unless they fill the buffer exactly; empty chunks, and
-// more than 65536, are noise. The buffer is what a device sent.
+// Finds the chunks of a buffer in which its id and length follow each chunk, from the last to the
+// first. False, with some or none of them, unless the chunks fill the buffer exactly; empty chunks,
+// and more than 65536, count as noise. The buffer comes from a device.
 bool FindTrailedChunks(const uint8_t* buffer, int64_t length, ByteOrder order,
                        std::vector<Chunk>& chunks);
-// The same with a RuntimeException instead of false.
+// The same, but throws a RuntimeException instead of returning false.
 std::vector<Chunk> TrailedChunks(const uint8_t* buffer, int64_t length, ByteOrder order);
 
 }  // namespace Engine

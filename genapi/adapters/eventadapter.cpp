@@ -10,7 +10,7 @@
 namespace GENAPI_NAMESPACE {
 namespace {
 
-// One for each node with an EventID, those of ports first.
+// One port for each node with an EventID, those of port nodes first.
 std::vector<CEventPort*> MakeEventPorts(const INodeMap& nodeMap) {
     NodeList_t nodes;
     nodeMap.GetNodes(nodes);
@@ -27,7 +27,7 @@ std::vector<CEventPort*> MakeEventPorts(const INodeMap& nodeMap) {
 
 CEventAdapter::CEventAdapter(CUnattached) : m_ppEventPorts(new std::vector<CEventPort*>) {}
 
-// An exception of AttachNodeMap finds a complete object, which the destructor clears away.
+// Delegates, so that the destructor cleans up if AttachNodeMap throws.
 CEventAdapter::CEventAdapter(INodeMap* pNodeMap) : CEventAdapter(CUnattached()) {
     CEventAdapter::AttachNodeMap(pNodeMap);
 }
@@ -50,7 +50,7 @@ void CEventAdapter::DetachNodeMap() {
 
 void CEventAdapter::DeliverEvent(const std::string& EventID, const uint8_t* pData,
                                  uint32_t Length) {
-    // By index: callbacks may detach the map.
+    // By index, because callbacks may detach the map.
     for (size_t i = 0; i < m_ppEventPorts->size(); ++i) {
         CEventPort* pPort = (*m_ppEventPorts)[i];
         if (pPort->CheckEventID(EventID)) pPort->AttachEvent(pData, Length);

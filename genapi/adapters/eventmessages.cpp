@@ -29,7 +29,7 @@ EventItem ItemAt(const uint8_t* item, uint32_t size) {
 }
 
 [[noreturn]] void ThrowUnknownTag(uint16_t tag) {
-    // With its two bytes exchanged: the text that users know.
+    // Users know the tag with its two bytes exchanged.
     const unsigned exchanged = (tag & 0xFFu) << 8 | static_cast<unsigned>(tag) >> 8;
     throw RUNTIME_EXCEPTION("Malformed message - unknown tag %x", exchanged);
 }
@@ -40,7 +40,7 @@ std::vector<EventItem> ParseGevEvents(const uint8_t* items, uint32_t length, boo
     const uint32_t fixedSize = ItemSize(extendedIds);
     if (length < fixedSize) ThrowTooSmall();
     std::vector<EventItem> found;
-    // Less than one item at the end is padding.
+    // A remainder shorter than an item is padding.
     while (length >= fixedSize) {
         const uint32_t stated = Big16(items);
         const uint32_t size = stated != 0 ? stated : fixedSize;

@@ -1,5 +1,5 @@
-// The events in messages of cameras. Messages are what a device sent: nothing outside of the bytes
-// given is read, and what is malformed is a RuntimeException.
+// Parses the events in messages of cameras. Messages come from a device: nothing outside the given
+// bytes is read, and malformed messages throw a RuntimeException.
 #pragma once
 
 #include <cstdint>
@@ -15,18 +15,18 @@ struct EventItem {
     uint16_t id;
     const uint8_t* data;
     uint32_t size;
-    bool
-        statesSize;  // its first field is its size, not 0; always true where there is no such field
+    // Whether the first field holds the size, not 0; always true for items without such a field.
+    bool statesSize;
 };
 
 std::vector<EventItem> ParseGevMessage(const uint8_t* message, uint32_t numBytes);
-// What follows the header of an EVENT command: items.
+// Parses the items after the header of an EVENT command.
 std::vector<EventItem> ParseGevEvents(const uint8_t* items, uint32_t length, bool extendedIds);
-// What follows the header of an EVENTDATA command: one item and its data.
+// Parses the item and its data after the header of an EVENTDATA command.
 EventItem ParseGevEventData(const uint8_t* item, uint32_t length, bool extendedIds);
 
 EventItem ParseU3vMessage(const uint8_t* message, uint32_t numBytes);
-// What follows the header.
+// Parses the event after the header.
 EventItem ParseU3vEvent(const uint8_t* event, uint32_t length);
 
 }  // namespace Engine

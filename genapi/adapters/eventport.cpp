@@ -28,7 +28,7 @@ CEventPort::~CEventPort() {
     try {
         Disconnect();
     } catch (...) {
-        // A destructor must not throw, and the node is disconnected all the same.
+        // A destructor must not throw; the node is disconnected in any case.
     }
 }
 
@@ -58,8 +58,8 @@ void CEventPort::AttachEvent(const uint8_t* pData, uint32_t Length) {
         m_Data.assign(pData, pData + Length);
         m_HasEvent = true;
     }
-    // Without the lock, so that the callbacks for outside of it run outside. This object may be
-    // gone after that.
+    // Without the lock, so that callbacks outside the lock run outside it. They may destroy this
+    // object.
     m_pNode->InvalidateNode();
 }
 

@@ -1,4 +1,4 @@
-// Ids of events and chunks. Descriptions write them as hexadecimal digits of any number; they are
+// Ids of events and chunks. Descriptions write them with any number of hexadecimal digits; they are
 // compared as numbers.
 #pragma once
 
@@ -11,7 +11,7 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// The id in capital digits without leading zeros; empty for 0. False if the text is no number.
+// The id in capital digits without leading zeros; empty for 0. False if the text is not a number.
 bool ParseHexId(const GENICAM_NAMESPACE::gcstring& text, std::string& id);
 std::string HexId(uint64_t number);
 

@@ -1,4 +1,4 @@
-// What event and chunk adapters do with their ports.
+// Operations on the ports of event and chunk adapters.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// The ports, given up by those who made them.
+// Turns the ports into a list of plain pointers that the caller owns.
 template <typename Port>
 std::vector<Port*> ReleasePorts(std::vector<std::unique_ptr<Port>>& made) {
     std::vector<Port*> ports;
@@ -21,7 +21,7 @@ std::vector<Port*> ReleasePorts(std::vector<std::unique_ptr<Port>>& made) {
     return ports;
 }
 
-// Disconnects and deletes the ports. Callbacks that look at the list find it empty.
+// Disconnects and deletes the ports. Callbacks find the list empty.
 template <typename Port>
 void DeletePorts(std::vector<Port*>& list) {
     std::vector<Port*> ports;
@@ -31,7 +31,8 @@ void DeletePorts(std::vector<Port*>& list) {
     }
 }
 
-// Connects the ports, by index, since callbacks may delete them. None stays after an exception.
+// Connects the ports by index, because callbacks may delete them. After an exception the list is
+// empty.
 template <typename Port>
 void ConnectPorts(std::vector<Port*>& ports) {
     try {

@@ -1,4 +1,4 @@
-// What persistence asks of a feature.
+// The access that persistence needs to a feature.
 #pragma once
 
 #include <GenApi/INode.h>

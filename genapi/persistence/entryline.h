@@ -1,4 +1,4 @@
-// What one line of the text of a feature bag can hold.
+// What fits in one line of a feature bag's text.
 #pragma once
 
 #include <Base/GCString.h>
@@ -7,12 +7,12 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// Whether an entry can be read back from a line. A line break in it would end the line, and what
-// follows would be read as an entry of its own; so would a carriage return, which XML makes a line
-// break, and a null ends a text. A brace at the beginning and a tab look like selectors.
+// Whether an entry can be read back from a line. A line break would end the line, and the rest
+// would be read as another entry. XML turns a carriage return into a line break, and a NUL ends a
+// text. A value that begins with a brace and contains a tab looks like selectors.
 bool IsLine(const GENICAM_NAMESPACE::gcstring& name, const GENICAM_NAMESPACE::gcstring& value);
 
-// A text with blanks in place of what would end its line.
+// The text with blanks in place of the characters that would end its line.
 GENICAM_NAMESPACE::gcstring InOneLine(const GENICAM_NAMESPACE::gcstring& text);
 
 }  // namespace Engine

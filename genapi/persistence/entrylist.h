@@ -9,9 +9,10 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// Beyond what a camera has, tables of its values included; text and selectors come from outside.
+// More than any camera has, including its tables of values; texts and selectors are untrusted
+// input.
 constexpr size_t kMaxEntries = size_t(1) << 19;
-// What one store reads, as lines: no more than a text of that length, a header included, holds.
+// The characters that one store may read. With a header they fit in a text of the largest length.
 constexpr size_t kMaxLines = (size_t(1) << 25) - (size_t(1) << 16);
 
 // A view of the lists of a bag.

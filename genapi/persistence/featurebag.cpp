@@ -21,7 +21,7 @@ CFeatureBag::~CFeatureBag() = default;
 
 namespace {
 
-// Tells the camera that its settings are stored, and when that is over, in which way ever.
+// Tells the camera that its settings are being stored, and on every way out that this is over.
 class Storing {
   public:
     explicit Storing(const INodeMap& nodeMap) : nodeMap_(nodeMap) {

@@ -1,4 +1,4 @@
-// The text of a feature bag: from its lines to names and values.
+// Parses the text of a feature bag into names and values.
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -36,8 +36,8 @@ bool IsName(std::string_view text) {
     throw RUNTIME_EXCEPTION("The stream holds incomplete key - value - set");
 }
 
-// Takes "{Selector=value<tab>...}<tab>" off the front of a value. Anything else is a part of the
-// value, which may be any text without a brace at its beginning and a tab.
+// Removes "{Selector=value<tab>...}<tab>" from the front of a value. A value may be any text,
+// except that one with a brace at its beginning and a tab is taken for selectors.
 std::vector<Entry> TakeSelectors(std::string_view& value) {
     if (value.empty() || value[0] != '{' || value.find('\t') == std::string_view::npos) return {};
     const size_t end = value.find("}\t");

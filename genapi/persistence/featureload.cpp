@@ -22,14 +22,15 @@ namespace {
 constexpr const char* kWriting = "Error while writing node '";
 constexpr const char* kVerifying = "Error while verifying the value of node '";
 
-// Whether a selector that cannot be written is where it belongs all the same.
+// Whether a selector that cannot be written has the right value anyway.
 bool Stands(IValue* selector, const gcstring& value) {
     bool isThere = false;
     ProblemOf([&] { isThere = HasValue(*selector, value); });
     return isThere;
 }
 
-// Each pass mends an entry, so that only entries that undo one another need more than these.
+// Each pass repairs at least one entry; only entries that undo one another need more passes than
+// this.
 constexpr int kMaxPasses = 100;
 
 bool IsSelector(IValue* feature) {
@@ -51,7 +52,7 @@ FeatureLoad::FeatureLoad(const INodeMap& nodeMap, EntryList entries, bool verify
         auto* const feature = dynamic_cast<IValue*>(nodeMap_.GetNode(entries_.Name(i)));
         if (feature == nullptr)
             failures_[i] = "Error while writing node: '" + entries_.Name(i) + "' not found ";
-        // a category has no value to write
+        // A category has no value to write.
         const bool isCategory = dynamic_cast<ICategory*>(feature) != nullptr;
         items_.push_back({isCategory ? nullptr : feature, IsSelector(feature)});
     }
@@ -78,7 +79,7 @@ gcstring_vector FeatureLoad::Errors() const {
 }
 
 void FeatureLoad::Write(Marks marked) {
-    // a camera that fails to answer is not asked again
+    // Do not call a camera again that failed to answer.
     const bool isNotified = commandFailures_.empty();
     if (isNotified) Notify("DeviceRegistersStreamingStart");
     size_t numBefore = 0;
@@ -102,14 +103,14 @@ void FeatureLoad::WriteOnce(const Marks& marked) {
     });
 }
 
-// Compares the entries that did not fail; gives those that do now.
+// Compares the entries that did not fail; returns those that fail now.
 FeatureLoad::Marks FeatureLoad::Compare() {
     Marks written = Failed();
     written.flip();
     Walk(written, kVerifying, [&](size_t entry) {
         IValue* const feature = items_[entry].feature;
         const gcstring& value = entries_.Value(entry);
-        // a command has no value
+        // A command has no value.
         if (dynamic_cast<ICommand*>(feature) != nullptr || HasValue(*feature, value))
             return gcstring();
         return "Error while verifying node '" + entries_.Name(entry) + "'. Expected '" + value +
@@ -137,7 +138,7 @@ void FeatureLoad::Walk(const Marks& marked, const char* what, Operation operatio
         const Item& item = items_[i];
         if (item.feature == nullptr) continue;
         if (item.isSelector) pending_[item.feature] = i;
-        // a feature that is told twice ends with the later value
+        // If a feature occurs twice, the later value must be the last one written.
         if (!marked[i] && rewritten_.count(item.feature) == 0) continue;
         PutSelectors();
         if (!item.isSelector) Attempt(what, i, operation);
@@ -164,12 +165,12 @@ void FeatureLoad::PutSelectors() {
     }
 }
 
-// Notes the failure of an entry, or that there is none any more.
+// Runs the operation and records its failure, or removes an earlier one.
 template <typename Operation>
 bool FeatureLoad::Attempt(const char* what, size_t entry, Operation operation) {
     gcstring message;
     gcstring problem = ProblemOf([&] {
-        // the value belongs to another setting of the selector than the present one
+        // The value belongs to another setting of the selector.
         if (HasMisplacedSelector(items_[entry].feature))
             throw RUNTIME_EXCEPTION("A selector of the feature does not have its value");
         message = operation(entry);

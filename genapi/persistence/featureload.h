@@ -17,11 +17,12 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// One load: see CFeatureBag::LoadFromBag. Used with the lock of the map held.
+// One load: see CFeatureBag::LoadFromBag. The caller holds the lock of the map.
 //
-// What a feature takes depends on others: Width on OffsetX, a gain on its automatic function. So
-// entries that fail are written again behind the others as long as that helps. When all are
-// compared in the end, those that a later entry has changed are written once more.
+// Which values a feature accepts depends on other features: Width on OffsetX, a gain on its
+// automatic function. Entries that fail are therefore written again after the others, as long as
+// that helps. Finally all entries are compared, and those that a later entry has changed are
+// written once more.
 class FeatureLoad {
   public:
     FeatureLoad(const INodeMap& nodeMap, EntryList entries, bool verify,
@@ -34,7 +35,7 @@ class FeatureLoad {
 
   private:
     struct Item {
-        IValue* feature;  // null if the camera has nothing of that name to write
+        IValue* feature;  // null if the camera has no such feature to write
         bool isSelector;
     };
     // One for each entry.
@@ -45,8 +46,7 @@ class FeatureLoad {
     Marks Compare();
     Marks Failed() const;
 
-    // Does the operation on the marked entries, with the selectors where the entries before them
-    // put them.
+    // Runs the operation on the marked entries, with the selectors set by the entries before them.
     template <typename Operation>
     void Walk(const Marks& marked, const char* what, Operation operation);
     void PutSelectors();
@@ -64,12 +64,12 @@ class FeatureLoad {
     std::map<size_t, GENICAM_NAMESPACE::gcstring> failures_;  // by entry
     GENICAM_NAMESPACE::gcstring_vector commandFailures_;
     int numPasses_ = 0;
-    std::unordered_map<IValue*, FeatureList_t> selectors_;  // of the features met so far
+    std::unordered_map<IValue*, FeatureList_t> selectors_;  // of the features visited so far
 
-    // The present walk.
-    std::map<IValue*, size_t> pending_;      // selectors to put, with the last entry of each
+    // The state of the current walk.
+    std::map<IValue*, size_t> pending_;      // selectors to set, with the last entry of each
     std::unordered_set<IValue*> misplaced_;  // selectors that did not take their value
-    std::unordered_set<IValue*> rewritten_;  // what follows for the same feature comes after it
+    std::unordered_set<IValue*> rewritten_;  // later entries for these must be written, too
 };
 
 }  // namespace Engine

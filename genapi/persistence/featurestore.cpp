@@ -17,10 +17,11 @@ using GENICAM_NAMESPACE::gcstring_vector;
 
 namespace {
 
-// A combination in which nothing is accessible leaves no entry, so they have a limit of their own.
+// A combination in which no feature is accessible leaves no entry, so combinations need a bound of
+// their own.
 constexpr size_t kMaxCombinations = kMaxEntries;
 
-// Selectors are stored with the features that they select.
+// Selectors are stored together with the features that they select.
 bool IsStorable(const INode& node) {
     const EInterfaceType type = node.GetPrincipalInterfaceType();
     if (type == intfICommand || type == intfICategory || type == intfIEnumEntry ||
@@ -30,7 +31,7 @@ bool IsStorable(const INode& node) {
     return selector == nullptr || !selector->IsSelector();
 }
 
-// Gives the selectors their former values back, whatever happens.
+// Restores the values of the selectors on every way out.
 class SelectorGuard {
   public:
     explicit SelectorGuard(CSelectorSet& selectors) : selectors_(selectors) {}
@@ -39,7 +40,7 @@ class SelectorGuard {
         try {
             selectors_.Restore();
         } catch (...) {
-            // A destructor must not throw, and the exception that led here says more.
+            // A destructor must not throw, and the exception in flight, if any, says more.
         }
     }
     SelectorGuard(const SelectorGuard&) = delete;
@@ -118,13 +119,14 @@ void FeatureStore::StoreCombinations(IValue& feature, CSelectorSet& selectors) {
     StoreSelectors(selectors, 0);
 }
 
-// A selector that cannot be written has no entry: loading would fail on it.
+// A selector that cannot be written gets no entry, because loading that entry would fail.
 void FeatureStore::StoreSelectors(CSelectorSet& selectors, size_t first) {
     FeatureList_t list;
     selectors.GetSelectorList(list);
     for (size_t i = first; i < list.size(); ++i) {
         if (!IsReadableAndWritable(*list[i])) continue;
-        // without its line, what follows would be loaded under another value of the selector
+        // Without its line, the entries after it would be loaded under another value of the
+        // selector.
         const gcstring name = list[i]->GetNode()->GetName();
         if (!IsLine(name, list[i]->ToString()))
             throw RUNTIME_EXCEPTION("The value of selector '%s' does not fit into a line",

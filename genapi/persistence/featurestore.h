@@ -13,10 +13,10 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// The entries of one store: see CFeatureBag::StoreToBag. Used with the lock of the map held.
+// The entries of one store: see CFeatureBag::StoreToBag. The caller holds the lock of the map.
 class FeatureStore {
   public:
-    // No limit if it is negative, no filter if it is null.
+    // A negative maxEntries means no limit, a null filter no filter.
     FeatureStore(EntryList entries, int maxEntries,
                  const GENICAM_NAMESPACE::gcstring_vector* filter);
 
@@ -41,7 +41,7 @@ class FeatureStore {
     size_t length_ = 0;
 };
 
-// What StoreToBag says of a camera.
+// The line with which StoreToBag describes a camera.
 GENICAM_NAMESPACE::gcstring DescribeDevice(INodeMap& nodeMap);
 
 }  // namespace Engine

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::chrono::seconds kTimeout(60);
 
-// Whatever length a description claims for the buffer.
+// Bounds the buffer, whatever length a description claims for it.
 constexpr int64_t kMaxBufferLength = int64_t(1) << 20;
 
 const char* OpenModeOf(std::ios_base::openmode mode) {
@@ -22,7 +22,7 @@ const char* OpenModeOf(std::ios_base::openmode mode) {
     return isOut ? "Write" : "Read";
 }
 
-// An operation in progress: the features are there, and nobody else uses them.
+// An operation in progress: checks that the features exist, and holds the lock of the map.
 class Operation {
   public:
     explicit Operation(INodeMap* nodeMap) : lock_(Checked(nodeMap).GetLock()) {}

@@ -1,4 +1,4 @@
-// What an operation on a camera throws, as a text.
+// Turns an exception of an operation on a camera into a text.
 #pragma once
 
 #include <exception>
@@ -10,7 +10,8 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// Ports belong to the consumer, which may throw anything. Empty if nothing was thrown.
+// Catches everything, because ports belong to the consumer, which may throw any type. Empty if the
+// operation did not throw.
 template <typename Operation>
 GENICAM_NAMESPACE::gcstring ProblemOf(Operation operation) {
     try {

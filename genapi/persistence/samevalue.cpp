@@ -19,7 +19,7 @@ using GENICAM_NAMESPACE::gcstring;
 
 namespace {
 
-// Texts have six digits by default, and a device may compute with 32 bits.
+// Texts show six digits by default, and a device may compute with 32 bits.
 constexpr double kPrecision = 1e-6;
 
 std::string_view WithoutBlanks(std::string_view text) {
@@ -35,7 +35,7 @@ bool TakePrefix(std::string_view& text, std::string_view prefix) {
     return true;
 }
 
-// Of the whole text.
+// Parses the whole text.
 template <typename Number, typename... Form>
 std::optional<Number> Parse(std::string_view text, Form... form) {
     Number number = 0;

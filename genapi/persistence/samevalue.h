@@ -1,4 +1,4 @@
-// Whether a feature has the value that a text tells.
+// Compares the value of a feature with a text.
 #pragma once
 
 #include <Base/GCString.h>
@@ -7,9 +7,9 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// Compares numbers, truth values and bytes, whatever the form of their text: "0x140" is 320, "1.50"
-// is 1.5, "true" is 1. The text counts as a whole, so that "5e3" is no integer. Other kinds have
-// one form of each value. Throws what reading the feature throws.
+// Compares numbers, booleans and bytes in any notation: "0x140" is 320, "1.50" is 1.5, "true" is 1.
+// The whole text must be a value, so "5e3" is not an integer. Values of other kinds have a single
+// notation. Passes exceptions of reading the feature on.
 bool HasValue(IValue& feature, const GENICAM_NAMESPACE::gcstring& text);
 
 }  // namespace Engine

@@ -17,7 +17,7 @@ using GENICAM_NAMESPACE::gcstring;
 
 namespace {
 
-// A selector with its present value only.
+// A selector that keeps its present value.
 class FixedDigit : public ISelectorDigit {
   public:
     explicit FixedDigit(IValue& selector) : selector_(selector) {}
@@ -46,8 +46,8 @@ class FixedDigit : public ISelectorDigit {
     IValue& selector_;
 };
 
-// A selector that runs through values. Which ones there are may depend on the outer selectors, so
-// that is looked up anew with each SetFirst.
+// A selector that runs through values. They may depend on the outer selectors, so each SetFirst
+// looks them up anew.
 class RunningDigit : public FixedDigit {
   public:
     using FixedDigit::FixedDigit;
@@ -147,7 +147,7 @@ class IntegerDigit final : public RunningDigit {
 
     std::optional<int64_t> Next() override {
         if (hasList_) return NextOfList();
-        // the difference may exceed int64_t, not uint64_t
+        // The difference fits in uint64_t, but not always in int64_t.
         const uint64_t rest = static_cast<uint64_t>(max_) - static_cast<uint64_t>(value_);
         if (inc_ <= 0 || static_cast<uint64_t>(inc_) > rest) return std::nullopt;
         return value_ += inc_;

@@ -1,4 +1,4 @@
-// The digits of CSelectorSet: one selector each.
+// The digits of CSelectorSet: one for each selector.
 #pragma once
 
 #include <memory>
@@ -9,8 +9,8 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// The digit for a selector of any kind; remembers the value that the selector has now. One that
-// cannot run through values leaves its selector alone, and has one state.
+// The digit for a selector of any kind; it remembers the selector's present value. If the selector
+// cannot run through values, the digit has one state and leaves it alone.
 std::unique_ptr<ISelectorDigit> MakeSelectorDigit(IValue& selector);
 
 }  // namespace Engine

@@ -1,4 +1,4 @@
-// Which selectors a feature has.
+// Finds the selectors of a feature.
 #pragma once
 
 #include <GenApi/IValue.h>
@@ -7,8 +7,8 @@
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// The selectors of a feature and their own, the outer ones before those that they select.
-// RuntimeException if there are more than any camera has.
+// The selectors of a feature and their own selectors, the outer ones first. RuntimeException if
+// there are more than any camera has.
 FeatureList_t SelectorsOf(IBase* feature);
 
 }  // namespace Engine

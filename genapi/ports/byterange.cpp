@@ -16,10 +16,10 @@ bool ReadPortSize(void* buffer, int64_t address, int64_t length, int64_t size) {
 
 void CheckByteRange(const char* portName, int64_t address, int64_t length, int64_t begin,
                     int64_t end) {
-    // In this order, no difference can overflow.
+    // In this order no difference can overflow.
     const bool starts = begin <= address && address <= end;
     if (starts && 0 <= length && length <= end - address) return;
-    // Sums of what a caller asks for may overflow; unsigned ones wrap.
+    // The sum may overflow; unsigned, it wraps.
     const uint64_t last = static_cast<uint64_t>(address) + static_cast<uint64_t>(length);
     throw RUNTIME_EXCEPTION("%s : Attempt to read address range [%" FMT_I64 "d,%" FMT_I64
                             "d] which is outside the buffers address range [%" FMT_I64 "d,%" FMT_I64
