@@ -24,7 +24,7 @@ using ZelCam::InterfaceType;
 using ZelTest::Holder;
 
 // Frames as fast as they are asked for.
-constexpr const char* cameras =
+constexpr const char* kCameras =
     "<ZelSim>"
     "<Interface id='eth0' type='GEV' version='4.2'>"
     "<Camera id='left' model='L' serial='1' width='64' height='48' frameRate='0'/>"
@@ -34,7 +34,7 @@ constexpr const char* cameras =
     "<Interface id='usb0' type='U3V'><Camera id='usb' frameRate='0' bigEndian='true'/></Interface>"
     "</ZelSim>";
 
-constexpr uint64_t patience = 30000;  // milliseconds
+constexpr uint64_t kPatience = 30000;  // milliseconds
 
 // Calls the operation in a slot of an object's table, counted from 1, as a caller compiled
 // elsewhere would.
@@ -49,7 +49,7 @@ Result CallSlot(Object* object, size_t slot, Arguments... arguments) {
 class PublicSession : public testing::Test {
   protected:
     void SetUp() override {
-        ASSERT_EQ(simulator.configure(cameras), 0);
+        ASSERT_EQ(simulator.configure(kCameras), 0);
         system.reset(ZelCam_GetSystem());
         ASSERT_NE(system, nullptr);
     }
@@ -82,7 +82,7 @@ class PublicSession : public testing::Test {
         uint64_t last = 0;
         for (int i = 0; i < count; ++i) {
             ZelCamErr err = ZelCamErr_Error;
-            ZelCam::Buffer* const buffer = stream->GetBuffer(patience, &err);
+            ZelCam::Buffer* const buffer = stream->GetBuffer(kPatience, &err);
             ASSERT_NE(buffer, nullptr) << err;
             ASSERT_EQ(err, ZelCamErr_Success);
             if (i > 0) {
@@ -142,8 +142,8 @@ TEST_F(PublicSession, TwoCamerasStreamAtTheSameTimeAndDescribeTheirImages) {
     ASSERT_NO_FATAL_FAILURE(Start("eth0", "left"));
     ZelCam::Stream* const left = stream;
     ASSERT_NO_FATAL_FAILURE(Start("eth0", "right"));
-    EXPECT_NE(left->GetBuffer(patience, nullptr), nullptr);
-    ZelCam::Buffer* const buffer = stream->GetBuffer(patience, nullptr);
+    EXPECT_NE(left->GetBuffer(kPatience, nullptr), nullptr);
+    ZelCam::Buffer* const buffer = stream->GetBuffer(kPatience, nullptr);
     ASSERT_NE(buffer, nullptr);
     const ZelImageInfo& image = *buffer->GetImage();
     EXPECT_EQ(image.pixelType, static_cast<uint32_t>(ZelPixelType_BGR8));
@@ -196,7 +196,7 @@ TEST_F(PublicSession, AnUnpluggedCameraEndsItsWaitsAndIsTornDown) {
     // Frames delivered before may still come.
     ZelCamErr err = ZelCamErr_Success;
     for (int i = 0; i < 100 && err == ZelCamErr_Success; ++i)
-        stream->GetBuffer(patience, &err);
+        stream->GetBuffer(kPatience, &err);
     EXPECT_NE(err, ZelCamErr_Success);
     EXPECT_NE(err, ZelCamErr_GenTL_Timeout);
     uint32_t value = 0;
@@ -254,7 +254,7 @@ TEST_F(PublicSession, EventsReachTheirModule) {
     EXPECT_EQ(simulator.fire("usb0", 5, 1, "iface", 6), 0);
     EXPECT_EQ(simulator.fire("usb", 3, 1, "camera", 7), 0);
     std::unique_lock<std::mutex> lock(received.mutex);
-    EXPECT_TRUE(received.changed.wait_for(lock, std::chrono::milliseconds(patience),
+    EXPECT_TRUE(received.changed.wait_for(lock, std::chrono::milliseconds(kPatience),
                                           [&] { return received.texts.size() == 2; }));
     EXPECT_THAT(received.texts, testing::UnorderedElementsAre("5iface", "3camera"));
     lock.unlock();

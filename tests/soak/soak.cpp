@@ -32,7 +32,7 @@ using std::chrono::milliseconds;
 #define SOAK_IMAGE " width='320' height='240' frameRate='0'"
 #endif
 
-constexpr const char* cameras =
+constexpr const char* kCameras =
     "<ZelSim>"
     "<Interface id='eth0' type='GEV'><Camera id='a'" SOAK_IMAGE
     "/><Camera id='b' pixelFormat='BGR8'" SOAK_IMAGE
@@ -41,8 +41,8 @@ constexpr const char* cameras =
     "/></Interface>"
     "<Interface id='cxp0' type='CXP'><Camera id='d' pixelFormat='Mono16'" SOAK_IMAGE
     "/></Interface></ZelSim>";
-constexpr const char* interfaces[] = {"eth0", "eth0", "usb0", "cxp0"};
-constexpr const char* identifiers[] = {"a", "b", "c", "d"};
+constexpr const char* kInterfaces[] = {"eth0", "eth0", "usb0", "cxp0"};
+constexpr const char* kIdentifiers[] = {"a", "b", "c", "d"};
 
 void Require(bool condition, const std::string& otherwise) {
     if (!condition) throw std::runtime_error(otherwise);
@@ -190,8 +190,8 @@ bool Grew(const ZelTest::ProcessState& before, const ZelTest::ProcessState& afte
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(ZELCAM_EMULATED)
     const bool memory = false;  // what is resident is the sanitizer, or the emulator
 #else
-    constexpr long toleratedKiB = 2048;
-    const bool memory = after.residentKiB > before.residentKiB + toleratedKiB;
+    constexpr long kToleratedKiB = 2048;
+    const bool memory = after.residentKiB > before.residentKiB + kToleratedKiB;
 #endif
     return memory || after.threads > before.threads || after.descriptors > before.descriptors;
 }
@@ -200,8 +200,8 @@ bool Soak(std::chrono::seconds time) {
     const Holder<ZelCam::System> system(ZelCam_GetSystem());
     Require(system != nullptr, "no System");
     std::vector<std::unique_ptr<Camera>> all;
-    for (size_t i = 0; i < std::size(identifiers); ++i)
-        all.push_back(std::make_unique<Camera>(*system, interfaces[i], identifiers[i]));
+    for (size_t i = 0; i < std::size(kIdentifiers); ++i)
+        all.push_back(std::make_unique<Camera>(*system, kInterfaces[i], kIdentifiers[i]));
 
     Workers workers;
     for (const auto& camera : all) {
@@ -227,7 +227,7 @@ bool Soak(std::chrono::seconds time) {
 
     for (size_t i = 0; i < all.size(); ++i) {
         std::printf("%s: %lu frames, %lu cancelled waits, %lu changes, %lu events\n",
-                    identifiers[i], static_cast<unsigned long>(all[i]->Frames()),
+                    kIdentifiers[i], static_cast<unsigned long>(all[i]->Frames()),
                     static_cast<unsigned long>(all[i]->Cancelled()),
                     static_cast<unsigned long>(all[i]->Changes()),
                     static_cast<unsigned long>(all[i]->Events()));
@@ -246,7 +246,7 @@ int main(int argc, char** argv) {
     }
     try {
         const ZelTest::Simulator simulator;
-        Require(simulator.configure(cameras) == 0, "the simulator cannot be configured");
+        Require(simulator.configure(kCameras) == 0, "the simulator cannot be configured");
         const bool good = Soak(std::chrono::seconds(seconds));
         Require(simulator.openHandles() == 0, "handles are left open");
         std::puts(good ? "soak: passed" : "soak: FAILED");

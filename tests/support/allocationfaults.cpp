@@ -187,13 +187,12 @@ ZELTEST_EXPORT void operator delete(void* block, size_t /*size*/,
 
 extern "C" {
 
-// NOLINTBEGIN(bugprone-reserved-identifier): the names of the C library.
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the C library's names.
 void* __libc_malloc(size_t size);
 void* __libc_calloc(size_t count, size_t size);
 void* __libc_realloc(void* block, size_t size);
 void* __libc_memalign(size_t alignment, size_t size);
 void __libc_free(void* block);
-// NOLINTEND(bugprone-reserved-identifier)
 
 ZELTEST_EXPORT void* malloc(size_t size) {
     return ZelTest::Count(size, [size] { return __libc_malloc(size); });
@@ -231,6 +230,7 @@ ZELTEST_EXPORT void free(void* block) {
     __libc_free(block);
 }
 
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 }  // extern "C"
 
 #endif

@@ -77,12 +77,12 @@ int32_t Reach(Place place) {
     return 0;
 }
 
-const int32_t loaded = Reach(Place::Load);
+const int32_t kLoaded = Reach(Place::Load);
 
 }  // namespace
 
 PRODUCER_FUNCTION GCInitLib() {
-    return loaded + Reach(Place::Init);
+    return kLoaded + Reach(Place::Init);
 }
 PRODUCER_FUNCTION TLOpen(void**) {
     return Reach(Place::Open);

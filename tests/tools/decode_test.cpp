@@ -138,8 +138,8 @@ TEST(DecodeBayer, MissingColoursAreMeansOfTheNeighbours) {
 
 // The definition, pixel by pixel: the mean of the neighbours that have the colour.
 TEST(DecodeBayer, EveryPixelOfEveryPhaseFollowsTheDefinition) {
-    constexpr size_t width = 7;
-    constexpr size_t height = 6;
+    constexpr size_t kWidth = 7;
+    constexpr size_t kHeight = 6;
     const struct {
         uint64_t format;
         const char* cell;  // two lines of two pixels
@@ -148,22 +148,23 @@ TEST(DecodeBayer, EveryPixelOfEveryPhaseFollowsTheDefinition) {
                   {PFNC::BayerGB8, "GBRG"},
                   {PFNC::BayerBG8, "BGGR"}};
     Bytes bytes;
-    for (size_t i = 0; i < width * height; ++i)
+    for (size_t i = 0; i < kWidth * kHeight; ++i)
         bytes.push_back(static_cast<uint8_t>(i * 97 % 251));
     for (const auto& phase : phases) {
         const auto colour = [&](size_t x, size_t y) { return phase.cell[y % 2 * 2 + x % 2]; };
-        const auto picture = Decode(phase.format, width, height, bytes);
-        for (size_t i = 0; i < width * height * 3; ++i) {
-            const size_t x = i / 3 % width;
-            const size_t y = i / 3 / width;
+        const auto picture = Decode(phase.format, kWidth, kHeight, bytes);
+        for (size_t i = 0; i < kWidth * kHeight * 3; ++i) {
+            const size_t x = i / 3 % kWidth;
+            const size_t y = i / 3 / kWidth;
             const char wanted = "RGB"[i % 3];
             size_t sum = 0;
             size_t count = 0;
-            for (size_t at = 0; at < width * height; ++at) {
-                const size_t dx = at % width > x ? at % width - x : x - at % width;
-                const size_t dy = at / width > y ? at / width - y : y - at / width;
+            for (size_t at = 0; at < kWidth * kHeight; ++at) {
+                const size_t dx = at % kWidth > x ? at % kWidth - x : x - at % kWidth;
+                const size_t dy = at / kWidth > y ? at / kWidth - y : y - at / kWidth;
                 const size_t reach = colour(x, y) == wanted ? 0 : 1;
-                if (dx > reach || dy > reach || colour(at % width, at / width) != wanted) continue;
+                if (dx > reach || dy > reach || colour(at % kWidth, at / kWidth) != wanted)
+                    continue;
                 sum += bytes[at];
                 ++count;
             }

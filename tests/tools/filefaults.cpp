@@ -36,10 +36,10 @@ Function* Next(const char* name) {
 }
 
 bool IsWatched(const char* path) {
-    static const std::string folder = Variable("FILEFAULTS_FOLDER");
-    if (path == nullptr || folder.empty()) return false;
+    static const std::string kFolder = Variable("FILEFAULTS_FOLDER");
+    if (path == nullptr || kFolder.empty()) return false;
     // The programs run in the folder.
-    return path[0] != '/' || std::strncmp(path, folder.c_str(), folder.size()) == 0;
+    return path[0] != '/' || std::strncmp(path, kFolder.c_str(), kFolder.size()) == 0;
 }
 
 Use UseOf(int descriptor) {
@@ -58,19 +58,19 @@ int Error() {
 }
 
 void Report(const std::string& operation) {
-    static const auto open = Next<int(const char*, int, ...)>("open");
-    static const auto write = Next<ssize_t(int, const void*, size_t)>("write");
-    static const auto close = Next<int(int)>("close");
-    const int file = open(Variable("FILEFAULTS_REPORT"), O_WRONLY | O_CREAT | O_TRUNC, 0666);
-    if (write(file, operation.data(), operation.size()) < 0) std::abort();
-    close(file);
+    static const auto kOpen = Next<int(const char*, int, ...)>("open");
+    static const auto kWrite = Next<ssize_t(int, const void*, size_t)>("write");
+    static const auto kClose = Next<int(int)>("close");
+    const int file = kOpen(Variable("FILEFAULTS_REPORT"), O_WRONLY | O_CREAT | O_TRUNC, 0666);
+    if (kWrite(file, operation.data(), operation.size()) < 0) std::abort();
+    kClose(file);
 }
 
 // Counts an operation. True if it is the one that fails.
 bool Meets(const char* operation, Use use = Foreign) {
-    static const long long number = std::atoll(Variable("FILEFAULTS_NUMBER"));
+    static const long long kNumber = std::atoll(Variable("FILEFAULTS_NUMBER"));
     static std::atomic<long long> count{0};
-    if (count++ != number) return false;
+    if (count++ != kNumber) return false;
     Report(std::string(operation) + (use == Written ? " written" : use == Folder ? " folder" : ""));
     return true;
 }

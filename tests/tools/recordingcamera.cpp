@@ -32,11 +32,11 @@ using Scripted::Fails;
 using Scripted::Gives;
 using Scripted::Reply;
 
-const std::map<uint64_t, std::string> featureNames = {
+const std::map<uint64_t, std::string> kFeatureNames = {
     {0x100, "TLParamsLocked"},   {0x104, "AcquisitionStart"}, {0x108, "AcquisitionStop"},
     {0x10C, "AcquisitionAbort"}, {0x110, "PayloadSize"},      {0x120, "TriggerSelector"}};
-constexpr uint64_t firstTriggerMode = 0x200;
-constexpr uint64_t secondTriggerMode = 0x210;
+constexpr uint64_t kFirstTriggerMode = 0x200;
+constexpr uint64_t kSecondTriggerMode = 0x210;
 
 std::string Variable(const char* name) {
     const char* const value = std::getenv(name);
@@ -56,7 +56,7 @@ class Camera {
   public:
     Camera() {
         producer_.SetWorld({{"if0", "GEV", {"cam0"}}});
-        producer_.SetDescription(Recording::description);
+        producer_.SetDescription(Recording::kDescription);
         SetRegister(0x110, 6000);   // as much as the producer's frames need
         SetRegister(0x118, 3);      // AcquisitionFrameCount
         SetRegister(0x124, 10000);  // ExposureTime
@@ -89,7 +89,7 @@ class Camera {
 
   private:
     void On(const char* function, std::function<Reply(const Call&)> reply) {
-        producer_.AddRule({function, Scripted::AnyCommand, std::move(reply)});
+        producer_.AddRule({function, Scripted::kAnyCommand, std::move(reply)});
     }
     void OnInfo(const char* function, int64_t command, const Reply& reply) {
         producer_.AddRule({function, command, [reply](const Call&) { return reply; }});
@@ -140,7 +140,7 @@ class Camera {
         if (call.handle != producer_.FindHandle("event 1")) return {};
         if (fail_ == "EventGetData") return Step("EventGetData");
         if (Lost()) return Fails(GC_ERR_IO);
-        const bool triggered = RegisterAt(firstTriggerMode) + RegisterAt(secondTriggerMode) > 0;
+        const bool triggered = RegisterAt(kFirstTriggerMode) + RegisterAt(kSecondTriggerMode) > 0;
         if (!sending_ || triggered || left_ == 0 || ordered_ == 0) return {};
         if (!producer_.DeliverFrame(producer_.FindHandle("stream stream0"))) return {};
         --left_;
@@ -151,8 +151,8 @@ class Camera {
     }
 
     Reply WriteFeature(const Call& call) {
-        const auto found = featureNames.find(*call.number);
-        if (found == featureNames.end()) return {};
+        const auto found = kFeatureNames.find(*call.number);
+        if (found == kFeatureNames.end()) return {};
         const std::string& name = found->second;
         const int value = call.data.at(0);
         const bool valued = name == "TLParamsLocked" || name == "TriggerSelector";
@@ -171,8 +171,8 @@ class Camera {
     Reply ReadFeature(const Call& call) {
         // The description lies behind the registers.
         if (*call.number < 0x10000 && Lost()) return Fails(GC_ERR_IO);
-        const auto found = featureNames.find(*call.number);
-        if (found == featureNames.end()) return {};
+        const auto found = kFeatureNames.find(*call.number);
+        if (found == kFeatureNames.end()) return {};
         if (found->second == "PayloadSize") return Step("PayloadSize");
         if (found->second == "AcquisitionStop") return Register(slowStop_ ? 1 : 0);
         return {};

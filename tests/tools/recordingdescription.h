@@ -4,7 +4,7 @@
 
 namespace Recording {
 
-constexpr const char* description = R"(<?xml version="1.0" encoding="utf-8"?>
+constexpr const char* kDescription = R"(<?xml version="1.0" encoding="utf-8"?>
 <RegisterDescription ModelName="Recording" VendorName="Tests" ToolTip="A camera that writes down what is done to it"
     StandardNameSpace="None" SchemaMajorVersion="1" SchemaMinorVersion="1" SchemaSubMinorVersion="0"
     MajorVersion="1" MinorVersion="0" SubMinorVersion="0"

@@ -21,9 +21,9 @@ namespace {
 
 using Steps = std::vector<std::string>;
 
-const Steps wholeOrder = {"TLParamsLocked=1",   "PayloadSize",       "DSAllocAndAnnounceBuffer",
-                          "DSStartAcquisition", "AcquisitionStart",  "frame",
-                          "AcquisitionStop",    "DSStopAcquisition", "TLParamsLocked=0"};
+const Steps kWholeOrder = {"TLParamsLocked=1",   "PayloadSize",       "DSAllocAndAnnounceBuffer",
+                           "DSStartAcquisition", "AcquisitionStart",  "frame",
+                           "AcquisitionStop",    "DSStopAcquisition", "TLParamsLocked=0"};
 
 class ToolAcquisition : public ToolTest {
   protected:
@@ -60,7 +60,7 @@ TEST_F(ToolAcquisition, EveryProgramKeepsTheOrder) {
         const ToolResult result = Run(each.arguments, each.program);
         EXPECT_EQ(result.exitCode, 0) << each.program << result.err;
         EXPECT_THAT(result.out, HasSubstr(each.output)) << each.program;
-        EXPECT_THAT(TakeSteps(), ElementsAreArray(wholeOrder)) << each.program;
+        EXPECT_THAT(TakeSteps(), ElementsAreArray(kWholeOrder)) << each.program;
     }
 }
 
@@ -68,11 +68,11 @@ TEST_F(ToolAcquisition, EveryProgramKeepsTheOrder) {
 TEST_F(ToolAcquisition, CommandsThatGrabBesides) {
     EXPECT_THAT(Run({"events", "1", "--grab", "--duration", "200"}).err,
                 HasSubstr("no event came"));
-    EXPECT_THAT(TakeSteps(), ElementsAreArray(wholeOrder));
+    EXPECT_THAT(TakeSteps(), ElementsAreArray(kWholeOrder));
     EXPECT_THAT(Run({"report"}).out, HasSubstr("Frames      10"));
     const Steps steps = TakeSteps();
-    ASSERT_EQ(steps.size(), wholeOrder.size() + 2);
-    EXPECT_THAT(Steps(steps.begin() + 1, steps.end() - 1), ElementsAreArray(wholeOrder));
+    ASSERT_EQ(steps.size(), kWholeOrder.size() + 2);
+    EXPECT_THAT(Steps(steps.begin() + 1, steps.end() - 1), ElementsAreArray(kWholeOrder));
 }
 
 // The example grabs three times and then wants an event that this camera does not have.
@@ -80,7 +80,7 @@ TEST_F(ToolAcquisition, ExampleThatGrabsAgain) {
     EXPECT_THAT(Run({"camera.xml"}, ZELCAM_FEATURES).err, HasSubstr("switching it on failed"));
     Steps thrice;
     for (int i = 0; i < 3; ++i)
-        thrice.insert(thrice.end(), wholeOrder.begin(), wholeOrder.end());
+        thrice.insert(thrice.end(), kWholeOrder.begin(), kWholeOrder.end());
     EXPECT_THAT(TakeSteps(), ElementsAreArray(thrice));
 }
 
@@ -140,8 +140,8 @@ TEST_F(ToolAcquisition, EveryStepFailingInTurn) {
          {"TLParamsLocked=1", "PayloadSize", "DSAllocAndAnnounceBuffer", "DSStartAcquisition",
           "AcquisitionStart", "frame", "AcquisitionStop", "AcquisitionAbort", "DSStopAcquisition",
           "TLParamsLocked=0"}},
-        {"DSStopAcquisition", "StopAcquisition failed", wholeOrder},
-        {"TLParamsLocked=0", "TLParamsLocked failed: Write error", wholeOrder},
+        {"DSStopAcquisition", "StopAcquisition failed", kWholeOrder},
+        {"TLParamsLocked=0", "TLParamsLocked failed: Write error", kWholeOrder},
     };
     for (const auto& each : cases) {
         SetVariable("RECORDING_FAIL", each.step);
@@ -176,7 +176,7 @@ TEST_F(ToolAcquisition, ProducerWithoutAlignment) {
     SetVariable("RECORDING_UNALIGNED", "1");
     const ToolResult result = Run({"grab", "-f", "none"});
     EXPECT_EQ(result.exitCode, 0) << result.err;
-    EXPECT_THAT(TakeSteps(), ElementsAreArray(wholeOrder));
+    EXPECT_THAT(TakeSteps(), ElementsAreArray(kWholeOrder));
 }
 
 // The signal comes while frames arrive, and during a wait for a frame.
@@ -189,7 +189,7 @@ TEST_F(ToolAcquisition, CtrlCStopsTheCamera) {
         EXPECT_TRUE(watch.Await("0003.raw"));
         kill(process, SIGINT);
         EXPECT_EQ(Wait(process).exitCode, 0);
-        EXPECT_THAT(TakeSteps(), ElementsAreArray(wholeOrder));
+        EXPECT_THAT(TakeSteps(), ElementsAreArray(kWholeOrder));
     }
 }
 
@@ -255,7 +255,7 @@ TEST_F(ToolAcquisition, LostCamera) {
     EXPECT_EQ(result.exitCode, 5);
     EXPECT_THAT(result.out, HasSubstr("Frames      2"));
     EXPECT_THAT(result.err, HasSubstr("waiting for a frame failed"));
-    Steps steps = wholeOrder;
+    Steps steps = kWholeOrder;
     steps.insert(steps.begin() + 7, "AcquisitionAbort");
     EXPECT_THAT(TakeSteps(), ElementsAreArray(steps));
 }
@@ -268,7 +268,7 @@ TEST_F(ToolAcquisition, CameraThatStopsByItself) {
     EXPECT_THAT(result.err, AllOf(HasSubstr("stopped by itself after 3 frames: AcquisitionMode is "
                                             "MultiFrame, AcquisitionFrameCount is 3"),
                                   HasSubstr("Next: "), Not(HasSubstr("no frame within"))));
-    EXPECT_THAT(TakeSteps(), ElementsAreArray(wholeOrder));
+    EXPECT_THAT(TakeSteps(), ElementsAreArray(kWholeOrder));
 }
 
 // The report shows the features, for each trigger, and restores the selector.

@@ -18,7 +18,7 @@ using ::testing::Not;
 
 namespace {
 
-constexpr const char* timeStamp =
+constexpr const char* kTimeStamp =
     "2[0-9]{3}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}[.][0-9]{6}Z";
 
 class ToolFeatures : public ToolTest {
@@ -188,7 +188,7 @@ TEST_F(ToolFeatures, PrintsEventsOfTheNamedKind) {
         EXPECT_EQ(event.at("event"), "ExposureEnd");
         EXPECT_TRUE(event.at("data").at("EventExposureEndTimestamp").is_number()) << line;
         EXPECT_EQ(event.at("data").at("EventExposureEnd"), 0x9001);
-        EXPECT_THAT(event.at("time").get<std::string>(), MatchesRegex(timeStamp));
+        EXPECT_THAT(event.at("time").get<std::string>(), MatchesRegex(kTimeStamp));
     }
     EXPECT_EQ(count, 3U);
     const ToolResult none = Run({"events", "cam-a", "--grab", "-d", "100"});
@@ -228,7 +228,7 @@ TEST_F(ToolFeatures, WatchPrintsChanges) {
     EXPECT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(result.Json().at("name"), "DeviceTemperature");
     EXPECT_TRUE(result.Json().at("now").is_number());
-    EXPECT_THAT(result.Json().at("time").get<std::string>(), MatchesRegex(timeStamp));
+    EXPECT_THAT(result.Json().at("time").get<std::string>(), MatchesRegex(kTimeStamp));
     EXPECT_EQ(Run({"watch", "cam-a", "Width", "-i", "1", "-d", "2", "-n", "1"}).exitCode, 6)
         << "the change that was asked for did not come";
     EXPECT_EQ(Run({"watch", "cam-a", "NoSuch"}).exitCode, 8);

@@ -41,9 +41,9 @@ class Terminal {
 
     // Whether the text appears within a generous time.
     bool Await(const std::string& text) {
-        constexpr int generousMs = 60000;
+        constexpr int kGenerousMs = 60000;
         while (shown_.find(text) == std::string::npos) {
-            if (!Receive(generousMs)) return false;
+            if (!Receive(kGenerousMs)) return false;
         }
         return true;
     }

@@ -22,7 +22,7 @@ namespace {
 
 // Colour bars of 80 x 64 pixels, ten pixels wide; lines 32 to 47 show only the bars. The library
 // sorts cameras by identifier.
-constexpr const char* cameras = R"(
+constexpr const char* kCameras = R"(
   <Interface id="eth0" type="GEV">
     <Camera id="a-gray" serial="101" userName="pair" width="80" height="64" pixelFormat="Mono8"
             frameRate="0" xPadding="3" imageOffset="16"/>
@@ -40,7 +40,7 @@ constexpr const char* cameras = R"(
 
 class ToolGrab : public ToolTest {
   protected:
-    ToolGrab() : ToolTest(cameras) {}
+    ToolGrab() : ToolTest(kCameras) {}
     bool Exists(const std::string& name) const { return std::filesystem::exists(Path(name)); }
 };
 
@@ -52,9 +52,9 @@ std::vector<std::vector<uint16_t>> Bars(const PictureFile& picture) {
     return bars;
 }
 
-const std::vector<std::vector<uint16_t>> grayBars = {{255}, {226}, {179}, {150},
-                                                     {105}, {76},  {29},  {0}};
-const std::vector<std::vector<uint16_t>> colourBars = {
+const std::vector<std::vector<uint16_t>> kGrayBars = {{255}, {226}, {179}, {150},
+                                                      {105}, {76},  {29},  {0}};
+const std::vector<std::vector<uint16_t>> kColourBars = {
     {255, 255, 255}, {255, 255, 0}, {0, 255, 255}, {0, 255, 0},
     {255, 0, 255},   {255, 0, 0},   {0, 0, 255},   {0, 0, 0}};
 
@@ -63,7 +63,7 @@ TEST_F(ToolGrab, OnePictureOfTheFirstCameraByDefault) {
     EXPECT_EQ(result.exitCode, 0) << result.err;
     EXPECT_EQ(result.err, "") << "no progress bar outside of a terminal";
     EXPECT_THAT(result.out, AllOf(HasSubstr("80 x 64 Mono8"), HasSubstr("frame-0001.png")));
-    EXPECT_EQ(Bars(ReadPngFile(Path("frame-0001.png"))), grayBars);
+    EXPECT_EQ(Bars(ReadPngFile(Path("frame-0001.png"))), kGrayBars);
     EXPECT_FALSE(Exists("frame-0002.png"));
 }
 
@@ -71,7 +71,7 @@ TEST_F(ToolGrab, PicturesOfEveryKindOfFormat) {
     for (const char* camera : {"bayer", "bgr"}) {
         const ToolResult result = Run({"grab", camera, "-o", "{camera}.png"});
         EXPECT_EQ(result.exitCode, 0) << result.err;
-        EXPECT_EQ(Bars(ReadPngFile(Path(std::string(camera) + ".png"))), colourBars) << camera;
+        EXPECT_EQ(Bars(ReadPngFile(Path(std::string(camera) + ".png"))), kColourBars) << camera;
     }
     EXPECT_EQ(Run({"grab", "a-gray12", "-o", "gray12.png"}).exitCode, 0);
     const PictureFile deep = ReadPngFile(Path("gray12.png"));
@@ -83,7 +83,7 @@ TEST_F(ToolGrab, PicturesOfEveryKindOfFormat) {
     const auto bars = Bars(ReadPngFile(Path("yuv.png")));
     for (size_t i = 0; i < bars.size(); ++i) {
         for (size_t channel = 0; channel < 3; ++channel) {
-            EXPECT_NEAR(bars[i][channel], colourBars[i][channel], 2) << "bar " << i;
+            EXPECT_NEAR(bars[i][channel], kColourBars[i][channel], 2) << "bar " << i;
         }
     }
 }
@@ -106,7 +106,7 @@ TEST_F(ToolGrab, RawBytesAndTheirDescription) {
 TEST_F(ToolGrab, FormatsByTheEndingOfTheName) {
     for (const char* name : {"a.tif", "b.TIFF"}) {
         EXPECT_EQ(Run({"grab", "bayer", "-o", name}).exitCode, 0);
-        EXPECT_EQ(Bars(ReadTiffFile(Path(name))), colourBars);
+        EXPECT_EQ(Bars(ReadTiffFile(Path(name))), kColourBars);
     }
     EXPECT_EQ(Run({"grab", "a-gray12", "-o", "deep", "-f", "tiff"}).exitCode, 0);
     EXPECT_EQ(ReadTiffFile(Path("deep")).Pixel(5, 40)[0], 65535);
@@ -114,7 +114,7 @@ TEST_F(ToolGrab, FormatsByTheEndingOfTheName) {
     EXPECT_NEAR(ReadJpegFile(Path("c.jpg")).Pixel(5, 40)[1], 255, 5);
     EXPECT_NEAR(ReadJpegFile(Path("c.jpg")).Pixel(65, 40)[1], 0, 5);
     EXPECT_EQ(Run({"grab", "a-gray", "-o", "no-ending"}).exitCode, 0);
-    EXPECT_EQ(Bars(ReadPngFile(Path("no-ending"))), grayBars);
+    EXPECT_EQ(Bars(ReadPngFile(Path("no-ending"))), kGrayBars);
     const ToolResult unknown = Run({"grab", "-o", "x.bmp"});
     EXPECT_EQ(unknown.exitCode, 1);
     EXPECT_THAT(unknown.err, AllOf(HasSubstr(".bmp"), HasSubstr(".png, .tif, .jpg or .raw")));
@@ -128,7 +128,7 @@ TEST_F(ToolGrab, StandardOutputGetsTheBytesAndNothingElse) {
     EXPECT_EQ(raw.out.substr(size_t{83} * 40, 10), std::string(10, '\xFF'));
     EXPECT_THAT(raw.err, AllOf(HasSubstr("Frames      3"), HasSubstr("to standard output")));
     const ToolResult png = Run({"grab", "a-gray", "-o", "-"});
-    EXPECT_EQ(Bars(ReadPng({png.out.begin(), png.out.end()})), grayBars);
+    EXPECT_EQ(Bars(ReadPng({png.out.begin(), png.out.end()})), kGrayBars);
     const ToolResult failed = Run({"grab", "silent", "-t", "100", "-o", "-"});
     EXPECT_EQ(failed.exitCode, 6);
     EXPECT_EQ(failed.out, "");
@@ -153,7 +153,7 @@ TEST_F(ToolGrab, FilesThatExistStay) {
     EXPECT_FALSE(Exists("2.raw")) << "nor is the first of two files left alone";
     EXPECT_EQ(Read("frame-0003.png") + Read("2.raw.txt"), "preciousprecious");
     EXPECT_EQ(Run({"grab", "-n", "3", "--overwrite"}).exitCode, 0);
-    EXPECT_EQ(Bars(ReadPngFile(Path("frame-0003.png"))), grayBars);
+    EXPECT_EQ(Bars(ReadPngFile(Path("frame-0003.png"))), kGrayBars);
 }
 
 // The camera tears the frames 2, 5, 8, ... and loses 3, 7, ...
@@ -191,8 +191,8 @@ TEST_F(ToolGrab, SeveralCamerasAtOnce) {
     EXPECT_EQ(report.at("cameras").at(0).at("camera"), "a-gray");
     EXPECT_EQ(report.at("cameras").at(1).at("camera"), "bgr");
     EXPECT_EQ(report.at("cameras").at(1).at("written"), 2);
-    EXPECT_EQ(Bars(ReadPngFile(Path("a-gray-0002.png"))), grayBars);
-    EXPECT_EQ(Bars(ReadPngFile(Path("bgr-0002.png"))), colourBars);
+    EXPECT_EQ(Bars(ReadPngFile(Path("a-gray-0002.png"))), kGrayBars);
+    EXPECT_EQ(Bars(ReadPngFile(Path("bgr-0002.png"))), kColourBars);
     const std::string log = Read("all.csv");
     EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 5);
     // A silent camera does not affect the other one.

@@ -20,7 +20,7 @@ using ::testing::StartsWith;
 
 namespace {
 
-constexpr const char* twoInterfaces = R"(
+constexpr const char* kTwoInterfaces = R"(
   <Interface id="eth7" type="GEV" displayName="Left gantry">
     <Camera id="cam-a" vendor="Acme" model="Line 4" serial="0815" userName="left"/>
     <Camera id="cam-b" serial="4711" userName="a &quot;b&quot;"/>
@@ -29,7 +29,7 @@ constexpr const char* twoInterfaces = R"(
 
 class ToolList : public ToolTest {
   protected:
-    ToolList() : ToolTest(twoInterfaces) {}
+    ToolList() : ToolTest(kTwoInterfaces) {}
 
     // The only entry for a producer file.
     static json ProducerEntry(const json& listing, const std::string& file) {

@@ -13,8 +13,8 @@ using ::testing::StartsWith;
 namespace {
 
 // Registers of the simulated cameras: one with a meaning, one that was never written.
-constexpr const char* widthAddress = "0x2110";
-constexpr const char* freeAddress = "0xa0000";
+constexpr const char* kWidthAddress = "0x2110";
+constexpr const char* kFreeAddress = "0xa0000";
 
 class ToolRegisters : public ToolTest {
   protected:
@@ -34,14 +34,14 @@ class ToolRegisters : public ToolTest {
 };
 
 TEST_F(ToolRegisters, ReadsInTheOrderOfTheCamera) {
-    EXPECT_EQ(Output({"read", "little", widthAddress, "8", "--as", "u32"}),
+    EXPECT_EQ(Output({"read", "little", kWidthAddress, "8", "--as", "u32"}),
               "0x00002110  320  u32 little-endian\n0x00002114  240  u32 little-endian\n");
     EXPECT_EQ(Output({"read", "big", "8464", "--as", "u32"}), "0x00002110  320  u32 big-endian\n");
-    EXPECT_EQ(Output({"read", "big", widthAddress, "--as", "u16", "--endian", "little"}),
+    EXPECT_EQ(Output({"read", "big", kWidthAddress, "--as", "u16", "--endian", "little"}),
               "0x00002110  0  u16 little-endian\n");
-    EXPECT_EQ(Output({"read", "big", widthAddress}),
+    EXPECT_EQ(Output({"read", "big", kWidthAddress}),
               "0x00002110  00 00 01 40                                      |...@|\n");
-    const json read = Run({"read", "big", widthAddress, "8", "--as", "u16", "--json"}).Json();
+    const json read = Run({"read", "big", kWidthAddress, "8", "--as", "u16", "--json"}).Json();
     EXPECT_EQ(read.at("address"), 0x2110);
     EXPECT_EQ(read.at("byteOrder"), "big-endian");
     EXPECT_EQ(read.at("values"), json({0, 320, 0, 240}));
@@ -75,25 +75,25 @@ TEST_F(ToolRegisters, WritesEveryTypeInBothOrders) {
                  {"f64", "-1e300", "auto", "-1e+300  f64 little-endian"},
                  {"text", "hello", "auto", "\"hello\""}};
     for (const auto& c : cases) {
-        EXPECT_EQ(Output({"write", "little", freeAddress, "--as", c.type, "--endian", c.order, "--",
-                          c.value}),
+        EXPECT_EQ(Output({"write", "little", kFreeAddress, "--as", c.type, "--endian", c.order,
+                          "--", c.value}),
                   std::string("0x000a0000  ") + c.printed + "\n");
     }
     const std::pair<const char*, const char*> bytes[] = {{"hex:0a0B", "0a 0b"},
                                                          {"hex:0a 0b 0c", "0a 0b 0c"}};
     for (const auto& [value, printed] : bytes)
-        EXPECT_THAT(Output({"write", "little", freeAddress, value}), HasSubstr(printed));
+        EXPECT_THAT(Output({"write", "little", kFreeAddress, value}), HasSubstr(printed));
 }
 
 // The simulated cameras live only as long as the process, so a later run cannot read what was
 // written. A rejected value shows the byte order.
 TEST_F(ToolRegisters, BytesReachTheCameraInItsOrder) {
-    EXPECT_EQ(Run({"write", "big", widthAddress, "160"}).exitCode, 0);
-    EXPECT_EQ(Run({"write", "big", widthAddress, "hex:000000a0"}).exitCode, 0);
-    EXPECT_THAT(Output({"write", "big", widthAddress, "160", "--endian", "little"}),
+    EXPECT_EQ(Run({"write", "big", kWidthAddress, "160"}).exitCode, 0);
+    EXPECT_EQ(Run({"write", "big", kWidthAddress, "hex:000000a0"}).exitCode, 0);
+    EXPECT_THAT(Output({"write", "big", kWidthAddress, "160", "--endian", "little"}),
                 StartsWith("8 zelcam: 4 bytes at 0x00002110 of the camera cannot be written: the "
                            "value is rejected"));
-    EXPECT_EQ(Run({"write", "little", widthAddress, "160", "-a", "readonly"}).exitCode, 8);
+    EXPECT_EQ(Run({"write", "little", kWidthAddress, "160", "-a", "readonly"}).exitCode, 8);
 }
 
 TEST_F(ToolRegisters, NumbersAreReadWholeAndRangesAreBounded) {
@@ -111,11 +111,11 @@ TEST_F(ToolRegisters, NumbersAreReadWholeAndRangesAreBounded) {
         {"u32", "hex:0"}, {"u32", "hex:0a 0"}, {"hex", "0g"},  {"text", ""},    {"f64", "0x10"},
         {"u32", "hex:"},  {"i32", "0x-1"},     {"i32", "--1"}, {"f32", ""},     {"u32", "320x"}};
     for (const auto& [type, value] : values) {
-        EXPECT_EQ(Run({"write", "little", freeAddress, "--as", type, "--", value}).exitCode, 1)
+        EXPECT_EQ(Run({"write", "little", kFreeAddress, "--as", type, "--", value}).exitCode, 1)
             << type << " " << value;
     }
-    EXPECT_EQ(Run({"write", "little", freeAddress, "hex:" + std::string(8192, '0')}).exitCode, 0);
-    EXPECT_EQ(Run({"write", "little", freeAddress, "hex:" + std::string(8194, '0')}).exitCode, 1);
+    EXPECT_EQ(Run({"write", "little", kFreeAddress, "hex:" + std::string(8192, '0')}).exitCode, 0);
+    EXPECT_EQ(Run({"write", "little", kFreeAddress, "hex:" + std::string(8194, '0')}).exitCode, 1);
 }
 
 // The first register of each module has its identifier.
@@ -132,7 +132,7 @@ TEST_F(ToolRegisters, OtherModulesHaveRegistersOfTheirOwn) {
                   0);
         const std::string refused = Output({"write", "little", "0x2000", "hex:00", "-m", module});
         EXPECT_THAT(refused, AllOf(StartsWith("8 "), HasSubstr("cannot be written"))) << module;
-        EXPECT_EQ(Run({"write", "little", freeAddress, "hex:00", "-m", module}).exitCode, 0);
+        EXPECT_EQ(Run({"write", "little", kFreeAddress, "hex:00", "-m", module}).exitCode, 0);
     }
 }
 

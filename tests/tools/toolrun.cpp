@@ -108,11 +108,11 @@ ToolTest::FileWatch::~FileWatch() {
 }
 
 bool ToolTest::FileWatch::Await(const std::string& name) const {
-    constexpr int generousMs = 60000;
+    constexpr int kGenerousMs = 60000;
     alignas(inotify_event) std::array<char, 4096> events;
     for (;;) {
         pollfd readable{inotify_, POLLIN, 0};
-        if (poll(&readable, 1, generousMs) != 1) return false;
+        if (poll(&readable, 1, kGenerousMs) != 1) return false;
         const ssize_t size = read(inotify_, events.data(), events.size());
         for (ssize_t at = 0; at < size;) {
             const auto* event = reinterpret_cast<const inotify_event*>(events.data() + at);

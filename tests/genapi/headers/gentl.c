@@ -16,10 +16,10 @@ HOLDS(PackedStructures, sizeof(SINGLE_CHUNK_DATA) == sizeof(uint64_t) + 2 * size
                             sizeof(DS_BUFFER_INFO_STACKED) == 12 + sizeof(void*) + sizeof(size_t));
 
 // A function and the type of pointers to it; the compiler compares them.
-const PTLUpdateInterfaceList update = TLUpdateInterfaceList;
+const PTLUpdateInterfaceList kUpdate = TLUpdateInterfaceList;
 
 GC_API_P(PFetch)(EVENT_HANDLE hEvent, void* pBuffer, size_t* piSize, uint64_t iTimeout);
-const PFetch fetch = EventGetData;
+const PFetch kFetch = EventGetData;
 
 GC_API GCCloseLib(void) {
     return GC_ERR_NOT_INITIALIZED;

@@ -7,7 +7,7 @@ _Static_assert(PFNC_IS_PIXEL_MULTIPLE_COMPONENT(PFNC_RGB8), "components");
 _Static_assert(!PFNC_IS_PIXEL_CUSTOM(GVSP_Mono12Packed), "a format of the standard");
 _Static_assert(Mono12Packed == GVSP_Mono12Packed, "enumerators have the values of the macros");
 
-const char* nameOf(PfncFormat format);
-const char* nameOf(PfncFormat format) {
+const char* NameOf(PfncFormat format);
+const char* NameOf(PfncFormat format) {
     return GetPixelFormatName(format);
 }

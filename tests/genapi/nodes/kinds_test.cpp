@@ -112,18 +112,18 @@ TEST(Commands, RunUntilTheDeviceSaysOtherwise) {
                 Literal("Seven", "7") + IntReg("R", 0) +
                 Named("IntReg", "W", RegisterAt(4, 4, "WO") + kLittle) +
                 Named("IntReg", "Fixed", RegisterAt(8, 4, "RO") + kLittle));
-    ICommand& command_ = map.As<ICommand>("C");
-    EXPECT_TRUE(command_.IsDone());
+    ICommand& polled = map.As<ICommand>("C");
+    EXPECT_TRUE(polled.IsDone());
     EXPECT_EQ(map.port.TakeTrace(), "");
-    command_.Execute();
+    polled.Execute();
     EXPECT_EQ(map.Get("C"), "1") << "the text asks the device, too";
-    EXPECT_FALSE(command_.IsDone());
-    EXPECT_FALSE(command_.IsDone());
+    EXPECT_FALSE(polled.IsDone());
+    EXPECT_FALSE(polled.IsDone());
     EXPECT_EQ(map.port.TakeTrace(), "W0=7 R0 R0 R0 ");
     map.port.Fill(0, {0});
-    EXPECT_TRUE(command_.IsDone());
+    EXPECT_TRUE(polled.IsDone());
     EXPECT_EQ(map.Get("C"), "0");
-    EXPECT_TRUE(command_.IsDone());
+    EXPECT_TRUE(polled.IsDone());
     EXPECT_EQ(map.port.TakeTrace(), "R0 ");
 
     ICommand& blind = map.As<ICommand>("Blind");
@@ -173,10 +173,10 @@ TEST(Selectors, KnowTheirDirectNeighbours) {
     std::string all;
     for (const char* name : {"A", "B", "C", "Root"}) {
         const ISelector& selector = map.As<ISelector>(name);
-        FeatureList_t selected, selecting_;
+        FeatureList_t selected, selectors;
         selector.GetSelectedFeatures(selected);
-        selector.GetSelectingFeatures(selecting_);
-        all += names(selecting_) + (selector.IsSelector() ? ">" : "-") + names(selected) + " ";
+        selector.GetSelectingFeatures(selectors);
+        all += names(selectors) + (selector.IsSelector() ? ">" : "-") + names(selected) + " ";
     }
     EXPECT_EQ(all, ">BC A>C AB- - ");
 }

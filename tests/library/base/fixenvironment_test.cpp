@@ -173,13 +173,13 @@ TEST_F(FixEnvironmentTest, EachStepIsLogged) {
         const Preset presets[] = {{kVariables[0], {}}, {kVariables[1], {}}, {kVariables[2], {}}};
         const Messages messages("K4T_GEN", "%p|%m\n");
         const std::unique_ptr<Environment> environment = FixEnvironment();
-        EXPECT_EQ(messages.text(), expected("", "0\n"));
+        EXPECT_EQ(messages.Text(), expected("", "0\n"));
     }
     const Preset presets[] = {
         {kVariables[0], "/a%s"}, {kVariables[1], "/b"}, {kVariables[2], "/c"}};
     const Messages messages("K4T_GEN", "%p|%m\n");
     const std::unique_ptr<Environment> environment = FixEnvironment();
-    EXPECT_EQ(messages.text(), expected(prefix + "OLD GENICAM_ROOT = /a%s\n" +                  //
+    EXPECT_EQ(messages.Text(), expected(prefix + "OLD GENICAM_ROOT = /a%s\n" +                  //
                                             prefix + "OLD GENICAM_LOG_CONFIG_VERSION = /b\n" +  //
                                             prefix + "OLD GENICAM_CACHE_VERSION = /c\n",
                                         exists));
@@ -193,7 +193,7 @@ TEST_F(NodeMapEnvironmentTest, SurroundsTheMakingOfANodeMapWhateverComesOfIt) {
     const auto note = [&](int32_t code) {
         during.reset();
         producer.ClearRules();
-        producer.AddRule({"GCGetPortURLInfo", Scripted::AnyCommand, [&during, code](const auto&) {
+        producer.AddRule({"GCGetPortURLInfo", Scripted::kAnyCommand, [&during, code](const auto&) {
                               during = Get(kVariables[0]);
                               return code != 0 ? Scripted::Fails(code) : Scripted::Reply{};
                           }});

@@ -47,16 +47,16 @@ class InfoQueries : public ScriptedTest {
 TEST_F(InfoQueries, TextsKeepTheTerminatingZeroSaveTheInterfaces) {
     for (const TextQuery& query : queries) {
         SCOPED_TRACE(query.function);
-        Answer(query.function, Scripted::AnyCommand, Scripted::Gives("text"));
+        Answer(query.function, Scripted::kAnyCommand, Scripted::Gives("text"));
         EXPECT_EQ(query.ask(), query.cut ? "text"s : "text\0"s);
         EXPECT_EQ(Calls().size(), 2U);  // the size, then the text
-        Answer(query.function, Scripted::AnyCommand, Scripted::Gives(""));
+        Answer(query.function, Scripted::kAnyCommand, Scripted::Gives(""));
         EXPECT_EQ(query.ask(), query.cut ? ""s : "\0"s);
         Calls();
 
         Scripted::Reply nothing = Scripted::Gives("");
         nothing.bytes->clear();
-        Answer(query.function, Scripted::AnyCommand, nothing);
+        Answer(query.function, Scripted::kAnyCommand, nothing);
         if (query.cut) {
             EXPECT_THROW(query.ask(), std::out_of_range);
         } else {
@@ -71,22 +71,22 @@ TEST_F(InfoQueries, FaultsOfTextQueries) {
         SCOPED_TRACE(query.function);
         for (size_t call = 0; call < 2; ++call) {  // the first, the second call fails
             producer.ClearRules();
-            Fail(query.function, -1010, Scripted::AnyCommand, call);
+            Fail(query.function, -1010, Scripted::kAnyCommand, call);
             EXPECT_THAT(query.ask,
                         ThrowsMessage<zelcam_exception>("Communication error has occurred."));
             EXPECT_EQ(Calls().size(), call + 1);
         }
         producer.ClearRules();
         Scripted::Reply wrongType = Scripted::ReportsType(GenTL::INFO_DATATYPE_UINT32);
-        Answer(query.function, Scripted::AnyCommand, wrongType);
+        Answer(query.function, Scripted::kAnyCommand, wrongType);
         EXPECT_THAT(query.ask, ThrowsMessage<std::invalid_argument>("Not a string type"));
-        Answer(query.function, Scripted::AnyCommand,
+        Answer(query.function, Scripted::kAnyCommand,
                Scripted::ReportsSize((size_t{16} << 20) + 1));  // more than any text has
         EXPECT_THROW(query.ask(), zelcam_exception);
         // A producer's failure goes before the type it reports.
         wrongType.code = -1003;
         wrongType.actFirst = true;
-        Answer(query.function, Scripted::AnyCommand, wrongType);
+        Answer(query.function, Scripted::kAnyCommand, wrongType);
         EXPECT_THROW(query.ask(), zelcam_exception);
         Calls();
     }

@@ -29,7 +29,7 @@ TEST(GenTLLib, FilesThatCannotBeLoadedThrowTheLoadersMessage) {
 
     const TemporaryFile text(
         "text.cti", "This is no shared object, however long one makes the text that it holds.");
-    EXPECT_THAT(LoadFailure(text.path()), testing::HasSubstr("invalid ELF header"));
+    EXPECT_THAT(LoadFailure(text.Path()), testing::HasSubstr("invalid ELF header"));
 }
 
 TEST(GenTLLib, MissingFunctionsShowWhenTheyAreCalled) {
@@ -58,22 +58,22 @@ TEST(GenTLLib, LoadsReplaceAndTheEndUnloads) {
     const ProducerCopy first("minimal.cti");
     const ProducerCopy second("second.cti");
     {
-        GenTLLib lib(first.path());
-        EXPECT_TRUE(IsLoaded(first.path()));
-        lib.Load(second.path());
-        EXPECT_FALSE(IsLoaded(first.path()));
-        EXPECT_TRUE(IsLoaded(second.path()));
+        GenTLLib lib(first.Path());
+        EXPECT_TRUE(IsLoaded(first.Path()));
+        lib.Load(second.Path());
+        EXPECT_FALSE(IsLoaded(first.Path()));
+        EXPECT_TRUE(IsLoaded(second.Path()));
         uint32_t count = 0;
         EXPECT_EQ(lib.TLGetNumInterfaces(nullptr, &count), GenTL::GC_ERR_INVALID_HANDLE);
     }
-    EXPECT_FALSE(IsLoaded(second.path()));
+    EXPECT_FALSE(IsLoaded(second.Path()));
 }
 
 TEST(GenTLLib, AFailedLoadLeavesNothingLoaded) {
     const ProducerCopy first("minimal.cti");
-    GenTLLib lib(first.path());
+    GenTLLib lib(first.Path());
     EXPECT_THROW(lib.Load(testing::TempDir() + "no such producer.cti"), std::system_error);
-    EXPECT_FALSE(IsLoaded(first.path()));
+    EXPECT_FALSE(IsLoaded(first.Path()));
     EXPECT_EQ(lib.GCInitLib(), -1014);
 }
 
@@ -85,20 +85,20 @@ TEST(GenTLLib, SymbolsStayLocal) {
 
 namespace {
 
-void* const anyHandle = reinterpret_cast<void*>(uintptr_t{1});
-constexpr uint64_t big = 0x8000000000000001U;
+void* const kAnyHandle = reinterpret_cast<void*>(uintptr_t{1});
+constexpr uint64_t kBig = 0x8000000000000001U;
 
 // An argument for each type, as the record of the call shows it.
 template <typename T>
 T Argument() {
     if constexpr (std::is_same_v<T, void*>) {
-        return anyHandle;
+        return kAnyHandle;
     } else if constexpr (std::is_same_v<T, const char*>) {
         return "id";
     } else if constexpr (std::is_pointer_v<T>) {
         return nullptr;
     } else if constexpr (sizeof(T) == sizeof(uint64_t)) {
-        return big;
+        return kBig;
     } else {
         return std::is_signed_v<T> ? 3 : 5;
     }
@@ -129,11 +129,11 @@ class GenTLLibCalls : public ScriptedTest {
 
     template <typename... Args>
     static void CheckArguments(const Scripted::Call& call) {
-        EXPECT_EQ(call.handle, kHasHandleFirst<Args...> ? anyHandle : nullptr);
+        EXPECT_EQ(call.handle, kHasHandleFirst<Args...> ? kAnyHandle : nullptr);
         EXPECT_EQ(call.id, (kHas<const char*, Args...>) ? "id" : "");
-        EXPECT_EQ(call.command, (kHas<int32_t, Args...>) ? 3 : Scripted::AnyCommand);
+        EXPECT_EQ(call.command, (kHas<int32_t, Args...>) ? 3 : Scripted::kAnyCommand);
         if constexpr (kHas<uint64_t, Args...>) {
-            EXPECT_EQ(call.number, big);
+            EXPECT_EQ(call.number, kBig);
         } else if constexpr (kHas<uint32_t, Args...>) {
             EXPECT_EQ(call.number, 5U);
         } else {

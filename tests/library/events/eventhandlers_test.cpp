@@ -53,7 +53,7 @@ class EventHandlersTest : public ScriptedTest {
         return handlers->UnRegisterEvent(module, type, Subscriber::Form1, &with);
     }
     static void Await(std::promise<void>& promise) {
-        ASSERT_EQ(promise.get_future().wait_for(Patience), std::future_status::ready);
+        ASSERT_EQ(promise.get_future().wait_for(kPatience), std::future_status::ready);
     }
 
     // Ends all dispatching before the objects of the test that are declared above it are destroyed.
@@ -125,7 +125,7 @@ TEST_F(EventHandlersTest, ASubscriptionMadeTwiceIsCalledTwiceInOrder) {
     EXPECT_EQ(handlers->UnRegisterEvent(module, 5, Hook::Call, &a), 0);
     ASSERT_TRUE(Fire(5));
     auto result = order.get_future();
-    ASSERT_EQ(result.wait_for(Patience), std::future_status::ready);
+    ASSERT_EQ(result.wait_for(kPatience), std::future_status::ready);
     EXPECT_EQ(result.get(), "ba");
 }
 
@@ -294,7 +294,7 @@ TEST_F(EventHandlersTest, WithoutSubscribersTheThreadEndsAtItsNextEvent) {
 }
 
 TEST_F(EventHandlersTest, AFailingWaitEndsTheThreadAndARegistrationRestartsIt) {
-    Fail("EventGetData", -20000, Scripted::AnyCommand, 0, 1);
+    Fail("EventGetData", -20000, Scripted::kAnyCommand, 0, 1);
     Register(subscriber);
     ASSERT_TRUE(producer.AwaitCount("GCUnregisterEvent", 1));
     // The old subscription counts again.
@@ -410,7 +410,7 @@ TEST_F(EventHandlersTest, ClearWaitsForACallbackThatRegisters) {
 
 // A producer may forget a kill.
 TEST_F(EventHandlersTest, AKillIsRepeatedUntilTheThreadHasEnded) {
-    Fail("EventKill", 0, Scripted::AnyCommand, 0, 2);
+    Fail("EventKill", 0, Scripted::kAnyCommand, 0, 2);
     Register(subscriber);
     ASSERT_TRUE(producer.AwaitWaiter(module, 5));
     std::thread clearing([&] { handlers->clear(); });

@@ -28,18 +28,18 @@ TEST(HelpStr, FormatsTextsOfAnyLength) {
 
 namespace {
 
-const std::filesystem::path programFolder =
+const std::filesystem::path kProgramFolder =
     std::filesystem::read_symlink("/proc/self/exe").parent_path();
 
 // A property file beside the program.
 class PropertyFile {
   public:
-    explicit PropertyFile(const std::string& text) { std::ofstream(path()) << text; }
-    ~PropertyFile() { std::filesystem::remove(path()); }
+    explicit PropertyFile(const std::string& text) { std::ofstream(Path()) << text; }
+    ~PropertyFile() { std::filesystem::remove(Path()); }
     PropertyFile(const PropertyFile&) = delete;
     PropertyFile& operator=(const PropertyFile&) = delete;
 
-    std::filesystem::path path() const { return programFolder / name_; }
+    std::filesystem::path Path() const { return kProgramFolder / name_; }
     void Configure() const { ZelLog4Cpp_configure(name_.c_str(), "ignored"); }
 
   private:
@@ -91,7 +91,7 @@ TEST(ZelLog4Cpp, WithoutAPropertyFileOnlyTheSystemLogHearsOfIt) {
     ZelLog4Cpp_configure("no such file.property", "tests");
     EXPECT_EQ(
         log.Take(),
-        "log: ZelLog4Cpp: trying to load " + programFolder.string() +
+        "log: ZelLog4Cpp: trying to load " + kProgramFolder.string() +
             "/no such file.property\n"
             "log: ZelLog4Cpp: PropertyConfigurator::configure failed, logging is disabled!\n");
 }
@@ -102,7 +102,7 @@ TEST(ZelLog4Cpp, ReadsThePropertyFileBesideTheProgram) {
         "log4cpp.category.tests.configured=FATAL\n");
     SystemLog log;
     file.Configure();
-    EXPECT_EQ(log.Take(), "log: ZelLog4Cpp: trying to load " + file.path().string() +
+    EXPECT_EQ(log.Take(), "log: ZelLog4Cpp: trying to load " + file.Path().string() +
                               "\n"
                               "log: ZelLog4Cpp: PropertyConfigurator::configure succeeded!\n");
     EXPECT_EQ(log4cpp::Category::getInstance("tests.configured").getPriority(),
@@ -171,7 +171,7 @@ TEST(ZelLog4Cpp, MessagesHaveTheirPriorityAndCode) {
     ZelLog4Cpp_Fatal("tests.messages", 6, "");
     ZelLog4Cpp_DebugText("tests.messages", "100% debug");
     ZelLog4Cpp_ErrorText("tests.messages", "100% error");
-    EXPECT_EQ(messages.text(),
+    EXPECT_EQ(messages.Text(),
               "DEBUG|tests.messages|a %s %n b, code=1\n"
               "INFO|tests.messages|info, code=2\n"
               "NOTICE|tests.messages|100% notice\n"

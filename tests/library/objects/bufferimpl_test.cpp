@@ -50,29 +50,29 @@ const struct {
     GenTL::INFO_DATATYPE type;
     uint64_t (*get)(ZelCam::Buffer&);
     uint64_t value;  // the producer's default, 0 where it differs from buffer to buffer
-} getters[] = {{0, 10, Get<&ZelCam::Buffer::GetBufferPtr>, 0},
-               {18, 12, Get<&ZelCam::Buffer::GetImageOffset>, 8},
-               {1, 12, Get<&ZelCam::Buffer::GetBufferSize>, 0x10000},
-               {20, 8, Get<&ZelCam::Buffer::GetPixelFormat>, 0x01080001},
-               {2, 10, Get<&ZelCam::Buffer::GetUserPtr>, 0},
-               {3, 8, Get<&ZelCam::Buffer::GetTimestamp>, 1003},
-               {16, 8, Get<&ZelCam::Buffer::GetFrameID>, 1016},
-               {7, 11, Get<&ZelCam::Buffer::IsIncomplete>, 1},
-               {10, 12, Get<&ZelCam::Buffer::GetWidth>, 100},
-               {11, 12, Get<&ZelCam::Buffer::GetHeight>, 50},
-               {12, 12, Get<&ZelCam::Buffer::GetXOffset>, 1012},
-               {13, 12, Get<&ZelCam::Buffer::GetYOffset>, 1013},
-               {14, 12, Get<&ZelCam::Buffer::GetXPadding>, 4},
-               {15, 12, Get<&ZelCam::Buffer::GetYPadding>, 1015},
-               {22, 12, Get<&ZelCam::Buffer::GetDeliveredHeight>, 1022},
-               {1101, 11, Get<&ZelCam::Buffer::IsKacFrameB>, 1}};
+} kGetters[] = {{0, 10, Get<&ZelCam::Buffer::GetBufferPtr>, 0},
+                {18, 12, Get<&ZelCam::Buffer::GetImageOffset>, 8},
+                {1, 12, Get<&ZelCam::Buffer::GetBufferSize>, 0x10000},
+                {20, 8, Get<&ZelCam::Buffer::GetPixelFormat>, 0x01080001},
+                {2, 10, Get<&ZelCam::Buffer::GetUserPtr>, 0},
+                {3, 8, Get<&ZelCam::Buffer::GetTimestamp>, 1003},
+                {16, 8, Get<&ZelCam::Buffer::GetFrameID>, 1016},
+                {7, 11, Get<&ZelCam::Buffer::IsIncomplete>, 1},
+                {10, 12, Get<&ZelCam::Buffer::GetWidth>, 100},
+                {11, 12, Get<&ZelCam::Buffer::GetHeight>, 50},
+                {12, 12, Get<&ZelCam::Buffer::GetXOffset>, 1012},
+                {13, 12, Get<&ZelCam::Buffer::GetYOffset>, 1013},
+                {14, 12, Get<&ZelCam::Buffer::GetXPadding>, 4},
+                {15, 12, Get<&ZelCam::Buffer::GetYPadding>, 1015},
+                {22, 12, Get<&ZelCam::Buffer::GetDeliveredHeight>, 1022},
+                {1101, 11, Get<&ZelCam::Buffer::IsKacFrameB>, 1}};
 
 }  // namespace
 
 TEST_F(BufferTest, EveryGetterAsksItsCommandAndIsZeroOnAnyFault) {
     EXPECT_EQ(buffer->GetUserPtr(), &user);
     Calls();
-    for (const auto& getter : getters) {
+    for (const auto& getter : kGetters) {
         SCOPED_TRACE(getter.command);
         for (int i = 0; i < 2; ++i) {
             const uint64_t value = getter.get(*buffer);

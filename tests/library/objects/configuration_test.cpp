@@ -136,7 +136,7 @@ TEST_F(ConfigurationTest, AValueThatTheCameraDoesNotTakeIsAFailure) {
                         test::kLittle) +
         test::IntReg("Height", Description::Height) + test::kPort));
     OpenDevice();
-    producer.AddRule({"GCWritePort", Scripted::AnyCommand, [](const Scripted::Call& call) {
+    producer.AddRule({"GCWritePort", Scripted::kAnyCommand, [](const Scripted::Call& call) {
                           Scripted::Reply reply;
                           if (call.number == Description::Width) reply.code = GenTL::GC_ERR_SUCCESS;
                           return reply;

@@ -50,7 +50,7 @@ TEST_F(DeviceTest, AccessBecomesTheProducersFlag) {
     info = iface->GetFirstDeviceInfo();
     for (const auto& [access, call] : flags) {
         Calls();
-        ZelCamErr err = Untouched;
+        ZelCamErr err = kUntouched;
         const Holder<ZelCam::Device> opened(
             ZelCam_CreateDevice(info, static_cast<DeviceAccess>(access), &err));
         EXPECT_NE(opened, nullptr);
@@ -61,7 +61,7 @@ TEST_F(DeviceTest, AccessBecomesTheProducersFlag) {
 
 TEST_F(DeviceTest, AnIdentifierThatIsNotListedIsSettledWhenItIsOpened) {
     OpenInterface();
-    ZelCamErr err = Untouched;
+    ZelCamErr err = kUntouched;
     EXPECT_EQ(ZelCam_CreateDevice(iface->GetDeviceInfoById("none"), DeviceAccess::Control, &err),
               nullptr);
     EXPECT_EQ(err, ZelCamErr_GenTL_InvalidId);
@@ -70,15 +70,15 @@ TEST_F(DeviceTest, AnIdentifierThatIsNotListedIsSettledWhenItIsOpened) {
 TEST_F(DeviceTest, AForeignDeviceInfoLeavesTheErrorAlone) {
     OpenInterface();
     ForeignDeviceInfo foreign;
-    ZelCamErr err = Untouched;
+    ZelCamErr err = kUntouched;
     EXPECT_EQ(ZelCam_CreateDevice(&foreign, DeviceAccess::Control, &err), nullptr);
-    EXPECT_EQ(err, Untouched);
+    EXPECT_EQ(err, kUntouched);
     EXPECT_EQ(ZelCam_CreateDevice(&foreign, DeviceAccess::Control, nullptr), nullptr);
 }
 
 TEST_F(DeviceTest, WithoutAnInfoTheFirstCameraIsOpenedWithASystemOfItsOwn) {
     producer.SetWorld({{"empty", "GEV", {}}, {"ifA", "GEV", {"b", "a"}}, {"ifB", "U3V", {"c"}}});
-    ZelCamErr err = Untouched;
+    ZelCamErr err = kUntouched;
     ZelCam::Device* const own = ZelCam_CreateDevice(nullptr, DeviceAccess::ReadOnly, &err);
     ASSERT_NE(own, nullptr);
     EXPECT_EQ(err, ZelCamErr_Success);
@@ -97,7 +97,7 @@ TEST_F(DeviceTest, WithoutAnInfoTheFirstCameraIsOpenedWithASystemOfItsOwn) {
 
 TEST_F(DeviceTest, WithoutAnInfoFailuresReleaseTheSystem) {
     const auto expectFailure = [this](ZelCamErr code) {
-        ZelCamErr err = Untouched;
+        ZelCamErr err = kUntouched;
         EXPECT_EQ(ZelCam_CreateDevice(nullptr, DeviceAccess::Control, &err), nullptr);
         EXPECT_EQ(err, code);
         EXPECT_THAT(producer.GetOpenHandles(), IsEmpty());
@@ -167,7 +167,7 @@ TEST_F(DeviceTest, RegistersAreReadAndWrittenThroughTheRemotePort) {
         EXPECT_EQ(call.handle, HandleOf("port cam0")) << call.Text();
 
     // How many bytes went over does not matter, only the code.
-    Answer("GCReadPort", Scripted::AnyCommand, Scripted::ReportsSize(1));
+    Answer("GCReadPort", Scripted::kAnyCommand, Scripted::ReportsSize(1));
     EXPECT_EQ(device->ReadMem(0x1000, read.data(), read.size()), 0);
 }
 

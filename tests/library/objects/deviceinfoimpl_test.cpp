@@ -21,18 +21,18 @@ const struct {
     const char* (ZelCam::DeviceInfo::*get)();
     int command;
     const char* text;
-} textGetters[] = {{&ZelCam::DeviceInfo::GetVendor, 1, "Vendor of cam1"},
-                   {&ZelCam::DeviceInfo::GetModel, 2, "Model of cam1"},
-                   {&ZelCam::DeviceInfo::GetDisplayName, 4, "Display name of cam1"},
-                   {&ZelCam::DeviceInfo::GetUserDefinedName, 6, "User name of cam1"},
-                   {&ZelCam::DeviceInfo::GetSerialNumber, 7, "Serial number of cam1"},
-                   {&ZelCam::DeviceInfo::GetVersion, 8, "Version of cam1"},
-                   {&ZelCam::DeviceInfo::GetUSB3HostInfo, 1100, "Host of cam1"}};
+} kTextGetters[] = {{&ZelCam::DeviceInfo::GetVendor, 1, "Vendor of cam1"},
+                    {&ZelCam::DeviceInfo::GetModel, 2, "Model of cam1"},
+                    {&ZelCam::DeviceInfo::GetDisplayName, 4, "Display name of cam1"},
+                    {&ZelCam::DeviceInfo::GetUserDefinedName, 6, "User name of cam1"},
+                    {&ZelCam::DeviceInfo::GetSerialNumber, 7, "Serial number of cam1"},
+                    {&ZelCam::DeviceInfo::GetVersion, 8, "Version of cam1"},
+                    {&ZelCam::DeviceInfo::GetUSB3HostInfo, 1100, "Host of cam1"}};
 
 }  // namespace
 
 TEST_F(DeviceInfoTest, TextsAreAskedOnEveryCall) {
-    for (const auto& getter : textGetters) {
+    for (const auto& getter : kTextGetters) {
         SCOPED_TRACE(getter.command);
         const std::string query = "IFGetDeviceInfo " + std::to_string(getter.command) + " cam1";
         const char* text = nullptr;
@@ -52,10 +52,10 @@ TEST_F(DeviceInfoTest, TextsAreAskedOnEveryCall) {
 
 TEST_F(DeviceInfoTest, EachTextHasItsOwnBuffer) {
     std::vector<const char*> texts;
-    for (const auto& getter : textGetters)
+    for (const auto& getter : kTextGetters)
         texts.push_back((info->*getter.get)());
     for (size_t i = 0; i < texts.size(); ++i)
-        EXPECT_STREQ(texts[i], textGetters[i].text);
+        EXPECT_STREQ(texts[i], kTextGetters[i].text);
 
     // A second text of the same length takes the place of the first, long or short.
     for (const size_t length : {14U, 200U}) {
@@ -81,12 +81,12 @@ TEST_F(DeviceInfoTest, AccessStatusPassesThrough) {
 TEST_F(DeviceInfoTest, ExternalXmlIsKeptEvenWhenItCannotBeRead) {
     EXPECT_EQ(info->GetExternalXml(), nullptr);
     const TemporaryFile file("external.xml", "<xml/>");
-    EXPECT_EQ(info->SetExternalXml(file.path().c_str()), ZelCamErr_Success);
-    EXPECT_EQ(info->GetExternalXml(), file.path());
+    EXPECT_EQ(info->SetExternalXml(file.Path().c_str()), ZelCamErr_Success);
+    EXPECT_EQ(info->GetExternalXml(), file.Path());
     EXPECT_EQ(info->SetExternalXml("/no/such/file.xml"), ZelCamErr_FileOpenFailed);
     EXPECT_STREQ(info->GetExternalXml(), "/no/such/file.xml");
     for (const char* nothing : {static_cast<const char*>(nullptr), ""}) {
-        info->SetExternalXml(file.path().c_str());
+        info->SetExternalXml(file.Path().c_str());
         EXPECT_EQ(info->SetExternalXml(nothing), ZelCamErr_Success);
         EXPECT_EQ(info->GetExternalXml(), nullptr);
     }

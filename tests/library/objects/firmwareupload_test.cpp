@@ -48,7 +48,7 @@ class FirmwareUploadTest : public SessionTest {
         const auto reply = [status](const Scripted::Call&) {
             return Scripted::Gives(status, GenTL::INFO_DATATYPE_UNKNOWN);
         };
-        producer.AddRule({"GCReadPort", Scripted::AnyCommand, reply, skip, count});
+        producer.AddRule({"GCReadPort", Scripted::kAnyCommand, reply, skip, count});
     }
     void BusyAfter(size_t polls) { SetStatus(1, polls); }
 
@@ -75,34 +75,34 @@ class FirmwareUploadTest : public SessionTest {
 
     const TemporaryFile empty{"empty.rpd", ""};
 
-    static constexpr uint64_t Command = 0x20006050;
-    static constexpr size_t Sectors = 64;
-    static constexpr size_t ErasingWrites = 2 * Sectors;  // each is polled once
+    static constexpr uint64_t kCommand = 0x20006050;
+    static constexpr size_t kSectors = 64;
+    static constexpr size_t kErasingWrites = 2 * kSectors;  // each is polled once
 };
 
 }  // namespace
 
 TEST_F(FirmwareUploadTest, AnEmptyImageErasesTheFlash) {
-    EXPECT_EQ(Upload(empty.path()), ZelCamErr_Success);
+    EXPECT_EQ(Upload(empty.Path()), ZelCamErr_Success);
     const auto writes = Writes();
-    ASSERT_EQ(writes.size(), ErasingWrites);  // nothing is programmed
-    EXPECT_THAT(writes[0], Pair(Command, 0x1400000U));
-    EXPECT_THAT(writes[1], Pair(Command, 0x6000000U));
-    EXPECT_THAT(writes[126], Pair(Command, 0x17F0000U));
-    ASSERT_EQ(reports.size(), Sectors);
+    ASSERT_EQ(writes.size(), kErasingWrites);  // nothing is programmed
+    EXPECT_THAT(writes[0], Pair(kCommand, 0x1400000U));
+    EXPECT_THAT(writes[1], Pair(kCommand, 0x6000000U));
+    EXPECT_THAT(writes[126], Pair(kCommand, 0x17F0000U));
+    ASSERT_EQ(reports.size(), kSectors);
     EXPECT_EQ(reports[0], "0: 400000 400000 800000 0");
     EXPECT_EQ(reports[63], "0: 400000 7f0000 800000 0");
 
-    EXPECT_EQ(Upload(empty.path(), nullptr), ZelCamErr_Success);
+    EXPECT_EQ(Upload(empty.Path(), nullptr), ZelCamErr_Success);
 }
 
 TEST_F(FirmwareUploadTest, OtherImagesTouchNoRegister) {
     const TemporaryFile image("firmware.rpd", "\xFF");
-    EXPECT_EQ(Upload(image.path()), ZelCamErr_InvalidFile);
+    EXPECT_EQ(Upload(image.Path()), ZelCamErr_InvalidFile);
     EXPECT_EQ(Upload("/no/such/file.rpd"), ZelCamErr_FileOpenFailed);
-    std::filesystem::remove(image.path());
-    ASSERT_EQ(mkfifo(image.path().c_str(), 0600), 0);
-    const std::vector<std::string> files = {image.path(), "/dev/null", "/dev/zero", "/proc/cpuinfo",
+    std::filesystem::remove(image.Path());
+    ASSERT_EQ(mkfifo(image.Path().c_str(), 0600), 0);
+    const std::vector<std::string> files = {image.Path(), "/dev/null", "/dev/zero", "/proc/cpuinfo",
                                             "/proc"};
     for (const std::string& file : files)
         EXPECT_EQ(Upload(file), ZelCamErr_InvalidFile) << file;
@@ -114,15 +114,15 @@ TEST_F(FirmwareUploadTest, OtherImagesTouchNoRegister) {
 
 TEST_F(FirmwareUploadTest, ABusyFlashEndsItQuietly) {
     SetStatus(1);
-    EXPECT_EQ(Upload(empty.path()), ZelCamErr_Success);
+    EXPECT_EQ(Upload(empty.Path()), ZelCamErr_Success);
     EXPECT_EQ(producer.GetCount("GCReadPort"), 10U);
     EXPECT_THAT(reports, ElementsAre("0: 400000 400000 800000 0"));
 
     // It may become ready in between.
     AcceptAll();
     SetStatus(0x80, 0, 9);
-    EXPECT_EQ(Upload(empty.path()), ZelCamErr_Success);
-    EXPECT_EQ(reports.size(), Sectors);
+    EXPECT_EQ(Upload(empty.Path()), ZelCamErr_Success);
+    EXPECT_EQ(reports.size(), kSectors);
 }
 
 TEST_F(FirmwareUploadTest, AFailingRegisterEndsItWithItsCode) {
@@ -135,10 +135,10 @@ TEST_F(FirmwareUploadTest, AFailingRegisterEndsItWithItsCode) {
                  {"GCReadPort", 1, {"0: 400000 400000 800000 0", "1: 400000 410000 800000 -1010"}}};
     for (const auto& c : cases) {
         AcceptAll();
-        Fail(c.function, -1010, Scripted::AnyCommand, c.skip);
-        EXPECT_EQ(Upload(empty.path()), -1010);
+        Fail(c.function, -1010, Scripted::kAnyCommand, c.skip);
+        EXPECT_EQ(Upload(empty.Path()), -1010);
         EXPECT_EQ(reports, c.reports);
-        EXPECT_EQ(Upload(empty.path(), nullptr), -1010);
+        EXPECT_EQ(Upload(empty.Path(), nullptr), -1010);
     }
 }
 
@@ -146,15 +146,15 @@ TEST_F(FirmwareUploadTest, ProgramsAPageThatIsNotErased) {
     std::vector<uint8_t> image(300, 0xFF);
     image[256] = 0;  // behind the page
     EXPECT_EQ(Run(image), ZelCamErr_Success);
-    EXPECT_EQ(Writes().size(), ErasingWrites);
+    EXPECT_EQ(Writes().size(), kErasingWrites);
 
     image[3] = 0x12;
     EXPECT_EQ(Run(image), ZelCamErr_Success);
     auto writes = Writes();
-    writes.erase(writes.begin(), writes.begin() + ErasingWrites);
+    writes.erase(writes.begin(), writes.begin() + kErasingWrites);
     EXPECT_THAT(writes, ElementsAre(Pair(0x10000300U, 0x12FFFFFFU), Pair(0x20006100U, 0x1000001U),
-                                    Pair(Command, 0x3400000U), Pair(Command, 0x6000000U)));
-    EXPECT_EQ(reports.size(), Sectors + 1);
+                                    Pair(kCommand, 0x3400000U), Pair(kCommand, 0x6000000U)));
+    EXPECT_EQ(reports.size(), kSectors + 1);
     EXPECT_EQ(reports.back(), "1: 400000 400000 400000 0");
 }
 
@@ -162,24 +162,24 @@ TEST_F(FirmwareUploadTest, ProgrammingEndsLikeErasing) {
     const std::vector<uint8_t> image(256, 0x12);
     const auto failAfterErasing = [&](const char* function, size_t skip, ZelCamErr code) {
         AcceptAll();
-        Fail(function, code, Scripted::AnyCommand, skip);
+        Fail(function, code, Scripted::kAnyCommand, skip);
         return FirmwareUpload(*device, Report).Run(image);
     };
     for (const size_t step : {0U, 1U, 2U, 3U}) {  // only the poll is reported
-        EXPECT_EQ(failAfterErasing("GCWritePort", ErasingWrites + step, ZelCamErr_GenTL_Io),
+        EXPECT_EQ(failAfterErasing("GCWritePort", kErasingWrites + step, ZelCamErr_GenTL_Io),
                   ZelCamErr_GenTL_Io);
-        EXPECT_EQ(reports.size(), step == 3 ? Sectors + 1 : Sectors);
+        EXPECT_EQ(reports.size(), step == 3 ? kSectors + 1 : kSectors);
     }
     EXPECT_EQ(reports.back(), "1: 400000 400000 400000 -1010");
 
     AcceptAll();
-    BusyAfter(Sectors);
+    BusyAfter(kSectors);
     EXPECT_EQ(FirmwareUpload(*device, Report).Run(image), ZelCamErr_Success);
     EXPECT_EQ(reports.back(), "1: 400000 400000 400000 0");
     AcceptAll();
-    BusyAfter(1 + Sectors);  // polled before the first sector
+    BusyAfter(1 + kSectors);  // polled before the first sector
     EXPECT_EQ(FirmwareUpload(*device, Report).RunWhenReady(image), ZelCamErr_GenTL_Busy);
-    EXPECT_EQ(reports.size(), Sectors + 1);
+    EXPECT_EQ(reports.size(), kSectors + 1);
 }
 
 TEST_F(FirmwareUploadTest, ThePublicOperationWaitsForABusyFlash) {
@@ -187,7 +187,7 @@ TEST_F(FirmwareUploadTest, ThePublicOperationWaitsForABusyFlash) {
     const auto upload = [&] {
         events = 0;
         return device->UploadFirmware(
-            empty.path().c_str(),
+            empty.Path().c_str(),
             [](Device::UploadEventType, Device::UploadEventData data, void* priv) {
                 EXPECT_EQ(data.endAddress, 0x800000U);
                 ++*static_cast<size_t*>(priv);
@@ -196,7 +196,7 @@ TEST_F(FirmwareUploadTest, ThePublicOperationWaitsForABusyFlash) {
     };
     SetStatus(1, 0, 20);  // longer than the flash may take for a sector
     EXPECT_EQ(upload(), ZelCamErr_Success);
-    EXPECT_EQ(events, Sectors);
+    EXPECT_EQ(events, kSectors);
 
     AcceptAll();
     BusyAfter(3);
@@ -214,7 +214,7 @@ TEST_F(FirmwareUploadTest, ThePublicOperationWaitsForABusyFlash) {
     Fail("GCReadPort", ZelCamErr_GenTL_InvalidAddress);  // a camera without such a flash
     EXPECT_EQ(upload(), ZelCamErr_GenTL_InvalidAddress);
     EXPECT_EQ(Writes().size(), 1U);
-    EXPECT_EQ(device->UploadFirmware(empty.path().c_str(), nullptr, nullptr),
+    EXPECT_EQ(device->UploadFirmware(empty.Path().c_str(), nullptr, nullptr),
               ZelCamErr_GenTL_InvalidAddress);
 }
 
@@ -238,7 +238,7 @@ TEST_F(FirmwareUploadTest, ASimulatedFlashHoldsTheImage) {
     for (int round = 0; round < 2; ++round) {  // again over what is there
         reports.clear();
         EXPECT_EQ(FirmwareUpload(*camera, Report).Run(image), ZelCamErr_Success);
-        EXPECT_EQ(reports.size(), Sectors + 1);
+        EXPECT_EQ(reports.size(), kSectors + 1);
         ASSERT_EQ(camera->ReadMem(0x30400000, flash.data(), flash.size()), ZelCamErr_Success);
         EXPECT_TRUE(std::equal(image.begin(), image.end(), flash.begin())) << round;
         EXPECT_EQ(std::count(flash.begin() + 256, flash.end(), 0xFF), flash.size() - 256);

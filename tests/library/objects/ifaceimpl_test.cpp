@@ -48,7 +48,7 @@ class InterfaceTest : public SessionTest {
     // The producer's list is now this, and an update says that it changed.
     void Plug(const std::vector<std::string>& devices) {
         producer.SetWorld({{"if0", "GEV", devices}});
-        Answer("IFUpdateDeviceList", Scripted::AnyCommand, Changed(1));
+        Answer("IFUpdateDeviceList", Scripted::kAnyCommand, Changed(1));
     }
 
     static Scripted::Reply Changed(uint8_t flag) {
@@ -121,7 +121,7 @@ TEST_F(InterfaceTest, AnEmptyInterfaceIsAskedEveryTime) {
 }
 
 TEST_F(InterfaceTest, FailedEnumerationsGiveNullAndDropWhatWasRead) {
-    Fail("IFGetDeviceID", -1010, Scripted::AnyCommand, 3);
+    Fail("IFGetDeviceID", -1010, Scripted::kAnyCommand, 3);
     EXPECT_EQ(iface->GetDeviceInfoList(), nullptr);
     Fail("IFGetDeviceID", -1010);
     EXPECT_EQ(iface->GetFirstDeviceInfo(), nullptr);
@@ -163,7 +163,7 @@ TEST_F(InterfaceTest, ReEnumerateReportsTheProducersAnswer) {
     EXPECT_FALSE(changed);
     EXPECT_THAT(Calls(), ElementsAre("IFUpdateDeviceList " + std::to_string(0x123456789AU)));
 
-    Answer("IFUpdateDeviceList", Scripted::AnyCommand, Changed(2));  // any byte but 0 is true
+    Answer("IFUpdateDeviceList", Scripted::kAnyCommand, Changed(2));  // any byte but 0 is true
     EXPECT_EQ(iface->ReEnumerateDevices(&changed, 5), 0);
     EXPECT_TRUE(changed);
     EXPECT_EQ(Calls().size(), 6U);
@@ -171,7 +171,7 @@ TEST_F(InterfaceTest, ReEnumerateReportsTheProducersAnswer) {
     Scripted::Reply fails = Changed(0);
     fails.code = -1022;
     fails.actFirst = true;
-    Answer("IFUpdateDeviceList", Scripted::AnyCommand, fails);
+    Answer("IFUpdateDeviceList", Scripted::kAnyCommand, fails);
     EXPECT_EQ(iface->ReEnumerateDevices(&changed, 5), -1022);
     EXPECT_TRUE(changed);
     EXPECT_THAT(Calls(), ElementsAre("IFUpdateDeviceList 5"));

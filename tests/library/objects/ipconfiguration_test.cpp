@@ -143,7 +143,7 @@ TEST_F(IPConfigurationTest, IsForcedAndTheSelectorRestored) {
     for (const auto& [step, forced] :
          {std::pair{1U, std::vector{0U, 0U, 0U, 0U}}, {2U, {1, 0, 0, 0}}, {3U, {1, 2, 0, 0}}}) {
         producer.ClearRules();
-        Fail("GCWritePort", -1010, Scripted::AnyCommand, step, 1);
+        Fail("GCWritePort", -1010, Scripted::kAnyCommand, step, 1);
         EXPECT_EQ(info->ForceIP(1U, 2U, 3U), ZelCamErr_GenApiError);
         EXPECT_EQ(TakeForced(), forced);
         EXPECT_THAT(TakeSelections(), ElementsAre(1, 0));
@@ -182,7 +182,7 @@ TEST_F(IPConfigurationTest, IsNotForcedOnAnotherCamera) {
     uint32_t value = 0;
     EXPECT_EQ(iface->GetFirstDeviceInfo()->GetIP(&value, &value, &value), ZelCamErr_NotFound);
 
-    producer.AddRule({"GCReadPort", Scripted::AnyCommand, [](const Scripted::Call& call) {
+    producer.AddRule({"GCReadPort", Scripted::kAnyCommand, [](const Scripted::Call& call) {
                           const uint64_t at = call.number.value_or(0);
                           const bool identifier =
                               at >= Description::Identifier && at < Description::Width;

@@ -62,7 +62,7 @@ TEST_F(StreamTest, ARefusedNewBufferEventShowsInGetBuffer) {
     Fail("GCRegisterEvent", -1004, 1);
     stream = device->GetStreamByIndex(0);
     ASSERT_NE(stream, nullptr);
-    ZelCamErr err = Untouched;
+    ZelCamErr err = kUntouched;
     EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
     EXPECT_EQ(err, ZelCamErr_GenTL_InvalidHandle);
     Calls();
@@ -73,7 +73,7 @@ TEST_F(StreamTest, ARefusedNewBufferEventShowsInGetBuffer) {
 TEST_F(StreamTest, BuffersAreAnnouncedInBothForms) {
     std::array<uint8_t, 128> memory{};
     int user = 0;
-    ZelCamErr err = Untouched;
+    ZelCamErr err = kUntouched;
     ZelCam::Buffer* const own = stream->CreateBuffer(256, &user, &err);
     ASSERT_NE(own, nullptr);
     EXPECT_EQ(err, ZelCamErr_Success);
@@ -112,7 +112,7 @@ TEST_F(StreamTest, DeliveredBuffersComeBackAsTheSameObjects) {
     EXPECT_EQ(stream->StartAcquisition(ZelCam::Infinite, 0), 0);
     ASSERT_TRUE(producer.DeliverFrame(handle));
     ASSERT_TRUE(producer.DeliverFrame(handle));
-    ZelCamErr err = Untouched;
+    ZelCamErr err = kUntouched;
     EXPECT_EQ(stream->GetBuffer(1000, &err), buffers[0]);
     EXPECT_EQ(err, ZelCamErr_Success);
     EXPECT_EQ(stream->GetBuffer(ZelCam::Infinite, nullptr), buffers[1]);
@@ -151,7 +151,7 @@ TEST_F(StreamTest, AHandleThatIsNotTheStreamsIsAnError) {
         const GenTL::EVENT_NEW_BUFFER_DATA data{buffer, nullptr};
         const auto* const bytes = reinterpret_cast<const uint8_t*>(&data);
         ASSERT_TRUE(producer.FireEvent(handle, 1, {bytes, bytes + sizeof data}));
-        ZelCamErr err = Untouched;
+        ZelCamErr err = kUntouched;
         EXPECT_EQ(stream->GetBuffer(0, &err), nullptr);
         EXPECT_EQ(err, ZelCamErr_Error);
     };
@@ -165,7 +165,7 @@ TEST_F(StreamTest, AHandleThatIsNotTheStreamsIsAnError) {
 }
 
 TEST_F(StreamTest, CancelBufferWakesAWaitOnAnotherThread) {
-    ZelCamErr err = Untouched;
+    ZelCamErr err = kUntouched;
     ZelCam::Buffer* buffer = nullptr;
     std::thread waiter([&] { buffer = stream->GetBuffer(ZelCam::Infinite, &err); });
     ASSERT_TRUE(producer.AwaitCount("EventGetData", 1));
@@ -195,7 +195,7 @@ TEST_F(StreamTest, StartStopsAtTheFirstFailure) {
                     {"DSQueueBuffer", 2, 4},
                     {"DSStartAcquisition", 0, 5}};
     for (const auto& failure : failures) {
-        Fail(failure.function, -1013, Scripted::AnyCommand, failure.skip, 1);
+        Fail(failure.function, -1013, Scripted::kAnyCommand, failure.skip, 1);
         EXPECT_EQ(stream->StartAcquisition(1, 0), -1013);
         EXPECT_EQ(Calls().size(), failure.calls) << failure.function;
         EXPECT_FALSE(stream->IsGrabbing());
@@ -224,10 +224,10 @@ TEST_F(StreamTest, AllocBufferQueueAnnouncesAndQueues) {
     EXPECT_EQ(calls[4].priv, &user);
 
     // What was made before a failure stays.
-    Fail("DSAllocAndAnnounceBuffer", -1021, Scripted::AnyCommand, 1, 1);
+    Fail("DSAllocAndAnnounceBuffer", -1021, Scripted::kAnyCommand, 1, 1);
     EXPECT_EQ(stream->AllocBufferQueue(&user, 3), -1021);
     EXPECT_EQ(stream->GetBufferQueueSize(), 3U);
-    Fail("DSQueueBuffer", -1009, Scripted::AnyCommand, 0, 1);
+    Fail("DSQueueBuffer", -1009, Scripted::kAnyCommand, 0, 1);
     EXPECT_EQ(stream->AllocBufferQueue(&user, 3), -1009);
     EXPECT_EQ(stream->GetBufferQueueSize(), 4U);
 }
@@ -272,7 +272,7 @@ struct Statistic {
     std::function<uint64_t(ZelCam::Stream&)> get;
 };
 
-const Statistic statistics[] = {
+const Statistic kStatistics[] = {
     {"delivered", 1, 8, 8, [](ZelCam::Stream& s) { return s.GetNumDelivered(); }},
     {"underrun", 2, 8, 8, [](ZelCam::Stream& s) { return s.GetNumUnderrun(); }},
     {"announced", 3, 12, 8, [](ZelCam::Stream& s) { return s.GetNumAnnounced(); }},
@@ -285,7 +285,7 @@ const Statistic statistics[] = {
 }  // namespace
 
 TEST_F(StreamTest, StatisticsAskOnceAndAreZeroOnAnyFault) {
-    for (const Statistic& statistic : statistics) {
+    for (const Statistic& statistic : kStatistics) {
         SCOPED_TRACE(statistic.name);
         const bool flag = statistic.width == 1;
         const uint64_t value = flag ? 1 : 0xFEDCBA9876543210U;

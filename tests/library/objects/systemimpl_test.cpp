@@ -43,7 +43,7 @@ TEST_F(SystemTest, RegisteringReturnsTheFailingStepsCode) {
     OpenSystem();
     for (const char* function : {"GCInitLib", "TLOpen", "TLUpdateInterfaceList"}) {
         second.Reset();
-        second.AddRule({function, Scripted::AnyCommand,
+        second.AddRule({function, Scripted::kAnyCommand,
                         [](const Scripted::Call&) { return Scripted::Fails(-1234); }});
         EXPECT_EQ(system->RegisterGenTLProvider(secondPath.c_str()), -1234);
         EXPECT_EQ(second.TakeCalls().back().function, function);
@@ -58,13 +58,13 @@ TEST_F(SystemTest, AProducerIsUnloadedWithItsLastUse) {
     const ProducerCopy minimal("minimal.cti");
     OpenSystem();
     // Lacks TLUpdateInterfaceList.
-    EXPECT_EQ(system->RegisterGenTLProvider(minimal.path().c_str()), -1014);
-    EXPECT_FALSE(IsLoaded(minimal.path()));
-    EXPECT_EQ(system->RegisterGenTLProvider(complete.path().c_str()), 0);
-    EXPECT_TRUE(IsLoaded(complete.path()));
+    EXPECT_EQ(system->RegisterGenTLProvider(minimal.Path().c_str()), -1014);
+    EXPECT_FALSE(IsLoaded(minimal.Path()));
+    EXPECT_EQ(system->RegisterGenTLProvider(complete.Path().c_str()), 0);
+    EXPECT_TRUE(IsLoaded(complete.Path()));
     EXPECT_EQ(Ids().size(), 4U);
     system.reset();
-    EXPECT_FALSE(IsLoaded(complete.path()));
+    EXPECT_FALSE(IsLoaded(complete.Path()));
 }
 
 TEST_F(SystemTest, InterfacesAreEnumeratedOnce) {
@@ -101,10 +101,10 @@ TEST_F(SystemTest, InterfacesOfAllProducersInTheirOrder) {
 TEST_F(SystemTest, AFailedEnumerationLeavesNothingAndIsRepeated) {
     OpenSystem();
     // The second interface, with the first one open.
-    Fail("TLGetInterfaceID", -1010, Scripted::AnyCommand, 2, 1);
+    Fail("TLGetInterfaceID", -1010, Scripted::kAnyCommand, 2, 1);
     EXPECT_EQ(system->GetInterfaceList(InterfaceType::Unknown), nullptr);
     EXPECT_EQ(producer.FindHandle("interface if0"), nullptr);
-    Fail("TLGetNumInterfaces", -1010, Scripted::AnyCommand, 0, 1);
+    Fail("TLGetNumInterfaces", -1010, Scripted::kAnyCommand, 0, 1);
     EXPECT_EQ(system->GetInterfaceById("if0"), nullptr);
     EXPECT_THAT(Ids(), ElementsAre("if0", "if1"));
 }
@@ -143,7 +143,7 @@ TEST_F(SystemTest, ReleasedListsAreDestroyed) {
 TEST_F(SystemTest, InterfacesThatDoNotOpenAreSkipped) {
     producer.SetWorld({{"a", "GEV", {}}, {"b", "GEV", {}}, {"c", "GEV", {}}});
     OpenSystem();
-    Fail("TLOpenInterface", -1005, Scripted::AnyCommand, 1, 1);
+    Fail("TLOpenInterface", -1005, Scripted::kAnyCommand, 1, 1);
     EXPECT_THAT(Ids(), ElementsAre("a", "c"));
     EXPECT_EQ(system->GetInterfaceById("b"), nullptr);
 }
@@ -189,11 +189,11 @@ TEST_F(SystemTest, EndsInterfacesThenProducersInTheirOrder) {
     ASSERT_NE(system->GetInterfaceList(InterfaceType::Unknown), nullptr);  // never released
     // What of the other producer is closed when each of them is.
     std::vector<size_t> closed;
-    producer.AddRule({"TLClose", Scripted::AnyCommand, [&](const Scripted::Call&) {
+    producer.AddRule({"TLClose", Scripted::kAnyCommand, [&](const Scripted::Call&) {
                           closed.push_back(second.GetCount("IFClose"));
                           return Scripted::Fails(-1010);  // ignored
                       }});
-    second.AddRule({"TLClose", Scripted::AnyCommand, [&](const Scripted::Call&) {
+    second.AddRule({"TLClose", Scripted::kAnyCommand, [&](const Scripted::Call&) {
                         closed.push_back(producer.GetCount("GCCloseLib"));
                         return Scripted::Reply{};
                     }});

@@ -82,7 +82,7 @@ TEST_F(ParametersTest, OfTheCameraFollowTheExternalDescription) {
     info->SetExternalXml("/no/such/file.xml");
     EXPECT_EQ(device->GetCameraParameters(&err), nullptr);
     EXPECT_EQ(err, ZelCamErr_FileOpenFailed);
-    info->SetExternalXml(file.path().c_str());
+    info->SetExternalXml(file.Path().c_str());
     EXPECT_NE(device->GetCameraParameters(&err)->GetInt("External", nullptr), nullptr);
     EXPECT_EQ(device->GetTransportParameters(&err)->GetInt("External", nullptr), nullptr);
 }

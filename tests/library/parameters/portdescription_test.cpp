@@ -62,7 +62,7 @@ TEST(PortDescription, UrlsThatLeadNowhereArePassedOver) {
                                      {"http://example.com/a.xml"},
                                      {"ftp:a.xml"},
                                      {"File:/no such file.xml"},
-                                     {"File:" + text.path()},
+                                     {"File:" + text.Path()},
                                      {"File:" + folder},
                                      {"File:" + fifo},
                                      {"File:/dev/zero"},
@@ -98,10 +98,10 @@ TEST(PortDescription, TheFirstUsableUrlWins) {
         {port.Store(packed, "camera.ZIP"), "InZip"},
         {second, "Second"},
         {"LOCAL" + second.substr(5) + "?SchemaVersion=1.1.0", "Second"},
-        {"FILE://" + xml.path(), "InFile"},
-        {"file:" + zip.path(), "InZipFile"},
+        {"FILE://" + xml.Path(), "InFile"},
+        {"file:" + zip.Path(), "InZipFile"},
         // Of a path 512 characters count.
-        {"file:" + std::string(512 - xml.path().size(), '/') + xml.path() + "?", "InFile"}};
+        {"file:" + std::string(512 - xml.Path().size(), '/') + xml.Path() + "?", "InFile"}};
     for (const auto& each : cases) {
         port.urls = {{each.url}, {second}};
         EXPECT_EQ(Outcome(port), each.feature) << each.url;
@@ -152,7 +152,7 @@ TEST(PortDescription, ExternalFilesReplaceWhatThePortAnnounces) {
     port.Announce(DescriptionOf("Announced"));
     for (const auto& each : cases) {
         const TemporaryFile file(each.name, each.content);
-        EXPECT_EQ(Outcome(port, file.path().c_str()), each.outcome) << each.name;
+        EXPECT_EQ(Outcome(port, file.Path().c_str()), each.outcome) << each.name;
     }
     EXPECT_EQ(Outcome(port, "/no such file.xml"), "-40002");
 }

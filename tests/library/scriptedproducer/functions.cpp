@@ -24,7 +24,7 @@ using Lock = std::unique_lock<std::mutex>;
 
 World& world = World::Get();
 
-Call Record(const char* function, void* handle, int64_t command = Scripted::AnyCommand,
+Call Record(const char* function, void* handle, int64_t command = Scripted::kAnyCommand,
             const char* id = nullptr) {
     Call call;
     call.function = function;
@@ -244,9 +244,9 @@ GC_ERROR Announce(Call call, void* memory, size_t size, void* priv, BUFFER_HANDL
     call.number = size;
     call.object = memory;
     call.priv = priv;
-    constexpr size_t largest = size_t{1} << 30;
+    constexpr size_t kLargest = size_t{1} << 30;
     return OnModuleWithReply(call, Kind::Stream, [=](Object& object, const Reply&) -> GC_ERROR {
-        if (size > largest) return GenTL::GC_ERR_OUT_OF_MEMORY;
+        if (size > kLargest) return GenTL::GC_ERR_OUT_OF_MEMORY;
         *handle = world.Open(Kind::Buffer, "of " + object.id, stream);
         Object& buffer = *world.Find(*handle, Kind::Buffer, "Announce");
         if (memory == nullptr) buffer.memory.resize(size);
@@ -261,7 +261,7 @@ GC_ERROR Announce(Call call, void* memory, size_t size, void* priv, BUFFER_HANDL
 template <typename Copy>
 GC_ERROR AccessPort(Call call, uint64_t address, size_t* size, Copy&& copy) {
     call.number = address;
-    return OnModuleWithReply(call, Scripted::AnyModule, [&](Object&, Reply reply) -> GC_ERROR {
+    return OnModuleWithReply(call, Scripted::kAnyModule, [&](Object&, Reply reply) -> GC_ERROR {
         std::vector<uint8_t>& registers = world.GetRegisters();
         const bool inside = address <= registers.size() && *size <= registers.size() - address;
         if (reply.bytes) {
@@ -302,13 +302,13 @@ GC_ERROR GCWritePort(PORT_HANDLE port, uint64_t address, const void* buffer, siz
 
 GC_ERROR GCGetPortInfo(PORT_HANDLE port, PORT_INFO_CMD cmd, INFO_DATATYPE* type, void* buffer,
                        size_t* size) {
-    return Query(Record(__func__, port, cmd), Scripted::AnyModule, {type, buffer, size},
+    return Query(Record(__func__, port, cmd), Scripted::kAnyModule, {type, buffer, size},
                  [=](const Object& object) { return PortInfo(object, cmd); });
 }
 
 // The script tells the number as the size.
 GC_ERROR GCGetNumPortURLs(PORT_HANDLE port, uint32_t* count) {
-    return OnModuleWithReply(Record(__func__, port), Scripted::AnyModule,
+    return OnModuleWithReply(Record(__func__, port), Scripted::kAnyModule,
                              [=](Object&, const Reply& reply) {
                                  const size_t urls = world.DescriptionUrl().empty() ? 0 : 1;
                                  *count = static_cast<uint32_t>(reply.size.value_or(urls));
@@ -317,7 +317,7 @@ GC_ERROR GCGetNumPortURLs(PORT_HANDLE port, uint32_t* count) {
 
 GC_ERROR GCGetPortURLInfo(PORT_HANDLE port, uint32_t index, URL_INFO_CMD cmd, INFO_DATATYPE* type,
                           void* buffer, size_t* size) {
-    return Query(WithNumber(Record(__func__, port, cmd), index), Scripted::AnyModule,
+    return Query(WithNumber(Record(__func__, port, cmd), index), Scripted::kAnyModule,
                  {type, buffer, size}, [=](const Object&) {
                      return Lookup({{URL_INFO_URL, TextValue(world.DescriptionUrl())}}, cmd);
                  });
@@ -389,7 +389,7 @@ GC_ERROR TLGetInterfaceID(TL_HANDLE tl, uint32_t index, char* id, size_t* size) 
 }
 
 GC_ERROR TLOpenInterface(TL_HANDLE tl, const char* id, IF_HANDLE* iface) {
-    return OpenChild(Record(__func__, tl, Scripted::AnyCommand, id), Kind::System, Kind::Interface,
+    return OpenChild(Record(__func__, tl, Scripted::kAnyCommand, id), Kind::System, Kind::Interface,
                      iface);
 }
 
@@ -447,8 +447,8 @@ GC_ERROR DevGetDataStreamID(DEV_HANDLE device, uint32_t index, char* id, size_t*
 }
 
 GC_ERROR DevOpenDataStream(DEV_HANDLE device, const char* id, DS_HANDLE* stream) {
-    return OpenChild(Record(__func__, device, Scripted::AnyCommand, id), Kind::Device, Kind::Stream,
-                     stream);
+    return OpenChild(Record(__func__, device, Scripted::kAnyCommand, id), Kind::Device,
+                     Kind::Stream, stream);
 }
 
 GC_ERROR DevClose(DEV_HANDLE device) {
@@ -546,8 +546,8 @@ SCRIPTED_UNUSED(DSGetParentDev, Record(__func__, stream), (DS_HANDLE stream, DEV
 
 // The list of the standard, so that a function missing here does not link.
 #define SCRIPTED_POINTER(name, parameters) reinterpret_cast<void*>(&name),
-extern const std::vector<void*> allFunctions;
-const std::vector<void*> allFunctions = {GENTL_FUNCTIONS_1_4(SCRIPTED_POINTER)};
+extern const std::vector<void*> kAllFunctions;
+const std::vector<void*> kAllFunctions = {GENTL_FUNCTIONS_1_4(SCRIPTED_POINTER)};
 #undef SCRIPTED_POINTER
 
 }  // namespace GenTL

@@ -17,13 +17,13 @@
 
 namespace Scripted {
 
-constexpr int64_t AnyCommand = INT64_MIN;
+constexpr int64_t kAnyCommand = INT64_MIN;
 
 // One recorded call.
 struct Call {
     std::string function;
     void* handle = nullptr;          // of the module
-    int64_t command = AnyCommand;    // info command, event type, queue operation or flags
+    int64_t command = kAnyCommand;   // info command, event type, queue operation or flags
     std::string id;                  // a text argument
     std::optional<uint64_t> number;  // index, address, time-out, size or count
     void* object = nullptr;          // second handle, or the memory a caller announces
@@ -34,7 +34,7 @@ struct Call {
     // "IFOpenDevice 4 cam0", "TLUpdateInterfaceList 1000", "TLGetInfo 7?" (size only).
     std::string Text() const {
         std::string text = function;
-        if (command != AnyCommand) text += ' ' + std::to_string(command);
+        if (command != kAnyCommand) text += ' ' + std::to_string(command);
         if (!id.empty()) text += ' ' + id;
         if (number) text += ' ' + std::to_string(*number);
         if (sizeOnly) text += '?';
@@ -88,8 +88,8 @@ Reply Gives(T value, GenTL::INFO_DATATYPE type) {
 }
 
 struct Rule {
-    std::string function;          // a GenTL function
-    int64_t command = AnyCommand;  // only calls with this command
+    std::string function;           // a GenTL function
+    int64_t command = kAnyCommand;  // only calls with this command
     std::function<Reply(const Call&)> reply;
     size_t skip = 0;  // matching calls that pass first
     size_t count = SIZE_MAX;
@@ -119,11 +119,11 @@ class Control {
     virtual std::vector<Call> TakeCalls() = 0;
 
     // Calls of a function since Reset.
-    virtual size_t GetCount(const std::string& function, int64_t command = AnyCommand) = 0;
+    virtual size_t GetCount(const std::string& function, int64_t command = kAnyCommand) = 0;
 
     // Waits until GetCount is at least `count`; false when a generous time is over.
     virtual bool AwaitCount(const std::string& function, size_t count,
-                            int64_t command = AnyCommand) = 0;
+                            int64_t command = kAnyCommand) = 0;
 
     // Waits until a thread is inside the default wait for an event of a module.
     virtual bool AwaitWaiter(void* module, int32_t eventType) = 0;

@@ -10,22 +10,22 @@ namespace Scripted {
 
 namespace {
 
-constexpr std::chrono::seconds Patience{30};
-constexpr size_t RegisterSpace = 0x10000;
+constexpr std::chrono::seconds kPatience{30};
+constexpr size_t kRegisterSpace = 0x10000;
 
 const std::set<std::string>& FunctionNames() {
 #define SCRIPTED_NAME(name, parameters) #name,
-    static const std::set<std::string> names = {GENTL_FUNCTIONS(SCRIPTED_NAME)};
+    static const std::set<std::string> kNames = {GENTL_FUNCTIONS(SCRIPTED_NAME)};
 #undef SCRIPTED_NAME
-    return names;
+    return kNames;
 }
 
 std::string NameOf(const Object& object) {
-    static const std::map<Kind, std::string> kinds = {
+    static const std::map<Kind, std::string> kInds = {
         {Kind::System, "system"}, {Kind::Interface, "interface"}, {Kind::Device, "device"},
         {Kind::Port, "port"},     {Kind::Stream, "stream"},       {Kind::Buffer, "buffer"},
         {Kind::Event, "event"}};
-    return kinds.at(object.kind) + ' ' + object.id;
+    return kInds.at(object.kind) + ' ' + object.id;
 }
 
 }  // namespace
@@ -48,7 +48,7 @@ void World::Reset() {
     counts_.clear();
     objects_.clear();
     misuses_.clear();
-    registers_.assign(RegisterSpace, 0);
+    registers_.assign(kRegisterSpace, 0);
     initialised_ = 0;
 }
 
@@ -59,17 +59,17 @@ void World::SetWorld(std::vector<InterfaceSpec> interfaces) {
 
 void World::SetDescription(const std::string& xml) {
     const std::lock_guard lock(mutex_);
-    registers_.resize(RegisterSpace);
+    registers_.resize(kRegisterSpace);
     registers_.insert(registers_.end(), xml.begin(), xml.end());
     registers_.resize((registers_.size() + 3) / 4 * 4, ' ');
 }
 
 // Empty when there is none.
 std::string World::DescriptionUrl() const {
-    if (registers_.size() == RegisterSpace) return {};
+    if (registers_.size() == kRegisterSpace) return {};
     char url[64];
-    std::snprintf(url, sizeof url, "Local:scripted.xml;%zx;%zx", RegisterSpace,
-                  registers_.size() - RegisterSpace);
+    std::snprintf(url, sizeof url, "Local:scripted.xml;%zx;%zx", kRegisterSpace,
+                  registers_.size() - kRegisterSpace);
     return url;
 }
 
@@ -89,11 +89,11 @@ Reply World::Enter(const Call& call) {
     {
         const std::lock_guard lock(mutex_);
         calls_.push_back(call);
-        ++counts_[{call.function, AnyCommand}];
-        if (call.command != AnyCommand) ++counts_[{call.function, call.command}];
+        ++counts_[{call.function, kAnyCommand}];
+        if (call.command != kAnyCommand) ++counts_[{call.function, call.command}];
         for (auto rule = rules_.rbegin(); rule != rules_.rend(); ++rule) {
             if (rule->function != call.function) continue;
-            if (rule->command != AnyCommand && rule->command != call.command) continue;
+            if (rule->command != kAnyCommand && rule->command != call.command) continue;
             if (rule->skip > 0) {
                 --rule->skip;
                 continue;
@@ -122,12 +122,14 @@ size_t World::GetCount(const std::string& function, int64_t command) {
 bool World::AwaitCount(const std::string& function, size_t count, int64_t command) {
     if (FunctionNames().count(function) == 0) throw std::invalid_argument(function);
     std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, Patience, [&] { return counts_[{function, command}] >= count; });
+    return changed_.wait_for(lock, kPatience, [&] {
+        return counts_[{function, command}] >= count;
+    });
 }
 
 bool World::AwaitWaiter(void* module, int32_t eventType) {
     std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, Patience, [&] {
+    return changed_.wait_for(lock, kPatience, [&] {
         void* const event = FindEvent(module, eventType);
         return event != nullptr && objects_.at(event).waiting;
     });
@@ -196,10 +198,10 @@ bool World::DeliverFrame(void* stream) {
 
 // Handles come in no order: the next one lies now above, now below all others.
 void* World::Open(Kind kind, const std::string& id, void* parent) {
-    constexpr uintptr_t middle = uintptr_t{1} << 40;
+    constexpr uintptr_t kMiddle = uintptr_t{1} << 40;
     const uintptr_t distance = ++lastNumber_ * 0x10;
     void* const handle =
-        reinterpret_cast<void*>(lastNumber_ % 2 != 0 ? middle + distance : middle - distance);
+        reinterpret_cast<void*>(lastNumber_ % 2 != 0 ? kMiddle + distance : kMiddle - distance);
     Object& object = objects_[handle];
     object.number = lastNumber_;
     object.kind = kind;
@@ -212,7 +214,7 @@ Object* World::Find(void* handle, Kind kind, const char* function) {
     const auto found = objects_.find(handle);
     const auto matches = [kind](Kind actual) {
         const bool module = actual != Kind::Buffer && actual != Kind::Event;
-        return kind == AnyModule ? module : kind == actual;
+        return kind == kAnyModule ? module : kind == actual;
     };
     if (found != objects_.end() && matches(found->second.kind)) return &found->second;
     if (handle != nullptr) misuses_.emplace_back(function);

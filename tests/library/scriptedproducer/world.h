@@ -16,7 +16,7 @@ namespace Scripted {
 enum class Kind { System, Interface, Device, Port, Stream, Buffer, Event };
 
 // Where a kind is asked for: one of those that have registers.
-constexpr Kind AnyModule = Kind{-1};
+constexpr Kind kAnyModule = Kind{-1};
 
 // A module, buffer or event registration. Handles are never used twice.
 struct Object {

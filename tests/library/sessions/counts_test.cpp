@@ -7,7 +7,7 @@ namespace {
 class CountsTest : public SessionTest {
   protected:
     void ReportTooMany(const char* countingFunction) {
-        Answer(countingFunction, Scripted::AnyCommand, Scripted::ReportsSize(UINT32_MAX));
+        Answer(countingFunction, Scripted::kAnyCommand, Scripted::ReportsSize(UINT32_MAX));
     }
 };
 
@@ -16,7 +16,7 @@ class CountsTest : public SessionTest {
 TEST_F(CountsTest, OfInterfaces) {
     OpenSystem();
     ReportTooMany("TLGetNumInterfaces");
-    Answer("TLGetInterfaceID", Scripted::AnyCommand, Scripted::Gives("if0"));
+    Answer("TLGetInterfaceID", Scripted::kAnyCommand, Scripted::Gives("if0"));
     EXPECT_EQ(system->GetInterfaceList(ZelCam::InterfaceType::Unknown), nullptr);
     EXPECT_EQ(producer.GetCount("TLGetInterfaceID"), 0U);
     producer.ClearRules();
@@ -26,11 +26,11 @@ TEST_F(CountsTest, OfInterfaces) {
 TEST_F(CountsTest, OfCameras) {
     OpenInterface();
     ReportTooMany("IFGetNumDevices");
-    Answer("IFGetDeviceID", Scripted::AnyCommand, Scripted::Gives("cam"));
+    Answer("IFGetDeviceID", Scripted::kAnyCommand, Scripted::Gives("cam"));
     EXPECT_EQ(iface->GetDeviceInfoList(), nullptr);
     EXPECT_EQ(iface->GetFirstDeviceInfo(), nullptr);
     EXPECT_EQ(iface->GetDeviceInfoById("cam0"), nullptr);
-    Answer("IFUpdateDeviceList", Scripted::AnyCommand,
+    Answer("IFUpdateDeviceList", Scripted::kAnyCommand,
            Scripted::Gives(GenTL::bool8_t{1}, GenTL::INFO_DATATYPE_BOOL8));
     EXPECT_THAT([this] { iface->ReEnumerateDevices(nullptr, 0); },
                 testing::ThrowsMessage<ZelCameraApi::Internal::zelcam_exception>(
@@ -47,8 +47,8 @@ TEST_F(CountsTest, OfStreams) {
 TEST_F(CountsTest, OfUrls) {
     OpenInterface();
     ReportTooMany("GCGetNumPortURLs");
-    Answer("GCGetPortURLInfo", Scripted::AnyCommand, Scripted::Gives("http://camera.xml"));
-    ZelCamErr err = Untouched;
+    Answer("GCGetPortURLInfo", Scripted::kAnyCommand, Scripted::Gives("http://camera.xml"));
+    ZelCamErr err = kUntouched;
     EXPECT_EQ(iface->GetParameters(&err), nullptr);
     EXPECT_EQ(err, ZelCamErr_NoNodeMap);
 }

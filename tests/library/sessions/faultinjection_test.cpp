@@ -83,10 +83,10 @@ auto FaultInjection::Do(const char* name, Operation operation) {
 
 // Closing calls do their work even when they report a failure: nobody can try again.
 bool IsClosing(const std::string& function) {
-    static const std::set<std::string> closing = {"GCCloseLib",       "TLClose", "IFClose",
-                                                  "DevClose",         "DSClose", "DSRevokeBuffer",
-                                                  "GCUnregisterEvent"};
-    return closing.count(function) != 0;
+    static const std::set<std::string> kClosing = {"GCCloseLib",       "TLClose", "IFClose",
+                                                   "DevClose",         "DSClose", "DSRevokeBuffer",
+                                                   "GCUnregisterEvent"};
+    return kClosing.count(function) != 0;
 }
 
 void FaultInjection::RunSession() {
@@ -224,7 +224,7 @@ void FaultInjection::RunWithFault(const CallSite& site, size_t count, int32_t co
         if (std::this_thread::get_id() == thread && failed == nullptr) failed = current;
         return reply;
     };
-    producer.AddRule({site.function, Scripted::AnyCommand, fail, site.n, count});
+    producer.AddRule({site.function, Scripted::kAnyCommand, fail, site.n, count});
     RunSession();
     CheckOpenHandles(site.function);
     producer.Reset();
@@ -233,7 +233,7 @@ void FaultInjection::RunWithFault(const CallSite& site, size_t count, int32_t co
 void FaultInjection::RunWithReply(
     const CallSite& site, const std::function<Scripted::Reply(const Scripted::Call&)>& reply) {
     producer.Reset();
-    producer.AddRule({site.function, Scripted::AnyCommand, reply, site.n, 1});
+    producer.AddRule({site.function, Scripted::kAnyCommand, reply, site.n, 1});
     RunSession();
     EXPECT_THAT(producer.GetOpenHandles(), testing::IsEmpty());
     EXPECT_THAT(producer.GetMisuses(), testing::IsEmpty());
@@ -296,8 +296,8 @@ using Answers = std::set<std::string>;
 
 // What an operation answers when a function fails under it.
 Answers AnswersTo(const std::string& operation, const std::string& function) {
-    static const Answers theCode = {"the code"};
-    static const std::map<std::string, std::map<std::string, Answers>> others = {
+    static const Answers kTheCode = {"the code"};
+    static const std::map<std::string, std::map<std::string, Answers>> kOthers = {
         // Without an error to report: nothing, zero, or what is left.
         {"GetSystem", {{"", {"null"}}}},
         {"System::GetDisplayName", {{"", {"null"}}}},
@@ -318,13 +318,13 @@ Answers AnswersTo(const std::string& operation, const std::string& function) {
         // Buffers go whatever the producer says, and one of unknown size is for it to refuse.
         {"Stream::RevokeBuffer", {{"", {"0"}}}},
         {"Stream::ReleaseBufferQueue", {{"", {"0"}}}},
-        {"Stream::AllocBufferQueue", {{"", theCode}, {"DSGetInfo", {"0"}}}},
+        {"Stream::AllocBufferQueue", {{"", kTheCode}, {"DSGetInfo", {"0"}}}},
         // Of a System that does not come up there is only the code for that; without the first
         // interface, or its cameras, there is that of the second.
         {"CreateDevice",
          {{"", {"-1001", "the code"}},
-          {"IFOpenDevice", theCode},
-          {"DevGetPort", theCode},
+          {"IFOpenDevice", kTheCode},
+          {"DevGetPort", kTheCode},
           {"TLOpenInterface", {"0"}},
           {"IFGetNumDevices", {"0"}},
           {"IFGetDeviceID", {"0"}}}},
@@ -332,11 +332,11 @@ Answers AnswersTo(const std::string& operation, const std::string& function) {
         // what the port says goes through the engine's exceptions.
         {"Device::GetCameraParameters",
          {{"", {"-40201"}},
-          {"GCGetNumPortURLs", theCode},
+          {"GCGetNumPortURLs", kTheCode},
           {"GCGetPortInfo", {"-40200", "-40207", "0"}}}},
         {"Stream::GetParameters",
          {{"", {"-40201"}},
-          {"GCGetNumPortURLs", theCode},
+          {"GCGetNumPortURLs", kTheCode},
           {"GCGetPortInfo", {"-40200", "-40207", "0"}}}},
         {"Device::SaveConfiguration", {{"", {"-40200"}}}},
         {"DeviceInfo::GetIPAddress",
@@ -345,8 +345,8 @@ Answers AnswersTo(const std::string& operation, const std::string& function) {
           {"GCReadPort", {"-40006", "-40200", "-40206"}},
           {"GCWritePort", {"-40200", "-40206"}}}},
     };
-    const auto row = others.find(operation);
-    if (row == others.end()) return theCode;
+    const auto row = kOthers.find(operation);
+    if (row == kOthers.end()) return kTheCode;
     const auto entry = row->second.find(function);
     return entry == row->second.end() ? row->second.at("") : entry->second;
 }
@@ -431,7 +431,7 @@ TEST_F(FaultInjection, CallsGoWrongAtRandom) {
                                    : Nonsense(next() % kKindsOfNonsense);
         };
         for (const std::string& function : functions)
-            producer.AddRule({function, Scripted::AnyCommand, reply, 0, SIZE_MAX});
+            producer.AddRule({function, Scripted::kAnyCommand, reply, 0, SIZE_MAX});
         RunSession();
         producer.Reset();
     }

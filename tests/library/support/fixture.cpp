@@ -143,6 +143,6 @@ void Subscriber::Add(uint32_t type, const void* data, size_t size) {
 
 std::vector<Subscriber::Event> Subscriber::Await(size_t count) {
     std::unique_lock lock(mutex_);
-    EXPECT_TRUE(changed_.wait_for(lock, Patience, [&] { return events_.size() >= count; }));
+    EXPECT_TRUE(changed_.wait_for(lock, kPatience, [&] { return events_.size() >= count; }));
     return events_;
 }

@@ -30,7 +30,7 @@ class TemporaryFile {
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    const std::string& path() const { return path_; }
+    const std::string& Path() const { return path_; }
 
   private:
     std::string path_;
@@ -49,7 +49,7 @@ class ProducerCopy {
     ProducerCopy(const ProducerCopy&) = delete;
     ProducerCopy& operator=(const ProducerCopy&) = delete;
 
-    const std::string& path() const { return path_; }
+    const std::string& Path() const { return path_; }
 
   private:
     std::string path_;
@@ -58,7 +58,7 @@ class ProducerCopy {
 using ZelTest::Holder;
 
 // A code that nothing gives: no operation stored one.
-constexpr auto Untouched = static_cast<ZelCamErr>(77);
+constexpr auto kUntouched = static_cast<ZelCamErr>(77);
 
 std::vector<std::string> TextsOf(const std::vector<Scripted::Call>& calls);
 
@@ -92,7 +92,7 @@ class ScriptedTest : public testing::Test {
     void TearDown() override;
 
     // Calls of `function` (with `command`) fail, after the first `skip`, `count` times.
-    void Fail(const std::string& function, int32_t code, int64_t command = Scripted::AnyCommand,
+    void Fail(const std::string& function, int32_t code, int64_t command = Scripted::kAnyCommand,
               size_t skip = 0, size_t count = SIZE_MAX);
     void Answer(const std::string& function, int64_t command, const Scripted::Reply& reply);
 
@@ -130,4 +130,4 @@ class SessionTest : public ScriptedTest {
 };
 
 // What a wait may take before a test fails.
-constexpr std::chrono::seconds Patience{30};
+constexpr std::chrono::seconds kPatience{30};

@@ -53,7 +53,7 @@ class Messages {
     Messages(const Messages&) = delete;
     Messages& operator=(const Messages&) = delete;
 
-    std::string text() const { return text_.str(); }
+    std::string Text() const { return text_.str(); }
 
   private:
     std::ostringstream text_;
