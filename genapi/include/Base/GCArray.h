@@ -9,7 +9,7 @@
 
 namespace GENICAM_NAMESPACE {
 
-// Owns elements of T whose number is fixed on construction; a copy has elements of its own.
+// Owns elements of T; their number is fixed on construction. Copying copies the elements.
 template <typename T>
 class gcarray {
   public:

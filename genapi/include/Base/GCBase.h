@@ -1,4 +1,4 @@
-// The base library: everything but locks.
+// The base library, except for its locks.
 #ifndef GCBASE_GCBASE_H
 #define GCBASE_GCBASE_H
 

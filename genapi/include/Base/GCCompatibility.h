@@ -1,4 +1,4 @@
-// The printf length modifier of int64_t, which is a long where that has 64 bits.
+// The printf length modifier of int64_t, which is long on 64-bit Linux.
 #ifndef GCBASE_GCCOMPATIBILITY_H
 #define GCBASE_GCCOMPATIBILITY_H
 

@@ -6,7 +6,8 @@
 
 namespace GENICAM_NAMESPACE {
 
-// 0 for success. In the namespace: transport layers have a type of the same name.
+// 0 means success. The type is inside the namespace because transport layers have one of the same
+// name.
 using GC_ERROR = int32_t;
 
 }  // namespace GENICAM_NAMESPACE

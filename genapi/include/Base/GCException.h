@@ -2,7 +2,8 @@
 //
 //     throw OUT_OF_RANGE_EXCEPTION("Value %d is too large", value);
 //
-// GenericException is the base of all; it is not derived from std::exception. Reentrant.
+// GenericException is the base class of all others; it does not derive from std::exception.
+// Reentrant.
 #ifndef GCBASE_GCEXCEPTION_H
 #define GCBASE_GCEXCEPTION_H
 
@@ -18,7 +19,7 @@ namespace GENICAM_NAMESPACE {
 
 class GCBASE_RTTI_CLASS_API GenericException {
   public:
-    // Null texts are empty.
+    // Null texts count as empty.
     GenericException(const char* pDescription, const char* pSourceFileName,
                      unsigned int SourceLine);
     GenericException(const char* pDescription, const char* pSourceFileName, unsigned int SourceLine,
@@ -30,11 +31,11 @@ class GCBASE_RTTI_CLASS_API GenericException {
 
     // What happened.
     virtual const char* GetDescription() const noexcept;
-    // Where it was found out.
+    // Where the error was detected.
     virtual const char* GetSourceFileName() const noexcept;
     virtual unsigned int GetSourceLine() const noexcept;
-    // All of it in one line: "<description> : <type> thrown in node '<node>' while calling
-    // '<operation>' (file '<name>', line <n>)", as far as it is known.
+    // All of it in one line, as far as it is known: "<description> : <type> thrown in node '<node>'
+    // while calling '<operation>' (file '<name>', line <n>)".
     virtual const char* what() const noexcept;
 
   private:
@@ -55,15 +56,15 @@ class GCBASE_RTTI_CLASS_API GenericException {
         ~name() noexcept override;                                                             \
     }
 
-DECLARE_EXCEPTION(BadAllocException);         // no memory
-DECLARE_EXCEPTION(InvalidArgumentException);  // an argument that makes no sense
-DECLARE_EXCEPTION(OutOfRangeException);       // a value beyond its limits
-DECLARE_EXCEPTION(PropertyException);         // an element of a description that does not convert
-DECLARE_EXCEPTION(RuntimeException);          // what went wrong outside the program's control
-DECLARE_EXCEPTION(LogicalErrorException);     // a fault of the program or the description
-DECLARE_EXCEPTION(AccessException);           // a node that does not allow the operation
+DECLARE_EXCEPTION(BadAllocException);         // memory is exhausted
+DECLARE_EXCEPTION(InvalidArgumentException);  // an argument is invalid
+DECLARE_EXCEPTION(OutOfRangeException);       // a value exceeds its limits
+DECLARE_EXCEPTION(PropertyException);         // an element of a description does not convert
+DECLARE_EXCEPTION(RuntimeException);          // an error outside the program's control
+DECLARE_EXCEPTION(LogicalErrorException);     // an error of the program or the description
+DECLARE_EXCEPTION(AccessException);           // a node does not allow the operation
 DECLARE_EXCEPTION(TimeoutException);          // something took too long
-DECLARE_EXCEPTION(DynamicCastException);      // an object without the interface asked for
+DECLARE_EXCEPTION(DynamicCastException);      // an object lacks the requested interface
 
 // Makes an exception of class E with a formatted description.
 template <typename E>
@@ -74,7 +75,7 @@ class ExceptionReporter {
     ExceptionReporter(const char* pSourceFileName, int SourceLine, const char* pExceptionType)
         : m_SourceLine(SourceLine), m_SourceFileName(pSourceFileName), m_Type(pExceptionType) {}
 
-    // As printf; what exceeds the buffer is cut off.
+    // Formats like printf; cuts off what exceeds the buffer.
     E Report(const char* pFormat, ...) const __attribute__((format(printf, 2, 3))) {
         char description[2048];
         va_list arguments;

@@ -1,6 +1,6 @@
-// gcstring: the text type of the interface. It has the contract of std::string, but a layout of its
-// own, so that libraries and applications built with different standard libraries understand one
-// another. Reentrant.
+// gcstring: the text type of the interface. It behaves like std::string but has a layout of its
+// own, so that libraries and applications built with different standard libraries can exchange
+// texts. Reentrant.
 #ifndef GCBASE_GCSTRING_H
 #define GCBASE_GCSTRING_H
 
@@ -12,7 +12,7 @@
 
 namespace GENICAM_NAMESPACE {
 
-// A counted sequence of bytes; NULs may be among them. A null pointer as a text is the empty text.
+// A counted sequence of bytes, which may include NULs. A null pointer counts as the empty text.
 class GCBASE_RTTI_CLASS_API gcstring {
   public:
     gcstring() noexcept;
@@ -39,13 +39,13 @@ class GCBASE_RTTI_CLASS_API gcstring {
     virtual size_t find(const char* pc, size_t offset, size_t count) const;
     virtual size_t length() const;
     virtual size_t size() const;
-    // Cuts, or grows with NULs.
+    // Cuts the text, or extends it with NULs.
     virtual void resize(size_t n);
     virtual void reserve(size_t n = 0);
-    // std::out_of_range when pos is behind the end.
+    // std::out_of_range if pos is beyond the end.
     virtual gcstring& erase(size_t pos, size_t len = GCSTRING_NPOS);
     virtual size_t max_size() const;
-    // std::out_of_range when offset is behind the end.
+    // std::out_of_range if offset is beyond the end.
     virtual gcstring substr(size_t offset = 0, size_t count = GCSTRING_NPOS) const;
     virtual size_t find_first_of(const gcstring& str, size_t offset = 0) const;
     virtual size_t find_first_not_of(const gcstring& str, size_t offset = 0) const;
@@ -59,7 +59,7 @@ class GCBASE_RTTI_CLASS_API gcstring {
     bool operator!=(const gcstring& str) const;
     bool operator!=(const char* pc) const;
     gcstring& operator+=(const gcstring& str);
-    // The const forms leave the text as it is and give the longer one.
+    // The const forms leave this text unchanged and return the longer one.
     gcstring operator+=(const gcstring& str) const;
     gcstring& operator+=(const char* pc);
     gcstring& operator+=(char ch);
@@ -71,7 +71,7 @@ class GCBASE_RTTI_CLASS_API gcstring {
     bool operator>(const gcstring& str) const;
     operator const char*() const;
 
-    // Objects are made and ended by this library's allocator, wherever that happens.
+    // This library allocates and frees all objects, whichever library uses new and delete.
     void operator delete(void* pWhere);
     void operator delete(void* pWhere, void* pNewWhere);
     void* operator new(size_t uiSize);
@@ -84,7 +84,7 @@ class GCBASE_RTTI_CLASS_API gcstring {
     static const size_t npos;
 
   private:
-    // Short texts lie in the object: names of features and most values do.
+    // Short texts are stored in the object: most names of features and most values.
     static constexpr size_t kShort = 64 - 2 * sizeof(size_t) - 1;
 
     void grow(size_t capacity);
@@ -102,7 +102,7 @@ class GCBASE_RTTI_CLASS_API gcstring {
     char m_short[kShort + 1];
 };
 
-// Throws BadAllocException; std::bad_alloc where there is no memory for its texts either.
+// Throws BadAllocException, or std::bad_alloc if there is no memory for its texts either.
 GCBASE_RTTI_CLASS_API void ThrowBadAlloc(const char* source, int line);
 
 GCBASE_RTTI_CLASS_API std::istream& getline(std::istream& is, gcstring& str);

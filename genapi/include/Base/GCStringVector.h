@@ -1,5 +1,6 @@
-// gcstring_vector: std::vector<gcstring> behind one pointer, so that its layout does not depend on
-// the standard library. Iterators are random access, and valid as those of std::vector. Reentrant.
+// gcstring_vector: std::vector<gcstring> behind a pointer, so that its layout does not depend on
+// the standard library. Iterators are random-access, and valid as long as those of std::vector.
+// Reentrant.
 #ifndef GCBASE_GCSTRINGVECTOR_H
 #define GCBASE_GCSTRINGVECTOR_H
 

@@ -1,4 +1,4 @@
-// Locks that stand outside node maps.
+// Locks outside node maps.
 #ifndef GCBASE_GCSYNCH_H
 #define GCBASE_GCSYNCH_H
 
@@ -9,7 +9,8 @@
 
 namespace GENICAM_NAMESPACE {
 
-// Recursive lock: a thread may lock again what it holds and must unlock as often. Thread-safe.
+// Recursive lock: the thread that holds it may lock it again, and must unlock it as often.
+// Thread-safe.
 class CLock {
   public:
     // False if another thread holds the lock.
@@ -33,8 +34,8 @@ class AutoLock {
     CLock& m_Lock;
 };
 
-// A lock known by its name throughout the process: objects of one name are one recursive lock. The
-// lock exists as long as one of its objects does. Thread-safe.
+// A recursive lock with a name: all objects of one name in the process are the same lock. It exists
+// as long as one of these objects. Thread-safe.
 class GCBASE_RTTI_CLASS_API CGlobalLock {
   public:
     explicit CGlobalLock(const gcstring& name);
@@ -42,7 +43,7 @@ class GCBASE_RTTI_CLASS_API CGlobalLock {
     CGlobalLock(const CGlobalLock&) = delete;
     CGlobalLock& operator=(const CGlobalLock&) = delete;
 
-    // False if another thread held the lock all the time.
+    // False if another thread held the lock during the whole time.
     bool Lock(unsigned int timeout_ms);
     // False if another thread holds the lock.
     bool TryLock();

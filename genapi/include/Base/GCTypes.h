@@ -1,4 +1,4 @@
-// Numbers, their limits, and visibility of what libGCBase exports.
+// Integer types with their limits, and the visibility of libGCBase's exports.
 #ifndef GCBASE_GCTYPES_H
 #define GCBASE_GCTYPES_H
 
@@ -13,7 +13,7 @@
 #else
 #define GCBASE_API
 #endif
-// Type information of exceptions is shared by all libraries, also by those that hide their symbols.
+// All libraries, even those that hide their symbols, must share the type information of exceptions.
 #define GCBASE_RTTI_CLASS_API __attribute__((visibility("default")))
 
 #ifndef GENICAM_INTERFACE

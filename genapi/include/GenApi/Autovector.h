@@ -1,4 +1,4 @@
-// Lists of numbers that are handed out by value.
+// Lists of numbers that are returned by value.
 #ifndef GENAPI_AUTOVECTOR_H
 #define GENAPI_AUTOVECTOR_H
 
@@ -11,7 +11,7 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Copies share their elements; a default-constructed list allocates nothing. Reentrant.
+// Copies share their elements. A default-constructed list allocates nothing. Reentrant.
 template <class T>
 class CSharedVector {
   public:
@@ -21,7 +21,7 @@ class CSharedVector {
     virtual ~CSharedVector() {}
     CSharedVector& operator=(const CSharedVector&) = default;
 
-    // No check of the index.
+    // The index is not checked.
     T& operator[](size_t uiIndex) { return (*m_Values)[uiIndex]; }
     const T& operator[](size_t uiIndex) const { return (*m_Values)[uiIndex]; }
     size_t size() const { return m_Values ? m_Values->size() : 0; }

@@ -1,4 +1,4 @@
-// Chunk data of a camera's buffers in its node map.
+// Shows the chunk data of a camera's buffers in its node map.
 #ifndef GENAPI_CHUNKADAPTER_H
 #define GENAPI_CHUNKADAPTER_H
 
@@ -20,7 +20,7 @@ struct Chunk;
 using AttachStatistics_t = struct _AttachStatistics_t {
     int NumChunkPorts;      // port nodes for chunks in the map
     int NumChunks;          // chunks in the buffer
-    int NumAttachedChunks;  // those that a port node takes
+    int NumAttachedChunks;  // chunks with a port node
 };
 
 // Shows the chunks of one buffer at a time in the port nodes whose ChunkID is the chunk's id:
@@ -28,13 +28,13 @@ using AttachStatistics_t = struct _AttachStatistics_t {
 //   detached --AttachNodeMap--> attached --AttachBuffer--> showing a buffer
 //                                        <--DetachBuffer-- (AttachBuffer, UpdateBuffer: the next)
 //
-// A chunk is read from the buffer itself, so the buffer must stay until DetachBuffer. A port node
-// with CacheChunkData gets a copy instead, unless the chunk is longer than the MaxChunkCacheSize,
-// and keeps it until another buffer, ClearCaches or DetachNodeMap. All port nodes whose contents
-// change are invalidated, after all of them have changed.
+// Port nodes read a chunk from the buffer itself, so the buffer must exist until DetachBuffer. A
+// port node with CacheChunkData gets a copy instead, unless the chunk is longer than
+// MaxChunkCacheSize, and keeps it until another buffer, ClearCaches or DetachNodeMap. After all
+// port nodes have changed, those with new contents are invalidated.
 //
-// The adapter must be detached or deleted before its map ends. Thread-bound; callbacks of the nodes
-// run in the calling thread, and must not delete the adapter.
+// Detach or delete the adapter before its map ends. Thread-bound; the nodes' callbacks run in the
+// calling thread and must not delete the adapter.
 class GENAPI_DECL CChunkAdapter {
   public:
     using AttachStatistics_t = GENAPI_NAMESPACE::AttachStatistics_t;
@@ -44,28 +44,28 @@ class GENAPI_DECL CChunkAdapter {
     CChunkAdapter(const CChunkAdapter&) = delete;
     CChunkAdapter& operator=(const CChunkAdapter&) = delete;
 
-    // Detaches from the former map, if any, and connects all chunk ports. Null only detaches.
+    // Detaches from the previous map, if any, and connects all chunk ports. Null only detaches.
     virtual void AttachNodeMap(INodeMap* pNodeMap);
-    // Exceptions of callbacks end here.
+    // Catches exceptions of callbacks.
     virtual void DetachNodeMap();
 
-    // Whether the buffer consists of chunks as the adapter expects them.
+    // Whether the buffer has the layout of chunks that the adapter expects.
     virtual bool CheckBufferLayout(uint8_t* pBuffer, int64_t BufferLength) = 0;
-    // RuntimeException, and nothing changes, if it does not.
+    // RuntimeException if the buffer has another layout; nothing changes then.
     virtual void AttachBuffer(uint8_t* pBuffer, int64_t BufferLength,
                               AttachStatistics_t* pAttachStatistics = nullptr) = 0;
     void DetachBuffer();
-    // A buffer with the same length and layout as the one that is attached. LogicalErrorException
-    // when none is, InvalidArgumentException for null.
+    // Changes to a buffer with the same length and layout as the attached one.
+    // LogicalErrorException if no buffer is attached, InvalidArgumentException for null.
     void UpdateBuffer(uint8_t* pBuffer);
-    // Drops the copies that outlived their buffer.
+    // Drops the copies of chunks whose buffer is gone.
     void ClearCaches();
 
   protected:
     // MaxChunkCacheSize: the longest chunk that is copied, -1 for any.
     CChunkAdapter(INodeMap* pNodeMap = nullptr, int64_t MaxChunkCacheSize = -1);
 
-    // Of several chunks with one id the first counts. The chunks must lie within the buffer.
+    // The first of several chunks with one id counts. All chunks must lie within the buffer.
     void AttachChunks(const uint8_t* pBuffer, const std::vector<Engine::Chunk>& Chunks,
                       AttachStatistics_t* pAttachStatistics);
 

@@ -9,8 +9,8 @@
 
 namespace GENAPI_NAMESPACE {
 
-// A buffer is a row of chunks, each with its data first and then, big endian, its id and the length
-// of the data, four bytes each.
+// A buffer is a sequence of chunks: the data, then its id and its length in four bytes each, big
+// endian.
 class GENAPI_DECL CChunkAdapterGEV : public CChunkAdapter {
   public:
     CChunkAdapterGEV(INodeMap* pNodeMap = nullptr, int64_t MaxChunkCacheSize = -1);

@@ -1,4 +1,4 @@
-// Chunk data of which the transport layer tells the places.
+// Chunk data whose places the transport layer provides.
 #ifndef GENAPI_CHUNKADAPTERGENERIC_H
 #define GENAPI_CHUNKADAPTERGENERIC_H
 
@@ -16,26 +16,26 @@ using SingleChunkData_t = struct _SingleChunkData_t {
     size_t ChunkLength;
 };
 
-// With the id in hexadecimal digits, without "0x".
+// ChunkID is in hexadecimal digits, without "0x".
 using SingleChunkDataStr_t = struct _SingleChunkDataStr_t {
     GENICAM_NAMESPACE::gcstring ChunkID;
     ptrdiff_t ChunkOffset;
     size_t ChunkLength;
 };
 
-// Chunks lie where a list says.
+// A list gives the place of each chunk.
 class GENAPI_DECL CChunkAdapterGeneric : public CChunkAdapter {
   public:
     CChunkAdapterGeneric(INodeMap* pNodeMap = nullptr, int64_t MaxChunkCacheSize = -1);
     ~CChunkAdapterGeneric() override;
 
-    // False: a buffer does not tell its chunks by itself.
+    // Always false: a buffer alone does not show its chunks.
     bool CheckBufferLayout(uint8_t* pBuffer, int64_t BufferLength) override;
-    // Always a RuntimeException, for want of the list.
+    // Always a RuntimeException, because the list is missing.
     void AttachBuffer(uint8_t* pBuffer, int64_t BufferLength,
                       AttachStatistics_t* pAttachStatistics = nullptr) override;
 
-    // RuntimeException, and nothing changes, if a chunk leaves the buffer.
+    // RuntimeException if a chunk exceeds the buffer; nothing changes then.
     virtual void AttachBuffer(uint8_t* pBuffer, int64_t BufferLength, SingleChunkData_t* ChunkData,
                               int64_t NumChunks, AttachStatistics_t* pAttachStatistics = nullptr);
     virtual void AttachBuffer(uint8_t* pBuffer, int64_t BufferLength,

@@ -1,4 +1,4 @@
-// What other systems have and this one lacks.
+// Names of other operating systems that this one lacks.
 #ifndef GENAPI_COMPATIBILITY_H
 #define GENAPI_COMPATIBILITY_H
 

@@ -14,7 +14,7 @@ namespace GENAPI_NAMESPACE {
 struct INode;
 struct IValue;
 
-// Random-access iterators of CPointerVector; they end with the next change of the list's size.
+// Random-access iterators of CPointerVector; invalid after a change of the list's size.
 template <class T>
 class CPointerVectorConstIterator {
   public:
@@ -105,8 +105,8 @@ class CPointerVectorIterator : public CPointerVectorConstIterator<T> {
     using const_iterator::_pT;
 };
 
-// A vector of pointers with the contract of std::vector; its storage does not show in the layout.
-// at throws OutOfRangeException; the other operations do not check. Reentrant.
+// A vector of pointers that behaves like std::vector; its layout hides the storage. at() throws
+// OutOfRangeException; the other operations do not check. Reentrant.
 template <class T>
 class GENAPI_DECL CPointerVector {
   public:
@@ -149,7 +149,7 @@ class GENAPI_DECL CPointerVector {
     T& operator[](size_t uiIndex) { return (*_pv)[uiIndex]; }
     const T& operator[](size_t uiIndex) const { return (*_pv)[uiIndex]; }
 
-    // The library's heap, whoever makes the object.
+    // The library allocates and frees all objects.
     void operator delete(void* pWhere);
     void* operator new(size_t uiSize);
 
@@ -157,7 +157,7 @@ class GENAPI_DECL CPointerVector {
     std::vector<T>* _pv;
 };
 
-// Exported whatever the visibility of what INode and IValue were first declared with.
+// Exported even if INode or IValue was first declared with another visibility.
 extern template class GENAPI_DECL CPointerVector<INode*>;
 extern template class GENAPI_DECL CPointerVector<IValue*>;
 

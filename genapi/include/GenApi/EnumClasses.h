@@ -1,4 +1,4 @@
-// The enumerations as text.
+// Text forms of the enumerations.
 #ifndef GENAPI_ENUMCLASSES_H
 #define GENAPI_ENUMCLASSES_H
 
@@ -8,9 +8,9 @@
 
 namespace GENAPI_NAMESPACE {
 
-// For every enumeration E a class EClass. The texts are the names of the enumerators.
-//  - FromString: false, and nothing set, for text that names no enumerator.
-//  - ToString: empty for a number that is no enumerator.
+// Each enumeration E has a class EClass. The texts are the names of the enumerators.
+//  - FromString: false for a text that is not an enumerator; the value stays unchanged.
+//  - ToString: empty for a number that is not an enumerator.
 // Thread-safe.
 #define GENAPI_ENUM_CLASS(E)                                                            \
     class GENAPI_DECL E##Class {                                                        \

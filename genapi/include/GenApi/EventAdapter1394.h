@@ -9,8 +9,8 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Declared for sources that choose among all adapters. It attaches to a map like the others, but
-// there is no delivery for this transport.
+// Exists for sources that choose among all adapters. It attaches to a map like the others, but
+// cannot deliver events of this transport.
 class GENAPI_DECL CEventAdapter1394 : public CEventAdapter {
   public:
     CEventAdapter1394(INodeMap* pNodeMap = nullptr);

@@ -14,7 +14,7 @@ namespace Engine {
 struct EventItem;
 }
 
-// The messages as they are on the wire: all fields are big endian.
+// The messages on the wire; all fields are big endian.
 #pragma pack(push, 1)
 
 static const uint8_t COMMAND_MAGIC = 0x42;
@@ -28,7 +28,7 @@ using GVCP_REQUEST_HEADER = struct _GVCP_REQUEST_HEADER {
     uint8_t Magic;
     uint8_t Flags;
     uint16_t Command;
-    uint16_t Length;  // of what follows the header
+    uint16_t Length;  // bytes after the header
     uint16_t ReqId;
 };
 
@@ -57,7 +57,7 @@ using GVCP_EVENT_ITEM_EXTENDED_ID = struct _GVCP_EVENT_ITEM_EXTENDED_ID {
     uint32_t TimestampLow;
 };
 
-// The arrays at the end are as long as the message says.
+// The message determines the length of the arrays at the end.
 using GVCP_EVENT_REQUEST = struct _GVCP_EVENT_REQUEST {
     GVCP_REQUEST_HEADER Header;
     GVCP_EVENT_ITEM Items[1];
@@ -82,8 +82,8 @@ using GVCP_EVENTDATA_REQUEST_EXTENDED_ID = struct _GVCP_EVENTDATA_REQUEST_EXTEND
 
 #pragma pack(pop)
 
-// Takes EVENT and EVENTDATA commands with or without extended ids. Address 0 of an event's port is
-// the first byte of its item; an item that does not state its size shows it all the same.
+// Accepts EVENT and EVENTDATA commands with or without extended ids. Address 0 of an event's port
+// is the first byte of its item, even if the item does not contain its size.
 class GENAPI_DECL CEventAdapterGEV : public CEventAdapter {
   public:
     CEventAdapterGEV(INodeMap* pNodeMap = nullptr);
@@ -91,7 +91,7 @@ class GENAPI_DECL CEventAdapterGEV : public CEventAdapter {
 
     void DeliverMessage(const uint8_t msg[], uint32_t numBytes) override;
 
-    // These believe the Length in the header. Neither the magic nor the tag is looked at.
+    // These trust the Length in the header, and ignore the magic and the tag.
     void DeliverEventMessage(const GVCP_EVENT_REQUEST* pEvent);
     void DeliverEventMessage(const GVCP_EVENTDATA_REQUEST* pEventData);
     void DeliverEventMessage(const GVCP_EVENT_REQUEST_EXTENDED_ID* pEvent);

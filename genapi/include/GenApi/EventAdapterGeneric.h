@@ -1,4 +1,4 @@
-// Events of which the transport layer tells the id.
+// Events whose ids the transport layer provides.
 #ifndef GENAPI_EVENTADAPTERGENERIC_H
 #define GENAPI_EVENTADAPTERGENERIC_H
 
@@ -16,10 +16,10 @@ class GENAPI_DECL CEventAdapterGeneric : public CEventAdapter {
     CEventAdapterGeneric(INodeMap* pNodeMap = nullptr);
     ~CEventAdapterGeneric() override;
 
-    // A message without id reaches no node.
+    // Without an id, the message reaches no node.
     void DeliverMessage(const uint8_t msg[], uint32_t numBytes) override;
-    // Hexadecimal digits without "0x". RuntimeException for an odd number of them; other text is
-    // no node's id.
+    // The id consists of hexadecimal digits without "0x". RuntimeException for an odd number of
+    // them; any other text matches no node.
     virtual void DeliverMessage(const uint8_t msg[], uint32_t numBytes,
                                 const GENICAM_NAMESPACE::gcstring& EventID);
     virtual void DeliverMessage(const uint8_t msg[], uint32_t numBytes, uint64_t EventID);

@@ -14,18 +14,18 @@ static const uint16_t GENCP_EVENT_CMD_ID = 0x0C00;
 static const uint32_t GENCP_COMMAND_HEADER_SIZE = 12;
 static const uint32_t GENCP_EVENT_BASIC_SIZE = 24;
 
-// The messages as they are on the wire: all fields are little endian.
+// The messages on the wire; all fields are little endian.
 #pragma pack(push, 1)
 
 using U3V_COMMAND_HEADER = struct _U3V_COMMAND_HEADER {
     uint32_t Prefix;
     uint16_t Flags;
     uint16_t CommandId;
-    uint16_t Length;  // of what follows the header
+    uint16_t Length;  // bytes after the header
     uint16_t ReqId;
 };
 
-// Followed by the data of the event.
+// The data of the event follows.
 using U3V_EVENT_DATA = struct _U3V_EVENT_DATA {
     uint16_t Reserved;
     uint16_t EventId;
@@ -39,7 +39,7 @@ using U3V_EVENT_MESSAGE = struct _U3V_EVENT_MESSAGE {
 
 #pragma pack(pop)
 
-// Takes event commands with one event each. Address 0 of the event's port is the first byte after
+// Accepts event commands with one event each. Address 0 of the event's port is the first byte after
 // the header.
 class GENAPI_DECL CEventAdapterU3V : public CEventAdapter {
   public:
@@ -48,7 +48,7 @@ class GENAPI_DECL CEventAdapterU3V : public CEventAdapter {
 
     void DeliverMessage(const uint8_t msg[], uint32_t numBytes) override;
 
-    // Believes the Length in the header. Neither the prefix nor the command is looked at.
+    // Trusts the Length in the header, and ignores the prefix and the command.
     void DeliverEventMessage(const U3V_EVENT_MESSAGE* pEventMessage);
 };
 

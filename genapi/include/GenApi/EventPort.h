@@ -1,4 +1,4 @@
-// What an event does to a node.
+// Connects events to a node.
 #ifndef GENAPI_EVENTPORT_H
 #define GENAPI_EVENTPORT_H
 
@@ -13,17 +13,17 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Stands for one node with an EventID. Behind a port node it holds the bytes of the last event:
+// Serves one node with an EventID. Behind a port node it holds the bytes of the last event:
 //
-//   not connected (NI) --Connect--> NA --AttachEvent--> RO      Disconnect leads back from each
+//   not connected (NI) --Connect--> NA --AttachEvent--> RO      Disconnect returns from each
 //
-// A node of another kind is only invalidated by its events. The node must outlive the object.
-// Thread-bound, except for what the node map calls: GetAccessMode and Read.
+// Events only invalidate a node of another kind. The node must outlive the object.
+// Thread-bound, except for GetAccessMode and Read, which the node map calls.
 class GENAPI_DECL CEventPort : public IPort {
   public:
     // Does not connect. LogicalErrorException if the EventID has an odd number of digits.
     explicit CEventPort(INode* pNode);
-    // Disconnects; exceptions of callbacks end here.
+    // Disconnects; catches exceptions of callbacks.
     ~CEventPort() override;
     CEventPort(const CEventPort&) = delete;
     CEventPort& operator=(const CEventPort&) = delete;
@@ -34,23 +34,23 @@ class GENAPI_DECL CEventPort : public IPort {
 
     // Whether the node is a port, which shows the bytes of its events.
     bool IsPort() const;
-    // The id in capital hexadecimal digits without leading zeros; empty for 0.
+    // Compares with an id in capital hexadecimal digits without leading zeros; empty for 0.
     bool CheckEventID(const std::string& EventID) const;
 
-    // Takes a copy of the event and invalidates the node. The callbacks may end this object.
+    // Copies the event and invalidates the node. The callbacks may destroy this object.
     void AttachEvent(const uint8_t* pData, uint32_t Length);
 
     EAccessMode GetAccessMode() const override;
-    // AccessException without event, RuntimeException outside of its bytes.
+    // AccessException without an event, RuntimeException outside its bytes.
     void Read(void* pBuffer, int64_t Address, int64_t Length) override;
     // Always an AccessException.
     void Write(const void* pBuffer, int64_t Address, int64_t Length) override;
 
   private:
     INode* const m_pNode;
-    IPortConstruct* const m_pPortNode;  // null if the node is no port
+    IPortConstruct* const m_pPortNode;  // null if the node is not a port
     std::string m_EventID;
-    bool m_HasID;  // whether it is a number
+    bool m_HasID;  // whether the EventID is a number
     std::vector<uint8_t> m_Data;
     bool m_IsConnected;
     bool m_HasEvent;

@@ -22,17 +22,17 @@
 
 namespace GENAPI_NAMESPACE {
 
-// The operations of a camera on its files. An operation that the camera does not report as a
-// success gives false or -1; one before attach throws LogicalErrorException, one that does not end
-// within a minute TimeoutException; exceptions of the nodes pass. Reentrant; an operation holds the
-// lock of the map from its beginning to its end.
+// The file operations of a camera. An operation whose success the camera does not confirm returns
+// false or -1. An operation before attach throws LogicalErrorException, one that takes longer than
+// a minute TimeoutException; exceptions of the nodes pass through. Reentrant; each operation holds
+// the lock of the map throughout.
 class GENAPI_DECL FileProtocolAdapter {
   public:
     FileProtocolAdapter();
     virtual ~FileProtocolAdapter();
 
-    // Takes the features of a map, which must outlive the use of the adapter. False, and not
-    // attached, for null and if a feature is missing (FileSize may be).
+    // Uses the features of a map, which must outlive the adapter's use. False, and not attached,
+    // for null or if a feature other than FileSize is missing.
     virtual bool attach(INodeMap* pInterface);
 
     // For reading (in), writing (out), or both.
@@ -40,15 +40,16 @@ class GENAPI_DECL FileProtocolAdapter {
     virtual bool closeFile(const char* pFileName);
     virtual bool deleteFile(const char* pFileName);
 
-    // The number of bytes transferred; fewer than wanted at the end of the file.
+    // Returns the number of transferred bytes, which is smaller than requested at the end of the
+    // file.
     virtual std::streamsize write(const char* buf, int64_t offs, int64_t len,
                                   const char* pFileName);
     virtual std::streamsize read(char* buf, int64_t offs, std::streamsize len,
                                  const char* pFileName);
 
-    // The number of bytes that the camera can transfer at once; more are transferred in parts.
+    // The number of bytes that the camera transfers at once; larger transfers are split.
     virtual int64_t getBufSize(const char* pFileName, std::ios_base::openmode mode);
-    // The length of the file, -1 if the camera does not tell.
+    // The length of the file, -1 if the camera does not report it.
     virtual int64_t getFileSize(const char* pFileName);
 
   private:
@@ -71,7 +72,7 @@ class GENAPI_DECL FileProtocolAdapter {
     CIntegerPtr m_ptrFileSize;
 };
 
-// What the buffers of both directions have in common: a file that is open. Thread-bound.
+// The common part of the buffers for both directions: an open file. Thread-bound.
 template <typename CharType, typename Traits = std::char_traits<CharType>>
 class DevFileStreamBuf : public std::basic_streambuf<CharType, Traits> {
     static_assert(sizeof(CharType) == 1, "files of cameras consist of bytes");
@@ -81,7 +82,7 @@ class DevFileStreamBuf : public std::basic_streambuf<CharType, Traits> {
     DevFileStreamBuf(const DevFileStreamBuf&) = delete;
     DevFileStreamBuf& operator=(const DevFileStreamBuf&) = delete;
 
-    // Null if a file is open already or this one cannot be opened.
+    // Null if a file is open already, or if this one cannot be opened.
     DevFileStreamBuf* open(INodeMap* pInterface, const char* pFileName,
                            std::ios_base::openmode mode) {
         if (m_IsOpen || pFileName == nullptr || !m_Adapter.attach(pInterface)) return nullptr;
@@ -93,7 +94,7 @@ class DevFileStreamBuf : public std::basic_streambuf<CharType, Traits> {
         return nullptr;
     }
 
-    // Null if no file is open or the camera cannot close it.
+    // Null if no file is open, or if the camera cannot close it.
     DevFileStreamBuf* close() {
         if (!m_IsOpen) return nullptr;
         m_IsOpen = false;
@@ -103,7 +104,7 @@ class DevFileStreamBuf : public std::basic_streambuf<CharType, Traits> {
     bool is_open() const { return m_IsOpen; }
 
   protected:
-    // No exception, be it of the nodes or of the consumer's port, has a way out of a destructor.
+    // For destructors, which must not throw exceptions of the nodes or of the consumer's port.
     void CloseQuietly() {
         try {
             close();
@@ -114,10 +115,10 @@ class DevFileStreamBuf : public std::basic_streambuf<CharType, Traits> {
     FileProtocolAdapter m_Adapter;
     std::string m_FileName;
     std::vector<CharType> m_Buffer;
-    int64_t m_Offset;  // in the file, of what follows the buffer
+    int64_t m_Offset;  // in the file, of the byte after the buffer
 
   private:
-    // Some cameras tell the size of the buffer only while the file is open.
+    // Some cameras report the size of the buffer only while the file is open.
     bool Prepare(std::ios_base::openmode mode) {
         const int64_t size = m_Adapter.getBufSize(m_FileName.c_str(), mode);
         if (size <= 0) return false;
@@ -144,7 +145,7 @@ class ODevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
         return this;
     }
 
-    // Writes what is still in the buffer.
+    // Writes the rest of the buffer.
     ODevFileStreamBuf* close() {
         if (!this->is_open()) return nullptr;
         bool written = false;
@@ -171,7 +172,7 @@ class ODevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
         this->setp(this->m_Buffer.data(), this->m_Buffer.data() + this->m_Buffer.size());
     }
 
-    // What could not be written is lost.
+    // Bytes that cannot be written are lost.
     bool Flush() {
         const std::streamsize length = this->pptr() - this->pbase();
         const char* const data = reinterpret_cast<const char*>(this->pbase());
@@ -230,9 +231,9 @@ class IDevFileStreamBuf : public DevFileStreamBuf<CharType, Traits> {
     }
 };
 
-// A file of a camera for writing. As std::ofstream: failbit if the file cannot be opened or closed,
-// badbit if it cannot be written; but exceptions of the nodes pass out of open and close. No
-// seeking. The map must outlive the open file. Thread-bound.
+// A file of a camera for writing. Like std::ofstream it sets failbit if the file cannot be opened
+// or closed, and badbit if it cannot be written; unlike it, open and close pass exceptions of the
+// nodes on. Seeking is not supported. The map must outlive the open file. Thread-bound.
 template <typename CharType, typename Traits = std::char_traits<CharType>>
 class ODevFileStreamBase : public std::basic_ostream<CharType, Traits> {
   public:
@@ -248,7 +249,7 @@ class ODevFileStreamBase : public std::basic_ostream<CharType, Traits> {
     filebuf_type* rdbuf() const { return const_cast<filebuf_type*>(&m_Buf); }
     bool is_open() const { return m_Buf.is_open(); }
 
-    // With app or ate writing begins at the end of the file; the camera must have FileSize then.
+    // With app or ate, writing begins at the end of the file; the camera must then have FileSize.
     void open(INodeMap* pInterface, const char* pFileName,
               std::ios_base::openmode mode = std::ios_base::out | std::ios_base::trunc) {
         if (m_Buf.open(pInterface, pFileName, mode) == nullptr) {
@@ -266,7 +267,7 @@ class ODevFileStreamBase : public std::basic_ostream<CharType, Traits> {
     filebuf_type m_Buf;
 };
 
-// A file of a camera for reading, likewise as std::ifstream.
+// A file of a camera for reading; otherwise like ODevFileStreamBase, and std::ifstream.
 template <typename CharType, typename Traits = std::char_traits<CharType>>
 class IDevFileStreamBase : public std::basic_istream<CharType, Traits> {
   public:

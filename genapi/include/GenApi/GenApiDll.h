@@ -1,7 +1,7 @@
-// Visibility of what libGenApi exports.
+// Visibility of libGenApi's exports.
 //
-// Interfaces and classes are exported from consumers too, so that dynamic_cast and exceptions work
-// across libraries that hide their symbols.
+// Consumers export interfaces and classes, too, so that dynamic_cast and exceptions work across
+// libraries that hide their symbols.
 #ifndef GENAPI_GENAPIDLL_H
 #define GENAPI_GENAPIDLL_H
 

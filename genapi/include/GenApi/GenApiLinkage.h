@@ -1,5 +1,5 @@
-// File names of libGenApi: DLL_NAME("GenApi") and the like. On this platform nothing is linked by
-// including a header.
+// File names of libGenApi: DLL_NAME("GenApi") and the like. Including a header does not link a
+// library on this platform.
 #ifndef GENAPI_GENAPILINKAGE_H
 #define GENAPI_GENAPILINKAGE_H
 

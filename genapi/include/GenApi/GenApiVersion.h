@@ -1,4 +1,4 @@
-// Version of the node-map interface: that of the whole package.
+// Version of the node-map interface, which is the version of the whole package.
 #ifndef GENAPI_GENAPIVERSION_H
 #define GENAPI_GENAPIVERSION_H
 

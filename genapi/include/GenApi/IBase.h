@@ -1,4 +1,4 @@
-// What every node and every port offers.
+// The interface of every node and every port.
 #ifndef GENAPI_IBASE_H
 #define GENAPI_IBASE_H
 
@@ -9,8 +9,8 @@ namespace GENAPI_NAMESPACE {
 
 // Root of all interfaces; dynamic_cast moves from one interface of an object to another.
 struct GENAPI_DECL_ABSTRACT IBase {
-    // The present access mode. Thread-safe on nodes. A port of the consumer is asked when the mode
-    // of its node is computed, and must not throw.
+    // The current access mode. Thread-safe on nodes. A node map asks the consumer's port when it
+    // computes the mode of the port's node; the port must not throw.
     virtual EAccessMode GetAccessMode() const = 0;
 
     virtual ~IBase() = 0;

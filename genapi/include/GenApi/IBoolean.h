@@ -1,4 +1,4 @@
-// A truth value.
+// A boolean.
 #ifndef GENAPI_IBOOLEAN_H
 #define GENAPI_IBOOLEAN_H
 
@@ -6,8 +6,8 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Thread-safe; common errors at IValue. LogicalErrorException when the device holds a number that
-// stands for neither value.
+// Thread-safe; IValue lists the common errors. LogicalErrorException if the device holds a number
+// that means neither true nor false.
 struct GENAPI_DECL_ABSTRACT IBoolean : virtual public IValue {
     virtual void SetValue(bool Value, bool Verify = true) = 0;
     virtual IBoolean& operator=(bool Value) {

@@ -9,7 +9,7 @@ namespace GENAPI_NAMESPACE {
 
 // The value of a category is its name. Thread-safe.
 struct GENAPI_DECL_ABSTRACT ICategory : virtual public IValue {
-    // Replaces the list by the features directly below, implemented or not.
+    // Replaces the list by the features directly below the category, implemented or not.
     virtual void GetFeatures(FeatureList_t& Features) const = 0;
 };
 

@@ -7,11 +7,11 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Offered by every port node, with or without chunk.
+// Every port node has this interface, with or without a chunk.
 struct GENAPI_DECL_ABSTRACT IChunkPort : virtual public IPort {
-    // Hexadecimal, empty for a port without chunk.
+    // Hexadecimal; empty for a port without a chunk.
     virtual GENICAM_NAMESPACE::gcstring GetChunkID() const = 0;
-    // Whether the chunk is to be copied, so that it survives its buffer.
+    // Whether to copy the chunk, so that it outlives its buffer.
     virtual EYesNo CacheChunkData() const = 0;
 };
 

@@ -6,13 +6,13 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Thread-safe; common errors at IValue.
+// Thread-safe; IValue lists the common errors.
 struct GENAPI_DECL_ABSTRACT ICommand : virtual public IValue {
-    // Starts the command; access is checked in either case.
+    // Starts the command. Access is checked even without Verify.
     virtual void Execute(bool Verify = true) = 0;
     virtual void operator()() = 0;
-    // Whether the command has ended; asks the device while it runs. The callbacks of the command
-    // fire with the first true.
+    // Whether the command has finished; asks the device while it runs. The first true fires the
+    // command's callbacks.
     virtual bool IsDone(bool Verify = true) = 0;
 };
 

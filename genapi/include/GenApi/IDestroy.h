@@ -1,4 +1,4 @@
-// The end of an object.
+// Destruction of an object.
 #ifndef GENAPI_IDESTROY_H
 #define GENAPI_IDESTROY_H
 
@@ -7,7 +7,7 @@
 namespace GENAPI_NAMESPACE {
 
 struct GENAPI_DECL_ABSTRACT IDestroy {
-    // Ends the object; the pointer is no longer valid.
+    // Destroys the object and invalidates the pointer.
     virtual void Destroy() = 0;
 
   protected:

@@ -1,4 +1,4 @@
-// What a description says about its device.
+// The device information in a description.
 #ifndef GENAPI_IDEVICEINFO_H
 #define GENAPI_IDEVICEINFO_H
 
@@ -8,7 +8,7 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Offered by every node map. Thread-safe.
+// Every node map has this interface. Thread-safe.
 struct GENAPI_DECL_ABSTRACT IDeviceInfo {
     virtual GENICAM_NAMESPACE::gcstring GetModelName() = 0;
     virtual GENICAM_NAMESPACE::gcstring GetVendorName() = 0;

@@ -7,13 +7,13 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Thread-safe; common errors at IValue.
+// Thread-safe; IValue lists the common errors.
 struct GENAPI_DECL_ABSTRACT IEnumEntry : virtual public IValue {
     virtual int64_t GetValue() = 0;
     virtual GENICAM_NAMESPACE::gcstring GetSymbolic() const = 0;
-    // Falls back on the integer value.
+    // The integer value, if the description gives no numeric value.
     virtual double GetNumericValue() = 0;
-    // Whether the device replaces the value by another one when it has carried it out.
+    // Whether the device replaces this value by another one when it has acted on it.
     virtual bool IsSelfClearing() = 0;
 };
 

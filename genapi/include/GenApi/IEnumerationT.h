@@ -1,4 +1,4 @@
-// An enumeration whose values are those of a C++ enumeration.
+// An enumeration whose values belong to a C++ enumeration.
 #ifndef GENAPI_IENUMERATIONT_H
 #define GENAPI_IENUMERATIONT_H
 
@@ -6,7 +6,7 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Implemented by classes made for one camera; node maps offer IEnumeration only.
+// Classes generated for one camera implement it; node maps have IEnumeration only.
 template <typename EnumT>
 struct IEnumerationT : virtual public IEnumeration {
     using IEnumeration::GetEntry;

@@ -8,7 +8,7 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Thread-safe; common errors at IValue.
+// Thread-safe; IValue lists the common errors.
 struct GENAPI_DECL_ABSTRACT IFloat : virtual public IValue {
     virtual void SetValue(double Value, bool Verify = true) = 0;
     virtual IFloat& operator=(double Value) = 0;
@@ -19,7 +19,8 @@ struct GENAPI_DECL_ABSTRACT IFloat : virtual public IValue {
     virtual double GetMax() = 0;
     virtual bool HasInc() = 0;
     virtual EIncMode GetIncMode() = 0;
-    // Informative: values between the steps are accepted. RuntimeException without increment.
+    // For information: values between the steps are accepted. RuntimeException without an
+    // increment.
     virtual double GetInc() = 0;
     virtual double_autovector_t GetListOfValidValues(bool bounded = true) = 0;
     virtual ERepresentation GetRepresentation() = 0;

@@ -1,7 +1,6 @@
-// Loading of a description by the map itself.
+// A map that loads its description by itself.
 //
-// No map implements it; CNodeMapFactory is the way. The declaration is kept for sources that name
-// it.
+// No map implements this; use CNodeMapFactory. The declaration exists for sources that name it.
 #ifndef GENAPI_INODEMAPDYN_H
 #define GENAPI_INODEMAPDYN_H
 

@@ -6,9 +6,9 @@
 
 namespace GENAPI_NAMESPACE {
 
-// What a consumer implements over its device, and what a port node offers. The map calls a
-// consumer's port with its lock held, one call at a time. A port reports failure by throwing; the
-// exception reaches the caller of the node unchanged.
+// Implemented by a consumer over its device, and by port nodes. The map calls a consumer's port
+// with the map's lock held, one call at a time. A port throws to report a failure; the exception
+// reaches the caller of the node unchanged.
 struct GENAPI_DECL_ABSTRACT IPort : virtual public IBase {
     virtual void Read(void* pBuffer, int64_t Address, int64_t Length) = 0;
     virtual void Write(const void* pBuffer, int64_t Address, int64_t Length) = 0;

@@ -1,4 +1,4 @@
-// How a port node gets the port it stands for.
+// Connects a port node to a device.
 #ifndef GENAPI_IPORTCONSTRUCT_H
 #define GENAPI_IPORTCONSTRUCT_H
 
@@ -6,11 +6,11 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Offered by port nodes. A consumer's port that offers it too is told its port node when it is
-// connected, so that it can invalidate the node.
+// Port nodes have this interface. If a consumer's port has it, too, SetPortImpl gives the port its
+// node on connection, so that it can invalidate the node.
 struct GENAPI_DECL_ABSTRACT IPortConstruct : virtual public IPort {
     virtual void SetPortImpl(IPort* pPort) = 0;
-    // Reported only; the bytes are the port's business.
+    // For information: the port itself swaps the bytes.
     virtual EYesNo GetSwapEndianess() = 0;
 };
 

@@ -1,4 +1,4 @@
-// Recording of the writes of a port, and their replay.
+// Recording and replay of the writes to a port.
 #ifndef GENAPI_IPORTRECORDER_H
 #define GENAPI_IPORTRECORDER_H
 
@@ -11,7 +11,7 @@ struct GENAPI_DECL_ABSTRACT IPortWriteList {
     virtual void Write(const void* pBuffer, int64_t Address, int64_t Length) = 0;
     // Sends all writes to the port, in order.
     virtual void Replay(IPort* pPort) = 0;
-    // A number of the owner's.
+    // A number for the owner's use.
     virtual void SetCookie(const int64_t Value) = 0;
     virtual int64_t GetCookie() = 0;
 
@@ -20,13 +20,13 @@ struct GENAPI_DECL_ABSTRACT IPortWriteList {
 };
 
 struct GENAPI_DECL_ABSTRACT IPortReplay : virtual public IPort {
-    // Sends the list to the device; Invalidate drops the caches above the port afterwards.
+    // Sends the list to the device; Invalidate then drops the caches above the port.
     virtual void Replay(IPortWriteList* pPortRecorder, bool Invalidate = true) = 0;
 };
 
-// Offered by port nodes. Thread-safe.
+// Port nodes have this interface. Thread-safe.
 struct GENAPI_DECL_ABSTRACT IPortRecorder : public IPortReplay {
-    // From now on writes go to the list instead of the device.
+    // From now on, writes go to the list instead of the device.
     virtual void StartRecording(IPortWriteList* pPortRecorder) = 0;
     virtual void StopRecording() = 0;
 };

@@ -1,4 +1,4 @@
-// A port that takes several writes at once.
+// A port that accepts several writes at once.
 #ifndef GENAPI_IPORTSTACKED_H
 #define GENAPI_IPORTSTACKED_H
 
@@ -16,7 +16,7 @@ using PORT_REGISTER_STACK_ENTRY = struct S_PORT_REGISTER_STACK_ENTRY {
     size_t Size;
 };
 
-// A port for devices that can carry out a list of writes in one go.
+// A port to a device that can execute a list of writes in one operation.
 struct GENAPI_DECL_ABSTRACT IPortStacked : virtual public IPort {
     using IPort::Write;
     virtual void Write(PORT_REGISTER_STACK_ENTRY* pEntries, size_t numEntries) = 0;

@@ -6,8 +6,8 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Thread-safe; common errors at IValue. A transfer may be shorter than the register; a longer one
-// is an OutOfRangeException, a null buffer a LogicalErrorException.
+// Thread-safe; IValue lists the common errors. A transfer may be shorter than the register.
+// OutOfRangeException for a longer one, LogicalErrorException for a null buffer.
 struct GENAPI_DECL_ABSTRACT IRegister : virtual public IValue {
     virtual void Set(const uint8_t* pBuffer, int64_t Length, bool Verify = true) = 0;
     virtual void Get(uint8_t* pBuffer, int64_t Length, bool Verify = false,

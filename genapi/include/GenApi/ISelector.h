@@ -1,4 +1,4 @@
-// Which features a feature selects.
+// The selectors of a feature, and the features that it selects.
 #ifndef GENAPI_ISELECTOR_H
 #define GENAPI_ISELECTOR_H
 
@@ -7,7 +7,7 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Every node offers this interface. Both lists are replaced and hold direct neighbours only.
+// Every node has this interface. Both operations replace the list, by direct neighbours only.
 // Thread-safe.
 struct GENAPI_DECL_ABSTRACT ISelector : virtual public IBase {
     virtual bool IsSelector() const = 0;

@@ -15,7 +15,7 @@ struct GENAPI_DECL_ABSTRACT ISelectorDigit {
     virtual bool SetFirst() = 0;
     // Sets the next value; false after the last.
     virtual bool SetNext(bool Tick = true) = 0;
-    // Sets the value that was found at the beginning.
+    // Sets the value that the selector had at the beginning.
     virtual void Restore() = 0;
     virtual GENICAM_NAMESPACE::gcstring ToString() = 0;
     virtual void GetState(CSelectorState& state) = 0;

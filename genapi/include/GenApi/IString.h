@@ -7,8 +7,8 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Thread-safe; common errors at IValue. A text longer than GetMaxLength is refused even without
-// Verify (OutOfRangeException).
+// Thread-safe; IValue lists the common errors. A text longer than GetMaxLength is refused even
+// without Verify (OutOfRangeException).
 struct GENAPI_DECL_ABSTRACT IString : virtual public IValue {
     virtual void SetValue(const GENICAM_NAMESPACE::gcstring& Value, bool Verify = true) = 0;
     virtual IString& operator=(const GENICAM_NAMESPACE::gcstring& Value) = 0;

@@ -1,4 +1,4 @@
-// A pointer of the consumer's on a node or a node map.
+// A pointer that the consumer attaches to a node or a node map.
 #ifndef GENAPI_IUSERDATA_H
 #define GENAPI_IUSERDATA_H
 
@@ -8,11 +8,11 @@ namespace GENAPI_NAMESPACE {
 
 using UserData_t = void*;
 
-// Thread-safe. The engine never looks at what the pointer points to.
+// Thread-safe. The engine does not use the pointer.
 struct GENAPI_DECL_ABSTRACT IUserData {
-    // Null until something was set.
+    // Null until it is set.
     virtual UserData_t GetUserData() const = 0;
-    // Gives the former pointer.
+    // Returns the previous pointer.
     virtual UserData_t SetUserData(UserData_t userdata) = 0;
 
   protected:

@@ -7,12 +7,12 @@
 
 namespace GENAPI_NAMESPACE {
 
-// When a callback is called: before or after the map's lock is released.
+// When to call a callback: before or after the map's lock is released.
 using ECallbackType = enum _ECallbackType { cbPostInsideLock = 1, cbPostOutsideLock = 2 };
 
-// Called twice per change of its node, once for each type; the object ignores the call that is not
-// its own. It runs in the thread that made the change and should not throw: an exception reaches
-// who made the change, and the callbacks after it are not called.
+// Called twice for each change of its node, once with each type; the object ignores the type that
+// is not its own. Runs in the thread that made the change. It should not throw: the exception
+// reaches the caller that made the change, and the remaining callbacks are not called.
 class GENAPI_DECL CNodeCallback {
   public:
     CNodeCallback(INode* pNode, ECallbackType CallbackType)
@@ -20,7 +20,7 @@ class GENAPI_DECL CNodeCallback {
     virtual ~CNodeCallback() {}
 
     virtual void operator()(ECallbackType CallbackType) const = 0;
-    // Ends the object.
+    // Destroys the object.
     virtual void Destroy() = 0;
     INode* GetNode() { return m_pNode; }
 
@@ -72,7 +72,7 @@ CNodeCallback* make_NodeCallback(INode* pNode, Client& client, Member member,
     return new Member_NodeCallback<Client, Member>(pNode, client, member, CallbackType);
 }
 
-// Has a function called after every change of the node; ends with Deregister or with the map.
+// Calls the function after every change of the node, until Deregister or the end of the map.
 template <class Function>
 intptr_t Register(INode* pNode, Function function, ECallbackType CallbackType = cbPostInsideLock) {
     return pNode->RegisterCallback(make_NodeCallback(pNode, function, CallbackType));
@@ -83,7 +83,7 @@ intptr_t Register(INode* pNode, Client& client, Member member,
     return pNode->RegisterCallback(make_NodeCallback(pNode, client, member, CallbackType));
 }
 
-// Removes what Register registered; the map must be alive. Nothing for 0.
+// Removes a callback of Register while the map exists. Does nothing for 0.
 GENAPI_DECL void Deregister(CallbackHandleType pCallbackInfo);
 
 }  // namespace GENAPI_NAMESPACE

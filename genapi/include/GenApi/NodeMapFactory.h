@@ -1,4 +1,4 @@
-// Making node maps of descriptions.
+// Makes node maps from descriptions.
 #ifndef GENAPI_NODEMAPFACTORY_H
 #define GENAPI_NODEMAPFACTORY_H
 
@@ -14,8 +14,8 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Use of the folder of preprocessed descriptions. This library keeps none: all values mean the
-// same.
+// How to use the folder of preprocessed descriptions. This library keeps none, so all values mean
+// the same.
 using ECacheUsage_t = enum _ECacheUsage_t {
     CacheUsage_Automatic = 0,
     CacheUsage_ForceWrite = 1,
@@ -58,7 +58,7 @@ class GENAPI_DECL CNodeMapFactory {
     CNodeMapFactory(EContentType_t FileType, const GENICAM_NAMESPACE::gcstring& FileName,
                     ECacheUsage_t CacheUsage = CacheUsage_Automatic,
                     bool SuppressStringsOnLoad = false);
-    // Copies the data. InvalidArgumentException for null and for no data.
+    // Copies the data. InvalidArgumentException for null or no data.
     CNodeMapFactory(EContentType_t ContentType, const void* pData, size_t DataSize,
                     ECacheUsage_t CacheUsage = CacheUsage_Automatic,
                     bool SuppressStringsOnLoad = false);
@@ -66,7 +66,7 @@ class GENAPI_DECL CNodeMapFactory {
                     ECacheUsage_t CacheUsage = CacheUsage_Automatic,
                     bool SuppressStringsOnLoad = false);
 
-    // Whether neither data nor nodes were given.
+    // Whether the factory was given neither data nor nodes.
     bool IsEmpty() const;
 
     // Adds the nodes of another description when this one is loaded.
@@ -74,39 +74,39 @@ class GENAPI_DECL CNodeMapFactory {
     void LoadAndInject();
     bool IsLoaded() const;
 
-    // A description of one node and all it needs, the node renamed to "Root" if wanted.
+    // A description of one node and all nodes that it needs; doRenameToRoot names the node "Root".
     CNodeMapFactory ExtractSubtree(const GENICAM_NAMESPACE::gcstring& SubTreeRootNodeName,
                                    bool doRenameToRoot = false);
 
     void Preprocess();
     bool IsPreprocessed() const;
 
-    // Lets go of the text; maps can be made nevertheless.
+    // Frees the text; maps can still be made.
     void ReleaseCameraDescriptionFileData();
     bool IsCameraDescriptionFileDataReleased() const;
 
-    // A new map; end it with IDestroy::Destroy (CastToIDestroy).
+    // Makes a map; destroy it with IDestroy::Destroy (CastToIDestroy).
     INodeMap* CreateNodeMap(const GENICAM_NAMESPACE::gcstring& DeviceName = "Device",
                             bool DoReleaseCameraDescriptionFileData = true);
-    // The same over a lock of the caller's, which must outlive the map.
+    // The same with the caller's lock, which must outlive the map.
     INodeMap* CreateNodeMap(CLock& UserProvidedLock,
                             const GENICAM_NAMESPACE::gcstring& DeviceName = "Device",
                             bool DoReleaseCameraDescriptionFileData = true);
     // A map without nodes.
     static INodeMap* CreateEmptyNodeMap();
 
-    // Removes the files of preprocessed descriptions; true if none is left.
+    // Removes the files of preprocessed descriptions; true if none remains.
     static bool ClearCache();
     // Replaces the list by "1.0" and "1.1".
     void GetSupportedSchemaVersions(GENICAM_NAMESPACE::gcstring_vector& SchemaVersions) const;
 
-    // The description as text, for people and as XML.
+    // The description as a text for people, and as XML.
     GENICAM_NAMESPACE::gcstring ToString() const;
     GENICAM_NAMESPACE::gcstring ToXml() const;
 
     void GetNodeStatistics(NodeStatistics_t& Statistics);
 
-    // Not offered by this library: both throw RuntimeException.
+    // Not supported by this library: both throw RuntimeException.
     static CNodeDataMap* CreateNodeDataFromNodeMap(INodeMap* pNodeMap);
     const GENICAM_NAMESPACE::gcstring ApplyStyleSheet(
         const GENICAM_NAMESPACE::gcstring& StyleSheetFileName);

@@ -1,4 +1,4 @@
-// A shared reference to a node map, and the loading of descriptions through it.
+// A shared reference to a node map, which can load descriptions.
 #ifndef GENAPI_NODEMAPREF_H
 #define GENAPI_NODEMAPREF_H
 
@@ -19,27 +19,28 @@
 
 namespace GENAPI_NAMESPACE {
 
-// The end of a node map.
+// The interface that destroys a node map.
 GENAPI_DECL IDestroy* CastToIDestroy(INodeMap* pNodeMap);
 
-// Base of CNodeMapRefT where no class was made for the camera.
+// Base of CNodeMapRefT if there is no generated class for the camera.
 class CGeneric_XMLLoaderParams {
   protected:
     virtual void _Initialize(INodeMap*) {}
     virtual ~CGeneric_XMLLoaderParams() {}
 };
 
-// Copies share the map; the last one ends it. TCameraParams learns of every new map through
+// Copies share the map; the last one destroys it. TCameraParams gets every new map through
 // _Initialize.
 //
-// Errors: AccessException for operations of an empty reference, RuntimeException for loading into
-// one that holds a map, and those of CNodeMapFactory. Reentrant; the map itself is thread-safe.
+// Errors: AccessException for operations of an empty reference, RuntimeException for loading into a
+// reference that holds a map, and the errors of CNodeMapFactory. Reentrant; the map itself is
+// thread-safe.
 template <class TCameraParams>
 class CNodeMapRefT : public TCameraParams {
   public:
     CNodeMapRefT(const GENICAM_NAMESPACE::gcstring& DeviceName = "Device")
         : TCameraParams(), _Ptr(nullptr), m_DeviceName(DeviceName) {}
-    // Takes the map over.
+    // Takes ownership of the map.
     CNodeMapRefT(INodeMap* pNodeMap, const GENICAM_NAMESPACE::gcstring& DeviceName = "Device")
         : TCameraParams(), _Ptr(nullptr), m_DeviceName(DeviceName) {
         Adopt(pNodeMap);
@@ -121,7 +122,7 @@ class CNodeMapRefT : public TCameraParams {
     }
     virtual bool _Connect(IPortStacked* pPort) const { return Map().Connect(pPort); }
 
-    // Null until a description was loaded.
+    // Null until a description is loaded.
     INodeMap* _Ptr;
 
   private:

@@ -1,4 +1,4 @@
-// Smart pointers that move from one interface of an object to another.
+// Smart pointers that convert between the interfaces of an object.
 #ifndef GENAPI_POINTER_H
 #define GENAPI_POINTER_H
 
@@ -29,8 +29,8 @@
 
 namespace GENAPI_NAMESPACE {
 
-// The interface T of an object known as B; does not own it. Null if the object does not offer T.
-// Using a null pointer is a LogicalErrorException, also where it converts to T*: test it with
+// The interface T of an object known as B; does not own it. Null if the object does not have T.
+// Using a null pointer throws LogicalErrorException, and so does its conversion to T*: test it with
 // IsValid or in a condition. Reentrant.
 template <class T, class B = IBase>
 class CPointer {
@@ -73,7 +73,8 @@ class CPointer {
     }
 };
 
-// The principal interface of a node as text, such as "IInteger"; "IBase" for what is no node.
+// The principal interface of a node as text, such as "IInteger"; "IBase" for objects other than
+// nodes.
 GENAPI_DECL GENICAM_NAMESPACE::gcstring GetInterfaceName(IBase* pBase);
 
 using CBasePtr = CPointer<IBase>;
@@ -109,7 +110,7 @@ class CFloatPtr : public CPointer<IFloat, IBase> {
         return *this;
     }
 
-    // The same feature as integer or enumeration, null if the description names none.
+    // The same feature as integer or enumeration; null if the description does not name one.
     IInteger* GetIntAlias() { return dynamic_cast<IInteger*>(CastAlias()); }
     IEnumeration* GetEnumAlias() { return dynamic_cast<IEnumeration*>(CastAlias()); }
 

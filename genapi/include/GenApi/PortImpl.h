@@ -1,4 +1,4 @@
-// Base class for ports of consumers.
+// Base class of consumers' ports.
 #ifndef GENAPI_PORTIMPL_H
 #define GENAPI_PORTIMPL_H
 
@@ -8,12 +8,12 @@
 
 namespace GENAPI_NAMESPACE {
 
-// A port that knows the node it stands behind, so that it can say when its access mode or its
-// contents changed. Derive from it, implement GetAccessMode, Read and Write, and connect the object
-// with INodeMap::Connect; the node then makes itself known through SetPortImpl.
+// A port that knows its node, so that it can report changes of its access mode or its contents.
+// Derive from it, implement GetAccessMode, Read and Write, and connect the object with
+// INodeMap::Connect; the node then calls SetPortImpl.
 //
-// The port must not be used for InvalidateNode after its node map ended; SetPortImpl(NULL) makes
-// that call harmless. Thread-bound, except InvalidateNode.
+// Do not call InvalidateNode after the node map has ended, or call SetPortImpl(NULL) first.
+// Thread-bound, except for InvalidateNode.
 class GENAPI_DECL CPortImpl : public IPortConstruct {
   public:
     CPortImpl();
@@ -25,18 +25,18 @@ class GENAPI_DECL CPortImpl : public IPortConstruct {
     void Read(void* pBuffer, int64_t Address, int64_t Length) override = 0;
     void Write(const void* pBuffer, int64_t Address, int64_t Length) override = 0;
 
-    // Called by the port node that the port is connected to.
+    // The port node calls this on connection.
     void SetPortImpl(IPort* pPort) override;
-    // What the description says about the node; No while there is none.
+    // The value in the node's description; No without a node.
     EYesNo GetSwapEndianess() override;
 
-    // Drops what is cached of the node and of all that depend on it, and fires their callbacks.
-    // Nothing happens while the port is not connected.
+    // Drops the caches of the node and of all nodes that depend on it, and fires their callbacks.
+    // Does nothing while the port is not connected.
     void InvalidateNode();
 
   protected:
     // For ports over memory: RuntimeException unless [Address, Address + Length] lies within
-    // [Begin, End]; the text begins with the name of the port.
+    // [Begin, End]. Its text begins with the name of the port.
     static void CheckRange(const char* PortName, int64_t Address, int64_t Length, int64_t Begin,
                            int64_t End);
 

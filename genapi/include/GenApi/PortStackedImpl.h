@@ -1,4 +1,4 @@
-// Base class for ports of consumers that take several writes at once.
+// Base class of consumers' ports that accept several writes at once.
 #ifndef GENAPI_PORTSTACKEDIMPL_H
 #define GENAPI_PORTSTACKEDIMPL_H
 
@@ -9,8 +9,8 @@
 
 namespace GENAPI_NAMESPACE {
 
-// CPortImpl with the list form of Write. As it stands the list goes out one write after another;
-// override it for a device that can do better. Thread-bound.
+// CPortImpl with the list form of Write, which writes one entry after another. Override it for a
+// device with a faster way. Thread-bound.
 class GENAPI_DECL CPortStackedImpl : public CPortImpl, public IPortStacked {
   public:
     CPortStackedImpl();
@@ -19,7 +19,7 @@ class GENAPI_DECL CPortStackedImpl : public CPortImpl, public IPortStacked {
     EAccessMode GetAccessMode() const override = 0;
     void Read(void* pBuffer, int64_t Address, int64_t Length) override = 0;
     void Write(const void* pBuffer, int64_t Address, int64_t Length) override = 0;
-    // The first write that fails ends the list; those before it are done.
+    // Stops at the first write that fails; earlier writes stay done.
     void Write(PORT_REGISTER_STACK_ENTRY* pEntries, size_t numEntries) override;
 };
 

@@ -11,16 +11,16 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Keeps copies of the writes in their order. Give it to IPortRecorder::StartRecording, and to
-// IPortReplay::Replay afterwards, as often as needed. Thread-bound.
+// Keeps copies of writes in order. Pass it to IPortRecorder::StartRecording, and then to
+// IPortReplay::Replay as often as needed. Thread-bound.
 class GENAPI_DECL CPortWriteList : public IPortWriteList {
   public:
     CPortWriteList();
     virtual ~CPortWriteList();
 
-    // InvalidArgumentException for a negative length, and for null unless the length is 0.
+    // InvalidArgumentException for a negative length, or for null unless the length is 0.
     void Write(const void* pBuffer, int64_t Address, int64_t Length) override;
-    // What the port throws ends the replay. InvalidArgumentException for null.
+    // An exception of the port ends the replay. InvalidArgumentException for null.
     void Replay(IPort* pPort) override;
     void SetCookie(const int64_t Value) override;
     // 0 unless set.

@@ -1,4 +1,4 @@
-// How the references of classes made for one camera are bound to nodes.
+// Binds the references of classes generated for one camera to nodes.
 #ifndef GENAPI_REFERENCE_H
 #define GENAPI_REFERENCE_H
 

@@ -1,4 +1,4 @@
-// The values that the selectors of a feature have.
+// The values of a feature's selectors.
 #ifndef GENAPI_SELECTORSTATE_H
 #define GENAPI_SELECTORSTATE_H
 
@@ -17,7 +17,7 @@ class GENAPI_DECL CSelectorState {
     void Clear();
 
     size_t GetSize() const;
-    // OutOfRangeException when there is no such selector.
+    // OutOfRangeException if there is no such selector.
     const GENICAM_NAMESPACE::gcstring& GetName(size_t Index) const;
     const GENICAM_NAMESPACE::gcstring& GetValue(size_t Index) const;
 

@@ -11,9 +11,9 @@
 
 namespace GENAPI_NAMESPACE {
 
-// The members of CDataStruct are the registers, at their offsets from the base address, all zero at
-// first. A test sets them directly and then calls InvalidateNode so that the node map notices.
-// Accesses outside of the structure throw RuntimeException. Thread-bound.
+// The members of CDataStruct are the registers, at their offsets from the base address, and
+// initially zero. A test sets them directly and then calls InvalidateNode, so that the node map
+// notices. Accesses outside the structure throw RuntimeException. Thread-bound.
 template <class CDataStruct>
 class CTestPortStruct : public CDataStruct, public CPortImpl {
     static_assert(std::is_trivially_copyable<CDataStruct>::value,
@@ -24,7 +24,7 @@ class CTestPortStruct : public CDataStruct, public CPortImpl {
         : CDataStruct(), m_BaseAddress(BaseAddress), m_AccessMode(RW) {}
 
     EAccessMode GetAccessMode() const override { return m_AccessMode; }
-    // Has effect on the node map with the next InvalidateNode.
+    // The node map notices it after the next InvalidateNode.
     void SetAccessMode(EAccessMode AccessMode) { m_AccessMode = AccessMode; }
 
     void Read(void* pBuffer, int64_t Address, int64_t Length) override {

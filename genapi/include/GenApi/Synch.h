@@ -8,7 +8,8 @@
 
 namespace GENAPI_NAMESPACE {
 
-// Recursive lock: a thread may lock again what it holds and must unlock as often. Thread-safe.
+// Recursive lock: the thread that holds it may lock it again, and must unlock it as often.
+// Thread-safe.
 class GENAPI_DECL CLock {
   public:
     CLock();

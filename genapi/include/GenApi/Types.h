@@ -11,7 +11,7 @@ namespace GENAPI_NAMESPACE {
 // Signedness of a register.
 using ESign = enum _ESign { Signed = 0, Unsigned = 1, _UndefinedSign = 2 };
 
-// What can be done with a node: not implemented, not available, write only, read only, both.
+// What a node allows: not implemented, not available, write only, read only, read and write.
 using EAccessMode = enum _EAccessMode {
     NI = 0,
     NA = 1,
@@ -19,10 +19,10 @@ using EAccessMode = enum _EAccessMode {
     RO = 3,
     RW = 4,
     _UndefinedAccesMode = 5,
-    _CycleDetectAccesMode = 6  // used inside while the mode is being computed
+    _CycleDetectAccesMode = 6  // internal, while the mode is being computed
 };
 
-// For whom a feature is meant.
+// The users that a feature is meant for.
 using EVisibility = enum _EVisibility {
     Beginner = 0,
     Expert = 1,
@@ -39,7 +39,7 @@ using ECachingMode = enum _ECachingMode {
     _UndefinedCachingMode = 3
 };
 
-// How a number wants to be shown.
+// How to display a number.
 using ERepresentation = enum _ERepresentation {
     Linear = 0,
     Logarithmic = 1,
@@ -52,14 +52,14 @@ using ERepresentation = enum _ERepresentation {
 };
 
 #ifndef NO_UNDEFINEDED_REPRESENTATION
-// Old misspelling.
+// An old misspelling.
 #define _UndefindedRepresentation _UndefinedRepresentation
 #endif
 
 // Byte order of a register.
 using EEndianess = enum _EEndianess { BigEndian = 0, LittleEndian = 1, _UndefinedEndian = 2 };
 
-// Whether a node's name is one of a standard.
+// Whether a standard defines a node's name.
 using ENameSpace = enum _ENameSpace { Custom = 0, Standard = 1, _UndefinedNameSpace = 2 };
 
 // The standard that a description follows.
@@ -101,7 +101,7 @@ using EDisplayNotation = enum _EDisplayNotation {
     _UndefinedEDisplayNotation = 3
 };
 
-// The interface that a node is mainly used by.
+// The principal interface of a node.
 using EInterfaceType = enum _EInterfaceType {
     intfIValue = 0,
     intfIBase = 1,
@@ -123,8 +123,8 @@ using ELinkType = enum _ELinkType {
     ctReadingChildren = 1,       // nodes read from
     ctWritingChildren = 2,       // nodes written to
     ctInvalidatingChildren = 3,  // nodes whose change invalidates this one
-    ctDependingNodes = 4,        // nodes that a change of this one invalidates, however far
-    ctTerminalNodes = 5          // nodes at which the value finally rests
+    ctDependingNodes = 4,        // nodes that a change of this one invalidates, at any distance
+    ctTerminalNodes = 5          // nodes that finally hold the value
 };
 
 // Kind of increment of a number.
