@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <memory>
 
 #include <Base/GCException.h>
 #include <GenApi/ChunkAdapter.h>
@@ -12,16 +11,6 @@
 
 namespace GENAPI_NAMESPACE {
 namespace {
-
-std::vector<CChunkPort*> MakeChunkPorts(const INodeMap& nodeMap) {
-    NodeList_t nodes;
-    nodeMap.GetNodes(nodes);
-    std::vector<std::unique_ptr<CChunkPort>> made;
-    for (INode* node : nodes) {
-        if (CChunkPort::HasChunkID(node)) made.push_back(std::make_unique<CChunkPort>(node));
-    }
-    return Engine::ReleasePorts(made);
-}
 
 using Chunks = std::vector<Engine::Chunk>;
 
@@ -52,7 +41,7 @@ CChunkAdapter::~CChunkAdapter() {
 void CChunkAdapter::AttachNodeMap(INodeMap* pNodeMap) {
     DetachNodeMap();
     if (pNodeMap == nullptr) return;
-    *m_ppChunkPorts = MakeChunkPorts(*pNodeMap);
+    *m_ppChunkPorts = Engine::MakePorts<CChunkPort>(*pNodeMap, CChunkPort::HasChunkID);
     m_pNodeMap = pNodeMap;
     Engine::ConnectPorts(*m_ppChunkPorts);
 }

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <memory>
 
 #include <GenApi/EventAdapter.h>
 #include <GenApi/EventPort.h>
@@ -8,23 +7,6 @@
 #include "genapi/adapters/portlist.h"
 
 namespace GENAPI_NAMESPACE {
-namespace {
-
-// One port for each node with an EventID, those of port nodes first.
-std::vector<CEventPort*> MakeEventPorts(const INodeMap& nodeMap) {
-    NodeList_t nodes;
-    nodeMap.GetNodes(nodes);
-    std::vector<std::unique_ptr<CEventPort>> made;
-    for (INode* node : nodes) {
-        if (!node->GetEventID().empty()) made.push_back(std::make_unique<CEventPort>(node));
-    }
-    std::stable_partition(made.begin(), made.end(),
-                          [](const auto& port) { return port->IsPort(); });
-    return Engine::ReleasePorts(made);
-}
-
-}  // namespace
-
 CEventAdapter::CEventAdapter(CUnattached) : m_ppEventPorts(new std::vector<CEventPort*>) {}
 
 // Delegates, so that the destructor cleans up if AttachNodeMap throws.
@@ -40,7 +22,10 @@ CEventAdapter::~CEventAdapter() {
 void CEventAdapter::AttachNodeMap(INodeMap* pNodeMap) {
     DetachNodeMap();
     if (pNodeMap == nullptr) return;
-    *m_ppEventPorts = MakeEventPorts(*pNodeMap);
+    *m_ppEventPorts = Engine::MakePorts<CEventPort>(
+        *pNodeMap, [](const INode* node) { return !node->GetEventID().empty(); });
+    std::stable_partition(m_ppEventPorts->begin(), m_ppEventPorts->end(),
+                          [](const CEventPort* port) { return port->IsPort(); });
     Engine::ConnectPorts(*m_ppEventPorts);
 }
 

@@ -1,23 +1,29 @@
 // Operations on the ports of event and chunk adapters.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <vector>
 
-#include <GenApi/GenApiNamespace.h>
+#include <GenApi/INode.h>
+#include <GenApi/INodeMap.h>
 
 namespace GENAPI_NAMESPACE {
 namespace Engine {
 
-// Turns the ports into a list of plain pointers that the caller owns.
-template <typename Port>
-std::vector<Port*> ReleasePorts(std::vector<std::unique_ptr<Port>>& made) {
-    std::vector<Port*> ports;
-    ports.reserve(made.size());
-    for (auto& port : made) {
-        ports.push_back(port.release());
+// Makes a port for each node that the predicate accepts; the caller owns the ports.
+template <typename Port, typename Predicate>
+std::vector<Port*> MakePorts(const INodeMap& nodeMap, Predicate predicate) {
+    NodeList_t nodes;
+    nodeMap.GetNodes(nodes);
+    std::vector<std::unique_ptr<Port>> made;
+    for (INode* node : nodes) {
+        if (predicate(node)) made.push_back(std::make_unique<Port>(node));
     }
+    std::vector<Port*> ports(made.size());
+    std::transform(made.begin(), made.end(), ports.begin(),
+                   [](auto& port) { return port.release(); });
     return ports;
 }
 

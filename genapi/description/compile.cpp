@@ -41,40 +41,34 @@ bool IsTrue(std::string_view text) {
 
 }  // namespace
 
-NodeId Compiler::IntegerLike(NodeId node) const {
+NodeId Compiler::OneOf(NodeId node, std::initializer_list<EInterfaceType> allowed,
+                       const char* refusal) const {
     const EInterfaceType found = InterfaceOf(KindOf(node));
-    if (records_[node].defined && found != intfIInteger && found != intfIFloat &&
-        found != intfIEnumeration && found != intfIBoolean)
-        throw RUNTIME_EXCEPTION(
-            "CIntegerPolyRef::operator(IBase*) : pointer is neither "
-            "IInteger*, nor IEnumeration*, nor IBoolean*, nor IFloat*");
+    if (records_[node].defined && std::find(allowed.begin(), allowed.end(), found) == allowed.end())
+        throw RUNTIME_EXCEPTION("%s", refusal);
     return node;
+}
+
+NodeId Compiler::IntegerLike(NodeId node) const {
+    return OneOf(node, {intfIInteger, intfIFloat, intfIEnumeration, intfIBoolean},
+                 "CIntegerPolyRef::operator(IBase*) : pointer is neither "
+                 "IInteger*, nor IEnumeration*, nor IBoolean*, nor IFloat*");
 }
 
 NodeId Compiler::ConditionLike(NodeId node) const {
-    const EInterfaceType found = InterfaceOf(KindOf(node));
-    if (records_[node].defined && found != intfIInteger && found != intfIEnumeration &&
-        found != intfIBoolean)
-        throw RUNTIME_EXCEPTION(
-            "CIntegerPolyRef::operator(IBase*) : pointer is neither "
-            "IInteger*, IEnumeration*, nor IBoolean*");
-    return node;
+    return OneOf(node, {intfIInteger, intfIEnumeration, intfIBoolean},
+                 "CIntegerPolyRef::operator(IBase*) : pointer is neither "
+                 "IInteger*, IEnumeration*, nor IBoolean*");
 }
 
 NodeId Compiler::FloatLike(NodeId node) const {
-    const EInterfaceType found = InterfaceOf(KindOf(node));
-    if (records_[node].defined && found != intfIInteger && found != intfIFloat &&
-        found != intfIEnumeration)
-        throw RUNTIME_EXCEPTION(
-            "CFloatPolyRef::operator(IBase*) : pointer is neither "
-            "IFloat*, IInteger*, nor IEnumeration*");
-    return node;
+    return OneOf(node, {intfIInteger, intfIFloat, intfIEnumeration},
+                 "CFloatPolyRef::operator(IBase*) : pointer is neither "
+                 "IFloat*, IInteger*, nor IEnumeration*");
 }
 
 NodeId Compiler::StringLike(NodeId node) const {
-    if (records_[node].defined && InterfaceOf(KindOf(node)) != intfIString)
-        throw RUNTIME_EXCEPTION("CStringPolyRef::operator(IBase*) : pointer is not IString*");
-    return node;
+    return OneOf(node, {intfIString}, "CStringPolyRef::operator(IBase*) : pointer is not IString*");
 }
 
 void Compiler::Common(NodeRecord& record) {
@@ -163,7 +157,7 @@ void Compiler::ReadValidValues(const Property& property, NumberData<T>& data) {
 template <typename T>
 NumberData<T> Compiler::Number() {
     NumberData<T> data;
-    auto& pool = Cases(static_cast<const T*>(nullptr));
+    auto& pool = CasesOf<T>(tables_);
     data.cases.first = static_cast<uint32_t>(pool.size());
     for (const Property& property : Properties()) {
         switch (property.element) {
@@ -208,7 +202,7 @@ NumberData<T> Compiler::Number() {
     std::stable_sort(pool.begin() + data.cases.first, pool.end(), byIndex);
     data.copies = Links(Element::pValueCopy);
     for (const NodeId copy : NodeTables::SliceOf(tables_.nodes, data.copies))
-        Like(static_cast<const T*>(nullptr), copy);
+        NumberLike<T>(copy);
     for (Setting<T>* limit : {&data.min, &data.max})
         limit->constant = std::clamp(limit->constant, std::numeric_limits<T>::lowest(),
                                      std::numeric_limits<T>::max());

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -54,9 +56,13 @@ class Compiler {
     NodeId ConditionLike(NodeId node) const;
     NodeId FloatLike(NodeId node) const;
     NodeId StringLike(NodeId node) const;
+    NodeId OneOf(NodeId node, std::initializer_list<EInterfaceType> allowed,
+                 const char* refusal) const;
 
-    NodeId Like(const int64_t*, NodeId node) const { return IntegerLike(node); }
-    NodeId Like(const double*, NodeId node) const { return FloatLike(node); }
+    template <typename T>
+    NodeId NumberLike(NodeId node) const {
+        return std::is_integral_v<T> ? IntegerLike(node) : FloatLike(node);
+    }
 
     // A setting from a text element or from a link.
     template <typename T>
@@ -64,7 +70,7 @@ class Compiler {
         Setting<T> result;
         if (IsLink(property.element)) {
             result.source = Setting<T>::Source::Node;
-            result.node = Like(static_cast<const T*>(nullptr), property.Target());
+            result.node = NumberLike<T>(property.Target());
         } else {
             result.source = Setting<T>::Source::Constant;
             Read(property, result.constant);
@@ -106,9 +112,6 @@ class Compiler {
     Range Variables(bool integer);
     FormulaVariable Variable(const Property& property) const;
     uint32_t Formula(TextRef text, Range variables, bool integer, const char* input);
-
-    std::vector<IndexedCase<int64_t>>& Cases(const int64_t*) const { return tables_.integerCases; }
-    std::vector<IndexedCase<double>>& Cases(const double*) const { return tables_.floatCases; }
 
     Description& description_;
     NodeTables& tables_;

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 #include "genapi/description/description.h"
@@ -195,6 +196,15 @@ struct NodeTables {
         return {pool.data() + range.first, range.count};
     }
 };
+
+// The cases of Integer or of Float nodes; the tables may be constant or not.
+template <typename T, typename Tables>
+auto& CasesOf(Tables& tables) {
+    if constexpr (std::is_integral_v<T>)
+        return tables.integerCases;
+    else
+        return tables.floatCases;
+}
 
 // Fills the tables from the properties of all nodes. Throws PropertyException for a text that is
 // not a number, and RuntimeException for a reference to a node of a wrong kind or an impossible

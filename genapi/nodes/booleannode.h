@@ -13,7 +13,6 @@ class BooleanNode final : public Node, public IBoolean {
     BooleanNode(NodeMap& map, NodeId id);
     using IBoolean::operator=;
 
-    EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
     INode* GetNode() override { return this; }
     GENICAM_NAMESPACE::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GENICAM_NAMESPACE::gcstring& text, bool verify = true) override;

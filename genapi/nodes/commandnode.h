@@ -14,7 +14,6 @@ class CommandNode final : public Node, public ICommand {
   public:
     CommandNode(NodeMap& map, NodeId id);
 
-    EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
     INode* GetNode() override { return this; }
     GENICAM_NAMESPACE::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GENICAM_NAMESPACE::gcstring& text, bool verify = true) override;

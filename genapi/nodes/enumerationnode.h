@@ -13,7 +13,6 @@ class EnumEntryNode final : public Node, public IEnumEntry {
   public:
     EnumEntryNode(NodeMap& map, NodeId id);
 
-    EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
     INode* GetNode() override { return this; }
     // As in the reference implementation, this is empty for an entry; its property "DeviceName" is
     // not.
@@ -39,7 +38,6 @@ class EnumerationNode final : public Node, public IEnumeration {
   public:
     EnumerationNode(NodeMap& map, NodeId id);
 
-    EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
     INode* GetNode() override { return this; }
     GENICAM_NAMESPACE::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GENICAM_NAMESPACE::gcstring& text, bool verify = true) override;

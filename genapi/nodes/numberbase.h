@@ -20,7 +20,6 @@ class NumberBase : public Node, public NumberOf<Number>::Interface {
     using Node::Node;
     ~NumberBase() override;
 
-    EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
     INode* GetNode() override { return this; }
     GENICAM_NAMESPACE::gcstring ToString(bool verify = false, bool ignoreCache = false) override;
     void FromString(const GENICAM_NAMESPACE::gcstring& text, bool verify = true) override;

@@ -20,9 +20,6 @@ struct NumberOf<int64_t> {
     static const IntegerData& Data(const NodeTables& tables, uint32_t index) {
         return tables.integers[index];
     }
-    static Slice<IndexedCase<int64_t>> Cases(const NodeTables& tables, Range range) {
-        return NodeTables::SliceOf(tables.integerCases, range);
-    }
     static int64_t Read(Node& node, ReadOptions options) { return node.GetInt(options); }
     static void Write(Node& node, int64_t value, bool verify) { node.SetInt(value, verify); }
     // AccessException if the node is not available and thus has no limits.
@@ -38,9 +35,6 @@ struct NumberOf<double> {
     using Interface = IFloat;
     static const FloatData& Data(const NodeTables& tables, uint32_t index) {
         return tables.floats[index];
-    }
-    static Slice<IndexedCase<double>> Cases(const NodeTables& tables, Range range) {
-        return NodeTables::SliceOf(tables.floatCases, range);
     }
     static double Read(Node& node, ReadOptions options) { return node.GetFloat(options); }
     static void Write(Node& node, double value, bool verify) { node.SetFloat(value, verify); }

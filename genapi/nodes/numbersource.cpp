@@ -13,10 +13,15 @@ Slice<NodeId> NumberSource<T>::Copies() const {
 }
 
 template <typename T>
+Slice<IndexedCase<T>> NumberSource<T>::Cases() const {
+    return NodeTables::SliceOf(CasesOf<T>(owner_.CameraDescription().Tables()), data_.cases);
+}
+
+template <typename T>
 typename NumberSource<T>::Picked NumberSource<T>::Pick() {
     if (data_.index == kNoNode) return {&data_.value, 0};
     const int64_t index = owner_.NodeAt(data_.index).GetInt({});
-    const auto cases = NumberOf<T>::Cases(owner_.CameraDescription().Tables(), data_.cases);
+    const auto cases = Cases();
     const auto* found =
         std::lower_bound(cases.begin(), cases.end(), index,
                          [](const IndexedCase<T>& c, int64_t i) { return c.index < i; });
@@ -29,8 +34,7 @@ template <typename T>
 void NumberSource<T>::MakeConstants() {
     auto constants = std::make_unique<std::vector<T>>();
     constants->push_back(data_.index == kNoNode ? data_.value.constant : data_.otherwise.constant);
-    for (const IndexedCase<T>& one :
-         NumberOf<T>::Cases(owner_.CameraDescription().Tables(), data_.cases))
+    for (const IndexedCase<T>& one : Cases())
         constants->push_back(one.value.constant);
     constants_ = std::move(constants);
 }

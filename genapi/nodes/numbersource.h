@@ -35,6 +35,7 @@ class NumberSource {
     };
     Picked Pick();
     Slice<NodeId> Copies() const;
+    Slice<IndexedCase<T>> Cases() const;
     void MakeConstants();
     T Limit(const Setting<T>& setting);
 

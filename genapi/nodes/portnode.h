@@ -16,8 +16,6 @@ class PortNode final : public Node, public IPortConstruct, public IChunkPort, pu
   public:
     PortNode(NodeMap& map, NodeId id);
 
-    EAccessMode GetAccessMode() const override { return Node::GetAccessMode(); }
-
     // IPort: reads and writes the device behind the port.
     void Read(void* buffer, int64_t address, int64_t length) override;
     void Write(const void* buffer, int64_t address, int64_t length) override;

@@ -17,7 +17,6 @@ class WithRegister : public Base, public IRegister {
         : Base(map, id),
           register_(*this, map.CameraDescription().Tables().registers[this->Record().data]) {}
 
-    EAccessMode GetAccessMode() const override { return Base::GetAccessMode(); }
     INode* GetNode() override { return this; }
 
     void Set(const uint8_t* buffer, int64_t length, bool verify = true) override {
