@@ -61,7 +61,10 @@ class Compiler {
 
     template <typename T>
     NodeId NumberLike(NodeId node) const {
-        return std::is_integral_v<T> ? IntegerLike(node) : FloatLike(node);
+        if constexpr (std::is_integral_v<T>)
+            return IntegerLike(node);
+        else
+            return FloatLike(node);
     }
 
     // A setting from a text element or from a link.
