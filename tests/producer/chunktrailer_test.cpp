@@ -50,7 +50,7 @@ TEST(ChunkTrailerTest, WhatDoesNotAddUpIsRefused) {
 }
 
 TEST(ChunkTrailerTest, ZerosAreNotChunksWithoutEnd) {
-    constexpr size_t most = 65536;
-    EXPECT_TRUE(Find(Bytes(most * kChunkTrailerSize), ByteOrder::Little));
-    EXPECT_FALSE(Find(Bytes((most + 1) * kChunkTrailerSize), ByteOrder::Little));
+    constexpr size_t kMost = 65536;
+    EXPECT_TRUE(Find(Bytes(kMost * kChunkTrailerSize), ByteOrder::Little));
+    EXPECT_FALSE(Find(Bytes((kMost + 1) * kChunkTrailerSize), ByteOrder::Little));
 }

@@ -15,7 +15,7 @@ using namespace GenTL;
 using ::testing::AnyOf;
 using ZelTest::Ask;
 using ZelTest::Info;
-using ZelTest::patienceMs;
+using ZelTest::kPatienceMs;
 
 namespace {
 
@@ -36,7 +36,7 @@ class EventTest : public ProducerTest {
     void Report(const std::string& data, uint64_t id = 0x9001) {
         camera->Report(EVENT_REMOTE_DEVICE, id, data);
     }
-    GC_ERROR Get(EVENT_HANDLE event, std::string& data, uint64_t timeoutMs = patienceMs) {
+    GC_ERROR Get(EVENT_HANDLE event, std::string& data, uint64_t timeoutMs = kPatienceMs) {
         size_t size = data.size();
         const GC_ERROR code = EventGetData(event, data.data(), &size, timeoutMs);
         data.resize(size);
@@ -224,15 +224,15 @@ TEST_F(EventTest, UnregisteredWaitsEndAlthoughTheNextOneBegins) {
 
 TEST_F(EventTest, ManyThreadsShareOneQueue) {
     const EVENT_HANDLE event = Register(device, EVENT_REMOTE_DEVICE);
-    constexpr size_t numThreads = 4;
-    constexpr uint32_t numEvents = 500;
+    constexpr size_t kNumThreads = 4;
+    constexpr uint32_t kNumEvents = 500;
     std::atomic<uint64_t> sum{0};
-    std::atomic<uint32_t> numLeft{numEvents};
+    std::atomic<uint32_t> numLeft{kNumEvents};
     const auto fetch = [&] {
         for (;;) {
             uint32_t number = 0;
             size_t size = sizeof(number);
-            const GC_ERROR code = EventGetData(event, &number, &size, patienceMs);
+            const GC_ERROR code = EventGetData(event, &number, &size, kPatienceMs);
             if (code == GC_ERR_ABORT || code == GC_ERR_INVALID_HANDLE) return;
             ASSERT_EQ(code, GC_ERR_SUCCESS);
             sum += number;
@@ -240,9 +240,9 @@ TEST_F(EventTest, ManyThreadsShareOneQueue) {
         }
     };
     std::vector<std::thread> threads;
-    for (size_t i = 0; i < numThreads; ++i)
+    for (size_t i = 0; i < kNumThreads; ++i)
         threads.emplace_back(fetch);
-    for (uint32_t i = 1; i <= numEvents; ++i) {
+    for (uint32_t i = 1; i <= kNumEvents; ++i) {
         Report({reinterpret_cast<const char*>(&i), sizeof(i)});
     }
     while (numLeft != 0)
@@ -250,7 +250,7 @@ TEST_F(EventTest, ManyThreadsShareOneQueue) {
     EXPECT_EQ(GCUnregisterEvent(device, EVENT_REMOTE_DEVICE), GC_ERR_SUCCESS);
     for (std::thread& thread : threads)
         thread.join();
-    EXPECT_EQ(sum, uint64_t{numEvents} * (numEvents + 1) / 2);
+    EXPECT_EQ(sum, uint64_t{kNumEvents} * (kNumEvents + 1) / 2);
 }
 
 }  // namespace

@@ -19,8 +19,8 @@ GenTLFunctions MakeFunctions() {
 }  // namespace
 
 const GenTLFunctions& ProducerTest::Functions() {
-    static const GenTLFunctions functions = MakeFunctions();
-    return functions;
+    static const GenTLFunctions kFunctions = MakeFunctions();
+    return kFunctions;
 }
 
 ProducerTest::ProducerTest() : Client(Functions()) {

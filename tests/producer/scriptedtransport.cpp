@@ -197,9 +197,9 @@ void ScriptedTransport::UpdateInterfaces(Deadline /*deadline*/) {
 namespace ZelCti {
 
 const ProducerInfo& GetProducerInfo() {
-    static const ProducerInfo info{"Scripted", "Tests",  "Script",
-                                   "1.0",      "script", "Scripted cameras"};
-    return info;
+    static const ProducerInfo kInfo{"Scripted", "Tests",  "Script",
+                                    "1.0",      "script", "Scripted cameras"};
+    return kInfo;
 }
 
 std::vector<std::shared_ptr<Transport>> MakeTransports() {

@@ -19,7 +19,7 @@ class AcquisitionTest : public CameraTest {
     // Waits until a condition that the producer brings about holds.
     template <typename Condition>
     void Await(Condition&& condition) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(patienceMs);
+        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kPatienceMs);
         while (!condition()) {
             ASSERT_LT(std::chrono::steady_clock::now(), end);
             std::this_thread::yield();

@@ -38,7 +38,7 @@ class CameraAcquisitionTest : public CameraNodesTest {
         nodes->Execute("AcquisitionStart");
     }
     void Await(const char* status, bool expected) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(patienceMs);
+        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(kPatienceMs);
         while (Is(status) != expected && std::chrono::steady_clock::now() < end)
             std::this_thread::yield();
         EXPECT_EQ(Is(status), expected) << status;

@@ -27,7 +27,7 @@ class CameraEventTest : public CameraNodesTest {
         nodes->Set("EventNotification", value);
     }
     // The next message of the camera; empty, and a failed test, when none comes.
-    Bytes Message(uint64_t timeoutMs = patienceMs) {
+    Bytes Message(uint64_t timeoutMs = kPatienceMs) {
         Bytes message(1024);
         size_t size = message.size();
         EXPECT_EQ(p.EventGetData(event, message.data(), &size, timeoutMs), GC_ERR_SUCCESS);

@@ -78,25 +78,25 @@ TEST_F(ChunkTest, U3vLayoutReachesTheFeatures) {
 
 TEST_F(ChunkTest, TheProducerSaysWhereChunksAre) {
     Open(kOddFrames, "GEV");
-    constexpr size_t image = size_t{34} * 3 * 33;  // 3366
-    constexpr size_t imageChunk = image + 2 + 8;   // whole words, and the trailer
-    EXPECT_EQ(StreamInfo(STREAM_INFO_PAYLOAD_SIZE).Size(), image);
+    constexpr size_t kImage = size_t{34} * 3 * 33;  // 3366
+    constexpr size_t kImageChunk = kImage + 2 + 8;  // whole words, and the trailer
+    EXPECT_EQ(StreamInfo(STREAM_INFO_PAYLOAD_SIZE).Size(), kImage);
     EnableChunks({"Height", "FrameID"});
-    EXPECT_EQ(StreamInfo(STREAM_INFO_PAYLOAD_SIZE).Size(), imageChunk + 4 + 8 + 8 + 8);
-    EXPECT_EQ(nodes->Integer("PayloadSize"), static_cast<int64_t>(imageChunk + 28));
+    EXPECT_EQ(StreamInfo(STREAM_INFO_PAYLOAD_SIZE).Size(), kImageChunk + 4 + 8 + 8 + 8);
+    EXPECT_EQ(nodes->Integer("PayloadSize"), static_cast<int64_t>(kImageChunk + 28));
     AllocateAndQueue(1);
     ASSERT_EQ(Start(1), GC_ERR_SUCCESS);
     EXPECT_EQ(nodes->Node("ChunkModeActive")->GetAccessMode(), RO);
     const BUFFER_HANDLE buffer = Fetch();
     EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_PAYLOADTYPE).Size(), size_t{PAYLOAD_TYPE_IMAGE});
     EXPECT_TRUE(BufferInfo(buffer, BUFFER_INFO_CONTAINS_CHUNKDATA).Bool());
-    EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_DELIVERED_CHUNKPAYLOADSIZE).Size(), imageChunk + 28);
+    EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_DELIVERED_CHUNKPAYLOADSIZE).Size(), kImageChunk + 28);
     std::vector<SINGLE_CHUNK_DATA> chunks;
     ASSERT_EQ(ChunkData(buffer, chunks), GC_ERR_SUCCESS);
     ASSERT_EQ(chunks.size(), 3U);
     EXPECT_EQ(chunks[0].ChunkOffset, 0);
-    EXPECT_EQ(chunks[0].ChunkLength, image + 2);
-    EXPECT_EQ(chunks[1].ChunkOffset, static_cast<ptrdiff_t>(imageChunk));
+    EXPECT_EQ(chunks[0].ChunkLength, kImage + 2);
+    EXPECT_EQ(chunks[1].ChunkOffset, static_cast<ptrdiff_t>(kImageChunk));
     EXPECT_EQ(chunks[1].ChunkLength, 4U);
     EXPECT_EQ(Data(buffer)[chunks[1].ChunkOffset], 33);
     size_t tooFew = 2;

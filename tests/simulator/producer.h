@@ -8,7 +8,7 @@
 
 using ZelTest::Ask;
 using ZelTest::Info;
-using ZelTest::patienceMs;
+using ZelTest::kPatienceMs;
 
 // A loaded producer file with all its functions; unloaded with the object.
 struct Producer : ZelTest::GenTLFunctions {
@@ -20,6 +20,7 @@ struct Producer : ZelTest::GenTLFunctions {
     static bool IsLoaded();
 
     void* file;
+    // NOLINTBEGIN(readability-identifier-naming): functions, in the form of pointers.
     PZelSim_InjectFault InjectFault;
     PZelSim_ClearFaults ClearFaults;
     PZelSim_GetCallCount GetCallCount;
@@ -28,6 +29,7 @@ struct Producer : ZelTest::GenTLFunctions {
     PZelSim_UnplugCamera UnplugCamera;
     PZelSim_FireEvent FireEvent;
     PZelSim_GetNumOpenHandles GetNumOpenHandles;
+    // NOLINTEND(readability-identifier-naming)
 };
 
 struct HasProducer {

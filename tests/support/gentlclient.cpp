@@ -88,7 +88,7 @@ GC_ERROR Client::TryFetch(uint64_t timeoutMs, BUFFER_HANDLE* buffer) {
 
 BUFFER_HANDLE Client::Fetch() {
     BUFFER_HANDLE buffer = nullptr;
-    EXPECT_EQ(TryFetch(patienceMs, &buffer), GC_ERR_SUCCESS);
+    EXPECT_EQ(TryFetch(kPatienceMs, &buffer), GC_ERR_SUCCESS);
     return buffer;
 }
 

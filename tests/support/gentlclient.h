@@ -14,7 +14,7 @@
 namespace ZelTest {
 
 // Long enough for a loaded machine; the tests wait for events, not for time to pass.
-constexpr uint64_t patienceMs = 20000;
+constexpr uint64_t kPatienceMs = 20000;
 
 struct GenTLFunctions {
 #define ZELTEST_MEMBER(name, parameters) GenTL::P##name name = nullptr;
