@@ -40,7 +40,7 @@ constexpr uint64_t kNever = UINT64_MAX;  // the number of no allocation
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(ZELCAM_EMULATED)
 constexpr uint64_t kUsualStep = 101;  // sessions take many times as long
-constexpr size_t kFailingShare = 4;
+constexpr size_t kFailingShare = 6;
 #else
 constexpr uint64_t kUsualStep = 5;
 constexpr size_t kFailingShare = 2;
