@@ -77,12 +77,25 @@ void ConfigureMany() {
     Simulator::Get().ConfigureCameras(kMost, "width='64' height='64' frameRate='0' noFill='true'");
 }
 
+// A simulated camera makes its registers and description when they are first used; a real one has
+// them.
+void MakeRegisters(size_t count) {
+    const Simulator& gentl = Simulator::Get();
+    const BareHost host;
+    for (size_t i = 0; i < count; ++i) {
+        const BareCamera camera(host, i);
+        uint32_t urls = 0;
+        Check(gentl.GCGetNumPortURLs(camera.Port(), &urls), "GCGetNumPortURLs");
+    }
+}
+
 std::vector<double> MeasureMany(size_t count) {
     ConfigureMany();
     const LibraryHost host;
     host.Info(0);
     const auto each = static_cast<double>(count);
     const double memoryBefore = ResidentKiB();
+    const double make = TimeOf([&] { MakeRegisters(count); });
     Cameras<LibraryCamera> cameras;
     const double open = TimeOf([&] {
         cameras.Open(host, count);
@@ -95,6 +108,7 @@ std::vector<double> MeasureMany(size_t count) {
     const double close = TimeOf([&] { cameras.Close(); });
     return {memory,
             (memory - memoryBefore) / each,
+            make / each / 1e6,
             open / each / 1e6,
             start / each / 1e3,
             frame / 1e3,
@@ -123,6 +137,7 @@ void MeasureCameras(Report& report) {
     AddGrowth(report, "cameras", "camera", {1, 8, kMost}, kRounds,
               {{"resident memory of the process", "KiB", {}},
                {"memory for each camera", "KiB", kLimit},
+               {"registers of a simulated camera, each camera", "ms", kLimit},
                {"opening with features, each camera", "ms", kLimit},
                {"buffers and start, each camera", "us", kLimit},
                // A single camera has its next frames ready, and its thread need not be woken.

@@ -36,7 +36,7 @@ class PortUseTest : public CameraTest {
 TEST_F(PortUseTest, FirstUseMakesTheRegisters) {
     OpenCamera("");
     for (const PORT_HANDLE port : {system, interface, device, stream, Remote()}) {
-        EXPECT_GT(Allocations([&] { Use(port); }), 300U);
+        EXPECT_GT(Allocations([&] { Use(port); }), 200U);
         EXPECT_LT(Allocations([&] { Use(port); }), 30U);
     }
 }

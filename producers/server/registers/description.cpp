@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <sstream>
+#include <utility>
 
 #include "producers/server/registers/ziparchive.h"
 
@@ -13,9 +14,9 @@ constexpr size_t kRegisterSize = 4;  // consumers read whole registers
 
 }  // namespace
 
-Description::Description(const std::string& name, const std::string& text, Form form)
+Description::Description(const std::string& name, std::string text, Form form)
     : fileName_(name + (form == Form::Zip ? ".zip" : ".xml")),
-      bytes_(form == Form::Zip ? ZipArchiveOf(name + ".xml", text) : text),
+      bytes_(form == Form::Zip ? ZipArchiveOf(name + ".xml", text) : std::move(text)),
       size_(bytes_.size()) {
     bytes_.resize((size_ + kRegisterSize - 1) / kRegisterSize * kRegisterSize);
 }

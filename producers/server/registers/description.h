@@ -17,7 +17,7 @@ class Description {
     static constexpr uint64_t kAddress = 0x80000000;
 
     // `name` is the name of the file without its extension.
-    Description(const std::string& name, const std::string& text, Form form);
+    Description(const std::string& name, std::string text, Form form);
 
     const std::string& FileName() const { return fileName_; }
     size_t Size() const { return size_; }

@@ -4,17 +4,22 @@
 #include <map>
 #include <optional>
 #include <stdexcept>
+#include <unordered_map>
 
 namespace ZelCti {
 
 namespace {
 
-using Grammar = std::map<std::string_view, std::string>;
+constexpr size_t kUsualElements = 8;
 
-// The elements of each kind of node in the order of GenApi 1.1, with blanks around each.
-Grammar MakeGrammar() {
+// By kind of node, the place of each element in nodes of this kind.
+using Places = std::unordered_map<std::string_view, size_t>;
+using Grammar = std::unordered_map<std::string_view, Places>;
+
+// The elements of each kind of node in the order of GenApi 1.1.
+std::map<std::string_view, std::string> Elements() {
     const std::string common =
-        " ToolTip Description DisplayName Visibility DocuURL IsDeprecated EventID pIsImplemented "
+        "ToolTip Description DisplayName Visibility DocuURL IsDeprecated EventID pIsImplemented "
         "pIsAvailable pIsLocked pBlockPolling ImposedAccessMode pError pAlias pCastAlias ";
     const std::string node = common + "pInvalidator ";
     const std::string reg = common +
@@ -50,18 +55,44 @@ Grammar MakeGrammar() {
     };
 }
 
+Grammar MakeGrammar() {
+    static const std::map<std::string_view, std::string> kElements = Elements();
+    Grammar grammar;
+    for (const auto& [kind, elements] : kElements) {
+        std::string_view rest = elements;
+        Places& places = grammar[kind];
+        for (size_t end = rest.find(' '); end != std::string_view::npos; end = rest.find(' ')) {
+            places.emplace(rest.substr(0, end), places.size());
+            rest.remove_prefix(end + 1);
+        }
+    }
+    return grammar;
+}
+
 // The place of an element in nodes of a kind; none when they have no such element.
 std::optional<size_t> SchemaPlace(std::string_view kind, std::string_view element) {
     static const Grammar kGrammar = MakeGrammar();
-    const auto found = kGrammar.find(kind);
-    if (found == kGrammar.end()) return {};
-    const std::string& order = found->second;
-    size_t place = order.find(element);
-    while (place != std::string::npos &&
-           (order[place - 1] != ' ' || order[place + element.size()] != ' '))
-        place = order.find(element, place + 1);
-    if (place == std::string::npos) return {};
-    return place;
+    const auto places = kGrammar.find(kind);
+    if (places == kGrammar.end()) return {};
+    const auto found = places->second.find(element);
+    if (found == places->second.end()) return {};
+    return found->second;
+}
+
+// What XML has in place of a character that it reserves; null for others.
+const char* EscapeOf(char c) {
+    switch (c) {
+        case '&':
+            return "&amp;";
+        case '<':
+            return "&lt;";
+        case '>':
+            return "&gt;";
+        case '"':
+            return "&quot;";
+        default:
+            return nullptr;
+    }
 }
 
 }  // namespace
@@ -73,6 +104,7 @@ void DescriptionNode::Add(DescriptionNode element) {
                                " in a node of the kind " + std::string(kind));
     }
     element.place = *found;
+    if (elements.empty()) elements.reserve(kUsualElements);
     const auto behind = std::upper_bound(
         elements.begin(), elements.end(), element.place,
         [](size_t wanted, const DescriptionNode& other) { return wanted < other.place; });
@@ -91,8 +123,7 @@ bool IsRegisterKind(std::string_view kind) {
 }
 
 void AppendXml(const DescriptionNode& node, size_t depth, std::string& out) {
-    const std::string indent(2 * depth, ' ');
-    out.append(indent).append("<").append(node.kind);
+    out.append(2 * depth, ' ').append("<").append(node.kind);
     if (const auto& [name, value] = node.attribute; !name.empty()) {
         out.append(" ").append(name).append("=\"");
         AppendXml(value, out);
@@ -104,30 +135,20 @@ void AppendXml(const DescriptionNode& node, size_t depth, std::string& out) {
         out += '\n';
         for (const DescriptionNode& element : node.elements)
             AppendXml(element, depth + 1, out);
-        out += indent;
+        out.append(2 * depth, ' ');
     }
     out.append("</").append(node.kind).append(">\n");
 }
 
 void AppendXml(std::string_view text, std::string& out) {
-    for (const char c : text) {
-        switch (c) {
-            case '&':
-                out += "&amp;";
-                break;
-            case '<':
-                out += "&lt;";
-                break;
-            case '>':
-                out += "&gt;";
-                break;
-            case '"':
-                out += "&quot;";
-                break;
-            default:
-                out += c;
-        }
+    size_t done = 0;
+    for (size_t i = 0; i < text.size(); ++i) {
+        const char* const escaped = EscapeOf(text[i]);
+        if (escaped == nullptr) continue;
+        out.append(text.substr(done, i - done)).append(escaped);
+        done = i + 1;
     }
+    out.append(text.substr(done));
 }
 
 }  // namespace ZelCti

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cctype>
-#include <sstream>
+#include <charconv>
+#include <cinttypes>
+#include <cstdio>
 #include <stdexcept>
 
 namespace ZelCti {
@@ -109,15 +111,16 @@ Register RegisterFor(Register place, std::monostate /*memory*/, ByteOrder /*orde
 }  // namespace
 
 std::string HexOf(uint64_t value) {
-    std::ostringstream text;
-    text << std::hex << std::uppercase << value;
-    return text.str();
+    char text[17];
+    std::snprintf(text, sizeof(text), "%" PRIX64, value);
+    return text;
 }
 
 std::string Limit::TextOf(double value) {
-    std::ostringstream text;
-    text << value;
-    return text.str();
+    char text[32];
+    constexpr int digits = 6;
+    const auto end = std::to_chars(text, std::end(text), value, std::chars_format::general, digits);
+    return {text, end.ptr};
 }
 
 IntegerValue CommandValue(std::function<void()> action) {

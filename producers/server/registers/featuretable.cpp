@@ -65,7 +65,7 @@ void FeatureTable::Memory(uint64_t address, size_t size) {
 void FeatureTable::Complete() {
     AddRegisters();
     AddLinks();
-    WriteNodes();
+    MakeNodes();
     rows_.clear();
 }
 
@@ -96,26 +96,27 @@ void FeatureTable::AddLinks() {
     }
 }
 
-void FeatureTable::WriteNodes() {
-    std::vector<DescriptionNode> nodes;
+void FeatureTable::MakeNodes() {
+    nodes_.reserve(2 * rows_.size());
     for (Feature& row : rows_) {
         const bool isEntry = row.Kind() == "StructEntry";
         for (DescriptionNode& node : row.TakeNodes(defaults_)) {
             if (isEntry) {
-                nodes.back().Add(std::move(node));
+                nodes_.back().Add(std::move(node));
             } else {
-                nodes.push_back(std::move(node));
+                nodes_.push_back(std::move(node));
             }
         }
     }
-    for (const DescriptionNode& node : nodes)
-        AppendXml(node, 1, nodes_);
 }
 
 std::string FeatureTable::Describe(const DescriptionHeader& header) const {
+    constexpr size_t usualSize = 256;  // of a node
     std::string out;
+    out.reserve((nodes_.size() + 4) * usualSize);
     AppendOpeningTag(header, out);
-    out += nodes_;
+    for (const DescriptionNode& node : nodes_)
+        AppendXml(node, 1, out);
     out += "</RegisterDescription>\n";
     return out;
 }

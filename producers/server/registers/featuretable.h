@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <string>
+#include <vector>
 
 #include "producers/server/registers/feature.h"
 
@@ -91,7 +92,7 @@ class FeatureTable {
         return Add("StructEntry", std::move(name), std::move(toolTip));
     }
 
-    // Puts the registers of all rows into the space and writes their nodes. Afterwards, rows can
+    // Puts the registers of all rows into the space and makes their nodes. Afterwards, rows can
     // neither be declared nor changed. Throws std::logic_error with the name of a feature whose
     // registers overlap with others, or whose category or selector is not in the table.
     void Complete();
@@ -103,13 +104,13 @@ class FeatureTable {
     Feature& Add(std::string_view kind, std::string name, std::string toolTip);
     void AddRegisters();
     void AddLinks();
-    void WriteNodes();
+    void MakeNodes();
 
     RegisterSpace& space_;
     const Feature::Defaults defaults_;
     std::deque<Feature> rows_;  // which stay where they are; empty when the table is complete
     std::string category_;      // of the next feature
-    std::string nodes_;         // of a complete table
+    std::vector<DescriptionNode> nodes_;  // of a complete table
 };
 
 }  // namespace ZelCti

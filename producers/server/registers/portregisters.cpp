@@ -5,11 +5,13 @@
 namespace ZelCti {
 
 PortRegisters::Content& PortRegisters::GetContent() {
+    if (Content* const made = made_.load(std::memory_order_acquire)) return *made;
     const std::lock_guard lock(mutex_);
     if (content_ == nullptr) {
         auto content = std::make_unique<Content>(lastAddress_, order_);
         content->description = make_(content->space);
         content_ = std::move(content);
+        made_.store(content_.get(), std::memory_order_release);
     }
     return *content_;
 }

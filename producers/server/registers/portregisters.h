@@ -1,6 +1,7 @@
 // The registers of a port together with their description.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -52,7 +53,8 @@ class PortRegisters {
     const ByteOrder order_;
     const Make make_;
     std::mutex mutex_;
-    std::unique_ptr<Content> content_;  // guarded by mutex_; stays the same once it is made
+    std::unique_ptr<Content> content_;  // guarded by mutex_
+    std::atomic<Content*> made_{nullptr};
 };
 
 }  // namespace ZelCti
