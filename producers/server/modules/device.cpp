@@ -56,7 +56,7 @@ void Device::AddInformation(FeatureTable& features) {
         .Bind(InfoSource(GenTL::DEVICE_INFO_TIMESTAMP_FREQUENCY, shown.getInfo));
     features
         .Enumeration("DeviceEndianessMechanism",
-                     "How the byte order of the registers of the camera is told.")
+                     "How the camera reports the byte order of its registers.")
         .Guru()
         .Entries({{"Legacy", 0, "By the transport type."},
                   {"Standard", 1, "By the description of the camera."}})
@@ -72,8 +72,8 @@ void Device::AddStreams(FeatureTable& features) {
     };
     index.set = [this](uint64_t value) { selectedStream_ = static_cast<uint32_t>(value); };
     features.Category("StreamEnumeration", "The data streams of the camera.");
-    AddSelector(features, "Stream", "Index of the stream that the features below tell about.",
-                0x3000, std::move(index), [this] { return NumStreams(); })
+    AddSelector(features, "Stream", "Index of the stream that the features below show.", 0x3000,
+                std::move(index), [this] { return NumStreams(); })
         .Expert();
     features.StringReg("StreamID", "Identifier of the stream.")
         .Expert()

@@ -76,7 +76,7 @@ void Interface::AddEnumeration(FeatureTable& features) {
         .Does([this] { UpdateCameras(WaitPoint::After(kUpdateMs)); })
         .DoneAtOnce();
     selected_.AddTo(features, "Device",
-                    "Index of the camera that the features below tell about, in the order of the "
+                    "Index of the camera that the features below show, in the order of the "
                     "list of the producer.",
                     0x3004);
     AddDeviceIdentity(features, selected, 0x3100);

@@ -143,8 +143,8 @@ void System::AddEnumeration(FeatureTable& features) {
         .At(0x3000)
         .Does([this] { UpdateInterfaces(WaitPoint::After(kUpdateMs)); })
         .DoneAtOnce();
-    selected_.AddTo(features, "Interface",
-                    "Index of the interface that the features below tell about.", 0x3004);
+    selected_.AddTo(features, "Interface", "Index of the interface that the features below show.",
+                    0x3004);
     features.StringReg("InterfaceID", "Identifier of the interface.")
         .AvailableIf("InterfaceCount")
         .SelectedBy("InterfaceSelector")

@@ -76,7 +76,7 @@ void AddEventData(FeatureTable& features, const EventFeature& event, const Event
 }  // namespace
 
 void AddEventControl(FeatureTable& features, Camera& camera) {
-    features.Category("EventControl", "What the camera tells by itself.");
+    features.Category("EventControl", "Messages that the camera sends by itself.");
     features.Enumeration("EventSelector", "Selects the event that EventNotification switches.")
         .Expert()
         .Entries(EventEntries())
