@@ -118,8 +118,9 @@ std::string HexOf(uint64_t value) {
 
 std::string Limit::TextOf(double value) {
     char text[32];
-    constexpr int digits = 6;
-    const auto end = std::to_chars(text, std::end(text), value, std::chars_format::general, digits);
+    constexpr int kDigits = 6;
+    const auto end =
+        std::to_chars(text, std::end(text), value, std::chars_format::general, kDigits);
     return {text, end.ptr};
 }
 

@@ -111,9 +111,9 @@ void FeatureTable::MakeNodes() {
 }
 
 std::string FeatureTable::Describe(const DescriptionHeader& header) const {
-    constexpr size_t usualSize = 256;  // of a node
+    constexpr size_t kUsualSize = 256;  // of a node
     std::string out;
-    out.reserve((nodes_.size() + 4) * usualSize);
+    out.reserve((nodes_.size() + 4) * kUsualSize);
     AppendOpeningTag(header, out);
     for (const DescriptionNode& node : nodes_)
         AppendXml(node, 1, out);

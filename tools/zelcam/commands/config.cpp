@@ -99,12 +99,12 @@ constexpr const char* kUsedFile = "The configuration file; -: standard input";
 AddedCommand<ConfigOptions> AddAction(Command parent, Invocation& invocation, const char* name,
                                       const char* what, const char* file,
                                       ExitCode (*run)(const ConfigOptions&)) {
-    auto [command, options] = AddCommand(parent, invocation, name, what, run);
-    AddCameraArgument(command, options.camera, true);
-    command.AddOption("file", "FILE", options.file, file).Required();
-    AddAccessOption(command, options.access, kAccessNames);
-    AddSessionOptions(command, options);
-    return {command, options};
+    AddedCommand<ConfigOptions> added = AddCommand(parent, invocation, name, what, run);
+    AddCameraArgument(added.command, added.options.camera, true);
+    added.command.AddOption("file", "FILE", added.options.file, file).Required();
+    AddAccessOption(added.command, added.options.access, kAccessNames);
+    AddSessionOptions(added.command, added.options);
+    return added;
 }
 
 }  // namespace

@@ -62,10 +62,10 @@ ExitCode RunForce(const IpOptions& options) {
 
 AddedCommand<IpOptions> AddAction(Command parent, Invocation& invocation, const char* name,
                                   const char* what, ExitCode (*run)(const IpOptions&)) {
-    auto [command, options] = AddCommand(parent, invocation, name, what, run);
-    AddCameraArgument(command, options.camera, true);
-    AddSessionOptions(command, options);
-    return {command, options};
+    AddedCommand<IpOptions> added = AddCommand(parent, invocation, name, what, run);
+    AddCameraArgument(added.command, added.options.camera, true);
+    AddSessionOptions(added.command, added.options);
+    return added;
 }
 
 }  // namespace
