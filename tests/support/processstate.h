@@ -10,7 +10,8 @@
 namespace ZelTest {
 
 struct ProcessState {
-    long residentKiB;
+    long residentKiB;     // whole pages, the kernel decides which: it wavers by hundreds of KiB
+    long allocatedBytes;  // from the heap and not freed; a sanitizer's allocator counts nothing
     long threads;
     long descriptors;
 
@@ -20,7 +21,9 @@ struct ProcessState {
         long total = 0;
         long resident = 0;
         std::ifstream("/proc/self/statm") >> total >> resident;
-        return {resident * (sysconf(_SC_PAGESIZE) / 1024), CountEntries("/proc/self/task"),
+        const struct mallinfo2 heap = mallinfo2();
+        return {resident * (sysconf(_SC_PAGESIZE) / 1024),
+                static_cast<long>(heap.uordblks + heap.hblkhd), CountEntries("/proc/self/task"),
                 CountEntries("/proc/self/fd")};
     }
 
