@@ -1,5 +1,5 @@
-// Bits and fields of the bootstrap registers, one namespace for each register. A field has the mask of
-// its place; its lowest bit is bit 0 unless a shift says otherwise.
+// Bits and fields of the bootstrap registers, one namespace for each register. A field has the mask
+// of its place; its lowest bit is bit 0 unless a shift says otherwise.
 #pragma once
 
 #include <cstdint>

@@ -51,14 +51,15 @@ double LoadFloat(const uint8_t* bytes, size_t size, ByteOrder order) {
     return static_cast<double>(single);
 }
 
-void StoreString(uint8_t* bytes, size_t size, const std::string& text) {
+void StoreString(uint8_t* bytes, size_t size, std::string_view text) {
     const size_t length = std::min(size, text.size());
     std::copy_n(text.begin(), length, bytes);
     std::fill_n(bytes + length, size - length, uint8_t{0});
 }
 
-std::string LoadString(const uint8_t* bytes, size_t size) {
-    return {bytes, std::find(bytes, bytes + size, uint8_t{0})};
+std::string_view LoadString(const uint8_t* bytes, size_t size) {
+    const auto length = static_cast<size_t>(std::find(bytes, bytes + size, uint8_t{0}) - bytes);
+    return {reinterpret_cast<const char*>(bytes), length};
 }
 
 }  // namespace ZelCti

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <string_view>
 
 namespace ZelCti {
 
@@ -18,7 +18,7 @@ void StoreFloat(uint8_t* bytes, size_t size, double value, ByteOrder order);
 double LoadFloat(const uint8_t* bytes, size_t size, ByteOrder order);
 
 // A text with zeros behind it; one that fills all bytes has none.
-void StoreString(uint8_t* bytes, size_t size, const std::string& text);
-std::string LoadString(const uint8_t* bytes, size_t size);
+void StoreString(uint8_t* bytes, size_t size, std::string_view text);
+std::string_view LoadString(const uint8_t* bytes, size_t size);  // lies in the bytes
 
 }  // namespace ZelCti

@@ -1,13 +1,13 @@
-// GVCP, the control protocol of GigE Vision: one UDP datagram for each command and each acknowledge.
-// This header has what all of them share; gvcpcommands.h, gvcpevents.h and gvcpanswers.h have what
-// follows the header of 8 bytes.
+// GVCP, the control protocol of GigE Vision: one UDP datagram for each command and each
+// acknowledge. This header has what all of them share; gvcpcommands.h, gvcpevents.h and
+// gvcpanswers.h have what follows the header of 8 bytes.
 //
 // Decoders check the form of a message: its length, and what it counts. Addresses of registers are
-// checked by who executes the command, as they come after the sender's privilege. Views that decoders
-// return lie in the datagram.
+// checked by who executes the command, as they come after the sender's privilege. Views that
+// decoders return lie in the datagram.
 //
-// Encoders write into memory of the caller, which must hold the message: kMaxMessageSize is enough for
-// all of them. They return the message's size. Reserved bytes are 0.
+// Encoders write into memory of the caller, which must hold the message: kMaxMessageSize is enough
+// for all of them. They return the message's size. Reserved bytes are 0.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,8 @@ namespace ZelCti::Gvcp {
 
 constexpr uint16_t kPort = 3956;  // of every device
 
-// A message is an IP datagram of at most 576 bytes, 28 of them the headers of IP and UDP (from memory).
+// A message is an IP datagram of at most 576 bytes, 28 of them the headers of IP and UDP (from
+// memory).
 constexpr size_t kHeaderSize = 8;
 constexpr size_t kMaxMessageSize = 548;
 constexpr size_t kMaxPayloadSize = kMaxMessageSize - kHeaderSize;
@@ -102,6 +103,7 @@ Result<Acknowledge> DecodeAcknowledge(ByteView datagram);
 
 // Writes a header before a payload of that size, and returns the size of both.
 size_t PutCommandHeader(ByteSpan out, Code code, Request request, size_t payloadSize);
-size_t PutAckHeader(ByteSpan out, Gev::Status status, Code code, uint16_t ackId, size_t payloadSize);
+size_t PutAckHeader(ByteSpan out, Gev::Status status, Code code, uint16_t ackId,
+                    size_t payloadSize);
 
 }  // namespace ZelCti::Gvcp

@@ -24,7 +24,7 @@ bool IsBareError(const Acknowledge& ack) {
 }
 
 std::string_view TextOf(ByteView payload, const Register& reg) {
-    return LoadText(payload.Sub(reg.address, reg.size).data, reg.size);
+    return LoadString(payload.Sub(reg.address, reg.size).data, reg.size);
 }
 
 void PutText(ByteSpan payload, const Register& reg, std::string_view text) {

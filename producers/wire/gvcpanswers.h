@@ -1,5 +1,6 @@
-// Acknowledges of a device. An error has either no payload or its regular one: decoders accept both, and
-// return zeros where there is no payload. Whoever gets an acknowledge looks at its status first.
+// Acknowledges of a device. An error has either no payload or its regular one: decoders accept
+// both, and return zeros where there is no payload. Whoever gets an acknowledge looks at its status
+// first.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +16,8 @@ namespace ZelCti::Gvcp {
 // command.
 size_t EncodeAck(ByteSpan out, Gev::Status status, Code command, uint16_t ackId);
 
-// The bootstrap registers up to the user-defined name, as the interface that got the command has them.
+// The bootstrap registers up to the user-defined name, as the interface that got the command has
+// them.
 struct Discovery {
     uint16_t versionMajor = 0;
     uint16_t versionMinor = 0;

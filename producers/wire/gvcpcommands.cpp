@@ -11,7 +11,6 @@ constexpr size_t kForceIpAddress = 20;
 constexpr size_t kForceIpSubnetMask = 36;
 constexpr size_t kForceIpDefaultGateway = 52;
 
-
 Request With(Request request, uint8_t flag) {
     request.flags |= flag;
     return request;

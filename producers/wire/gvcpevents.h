@@ -8,8 +8,8 @@
 
 namespace ZelCti::Gvcp {
 
-// Those with a meaning for all devices and still in use. The device's own begin at 0x9000; 0x8001 to
-// 0x8FFF are errors, with the low 12 bits of a status code (from memory).
+// Those with a meaning for all devices and still in use. The device's own begin at 0x9000; 0x8001
+// to 0x8FFF are errors, with the low 12 bits of a status code (from memory).
 namespace EventId {
 constexpr uint16_t kPrimaryApplicationSwitch = 0x0007;
 constexpr uint16_t kLinkSpeedChange = 0x0008;
@@ -66,8 +66,9 @@ class Events {
     EventLayout layout_;
 };
 
-// Of an EVENT or EVENTDATA command. There is at least one event, and only EVENTDATA with extended ids
-// holds several with data: an entry without a size, as devices before 2.1 send it, takes the rest.
+// Of an EVENT or EVENTDATA command. There is at least one event, and only EVENTDATA with extended
+// ids holds several with data: an entry without a size, as devices before 2.1 send it, takes the
+// rest.
 Result<Events> DecodeEvents(const Command& command);
 
 // Any number of events, without their data.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "producers/wire/gvcp.h"
+
 namespace ZelSim {
 
 using ZelCti::CameraEvent;
@@ -79,7 +81,7 @@ void EventChannel::Send(EventKind kind, uint64_t timestamp, std::optional<uint64
     if (!IsOn(kind)) return;
     const CameraEvent event{EventIdOf(kind), timestamp, frameId};
     const std::lock_guard lock(mutex_);
-    if (++lastRequest_ == 0) ++lastRequest_;  // 0 is no number of a request
+    lastRequest_ = ZelCti::Gvcp::NextRequestId(lastRequest_);
     const EventMessage message =
         IsGev(tlType_) ? EncodeGevEvent(event, lastRequest_) : EncodeU3vEvent(event, lastRequest_);
     Fire(GenTL::EVENT_REMOTE_DEVICE, event.id, {message.bytes.data(), message.size});
