@@ -33,8 +33,8 @@ inline ZelCti::ByteView ViewOf(const Bytes& bytes) {
 }
 ZelCti::ByteView ViewOf(Bytes&&) = delete;
 
-// What `encode(ByteSpan)` writes. The memory is not zeros before: a reserved byte that nobody writes
-// shows.
+// What `encode(ByteSpan)` writes. The memory is not zeros before: a reserved byte that nobody
+// writes shows.
 template <typename Encode>
 Bytes Encoded(const Encode& encode) {
     Bytes bytes(9000, 0xEE);
