@@ -1,5 +1,6 @@
 #include "tests/wire/dissection.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -90,12 +91,17 @@ std::string Attribute(std::string_view line, std::string_view name) {
     return std::string(rest.substr(0, rest.find('"')));
 }
 
-bool IsObjection(std::string_view name) {
-    return name.substr(0, 14) == "_ws.malformed" || name == "_ws.expert.message";
+bool IsOf(std::string_view protocol, std::string_view field) {
+    return field.size() > protocol.size() && field.substr(0, protocol.size()) == protocol &&
+           field[protocol.size()] == '.';
+}
+
+bool IsObjection(std::string_view field) {
+    return field == "_ws.malformed" || field == "_ws.expert.message";
 }
 
 // From PDML, which has an element in each line.
-std::vector<Dissection::Fields> ParsePdml(std::string_view text, std::string_view prefix) {
+std::vector<Dissection::Fields> ParsePdml(std::string_view text, std::string_view protocol) {
     std::vector<Dissection::Fields> packets;
     while (!text.empty()) {
         const size_t end = std::min(text.find('\n'), text.size() - 1) + 1;
@@ -103,8 +109,8 @@ std::vector<Dissection::Fields> ParsePdml(std::string_view text, std::string_vie
         text.remove_prefix(end);
         if (line.find("<packet>") != std::string_view::npos) packets.emplace_back();
         const std::string name = Attribute(line, "name");
-        if (packets.empty() || (name.rfind(prefix, 0) != 0 && !IsObjection(name))) continue;
-        packets.back().emplace(name, Attribute(line, "show"));
+        if (packets.empty() || (!IsOf(protocol, name) && !IsObjection(name))) continue;
+        packets.back().push_back(name + "=" + Attribute(line, "show"));
     }
     return packets;
 }
@@ -154,15 +160,15 @@ void Dissection::Add(Endpoint source, Endpoint destination, const Bytes& payload
     frames_.push_back(frame);
 }
 
-std::vector<Dissection::Fields> Dissection::Run(std::string_view prefix,
+std::vector<Dissection::Fields> Dissection::Run(std::string_view protocol,
                                                 const std::string& options) const {
     const TemporaryFolder folder;
     const std::string capture = folder.Path() + "/capture.pcap";
     WriteCapture(capture, frames_);
     const std::string warnings = folder.Path() + "/warnings";
-    return ParsePdml(OutputOf("tshark -n -r '" + capture + "' -T pdml " + options + " 2>'" +
-                              warnings + "'"),
-                     prefix);
+    return ParsePdml(
+        OutputOf("tshark -n -r '" + capture + "' -T pdml " + options + " 2>'" + warnings + "'"),
+        protocol);
 }
 
 }  // namespace WireTest

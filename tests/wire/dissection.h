@@ -1,8 +1,7 @@
-// What tshark, which knows the protocols from elsewhere, sees in our messages. They are written into a
-// file as if a network had carried them; none is ever sent.
+// What tshark, which knows the protocols from elsewhere, sees in our messages. They are written
+// into a file as if a network had carried them; none is ever sent.
 #pragma once
 
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,8 +12,8 @@ namespace WireTest {
 
 class Dissection {
   public:
-    // Fields of a packet by their names, as tshark shows their values.
-    using Fields = std::multimap<std::string, std::string>;
+    // The fields of a packet as "name=value", with the values as tshark shows them.
+    using Fields = std::vector<std::string>;
 
     // Whether tshark is installed.
     static bool IsPossible();
@@ -23,9 +22,9 @@ class Dissection {
     void AddToDevice(uint16_t applicationPort, uint16_t devicePort, const Bytes& payload);
     void AddFromDevice(uint16_t applicationPort, uint16_t devicePort, const Bytes& payload);
 
-    // For each packet the fields whose names begin so, and what tshark objects to. `options` are
-    // arguments for tshark as a shell takes them.
-    std::vector<Fields> Run(std::string_view prefix, const std::string& options = {}) const;
+    // For each packet the fields of a protocol, and what tshark objects to. `options` are arguments
+    // for tshark as a shell takes them.
+    std::vector<Fields> Run(std::string_view protocol, const std::string& options = {}) const;
 
   private:
     struct Endpoint {
