@@ -206,18 +206,18 @@ class BootstrapWitnessTest : public testing::Test {
 
 TEST_F(BootstrapWitnessTest, NumbersAndBits) {
     Dissection dissection;
-    std::set<const char*> seen;
+    std::set<uint32_t> seen;
     for (const ShownValue& shown : kShownValues) {
         const Gvcp::RegisterWrite write{AddressOf(*shown.reg), shown.value};
         dissection.AddToDevice(kAnyPort, Gvcp::kPort, Encoded([&](ByteSpan out) {
                                    return Gvcp::EncodeWriteRegCmd(out, {1}, &write, 1);
                                }));
-        seen.insert(shown.reg->name);
+        seen.insert(shown.reg->address);
     }
     // tshark does not know the one, and does not show values of the other.
-    seen.insert({kNumberOfActiveLinks.name, kActionDeviceKey.name});
+    seen.insert({kNumberOfActiveLinks.address, kActionDeviceKey.address});
     for (const Register& reg : kBootstrapRegisters)
-        EXPECT_TRUE(reg.size != 4 || seen.count(reg.name) == 1) << reg.name;
+        EXPECT_TRUE(reg.size != 4 || seen.count(reg.address) == 1) << reg.name;
 
     const auto packets = dissection.Run("gvcp");
     ASSERT_EQ(std::size(kShownValues), packets.size());
