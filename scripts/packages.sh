@@ -4,7 +4,8 @@
 # What the products link against. The cross build takes the same ones for arm64.
 library_packages=(liblog4cpp5-dev libtinyxml2-dev libcli11-dev libdeflate-dev libjpeg-dev
     libtiff-dev nlohmann-json3-dev libexpat1-dev libzip-dev)
-test_packages=(libgtest-dev libgmock-dev libpng-dev)
+# tshark reads messages that the encoders write into files.
+test_packages=(libgtest-dev libgmock-dev libpng-dev tshark)
 
 # packages_for COMMAND: one package a line.
 packages_for() {

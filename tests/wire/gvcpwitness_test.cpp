@@ -216,7 +216,7 @@ TEST_F(GvcpWitnessTest, RegistersAndMemory) {
            });
     Expect(
         CommandHeader(0x0086, 0x01, 12, 10),
-        {"bootstrap.custom.register.write=0x0000c000", "cmd.writemem.data=6c:65:66:74:20:34:00:00"},
+        {"cmd.writemem.data=6c:65:66:74:20:34:00:00"},
         [&](ByteSpan out) {
             return EncodeWriteMemCmd(out, {10}, {0xC000, ViewOf(data)});
         });
