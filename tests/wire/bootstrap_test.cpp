@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-using namespace ZelCti::Gev;
+namespace ZelCti::Gev {
 
 namespace {
 
@@ -73,3 +73,5 @@ TEST(BootstrapTest, PresenceIsInARegister) {
     EXPECT_FALSE(kCcp.presence.optional);
     EXPECT_TRUE(kScc.presence.optional);
 }
+
+}  // namespace ZelCti::Gev

@@ -12,8 +12,8 @@
 #include "producers/wire/gvcpcommands.h"
 #include "tests/wire/dissection.h"
 
-using namespace ZelCti;
-using namespace ZelCti::Gev;
+namespace ZelCti::Gev {
+
 using namespace WireTest;
 using testing::ElementsAre;
 
@@ -246,3 +246,5 @@ TEST_F(BootstrapWitnessTest, TextsAndTables) {
     for (size_t i = 0; i < packets.size(); ++i)
         EXPECT_THAT(packets[i], testing::Contains(expected[i]));
 }
+
+}  // namespace ZelCti::Gev

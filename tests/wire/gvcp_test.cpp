@@ -11,8 +11,8 @@
 #include "tests/wire/bytes.h"
 #include "tests/wire/gvcpmessage.h"
 
-using namespace ZelCti;
-using namespace ZelCti::Gvcp;
+namespace ZelCti::Gvcp {
+
 using namespace WireTest;
 
 namespace {
@@ -37,12 +37,12 @@ void ExpectBareAck(std::string_view digits, Gev::Status status, Code command, ui
               Encoded([&](ByteSpan out) { return EncodeAck(out, status, command, ackId); }));
 }
 
-std::optional<Fault> FaultOfCommand(std::string_view digits) {
+std::optional<Fault> HeaderFaultOfCommand(std::string_view digits) {
     const Bytes bytes = Hex(digits);
     return FaultOf(DecodeCommand(ViewOf(bytes)));
 }
 
-std::optional<Fault> FaultOfAck(std::string_view digits) {
+std::optional<Fault> HeaderFaultOfAck(std::string_view digits) {
     const Bytes bytes = Hex(digits);
     return FaultOf(DecodeAcknowledge(ViewOf(bytes)));
 }
@@ -71,21 +71,21 @@ TEST(GvcpTest, AcknowledgesThatAreHeadersAlone) {
 }
 
 TEST(GvcpTest, MalformedHeadersAreFaults) {
-    EXPECT_EQ(Fault::TooShort, FaultOfCommand(""));
-    EXPECT_EQ(Fault::TooShort, FaultOfCommand("4201000200000"
-                                              "0"));
-    EXPECT_EQ(Fault::WrongKey, FaultOfCommand("430100020000ffff"));
-    EXPECT_EQ(Fault::ZeroRequestId, FaultOfCommand("4201000200000000"));
+    EXPECT_EQ(Fault::TooShort, HeaderFaultOfCommand(""));
+    EXPECT_EQ(Fault::TooShort, HeaderFaultOfCommand("4201000200000"
+                                                    "0"));
+    EXPECT_EQ(Fault::WrongKey, HeaderFaultOfCommand("430100020000ffff"));
+    EXPECT_EQ(Fault::ZeroRequestId, HeaderFaultOfCommand("4201000200000000"));
     // The length in the header: more than there is, and less.
-    EXPECT_EQ(Fault::TooShort, FaultOfCommand("420100800004ff3e000a00"));
-    EXPECT_EQ(Fault::TooShort, FaultOfCommand("42010080ffffff3e00000a00"));
-    EXPECT_EQ(Fault::WrongLength, FaultOfCommand("420100800004ff3e00000a0000"));
+    EXPECT_EQ(Fault::TooShort, HeaderFaultOfCommand("420100800004ff3e000a00"));
+    EXPECT_EQ(Fault::TooShort, HeaderFaultOfCommand("42010080ffffff3e00000a00"));
+    EXPECT_EQ(Fault::WrongLength, HeaderFaultOfCommand("420100800004ff3e00000a0000"));
 
-    EXPECT_EQ(Fault::TooShort, FaultOfAck("000000050000"));
-    EXPECT_EQ(Fault::WrongKey, FaultOfAck("420100020000ffff"));
-    EXPECT_EQ(Fault::ZeroRequestId, FaultOfAck("0000000500000000"));
-    EXPECT_EQ(Fault::TooShort, FaultOfAck("000000810004ff3e000002"));
-    EXPECT_EQ(Fault::WrongLength, FaultOfAck("000000810000ff3e00000002"));
+    EXPECT_EQ(Fault::TooShort, HeaderFaultOfAck("000000050000"));
+    EXPECT_EQ(Fault::WrongKey, HeaderFaultOfAck("420100020000ffff"));
+    EXPECT_EQ(Fault::ZeroRequestId, HeaderFaultOfAck("0000000500000000"));
+    EXPECT_EQ(Fault::TooShort, HeaderFaultOfAck("000000810004ff3e000002"));
+    EXPECT_EQ(Fault::WrongLength, HeaderFaultOfAck("000000810000ff3e00000002"));
 }
 
 TEST(GvcpTest, KeyTellsCommandsFromAcknowledges) {
@@ -118,3 +118,5 @@ TEST(GvcpTest, NamesOfStatusesAndFaults) {
         texts.insert(FaultText(static_cast<Fault>(i)));
     EXPECT_EQ(static_cast<size_t>(Fault::UnknownPayloadType) + 1, texts.size());
 }
+
+}  // namespace ZelCti::Gvcp

@@ -7,8 +7,8 @@
 #include "tests/wire/bytes.h"
 #include "tests/wire/gvcpmessage.h"
 
-using namespace ZelCti;
-using namespace ZelCti::Gvcp;
+namespace ZelCti::Gvcp {
+
 using namespace WireTest;
 using Gev::Status;
 
@@ -35,8 +35,8 @@ constexpr std::string_view kFakeCamera =
     "4745563031000000000000000000000000000000000000000000000000000000";
 
 template <typename T>
-std::optional<Fault> FaultOfAck(Result<T> (*decode)(const Acknowledge&), Status status,
-                                const Bytes& payload) {
+std::optional<Fault> FaultOfAnswer(Result<T> (*decode)(const Acknowledge&), Status status,
+                                   const Bytes& payload) {
     return FaultOf(decode({status, Code{}, 1, ViewOf(payload)}));
 }
 
@@ -121,9 +121,9 @@ TEST(GvcpAnswerTest, DiscoveryTextsFillTheirFieldsOrEndAtZero) {
 }
 
 TEST(GvcpAnswerTest, DiscoveryOfAnotherSizeIsAFault) {
-    EXPECT_EQ(Fault::WrongLength, FaultOfAck(&DecodeDiscoveryAck, Status::Success, Bytes(247)));
-    EXPECT_EQ(Fault::WrongLength, FaultOfAck(&DecodeDiscoveryAck, Status::Success, Bytes(249)));
-    EXPECT_EQ(Fault::WrongLength, FaultOfAck(&DecodeDiscoveryAck, Status::Success, {}));
+    EXPECT_EQ(Fault::WrongLength, FaultOfAnswer(&DecodeDiscoveryAck, Status::Success, Bytes(247)));
+    EXPECT_EQ(Fault::WrongLength, FaultOfAnswer(&DecodeDiscoveryAck, Status::Success, Bytes(249)));
+    EXPECT_EQ(Fault::WrongLength, FaultOfAnswer(&DecodeDiscoveryAck, Status::Success, {}));
 }
 
 TEST(GvcpAnswerTest, ReadReg) {
@@ -146,8 +146,8 @@ TEST(GvcpAnswerTest, ReadReg) {
                   return EncodeReadRegAck(out, Status::InvalidAddress, 5, expected.data(), 1);
               }));
 
-    EXPECT_EQ(Fault::WrongLength, FaultOfAck(&DecodeReadRegAck, Status::Success, Bytes(5)));
-    EXPECT_EQ(Fault::TooShort, FaultOfAck(&DecodeReadRegAck, Status::Success, {}));
+    EXPECT_EQ(Fault::WrongLength, FaultOfAnswer(&DecodeReadRegAck, Status::Success, Bytes(5)));
+    EXPECT_EQ(Fault::TooShort, FaultOfAnswer(&DecodeReadRegAck, Status::Success, {}));
 }
 
 TEST(GvcpAnswerTest, WriteReg) {
@@ -164,9 +164,9 @@ TEST(GvcpAnswerTest, WriteReg) {
                   return EncodeWriteRegAck(out, Status::WriteProtect, 5, 2);
               }));
 
-    EXPECT_EQ(Fault::WrongLength, FaultOfAck(&DecodeWriteRegAck, Status::Success, Bytes(2)));
-    EXPECT_EQ(Fault::WrongLength, FaultOfAck(&DecodeWriteRegAck, Status::Success, Bytes(8)));
-    EXPECT_EQ(Fault::WrongLength, FaultOfAck(&DecodeWriteRegAck, Status::Success, {}));
+    EXPECT_EQ(Fault::WrongLength, FaultOfAnswer(&DecodeWriteRegAck, Status::Success, Bytes(2)));
+    EXPECT_EQ(Fault::WrongLength, FaultOfAnswer(&DecodeWriteRegAck, Status::Success, Bytes(8)));
+    EXPECT_EQ(Fault::WrongLength, FaultOfAnswer(&DecodeWriteRegAck, Status::Success, {}));
 }
 
 TEST(GvcpAnswerTest, ReadMem) {
@@ -186,8 +186,8 @@ TEST(GvcpAnswerTest, ReadMem) {
                  reinterpret_cast<const char*>(memory->data.data));
     EXPECT_EQ(bytes, Encoded([&](ByteSpan out) { return EncodeReadMemAck(out, 0xFF15, *memory); }));
 
-    EXPECT_EQ(Fault::TooShort, FaultOfAck(&DecodeReadMemAck, Status::Success, Bytes(3)));
-    EXPECT_EQ(Fault::TooShort, FaultOfAck(&DecodeReadMemAck, Status::Success, {}));
+    EXPECT_EQ(Fault::TooShort, FaultOfAnswer(&DecodeReadMemAck, Status::Success, Bytes(3)));
+    EXPECT_EQ(Fault::TooShort, FaultOfAnswer(&DecodeReadMemAck, Status::Success, {}));
 }
 
 TEST(GvcpAnswerTest, WriteMem) {
@@ -199,7 +199,7 @@ TEST(GvcpAnswerTest, WriteMem) {
     // A device that sends the address there, 0x000100E8.
     ExpectNumber("000000870004000c000100e8", Status::Success, Code::WriteMemAck, DecodeWriteMemAck,
                  0xE8);
-    EXPECT_EQ(Fault::WrongLength, FaultOfAck(&DecodeWriteMemAck, Status::Success, Bytes(3)));
+    EXPECT_EQ(Fault::WrongLength, FaultOfAnswer(&DecodeWriteMemAck, Status::Success, Bytes(3)));
 }
 
 TEST(GvcpAnswerTest, Pending) {
@@ -209,7 +209,7 @@ TEST(GvcpAnswerTest, Pending) {
                  1500);
     EXPECT_EQ(Hex("000000890004000f000005dc"),
               Encoded([](ByteSpan out) { return EncodePendingAck(out, 15, 1500); }));
-    EXPECT_EQ(Fault::WrongLength, FaultOfAck(&DecodePendingAck, Status::Success, Bytes(2)));
+    EXPECT_EQ(Fault::WrongLength, FaultOfAnswer(&DecodePendingAck, Status::Success, Bytes(2)));
 }
 
 TEST(GvcpAnswerTest, ErrorsHaveNoPayloadOrTheirRegularOne) {
@@ -238,3 +238,5 @@ TEST(GvcpAnswerTest, ErrorsHaveNoPayloadOrTheirRegularOne) {
     EXPECT_EQ(0x200U, part->address);
     EXPECT_EQ(4U, part->data.size);
 }
+
+}  // namespace ZelCti::Gvcp

@@ -7,8 +7,8 @@
 #include "tests/wire/bytes.h"
 #include "tests/wire/gvcpmessage.h"
 
-using namespace ZelCti;
-using namespace ZelCti::Gvcp;
+namespace ZelCti::Gvcp {
+
 using namespace WireTest;
 
 namespace {
@@ -236,3 +236,5 @@ TEST(GvcpCommandTest, Action) {
     EXPECT_EQ(Fault::WrongLength, FaultOfPayload(&DecodeAction, Bytes(12), Flag::kScheduled));
     EXPECT_EQ(Fault::WrongLength, FaultOfPayload(&DecodeAction, Bytes(11)));
 }
+
+}  // namespace ZelCti::Gvcp

@@ -8,8 +8,8 @@
 #include "tests/wire/bytes.h"
 #include "tests/wire/gvcpmessage.h"
 
-using namespace ZelCti;
-using namespace ZelCti::Gvcp;
+namespace ZelCti::Gvcp {
+
 using namespace WireTest;
 
 namespace {
@@ -170,3 +170,5 @@ TEST(GvcpEventTest, MessagesOfCameras) {
     EXPECT_EQ(Hex("55335645 0000 000c 1400 0700 0000 1190 0807060504030201 0500010000000000"),
               bytes(EncodeU3vEvent({0x9011, 0x0102030405060708, 0x10005}, 7)));
 }
+
+}  // namespace ZelCti::Gvcp

@@ -13,8 +13,8 @@
 #include "producers/wire/gvcpevents.h"
 #include "tests/wire/dissection.h"
 
-using namespace ZelCti;
-using namespace ZelCti::Gvcp;
+namespace ZelCti::Gvcp {
+
 using namespace WireTest;
 using Gev::Status;
 using testing::UnorderedElementsAreArray;
@@ -214,12 +214,10 @@ TEST_F(GvcpWitnessTest, RegistersAndMemory) {
            [&](ByteSpan out) {
                return EncodeReadMemAck(out, 9, {0xC000, ViewOf(data)});
            });
-    Expect(
-        CommandHeader(0x0086, 0x01, 12, 10),
-        {"cmd.writemem.data=6c:65:66:74:20:34:00:00"},
-        [&](ByteSpan out) {
-            return EncodeWriteMemCmd(out, {10}, {0xC000, ViewOf(data)});
-        });
+    Expect(CommandHeader(0x0086, 0x01, 12, 10), {"cmd.writemem.data=6c:65:66:74:20:34:00:00"},
+           [&](ByteSpan out) {
+               return EncodeWriteMemCmd(out, {10}, {0xC000, ViewOf(data)});
+           });
     Expect(AckHeader(0, 0x0089, 4, 10), {"ack.pendingack.timetocompletion=0x05dc"},
            [](ByteSpan out) { return EncodePendingAck(out, 10, 1500); });
     Expect(AckHeader(0, 0x0087, 4, 10), {"cmd.writemem.dataindex=0x0008"},
@@ -268,3 +266,5 @@ TEST_F(GvcpWitnessTest, Events) {
            [](ByteSpan out) { return EncodeAck(out, Status::Success, Code::EventDataCmd, 15); });
     Compare();
 }
+
+}  // namespace ZelCti::Gvcp
