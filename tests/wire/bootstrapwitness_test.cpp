@@ -195,14 +195,14 @@ std::vector<std::string> SetFields(const Dissection::Fields& fields) {
     return found;
 }
 
+}  // namespace
+
 class BootstrapWitnessTest : public testing::Test {
   protected:
     void SetUp() override {
         if (!Dissection::IsPossible()) GTEST_SKIP() << "tshark is not installed (package tshark)";
     }
 };
-
-}  // namespace
 
 TEST_F(BootstrapWitnessTest, NumbersAndBits) {
     Dissection dissection;

@@ -49,6 +49,8 @@ Fields AckHeader(uint16_t status, uint16_t code, uint16_t payloadSize, uint16_t 
             "cmd.payloadlength=" + Hexadecimal(4, payloadSize), "cmd.req_id=" + Hexadecimal(4, id)};
 }
 
+}  // namespace
+
 class GvcpWitnessTest : public testing::Test {
   protected:
     void SetUp() override {
@@ -85,8 +87,6 @@ class GvcpWitnessTest : public testing::Test {
     Dissection dissection_;
     std::vector<Fields> expected_;
 };
-
-}  // namespace
 
 TEST_F(GvcpWitnessTest, DeviceCommands) {
     Expect(CommandHeader(0x0002, 0x11, 0, 1), {"cmd.flag.allowbroadcastacq=1"}, [](ByteSpan out) {
