@@ -90,6 +90,11 @@ constexpr uint32_t kMultiple = 0x2;
 constexpr uint32_t kSingle = 0x1;
 }  // namespace PhysicalLink
 
+// Known from one source.
+namespace Ieee1588Status {
+constexpr uint32_t kClockState = 0xF;  // the numbers of IEEE 1588 (from memory)
+}  // namespace Ieee1588Status
+
 // Extended capabilities (2.1, known from one source).
 namespace Ieee1588Extended {
 constexpr uint32_t kProfiles = 0x80000000;

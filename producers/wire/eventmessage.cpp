@@ -11,9 +11,9 @@ constexpr uint16_t kU3vEvent = 0x0C00;
 
 }  // namespace
 
-// As in the first version of the standard: block ids have 16 bits there, and the whole number
-// follows as the data.
-EventMessage EncodeGevEvent(const CameraEvent& event, uint16_t request) {
+// The whole number of the frame follows as the data, as block ids have 16 bits in the first version
+// of the standard.
+EventMessage EncodeGevEvent(const CameraEvent& event, Gvcp::Request request, bool extendedIds) {
     EventMessage message;
     const ByteSpan out{message.bytes.data(), message.bytes.size()};
     Gvcp::Event entry{event.id, 0, event.frameId.value_or(0), event.timestamp, {}};
@@ -21,9 +21,9 @@ EventMessage EncodeGevEvent(const CameraEvent& event, uint16_t request) {
     if (event.frameId) {
         StoreInteger(data, sizeof data, *event.frameId, kGevEventForm.order);
         entry.data = {data, sizeof data};
-        message.size = Gvcp::EncodeEventDataCmd(out, {request}, false, &entry, 1);
+        message.size = Gvcp::EncodeEventDataCmd(out, request, extendedIds, &entry, 1);
     } else {
-        message.size = Gvcp::EncodeEventCmd(out, {request}, false, &entry, 1);
+        message.size = Gvcp::EncodeEventCmd(out, request, extendedIds, &entry, 1);
     }
     return message;
 }

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "producers/wire/byteorder.h"
+#include "producers/wire/gvcp.h"
 
 namespace ZelCti {
 
@@ -29,13 +30,14 @@ constexpr EventForm kU3vEventForm{ByteOrder::Little, 4, 12};
 
 // A message, made without allocating memory: frames must not depend on it.
 struct EventMessage {
-    std::array<uint8_t, 32> bytes{};  // none is longer
+    std::array<uint8_t, 40> bytes{};  // none is longer
     size_t size = 0;
 };
 
 // Whole messages with their headers: the EVENT or EVENTDATA command of a GigE camera, and the event
-// command of a USB3 camera. Request numbers count the messages of a camera.
-EventMessage EncodeGevEvent(const CameraEvent& event, uint16_t request);
+// command of a USB3 camera. Request numbers count the messages of a camera. `extendedIds` is the
+// form with block ids of 64 bits.
+EventMessage EncodeGevEvent(const CameraEvent& event, Gvcp::Request request, bool extendedIds);
 EventMessage EncodeU3vEvent(const CameraEvent& event, uint16_t request);
 
 }  // namespace ZelCti

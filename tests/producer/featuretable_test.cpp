@@ -109,6 +109,32 @@ TEST_F(FeatureTableTest, ViewsAndOtherPortsShareAddresses) {
     EXPECT_NO_THROW(features.Complete());
 }
 
+// Existing registers and those behind other ports stay where they are.
+TEST_F(FeatureTableTest, ABaseMovesTheRegistersOfATable) {
+    FeatureTable moved(space, "Device", Caching::On, 0x1000);
+    EXPECT_EQ(moved.Memory(0x40, 4), 0x1040U);
+    moved.MaskedIntReg("Mode").At(0x40).Bit(0);
+    moved.IntReg("Gain").At(0x20).Initial(7).Indexed("Selector", 2,
+                                                     [](size_t) { return IntegerValue{}; });
+    moved.IntReg("Chunk").At(0x20).Port("ChunkPort");
+    moved.IntReg("Key").AtExisting(0x80).IndexedBy("Selector", 16).Access(Access::ReadWrite);
+    moved.IntReg("Version").AtExisting(0x84);
+    moved.Complete();
+    const std::string text = moved.Describe(DescriptionHeader{});
+    EXPECT_THAT(NodeOf(text, "MaskedIntReg Name=\"Mode\""), HasSubstr("<Address>0x1040<"));
+    EXPECT_THAT(NodeOf(text, "IntReg Name=\"Gain\""), HasSubstr("<Address>0x1020<"));
+    EXPECT_THAT(NodeOf(text, "IntReg Name=\"Chunk\""), HasSubstr("<Address>0x20<"));
+    EXPECT_THAT(NodeOf(text, "IntReg Name=\"Key\""),
+                HasSubstr("<Address>0x80</Address>\n    <pIndex Offset=\"16\">Selector</pIndex>"));
+    EXPECT_THAT(NodeOf(text, "IntReg Name=\"Version\""), HasSubstr("<AccessMode>RO<"));
+
+    uint8_t gain[8] = {};
+    space.Read(0x1020, gain, sizeof(gain));
+    EXPECT_EQ(LoadInteger(gain, 4, ByteOrder::Big), 7U);
+    EXPECT_NO_THROW(features.Memory(0x20, 4));
+    EXPECT_NO_THROW(features.Memory(0x80, 8));
+}
+
 TEST_F(FeatureTableTest, DeclarationsThatMakeNoDescriptionAreRefused) {
     EXPECT_THAT([&] { features.IntReg("Number").With("Formula", "1"); },
                 ThrowsMessage<std::logic_error>(HasSubstr("Number: no Formula")));

@@ -164,9 +164,12 @@ TEST(GvcpEventTest, MessagesOfCameras) {
         return Bytes(message.bytes.begin(), message.bytes.begin() + message.size);
     };
     EXPECT_EQ(Hex("420100c000100007 0000 9fff 0000 0000 0102030405060708"),
-              bytes(EncodeGevEvent({0x9FFF, 0x0102030405060708, std::nullopt}, 7)));
+              bytes(EncodeGevEvent({0x9FFF, 0x0102030405060708, std::nullopt}, {7}, false)));
     EXPECT_EQ(Hex("420100c200180007 0000 9011 0000 0005 0102030405060708 0000000000010005"),
-              bytes(EncodeGevEvent({0x9011, 0x0102030405060708, 0x10005}, 7)));
+              bytes(EncodeGevEvent({0x9011, 0x0102030405060708, 0x10005}, {7}, false)));
+    EXPECT_EQ(Hex("421000c200200007 0020 9011 0000 0000 0000000000010005 0102030405060708"
+                  "0000000000010005"),
+              bytes(EncodeGevEvent({0x9011, 0x0102030405060708, 0x10005}, {7, 0}, true)));
     EXPECT_EQ(Hex("55335645 0000 000c 1400 0700 0000 1190 0807060504030201 0500010000000000"),
               bytes(EncodeU3vEvent({0x9011, 0x0102030405060708, 0x10005}, 7)));
 }

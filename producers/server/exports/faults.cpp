@@ -58,7 +58,7 @@ Faults& Faults::Instance() {
     return faults;
 }
 
-void Faults::Inject(Fault fault) {
+void Faults::Inject(CallFault fault) {
     if (fault.count == 0) return;
     const std::lock_guard lock(mutex_);
     faults_.push_back(std::move(fault));
@@ -80,7 +80,7 @@ uint64_t Faults::CallCount(Function function) const {
 void Faults::Block(std::unique_lock<std::mutex>& lock, uint32_t milliseconds) {
     const uint64_t before = numClears_;
     const auto isCleared = [&] { return numClears_ != before; };
-    if (milliseconds == Fault::kForever) {
+    if (milliseconds == CallFault::kForever) {
         cleared_.wait(lock, isCleared);
     } else {
         cleared_.wait_for(lock, std::chrono::milliseconds(milliseconds), isCleared);
@@ -89,7 +89,7 @@ void Faults::Block(std::unique_lock<std::mutex>& lock, uint32_t milliseconds) {
 
 std::optional<FaultEffect> Faults::Meet(Function function, int32_t command) {
     std::unique_lock lock(mutex_);
-    const auto matches = [&](Fault& f) {
+    const auto matches = [&](CallFault& f) {
         if (f.function && *f.function != function) return false;
         if (f.command && *f.command != command) return false;
         if (f.skip == 0) return true;
@@ -100,7 +100,7 @@ std::optional<FaultEffect> Faults::Meet(Function function, int32_t command) {
     if (fault == faults_.end()) return std::nullopt;
     // Copied: the fault may be cleared while the call is blocked.
     const FaultEffect effect = fault->effect;
-    if (fault->count != Fault::kForever && --fault->count == 0) faults_.erase(fault);
+    if (fault->count != CallFault::kForever && --fault->count == 0) faults_.erase(fault);
     armed_.store(!faults_.empty(), std::memory_order_relaxed);
     if (effect.blockMs) Block(lock, *effect.blockMs);
     return effect;

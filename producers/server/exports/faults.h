@@ -41,7 +41,7 @@ struct FaultEffect {
     GenTL::GC_ERROR Apply(Answer answer, size_t capacity, GenTL::GC_ERROR ended) const;
 };
 
-struct Fault {
+struct CallFault {
     static constexpr uint32_t kForever = std::numeric_limits<uint32_t>::max();
 
     std::optional<Function> function;  // none: every function
@@ -56,7 +56,7 @@ class Faults {
   public:
     static Faults& Instance();
 
-    void Inject(Fault fault);
+    void Inject(CallFault fault);
     void Clear();
 
     uint64_t CallCount(Function function) const;
@@ -82,8 +82,8 @@ class Faults {
     std::atomic<bool> armed_{false};
     std::mutex mutex_;
     std::condition_variable cleared_;
-    std::list<Fault> faults_;  // guarded by mutex_
-    uint64_t numClears_ = 0;   // guarded by mutex_
+    std::list<CallFault> faults_;  // guarded by mutex_
+    uint64_t numClears_ = 0;       // guarded by mutex_
 };
 
 }  // namespace ZelCti

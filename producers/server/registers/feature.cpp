@@ -141,7 +141,7 @@ Feature::Feature(std::string_view kind, std::string name, std::string toolTip)
         lowest_ = 0;
         highest_ = 1;
     }
-    if (kind == "Command") With("CommandValue", "1").Volatile();
+    if (kind == "Command") Volatile();
 }
 
 Feature& Feature::Display(std::string name) {
@@ -235,6 +235,16 @@ Feature& Feature::At(uint64_t address, size_t size) {
     return *this;
 }
 
+Feature& Feature::AtExisting(uint64_t address, size_t size) {
+    isExisting_ = true;
+    return At(address, size);
+}
+
+Feature& Feature::AtOffset(std::string node) {
+    registerElements_.push_back({"pAddress", {}, std::move(node)});
+    return *this;
+}
+
 Feature& Feature::InRegister(std::string name) {
     registerName_ = std::move(name);
     return *this;
@@ -294,8 +304,9 @@ Feature& Feature::DoneAtOnce() {
     return Get([] { return 0; }).Access(ZelCti::Access::ReadWrite);
 }
 
-Feature& Feature::IndexedBy(std::string node) {
+Feature& Feature::IndexedBy(std::string node, size_t stride) {
     index_ = std::move(node);
+    stride_ = stride;
     return *this;
 }
 
@@ -317,21 +328,28 @@ size_t Feature::Size() const {
     return RegisterKind() == "FloatReg" ? sizeof(double) : sizeof(uint32_t);
 }
 
+// Addresses behind other ports do not move with the registers of the table.
+uint64_t Feature::Address(uint64_t addressBase) const {
+    return *address_ + (isExisting_ || !port_.empty() ? 0 : addressBase);
+}
+
 Access Feature::GetAccess() const {
     if (access_) return *access_;
-    if (!port_.empty()) return ZelCti::Access::ReadOnly;
+    if (isExisting_ || !port_.empty()) return ZelCti::Access::ReadOnly;
     if (indexed_ != nullptr) return AccessOf(indexed_(0));
     return std::visit([](const auto& value) { return AccessOf(value); }, value_);
 }
 
-void Feature::AddRegisters(RegisterSpace& space) const {
+void Feature::AddRegisters(RegisterSpace& space, uint64_t addressBase) const {
     // A masked register is a view of memory that others may show as well.
-    if (!address_ || !port_.empty() || Kind() == "MaskedIntReg") return;
+    if (!address_ || isExisting_ || !port_.empty() || Kind() == "MaskedIntReg") return;
+    const uint64_t address = Address(addressBase);
     Register place;
     place.size = Size();
     place.access = GetAccess();
+    if (duration_ != 0) place.duration = [ms = duration_](const uint8_t* /*bytes*/) { return ms; };
     for (size_t i = 0; i < count_; ++i) {
-        place.address = *address_ + i * place.size;
+        place.address = address + i * place.size;
         if (indexed_ != nullptr) {
             space.Add(RegisterFor(place, indexed_(i), space.Order()));
         } else {
@@ -343,7 +361,7 @@ void Feature::AddRegisters(RegisterSpace& space) const {
     if (!initial_) return;
     std::vector<uint8_t> bytes(place.size);
     StoreInteger(bytes.data(), bytes.size(), *initial_, space.Order());
-    space.Load(*address_, bytes.data(), bytes.size());
+    space.Load(address, bytes.data(), bytes.size());
 }
 
 std::vector<DescriptionNode> Feature::TakeNodes(const Defaults& defaults) {
@@ -368,13 +386,16 @@ std::vector<DescriptionNode> Feature::TakeNodes(const Defaults& defaults) {
 }
 
 void Feature::CompleteNode() {
+    if (Kind() == "Command" && !node_.Has("CommandValue")) With("CommandValue", "1");
     if (!node_.Has("Visibility")) With("Visibility", isHelper_ ? "Invisible" : "Beginner");
     if (!isHelper_ && !node_.Has("DisplayName")) Display(InWords(Name()));
 }
 
 void Feature::CompleteRegister(DescriptionNode& reg, const Defaults& defaults) {
-    reg.Add("Address", "0x" + HexOf(address_.value()));
-    if (!index_.empty()) reg.Add({"pIndex", {"Offset", std::to_string(Size())}, index_});
+    if (!address_) throw std::logic_error("no address of " + Name());
+    reg.Add("Address", "0x" + HexOf(Address(defaults.addressBase)));
+    const size_t stride = stride_ == 0 ? Size() : stride_;
+    if (!index_.empty()) reg.Add({"pIndex", {"Offset", std::to_string(stride)}, index_});
     reg.Add("Length", std::to_string(Size()));
     reg.Add("AccessMode", AccessModeOf(GetAccess()));
     reg.Add("pPort", port_.empty() ? defaults.port : port_);

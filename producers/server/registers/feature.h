@@ -120,8 +120,16 @@ class Feature {
     // Any other element.
     Feature& With(std::string_view element, std::string text);
 
-    // Where the register is. By default it takes 4 bytes, and 8 bytes for a floating-point number.
+    // Where the register is, counted from the base of the table. By default it takes 4 bytes, and 8
+    // bytes for a floating-point number.
     Feature& At(uint64_t address, size_t size = 0);
+
+    // The same for a register that others put into the space: it is described only, read-only
+    // unless Access says otherwise, and its address counts from 0.
+    Feature& AtExisting(uint64_t address, size_t size = 0);
+    // The value of another node is added to the address.
+    Feature& AtOffset(std::string node);
+
     Feature& InRegister(std::string name);  // instead of the name with "Reg" behind
     Feature& Port(std::string name);        // registers behind other ports are described only
     Feature& Bit(unsigned bit) { return With("Bit", std::to_string(bit)); }
@@ -161,9 +169,12 @@ class Feature {
     Feature& BusyWhile(std::function<bool()> isBusy);
     Feature& DoneAtOnce();
 
+    // How long, in ms, devices take to acknowledge a write: Register::duration.
+    Feature& Takes(uint32_t milliseconds) { return duration_ = milliseconds, *this; }
+
     // One register for each value of another node, from 0, one behind the other. IndexedBy only
-    // describes them.
-    Feature& IndexedBy(std::string node);
+    // describes them; it may say how many bytes there are from one to the next.
+    Feature& IndexedBy(std::string node, size_t stride = 0);
     Feature& Indexed(std::string node, size_t count, std::function<IntegerValue(size_t)> value);
 
     // Applies what several features have in common; it sees what was declared before.
@@ -180,13 +191,14 @@ class Feature {
     const std::string& Category() const { return category_; }
     const std::string& Selector() const { return selector_; }
     bool IsHelper() const { return isHelper_; }
-    void AddRegisters(RegisterSpace& space) const;
+    void AddRegisters(RegisterSpace& space, uint64_t addressBase) const;
 
     // What a table says of all its rows.
     struct Defaults {
         std::string port;
         bool isVolatile;  // registers change by themselves
         ByteOrder order;
+        uint64_t addressBase;
     };
 
     // The node of the feature, and the register or local value behind it. The row is used up.
@@ -212,6 +224,7 @@ class Feature {
     void AddLimit(std::string_view element, std::string_view link, const Limit& limit);
     std::string_view RegisterKind() const;
     size_t Size() const;
+    uint64_t Address(uint64_t addressBase) const;
     ZelCti::Access GetAccess() const;
     void CompleteNode();
     void CompleteRegister(DescriptionNode& reg, const Defaults& defaults);
@@ -227,14 +240,17 @@ class Feature {
 
     std::optional<uint64_t> address_;
     size_t size_ = 0;
+    bool isExisting_ = false;
     std::string registerName_;
     std::string port_;
     std::optional<ByteOrder> order_;
     bool isSigned_ = false;
     std::optional<ZelCti::Access> access_;
     AnyValue value_;
+    uint32_t duration_ = 0;
     std::optional<uint64_t> initial_;
     std::string index_;
+    size_t stride_ = 0;
     size_t count_ = 1;
     std::function<IntegerValue(size_t)> indexed_;
 };

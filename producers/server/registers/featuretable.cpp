@@ -36,8 +36,9 @@ void AppendOpeningTag(const DescriptionHeader& header, std::string& out) {
 
 }  // namespace
 
-FeatureTable::FeatureTable(RegisterSpace& space, const std::string& port, Caching caching)
-    : space_(space), defaults_{port, caching == Caching::Off, space.Order()} {
+FeatureTable::FeatureTable(RegisterSpace& space, const std::string& port, Caching caching,
+                           uint64_t addressBase)
+    : space_(space), defaults_{port, caching == Caching::Off, space.Order(), addressBase} {
     Category(kRoot, "Root of the features.").In("");
     Port(port);
 }
@@ -55,11 +56,13 @@ Feature& FeatureTable::Category(std::string name, std::string toolTip) {
     return row;
 }
 
-void FeatureTable::Memory(uint64_t address, size_t size) {
+uint64_t FeatureTable::Memory(uint64_t address, size_t size) {
     ZelCti::Register memory;
-    memory.address = address;
+    memory.address = defaults_.addressBase + address;
     memory.size = size;
+    const uint64_t place = memory.address;
     space_.Add(std::move(memory));
+    return place;
 }
 
 void FeatureTable::Complete() {
@@ -72,7 +75,7 @@ void FeatureTable::Complete() {
 void FeatureTable::AddRegisters() {
     for (const Feature& row : rows_) {
         try {
-            row.AddRegisters(space_);
+            row.AddRegisters(space_, defaults_.addressBase);
         } catch (const std::logic_error& error) {
             throw std::logic_error(row.Name() + ": " + error.what());
         }

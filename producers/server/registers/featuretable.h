@@ -33,8 +33,10 @@ enum class Caching { On, Off };
 // Rows have the names and tool tips of their features; see Feature for rows without a tool tip.
 class FeatureTable {
   public:
-    // The space must outlive the table. `port` is the name of its port in the description.
-    FeatureTable(RegisterSpace& space, const std::string& port, Caching caching = Caching::On);
+    // The space must outlive the table. `port` is the name of its port in the description. The
+    // addresses of all rows count from `addressBase`.
+    FeatureTable(RegisterSpace& space, const std::string& port, Caching caching = Caching::On,
+                 uint64_t addressBase = 0);
     FeatureTable(const FeatureTable&) = delete;
     FeatureTable& operator=(const FeatureTable&) = delete;
 
@@ -80,11 +82,12 @@ class FeatureTable {
     }
     Feature& Port(std::string name) { return Add("Port", std::move(name), {}); }
 
-    // Bits of memory, which several rows may show; Memory declares the memory itself.
+    // Bits of memory, which several rows may show. Memory declares the memory itself, and returns
+    // where it is in the space.
     Feature& MaskedIntReg(std::string name, std::string toolTip = {}) {
         return Add("MaskedIntReg", std::move(name), std::move(toolTip));
     }
-    void Memory(uint64_t address, size_t size);
+    uint64_t Memory(uint64_t address, size_t size);
 
     // The entries follow their register.
     Feature& StructReg(std::string comment) { return Add("StructReg", std::move(comment), {}); }

@@ -10,6 +10,11 @@ PortRegisters::Content& PortRegisters::GetContent() {
     if (content_ == nullptr) {
         auto content = std::make_unique<Content>(lastAddress_, order_);
         content->description = make_(content->space);
+        if (content->description != nullptr) {
+            content->descriptionPlace.address = Description::kAddress;
+            content->descriptionPlace.size = content->description->Size();
+            content->descriptionPlace.access = Access::ReadOnly;
+        }
         content_ = std::move(content);
         made_.store(content_.get(), std::memory_order_release);
     }
@@ -36,6 +41,12 @@ void PortRegisters::Write(uint64_t address, const void* buffer, size_t size) {
         throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the description is read-only");
     }
     content.space.Write(address, buffer, size);
+}
+
+const Register* PortRegisters::Find(uint64_t address, size_t size) {
+    Content& content = GetContent();
+    if (content.IsDescription(address, size)) return &content.descriptionPlace;
+    return content.space.Find(address, size);
 }
 
 }  // namespace ZelCti

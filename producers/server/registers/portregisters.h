@@ -33,6 +33,8 @@ class PortRegisters {
     // As in RegisterSpace; the description can only be read.
     void Read(uint64_t address, void* buffer, size_t size);
     void Write(uint64_t address, const void* buffer, size_t size);
+    const Register* Find(uint64_t address, size_t size);
+    std::unique_lock<std::recursive_mutex> Lock() { return GetContent().space.Lock(); }
 
   private:
     struct Content {
@@ -45,6 +47,7 @@ class PortRegisters {
 
         RegisterSpace space;
         std::unique_ptr<const Description> description;
+        Register descriptionPlace;  // of all of it
     };
 
     Content& GetContent();

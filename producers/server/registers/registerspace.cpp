@@ -65,6 +65,15 @@ void RegisterSpace::ForEachRegister(uint64_t address, size_t size, Visit&& visit
         visit(next->second);
 }
 
+const Register* RegisterSpace::Find(uint64_t address, size_t size) const {
+    const Register* first = nullptr;
+    const auto lock = Lock();
+    ForEachRegister(address, size, [&](const Register& reg) {
+        if (first == nullptr) first = &reg;
+    });
+    return first;
+}
+
 void RegisterSpace::Read(uint64_t address, void* buffer, size_t size) {
     CheckRange(address, size);
     const auto lock = Lock();

@@ -37,6 +37,10 @@ struct Register {
 
     // Puts the content into effect after it was written.
     std::function<void(const uint8_t* bytes)> action;
+
+    // How long, in ms, a device takes for a write of this content: devices on a network acknowledge
+    // it that much later. Without it, no time. Runs without the lock.
+    std::function<uint32_t(const uint8_t* bytes)> duration;
 };
 
 // The registers behind a port: bytes from address 0 to a last address, some of them registers with
@@ -59,6 +63,9 @@ class RegisterSpace {
     // memory. A range may hold several registers, and cut those that are not `whole`.
     void Read(uint64_t address, void* buffer, size_t size);
     void Write(uint64_t address, const void* buffer, size_t size);
+
+    // The first register that the range touches, or null; it stays as long as the space.
+    const Register* Find(uint64_t address, size_t size) const;
 
     // Puts content into the memory without asking the registers there; throws as Write does for
     // addresses and memory.
