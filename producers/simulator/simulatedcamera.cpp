@@ -13,6 +13,9 @@ using ZelCti::RegisterSpace;
 
 namespace {
 
+// The bootstrap registers of GigE Vision are below.
+constexpr uint64_t kNetworkAddressBase = 0x10000;
+
 ZelCti::CameraInfo CameraInfoOf(const CameraConfig& config, const std::string& tlType) {
     ZelCti::CameraInfo info;
     info.id = config.id;
@@ -29,17 +32,36 @@ ZelCti::CameraInfo CameraInfoOf(const CameraConfig& config, const std::string& t
 
 }  // namespace
 
-SimulatedCamera::SimulatedCamera(CameraConfig config, const std::string& tlType)
+SimulatedCamera::SimulatedCamera(const CameraConfig& config, const std::string& tlType,
+                                 Surroundings surroundings)
+    : SimulatedCamera(config, tlType, std::move(surroundings), PermanentMemory(config)) {}
+
+SimulatedCamera::SimulatedCamera(CameraConfig config, const std::string& tlType,
+                                 Surroundings surroundings, PermanentMemory memory)
     : info_(CameraInfoOf(config, tlType)),
-      hardware_(std::move(config), tlType),
+      surroundings_(std::move(surroundings)),
+      hardware_(std::move(config), tlType, std::move(memory)),
       registers_(std::numeric_limits<uint64_t>::max(), hardware_.Order(),
                  [this](RegisterSpace& space) { return MakeRegisters(space); }) {}
 
 std::unique_ptr<const Description> SimulatedCamera::MakeRegisters(RegisterSpace& space) {
-    FeatureTable table(space, "Device");
-    features_ = std::make_unique<CameraFeatures>(hardware_, space, table);
+    if (surroundings_.addRegisters != nullptr) surroundings_.addRegisters(space);
+    const uint64_t base = hardware_.Config().network ? kNetworkAddressBase : 0;
+    FeatureTable table(space, "Device", ZelCti::Caching::On, base);
+    features_ = std::make_unique<CameraFeatures>(
+        hardware_, [this] { CyclePower(); }, space, table);
     table.Complete();
     return DescribeCamera(hardware_, table);
+}
+
+PermanentMemory SimulatedCamera::Memory() {
+    const auto lock = registers_.Lock();
+    return hardware_.CopyMemory();
+}
+
+void SimulatedCamera::CyclePower() {
+    if (surroundings_.powerCycle != nullptr) return surroundings_.powerCycle(*this);
+    hardware_.Unplug();
 }
 
 GenTL::DEVICE_ACCESS_STATUS SimulatedCamera::AccessStatus() const {

@@ -40,12 +40,9 @@ ZelCti::InterfaceInfo InfoOf(const InterfaceConfig& config) {
 }  // namespace
 
 SimulatedInterface::SimulatedInterface(const InterfaceConfig& config, uint32_t number)
-    : info_(InfoOf(config)), ip_(AdapterIp(number)) {
-    CameraList cameras;
-    for (const CameraConfig& camera : config.cameras)
-        cameras.push_back(MakeCamera(camera));
-    cameras_ = std::make_shared<const CameraList>(std::move(cameras));
-}
+    : info_(InfoOf(config)),
+      ip_(AdapterIp(number)),
+      cameras_(std::make_shared<const CameraList>()) {}
 
 std::shared_ptr<const ZelCti::CameraList> SimulatedInterface::Cameras() const {
     const std::lock_guard lock(mutex_);
@@ -54,16 +51,38 @@ std::shared_ptr<const ZelCti::CameraList> SimulatedInterface::Cameras() const {
 
 void SimulatedInterface::Plug(CameraConfig camera) {
     const std::lock_guard lock(mutex_);
-    CameraList cameras = *cameras_;
-    cameras.push_back(MakeCamera(std::move(camera)));
-    cameras_ = std::make_shared<const CameraList>(std::move(cameras));
-}
-
-std::shared_ptr<SimulatedCamera> SimulatedInterface::MakeCamera(CameraConfig camera) {
+    camera.network.reset();  // it is reached in this process
     CompleteIp(camera.ip);
     if (camera.linkSpeed == 0) camera.linkSpeed = LinkSpeed(info_.tlType);
     ++numPlugged_;
-    return std::make_shared<SimulatedCamera>(std::move(camera), info_.tlType);
+    PermanentMemory memory(camera);
+    CameraList cameras = *cameras_;
+    cameras.push_back(MakeCamera(std::move(camera), std::move(memory)));
+    cameras_ = std::make_shared<const CameraList>(std::move(cameras));
+}
+
+std::shared_ptr<SimulatedCamera> SimulatedInterface::MakeCamera(CameraConfig camera,
+                                                                PermanentMemory memory) {
+    SimulatedCamera::Surroundings surroundings;
+    surroundings.powerCycle = [self = weak_from_this()](SimulatedCamera& old) {
+        if (const auto interface = self.lock()) interface->Replace(old);
+        old.Hardware().Unplug();
+    };
+    return std::make_shared<SimulatedCamera>(std::move(camera), info_.tlType,
+                                             std::move(surroundings), std::move(memory));
+}
+
+// A camera that has its power again is another one, with what this one remembers.
+void SimulatedInterface::Replace(SimulatedCamera& camera) {
+    PermanentMemory memory = camera.Memory();  // its registers are locked already
+    const std::lock_guard lock(mutex_);
+    CameraList cameras = *cameras_;
+    for (auto& place : cameras) {
+        if (place.get() != &camera) continue;
+        place = MakeCamera(camera.Hardware().Config(), std::move(memory));
+        break;
+    }
+    cameras_ = std::make_shared<const CameraList>(std::move(cameras));
 }
 
 void SimulatedInterface::CompleteIp(IpSettings& camera) {

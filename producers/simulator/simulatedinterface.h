@@ -12,9 +12,10 @@
 namespace ZelSim {
 
 // A network adapter or a USB host, with the cameras that are plugged in at the moment. Thread-safe.
-class SimulatedInterface final : public ZelCti::HostInterface {
+class SimulatedInterface final : public ZelCti::HostInterface,
+                                 public std::enable_shared_from_this<SimulatedInterface> {
   public:
-    // The networks of the interfaces differ by `number`.
+    // Without the cameras of the configuration. The networks of the interfaces differ by `number`.
     SimulatedInterface(const InterfaceConfig& config, uint32_t number);
 
     const ZelCti::InterfaceInfo& Info() const override { return info_; }
@@ -28,7 +29,8 @@ class SimulatedInterface final : public ZelCti::HostInterface {
   private:
     using CameraList = ZelCti::CameraList;
 
-    std::shared_ptr<SimulatedCamera> MakeCamera(CameraConfig camera);
+    std::shared_ptr<SimulatedCamera> MakeCamera(CameraConfig camera, PermanentMemory memory);
+    void Replace(SimulatedCamera& camera);
     void CompleteIp(IpSettings& camera);
 
     const ZelCti::InterfaceInfo info_;

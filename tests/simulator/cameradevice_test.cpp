@@ -1,11 +1,16 @@
 // Features and registers of the simulated cameras that do not show in frames.
 
+#include <iterator>
 #include <thread>
+
+#include <GenApi/Filestream.h>
 
 #include "tests/simulator/cameranodestest.h"
 #include "tests/simulator/producer.h"
 
 using namespace GenTL;
+using GENAPI_NAMESPACE::IDevFileStream;
+using GENAPI_NAMESPACE::ODevFileStream;
 
 namespace {
 
@@ -67,10 +72,53 @@ TEST_F(CameraDeviceTest, UserSetsKeepSettings) {
     EXPECT_EQ(nodes->Get("Gain"), "0");
     EXPECT_FALSE(GENAPI_NAMESPACE::IsWritable(nodes->Node("UserSetSave")));
     EXPECT_EQ(Write(0x2520, 1), GC_ERR_ACCESS_DENIED);
+}
+
+// A reset takes the power: clients lose the camera, which comes back as another one.
+TEST_F(CameraDeviceTest, WhatIsPermanentSurvivesAReset) {
+    Open("width='64' flashBusyTime='0'", "U3V");
+    nodes->SetInteger("Width", 32);
+    nodes->Set("UserSetSelector", "UserSet1");
+    nodes->Execute("UserSetSave");
     nodes->Set("UserSetDefault", "UserSet1");
+    nodes->Set("DeviceUserID", "Left");
+    nodes->Set("EventSelector", "FrameStart");
+    nodes->Set("EventNotification", "On");
+    nodes->SetInteger("TLParamsLocked", 1);
+    EXPECT_EQ(Write(0x4000, 77), GC_ERR_SUCCESS);  // UserMemory
+    EXPECT_EQ(Write(kFlashCommand, 0x1410000), GC_ERR_SUCCESS);
+    ODevFileStream(&nodes->Map(), "UserFile") << "kept";
+    AllocateAndQueue(1);
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+
+    const DEV_HANDLE lost = device;
+    const PORT_HANDLE lostPort = Remote();
     nodes->Execute("DeviceReset");
+    uint32_t value = 0;
+    size_t size = sizeof(value);
+    EXPECT_EQ(p.GCReadPort(lostPort, 0x2110, &value, &size), GC_ERR_IO);
+    bool8_t changed = 0;
+    EXPECT_EQ(p.IFUpdateDeviceList(interface, &changed, 0), GC_ERR_SUCCESS);
+    EXPECT_TRUE(changed);
+    EXPECT_EQ(DeviceIds(interface), std::vector<std::string>{"C"});
+    ASSERT_EQ(p.IFOpenDevice(interface, "C", DEVICE_ACCESS_EXCLUSIVE, &device), GC_ERR_SUCCESS);
+    EXPECT_EQ(p.DevClose(lost), GC_ERR_SUCCESS);
+
+    nodes = std::make_unique<PortNodeMap>(p, Remote());
     EXPECT_EQ(nodes->Integer("Width"), 32);
-    EXPECT_EQ(nodes->Get("Gain"), "6");
+    EXPECT_EQ(nodes->Get("UserSetDefault"), "UserSet1");
+    EXPECT_EQ(nodes->Get("DeviceUserID"), "Left");
+    EXPECT_EQ(Value(kFlashWindow + 0x41FFFC), 0xFFFFFFFFU);
+    EXPECT_EQ(Value(kFlashWindow + 0x420000), 0U);
+    IDevFileStream file(&nodes->Map(), "UserFile");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "kept");
+
+    // The rest starts anew; the set of the factory is still there.
+    nodes->Set("EventSelector", "FrameStart");
+    EXPECT_EQ(nodes->Get("EventNotification"), "Off");
+    EXPECT_EQ(Value(0x4000), 0U);
+    nodes->Execute("UserSetLoad");
+    EXPECT_EQ(nodes->Integer("Width"), 64);
 }
 
 TEST_F(CameraDeviceTest, CommandsTakeTheirTime) {
@@ -109,6 +157,128 @@ TEST_F(CameraDeviceTest, RegistersRefuseWhatTheyDoNotAllow) {
     EXPECT_EQ(p.GCWritePort(Remote(), 0x2112, bytes.data(), &size), GC_ERR_INVALID_VALUE);
     EXPECT_EQ(Value(0x2110), 640U);
     EXPECT_EQ(Value(0x2114), 480U);
+}
+
+class CameraFileTest : public CameraDeviceTest {
+  protected:
+    // Returns the status and the result.
+    std::pair<std::string, int64_t> Operate(const char* operation) {
+        nodes->Set("FileOperationSelector", operation);
+        nodes->Execute("FileOperationExecute");
+        return {nodes->Get("FileOperationStatus"), nodes->Integer("FileOperationResult")};
+    }
+    std::pair<std::string, int64_t> Open(const char* mode) {
+        nodes->Set("FileOpenMode", mode);
+        return Operate("Open");
+    }
+    std::pair<std::string, int64_t> Access(const char* operation, int64_t offset, int64_t length) {
+        nodes->SetInteger("FileAccessOffset", offset);
+        nodes->SetInteger("FileAccessLength", length);
+        return Operate(operation);
+    }
+    std::string Buffer(size_t size) {
+        std::string bytes(1024, 0);
+        GENAPI_NAMESPACE::CRegisterPtr(nodes->Node("FileAccessBuffer"))
+            ->Get(reinterpret_cast<uint8_t*>(bytes.data()), 1024);
+        return bytes.substr(0, size);
+    }
+    void SetBuffer(std::string bytes) {
+        bytes.resize(1024);
+        GENAPI_NAMESPACE::CRegisterPtr(nodes->Node("FileAccessBuffer"))
+            ->Set(reinterpret_cast<const uint8_t*>(bytes.data()), 1024);
+    }
+
+    using Done = std::pair<std::string, int64_t>;
+    const Done failed{"Failure", 0};
+};
+
+TEST_F(CameraFileTest, StreamsKeepWhatIsWritten) {
+    CameraNodesTest::Open("flashBusyTime='0' bigEndian='true'", "GEV");
+    std::string text;
+    for (int i = 0; i < 1000; ++i)
+        text += std::to_string(i) + " ";
+    for (const char* name : {"UserFile", "Firmware"}) {
+        {
+            ODevFileStream out(&nodes->Map(), name);
+            EXPECT_TRUE(out << text << std::flush);
+        }
+        IDevFileStream in(&nodes->Map(), name);
+        std::string read(text.size(), '\0');
+        EXPECT_TRUE(in.read(read.data(), static_cast<std::streamsize>(read.size())));
+        EXPECT_EQ(read, text) << name;
+    }
+    EXPECT_EQ(Value(kFlashWindow + 0x400000), 0x20312030U);  // "0 1 "
+    { ODevFileStream(&nodes->Map(), "UserFile") << "short"; }
+    nodes->Set("FileSelector", "UserFile");
+    EXPECT_EQ(nodes->Integer("FileSize"), 5);
+    nodes->Set("FileSelector", "Firmware");
+    EXPECT_EQ(nodes->Integer("FileSize"), 0x400000);
+}
+
+TEST_F(CameraFileTest, OperationsNeedAnOpenFileOfTheirMode) {
+    CameraNodesTest::Open("", "U3V");
+    nodes->Set("FileSelector", "UserFile");
+    SetBuffer("0123456789");
+    EXPECT_EQ(Operate("Close"), failed);
+    EXPECT_EQ(Access("Write", 0, 10), failed);
+    EXPECT_EQ(Open("Write"), Done("Success", 0));
+    EXPECT_EQ(Open("Write"), failed);
+    EXPECT_EQ(Access("Write", 2, 10), Done("Success", 10));
+    EXPECT_EQ(Access("Read", 0, 10), failed);
+    EXPECT_EQ(Operate("Delete"), failed);
+    EXPECT_EQ(Operate("Close"), Done("Success", 0));
+
+    EXPECT_EQ(Open("Read"), Done("Success", 0));
+    EXPECT_EQ(Access("Write", 0, 10), failed);
+    EXPECT_EQ(Access("Read", 0, 1024), Done("Success", 12));
+    EXPECT_EQ(Buffer(12), std::string("\0\0", 2) + "0123456789");
+    EXPECT_EQ(Access("Read", 10, 1024), Done("Success", 2));
+    EXPECT_EQ(Buffer(2), "89");
+    EXPECT_EQ(Access("Read", 100, 1), Done("Success", 0));
+    EXPECT_EQ(Operate("Close"), Done("Success", 0));
+    EXPECT_EQ(Operate("Delete"), Done("Success", 0));
+    EXPECT_EQ(nodes->Integer("FileSize"), 0);
+
+    EXPECT_EQ(Open("ReadWrite"), Done("Success", 0));
+    EXPECT_EQ(Access("Write", 65530, 10), Done("Success", 6));
+    EXPECT_EQ(Access("Write", 65536, 10), failed);
+    EXPECT_EQ(Access("Read", 65530, 10), Done("Success", 6));
+    EXPECT_EQ(nodes->Integer("FileSize"), 65536);
+    EXPECT_THROW(nodes->SetInteger("FileAccessLength", 1025),
+                 GENICAM_NAMESPACE::OutOfRangeException);
+
+    nodes->Set("FileSelector", "Firmware");
+    EXPECT_EQ(Operate("Delete"), failed);
+    EXPECT_EQ(Open("ReadWrite"), Done("Success", 0));
+    EXPECT_EQ(Access("Read", 0x3FFFFE, 10), Done("Success", 2));
+    EXPECT_EQ(Access("Write", 0x400000, 10), failed);
+}
+
+// Across sectors, and once more over what is there.
+TEST_F(CameraFileTest, TheFirmwareIsWrittenAsTheFlashIs) {
+    CameraNodesTest::Open("flashBusyTime='0'", "GEV");
+    nodes->Set("FileSelector", "Firmware");
+    EXPECT_EQ(Open("ReadWrite"), Done("Success", 0));
+    for (const char* text : {"abcdefgh", "ABCDEFGH"}) {
+        SetBuffer(text);
+        EXPECT_EQ(Access("Write", 0xFFFC, 8), Done("Success", 8));
+        EXPECT_EQ(Access("Read", 0xFFFC, 8), Done("Success", 8));
+        EXPECT_EQ(Buffer(8), text);
+    }
+    EXPECT_EQ(Value(kFlashWindow + 0x410000), 0x48474645U);  // "EFGH"
+    EXPECT_EQ(Value(kFlashWindow + 0x410004), 0U);
+}
+
+TEST_F(CameraFileTest, AWriteOfTheFirmwareTakesItsTime) {
+    CameraNodesTest::Open("flashBusyTime='60000'", "GEV");
+    nodes->Set("FileSelector", "Firmware");
+    EXPECT_EQ(Open("ReadWrite"), Done("Success", 0));
+    EXPECT_EQ(Access("Write", 0, 4), Done("Success", 4));
+    EXPECT_FALSE(GENAPI_NAMESPACE::CCommandPtr(nodes->Node("FileOperationExecute"))->IsDone());
+    EXPECT_THROW(Access("Read", 0, 4), std::runtime_error);
+    EXPECT_EQ(Write(kFlashCommand, 0x1400000), GC_ERR_BUSY);
+    nodes->Set("FileSelector", "UserFile");
+    EXPECT_TRUE(GENAPI_NAMESPACE::CCommandPtr(nodes->Node("FileOperationExecute"))->IsDone());
 }
 
 TEST_F(CameraDeviceTest, TheFlashErasesAndPrograms) {

@@ -30,6 +30,9 @@ Producer::Producer() : file(dlopen(ZELCTI_PATH, RTLD_NOW)) {
     Resolve(file, "ZelSim_UnplugCamera", UnplugCamera);
     Resolve(file, "ZelSim_FireEvent", FireEvent);
     Resolve(file, "ZelSim_GetNumOpenHandles", GetNumOpenHandles);
+    Resolve(file, "ZelSim_ServeCameras", ServeCameras);
+    Resolve(file, "ZelSim_SetNetwork", SetNetwork);
+    Resolve(file, "ZelSim_GetNetwork", GetNetwork);
 }
 
 Producer::~Producer() {

@@ -29,6 +29,9 @@ struct Producer : ZelTest::GenTLFunctions {
     PZelSim_UnplugCamera UnplugCamera;
     PZelSim_FireEvent FireEvent;
     PZelSim_GetNumOpenHandles GetNumOpenHandles;
+    PZelSim_ServeCameras ServeCameras;
+    PZelSim_SetNetwork SetNetwork;
+    PZelSim_GetNetwork GetNetwork;
     // NOLINTEND(readability-identifier-naming)
 };
 

@@ -57,8 +57,10 @@ void Acquisition::Start() {
     Begin();
 }
 
+// Many programs for GigE Vision never write TLParamsLocked.
 bool Acquisition::NeedsLock() const {
-    return !camera_.Config().freeRunning && !camera_.Control().IsLockedByClient();
+    const CameraConfig& config = camera_.Config();
+    return !config.freeRunning && !config.network && !camera_.Control().IsLockedByClient();
 }
 
 // With the mutex held, as all private functions but Wake.
@@ -76,6 +78,8 @@ void Acquisition::Begin() {
     numLeft_ = FramesOfOneStart(*camera_.Settings());
     triggered_.reset();
     schedule_.Begin(now);
+    for (const Receiver* const receiver : receivers_)
+        if (receiver->onBegin_) receiver->onBegin_();
     Report(EventKind::AcquisitionStart, now);
     WakeThread();
 }

@@ -3,10 +3,12 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "producers/server/base/claim.h"
@@ -23,7 +25,10 @@ class Camera;
 // The end of a stream: where its buffers come from, and how many frames it wants.
 class Receiver {
   public:
-    explicit Receiver(ZelCti::BufferQueue& buffers) : buffers_(buffers) {}
+    // `onBegin` is called when an acquisition begins that the receiver gets frames of, with the
+    // acquisition locked.
+    explicit Receiver(ZelCti::BufferQueue& buffers, std::function<void()> onBegin = {})
+        : buffers_(buffers), onBegin_(std::move(onBegin)) {}
 
     // False when the frames that were wanted are there, or when no more will come. Thread-safe.
     bool IsGrabbing() const { return grabbing_.load(); }
@@ -34,6 +39,7 @@ class Receiver {
     // What follows is guarded by the mutex of the acquisition, except that the thread may fill and
     // deliver a buffer without it.
     ZelCti::BufferQueue& buffers_;
+    const std::function<void()> onBegin_;
     std::atomic<bool> grabbing_{false};
     uint64_t numLeft_ = 0;
     ZelCti::FrameBuffer* buffer_ = nullptr;  // for the frame that is being read out
@@ -70,7 +76,8 @@ class Acquisition {
     // Called by the features of the camera.
 
     // Throws GC_ERR_ACCESS_DENIED unless TLParamsLocked is 1 and a stream is started, GC_ERR_BUSY
-    // while the camera acquires. A free-running camera asks for nothing of that.
+    // while the camera acquires. A free-running camera asks for nothing of that, and one on a
+    // network not for TLParamsLocked.
     void Start();
     void Stop();   // after the frame under way
     void Abort();  // without it

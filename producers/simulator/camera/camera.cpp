@@ -1,7 +1,8 @@
 #include "producers/simulator/camera/camera.h"
 
+#include <algorithm>
+
 #include "producers/server/base/error.h"
-#include "producers/simulator/config/poweronsettings.h"
 
 namespace ZelSim {
 
@@ -15,12 +16,12 @@ constexpr uint64_t kNsPerSecond = 1000000000;
 
 }  // namespace
 
-Camera::Camera(CameraConfig config, std::string tlType)
+Camera::Camera(CameraConfig config, std::string tlType, PermanentMemory memory)
     : config_(std::move(config)),
       tlType_(std::move(tlType)),
-      control_(PowerOnSettings(config_)),
-      events_(tlType_),
-      userName_(config_.userName) {
+      memory_(std::move(memory)),
+      control_(memory_.userSets.at(memory_.defaultUserSet)),
+      events_(tlType_) {
     events_.Follow(control_);
 }
 
@@ -50,14 +51,19 @@ void Camera::Unplug() {
     events_.ReportLoss();
 }
 
+PermanentMemory Camera::CopyMemory() const {
+    const std::lock_guard lock(mutex_);
+    return memory_;
+}
+
 std::string Camera::UserName() const {
     const std::lock_guard lock(mutex_);
-    return userName_;
+    return memory_.userName;
 }
 
 void Camera::SetUserName(const std::string& name) {
     const std::lock_guard lock(mutex_);
-    userName_ = name;
+    memory_.userName = name;
 }
 
 IpSettings Camera::Ip() const {
@@ -72,10 +78,29 @@ void Camera::ForceIp(const IpSettings& ip) {
     ip_ = ip.address == 0 ? config_.ip : ip;
 }
 
-uint64_t Camera::NanosecondsAt(Frame::Clock::time_point time) const {
+uint64_t Camera::UptimeAt(Frame::Clock::time_point time) const {
     const auto since = time - powerOn_;
     return static_cast<uint64_t>(
         std::chrono::duration_cast<std::chrono::nanoseconds>(since).count());
+}
+
+uint64_t Camera::NanosecondsAt(Frame::Clock::time_point time) const {
+    const int64_t shown = static_cast<int64_t>(UptimeAt(time)) + clockAhead_.load();
+    return static_cast<uint64_t>(std::max<int64_t>(shown, 0));
+}
+
+void Camera::SetClock(uint64_t nanoseconds) {
+    clockAhead_ = static_cast<int64_t>(nanoseconds - Uptime());
+}
+
+uint64_t Camera::SystemNanoseconds() {
+    const auto time = std::chrono::system_clock::now().time_since_epoch();
+    return static_cast<uint64_t>(
+        std::chrono::duration_cast<std::chrono::nanoseconds>(time).count());
+}
+
+void Camera::Trigger(TriggerSource source) {
+    if (Settings()->triggerSource == source) acquisition_.Trigger();
 }
 
 uint64_t Camera::Ticks(uint64_t nanoseconds) const {

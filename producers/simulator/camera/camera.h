@@ -13,6 +13,7 @@
 #include "producers/simulator/camera/acquisition.h"
 #include "producers/simulator/camera/cameracontrol.h"
 #include "producers/simulator/camera/eventchannel.h"
+#include "producers/simulator/camera/permanentmemory.h"
 #include "producers/simulator/config/config.h"
 #include "producers/simulator/frame/frame.h"
 #include "producers/simulator/frame/testpicture.h"
@@ -24,7 +25,10 @@ namespace ZelSim {
 // plugged in again is another object. Thread-safe.
 class Camera {
   public:
-    Camera(CameraConfig config, std::string tlType);
+    // How many action signals trigger it when it is on a network.
+    static constexpr uint32_t kNumActionSignals = 4;
+
+    Camera(CameraConfig config, std::string tlType, PermanentMemory memory);
 
     const std::string& Id() const { return config_.id; }
     const CameraConfig& Config() const { return config_; }
@@ -52,6 +56,12 @@ class Camera {
     // camera that is unplugged.
     ZelCti::Claim Connect(bool controls);
 
+    // What it keeps without power, but the name below; guarded by the lock of the register space.
+    PermanentMemory& Memory() { return memory_; }
+
+    // All of it; with the register space locked.
+    PermanentMemory CopyMemory() const;
+
     // What the user calls the camera.
     std::string UserName() const;
     void SetUserName(const std::string& name);
@@ -63,24 +73,38 @@ class Camera {
     // its configuration again. Throws GC_ERR_ACCESS_DENIED while anyone has it open.
     void ForceIp(const IpSettings& ip);
 
-    // Nanoseconds on the clock of the camera, and the same in its ticks.
+    // Nanoseconds since the power came.
+    uint64_t Uptime() const { return UptimeAt(Frame::Clock::now()); }
+
+    // The clock of the time stamps, in nanoseconds and in ticks. It starts at 0 with the power, and
+    // can be set; before its zero it stands at 0.
     uint64_t Nanoseconds() const { return NanosecondsAt(Frame::Clock::now()); }
     uint64_t NanosecondsAt(Frame::Clock::time_point time) const;
     uint64_t Ticks(uint64_t nanoseconds) const;
+    void SetClock(uint64_t nanoseconds);
+
+    // The clock of the computer, which clocks that agree show.
+    static uint64_t SystemNanoseconds();
+
+    // A trigger from there, which counts if the settings choose that source.
+    void Trigger(TriggerSource source);
 
     // What frames with these settings show; rendered when it differs from the picture before.
     std::shared_ptr<const TestPicture> Picture(const FrameSettings& settings);
 
   private:
+    uint64_t UptimeAt(Frame::Clock::time_point time) const;
+
     const CameraConfig config_;
     const std::string tlType_;
+    PermanentMemory memory_;
     CameraControl control_;
     EventChannel events_;
     const Frame::Clock::time_point powerOn_ = Frame::Clock::now();
+    std::atomic<int64_t> clockAhead_{0};  // of the time since power-on, in ns
     std::atomic<bool> plugged_{true};
     mutable std::mutex mutex_;
-    size_t numConnected_ = 0;     // guarded by mutex_
-    std::string userName_;        // guarded by mutex_
+    size_t numConnected_ = 0;     // guarded by mutex_, as the name in the memory
     IpSettings ip_ = config_.ip;  // guarded by mutex_
     std::mutex pictureMutex_;
     std::shared_ptr<const TestPicture> picture_;  // guarded by pictureMutex_

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "producers/wire/gvcp.h"
+#include "producers/wire/gvcpevents.h"
 
 namespace ZelSim {
 
@@ -19,7 +19,15 @@ using ZelCti::MakeClaim;
 namespace {
 
 // By kind.
-constexpr uint16_t kIds[kNumEventKinds] = {0x9011, 0x9012, 0x9021, 0x9022, 0x9001, 0x9FFF};
+namespace EventId = ZelCti::Gvcp::EventId;
+constexpr uint16_t kIds[kNumEventKinds] = {0x9011,
+                                           0x9012,
+                                           0x9021,
+                                           0x9022,
+                                           0x9001,
+                                           0x9FFF,
+                                           EventId::kPrimaryApplicationSwitch,
+                                           EventId::kActionLate};
 
 // The features whose changes are reported, with their values.
 struct Followed {
@@ -69,7 +77,7 @@ void EventChannel::ReportLoss() {
 }
 
 void EventChannel::SetOn(EventKind kind, bool on) {
-    const uint32_t bit = 1U << static_cast<uint32_t>(kind);
+    const uint32_t bit = EventBit(kind);
     if (on) {
         enabled_ |= bit;
     } else {
@@ -82,8 +90,8 @@ void EventChannel::Send(EventKind kind, uint64_t timestamp, std::optional<uint64
     const CameraEvent event{EventIdOf(kind), timestamp, frameId};
     const std::lock_guard lock(mutex_);
     lastRequest_ = ZelCti::Gvcp::NextRequestId(lastRequest_);
-    const EventMessage message =
-        IsGev(tlType_) ? EncodeGevEvent(event, lastRequest_) : EncodeU3vEvent(event, lastRequest_);
+    const EventMessage message = IsGev(tlType_) ? EncodeGevEvent(event, {lastRequest_}, false)
+                                                : EncodeU3vEvent(event, lastRequest_);
     Fire(GenTL::EVENT_REMOTE_DEVICE, event.id, {message.bytes.data(), message.size});
 }
 

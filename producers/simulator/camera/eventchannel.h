@@ -22,9 +22,18 @@ enum class EventKind : uint32_t {
     FrameStart,
     FrameEnd,
     ExposureEnd,
-    Test
+    Test,
+    // Of cameras on a network, which send them at power-on as well.
+    PrimaryApplicationSwitch,
+    ActionLate
 };
-constexpr uint32_t kNumEventKinds = 6;
+constexpr uint32_t kNumEventKinds = 8;
+constexpr uint32_t kNumCommonEventKinds = 6;  // that cameras on no network have, too
+
+// In sets of events.
+constexpr uint32_t EventBit(EventKind kind) {
+    return 1U << static_cast<uint32_t>(kind);
+}
 
 // GigE cameras send commands of their own; all others send the commands of USB3 cameras.
 const ZelCti::EventForm& EventFormOf(const std::string& tlType);
@@ -33,7 +42,7 @@ const ZelCti::EventForm& EventFormOf(const std::string& tlType);
 uint16_t EventIdOf(EventKind kind);
 
 // Carries the events of a camera to all clients that have it open. Features choose the events that
-// the camera sends; at power-on it sends the test event only, upon a command. Thread-safe: actions
+// the camera sends; at power-on it sends none of frames and acquisitions. Thread-safe: actions
 // of registers and threads that make frames may send events.
 class EventChannel {
   public:
@@ -51,19 +60,18 @@ class EventChannel {
     void ReportLoss();
 
     bool IsOn(EventKind kind) const {
-        return (enabled_.load(std::memory_order_relaxed) >> static_cast<uint32_t>(kind) & 1U) != 0;
+        return (enabled_.load(std::memory_order_relaxed) & EventBit(kind)) != 0;
     }
 
     void SetOn(EventKind kind, bool on);
-
-    // The camera sends the same events again as at power-on.
-    void Reset() { enabled_ = kEnabledAtPowerOn; }
 
     // Sends an event if the camera is to do so.
     void Send(EventKind kind, uint64_t timestamp, std::optional<uint64_t> frameId = {});
 
   private:
-    static constexpr uint32_t kEnabledAtPowerOn = 1U << static_cast<uint32_t>(EventKind::Test);
+    static constexpr uint32_t kEnabledAtPowerOn = EventBit(EventKind::Test) |
+                                                  EventBit(EventKind::PrimaryApplicationSwitch) |
+                                                  EventBit(EventKind::ActionLate);
 
     void ReportChanges(const FrameSettings& before, const FrameSettings& after);
     void Fire(GenTL::EVENT_TYPE type, uint64_t id, ZelCti::EventData data);

@@ -1,7 +1,8 @@
 #include "producers/simulator/camera/flash.h"
 
+#include <algorithm>
+#include <cstring>
 #include <utility>
-#include <vector>
 
 #include "gentl/GenTL.h"
 #include "producers/server/base/error.h"
@@ -27,7 +28,7 @@ constexpr uint64_t kPageBuffer = 0x10000300;
 constexpr uint64_t kWindow = 0x30000000;
 
 constexpr uint32_t kFirst = 0x400000;
-constexpr uint32_t kEnd = 0x800000;
+constexpr uint32_t kEnd = kFirst + Flash::kSize;
 constexpr uint32_t kSectorSize = 0x10000;
 constexpr uint32_t kPageSize = 0x100;
 
@@ -35,6 +36,8 @@ constexpr uint32_t kPageSize = 0x100;
 constexpr uint32_t kErase = 1;
 constexpr uint32_t kProgram = 3;
 constexpr uint32_t kPoll = 6;
+
+constexpr uint64_t kNsPerMs = 1000000;
 
 constexpr uint32_t kMayProgram = 0x1000001;
 
@@ -53,8 +56,10 @@ uint32_t Word(const uint8_t* bytes) {
 
 }  // namespace
 
-Flash::Flash(RegisterSpace& space, Clock clock, uint64_t busyNs)
-    : space_(space), clock_(std::move(clock)), busyNs_(busyNs) {
+Flash::Flash(RegisterSpace& space, Clock clock, uint64_t busyNs, Sectors& sectors)
+    : space_(space), clock_(std::move(clock)), busyNs_(busyNs), sectors_(sectors) {
+    for (const auto& [address, sector] : sectors_)
+        Show(address, sector.size());
     AddControl();
     AddStatus();
     AddPageBuffer();
@@ -64,6 +69,10 @@ Flash::Flash(RegisterSpace& space, Clock clock, uint64_t busyNs)
 void Flash::AddControl() {
     Register command = LittleEndianRegister(kCommand, Access::ReadWrite);
     command.action = [this](const uint8_t* bytes) { Execute(Word(bytes)); };
+    command.duration = [this](const uint8_t* bytes) -> uint32_t {
+        const bool isSlow = Word(bytes) >> 24 == kErase;
+        return isSlow ? static_cast<uint32_t>(busyNs_ / kNsPerMs) : 0;
+    };
     space_.Add(std::move(command));
 
     Register control = LittleEndianRegister(kPageControl, Access::ReadWrite);
@@ -123,27 +132,60 @@ void Flash::Execute(uint32_t command) {
     } else {
         ProgramPage(address);
     }
+    BeBusy();
+}
+
+void Flash::BeBusy() {
     idleNs_ = clock_() + busyNs_;
     status_ = true;
 }
 
+// The sector that holds an address.
+std::vector<uint8_t>& Flash::SectorOf(uint32_t address) {
+    std::vector<uint8_t>& sector = sectors_[address - address % kSectorSize];
+    sector.resize(kSectorSize);
+    return sector;
+}
+
+// Brings a range of a sector into the registers.
+void Flash::Show(uint32_t address, size_t size) {
+    space_.Load(kWindow + address, SectorOf(address).data() + address % kSectorSize, size);
+}
+
 void Flash::Erase(uint32_t address) {
-    const std::vector<uint8_t> erased(kSectorSize, 0xFF);
-    space_.Load(kWindow + address, erased.data(), erased.size());
+    SectorOf(address).assign(kSectorSize, 0xFF);
+    Show(address, kSectorSize);
 }
 
 // Bits can only be cleared, as long as the sector is not erased.
 void Flash::ProgramPage(uint32_t address) {
     if (!mayProgram_) throw Error(GenTL::GC_ERR_ACCESS_DENIED, "no page program is expected");
     mayProgram_ = false;
-    const uint64_t place = kWindow + address;
-    std::vector<uint8_t> page(kPageSize);
+    uint8_t* const page = SectorOf(address).data() + address % kSectorSize;
     std::vector<uint8_t> data(kPageSize);
-    space_.Read(place, page.data(), page.size());
     space_.Read(kPageBuffer, data.data(), data.size());
-    for (size_t i = 0; i < page.size(); ++i)
+    for (size_t i = 0; i < data.size(); ++i)
         page[i] = static_cast<uint8_t>(page[i] & data[i]);
-    space_.Load(place, page.data(), page.size());
+    Show(address, kPageSize);
+}
+
+void Flash::ReadFile(size_t offset, uint8_t* out, size_t size) const {
+    RequireIdle();
+    space_.Read(kWindow + kFirst + offset, out, size);
+}
+
+void Flash::WriteFile(size_t offset, const uint8_t* in, size_t size) {
+    RequireIdle();
+    while (size != 0) {
+        const auto address = static_cast<uint32_t>(kFirst + offset);
+        const size_t part = std::min<size_t>(size, kSectorSize - address % kSectorSize);
+        std::memcpy(SectorOf(address).data() + address % kSectorSize, in, part);
+        Show(address, part);
+        in += part;
+        offset += part;
+        size -= part;
+    }
+    BeBusy();
 }
 
 }  // namespace ZelSim

@@ -73,6 +73,13 @@ void Draw(Camera& camera, const FrameSettings& settings, const FrameBuffer& buff
     }
 }
 
+void DescribeChunks(const Camera& camera, const FrameSettings& settings, FrameInfo& info) {
+    const ChunkSet chunks = settings.SentChunks();
+    if (chunks.IsEmpty()) return;
+    info.chunkOrder = camera.WireOrder();
+    info.chunkLayoutId = settings.ImageSize() << kNumChunkKinds | chunks.Bits();
+}
+
 void AppendChunks(const Camera& camera, const FrameSettings& settings, uint8_t* payload,
                   FrameInfo& info) {
     const ChunkSet chunks = settings.SentChunks();
@@ -81,11 +88,18 @@ void AppendChunks(const Camera& camera, const FrameSettings& settings, uint8_t* 
     values.frameId = info.id;
     values.timestamp = info.timestamp;
     WriteChunks(payload, chunks, settings.ImageSize(), values, camera.WireOrder(), camera.Order());
-    info.chunkOrder = camera.WireOrder();
-    info.chunkLayoutId = settings.ImageSize() << kNumChunkKinds | chunks.Bits();
+    DescribeChunks(camera, settings, info);
 }
 
 }  // namespace
+
+FrameInfo Announce(const Camera& camera, const Frame& frame) {
+    FrameInfo info = InfoOf(camera, frame);
+    info.deliveredHeight = info.height;
+    info.sizeFilled = static_cast<size_t>(frame.settings->PayloadSize());
+    DescribeChunks(camera, *frame.settings, info);
+    return info;
+}
 
 FrameInfo WriteFrame(Camera& camera, const Frame& frame, const FrameBuffer& buffer) {
     FrameInfo info = InfoOf(camera, frame);

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "producers/simulator/config/network.h"
+#include "producers/simulator/config/networkswitches.h"
 #include "producers/simulator/frame/imagelayout.h"
 
 namespace ZelSim {
@@ -33,9 +35,10 @@ struct CameraConfig : ImageLayout {
     uint32_t bufAlignment = 1;
     uint32_t flashBusyTime = 5;  // ms
     uint64_t timestampFrequency = 1000000000;
-    IpSettings ip;                // address and mask 0: the interface gives them
-    std::string descriptionFile;  // announced before the camera's own description
-    std::string descriptionUrl;   // announced before all others
+    IpSettings ip;                           // address and mask 0: the interface gives them
+    std::string descriptionFile;             // announced before the camera's own description
+    std::string descriptionUrl;              // announced before all others
+    std::optional<NetworkSettings> network;  // a GigE Vision device, which a network can have
 };
 
 struct InterfaceConfig {

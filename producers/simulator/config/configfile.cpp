@@ -53,9 +53,13 @@ std::string Variable(const char* name) {
 
 }  // namespace
 
+WorldConfig LoadConfigFile(const std::string& path) {
+    return ParseConfig(ReadFile(path), path);
+}
+
 WorldConfig LoadConfig() {
     const std::string path = Variable("ZELSIM_CONFIG");
-    if (!path.empty()) return ParseConfig(ReadFile(path), path);
+    if (!path.empty()) return LoadConfigFile(path);
     const std::string asked = Variable("ZELSIM");
     if (asked == "1") return DefaultConfig();
     if (asked.empty() || asked == "0") return {};

@@ -229,12 +229,30 @@ void ForEachChild(const XMLElement& parent, const char* name, const std::string&
     }
 }
 
+NetworkSettings NetworkOf(const XMLElement& element, const std::string& source) {
+    NetworkSettings settings;
+    for (const XMLAttribute* a = element.FirstAttribute(); a != nullptr; a = a->Next()) {
+        try {
+            NetworkSwitches::Set(settings, a->Name(), a->Value());
+        } catch (const Error& error) {
+            Place{source, a->GetLineNum()}.Fail(error.what());
+        }
+    }
+    if (!element.NoChildren()) Place{source, element.GetLineNum()}.Fail("Network holds nothing");
+    return settings;
+}
+
 CameraConfig CameraOf(const XMLElement& element, const std::string& source) {
     static const auto kKeys = CameraKeys();
     CameraConfig camera;
     ReadAttributes(element, kKeys, source, camera);
     const Place place{source, element.GetLineNum()};
-    if (element.FirstChildElement() != nullptr) place.Fail("Camera holds no elements");
+    ForEachChild(element, "Network", source, [&](const XMLElement& network) {
+        if (camera.network) {
+            Place{source, network.GetLineNum()}.Fail("Camera holds one Network element only");
+        }
+        camera.network = NetworkOf(network, source);
+    });
     const PixelFormat& format = *camera.pixelFormat;
     if (!format.AcceptsWidth(camera.width)) {
         place.Fail("width=\"" + std::to_string(camera.width) + "\": lines of " + format.name +

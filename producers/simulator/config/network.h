@@ -17,6 +17,11 @@ struct IpSettings {
 
 // Four numbers from 0 to 255 with points between them.
 std::optional<uint32_t> ParseIpAddress(std::string_view text);
+std::string IpAddressText(uint32_t address);
+
+// Six bytes in hexadecimal digits with colons between them.
+std::optional<uint64_t> ParseMacAddress(std::string_view text);
+std::string MacAddressText(uint64_t address);
 
 // A 48-bit address of the locally administered range, always the same for an identifier.
 uint64_t MacAddressOf(const std::string& id);

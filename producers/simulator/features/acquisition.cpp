@@ -1,10 +1,14 @@
 // When frames are taken, and for how long the sensor is exposed.
+#include <string>
+#include <vector>
+
 #include "producers/simulator/camera/camera.h"
 #include "producers/simulator/features/categories.h"
 #include "producers/simulator/features/settings.h"
 
 namespace ZelSim {
 
+using ZelCti::Entry;
 using ZelCti::Error;
 using ZelCti::FeatureTable;
 using ZelCti::IntegerValue;
@@ -173,6 +177,17 @@ void AddExposure(FeatureTable& features, const SettingTraits& settings) {
                           SetExposureAuto));
 }
 
+std::vector<Entry> TriggerSourceEntries(bool hasActions) {
+    std::vector<Entry> entries{{"Software", 0, "From the command TriggerSoftware."},
+                               {"Line0", 1, "From a line, on which there are none."}};
+    for (uint32_t i = 0; hasActions && i < Camera::kNumActionSignals; ++i) {
+        const std::string number = std::to_string(i);
+        entries.push_back({"Action" + number, static_cast<int64_t>(TriggerSource::Action0) + i,
+                           "From action signal " + number + "."});
+    }
+    return entries;
+}
+
 void AddTrigger(FeatureTable& features, const SettingTraits& settings, Camera& camera) {
     features.Enumeration("TriggerSelector", "The trigger that the other features set.")
         .Entries({{"FrameStart", 0, "Each trigger starts a frame."}})
@@ -188,19 +203,14 @@ void AddTrigger(FeatureTable& features, const SettingTraits& settings, Camera& c
         .SelectedBy("TriggerSelector")
         .AvailableIf("TriggerIsSoftware")
         .At(0x2240)
-        .Does([&camera] {
-            if (camera.Settings()->triggerSource == TriggerSource::Software) {
-                camera.GetAcquisition().Trigger();
-            }
-        });
+        .Does([&camera] { camera.Trigger(TriggerSource::Software); });
     features.IntSwissKnife("TriggerIsSoftware")
         .Variables({{"MODE", "TriggerModeReg"}, {"SOURCE", "TriggerSourceReg"}})
         .Formula("(MODE = 1) && (SOURCE = 0)");
     features.Enumeration("TriggerSource", "Where triggers come from.")
         .SelectedBy("TriggerSelector")
         .At(0x2238)
-        .Entries({{"Software", 0, "From the command TriggerSoftware."},
-                  {"Line0", 1, "From a line, on which there are none."}})
+        .Entries(TriggerSourceEntries(camera.Config().network.has_value()))
         .Streamable()
         .Apply(settings.Free(&Settings::triggerSource));
     features.Enumeration("TriggerActivation", "Which edge of a line triggers.")

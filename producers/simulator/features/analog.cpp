@@ -94,13 +94,13 @@ struct Calibration {
 // A command that takes its time.
 void AddCalibration(FeatureTable& features, Camera& camera) {
     const auto calibration = std::make_shared<Calibration>();
-    const auto isBusy = [=, &camera] { return camera.Nanoseconds() < calibration->endNs; };
+    const auto isBusy = [=, &camera] { return camera.Uptime() < calibration->endNs; };
     features.Command("BlackLevelCalibrate", "Calibrates the sensor, which takes a moment.")
         .Guru()
         .At(0x2328)
         .Does([=, &camera] {
             if (isBusy()) throw Error(GenTL::GC_ERR_BUSY, "the calibration runs already");
-            calibration->endNs = camera.Nanoseconds() + kCalibrationNs;
+            calibration->endNs = camera.Uptime() + kCalibrationNs;
             ++calibration->count;
         })
         .BusyWhile(isBusy);

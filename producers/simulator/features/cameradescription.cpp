@@ -22,6 +22,12 @@ std::string NameOf(std::string text) {
     return text;
 }
 
+Description::Form FormOf(const CameraConfig& config) {
+    const bool isArchive =
+        config.network && (config.network->zip || config.network->urlForm == UrlForm::UpperCaseZip);
+    return isArchive ? Description::Form::Zip : Description::Form::Xml;
+}
+
 const char* StandardNameSpace(const std::string& tlType) {
     if (tlType == TLTypeGEVName) return "GEV";
     if (tlType == TLTypeU3VName) return "USB";
@@ -41,7 +47,7 @@ std::unique_ptr<const Description> DescribeCamera(const Camera& camera,
     header.productGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D50";
     header.versionGuid = "6D1C4B70-52A8-4E0F-9C31-0A7E5B2F9D5F";
     return std::make_unique<Description>(header.modelName, features.Describe(header),
-                                         Description::Form::Xml);
+                                         FormOf(camera.Config()));
 }
 
 }  // namespace ZelSim

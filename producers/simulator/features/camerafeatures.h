@@ -1,8 +1,10 @@
 // The features of a camera.
 #pragma once
 
+#include <functional>
+
 #include "producers/server/registers/featuretable.h"
-#include "producers/simulator/camera/flash.h"
+#include "producers/simulator/camera/devicefiles.h"
 #include "producers/simulator/features/usersets.h"
 
 namespace ZelSim {
@@ -14,11 +16,13 @@ class Camera;
 class CameraFeatures {
   public:
     // Adds the features to a table over the space. The object and the camera must outlive the use
-    // of the registers.
-    CameraFeatures(Camera& camera, ZelCti::RegisterSpace& space, ZelCti::FeatureTable& table);
+    // of the registers. DeviceReset calls `powerCycle`.
+    CameraFeatures(Camera& camera, std::function<void()> powerCycle, ZelCti::RegisterSpace& space,
+                   ZelCti::FeatureTable& table);
 
   private:
     Flash flash_;
+    DeviceFiles files_;
     UserSets userSets_;
 };
 

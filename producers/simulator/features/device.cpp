@@ -1,6 +1,7 @@
 // What the camera is and how it does.
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "producers/server/registers/transporttype.h"
 #include "producers/simulator/camera/camera.h"
@@ -92,7 +93,7 @@ void AddTemperatures(FeatureTable& features, Camera& camera) {
         .Indexed("DeviceTemperatureSelectorValue", std::size(kCold), [&camera](size_t i) {
             IntegerValue value;
             value.get = [&camera, cold = kCold[i]] {
-                return cold + std::min(camera.Nanoseconds(), kWarmUpNs) * kWarmUp / kWarmUpNs;
+                return cold + std::min(camera.Uptime(), kWarmUpNs) * kWarmUp / kWarmUpNs;
             };
             return value;
         });
@@ -104,6 +105,10 @@ void AddClock(FeatureTable& features, Camera& camera) {
         .Expert()
         .At(0x2014)
         .Does([=, &camera] { *latchedTicks = camera.Ticks(camera.Nanoseconds()); });
+    features.Command("TimestampReset", "Sets the clock of the time stamps to 0.")
+        .Expert()
+        .At(0x203C)
+        .Does([&camera] { camera.SetClock(0); });
     features
         .IntReg("TimestampLatchValue", "Time at which it was latched last, in ticks of the camera.")
         .Expert()
@@ -156,19 +161,19 @@ void AddFactory(FeatureTable& features) {
 
 }  // namespace
 
-void AddDeviceControl(FeatureTable& features, Camera& camera, UserSets& userSets) {
+void AddDeviceControl(FeatureTable& features, Camera& camera, std::function<void()> powerCycle) {
     features.Category("DeviceControl", "The camera as a device.");
     AddIdentity(features, camera);
     AddTemperatures(features, camera);
     AddClock(features, camera);
-    features.Command("DeviceReset", "Loads the user set that is the default, as at power-on.")
+    features
+        .Command(
+            "DeviceReset",
+            "Takes the power from the camera for a moment, as if it were unplugged and plugged "
+            "in again.")
         .Guru()
-        .LockedBy("FrameSettingsLocked")
         .At(0x2010)
-        .Does([&camera, &userSets] {
-            userSets.LoadDefault();  // refused while frames flow
-            camera.Events().Reset();
-        });
+        .Does(std::move(powerCycle));
     AddCapabilities(features);
     AddFactory(features);
 }

@@ -8,6 +8,7 @@ namespace ZelSim {
 
 using ZelCti::Entry;
 using ZelCti::EventForm;
+using ZelCti::Feature;
 using ZelCti::FeatureTable;
 using ZelCti::HexOf;
 using ZelCti::IntegerValue;
@@ -16,23 +17,37 @@ namespace {
 
 struct EventFeature {
     EventKind kind;
+    bool hasFrame;
     const char* name;
     const char* when;
     const char* cause;
-    bool hasFrame;
 };
 constexpr EventFeature kEvents[] = {
-    {EventKind::AcquisitionStart, "AcquisitionStart", "At", "the start of an acquisition", false},
-    {EventKind::AcquisitionEnd, "AcquisitionEnd", "At", "the end of an acquisition", false},
-    {EventKind::FrameStart, "FrameStart", "At", "the start of a frame", true},
-    {EventKind::FrameEnd, "FrameEnd", "At", "the end of a frame", true},
-    {EventKind::ExposureEnd, "ExposureEnd", "At", "the end of an exposure", true},
-    {EventKind::Test, "Test", "Upon", "the command TestEventGenerate", false},
+    {EventKind::AcquisitionStart, false, "AcquisitionStart", "At", "the start of an acquisition"},
+    {EventKind::AcquisitionEnd, false, "AcquisitionEnd", "At", "the end of an acquisition"},
+    {EventKind::FrameStart, true, "FrameStart", "At", "the start of a frame"},
+    {EventKind::FrameEnd, true, "FrameEnd", "At", "the end of a frame"},
+    {EventKind::ExposureEnd, true, "ExposureEnd", "At", "the end of an exposure"},
+    {EventKind::Test, false, "Test", "Upon", "the command TestEventGenerate"},
+    {EventKind::PrimaryApplicationSwitch, false, "PrimaryApplicationSwitch", "At",
+     "another application's taking control"},
+    {EventKind::ActionLate, false, "ActionLate", "At", "an action that comes after its time"},
 };
 
-std::vector<Entry> EventEntries() {
+// What a camera on a network sends with block ids of 64 bits is that much longer before the time.
+constexpr const char* kExtension = "EventExtension";
+
+// By kind.
+std::vector<EventFeature> EventsOf(const Camera& camera) {
+    const auto* const begin = std::begin(kEvents);
+    const uint32_t count = camera.Config().network ? kNumEventKinds : kNumCommonEventKinds;
+    return {begin, begin + count};
+}
+
+std::vector<Entry> EventEntries(const std::vector<EventFeature>& events) {
     std::vector<Entry> entries;
-    for (const EventFeature& event : kEvents) {
+    entries.reserve(events.size());
+    for (const EventFeature& event : events) {
         entries.push_back({event.name, static_cast<int64_t>(event.kind),
                            std::string(event.when) + " " + event.cause + "."});
     }
@@ -46,7 +61,18 @@ IntegerValue NotificationValue(EventChannel& channel, EventKind kind) {
     return value;
 }
 
-void AddEventData(FeatureTable& features, const EventFeature& event, const EventForm& form) {
+// Consumers want whole bytes.
+std::string DigitsOf(uint16_t id) {
+    const std::string digits = HexOf(id);
+    return std::string(2 * sizeof(id) - digits.size(), '0') + digits;
+}
+
+void AddEventData(FeatureTable& features, const EventFeature& event, const Camera& camera) {
+    const EventForm& form = EventFormOf(camera.TlType());
+    const auto in = [&](Feature& feature, uint32_t address, const std::string& port) {
+        feature.Expert().At(address, sizeof(uint64_t)).Order(form.order).Port(port);
+        if (camera.Config().network) feature.AtOffset(kExtension);
+    };
     const std::string name = std::string("Event") + event.name;
     const std::string port = name + "Port";
     const uint16_t id = EventIdOf(event.kind);
@@ -55,31 +81,25 @@ void AddEventData(FeatureTable& features, const EventFeature& event, const Event
         .In("EventControl");
     features.Integer(name, "Identifier of the event; changes are reported when one comes.")
         .Expert()
-        .With("EventID", HexOf(id))
+        .With("EventID", DigitsOf(id))
         .Constant(id)
         .Representation("HexNumber");
-    features.Integer(name + "Timestamp", "When it happened, in ticks of the camera.")
-        .Expert()
-        .At(form.timestampAddress, 8)
-        .Order(form.order)
-        .Port(port);
+    in(features.Integer(name + "Timestamp", "When it happened, in ticks of the camera."),
+       form.timestampAddress, port);
     if (event.hasFrame) {
-        features.Integer(name + "FrameID", "Number of the frame.")
-            .Expert()
-            .At(form.frameIdAddress, 8)
-            .Order(form.order)
-            .Port(port);
+        in(features.Integer(name + "FrameID", "Number of the frame."), form.frameIdAddress, port);
     }
-    features.Port(port).With("EventID", HexOf(id));
+    features.Port(port).With("EventID", DigitsOf(id));
 }
 
 }  // namespace
 
 void AddEventControl(FeatureTable& features, Camera& camera) {
+    const std::vector<EventFeature> events = EventsOf(camera);
     features.Category("EventControl", "Messages that the camera sends by itself.");
     features.Enumeration("EventSelector", "Selects the event that EventNotification switches.")
         .Expert()
-        .Entries(EventEntries())
+        .Entries(EventEntries(events))
         .Streamable()
         .Local(0);
     features.Enumeration("EventNotification", "Whether the camera sends the selected event.")
@@ -89,11 +109,15 @@ void AddEventControl(FeatureTable& features, Camera& camera) {
         .Entries({{"Off", 0, "The event is not sent."}, {"On", 1, "The event is sent."}})
         .Streamable()
         .InvalidatedBy({"DeviceReset"})
-        .Indexed("EventSelectorValue", kNumEventKinds, [&camera](size_t i) {
+        .Indexed("EventSelectorValue", events.size(), [&camera](size_t i) {
             return NotificationValue(camera.Events(), static_cast<EventKind>(i));
         });
-    for (const EventFeature& event : kEvents)
-        AddEventData(features, event, EventFormOf(camera.TlType()));
+    for (const EventFeature& event : events)
+        AddEventData(features, event, camera);
+    if (!camera.Config().network) return;
+    features.IntSwissKnife(kExtension)
+        .Variables({{"EXTENDED", "GevGVSPExtendedIDModeReg"}})
+        .Formula("EXTENDED * 8");
 }
 
 void AddTestControl(FeatureTable& features, Camera& camera) {

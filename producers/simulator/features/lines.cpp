@@ -21,11 +21,11 @@ constexpr unsigned kFirstDebouncerBit = 8;
 constexpr unsigned kLastDebouncerBit = 15;
 
 // A line without a signal is low, and high for the camera when it is inverted.
-uint64_t StatusOfLines(RegisterSpace& space) {
+uint64_t StatusOfLines(RegisterSpace& space, uint64_t configs) {
     uint64_t status = 0;
     for (size_t line = 0; line < kNumLines; ++line) {
         uint8_t bytes[kLineConfigSize];
-        space.Read(kLineConfigs + line * sizeof(bytes), bytes, sizeof(bytes));
+        space.Read(configs + line * sizeof(bytes), bytes, sizeof(bytes));
         const uint64_t config = LoadInteger(bytes, sizeof(bytes), ByteOrder::Little);
         status |= (config >> kInverterBit & 1U) << line;
     }
@@ -39,8 +39,8 @@ Feature& AddConfigBits(FeatureTable& features, const char* name) {
         .Order(ByteOrder::Little);
 }
 
-void AddLineConfig(FeatureTable& features) {
-    features.Memory(kLineConfigs, kNumLines * kLineConfigSize);
+// Returns where the space has the configuration.
+uint64_t AddLineConfig(FeatureTable& features) {
     features.Enumeration("LineMode", "Direction of the line.")
         .Expert()
         .SelectedBy("LineSelector")
@@ -63,6 +63,7 @@ void AddLineConfig(FeatureTable& features) {
         .Streamable()
         .Over("LineDebouncerBits");
     AddConfigBits(features, "LineDebouncerBits").Bits(kFirstDebouncerBit, kLastDebouncerBit);
+    return features.Memory(kLineConfigs, kNumLines * kLineConfigSize);
 }
 
 }  // namespace
@@ -74,7 +75,7 @@ void AddDigitalIOControl(FeatureTable& features, RegisterSpace& space) {
         .Entries({{"Line0", 0, "The first line."}, {"Line1", 1, "The second line."}})
         .Streamable()
         .Local(0);
-    AddLineConfig(features);
+    const uint64_t configs = AddLineConfig(features);
     features.Boolean("LineStatus", "Whether the line is high; those without a signal are low.")
         .Expert()
         .SelectedBy("LineSelector")
@@ -87,7 +88,7 @@ void AddDigitalIOControl(FeatureTable& features, RegisterSpace& space) {
         .At(0x2410)
         .Volatile()
         .Representation("HexNumber")
-        .Get([&space] { return StatusOfLines(space); });
+        .Get([&space, configs] { return StatusOfLines(space, configs); });
 }
 
 }  // namespace ZelSim

@@ -24,8 +24,8 @@ void CheckLock(uint64_t value) {
     if (value > 1) throw Error(GenTL::GC_ERR_INVALID_VALUE, "neither locked nor unlocked");
 }
 
-// What GigE cameras are told about packets; it changes nothing here.
-void AddPackets(FeatureTable& features, Camera& camera) {
+// What GigE cameras on no network are told about packets; it changes nothing here.
+void AddPacketMemory(FeatureTable& features, Camera& camera) {
     features.Integer("GevSCPSPacketSize", "Size of the packets of the stream.")
         .Expert()
         .LockedBy("FrameSettingsLocked")
@@ -86,7 +86,8 @@ void AddTransportLayerControl(FeatureTable& features, Camera& camera) {
     features.IntReg("FrameSettingsLocked").At(0x260C).Volatile().Get([&control] {
         return control.IsLocked() ? 1 : 0;
     });
-    if (camera.TlType() == TLTypeGEVName) AddPackets(features, camera);
+    if (camera.TlType() == TLTypeGEVName && !camera.Config().network)
+        AddPacketMemory(features, camera);
 }
 
 }  // namespace ZelSim

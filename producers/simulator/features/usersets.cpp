@@ -13,6 +13,8 @@ using ZelCti::FeatureTable;
 
 namespace {
 
+constexpr uint32_t kSaveTime = 300;  // ms
+
 std::vector<Entry> UserSetEntries() {
     return {{"Default", 0, "The settings at power-on, which cannot be saved over."},
             {"UserSet0", 1, "The first set of the user."},
@@ -21,17 +23,13 @@ std::vector<Entry> UserSetEntries() {
 
 }  // namespace
 
-UserSets::UserSets(CameraControl& control) : control_(control) {
-    sets_.fill(*control.Settings());
-}
-
 void UserSets::Load(size_t index) {
-    control_.ChangeFixed([&](FrameSettings& settings) { settings = sets_.at(index); });
+    control_.ChangeFixed([&](FrameSettings& settings) { settings = memory_.userSets.at(index); });
 }
 
 void UserSets::Save(size_t index) {
     if (index == 0) throw Error(GenTL::GC_ERR_ACCESS_DENIED, "the factory's settings stay");
-    sets_.at(index) = *control_.Settings();
+    memory_.userSets.at(index) = *control_.Settings();
 }
 
 void AddUserSetControl(FeatureTable& features, UserSets& userSets) {
@@ -52,13 +50,14 @@ void AddUserSetControl(FeatureTable& features, UserSets& userSets) {
         .LockedBy("UserSetIsFixed")
         .At(0x2520)
         .Access(Access::WriteOnly)
+        .Takes(kSaveTime)
         .Indexed("UserSetSelectorValue", UserSets::kCount, [&userSets](size_t i) {
             return CommandValue([&userSets, i] { userSets.Save(i); });
         });
     features.IntSwissKnife("UserSetIsFixed")
         .Variables({{"SELECTOR", "UserSetSelectorValue"}})
         .Formula("SELECTOR = 0");
-    features.Enumeration("UserSetDefault", "The set that a reset brings into effect.")
+    features.Enumeration("UserSetDefault", "The set with which the camera starts after a reset.")
         .Expert()
         .At(0x2504)
         .Entries(UserSetEntries())

@@ -1,11 +1,10 @@
 // User sets of a camera.
 #pragma once
 
-#include <array>
 #include <cstddef>
-#include <cstdint>
 
 #include "producers/simulator/camera/cameracontrol.h"
+#include "producers/simulator/camera/permanentmemory.h"
 
 namespace ZelSim {
 
@@ -13,25 +12,23 @@ namespace ZelSim {
 // the register space.
 class UserSets {
   public:
-    static constexpr size_t kCount = 3;
+    static constexpr size_t kCount = PermanentMemory::kNumUserSets;
 
-    // All sets are the present settings.
-    explicit UserSets(CameraControl& control);
+    UserSets(CameraControl& control, PermanentMemory& memory)
+        : control_(control), memory_(memory) {}
 
     // Throws what CameraControl::ChangeFixed throws.
     void Load(size_t index);
-    void LoadDefault() { Load(default_); }
 
     void Save(size_t index);  // throws GC_ERR_ACCESS_DENIED for the first one
 
-    // The set that a reset loads.
-    size_t Default() const { return default_; }
-    void SetDefault(size_t index) { default_ = index; }
+    // The set with which the camera starts.
+    size_t Default() const { return memory_.defaultUserSet; }
+    void SetDefault(size_t index) { memory_.defaultUserSet = index; }
 
   private:
     CameraControl& control_;
-    std::array<FrameSettings, kCount> sets_;
-    size_t default_ = 0;
+    PermanentMemory& memory_;
 };
 
 }  // namespace ZelSim

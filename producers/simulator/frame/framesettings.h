@@ -13,7 +13,7 @@ namespace ZelSim {
 
 enum class AcquisitionMode : uint32_t { Continuous, SingleFrame, MultiFrame };
 enum class ExposureAuto : uint32_t { Off, Once, Continuous };
-enum class TriggerSource : uint32_t { Software, Line0 };
+enum class TriggerSource : uint32_t { Software, Line0, Action0, Action1, Action2, Action3 };
 
 // What is set for one selected channel of the amplifier, or for all of them.
 enum class Channel : uint32_t { All, Red, Green, Blue };
