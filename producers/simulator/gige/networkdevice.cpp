@@ -1,0 +1,505 @@
+#include "producers/simulator/gige/networkdevice.h"
+
+#include <algorithm>
+#include <array>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include "gentl/GenTL.h"
+#include "producers/server/base/error.h"
+#include "producers/wire/bootstrapbits.h"
+#include "producers/wire/gvcp.h"
+
+namespace ZelSim {
+
+using ZelCti::ByteView;
+using ZelCti::Error;
+namespace Gev = ZelCti::Gev;
+namespace Gvcp = ZelCti::Gvcp;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// In every network namespace. Programs of this machine reach all of its addresses through it.
+constexpr unsigned kLoopbackIndex = 1;
+
+// Datagrams of a socket that are dealt with before the others are looked at.
+constexpr int kMaxDatagrams = 64;
+
+// More than any message has: what is longer is refused for its length.
+constexpr size_t kDatagramSize = 2048;
+
+// Sockets on loopback can reach nothing else, whatever a datagram or a register says.
+std::string DeviceOf(const HostAddress& place) {
+    return place.isLoopback ? place.interface : std::string();
+}
+
+NetworkSettings SettingsOf(const CameraConfig& config, const HostAddress& place) {
+    NetworkSettings settings = config.network.value_or(NetworkSettings());
+    settings.ip.address = place.address;
+    settings.ip.mask = place.mask;
+    if (settings.mac == 0) settings.mac = MacAddressOf(config.id);
+    return settings;
+}
+
+CameraConfig OnNetwork(CameraConfig config, const NetworkSettings& settings) {
+    config.network = settings;
+    config.bigEndian = true;
+    return config;
+}
+
+std::string TextOf(const Endpoint& endpoint) {
+    return IpAddressText(endpoint.address) + ':' + std::to_string(endpoint.port);
+}
+
+// For poll, which must not wake too early: rounded up.
+int MillisecondsUntil(Clock::time_point time) {
+    if (time == Clock::time_point::max()) return -1;
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(time - Clock::now());
+    return static_cast<int>(std::clamp<int64_t>(left.count(), 0, INT32_MAX));
+}
+
+int MakeEvent() {
+    const int event = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
+    if (event < 0) throw Error(GenTL::GC_ERR_IO, "no further file can be opened");
+    return event;
+}
+
+}  // namespace
+
+NetworkDevice::Sockets::Sockets(const HostAddress& at, uint16_t messagePort)
+    : place(at),
+      control({at.address, Gvcp::kPort}, DeviceOf(at), false),
+      messages({at.address, messagePort}, DeviceOf(at), false),
+      limited({UINT32_MAX, Gvcp::kPort}, at.interface, true) {
+    if (at.Broadcast() == at.address) return;  // alone in its subnet
+    directed.emplace(Endpoint{at.Broadcast(), Gvcp::kPort}, at.interface, true);
+}
+
+NetworkDevice::Powered::Powered(NetworkDevice& device, PermanentMemory memory)
+    : messages(
+          device.messagePort_,
+          [&device](const Endpoint& to, ByteView message) {
+              device.sockets_->messages.Send(to, message);
+          },
+          [&device] { device.Wake(); }),
+      camera(std::make_shared<SimulatedCamera>(device.config_, TLTypeGEVName,
+                                               device.MakeSurroundings(), std::move(memory))),
+      subscription(camera->Hardware().Events().Subscribe(messages)),
+      streams(device.MakeStreams(camera->Hardware(), device.sockets_->place)),
+      registers(camera->Hardware(), camera->Registers(), device, privilege),
+      control(camera->Hardware(), camera->Registers(), registers, privilege, device,
+              [&device](const Endpoint& to, ByteView message) {
+                  device.sockets_->control.Send(to, message);
+              }) {}
+
+NetworkDevice::Powered::~Powered() {
+    camera->Hardware().Unplug();
+}
+
+NetworkDevice::NetworkDevice(const CameraConfig& config, const HostAddress& place, FindPlace find,
+                             Report report)
+    : config_(OnNetwork(config, SettingsOf(config, place))),
+      find_(std::move(find)),
+      report_(std::move(report)),
+      switches_(*config_.network),
+      wake_(MakeEvent()),
+      sockets_(std::make_unique<Sockets>(place, 0)),
+      messagePort_(sockets_->messages.Port()),
+      permanent_(config_),
+      place_(place),
+      home_(config_.network->ip) {
+    ipMemory_.configuration = Gev::IpConfiguration::kLla | Gev::IpConfiguration::kDhcp;
+    SwitchOn();
+    thread_ = std::thread([this] { Run(); });
+    report_(Id() + ": " + Describe());
+}
+
+NetworkDevice::~NetworkDevice() {
+    {
+        const std::lock_guard lock(mutex_);
+        isQuitting_ = true;
+    }
+    Wake();
+    thread_.join();
+    close(wake_);
+}
+
+void NetworkDevice::MoveTo(const HostAddress& place) {
+    auto sockets = std::make_unique<Sockets>(place, messagePort_);
+    const IpSettings ip{place.address, place.mask, 0};
+    switches_.SetIp(ip);
+    std::unique_lock lock(mutex_);
+    home_ = ip;
+    next_ = std::move(sockets);
+    const uint64_t before = numFollowed_;
+    Wake();
+    followed_.wait(lock, [&] { return numFollowed_ != before; });
+}
+
+HostAddress NetworkDevice::Place() const {
+    const std::lock_guard lock(mutex_);
+    return place_;
+}
+
+void NetworkDevice::PowerCycle() {
+    {
+        const std::lock_guard lock(mutex_);
+        wantsPowerCycle_ = true;
+    }
+    Wake();
+}
+
+void NetworkDevice::FireTestEvent() {
+    const std::shared_ptr<Powered> powered = Power();
+    if (powered == nullptr) return;
+    Camera& camera = powered->camera->Hardware();
+    camera.Events().Send(EventKind::Test, camera.Ticks(camera.Nanoseconds()));
+}
+
+NetworkStatistics NetworkDevice::Statistics() const {
+    const std::lock_guard lock(mutex_);
+    NetworkStatistics statistics = received_;
+    if (powered_ == nullptr) return statistics;
+    for (const auto& stream : powered_->streams) {
+        const StreamStatistics sent = stream->Statistics();
+        statistics.blocks += sent.blocks;
+        statistics.packets += sent.packets;
+        statistics.lostBlocks += sent.lostBlocks;
+        statistics.resent += sent.resent;
+    }
+    return statistics;
+}
+
+std::string NetworkDevice::Describe() const {
+    const auto settings = switches_.Settings();
+    const std::lock_guard lock(mutex_);
+    std::string text = config_.vendor + ' ' + config_.model + " (" + config_.serial + ") at " +
+                       IpAddressText(place_.address) + ", MAC " + MacAddressText(settings->mac) +
+                       ", on " + place_.interface;
+    if (settings->ip.address != place_.address) {
+        text += ", shows " + IpAddressText(settings->ip.address);
+    }
+    if (controller_) text += ", controlled by " + TextOf(*controller_);
+    return text;
+}
+
+void NetworkDevice::Run() {
+    while (WaitForWork()) {
+        FollowOrders();
+        if (powered_ == nullptr && Clock::now() >= onAgain_) {
+            RestartIp();
+            SwitchOn();
+        }
+        ReceiveAll();
+        if (powered_ != nullptr) {
+            powered_->control.OnTimer(Clock::now());
+            powered_->messages.OnTimer(Clock::now());
+        }
+        ReportChanges();
+    }
+}
+
+// False when the object is to end.
+bool NetworkDevice::WaitForWork() {
+    {
+        const std::lock_guard lock(mutex_);
+        if (isQuitting_) return false;
+    }
+    std::array<pollfd, 5> wanted{};
+    size_t count = 0;
+    const auto add = [&](int descriptor) { wanted[count++] = {descriptor, POLLIN, 0}; };
+    add(wake_);
+    add(sockets_->control.Descriptor());
+    add(sockets_->messages.Descriptor());
+    add(sockets_->limited.Descriptor());
+    if (sockets_->directed) add(sockets_->directed->Descriptor());
+    poll(wanted.data(), count, MillisecondsUntil(NextDeadline()));
+    uint64_t numWakes = 0;
+    (void)!read(wake_, &numWakes, sizeof numWakes);
+    return true;
+}
+
+NetworkDevice::Time NetworkDevice::NextDeadline() const {
+    if (powered_ == nullptr) return onAgain_;
+    const auto control = powered_->control.NextDeadline(Clock::now());
+    return std::min(powered_->messages.NextDeadline(), control.value_or(Time::max()));
+}
+
+void NetworkDevice::Wake() const {
+    const uint64_t one = 1;
+    (void)!write(wake_, &one, sizeof one);
+}
+
+// What other threads asked for.
+void NetworkDevice::FollowOrders() {
+    std::unique_lock lock(mutex_);
+    std::unique_ptr<Sockets> next = std::move(next_);
+    const bool cyclesPower = std::exchange(wantsPowerCycle_, false);
+    lock.unlock();
+    if (next != nullptr) {
+        Use(std::move(next));
+        lock.lock();
+        ++numFollowed_;
+        lock.unlock();
+        followed_.notify_all();
+    }
+    if (cyclesPower) SwitchOff();
+}
+
+void NetworkDevice::ReceiveAll() {
+    // A command may give the camera other sockets.
+    const std::shared_ptr<Sockets> sockets = sockets_;
+    const auto settings = switches_.Settings();
+    ReceiveCommands(*sockets, sockets->control, false, false);
+    ReceiveCommands(*sockets, sockets->limited, true, settings->ignoreLimitedBroadcast);
+    if (sockets->directed) {
+        ReceiveCommands(*sockets, *sockets->directed, true, settings->ignoreDirectedBroadcast);
+    }
+    ReceiveAcks();
+}
+
+void NetworkDevice::ReceiveCommands(const Sockets& from, UdpSocket& socket, bool broadcast,
+                                    bool ignored) {
+    std::array<uint8_t, kDatagramSize> memory;
+    for (int i = 0; i < kMaxDatagrams && sockets_.get() == &from; ++i) {
+        const auto datagram = socket.Receive({memory.data(), memory.size()});
+        if (!datagram) return;
+        if (!IsServed(*datagram) || ignored || powered_ == nullptr) continue;
+        powered_->control.Handle({memory.data(), std::min(datagram->size, memory.size())},
+                                 datagram->from, broadcast, Clock::now());
+    }
+}
+
+void NetworkDevice::ReceiveAcks() {
+    std::array<uint8_t, kDatagramSize> memory;
+    for (int i = 0; i < kMaxDatagrams; ++i) {
+        const auto datagram = sockets_->messages.Receive({memory.data(), memory.size()});
+        if (!datagram) return;
+        if (!IsServed(*datagram) || powered_ == nullptr) continue;
+        powered_->messages.OnAck({memory.data(), std::min(datagram->size, memory.size())},
+                                 Clock::now());
+    }
+}
+
+// A camera on one interface hears nothing of another one, even where this machine has both.
+bool NetworkDevice::IsServed(const UdpSocket::Datagram& datagram) {
+    const bool isHere =
+        datagram.interface == sockets_->place.index || datagram.interface == kLoopbackIndex;
+    const std::lock_guard lock(mutex_);
+    ++(isHere ? received_.datagrams : received_.ignored);
+    return isHere;
+}
+
+// What the camera keeps without power stays.
+void NetworkDevice::SwitchOff() {
+    report_(Id() + ": power cycle");
+    onAgain_ = Clock::now() + std::chrono::milliseconds(switches_.Settings()->bootMs);
+    if (powered_ == nullptr) return;
+    permanent_ = powered_->camera->Memory();
+    std::shared_ptr<Powered> powered;
+    const std::lock_guard lock(mutex_);
+    powered.swap(powered_);
+}
+
+void NetworkDevice::SwitchOn() {
+    auto powered = std::make_shared<Powered>(*this, permanent_);
+    const std::lock_guard lock(mutex_);
+    powered_ = std::move(powered);
+}
+
+// Applications notice that the camera is gone from its old address: nothing is sent from there.
+void NetworkDevice::Use(std::unique_ptr<Sockets> sockets) {
+    sockets_ = std::move(sockets);
+    hasMoved_ = true;
+    {
+        const std::lock_guard lock(mutex_);
+        place_ = sockets_->place;
+    }
+    if (powered_ != nullptr) MoveStreams();
+}
+
+void NetworkDevice::MoveStreams() {
+    Streams streams = MakeStreams(powered_->camera->Hardware(), sockets_->place);
+    {
+        const std::lock_guard lock(mutex_);
+        powered_->streams.swap(streams);
+    }
+    for (uint32_t i = 0; i < NumStreams(); ++i) {
+        Stream(i).SetPacketSize(ReadRegister(Gev::kScps, i));
+        Stream(i).SetDelay(ReadRegister(Gev::kScpd, i));
+        Stream(i).SetConfiguration(ReadRegister(Gev::kSccfg, i));
+        Stream(i).SetExtendedIds(
+            (ReadRegister(Gev::kGvspConfiguration) & Gev::GvspConfiguration::kBlockIds64) != 0);
+    }
+}
+
+NetworkDevice::Streams NetworkDevice::MakeStreams(Camera& camera, const HostAddress& place) const {
+    Streams streams(config_.streams);
+    for (auto& stream : streams) {
+        stream = std::make_unique<StreamChannel>(camera, place.address,
+                                                 [this] { return switches_.Settings(); });
+    }
+    return streams;
+}
+
+SimulatedCamera::Surroundings NetworkDevice::MakeSurroundings() {
+    SimulatedCamera::Surroundings surroundings;
+    surroundings.addRegisters = [this](ZelCti::RegisterSpace& space) {
+        powered_->registers.AddTo(space);
+    };
+    surroundings.powerCycle = [this](SimulatedCamera&) { PowerCycle(); };
+    return surroundings;
+}
+
+uint32_t NetworkDevice::ReadRegister(const Gev::Register& reg, uint32_t index) const {
+    std::array<uint8_t, sizeof(uint32_t)> bytes{};
+    powered_->camera->Registers().Read(reg.At(index), bytes.data(), bytes.size());
+    return ByteView{bytes.data(), bytes.size()}.U32(0);
+}
+
+std::shared_ptr<NetworkDevice::Powered> NetworkDevice::Power() const {
+    const std::lock_guard lock(mutex_);
+    return powered_;
+}
+
+// The order in which a camera looks for an address. What DHCP would give it is the server's choice.
+void NetworkDevice::RestartIp() {
+    std::unique_lock lock(mutex_);
+    const IpMemory memory = ipMemory_;
+    const IpSettings home = home_;
+    lock.unlock();
+    const bool isPersistent = (memory.configuration & Gev::IpConfiguration::kPersistentIp) != 0;
+    ForceIp(isPersistent && memory.persistent.address != 0 ? memory.persistent : home);
+}
+
+// When the sockets of the address before are closed.
+void NetworkDevice::ReportChanges() {
+    if (std::exchange(hasMoved_, false)) report_(Id() + ": " + Describe());
+    const auto now = powered_ == nullptr ? std::nullopt : powered_->privilege.Holder();
+    std::unique_lock lock(mutex_);
+    const auto before = std::exchange(controller_, now);
+    lock.unlock();
+    if (before == now) return;
+    report_(Id() + (now ? ": controlled by " + TextOf(*now) : ": free again"));
+}
+
+std::shared_ptr<const NetworkSettings> NetworkDevice::Settings() const {
+    return switches_.Settings();
+}
+
+uint32_t NetworkDevice::NumStreams() const {
+    return config_.streams;
+}
+
+uint32_t NetworkDevice::StreamCapability() const {
+    using namespace Gev;
+    return Scc::kPixelEndianness | Scc::kMultiPart | Scc::kLargeLeaderTrailer |
+           Scc::kResendDestination | Scc::kAllIn | Scc::kUnconditionalStreaming |
+           Scc::kExtendedChunkData;
+}
+
+uint16_t NetworkDevice::StreamSourcePort(uint32_t channel) const {
+    return Stream(channel).SourcePort();
+}
+
+void NetworkDevice::SetStreamPort(uint32_t channel, uint16_t port) {
+    Stream(channel).SetPort(port);
+}
+
+void NetworkDevice::SetStreamDestination(uint32_t channel, uint32_t address) {
+    Stream(channel).SetDestination(address);
+}
+
+uint32_t NetworkDevice::SetStreamPacketSize(uint32_t channel, uint32_t scps) {
+    return Stream(channel).SetPacketSize(scps);
+}
+
+void NetworkDevice::SetStreamDelay(uint32_t channel, uint32_t ticks) {
+    Stream(channel).SetDelay(ticks);
+}
+
+void NetworkDevice::SetStreamConfiguration(uint32_t channel, uint32_t sccfg) {
+    Stream(channel).SetConfiguration(sccfg);
+}
+
+void NetworkDevice::SetExtendedIds(bool on) {
+    powered_->messages.SetExtendedIds(on);
+    for (const auto& stream : powered_->streams)
+        stream->SetExtendedIds(on);
+}
+
+void NetworkDevice::FireTestPacket(uint32_t channel) {
+    Stream(channel).FireTestPacket();
+}
+
+void NetworkDevice::Resend(const Gvcp::PacketResend& request, const Endpoint& from) {
+    if (request.streamChannel < config_.streams)
+        Stream(request.streamChannel).Resend(request, from);
+}
+
+uint16_t NetworkDevice::MessageSourcePort() const {
+    return messagePort_;
+}
+
+void NetworkDevice::SetMessagePort(uint16_t port) {
+    powered_->messages.SetPort(port);
+}
+
+void NetworkDevice::SetMessageDestination(uint32_t address) {
+    powered_->messages.SetAddress(address);
+}
+
+void NetworkDevice::SetMessageTimeout(uint32_t milliseconds) {
+    powered_->messages.SetTimeout(milliseconds);
+}
+
+void NetworkDevice::SetMessageRetries(uint32_t count) {
+    powered_->messages.SetRetries(count);
+}
+
+void NetworkDevice::SendEvent(uint16_t id) {
+    Camera& camera = powered_->camera->Hardware();
+    for (uint32_t i = 0; i < kNumEventKinds; ++i) {
+        const auto kind = static_cast<EventKind>(i);
+        if (EventIdOf(kind) == id) camera.Events().Send(kind, camera.Ticks(camera.Nanoseconds()));
+    }
+}
+
+IpMemory NetworkDevice::Memory() const {
+    const std::lock_guard lock(mutex_);
+    return ipMemory_;
+}
+
+void NetworkDevice::SetMemory(const IpMemory& memory) {
+    const std::lock_guard lock(mutex_);
+    ipMemory_ = memory;
+}
+
+void NetworkDevice::SetTimestampToZero() {
+    powered_->camera->Hardware().SetClock(0);
+}
+
+// Where the address cannot be served, the camera shows it only, as one that is in another subnet.
+void NetworkDevice::ForceIp(const IpSettings& ip) {
+    if (ip.address == 0) return RestartIp();
+    switches_.SetIp(ip);
+    if (ip.address == sockets_->place.address) return;
+    hasMoved_ = true;
+    const std::optional<HostAddress> place = find_(ip.address);
+    if (!place) return;
+    try {
+        Use(std::make_unique<Sockets>(*place, messagePort_));
+    } catch (const Error& error) {
+        report_(Id() + ": " + error.what());
+    }
+}
+
+void NetworkDevice::Act(uint32_t signal) {
+    constexpr auto kFirst = static_cast<uint32_t>(TriggerSource::Action0);
+    powered_->camera->Hardware().Trigger(static_cast<TriggerSource>(kFirst + signal));
+}
+
+}  // namespace ZelSim

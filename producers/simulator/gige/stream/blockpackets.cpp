@@ -1,0 +1,245 @@
+#include "producers/simulator/gige/stream/blockpackets.h"
+
+#include <algorithm>
+#include <cassert>
+
+#include "producers/wire/chunktrailer.h"
+
+namespace ZelSim {
+
+const std::array<uint8_t, kMaxPacketSize> kZeroBytes{};
+
+namespace Gvsp = ZelCti::Gvsp;
+
+using ZelCti::ByteSpan;
+using ZelCti::ByteView;
+using ZelCti::FrameInfo;
+
+namespace {
+
+constexpr uint64_t kHighestTimestampBit = uint64_t{1} << 63;
+constexpr size_t kChunkAlignment = 4;  // of the data of a chunk, filled up with zeros
+
+Gvsp::Geometry GeometryOf(const FrameInfo& frame) {
+    Gvsp::Geometry geometry;
+    geometry.sizeX = static_cast<uint32_t>(frame.width);
+    geometry.sizeY = static_cast<uint32_t>(frame.height);
+    geometry.offsetX = static_cast<uint32_t>(frame.offsetX);
+    geometry.offsetY = static_cast<uint32_t>(frame.offsetY);
+    geometry.paddingX = static_cast<uint16_t>(frame.xPadding);
+    geometry.paddingY = static_cast<uint16_t>(frame.yPadding);
+    return geometry;
+}
+
+uint16_t PayloadTypeOf(const FrameInfo& frame, BlockForm::Chunks chunks) {
+    if (!frame.chunkOrder) return static_cast<uint16_t>(Gvsp::PayloadType::Image);
+    switch (chunks) {
+        case BlockForm::Chunks::ChunkData:
+            return static_cast<uint16_t>(Gvsp::PayloadType::ChunkData);
+        case BlockForm::Chunks::Extended:
+            return static_cast<uint16_t>(Gvsp::PayloadType::ExtendedChunk);
+        default:
+            return Gvsp::WithChunks(Gvsp::PayloadType::Image);
+    }
+}
+
+uint64_t TimestampOf(const FrameInfo& frame, const BlockForm& form) {
+    return frame.timestamp | (form.timestampAbove63Bits ? kHighestTimestampBit : 0);
+}
+
+// The bytes of so many lines of the image, with the padding of each.
+size_t BytesOfLines(const FrameInfo& frame, size_t numLines) {
+    Gvsp::Geometry geometry = GeometryOf(frame);
+    geometry.sizeY = static_cast<uint32_t>(numLines);
+    geometry.paddingY = 0;
+    return static_cast<size_t>(
+        Gvsp::ImageSize(static_cast<uint32_t>(frame.pixelFormat), geometry).value_or(0));
+}
+
+// The image of a frame, without what comes before it and behind it. A frame that was torn has
+// fewer lines.
+ByteView ImageOf(const FrameInfo& frame, ByteView payload) {
+    const size_t offset = std::min(frame.imageOffset, frame.sizeFilled);
+    const size_t whole = BytesOfLines(frame, frame.deliveredHeight) +
+                         (frame.deliveredHeight == frame.height ? frame.yPadding : 0);
+    return payload.Sub(offset, std::min(whole, frame.sizeFilled - offset));
+}
+
+// The chunks behind that of the image; empty without any.
+ByteView ChunksBehindImage(const FrameInfo& frame, ByteView payload) {
+    if (!frame.chunkOrder) return {};
+    const size_t image = frame.imageOffset + BytesOfLines(frame, frame.height) + frame.yPadding;
+    const size_t filled = (image + kChunkAlignment - 1) / kChunkAlignment * kChunkAlignment;
+    const size_t begin = std::min(filled + ZelCti::kChunkTrailerSize, frame.sizeFilled);
+    return payload.Sub(begin, frame.sizeFilled - begin);
+}
+
+}  // namespace
+
+BlockPackets::BlockPackets(const FrameInfo& frame, ByteView payload, uint64_t blockId,
+                           const BlockForm& form)
+    : form_(form), blockId_(blockId) {
+    assert(form.packetSize >= kMinPacketSize && form.packetSize <= kMaxPacketSize);
+    form_.multiPart = form.multiPart && form.extendedIds;
+    if (form_.multiPart) {
+        DescribeMultiPart(frame, payload);
+        return;
+    }
+    parts_[0].data = frame.chunkOrder ? payload.Sub(0, frame.sizeFilled) : ImageOf(frame, payload);
+    DescribeImage(frame);
+    const size_t allInSize = Gvsp::kIpUdpHeaderSize + Gvsp::HeaderSize(form_.extendedIds) +
+                             leaderSize_ + trailerSize_ + parts_[0].data.size;
+    isAllIn_ = form_.allIn && allInSize <= form_.packetSize;
+    NumberPackets(1, Gvsp::PacketFormat::Payload);
+}
+
+// Also cuts the image to the lines that are sent.
+void BlockPackets::DescribeImage(const FrameInfo& frame) {
+    size_t lines = frame.deliveredHeight;
+    if (form_.halfHeight && !frame.chunkOrder) {
+        lines = std::min(lines, std::max<size_t>(frame.height / 2, 1));
+        parts_[0].data.size = std::min(parts_[0].data.size, BytesOfLines(frame, lines));
+    }
+    Gvsp::Leader leader;
+    leader.payloadType = PayloadTypeOf(frame, form_.chunks);
+    leader.timestamp = TimestampOf(frame, form_);
+    if (Gvsp::BaseType(leader.payloadType) == Gvsp::PayloadType::ChunkData) {
+        leader.body = Gvsp::ChunkDataLeader{};
+    } else {
+        leader.body =
+            Gvsp::ImageLeader{static_cast<uint32_t>(frame.pixelFormat), GeometryOf(frame)};
+    }
+    leaderSize_ = Gvsp::EncodeLeader({leader_.data(), leader_.size()}, leader);
+
+    Gvsp::Trailer trailer;
+    trailer.payloadType = leader.payloadType;
+    trailer.sizeY = static_cast<uint32_t>(lines);
+    trailer.chunkLength = static_cast<uint32_t>(frame.sizeFilled);
+    trailer.chunkLayoutId = static_cast<uint32_t>(frame.chunkLayoutId);
+    trailerSize_ = Gvsp::EncodeTrailer({trailer_.data(), trailer_.size()}, trailer);
+}
+
+// The image is a part, and the other chunks are one, if there are any.
+void BlockPackets::DescribeMultiPart(const FrameInfo& frame, ByteView payload) {
+    parts_[0].data = ImageOf(frame, payload);
+    parts_[1].data = ChunksBehindImage(frame, payload);
+    parts_[1].offset = form_.partRelativeOffsets ? 0 : parts_[0].data.size;
+    numParts_ = parts_[1].data.size == 0 ? 1 : 2;
+
+    std::array<Gvsp::PartDescription, kMaxParts> descriptions;
+    descriptions[0].dataType = static_cast<uint16_t>(Gvsp::PartType::Image2D);
+    descriptions[0].length = parts_[0].data.size;
+    descriptions[0].pixelFormat = static_cast<uint32_t>(frame.pixelFormat);
+    descriptions[0].dataPurposeId = 1;  // an intensity
+    descriptions[0].details = GeometryOf(frame);
+    descriptions[1].dataType = static_cast<uint16_t>(Gvsp::PartType::ChunkData);
+    descriptions[1].length = parts_[1].data.size;
+
+    constexpr size_t kDescription = Gvsp::PartDescriptionForm::kSize;
+    constexpr size_t kEntry = Gvsp::PartTrailerForm::kSize;
+    std::array<uint8_t, kMaxParts * kDescription> described{};
+    std::array<uint8_t, kMaxParts * kEntry> sent{};
+    for (size_t i = 0; i < numParts_; ++i) {
+        Gvsp::EncodePart({described.data() + i * kDescription, kDescription}, descriptions[i]);
+        const bool isImage = i == 0;
+        Gvsp::EncodePart(
+            {sent.data() + i * kEntry, kEntry},
+            Gvsp::PartTrailer{descriptions[i].dataType, descriptions[i].length,
+                              isImage ? static_cast<uint32_t>(frame.deliveredHeight) : 0});
+    }
+
+    Gvsp::Leader leader;
+    leader.payloadType = static_cast<uint16_t>(Gvsp::PayloadType::MultiPart);
+    leader.timestamp = TimestampOf(frame, form_);
+    leader.body = Gvsp::MultiPartLeader{ZelCti::Entries<Gvsp::PartDescriptionForm>(
+        ByteView{described.data(), numParts_ * kDescription})};
+    leaderSize_ = Gvsp::EncodeLeader({leader_.data(), leader_.size()}, leader);
+
+    Gvsp::Trailer trailer;
+    trailer.payloadType = leader.payloadType;
+    trailer.parts =
+        ZelCti::Entries<Gvsp::PartTrailerForm>(ByteView{sent.data(), numParts_ * kEntry});
+    trailerSize_ = Gvsp::EncodeTrailer({trailer_.data(), trailer_.size()}, trailer);
+    NumberPackets(numParts_, Gvsp::PacketFormat::PayloadMultiPart);
+}
+
+// The payload of a camera and the least packet size keep the ids far below their limit.
+void BlockPackets::NumberPackets(size_t numParts, Gvsp::PacketFormat format) {
+    format_ = format;
+    perPacket_ = Gvsp::DataPerPacket(form_.packetSize, form_.extendedIds, format);
+    uint64_t next = 1;
+    for (size_t i = 0; i < numParts; ++i) {
+        parts_[i].firstId = static_cast<uint32_t>(next);
+        next += Gvsp::PacketsFor(parts_[i].data.size, perPacket_);
+    }
+    assert(next < Gvsp::MaxPackets(form_.extendedIds));
+    trailerId_ = static_cast<uint32_t>(next);
+}
+
+Gvsp::Header BlockPackets::HeaderOf(uint32_t packetId) const {
+    Gvsp::Header header;
+    header.extended = form_.extendedIds;
+    header.blockId = blockId_;
+    header.packetId = packetId;
+    if (isAllIn_) {
+        header.format = Gvsp::PacketFormat::AllIn;
+    } else if (packetId == 0) {
+        header.format = Gvsp::PacketFormat::Leader;
+        header.count = static_cast<uint8_t>(numParts_);
+    } else if (packetId == trailerId_) {
+        header.format = Gvsp::PacketFormat::Trailer;
+        header.count = static_cast<uint8_t>(numParts_);
+    } else {
+        header.format = format_;
+    }
+    return header;
+}
+
+const BlockPackets::Part& BlockPackets::PartOf(uint32_t packetId) const {
+    return numParts_ > 1 && packetId >= parts_[1].firstId ? parts_[1] : parts_[0];
+}
+
+ByteView BlockPackets::DataOf(const Part& part, uint32_t packetId) const {
+    const size_t offset = size_t{packetId - part.firstId} * perPacket_;
+    return part.data.Sub(offset, std::min(perPacket_, part.data.size - offset));
+}
+
+PacketBytes BlockPackets::Packet(uint32_t packetId, const Gvsp::Header& header,
+                                 ByteSpan head) const {
+    assert(packetId < Count());
+    PacketBytes packet;
+    size_t size = Gvsp::EncodeHeader(head, header);
+    const auto append = [&](const uint8_t* bytes, size_t count) {
+        head.PutBytes(size, {bytes, count});
+        size += count;
+    };
+    if (IsError(header.status)) {
+        // nothing but the header
+    } else if (isAllIn_) {
+        append(leader_.data(), leaderSize_);
+        append(trailer_.data(), trailerSize_);
+        packet.pieces[1] = parts_[0].data;
+    } else if (packetId == 0) {
+        append(leader_.data(), leaderSize_);
+    } else if (packetId == trailerId_) {
+        append(trailer_.data(), trailerSize_);
+    } else {
+        const Part& part = PartOf(packetId);
+        const ByteView data = DataOf(part, packetId);
+        packet.pieces[1] = data;
+        if (form_.multiPart) {
+            const auto offset = static_cast<size_t>(data.data - part.data.data);
+            Gvsp::MultiPartPrefix prefix;
+            prefix.partId = static_cast<uint8_t>(&part - parts_.data());
+            prefix.lastOfPart = offset + data.size == part.data.size;
+            prefix.offset = part.offset + offset;
+            size += Gvsp::EncodePrefix(head.From(size), prefix);
+        }
+        if (form_.paddedLastPacket && IsLastData(packetId))
+            packet.pieces[2] = {kZeroBytes.data(), perPacket_ - data.size};
+    }
+    packet.pieces[0] = {head.data, size};
+    return packet;
+}
+
+}  // namespace ZelSim
