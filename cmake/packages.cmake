@@ -7,7 +7,7 @@ set(CPACK_PACKAGE_CONTACT "ZelCam developers <developers@zelcam.invalid>")
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_COMPONENTS_ALL runtime development tools)
+set(CPACK_COMPONENTS_ALL runtime development tools simulator)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -54,6 +54,12 @@ ${libraries}, libdeflate0, libjpeg62-turbo, libtiff6, libtinyxml2-9, libzip4"
     "The program zelcam lists cameras, grabs images, reads and sets features,\n\
 saves and loads configurations, watches events and writes reports. With a\n\
 rule for udev that lets users open USB3 Vision cameras.")
+describe_package(simulator zelcam-simulator utils
+    "${libraries}, libtinyxml2-9, libzip4"
+    "simulated GigE Vision cameras on a network"
+    "The program zelsim serves simulated cameras that any program for GigE Vision\n\
+cameras finds and uses, by default on loopback, with faults of networks and\n\
+quirks of devices on demand. With a service of users for systemd.")
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/triggers)

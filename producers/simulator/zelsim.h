@@ -104,6 +104,26 @@ ZELSIM_EXPORT int32_t ZelSim_FireEvent(const char* moduleId, int32_t eventType, 
 // Number of handles of any kind that are open: 0 when a client has cleaned up after itself.
 ZELSIM_EXPORT size_t ZelSim_GetNumOpenHandles(void);
 
+// Serves the cameras of the configuration on a network, where any program for GigE Vision cameras
+// finds and uses them. They are cameras of their own, apart from those that this producer lists.
+// `on` has addresses and network interfaces of this machine with blanks between them; an empty text
+// means loopback, where cameras get addresses from 127.0.0.2 on, and null ends the service. What
+// was served before is gone. The service ends with the file, too: null before it is unloaded lets
+// no thread of it run on. GC_ERR_INVALID_PARAMETER for an address or an interface that this machine
+// has not, or has too few of.
+ZELSIM_EXPORT int32_t ZelSim_ServeCameras(const char* on);
+
+// Sets a switch of a camera that is served: its address, a quirk or a fault (see
+// docs/simulator.md). GC_ERR_INVALID_ID for a camera that is not served, GC_ERR_INVALID_PARAMETER
+// for an unknown switch or a text that is no value of it.
+ZELSIM_EXPORT int32_t ZelSim_SetNetwork(const char* deviceId, const char* name, const char* value);
+
+// Reads a switch; "Address" is the address that the camera got. `size` is that of the memory at
+// `value`, and then that of the text with its terminating zero, which is all that happens where
+// `value` is null; GC_ERR_BUFFER_TOO_SMALL.
+ZELSIM_EXPORT int32_t ZelSim_GetNetwork(const char* deviceId, const char* name, char* value,
+                                        size_t* size);
+
 typedef int32_t (*PZelSim_InjectFault)(const ZelSimFault* fault);
 typedef int32_t (*PZelSim_ClearFaults)(void);
 typedef uint64_t (*PZelSim_GetCallCount)(const char* function);
@@ -113,6 +133,10 @@ typedef int32_t (*PZelSim_UnplugCamera)(const char* deviceId);
 typedef int32_t (*PZelSim_FireEvent)(const char* moduleId, int32_t eventType, uint64_t eventId,
                                      const void* data, size_t size);
 typedef size_t (*PZelSim_GetNumOpenHandles)(void);
+typedef int32_t (*PZelSim_ServeCameras)(const char* on);
+typedef int32_t (*PZelSim_SetNetwork)(const char* deviceId, const char* name, const char* value);
+typedef int32_t (*PZelSim_GetNetwork)(const char* deviceId, const char* name, char* value,
+                                      size_t* size);
 
 #ifdef __cplusplus
 }  // extern "C"

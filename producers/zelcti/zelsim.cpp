@@ -2,6 +2,11 @@
 
 #include "producers/simulator/zelsim.h"
 
+#include <cstring>
+#include <iterator>
+#include <sstream>
+#include <utility>
+
 #include "producers/server/base/error.h"
 #include "producers/server/exports/faults.h"
 #include "producers/server/exports/lasterror.h"
@@ -12,8 +17,8 @@
 
 namespace {
 
+using ZelCti::CallFault;
 using ZelCti::Error;
-using ZelCti::Fault;
 using ZelCti::FaultEffect;
 using ZelCti::Faults;
 using ZelCti::Library;
@@ -21,7 +26,7 @@ using ZelCti::Module;
 using ZelCti::Require;
 using ZelCti::Simulation;
 
-static_assert(ZELSIM_FOREVER == Fault::kForever);
+static_assert(ZELSIM_FOREVER == CallFault::kForever);
 
 // Runs the work of a control function and turns what it throws into its code.
 template <typename Work>
@@ -55,10 +60,10 @@ FaultEffect EffectOf(const ZelSimFault& fault) {
     return effect;
 }
 
-Fault FaultOf(const ZelSimFault& given) {
+CallFault FaultOf(const ZelSimFault& given) {
     Require(given.function);
     if (given.valueSize != 0) Require(given.value);
-    Fault fault;
+    CallFault fault;
     fault.function = ZelCti::FunctionOf(given.function);
     if (!fault.function && std::string_view(given.function) != "*") {
         throw Error(GenTL::GC_ERR_INVALID_PARAMETER,
@@ -136,4 +141,35 @@ int32_t ZelSim_FireEvent(const char* moduleId, int32_t eventType, uint64_t event
 
 size_t ZelSim_GetNumOpenHandles() {
     return Library::Instance().Handles().Count();
+}
+
+int32_t ZelSim_ServeCameras(const char* on) {
+    return Control("ZelSim_ServeCameras", [&] {
+        if (on == nullptr) return Simulation::Instance().StopServing();
+        std::istringstream words(on);
+        Simulation::Instance().Serve({std::istream_iterator<std::string>(words), {}});
+    });
+}
+
+int32_t ZelSim_SetNetwork(const char* deviceId, const char* name, const char* value) {
+    return Control("ZelSim_SetNetwork", [&] {
+        Require(deviceId);
+        Require(name);
+        Require(value);
+        Simulation::Instance().Served()->Set(deviceId, name, value);
+    });
+}
+
+int32_t ZelSim_GetNetwork(const char* deviceId, const char* name, char* value, size_t* size) {
+    return Control("ZelSim_GetNetwork", [&] {
+        Require(deviceId);
+        Require(name);
+        Require(size);
+        const auto device = Simulation::Instance().Served()->Device(deviceId);
+        const std::string text = device->Switches().Get(name);
+        const size_t given = std::exchange(*size, text.size() + 1);
+        if (value == nullptr) return;
+        if (given < *size) throw Error(GenTL::GC_ERR_BUFFER_TOO_SMALL, "the text is longer");
+        std::memcpy(value, text.c_str(), *size);
+    });
 }
