@@ -14,6 +14,7 @@ void MeasureOpening(Report& report);   // opening.cpp
 void MeasureFeatures(Report& report);  // features.cpp
 void MeasureDevices(Report& report);   // devices.cpp
 void MeasureBuffers(Report& report);   // buffers.cpp
+void MeasureWire(Report& report);      // wire.cpp
 void MeasureHostile(Report& report);   // hostile.cpp
 
 }  // namespace Bench

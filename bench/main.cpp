@@ -9,6 +9,7 @@
 //   features  reading and writing by name
 //   devices   enumeration with many cameras on an interface
 //   buffers   many buffers on a stream
+//   wire      what a simulated camera on a network sends, and what that takes
 //   hostile   descriptions made to take for ever
 //
 // Figures are medians of rounds; what is compared runs in turn with it, in the same process.
@@ -34,7 +35,7 @@ constexpr Group kGroups[] = {
     {"copies", Bench::MeasureCopies},     {"latency", Bench::MeasureLatency},
     {"events", Bench::MeasureEvents},     {"opening", Bench::MeasureOpening},
     {"features", Bench::MeasureFeatures}, {"devices", Bench::MeasureDevices},
-    {"buffers", Bench::MeasureBuffers},
+    {"buffers", Bench::MeasureBuffers},   {"wire", Bench::MeasureWire},
 #ifdef BENCH_HOSTILE
     {"hostile", Bench::MeasureHostile},
 #endif
