@@ -14,13 +14,13 @@ packages_for() {
     case $1 in
         build | demo | install) wanted=("${build[@]}") ;;
         # A network between namespaces, and the camera that ours are compared with.
-        bench) wanted=("${build[@]}" iproute2 aravis-tools) ;;
+        bench) wanted=("${build[@]}" "${test_packages[@]}" iproute2 aravis-tools) ;;
         abi) wanted=(g++ abigail-tools) ;;
         test | sanitize) wanted=("${build[@]}" "${test_packages[@]}") ;;
         mutations) wanted=("${build[@]}" "${test_packages[@]}" git) ;;
         package) wanted=("${build[@]}" dpkg-dev lintian mmdebstrap arch-test qemu-user-static) ;;
         witness)
-            wanted=("${build[@]}" iproute2 util-linux aravis-tools aravis-tools-cli tshark socat xxd) ;;
+            wanted=("${build[@]}" iproute2 util-linux aravis-tools aravis-tools-cli socat xxd) ;;
         fuzz) wanted=("${build[@]}" clang-14 libclang-rt-14-dev llvm-14) ;;
         lint)
             # clang-format and clang-tidy by version: another one formats and finds differently.
