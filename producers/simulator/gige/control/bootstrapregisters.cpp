@@ -291,7 +291,10 @@ void BootstrapRegisters::AddConfiguration(RegisterSpace& space) {
     AddNumber(space, Gev::kGvcpConfiguration,
               {[this] { return Settings().gvcpConfiguration; },
                [this](uint32_t bits) {
+                   const uint32_t rising = bits & ~Settings().gvcpConfiguration;
                    Change([bits](ControlSettings& settings) { settings.gvcpConfiguration = bits; });
+                   if ((rising & Configuration::kIeee1588) != 0)
+                       camera_.SetClock(Camera::SystemNanoseconds());
                },
                [this](uint32_t bits) { CheckConfiguration(bits); }});
     AddNumber(space, Gev::kGvspConfiguration,

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "producers/server/registers/portregisters.h"
+#include "producers/simulator/camera/camera.h"
 #include "producers/simulator/gige/control/channelregisters.h"
 #include "producers/simulator/gige/control/controlprivilege.h"
 
@@ -25,7 +26,7 @@ struct ControlSettings {
     uint32_t gvcpConfiguration = 0;    // bits of GvcpConfiguration
     uint16_t switchoverKey = 0;
     uint32_t actionDeviceKey = 0;
-    std::array<ActionSignal, 4> actions{};
+    std::array<ActionSignal, Camera::kNumActionSignals> actions{};
 };
 
 // Puts the registers into the space of the camera, big endian whatever its order. They are those of
