@@ -20,6 +20,12 @@ bool IsFull(int reason) {
     return reason == EAGAIN || reason == ENOBUFS;
 }
 
+// What is sent from loopback stays there, wherever an application wants it to go.
+std::string DeviceOf(uint32_t address) {
+    constexpr uint32_t kLoopbackNetwork = 127;
+    return address >> 24 == kLoopbackNetwork ? "lo" : "";
+}
+
 // What the kernel sends and receives may fail for reasons that harm nobody: an option that it does
 // not know is left as it is.
 void SetOption(const UdpSocket& socket, int level, int option, int value) {
@@ -29,7 +35,7 @@ void SetOption(const UdpSocket& socket, int level, int option, int value) {
 }  // namespace
 
 StreamSocket::StreamSocket(uint32_t address)
-    : socket_({address, 0}, "", false), port_(socket_.Port()) {
+    : socket_({address, 0}, DeviceOf(address), false), port_(socket_.Port()) {
     constexpr int kSendBuffer = 4 << 20;
     SetOption(socket_, SOL_SOCKET, SO_SNDBUF, kSendBuffer);
     // Receivers send datagrams here to open firewalls; nobody reads them.
