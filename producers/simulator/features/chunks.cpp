@@ -32,10 +32,14 @@ constexpr ChunkFeature kChunks[] = {
     {ChunkKind::Gain, "Gain", "The gain of the frame."},
 };
 
-std::vector<Entry> ChunkEntries() {
+// Programs for network cameras switch every chunk of the selector, so cameras there do not offer the
+// image, which is always sent.
+std::vector<Entry> ChunkEntries(const Camera& camera) {
     std::vector<Entry> entries;
-    for (const ChunkFeature& chunk : kChunks)
+    for (const ChunkFeature& chunk : kChunks) {
+        if (chunk.kind == ChunkKind::Image && camera.Config().network) continue;
         entries.push_back({chunk.name, static_cast<int64_t>(chunk.kind), chunk.toolTip});
+    }
     return entries;
 }
 
@@ -58,7 +62,8 @@ IntegerValue EnableValue(CameraControl& control, ChunkKind kind) {
     return value;
 }
 
-void AddSwitches(FeatureTable& features, CameraControl& control) {
+void AddSwitches(FeatureTable& features, Camera& camera) {
+    CameraControl& control = camera.Control();
     const SettingTraits settings(control);
     features.Boolean("ChunkModeActive", "Whether frames carry chunks.")
         .Expert()
@@ -68,7 +73,7 @@ void AddSwitches(FeatureTable& features, CameraControl& control) {
         .Check(CheckSwitch);
     features.Enumeration("ChunkSelector", "Selects the chunk that ChunkEnable switches.")
         .Expert()
-        .Entries(ChunkEntries())
+        .Entries(ChunkEntries(camera))
         .Streamable()
         .Local(static_cast<int64_t>(ChunkKind::Width));
     features
@@ -111,7 +116,7 @@ Feature& AddChunkValue(FeatureTable& features, ChunkKind kind, const std::string
 void AddChunkDataControl(FeatureTable& features, Camera& camera) {
     features.Category("ChunkDataControl",
                       "What the camera sends with each frame beside the image.");
-    AddSwitches(features, camera.Control());
+    AddSwitches(features, camera);
     for (const ChunkFeature& chunk : kChunks) {
         if (chunk.kind == ChunkKind::Image) continue;
         const std::string name = std::string("Chunk") + chunk.name;
