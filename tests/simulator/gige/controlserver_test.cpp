@@ -363,12 +363,13 @@ TEST(SlowFlashTest, EraseAnnouncesItsAnswerAndAPollDoesNot) {
     EXPECT_EQ(camera.TakeSent(), "000000830004000100000001");
 }
 
-TEST_F(ControlServerTest, BusyFlashIsBusy) {
-    TakeControl();
-    const auto erase = [&] { return Write(*this, "20006050", "00004001"); };
+TEST(SlowFlashTest, IsBusyMeanwhile) {
+    ControlledCamera camera([](ZelSim::CameraConfig& config) { config.flashBusyTime = 60000; });
+    camera.TakeControl();
+    const auto erase = [&] { return Write(camera, "20006050", "00004001"); };
     EXPECT_EQ(erase(), "0000");
     EXPECT_EQ(erase(), "8007");
-    ASSERT_EQ(Write(*this, "20006050", "000000ff"), "8007");
+    EXPECT_EQ(Write(camera, "20006050", "000000ff"), "8007");
 }
 
 TEST_F(ControlServerTest, TestPacketsComeAfterTheAnswer) {
