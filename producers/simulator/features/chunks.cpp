@@ -32,8 +32,8 @@ constexpr ChunkFeature kChunks[] = {
     {ChunkKind::Gain, "Gain", "The gain of the frame."},
 };
 
-// Programs for network cameras switch every chunk of the selector, so cameras there do not offer the
-// image, which is always sent.
+// Programs for network cameras switch every chunk of the selector, so cameras there do not offer
+// the image, which is always sent.
 std::vector<Entry> ChunkEntries(const Camera& camera) {
     std::vector<Entry> entries;
     for (const ChunkFeature& chunk : kChunks) {
