@@ -11,12 +11,14 @@ constexpr uint16_t kU3vEvent = 0x0C00;
 
 }  // namespace
 
-// The whole number of the frame follows as the data, as block ids have 16 bits in the first version
-// of the standard.
+// The number of a frame follows as the data. The message names no block: the sensor takes a frame
+// before any stream channel numbers it.
 EventMessage EncodeGevEvent(const CameraEvent& event, Gvcp::Request request, bool extendedIds) {
     EventMessage message;
     const ByteSpan out{message.bytes.data(), message.bytes.size()};
-    Gvcp::Event entry{event.id, 0, event.frameId.value_or(0), event.timestamp, {}};
+    Gvcp::Event entry;
+    entry.id = event.id;
+    entry.timestamp = event.timestamp;
     uint8_t data[sizeof(uint64_t)];
     if (event.frameId) {
         StoreInteger(data, sizeof data, *event.frameId, kGevEventForm.order);

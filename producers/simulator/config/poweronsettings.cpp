@@ -18,7 +18,7 @@ FrameSettings PowerOnSettings(const CameraConfig& config) {
     settings.sensorHeight = config.offsetY + config.height;
     settings.keepsTime = config.frameRate > 0;
     settings.frameRateEnable = config.frameRate > 0;
-    settings.linkSpeed = config.linkSpeed;
+    settings.link.speed = config.linkSpeed;
     settings.frameRate = config.frameRate > 0 ? config.frameRate : kFrameRateWhenFree;
     // At most half of the period, so that the rate can be raised a little.
     const double half = kExposureUnitsPerSecond / 2 / settings.frameRate;

@@ -24,7 +24,11 @@ std::vector<Entry> UserSetEntries() {
 }  // namespace
 
 void UserSets::Load(size_t index) {
-    control_.ChangeFixed([&](FrameSettings& settings) { settings = memory_.userSets.at(index); });
+    control_.ChangeFixed([&](FrameSettings& settings) {
+        const LinkPace link = settings.link;  // no setting of the user
+        settings = memory_.userSets.at(index);
+        settings.link = link;
+    });
 }
 
 void UserSets::Save(size_t index) {

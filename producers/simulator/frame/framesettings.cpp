@@ -20,6 +20,13 @@ auto Shown(const FrameSettings& s) {
 
 }  // namespace
 
+// Numbers below 2^30 have products below 2^63; what is larger is refused after this.
+std::chrono::nanoseconds LinkPace::TimeOf(uint64_t bytes) const {
+    const uint64_t numPackets = (bytes + packetBytes - 1) / packetBytes;
+    const uint64_t delays = numPackets * static_cast<uint64_t>(packetDelay.count());
+    return std::chrono::nanoseconds(delays + (speed == 0 ? 0 : bytes * kNsPerSecond / speed));
+}
+
 uint32_t FrameSettings::WidthIncrement() const {
     uint32_t increment = 1;
     while (!pixelFormat->AcceptsWidth(increment))
@@ -31,16 +38,14 @@ std::chrono::nanoseconds FrameSettings::Exposure() const {
     return IsTimed() ? exposureTime * kExposureUnit : std::chrono::nanoseconds(0);
 }
 
-// The size is below 2^30, and the product below 2^63.
 std::chrono::nanoseconds FrameSettings::Readout() const {
-    if (!IsTimed() || linkSpeed == 0) return std::chrono::nanoseconds(0);
-    return std::chrono::nanoseconds(PayloadSize() * kNsPerSecond / linkSpeed);
+    return IsTimed() ? link.TimeOf(PayloadSize()) : std::chrono::nanoseconds(0);
 }
 
 double FrameSettings::MaxFrameRate() const {
-    double rate = kExposureUnitsPerSecond / exposureTime;
-    if (linkSpeed == 0) return rate;
-    return std::min(rate, static_cast<double>(linkSpeed) / static_cast<double>(PayloadSize()));
+    const double rate = kExposureUnitsPerSecond / exposureTime;
+    const auto time = std::chrono::duration<double>(link.TimeOf(PayloadSize()));
+    return time.count() > 0 ? std::min(rate, 1 / time.count()) : rate;
 }
 
 double FrameSettings::ResultingFrameRate() const {

@@ -19,6 +19,16 @@ enum class TriggerSource : uint32_t { Software, Line0, Action0, Action1, Action2
 enum class Channel : uint32_t { All, Red, Green, Blue };
 constexpr size_t kNumChannels = 4;
 
+// How fast frames can leave the camera.
+struct LinkPace {
+    uint64_t speed = 0;                       // bytes a second; 0: bytes take no time
+    std::chrono::nanoseconds packetDelay{0};  // that each packet takes besides
+    uint64_t packetBytes = 1;                 // of a frame, in each packet
+
+    // How long the bytes of a frame, up to kMaxPayload, are under way.
+    std::chrono::nanoseconds TimeOf(uint64_t bytes) const;
+};
+
 // The settings of a camera that a user set holds and that frames are made with. Values as in the
 // registers; the camera publishes each state as an immutable snapshot.
 struct FrameSettings : ImageLayout {
@@ -39,7 +49,7 @@ struct FrameSettings : ImageLayout {
     TriggerSource triggerSource = TriggerSource::Software;
     uint32_t triggerActivation = 0;
 
-    uint64_t linkSpeed = 0;                     // bytes a second; 0: read-out takes no time
+    LinkPace link;
     uint32_t nominalExposureTime = 0;           // with which the pattern has its own brightness
     std::array<uint32_t, kNumChannels> gain{};  // 0.1 dB; those of a colour add to that of all
     std::array<int32_t, kNumChannels> blackLevel{};  // of 255

@@ -327,13 +327,7 @@ void NetworkDevice::MoveStreams() {
         const std::lock_guard lock(mutex_);
         powered_->streams.swap(streams);
     }
-    for (uint32_t i = 0; i < NumStreams(); ++i) {
-        Stream(i).SetPacketSize(ReadRegister(Gev::kScps, i));
-        Stream(i).SetDelay(ReadRegister(Gev::kScpd, i));
-        Stream(i).SetConfiguration(ReadRegister(Gev::kSccfg, i));
-        Stream(i).SetExtendedIds(
-            (ReadRegister(Gev::kGvspConfiguration) & Gev::GvspConfiguration::kBlockIds64) != 0);
-    }
+    powered_->registers.OnNewStreams();
 }
 
 NetworkDevice::Streams NetworkDevice::MakeStreams(Camera& camera, const HostAddress& place) const {
@@ -352,12 +346,6 @@ SimulatedCamera::Surroundings NetworkDevice::MakeSurroundings() {
     };
     surroundings.powerCycle = [this](SimulatedCamera&) { PowerCycle(); };
     return surroundings;
-}
-
-uint32_t NetworkDevice::ReadRegister(const Gev::Register& reg, uint32_t index) const {
-    std::array<uint8_t, sizeof(uint32_t)> bytes{};
-    powered_->camera->Registers().Read(reg.At(index), bytes.data(), bytes.size());
-    return ByteView{bytes.data(), bytes.size()}.U32(0);
 }
 
 std::shared_ptr<NetworkDevice::Powered> NetworkDevice::Power() const {

@@ -148,7 +148,6 @@ class NetworkDevice final : private NetworkHardware {
     SimulatedCamera::Surroundings MakeSurroundings();
     Streams MakeStreams(Camera& camera, const HostAddress& place) const;
     StreamChannel& Stream(uint32_t channel) const { return *powered_->streams.at(channel); }
-    uint32_t ReadRegister(const ZelCti::Gev::Register& reg, uint32_t index = 0) const;
 
     const CameraConfig config_;
     const FindPlace find_;

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "producers/server/base/error.h"
+#include "producers/simulator/features/usersets.h"
 #include "tests/simulator/gige/controlledcamera.h"
 
 using GigeTest::Bytes;
@@ -16,6 +17,8 @@ using ZelSim::UrlForm;
 namespace {
 
 struct BootstrapTest : testing::Test, ControlledCamera {
+    using ControlledCamera::ControlledCamera;
+
     std::string Bytes(uint64_t address, size_t size = 4) {
         GigeTest::Bytes bytes(size);
         camera->Registers().Read(address, bytes.data(), bytes.size());
@@ -33,6 +36,17 @@ struct BootstrapTest : testing::Test, ControlledCamera {
     void ExpectRefused(uint64_t address, std::string_view digits) {
         EXPECT_THROW(Write(address, digits), ZelCti::Error) << std::hex << address << ' ' << digits;
     }
+};
+
+// 992 bytes, which are two packets of 548 with 500 bytes of data each.
+struct SmallFramesTest : BootstrapTest {
+    SmallFramesTest()
+        : BootstrapTest([](ZelSim::CameraConfig& config) {
+              config.timestampFrequency = 1000000;
+              config.linkSpeed = 0;
+              config.width = 32;
+              config.height = 31;
+          }) {}
 };
 
 TEST_F(BootstrapTest, SaysWhatTheDeviceHas) {
@@ -173,6 +187,24 @@ TEST_F(BootstrapTest, ChannelsFollowTheirRegisters) {
     EXPECT_THAT(hardware.TakeNotes(), IsEmpty());
     hardware.settings.scspZero = true;
     EXPECT_EQ(Bytes(0xD1C), "00000000");
+}
+
+TEST_F(SmallFramesTest, TheSlowestChannelLimitsTheFrameRate) {
+    const auto settings = [this] { return camera->Hardware().Settings(); };
+    Write(0xD04, "00000224");
+    EXPECT_DOUBLE_EQ(settings()->MaxFrameRate(), 100) << "which is the exposure time's";
+    Write(0xD08, "00002710");  // 10 ms
+    EXPECT_DOUBLE_EQ(settings()->MaxFrameRate(), 50);
+    Write(0xD48, "00004e20");  // 20 ms, with one packet a frame
+    EXPECT_DOUBLE_EQ(settings()->MaxFrameRate(), 50);
+    Write(0xD44, "00000224");
+    EXPECT_DOUBLE_EQ(settings()->MaxFrameRate(), 25);
+    EXPECT_DOUBLE_EQ(settings()->frameRate, 25);
+    ZelSim::UserSets(camera->Hardware().Control(), camera->Hardware().Memory()).Load(0);
+    EXPECT_DOUBLE_EQ(settings()->frameRate, 25) << "no user set has a faster link";
+    Write(0xD08, "00000000");
+    Write(0xD48, "00000000");
+    EXPECT_DOUBLE_EQ(settings()->MaxFrameRate(), 100);
 }
 
 TEST_F(BootstrapTest, DeviceRemembersItsAddress) {

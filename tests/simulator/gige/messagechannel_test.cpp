@@ -57,8 +57,8 @@ class MessageChannelTest : public ::testing::Test {
     ZelCti::Claim subscription = camera.Subscribe(channel);
 };
 
-const Bytes kFirst = Hex("420100c000100001 0000 9fff 0000 0000 0000000000000011");
-const Bytes kSecond = Hex("420100c000100002 0000 9fff 0000 0000 0000000000000022");
+const Bytes kFirst = Hex("420100c000100001 0000 9fff ffff 0000 0000000000000011");
+const Bytes kSecond = Hex("420100c000100002 0000 9fff ffff 0000 0000000000000022");
 
 }  // namespace
 
@@ -70,8 +70,8 @@ TEST_F(MessageChannelTest, WithoutTimeoutEventsAskForNoAcknowledge) {
     EXPECT_THAT(Sent(), IsEmpty());
     EXPECT_LE(channel.NextDeadline(), start);
     RunAt(0);
-    EXPECT_THAT(Sent(), ElementsAre(Hex("420000c000100001 0000 9fff 0000 0000 0000000000000011"),
-                                    Hex("420000c200180002 0000 9fff 0000 0005 0000000000000022"
+    EXPECT_THAT(Sent(), ElementsAre(Hex("420000c000100001 0000 9fff ffff 0000 0000000000000011"),
+                                    Hex("420000c200180002 0000 9fff ffff 0000 0000000000000022"
                                         "0000000000010005")));
     EXPECT_EQ(channel.NextDeadline(), MessageChannel::Time::max());
     EXPECT_EQ(receivers.front(), (Endpoint{0x0A4D0001, 4000}));
@@ -81,7 +81,7 @@ TEST_F(MessageChannelTest, EventsOfExtendedIds) {
     channel.SetExtendedIds(true);
     Fire(0x11, 0x1122334455667788);
     RunAt(0);
-    EXPECT_THAT(Sent(), ElementsAre(Hex("421000c200200001 0020 9fff 0000 0000 1122334455667788"
+    EXPECT_THAT(Sent(), ElementsAre(Hex("421000c200200001 0020 9fff ffff 0000 0000000000000000"
                                         "0000000000000011 1122334455667788")));
 }
 

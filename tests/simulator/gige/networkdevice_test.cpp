@@ -156,14 +156,19 @@ TEST_F(NetworkDeviceTest, ForcedAddressesAreServedWhereTheyMayBe) {
 
 TEST_F(NetworkDeviceTest, AStreamFollowsTheCameraToAnotherAddress) {
     Serve();
-    server_->Set("C", "Address", "127.0.99.10");
-    AwaitLine(" at 127.0.99.10");
-    NetworkApplication application("127.0.99.10");
+    NetworkApplication application(address_);
     NetworkListener stream;
     ASSERT_EQ(application.Write(kCcp, 2), 0);
     ASSERT_EQ(application.Write(0x0D18, 0x7F000001), 0);
+    ASSERT_EQ(application.Write(0x0D04, 1000), 0);
+    ASSERT_EQ(application.Write(0x0D00, 9), 0);
+    server_->Set("C", "Address", "127.0.99.10");
+    AwaitLine(" at 127.0.99.10");
+    application.SpeakTo("127.0.99.10");
+    EXPECT_EQ(application.Read(0x0D00), 0U) << "nothing is sent until the port is written again";
     ASSERT_EQ(application.Write(0x0D00, stream.Port()), 0);
     EXPECT_EQ(stream.Next().size(), 44U);
+    EXPECT_EQ(stream.Next().size(), 1000U - 28);
     EXPECT_EQ(stream.LastSender(), "127.0.99.10");
 }
 

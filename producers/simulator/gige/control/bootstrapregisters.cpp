@@ -75,6 +75,12 @@ void BootstrapRegisters::OnControlEnd() {
     channels_.Close();
 }
 
+void BootstrapRegisters::OnNewStreams() {
+    const auto lock = port_.Lock();
+    channels_.RenewStreams();
+    hardware_.SetExtendedIds(extendedIds_);
+}
+
 std::vector<uint32_t> BootstrapRegisters::TakeTestPackets() {
     const auto lock = port_.Lock();
     return channels_.TakeTestPackets();

@@ -53,6 +53,9 @@ class BootstrapRegisters {
     // what the controller has set for itself. A channel that streams unconditionally goes on.
     void OnControlEnd();
 
+    // The device has other stream channels, which are closed.
+    void OnNewStreams();
+
     // As ChannelRegisters::TakeTestPackets.
     std::vector<uint32_t> TakeTestPackets();
 

@@ -4,10 +4,12 @@
 
 #include "producers/simulator/gige/control/bigendianregister.h"
 #include "producers/wire/bootstrap.h"
+#include "producers/wire/gvsppackets.h"
 
 namespace ZelSim {
 
 namespace Gev = ZelCti::Gev;
+namespace Gvsp = ZelCti::Gvsp;
 namespace Mcp = ZelCti::Gev::Mcp;
 namespace Scc = ZelCti::Gev::Scc;
 namespace Scp = ZelCti::Gev::Scp;
@@ -110,8 +112,31 @@ void ChannelRegisters::AddStreamPackets(RegisterSpace& space, uint32_t channel) 
               channel);
     AddNumber(space, Gev::kScpd,
               Plain(stream.scpd,
-                    [this, channel](uint32_t ticks) { hardware_.SetStreamDelay(channel, ticks); }),
+                    [this, channel](uint32_t ticks) {
+                        hardware_.SetStreamDelay(channel, ticks);
+                        FollowPace();
+                    }),
               channel);
+}
+
+// The sensor takes no more frames than the slowest channel can send, so that none is lost.
+void ChannelRegisters::FollowPace() const {
+    constexpr uint64_t kNsPerSecond = 1000000000;
+    const uint64_t frequency = std::max<uint64_t>(camera_.Config().timestampFrequency, 1);
+    LinkPace slowest;
+    for (const Stream& stream : streams_) {
+        const auto delay = std::chrono::nanoseconds(
+            std::min(stream.scpd * kNsPerSecond / frequency, kNsPerSecond));
+        const uint64_t bytes =
+            Gvsp::DataPerPacket(stream.scps & Scps::kPacketSize, true, Gvsp::PacketFormat::Payload);
+        if (delay * slowest.packetBytes <= slowest.packetDelay * bytes) continue;
+        slowest.packetDelay = delay;
+        slowest.packetBytes = bytes;
+    }
+    camera_.Control().Change([&](FrameSettings& settings) {
+        slowest.speed = settings.link.speed;
+        settings.link = slowest;
+    });
 }
 
 void ChannelRegisters::CheckPacketSize(const Stream& stream, uint32_t scps) const {
@@ -132,6 +157,7 @@ void ChannelRegisters::CheckPacketSize(const Stream& stream, uint32_t scps) cons
 void ChannelRegisters::SetPacketSize(uint32_t channel, uint32_t scps) {
     Stream& stream = streams_[channel];
     stream.scps = hardware_.SetStreamPacketSize(channel, scps & ~Scps::kFireTestPacket);
+    FollowPace();
     if ((scps & Scps::kFireTestPacket) != 0 && stream.scp != 0 && stream.scda != 0)
         stream.firesTestPacket = true;
 }
@@ -164,6 +190,17 @@ void ChannelRegisters::CloseStream(uint32_t channel) {
     if (stream.scp == 0 || (stream.sccfg & Scc::kUnconditionalStreaming) != 0) return;
     stream.scp = 0;
     hardware_.SetStreamPort(channel, 0);
+}
+
+void ChannelRegisters::RenewStreams() {
+    for (uint32_t channel = 0; channel < streams_.size(); ++channel) {
+        Stream& stream = streams_[channel];
+        stream.scp = 0;
+        SetPacketSize(channel, stream.scps);
+        hardware_.SetStreamDestination(channel, stream.scda);
+        hardware_.SetStreamDelay(channel, stream.scpd);
+        hardware_.SetStreamConfiguration(channel, stream.sccfg);
+    }
 }
 
 bool ChannelRegisters::IsUnconditional() const {

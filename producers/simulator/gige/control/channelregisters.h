@@ -25,6 +25,9 @@ class ChannelRegisters {
     void Close();
     bool IsUnconditional() const;  // a channel goes on
 
+    // The stream channels are others now, which are closed; they get what the registers hold.
+    void RenewStreams();
+
     // The channels of which test packets were asked for since the last call, once each.
     std::vector<uint32_t> TakeTestPackets();
 
@@ -52,6 +55,7 @@ class ChannelRegisters {
     void CheckPacketSize(const Stream& stream, uint32_t scps) const;
     void SetPacketSize(uint32_t channel, uint32_t scps);
     void CloseStream(uint32_t channel);
+    void FollowPace() const;
     Capabilities Can() const {
         return CapabilitiesOf(*hardware_.Settings(), hardware_.StreamCapability());
     }

@@ -177,7 +177,7 @@ void StreamSender::BeginBlock(const StreamSettings& settings) {
     block_->packets = BlockPackets(frame, {block_->Base(), frame.sizeFilled}, *blockId_, form);
     block_->numSent = std::exchange(announcedTime_, std::nullopt) ? 1 : 0;
     faults_.BeginBlock(*network_, block_->packets.Count());
-    pacer_.Set(camera_.Settings()->linkSpeed, DelayOf(settings, camera_));
+    pacer_.Set(camera_.Settings()->link.speed, DelayOf(settings, camera_));
 }
 
 void StreamSender::SendBlock(const StreamSettings& settings, Clock::time_point now) {
