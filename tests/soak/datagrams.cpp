@@ -1,10 +1,11 @@
-// Datagrams that no application sends, at a camera on the network of this machine: random ones, and
-// commands with bytes, lengths and ends changed.
+// Datagrams that no application sends, at every port of cameras on the network of this machine:
+// random ones, and commands with bytes, lengths and ends changed.
 //
-//   zelcam_datagrams ADDRESS SECONDS PROCESS [SEED]
+//   zelcam_datagrams SECONDS PROCESS SEED ADDRESS...
 //
-// Fails when the camera answers no discovery any more, or when the process that serves it grows.
+// Fails when a camera answers no discovery any more, or when the process that serves them grows.
 // Such commands let a camera send to anybody: run it where no other network can be reached.
+#include <algorithm>
 #include <arpa/inet.h>
 #include <array>
 #include <chrono>
@@ -31,13 +32,17 @@ constexpr uint16_t kControlPort = 3956;
 constexpr int kBatch = 64;  // so that the next discovery finds room in the socket of the camera
 constexpr long kToleratedKiB = 16384;  // cameras take memory for larger frames and more of them
 
+// For a camera that is not there.
+constexpr char kForceIp[] =
+    "42010004 00380002 0000 021122334455 0000000000000000"
+    "0000000000000000 7f000009 000000000000000000000000 ff000000"
+    "000000000000000000000000 00000000";
+
 // Commands of every kind, and acknowledges of events.
 constexpr const char* kMessages[] = {
-    "42110002 00000001",                                           // DISCOVERY
-    "42010004 00380002 0000 021122334455 0000000000000000"         // FORCEIP
-    "0000000000000000 7f000009 000000000000000000000000 ff000000"  //
-    "000000000000000000000000 00000000",                           //
-    "42000040 000c0003 0000 0001 00000000 00ffffff",               // PACKETRESEND
+    "42110002 00000001",  // DISCOVERY
+    kForceIp,
+    "42000040 000c0003 0000 0001 00000000 00ffffff",  // PACKETRESEND
     "42100040 00140004 0000 0000 00000000 ffffffff 0000000000000001",
     "42010080 00080005 00000a00 00000938",  // READREG
     "42010082 00080006 00000a00 00000002",  // WRITEREG
@@ -137,24 +142,47 @@ long ResidentKiB(const std::string& process) {
     return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
-void Flood(const std::string& address, std::chrono::seconds duration, const std::string& process,
-           uint32_t seed) {
+struct Target {
+    std::string address;
+    std::vector<uint16_t> ports;
+};
+
+// Half of the datagrams go to the control port.
+Target TargetAt(const std::string& address) {
+    constexpr uint16_t kChannelSize = 0x40;
+    ZelTest::NetworkApplication reader(address);
+    std::vector<uint16_t> ports{static_cast<uint16_t>(reader.Read(0x0B1C))};  // MCSP
+    const uint32_t numStreams = reader.Read(0x0904);
+    for (uint32_t i = 0; i < numStreams; ++i) {
+        const auto scsp = static_cast<uint16_t>(0x0D1C + i * kChannelSize);
+        ports.push_back(static_cast<uint16_t>(reader.Read(scsp)));
+    }
+    ports.resize(2 * ports.size(), kControlPort);
+    return {address, ports};
+}
+
+void Flood(std::chrono::seconds duration, const std::string& process, uint32_t seed,
+           const std::vector<std::string>& addresses) {
     Mutator mutator(seed);
     const Applications applications;
-    ZelTest::NetworkApplication reader(address);
-    const std::array<uint16_t, 4> ports{kControlPort, kControlPort,
-                                        static_cast<uint16_t>(reader.Read(0x0B1C)),   // MCSP
-                                        static_cast<uint16_t>(reader.Read(0x0D1C))};  // SCSP
+    std::vector<Target> targets(addresses.size());
+    std::transform(addresses.begin(), addresses.end(), targets.begin(), TargetAt);
     const auto start = Clock::now();
     const auto half = start + duration / 2;
     long before = 0;
     uint64_t sent = 0;
     while (Clock::now() < start + duration) {
         if (before == 0 && Clock::now() > half) before = ResidentKiB(process);
-        for (int i = 0; i < kBatch; ++i, ++sent)
-            applications.Send(mutator.Below(64), address, ports[mutator.Below(4)], mutator.Next());
-        AwaitAnswer(address);
+        const Target& target = targets[mutator.Below(static_cast<uint32_t>(targets.size()))];
+        for (int i = 0; i < kBatch; ++i, ++sent) {
+            const auto port = mutator.Below(static_cast<uint32_t>(target.ports.size()));
+            applications.Send(mutator.Below(64), target.address, target.ports[port],
+                              mutator.Next());
+        }
+        AwaitAnswer(target.address);
     }
+    for (const Target& target : targets)
+        AwaitAnswer(target.address);
     const long after = ResidentKiB(process);
     std::printf("%llu datagrams, seed %u: from %ld to %ld KiB in the second half\n",
                 static_cast<unsigned long long>(sent), seed, before, after);
@@ -164,13 +192,13 @@ void Flood(const std::string& address, std::chrono::seconds duration, const std:
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 4) {
-        std::fprintf(stderr, "usage: zelcam_datagrams ADDRESS SECONDS PROCESS [SEED]\n");
+    if (argc < 5) {
+        std::fprintf(stderr, "usage: zelcam_datagrams SECONDS PROCESS SEED ADDRESS...\n");
         return 1;
     }
     try {
-        const uint32_t seed = argc > 4 ? static_cast<uint32_t>(std::atoll(argv[4])) : 1;
-        Flood(argv[1], std::chrono::seconds(std::atoll(argv[2])), argv[3], seed);
+        const auto seed = static_cast<uint32_t>(std::atoll(argv[3]));
+        Flood(std::chrono::seconds(std::atoll(argv[1])), argv[2], seed, {argv + 4, argv + argc});
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "zelcam_datagrams: %s\n", error.what());
