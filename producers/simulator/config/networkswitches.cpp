@@ -211,7 +211,7 @@ std::vector<Row> MakeRows() {
         Flag("RefuseOddReads", &S::refuseOddReads,
              "refuses to read memory whose size is no multiple of 4"),
         Flag("RefuseReadMem", &S::refuseReadMem,
-             "refuses READMEM and WRITEMEM of registers other than texts and files"),
+             "refuses READMEM and WRITEMEM of registers of 4 bytes"),
 
         Flag("IgnoreLimitedBroadcast", &S::ignoreLimitedBroadcast,
              "does not hear commands to 255.255.255.255"),

@@ -53,7 +53,7 @@ struct NetworkSettings {
     bool zeroLengthErrors = false;  // refused writes have no payload, as refused reads
     bool badAlignmentOnce = false;  // the first access of a controller gives BAD_ALIGNMENT
     bool refuseOddReads = true;     // READMEM whose count is no multiple of 4: BAD_ALIGNMENT
-    bool refuseReadMem = false;     // READMEM and WRITEMEM of registers outside texts and files
+    bool refuseReadMem = false;     // READMEM and WRITEMEM of registers of 4 bytes
 
     // ---- Control: discovery and heartbeat ----
     bool ignoreLimitedBroadcast = false;

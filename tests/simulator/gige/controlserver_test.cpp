@@ -535,6 +535,7 @@ TEST_F(ControlServerTest, ReadsCanBeOddOrRefused) {
     hardware.settings.refuseReadMem = true;
     EXPECT_EQ(Ask("4201008400080002 00000a00 00000004"), "8003008500000002");
     EXPECT_EQ(Ask("4201008400080003 00000048 00000004"), "00000085000800030000004856657269");
+    EXPECT_EQ(Ask("4201008400080004 00012268 00000008").size(), 40U) << "ResultingFrameRate";
     hardware.settings.badAlignmentOnce = true;
     EXPECT_EQ(Write(*this, "00000a00", "00000002"), "0000");
     EXPECT_EQ(Read(*this, "00000a00"), "8005");

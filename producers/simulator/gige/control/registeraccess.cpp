@@ -19,9 +19,6 @@ namespace {
 
 constexpr size_t kWord = sizeof(uint32_t);
 
-// Longer registers are texts, tables and files.
-constexpr size_t kLongestNumber = 8;
-
 Status StatusOf(GenTL::GC_ERROR code) {
     switch (code) {
         case GenTL::GC_ERR_ACCESS_DENIED:
@@ -70,7 +67,7 @@ const Register* RegisterAccess::Find(uint64_t word) const {
 }
 
 bool RegisterAccess::IsRefusedMemory(const Register& reg) const {
-    return reg.size <= kLongestNumber && hardware_.Settings()->refuseReadMem;
+    return reg.size <= kWord && hardware_.Settings()->refuseReadMem;
 }
 
 Status RegisterAccess::Read(uint32_t address, uint8_t* out, size_t size) {
