@@ -6,9 +6,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
-#include "gentl/GenTL.h"
 #include "producers/server/base/error.h"
-#include "producers/wire/bootstrapbits.h"
 #include "producers/wire/gvcp.h"
 
 namespace ZelSim {
@@ -78,27 +76,6 @@ NetworkDevice::Sockets::Sockets(const HostAddress& at, uint16_t messagePort)
     directed.emplace(Endpoint{at.Broadcast(), Gvcp::kPort}, at.interface, true);
 }
 
-NetworkDevice::Powered::Powered(NetworkDevice& device, PermanentMemory memory)
-    : messages(
-          device.messagePort_,
-          [&device](const Endpoint& to, ByteView message) {
-              device.sockets_->messages.Send(to, message);
-          },
-          [&device] { device.Wake(); }),
-      camera(std::make_shared<SimulatedCamera>(device.config_, TLTypeGEVName,
-                                               device.MakeSurroundings(), std::move(memory))),
-      subscription(camera->Hardware().Events().Subscribe(messages)),
-      streams(device.MakeStreams(camera->Hardware(), device.sockets_->place)),
-      registers(camera->Hardware(), camera->Registers(), device, privilege),
-      control(camera->Hardware(), camera->Registers(), registers, privilege, device,
-              [&device](const Endpoint& to, ByteView message) {
-                  device.sockets_->control.Send(to, message);
-              }) {}
-
-NetworkDevice::Powered::~Powered() {
-    camera->Hardware().Unplug();
-}
-
 NetworkDevice::NetworkDevice(const CameraConfig& config, const HostAddress& place, FindPlace find,
                              Report report)
     : config_(OnNetwork(config, SettingsOf(config, place))),
@@ -153,23 +130,13 @@ void NetworkDevice::PowerCycle() {
 }
 
 void NetworkDevice::FireTestEvent() {
-    const std::shared_ptr<Powered> powered = Power();
-    if (powered == nullptr) return;
-    Camera& camera = powered->camera->Hardware();
-    camera.Events().Send(EventKind::Test, camera.Ticks(camera.Nanoseconds()));
+    if (const auto camera = Power()) camera->FireTestEvent();
 }
 
 NetworkStatistics NetworkDevice::Statistics() const {
     const std::lock_guard lock(mutex_);
     NetworkStatistics statistics = received_;
-    if (powered_ == nullptr) return statistics;
-    for (const auto& stream : powered_->streams) {
-        const StreamStatistics sent = stream->Statistics();
-        statistics.blocks += sent.blocks;
-        statistics.packets += sent.packets;
-        statistics.lostBlocks += sent.lostBlocks;
-        statistics.resent += sent.resent;
-    }
+    if (powered_ != nullptr) powered_->AddTo(statistics);
     return statistics;
 }
 
@@ -194,10 +161,7 @@ void NetworkDevice::Run() {
             SwitchOn();
         }
         ReceiveAll();
-        if (powered_ != nullptr) {
-            powered_->control.OnTimer(Clock::now());
-            powered_->messages.OnTimer(Clock::now());
-        }
+        if (powered_ != nullptr) powered_->OnTimer(Clock::now());
         ReportChanges();
     }
 }
@@ -223,9 +187,7 @@ bool NetworkDevice::WaitForWork() {
 }
 
 NetworkDevice::Time NetworkDevice::NextDeadline() const {
-    if (powered_ == nullptr) return onAgain_;
-    const auto control = powered_->control.NextDeadline(Clock::now());
-    return std::min(powered_->messages.NextDeadline(), control.value_or(Time::max()));
+    return powered_ == nullptr ? onAgain_ : powered_->NextDeadline(Clock::now());
 }
 
 void NetworkDevice::Wake() const {
@@ -268,8 +230,8 @@ void NetworkDevice::ReceiveCommands(const Sockets& from, UdpSocket& socket, bool
         const auto datagram = socket.Receive({memory.data(), memory.size()});
         if (!datagram) return;
         if (!IsServed(*datagram) || ignored || powered_ == nullptr) continue;
-        powered_->control.Handle({memory.data(), std::min(datagram->size, memory.size())},
-                                 datagram->from, broadcast, Clock::now());
+        powered_->OnCommand({memory.data(), std::min(datagram->size, memory.size())},
+                            datagram->from, broadcast, Clock::now());
     }
 }
 
@@ -279,8 +241,8 @@ void NetworkDevice::ReceiveAcks() {
         const auto datagram = sockets_->messages.Receive({memory.data(), memory.size()});
         if (!datagram) return;
         if (!IsServed(*datagram) || powered_ == nullptr) continue;
-        powered_->messages.OnAck({memory.data(), std::min(datagram->size, memory.size())},
-                                 Clock::now());
+        powered_->OnMessageAck({memory.data(), std::min(datagram->size, memory.size())},
+                               Clock::now());
     }
 }
 
@@ -298,14 +260,25 @@ void NetworkDevice::SwitchOff() {
     report_(Id() + ": power cycle");
     onAgain_ = Clock::now() + std::chrono::milliseconds(switches_.Settings()->bootMs);
     if (powered_ == nullptr) return;
-    permanent_ = powered_->camera->Memory();
-    std::shared_ptr<Powered> powered;
+    permanent_ = powered_->CopyMemory();
+    std::shared_ptr<PoweredCamera> powered;
     const std::lock_guard lock(mutex_);
     powered.swap(powered_);
 }
 
 void NetworkDevice::SwitchOn() {
-    auto powered = std::make_shared<Powered>(*this, permanent_);
+    PoweredCamera::Links links;
+    links.sendAnswer = [this](const Endpoint& to, ByteView answer) {
+        sockets_->control.Send(to, answer);
+    };
+    links.sendMessage = [this](const Endpoint& to, ByteView message) {
+        sockets_->messages.Send(to, message);
+    };
+    links.wake = [this] { Wake(); };
+    links.powerCycle = [this] { PowerCycle(); };
+    NetworkBody& body = *this;
+    auto powered = std::make_shared<PoweredCamera>(config_, permanent_, body,
+                                                   sockets_->place.address, std::move(links));
     const std::lock_guard lock(mutex_);
     powered_ = std::move(powered);
 }
@@ -318,37 +291,10 @@ void NetworkDevice::Use(std::unique_ptr<Sockets> sockets) {
         const std::lock_guard lock(mutex_);
         place_ = sockets_->place;
     }
-    if (powered_ != nullptr) MoveStreams();
+    if (powered_ != nullptr) powered_->MoveTo(sockets_->place.address);
 }
 
-void NetworkDevice::MoveStreams() {
-    Streams streams = MakeStreams(powered_->camera->Hardware(), sockets_->place);
-    {
-        const std::lock_guard lock(mutex_);
-        powered_->streams.swap(streams);
-    }
-    powered_->registers.OnNewStreams();
-}
-
-NetworkDevice::Streams NetworkDevice::MakeStreams(Camera& camera, const HostAddress& place) const {
-    Streams streams(config_.streams);
-    for (auto& stream : streams) {
-        stream = std::make_unique<StreamChannel>(camera, place.address,
-                                                 [this] { return switches_.Settings(); });
-    }
-    return streams;
-}
-
-SimulatedCamera::Surroundings NetworkDevice::MakeSurroundings() {
-    SimulatedCamera::Surroundings surroundings;
-    surroundings.addRegisters = [this](ZelCti::RegisterSpace& space) {
-        powered_->registers.AddTo(space);
-    };
-    surroundings.powerCycle = [this](SimulatedCamera&) { PowerCycle(); };
-    return surroundings;
-}
-
-std::shared_ptr<NetworkDevice::Powered> NetworkDevice::Power() const {
+std::shared_ptr<PoweredCamera> NetworkDevice::Power() const {
     const std::lock_guard lock(mutex_);
     return powered_;
 }
@@ -366,7 +312,7 @@ void NetworkDevice::RestartIp() {
 // When the sockets of the address before are closed.
 void NetworkDevice::ReportChanges() {
     if (std::exchange(hasMoved_, false)) report_(Id() + ": " + Describe());
-    const auto now = powered_ == nullptr ? std::nullopt : powered_->privilege.Holder();
+    const auto now = powered_ == nullptr ? std::nullopt : powered_->Controller();
     std::unique_lock lock(mutex_);
     const auto before = std::exchange(controller_, now);
     lock.unlock();
@@ -378,82 +324,8 @@ std::shared_ptr<const NetworkSettings> NetworkDevice::Settings() const {
     return switches_.Settings();
 }
 
-uint32_t NetworkDevice::NumStreams() const {
-    return config_.streams;
-}
-
-uint32_t NetworkDevice::StreamCapability() const {
-    using namespace Gev;
-    return Scc::kPixelEndianness | Scc::kMultiPart | Scc::kLargeLeaderTrailer |
-           Scc::kResendDestination | Scc::kAllIn | Scc::kUnconditionalStreaming |
-           Scc::kExtendedChunkData;
-}
-
-uint16_t NetworkDevice::StreamSourcePort(uint32_t channel) const {
-    return Stream(channel).SourcePort();
-}
-
-void NetworkDevice::SetStreamPort(uint32_t channel, uint16_t port) {
-    Stream(channel).SetPort(port);
-}
-
-void NetworkDevice::SetStreamDestination(uint32_t channel, uint32_t address) {
-    Stream(channel).SetDestination(address);
-}
-
-uint32_t NetworkDevice::SetStreamPacketSize(uint32_t channel, uint32_t scps) {
-    return Stream(channel).SetPacketSize(scps);
-}
-
-void NetworkDevice::SetStreamDelay(uint32_t channel, uint32_t ticks) {
-    Stream(channel).SetDelay(ticks);
-}
-
-void NetworkDevice::SetStreamConfiguration(uint32_t channel, uint32_t sccfg) {
-    Stream(channel).SetConfiguration(sccfg);
-}
-
-void NetworkDevice::SetExtendedIds(bool on) {
-    powered_->messages.SetExtendedIds(on);
-    for (const auto& stream : powered_->streams)
-        stream->SetExtendedIds(on);
-}
-
-void NetworkDevice::FireTestPacket(uint32_t channel) {
-    Stream(channel).FireTestPacket();
-}
-
-void NetworkDevice::Resend(const Gvcp::PacketResend& request, const Endpoint& from) {
-    if (request.streamChannel < config_.streams)
-        Stream(request.streamChannel).Resend(request, from);
-}
-
 uint16_t NetworkDevice::MessageSourcePort() const {
     return messagePort_;
-}
-
-void NetworkDevice::SetMessagePort(uint16_t port) {
-    powered_->messages.SetPort(port);
-}
-
-void NetworkDevice::SetMessageDestination(uint32_t address) {
-    powered_->messages.SetAddress(address);
-}
-
-void NetworkDevice::SetMessageTimeout(uint32_t milliseconds) {
-    powered_->messages.SetTimeout(milliseconds);
-}
-
-void NetworkDevice::SetMessageRetries(uint32_t count) {
-    powered_->messages.SetRetries(count);
-}
-
-void NetworkDevice::SendEvent(uint16_t id) {
-    Camera& camera = powered_->camera->Hardware();
-    for (uint32_t i = 0; i < kNumEventKinds; ++i) {
-        const auto kind = static_cast<EventKind>(i);
-        if (EventIdOf(kind) == id) camera.Events().Send(kind, camera.Ticks(camera.Nanoseconds()));
-    }
 }
 
 IpMemory NetworkDevice::Memory() const {
@@ -464,10 +336,6 @@ IpMemory NetworkDevice::Memory() const {
 void NetworkDevice::SetMemory(const IpMemory& memory) {
     const std::lock_guard lock(mutex_);
     ipMemory_ = memory;
-}
-
-void NetworkDevice::SetTimestampToZero() {
-    powered_->camera->Hardware().SetClock(0);
 }
 
 // Where the address cannot be served, the camera shows it only, as one that is in another subnet.
@@ -483,11 +351,6 @@ void NetworkDevice::ForceIp(const IpSettings& ip) {
     } catch (const Error& error) {
         report_(Id() + ": " + error.what());
     }
-}
-
-void NetworkDevice::Act(uint32_t signal) {
-    constexpr auto kFirst = static_cast<uint32_t>(TriggerSource::Action0);
-    powered_->camera->Hardware().Trigger(static_cast<TriggerSource>(kFirst + signal));
 }
 
 }  // namespace ZelSim

@@ -17,22 +17,35 @@ struct IpMemory {
     uint32_t configuration = 0;
 };
 
+// What of a device needs no power, or lasts longer than it.
+class NetworkBody {
+  public:
+    NetworkBody() = default;
+    NetworkBody(const NetworkBody&) = delete;
+    NetworkBody& operator=(const NetworkBody&) = delete;
+    virtual ~NetworkBody() = default;
+
+    // The switches, with the present address and the MAC address.
+    virtual std::shared_ptr<const NetworkSettings> Settings() const = 0;
+
+    virtual uint16_t MessageSourcePort() const = 0;
+
+    virtual IpMemory Memory() const = 0;
+    virtual void SetMemory(const IpMemory& memory) = 0;
+
+    // The address is in effect when it returns. Address 0 starts the IP configuration anew, with
+    // what Memory says.
+    virtual void ForceIp(const IpSettings& ip) = 0;
+};
+
 // The device around a camera as its bootstrap registers and its control server see it: channels,
 // addresses and the memory of these. Channels count from 0, and the callers keep to NumStreams.
 //
 // The operations named "Set" and those that only return something are called with the register
 // space locked: they take no lock under which the space is accessed, and never wait for a thread
 // that accesses it. The others are called by the thread of the control server, without that lock.
-class NetworkHardware {
+class NetworkHardware : public NetworkBody {
   public:
-    NetworkHardware() = default;
-    NetworkHardware(const NetworkHardware&) = delete;
-    NetworkHardware& operator=(const NetworkHardware&) = delete;
-    virtual ~NetworkHardware() = default;
-
-    // The switches, with the present address and the MAC address.
-    virtual std::shared_ptr<const NetworkSettings> Settings() const = 0;
-
     // ---- Stream channels ----
 
     virtual uint32_t NumStreams() const = 0;
@@ -55,7 +68,6 @@ class NetworkHardware {
 
     // ---- Message channel ----
 
-    virtual uint16_t MessageSourcePort() const = 0;
     virtual void SetMessagePort(uint16_t port) = 0;  // 0 closes the channel
     virtual void SetMessageDestination(uint32_t address) = 0;
     virtual void SetMessageTimeout(uint32_t milliseconds) = 0;
@@ -64,17 +76,10 @@ class NetworkHardware {
     // Sends an event that belongs to no stream, if the channel is open.
     virtual void SendEvent(uint16_t id) = 0;
 
-    // ---- The device ----
-
-    virtual IpMemory Memory() const = 0;
-    virtual void SetMemory(const IpMemory& memory) = 0;
+    // ---- The camera ----
 
     // Lets the clock of the camera begin with 0 again.
     virtual void SetTimestampToZero() = 0;
-
-    // The address is in effect when it returns. Address 0 starts the IP configuration anew, with
-    // what Memory says.
-    virtual void ForceIp(const IpSettings& ip) = 0;
 
     // An action signal of the camera came.
     virtual void Act(uint32_t signal) = 0;
