@@ -65,8 +65,7 @@ Status RegisterCommands::CheckPrivilege(const Command& command, const Endpoint& 
 
 // Refused reads have a header only, refused writes the number of what was written: nothing.
 void RegisterCommands::Refuse(Status status, const Command& command, Answer& answer) const {
-    if (hardware_.Settings()->zeroLengthErrors || status == Status::NotImplemented ||
-        IsRead(command.code)) {
+    if (hardware_.Settings()->zeroLengthErrors || IsRead(command.code)) {
         answer.size = Gvcp::EncodeAck(answer.Space(), status, command.code, command.requestId);
         return;
     }
