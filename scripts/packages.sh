@@ -20,7 +20,8 @@ packages_for() {
         mutations) wanted=("${build[@]}" "${test_packages[@]}" git) ;;
         package) wanted=("${build[@]}" dpkg-dev lintian mmdebstrap arch-test qemu-user-static) ;;
         witness)
-            wanted=("${build[@]}" iproute2 util-linux aravis-tools aravis-tools-cli socat xxd) ;;
+            wanted=("${build[@]}" "${test_packages[@]}"
+                iproute2 util-linux aravis-tools aravis-tools-cli socat xxd) ;;
         fuzz) wanted=("${build[@]}" clang-14 libclang-rt-14-dev llvm-14) ;;
         lint)
             # clang-format and clang-tidy by version: another one formats and finds differently.
