@@ -17,7 +17,7 @@
 #   lacking  how many packets, from 0 to the trailer, did not come
 #   bytes    in packets of data, in the order of their ids
 #   offsets  whether each packet of a multi-part block says how many bytes were before it
-#   ends     whether only its last one says that it ends the part
+#   ends     for each that says that it ends a part, how far from the trailer it is, and the part
 #   trailer, time, last: the id of the trailer, the time of the leader, whether no block follows
 
 function fault(text) {
@@ -194,7 +194,7 @@ function keep_packet(is_resent,    stream, block, id, bytes) {
     if (message ~ /LEADER$/) time[block] = show["gvsp.timestamp"]
     if (message ~ /TRAILER$/) trailer[block] = id
     if ("gvsp.addressoffset" in show) offset[block, id] = number(show["gvsp.addressoffset"])
-    if (show["gvsp.endofpart"] == "1") part_ends[block] = part_ends[block] id ","
+    if (show["gvsp.endofpart"] == "1") ended_part[block, id] = show["gvsp.partid"]
 }
 
 # tshark does not show the data of a packet with ids of 16 bits that is sent again.
@@ -202,15 +202,16 @@ function data() {
     return "gvsp.payloaddata" in show ? show["gvsp.payloaddata"] : substr(show["udp.payload"], 17)
 }
 
-function show_block(block,    parts, parts_before, is_last, which, id, lacking, bytes, wrong_offsets, before) {
+function show_block(block,    parts, parts_before, is_last, which, id, lacking, bytes, wrong_offsets, part_ends, before) {
     split(block, parts, SUBSEP)
     is_last = last_block[parts[1] SUBSEP parts[2] SUBSEP parts[3] SUBSEP parts[4]] == block
     which = parts[2] "." (parts[2] == "-" && is_last ? "last" : parts[5])
     lacking = wrong_offsets = 0
-    bytes = ""
+    bytes = part_ends = ""
     for (id = 0; id <= trailer[block] + 0; ++id) {
         if (!((block, id) in packets)) ++lacking
         if ((block, id) in offset && offset[block, id] != length(bytes) / 2) ++wrong_offsets
+        if ((block, id) in ended_part) part_ends = part_ends "," (trailer[block] - id) "/" ended_part[block, id]
         bytes = bytes packets[block, id]
     }
     before = block_before[block]
@@ -224,7 +225,7 @@ function show_block(block,    parts, parts_before, is_last, which, id, lacking, 
     compare(parts[1], "BLOCK", which, "last", is_last)
     if ((block, 1) in offset) {
         compare(parts[1], "BLOCK", which, "offsets", wrong_offsets == 0)
-        compare(parts[1], "BLOCK", which, "ends", part_ends[block] == (trailer[block] - 1) ",")
+        compare(parts[1], "BLOCK", which, "ends", part_ends)
     }
     print bytes > (folder "/block-" parts[1] "-" which)
 }

@@ -4,6 +4,7 @@
 
 cameras=(MONO PACKED COLOUR BAYER)
 here=10.77.0.1
+ports=61000-65000  # that aravis may choose; tshark knows no other protocol of them
 spare=10.77.0.20  # where FORCEIP takes a camera
 control=$folder/control
 
@@ -45,6 +46,7 @@ join_namespaces() {
     ip link set cable up
     ip link set outside up
     ip route add default dev outside
+    nsenter --net="/proc/$client/ns/net" -- sh -c "echo ${ports/-/ } >/proc/sys/net/ipv4/ip_local_port_range"
     client ip address add "$here/24" brd + dev cable
     client ip link set lo up
     client ip link set cable up

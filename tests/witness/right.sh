@@ -51,9 +51,9 @@ MONO .*_ACK 200[56] gvcp.cmd.status 0x8003
 MONO .*_ACK 200[789] gvcp.cmd.status 0x8004
 MONO .*_ACK 200[ab] gvcp.cmd.status 0x8005
 MONO .*_ACK 20(0c|10) gvcp.cmd.status 0x8006
-MONO WRITEREG_ACK 200e gvcp.cmd.status 0x8007
-MONO WRITEREG_ACK 20(0[367ce]) gvcp.cmd.writereg.dataindex 0x0000
-MONO WRITEREG_ACK 2009 gvcp.cmd.writereg.dataindex 0x0001
+MONO WRITEREG_ACK 200d gvcp.cmd.status 0x8007
+MONO WRITEREG_ACK 200[367c] gvcp.cmd.writereg.dataindex 0x0000
+MONO WRITEREG_ACK 200[9d] gvcp.cmd.writereg.dataindex 0x0001
 MONO WRITEMEM_ACK 200[28] gvcp.cmd.writemem.dataindex 0x0000
 PACKED ACTION_ACK 7009 gvcp.cmd.status 0x8016
 PACKED ACTION_ACK 700a gvcp.cmd.status 0x8013

@@ -32,7 +32,7 @@ MONO REFUSED 21003.1.5 gvsp.flag.resendrangeerror 0x0001
 COLOUR .*LEADER .* gvsp.format 0x81
 COLOUR .*TRAILER .* gvsp.format 0x82
 COLOUR .*DATA .* gvsp.format 0x87
-COLOUR .*LEADER|.*TRAILER .* gvsp.numparts 1
+COLOUR .*LEADER|.*TRAILER .* gvsp.numparts 2
 MONO LEADER 21003 gvsp.format 0x81
 MONO TRAILER 21003 gvsp.format 0x82
 MONO .*DATA 21003 gvsp.format 0x83
@@ -93,18 +93,26 @@ MONO|BAYER .*LEADER|.*TRAILER .* gvsp.sizey 100
 PACKED|COLOUR .*LEADER|.*TRAILER .* gvsp.sizey 240
 MONO ALLIN .* gvsp.sizey 32,32
 * .*LEADER|ALLIN .* gvsp.(offset|padding)[xy] 0
+MONO .*LEADER|ALLIN 2.* gvsp.offsetx 16
+MONO .*LEADER|ALLIN 2.* gvsp.offsety 8
+PACKED .*LEADER .* gvsp.paddingx 5
 BAYER .*TRAILER .* gvsp.chunkdatapayloadlengthhex 0x00007d34
 BAYER .*TRAILER .* gvsp.chunklayoutidhex any: the camera names its layouts
 
-# ---- Multi-part ----
-COLOUR .*LEADER|.*TRAILER .* gvsp.multipartdatatype 0x0001
-COLOUR .*LEADER|.*TRAILER .* gvsp.partlength 0x0000000000038400
-COLOUR .*LEADER .* gvsp.(sourceid|multipartaddzones) 0x00
-COLOUR .*LEADER .* gvsp.zonedirection 0x00000000
-COLOUR .*LEADER .* gvsp.zone[0-9]+direction 0(,0)?
-COLOUR .*LEADER .* gvsp.datapurposeid 0x0001
-COLOUR .*LEADER .* gvsp.regionid 0x0000
-COLOUR .*DATA .* gvsp.(partid|zoneid) 0x00
+# ---- Multi-part: the image, and a chunk of 8 bytes with its tag ----
+COLOUR .*LEADER|.*TRAILER .* gvsp.multipartdatatype 0x0001,0x000a
+COLOUR .*LEADER|.*TRAILER .* gvsp.partlength 0x0000000000038400,0x0000000000000010
+COLOUR .*LEADER .* gvsp.(sourceid|multipartaddzones) 0x00,0x00
+COLOUR .*LEADER .* gvsp.zonedirection 0x00000000,0x00000000
+COLOUR .*LEADER .* gvsp.zone[0-9]+direction 0,0
+# tshark calls two zones so.
+COLOUR .*LEADER .* gvsp.zone1direction 0,0,0,0
+COLOUR .*LEADER .* gvsp.datapurposeid 0x0001,0x0000
+COLOUR .*LEADER .* gvsp.regionid 0x0000,0x0000
+COLOUR .*LEADER .* gvsp.dataformat 0x00000000
+COLOUR .*LEADER|.*TRAILER .* gvsp.datatypespecific 0x00000000(,0x00000000)*
+COLOUR .*DATA .* gvsp.partid 0x0[01]
+COLOUR .*DATA .* gvsp.zoneid 0x00
 COLOUR .*DATA .* gvsp.multipartzoneinfo 0x[04]0
 COLOUR .*DATA .* gvsp.endofpart [01]
 COLOUR .*DATA .* gvsp.endofzone 0
@@ -116,17 +124,17 @@ COLOUR .*DATA .* gvsp.addressoffset any: see BLOCK
 * BLOCK .* later 1
 * BLOCK .* lacking 0
 * BLOCK .* (trailer|time|last) any: of some blocks below
-* BLOCK -.last (lacking|bytes|ends) any: aravis stops in the midst of it
+* BLOCK -.last (lacking|later|bytes|ends) any: aravis stops in the midst of it
 * RESENT_DATA .* same 1
 COLOUR BLOCK .* offsets 1
-COLOUR BLOCK .*[0-9] ends 1
+COLOUR BLOCK .*[0-9] ends ,2/0x00,1/0x01
 MONO BLOCK .*[0-9] bytes 32000
 MONO BLOCK 21003.1 bytes 3200
 MONO ALLIN .* gvsp.payloaddata any: its length is in that of the datagram
 MONO ALLIN 21002 udp.length 1084
 MONO ALLIN 21004 udp.length 1096
-PACKED BLOCK .*[0-9] bytes 115920
-COLOUR BLOCK .*[0-9] bytes 230400
+PACKED BLOCK .*[0-9] bytes 117120
+COLOUR BLOCK .*[0-9] bytes 230416
 BAYER BLOCK .*[0-9] bytes 32052
 MONO BLOCK 21001.[123] trailer 23
 MONO BLOCK 21003.1 trailer 4

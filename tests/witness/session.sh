@@ -12,7 +12,7 @@ prepare_session() {
 }
 end_session() {
     {
-        arv_tool MONO control Width=640 Height=480 EventSelector=FrameEnd EventNotification=Off
+        arv_tool MONO control OffsetX=0 OffsetY=0 Width=640 Height=480 EventSelector=FrameEnd EventNotification=Off
         arv_tool BAYER control Width=640 Height=480
         arv_tool PACKED control TriggerMode=Off
     } >>"$folder/prepared.log"
@@ -24,11 +24,13 @@ declare -A scsp
 aravis_uses_all() {
     local camera clients=()
     client arv-tool-0.8 >"$folder/session.log"
-    local -A options=([COLOUR]=--multipart [BAYER]='--chunks=Width,FrameID,Timestamp')
     for camera in "${cameras[@]}"; do
+        local options=(--register-cache enable)
+        [[ $camera != COLOUR ]] || options=(--multipart --chunks FrameID)
+        [[ $camera != BAYER ]] || options=(--chunks 'Width,FrameID,Timestamp')
         tell set "$camera" LossRate 0.02
         client arv-camera-test-0.8 --name "$(address_of "$camera")" --duration 1 --frequency 5 \
-            --frame-retention 1000 --packet-size-adjustment always "${options[$camera]:---register-cache=enable}" \
+            --frame-retention 1000 --packet-size-adjustment always "${options[@]}" \
             >"$folder/session-$camera.log" 2>&1 &
         clients+=($!)
     done
@@ -94,8 +96,7 @@ refusals() {
     answered 20001 MONO 420100800004200a00000902 800500810000200a
     answered 20001 MONO 420100840008200b00000000000001fe 800500850000200b
     written 8006 0000 20002 MONO 200c 00000938 00000bb8
-    write 20001 MONO 200d "$calibrate" 00000001
-    written 8007 0000 20001 MONO 200e "$calibrate" 00000001
+    written 8007 0001 20001 MONO 200d "$calibrate" 00000001 "$calibrate" 00000001
     write 20001 MONO 200f 00000a00 00000001
     answered 20002 MONO 420100800004201000000938 8006008100002010
     write 20001 MONO 2011 00000a00 00000002
@@ -132,6 +133,7 @@ streams() {
     write 20001 MONO 4001 00000d04 c0000240  # a test packet
     soon has_come 21001 548
     write 20001 MONO 4002 00000d04 400005dc "$mode" 00000002 "$count" 00000003
+    write 20001 MONO 4009 "$(register MONO OffsetX)" 00000010 "$(register MONO OffsetY)" 00000008
     acquire MONO 4003 3
     resend 20003 MONO 4004 0002 00000001 00000002  # data
     resend 20004 MONO 4005 0002 00000000 00000000  # the leader
