@@ -1,10 +1,9 @@
 # shellcheck shell=bash disable=SC2034,SC2154  # a part of scripts/witness
 # What tshark must read in the session, as tests/witness/dissection.awk compares it: camera, message, which,
 # field, value; the last row that fits counts. The values come from the configuration, the addresses of the
-# namespaces, the requests, and what the standard says of the messages. A request was in literal bytes,
-# as are its answers, which here are told by the id.
+# namespaces, the requests, and what the standard says of the messages. Which command an id belongs to is in
+# session.sh. Variables are what literal datagrams read there.
 
-# The variables are what literal datagrams read.
 right_values() {
     cat <<END
 * .* .* ip.dst $here
