@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "producers/simulator/config/linkspeed.h"
 #include "producers/simulator/gevfeatures.h"
 #include "producers/simulator/zelsim.h"
 
@@ -15,15 +16,6 @@ constexpr uint32_t kMask = 0xFFFFFF00;
 IpSettings AdapterIp(uint32_t number) {
     constexpr uint32_t kFirst = 0xC0A80A01;
     return {kFirst + (number % 200 << 8), kMask, 0};
-}
-
-// Bytes a second that the links of a transport type carry.
-uint64_t LinkSpeed(std::string_view tlType) {
-    if (tlType == TLTypeGEVName) return 125000000;
-    if (tlType == TLTypeU3VName) return 500000000;
-    if (tlType == TLTypeCLName) return 850000000;
-    if (tlType == TLTypeCXPName) return 1250000000;
-    return 371250000;
 }
 
 ZelCti::InterfaceInfo InfoOf(const InterfaceConfig& config) {
@@ -53,7 +45,7 @@ void SimulatedInterface::Plug(CameraConfig camera) {
     const std::lock_guard lock(mutex_);
     camera.network.reset();  // it is reached in this process
     CompleteIp(camera.ip);
-    if (camera.linkSpeed == 0) camera.linkSpeed = LinkSpeed(info_.tlType);
+    if (camera.linkSpeed == 0) camera.linkSpeed = UsualLinkSpeed(info_.tlType);
     ++numPlugged_;
     PermanentMemory memory(camera);
     CameraList cameras = *cameras_;

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "producers/server/base/error.h"
+#include "producers/simulator/config/linkspeed.h"
 #include "producers/wire/gvcp.h"
 
 namespace ZelSim {
@@ -45,6 +46,7 @@ NetworkSettings SettingsOf(const CameraConfig& config, const HostAddress& place)
 CameraConfig OnNetwork(CameraConfig config, const NetworkSettings& settings) {
     config.network = settings;
     config.bigEndian = true;
+    if (config.linkSpeed == 0) config.linkSpeed = UsualLinkSpeed(TLTypeGEVName);
     return config;
 }
 

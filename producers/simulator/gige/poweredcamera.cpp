@@ -120,6 +120,11 @@ void PoweredCamera::SetExtendedIds(bool on) {
         stream->SetExtendedIds(on);
 }
 
+void PoweredCamera::SetStatusCodes(bool on) {
+    for (const auto& stream : streams_)
+        stream->SetStatusCodes(on);
+}
+
 void PoweredCamera::FireTestPacket(uint32_t channel) {
     Stream(channel).FireTestPacket();
 }

@@ -83,6 +83,7 @@ class PoweredCamera final : private NetworkHardware {
     void SetStreamDelay(uint32_t channel, uint32_t ticks) override;
     void SetStreamConfiguration(uint32_t channel, uint32_t sccfg) override;
     void SetExtendedIds(bool on) override;
+    void SetStatusCodes(bool on) override;
     void FireTestPacket(uint32_t channel) override;
     void Resend(const ZelCti::Gvcp::PacketResend& request, const Endpoint& from) override;
     void SetMessagePort(uint16_t port) override { messages_.SetPort(port); }

@@ -46,6 +46,7 @@ class NotingHardware : public ZelSim::NetworkHardware {
         Note("sccfg", channel, sccfg);
     }
     void SetExtendedIds(bool on) override { Note("extended ids", on); }
+    void SetStatusCodes(bool on) override { Note("status codes", on); }
     void FireTestPacket(uint32_t channel) override { Note("test packet", channel); }
     void Resend(const ZelCti::Gvcp::PacketResend& request, const ZelSim::Endpoint& from) override {
         Note("resend", request.streamChannel, static_cast<uint32_t>(request.blockId), from.port);

@@ -257,7 +257,9 @@ TEST_F(ControlServerTest, EndOfHeartbeatFreesTheCamera) {
     ASSERT_EQ(Write(*this, "00000d00", "00001234"), "0000");
     ASSERT_EQ(Write(*this, "00000d40", "00001235"), "0000");
     ASSERT_EQ(Write(*this, "00000d64", "00000002"), "0000") << "unconditional";
-    ASSERT_EQ(Write(*this, "00000954", "00000002"), "0000");
+    hardware.TakeNotes();
+    ASSERT_EQ(Write(*this, "00000954", "00000006"), "0000");
+    EXPECT_THAT(hardware.TakeNotes(), ElementsAre("status codes 1"));
     Pass(300);
     EXPECT_EQ(Read(*this, "00000a00"), "00000002");
     Pass(300);
@@ -266,7 +268,7 @@ TEST_F(ControlServerTest, EndOfHeartbeatFreesTheCamera) {
     EXPECT_EQ(server->NextDeadline(now), now + Milliseconds(200));
     hardware.TakeNotes();
     Pass(200);
-    EXPECT_THAT(hardware.TakeNotes(), ElementsAre("message port 0", "port 0 0"));
+    EXPECT_THAT(hardware.TakeNotes(), ElementsAre("status codes 0", "message port 0", "port 0 0"));
     EXPECT_EQ(Read(*this, "00000a00"), "00000000");
     EXPECT_EQ(Read(*this, "00000d00"), "00000000");
     EXPECT_EQ(Read(*this, "00000d40"), "00001235") << "streams unconditionally";
@@ -444,6 +446,7 @@ TEST_F(ActionTest, KeysDecideWhoActs) {
 
 TEST_F(ActionTest, ScheduledOnesWaitForTheirTime) {
     Write(*this, "00000954", "00040000");
+    hardware.TakeNotes();
     EXPECT_EQ(ScheduleIn(20, "0020"), "0000010100000020");
     EXPECT_EQ(ScheduleIn(10, "0021"), "0000010100000021");
     EXPECT_THAT(hardware.TakeNotes(), IsEmpty());

@@ -96,6 +96,8 @@ TEST_F(NetworkDeviceTest, FramesComeToTheApplicationThatAsksForThem) {
     EXPECT_EQ(Bytes(leader.begin(), leader.begin() + 8), (Bytes{0, 0, 255, 255, 1, 0, 0, 0}));
     EXPECT_EQ(Bytes(leader.begin() + 24, leader.begin() + 32), (Bytes{0, 0, 0, 64, 0, 0, 0, 32}));
     EXPECT_EQ(stream.Next().size(), 1472U);
+    EXPECT_EQ(stream.Next().size(), 8U + 2048 - 1464);
+    EXPECT_EQ(stream.Next().size(), 16U) << "the trailer";
     EXPECT_EQ(application.Write(kCcp, 0), 0);
     AwaitLine("free again");
     EXPECT_GE(server_->Device("C")->Statistics().blocks, 1U);

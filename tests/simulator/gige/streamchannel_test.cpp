@@ -264,7 +264,7 @@ TEST_F(StreamChannels, ThePacketSizeIsRoundedLimitedOrRefused) {
     EXPECT_EQ(Channel().SetPacketSize(1504), 1504U);
 }
 
-TEST_F(StreamChannels, TestPacketsHaveTheSizeOfTheRegister) {
+TEST_F(StreamChannels, TestPacketsLeaveAsTheyWereFired) {
     Channel().FireTestPacket();  // of a closed channel: none
     Set("FirstTestPacketsLost", "1");
     Set("PathMtu", "2000");
@@ -275,6 +275,8 @@ TEST_F(StreamChannels, TestPacketsHaveTheSizeOfTheRegister) {
     Channel().FireTestPacket();
     Channel().SetPacketSize(2000);
     Channel().FireTestPacket();
+    Channel().SetPacketSize(600);
+    Channel().SetDestination(0);
     const Bytes packet = Next();
     ASSERT_EQ(packet.size(), 2000U - 28U);
     EXPECT_EQ(Bytes(packet.begin(), packet.begin() + 12), Hex("00000000 03000000 00010203"));

@@ -66,8 +66,8 @@ void BootstrapRegisters::Change(const std::function<void(ControlSettings&)>& cha
 }
 
 void BootstrapRegisters::OnControlEnd() {
-    Change([](ControlSettings& settings) { settings.gvcpConfiguration = 0; });
     const auto lock = port_.Lock();
+    Configure(0);
     if (!channels_.IsUnconditional()) {
         camera_.GetAcquisition().Abort();
         camera_.Control().LockByClient(false);
@@ -79,6 +79,12 @@ void BootstrapRegisters::OnNewStreams() {
     const auto lock = port_.Lock();
     channels_.RenewStreams();
     hardware_.SetExtendedIds(extendedIds_);
+    Configure(Settings().gvcpConfiguration);
+}
+
+void BootstrapRegisters::Configure(uint32_t bits) {
+    Change([bits](ControlSettings& settings) { settings.gvcpConfiguration = bits; });
+    hardware_.SetStatusCodes((bits & Configuration::kStatusCodes11) != 0);
 }
 
 std::vector<uint32_t> BootstrapRegisters::TakeTestPackets() {
@@ -298,7 +304,7 @@ void BootstrapRegisters::AddConfiguration(RegisterSpace& space) {
               {[this] { return Settings().gvcpConfiguration; },
                [this](uint32_t bits) {
                    const uint32_t rising = bits & ~Settings().gvcpConfiguration;
-                   Change([bits](ControlSettings& settings) { settings.gvcpConfiguration = bits; });
+                   Configure(bits);
                    if ((rising & Configuration::kIeee1588) != 0)
                        camera_.SetClock(Camera::SystemNanoseconds());
                },

@@ -71,6 +71,7 @@ class BootstrapRegisters {
     void AddLink(ZelCti::RegisterSpace& space);
     void AddActions(ZelCti::RegisterSpace& space);
     void CheckConfiguration(uint32_t bits) const;
+    void Configure(uint32_t bits);
     uint32_t TickFrequency(bool high) const;
     void ControlTimestamp(uint32_t bits);
     std::string Text(std::string text, size_t size) const;

@@ -62,6 +62,9 @@ class NetworkHardware : public NetworkBody {
     virtual void SetStreamConfiguration(uint32_t channel, uint32_t sccfg) = 0;
     virtual void SetExtendedIds(bool on) = 0;  // of all channels
 
+    // Whether refused resends say why, by the status codes of 1.1; of all channels.
+    virtual void SetStatusCodes(bool on) = 0;
+
     virtual void FireTestPacket(uint32_t channel) = 0;
     // The channel may be one that is not there. `from` has asked.
     virtual void Resend(const ZelCti::Gvcp::PacketResend& request, const Endpoint& from) = 0;

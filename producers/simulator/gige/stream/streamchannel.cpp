@@ -90,7 +90,7 @@ void StreamChannel::Open() {
     ChangeSettings([this](StreamSettings&) {
         isOpen_ = true;
         numRequests_ = 0;
-        numTestPackets_ = 0;
+        testPackets_.clear();
         isBeginning_ = false;
     });
     try {
@@ -133,7 +133,8 @@ void StreamChannel::OnAcquisitionBegin() {
 void StreamChannel::FireTestPacket() {
     const std::lock_guard lock(mutex_);
     if (!isOpen_ || settings_.destination.address == 0) return;
-    ++numTestPackets_;
+    if (testPackets_.size() == kMaxTestPackets) return;
+    testPackets_.push_back({settings_.destination, settings_.packetSize, settings_.dontFragment});
     ++numWakes_;
     wake_.WakeAll();
 }
@@ -156,8 +157,9 @@ void StreamChannel::Run() {
     while (isOpen_) {
         const uint64_t before = numWakes_;
         const auto now = Pacer::Clock::now();
-        for (; numTestPackets_ != 0; --numTestPackets_)
-            sender_.FireTestPacket(settings_.packetSize, now);
+        for (const TestPacket& packet : testPackets_)
+            sender_.FireTestPacket(packet, now);
+        testPackets_.clear();
         if (numRequests_ != 0 && !sender_.IsResending()) {
             sender_.Resend(requests_[firstRequest_]);
             firstRequest_ = (firstRequest_ + 1) % kMaxRequests;

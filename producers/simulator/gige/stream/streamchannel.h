@@ -59,7 +59,8 @@ class StreamChannel {
     StreamStatistics Statistics() const;
 
   private:
-    static constexpr size_t kMaxRequests = 256;  // that wait
+    static constexpr size_t kMaxRequests = 256;     // that wait
+    static constexpr size_t kMaxTestPackets = 256;  // the same
 
     void Open();
     void Close();
@@ -83,8 +84,8 @@ class StreamChannel {
     bool isOpen_ = false;
     StreamSettings settings_;
     StreamStatistics statistics_;
-    uint32_t numTestPackets_ = 0;  // to be fired
-    bool isBeginning_ = false;     // the acquisition
+    std::vector<TestPacket> testPackets_;  // to be fired
+    bool isBeginning_ = false;             // the acquisition
     std::array<ResendRequest, kMaxRequests> requests_;
     size_t firstRequest_ = 0;
     size_t numRequests_ = 0;

@@ -97,7 +97,7 @@ void StreamSender::Open(BlockRing& ring) {
 
 StreamSender::Clock::time_point StreamSender::Step(const StreamSettings& settings,
                                                    Clock::time_point now) {
-    SendTestPackets(settings, now);
+    SendTestPackets(now);
     if (block_ == nullptr) {
         if (std::exchange(isBeginning_, false)) AnnounceBlock(settings);
         block_ = ring_->Next();
@@ -127,8 +127,8 @@ PacketBytes& StreamSender::Add(const Block& block, uint32_t packetId, const Gvsp
     return packet;
 }
 
-void StreamSender::SetSocket(const StreamSettings& settings, const NetworkSettings& network) {
-    socket_.SetDontFragment(settings.dontFragment && !network.ignoreDontFragment);
+void StreamSender::SetSocket(bool dontFragment, const NetworkSettings& network) {
+    socket_.SetDontFragment(dontFragment && !network.ignoreDontFragment);
     socket_.SetSegmentation(network.segmentation);
 }
 
@@ -184,7 +184,7 @@ void StreamSender::SendBlock(const StreamSettings& settings, Clock::time_point n
     const uint32_t count = isRefusing_ ? 0 : block_->packets.Count();
     while (block_->numSent < count && HasRoom() && pacer_.IsDue(now))
         AddNextPacket();
-    SetSocket(settings, *network_);
+    SetSocket(settings.dontFragment, *network_);
     Flush(settings.destination);
     if (block_->numSent >= count) FinishBlock(settings);
 }
@@ -267,7 +267,7 @@ void StreamSender::SendResent(const StreamSettings& settings, Clock::time_point 
         }
         Answer(block, static_cast<uint32_t>(next++));
     }
-    SetSocket(settings, *requestNetwork_);
+    SetSocket(settings.dontFragment, *requestNetwork_);
     const bool toAsker = (settings.configuration & Gev::Sccfg::kResendDestination) != 0;
     Flush(toAsker ? request_->from : settings.destination);
     if (block != nullptr) ring_->LetGo(*block);
@@ -331,23 +331,24 @@ void StreamSender::AddRefused(const Block* block, uint32_t packetId, Gev::Status
 // ---- Test packets
 // --------------------------------------------------------------------------------
 
-void StreamSender::FireTestPacket(size_t ipSize, Clock::time_point now) {
+void StreamSender::FireTestPacket(const TestPacket& packet, Clock::time_point now) {
     const auto network = networkSource_();
     if (numTestPackets_++ < network->firstTestPacketsLost) return;
-    if (network->pathMtu != 0 && ipSize > network->pathMtu) return;
+    if (network->pathMtu != 0 && packet.ipSize > network->pathMtu) return;
     if (testPackets_.size() >= kMostTestPackets) return;
     testPackets_.push_back(
-        {now + kTestPacketDelay + std::chrono::milliseconds(network->testPacketDelayMs), ipSize});
+        {now + kTestPacketDelay + std::chrono::milliseconds(network->testPacketDelayMs), packet});
 }
 
-void StreamSender::SendTestPackets(const StreamSettings& settings, Clock::time_point now) {
+void StreamSender::SendTestPackets(Clock::time_point now) {
     while (!testPackets_.empty() && testPackets_.front().due <= now) {
-        const size_t size = Gvsp::EncodeTestPacket({testPacket_.data(), testPacket_.size()},
-                                                   testPackets_.front().ipSize);
+        const TestPacket packet = testPackets_.front().packet;
         testPackets_.pop_front();
-        SetSocket(settings, *networkSource_());
+        const size_t size =
+            Gvsp::EncodeTestPacket({testPacket_.data(), testPacket_.size()}, packet.ipSize);
+        SetSocket(packet.dontFragment, *networkSource_());
         packets_[numPackets_++] = {{{{testPacket_.data(), size}, {}, {}}}};
-        Flush(settings.destination);
+        Flush(packet.destination);
         ++statistics_.testPackets;
     }
 }

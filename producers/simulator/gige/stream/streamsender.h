@@ -39,6 +39,13 @@ struct StreamStatistics {
     uint64_t testPackets = 0;
 };
 
+// A packet that shows what the network carries, as the registers were when it was fired.
+struct TestPacket {
+    Endpoint destination;
+    size_t ipSize = 0;  // of the whole IP datagram
+    bool dontFragment = false;
+};
+
 struct ResendRequest {
     ZelCti::Gvcp::PacketResend packets;
     Endpoint from;
@@ -67,8 +74,8 @@ class StreamSender {
     // The camera begins to acquire: some send the leader of the first block now.
     void BeginAcquisition() { isBeginning_ = true; }
 
-    // A test packet of this size of an IP datagram leaves with one of the next steps.
-    void FireTestPacket(size_t ipSize, Clock::time_point now);
+    // The packet leaves with one of the next steps.
+    void FireTestPacket(const TestPacket& packet, Clock::time_point now);
 
     // Sends what is due, some packets at most. Returns when there is more to send: now or earlier
     // for at once.
@@ -77,16 +84,16 @@ class StreamSender {
     const StreamStatistics& Statistics() const { return statistics_; }
 
   private:
-    struct TestPacket {
+    struct WaitingTest {
         Clock::time_point due;
-        size_t ipSize;
+        TestPacket packet;
     };
     struct PacketPlace {
         uint64_t blockId;
         uint32_t packetId;
     };
 
-    void SendTestPackets(const StreamSettings& settings, Clock::time_point now);
+    void SendTestPackets(Clock::time_point now);
     void SendResent(const StreamSettings& settings, Clock::time_point now);
     void Answer(const Block* block, uint32_t packetId);
     void AddResent(const Block& block, uint32_t packetId);
@@ -102,7 +109,7 @@ class StreamSender {
     void FinishBlock(const StreamSettings& settings);
 
     PacketBytes& Add(const Block& block, uint32_t packetId, const ZelCti::Gvsp::Header& header);
-    void SetSocket(const StreamSettings& settings, const NetworkSettings& network);
+    void SetSocket(bool dontFragment, const NetworkSettings& network);
     void Flush(const Endpoint& to);
     bool HasRoom() const { return numPackets_ + 2 <= StreamSocket::kMaxPackets; }
 
@@ -131,7 +138,7 @@ class StreamSender {
     Clock::time_point resendSecond_;  // begin of the second that is counted
     std::optional<ResendRequest> request_;
 
-    std::deque<TestPacket> testPackets_;
+    std::deque<WaitingTest> testPackets_;
     std::array<uint8_t, kMaxPacketSize> testPacket_{};
     uint32_t numTestPackets_ = 0;  // since the channel was opened
 
