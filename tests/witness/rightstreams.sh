@@ -19,6 +19,7 @@ MONO $packet 2.* ip.flags.df 1
 * $packet .* gvsp.status 0x0000
 * $resent .* gvsp.status 0x0100
 MONO REFUSED .* gvsp.status 0x800c
+BAYER REFUSED 21013.1.1 gvsp.status 0x8011
 * $packet .* gvsp.flags 0x0000
 * $resent .* gvsp.flags 0x0001
 MONO REFUSED 21003.1.5 gvsp.flags 0x0004
@@ -58,6 +59,7 @@ MONO REFUSED 20006.2.24 messages 1
 MONO REFUSED 20007.9.1 messages 1
 MONO REFUSED 21003.1.5 messages 1
 MONO REFUSED 21003.9.1 messages 1
+BAYER REFUSED 21013.1.1 messages 1
 MONO RESENT_DATA 21003 messages 2
 BAYER RESENT_DATA 21012 messages 2
 MONO TEST 21001 messages 1
@@ -138,11 +140,11 @@ COLOUR BLOCK .*[0-9] bytes 230416
 BAYER BLOCK .*[0-9] bytes 32052
 MONO BLOCK 21001.[123] trailer 23
 MONO BLOCK 21003.1 trailer 4
-BAYER BLOCK 21011.[12] trailer 23
+BAYER BLOCK 2101[13].[12] trailer 23
 BAYER BLOCK 21012.[12] trailer 61
 PACKED BLOCK 21021.[12] trailer 81
 MONO BLOCK 21001.3 last 1
-BAYER BLOCK 2101[12].2 last 1
+BAYER BLOCK 2101[123].2 last 1
 PACKED BLOCK 21021.2 last 1
 PACKED BLOCK 21021.2 time 0x$scheduled..0x7fffffffffffffff
 END

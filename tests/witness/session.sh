@@ -178,6 +178,19 @@ two_channels() {
     write 20001 BAYER 6009 "$(register BAYER AcquisitionMode)" 00000000 00000a00 00000000
 }
 
+# With the status codes of 1.1, a refusal says why. Two blocks go to port 21013, and one is remembered.
+reasons_of_refusals() {
+    listen 21013
+    tell set BAYER ResendMemoryBlocks 1
+    write 20001 BAYER 6101 00000a00 00000002 00000954 00000004
+    write 20001 BAYER 6102 00000d18 0a4d0001 00000d00 00005215 00000d04 000005dc
+    write 20001 BAYER 6103 "$(register BAYER AcquisitionMode)" 00000002
+    acquire BAYER 6104 2
+    resend 20006 BAYER 6105 0001 00000001 00000001
+    write 20001 BAYER 6106 "$(register BAYER AcquisitionMode)" 00000000 00000a00 00000000
+    tell set BAYER ResendMemoryBlocks 32
+}
+
 # action PORT ID STATUS [TIME]: ACTION for signal 0, and what its acknowledge says.
 action() {
     local keys=00000007000000080000000f flags=01
@@ -252,6 +265,7 @@ session() {
     streams
     streams_with_64_bits
     two_channels
+    reasons_of_refusals
     actions
     forced_addresses
 }
