@@ -17,4 +17,12 @@ void MeasureBuffers(Report& report);   // buffers.cpp
 void MeasureWire(Report& report);      // wire.cpp
 void MeasureHostile(Report& report);   // hostile.cpp
 
+// gev.cpp; the long form takes hours.
+void MeasureGevLoss(Report& report, bool isLong);
+void MeasureGevFaults(Report& report, bool isLong);
+void MeasureGevCost(Report& report);
+void MeasureGevRate(Report& report, bool isLong);
+void MeasureGevMany(Report& report);
+void MeasureGevTimes(Report& report);
+
 }  // namespace Bench

@@ -13,10 +13,14 @@ int64_t Now() {
     return std::chrono::duration_cast<std::chrono::nanoseconds>(now).count();
 }
 
-int64_t ThreadCpuTime() {
+int64_t CpuTimeOf(clockid_t clock) {
     timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    clock_gettime(clock, &time);
     return int64_t{time.tv_sec} * 1000000000 + time.tv_nsec;
+}
+
+int64_t ThreadCpuTime() {
+    return CpuTimeOf(CLOCK_THREAD_CPUTIME_ID);
 }
 
 double Percentile(std::vector<double> values, double share) {

@@ -2,13 +2,15 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <utility>
 #include <vector>
 
 namespace Bench {
 
 // In nanoseconds.
-int64_t Now();            // the clock of std::chrono::steady_clock
+int64_t Now();  // the clock of std::chrono::steady_clock
+int64_t CpuTimeOf(clockid_t clock);
 int64_t ThreadCpuTime();  // of the calling thread
 
 double Median(std::vector<double> values);

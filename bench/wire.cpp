@@ -5,20 +5,13 @@
 // fast as it can from one processor, to a receiver on another that only counts.
 #include <arpa/inet.h>
 #include <atomic>
-#include <cerrno>
-#include <csignal>
-#include <cstdlib>
-#include <fcntl.h>
 #include <functional>
 #include <memory>
 #include <netinet/in.h>
 #include <optional>
-#include <sched.h>
-#include <spawn.h>
 #include <stdexcept>
 #include <string>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -26,10 +19,9 @@
 #include "bench/child.h"
 #include "bench/groups.h"
 #include "bench/measure.h"
+#include "bench/network.h"
+#include "bench/process.h"
 #include "producers/simulator/gige/stream/streamchannel.h"
-#include "producers/wire/bootstrap.h"
-#include "producers/wire/gvcpanswers.h"
-#include "producers/wire/gvcpcommands.h"
 #include "tests/support/processstate.h"
 
 namespace Bench {
@@ -39,74 +31,11 @@ namespace {
 constexpr int kWireRounds = 3;
 constexpr auto kWarmUp = std::chrono::milliseconds(200);
 constexpr auto kMeasured = std::chrono::milliseconds(500);
-constexpr size_t kSenderProcessor = 0;
-constexpr size_t kReceiverProcessor = 1;
-
-// ---- The network
-// ---------------------------------------------------------------------------------
-
-struct WireEnd {
-    std::string space;  // the name of its network namespace; empty: that of this program
-    uint32_t address;
-};
-
-struct WireNetwork {
-    WireEnd camera{"", 0x7F000001};  // the only one that the other fake camera takes
-    WireEnd host{"", 0x7F000001};
-
-    WireNetwork() {
-        const char* const cameraSpace = std::getenv("ZELCAM_BENCH_CAMERA");
-        const char* const hostSpace = std::getenv("ZELCAM_BENCH_HOST");
-        if (cameraSpace == nullptr || hostSpace == nullptr) return;
-        camera = {cameraSpace, 0x0A4D0002};
-        host = {hostSpace, 0x0A4D0001};
-    }
-
-    const char* Name() const { return camera.space.empty() ? "loopback" : "veth"; }
-};
-
-void EnterNamespace(const std::string& name) {
-    if (name.empty()) return;
-    const int file = open(("/run/netns/" + name).c_str(), O_RDONLY | O_CLOEXEC);
-    const bool entered = file >= 0 && setns(file, CLONE_NEWNET) == 0;
-    if (file >= 0) close(file);
-    if (!entered) throw std::runtime_error("the network namespace " + name + " cannot be used");
-}
-
-void RunOnProcessor(size_t processor) {
-    cpu_set_t set;
-    CPU_ZERO(&set);
-    CPU_SET(processor, &set);
-    sched_setaffinity(0, sizeof set, &set);  // where there is only one, all share it
-}
-
-// Runs `work` at an end of the network. Sockets and threads that it makes stay there.
-void RunAt(const WireEnd& end, size_t processor, const std::function<void()>& work) {
-    std::string error;
-    std::thread([&] {
-        try {
-            EnterNamespace(end.space);
-            RunOnProcessor(processor);
-            work();
-        } catch (const std::exception& e) {
-            error = e.what();
-        }
-    }).join();
-    if (!error.empty()) throw std::runtime_error(error);
-}
-
-sockaddr_in AddressOf(uint32_t address, uint16_t port) {
-    sockaddr_in result{};
-    result.sin_family = AF_INET;
-    result.sin_addr.s_addr = htonl(address);
-    result.sin_port = htons(port);
-    return result;
-}
 
 // A UDP socket of the host.
 class HostSocket {
   public:
-    explicit HostSocket(const WireEnd& host) {
+    explicit HostSocket(const NetworkEnd& host) {
         RunAt(host, kReceiverProcessor, [&] { Open(host.address); });
     }
     ~HostSocket() { close(socket_); }
@@ -124,7 +53,7 @@ class HostSocket {
             setsockopt(socket_, SOL_SOCKET, SO_RCVBUF, &kBuffer, sizeof kBuffer);
         const timeval patience{0, 100000};
         setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-        sockaddr_in address = AddressOf(at, 0);
+        sockaddr_in address = NativeAddress({at, 0});
         socklen_t size = sizeof address;
         if (bind(socket_, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
             getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size) != 0)
@@ -139,7 +68,7 @@ class HostSocket {
 // Counts the bytes that arrive, on a thread of its own.
 class CountingReceiver {
   public:
-    explicit CountingReceiver(const WireEnd& host) : socket_(host), thread_([this] { Run(); }) {}
+    explicit CountingReceiver(const NetworkEnd& host) : socket_(host), thread_([this] { Run(); }) {}
     ~CountingReceiver() {
         isEnding_ = true;
         thread_.join();
@@ -149,10 +78,8 @@ class CountingReceiver {
     uint64_t Bytes() const { return bytes_; }
     int64_t CpuTime() const {
         clockid_t clock{};
-        timespec time{};
         pthread_getcpuclockid(const_cast<std::thread&>(thread_).native_handle(), &clock);
-        clock_gettime(clock, &time);
-        return time.tv_sec * int64_t{1000000000} + time.tv_nsec;
+        return CpuTimeOf(clock);
     }
 
   private:
@@ -186,12 +113,6 @@ class CountingReceiver {
 // ---- Cameras
 // -------------------------------------------------------------------------------------
 
-int64_t CpuTimeOf(clockid_t clock) {
-    timespec time{};
-    clock_gettime(clock, &time);
-    return time.tv_sec * int64_t{1000000000} + time.tv_nsec;
-}
-
 struct WireSpeed {
     double megabytesPerSecond = 0;  // that arrived
     double cpuPerGigabyte = 0;      // seconds of the sender
@@ -223,7 +144,7 @@ ZelSim::CameraConfig FastCamera() {
 // A simulated camera that sends.
 class SendingCamera {
   public:
-    SendingCamera(const WireNetwork& network, uint16_t port, uint32_t packetSize,
+    SendingCamera(const BenchNetwork& network, uint16_t port, uint32_t packetSize,
                   const ZelSim::CameraConfig& config, bool segmentation = false)
         : settings_(SettingsWith(segmentation)),
           camera_(config, "GEV", ZelSim::PermanentMemory(config)) {
@@ -250,7 +171,7 @@ class SendingCamera {
     std::unique_ptr<ZelSim::StreamChannel> channel_;
 };
 
-WireSpeed MeasureOurs(const WireNetwork& network, uint32_t packetSize, bool segmentation) {
+WireSpeed MeasureOurs(const BenchNetwork& network, uint32_t packetSize, bool segmentation) {
     const CountingReceiver receiver(network.host);
     const SendingCamera camera(network, receiver.Port(), packetSize, FastCamera(), segmentation);
     return MeasureSpeed(receiver,
@@ -260,90 +181,35 @@ WireSpeed MeasureOurs(const WireNetwork& network, uint32_t packetSize, bool segm
 // arv-fake-gv-camera-0.8, as far as it takes to let it send.
 class WitnessCamera {
   public:
-    WitnessCamera(const WireNetwork& network, uint16_t port, uint32_t packetSize)
-        : network_(network), control_(network.host) {
-        RunAt(network.camera, kSenderProcessor, [&] { Start(); });
-        namespace Gev = ZelCti::Gev;
-        AwaitControl();
-        Write(Gev::kScda.address, network.host.address);
-        Write(Gev::kScps.address, packetSize);
-        // From its description: the largest image, at the highest rate.
-        Write(0x100, 2048);
-        Write(0x104, 2048);
-        Write(0x138, 1000);  // microseconds from frame to frame
-        Write(Gev::kScp.address, port);
-        Write(0x124, 1);  // AcquisitionStart
+    WitnessCamera(const BenchNetwork& network, uint16_t port, uint32_t packetSize) {
+        RunAt(network.camera, kSenderProcessor, [&] {
+            const std::string interface =
+                inet_ntoa(NativeAddress({network.camera.address, 0}).sin_addr);
+            process_.emplace(std::vector<std::string>{kProgram, "-i", interface});
+        });
+        RunAt(network.host, kReceiverProcessor, [&] {
+            CameraControl control(network.camera.address);
+            control.Take();
+            // From its description: the largest image, at the highest rate.
+            control.Write(0x100, 2048);
+            control.Write(0x104, 2048);
+            control.Write(0x138, 1000);  // microseconds from frame to frame
+            control.OpenStream({network.host.address, port}, packetSize);
+            control.Write(0x124, 1);  // AcquisitionStart
+        });
     }
-    ~WitnessCamera() {
-        kill(process_, SIGKILL);
-        waitpid(process_, nullptr, 0);
-    }
-    WitnessCamera(const WitnessCamera&) = delete;
-    WitnessCamera& operator=(const WitnessCamera&) = delete;
 
     static bool IsInstalled() { return access(kProgram, X_OK) == 0; }
 
-    int64_t CpuTime() const {
-        clockid_t clock{};
-        return clock_getcpuclockid(process_, &clock) == 0 ? CpuTimeOf(clock) : 0;
-    }
+    int64_t CpuTime() const { return process_->CpuTime(); }
 
   private:
     static constexpr const char* kProgram = "/usr/bin/arv-fake-gv-camera-0.8";
 
-    void Start() {
-        std::string program = kProgram;
-        std::string option = "-i";
-        in_addr address{};
-        address.s_addr = htonl(network_.camera.address);
-        std::string interface = inet_ntoa(address);
-        char* arguments[] = {program.data(), option.data(), interface.data(), nullptr};
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-        const int result = posix_spawn(&process_, kProgram, &actions, nullptr, arguments, environ);
-        posix_spawn_file_actions_destroy(&actions);
-        if (result != 0) throw std::runtime_error("the fake camera does not start");
-    }
-
-    // Until the program is there.
-    void AwaitControl() {
-        constexpr int kTries = 50;
-        for (int i = 0; i < kTries; ++i) {
-            if (TryWrite(ZelCti::Gev::kCcp.address, 2)) return;
-            std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        }
-        throw std::runtime_error("the fake camera does not answer");
-    }
-
-    void Write(uint32_t address, uint32_t value) {
-        if (!TryWrite(address, value))
-            throw std::runtime_error("the fake camera does not acknowledge");
-    }
-
-    // The socket of the host waits for an answer for a tenth of a second.
-    bool TryWrite(uint32_t address, uint32_t value) {
-        namespace Gvcp = ZelCti::Gvcp;
-        uint8_t bytes[Gvcp::kMaxMessageSize];
-        const Gvcp::RegisterWrite write{address, value};
-        const size_t size =
-            Gvcp::EncodeWriteRegCmd({bytes, sizeof bytes}, {++requestId_, 1}, &write, 1);
-        const sockaddr_in to = AddressOf(network_.camera.address, Gvcp::kPort);
-        sendto(control_.Descriptor(), bytes, size, 0, reinterpret_cast<const sockaddr*>(&to),
-               sizeof to);
-        const ssize_t received = recv(control_.Descriptor(), bytes, sizeof bytes, 0);
-        if (received <= 0) return false;
-        const auto ack = Gvcp::DecodeAcknowledge({bytes, static_cast<size_t>(received)});
-        return ack && ack->ackId == requestId_ && ack->status == ZelCti::Gev::Status::Success;
-    }
-
-    const WireNetwork network_;
-    HostSocket control_;
-    pid_t process_ = -1;
-    uint16_t requestId_ = 0;
+    std::optional<Process> process_;
 };
 
-WireSpeed MeasureWitness(const WireNetwork& network, uint32_t packetSize) {
+WireSpeed MeasureWitness(const BenchNetwork& network, uint32_t packetSize) {
     const CountingReceiver receiver(network.host);
     const WitnessCamera camera(network, receiver.Port(), packetSize);
     return MeasureSpeed(receiver, [&] { return camera.CpuTime(); });
@@ -371,7 +237,7 @@ void AddSpeeds(Report& report, const std::string& name, const std::vector<WireSp
     report.Add(cost);
 }
 
-void MeasurePacketSize(Report& report, const WireNetwork& network, uint32_t packetSize) {
+void MeasurePacketSize(Report& report, const BenchNetwork& network, uint32_t packetSize) {
     std::vector<WireSpeed> single;
     std::vector<WireSpeed> segmented;
     std::vector<WireSpeed> witness;
@@ -387,7 +253,7 @@ void MeasurePacketSize(Report& report, const WireNetwork& network, uint32_t pack
 }
 
 // What so many cameras take that have sent a frame each, with their memory for resends.
-double MemoryOfCameras(const WireNetwork& network, size_t count) {
+double MemoryOfCameras(const BenchNetwork& network, size_t count) {
     return InChild([&] {
         const CountingReceiver receiver(network.host);
         const double before = static_cast<double>(ZelTest::ProcessState::Now().residentKiB);
@@ -405,7 +271,7 @@ double MemoryOfCameras(const WireNetwork& network, size_t count) {
 }  // namespace
 
 void MeasureWire(Report& report) {
-    const WireNetwork network;
+    const BenchNetwork network;
     for (const size_t count : {size_t{1}, size_t{16}}) {
         report.Add({"wire",
                     "memory of VGA cameras that send, " + std::to_string(count),

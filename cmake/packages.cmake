@@ -53,7 +53,8 @@ ${libraries}, libdeflate0, libjpeg62-turbo, libtiff6, libtinyxml2-9, libzip4"
     "cameras for machine vision from the command line"
     "The program zelcam lists cameras, grabs images, reads and sets features,\n\
 saves and loads configurations, watches events and writes reports. With a\n\
-rule for udev that lets users open USB3 Vision cameras.")
+rule for udev that lets users open USB3 Vision cameras, and an example of\n\
+settings of the kernel for GigE Vision cameras.")
 describe_package(simulator zelcam-simulator utils
     "${libraries}, libtinyxml2-9, libzip4"
     "simulated GigE Vision cameras on a network"

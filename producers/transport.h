@@ -45,6 +45,23 @@ using Deadline = std::chrono::steady_clock::time_point;
 
 // ---- Frames ------------------------------------------------------------------------------------
 
+// A part of a frame of several, for example the depth or the confidence of an image.
+struct FramePart {
+    GenTL::PARTDATATYPE_ID type = GenTL::PART_DATATYPE_UNKNOWN;
+    size_t offset = 0;    // of its data in the buffer
+    size_t dataSize = 0;  // bytes that the buffer holds of it
+    uint64_t format = 0;  // PFNC value
+    size_t width = 0;
+    size_t height = 0;
+    size_t offsetX = 0;
+    size_t offsetY = 0;
+    size_t xPadding = 0;
+    size_t deliveredHeight = 0;
+    uint64_t sourceId = 0;
+    uint64_t regionId = 0;
+    uint64_t purposeId = 0;
+};
+
 // What a frame left in a buffer.
 struct FrameInfo {
     uint64_t id = 0;
@@ -66,6 +83,14 @@ struct FrameInfo {
     // The byte order of the trailers of chunks, which end the payload; none without chunk data.
     std::optional<ByteOrder> chunkOrder;
     uint64_t chunkLayoutId = 0;
+    GenTL::PAYLOADTYPE_INFO_ID payloadType = GenTL::PAYLOAD_TYPE_IMAGE;
+    // Whether format, size, offsets, padding and lines above are those of an image.
+    bool hasImage = true;
+    ByteOrder pixelOrder = ByteOrder::Little;
+    // Where the data end that came, for a frame with gaps; without it at `sizeFilled`.
+    std::optional<size_t> dataSize;
+    // Of a multi-part payload, StreamInfo::maxParts at most. Each lies within the buffer.
+    std::vector<FramePart> parts;
 };
 
 // Memory for a frame.
@@ -108,6 +133,7 @@ struct StreamInfo {
     size_t minBuffers = 1;           // announced before a start
     size_t alignment = 1;            // of the memory of a buffer; a power of two
     size_t maxChunks = 0;
+    size_t maxParts = 0;  // of a frame; each buffer keeps memory for the description of as many
 };
 
 // The source of the frames of an open stream. The server calls Start and Stop one at a time, and
@@ -117,7 +143,7 @@ class StreamEngine {
     virtual ~StreamEngine() = default;
 
     virtual const StreamInfo& Info() const = 0;
-    virtual size_t PayloadSize() const = 0;
+    virtual size_t PayloadSize() const = 0;  // asked for only if StreamInfo::definesPayloadSize
 
     // Frames go into the buffers until `numFrames` are delivered. An engine that is started and has
     // delivered all of its frames goes on with this number.
@@ -153,8 +179,9 @@ class CameraSink {
     // event, or EVENT_FEATURE_INVALIDATE, with the name of a feature and its terminating zero.
     virtual void OnEvent(GenTL::EVENT_TYPE type, uint64_t id, EventData data) = 0;
 
-    // The camera is gone for good. Called once.
-    virtual void OnLost() = 0;
+    // The camera is gone for good. Called once. `reason` stands behind the camera's identifier in
+    // the texts of errors: "is unplugged".
+    virtual void OnLost(const std::string& reason) = 0;
 
   protected:
     ~CameraSink() = default;  // the server's
@@ -200,6 +227,14 @@ struct CameraInfo {
     std::optional<std::string> usbHost;  // what a USB3 camera is connected to
 };
 
+// The addresses of a camera on a network, as it last told them.
+struct CameraNetwork {
+    uint64_t macAddress = 0;  // 48 bits
+    uint32_t address = 0;     // 192.168.1.2 is 0xC0A80102
+    uint32_t mask = 0;
+    uint32_t gateway = 0;  // 0: none
+};
+
 // A camera that is listed. The object stays the same while the camera does; a camera that was lost
 // and comes back is another one. An open camera may outlive its interface and its transport.
 class Camera {
@@ -211,9 +246,23 @@ class Camera {
 
     virtual std::string UserName() const = 0;  // what the user calls it
 
+    // Name for people, if it is another one than the user's or, without one, that of the model.
+    virtual std::string DisplayName() const { return {}; }
+
+    // Ticks a second of the camera's clock; 0: unknown. Transports that learn it after the camera
+    // is listed override this.
+    virtual uint64_t TimestampFrequency() const { return Info().timestampFrequency; }
+
+    // None: the camera is on no network. It may change while the camera is listed.
+    virtual std::optional<CameraNetwork> Network() const { return {}; }
+
     // What a client of this process may get when no other of this process has the camera open:
     // READWRITE, READONLY, BUSY or, for a camera that is lost or cannot be reached, NOACCESS.
     virtual GenTL::DEVICE_ACCESS_STATUS AccessStatus() const = 0;
+
+    // Why the status is not READWRITE, and what helps, as far as the transport knows: "controlled
+    // by 10.0.0.7:40000". One line; empty when the status says all.
+    virtual std::string AccessReason() const { return {}; }
 
     // The server has decided who may open the camera. `sink` outlives the connection. Throws
     // GC_ERR_IO for a camera that is lost.

@@ -4,8 +4,8 @@
 # What the products link against. The cross build takes the same ones for arm64.
 library_packages=(liblog4cpp5-dev libtinyxml2-dev libcli11-dev libdeflate-dev libjpeg-dev
     libtiff-dev nlohmann-json3-dev libexpat1-dev libzip-dev)
-# tshark reads messages that the encoders write into files.
-test_packages=(libgtest-dev libgmock-dev libpng-dev tshark)
+# tshark reads messages that the encoders write into files; zelcam doctor is tested in network namespaces.
+test_packages=(libgtest-dev libgmock-dev libpng-dev tshark iproute2 nftables util-linux)
 
 # packages_for COMMAND: one package a line.
 packages_for() {
@@ -14,14 +14,14 @@ packages_for() {
     case $1 in
         build | demo | install) wanted=("${build[@]}") ;;
         # A network between namespaces, and the camera that ours are compared with.
-        bench) wanted=("${build[@]}" "${test_packages[@]}" iproute2 aravis-tools) ;;
+        bench) wanted=("${build[@]}" "${test_packages[@]}" aravis-tools) ;;
         abi) wanted=(g++ abigail-tools) ;;
         test | sanitize) wanted=("${build[@]}" "${test_packages[@]}") ;;
         mutations) wanted=("${build[@]}" "${test_packages[@]}" git) ;;
         package) wanted=("${build[@]}" dpkg-dev lintian mmdebstrap arch-test qemu-user-static) ;;
         witness)
-            wanted=("${build[@]}" "${test_packages[@]}"
-                iproute2 util-linux aravis-tools aravis-tools-cli socat xxd) ;;
+            wanted=("${build[@]}" "${test_packages[@]}" aravis-tools aravis-tools-cli
+                socat xxd) ;;
         fuzz) wanted=("${build[@]}" clang-14 libclang-rt-14-dev llvm-14) ;;
         lint)
             # clang-format and clang-tidy by version: another one formats and finds differently.

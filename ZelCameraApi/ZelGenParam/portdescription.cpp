@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include "ZelCam/Error.h"
 #include "ZelCameraApi/base/gentl_error.h"
+#include "gentl/portdescriptionurl.h"
 
 namespace ZelCameraApi::Internal {
 
@@ -23,17 +23,10 @@ constexpr uint64_t kMaxLength = uint64_t{32} << 20;
 // Ports are read in whole registers.
 constexpr size_t kRegisterSize = 4;
 
-std::string UpperCase(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](char c) {
-        return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-    });
-    return text;
-}
-
 // The text after the last dot; empty if there is no dot.
 std::string ExtensionOf(const std::string& path) {
     const size_t dot = path.rfind('.');
-    return dot != std::string::npos ? UpperCase(path.substr(dot + 1)) : std::string();
+    return dot != std::string::npos ? ZelUrl::UpperCase(path.substr(dot + 1)) : std::string();
 }
 
 // Calls `loadXml(map)` or `loadZip(map)`, according to the extension; null for another extension.
@@ -51,28 +44,8 @@ NodeMapOwner Load(const std::string& extension, const GenICam::gcstring& moduleI
     return map;
 }
 
-struct RegisterRange {
-    std::string extension;  // of the file name that the registers represent
-    uint64_t address;
-    uint64_t length;
-};
-
-// "name.ext;address;length?query".
-RegisterRange ParseRegisterRange(const std::string& body) {
-    const size_t nameEnd = body.find(';');
-    const size_t addressEnd = nameEnd != std::string::npos ? body.find(';', nameEnd + 1) : nameEnd;
-    if (addressEnd == std::string::npos) throw RUNTIME_EXCEPTION("Invalid URL");
-    const size_t lengthEnd = body.find('?', addressEnd);
-    const auto number = [&body](size_t begin, size_t end) {
-        const std::string digits = body.substr(begin, end - begin);
-        return uint64_t{std::strtoull(digits.c_str(), nullptr, 16)};
-    };
-    return {ExtensionOf(body.substr(0, nameEnd)), number(nameEnd + 1, addressEnd),
-            number(addressEnd + 1, lengthEnd)};
-}
-
 // Returns only the bytes of the range: bytes that rounding added never reach a parser.
-std::string ReadRegisters(const GenTLModule<void*>& port, const RegisterRange& range) {
+std::string ReadRegisters(const GenTLModule<void*>& port, const ZelUrl::LocalFile& range) {
     if (range.length > kMaxLength) throw RUNTIME_EXCEPTION("Description too large");
     const auto length = static_cast<size_t>(range.length);
     size_t size = (length + kRegisterSize - 1) / kRegisterSize * kRegisterSize;
@@ -85,10 +58,11 @@ std::string ReadRegisters(const GenTLModule<void*>& port, const RegisterRange& r
 
 NodeMapOwner LoadRegisters(const GenTLModule<void*>& port, const std::string& body,
                            const GenICam::gcstring& moduleId) {
-    const RegisterRange range = ParseRegisterRange(body);
-    const std::string bytes = ReadRegisters(port, range);
+    const auto file = ZelUrl::ParseLocalFile(body);
+    if (!file) throw RUNTIME_EXCEPTION("Invalid URL");
+    const std::string bytes = ReadRegisters(port, *file);
     return Load(
-        range.extension, moduleId,
+        ExtensionOf(file->name), moduleId,
         // Zeros after the text fill up its last register.
         [&](GenApi::CNodeMapRef& map) { map._LoadXMLFromString(bytes.c_str()); },
         [&](GenApi::CNodeMapRef& map) { map._LoadXMLFromZIPData(bytes.data(), bytes.size()); });
@@ -148,17 +122,14 @@ NodeMapOwner LoadDescriptionFile(const char* path, const GenICam::gcstring& modu
 
 NodeMapOwner LoadDescriptionUrl(const GenTLModule<void*>& port, const std::string& url,
                                 const GenICam::gcstring& moduleId) {
-    const size_t colon = url.find(':');
-    const size_t begin = colon != std::string::npos ? url.find_first_not_of('/', colon + 1) : colon;
-    if (begin == std::string::npos) throw RUNTIME_EXCEPTION("Invalid URL");
-
-    const std::string scheme = UpperCase(url.substr(0, colon));
-    if (scheme == "HTTP") throw RUNTIME_EXCEPTION("Unsupported URL");
+    const auto parts = ZelUrl::SplitUrl(url);
+    if (!parts) throw RUNTIME_EXCEPTION("Invalid URL");
+    if (parts->scheme == "HTTP") throw RUNTIME_EXCEPTION("Unsupported URL");
     NodeMapOwner map;
-    if (scheme == "LOCAL") {
-        map = LoadRegisters(port, url.substr(begin), moduleId);
-    } else if (scheme == "FILE") {
-        map = LoadFileUrl(url.substr(colon + 1), moduleId);
+    if (parts->scheme == "LOCAL") {
+        map = LoadRegisters(port, parts->body, moduleId);
+    } else if (parts->scheme == "FILE") {
+        map = LoadFileUrl(parts->path, moduleId);
     } else {
         throw RUNTIME_EXCEPTION("Invalid URL");
     }

@@ -59,7 +59,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     camera.hardware.settings.pendingAckMs = input.Number(1) % 8 == 1 ? 50 : 0;
     for (size_t step = 0; step < kMaxSteps && input.size != 0; ++step) {
         const auto choice = static_cast<uint32_t>(input.Number(1));
-        const ZelSim::Endpoint from{0x7F000001, static_cast<uint16_t>(50000 + choice % 3)};
+        const ZelCti::Endpoint from{0x7F000001, static_cast<uint16_t>(50000 + choice % 3)};
         const bool broadcast = (choice & 0x04U) != 0;
         const bool isRaw = (choice & 0x08U) != 0;
         // The same number twice now and then.

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "producers/simulator/config/network.h"
 #include "producers/simulator/features/cameradescription.h"
 #include "producers/simulator/simulatedconnection.h"
 
@@ -62,6 +63,12 @@ PermanentMemory SimulatedCamera::Memory() {
 void SimulatedCamera::CyclePower() {
     if (surroundings_.powerCycle != nullptr) return surroundings_.powerCycle(*this);
     hardware_.Unplug();
+}
+
+std::optional<ZelCti::CameraNetwork> SimulatedCamera::Network() const {
+    if (info_.tlType != TLTypeGEVName) return {};
+    const auto ip = hardware_.Ip();
+    return ZelCti::CameraNetwork{MacAddressOf(info_.id), ip.address, ip.mask, ip.gateway};
 }
 
 GenTL::DEVICE_ACCESS_STATUS SimulatedCamera::AccessStatus() const {

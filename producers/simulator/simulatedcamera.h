@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "producers/server/registers/portregisters.h"
@@ -45,6 +46,7 @@ class SimulatedCamera final : public ZelCti::Camera,
 
     const ZelCti::CameraInfo& Info() const override { return info_; }
     std::string UserName() const override { return hardware_.UserName(); }
+    std::optional<ZelCti::CameraNetwork> Network() const override;
     GenTL::DEVICE_ACCESS_STATUS AccessStatus() const override;
     std::unique_ptr<ZelCti::Connection> Open(GenTL::DEVICE_ACCESS_FLAGS access,
                                              ZelCti::CameraSink& sink) override;

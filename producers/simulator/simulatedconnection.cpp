@@ -1,6 +1,6 @@
 #include "producers/simulator/simulatedconnection.h"
 
-#include "producers/simulator/gevfeatures.h"
+#include "producers/gigefeatures/gigefeatures.h"
 #include "producers/simulator/simulatedstream.h"
 
 namespace ZelSim {
@@ -39,7 +39,7 @@ std::unique_ptr<ZelCti::StreamEngine> SimulatedConnection::OpenStream(
 
 void SimulatedConnection::AddFeatures(ZelCti::FeatureTable& features) {
     if (camera_->Info().tlType == TLTypeGEVName) {
-        AddGevDeviceFeatures(features, camera_->Hardware());
+        ZelCti::AddGigeCameraFeatures(features, *camera_);
     }
 }
 

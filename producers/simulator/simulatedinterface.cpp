@@ -3,10 +3,12 @@
 #include <algorithm>
 
 #include "producers/simulator/config/linkspeed.h"
-#include "producers/simulator/gevfeatures.h"
+#include "producers/simulator/config/network.h"
 #include "producers/simulator/zelsim.h"
 
 namespace ZelSim {
+
+using ZelCti::IpSettings;
 
 namespace {
 
@@ -102,10 +104,24 @@ bool SimulatedInterface::Unplug(const std::string& cameraId) {
 
 void SimulatedInterface::AddFeatures(ZelCti::FeatureTable& features, const SelectedCamera& camera) {
     if (info_.tlType != TLTypeGEVName) return;
-    AddGevInterfaceFeatures(features, info_.id, ip_, [camera] {
-        const auto simulated = std::static_pointer_cast<SimulatedCamera>(camera());
-        return std::shared_ptr<Camera>(simulated, &simulated->Hardware());
+    AddGigeInterfaceFeatures(features, *this, camera);
+}
+
+uint64_t SimulatedInterface::MacAddress() const {
+    return MacAddressOf(info_.id);
+}
+
+bool SimulatedInterface::IsTaken(uint32_t address) const {
+    const auto cameras = Cameras();
+    return std::any_of(cameras->begin(), cameras->end(), [&](const auto& camera) {
+        return camera->Network().value_or(ZelCti::CameraNetwork{}).address == address;
     });
+}
+
+void SimulatedInterface::ForceNetwork(ZelCti::Camera& camera, const ZelCti::CameraNetwork& network,
+                                      std::chrono::milliseconds /*timeout*/) {
+    static_cast<SimulatedCamera&>(camera).Hardware().ForceIp(
+        {network.address, network.mask, network.gateway});
 }
 
 }  // namespace ZelSim

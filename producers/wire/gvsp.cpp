@@ -60,6 +60,10 @@ Header ResentHeader(Header sent) {
     return sent;
 }
 
+bool IsResent(const Header& header) {
+    return header.status == Gev::Status::PacketResend || (header.flags & kFlagResent) != 0;
+}
+
 Header RefusedHeader(const Header& asked, Gev::Status reason) {
     Header header;
     header.extended = asked.extended;

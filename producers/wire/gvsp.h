@@ -70,6 +70,7 @@ size_t EncodeHeader(ByteSpan out, const Header& header);
 // one that is not there, which has no content. Whether the latter has format 3 whatever was lost is
 // known from one device.
 Header ResentHeader(Header sent);
+bool IsResent(const Header& header);
 Header RefusedHeader(const Header& asked, Gev::Status reason);
 
 // What a receiver does about a packet with this status.

@@ -29,7 +29,7 @@ void Simulation::Replace(const ZelSim::WorldConfig& config) {
 }
 
 void Simulation::Serve(const std::vector<std::string>& on) {
-    ZelSim::AddressPool pool(on, ZelSim::ListHostAddresses());
+    ZelSim::AddressPool pool(on, ZelCti::ListHostAddresses());
     const std::lock_guard lock(mutex_);
     if (world_ == nullptr) MakeWorld();
     server_.reset();

@@ -1,4 +1,7 @@
 // What the producer file is made of.
+#include <utility>
+
+#include "producers/gigevision/gevtransport.h"
 #include "producers/transport.h"
 #include "producers/zelcti/simulation.h"
 
@@ -25,7 +28,9 @@ const ProducerInfo& GetProducerInfo() {
 }
 
 std::vector<std::shared_ptr<Transport>> MakeTransports() {
-    return {Simulation::Instance().GetWorld()};
+    const auto world = Simulation::Instance().GetWorld();
+    if (auto network = ZelGev::GevTransport::OfEnvironment()) return {std::move(network), world};
+    return {world};
 }
 
 }  // namespace ZelCti

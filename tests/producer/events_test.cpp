@@ -149,6 +149,23 @@ TEST_F(EventTest, DataInfoFollowsTheTypeOfTheEvent) {
     EXPECT_EQ(DataInfo(error, data, EVENT_DATA_VALUE).Text(), "broken");
 }
 
+// A lost camera is an event of its module, which comes before the end of the event.
+TEST_F(EventTest, TellsWhyTheCameraIsLost) {
+    const EVENT_HANDLE event = Register(device, EVENT_MODULE);
+    const EVENT_HANDLE remote = Register(device, EVENT_REMOTE_DEVICE);
+    Report("queued");
+    camera->Lose();
+    std::string data(64, '\0');
+    EXPECT_EQ(Get(remote, data), GC_ERR_IO);
+    ASSERT_EQ(Get(event, data), GC_ERR_SUCCESS);
+    EXPECT_STREQ(data.c_str(), "is unplugged");
+    EXPECT_EQ(DataInfo(event, data, EVENT_DATA_NUMID).Uint64(), 1U);
+    EXPECT_EQ(Get(event, data), GC_ERR_IO);
+    uint32_t count = 0;
+    EXPECT_EQ(DevGetNumDataStreams(device, &count), GC_ERR_IO);
+    EXPECT_THAT(LastErrorText(), ::testing::HasSubstr("C is unplugged"));
+}
+
 TEST_F(EventTest, NewBufferDataNameTheBuffer) {
     int mark = 0;
     BUFFER_HANDLE buffer = nullptr;

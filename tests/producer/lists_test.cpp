@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/producer/producertest.h"
+#include "tests/support/portnodemap.h"
 
 using namespace GenTL;
 using ::testing::ElementsAre;
@@ -16,6 +17,7 @@ using ::testing::SizeIs;
 using ZelCti::CameraList;
 using ZelCti::Error;
 using ZelCti::InterfaceList;
+using ZelTest::PortNodeMap;
 using ZelTest::ScriptedCamera;
 using ZelTest::ScriptedInterface;
 using ZelTest::ScriptedTransport;
@@ -134,6 +136,12 @@ TEST_F(ListTest, NamesCamerasForPeople) {
     ASSERT_TRUE(CamerasChange());
     EXPECT_EQ(DeviceInfo(interface, "C", DEVICE_INFO_DISPLAYNAME).Text(), "V M (S)");
     EXPECT_EQ(DeviceInfo(interface, "D", DEVICE_INFO_DISPLAYNAME).Text(), "Left");
+    other->displayName = "Left at 10.0.0.5";
+    EXPECT_EQ(DeviceInfo(interface, "D", DEVICE_INFO_DISPLAYNAME).Text(), "Left at 10.0.0.5");
+    EXPECT_EQ(DeviceInfo(interface, "D", DEVICE_INFO_TIMESTAMP_FREQUENCY).Uint64(), 1000U);
+    other->timestampFrequency = 0;
+    EXPECT_EQ(DeviceInfo(interface, "D", DEVICE_INFO_TIMESTAMP_FREQUENCY).code,
+              GC_ERR_NOT_AVAILABLE);
     EXPECT_EQ(DeviceInfo(interface, "X", DEVICE_INFO_VENDOR).code, GC_ERR_INVALID_ID);
     EXPECT_EQ(DeviceInfo(interface, nullptr, DEVICE_INFO_VENDOR).code, GC_ERR_INVALID_PARAMETER);
 
@@ -185,10 +193,17 @@ TEST_F(ListTest, AccessModesExcludeEachOther) {
     ASSERT_EQ(TLClose(otherSystem), GC_ERR_SUCCESS);
     EXPECT_EQ(Open(own, DEVICE_ACCESS_EXCLUSIVE, &first), GC_ERR_SUCCESS);
 
-    // Of other processes the transport knows.
+    // Of other processes the transport knows. Nobody is told a reason who needs none.
+    PortNodeMap features(Functions(), own);
+    EXPECT_EQ(features.Get("DeviceAccessReason"), "");
     ASSERT_EQ(DevClose(first), GC_ERR_SUCCESS);
-    camera->status = DEVICE_ACCESS_STATUS_BUSY;
-    EXPECT_EQ(Status(own), DEVICE_ACCESS_STATUS_BUSY);
+    EXPECT_EQ(features.Get("DeviceAccessReason"), "");
+    for (const auto status : {DEVICE_ACCESS_STATUS_READONLY, DEVICE_ACCESS_STATUS_NOACCESS,
+                              DEVICE_ACCESS_STATUS_BUSY}) {
+        camera->status = status;
+        EXPECT_EQ(Status(own), status);
+        EXPECT_EQ(features.Get("DeviceAccessReason"), camera->accessReason);
+    }
 }
 
 // Whatever fails, the camera is free.

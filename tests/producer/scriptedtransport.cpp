@@ -126,7 +126,7 @@ void ScriptedCamera::Lose() {
             stream->End();
     }
     isReporting = true;
-    if (sink != nullptr) sink->OnLost();
+    if (sink != nullptr) sink->OnLost("is unplugged");
     isReporting = false;
 }
 

@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -50,7 +51,11 @@ class ScriptedCamera final : public ZelCti::Camera,
 
     const ZelCti::CameraInfo& Info() const override { return info; }
     std::string UserName() const override;
+    std::string DisplayName() const override { return displayName; }
+    std::optional<ZelCti::CameraNetwork> Network() const override { return network; }
+    uint64_t TimestampFrequency() const override { return timestampFrequency; }
     GenTL::DEVICE_ACCESS_STATUS AccessStatus() const override;
+    std::string AccessReason() const override { return accessReason; }
     std::unique_ptr<ZelCti::Connection> Open(GenTL::DEVICE_ACCESS_FLAGS access,
                                              ZelCti::CameraSink& sink) override;
 
@@ -61,6 +66,10 @@ class ScriptedCamera final : public ZelCti::Camera,
     // What a test may change before the camera is opened.
     ZelCti::CameraInfo info;
     std::string userName;
+    std::string displayName;
+    uint64_t timestampFrequency = 1000;
+    std::optional<ZelCti::CameraNetwork> network;
+    std::string accessReason = "controlled by 10.0.0.7:40000";
     ZelCti::StreamInfo streamInfo;
     size_t payloadSize = 16;
     uint32_t numStreams = 1;

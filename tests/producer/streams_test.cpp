@@ -1,6 +1,7 @@
 // Streams: buffers and their queues, what a frame leaves in a buffer, starts and stops.
 
 #include <future>
+#include <optional>
 #include <thread>
 #include <utility>
 
@@ -17,6 +18,7 @@ using ZelCti::ByteOrder;
 using ZelCti::Error;
 using ZelCti::FrameBuffer;
 using ZelCti::FrameInfo;
+using ZelTest::Ask;
 using ZelTest::PortNodeMap;
 
 namespace {
@@ -60,6 +62,7 @@ TEST_F(StreamTest, AnnouncesAndRevokesMemory) {
     camera->streamInfo.definesPayloadSize = false;
     Open();
     EXPECT_EQ(StreamInfo(STREAM_INFO_PAYLOAD_SIZE).code, GC_ERR_NOT_AVAILABLE);
+    EXPECT_EQ(Ask(DSGetFlowInfo, stream, 0U, FLOW_INFO_SIZE).code, GC_ERR_NOT_AVAILABLE);
     alignas(256) static uint8_t aligned[512];
     int mark = 0;
     BUFFER_HANDLE buffer = nullptr;
@@ -253,12 +256,114 @@ TEST_F(StreamTest, BuffersSayWhatTheirFrameLeft) {
     EXPECT_FALSE(BufferInfo(buffer, 1101).Bool());
 }
 
+// What frames of real cameras may be besides whole images.
+TEST_F(StreamTest, BuffersTellPayloadsThatAreNoImages) {
+    Open();
+    const BUFFER_HANDLE buffer = QueueMemory(64);
+    const auto send = [&](const FrameInfo& frame) {
+        ASSERT_TRUE(Stream().Send(frame));
+        ASSERT_EQ(Fetch(), buffer);
+        ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS) << "which keeps nothing of the frame";
+        EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_PAYLOADTYPE).code, GC_ERR_NOT_AVAILABLE);
+        ASSERT_TRUE(Stream().Send(frame));
+        ASSERT_EQ(Fetch(), buffer);
+    };
+    FrameInfo frame = Frame(1);
+    frame.payloadType = PAYLOAD_TYPE_GENDC;
+    frame.hasImage = false;
+    frame.sizeFilled = 40;
+    frame.dataSize = 60;
+    frame.incomplete = true;
+    send(frame);
+    EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_PAYLOADTYPE).Size(), size_t{PAYLOAD_TYPE_GENDC});
+    EXPECT_FALSE(BufferInfo(buffer, BUFFER_INFO_IMAGEPRESENT).Bool());
+    for (const int32_t ofImages :
+         {BUFFER_INFO_WIDTH, BUFFER_INFO_YOFFSET, BUFFER_INFO_IMAGEOFFSET, BUFFER_INFO_PIXELFORMAT,
+          BUFFER_INFO_PIXELFORMAT_NAMESPACE, BUFFER_INFO_DELIVERED_IMAGEHEIGHT}) {
+        EXPECT_EQ(BufferInfo(buffer, ofImages).code, GC_ERR_NOT_AVAILABLE) << ofImages;
+    }
+    EXPECT_TRUE(BufferInfo(buffer, BUFFER_INFO_IS_COMPOSITE).Bool());
+    EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_SIZE_FILLED).Size(), 40U);
+    EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_DATA_SIZE).Size(), 60U);
+    const auto segment = [&](int32_t command) {
+        return Ask(DSGetBufferSegmentInfo, stream, buffer, 0U, command).Size();
+    };
+    EXPECT_EQ(segment(SEGMENT_INFO_SIZE_FILLED), 40U);
+    EXPECT_EQ(segment(SEGMENT_INFO_DATA_SIZE), 60U);
+
+    ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+    frame = Frame(2);
+    frame.pixelOrder = ByteOrder::Big;
+    send(frame);
+    EXPECT_TRUE(BufferInfo(buffer, BUFFER_INFO_IMAGEPRESENT).Bool());
+    EXPECT_FALSE(BufferInfo(buffer, BUFFER_INFO_IS_COMPOSITE).Bool());
+    EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_PIXEL_ENDIANNESS).Int32(), PIXELENDIANNESS_BIG);
+}
+
+TEST_F(StreamTest, BuffersDescribeThePartsOfAFrame) {
+    camera->streamInfo.maxParts = 2;
+    Open();
+    const BUFFER_HANDLE buffer = QueueMemory(64);
+    FrameInfo frame = Frame(1);
+    frame.payloadType = PAYLOAD_TYPE_MULTI_PART;
+    frame.parts.resize(2);
+    frame.parts[1] = {PART_DATATYPE_CONFIDENCE_MAP, 24, 40, 0x01080001, 8, 5, 1, 2, 3, 4, 6, 7, 9};
+    ASSERT_TRUE(Stream().Send(frame));
+    ASSERT_EQ(Fetch(), buffer);
+    uint32_t count = 0;
+    ASSERT_EQ(DSGetNumBufferParts(stream, buffer, &count), GC_ERR_SUCCESS);
+    EXPECT_EQ(count, 2U);
+    const auto part = [&](uint32_t index, int32_t command) {
+        return Ask(DSGetBufferPartInfo, stream, buffer, index, command);
+    };
+    EXPECT_EQ(part(0, BUFFER_PART_INFO_BASE).Pointer(), memory.data());
+    EXPECT_EQ(part(1, BUFFER_PART_INFO_BASE).Pointer(), memory.data() + 24);
+    const std::pair<int32_t, size_t> sizes[] = {
+        {BUFFER_PART_INFO_DATA_SIZE, 40},
+        {BUFFER_PART_INFO_DATA_TYPE, PART_DATATYPE_CONFIDENCE_MAP},
+        {BUFFER_PART_INFO_WIDTH, 8},
+        {BUFFER_PART_INFO_HEIGHT, 5},
+        {BUFFER_PART_INFO_XOFFSET, 1},
+        {BUFFER_PART_INFO_YOFFSET, 2},
+        {BUFFER_PART_INFO_XPADDING, 3},
+        {BUFFER_PART_INFO_DELIVERED_IMAGEHEIGHT, 4}};
+    for (const auto& [command, value] : sizes)
+        EXPECT_EQ(part(1, command).Size(), value) << command;
+    const std::pair<int32_t, uint64_t> numbers[] = {
+        {BUFFER_PART_INFO_DATA_FORMAT, 0x01080001},
+        {BUFFER_PART_INFO_DATA_FORMAT_NAMESPACE, PIXELFORMAT_NAMESPACE_PFNC_32BIT},
+        {BUFFER_PART_INFO_SOURCE_ID, 6},
+        {BUFFER_PART_INFO_REGION_ID, 7},
+        {BUFFER_PART_INFO_DATA_PURPOSE_ID, 9}};
+    for (const auto& [command, value] : numbers)
+        EXPECT_EQ(part(1, command).Uint64(), value) << command;
+    EXPECT_EQ(part(2, BUFFER_PART_INFO_BASE).code, GC_ERR_INVALID_INDEX);
+    EXPECT_EQ(part(0, 99).code, GC_ERR_NOT_IMPLEMENTED);
+
+    size_t width = 0;
+    DS_BUFFER_PART_INFO_STACKED infos[] = {
+        {1, BUFFER_PART_INFO_WIDTH, 1, 0, &width, sizeof(width)},
+        {2, BUFFER_PART_INFO_WIDTH, 1, 0, &width, sizeof(width)}};
+    EXPECT_EQ(DSGetBufferPartInfoStacked(stream, buffer, infos, 2), GC_ERR_INVALID_INDEX);
+    EXPECT_EQ(width, 8U);
+    EXPECT_EQ(infos[0].iType, INFO_DATATYPE_SIZET);
+    EXPECT_EQ(infos[1].iResult, GC_ERR_INVALID_INDEX);
+
+    ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+    ASSERT_TRUE(Stream().Send(Frame(2)));
+    ASSERT_EQ(Fetch(), buffer);
+    EXPECT_EQ(DSGetNumBufferParts(stream, buffer, &count), GC_ERR_NO_DATA) << "an image";
+    EXPECT_EQ(part(0, BUFFER_PART_INFO_BASE).code, GC_ERR_NO_DATA);
+}
+
 // The transport names the byte order; damaged or hostile trailers lead nowhere.
 TEST_F(StreamTest, FindsChunksInTheOrderOfTheTransport) {
     Open();
     const BUFFER_HANDLE buffer = QueueMemory(16);
+    std::optional<size_t> dataSize;
     const auto expect = [&](ByteOrder order, size_t filled, GC_ERROR code) {
         FrameInfo frame = Frame(0);
+        frame.dataSize = dataSize;
         frame.chunkOrder = order;
         frame.chunkLayoutId = 9;
         frame.sizeFilled = filled;
@@ -275,6 +380,10 @@ TEST_F(StreamTest, FindsChunksInTheOrderOfTheTransport) {
     };
     expect(ByteOrder::Little, 12, GC_ERR_SUCCESS);
     expect(ByteOrder::Big, 12, GC_ERR_NO_DATA);
+    // With a gap before the trailers, which end where the data end.
+    dataSize = 12;
+    expect(ByteOrder::Little, 8, GC_ERR_SUCCESS);
+    dataSize.reset();
     expect(ByteOrder::Little, 4000000, GC_ERR_NO_DATA);  // more than the buffer
 }
 

@@ -165,8 +165,10 @@ TEST_F(IpTest, CanBeForcedWhileTheCameraIsClosed) {
     EXPECT_EQ(p.GCWritePort(interface, 0x420C, &run, &size), GC_ERR_ACCESS_DENIED);
     ASSERT_EQ(p.DevClose(device), GC_ERR_SUCCESS);
 
+    EXPECT_EQ(map.Get("GevDeviceLastForceIPSuccess"), "0");
     Force(map, 1, 0);
     EXPECT_EQ(Settings(map, 1), "10.1.2.3 255.0.0.0 10.0.0.1");
+    EXPECT_EQ(map.Get("GevDeviceLastForceIPSuccess"), "1");
 }
 
 }  // namespace

@@ -1,5 +1,8 @@
 #include "tests/support/portnodemap.h"
 
+#include <chrono>
+#include <thread>
+
 using namespace GenTL;
 using namespace GENAPI_NAMESPACE;
 
@@ -56,6 +59,17 @@ bool PortNodeMap::IsReadable(const char* name) {
 
 void PortNodeMap::Execute(const char* name) {
     CCommandPtr(Node(name))->Execute();
+}
+
+void PortNodeMap::Finish(const char* name) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    const CCommandPtr command(Node(name));
+    command->Execute();
+    while (!command->IsDone()) {
+        if (std::chrono::steady_clock::now() > end)
+            throw std::runtime_error(std::string(name) + " does not end");
+        std::this_thread::yield();
+    }
 }
 
 void PortNodeMap::Read(void* buffer, int64_t address, int64_t length) {

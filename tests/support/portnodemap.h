@@ -26,6 +26,8 @@ class PortNodeMap final : public GENAPI_NAMESPACE::CPortImpl {
     void SetInteger(const char* name, int64_t value);
     bool IsReadable(const char* name);  // false also when there is no such node
     void Execute(const char* name);
+    // Waits for the end of the command.
+    void Finish(const char* name);
 
     GENAPI_NAMESPACE::EAccessMode GetAccessMode() const override { return GENAPI_NAMESPACE::RW; }
     void Read(void* buffer, int64_t address, int64_t length) override;

@@ -29,6 +29,7 @@ class Simulator {
     PZelSim_Configure configure = Find<PZelSim_Configure>("ZelSim_Configure");
     PZelSim_PlugCamera plug = Find<PZelSim_PlugCamera>("ZelSim_PlugCamera");
     PZelSim_UnplugCamera unplug = Find<PZelSim_UnplugCamera>("ZelSim_UnplugCamera");
+    PZelSim_ServeCameras serve = Find<PZelSim_ServeCameras>("ZelSim_ServeCameras");
     PZelSim_FireEvent fire = Find<PZelSim_FireEvent>("ZelSim_FireEvent");
     PZelSim_InjectFault injectFault = Find<PZelSim_InjectFault>("ZelSim_InjectFault");
     PZelSim_ClearFaults clearFaults = Find<PZelSim_ClearFaults>("ZelSim_ClearFaults");

@@ -297,7 +297,7 @@ TEST_F(ToolAcquisition, SilenceShowsTheFeatures) {
                                 HasSubstr("!!  ExposureTime is 200000 us"),
                                 HasSubstr("Next: wait longer: --timeout 400\n")));
     const ToolResult silent = Run({"grab", "-t", "100"});
-    EXPECT_THAT(silent.err, HasSubstr("Next: check that no firewall drops the frames"));
+    EXPECT_THAT(silent.err, HasSubstr("Next: let `zelcam doctor "));
 }
 
 // Including events, settings and configurations.

@@ -205,6 +205,7 @@ TEST_F(ToolFeatures, ShowsAndForcesAddresses) {
     EXPECT_THAT(before.at("address").get<std::string>(),
                 MatchesRegex("[0-9]+[.][0-9]+[.][0-9]+[.][0-9]+"));
     EXPECT_EQ(Run({"ip", "force", "cam-a", "10.1.2.3", "255.0.0.0"}).exitCode, 0);
+    EXPECT_EQ(Run({"ip", "force", "cam-a", "auto"}).exitCode, 0);
     EXPECT_EQ(Run({"ip", "force", "cam-a", "300.1.2.3", "255.0.0.0"}).exitCode, 1);
     const ToolResult refused = Run({"ip", "force", "cam-a", "10.0.0.0", "255.0.0.0"});
     EXPECT_EQ(refused.exitCode, 1);
@@ -276,7 +277,7 @@ TEST_F(ToolFeatures, AMaskedReportDoesNotShowTheLengthOfASecret) {
         return text.substr(begin, text.find("\nFrames ") - begin);
     };
     const std::string brief = report("1234");
-    EXPECT_THAT(brief, HasSubstr("  M ***  ***     ***        free"));
+    EXPECT_THAT(brief, HasSubstr("  M ***  ***     ***        ***      free"));
     EXPECT_EQ(brief, report("1234567890123456789012345678901234567890"));
 }
 

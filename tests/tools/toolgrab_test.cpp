@@ -315,7 +315,7 @@ TEST_F(ToolGrab, SilenceIsExplained) {
         AllOf(HasSubstr("no frame within 200 ms"), HasSubstr("ok  the stream is grabbing"),
               HasSubstr("ok  8 buffers are announced"), HasSubstr("!!  0 frames were delivered"),
               HasSubstr("access status is \"open\""), HasSubstr("TriggerMode is Off"),
-              HasSubstr("Next: check that no firewall")));
+              HasSubstr("Next: let `zelcam doctor ")));
     const json report = Run({"grab", "sparse", "-n", "2", "-t", "200", "--json"}).Json();
     EXPECT_EQ(report.at("exitCode"), 6);
     EXPECT_EQ(report.at("frames"), 1) << "what came before counts";

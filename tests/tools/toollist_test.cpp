@@ -47,7 +47,8 @@ TEST_F(ToolList, ShowsEverythingAboutTheCameras) {
                                 HasSubstr("Left gantry"), HasSubstr("USB3 Vision"),
                                 HasSubstr("0815"), HasSubstr("free")));
     EXPECT_THAT(text.out, AllOf(HasSubstr("No real camera was found"),
-                                HasSubstr("no producer for real cameras is loaded")));
+                                HasSubstr("ZELGEV_INTERFACES=none restricts the search"),
+                                HasSubstr("needs a producer")));
 
     const json listing = Run({"list", "--json"}).Json();
     ASSERT_EQ(listing.at("cameras").size(), 3U);
@@ -69,11 +70,41 @@ TEST_F(ToolList, ShowsEverythingAboutTheCameras) {
     EXPECT_EQ(listing.at("interfaces").at(0).at("producer"), ZELCAM_DEFAULT_PRODUCER);
 }
 
+// Where cameras are, why they cannot be opened, and what helps.
+TEST_F(ToolList, SaysWhyCamerasCannotBeOpened) {
+    const std::vector<std::string> only = {"-p", ZELCAM_NETWORK, "--only", ZELCAM_NETWORK};
+    const auto run = [&](std::vector<std::string> words) {
+        words.insert(words.end(), only.begin(), only.end());
+        return Run(words);
+    };
+    const std::string text = run({"list"}).out;
+    EXPECT_THAT(text,
+                AllOf(HasSubstr("10.0.0.101 "), HasSubstr("10.0.0.102 "), HasSubstr("192.168.5.5 "),
+                      HasSubstr("\n  b-busy: controlled by 10.0.0.7:40000\n"),
+                      HasSubstr("\n  c-foreign: 192.168.5.5 is in no network of eth0; `zelcam "
+                                "ip force c-foreign auto` gives it an address")));
+    EXPECT_THAT(text, Not(HasSubstr("unused")));
+    const json cameras = run({"list", "--json"}).Json().at("cameras");
+    EXPECT_EQ(cameras.at(1).at("address"), "10.0.0.102");
+    EXPECT_EQ(cameras.at(1).at("accessReason"), "controlled by 10.0.0.7:40000");
+    EXPECT_EQ(cameras.at(0).at("accessReason"), "");
+
+    const ToolResult opened = run({"features", "c-foreign"});
+    EXPECT_EQ(opened.exitCode, 4);
+    EXPECT_THAT(opened.err, AllOf(HasSubstr("\"no access\": 192.168.5.5 is in no network"),
+                                  HasSubstr("`zelcam ip force c-foreign auto`")));
+    const json forced = run({"ip", "force", "c-foreign", "auto", "--json"}).Json();
+    EXPECT_EQ(forced.at("address"), "10.0.0.2");
+    EXPECT_EQ(forced.at("mask"), "255.255.255.252");
+    EXPECT_EQ(run({"ip", "force", "b-busy", "auto"}).exitCode, 8);
+    EXPECT_EQ(run({"ip", "force", "c-foreign", "10.0.0.9"}).exitCode, 1) << "without a mask";
+}
+
 // Lines wrap on terminals and stay whole in pipes.
 TEST_F(ToolList, WrapsOnTerminals) {
     SetVariable("COLUMNS", "40");
     const std::string shown = RunOnTerminal({"list"}).out;
-    EXPECT_THAT(shown, HasSubstr("\r\n  camera's maker with --producer"));
+    EXPECT_THAT(shown, HasSubstr("\r\n  camera needs a producer"));
     std::istringstream lines(shown);
     for (std::string line; std::getline(lines, line);)
         EXPECT_LE(line.size(), 41U) << line;  // with the carriage return

@@ -32,8 +32,8 @@ TEST_F(ToolSimulated, UnaskedThereIsNoneAndEveryCommandSaysHow) {
     const ToolResult list = Run({"list"});
     EXPECT_EQ(list.exitCode, 3);
     EXPECT_THAT(list.out, AllOf(HasSubstr("No camera was found"), Not(HasSubstr("Interfaces\n")),
-                                HasSubstr("no producer for real cameras"),
-                                HasSubstr("--simulated`"), HasSubstr("ZELSIM=1")));
+                                HasSubstr("ZELGEV_INTERFACES=none"), HasSubstr("--simulated`"),
+                                HasSubstr("ZELSIM=1")));
     EXPECT_THAT(Cameras(), IsEmpty());
     for (const std::vector<std::string>& command :
          {std::vector<std::string>{"grab"}, {"grab", "cam"}, {"get", "Width"}, {"features"}}) {

@@ -25,7 +25,7 @@ session_is_dissected() {
     names="$spare MOVED"
     for camera in "${cameras[@]}"; do names+=" $(address_of "$camera") $camera"; done
     right_values >"$folder/right"
-    awk -v client="$here" -v cameras="$names" -v folder="$folder" -f tests/witness/dissection.awk \
+    awk -v client="$here" -v cameras="$names" -v folder="$folder" -f tests/witness/table.awk -f tests/witness/dissection.awk \
         "$folder/right" "$folder/session.pdml" >"$folder/faults" ||
         fail "tshark reads what is wrong: $(head -n 40 -- "$folder/faults")"
     # Both channels sent the same frames.

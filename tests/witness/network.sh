@@ -10,7 +10,7 @@ control=$folder/control
 
 say() { printf '%s\n' "$*"; }
 fail() {
-    say "FAILED: $*"
+    say "FAILED: $*" >&2
     exit 1
 }
 
@@ -66,15 +66,22 @@ nothing_else_was_sent() {
 
 # ---- The cameras --------------------------------------------------------------------------------
 
+# start_zelsim CONFIGURATION
 start_zelsim() {
     local on=() camera
     for camera in "${cameras[@]}"; do on+=(--on "$(address_of "$camera")"); done
-    "$zelsim" --config tests/witness/cameras.xml "${on[@]}" --on "$spare" --control "$control" >"$folder/zelsim.log" 2>&1 &
+    "$zelsim" --config "$1" "${on[@]}" --on "$spare" --control "$control" >"$folder/zelsim.log" 2>&1 &
     zelsim_pid=$!
     until [[ -S $control ]]; do
         kill -0 "$zelsim_pid" 2>/dev/null || fail "zelsim ended: $(cat -- "$folder/zelsim.log")"
         sleep 0.05
     done
+}
+
+stop_zelsim() {
+    [[ -n ${zelsim_pid:-} ]] || return 0
+    kill "$zelsim_pid"
+    wait "$zelsim_pid" || fail "zelsim did not end cleanly: $(cat -- "$folder/zelsim.log")"
 }
 
 # tell COMMAND...: to the cameras.

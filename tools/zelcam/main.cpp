@@ -29,7 +29,7 @@ constexpr const char* kHelp =
     "       register cannot be read or written; an upload of firmware failed;\n"
     "       or the camera is lost\n"
     "    9  config diff: the settings of camera and file differ\n"
-    "   10  check: a check failed\n"
+    "   10  check: a check failed; doctor: something was found\n"
     "  130  ended with Ctrl-C before everything was done\n\n"
     "Examples:\n"
     "  zelcam list\n"
@@ -72,7 +72,7 @@ ExitCode ParseAndRun(int argc, char** argv) {
          {AddListCommand, AddGrabCommand, AddFeaturesCommand, AddGetCommand, AddSetCommand,
           AddExecCommand, AddWatchCommand, AddEventsCommand, AddConfigCommand, AddXmlCommand,
           AddIpCommand, AddReadCommand, AddWriteCommand, AddFirmwareCommand, AddReportCommand,
-          AddCheckCommand})
+          AddCheckCommand, AddDoctorCommand})
         add(app, invocation);
     const std::optional<ExitCode> end = line.Parse(argc, argv);
     return end ? *end : Run(invocation);

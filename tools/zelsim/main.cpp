@@ -58,7 +58,7 @@ void Serve(const Options& options) {
     const ZelSim::WorldConfig config =
         options.config.empty() ? ZelSim::DefaultConfig() : ZelSim::LoadConfigFile(options.config);
     ZelSim::NetworkServer server(
-        config, ZelSim::AddressPool(options.on, ZelSim::ListHostAddresses()), Print);
+        config, ZelSim::AddressPool(options.on, ZelCti::ListHostAddresses()), Print);
     if (options.control.empty()) return ServeUntil(end, nullptr);
     ControlSocket control(options.control,
                           [&](const std::string& command) { return RunCommand(server, command); });

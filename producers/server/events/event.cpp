@@ -16,6 +16,7 @@ void Event::GetData(Answer answer, uint64_t timeoutMs) {
 
 void Event::WaitForEvent(std::unique_lock<std::mutex>& lock, uint64_t timeoutMs) {
     if (Count() == 0 && !MustReturn() && timeoutMs != 0) Sleep(lock, timeoutMs);
+    if (endsWhenEmpty_ && Count() != 0) return;
     if (end_ != GenTL::GC_ERR_SUCCESS) throw Error(end_, "the event is no longer served");
     if (numKills_ != 0) {
         --numKills_;
@@ -60,9 +61,10 @@ void Event::Kill() {
     waiting_.WakeAll();
 }
 
-void Event::Fail(GenTL::GC_ERROR code) {
+void Event::End(GenTL::GC_ERROR code, bool whenEmpty) {
     const std::lock_guard lock(waiting_.Mutex());
     end_ = code;
+    endsWhenEmpty_ = whenEmpty;
     waiting_.WakeAll();
 }
 

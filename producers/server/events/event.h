@@ -19,6 +19,7 @@ namespace ZelCti {
 //
 //   registered --Kill--> the waiting call, or else the next one, ends with GC_ERR_ABORT
 //   registered --Fail--> all calls end with the code from then on
+//   registered --FailWhenEmpty--> the same, once the events that are queued are fetched
 //   registered --unregistered or module closed--> waiting calls end with GC_ERR_ABORT
 //
 // Thread-safe.
@@ -38,7 +39,8 @@ class Event : public Object {
     void GetInfo(Answer answer);
     void Flush();
     void Kill();
-    void Fail(GenTL::GC_ERROR code);
+    void Fail(GenTL::GC_ERROR code) { End(code, false); }
+    void FailWhenEmpty(GenTL::GC_ERROR code) { End(code, true); }
 
   protected:
     // Both referred to by the subclass's queue as well; they outlive the event.
@@ -59,6 +61,7 @@ class Event : public Object {
   private:
     void WaitForEvent(std::unique_lock<std::mutex>& lock, uint64_t timeoutMs);
     void Sleep(std::unique_lock<std::mutex>& lock, uint64_t timeoutMs);
+    void End(GenTL::GC_ERROR code, bool whenEmpty);
     bool MustReturn() const { return numKills_ != 0 || end_ != GenTL::GC_ERR_SUCCESS; }
 
     const GenTL::EVENT_TYPE type_;
@@ -66,6 +69,7 @@ class Event : public Object {
     size_t numWaiting_ = 0;                        // guarded by the mutex of waiting_
     size_t numKills_ = 0;                          // guarded by the mutex of waiting_
     GenTL::GC_ERROR end_ = GenTL::GC_ERR_SUCCESS;  // guarded; what every call ends with
+    bool endsWhenEmpty_ = false;                   // guarded; events that are queued come first
 };
 
 }  // namespace ZelCti

@@ -34,8 +34,16 @@ std::shared_ptr<Buffer> FindBuffer(DS_HANDLE stream, BUFFER_HANDLE handle) {
     return FindBuffer(*Find<Stream>(stream), handle);
 }
 
-[[noreturn]] void ThrowNoParts() {
-    throw Error(GC_ERR_NO_DATA, "the payload is an image, not multi-part");
+// Answers one entry of a stacked call.
+template <typename Entry, typename Query>
+GC_ERROR Answered(Function function, Entry& entry, Query&& query) {
+    INFO_DATATYPE type = entry.iType;
+    size_t size = entry.iSize;
+    const GC_ERROR result =
+        Guard(function, [&] { query(Answer(entry.iInfoCmd, &type, entry.pBuffer, &size)); });
+    entry.iType = type;
+    entry.iSize = size;
+    return result;
 }
 
 // Answers each entry with `query`, which gives a code; the first failure is the result.
@@ -165,14 +173,8 @@ GC_ERROR DSGetBufferInfoStacked(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer,
     return Call(Function::DSGetBufferInfoStacked, {}, [&] {
         const auto buffer = FindBuffer(hDataStream, hBuffer);
         ForEachInfo(pInfoStacked, iNumInfos, [&](DS_BUFFER_INFO_STACKED& entry) {
-            INFO_DATATYPE type = entry.iType;
-            size_t size = entry.iSize;
-            const GC_ERROR result = Guard(Function::DSGetBufferInfoStacked, [&] {
-                buffer->GetInfo(Answer(entry.iInfoCmd, &type, entry.pBuffer, &size));
-            });
-            entry.iType = type;
-            entry.iSize = size;
-            return result;
+            return Answered(Function::DSGetBufferInfoStacked, entry,
+                            [&](Answer answer) { buffer->GetInfo(answer); });
         });
     });
 }
@@ -196,28 +198,28 @@ GC_ERROR DSGetBufferChunkData(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer,
 }
 
 GC_ERROR DSGetNumBufferParts(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer, uint32_t* piNumParts) {
-    return Call(Function::DSGetNumBufferParts, Answer::Fixed(piNumParts), [&] {
-        FindBuffer(hDataStream, hBuffer);
-        ThrowNoParts();
+    Answer answer = Answer::Fixed(piNumParts);
+    return Call(Function::DSGetNumBufferParts, answer, [&] {
+        answer.Set(static_cast<uint32_t>(FindBuffer(hDataStream, hBuffer)->NumParts()));
     });
 }
 
-GC_ERROR DSGetBufferPartInfo(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer, uint32_t /*iPartIndex*/,
+GC_ERROR DSGetBufferPartInfo(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer, uint32_t iPartIndex,
                              BUFFER_PART_INFO_CMD iInfoCmd, INFO_DATATYPE* piType, void* pBuffer,
                              size_t* piSize) {
     const Answer answer(iInfoCmd, piType, pBuffer, piSize);
-    return Call(Function::DSGetBufferPartInfo, answer, [&] {
-        FindBuffer(hDataStream, hBuffer);
-        ThrowNoParts();
-    });
+    return Call(Function::DSGetBufferPartInfo, answer,
+                [&] { FindBuffer(hDataStream, hBuffer)->GetPartInfo(iPartIndex, answer); });
 }
 
 GC_ERROR DSGetBufferPartInfoStacked(DS_HANDLE hDataStream, BUFFER_HANDLE hBuffer,
                                     DS_BUFFER_PART_INFO_STACKED* pInfoStacked, size_t iNumInfos) {
     return Call(Function::DSGetBufferPartInfoStacked, {}, [&] {
-        FindBuffer(hDataStream, hBuffer);
-        ForEachInfo(pInfoStacked, iNumInfos,
-                    [](DS_BUFFER_PART_INFO_STACKED&) { return GC_ERROR{GC_ERR_NO_DATA}; });
+        const auto buffer = FindBuffer(hDataStream, hBuffer);
+        ForEachInfo(pInfoStacked, iNumInfos, [&](DS_BUFFER_PART_INFO_STACKED& entry) {
+            return Answered(Function::DSGetBufferPartInfoStacked, entry,
+                            [&](Answer answer) { buffer->GetPartInfo(entry.iPartIndex, answer); });
+        });
     });
 }
 

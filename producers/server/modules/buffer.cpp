@@ -10,6 +10,25 @@ namespace {
 
 constexpr int32_t kInfoSecondOfPair = 1101;  // of this producer: the second frame of a pair
 
+void AnswerPartGeometry(const FramePart& part, Answer answer) {
+    switch (answer.Command()) {
+        case GenTL::BUFFER_PART_INFO_WIDTH:
+            return answer.Size(part.width);
+        case GenTL::BUFFER_PART_INFO_HEIGHT:
+            return answer.Size(part.height);
+        case GenTL::BUFFER_PART_INFO_XOFFSET:
+            return answer.Size(part.offsetX);
+        case GenTL::BUFFER_PART_INFO_YOFFSET:
+            return answer.Size(part.offsetY);
+        case GenTL::BUFFER_PART_INFO_XPADDING:
+            return answer.Size(part.xPadding);
+        case GenTL::BUFFER_PART_INFO_DELIVERED_IMAGEHEIGHT:
+            return answer.Size(part.deliveredHeight);
+        default:
+            throw Error(GenTL::GC_ERR_NOT_IMPLEMENTED, "unknown part info command");
+    }
+}
+
 PortIdentity BufferIdentity(const CameraInfo& camera) {
     return PortIdentity::OfCamera(camera, camera.id + "/Buffer", "TLBuffer", "BufferPort");
 }
@@ -22,7 +41,9 @@ Buffer::Buffer(std::shared_ptr<const CameraLink> link, const Module& stream, con
       link_(std::move(link)),
       stream_(stream),
       sendsPairs_(info.sendsPairs),
-      memory_(std::move(memory)) {}
+      memory_(std::move(memory)) {
+    frame_.parts.reserve(info.maxParts);
+}
 
 void Buffer::SetFrame(const FrameInfo& frame) {
     const std::lock_guard lock(mutex_);
@@ -40,10 +61,27 @@ const FrameInfo& Buffer::Frame() const {
     return frame_;
 }
 
+const FrameInfo& Buffer::Image() const {
+    if (!Frame().hasImage) throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the payload is no image");
+    return frame_;
+}
+
+const std::vector<FramePart>& Buffer::Parts() const {
+    if (!hasFrame_) throw Error(GenTL::GC_ERR_NO_DATA, "the buffer holds no frame");
+    if (frame_.payloadType != GenTL::PAYLOAD_TYPE_MULTI_PART) {
+        throw Error(GenTL::GC_ERR_NO_DATA, "the payload is not multi-part");
+    }
+    return frame_.parts;
+}
+
+size_t Buffer::DataSize() const {
+    return hasFrame_ ? frame_.dataSize.value_or(frame_.sizeFilled) : 0;
+}
+
 void Buffer::GetInfo(Answer answer) const {
     const std::lock_guard lock(mutex_);
     if (AnswerFrame(answer) || AnswerChunks(answer) || AnswerGeometry(answer) ||
-        AnswerState(answer) || AnswerMemory(answer)) {
+        AnswerPixels(answer) || AnswerState(answer) || AnswerMemory(answer)) {
         return;
     }
     throw Error(GenTL::GC_ERR_NOT_IMPLEMENTED, "unknown buffer info command");
@@ -60,7 +98,9 @@ bool Buffer::AnswerMemory(Answer answer) const {
         case GenTL::BUFFER_INFO_TLTYPE:
             return answer.String(Port().tlType), true;
         case GenTL::BUFFER_INFO_IS_COMPOSITE:
-            return answer.Bool(memory_.composite), true;
+            return answer.Bool(memory_.composite ||
+                               (hasFrame_ && frame_.payloadType == GenTL::PAYLOAD_TYPE_GENDC)),
+                   true;
         default:
             return false;
     }
@@ -77,12 +117,13 @@ bool Buffer::AnswerState(Answer answer) const {
         case GenTL::BUFFER_INFO_IS_INCOMPLETE:
             return answer.Bool(hasFrame_ && frame_.incomplete), true;
         case GenTL::BUFFER_INFO_SIZE_FILLED:
-        case GenTL::BUFFER_INFO_DATA_SIZE:
             return answer.Size(hasFrame_ ? frame_.sizeFilled : 0), true;
+        case GenTL::BUFFER_INFO_DATA_SIZE:
+            return answer.Size(DataSize()), true;
         case GenTL::BUFFER_INFO_DATA_LARGER_THAN_BUFFER:
             return answer.Bool(hasFrame_ && frame_.tooLarge), true;
         case GenTL::BUFFER_INFO_IMAGEPRESENT:
-            return answer.Bool(hasFrame_), true;
+            return answer.Bool(hasFrame_ && frame_.hasImage), true;
         case GenTL::BUFFER_INFO_CONTAINS_CHUNKDATA:
             return answer.Bool(hasFrame_ && frame_.chunkOrder.has_value()), true;
         default:
@@ -93,25 +134,37 @@ bool Buffer::AnswerState(Answer answer) const {
 bool Buffer::AnswerGeometry(Answer answer) const {
     switch (answer.Command()) {
         case GenTL::BUFFER_INFO_WIDTH:
-            return answer.Size(Frame().width), true;
+            return answer.Size(Image().width), true;
         case GenTL::BUFFER_INFO_HEIGHT:
-            return answer.Size(Frame().height), true;
+            return answer.Size(Image().height), true;
         case GenTL::BUFFER_INFO_XOFFSET:
-            return answer.Size(Frame().offsetX), true;
+            return answer.Size(Image().offsetX), true;
         case GenTL::BUFFER_INFO_YOFFSET:
-            return answer.Size(Frame().offsetY), true;
+            return answer.Size(Image().offsetY), true;
         case GenTL::BUFFER_INFO_XPADDING:
-            return answer.Size(Frame().xPadding), true;
+            return answer.Size(Image().xPadding), true;
         case GenTL::BUFFER_INFO_YPADDING:
-            return answer.Size(Frame().yPadding), true;
+            return answer.Size(Image().yPadding), true;
         case GenTL::BUFFER_INFO_IMAGEOFFSET:
-            return answer.Size(Frame().imageOffset), true;
+            return answer.Size(Image().imageOffset), true;
+        case GenTL::BUFFER_INFO_DELIVERED_IMAGEHEIGHT:
+            return answer.Size(Image().deliveredHeight), true;
+        default:
+            return false;
+    }
+}
+
+bool Buffer::AnswerPixels(Answer answer) const {
+    switch (answer.Command()) {
         case GenTL::BUFFER_INFO_PIXELFORMAT:
-            return answer.Uint64(Frame().pixelFormat), true;
+            return answer.Uint64(Image().pixelFormat), true;
         case GenTL::BUFFER_INFO_PIXELFORMAT_NAMESPACE:
-            return Frame(), answer.Uint64(GenTL::PIXELFORMAT_NAMESPACE_PFNC_32BIT), true;
+            return Image(), answer.Uint64(GenTL::PIXELFORMAT_NAMESPACE_PFNC_32BIT), true;
         case GenTL::BUFFER_INFO_PIXEL_ENDIANNESS:
-            return Frame(), answer.Int32(GenTL::PIXELENDIANNESS_LITTLE), true;
+            return answer.Int32(Frame().pixelOrder == ByteOrder::Big
+                                    ? GenTL::PIXELENDIANNESS_BIG
+                                    : GenTL::PIXELENDIANNESS_LITTLE),
+                   true;
         default:
             return false;
     }
@@ -126,11 +179,9 @@ bool Buffer::AnswerFrame(Answer answer) const {
         case GenTL::BUFFER_INFO_FRAMEID:
             return answer.Uint64(Frame().id), true;
         case GenTL::BUFFER_INFO_PAYLOADTYPE:
-            return Frame(), answer.Size(GenTL::PAYLOAD_TYPE_IMAGE), true;
-        case GenTL::BUFFER_INFO_DELIVERED_IMAGEHEIGHT:
-            return answer.Size(Frame().deliveredHeight), true;
+            return answer.Size(static_cast<size_t>(Frame().payloadType)), true;
         case GenTL::BUFFER_INFO_FILENAME:
-            throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "images have no file");
+            throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the frame has no file name");
         case kInfoSecondOfPair:
             if (!sendsPairs_) return false;
             return answer.Bool(Frame().isSecondOfPair), true;
@@ -150,7 +201,7 @@ bool Buffer::AnswerChunks(Answer answer) const {
 std::vector<ChunkPlace> Buffer::Chunks() const {
     const std::lock_guard lock(mutex_);
     if (!Frame().chunkOrder) throw Error(GenTL::GC_ERR_NO_DATA, "the frame has no chunks");
-    const size_t size = std::min(frame_.sizeFilled, memory_.size);
+    const size_t size = std::min(DataSize(), memory_.size);
     auto chunks = FindChunks(memory_.base, size, *frame_.chunkOrder);
     if (!chunks) throw Error(GenTL::GC_ERR_NO_DATA, "the chunks of the frame are damaged");
     return *std::move(chunks);
@@ -166,10 +217,44 @@ void Buffer::GetSegmentInfo(Answer answer) const {
         case GenTL::SEGMENT_INFO_IS_INCOMPLETE:
             return answer.Bool(hasFrame_ && frame_.incomplete);
         case GenTL::SEGMENT_INFO_SIZE_FILLED:
-        case GenTL::SEGMENT_INFO_DATA_SIZE:
             return answer.Size(hasFrame_ ? frame_.sizeFilled : 0);
+        case GenTL::SEGMENT_INFO_DATA_SIZE:
+            return answer.Size(DataSize());
         default:
             throw Error(GenTL::GC_ERR_NOT_IMPLEMENTED, "unknown segment info command");
+    }
+}
+
+size_t Buffer::NumParts() const {
+    const std::lock_guard lock(mutex_);
+    return Parts().size();
+}
+
+void Buffer::GetPartInfo(size_t index, Answer answer) const {
+    const std::lock_guard lock(mutex_);
+    if (index >= Parts().size()) {
+        throw Error(GenTL::GC_ERR_INVALID_INDEX, "the frame has not that many parts");
+    }
+    const FramePart& part = frame_.parts[index];
+    switch (answer.Command()) {
+        case GenTL::BUFFER_PART_INFO_BASE:
+            return answer.Pointer(memory_.base + part.offset);
+        case GenTL::BUFFER_PART_INFO_DATA_SIZE:
+            return answer.Size(part.dataSize);
+        case GenTL::BUFFER_PART_INFO_DATA_TYPE:
+            return answer.Size(static_cast<size_t>(part.type));
+        case GenTL::BUFFER_PART_INFO_DATA_FORMAT:
+            return answer.Uint64(part.format);
+        case GenTL::BUFFER_PART_INFO_DATA_FORMAT_NAMESPACE:
+            return answer.Uint64(GenTL::PIXELFORMAT_NAMESPACE_PFNC_32BIT);
+        case GenTL::BUFFER_PART_INFO_SOURCE_ID:
+            return answer.Uint64(part.sourceId);
+        case GenTL::BUFFER_PART_INFO_REGION_ID:
+            return answer.Uint64(part.regionId);
+        case GenTL::BUFFER_PART_INFO_DATA_PURPOSE_ID:
+            return answer.Uint64(part.purposeId);
+        default:
+            return AnswerPartGeometry(part, answer);
     }
 }
 

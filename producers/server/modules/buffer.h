@@ -56,6 +56,10 @@ class Buffer final : public LocalModule, public FrameBuffer {
     void GetInfo(Answer answer) const;
     void GetSegmentInfo(Answer answer) const;
 
+    // Of a multi-part payload; throw GC_ERR_NO_DATA for another, GC_ERR_INVALID_INDEX.
+    size_t NumParts() const;
+    void GetPartInfo(size_t index, Answer answer) const;
+
     // Throws GC_ERR_NO_DATA when the frame has none, or damaged ones.
     std::vector<ChunkPlace> Chunks() const;
 
@@ -65,9 +69,13 @@ class Buffer final : public LocalModule, public FrameBuffer {
     bool AnswerMemory(Answer answer) const;
     bool AnswerState(Answer answer) const;
     bool AnswerGeometry(Answer answer) const;
+    bool AnswerPixels(Answer answer) const;
     bool AnswerFrame(Answer answer) const;
     bool AnswerChunks(Answer answer) const;
-    const FrameInfo& Frame() const;  // throws GC_ERR_NOT_AVAILABLE without one
+    const FrameInfo& Frame() const;               // throws GC_ERR_NOT_AVAILABLE without one
+    const FrameInfo& Image() const;               // the same, also for a frame that is no image
+    const std::vector<FramePart>& Parts() const;  // throws as NumParts does
+    size_t DataSize() const;                      // 0 without a frame
 
     const std::shared_ptr<const CameraLink> link_;
     const Claim watch_{link_->Watch(*this)};

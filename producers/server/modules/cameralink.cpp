@@ -6,6 +6,12 @@
 
 namespace ZelCti {
 
+namespace {
+
+constexpr uint64_t kModuleEventLost = 1;  // the data are the reason, a text
+
+}  // namespace
+
 CameraLink::CameraLink(std::shared_ptr<Camera> camera, GenTL::DEVICE_ACCESS_FLAGS access,
                        Handle client, Module& device)
     : camera_(std::move(camera)),
@@ -36,16 +42,18 @@ Claim CameraLink::Watch(Module& module) const {
     });
 }
 
-void CameraLink::OnLost() {
+void CameraLink::OnLost(const std::string& reason) {
+    lossReason_ = reason;
     lost_ = true;
     Library::Instance().Access().Forget(*camera_);
+    device_.FireMessage(GenTL::EVENT_MODULE, kModuleEventLost, {reason.c_str(), reason.size() + 1});
     const std::lock_guard lock(watchedMutex_);
     for (Module* const module : watched_)
         module->OnCameraLost();
 }
 
 void CameraLink::ThrowLost() const {
-    throw Error(GenTL::GC_ERR_IO, camera_->Id() + " is unplugged");
+    throw Error(GenTL::GC_ERR_IO, camera_->Id() + " " + lossReason_);
 }
 
 }  // namespace ZelCti

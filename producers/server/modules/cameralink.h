@@ -5,6 +5,7 @@
 #include <memory>
 #include <mutex>
 #include <set>
+#include <string>
 
 #include "gentl/GenTL.h"
 #include "producers/server/base/claim.h"
@@ -38,7 +39,7 @@ class CameraLink final : private CameraSink {
     bool MayWrite() const { return access_ != GenTL::DEVICE_ACCESS_READONLY; }
 
     void CheckConnected() const {
-        if (lost_.load(std::memory_order_relaxed)) ThrowLost();
+        if (lost_.load(std::memory_order_acquire)) ThrowLost();
     }
 
     // The module hears of the loss of the camera until the claim ends. The link keeps a plain
@@ -50,13 +51,14 @@ class CameraLink final : private CameraSink {
 
   private:
     void OnEvent(GenTL::EVENT_TYPE type, uint64_t id, EventData data) override;
-    void OnLost() override;
+    void OnLost(const std::string& reason) override;
     [[noreturn]] void ThrowLost() const;
 
     const std::shared_ptr<Camera> camera_;
     const GenTL::DEVICE_ACCESS_FLAGS access_;
     Module& device_;
     std::atomic<bool> lost_{false};
+    std::string lossReason_;  // does not change once lost_ is set
     std::atomic<bool> closed_{false};
     mutable std::mutex watchedMutex_;
     mutable std::set<Module*> watched_;  // guarded by watchedMutex_

@@ -7,8 +7,8 @@
 #include "producers/server/modules/infosource.h"
 #include "producers/server/modules/library.h"
 #include "producers/server/modules/remotedevice.h"
-#include "producers/server/modules/selector.h"
 #include "producers/server/modules/stream.h"
+#include "producers/server/registers/selectorrows.h"
 #include "producers/server/registers/transporttype.h"
 
 namespace ZelCti {
@@ -49,11 +49,13 @@ void Device::AddInformation(FeatureTable& features) {
         .Entries(TransportTypeEntries())
         .Get([this] { return TransportTypeNumber(Port().tlType); });
     AddDeviceAccessStatus(features, shown, "How the camera is open.", 0x2704);
-    features.IntReg("DeviceTimestampFrequency", "Ticks of the clock of the camera in a second.")
+    features
+        .IntReg("DeviceTimestampFrequency",
+                "Ticks of the clock of the camera in a second; 0 is unknown.")
         .Expert()
         .At(0x2708, 8)
         .Unit("Hz")
-        .Bind(InfoSource(GenTL::DEVICE_INFO_TIMESTAMP_FREQUENCY, shown.getInfo));
+        .Get([this] { return link_->GetCamera().TimestampFrequency(); });
     features
         .Enumeration("DeviceEndianessMechanism",
                      "How the camera reports the byte order of its registers.")

@@ -7,13 +7,25 @@ namespace ZelCti {
 
 namespace {
 
-constexpr int32_t kInfoUsbHost = 1100;  // of this producer: what the host of a USB3 camera is
-
 std::string DisplayName(const Camera& camera) {
+    std::string name = camera.DisplayName();
+    if (!name.empty()) return name;
     std::string userName = camera.UserName();
     if (!userName.empty()) return userName;
     const CameraInfo& info = camera.Info();
     return info.vendor + " " + info.model + " (" + info.serialNumber + ")";
+}
+
+// Empty for those who have the camera open, or may.
+std::string AccessReason(const Camera& camera, Handle client) {
+    switch (Library::Instance().Access().StatusFor(camera, client)) {
+        case GenTL::DEVICE_ACCESS_STATUS_READONLY:
+        case GenTL::DEVICE_ACCESS_STATUS_NOACCESS:
+        case GenTL::DEVICE_ACCESS_STATUS_BUSY:
+            return camera.AccessReason();
+        default:
+            return {};
+    }
 }
 
 }  // namespace
@@ -56,7 +68,10 @@ void AnswerInfo(const Camera& camera, Handle client, Answer answer) {
         case GenTL::DEVICE_INFO_VERSION:
             return answer.String(info.version);
         case GenTL::DEVICE_INFO_TIMESTAMP_FREQUENCY:
-            return answer.Uint64(info.timestampFrequency);
+            if (const uint64_t ticks = camera.TimestampFrequency()) return answer.Uint64(ticks);
+            throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the frequency of the clock is not known");
+        case kInfoAccessReason:
+            return answer.String(AccessReason(camera, client));
         case kInfoUsbHost:
             if (info.usbHost) return answer.String(*info.usbHost);
             break;

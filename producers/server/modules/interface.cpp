@@ -81,6 +81,14 @@ void Interface::AddEnumeration(FeatureTable& features) {
                     0x3004);
     AddDeviceIdentity(features, selected, 0x3100);
     AddDeviceAccessStatus(features, selected, "How the camera can be opened, or is open.", 0x300C);
+    features
+        .StringReg("DeviceAccessReason",
+                   "Why the camera cannot be opened for everything, and what helps, as far as it "
+                   "is known.")
+        .Expert()
+        .At(0x3700, kTextSize)
+        .Bind(InfoSource(kInfoAccessReason, selected.getInfo))
+        .Apply(selected.trait);
 }
 
 void Interface::GetDeviceInfo(const char* id, Answer answer) const {

@@ -110,8 +110,14 @@ void Module::FireMessage(GenTL::EVENT_TYPE type, uint64_t id, EventData data) {
 
 void Module::OnCameraLost() {
     const std::lock_guard lock(eventsMutex_);
-    for (const auto& [type, event] : events_)
-        event->Fail(GenTL::GC_ERR_IO);
+    for (const auto& [type, event] : events_) {
+        // The loss itself is an event of the module.
+        if (type == GenTL::EVENT_MODULE) {
+            event->FailWhenEmpty(GenTL::GC_ERR_IO);
+        } else {
+            event->Fail(GenTL::GC_ERR_IO);
+        }
+    }
 }
 
 std::shared_ptr<Event> Module::MakeEvent(GenTL::EVENT_TYPE type) {

@@ -9,6 +9,7 @@
 #include "producers/server/base/error.h"
 #include "producers/server/modules/snapshot.h"
 #include "producers/server/registers/featuretable.h"
+#include "producers/server/registers/selectorrows.h"
 
 namespace ZelCti {
 
@@ -40,11 +41,6 @@ class Selector {
     const Snapshot<T>& list_;
     uint32_t index_ = 0;
 };
-
-// The features of a selector: the index at an address, and the number of items behind it. Returns
-// the selector itself.
-Feature& AddSelector(FeatureTable& features, const std::string& item, const std::string& toolTip,
-                     uint64_t address, IntegerValue index, std::function<uint64_t()> count);
 
 template <typename T>
 void Selector<T>::AddTo(FeatureTable& features, const std::string& item, const std::string& toolTip,

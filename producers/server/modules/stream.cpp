@@ -138,14 +138,18 @@ void Stream::CheckBufferHandling(uint64_t mode) const {
     }
 }
 
+size_t Stream::PayloadSize() const {
+    if (info_.definesPayloadSize) return engine_->PayloadSize();
+    throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the camera defines the payload size");
+}
+
 void Stream::GetInfo(Answer answer) const {
     if (AnswerCount(answer)) return;
     switch (answer.Command()) {
         case GenTL::STREAM_INFO_ID:
             return answer.String(Id());
         case GenTL::STREAM_INFO_PAYLOAD_SIZE:
-            if (info_.definesPayloadSize) return answer.Size(engine_->PayloadSize());
-            throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the camera defines the payload size");
+            return answer.Size(PayloadSize());
         case GenTL::STREAM_INFO_IS_GRABBING:
             return answer.Bool(engine_->IsGrabbing());
         case GenTL::STREAM_INFO_DEFINES_PAYLOADSIZE:
@@ -160,7 +164,7 @@ void Stream::GetInfo(Answer answer) const {
             return answer.Size(info_.alignment);
         case GenTL::STREAM_INFO_FLOW_TABLE:
         case GenTL::STREAM_INFO_GENDC_PREFETCH_DESCRIPTOR:
-            throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the camera sends no GenDC containers");
+            throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "nothing of a frame is known before it comes");
         default:
             throw Error(GenTL::GC_ERR_NOT_IMPLEMENTED, "unknown stream info command");
     }
@@ -187,7 +191,7 @@ bool Stream::AnswerCount(Answer answer) const {
 
 void Stream::GetFlowInfo(uint32_t index, Answer answer) const {
     if (index != 0) throw Error(GenTL::GC_ERR_INVALID_INDEX, "the stream has one flow");
-    if (answer.Command() == GenTL::FLOW_INFO_SIZE) return answer.Size(engine_->PayloadSize());
+    if (answer.Command() == GenTL::FLOW_INFO_SIZE) return answer.Size(PayloadSize());
     throw Error(GenTL::GC_ERR_NOT_IMPLEMENTED, "unknown flow info command");
 }
 

@@ -46,6 +46,7 @@ class Stream final : public LocalModule {
     static Handle Announce(const std::shared_ptr<Stream>& stream, BufferMemory memory);
 
     bool AnswerCount(Answer answer) const;
+    size_t PayloadSize() const;  // throws GC_ERR_NOT_AVAILABLE if the camera's features define it
 
     std::shared_ptr<Event> MakeEvent(GenTL::EVENT_TYPE type) override;
     void AddFeatures(FeatureTable& features) override;

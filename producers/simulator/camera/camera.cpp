@@ -8,6 +8,7 @@ namespace ZelSim {
 
 using ZelCti::Claim;
 using ZelCti::Error;
+using ZelCti::IpSettings;
 using ZelCti::MakeClaim;
 
 namespace {

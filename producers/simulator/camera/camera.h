@@ -67,11 +67,11 @@ class Camera {
     void SetUserName(const std::string& name);
 
     // As GigE cameras have them.
-    IpSettings Ip() const;
+    ZelCti::IpSettings Ip() const;
 
     // Gives the camera other settings until it is unplugged; the address 0 gives it the settings of
     // its configuration again. Throws GC_ERR_ACCESS_DENIED while anyone has it open.
-    void ForceIp(const IpSettings& ip);
+    void ForceIp(const ZelCti::IpSettings& ip);
 
     // Nanoseconds since the power came.
     uint64_t Uptime() const { return UptimeAt(Frame::Clock::now()); }
@@ -104,8 +104,8 @@ class Camera {
     std::atomic<int64_t> clockAhead_{0};  // of the time since power-on, in ns
     std::atomic<bool> plugged_{true};
     mutable std::mutex mutex_;
-    size_t numConnected_ = 0;     // guarded by mutex_, as the name in the memory
-    IpSettings ip_ = config_.ip;  // guarded by mutex_
+    size_t numConnected_ = 0;             // guarded by mutex_, as the name in the memory
+    ZelCti::IpSettings ip_ = config_.ip;  // guarded by mutex_
     std::mutex pictureMutex_;
     std::shared_ptr<const TestPicture> picture_;  // guarded by pictureMutex_
     Acquisition acquisition_{*this};

@@ -73,7 +73,7 @@ Claim EventChannel::Subscribe(CameraSink& sink) {
 void EventChannel::ReportLoss() {
     const std::lock_guard lock(mutex_);
     for (CameraSink* const sink : sinks_)
-        sink->OnLost();
+        sink->OnLost("is unplugged");
 }
 
 void EventChannel::SetOn(EventKind kind, bool on) {

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "producers/simulator/config/network.h"
 #include "producers/simulator/config/networkswitches.h"
 #include "producers/simulator/frame/imagelayout.h"
+#include "producers/sockets/ipaddress.h"
 
 namespace ZelSim {
 
@@ -35,7 +35,7 @@ struct CameraConfig : ImageLayout {
     uint32_t bufAlignment = 1;
     uint32_t flashBusyTime = 5;  // ms
     uint64_t timestampFrequency = 1000000000;
-    IpSettings ip;                           // address and mask 0: the interface gives them
+    ZelCti::IpSettings ip;                   // address and mask 0: the interface gives them
     std::string descriptionFile;             // announced before the camera's own description
     std::string descriptionUrl;              // announced before all others
     std::optional<NetworkSettings> network;  // a GigE Vision device, which a network can have

@@ -21,6 +21,8 @@
 namespace ZelSim {
 
 using ZelCti::Error;
+using ZelCti::IpSettings;
+using ZelCti::ParseIpAddress;
 
 namespace {
 

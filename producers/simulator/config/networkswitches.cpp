@@ -14,6 +14,11 @@
 namespace ZelSim {
 
 using ZelCti::Error;
+using ZelCti::IpAddressText;
+using ZelCti::IpSettings;
+using ZelCti::MacAddressText;
+using ZelCti::ParseIpAddress;
+using ZelCti::ParseMacAddress;
 
 namespace {
 
@@ -229,7 +234,7 @@ std::vector<Row> MakeRows() {
             "how the URL is written: plain, slashes, spaces, hex-prefix, schema, lower-case, ZIP, "
             "http or file"),
         Flag("SecondUrlOnly", &S::secondUrlOnly, "has no first URL"),
-        Flag("Zip", &S::zip, "has its description as a zip archive"),
+        Flag("Zip", &S::zip, "has its description as a zip archive, if set at the start"),
         Flag("TickFrequencyZero", &S::tickFrequencyZero, "does not say its tick frequency"),
         Flag("TickFrequencyLowOnly", &S::tickFrequencyLowOnly,
              "has its tick frequency in the low word, whatever it is"),
@@ -300,7 +305,7 @@ std::vector<Row> MakeRows() {
                "resends no more packets in a second; 0: any number"),
         Flag("ResendTwice", &S::resendTwice, "resends packets twice, at last with wrong data"),
         Flag("ResendWrongId", &S::resendWrongId,
-             "resends packets also with the identifier of the next one"),
+             "resends packets with the identifier of the next one"),
         Flag("ResendStatusZero", &S::resendStatusZero,
              "resends packets with the status of all others"),
         Flag("NoResend", &S::noResend, "does not answer requests for packets"),

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "producers/simulator/config/network.h"
+#include "producers/sockets/ipaddress.h"
 
 namespace ZelSim {
 
@@ -30,8 +30,8 @@ enum class UrlForm : uint8_t {
 // of the same name with a capital letter; docs/simulator.md lists them with their help texts.
 struct NetworkSettings {
     // ---- Who it is. What is 0 is chosen by the server, which puts its choice here. ----
-    IpSettings ip;     // switches Address, Mask, Gateway
-    uint64_t mac = 0;  // 48 bits
+    ZelCti::IpSettings ip;  // switches Address, Mask, Gateway
+    uint64_t mac = 0;       // 48 bits
     uint32_t version = 0x00020001;
 
     // ---- What it does not have: bits that are cleared in the capability registers; the camera
@@ -159,7 +159,7 @@ class NetworkSwitches {
     std::shared_ptr<const NetworkSettings> Settings() const;
 
     // The camera got another address.
-    void SetIp(const IpSettings& ip);
+    void SetIp(const ZelCti::IpSettings& ip);
 
   private:
     void Change(const std::function<void(NetworkSettings&)>& change);

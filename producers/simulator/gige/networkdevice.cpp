@@ -8,12 +8,20 @@
 
 #include "producers/server/base/error.h"
 #include "producers/simulator/config/linkspeed.h"
+#include "producers/simulator/config/network.h"
+#include "producers/sockets/ipaddress.h"
 #include "producers/wire/gvcp.h"
 
 namespace ZelSim {
 
 using ZelCti::ByteView;
+using ZelCti::Endpoint;
 using ZelCti::Error;
+using ZelCti::HostAddress;
+using ZelCti::IpAddressText;
+using ZelCti::IpSettings;
+using ZelCti::MacAddressText;
+using ZelCti::UdpSocket;
 namespace Gev = ZelCti::Gev;
 namespace Gvcp = ZelCti::Gvcp;
 
@@ -38,7 +46,7 @@ std::string DeviceOf(const HostAddress& place) {
 NetworkSettings SettingsOf(const CameraConfig& config, const HostAddress& place) {
     NetworkSettings settings = config.network.value_or(NetworkSettings());
     settings.ip.address = place.address;
-    settings.ip.mask = place.mask;
+    if (settings.ip.mask == 0) settings.ip.mask = place.mask;
     if (settings.mac == 0) settings.mac = MacAddressOf(config.id);
     return settings;
 }

@@ -15,7 +15,7 @@
 #include "producers/simulator/gige/control/networkhardware.h"
 #include "producers/simulator/gige/poweredcamera.h"
 #include "producers/simulator/gige/sockets/addresspool.h"
-#include "producers/simulator/gige/sockets/udpsocket.h"
+#include "producers/sockets/udpsocket.h"
 
 namespace ZelSim {
 
@@ -28,11 +28,11 @@ class NetworkDevice final : private NetworkBody {
     using Report = std::function<void(const std::string& line)>;
 
     // Where an address can be served; none where it must not. Thread-safe.
-    using FindPlace = std::function<std::optional<HostAddress>(uint32_t address)>;
+    using FindPlace = std::function<std::optional<ZelCti::HostAddress>(uint32_t address)>;
 
     // Throws GC_ERR_RESOURCE_IN_USE when another program serves a camera at that place, GC_ERR_IO
     // when there cannot be sockets.
-    NetworkDevice(const CameraConfig& config, const HostAddress& place, FindPlace find,
+    NetworkDevice(const CameraConfig& config, const ZelCti::HostAddress& place, FindPlace find,
                   Report report);
     ~NetworkDevice() override;
 
@@ -43,8 +43,8 @@ class NetworkDevice final : private NetworkBody {
 
     // Gives the camera another address, without a word to its applications. Throws as the
     // constructor does, and leaves the camera where it is then.
-    void MoveTo(const HostAddress& place);
-    HostAddress Place() const;
+    void MoveTo(const ZelCti::HostAddress& place);
+    ZelCti::HostAddress Place() const;
 
     // Off, silent for a while, and on again with the settings of power-on. Returns at once.
     void PowerCycle();
@@ -62,20 +62,20 @@ class NetworkDevice final : private NetworkBody {
 
     // Those at an address. Events come from the same port everywhere; 0 is any free one.
     struct Sockets {
-        Sockets(const HostAddress& place, uint16_t messagePort);
+        Sockets(const ZelCti::HostAddress& place, uint16_t messagePort);
 
-        const HostAddress place;
-        UdpSocket control;
-        UdpSocket messages;
-        UdpSocket limited;                  // for broadcasts to 255.255.255.255
-        std::optional<UdpSocket> directed;  // and to the subnet
+        const ZelCti::HostAddress place;
+        ZelCti::UdpSocket control;
+        ZelCti::UdpSocket messages;
+        ZelCti::UdpSocket limited;                  // for broadcasts to 255.255.255.255
+        std::optional<ZelCti::UdpSocket> directed;  // and to the subnet
     };
 
     std::shared_ptr<const NetworkSettings> Settings() const override;
     uint16_t MessageSourcePort() const override;
     IpMemory Memory() const override;
     void SetMemory(const IpMemory& memory) override;
-    void ForceIp(const IpSettings& ip) override;
+    void ForceIp(const ZelCti::IpSettings& ip) override;
 
     void Run();
     bool WaitForWork();
@@ -83,9 +83,10 @@ class NetworkDevice final : private NetworkBody {
     void Wake() const;
     void FollowOrders();
     void ReceiveAll();
-    void ReceiveCommands(const Sockets& from, UdpSocket& socket, bool broadcast, bool ignored);
+    void ReceiveCommands(const Sockets& from, ZelCti::UdpSocket& socket, bool broadcast,
+                         bool ignored);
     void ReceiveAcks();
-    bool IsServed(const UdpSocket::Datagram& datagram);
+    bool IsServed(const ZelCti::UdpSocket::Datagram& datagram);
     void SwitchOff();
     void SwitchOn();
     void Use(std::unique_ptr<Sockets> sockets);
@@ -108,8 +109,8 @@ class NetworkDevice final : private NetworkBody {
 
     mutable std::mutex mutex_;                // guards what follows
     std::shared_ptr<PoweredCamera> powered_;  // changed by the thread
-    HostAddress place_;
-    IpSettings home_;                // what it gets at power-on without a persistent address
+    ZelCti::HostAddress place_;
+    ZelCti::IpSettings home_;        // what it gets at power-on without a persistent address
     std::unique_ptr<Sockets> next_;  // of the address that was asked for
     uint64_t numFollowed_ = 0;
     std::condition_variable followed_;  // numFollowed_ has changed
@@ -117,7 +118,7 @@ class NetworkDevice final : private NetworkBody {
     bool isQuitting_ = false;
     IpMemory ipMemory_;
     NetworkStatistics received_;
-    std::optional<Endpoint> controller_;
+    std::optional<ZelCti::Endpoint> controller_;
 
     std::thread thread_;
 };

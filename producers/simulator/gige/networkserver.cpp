@@ -7,6 +7,9 @@
 namespace ZelSim {
 
 using ZelCti::Error;
+using ZelCti::HostAddress;
+using ZelCti::IpAddressText;
+using ZelCti::IpSettings;
 
 NetworkServer::NetworkServer(const WorldConfig& config, AddressPool pool,
                              NetworkDevice::Report report)
@@ -86,8 +89,8 @@ void NetworkServer::Add(const CameraConfig& config) {
                     ": each camera needs one of its own, where it may be served");
 }
 
-std::shared_ptr<NetworkDevice> NetworkServer::Start(const CameraConfig& config, HostAddress place) {
-    if (config.network && config.network->ip.mask != 0) place.mask = config.network->ip.mask;
+std::shared_ptr<NetworkDevice> NetworkServer::Start(const CameraConfig& config,
+                                                    const HostAddress& place) {
     const auto find = [this](uint32_t address) { return pool_.Find(address); };
     return std::make_shared<NetworkDevice>(config, place, find, report_);
 }

@@ -45,13 +45,14 @@ class NetworkServer {
   private:
     struct Served {
         CameraConfig config;
-        HostAddress place;                      // where it is or was
+        ZelCti::HostAddress place;              // where it is or was
         std::shared_ptr<NetworkDevice> device;  // null while unplugged
     };
 
     void Add(const CameraConfig& config);
-    std::shared_ptr<NetworkDevice> Start(const CameraConfig& config, HostAddress place);
-    HostAddress PlaceOf(std::string_view cameraId, const IpSettings& ip) const;
+    std::shared_ptr<NetworkDevice> Start(const CameraConfig& config,
+                                         const ZelCti::HostAddress& place);
+    ZelCti::HostAddress PlaceOf(std::string_view cameraId, const ZelCti::IpSettings& ip) const;
     const Served& Find(std::string_view cameraId) const;
     Served& Find(std::string_view cameraId);
 

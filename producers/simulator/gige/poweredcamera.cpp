@@ -9,6 +9,7 @@
 namespace ZelSim {
 
 using ZelCti::ByteView;
+using ZelCti::Endpoint;
 
 PoweredCamera::PoweredCamera(const CameraConfig& config, PermanentMemory memory, NetworkBody& body,
                              uint32_t address, Links links)

@@ -51,14 +51,15 @@ class PoweredCamera final : private NetworkHardware {
 
     Time NextDeadline(Time now) const;
     void OnTimer(Time now);
-    void OnCommand(ZelCti::ByteView datagram, const Endpoint& from, bool broadcast, Time now);
+    void OnCommand(ZelCti::ByteView datagram, const ZelCti::Endpoint& from, bool broadcast,
+                   Time now);
     void OnMessageAck(ZelCti::ByteView datagram, Time now) { messages_.OnAck(datagram, now); }
 
     // The camera has another address. The channels of its streams are closed: nothing is sent from
     // the old one.
     void MoveTo(uint32_t address);
 
-    std::optional<Endpoint> Controller() const { return privilege_.Holder(); }
+    std::optional<ZelCti::Endpoint> Controller() const { return privilege_.Holder(); }
 
     // What it keeps without power; from any thread, as what follows.
     PermanentMemory CopyMemory() const { return camera_->Memory(); }
@@ -72,7 +73,7 @@ class PoweredCamera final : private NetworkHardware {
     uint16_t MessageSourcePort() const override { return body_.MessageSourcePort(); }
     IpMemory Memory() const override { return body_.Memory(); }
     void SetMemory(const IpMemory& memory) override { body_.SetMemory(memory); }
-    void ForceIp(const IpSettings& ip) override { body_.ForceIp(ip); }
+    void ForceIp(const ZelCti::IpSettings& ip) override { body_.ForceIp(ip); }
 
     uint32_t NumStreams() const override;
     uint32_t StreamCapability() const override;
@@ -85,7 +86,7 @@ class PoweredCamera final : private NetworkHardware {
     void SetExtendedIds(bool on) override;
     void SetStatusCodes(bool on) override;
     void FireTestPacket(uint32_t channel) override;
-    void Resend(const ZelCti::Gvcp::PacketResend& request, const Endpoint& from) override;
+    void Resend(const ZelCti::Gvcp::PacketResend& request, const ZelCti::Endpoint& from) override;
     void SetMessagePort(uint16_t port) override { messages_.SetPort(port); }
     void SetMessageDestination(uint32_t address) override { messages_.SetAddress(address); }
     void SetMessageTimeout(uint32_t milliseconds) override { messages_.SetTimeout(milliseconds); }

@@ -5,11 +5,12 @@
 #include <gmock/gmock.h>
 
 #include "producers/server/base/error.h"
+#include "producers/sockets/ipaddress.h"
 
 using ::testing::HasSubstr;
+using ZelCti::HostAddress;
+using ZelCti::IpAddressText;
 using ZelSim::AddressPool;
-using ZelSim::HostAddress;
-using ZelSim::IpAddressText;
 
 namespace {
 

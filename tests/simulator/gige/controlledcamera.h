@@ -48,7 +48,7 @@ class NotingHardware : public ZelSim::NetworkHardware {
     void SetExtendedIds(bool on) override { Note("extended ids", on); }
     void SetStatusCodes(bool on) override { Note("status codes", on); }
     void FireTestPacket(uint32_t channel) override { Note("test packet", channel); }
-    void Resend(const ZelCti::Gvcp::PacketResend& request, const ZelSim::Endpoint& from) override {
+    void Resend(const ZelCti::Gvcp::PacketResend& request, const ZelCti::Endpoint& from) override {
         Note("resend", request.streamChannel, static_cast<uint32_t>(request.blockId), from.port);
     }
     uint16_t MessageSourcePort() const override { return 0xBEEF; }
@@ -60,7 +60,7 @@ class NotingHardware : public ZelSim::NetworkHardware {
     ZelSim::IpMemory Memory() const override { return memory; }
     void SetMemory(const ZelSim::IpMemory& kept) override { memory = kept; }
     void SetTimestampToZero() override { Note("timestamp 0"); }
-    void ForceIp(const ZelSim::IpSettings& ip) override {
+    void ForceIp(const ZelCti::IpSettings& ip) override {
         Note("force ip", ip.address);
         settings.ip = ip;
     }
@@ -83,8 +83,8 @@ class ControlledCamera {
     using Clock = ZelSim::ControlServer::Clock;
     using Milliseconds = std::chrono::milliseconds;
 
-    static constexpr ZelSim::Endpoint kHost{0x7F000001, 50000};
-    static constexpr ZelSim::Endpoint kOther{0x7F000001, 50001};
+    static constexpr ZelCti::Endpoint kHost{0x7F000001, 50000};
+    static constexpr ZelCti::Endpoint kOther{0x7F000001, 50001};
 
     ControlledCamera() : ControlledCamera([](ZelSim::CameraConfig&) {}) {}
 
@@ -110,18 +110,18 @@ class ControlledCamera {
         bootstrap.emplace(camera->Hardware(), camera->Registers(), hardware, privilege);
         server.emplace(
             camera->Hardware(), camera->Registers(), *bootstrap, privilege, hardware,
-            [this](const ZelSim::Endpoint& to, ZelCti::ByteView datagram) {
+            [this](const ZelCti::Endpoint& to, ZelCti::ByteView datagram) {
                 sent.push_back({to, Bytes(datagram.data, datagram.data + datagram.size)});
             });
         now = Clock::now();
     }
 
     struct Sent {
-        ZelSim::Endpoint to;
+        ZelCti::Endpoint to;
         Bytes bytes;
     };
 
-    void Handle(std::string_view digits, const ZelSim::Endpoint& from = kHost,
+    void Handle(std::string_view digits, const ZelCti::Endpoint& from = kHost,
                 bool broadcast = false) {
         const Bytes bytes = WireTest::Hex(digits);
         server->Handle(WireTest::ViewOf(bytes), from, broadcast, now);
@@ -129,12 +129,12 @@ class ControlledCamera {
 
     // The one answer to a command, in hexadecimal digits; several, or one to somebody else, are no
     // answer that a test expects.
-    std::string Ask(std::string_view digits, const ZelSim::Endpoint& from = kHost) {
+    std::string Ask(std::string_view digits, const ZelCti::Endpoint& from = kHost) {
         Handle(digits, from);
         return TakeSent(from);
     }
 
-    std::string TakeSent(const ZelSim::Endpoint& to = kHost) {
+    std::string TakeSent(const ZelCti::Endpoint& to = kHost) {
         std::string text;
         for (const Sent& one : std::exchange(sent, {}))
             text += (text.empty() ? "" : ", ") + std::string(one.to == to ? "" : "elsewhere ") +

@@ -29,7 +29,7 @@ std::string Read(ControlledCamera& camera, const std::string& address) {
 
 // The status of a write.
 std::string Write(ControlledCamera& camera, const std::string& address, const std::string& value,
-                  const ZelSim::Endpoint& from = kHost) {
+                  const ZelCti::Endpoint& from = kHost) {
     static uint16_t id = 0x1000;
     const std::string number =
         ControlledCamera::Digits({static_cast<uint8_t>(++id >> 8), static_cast<uint8_t>(id)});
@@ -62,12 +62,12 @@ TEST_F(ControlServerTest, DiscoveryShowsTheBootstrapRegisters) {
 }
 
 TEST_F(ControlServerTest, DiscoveryOfAnotherSubnetNeedsABroadcastAnswer) {
-    const ZelSim::Endpoint far{0x0A4D0001, 50000};
+    const ZelCti::Endpoint far{0x0A4D0001, 50000};
     Handle("4201000200000001", far, true);
     EXPECT_THAT(sent, IsEmpty());
     Handle("4211000200000001", far, true);
     ASSERT_EQ(sent.size(), 1U);
-    EXPECT_EQ(sent[0].to, (ZelSim::Endpoint{0xFFFFFFFF, 50000}));
+    EXPECT_EQ(sent[0].to, (ZelCti::Endpoint{0xFFFFFFFF, 50000}));
     sent.clear();
     EXPECT_EQ(Ask("4201000200000001", far), kDiscoveryAck) << "unicast passes routers";
 }
@@ -107,7 +107,7 @@ TEST_F(ControlServerTest, ForceIpSetsTheAddressOfTheDeviceMeant) {
     EXPECT_THAT(hardware.TakeNotes(), ElementsAre("force ip 172818434"));
     ASSERT_EQ(sent.size(), 1U);
     EXPECT_EQ(Digits(sent[0].bytes), "000000050000001f");
-    EXPECT_EQ(sent[0].to, (ZelSim::Endpoint{0xFFFFFFFF, 50000}));
+    EXPECT_EQ(sent[0].to, (ZelCti::Endpoint{0xFFFFFFFF, 50000}));
     sent.clear();
     EXPECT_EQ(Read(*this, "00000024"), "0a4d0002");
     TakeControl();

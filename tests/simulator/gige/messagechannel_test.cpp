@@ -45,10 +45,10 @@ class MessageChannelTest : public ::testing::Test {
 
     const MessageChannel::Time start{1000s};
     std::vector<Bytes> sent;
-    std::vector<Endpoint> receivers;
+    std::vector<ZelCti::Endpoint> receivers;
     int numWakes = 0;
     MessageChannel channel{5001,
-                           [this](const Endpoint& to, ZelCti::ByteView message) {
+                           [this](const ZelCti::Endpoint& to, ZelCti::ByteView message) {
                                receivers.push_back(to);
                                sent.emplace_back(message.data, message.data + message.size);
                            },
@@ -74,7 +74,7 @@ TEST_F(MessageChannelTest, WithoutTimeoutEventsAskForNoAcknowledge) {
                                     Hex("420000c200180002 0000 9fff ffff 0000 0000000000000022"
                                         "0000000000010005")));
     EXPECT_EQ(channel.NextDeadline(), MessageChannel::Time::max());
-    EXPECT_EQ(receivers.front(), (Endpoint{0x0A4D0001, 4000}));
+    EXPECT_EQ(receivers.front(), (ZelCti::Endpoint{0x0A4D0001, 4000}));
 }
 
 TEST_F(MessageChannelTest, EventsOfExtendedIds) {

@@ -12,10 +12,11 @@
 #include "producers/server/base/error.h"
 #include "producers/simulator/config/configparser.h"
 #include "producers/simulator/gige/networkserver.h"
+#include "producers/sockets/ipaddress.h"
 #include "tests/support/networkapplication.h"
 
+using ZelCti::IpAddressText;
 using ZelSim::AddressPool;
-using ZelSim::IpAddressText;
 using ZelSim::NetworkServer;
 using ZelTest::Bytes;
 using ZelTest::NetworkApplication;
@@ -45,7 +46,7 @@ class NetworkDeviceTest : public ::testing::Test {
             "height='32' acquisition='free-running'><Network Mac='02:00:00:00:00:07' BootMs='0' " +
                 keys + "/></Camera></Interface></ZelSim>",
             "test");
-        server_.emplace(config_, AddressPool({}, ZelSim::ListHostAddresses()),
+        server_.emplace(config_, AddressPool({}, ZelCti::ListHostAddresses()),
                         [this](const std::string& line) { Note(line); });
         address_ = IpAddressText(server_->Device("C")->Place().address);
         AwaitLine(" at " + address_);
@@ -181,7 +182,7 @@ TEST_F(NetworkDeviceTest, EachCameraHasAnAddressOfItsOwn) {
             std::string("<ZelSim><Interface id='I' type='GEV'><Camera id='D'><Network Address='") +
                 address + "'/></Camera></Interface></ZelSim>",
             "test");
-        const NetworkServer server(config, AddressPool({}, ZelSim::ListHostAddresses()),
+        const NetworkServer server(config, AddressPool({}, ZelCti::ListHostAddresses()),
                                    [](const std::string&) {});
         return IpAddressText(server.Device("D")->Place().address);
     };

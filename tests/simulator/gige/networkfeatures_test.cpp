@@ -267,7 +267,7 @@ TEST_F(NetworkFeatures, ReadTheEventsOfTheMessageChannel) {
     std::vector<std::vector<uint8_t>> sent;
     MessageChannel channel(
         1,
-        [&](const Endpoint&, ZelCti::ByteView message) {
+        [&](const ZelCti::Endpoint&, ZelCti::ByteView message) {
             sent.emplace_back(message.data, message.data + message.size);
         },
         [] {});

@@ -114,7 +114,7 @@ TEST_F(StreamChannels, AFrameArrivesInOrderFromTheSourcePort) {
     EXPECT_EQ(Bytes(leader.begin(), leader.begin() + 12), Hex("00000001 01000000 00000001"));
     EXPECT_EQ(Bytes(leader.begin() + 20, leader.end()),
               Hex("01080001 00000040 00000010 00000000 00000000 0000 0000"));
-    EXPECT_EQ(receiver_.Sender(), (Endpoint{kLoopback, Channel().SourcePort()}));
+    EXPECT_EQ(receiver_.Sender(), (ZelCti::Endpoint{kLoopback, Channel().SourcePort()}));
     const Bytes first = Next();
     ASSERT_EQ(first.size(), 8U + 520U);
     EXPECT_EQ(Bytes(first.begin(), first.begin() + 16), Hex("00000001 03000001 0000000000000000"));

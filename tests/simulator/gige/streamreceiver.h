@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "producers/simulator/gige/sockets/udpsocket.h"
+#include "producers/sockets/udpsocket.h"
 #include "tests/wire/bytes.h"
 
 namespace GigeTest {
@@ -47,7 +47,7 @@ class StreamReceiver {
         }
     }
 
-    ZelSim::Endpoint Sender() const { return sender_; }  // of the last packet
+    ZelCti::Endpoint Sender() const { return sender_; }  // of the last packet
 
   private:
     static sockaddr_in Address(uint16_t port) {
@@ -71,7 +71,7 @@ class StreamReceiver {
 
     const int socket_ = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
     uint16_t port_ = 0;
-    ZelSim::Endpoint sender_;
+    ZelCti::Endpoint sender_;
 };
 
 }  // namespace GigeTest

@@ -55,6 +55,13 @@ Network NetworkOf(ZelCam::DeviceInfo& info) {
     return network;
 }
 
+std::string DottedAddress(uint32_t address) {
+    const in_addr inNetworkOrder{htonl(address)};
+    char text[INET_ADDRSTRLEN];
+    inet_ntop(AF_INET, &inNetworkOrder, text, sizeof(text));
+    return text;
+}
+
 void CheckNetwork(const Network& network, bool anyAddress) {
     const uint32_t address = ParseAddress(network.address);
     const uint32_t mask = ParseAddress(network.mask);

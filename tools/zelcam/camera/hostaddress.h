@@ -1,6 +1,7 @@
 // The network configuration of a camera.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "ZelCam/DeviceInfo.h"
@@ -16,6 +17,9 @@ struct Network {
 
 // Throws Failure (FeatureFailed) when the interface does not report it.
 Network NetworkOf(ZelCam::DeviceInfo& info);
+
+// "192.168.0.1" for 0xC0A80001.
+std::string DottedAddress(uint32_t address);
 
 // Throws Failure (Usage) for a text of another form: the library accepts more forms, and the camera
 // could get an address that the user did not mean. Unless `anyAddress` is set, this also throws for

@@ -2,6 +2,7 @@
 
 #include <ostream>
 
+#include "tools/zelcam/camera/reachability.h"
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/console/printable.h"
 
@@ -43,19 +44,36 @@ void PrintInterfaces(std::ostream& out, const Session& session, size_t width,
     }
 }
 
+// Why cameras cannot be opened, and what helps.
+void PrintReasons(std::ostream& out, const Session& session, size_t width,
+                  const TextFilter& filter) {
+    for (const Camera& camera : session.Cameras()) {
+        std::string text = AccessReasonOf(camera);
+        if (NeedsAnAddress(camera)) {
+            text += (text.empty() ? "" : "; ") + ("`" + ForceCommand(camera)) +
+                    "` gives it an address in the network of the adapter";
+        }
+        if (text.empty()) continue;
+        text = Printable(camera.id + ": " + text);
+        PrintIndented(out, filter ? filter(text) : text, width);
+    }
+}
+
 void PrintCameras(std::ostream& out, const Session& session, size_t width,
                   const TextFilter& filter) {
     if (session.Cameras().empty()) return;
     out << "\nCameras\n";
-    TextTable table({"#", "ID", "VENDOR", "MODEL", "SERIAL", "USER NAME", "ACCESS", "KIND",
-                     "INTERFACE", "PRODUCER"},
+    TextTable table({"#", "ID", "VENDOR", "MODEL", "SERIAL", "USER NAME", "ADDRESS", "ACCESS",
+                     "KIND", "INTERFACE", "PRODUCER"},
                     filter);
     for (const Camera& camera : session.Cameras()) {
         table.AddRow({std::to_string(camera.number), camera.id, camera.vendor, camera.model,
-                      camera.serial, camera.userName, AccessWords(camera.accessStatus),
-                      CameraKind(camera.simulated), camera.interfaceId, camera.producerName});
+                      camera.serial, camera.userName, AddressOf(camera),
+                      AccessWords(camera.accessStatus), CameraKind(camera.simulated),
+                      camera.interfaceId, camera.producerName});
     }
     table.Print(out, width);
+    PrintReasons(out, session, width, filter);
 }
 
 Json ProducersAsJson(const Session& session) {
@@ -94,7 +112,9 @@ Json CamerasAsJson(const Session& session) {
                       {"userName", camera.userName},
                       {"version", camera.version},
                       {"access", AccessWords(camera.accessStatus)},
-                      {"accessStatus", camera.accessStatus}};
+                      {"accessStatus", camera.accessStatus},
+                      {"accessReason", AccessReasonOf(camera)},
+                      {"address", AddressOf(camera)}};
         entry.update(OriginAsJson(camera));
         cameras.push_back(std::move(entry));
     }

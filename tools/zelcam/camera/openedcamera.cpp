@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "tools/zelcam/camera/camerachoice.h"
+#include "tools/zelcam/camera/reachability.h"
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/printable.h"
@@ -15,16 +16,16 @@ namespace {
 using Access = ZelCam::DeviceAccess;
 
 std::string OpenHint(ZelCamErr code, const Camera& camera) {
+    if (NeedsAnAddress(camera)) {
+        return "\nThe camera is visible but cannot be reached at its address. `" +
+               ForceCommand(camera) + "`\nchanges the address.";
+    }
     if (code == ZelCamErr_GenTL_ResourceInUse || code == ZelCamErr_GenTL_AccessDenied) {
         return "\nAnother program has the camera open, or did not close it properly: close that "
                "program, or\nwait some seconds until the camera notices. `--access readonly` may "
                "work meanwhile.";
     }
-    if (camera.accessStatus == 3 && camera.interfaceType == ZelCam::InterfaceType::GEV) {
-        return "\nThe camera is visible but cannot be reached: its address does not belong to the "
-               "network of\nthe adapter. `zelcam ip force` changes the address.";
-    }
-    if (camera.accessStatus == 3) {
+    if (camera.accessStatus == ZelCam::AccessStatus_NoAccess) {
         return "\nThe camera is visible but cannot be reached. Check that this user may open the "
                "device (udev rules, groups).";
     }
@@ -62,10 +63,11 @@ OpenedCamera::OpenedCamera(const Camera& camera, const std::string& access) : ca
         if (device_) std::cerr << "zelcam: note: opened read-only: " << ErrorWords(code) << '\n';
     }
     if (!device_) {
+        const std::string reason = Printable(AccessReasonOf(camera));
         throw Failure(ExitCode::CannotOpen,
                       "camera " + Printable(camera.id) + " cannot be opened: " + ErrorWords(code) +
                           "; its access status is \"" + AccessWords(camera.accessStatus) + "\"" +
-                          OpenHint(code, camera));
+                          (reason.empty() ? "" : ": " + reason) + OpenHint(code, camera));
     }
 }
 

@@ -93,9 +93,8 @@ void Producer::Skip(const std::string& why) {
 }
 
 bool Producer::OnlySimulates() const {
-    if (interfaces.empty()) return origin == Origin::Default;
-    return std::all_of(interfaces.begin(), interfaces.end(),
-                       [](const auto& each) { return each.simulated; });
+    return !interfaces.empty() && std::all_of(interfaces.begin(), interfaces.end(),
+                                              [](const auto& each) { return each.simulated; });
 }
 
 std::string Camera::Description() const {
@@ -124,7 +123,8 @@ Session::Session(const SessionOptions& options)
 
 bool Session::HasRealProducer() const {
     return std::any_of(producers_.begin(), producers_.end(), [](const Producer& producer) {
-        return producer.state == State::Loaded && !producer.leftOut && !producer.OnlySimulates();
+        return producer.state == State::Loaded && !producer.leftOut &&
+               producer.origin != Producer::Origin::Default && !producer.OnlySimulates();
     });
 }
 

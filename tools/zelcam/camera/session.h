@@ -53,8 +53,7 @@ struct Producer {
     void Fail(const std::string& why);
     void Skip(const std::string& why);
 
-    // Whether it cannot have real cameras: all its interfaces are simulated, or it is the default
-    // producer and has none.
+    // Whether all its interfaces are simulated, and it has one.
     bool OnlySimulates() const;
 };
 
@@ -106,7 +105,8 @@ class Session {
     // False when the interfaces could not be listed: Producers() says why.
     bool HasInterfaceList() const { return list_ != nullptr; }
 
-    // Whether a producer for real cameras is loaded, even if it has found none.
+    // Whether another producer than the default one is loaded for real cameras, even if it has
+    // found none.
     bool HasRealProducer() const;
 
     bool AsksForSimulated() const { return options_.simulated; }

@@ -23,7 +23,7 @@ using CommandAdder = void(Command app, Invocation& invocation);
 CommandAdder AddListCommand, AddGrabCommand, AddFeaturesCommand, AddGetCommand, AddSetCommand,
     AddExecCommand, AddWatchCommand, AddEventsCommand, AddConfigCommand, AddXmlCommand,
     AddIpCommand, AddReadCommand, AddWriteCommand, AddFirmwareCommand, AddReportCommand,
-    AddCheckCommand;
+    AddCheckCommand, AddDoctorCommand;
 
 template <typename Options>
 struct AddedCommand {

@@ -3,7 +3,7 @@
 #include <iostream>
 
 #include "tools/zelcam/camera/camerachoice.h"
-#include "tools/zelcam/camera/hostaddress.h"
+#include "tools/zelcam/camera/reachability.h"
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/commands/commands.h"
 #include "tools/zelcam/console/jsontext.h"
@@ -12,6 +12,8 @@
 namespace ZelTool {
 
 namespace {
+
+constexpr const char* kProposed = "auto";  // in place of an address
 
 struct IpOptions : CameraOptions {
     Network network{"", "", "0.0.0.0"};
@@ -49,10 +51,14 @@ ExitCode RunShow(const IpOptions& options) {
 }
 
 ExitCode RunForce(const IpOptions& options) {
-    const Network& network = options.network;
-    CheckNetwork(network, options.force);
+    const bool proposed = options.network.address == kProposed;
+    if (!proposed && options.network.mask.empty()) {
+        throw Failure(ExitCode::Usage, "name the mask of the network as well");
+    }
+    if (!proposed) CheckNetwork(options.network, options.force);
     const Session session(options);
     const Camera& camera = SelectGigE(session, options.camera);
+    const Network network = proposed ? ProposedNetwork(camera) : options.network;
     const ZelCamErr code = camera.info->ForceIP(network.address.c_str(), network.mask.c_str(),
                                                 network.gateway.c_str());
     RequireSuccess(code, "the address cannot be forced");
@@ -77,6 +83,7 @@ void AddIpCommand(Command app, Invocation& invocation) {
     command.Footer(
         "Examples:\n"
         "  zelcam ip show 1\n"
+        "  zelcam ip force 4711 auto\n"
         "  zelcam ip force 4711 192.168.0.10 255.255.255.0\n\n"
         "A camera whose address does not belong to the network of its adapter is listed but cannot "
         "be opened: force an address in that network, then set a persistent one.");
@@ -85,8 +92,11 @@ void AddIpCommand(Command app, Invocation& invocation) {
         AddAction(command, invocation, "force",
                   "Give the camera an address until it is switched off", RunForce);
     Network& network = options.network;
-    force.AddOption("address", "ADDRESS", network.address, "The new address, with dots").Required();
-    force.AddOption("mask", "MASK", network.mask, "The mask of its network").Required();
+    force
+        .AddOption("address", "ADDRESS", network.address,
+                   "The new address, with dots; auto: a free one in the network of the adapter")
+        .Required();
+    force.AddOption("mask", "MASK", network.mask, "The mask of its network, except for auto");
     force.AddOption("gateway", "GATEWAY", network.gateway, "The gateway; 0.0.0.0: none");
     force.AddFlag("--force", options.force, "Accept any address, mask and gateway");
 }

@@ -35,6 +35,14 @@ std::string DefaultProducerAdvice(const Producer& standard) {
            "library, or name its folder in LD_LIBRARY_PATH";
 }
 
+// For a default producer without a network adapter.
+std::string NoAdapterAdvice() {
+    const std::string wanted = TextOrEmpty(std::getenv("ZELGEV_INTERFACES"));
+    if (wanted.empty()) return "GigE Vision: no network adapter is up; `ip link` lists them";
+    return "GigE Vision: ZELGEV_INTERFACES=" + wanted +
+           " restricts the search; unset it to search on every network adapter";
+}
+
 // Advice for a user who has no real camera, depending on the interfaces.
 std::vector<std::string> WhatToCheck(const Session& session) {
     if (!session.HasInterfaceList()) return {DefaultProducerAdvice(session.Producers().front())};
@@ -43,14 +51,15 @@ std::vector<std::string> WhatToCheck(const Session& session) {
             "no loaded producer has simulated cameras: check the file in ZELSIM_CONFIG, "
             "LD_LIBRARY_PATH (another default producer?) and --only"};
     }
-    if (!session.HasRealProducer()) {
-        return {
-            "no producer for real cameras is loaded: name the .cti file of your camera's maker "
-            "with --producer, or its folder in GENICAM_GENTL64_PATH"};
-    }
     std::set<ZelCam::InterfaceType> types;
     for (const InterfaceEntry& entry : session.Interfaces()) {
         if (!entry.simulated) types.insert(entry.type);
+    }
+    if (types.empty() && !session.HasRealProducer()) {
+        return {
+            NoAdapterAdvice(),
+            "a camera that is no GigE Vision camera needs a producer: name the .cti file of the "
+            "camera's maker with --producer, or its folder in GENICAM_GENTL64_PATH"};
     }
     std::vector<std::string> checks = {
         "is the camera connected and powered? give it some seconds to start"};
@@ -60,8 +69,8 @@ std::vector<std::string> WhatToCheck(const Session& session) {
     }
     if (types.count(ZelCam::InterfaceType::GEV) != 0) {
         checks.emplace_back(
-            "GigE Vision: are the adapter and the camera in the same network? does a firewall "
-            "block UDP port 3956?");
+            "GigE Vision: `zelcam doctor` looks at adapters and addresses; does a firewall block "
+            "UDP port 3956?");
     }
     if (types.count(ZelCam::InterfaceType::U3V) != 0) {
         checks.emplace_back(

@@ -12,8 +12,8 @@
 #include <GenApi/GenApi.h>
 
 #include "tools/zelcam/camera/camerachoice.h"
-#include "tools/zelcam/camera/hostaddress.h"
 #include "tools/zelcam/camera/listing.h"
+#include "tools/zelcam/camera/reachability.h"
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/commands/commands.h"
 #include "tools/zelcam/commands/masking.h"
@@ -166,6 +166,7 @@ void Report::CameraInfo() {
     Line("Display name", TextOrEmpty(info.GetDisplayName()));
     Line("Version", camera_.version);
     Line("Access", AccessWords(camera_.accessStatus));
+    Line("Access reason", AccessReasonOf(camera_));
     Line("USB host", TextOrEmpty(info.GetUSB3HostInfo()));
     Line("External XML", TextOrEmpty(info.GetExternalXml()));
     Line("Interface", camera_.interfaceId);

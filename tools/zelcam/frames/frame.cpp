@@ -30,6 +30,27 @@ Frame FrameIn(ZelCam::Buffer& buffer) {
             buffer.GetXOffset(), buffer.GetYOffset(), buffer.IsIncomplete()};
 }
 
+Imaging::RawImage DescribedImage::Read() const {
+    Imaging::RawImage image{};
+    if (features_ == nullptr) return image;
+    image.width = static_cast<size_t>(features_->GetIntegerValue("Width", nullptr));
+    image.height = static_cast<size_t>(features_->GetIntegerValue("Height", nullptr));
+    image.pixelFormat = static_cast<uint64_t>(features_->GetEnumValue("PixelFormat", nullptr));
+    return image;
+}
+
+Frame DescribedImage::Complete(Frame frame) {
+    Imaging::RawImage& image = frame.image;
+    if (image.width != 0 || image.height != 0 || image.pixelFormat != 0) return frame;
+    if (!image_) image_ = Read();
+    Imaging::RawImage described = *image_;
+    described.data = image.data;
+    described.size = image.size;
+    const size_t wanted = described.ImageBytes();
+    if (wanted != 0 && wanted <= described.size) image = described;
+    return frame;
+}
+
 size_t Frame::BytesPresent() const {
     const size_t wanted = image.ImageBytes();
     return wanted == 0 ? image.size : std::min(wanted, image.size);

@@ -3,9 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "ZelCam/ZelCam.h"
+#include "ZelGenParam/Array.h"
 #include "tools/imaging/decode.h"
 
 namespace ZelTool {
@@ -26,6 +28,24 @@ struct Frame {
 };
 
 Frame FrameIn(ZelCam::Buffer& buffer);
+
+// What the features of a camera say of its images, for payloads that do not say it themselves:
+// early GigE cameras send chunk data so. Frames come with one setting, so the features are read
+// once.
+class DescribedImage {
+  public:
+    // `features` must outlive this object; null for a camera without a description.
+    explicit DescribedImage(ZelGenParam::Array* features) : features_(features) {}
+
+    // The frame with its dimensions, if it has none and its bytes are enough for them.
+    Frame Complete(Frame frame);
+
+  private:
+    Imaging::RawImage Read() const;
+
+    ZelGenParam::Array* const features_;
+    std::optional<Imaging::RawImage> image_;  // without bytes
+};
 
 // A frame with a copy of the image, independent of the buffer.
 class StoredFrame {

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include "tools/zelcam/camera/reachability.h"
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/console/interrupt.h"
+#include "tools/zelcam/console/printable.h"
 #include "tools/zelcam/frames/acquisition.h"
 #include "tools/zelcam/frames/timeoutreport.h"
 
@@ -62,6 +64,7 @@ ZelCam::Buffer* WaitForFrame(Acquisition& acquisition, uint64_t timeoutMs, Softw
 void Loop(Acquisition& acquisition, const GrabLimits& limits, SoftwareTrigger* trigger,
           const FrameTaker& take, GrabReport& report) {
     FrameStatistics& statistics = report.statistics;
+    DescribedImage described(acquisition.Camera().Features());
     if (trigger != nullptr) trigger->Start();
     while (limits.count == 0 || statistics.Frames() < limits.count) {
         ZelCamErr code = ZelCamErr_Success;
@@ -71,12 +74,18 @@ void Loop(Acquisition& acquisition, const GrabLimits& limits, SoftwareTrigger* t
                             report);
             return;
         }
-        const Frame frame = FrameIn(*buffer);
+        const Frame frame = described.Complete(FrameIn(*buffer));
         statistics.Add(frame.frameId, frame.incomplete, FrameStatistics::Clock::now());
         report.NoteFrame(frame);
         if (!take(frame, statistics.Frames())) return;
         acquisition.Requeue(*buffer);
     }
+}
+
+// What the producer says of a camera that it has lost tells more than the failures that follow.
+void NoteLoss(const std::string& reason, GrabReport& report) {
+    report.exitCode = ExitCode::AcquisitionFailed;
+    report.error = "the camera is lost: it " + reason;
 }
 
 }  // namespace
@@ -90,7 +99,13 @@ void GrabFrames(OpenedCamera& camera, size_t buffers, const GrabLimits& limits,
         Loop(acquisition, limits, trigger, take, report);
     }));
     report.underruns = acquisition.Stream().GetNumUnderrun();
-    report.NoteFailure(FailureOf([&] { acquisition.End(); }));
+    const std::string loss = Printable(AccessReasonOf(camera.Info()));
+    const auto failure = FailureOf([&] { acquisition.End(); });
+    if (loss.empty()) {
+        report.NoteFailure(failure);
+    } else {
+        NoteLoss(loss, report);
+    }
 }
 
 }  // namespace ZelTool

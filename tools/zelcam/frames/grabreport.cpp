@@ -58,7 +58,8 @@ void GrabReport::PrintSummary(std::ostream& out) const {
             << std::setprecision(1) << statistics.FramesPerSecond() << " per second";
     }
     out << (interrupted ? ", ended with Ctrl-C\n" : "\n");
-    PrintCount(out, "Incomplete  ", statistics.Incomplete(), "  (parts were lost on the way)");
+    PrintCount(out, "Incomplete  ", statistics.Incomplete(),
+               "  (parts were lost on the way; `zelcam doctor` says where)");
     PrintCount(out, "Under-run   ", underruns,
                "  (no buffer was free; use more --buffers or write less)");
     PrintCount(out, "Lost        ", statistics.Lost(), "  (gaps in the camera's frame numbers)");

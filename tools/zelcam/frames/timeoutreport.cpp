@@ -62,7 +62,8 @@ std::vector<Check> CheckSilence(Acquisition& acquisition, const Camera& camera,
 
 std::vector<std::string> OtherCauses(const Camera& camera) {
     if (camera.interfaceType == ZelCam::InterfaceType::GEV) {
-        return {"check that no firewall drops the frames, which are UDP packets from the camera",
+        return {"let `zelcam doctor " + camera.id + "` try the network",
+                "check that no firewall drops the frames, which are UDP packets from the camera",
                 "check that adapter and switch allow packets of that size: enable jumbo frames, or "
                 "set a smaller GevSCPSPacketSize in the camera",
                 "check that the camera and the adapter are in the same network"};

@@ -4,6 +4,8 @@
 
 namespace ZelSim {
 
+using ZelCti::Endpoint;
+
 namespace {
 
 constexpr size_t kIdOffset = 6;  // of the header of an acknowledge

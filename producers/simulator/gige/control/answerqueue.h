@@ -17,16 +17,16 @@ namespace ZelSim {
 class AnswerQueue {
   public:
     using Clock = std::chrono::steady_clock;
-    using Send = std::function<void(const Endpoint& to, ZelCti::ByteView datagram)>;
+    using Send = std::function<void(const ZelCti::Endpoint& to, ZelCti::ByteView datagram)>;
 
     explicit AnswerQueue(Send send) : send_(std::move(send)) {}
 
     // Sends it at once if it is time.
-    void Post(const Endpoint& to, const Answer& answer, Clock::time_point due,
+    void Post(const ZelCti::Endpoint& to, const Answer& answer, Clock::time_point due,
               Clock::time_point now);
 
     // The same with the faults of acknowledges. Returns when the answer goes.
-    Clock::time_point PostAck(const Endpoint& to, Answer answer, Clock::time_point due,
+    Clock::time_point PostAck(const ZelCti::Endpoint& to, Answer answer, Clock::time_point due,
                               Clock::time_point now, const NetworkSettings& settings);
 
     std::optional<Clock::time_point> NextDeadline() const;
@@ -34,7 +34,7 @@ class AnswerQueue {
 
   private:
     struct Waiting {
-        Endpoint to;
+        ZelCti::Endpoint to;
         Answer answer;  // of size 0: an empty place
         Clock::time_point due;
         uint64_t number = 0;

@@ -6,6 +6,7 @@
 namespace ZelSim {
 
 using ZelCti::ByteView;
+using ZelCti::Endpoint;
 
 AnswerStore::Entry* AnswerStore::EntryOf(const Endpoint& from) {
     for (Entry& entry : entries_)

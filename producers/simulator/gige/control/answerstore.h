@@ -5,7 +5,7 @@
 #include <chrono>
 #include <cstdint>
 
-#include "producers/simulator/gige/sockets/endpoint.h"
+#include "producers/sockets/endpoint.h"
 #include "producers/wire/gvcp.h"
 
 namespace ZelSim {
@@ -27,7 +27,7 @@ class AnswerStore {
     using Clock = std::chrono::steady_clock;
 
     struct Entry {
-        Endpoint from;
+        ZelCti::Endpoint from;
         Answer command;
         Answer answer;          // of size 0 if there is none
         Clock::time_point due;  // when the answer goes
@@ -35,17 +35,17 @@ class AnswerStore {
     };
 
     // Null for a command that is new.
-    const Entry* Find(const Endpoint& from, ZelCti::ByteView command);
+    const Entry* Find(const ZelCti::Endpoint& from, ZelCti::ByteView command);
 
     // Takes the place of the application's command before, or of that which was used least lately.
-    void Keep(const Endpoint& from, ZelCti::ByteView command, const Answer& answer,
+    void Keep(const ZelCti::Endpoint& from, ZelCti::ByteView command, const Answer& answer,
               Clock::time_point due);
 
     // The application has ended.
-    void Forget(const Endpoint& from);
+    void Forget(const ZelCti::Endpoint& from);
 
   private:
-    Entry* EntryOf(const Endpoint& from);
+    Entry* EntryOf(const ZelCti::Endpoint& from);
 
     std::array<Entry, 16> entries_;
     uint64_t uses_ = 0;

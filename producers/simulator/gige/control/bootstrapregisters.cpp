@@ -11,7 +11,9 @@ namespace ZelSim {
 namespace Gev = ZelCti::Gev;
 namespace Capability = ZelCti::Gev::GvcpCapability;
 namespace Configuration = ZelCti::Gev::GvcpConfiguration;
+using ZelCti::Endpoint;
 using ZelCti::Error;
+using ZelCti::IpSettings;
 using ZelCti::RegisterSpace;
 
 namespace {

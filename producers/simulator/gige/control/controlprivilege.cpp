@@ -4,6 +4,8 @@
 
 namespace ZelSim {
 
+using ZelCti::Endpoint;
+
 namespace Ccp = ZelCti::Gev::Ccp;
 using ZelCti::Gev::Status;
 

@@ -6,7 +6,7 @@
 #include <mutex>
 #include <optional>
 
-#include "producers/simulator/gige/sockets/endpoint.h"
+#include "producers/sockets/endpoint.h"
 #include "producers/wire/gevstatus.h"
 
 namespace ZelSim {
@@ -33,25 +33,25 @@ class ControlPrivilege {
     };
 
     // `key` is the register that a take-over must match; none if the camera has no switchover.
-    Change Write(const Endpoint& from, uint32_t ccp, std::optional<uint16_t> key,
+    Change Write(const ZelCti::Endpoint& from, uint32_t ccp, std::optional<uint16_t> key,
                  Clock::time_point now);
     void Release();
 
     uint32_t Value() const;  // of CCP, without the key
-    std::optional<Endpoint> Holder() const;
+    std::optional<ZelCti::Endpoint> Holder() const;
 
-    bool MayRead(const Endpoint& from) const;  // not when another one has it exclusively
-    bool MayWrite(const Endpoint& from) const;
+    bool MayRead(const ZelCti::Endpoint& from) const;  // not when another one has it exclusively
+    bool MayWrite(const ZelCti::Endpoint& from) const;
 
     // A command came; that of the holder is a heartbeat.
-    void OnCommand(const Endpoint& from, Clock::time_point now);
+    void OnCommand(const ZelCti::Endpoint& from, Clock::time_point now);
     std::optional<Clock::time_point> LastHeartbeat() const;  // while somebody holds it
 
   private:
-    bool IsHolder(const Endpoint& from) const { return held_ && held_->holder == from; }
+    bool IsHolder(const ZelCti::Endpoint& from) const { return held_ && held_->holder == from; }
 
     struct Held {
-        Endpoint holder;
+        ZelCti::Endpoint holder;
         uint32_t bits;
         Clock::time_point heartbeat;
     };

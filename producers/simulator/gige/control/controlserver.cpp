@@ -12,6 +12,7 @@ namespace Configuration = ZelCti::Gev::GvcpConfiguration;
 namespace Capability = ZelCti::Gev::GvcpCapability;
 namespace Gvcp = ZelCti::Gvcp;
 using ZelCti::ByteView;
+using ZelCti::Endpoint;
 using ZelCti::Gev::Status;
 
 namespace {

@@ -23,7 +23,7 @@ class ControlServer {
                   ControlPrivilege& privilege, NetworkHardware& hardware, Send send);
 
     // A datagram came to the port. `broadcast` if it was not for this address alone.
-    void Handle(ZelCti::ByteView datagram, const Endpoint& from, bool broadcast,
+    void Handle(ZelCti::ByteView datagram, const ZelCti::Endpoint& from, bool broadcast,
                 Clock::time_point now);
 
     // When OnTimer has something to do; none before the next datagram.
@@ -33,21 +33,22 @@ class ControlServer {
   private:
     using Command = ZelCti::Gvcp::Command;
 
-    void Discover(const Command& command, const Endpoint& from, bool broadcast,
+    void Discover(const Command& command, const ZelCti::Endpoint& from, bool broadcast,
                   Clock::time_point now);
-    void ForceIp(const Command& command, const Endpoint& from, Clock::time_point now);
-    void Resend(const Command& command, const Endpoint& from, Clock::time_point now);
-    bool AnswerAgain(const Command& command, ZelCti::ByteView datagram, const Endpoint& from,
-                     Clock::time_point now);
-    Answer Run(const Command& command, const Endpoint& from, Clock::time_point now,
+    void ForceIp(const Command& command, const ZelCti::Endpoint& from, Clock::time_point now);
+    void Resend(const Command& command, const ZelCti::Endpoint& from, Clock::time_point now);
+    bool AnswerAgain(const Command& command, ZelCti::ByteView datagram,
+                     const ZelCti::Endpoint& from, Clock::time_point now);
+    Answer Run(const Command& command, const ZelCti::Endpoint& from, Clock::time_point now,
                uint32_t& duration);
     Answer RunAction(const Command& command, Clock::time_point now);
-    Clock::time_point Reply(const Command& command, const Endpoint& from, const Answer& answer,
-                            uint32_t duration, Clock::time_point now);
-    void SendPending(const Command& command, const Endpoint& from, Clock::time_point due,
+    Clock::time_point Reply(const Command& command, const ZelCti::Endpoint& from,
+                            const Answer& answer, uint32_t duration, Clock::time_point now);
+    void SendPending(const Command& command, const ZelCti::Endpoint& from, Clock::time_point due,
                      Clock::time_point now);
-    void OnControl(const ControlPrivilege::Change& change, const std::optional<Endpoint>& before);
-    void EndControl(const Endpoint& before);
+    void OnControl(const ControlPrivilege::Change& change,
+                   const std::optional<ZelCti::Endpoint>& before);
+    void EndControl(const ZelCti::Endpoint& before);
     std::optional<Clock::time_point> HeartbeatDeadline() const;
     void FireTestPackets(Clock::time_point now);
     bool Is(uint32_t gvcpConfigurationBit) const {

@@ -8,6 +8,8 @@ namespace ZelSim {
 namespace Gev = ZelCti::Gev;
 namespace Gvcp = ZelCti::Gvcp;
 using ZelCti::ByteSpan;
+using ZelCti::Endpoint;
+using ZelCti::IpSettings;
 
 namespace {
 

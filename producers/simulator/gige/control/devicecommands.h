@@ -12,7 +12,7 @@ namespace ZelSim {
 
 // Where an answer goes, and after what time.
 struct AddressedAnswer {
-    Endpoint to;
+    ZelCti::Endpoint to;
     Answer answer;
     std::chrono::milliseconds delay{0};
 };
@@ -28,11 +28,11 @@ class DeviceCommands {
 
     // The answer to a broadcast command comes after a random time, and to another subnet only as a
     // broadcast, if the command allows that.
-    std::optional<AddressedAnswer> Discover(const Command& command, const Endpoint& from,
+    std::optional<AddressedAnswer> Discover(const Command& command, const ZelCti::Endpoint& from,
                                             bool broadcast);
 
     // Silent unless the command means this device and gets an acknowledge.
-    std::optional<AddressedAnswer> ForceIp(const Command& command, const Endpoint& from);
+    std::optional<AddressedAnswer> ForceIp(const Command& command, const ZelCti::Endpoint& from);
 
   private:
     std::chrono::milliseconds DiscoveryDelay();

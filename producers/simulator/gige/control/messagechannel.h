@@ -8,8 +8,9 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <string>
 
-#include "producers/simulator/gige/sockets/endpoint.h"
+#include "producers/sockets/endpoint.h"
 #include "producers/transport.h"
 #include "producers/wire/byteview.h"
 #include "producers/wire/eventmessage.h"
@@ -29,7 +30,7 @@ namespace ZelSim {
 class MessageChannel final : public ZelCti::CameraSink {
   public:
     using Time = std::chrono::steady_clock::time_point;
-    using Send = std::function<void(const Endpoint& to, ZelCti::ByteView message)>;
+    using Send = std::function<void(const ZelCti::Endpoint& to, ZelCti::ByteView message)>;
 
     // `wake` makes another thread look at NextDeadline; neither function may wait.
     MessageChannel(uint16_t sourcePort, Send send, std::function<void()> wake);
@@ -58,7 +59,7 @@ class MessageChannel final : public ZelCti::CameraSink {
     uint64_t NumLost() const;
 
     void OnEvent(GenTL::EVENT_TYPE type, uint64_t id, ZelCti::EventData data) override;
-    void OnLost() override { SetPort(0); }
+    void OnLost(const std::string& /*reason*/) override { SetPort(0); }
 
   private:
     struct Sent {
@@ -75,7 +76,7 @@ class MessageChannel final : public ZelCti::CameraSink {
     const Send send_;
     const std::function<void()> wake_;
     mutable std::mutex mutex_;  // guards what follows
-    Endpoint destination_;
+    ZelCti::Endpoint destination_;
     std::chrono::milliseconds timeout_{0};
     uint32_t retries_ = 0;
     bool extendedIds_ = false;

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "producers/simulator/config/networkswitches.h"
-#include "producers/simulator/gige/sockets/endpoint.h"
+#include "producers/sockets/endpoint.h"
 #include "producers/wire/gvcpcommands.h"
 
 namespace ZelSim {
@@ -13,7 +13,7 @@ namespace ZelSim {
 // What a device keeps without power: its persistent address, and the bits of IpConfiguration that
 // are on.
 struct IpMemory {
-    IpSettings persistent;
+    ZelCti::IpSettings persistent;
     uint32_t configuration = 0;
 };
 
@@ -35,7 +35,7 @@ class NetworkBody {
 
     // The address is in effect when it returns. Address 0 starts the IP configuration anew, with
     // what Memory says.
-    virtual void ForceIp(const IpSettings& ip) = 0;
+    virtual void ForceIp(const ZelCti::IpSettings& ip) = 0;
 };
 
 // The device around a camera as its bootstrap registers and its control server see it: channels,
@@ -67,7 +67,8 @@ class NetworkHardware : public NetworkBody {
 
     virtual void FireTestPacket(uint32_t channel) = 0;
     // The channel may be one that is not there. `from` has asked.
-    virtual void Resend(const ZelCti::Gvcp::PacketResend& request, const Endpoint& from) = 0;
+    virtual void Resend(const ZelCti::Gvcp::PacketResend& request,
+                        const ZelCti::Endpoint& from) = 0;
 
     // ---- Message channel ----
 

@@ -11,6 +11,7 @@ namespace Gev = ZelCti::Gev;
 namespace Gvcp = ZelCti::Gvcp;
 namespace Capability = ZelCti::Gev::GvcpCapability;
 using ZelCti::ByteSpan;
+using ZelCti::Endpoint;
 using ZelCti::Fault;
 using ZelCti::Result;
 

@@ -21,7 +21,7 @@ class RegisterCommands {
 
     // Hears of a write of CCP that succeeded, with the holder of before.
     using OnControl = std::function<void(const ControlPrivilege::Change& change,
-                                         const std::optional<Endpoint>& before)>;
+                                         const std::optional<ZelCti::Endpoint>& before)>;
 
     RegisterCommands(RegisterAccess access, const BootstrapRegisters& bootstrap,
                      const NetworkHardware& hardware, ControlPrivilege& privilege,
@@ -41,21 +41,21 @@ class RegisterCommands {
     static bool Knows(ZelCti::Gvcp::Code code) { return IsRead(code) || IsWrite(code); }
 
     // Makes the answer. Returns how long, in ms, the camera takes until then.
-    uint32_t Run(const Command& command, const Endpoint& from, Clock::time_point now,
+    uint32_t Run(const Command& command, const ZelCti::Endpoint& from, Clock::time_point now,
                  Answer& answer);
 
   private:
     Status CheckForm(const Command& command) const;
-    Status CheckPrivilege(const Command& command, const Endpoint& from) const;
+    Status CheckPrivilege(const Command& command, const ZelCti::Endpoint& from) const;
     void ReadReg(const Command& command, Answer& answer);
-    uint32_t WriteReg(const Command& command, const Endpoint& from, Clock::time_point now,
+    uint32_t WriteReg(const Command& command, const ZelCti::Endpoint& from, Clock::time_point now,
                       Answer& answer);
     void ReadMem(const Command& command, Answer& answer);
-    uint32_t WriteMem(const Command& command, const Endpoint& from, Clock::time_point now,
+    uint32_t WriteMem(const Command& command, const ZelCti::Endpoint& from, Clock::time_point now,
                       Answer& answer);
-    Status WriteWord(ZelCti::Gvcp::RegisterWrite write, const Endpoint& from,
+    Status WriteWord(ZelCti::Gvcp::RegisterWrite write, const ZelCti::Endpoint& from,
                      Clock::time_point now);
-    Status WriteCcp(uint32_t ccp, const Endpoint& from, Clock::time_point now);
+    Status WriteCcp(uint32_t ccp, const ZelCti::Endpoint& from, Clock::time_point now);
     void Refuse(Status status, const Command& command, Answer& answer) const;
     ZelCti::Result<ZelCti::Gvcp::ReadMem> DecodeReadMem(const Command& command) const;
 

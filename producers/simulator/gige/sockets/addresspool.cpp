@@ -1,20 +1,16 @@
 #include "producers/simulator/gige/sockets/addresspool.h"
 
-#include <algorithm>
-#include <arpa/inet.h>
-#include <cerrno>
-#include <cstring>
-#include <ifaddrs.h>
-#include <memory>
-
-#include <net/if.h>
+#include <utility>
 
 #include "gentl/GenTL.h"
 #include "producers/server/base/error.h"
+#include "producers/sockets/ipaddress.h"
 
 namespace ZelSim {
 
 using ZelCti::Error;
+using ZelCti::HostAddress;
+using ZelCti::ParseIpAddress;
 
 namespace {
 
@@ -32,45 +28,13 @@ bool IsWholeNetwork(const HostAddress& address) {
     return address.isLoopback && IsLoopback(address.address);
 }
 
-uint32_t AddressOf(const sockaddr* address) {
-    sockaddr_in native{};
-    std::memcpy(&native, address, sizeof native);
-    return ntohl(native.sin_addr.s_addr);
-}
-
 const std::string& LoopbackOf(const std::vector<HostAddress>& host) {
     for (const HostAddress& address : host)
         if (address.isLoopback) return address.interface;
     throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "no loopback interface of this machine is up");
 }
 
-struct FreeAddresses {
-    void operator()(ifaddrs* list) const { freeifaddrs(list); }
-};
-
 }  // namespace
-
-std::vector<HostAddress> ListHostAddresses() {
-    ifaddrs* first = nullptr;
-    if (getifaddrs(&first) != 0) {
-        throw Error(GenTL::GC_ERR_IO, std::string("the network interfaces cannot be listed: ") +
-                                          std::strerror(errno));
-    }
-    const std::unique_ptr<ifaddrs, FreeAddresses> list(first);
-    std::vector<HostAddress> host;
-    for (const ifaddrs* i = first; i != nullptr; i = i->ifa_next) {
-        if (i->ifa_addr == nullptr || i->ifa_addr->sa_family != AF_INET) continue;
-        if ((i->ifa_flags & IFF_UP) == 0 || i->ifa_netmask == nullptr) continue;
-        HostAddress& address = host.emplace_back();
-        address.interface = i->ifa_name;
-        address.interface.resize(std::min(address.interface.size(), address.interface.find(':')));
-        address.index = if_nametoindex(address.interface.c_str());
-        address.address = AddressOf(i->ifa_addr);
-        address.mask = AddressOf(i->ifa_netmask);
-        address.isLoopback = (i->ifa_flags & IFF_LOOPBACK) != 0;
-    }
-    return host;
-}
 
 AddressPool::AddressPool(const std::vector<std::string>& on, std::vector<HostAddress> host)
     : host_(std::move(host)) {

@@ -6,23 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "producers/simulator/config/network.h"
+#include "producers/sockets/hostaddresses.h"
 
 namespace ZelSim {
-
-// An address of a network interface of this machine.
-struct HostAddress {
-    std::string interface;
-    unsigned index = 0;  // of the interface
-    uint32_t address = 0;
-    uint32_t mask = 0;
-    bool isLoopback = false;
-
-    uint32_t Broadcast() const { return address | ~mask; }
-};
-
-// Those of IPv4, of interfaces that are up. Throws GC_ERR_IO.
-std::vector<HostAddress> ListHostAddresses();
 
 // The addresses that the user allowed, and no others: a camera that is served beyond loopback by
 // accident would disturb a network. Thread-bound, but for Find, which may run at any time.
@@ -32,21 +18,21 @@ class AddressPool {
     // loopback network from 127.0.0.2 on, or from the one that is named on, is one for a camera; of
     // other interfaces those that this machine has. Throws GC_ERR_INVALID_PARAMETER for what this
     // machine has not.
-    AddressPool(const std::vector<std::string>& on, std::vector<HostAddress> host);
+    AddressPool(const std::vector<std::string>& on, std::vector<ZelCti::HostAddress> host);
 
     // The next address that was not given out.
-    std::optional<HostAddress> Take();
+    std::optional<ZelCti::HostAddress> Take();
 
     // The place of an address; none if it is not allowed.
-    std::optional<HostAddress> Find(uint32_t address) const;
+    std::optional<ZelCti::HostAddress> Find(uint32_t address) const;
 
   private:
     void Allow(const std::string& place);
 
-    const std::vector<HostAddress> host_;
-    std::vector<HostAddress> allowed_;  // for loopback the first of its addresses
-    size_t next_ = 0;                   // of `allowed_`
-    uint32_t numTaken_ = 0;             // of the loopback addresses of that
+    const std::vector<ZelCti::HostAddress> host_;
+    std::vector<ZelCti::HostAddress> allowed_;  // for loopback the first of its addresses
+    size_t next_ = 0;                           // of `allowed_`
+    uint32_t numTaken_ = 0;                     // of the loopback addresses of that
 };
 
 }  // namespace ZelSim

@@ -8,6 +8,8 @@
 
 namespace ZelSim {
 
+using ZelCti::Endpoint;
+
 namespace Scps = ZelCti::Gev::Scps;
 
 StreamChannel::StreamChannel(Camera& camera, uint32_t address, NetworkSource network)

@@ -54,7 +54,7 @@ class StreamChannel {
     void SetStatusCodes(bool statusCodes);  // those of 1.1, in answers to resend requests
 
     // Sends packets again soon. Requests to a closed channel, and too many at a time, get lost.
-    void Resend(const ZelCti::Gvcp::PacketResend& packets, const Endpoint& from);
+    void Resend(const ZelCti::Gvcp::PacketResend& packets, const ZelCti::Endpoint& from);
 
     StreamStatistics Statistics() const;
 

@@ -14,6 +14,7 @@ namespace ZelSim {
 namespace Gev = ZelCti::Gev;
 namespace Gvsp = ZelCti::Gvsp;
 
+using ZelCti::Endpoint;
 using ZelCti::FrameInfo;
 using ZelCti::WaitPoint;
 

@@ -19,7 +19,7 @@ namespace ZelSim {
 
 // What the registers of a stream channel say, as numbers of the machine.
 struct StreamSettings {
-    Endpoint destination;  // SCDA and the port in SCP; nothing is sent without an address
+    ZelCti::Endpoint destination;  // SCDA and the port in SCP; nothing is sent without an address
     size_t packetSize = 1500;
     bool dontFragment = false;
     bool bigEndianPixels = false;
@@ -41,14 +41,14 @@ struct StreamStatistics {
 
 // A packet that shows what the network carries, as the registers were when it was fired.
 struct TestPacket {
-    Endpoint destination;
+    ZelCti::Endpoint destination;
     size_t ipSize = 0;  // of the whole IP datagram
     bool dontFragment = false;
 };
 
 struct ResendRequest {
     ZelCti::Gvcp::PacketResend packets;
-    Endpoint from;
+    ZelCti::Endpoint from;
 };
 
 // Sends the blocks of a ring, packets again that were asked for, and test packets. Thread-bound;
@@ -110,7 +110,7 @@ class StreamSender {
 
     PacketBytes& Add(const Block& block, uint32_t packetId, const ZelCti::Gvsp::Header& header);
     void SetSocket(bool dontFragment, const NetworkSettings& network);
-    void Flush(const Endpoint& to);
+    void Flush(const ZelCti::Endpoint& to);
     bool HasRoom() const { return numPackets_ + 2 <= StreamSocket::kMaxPackets; }
 
     Camera& camera_;

@@ -9,6 +9,9 @@
 
 namespace ZelSim {
 
+using ZelCti::Endpoint;
+using ZelCti::UdpSocket;
+
 namespace {
 
 constexpr size_t kMaxSegments = 64;          // of a datagram that the kernel cuts

@@ -6,8 +6,8 @@
 #include <sys/socket.h>
 #include <sys/uio.h>
 
-#include "producers/simulator/gige/sockets/udpsocket.h"
 #include "producers/simulator/gige/stream/blockpackets.h"
+#include "producers/sockets/udpsocket.h"
 
 namespace ZelSim {
 
@@ -33,23 +33,23 @@ class StreamSocket {
 
     // Sends kMaxPackets at most, and waits while the socket has no room. A packet that cannot be
     // sent is lost. Returns how many were sent.
-    size_t Send(const Endpoint& to, const PacketBytes* packets, size_t count);
+    size_t Send(const ZelCti::Endpoint& to, const PacketBytes* packets, size_t count);
 
   private:
     struct Control {
         alignas(cmsghdr) std::array<uint8_t, CMSG_SPACE(sizeof(uint16_t))> bytes;
     };
 
-    size_t Fill(const Endpoint& to, const PacketBytes* packets, size_t count);
+    size_t Fill(const ZelCti::Endpoint& to, const PacketBytes* packets, size_t count);
     size_t GroupSize(const PacketBytes* packets, size_t count) const;
     bool AwaitRoom() const;
 
-    UdpSocket socket_;
+    ZelCti::UdpSocket socket_;
     const uint16_t port_;
     bool dontFragment_ = false;
     bool segmentation_ = false;
     size_t leastUncut_ = SIZE_MAX;  // packets of this size on are sent singly
-    Endpoint last_;                 // where the last packets went to
+    ZelCti::Endpoint last_;         // where the last packets went to
     sockaddr_storage destination_{};
     std::array<iovec, kMaxPackets * PacketBytes::kPieces> pieces_{};
     std::array<mmsghdr, kMaxPackets> messages_{};

@@ -1,0 +1,312 @@
+// The producer with a camera on loopback, in the orders in which consumers call it.
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <set>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "tests/simulator/producer.h"
+#include "tests/support/portnodemap.h"
+
+using namespace GenTL;
+using ZelTest::PortNodeMap;
+
+namespace {
+
+// Tests that run beside this one find each other's cameras: each has a MAC address of its own.
+std::string MacOfThisProcess(const char* format) {
+    std::array<char, 32> text{};
+    const auto number = static_cast<unsigned>(getpid());
+    std::snprintf(text.data(), text.size(), format, number >> 16 & 0xFF, number >> 8 & 0xFF,
+                  number & 0xFF);
+    return text.data();
+}
+
+std::string Configuration() {
+    return "<ZelSim><Interface id='I' type='GEV'><Camera id='C' serial='77' userName='left' "
+           "width='64' height='48' frameRate='200'><Network Mac='" +
+           MacOfThisProcess("02:77:00:%02x:%02x:%02x") + "'/></Camera></Interface></ZelSim>";
+}
+
+// A camera of 64 x 48 bytes on loopback, which the producer finds there. Nothing of it is open.
+class ConsumerTest : public SimulatorTest {
+  protected:
+    ConsumerTest() {
+        UseConfig(Configuration());
+        EXPECT_EQ(p.ServeCameras(""), GC_ERR_SUCCESS) << LastErrorText();
+        EXPECT_EQ(p.TLUpdateInterfaceList(system, nullptr, kPatienceMs), GC_ERR_SUCCESS);
+        interface = OpenInterface("GEV-lo");
+        Find();
+    }
+    ~ConsumerTest() override { p.ServeCameras(nullptr); }
+
+    // A search ends soon after the latest answer, so that another camera on loopback may end it
+    // before a slow one of this process answers.
+    void Find() {
+        constexpr int kSearches = 20;
+        for (int i = 0; i < kSearches; ++i) {
+            ASSERT_EQ(p.IFUpdateDeviceList(interface, nullptr, kPatienceMs), GC_ERR_SUCCESS);
+            const auto ids = DeviceIds(interface);
+            if (std::find(ids.begin(), ids.end(), id_) != ids.end()) return;
+        }
+        FAIL() << id_ << " is not found";
+    }
+
+    void OpenDevice(DEVICE_ACCESS_FLAGS access = DEVICE_ACCESS_CONTROL) {
+        ASSERT_EQ(p.IFOpenDevice(interface, id_.c_str(), access, &device), GC_ERR_SUCCESS)
+            << LastErrorText();
+        remote_ = std::make_unique<PortNodeMap>(p, Remote());
+    }
+    void OpenStream() {
+        std::vector<char> id(256);
+        size_t size = id.size();
+        ASSERT_EQ(p.DevGetDataStreamID(device, 0, id.data(), &size), GC_ERR_SUCCESS);
+        ASSERT_EQ(p.DevOpenDataStream(device, id.data(), &stream), GC_ERR_SUCCESS)
+            << LastErrorText();
+        ASSERT_EQ(p.GCRegisterEvent(stream, EVENT_NEW_BUFFER, &newBuffer), GC_ERR_SUCCESS);
+    }
+    void Announce(size_t count) {
+        const auto size = static_cast<size_t>(remote_->Integer("PayloadSize"));
+        for (size_t i = 0; i < count; ++i) {
+            BUFFER_HANDLE buffer = nullptr;
+            ASSERT_EQ(p.DSAllocAndAnnounceBuffer(stream, size, nullptr, &buffer), GC_ERR_SUCCESS);
+            buffers_.push_back(buffer);
+        }
+    }
+    void QueueAll() {
+        for (BUFFER_HANDLE buffer : buffers_)
+            ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+    }
+    void OpenAll() {
+        OpenDevice();
+        OpenStream();
+        Announce(4);
+    }
+    void StartCamera() {
+        remote_->Set("TLParamsLocked", "1");
+        remote_->Execute("AcquisitionStart");
+    }
+    void StopCamera() {
+        remote_->Finish("AcquisitionStop");
+        remote_->Set("TLParamsLocked", "0");
+    }
+
+    // Frames that are whole, each with another number.
+    void ExpectFrames(size_t count) {
+        std::set<uint64_t> numbers;
+        for (size_t i = 0; i < count; ++i) {
+            BUFFER_HANDLE const buffer = Fetch();
+            ASSERT_NE(buffer, nullptr);
+            EXPECT_FALSE(BufferInfo(buffer, BUFFER_INFO_IS_INCOMPLETE).Bool());
+            EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_SIZE_FILLED).Size(), 64U * 48U);
+            numbers.insert(FrameId(buffer));
+            ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+        }
+        EXPECT_EQ(numbers.size(), count);
+    }
+    void DiscardAndRevoke() {
+        EXPECT_EQ(p.DSFlushQueue(stream, ACQ_QUEUE_ALL_DISCARD), GC_ERR_SUCCESS);
+        for (BUFFER_HANDLE buffer : buffers_)
+            EXPECT_EQ(p.DSRevokeBuffer(stream, buffer, nullptr, nullptr), GC_ERR_SUCCESS);
+        buffers_.clear();
+    }
+    void CloseDevice() {
+        EXPECT_EQ(p.DevClose(device), GC_ERR_SUCCESS);
+        device = nullptr;
+        stream = nullptr;
+        buffers_.clear();
+    }
+    int32_t AccessStatus() {
+        return DeviceInfo(interface, id_.c_str(), DEVICE_INFO_ACCESS_STATUS).Int32();
+    }
+
+    const std::string id_ = MacOfThisProcess("GEV-027700%02x%02x%02x");
+    std::unique_ptr<PortNodeMap> remote_;
+    std::vector<BUFFER_HANDLE> buffers_;
+};
+
+TEST_F(ConsumerTest, KnowsACameraBeforeItIsOpened) {
+    const auto text = [this](int32_t command) {
+        return DeviceInfo(interface, id_.c_str(), command).Text();
+    };
+    EXPECT_EQ(text(DEVICE_INFO_TLTYPE), "GEV");
+    EXPECT_EQ(text(DEVICE_INFO_SERIAL_NUMBER), "77");
+    EXPECT_EQ(text(DEVICE_INFO_USER_DEFINED_NAME), "left");
+    EXPECT_THAT(text(DEVICE_INFO_DISPLAYNAME), testing::HasSubstr("left"));
+    EXPECT_EQ(AccessStatus(), DEVICE_ACCESS_STATUS_READWRITE);
+    OpenDevice();
+    EXPECT_EQ(AccessStatus(), DEVICE_ACCESS_STATUS_OPEN_READWRITE);
+    EXPECT_EQ(DeviceInfo(interface, id_.c_str(), DEVICE_INFO_TIMESTAMP_FREQUENCY).Uint64(),
+              1000000000U);
+    Find();
+    EXPECT_EQ(AccessStatus(), DEVICE_ACCESS_STATUS_OPEN_READWRITE);
+    DEV_HANDLE second = nullptr;
+    EXPECT_EQ(p.IFOpenDevice(interface, id_.c_str(), DEVICE_ACCESS_CONTROL, &second),
+              GC_ERR_RESOURCE_IN_USE);
+    CloseDevice();
+    Find();
+    EXPECT_EQ(AccessStatus(), DEVICE_ACCESS_STATUS_READWRITE);
+}
+
+TEST_F(ConsumerTest, GetsFramesInTheOrderOfTheStandard) {
+    OpenAll();
+    QueueAll();
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    StartCamera();
+    ExpectFrames(20);
+    StopCamera();
+    EXPECT_EQ(StopStream(ACQ_STOP_FLAGS_DEFAULT), GC_ERR_SUCCESS);
+    DiscardAndRevoke();
+    EXPECT_EQ(p.GCUnregisterEvent(stream, EVENT_NEW_BUFFER), GC_ERR_SUCCESS);
+    EXPECT_EQ(p.DSClose(stream), GC_ERR_SUCCESS);
+    CloseDevice();
+}
+
+// Some queue buffers only then, and some start the camera first.
+TEST_F(ConsumerTest, GetsFramesWhenTheCameraOrTheStreamIsFirst) {
+    OpenAll();
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    StartCamera();
+    QueueAll();
+    ExpectFrames(10);
+    EXPECT_EQ(StopStream(), GC_ERR_SUCCESS);
+    StopCamera();
+    EXPECT_EQ(p.DSFlushQueue(stream, ACQ_QUEUE_ALL_TO_INPUT), GC_ERR_SUCCESS);
+
+    StartCamera();
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    ExpectFrames(10);
+    StopCamera();
+    EXPECT_EQ(StopStream(), GC_ERR_SUCCESS);
+}
+
+TEST_F(ConsumerTest, StartsAndStopsAsOftenAsTheyWant) {
+    OpenAll();
+    QueueAll();
+    for (int i = 0; i < 5; ++i) {
+        ASSERT_EQ(StartStream(i == 2 ? 3 : GENTL_INFINITE), GC_ERR_SUCCESS);
+        StartCamera();
+        ExpectFrames(3);
+        if (i % 2 == 0) {
+            StopCamera();
+            EXPECT_EQ(StopStream(ACQ_STOP_FLAGS_DEFAULT), GC_ERR_SUCCESS);
+        } else {
+            EXPECT_EQ(StopStream(ACQ_STOP_FLAGS_KILL), GC_ERR_SUCCESS);
+            StopCamera();
+        }
+        EXPECT_EQ(p.DSFlushQueue(stream, ACQ_QUEUE_ALL_TO_INPUT), GC_ERR_SUCCESS);
+    }
+}
+
+// Settings between two acquisitions, and those of the stream that applications look for.
+TEST_F(ConsumerTest, ChangesSettingsBetweenAcquisitions) {
+    OpenAll();
+    PORT_HANDLE const port = stream;
+    PortNodeMap settings(p, port);
+    for (const char* const name : {"StreamAutoNegotiatePacketSize", "StreamPacketResendEnable"})
+        settings.Set(name, "true");
+    QueueAll();
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    StartCamera();
+    ExpectFrames(3);
+    StopCamera();
+    EXPECT_EQ(StopStream(), GC_ERR_SUCCESS);
+    DiscardAndRevoke();
+    remote_->Set("PixelFormat", "Mono16");
+    EXPECT_EQ(remote_->Integer("PayloadSize"), 2 * 64 * 48);
+    Announce(3);
+    QueueAll();
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    StartCamera();
+    BUFFER_HANDLE const buffer = Fetch();
+    EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_SIZE_FILLED).Size(), 2U * 64 * 48);
+    EXPECT_GT(settings.Integer("GevStreamSeenPacketCount"), 0);
+    StopCamera();
+    EXPECT_EQ(StopStream(), GC_ERR_SUCCESS);
+}
+
+// What programs do that end in a hurry: the camera is free at once.
+TEST_F(ConsumerTest, ClosesInAnyOrder) {
+    for (int i = 0; i < 3; ++i) {
+        OpenAll();
+        QueueAll();
+        ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+        StartCamera();
+        ExpectFrames(2);
+        const GC_ERROR code = i == 1 ? p.DSClose(stream) : i == 2 ? StopStream() : GC_ERR_SUCCESS;
+        EXPECT_EQ(code, GC_ERR_SUCCESS);
+        CloseDevice();
+        Find();
+        EXPECT_EQ(AccessStatus(), DEVICE_ACCESS_STATUS_READWRITE);
+    }
+    OpenAll();
+    QueueAll();
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    StartCamera();
+    ExpectFrames(2);
+    EXPECT_EQ(p.TLClose(system), GC_ERR_SUCCESS);
+    ASSERT_EQ(p.TLOpen(&system), GC_ERR_SUCCESS);
+    interface = OpenInterface("GEV-lo");
+    Find();
+    EXPECT_EQ(AccessStatus(), DEVICE_ACCESS_STATUS_READWRITE);
+}
+
+// A second system handle is another client, as another program would be.
+TEST_F(ConsumerTest, ReadsWhatAnotherControls) {
+    OpenDevice();
+    TL_HANDLE other = nullptr;
+    ASSERT_EQ(p.TLOpen(&other), GC_ERR_SUCCESS);
+    IF_HANDLE otherInterface = nullptr;
+    ASSERT_EQ(p.TLOpenInterface(other, "GEV-lo", &otherInterface), GC_ERR_SUCCESS);
+    ASSERT_EQ(p.IFUpdateDeviceList(otherInterface, nullptr, kPatienceMs), GC_ERR_SUCCESS);
+    DEV_HANDLE second = nullptr;
+    EXPECT_THAT(p.IFOpenDevice(otherInterface, id_.c_str(), DEVICE_ACCESS_CONTROL, &second),
+                testing::AnyOf(GC_ERR_RESOURCE_IN_USE, GC_ERR_ACCESS_DENIED));
+    ASSERT_EQ(p.IFOpenDevice(otherInterface, id_.c_str(), DEVICE_ACCESS_READONLY, &second),
+              GC_ERR_SUCCESS)
+        << LastErrorText();
+    PORT_HANDLE port = nullptr;
+    ASSERT_EQ(p.DevGetPort(second, &port), GC_ERR_SUCCESS);
+    PortNodeMap reader(p, port);
+    EXPECT_EQ(reader.Integer("Width"), 64);
+    EXPECT_THROW(reader.SetInteger("Width", 32), std::exception);
+    remote_->SetInteger("Width", 32);
+    EXPECT_EQ(remote_->Integer("Width"), 32);
+    EXPECT_EQ(p.TLClose(other), GC_ERR_SUCCESS);
+}
+
+// The events of a camera, beside its frames; a waiting call is ended before they are unregistered.
+TEST_F(ConsumerTest, GetsEventsBesideFrames) {
+    OpenAll();
+    EVENT_HANDLE events = nullptr;
+    ASSERT_EQ(p.GCRegisterEvent(device, EVENT_REMOTE_DEVICE, &events), GC_ERR_SUCCESS);
+    remote_->Set("EventSelector", "FrameEnd");
+    remote_->Set("EventNotification", "On");
+    QueueAll();
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    StartCamera();
+    ExpectFrames(2);
+    std::vector<char> data(1024);
+    size_t size = data.size();
+    ASSERT_EQ(p.EventGetData(events, data.data(), &size, kPatienceMs), GC_ERR_SUCCESS);
+    std::vector<char> number(16);
+    size_t numberSize = number.size();
+    INFO_DATATYPE type = INFO_DATATYPE_UNKNOWN;
+    EXPECT_EQ(p.EventGetDataInfo(events, data.data(), size, EVENT_DATA_ID, &type, number.data(),
+                                 &numberSize),
+              GC_ERR_SUCCESS);
+    EXPECT_STREQ(number.data(), "9022");
+    EXPECT_EQ(p.EventKill(newBuffer), GC_ERR_SUCCESS);
+    EXPECT_EQ(p.GCUnregisterEvent(device, EVENT_REMOTE_DEVICE), GC_ERR_SUCCESS);
+    EXPECT_EQ(p.GCUnregisterEvent(stream, EVENT_NEW_BUFFER), GC_ERR_SUCCESS);
+    CloseDevice();
+}
+
+}  // namespace

@@ -1,0 +1,190 @@
+#include "tests/tools/doctor/doctornetwork.h"
+
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr const char* kNsenter = "/usr/bin/nsenter";
+constexpr const char* kSetpriv = "/usr/bin/setpriv";
+
+void WriteTo(const char* file, const std::string& text) {
+    std::ofstream(file) << text;
+}
+
+// With the rights to make namespaces, or as root of a user namespace.
+bool Separate() {
+    constexpr int kNamespaces = CLONE_NEWNET | CLONE_NEWNS;
+    if (unshare(kNamespaces) == 0) return true;
+    const std::string user = std::to_string(getuid());
+    const std::string group = std::to_string(getgid());
+    if (unshare(kNamespaces | CLONE_NEWUSER) != 0) return false;
+    WriteTo("/proc/self/setgroups", "deny");
+    WriteTo("/proc/self/uid_map", "0 " + user + " 1");
+    WriteTo("/proc/self/gid_map", "0 " + group + " 1");
+    return getuid() == 0;
+}
+
+bool Run(const std::string& command) {
+    return std::system(command.c_str()) == 0;  // NOLINT(cert-env33-c): of the test itself
+}
+
+// A process that only holds a network namespace.
+pid_t HoldNamespace() {
+    std::array<int, 2> ready{};
+    if (pipe(ready.data()) != 0) return -1;
+    const pid_t process = fork();
+    if (process == 0) {
+        const char done = unshare(CLONE_NEWNET) == 0 ? 'y' : 'n';
+        if (write(ready[1], &done, 1) != 1 || done != 'y') _exit(1);
+        for (;;)
+            pause();
+    }
+    char done = 'n';
+    const bool isReady = read(ready[0], &done, 1) == 1 && done == 'y';
+    close(ready[0]);
+    close(ready[1]);
+    return isReady ? process : -1;
+}
+
+std::string Entry(pid_t process) {
+    return "--net=/proc/" + std::to_string(process) + "/ns/net";
+}
+
+std::string Name(const nlohmann::json& check) {
+    return check.at("about").get<std::string>() + ", " + check.at("check").get<std::string>();
+}
+
+}  // namespace
+
+std::vector<std::string> DoctorResult::Findings() const {
+    std::vector<std::string> findings;
+    const nlohmann::json all = Json();
+    for (const auto& check : all.at("checks")) {
+        if (check.at("state") != "FOUND") continue;
+        findings.push_back(Name(check) + " -> " + check.at("advice").get<std::string>());
+    }
+    return findings;
+}
+
+std::string DoctorResult::Detail(const std::string& aboutAndCheck) const {
+    const nlohmann::json all = Json();
+    for (const auto& check : all.at("checks")) {
+        if (check.at("state") == "FOUND" && Name(check) == aboutAndCheck) {
+            return check.at("detail");
+        }
+    }
+    return "";
+}
+
+void DoctorTest::SetUp() {
+    for (const char* program : {"ip", "nft", "nsenter", "setpriv"}) {
+        const std::string search = std::string("command -v ") + program + " >/dev/null 2>&1";
+        if (!::Run(search)) GTEST_SKIP() << program << " is not installed";
+    }
+    if (!EnterNamespaces()) GTEST_SKIP() << "namespaces are not allowed here";
+    ToolTest::SetUp();
+    SetVariable("ZELGEV_INTERFACES", "");
+    LayCable();
+}
+
+void DoctorTest::TearDown() {
+    Stop(camera_);
+    Stop(far_);
+    for (const std::string& file : replaced_)
+        umount2(file.c_str(), MNT_DETACH);
+    if (!folder_.empty()) ToolTest::TearDown();
+}
+
+// What is mounted stays here.
+bool DoctorTest::EnterNamespaces() {
+    if (!Separate() || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return false;
+    const pid_t far = HoldNamespace();
+    if (far < 0) return false;
+    far_ = far;
+    return true;
+}
+
+void DoctorTest::LayCable() {
+    Here("ip link set lo up");
+    Here("ip link add eth1 mtu 9000 type veth peer name cam mtu 9000 netns " +
+         std::to_string(*far_));
+    Here("ip address add 10.77.0.1/24 dev eth1");
+    Here("ip link set eth1 up");
+    Far("ip link set lo up");
+    Far("ip link set cam up");
+}
+
+void DoctorTest::Stop(std::optional<pid_t>& process) {
+    if (!process) return;
+    kill(*process, SIGKILL);
+    waitpid(*process, nullptr, 0);
+    process.reset();
+}
+
+void DoctorTest::Here(const std::string& command) const {
+    ASSERT_TRUE(::Run(command)) << command;
+}
+
+void DoctorTest::Far(const std::string& command) const {
+    Here("nsenter " + Entry(*far_) + " -- " + command);
+}
+
+// Waits until the camera says that it takes commands.
+void DoctorTest::PlugCamera(const std::string& address, const std::string& switches,
+                            const std::string& attributes) {
+    Far("ip address add " + address + " dev cam");
+    Write("camera.xml", R"(<ZelSim><Interface id="e" type="GEV"><Camera id="CAM" )" + attributes +
+                            R"(><Network Mac="02:00:00:00:00:01" )" + switches +
+                            "/></Camera></Interface></ZelSim>");
+    std::array<int, 2> said{};
+    ASSERT_EQ(pipe(said.data()), 0);
+    const pid_t process = fork();
+    if (process == 0) {
+        dup2(said[1], STDOUT_FILENO);
+        close(said[0]);
+        close(said[1]);
+        execl(kNsenter, kNsenter, Entry(*far_).c_str(), "--", ZELSIM_TOOL, "--config",
+              Path("camera.xml").c_str(), "--on", "cam", "--control", Path("control").c_str(),
+              nullptr);
+        _exit(127);
+    }
+    close(said[1]);
+    camera_ = process;
+    std::string text;
+    for (char c = 0; text.find("commands are taken") == std::string::npos;) {
+        ASSERT_EQ(read(said[0], &c, 1), 1) << "the camera ended: " << text;
+        text += c;
+    }
+    // It goes on saying what happens to it: the pipe stays open until the test ends.
+}
+
+void DoctorTest::Tell(const std::string& command) const {
+    Here(std::string(ZELSIM_TOOL) + " --control " + Path("control") + " --tell '" + command +
+         "' >" + Path("told"));
+}
+
+void DoctorTest::Replace(const std::string& file, const std::string& text) {
+    const std::string name = "instead-" + std::to_string(std::hash<std::string>()(file));
+    Write(name, text);
+    ASSERT_EQ(mount(Path(name).c_str(), file.c_str(), nullptr, MS_BIND, nullptr), 0) << file;
+    replaced_.push_back(file);
+}
+
+DoctorResult DoctorTest::Doctor(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"doctor", "--json"});
+    return {ToolTest::Run(arguments)};
+}
+
+DoctorResult DoctorTest::DoctorOfUser(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(),
+                     {"--bounding-set=-net_admin", "--", ZELCAM_TOOL, "doctor", "--json"});
+    return {ToolTest::Run(arguments, kSetpriv)};
+}
