@@ -17,8 +17,6 @@ namespace Bench {
 namespace {
 
 constexpr const char* kAravis = "/usr/bin/arv-camera-test-0.8";
-constexpr const char* kLittleMemory = "212992";
-constexpr std::chrono::milliseconds kWarmUp(500);
 constexpr std::chrono::seconds kPatience(10);
 
 using Command = std::vector<std::string>;
@@ -42,7 +40,7 @@ Command AravisCommand(const GevSender& sender, size_t camera, const GevReception
                        std::to_string(sender.Cameras().packetSize),
                        "--packet-size-adjustment",
                        "never"};
-    if (!reception.littleMemory) command.push_back("--auto");
+    if (reception.socketBuffer == 0) command.push_back("--auto");
     return command;
 }
 
@@ -59,8 +57,9 @@ Command OwnCommand(const BenchNetwork& network, const GevSender& sender,
         Append(command, {"--cameras", std::to_string(sender.Cameras().count)});
         if (!reception.method.empty()) Append(command, {"--method", reception.method});
     }
-    if (reception.littleMemory) Append(command, {"--socket-buffer", kLittleMemory});
-    if (isFloor && !reception.littleMemory) Append(command, {"--socket-buffer", "33554432"});
+    unsigned socketBuffer = reception.socketBuffer;
+    if (isFloor && socketBuffer == 0) socketBuffer = 32 << 20;
+    if (socketBuffer != 0) Append(command, {"--socket-buffer", std::to_string(socketBuffer)});
     if (!reception.arrivals.empty()) Append(command, {"--arrivals", reception.arrivals});
     if (reception.untilLost) command.push_back("--until-lost");
     return command;
@@ -188,11 +187,11 @@ GevPictures Receive(const BenchNetwork& network, const GevSender& sender,
     const GevSent before = sender.Sent();
     const Processes processes = StartReceivers(network, sender, reception);
     AwaitFrames(processes, sender, before);
-    const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(
-        std::chrono::duration<double>(reception.seconds));
-    std::this_thread::sleep_for(kWarmUp);
+    const std::chrono::duration<double> warmUp(reception.warmUp);
+    std::this_thread::sleep_for(warmUp);
     const Sample first = SampleOf(processes, sender);
-    std::this_thread::sleep_for(std::max(time - 2 * kWarmUp, kWarmUp / 2));
+    std::this_thread::sleep_for(
+        std::max(std::chrono::duration<double>(reception.seconds) - 2 * warmUp, warmUp / 2));
     const Sample last = SampleOf(processes, sender);
 
     GevPictures pictures;

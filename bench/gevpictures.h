@@ -18,9 +18,11 @@ enum class GevProgram {
 struct GevReception {
     GevProgram program = GevProgram::Library;
     double seconds = 2;
+    double warmUp = 0.5;      // of these, before and after what is measured
     bool withRights = false;  // or else those of an ordinary user
-    // As little memory for packets as Debian gives, or as much as the program gets.
-    bool littleMemory = false;
+    // Memory for packets, in bytes as Linux counts them; 0: as much as the program gets. aravis has
+    // its default in any other case.
+    unsigned socketBuffer = 0;
     std::string method{};    // GevStreamReceiveMethod of ours; empty: as it is
     std::string arrivals{};  // file for the times of frames, not of aravis
     bool untilLost = false;  // until the camera is lost

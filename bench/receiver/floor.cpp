@@ -20,7 +20,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr uint32_t kPacketOverhead = 28 + Gvsp::kHeaderSize;  // IP and UDP
 constexpr size_t kFrame = size_t{8} << 20;                    // more than any frame here
-constexpr size_t kFrames = 4;  // as an application has several buffers
+constexpr size_t kFrames = 8;  // as many buffers as the application of the library has
 constexpr uint32_t kAcquisitionStart = 0x12204;
 constexpr uint32_t kAcquisitionStop = 0x12208;
 

@@ -35,11 +35,11 @@ constexpr milliseconds kLookPeriod{200};
 constexpr milliseconds kStopSilence{100};
 constexpr milliseconds kMaxStop{800};
 constexpr Duration kShortestNap = microseconds(20);
-constexpr Duration kLongestNap = milliseconds(1);
+constexpr Duration kLongestNap = milliseconds(4);
 // Within a frame. What takes longer says nothing about the pace of packets.
 constexpr Duration kLongestPace = milliseconds(4);
 // Of what a socket's buffer holds, so much may come during a nap that takes as long as was meant.
-constexpr size_t kNapShare = 64;
+constexpr size_t kNapShare = 16;
 
 // Calls of the reader between two looks at the time.
 constexpr int kReadsAtOnce = 8;

@@ -389,14 +389,18 @@ TEST(Pacer, TimesAreCountedFromPacketToPacket) {
     pacer.Limit(start + microseconds(100));  // a little late: that is caught up with
     pacer.Count(1000);
     EXPECT_TRUE(pacer.IsDue(start + microseconds(30)));
-    EXPECT_EQ(pacer.Wake(), start + microseconds(30) + Pacer::kBurst);
+    EXPECT_EQ(pacer.Wake(), start + microseconds(30) + Pacer::kLongestBurst);
 
     const auto late = start + std::chrono::seconds(1);
     pacer.Limit(late);
-    EXPECT_FALSE(pacer.IsDue(late - Pacer::kMostLag - microseconds(1)));
-    EXPECT_TRUE(pacer.IsDue(late - Pacer::kMostLag));
+    const auto lag = Pacer::kMostLag * Pacer::kLongestBurst;
+    EXPECT_FALSE(pacer.IsDue(late - lag - microseconds(1)));
+    EXPECT_TRUE(pacer.IsDue(late - lag));
     pacer.EndIdle(late);
     EXPECT_FALSE(pacer.IsDue(late - microseconds(1)));
+
+    pacer.Set(1000000000, microseconds(5));  // a fast link: bursts of the same size take less time
+    EXPECT_EQ(pacer.Wake(), late + std::chrono::nanoseconds(Pacer::kLargestBurst));
 
     pacer.Set(0, microseconds(1000));  // a delay that a thread can sleep: each packet by itself
     pacer.Count(1000);

@@ -15,40 +15,47 @@ class Pacer {
     using Clock = std::chrono::steady_clock;
     using Duration = std::chrono::nanoseconds;
 
-    // The packets of this time fit into small receive buffers.
-    static constexpr Duration kBurst = std::chrono::microseconds(250);
+    // The longest burst; faster links carry so many bytes. They fit into small receive buffers.
+    static constexpr Duration kLongestBurst = std::chrono::microseconds(250);
+    static constexpr uint64_t kLargestBurst = 64 << 10;
 
-    // A thread that is later than this does not catch up with the rest: it would flood receivers.
-    static constexpr Duration kMostLag = std::chrono::milliseconds(5);
+    // A thread that is late by more bursts than this does not catch up with the rest: no link would
+    // carry that.
+    static constexpr int kMostLag = 2;
 
     // `linkSpeed` in bytes a second; 0: packets take no time.
     void Set(uint64_t linkSpeed, Duration delay) {
         linkSpeed_ = linkSpeed;
         delay_ = delay;
+        burst_ = kLongestBurst;
+        if (linkSpeed != 0) burst_ = std::min(burst_, TimeOf(kLargestBurst));
     }
 
     // Nothing was to be sent until now.
     void EndIdle(Clock::time_point now) { due_ = std::max(due_, now); }
 
     // Forgets what cannot be caught up with.
-    void Limit(Clock::time_point now) { due_ = std::max(due_, now - kMostLag); }
+    void Limit(Clock::time_point now) { due_ = std::max(due_, now - kMostLag * burst_); }
 
     bool IsDue(Clock::time_point now) const { return due_ <= now; }
 
     void Count(size_t dataBytes) {
-        constexpr uint64_t kNsPerSecond = 1000000000;
         due_ += delay_;
-        if (linkSpeed_ != 0) {
-            due_ += Duration(static_cast<int64_t>(dataBytes * kNsPerSecond / linkSpeed_));
-        }
+        if (linkSpeed_ != 0) due_ += TimeOf(dataBytes);
     }
 
     // When a thread should look again: there is a burst by then, or, for a longer delay, a packet.
-    Clock::time_point Wake() const { return due_ + (delay_ < kBurst ? kBurst : Duration(0)); }
+    Clock::time_point Wake() const { return due_ + (delay_ < burst_ ? burst_ : Duration(0)); }
 
   private:
+    Duration TimeOf(uint64_t bytes) const {
+        constexpr uint64_t kNsPerSecond = 1000000000;
+        return Duration(static_cast<int64_t>(bytes * kNsPerSecond / linkSpeed_));
+    }
+
     uint64_t linkSpeed_ = 0;
     Duration delay_{0};
+    Duration burst_ = kLongestBurst;
     Clock::time_point due_{};  // of the next packet
 };
 
