@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -38,30 +40,33 @@ std::string Configuration() {
 // A camera of 64 x 48 bytes on loopback, which the producer finds there. Nothing of it is open.
 class ConsumerTest : public SimulatorTest {
   protected:
-    ConsumerTest() {
+    ~ConsumerTest() override { p.ServeCameras(nullptr); }
+
+    void SetUp() override {
         UseConfig(Configuration());
-        EXPECT_EQ(p.ServeCameras(""), GC_ERR_SUCCESS) << LastErrorText();
-        EXPECT_EQ(p.TLUpdateInterfaceList(system, nullptr, kPatienceMs), GC_ERR_SUCCESS);
+        ASSERT_EQ(p.ServeCameras(""), GC_ERR_SUCCESS) << LastErrorText();
+        ASSERT_EQ(p.TLUpdateInterfaceList(system, nullptr, kPatienceMs), GC_ERR_SUCCESS);
         interface = OpenInterface("GEV-lo");
         Find();
     }
-    ~ConsumerTest() override { p.ServeCameras(nullptr); }
 
-    // A search ends soon after the latest answer, so that another camera on loopback may end it
-    // before a slow one of this process answers.
-    void Find() {
-        constexpr int kSearches = 20;
-        for (int i = 0; i < kSearches; ++i) {
-            ASSERT_EQ(p.IFUpdateDeviceList(interface, nullptr, kPatienceMs), GC_ERR_SUCCESS);
-            const auto ids = DeviceIds(interface);
-            if (std::find(ids.begin(), ids.end(), id_) != ids.end()) return;
-        }
-        FAIL() << id_ << " is not found";
+    // Searches until the camera is listed and says who has it. A search ends soon after the latest
+    // answer, so that another camera on loopback may end it before a slow one of this process
+    // answers.
+    void Find(IF_HANDLE where) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        do {
+            Require(p.IFUpdateDeviceList(where, nullptr, kPatienceMs), "the search");
+            const auto ids = DeviceIds(where);
+            const bool isListed = std::find(ids.begin(), ids.end(), id_) != ids.end();
+            if (isListed && AccessStatus(where) != DEVICE_ACCESS_STATUS_NOACCESS) return;
+        } while (std::chrono::steady_clock::now() < end);
+        throw std::runtime_error(id_ + " is not found");
     }
+    void Find() { Find(interface); }
 
     void OpenDevice(DEVICE_ACCESS_FLAGS access = DEVICE_ACCESS_CONTROL) {
-        ASSERT_EQ(p.IFOpenDevice(interface, id_.c_str(), access, &device), GC_ERR_SUCCESS)
-            << LastErrorText();
+        Require(p.IFOpenDevice(interface, id_.c_str(), access, &device), "opening");
         remote_ = std::make_unique<PortNodeMap>(p, Remote());
     }
     void OpenStream() {
@@ -123,9 +128,14 @@ class ConsumerTest : public SimulatorTest {
         stream = nullptr;
         buffers_.clear();
     }
-    int32_t AccessStatus() {
-        return DeviceInfo(interface, id_.c_str(), DEVICE_INFO_ACCESS_STATUS).Int32();
+    // Ends the test: what follows needs it.
+    void Require(GC_ERROR code, const std::string& what) {
+        if (code != GC_ERR_SUCCESS) throw std::runtime_error(what + ": " + LastErrorText());
     }
+    int32_t AccessStatus(IF_HANDLE where) {
+        return DeviceInfo(where, id_.c_str(), DEVICE_INFO_ACCESS_STATUS).Int32();
+    }
+    int32_t AccessStatus() { return AccessStatus(interface); }
 
     const std::string id_ = MacOfThisProcess("GEV-027700%02x%02x%02x");
     std::unique_ptr<PortNodeMap> remote_;
@@ -265,7 +275,7 @@ TEST_F(ConsumerTest, ReadsWhatAnotherControls) {
     ASSERT_EQ(p.TLOpen(&other), GC_ERR_SUCCESS);
     IF_HANDLE otherInterface = nullptr;
     ASSERT_EQ(p.TLOpenInterface(other, "GEV-lo", &otherInterface), GC_ERR_SUCCESS);
-    ASSERT_EQ(p.IFUpdateDeviceList(otherInterface, nullptr, kPatienceMs), GC_ERR_SUCCESS);
+    Find(otherInterface);
     DEV_HANDLE second = nullptr;
     EXPECT_THAT(p.IFOpenDevice(otherInterface, id_.c_str(), DEVICE_ACCESS_CONTROL, &second),
                 testing::AnyOf(GC_ERR_RESOURCE_IN_USE, GC_ERR_ACCESS_DENIED));

@@ -17,7 +17,6 @@
 #include "tests/gigevision/discovery/discoveryack.h"
 
 using std::chrono::milliseconds;
-using testing::Contains;
 using testing::ElementsAre;
 using ZelCti::Endpoint;
 using ZelCti::UdpSocket;
@@ -58,7 +57,9 @@ class FakeCamera {
     FakeCamera(const FakeCamera&) = delete;
     FakeCamera& operator=(const FakeCamera&) = delete;
 
-    static uint32_t Address() { return 0x7F800001U | Digit(8) << 16U | Digit(0) << 8U; }
+    static uint32_t Address() {
+        return 0x7F800001U | uint32_t{Digit(8)} << 16 | uint32_t{Digit(0)} << 8;
+    }
     static Bytes AddressBytes() {
         return {127, static_cast<uint8_t>(Digit(8) | 0x80), Digit(0), 1};
     }
@@ -116,9 +117,13 @@ class FakeCamera {
     std::thread thread_;
 };
 
+uint16_t NumberOf(const Bytes& command) {
+    return static_cast<uint16_t>(command[6] << 8 | command[7]);
+}
+
 DiscoveryAck AckOf(const Bytes& command) {
     DiscoveryAck ack;
-    ack.Id(static_cast<uint16_t>(command[6] << 8 | command[7]));
+    ack.Id(NumberOf(command));
     ack.Mac(FakeCamera::Mac()).Ip(FakeCamera::AddressBytes(), {255, 0, 0, 0}, Bytes(4));
     return ack;
 }
@@ -152,6 +157,23 @@ class DiscoveryTest : public ::testing::Test {
         return std::nullopt;
     }
 
+    // Searches until the fake camera is listed as wanted: on a busy machine, its answers may be too
+    // late for one search.
+    template <typename IsWanted>
+    std::optional<ZelGev::ListedCamera> Find(Discovery& discovery, IsWanted isWanted) const {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        do {
+            auto found = Search(discovery);
+            if (found && isWanted(*found)) return found;
+        } while (std::chrono::steady_clock::now() < end);
+        return std::nullopt;
+    }
+    std::optional<ZelGev::ListedCamera> FindAndRead(Discovery& discovery) const {
+        return Find(discovery, [](const ZelGev::ListedCamera& listed) {
+            return listed.reading && listed.reading->isAnswered;
+        });
+    }
+
     static std::string Id() {
         std::string id = "GEV-";
         for (const uint8_t byte : FakeCamera::Mac()) {
@@ -176,14 +198,13 @@ TEST_F(DiscoveryTest, EveryWayToAskFindsCameras) {
             return to == way ? RespondAt(way, command, to) : Bytes();
         });
         const auto discovery = OnLoopback({FakeCamera::Address()});
-        const auto found = Search(*discovery);
+        const auto found = FindAndRead(*discovery);
         ASSERT_TRUE(found);
         ASSERT_TRUE(found->route);
         EXPECT_EQ(found->route->camera, (Endpoint{FakeCamera::Address(), kPort}));
         EXPECT_EQ(found->route->hostAddress, 0x7F000001U);
         EXPECT_EQ(found->route->interface, "lo");
         EXPECT_TRUE(found->route->isLoopback);
-        ASSERT_TRUE(found->reading);
         EXPECT_EQ(found->reading->ccp, 0U);
     }
 }
@@ -196,7 +217,7 @@ TEST_F(DiscoveryTest, CamerasInOtherSubnetsAreFound) {
     };
     FakeCamera camera(respond, true);
     const auto discovery = OnLoopback();
-    const auto found = Search(*discovery);
+    const auto found = Find(*discovery, [](const auto&) { return true; });
     ASSERT_TRUE(found);
     EXPECT_FALSE(found->route);
     EXPECT_FALSE(found->reading);
@@ -215,7 +236,7 @@ TEST_F(DiscoveryTest, AnAddressIsAskedOnDemand) {
     EXPECT_FALSE(Search(*discovery));
     discovery->AskAlso(lo_, FakeCamera::Address());
     EXPECT_EQ(discovery->AskedAlso(lo_), FakeCamera::Address());
-    EXPECT_TRUE(Search(*discovery));
+    EXPECT_TRUE(FindAndRead(*discovery));
 }
 
 TEST_F(DiscoveryTest, ForcesAddresses) {

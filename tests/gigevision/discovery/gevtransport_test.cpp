@@ -1,6 +1,7 @@
 // The transport against simulated cameras on loopback.
 #include "producers/gigevision/gevtransport.h"
 
+#include <functional>
 #include <future>
 #include <optional>
 #include <unistd.h>
@@ -22,6 +23,7 @@ using ZelTest::NetworkApplication;
 
 namespace {
 
+constexpr uint16_t kHeartbeatTimeout = 0x0938;
 constexpr uint16_t kCcp = 0x0A00;
 
 ZelCti::Deadline Soon() {
@@ -67,8 +69,8 @@ class GevTransportTest : public ::testing::Test {
 
     static uint64_t Mac() { return 0x02CAFE000000 + static_cast<uint64_t>(getpid()); }
 
-    // The camera as it is listed now; null when it is not.
-    std::shared_ptr<Camera> Find() {
+    // The camera as one search lists it; null when it does not.
+    std::shared_ptr<Camera> Search() {
         transport_.UpdateInterfaces(Soon());
         for (const auto& interface : *transport_.Interfaces()) {
             interface->UpdateCameras(Soon());
@@ -78,7 +80,35 @@ class GevTransportTest : public ::testing::Test {
         return nullptr;
     }
 
-    std::string CameraAddress() { return ZelCti::IpAddressText(Find()->Network()->address); }
+    // Whether it is so after one of many searches: on a busy machine, or beside the cameras of
+    // other tests, answers may be too late for a single one.
+    bool Becomes(const std::function<bool(const std::shared_ptr<Camera>&)>& isSo) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        do {
+            if (isSo(Search())) return true;
+        } while (std::chrono::steady_clock::now() < end);
+        return false;
+    }
+
+    // The camera as soon as it is listed as wanted; null when it never is.
+    std::shared_ptr<Camera> Find(const std::function<bool(Camera&)>& isWanted) {
+        std::shared_ptr<Camera> found;
+        const bool isFound = Becomes([&](const std::shared_ptr<Camera>& camera) {
+            found = camera;
+            return camera != nullptr && isWanted(*camera);
+        });
+        return isFound ? found : nullptr;
+    }
+    std::shared_ptr<Camera> Find() {
+        return Find([](Camera&) { return true; });
+    }
+    std::shared_ptr<Camera> FindWith(GenTL::DEVICE_ACCESS_STATUS status) {
+        return Find([status](Camera& camera) { return camera.AccessStatus() == status; });
+    }
+
+    std::string CameraAddress() {
+        return ZelCti::IpAddressText(server_->Device("C")->Place().address);
+    }
 
     GevTransport transport_{{"lo,nosuch0", {}}};
     ZelSim::WorldConfig config_;
@@ -90,7 +120,7 @@ class GevTransportTest : public ::testing::Test {
 
 TEST_F(GevTransportTest, ListsAdaptersAndCameras) {
     Serve();
-    const auto camera = Find();
+    const auto camera = Find([](Camera& found) { return found.TimestampFrequency() != 0; });
     ASSERT_NE(camera, nullptr);
     const auto interfaces = transport_.Interfaces();
     ASSERT_EQ(interfaces->size(), 2U);
@@ -117,17 +147,22 @@ TEST_F(GevTransportTest, SaysWhoControlsACamera) {
     Serve();
     NetworkApplication other(CameraAddress());
     ASSERT_EQ(other.Write(kCcp, 2), 0);
-    EXPECT_EQ(Find()->AccessStatus(), GenTL::DEVICE_ACCESS_STATUS_READONLY);
-    EXPECT_THAT(Find()->AccessReason(), StartsWith("controlled by 127.0.0.1:"));
+    ASSERT_EQ(other.Write(kHeartbeatTimeout, 600000), 0);
+    EXPECT_NE(Find([](Camera& camera) {
+                  return camera.AccessStatus() == GenTL::DEVICE_ACCESS_STATUS_READONLY &&
+                         camera.AccessReason().rfind("controlled by 127.0.0.1:", 0) == 0;
+              }),
+              nullptr);
     ASSERT_EQ(other.Write(kCcp, 1), 0);
-    EXPECT_EQ(Find()->AccessStatus(), GenTL::DEVICE_ACCESS_STATUS_BUSY);
+    EXPECT_NE(FindWith(GenTL::DEVICE_ACCESS_STATUS_BUSY), nullptr);
     ASSERT_EQ(other.Write(kCcp, 0), 0);
-    EXPECT_EQ(Find()->AccessStatus(), GenTL::DEVICE_ACCESS_STATUS_READWRITE);
+    EXPECT_NE(FindWith(GenTL::DEVICE_ACCESS_STATUS_READWRITE), nullptr);
 }
 
 TEST_F(GevTransportTest, OurOwnControlKeepsNobodyAway) {
     Serve();
     const auto camera = Find();
+    ASSERT_NE(camera, nullptr);
     const auto connection = camera->Open(GenTL::DEVICE_ACCESS_CONTROL, sink_);
     EXPECT_EQ(NetworkApplication(CameraAddress()).Read(kCcp), 2U);
     EXPECT_EQ(Find(), camera);
@@ -139,6 +174,7 @@ TEST_F(GevTransportTest, OurOwnControlKeepsNobodyAway) {
 TEST_F(GevTransportTest, ALostCameraIsAnotherOneWhenItIsBack) {
     Serve();
     const auto camera = Find();
+    ASSERT_NE(camera, nullptr);
     const auto connection = camera->Open(GenTL::DEVICE_ACCESS_CONTROL, sink_);
     server_->Unplug("C");
     EXPECT_THAT(sink_.AwaitLoss(), HasSubstr("has not answered"));
@@ -146,19 +182,18 @@ TEST_F(GevTransportTest, ALostCameraIsAnotherOneWhenItIsBack) {
     EXPECT_THAT(camera->AccessReason(), HasSubstr("has not answered"));
     EXPECT_THROW(camera->Open(GenTL::DEVICE_ACCESS_READONLY, sink_), Error);
     server_->Plug("C");
-    const auto again = Find();
+    const auto again = FindWith(GenTL::DEVICE_ACCESS_STATUS_READWRITE);
     ASSERT_NE(again, nullptr);
     EXPECT_NE(again, camera);
     EXPECT_EQ(again->Id(), camera->Id());
-    EXPECT_EQ(again->AccessStatus(), GenTL::DEVICE_ACCESS_STATUS_READWRITE);
 }
 
 TEST_F(GevTransportTest, ACameraThatIsSilentIsGone) {
     Serve();
     const auto camera = Find();
+    ASSERT_NE(camera, nullptr);
     server_->Unplug("C");
-    EXPECT_EQ(Find(), camera) << "one answer may get lost";
-    EXPECT_EQ(Find(), nullptr);
+    EXPECT_TRUE(Becomes([](const auto& found) { return found == nullptr; }));
     server_->Plug("C");
     EXPECT_EQ(Find(), camera) << "somebody has it still";
 }
@@ -166,21 +201,21 @@ TEST_F(GevTransportTest, ACameraThatIsSilentIsGone) {
 TEST_F(GevTransportTest, AnotherFirmwareMakesAnotherCamera) {
     Serve();
     const auto camera = Find();
+    ASSERT_NE(camera, nullptr);
     Serve("2.0");
-    const auto updated = Find();
+    const auto updated = Find([](Camera& found) { return found.Info().version == "2.0"; });
     ASSERT_NE(updated, nullptr);
     EXPECT_NE(updated, camera);
-    EXPECT_EQ(updated->Info().version, "2.0");
 }
 
 TEST_F(GevTransportTest, FollowsTheAddressOfACamera) {
     Serve();
     const auto camera = Find();
+    ASSERT_NE(camera, nullptr);
     const uint32_t first = camera->Network()->address;
     const uint32_t second = first == FirstAddress() ? first + 1 : FirstAddress();
     server_->Set("C", "Address", ZelCti::IpAddressText(second));
-    EXPECT_EQ(Find(), camera);
-    EXPECT_EQ(camera->Network()->address, second);
+    EXPECT_EQ(Find([&](Camera& found) { return found.Network()->address == second; }), camera);
     EXPECT_NO_THROW(camera->Open(GenTL::DEVICE_ACCESS_READONLY, sink_));
 }
 
