@@ -5,7 +5,8 @@
 #
 # What tshark does not show, or what only several packets show, are fields, too:
 #   value     that WRITEREG writes, in hex
-#   id        "next" after that of the command before it from the same port, or "again" with the same bytes
+#   id        "next" after that of the command before it from the same port, "later" if others are between
+#             them, or "again" with the same bytes
 #   answered  whether the camera answered, to this or to the same command
 #   from      the channel whose port it comes from: "stream", "messages", else "control"
 #   needless  how many PACKETRESEND ask for what has come: "few", as packets are on their way
@@ -79,10 +80,11 @@ function note_command(    camera, which, port, i) {
     if (message ~ /_ACK|PUNCH/) destinations[camera SUBSEP message SUBSEP which SUBSEP show["udp.dstport"]] = 1
 }
 
-function compare_id(camera, message, which, port,    id, before, order) {
+function compare_id(camera, message, which, port,    id, before, step, order) {
     id = number(show["gvcp.cmd.req_id"])
     before = last_id[port]
-    order = before == "" || id == before % 65535 + 1 ? "next" : id == before ? "again" : id " after " before
+    step = before == "" ? 1 : (id - before + 65535) % 65535
+    order = step == 1 ? "next" : step == 0 ? "again" : step < 1000 ? "later" : id " after " before
     if (order == "again" && show["udp.payload"] != last_command[port]) order = "again, but another command"
     compare(camera, message, which, "id", order)
     last_id[port] = id

@@ -41,19 +41,19 @@ right_commands() {
 # ---- To all: limited and directed, and for cameras of other networks so that all hear the answer ----
 ALL DISCOVERY|FORCEIP .* gvcp.cmd.flags 0x[01]1
 ALL DISCOVERY|FORCEIP .* gvcp.cmd.flag.allowbroadcastacq [01]
-* DISCOVERY|FORCEIP .* id (next|again.*)
+# The ports of an adapter count together, and only one of them reads registers.
+* DISCOVERY|FORCEIP .* id (next|later|again.*)
 ALL FORCEIP .* gvcp.cmd.forceip.macaddress 02:57:53:01:00:01
 ALL FORCEIP .* gvcp.cmd.forceip.ip 10.77.0.11|$spare
 ALL FORCEIP .* gvcp.cmd.forceip.subnetmask 255.255.255.0
 ALL FORCEIP .* gvcp.cmd.forceip.defaultgateway 0.0.0.0|10.77.0.254
+* ACTION .* id next|later
 * ACTION .* gvcp.cmd.flags 0x00
 * ACTION .* gvcp.cmd.flag.acq_required 0
 ALL ACTION .* gvcp.cmd.action.(devicekey|groupkey|groupmask) 0x00000000
 
 # ---- Registers and memory ----
 * READ(REG|MEM) .* gvcp.cmd.read(reg|mem).bootstrapregister =which
-# Discovery and what is read of found cameras count for themselves.
-* READREG 00000a00 id next|1 after [0-9]+
 * READREG .* gvcp.cmd.readreg.bootstrapregister 0x........(,0x........)*
 * READ(REG|MEM) .* gvcp.bootstrap.custom.register.(write|read) =which
 * READMEM .* gvcp.cmd.readmem.count 0x0[0-2].[048c]

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "producers/wire/bootstrap.h"
 #include "producers/wire/gvcpcommands.h"
@@ -11,16 +12,21 @@ namespace ZelGev {
 namespace Gev = ZelCti::Gev;
 namespace Gvcp = ZelCti::Gvcp;
 
-CameraQuery::CameraQuery(const std::vector<uint32_t>& cameras, Time now, Send send)
-    : send_(std::move(send)) {
+CameraQuery::CameraQuery(const std::vector<uint32_t>& cameras, Time now, NextRequest nextRequest,
+                         Send send)
+    : nextRequest_(std::move(nextRequest)), send_(std::move(send)) {
     for (const uint32_t camera : cameras) {
         Progress& progress = cameras_[camera];
         progress.registers = {Gev::kCcp.address, Gev::kTimestampTickFrequencyHigh.address,
                               Gev::kTimestampTickFrequencyLow.address};
         progress.end = now + kLongest;
-        progress.requestId = lastId_ = Gvcp::NextRequestId(lastId_);
-        Ask(camera, progress, now);
+        AskNext(camera, progress, now);
     }
+}
+
+void CameraQuery::AskNext(uint32_t camera, Progress& progress, Time now) {
+    progress.requestId = nextRequest_();
+    Ask(camera, progress, now);
 }
 
 void CameraQuery::Ask(uint32_t camera, Progress& progress, Time now) {
@@ -52,8 +58,7 @@ void CameraQuery::OnDatagram(const ZelCti::Endpoint& from, ZelCti::ByteView data
     progress.reading.isAnswered = true;
     Take(progress, *ack);
     progress.registers.pop_front();
-    progress.requestId = lastId_ = Gvcp::NextRequestId(lastId_);
-    if (!progress.registers.empty()) Ask(found->first, progress, now);
+    if (!progress.registers.empty()) AskNext(found->first, progress, now);
 }
 
 void CameraQuery::Take(Progress& progress, const Gvcp::Acknowledge& ack) {

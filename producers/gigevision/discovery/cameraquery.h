@@ -30,11 +30,14 @@ class CameraQuery {
   public:
     // Sends a command to the camera of an address.
     using Send = std::function<void(uint32_t camera, ZelCti::ByteView command)>;
+    // The number of the next command. Everything that is sent from a socket takes its numbers from
+    // one counter: a camera answers a number that it has just had as it did before.
+    using NextRequest = std::function<uint16_t()>;
 
     static constexpr std::chrono::milliseconds kInterval{60};  // of a question that gets lost
     static constexpr std::chrono::milliseconds kLongest{250};  // of a camera
 
-    CameraQuery(const std::vector<uint32_t>& cameras, Time now, Send send);
+    CameraQuery(const std::vector<uint32_t>& cameras, Time now, NextRequest nextRequest, Send send);
 
     void OnTimer(Time now);
     void OnDatagram(const ZelCti::Endpoint& from, ZelCti::ByteView datagram, Time now);
@@ -54,11 +57,12 @@ class CameraQuery {
         CameraReading reading;
     };
 
+    void AskNext(uint32_t camera, Progress& progress, Time now);
     void Ask(uint32_t camera, Progress& progress, Time now);
     static void Take(Progress& progress, const ZelCti::Gvcp::Acknowledge& ack);
 
+    const NextRequest nextRequest_;
     const Send send_;
-    uint16_t lastId_ = 0;
     std::map<uint32_t, Progress> cameras_;  // by address
 };
 

@@ -255,9 +255,11 @@ std::vector<ListedCamera> Discovery::Read(std::unique_lock<std::mutex>& lock, Pl
     addresses.reserve(hosts.size());
     for (const auto& [camera, host] : hosts)
         addresses.push_back(camera);
-    CameraQuery query(addresses, Clock::now(), [&](uint32_t camera, ByteView command) {
-        place.sockets.Send(camera, command, hosts[camera]);
-    });
+    CameraQuery query(
+        addresses, Clock::now(), [this] { return NextRequest(); },
+        [&](uint32_t camera, ByteView command) {
+            place.sockets.Send(camera, command, hosts[camera]);
+        });
     const Listed<CameraQuery> served(queries_, query);
     WaitUntil(lock, deadline, [&] { return query.IsDone() ? kDone : query.NextDeadline(); });
     for (ListedCamera& camera : listed)

@@ -9,7 +9,6 @@
 
 using std::chrono::milliseconds;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using ZelGev::CameraQuery;
 using ZelGev::Time;
 using ZelTest::Bytes;
@@ -23,7 +22,8 @@ constexpr uint32_t kRight = 0x0A010006;
 class CameraQueryTest : public ::testing::Test {
   protected:
     CameraQuery Query(const std::vector<uint32_t>& cameras) {
-        return {cameras, kStart, [this](uint32_t camera, ZelCti::ByteView command) {
+        return {cameras, kStart, [this] { return ++lastRequest_; },
+                [this](uint32_t camera, ZelCti::ByteView command) {
                     sent_[camera].emplace_back(command.data, command.data + command.size);
                 }};
     }
@@ -44,6 +44,7 @@ class CameraQueryTest : public ::testing::Test {
         query.OnDatagram({camera, 3956}, {bytes.data(), bytes.size()}, kStart);
     }
 
+    uint16_t lastRequest_ = 0;
     std::map<uint32_t, std::vector<Bytes>> sent_;
 };
 

@@ -70,11 +70,23 @@ class FakeCamera {
         std::unique_lock lock(mutex_);
         Bytes found;
         changed_.wait_for(lock, std::chrono::minutes(1), [&] {
-            for (const auto& [address, bytes] : heard_)
+            for (const auto& [address, from, bytes] : heard_)
                 if (address == to && isMeant(bytes)) found = bytes;
             return !found.empty();
         });
         return found;
+    }
+
+    struct Datagram {
+        uint32_t to;
+        uint16_t fromPort;
+        Bytes bytes;
+    };
+
+    // All datagrams so far.
+    std::vector<Datagram> Heard() {
+        const std::lock_guard lock(mutex_);
+        return heard_;
     }
 
   private:
@@ -102,7 +114,7 @@ class FakeCamera {
                                               {answer.data(), answer.size()});
             }
             const std::lock_guard lock(mutex_);
-            heard_.emplace_back(address, bytes);
+            heard_.push_back({address, datagram->from.port, bytes});
             changed_.notify_all();
         }
     }
@@ -113,7 +125,7 @@ class FakeCamera {
     std::list<std::pair<uint32_t, std::unique_ptr<UdpSocket>>> sockets_;
     std::mutex mutex_;
     std::condition_variable changed_;
-    std::vector<std::pair<uint32_t, Bytes>> heard_;  // guarded by mutex_
+    std::vector<Datagram> heard_;  // guarded by mutex_
     std::thread thread_;
 };
 
@@ -237,6 +249,22 @@ TEST_F(DiscoveryTest, AnAddressIsAskedOnDemand) {
     discovery->AskAlso(lo_, FakeCamera::Address());
     EXPECT_EQ(discovery->AskedAlso(lo_), FakeCamera::Address());
     EXPECT_TRUE(FindAndRead(*discovery));
+}
+
+// A camera takes a command with the number of an earlier one for its repetition.
+TEST_F(DiscoveryTest, EveryCommandHasANumberOfItsOwn) {
+    FakeCamera camera([](const Bytes& command, uint32_t to) {
+        return RespondAt(FakeCamera::Address(), command, to);
+    });
+    const auto discovery = OnLoopback({FakeCamera::Address()});
+    for (int i = 0; i < 2; ++i)
+        ASSERT_TRUE(FindAndRead(*discovery));
+    std::map<std::pair<uint16_t, uint16_t>, Bytes> commands;  // by port and number
+    for (const auto& [to, port, command] : camera.Heard()) {
+        if (to != FakeCamera::Address()) continue;
+        const auto key = std::make_pair(port, NumberOf(command));
+        EXPECT_EQ(commands.emplace(key, command).first->second, command);
+    }
 }
 
 TEST_F(DiscoveryTest, ForcesAddresses) {
