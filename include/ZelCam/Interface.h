@@ -72,6 +72,10 @@ class Interface {
     // DeviceInfo; cameras that return get a new one. `changed` may be null; only success writes it.
     // Returns the producer's code.
     //
+    // A producer may return earlier. The default one does so soon after the first answers, while
+    // GigE Vision cameras may take a second to answer: a slow one is in the list after the next
+    // call. Who misses a camera, or wants all of them, calls this again for a second.
+    //
     // If reading the list fails after a successful search, an exception leaves this operation: a
     // std::system_error with the producer's code.
     virtual ZelCamErr ReEnumerateDevices(bool* changed, uint64_t timeout) = 0;

@@ -11,9 +11,9 @@ zelcam_session() {
         client "$zelcam" read 1 0x49 5
         client "$zelcam" set 1 DeviceUserID=Commands Width=320 ExposureTime=2000
         client "$zelcam" events 1 FrameEnd --grab -n 20
-        client "$zelcam" grab -n 300 -f none
+        client "$zelcam" grab -n 300 -f none "${patient[@]}"
         serve_with LossEvery=40 ExtendedIdsOn=true
-        client "$zelcam" grab -n 20 -f none
+        client "$zelcam" grab -n 20 -f none "${patient[@]}"
     } >"$folder/zelcam-session.log" 2>&1 || fail "see $folder/zelcam-session.log"
 }
 

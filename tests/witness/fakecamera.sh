@@ -8,16 +8,16 @@ fake_camera_works() {
     fake=$!
     soon is_listed GEV01
     client "$zelcam" info GEV01 >"$log-info.log" 2>&1 || client "$zelcam" list >"$log-info.log" 2>&1
-    client "$zelcam" features GEV01 --visibility guru >"$log-features.log" 2>&1 || fail "see $log-features.log"
+    client "$zelcam" features GEV01 --visibility guru "${patient[@]}" >"$log-features.log" 2>&1 || fail "see $log-features.log"
     ! grep -F '!!' "$log-features.log" || fail "features of the fake camera cannot be read"
     for width in 64 256; do
-        [[ $(client "$zelcam" set GEV01 "Width=$width" 2>&1) == *"$width"* ]] || fail "the fake camera has another width"
-        [[ $(client "$zelcam" get GEV01 Width --plain 2>&1) == "$width" ]] || fail "the fake camera has another width"
+        [[ $(client "$zelcam" set GEV01 "Width=$width" "${patient[@]}" 2>&1) == *"$width"* ]] || fail "the fake camera has another width"
+        [[ $(client "$zelcam" get GEV01 Width --plain "${patient[@]}" 2>&1) == "$width" ]] || fail "the fake camera has another width"
     done
     fake_frames 1000
-    ! client "$zelcam" events GEV01 -d 200 >"$log-events.log" 2>&1 || fail "the fake camera has events: see $log-events.log"
+    ! client "$zelcam" events GEV01 -d 200 "${patient[@]}" >"$log-events.log" 2>&1 || fail "the fake camera has events: see $log-events.log"
     grep -q 'there is no feature "EventSelector"' "$log-events.log" || fail "zelcam does not say that the fake camera has no events"
-    client "$zelcam" check GEV01 >"$log-check.log" 2>&1 || fail "see $log-check.log"
+    client "$zelcam" check GEV01 "${patient[@]}" >"$log-check.log" 2>&1 || fail "see $log-check.log"
     say "the fake camera: $(tail -n 1 -- "$log-check.log")"
     kill "$fake"
     wait "$fake" || true
@@ -28,7 +28,8 @@ is_listed() { client "$zelcam" list 2>&1 | tee "$folder/list.log" | grep -q "$1"
 # fake_frames COUNT: none of them incomplete.
 fake_frames() {
     local log=$folder/fake-grab.log line
-    client "$zelcam" grab GEV01 -n "$1" -b 100 -f none --set AcquisitionFrameRate=200 >"$log" 2>&1 || fail "see $log"
+    client "$zelcam" grab GEV01 -n "$1" -b 100 -f none --set AcquisitionFrameRate=200 "${patient[@]}" \
+        >"$log" 2>&1 || fail "see $log"
     for line in "Frames +$1 in .*" 'Incomplete +0' 'Lost +0'; do
         grep -qxE "$line" "$log" || fail "not all frames of the fake camera came: $(cat -- "$log")"
     done

@@ -74,7 +74,7 @@ try_camera() {
     mkdir -p -- "$2"
     {
         client "$zelcam" list && try_features &&
-            client "$zelcam" grab -n "$frames_of_a_row" -t 3000 "${options[@]}" -o "$2/{n}.raw" &&
+            client "$zelcam" grab -n "$frames_of_a_row" -t 3000 "${options[@]}" "${patient[@]}" -o "$2/{n}.raw" &&
             cat -- "$2"/*.txt && tell stats MONO
     } >"$1" 2>&1
 }
@@ -82,7 +82,7 @@ try_camera() {
 # A feature that the camera refuses is shown so, and the others all the same.
 try_features() {
     local result=0
-    client "$zelcam" features --visibility guru || result=$?
+    client "$zelcam" features --visibility guru "${patient[@]}" || result=$?
     ((result == 0)) || grep -qE '^zelcam: [0-9]+ features? cannot be read' "$log" || return "$result"
 }
 

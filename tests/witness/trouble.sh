@@ -10,7 +10,7 @@ declare -A grabs
 begin() {
     local name=$1 seen
     seen=$(blocks_of MONO)
-    nsenter --net="/proc/$client/ns/net" -- "$zelcam" grab -n 0 -f none --log "$folder/$name.csv" -t 6000 "${@:2}" \
+    nsenter --net="/proc/$client/ns/net" -- "$zelcam" grab -n 0 -f none --log "$folder/$name.csv" -t 6000 "${@:2}" "${patient[@]}" \
         >"$folder/$name.log" 2>&1 &
     grabs[$name]=$!
     soon has_sent MONO $((seen + 20))
@@ -51,7 +51,7 @@ is_controlled() { tell list | grep -q controlled; }
 
 # A user can begin again, at once.
 can_begin_again() {
-    client "$zelcam" grab -n 10 -f none >"$folder/$1-again.log" 2>&1 ||
+    client "$zelcam" grab -n 10 -f none "${patient[@]}" >"$folder/$1-again.log" 2>&1 ||
         fail "after $1, zelcam does not work: $(cat -- "$folder/$1-again.log")"
     grep -qxE 'Incomplete +0' "$folder/$1-again.log" || fail "after $1, frames are incomplete"
     is_free || fail "after $1, the camera is not free"
@@ -69,9 +69,9 @@ others_do_not_disturb() {
     client arv-tool-0.8 -a "$(address_of MONO)" control Width=64 >"$folder/others-arv.log" 2>&1 || true
     client "$zelcam" list >"$folder/others-list.log" 2>&1
     grep -q "$here" "$folder/others-list.log" || say "zelcam list does not name the holder: $(cat "$folder/others-list.log")"
-    ! client "$zelcam" grab -n 1 -f none >"$log" 2>&1 || fail "a second zelcam grabbed as well"
+    ! client "$zelcam" grab -n 1 -f none "${patient[@]}" >"$log" 2>&1 || fail "a second zelcam grabbed as well"
     grep -q "controlled by $here:" "$log" || fail "zelcam does not say who has the camera: $(cat -- "$log")"
-    client "$zelcam" get Width -a readonly >"$folder/readonly.log" 2>&1 || fail "nobody may look: $(cat "$folder/readonly.log")"
+    client "$zelcam" get Width -a readonly "${patient[@]}" >"$folder/readonly.log" 2>&1 || fail "nobody may look: $(cat "$folder/readonly.log")"
     goes_on others
     stop others
 }
@@ -81,7 +81,7 @@ others_are_left_alone() {
     local log=$folder/left-alone.log
     write 20001 MONO 0001 00000a00 00000002
     listen 20001
-    ! client "$zelcam" grab -n 1 -f none >"$log" 2>&1 || fail "zelcam took a camera that another controls"
+    ! client "$zelcam" grab -n 1 -f none "${patient[@]}" >"$log" 2>&1 || fail "zelcam took a camera that another controls"
     grep -q "controlled by $here:20001" "$log" || fail "zelcam does not say who has the camera: $(cat -- "$log")"
     is_controlled || fail "the heartbeat was over before the test"
     deaf 20001
@@ -94,7 +94,7 @@ control_is_lost() {
     ends taken '^zelcam: the camera is lost'
     can_begin_again "a power cycle"
     begin reset
-    client "$zelcam" exec MONO DeviceReset -a readonly >/dev/null 2>&1 || true
+    client "$zelcam" exec MONO DeviceReset -a readonly "${patient[@]}" >/dev/null 2>&1 || true
     goes_on reset
     stop reset
     begin moved
@@ -165,7 +165,7 @@ every_camera_passes_the_check() {
     soon is_listed 7004
     for serial in 7001 7002 7003 7004; do
         log=$folder/check-$serial.log
-        client "$zelcam" check "$serial" >"$log" 2>&1 || fail "$serial: $(cat -- "$log")"
+        client "$zelcam" check "$serial" "${patient[@]}" >"$log" 2>&1 || fail "$serial: $(cat -- "$log")"
         say "$serial: $(tail -n 1 -- "$log")"
     done
 }

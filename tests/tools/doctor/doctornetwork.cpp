@@ -137,13 +137,19 @@ void DoctorTest::Far(const std::string& command) const {
     Here("nsenter " + Entry(*far_) + " -- " + command);
 }
 
-// Waits until the camera says that it takes commands.
 void DoctorTest::PlugCamera(const std::string& address, const std::string& switches,
                             const std::string& attributes) {
-    Far("ip address add " + address + " dev cam");
-    Write("camera.xml", R"(<ZelSim><Interface id="e" type="GEV"><Camera id="CAM" )" + attributes +
-                            R"(><Network Mac="02:00:00:00:00:01" )" + switches +
-                            "/></Camera></Interface></ZelSim>");
+    PlugCameras({address}, R"(<Camera id="CAM" )" + attributes +
+                               R"(><Network Mac="02:00:00:00:00:01" )" + switches + "/></Camera>");
+}
+
+// Waits until the cameras say that they take commands.
+void DoctorTest::PlugCameras(const std::vector<std::string>& addresses,
+                             const std::string& cameras) {
+    for (const std::string& address : addresses)
+        Far("ip address add " + address + " dev cam");
+    Write("camera.xml",
+          R"(<ZelSim><Interface id="e" type="GEV">)" + cameras + "</Interface></ZelSim>");
     std::array<int, 2> said{};
     ASSERT_EQ(pipe(said.data()), 0);
     const pid_t process = fork();

@@ -36,6 +36,9 @@ class DoctorTest : public ToolTest {
     void PlugCamera(const std::string& address = "10.77.0.11/24", const std::string& switches = "",
                     const std::string& attributes = "");
 
+    // The same with several: elements of the configuration, which get the addresses in turn.
+    void PlugCameras(const std::vector<std::string>& addresses, const std::string& cameras);
+
     // Gives the camera that is switched on a command.
     void Tell(const std::string& command) const;
 

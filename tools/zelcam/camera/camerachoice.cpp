@@ -36,7 +36,7 @@ std::string InProducer(const Camera& camera, const std::string& wanted) {
     return "";
 }
 
-std::vector<const Camera*> Matching(const std::vector<Camera>& cameras, const std::string& wanted) {
+std::vector<const Camera*> Named(const std::vector<Camera>& cameras, const std::string& wanted) {
     std::vector<const Camera*> found;
     for (const Camera& camera : cameras) {
         const std::string inProducer = InProducer(camera, wanted);
@@ -44,12 +44,31 @@ std::vector<const Camera*> Matching(const std::vector<Camera>& cameras, const st
             IsNamed(camera, wanted) || (!inProducer.empty() && IsNamed(camera, inProducer));
         if (wanted.empty() || named) found.push_back(&camera);
     }
+    return found;
+}
+
+std::vector<const Camera*> Matching(const std::vector<Camera>& cameras, const std::string& wanted) {
+    std::vector<const Camera*> found = Named(cameras, wanted);
     if (!found.empty()) return found;
     const auto numbered = std::find_if(cameras.begin(), cameras.end(), [&](const Camera& camera) {
         return std::to_string(camera.number) == wanted;
     });
     if (numbered != cameras.end()) found.push_back(&*numbered);
     return found;
+}
+
+// Whether this can be the name of a feature, or a glob for it.
+bool MayBeFeature(const std::string& word) {
+    constexpr const char* kDigits = "0123456789";
+    constexpr const char* kPossible =
+        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_:*?[]!";
+    return word.find_first_of(kDigits) != 0 &&
+           word.find_first_not_of(kPossible) == std::string::npos;
+}
+
+bool IsEnoughFor(const Session& session, const std::string& wanted) {
+    if (!Named(session.Cameras(), wanted).empty()) return true;
+    return !session.MayLackCameras() && !Matching(session.Cameras(), wanted).empty();
 }
 
 // Throws for a failed producer that the user named, and warns of one from a folder.
@@ -103,6 +122,20 @@ const Camera& ChooseCamera(const std::vector<Camera>& cameras, const std::string
                                               Lines(found));
     }
     return *found.front();
+}
+
+Session::Enough EnoughToSelect(const std::vector<std::string>& wanted) {
+    if (wanted.empty()) return EnoughToSelect({""});
+    return [wanted](const Session& session) {
+        return std::all_of(wanted.begin(), wanted.end(),
+                           [&](const std::string& name) { return IsEnoughFor(session, name); });
+    };
+}
+
+Session::Enough EnoughToTake(const std::vector<std::string>& words, size_t others) {
+    if (words.empty()) return EnoughToSelect({});
+    const std::string& first = words.front();
+    return EnoughToSelect({words.size() > others || !MayBeFeature(first) ? first : ""});
 }
 
 std::string TakeCamera(const std::vector<Camera>& cameras, std::vector<std::string>& words,

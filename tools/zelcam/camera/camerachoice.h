@@ -26,6 +26,14 @@ const Camera& SelectCamera(const Session& session, const std::string& wanted);
 std::vector<const Camera*> SelectCameras(const Session& session,
                                          const std::vector<std::string>& wanted);
 
+// Whether the cameras are enough for SelectCameras: it need not wait for others. The numbers of
+// cameras are those of the whole list.
+Session::Enough EnoughToSelect(const std::vector<std::string>& wanted);
+
+// The same for TakeCamera and SelectCamera. A word that may as well be the name of a feature is not
+// waited for.
+Session::Enough EnoughToTake(const std::vector<std::string>& words, size_t others);
+
 // Removes the camera from the front of `words` and returns its name. The user may leave it out:
 // when there are at most `others` words and the first names no camera, the result is empty, which
 // means the first camera.

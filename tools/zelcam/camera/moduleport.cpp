@@ -5,6 +5,7 @@
 
 #include "tools/zelcam/camera/words.h"
 #include "tools/zelcam/console/failure.h"
+#include "tools/zelcam/console/interrupt.h"
 
 namespace ZelTool {
 
@@ -102,15 +103,29 @@ void ModulePort::OpenInterface(const ModulePlace& place) {
 }
 
 // Not every producer supports all ways to open a camera.
-void ModulePort::OpenDevice(const ModulePlace& place) {
-    const auto close = Resolve<PDevClose>("DevClose");
+GC_ERROR ModulePort::TryDevice(const std::string& cameraId) {
     const auto open = Resolve<PIFOpenDevice>("IFOpenDevice");
-    Resolve<PIFUpdateDeviceList>("IFUpdateDeviceList")(interface_, nullptr, kUpdateMs);
     GC_ERROR code = GC_ERR_ERROR;
     for (DEVICE_ACCESS_FLAGS access :
          {DEVICE_ACCESS_READONLY, DEVICE_ACCESS_CONTROL, DEVICE_ACCESS_EXCLUSIVE}) {
-        code = open(interface_, place.cameraId.c_str(), access, &device_);
+        code = open(interface_, cameraId.c_str(), access, &device_);
         if (code == GC_ERR_SUCCESS) break;
+    }
+    return code;
+}
+
+// A search may end before a slow camera answers: the camera was there a moment ago.
+void ModulePort::OpenDevice(const ModulePlace& place) {
+    constexpr uint64_t kPauseMs = 20;
+    const auto close = Resolve<PDevClose>("DevClose");
+    const auto update = Resolve<PIFUpdateDeviceList>("IFUpdateDeviceList");
+    const Deadline deadline(kUpdateMs);
+    update(interface_, nullptr, kUpdateMs);
+    GC_ERROR code = TryDevice(place.cameraId);
+    while (code == GC_ERR_INVALID_ID && !deadline.Passed() && !Interrupted()) {
+        Pause(kPauseMs);
+        update(interface_, nullptr, kUpdateMs);
+        code = TryDevice(place.cameraId);
     }
     RequireGood(code, "the camera cannot be opened");
     closers_.emplace_back([close, handle = device_] { close(handle); });

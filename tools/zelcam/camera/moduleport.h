@@ -40,6 +40,7 @@ class ModulePort {
     void Open(const ModulePlace& place);
     void OpenSystem();
     void OpenInterface(const ModulePlace& place);
+    GenTL::GC_ERROR TryDevice(const std::string& cameraId);
     void OpenDevice(const ModulePlace& place);
     void OpenStream();
     void Close();

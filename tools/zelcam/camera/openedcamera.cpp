@@ -109,15 +109,24 @@ ZelGenParam::Array& OpenedCamera::Features(Module module) {
 }
 
 FeatureSession::FeatureSession(const CameraOptions& options)
-    : session_(options),
-      camera_(SelectCamera(session_, options.camera), options.access),
-      module_(ModuleOf(options.module)) {}
+    : session_(options, EnoughToSelect({options.camera})), module_(ModuleOf(options.module)) {
+    camera_.emplace(SelectCamera(session_, options.camera), options.access);
+}
 
 FeatureSession::FeatureSession(const CameraOptions& options, std::vector<std::string>& words,
-                               size_t others)
-    : session_(options),
-      camera_(SelectCamera(session_, TakeCamera(session_.Cameras(), words, others)),
-              options.access),
-      module_(ModuleOf(options.module)) {}
+                               size_t others, const Means& means)
+    : session_(options, EnoughToTake(words, others)), module_(ModuleOf(options.module)) {
+    const size_t given = words.size();
+    const auto open = [&] {
+        const std::string name = TakeCamera(session_.Cameras(), words, others);
+        camera_.emplace(SelectCamera(session_, name), options.access);
+    };
+    open();
+    if (words.empty() || words.size() != given || !session_.CanSearchOn()) return;
+    if (means(Features(), words.front())) return;
+    camera_.reset();
+    session_.SearchOn(EnoughToSelect({words.front()}));
+    open();
+}
 
 }  // namespace ZelTool

@@ -1,6 +1,8 @@
 // An open camera, and the features of all modules on the way to it.
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -62,15 +64,18 @@ class FeatureSession {
   public:
     explicit FeatureSession(const CameraOptions& options);
 
-    // Opens the camera that TakeCamera removes from `words`, instead of the one in the options.
-    FeatureSession(const CameraOptions& options, std::vector<std::string>& words, size_t others);
+    // Opens the camera that TakeCamera removes from `words`, instead of the one in the options. A
+    // first word that means nothing to the first camera may name one that has not answered yet.
+    using Means = std::function<bool(ZelGenParam::Array& features, const std::string& word)>;
+    FeatureSession(const CameraOptions& options, std::vector<std::string>& words, size_t others,
+                   const Means& means);
 
-    OpenedCamera& Camera() { return camera_; }
-    ZelGenParam::Array& Features() { return camera_.Features(module_); }
+    OpenedCamera& Camera() { return *camera_; }
+    ZelGenParam::Array& Features() { return camera_->Features(module_); }
 
   private:
     Session session_;
-    OpenedCamera camera_;
+    std::optional<OpenedCamera> camera_;
     Module module_;
 };
 

@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "ZelGenParam/Array.h"
 #include "tools/zelcam/camera/producerfile.h"
 #include "tools/zelcam/camera/producerlist.h"
 #include "tools/zelcam/camera/words.h"
@@ -19,6 +20,9 @@ namespace {
 
 using Origin = Producer::Origin;
 using State = Producer::State;
+
+using std::chrono::milliseconds;
+using Clock = std::chrono::steady_clock;
 
 constexpr Word<Origin> kOrigins[] = {
     {Origin::Default, "default"},
@@ -43,9 +47,10 @@ void Register(ZelCam::System& system, Producer& producer) {
 }
 
 // Lets the interface search for cameras. Returns what went wrong; empty on success.
-std::string WhyNotSearched(ZelCam::Interface& interface, uint64_t searchMs) {
+std::string WhyNotSearched(ZelCam::Interface& interface, milliseconds time) {
     try {
-        const ZelCamErr code = interface.ReEnumerateDevices(nullptr, searchMs);
+        const auto timeMs = static_cast<uint64_t>(time.count());
+        const ZelCamErr code = interface.ReEnumerateDevices(nullptr, timeMs);
         return code == ZelCamErr_Success ? ""
                                          : "the search for cameras failed: " + ErrorWords(code);
     } catch (const std::system_error& error) {
@@ -53,10 +58,24 @@ std::string WhyNotSearched(ZelCam::Interface& interface, uint64_t searchMs) {
     }
 }
 
-Camera Describe(ZelCam::DeviceInfo& info, const InterfaceEntry& interface, size_t number) {
+bool IsOnNetwork(const InterfaceEntry& entry) {
+    return entry.type == ZelCam::InterfaceType::GEV && !entry.simulated;
+}
+
+// Whether no camera outside this machine can be there: programs answer at once.
+bool IsLoopback(const InterfaceEntry& entry) {
+    ZelCamErr code = ZelCamErr_Success;
+    ZelGenParam::Array* const features = entry.interface->GetParameters(&code);
+    if (features == nullptr) return false;
+    constexpr int64_t kLoopback = 127;
+    const int64_t address = features->GetIntegerValue("GevInterfaceSubnetIPAddress", &code);
+    return code == ZelCamErr_Success && (address == 0 || address >> 24 == kLoopback);
+}
+
+Camera Describe(ZelCam::DeviceInfo& info, const InterfaceEntry& interface) {
     Camera camera;
     camera.info = &info;
-    camera.number = number;
+    camera.number = 0;
     camera.id = TextOrEmpty(info.GetID());
     camera.vendor = TextOrEmpty(info.GetVendor());
     camera.model = TextOrEmpty(info.GetModel());
@@ -105,7 +124,7 @@ std::string Camera::Description() const {
     return Printable(details.empty() ? id : id + " (" + details + ")");
 }
 
-Session::Session(const SessionOptions& options)
+Session::Session(const SessionOptions& options, const Enough& isEnough)
     : options_(options),
       producers_(CollectProducers(options.producers, options.only,
                                   TextOrEmpty(std::getenv("GENICAM_GENTL64_PATH")))) {
@@ -116,9 +135,45 @@ Session::Session(const SessionOptions& options)
     AwaitTrials(trials);
     if (!OpenSystem()) return;
     ListInterfaces();
+    const milliseconds time(options_.searchMs);
+    searchEnd_ = Clock::now() + time;
     for (InterfaceEntry& entry : interfaces_)
-        Search(entry);
+        Search(entry, time);
+    ListCameras();
+    SearchOn(isEnough ? isEnough
+                      : [](const Session& session) { return !session.MayLackCameras(); });
     EndIfInterrupted();
+}
+
+void Session::SearchOn(const Enough& isEnough) {
+    // So that the last search, too, has time for answers, and for asking who has a camera.
+    constexpr milliseconds kMore{200};
+    // Some producers return at once from a search.
+    constexpr uint64_t kPauseMs = 20;
+    while (CanSearchOn() && !isEnough(*this)) {
+        Pause(kPauseMs);
+        const milliseconds time = TimeLeft() + kMore;
+        for (InterfaceEntry& entry : interfaces_)
+            if (IsOnNetwork(entry)) Search(entry, time);
+        ListCameras();
+    }
+}
+
+bool Session::CanSearchOn() const {
+    return TimeLeft() > milliseconds::zero() &&
+           std::any_of(interfaces_.begin(), interfaces_.end(), IsOnNetwork);
+}
+
+bool Session::MayLackCameras() const {
+    return TimeLeft() > milliseconds::zero() &&
+           std::any_of(interfaces_.begin(), interfaces_.end(), [](const InterfaceEntry& entry) {
+               return IsOnNetwork(entry) && !IsLoopback(entry);
+           });
+}
+
+milliseconds Session::TimeLeft() const {
+    const auto left = std::chrono::ceil<milliseconds>(searchEnd_ - Clock::now());
+    return std::max(left, milliseconds::zero());
 }
 
 bool Session::HasRealProducer() const {
@@ -213,6 +268,8 @@ void Session::ListInterfaces() {
         InterfaceEntry entry;
         entry.interface = interface;
         entry.id = TextOrEmpty(interface->GetId());
+        entry.description = TextOrEmpty(interface->GetDescription());
+        entry.type = interface->GetType();
         const Producer* producer = nullptr;
         const auto found = std::find_if(
             next, offered.end(), [&](const auto& each) { return each.second->id == entry.id; });
@@ -235,23 +292,35 @@ bool Session::IsAskedFor(const InterfaceEntry& entry, const Producer* producer) 
     return producer != nullptr ? !producer->leftOut : options_.only.empty();
 }
 
-void Session::Search(InterfaceEntry& entry) {
+void Session::Search(InterfaceEntry& entry, milliseconds time) {
     EndIfInterrupted();
-    entry.description = TextOrEmpty(entry.interface->GetDescription());
-    entry.type = entry.interface->GetType();
-    entry.problem = WhyNotSearched(*entry.interface, options_.searchMs);
-    ListCameras(entry);
+    entry.problem = WhyNotSearched(*entry.interface, time);
+}
+
+void Session::ListCameras() {
+    cameras_.clear();
+    for (InterfaceEntry& entry : interfaces_)
+        ListCameras(entry);
+    size_t number = 0;
+    for (Camera& camera : cameras_)
+        camera.number = ++number;
 }
 
 void Session::ListCameras(InterfaceEntry& entry) {
     const Released<ZelCam::List<ZelCam::DeviceInfo>> list(entry.interface->GetDeviceInfoList());
+    entry.cameras = 0;
     if (!list) {
         if (entry.problem.empty()) entry.problem = "the cameras cannot be listed";
         return;
     }
     entry.cameras = list->GetCount();
+    const auto before = static_cast<std::ptrdiff_t>(cameras_.size());
     for (auto* info = list->GetFirst(); info != nullptr; info = list->GetNext())
-        cameras_.push_back(Describe(*info, entry, cameras_.size() + 1));
+        cameras_.push_back(Describe(*info, entry));
+    // The order must not depend on how long each took to answer.
+    if (!IsOnNetwork(entry)) return;
+    std::stable_sort(cameras_.begin() + before, cameras_.end(),
+                     [](const Camera& a, const Camera& b) { return a.id < b.id; });
 }
 
 }  // namespace ZelTool

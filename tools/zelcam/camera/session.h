@@ -1,8 +1,10 @@
 // The producers, interfaces and cameras of one run of the program.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -94,13 +96,29 @@ struct Camera {
 // hangs or does not load, or an interface that cannot find its cameras. Only the default producer
 // is indispensable, since the library needs it: without it the lists of interfaces and cameras are
 // empty. Real interfaces and cameras come before simulated ones.
+//
+// A search may end soon after the first answers, but GigE Vision cameras may wait for up to a
+// second before they answer. So it is repeated, until the cameras are enough for the command or the
+// time for the search has passed.
 class Session {
   public:
-    explicit Session(const SessionOptions& options);
+    // Whether the cameras are enough.
+    using Enough = std::function<bool(const Session&)>;
+
+    // Without `isEnough`, all cameras are wanted.
+    explicit Session(const SessionOptions& options, const Enough& isEnough = nullptr);
 
     const std::vector<Producer>& Producers() const { return producers_; }
     const std::vector<InterfaceEntry>& Interfaces() const { return interfaces_; }
     const std::vector<Camera>& Cameras() const { return cameras_; }
+
+    // Goes on with the search; the list of the cameras is a new one then. Does nothing when there
+    // is no time left, or no GigE camera to wait for.
+    void SearchOn(const Enough& isEnough);
+    bool CanSearchOn() const;
+
+    // Whether cameras on a network outside this machine may still answer.
+    bool MayLackCameras() const;
 
     // False when the interfaces could not be listed: Producers() says why.
     bool HasInterfaceList() const { return list_ != nullptr; }
@@ -129,8 +147,10 @@ class Session {
     bool OpenSystem();
     void ListInterfaces();
     bool IsAskedFor(const InterfaceEntry& entry, const Producer* producer) const;
-    void Search(InterfaceEntry& entry);
+    void Search(InterfaceEntry& entry, std::chrono::milliseconds time);
+    void ListCameras();
     void ListCameras(InterfaceEntry& entry);
+    std::chrono::milliseconds TimeLeft() const;
 
     const SessionOptions options_;
     std::vector<Producer> producers_;  // the first is the default one
@@ -138,6 +158,7 @@ class Session {
     std::vector<Camera> cameras_;
     Released<ZelCam::System> system_;
     Released<ZelCam::List<ZelCam::Interface>> list_;
+    std::chrono::steady_clock::time_point searchEnd_;
 };
 
 }  // namespace ZelTool

@@ -89,7 +89,7 @@ void RunChecks(CheckList& checks, const CheckOptions& options, const Camera& cam
 
 ExitCode RunCheck(const CheckOptions& options) {
     const bool json = options.json;
-    const Session session(options);
+    const Session session(options, EnoughToSelect({options.camera}));
     const Camera& camera = SelectCamera(session, options.camera);
     if (!json) std::cout << "Camera " << camera.Description() << "\n\n" << std::flush;
     CheckList checks([&](const CheckResult& result) {

@@ -60,7 +60,7 @@ std::vector<std::string> WordsOf(const FeaturesOptions& options) {
 ExitCode RunFeatures(const FeaturesOptions& options) {
     std::vector<std::string> words = WordsOf(options);
     const size_t given = words.size();
-    FeatureSession session(options, words, 1);
+    FeatureSession session(options, words, 1, HasMatch);
     const std::string glob = words.empty() ? "" : words.front();
     const FeatureFilter filter = {glob, VisibilityOf(options.visibility), options.missing};
     ZelGenParam::Array& features = session.Features();

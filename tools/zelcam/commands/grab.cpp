@@ -181,7 +181,7 @@ ExitCode RunGrab(const GrabOptions& given) {
         options.files.threads = 1;  // keeps the frames in order
         std::signal(SIGPIPE, SIG_IGN);
     }
-    const Session session(options);
+    const Session session(options, EnoughToSelect(options.cameras));
     const std::vector<const Camera*> cameras = SelectCameras(session, options.cameras);
     std::vector<FrameNamer> namers =
         NamersOf(cameras, pattern, options.files.format != FileFormat::None);

@@ -38,7 +38,7 @@ void PrintNetworkAsJson(const Camera& camera, const Network& network) {
 }
 
 ExitCode RunShow(const IpOptions& options) {
-    const Session session(options);
+    const Session session(options, EnoughToSelect({options.camera}));
     const Camera& camera = SelectGigE(session, options.camera);
     const Network network = NetworkOf(*camera.info);
     if (options.json) {
@@ -56,7 +56,7 @@ ExitCode RunForce(const IpOptions& options) {
         throw Failure(ExitCode::Usage, "name the mask of the network as well");
     }
     if (!proposed) CheckNetwork(options.network, options.force);
-    const Session session(options);
+    const Session session(options, EnoughToSelect({options.camera}));
     const Camera& camera = SelectGigE(session, options.camera);
     const Network network = proposed ? ProposedNetwork(camera) : options.network;
     const ZelCamErr code = camera.info->ForceIP(network.address.c_str(), network.mask.c_str(),

@@ -119,7 +119,9 @@ void PrintNames(const Session& session) {
 }
 
 ExitCode RunList(const ListOptions& options) {
-    const Session session(options);
+    // Who waits for a completion wants it now.
+    const auto now = [](const Session&) { return true; };
+    const Session session(options, options.names ? now : Session::Enough());
     if (options.names) {
         PrintNames(session);
     } else if (options.json) {

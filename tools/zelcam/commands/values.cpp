@@ -9,6 +9,7 @@
 #include "tools/zelcam/console/printable.h"
 #include "tools/zelcam/features/featurereading.h"
 #include "tools/zelcam/features/featuresetting.h"
+#include "tools/zelcam/features/featuretree.h"
 #include "tools/zelcam/features/featurevalue.h"
 
 namespace ZelTool {
@@ -54,7 +55,7 @@ ExitCode RunGet(const GetOptions& options) {
     const std::string& first = options.camera;  // a name where the camera is left out
     if (!first.empty()) names.insert(names.begin(), first);
     const size_t given = names.size();
-    FeatureSession session(options, names, given);
+    FeatureSession session(options, names, given, HasMatch);
     if (names.empty()) {
         throw Failure(ExitCode::Usage, "name the features to read: `zelcam features` lists them");
     }

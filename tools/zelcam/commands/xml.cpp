@@ -19,7 +19,7 @@ struct XmlOptions : CameraOptions {
 
 // The session must end before ModulePort may use the producer.
 ModulePlace FindPlace(const XmlOptions& options) {
-    const Session session(options);
+    const Session session(options, EnoughToSelect({options.camera}));
     const Camera& camera = SelectCamera(session, options.camera);
     if (camera.producer.empty()) {
         throw Failure(ExitCode::CannotOpen,

@@ -78,4 +78,11 @@ void VisitFeatures(ZelGenParam::Array& features, const FeatureFilter& filter,
     Walk(filter, visit).Category(*root, false);
 }
 
+bool HasMatch(ZelGenParam::Array& features, const std::string& glob) {
+    bool hasMatch = false;
+    VisitFeatures(features, {glob, ZelGenParam::Visibility::Invisible, true},
+                  [&](ZelGenParam::Param&, const auto&) { hasMatch = true; });
+    return hasMatch;
+}
+
 }  // namespace ZelTool

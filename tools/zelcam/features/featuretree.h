@@ -28,4 +28,7 @@ using FeatureVisitor =
 void VisitFeatures(ZelGenParam::Array& features, const FeatureFilter& filter,
                    const FeatureVisitor& visit);
 
+// Whether the camera's description has a feature or a category with that name.
+bool HasMatch(ZelGenParam::Array& features, const std::string& glob);
+
 }  // namespace ZelTool
