@@ -44,6 +44,7 @@ BadAlignmentOnce=true - - whole
 RefuseOddReads=false - - whole
 RefuseReadMem=true - - whole
 HeartbeatSilence=true - - closed answer
+LongestHeartbeatMs=600 - - whole GevHeartbeatTimeout .*\b600\b
 
 # ---- The description and the clock ----
 UrlForm=plain - - whole

@@ -226,6 +226,8 @@ std::vector<Row> MakeRows() {
                "longest delay of an answer to a broadcast, at power-on"),
         Flag("HeartbeatSilence", &S::heartbeatSilence,
              "does not answer and not do anything but discovery"),
+        Milliseconds("LongestHeartbeatMs", &S::longestHeartbeatMs,
+                     "longer heartbeat time-outs become this; 0: none does"),
 
         Flag("EmptySerial", &S::emptySerial, "has no serial number"),
         Flag("OddStrings", &S::oddStrings,

@@ -58,8 +58,9 @@ struct NetworkSettings {
     // ---- Control: discovery and heartbeat ----
     bool ignoreLimitedBroadcast = false;
     bool ignoreDirectedBroadcast = false;
-    uint32_t discoveryDelayMs = 0;  // at power-on
-    bool heartbeatSilence = false;  // no command is answered or done, discovery is
+    uint32_t discoveryDelayMs = 0;    // at power-on
+    bool heartbeatSilence = false;    // no command is answered or done, discovery is
+    uint32_t longestHeartbeatMs = 0;  // longer time-outs become this; 0: none does
 
     // ---- Control: what registers say ----
     bool emptySerial = false;

@@ -35,6 +35,7 @@ BootstrapRegisters::BootstrapRegisters(Camera& camera, ZelCti::PortRegisters& po
       privilege_(privilege),
       channels_(camera, hardware) {
     settings_.discoveryDelay = std::min(hardware.Settings()->discoveryDelayMs, kMaxDiscoveryDelay);
+    SetHeartbeatTimeout(settings_.heartbeatTimeout);
 }
 
 void BootstrapRegisters::AddTo(RegisterSpace& space) {
@@ -87,6 +88,13 @@ void BootstrapRegisters::OnNewStreams() {
 void BootstrapRegisters::Configure(uint32_t bits) {
     Change([bits](ControlSettings& settings) { settings.gvcpConfiguration = bits; });
     hardware_.SetStatusCodes((bits & Configuration::kStatusCodes11) != 0);
+}
+
+void BootstrapRegisters::SetHeartbeatTimeout(uint32_t milliseconds) {
+    const uint32_t longest = hardware_.Settings()->longestHeartbeatMs;
+    if (longest != 0) milliseconds = std::min(milliseconds, longest);
+    milliseconds = std::max(milliseconds, kMinHeartbeatTimeout);
+    Change([milliseconds](ControlSettings& settings) { settings.heartbeatTimeout = milliseconds; });
 }
 
 std::vector<uint32_t> BootstrapRegisters::TakeTestPackets() {
@@ -266,11 +274,7 @@ void BootstrapRegisters::AddControl(RegisterSpace& space) {
                }});
     AddNumber(space, Gev::kHeartbeatTimeout,
               {[this] { return Settings().heartbeatTimeout; },
-               [this](uint32_t milliseconds) {
-                   Change([milliseconds](ControlSettings& settings) {
-                       settings.heartbeatTimeout = std::max(milliseconds, kMinHeartbeatTimeout);
-                   });
-               },
+               [this](uint32_t milliseconds) { SetHeartbeatTimeout(milliseconds); },
                {}});
     AddNumber(space, Gev::kDiscoveryAckDelay,
               {[this] { return Settings().discoveryDelay; },

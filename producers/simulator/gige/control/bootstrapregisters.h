@@ -72,6 +72,7 @@ class BootstrapRegisters {
     void AddActions(ZelCti::RegisterSpace& space);
     void CheckConfiguration(uint32_t bits) const;
     void Configure(uint32_t bits);
+    void SetHeartbeatTimeout(uint32_t milliseconds);
     uint32_t TickFrequency(bool high) const;
     void ControlTimestamp(uint32_t bits);
     std::string Text(std::string text, size_t size) const;
