@@ -295,7 +295,7 @@ TEST_F(ToolAcquisition, SilenceShowsTheFeatures) {
     const ToolResult slow = Run({"grab", "-t", "100", "--set", "ExposureTime=200000"});
     EXPECT_THAT(slow.err, AllOf(Not(HasSubstr("TriggerMode is On")),
                                 HasSubstr("!!  ExposureTime is 200000 us"),
-                                HasSubstr("Next: wait longer: --timeout 400\n")));
+                                HasSubstr("Next: wait longer: zelcam grab cam0 --timeout 400\n")));
     const ToolResult silent = Run({"grab", "-t", "100"});
     EXPECT_THAT(silent.err, HasSubstr("Next: let `zelcam doctor "));
 }

@@ -324,7 +324,7 @@ TEST_F(ToolGrab, SilenceIsExplained) {
         const bool slow = check.at("finding") == "AcquisitionFrameRate is 0.0001 Hz";
         EXPECT_EQ(check.at("good"), !slow) << check;
     }
-    EXPECT_EQ(report.at("nextStep"), "wait longer: --timeout 20000000");
+    EXPECT_EQ(report.at("nextStep"), "wait longer: zelcam grab sparse --timeout 20000000");
 }
 
 TEST_F(ToolGrab, CameraThatCannotBeOpened) {

@@ -1,18 +1,26 @@
 #include "tests/tools/doctor/doctornetwork.h"
 
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sched.h>
+#include <sstream>
 #include <sys/mount.h>
+#include <sys/ptrace.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
 
 constexpr const char* kNsenter = "/usr/bin/nsenter";
+constexpr uint64_t kMuch = 4 << 20;  // more than it takes to open a camera
 constexpr const char* kSetpriv = "/usr/bin/setpriv";
 
 void WriteTo(const char* file, const std::string& text) {
@@ -58,6 +66,36 @@ std::string Entry(pid_t process) {
     return "--net=/proc/" + std::to_string(process) + "/ns/net";
 }
 
+// The column of a line of /proc/net with this beginning, the last such line.
+uint64_t CountIn(const std::string& file, const std::string& beginning, int column) {
+    std::ifstream in("/proc/self/net/" + file);
+    uint64_t count = 0;
+    for (std::string line; std::getline(in, line);) {
+        const size_t at = line.find(beginning);
+        if (at == std::string::npos) continue;
+        std::istringstream numbers(line.substr(at + beginning.size()));
+        for (int i = 0; i <= column; ++i)
+            numbers >> count;
+    }
+    return count;
+}
+
+uint64_t BytesReceived() {
+    return CountIn("dev", "eth1:", 0);
+}
+
+uint64_t SocketDrops() {
+    constexpr int kRcvbufErrors = 4;
+    return CountIn("snmp", "Udp:", kRcvbufErrors);
+}
+
+void AwaitThat(const std::function<bool()>& isSo) {
+    constexpr int kGenerousMs = 60000;
+    for (int i = 0; i < kGenerousMs && !isSo(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_TRUE(isSo());
+}
+
 std::string Name(const nlohmann::json& check) {
     return check.at("about").get<std::string>() + ", " + check.at("check").get<std::string>();
 }
@@ -85,7 +123,7 @@ std::string DoctorResult::Detail(const std::string& aboutAndCheck) const {
 }
 
 void DoctorTest::SetUp() {
-    for (const char* program : {"ip", "nft", "nsenter", "setpriv"}) {
+    for (const char* program : {"ip", "mount", "nft", "nsenter", "setpriv"}) {
         const std::string search = std::string("command -v ") + program + " >/dev/null 2>&1";
         if (!::Run(search)) GTEST_SKIP() << program << " is not installed";
     }
@@ -98,8 +136,8 @@ void DoctorTest::SetUp() {
 void DoctorTest::TearDown() {
     Stop(camera_);
     Stop(far_);
-    for (const std::string& file : replaced_)
-        umount2(file.c_str(), MNT_DETACH);
+    for (const std::string& place : mounted_)
+        umount2(place.c_str(), MNT_DETACH);
     if (!folder_.empty()) ToolTest::TearDown();
 }
 
@@ -181,16 +219,83 @@ void DoctorTest::Replace(const std::string& file, const std::string& text) {
     const std::string name = "instead-" + std::to_string(std::hash<std::string>()(file));
     Write(name, text);
     ASSERT_EQ(mount(Path(name).c_str(), file.c_str(), nullptr, MS_BIND, nullptr), 0) << file;
-    replaced_.push_back(file);
+    mounted_.push_back(file);
+}
+
+void DoctorTest::Cover(const std::string& folder) {
+    ASSERT_EQ(mount("none", folder.c_str(), "tmpfs", 0, nullptr), 0) << folder;
+    mounted_.push_back(folder);
+}
+
+void DoctorTest::CoverEtc() {
+    constexpr const char* kLibraries = "/etc/ld.so.cache";
+    std::stringstream libraries;
+    libraries << std::ifstream(kLibraries, std::ios::binary).rdbuf();
+    Cover("/etc");
+    WriteTo(kLibraries, libraries.str());
+}
+
+int DoctorTest::StartDoctor(const std::vector<std::string>& arguments, bool ofUser) {
+    std::vector<std::string> all = {"doctor", "--json"};
+    if (ofUser) {
+        all.insert(all.begin(),
+                   {"--bounding-set=-net_admin,-dac_override,-dac_read_search", "--", ZELCAM_TOOL});
+    }
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    return Start(all, ofUser ? kSetpriv : ZELCAM_TOOL);
 }
 
 DoctorResult DoctorTest::Doctor(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), {"doctor", "--json"});
-    return {ToolTest::Run(arguments)};
+    return {Wait(StartDoctor(arguments, false))};
 }
 
 DoctorResult DoctorTest::DoctorOfUser(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(),
-                     {"--bounding-set=-net_admin", "--", ZELCAM_TOOL, "doctor", "--json"});
-    return {ToolTest::Run(arguments, kSetpriv)};
+    return {Wait(StartDoctor(arguments, true))};
+}
+
+// The file is a pipe that another one replaces once it is open. Each process has a /proc/net of its
+// own.
+DoctorResult DoctorTest::DoctorWhile(const std::string& file, const std::string& first,
+                                     const std::string& then) {
+    const std::filesystem::path folder = Path("net");
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directory(folder);
+    const std::string real = "/proc/" + std::to_string(getpid()) + "/net/";
+    for (const auto& entry : std::filesystem::directory_iterator(real))
+        std::filesystem::create_symlink(entry.path(), folder / entry.path().filename());
+    std::filesystem::remove(folder / file);
+    EXPECT_EQ(mkfifo((folder / file).c_str(), 0600), 0);
+    const int process = Start({"-c", "mount --bind \"$0\" /proc/$$/net && exec \"$@\"", folder,
+                               ZELCAM_TOOL, "doctor", "--json", kCamera},
+                              "/bin/sh");
+    std::ofstream pipe(folder / file);
+    Write("later", then);
+    std::filesystem::rename(Path("later"), folder / file);
+    pipe << first;
+    pipe.close();
+    return {Wait(process)};
+}
+
+DoctorResult DoctorTest::DoctorWithPausedThread(uint64_t bytes) {
+    const uint64_t before = BytesReceived();
+    const pid_t process = StartDoctor({kCamera}, false);
+    AwaitThat([=] { return BytesReceived() > before + kMuch; });
+    const uint64_t then = BytesReceived();
+    EXPECT_EQ(ptrace(PTRACE_SEIZE, process, nullptr, nullptr), 0);
+    EXPECT_EQ(ptrace(PTRACE_INTERRUPT, process, nullptr, nullptr), 0);
+    EXPECT_EQ(waitpid(process, nullptr, 0), process);
+    AwaitThat([=] { return BytesReceived() > then + bytes; });
+    EXPECT_EQ(ptrace(PTRACE_DETACH, process, nullptr, nullptr), 0);
+    return {Wait(process)};
+}
+
+DoctorResult DoctorTest::DoctorWithPause(bool ofUser) {
+    const uint64_t bytes = BytesReceived();
+    const uint64_t drops = SocketDrops();
+    const int process = StartDoctor({kCamera}, ofUser);
+    AwaitThat([=] { return BytesReceived() > bytes + kMuch; });
+    kill(process, SIGSTOP);
+    AwaitThat([=] { return SocketDrops() > drops; });
+    kill(process, SIGCONT);
+    return {Wait(process)};
 }

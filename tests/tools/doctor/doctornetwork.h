@@ -18,13 +18,13 @@ struct DoctorResult : ToolResult {
     std::string DoFirst() const { return Json().at("doFirst"); }
 };
 
+constexpr const char* kCamera = "GEV-020000000001";
+
 // This process lives in namespaces of its own with an adapter eth1, 10.77.0.1/24. A cable joins it
 // to the adapter "cam" in another namespace. A test is skipped where that is not allowed, or the
 // programs that it needs are not installed.
 class DoctorTest : public ToolTest {
   protected:
-    static constexpr const char* kCamera = "GEV-020000000001";
-
     void SetUp() override;
     void TearDown() override;
 
@@ -42,20 +42,37 @@ class DoctorTest : public ToolTest {
     // Gives the camera that is switched on a command.
     void Tell(const std::string& command) const;
 
-    // A file that stands in for one of the kernel, from now on and for this test only.
+    // From now on and for this test only: a file that stands in for one of the kernel, or an empty
+    // folder for one of the machine.
     void Replace(const std::string& file, const std::string& text);
+    void Cover(const std::string& folder);
+
+    // Covers /etc, but for what programs need to start.
+    void CoverEtc();
 
     DoctorResult Doctor(std::vector<std::string> arguments = {});
 
-    // As an ordinary user, who may have no larger buffers than the machine's limit.
+    // As an ordinary user, who may open no files of others, and have no larger buffers than the
+    // machine's limit.
     DoctorResult DoctorOfUser(std::vector<std::string> arguments = {});
+
+    // A file of /proc/net that holds `then` after the doctor has begun to read `first` in it.
+    DoctorResult DoctorWhile(const std::string& file, const std::string& first,
+                             const std::string& then);
+
+    // While the camera sends, it stops for as long as packets find room in its socket.
+    DoctorResult DoctorWithPause(bool ofUser);
+
+    // The thread that takes the frames stops until so many bytes more have come.
+    DoctorResult DoctorWithPausedThread(uint64_t bytes);
 
   private:
     bool EnterNamespaces();
     void LayCable();
     void Stop(std::optional<pid_t>& process);
+    int StartDoctor(const std::vector<std::string>& arguments, bool ofUser);
 
     std::optional<pid_t> far_;
     std::optional<pid_t> camera_;
-    std::vector<std::string> replaced_;
+    std::vector<std::string> mounted_;
 };

@@ -19,7 +19,15 @@ namespace {
 
 constexpr int kFound = 10;
 
+constexpr uint64_t kLargeFrame = 1024 * 1024;
+constexpr const char* kLargeFrames = R"(width="1024" height="1024" frameRate="40")";
+
 using ToolDoctor = DoctorTest;
+
+// "camera GEV-020000000001, heartbeat -> ...".
+std::string Camera(const std::string& rest) {
+    return std::string("camera ") + kCamera + ", " + rest;
+}
 
 TEST_F(ToolDoctor, FindsNothingWhereAllIsWell) {
     PlugCamera();
@@ -58,6 +66,14 @@ TEST_F(ToolDoctor, FindsAdaptersWithoutLinkOrAddress) {
                       HasSubstr("Do this first, against \"no camera\": sudo ip link set eth1")));
 }
 
+TEST_F(ToolDoctor, FindsThatNothingCanSearch) {
+    Here("ip link delete eth1");
+    EXPECT_THAT(Doctor().Findings(),
+                Contains(StartsWith("adapters, adapters -> check that the adapter is plugged in")));
+    Replace(DEFAULT_PRODUCER, "not a library");
+    EXPECT_THAT(Doctor().DoFirst(), StartsWith("put a working libZelCTI.cti"));
+}
+
 TEST_F(ToolDoctor, FindsThatNoCameraAnswers) {
     const DoctorResult result = Doctor();
     EXPECT_THAT(result.Findings(),
@@ -81,9 +97,9 @@ TEST_F(ToolDoctor, FindsCamerasInForeignSubnets) {
     PlugCamera("192.168.5.5/24");
     for (const std::vector<std::string>& arguments : {std::vector<std::string>{}, {kCamera}}) {
         const DoctorResult result = Doctor(arguments);
-        EXPECT_THAT(result.Findings(),
-                    ElementsAre(std::string("camera ") + kCamera + ", access -> zelcam ip force " +
-                                kCamera + " auto"));
+        EXPECT_THAT(
+            result.Findings(),
+            ElementsAre(Camera(std::string("access -> zelcam ip force ") + kCamera + " auto")));
     }
 }
 
@@ -110,12 +126,14 @@ TEST_F(ToolDoctor, FindsAdaptersInTheSameNetwork) {
     EXPECT_THAT(result.Findings(),
                 Contains("adapter eth1, network -> give eth1 and its cameras addresses of another "
                          "network"));
-    EXPECT_THAT(result.Detail(std::string("camera ") + kCamera + ", route"),
-                HasSubstr("through eth0"));
+    EXPECT_THAT(result.Detail(Camera("route")), HasSubstr("through eth0"));
 }
 
 TEST_F(ToolDoctor, FindsFirewalls) {
     PlugCamera();
+    CoverEtc();
+    std::filesystem::create_directory("/etc/ufw");
+    std::ofstream("/etc/ufw/ufw.conf") << "# comment\nENABLED=no\n";
     Here("nft add table inet filter");
     Here("nft 'add chain inet filter input { type filter hook input priority 0; }'");
     Here("nft add rule inet filter input iifname eth1 udp sport != 3956 drop");
@@ -123,6 +141,10 @@ TEST_F(ToolDoctor, FindsFirewalls) {
     EXPECT_THAT(result.Findings(),
                 ElementsAre("stream, firewall -> sudo nft insert rule inet filter input iifname "
                             "eth1 ip saddr 10.77.0.11 meta l4proto udp accept"));
+    std::ofstream("/etc/ufw/ufw.conf") << "# comment\nENABLED=yes\n";
+    EXPECT_THAT(Doctor({kCamera}).Findings(),
+                ElementsAre("stream, firewall -> sudo ufw prepend allow in on eth1 proto udp from "
+                            "10.77.0.11"));
     // The advice helps.
     Here(result.DoFirst().substr(std::string("sudo ").size()));
     EXPECT_THAT(Doctor({kCamera}).Findings(), IsEmpty());
@@ -154,7 +176,7 @@ TEST_F(ToolDoctor, FindsNarrowPaths) {
 TEST_F(ToolDoctor, FindsDropsOfAdaptersAndSlowProcessors) {
     PlugCamera("10.77.0.11/24", R"(OwnPacketSize="9000" FirstTestPacketsLost="1000000")");
     Here("ip link set eth1 mtu 1500");
-    Here("mount -t tmpfs none /sys/devices/system/cpu");
+    Cover("/sys/devices/system/cpu");
     std::filesystem::create_directories("/sys/devices/system/cpu/cpu0/cpufreq");
     std::ofstream("/sys/devices/system/cpu/cpu0/cpufreq/scaling_governor") << "powersave\n";
     Replace("/proc/loadavg", "0.00 0.00 0.00 1/100 4711\n");
@@ -188,42 +210,68 @@ TEST_F(ToolDoctor, FindsSmallLimitsOfReceiveBuffers) {
     EXPECT_THAT(DoctorOfUser().Findings(),
                 ElementsAre(StartsWith(std::string("machine, receive buffers") + kAdvice)));
     EXPECT_THAT(Doctor().Findings(), IsEmpty()) << "with the right to exceed it";
+
+    // What hides cameras comes first, also behind a loss.
+    Here("ip link set eth1 down");
+    const DoctorResult down = DoctorOfUser();
+    EXPECT_THAT(down.Findings(),
+                ElementsAre(StartsWith("machine, receive buffers"), StartsWith("adapter eth1"),
+                            StartsWith("cameras, answer")));
+    EXPECT_EQ(down.DoFirst(), "sudo ip link set eth1 up");
 }
 
 TEST_F(ToolDoctor, FindsRepeatedCommands) {
     PlugCamera("10.77.0.11/24", R"(DropAckEvery="10")");
     const DoctorResult result = Doctor({kCamera});
-    EXPECT_THAT(result.Findings(), ElementsAre(StartsWith(std::string("camera ") + kCamera +
-                                                          ", commands -> try another cable")));
+    EXPECT_THAT(result.Findings(),
+                ElementsAre(StartsWith(Camera("commands -> try another cable"))));
 }
 
 TEST_F(ToolDoctor, FindsCamerasThatAreListedButDoNotAnswer) {
     PlugCamera("10.77.0.11/24", R"(HeartbeatSilence="true")");
     EXPECT_THAT(Doctor({kCamera}).Findings(),
-                ElementsAre(std::string("camera ") + kCamera +
-                            ", access -> switch the camera off and on again"));
+                ElementsAre(Camera("access -> switch the camera off and on again")));
     const DoctorResult result = Doctor({"nobody"});
     EXPECT_EQ(result.exitCode, kFound);
     EXPECT_THAT(result.Detail("cameras, answer"), HasSubstr("there is no camera \"nobody\""));
 }
 
-TEST_F(ToolDoctor, FindsOtherControllers) {
+// Registers that cannot be used: the port of the stream and the heartbeat time-out.
+TEST_F(ToolDoctor, FindsCamerasThatRefuse) {
+    PlugCamera();
+    Tell("set CAM ErrorAddress 0xd00");
+    EXPECT_THAT(Doctor({kCamera}).Findings(),
+                ElementsAre("stream, acquisition -> switch the camera off and on again"));
+    Tell("set CAM ErrorAddress 0x938");
+    EXPECT_THAT(Doctor({kCamera}).Findings(),
+                ElementsAre(Camera("open -> switch the camera off and on again")));
+}
+
+TEST_F(ToolDoctor, FindsOtherControllersAndTheirHeartbeat) {
     PlugCamera();
     const FileWatch watch(folder_);
     const int other = Start({"grab", kCamera, "-n", "1000000", "-o", "held-{n}.raw", "-f", "raw",
-                             "--timeout", "60000"});
+                             "--timeout", "60000", "--set", "GevHeartbeatTimeout=900"});
     ASSERT_TRUE(watch.Await("held-0001.raw")) << Read("stderr");
     const DoctorResult result = Doctor({kCamera});
-    EXPECT_THAT(result.Findings(), ElementsAre(StartsWith(std::string("camera ") + kCamera +
-                                                          ", access -> close that program")));
-    EXPECT_THAT(result.Detail(std::string("camera ") + kCamera + ", access"),
-                HasSubstr("controlled by 10.77.0.1:"));
+    EXPECT_THAT(result.Findings(),
+                ElementsAre(StartsWith(Camera("access -> close that program")),
+                            Camera("heartbeat -> let the program that controls the camera set "
+                                   "GevHeartbeatTimeout=3000")));
+    EXPECT_THAT(result.Detail(Camera("access")), HasSubstr("controlled by 10.77.0.1:"));
     kill(other, SIGINT);
     Wait(other);
 }
 
+TEST_F(ToolDoctor, FindsHeartbeatsThatAreTooShort) {
+    PlugCamera("10.77.0.11/24", R"(LongestHeartbeatMs="900")");
+    EXPECT_THAT(Doctor({kCamera}).Findings(),
+                ElementsAre(StartsWith(Camera("heartbeat -> stop other programs"))));
+}
+
+// Without test packets too, whose absence is no sign of a firewall then.
 TEST_F(ToolDoctor, FindsCamerasThatWaitForATrigger) {
-    PlugCamera();
+    PlugCamera("10.77.0.11/24", R"(FirstTestPacketsLost="1000000")");
     ASSERT_EQ(Run({"set", kCamera, "TriggerMode=On"}).exitCode, 0);
     const DoctorResult result = Doctor({kCamera});
     EXPECT_THAT(result.Findings(),
@@ -240,6 +288,82 @@ TEST_F(ToolDoctor, FindsLossesOnTheNetwork) {
     EXPECT_THAT(result.Findings(), Contains(StartsWith("stream, packets -> try another cable")));
     EXPECT_THAT(result.Detail("stream, packets"),
                 AllOf(HasSubstr(" 0 were dropped by this machine: the network loses")));
+}
+
+TEST_F(ToolDoctor, FindsCamerasThatTakeLong) {
+    PlugCamera();
+    ASSERT_EQ(Run({"set", kCamera, "ExposureTime=5000000"}).exitCode, 0);
+    EXPECT_THAT(Doctor({kCamera}).Findings(),
+                Contains(std::string("stream, settings -> wait longer: zelcam grab ") + kCamera +
+                         " --timeout 10000"));
+}
+
+// The kernel counts these for the whole machine only, which has programs with packets of their own.
+TEST_F(ToolDoctor, FindsFullQueuesOfProcessors) {
+    constexpr const char* kFirst =
+        "0000ffff 0000000a 00000001 0 0\n00000001 00000010 00000002 0 0\n";
+    constexpr const char* kThen =
+        "0001ffff 0000001a 00000001 0 0\n00000002 00000011 00000004 0 0\n";
+    PlugCamera();
+    EXPECT_THAT(DoctorWhile("softnet_stat", kFirst, kThen).Findings(), IsEmpty());
+    Tell("set CAM LossEvery 50");
+    const DoctorResult result = DoctorWhile("softnet_stat", kFirst, kThen);
+    EXPECT_THAT(result.Findings(), AllOf(Contains("machine, kernel queues -> sudo sysctl -w "
+                                                  "net.core.netdev_max_backlog=10000"),
+                                         Not(Contains(StartsWith("stream, packets")))));
+    EXPECT_EQ(result.Detail("machine, kernel queues"), "17 packets dropped, 2 times out of time");
+}
+
+TEST_F(ToolDoctor, FindsFullSockets) {
+    PlugCamera("10.77.0.11/24", "", kLargeFrames);
+    const DoctorResult result = DoctorWithPause(false);
+    EXPECT_THAT(result.Findings(), Contains(StartsWith("stream, packets -> stop other programs")));
+    EXPECT_THAT(result.Detail("stream, packets"), HasSubstr("did not get the processor in time"));
+    const DoctorResult ofUser = DoctorWithPause(true);
+    const bool isSmall = !ofUser.Detail("stream, receive buffer").empty();
+    EXPECT_THAT(ofUser.Findings(),
+                Contains(StartsWith(std::string("stream, packets -> ") +
+                                    (isSmall ? "sudo sysctl -w net.core.rmem_max=33554432;"
+                                             : "stop other programs"))));
+}
+
+TEST_F(ToolDoctor, FindsLackOfBuffers) {
+    constexpr uint64_t kAllBuffers = 16 * kLargeFrame;
+    PlugCamera("10.77.0.11/24", "", kLargeFrames);
+    EXPECT_THAT(DoctorWithPausedThread(2 * kAllBuffers).Findings(),
+                Contains(StartsWith("stream, frames -> queue more buffers")));
+}
+
+#ifdef ZELCAM_FULL_RING
+TEST_F(ToolDoctor, FindsFullRings) {
+    SetVariable("LD_PRELOAD", ZELCAM_FULL_RING);
+    PlugCamera();
+    SetVariable("FULLRING_SIZE", "256");
+    const DoctorResult result = Doctor();
+    EXPECT_THAT(result.Findings(),
+                ElementsAre("adapter eth1, drops -> sudo ethtool -G eth1 rx 4096"));
+    EXPECT_THAT(result.Detail("adapter eth1, drops"),
+                HasSubstr("the ring holds 256 of at most 4096"));
+    SetVariable("FULLRING_SIZE", "4096");
+    EXPECT_THAT(Doctor({kCamera}).Findings(),
+                ElementsAre(StartsWith("adapter eth1, drops -> stop other programs")));
+}
+#endif
+
+TEST_F(ToolDoctor, FindsTheRightsForUsbCameras) {
+    Write("device", "");
+    std::filesystem::permissions(Path("device"), std::filesystem::perms::none);
+    SetVariable("USBCAMERA_DEVICE", Path("device"));
+    CoverEtc();
+    if (std::filesystem::exists("/usr/lib/udev")) Cover("/usr/lib/udev");
+    const std::vector<std::string> arguments = {"--producer", USB_CAMERA, "USB"};
+    EXPECT_THAT(DoctorOfUser(arguments).Findings(),
+                ElementsAre(StartsWith("camera USB, access -> install the package zelcam-tools")));
+    std::filesystem::create_directories("/etc/udev/rules.d");
+    std::ofstream("/etc/udev/rules.d/70-zelcam.rules") << "# comment\n";
+    EXPECT_THAT(DoctorOfUser(arguments).Findings(),
+                ElementsAre(StartsWith("camera USB, access -> log in at the machine itself")));
+    EXPECT_THAT(Doctor(arguments).Findings(), Not(Contains(HasSubstr("access")))) << "with rights";
 }
 
 }  // namespace

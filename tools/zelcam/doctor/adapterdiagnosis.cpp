@@ -122,8 +122,8 @@ Diagnosis CheckDrops(const Snapshot& snapshot, const AdapterFacts& adapter) {
     std::string detail = std::to_string(now.missed + now.overruns) +
                          " packets dropped because its ring was full, and " +
                          std::to_string(now.dropped) + " others";
-    std::string advice = "ip -s -s link show " + adapter.name +
-                         " tells which; interrupts of the adapter on another processor may help";
+    std::string advice =
+        isFull ? kFreeProcessor : "look which ones: ip -s -s link show " + adapter.name;
     if (adapter.ring) {
         detail += "; the ring holds " + std::to_string(adapter.ring->size) + " of at most " +
                   std::to_string(adapter.ring->largest);

@@ -41,7 +41,7 @@ Diagnosis CheckMissing(const Snapshot& snapshot) {
                      FirewallAdvice(snapshot, names.front(), 0));
 }
 
-Diagnosis CheckAccess(const CameraFacts& camera) {
+Diagnosis CheckAccess(const CameraFacts& camera, bool hasUsbRule) {
     if (camera.isFree) return Fine(About(camera), "access", "free");
     if (!camera.forceCommand.empty()) {
         return Found(About(camera), "access", Effect::NoCamera,
@@ -53,8 +53,10 @@ Diagnosis CheckAccess(const CameraFacts& camera) {
     if (camera.isUsb && camera.cannotBeReached) {
         return Found(About(camera), "access", Effect::NoCamera,
                      "this user may not open the USB device",
-                     "install the package zelcam-tools for its udev rule, log in at the machine, "
-                     "and plug the camera in again");
+                     hasUsbRule ? "log in at the machine itself, as the udev rule of zelcam-tools "
+                                  "lets only users open it who sit there"
+                                : "install the package zelcam-tools for its udev rule, and plug "
+                                  "the camera in again");
     }
     if (camera.cannotBeReached) {
         return Found(
@@ -87,9 +89,13 @@ Diagnosis CheckHeartbeat(const CameraFacts& camera, const TrialFacts& trial) {
     }
     const std::string words = "time-out " + std::to_string(*trial.heartbeatMs) + " ms";
     if (*trial.heartbeatMs >= kShortHeartbeatMs) return Fine(About(camera), "heartbeat", words);
+    // Another one that is set lasts until the camera is closed, and with control the default
+    // producer has asked for three seconds already.
     return Found(About(camera), "heartbeat", Effect::Loss,
-                 words + ": a short pause of the program loses the camera",
-                 "zelcam set " + camera.id + " GevHeartbeatTimeout=3000");
+                 words + ": a pause of its program for so long loses the camera",
+                 trial.controlFailure.empty() ? kFreeProcessor
+                                              : "let the program that controls the camera set "
+                                                "GevHeartbeatTimeout=3000");
 }
 
 // One in a hundred is no cause; fewer than a few are chance.
@@ -114,18 +120,15 @@ Diagnosis CheckCommands(const CameraFacts& camera, const TrialFacts& trial) {
 void DiagnoseCamera(const Snapshot& snapshot, const CameraFacts& camera,
                     std::vector<Diagnosis>& all) {
     const std::optional<TrialFacts>& trial = snapshot.trial;
-    all.push_back(CheckAccess(camera));
+    all.push_back(CheckAccess(camera, snapshot.machine.hasUsbRule));
     const bool isOnNetwork = camera.isGigE && !camera.isSimulated;
     if (isOnNetwork && !camera.cannotBeReached) all.push_back(CheckRoute(camera));
     if (!trial) return;
-    if (!trial->openFailure.empty()) {
-        if (camera.isFree) {
-            all.push_back(Found(About(camera), "open", Effect::NoFrame, trial->openFailure,
-                                "switch the camera off and on again"));
-        }
-        return;
+    if (camera.isFree && !trial->controlFailure.empty()) {
+        all.push_back(Found(About(camera), "open", Effect::NoFrame, trial->controlFailure,
+                            "switch the camera off and on again"));
     }
-    if (!isOnNetwork) return;
+    if (!isOnNetwork || !trial->isOpen) return;
     all.push_back(CheckHeartbeat(camera, *trial));
     all.push_back(CheckCommands(camera, *trial));
 }

@@ -98,7 +98,7 @@ bool DroppedHere(const Snapshot& snapshot) {
 std::string FirewallAdvice(const Snapshot& snapshot, const std::string& adapter, uint32_t camera) {
     const std::string address = camera != 0 ? DottedAddress(camera) : "";
     if (snapshot.machine.usesUfw) {
-        return "sudo ufw insert 1 allow in on " + adapter + " proto udp from " +
+        return "sudo ufw prepend allow in on " + adapter + " proto udp from " +
                (address.empty() ? "any port 3956" : address);
     }
     return "sudo nft insert rule inet filter input iifname " + adapter +

@@ -63,6 +63,15 @@ bool DroppedHere(const Snapshot& snapshot);
 // Lets what the cameras on that adapter send pass the firewall; `camera` 0: of all of them.
 std::string FirewallAdvice(const Snapshot& snapshot, const std::string& adapter, uint32_t camera);
 
+// More room for packets that a program has not read yet.
+constexpr const char* kRaiseReceiveLimit =
+    "sudo sysctl -w net.core.rmem_max=33554432; for good, copy "
+    "/usr/share/doc/zelcam-tools/examples/60-zelcam-gige.conf to /etc/sysctl.d/";
+
+// More time for the kernel and the program to receive.
+constexpr const char* kFreeProcessor =
+    "stop other programs, or give the camera's program a processor of its own (taskset)";
+
 // One line each.
 inline Diagnosis Fine(const std::string& about, const std::string& check,
                       const std::string& detail) {

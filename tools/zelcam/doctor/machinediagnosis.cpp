@@ -46,8 +46,7 @@ Diagnosis CheckReceiveLimit(const MachineFacts& machine) {
     return Found(kMachine, kName, Effect::Loss,
                  "net.core.rmem_max = " + limit +
                      " is too little for packets that a busy program has not read yet",
-                 "sudo sysctl -w net.core.rmem_max=33554432; for good, copy "
-                 "/usr/share/doc/zelcam-tools/examples/60-zelcam-gige.conf to /etc/sysctl.d/");
+                 kRaiseReceiveLimit);
 }
 
 // A slow or busy processor is normal, and a cause only where packets were dropped.
@@ -64,8 +63,7 @@ Diagnosis CheckProcessors(const Snapshot& snapshot) {
     if (machine.load > machine.processors) {
         return Found(kMachine, kName, Effect::Loss,
                      "packets were dropped while other programs had the processors: " + state,
-                     "stop other programs, or give the camera's program a processor of its own "
-                     "(taskset)");
+                     kFreeProcessor);
     }
     if (!governors.empty() && governors != "performance") {
         return Found(kMachine, kName, Effect::Loss,

@@ -1,6 +1,7 @@
 #include "tools/zelcam/doctor/machinereader.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -55,6 +56,13 @@ bool UfwIsOn() {
     return false;
 }
 
+bool HasUsbRule() {
+    constexpr std::array<const char*, 3> kFolders = {"/etc", "/usr/lib", "/lib"};
+    return std::any_of(kFolders.begin(), kFolders.end(), [](const char* folder) {
+        return access((std::string(folder) + "/udev/rules.d/70-zelcam.rules").c_str(), F_OK) == 0;
+    });
+}
+
 // Such a file has pairs of lines: "TcpExt: NAME NAME ...", "TcpExt: NUMBER NUMBER ...".
 uint64_t CountNamed(const std::string& text, const std::string& wanted) {
     std::istringstream lines(text);
@@ -82,13 +90,15 @@ MachineFacts ReadMachine() {
     machine.load = ReadLoad();
     machine.processors = static_cast<unsigned>(std::max(1L, sysconf(_SC_NPROCESSORS_ONLN)));
     machine.usesUfw = UfwIsOn();
+    machine.hasUsbRule = HasUsbRule();
     machine.searchedInterfaces = TextOrEmpty(std::getenv("ZELGEV_INTERFACES"));
     return machine;
 }
 
-KernelCounts KernelCountsIn(const std::string& softnet, const std::string& netstat) {
+KernelCounts ReadKernelCounts() {
     KernelCounts counts;
-    std::istringstream lines(softnet);  // one for each processor, in hexadecimal digits
+    // A line for each processor, in hexadecimal digits.
+    std::istringstream lines(ReadText("/proc/net/softnet_stat").value_or(""));
     for (std::string line; std::getline(lines, line);) {
         std::istringstream numbers(line);
         uint64_t processed = 0;
@@ -98,13 +108,9 @@ KernelCounts KernelCountsIn(const std::string& softnet, const std::string& netst
         counts.backlogDrops += dropped;
         counts.squeezes += squeezed;
     }
-    counts.reversePathDrops = CountNamed(netstat, "IPReversePathFilter");
+    counts.reversePathDrops =
+        CountNamed(ReadText("/proc/net/netstat").value_or(""), "IPReversePathFilter");
     return counts;
-}
-
-KernelCounts ReadKernelCounts() {
-    return KernelCountsIn(ReadText("/proc/net/softnet_stat").value_or(""),
-                          ReadText("/proc/net/netstat").value_or(""));
 }
 
 }  // namespace ZelTool

@@ -60,6 +60,7 @@ struct MachineFacts {
     unsigned processors = 1;
     KernelCounts meanwhile;
     bool usesUfw = false;            // ufw makes the rules of the firewall
+    bool hasUsbRule = false;         // udev lets users at the machine open USB cameras
     std::string searchedInterfaces;  // ZELGEV_INTERFACES
     std::string producerProblem;     // why no producer looks for cameras; empty if one does
 };
@@ -97,9 +98,9 @@ struct CommandCounts {
 
 // The camera opened, and a short stream. Numbers that producer and camera do not tell are missing.
 struct TrialFacts {
-    std::string openFailure;  // empty if it was opened
-    bool hasControl = true;
-    std::string streamFailure;  // why the stream could not be tried; empty if it was
+    bool isOpen = false;         // with control, or else to be read only
+    std::string controlFailure;  // why it has no control; empty if it has
+    std::string streamFailure;   // why the stream could not be tried; empty if it was
     std::optional<uint64_t> heartbeatMs;
     std::optional<CommandCounts> commands;
     std::optional<uint64_t> ownPacketSize;      // of the camera, before the stream was opened

@@ -99,8 +99,7 @@ Diagnosis CheckReceiveBuffer(const TrialFacts& trial) {
     if (*trial.receiveBuffer >= needed) return Fine(kStream, kName, words);
     return Found(kStream, kName, Effect::Loss,
                  words + ", but frames of this size want " + std::to_string(needed),
-                 "sudo sysctl -w net.core.rmem_max=33554432; for good, copy "
-                 "/usr/share/doc/zelcam-tools/examples/60-zelcam-gige.conf to /etc/sysctl.d/");
+                 kRaiseReceiveLimit);
 }
 
 Diagnosis CheckPackets(const Snapshot& snapshot, const CameraFacts& camera,
@@ -113,9 +112,10 @@ Diagnosis CheckPackets(const Snapshot& snapshot, const CameraFacts& camera,
                               std::to_string(counts.lost) + " are lost, " +
                               std::to_string(counts.socketDrops) + " were dropped by this machine";
     if (counts.socketDrops > 0) {
+        const bool hadRoom = trial.receiveBuffer.value_or(0) >= NeededBuffer(trial.frameSize);
         return Found(kStream, kName, Effect::Loss,
                      words + ": the receiving thread did not get the processor in time",
-                     "sudo sysctl -w net.core.rmem_max=33554432, and run fewer programs beside");
+                     hadRoom ? kFreeProcessor : kRaiseReceiveLimit);
     }
     if (HasGaps(counts)) {
         if (DroppedHere(snapshot)) return Fine(kStream, kName, words + ", see above");
@@ -131,9 +131,9 @@ Diagnosis CheckPackets(const Snapshot& snapshot, const CameraFacts& camera,
 
 std::vector<Diagnosis> DiagnoseStream(const Snapshot& snapshot) {
     const CameraFacts* const camera = ChosenCamera(snapshot);
-    if (camera == nullptr || !snapshot.trial || !snapshot.trial->openFailure.empty()) return {};
+    if (camera == nullptr || !snapshot.trial || !snapshot.trial->isOpen) return {};
     const TrialFacts& trial = *snapshot.trial;
-    if (!trial.hasControl) {
+    if (!trial.controlFailure.empty()) {
         return {NotKnown(kStream, "frames", "the camera is open read-only, and was not started")};
     }
     if (!trial.streamFailure.empty()) {

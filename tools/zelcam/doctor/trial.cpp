@@ -131,11 +131,11 @@ class StreamTrial {
 // With control, or to read only. Nothing when that fails, too.
 void Open(const Camera& camera, std::optional<OpenedCamera>& opened, TrialFacts& facts) {
     const auto refusal = FailureOf([&] { opened.emplace(camera, "control"); });
-    if (!refusal) return;
-    facts.hasControl = false;
-    if (FailureOf([&] { opened.emplace(camera, "readonly"); })) {
-        facts.openFailure = FirstLine(refusal->what());
+    if (refusal) {
+        facts.controlFailure = FirstLine(refusal->what());
+        FailureOf([&] { opened.emplace(camera, "readonly"); });
     }
+    facts.isOpen = opened.has_value();
 }
 
 }  // namespace
@@ -146,7 +146,7 @@ TrialFacts TryCamera(const Camera& camera) {
     Open(camera, opened, facts);
     if (!opened) return facts;
     FailureOf([&] { facts.heartbeatMs = HeartbeatOf(opened->Features(Module::Camera)); });
-    if (facts.hasControl) {
+    if (facts.controlFailure.empty()) {
         const auto failure = FailureOf([&] { StreamTrial(*opened, facts).Run(); });
         if (failure) facts.streamFailure = FirstLine(failure->what());
     }

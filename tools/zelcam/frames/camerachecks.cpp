@@ -179,7 +179,7 @@ class CameraChecks {
         finding << feature.GetName() << " is " << number << (unit.empty() ? "" : " ") << unit
                 << remark;
         Add(ms < static_cast<double>(timeoutMs_), finding.str(),
-            "wait longer: --timeout " +
+            "wait longer: zelcam grab " + cameraId_ + " --timeout " +
                 std::to_string(std::llround(std::fmin(2 * ms, kLongestMs))));
     }
 
