@@ -12,6 +12,7 @@
 #include <sstream>
 #include <sys/mount.h>
 #include <sys/ptrace.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
@@ -235,6 +236,14 @@ void DoctorTest::CoverEtc() {
     WriteTo(kLibraries, libraries.str());
 }
 
+bool DoctorTest::MayExceedLimits() {
+    const int descriptor = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    const int size = 1 << 20;
+    const bool may = setsockopt(descriptor, SOL_SOCKET, SO_RCVBUFFORCE, &size, sizeof size) == 0;
+    close(descriptor);
+    return may;
+}
+
 int DoctorTest::StartDoctor(const std::vector<std::string>& arguments, bool ofUser) {
     std::vector<std::string> all = {"doctor", "--json"};
     if (ofUser) {
@@ -245,11 +254,11 @@ int DoctorTest::StartDoctor(const std::vector<std::string>& arguments, bool ofUs
     return Start(all, ofUser ? kSetpriv : ZELCAM_TOOL);
 }
 
-DoctorResult DoctorTest::Doctor(std::vector<std::string> arguments) {
+DoctorResult DoctorTest::Doctor(const std::vector<std::string>& arguments) {
     return {Wait(StartDoctor(arguments, false))};
 }
 
-DoctorResult DoctorTest::DoctorOfUser(std::vector<std::string> arguments) {
+DoctorResult DoctorTest::DoctorOfUser(const std::vector<std::string>& arguments) {
     return {Wait(StartDoctor(arguments, true))};
 }
 

@@ -50,11 +50,15 @@ class DoctorTest : public ToolTest {
     // Covers /etc, but for what programs need to start.
     void CoverEtc();
 
-    DoctorResult Doctor(std::vector<std::string> arguments = {});
+    // Whether the doctor may have larger buffers than the machine's limit: not as the root of a
+    // user namespace.
+    static bool MayExceedLimits();
+
+    DoctorResult Doctor(const std::vector<std::string>& arguments = {});
 
     // As an ordinary user, who may open no files of others, and have no larger buffers than the
     // machine's limit.
-    DoctorResult DoctorOfUser(std::vector<std::string> arguments = {});
+    DoctorResult DoctorOfUser(const std::vector<std::string>& arguments = {});
 
     // A file of /proc/net that holds `then` after the doctor has begun to read `first` in it.
     DoctorResult DoctorWhile(const std::string& file, const std::string& first,

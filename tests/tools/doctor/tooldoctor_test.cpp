@@ -19,8 +19,8 @@ namespace {
 
 constexpr int kFound = 10;
 
-constexpr uint64_t kLargeFrame = 1024 * 1024;
-constexpr const char* kLargeFrames = R"(width="1024" height="1024" frameRate="40")";
+// Two of them take more than the usual limits of receive buffers.
+constexpr const char* kLargeFrames = R"(width="2048" height="2048" frameRate="10")";
 
 using ToolDoctor = DoctorTest;
 
@@ -199,7 +199,7 @@ TEST_F(ToolDoctor, FindsSmallLimitsOfReceiveBuffers) {
     std::ifstream limit("/proc/sys/net/core/rmem_max");
     uint64_t bytes = 0;
     if (limit >> bytes && bytes <= 8U << 20) {
-        PlugCamera("10.77.0.11/24", "", R"(width="2048" height="2048" frameRate="5")");
+        PlugCamera("10.77.0.11/24", "", kLargeFrames);
         const DoctorResult camera = DoctorOfUser({kCamera});
         EXPECT_THAT(camera.Findings(),
                     Contains(StartsWith(std::string("stream, receive buffer") + kAdvice)));
@@ -209,7 +209,9 @@ TEST_F(ToolDoctor, FindsSmallLimitsOfReceiveBuffers) {
     Replace("/proc/sys/net/core/rmem_max", "212992\n");
     EXPECT_THAT(DoctorOfUser().Findings(),
                 ElementsAre(StartsWith(std::string("machine, receive buffers") + kAdvice)));
-    EXPECT_THAT(Doctor().Findings(), IsEmpty()) << "with the right to exceed it";
+    if (MayExceedLimits()) {
+        EXPECT_THAT(Doctor().Findings(), IsEmpty());
+    }
 
     // What hides cameras comes first, also behind a loss.
     Here("ip link set eth1 down");
@@ -281,6 +283,9 @@ TEST_F(ToolDoctor, FindsCamerasThatWaitForATrigger) {
 
 TEST_F(ToolDoctor, FindsLossesOnTheNetwork) {
     PlugCamera();
+    Tell("set CAM LateBlocks 1");
+    EXPECT_THAT(Doctor({kCamera}).Findings(), IsEmpty()) << "a packet of each frame is only slow";
+    Tell("set CAM LateBlocks 0");
     Here("nft add table netdev path");
     Here("nft 'add chain netdev path in { type filter hook ingress device eth1 priority 0; }'");
     Here("nft add rule netdev path in udp sport '!=' 3956 numgen random mod 100 '<' 2 drop");
@@ -316,20 +321,20 @@ TEST_F(ToolDoctor, FindsFullQueuesOfProcessors) {
 
 TEST_F(ToolDoctor, FindsFullSockets) {
     PlugCamera("10.77.0.11/24", "", kLargeFrames);
-    const DoctorResult result = DoctorWithPause(false);
-    EXPECT_THAT(result.Findings(), Contains(StartsWith("stream, packets -> stop other programs")));
-    EXPECT_THAT(result.Detail("stream, packets"), HasSubstr("did not get the processor in time"));
-    const DoctorResult ofUser = DoctorWithPause(true);
-    const bool isSmall = !ofUser.Detail("stream, receive buffer").empty();
-    EXPECT_THAT(ofUser.Findings(),
-                Contains(StartsWith(std::string("stream, packets -> ") +
-                                    (isSmall ? "sudo sysctl -w net.core.rmem_max=33554432;"
-                                             : "stop other programs"))));
+    for (const bool ofUser : {true, false}) {
+        const DoctorResult result = DoctorWithPause(ofUser);
+        const bool isSmall = !result.Detail("stream, receive buffer").empty();
+        EXPECT_THAT(result.Findings(),
+                    Contains(StartsWith(std::string("stream, packets -> ") +
+                                        (isSmall ? "sudo sysctl -w net.core.rmem_max=33554432;"
+                                                 : "stop other programs"))));
+        EXPECT_THAT(result.Detail("stream, packets"), HasSubstr("get the processor in time"));
+    }
 }
 
 TEST_F(ToolDoctor, FindsLackOfBuffers) {
-    constexpr uint64_t kAllBuffers = 16 * kLargeFrame;
-    PlugCamera("10.77.0.11/24", "", kLargeFrames);
+    constexpr uint64_t kAllBuffers = uint64_t{16} * 640 * 480;
+    PlugCamera("10.77.0.11/24", "", R"(width="640" height="480" frameRate="100")");
     EXPECT_THAT(DoctorWithPausedThread(2 * kAllBuffers).Findings(),
                 Contains(StartsWith("stream, frames -> queue more buffers")));
 }
