@@ -107,6 +107,19 @@ GevConnection::GevConnection(ConnectionTarget target, GenTL::DEVICE_ACCESS_FLAGS
                    }) {
     Connect(0);
     if (controls_) TakeControl(CcpOf(access, settings.switchoverKey));
+    try {
+        SetUp();
+    } catch (...) {
+        Close();  // or else it stays ours until its heartbeat ends
+        throw;
+    }
+}
+
+GevConnection::~GevConnection() {
+    Close();
+}
+
+void GevConnection::SetUp() {
     facts_ = ReadFacts(channel_->port);
     channel_->port.SetCapabilities(facts_.gvcpCapabilities);
     StartHeartbeat();
@@ -119,10 +132,6 @@ GevConnection::GevConnection(ConnectionTarget target, GenTL::DEVICE_ACCESS_FLAGS
     channel_->engine.SetDeadline(std::nullopt);
     isOpen_ = true;
     if (channel_->engine.IsLost()) throw Error(GenTL::GC_ERR_IO, "the camera was lost at once");
-}
-
-GevConnection::~GevConnection() {
-    Close();
 }
 
 void GevConnection::Connect(uint16_t localPort) {

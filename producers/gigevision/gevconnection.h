@@ -97,6 +97,7 @@ class GevConnection final : public ZelCti::Connection, private DeviceLink {
     void Connect(uint16_t localPort);
     void TakeControl(uint32_t ccp);
     bool TakePortOfPredecessor(const ZelCti::Endpoint& holder);
+    void SetUp();
     void StartHeartbeat();
     void FollowHeartbeatTimeout();
     void OpenMessageChannel();

@@ -238,15 +238,16 @@ TEST_F(ToolDoctor, FindsCamerasThatAreListedButDoNotAnswer) {
     EXPECT_THAT(result.Detail("cameras, answer"), HasSubstr("there is no camera \"nobody\""));
 }
 
-// Registers that cannot be used: the port of the stream and the heartbeat time-out.
+// Registers that cannot be used: the heartbeat time-out and the port of the stream. A camera that
+// could not be opened is free again.
 TEST_F(ToolDoctor, FindsCamerasThatRefuse) {
     PlugCamera();
-    Tell("set CAM ErrorAddress 0xd00");
-    EXPECT_THAT(Doctor({kCamera}).Findings(),
-                ElementsAre("stream, acquisition -> switch the camera off and on again"));
     Tell("set CAM ErrorAddress 0x938");
     EXPECT_THAT(Doctor({kCamera}).Findings(),
                 ElementsAre(Camera("open -> switch the camera off and on again")));
+    Tell("set CAM ErrorAddress 0xd00");
+    EXPECT_THAT(Doctor({kCamera}).Findings(),
+                ElementsAre("stream, acquisition -> switch the camera off and on again"));
 }
 
 TEST_F(ToolDoctor, FindsOtherControllersAndTheirHeartbeat) {
