@@ -298,6 +298,10 @@ class HostInterface {
     virtual void UpdateCameras(Deadline deadline) = 0;
     virtual std::shared_ptr<const CameraList> Cameras() const = 0;
 
+    // Whether Cameras() tells what is there. If not, the server searches once for consumers that
+    // list cameras without an update.
+    virtual bool HasSearched() const { return true; }
+
     // Adds the features that only interface modules of this transport have; see
     // Connection::AddFeatures.
     virtual void AddFeatures(FeatureTable& /*features*/, const SelectedCamera& /*camera*/) {}

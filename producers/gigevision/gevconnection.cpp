@@ -186,7 +186,7 @@ void GevConnection::OpenMessageChannel() {
     RegisterPort& port = channel_->port;
     Endpoint source{target_.place.camera.address, 0};
     if ((facts_.messageCapabilities & Gev::MessageChannelCapability::kMcsp) != 0)
-        source.port = static_cast<uint16_t>(port.ReadRegister(Gev::kMcsp.address));
+        source.port = static_cast<uint16_t>(TryRead(port, Gev::kMcsp.address).value_or(0));
     auto messages = std::make_unique<MessageReceiver>(
         target_.place.hostAddress, source,
         [this](uint16_t id, ByteView message) { ReportEvent(id, message); });

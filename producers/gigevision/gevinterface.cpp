@@ -109,12 +109,18 @@ std::shared_ptr<const CameraList> GevInterface::Cameras() const {
     return cameras_;
 }
 
+bool GevInterface::HasSearched() const {
+    const std::lock_guard lock(mutex_);
+    return hasSearched_;
+}
+
 void GevInterface::UpdateCameras(ZelCti::Deadline deadline) {
     if (adapter_ == kNoAdapter) return;
     CameraList cameras;
     for (const ListedCamera& listed : discovery_->Search(adapter_, deadline))
         cameras.push_back(objects_->For(listed));
     const std::lock_guard lock(mutex_);
+    hasSearched_ = true;
     if (cameras != *cameras_) cameras_ = std::make_shared<const CameraList>(std::move(cameras));
 }
 

@@ -47,6 +47,7 @@ class GevInterface final : public ZelCti::HostInterface, private ZelCti::GigeHos
     const ZelCti::InterfaceInfo& Info() const override { return info_; }
     void UpdateCameras(ZelCti::Deadline deadline) override;
     std::shared_ptr<const ZelCti::CameraList> Cameras() const override;
+    bool HasSearched() const override;
     void AddFeatures(ZelCti::FeatureTable& features, const SelectedCamera& camera) override;
 
   private:
@@ -64,6 +65,7 @@ class GevInterface final : public ZelCti::HostInterface, private ZelCti::GigeHos
     const std::shared_ptr<CameraObjects> objects_;
     mutable std::mutex mutex_;
     std::shared_ptr<const ZelCti::CameraList> cameras_;  // guarded by mutex_
+    bool hasSearched_ = false;                           // guarded by mutex_
 };
 
 }  // namespace ZelGev

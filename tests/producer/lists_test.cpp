@@ -105,6 +105,26 @@ TEST_F(ListTest, AnUpdateHasTheTimeThatTheClientGives) {
     EXPECT_EQ(host->lastDeadline, ZelCti::Deadline::max());
 }
 
+TEST_F(ListTest, ConsumersThatDoNotUpdateFindCameras) {
+    host = std::make_shared<ScriptedInterface>("I");
+    host->present = {camera};
+    host->needsSearch = true;
+    Use({std::make_shared<ScriptedTransport>(InterfaceList{host})});
+    EXPECT_TRUE(InterfacesChange());
+    interface = OpenInterface("I");
+    EXPECT_EQ(host->lastDeadline, ZelCti::Deadline{}) << "opening searches for nothing";
+    const auto before = std::chrono::steady_clock::now();
+    DEV_HANDLE opened = nullptr;
+    EXPECT_EQ(Open(interface, DEVICE_ACCESS_EXCLUSIVE, &opened), GC_ERR_SUCCESS);
+    EXPECT_LE(host->lastDeadline, std::chrono::steady_clock::now() + std::chrono::seconds(1));
+    EXPECT_GE(host->lastDeadline, before);
+
+    host->present.push_back(std::make_shared<ScriptedCamera>("D"));
+    EXPECT_THAT(DeviceIds(interface), ElementsAre("C")) << "one search is enough";
+    EXPECT_TRUE(CamerasChange()) << "the first update reports what is there";
+    EXPECT_THAT(DeviceIds(interface), ElementsAre("C", "D"));
+}
+
 TEST_F(ListTest, ACameraThatComesBackIsAnotherOne) {
     OpenCamera();
     EXPECT_TRUE(CamerasChange());

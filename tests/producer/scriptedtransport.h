@@ -122,11 +122,13 @@ class ScriptedInterface final : public ZelCti::HostInterface {
     const ZelCti::InterfaceInfo& Info() const override { return info; }
     void UpdateCameras(ZelCti::Deadline deadline) override;
     std::shared_ptr<const ZelCti::CameraList> Cameras() const override { return cameras_; }
+    bool HasSearched() const override { return !needsSearch || lastDeadline != ZelCti::Deadline{}; }
     void AddFeatures(ZelCti::FeatureTable& features, const SelectedCamera& camera) override {
         rows(features, camera);
     }
 
     ZelCti::InterfaceInfo info;
+    bool needsSearch = false;         // to find cameras
     ZelCti::CameraList present;       // what the next update finds
     ZelCti::Deadline lastDeadline{};  // of an update
     std::function<void(ZelCti::FeatureTable&, const SelectedCamera&)> rows = [](auto&, auto&) {};

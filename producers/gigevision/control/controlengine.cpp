@@ -169,7 +169,7 @@ void ControlEngine::Serve() {
         lock.unlock();
         Wait(deadline, messages);
         if (messages != nullptr) {
-            messages->ReceiveAll();
+            messages->Receive();
             messages->KeepFirewallOpen(Now());
         }
         lock.lock();

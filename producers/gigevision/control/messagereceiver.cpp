@@ -14,16 +14,21 @@ namespace {
 // Connection tracking forgets a flow of datagrams after 30 seconds.
 constexpr std::chrono::seconds kOpeningPeriod{15};
 
+// More at once would keep heartbeats waiting.
+constexpr int kMostAtOnce = 64;
+
 }  // namespace
 
 MessageReceiver::MessageReceiver(uint32_t hostAddress, const Endpoint& camera,
                                  EventInbox::Deliver deliver)
     : socket_({hostAddress, 0}, "", false), camera_(camera), inbox_(std::move(deliver)) {}
 
-void MessageReceiver::ReceiveAll() {
+void MessageReceiver::Receive() {
     std::array<uint8_t, EventInbox::kMaxMessageSize> memory;
     std::array<uint8_t, Gvcp::kHeaderSize> answer;
-    while (const auto datagram = socket_.Receive({memory.data(), memory.size()})) {
+    for (int i = 0; i < kMostAtOnce; ++i) {
+        const auto datagram = socket_.Receive({memory.data(), memory.size()});
+        if (!datagram) return;
         // Others could put words into the camera's mouth.
         if (datagram->from.address != camera_.address || datagram->size > memory.size()) continue;
         const size_t size =

@@ -20,7 +20,8 @@ class MessageReceiver {
     uint16_t Port() const { return socket_.Port(); }
     int Descriptor() const { return socket_.Descriptor(); }
 
-    void ReceiveAll();
+    // Handles datagrams that wait, up to a limit.
+    void Receive();
 
     // Firewalls let pass what answers a datagram of ours, for a while: sends one when it is time.
     void KeepFirewallOpen(Time now);

@@ -14,6 +14,10 @@ using ZelCti::Error;
 
 namespace {
 
+bool IsSilence(const Error& error) {
+    return error.Code() == GenTL::GC_ERR_IO || error.Code() == GenTL::GC_ERR_TIMEOUT;
+}
+
 // A register that older cameras do not have.
 uint32_t ReadOptional(RegisterPort& port, const Gev::Register& reg) {
     try {
@@ -61,8 +65,17 @@ bool TryWrite(RegisterPort& port, uint32_t address, uint32_t value) {
         port.WriteRegister(address, value);
         return true;
     } catch (const Error& error) {
-        if (error.Code() == GenTL::GC_ERR_IO || error.Code() == GenTL::GC_ERR_TIMEOUT) throw;
+        if (IsSilence(error)) throw;
         return false;
+    }
+}
+
+std::optional<uint32_t> TryRead(RegisterPort& port, uint32_t address) {
+    try {
+        return port.ReadRegister(address);
+    } catch (const Error& error) {
+        if (IsSilence(error)) throw;
+        return std::nullopt;
     }
 }
 

@@ -31,8 +31,9 @@ bool TakeControl(RegisterPort& port, uint32_t ccp);
 // Who has control; none when nobody has it, or when the camera does not say it.
 std::optional<ZelCti::Endpoint> ReadHolder(RegisterPort& port);
 
-// Returns false when the camera refuses it. Throws when it does not answer.
+// Return false or none when the camera refuses it. Throw when it does not answer.
 bool TryWrite(RegisterPort& port, uint32_t address, uint32_t value);
+std::optional<uint32_t> TryRead(RegisterPort& port, uint32_t address);
 
 // Makes the camera say that commands take longer, and more of why it refuses others; and ends
 // streams and messages that were left by a controller that is gone.

@@ -24,6 +24,15 @@ AllShares& All() {
     return all;
 }
 
+// Cameras lack registers, which is no reason not to stream.
+std::optional<uint32_t> TryRead(DeviceLink& link, uint32_t address) {
+    try {
+        return link.ReadRegister(address);
+    } catch (const Error&) {
+        return std::nullopt;
+    }
+}
+
 }  // namespace
 
 uint32_t DelayOfShare(size_t packetSize, size_t numStreams, uint32_t linkSpeed,
@@ -42,9 +51,9 @@ uint32_t DelayOfShare(size_t packetSize, size_t numStreams, uint32_t linkSpeed,
 
 LinkShare::LinkShare(DeviceLink& link, uint32_t channel, size_t packetSize)
     : link_(link), channel_(channel), packetSize_(packetSize) {
-    delayBefore_ = link.ReadRegister(Gev::kScpd.At(channel));
+    delayBefore_ = TryRead(link, Gev::kScpd.At(channel));
     if ((link.Capabilities() & Gev::GvcpCapability::kLinkSpeed) != 0)
-        cameraSpeed_ = link.ReadRegister(Gev::kLinkSpeed.At(0));
+        cameraSpeed_ = TryRead(link, Gev::kLinkSpeed.At(0)).value_or(0);
     const std::lock_guard lock(All().mutex);
     All().shares.push_back(this);
     ShareAnew(link.Place());
@@ -55,7 +64,8 @@ LinkShare::~LinkShare() {
     auto& shares = All().shares;
     shares.erase(std::find(shares.begin(), shares.end(), this));
     try {
-        if (!link_.IsLost()) link_.WriteRegister(Gev::kScpd.At(channel_), delayBefore_);
+        if (delayBefore_ && !link_.IsLost())
+            link_.WriteRegister(Gev::kScpd.At(channel_), *delayBefore_);
     } catch (const Error&) {
         // It keeps its delay.
     }

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 #include "producers/gigevision/base/devicelink.h"
 
@@ -15,8 +16,8 @@ uint32_t DelayOfShare(size_t packetSize, size_t numStreams, uint32_t linkSpeed,
                       uint32_t cameraSpeed, uint64_t tickFrequency);
 
 // A stream that shares the link of a network adapter with the others of this process that do so.
-// Whenever one comes or goes, the cameras of all get other delays between packets (SCPD), which
-// those keep that cannot have them. A stream that goes leaves the delay that it found. Reentrant.
+// Whenever one comes or goes, the cameras of all get other delays between packets (SCPD), but
+// for those that cannot wait. A stream that goes leaves the delay that it found. Reentrant.
 class LinkShare {
   public:
     // The link outlives the share.
@@ -35,7 +36,7 @@ class LinkShare {
     const uint32_t channel_;
     const size_t packetSize_;
     uint32_t cameraSpeed_ = 0;
-    uint32_t delayBefore_ = 0;
+    std::optional<uint32_t> delayBefore_;  // none when the camera cannot wait between packets
 };
 
 }  // namespace ZelGev

@@ -82,7 +82,6 @@ void Reception::Start(uint64_t numFrames, const ReceptionSettings& settings, Sou
     receiver_.SetTickFrequency(link_.TickFrequency());
     receiver_.Start(numFrames);
     numDroppedHere_ = 0;
-    mostInNap_ = NumPackets(source_.socket->BufferSize(), source_.packetSize) / kNapShare;
     order_ = Order::Run;
     stopTime_.reset();
     nextOpening_ = {};
@@ -149,11 +148,12 @@ void Reception::ReceiveFrames() {
 bool Reception::IsOver(bool isMore) {
     const Order order = order_;
     if (order == Order::Kill || isLost_) return true;
-    if (order == Order::Run || isMore) return false;
+    if (order == Order::Run) return false;
     if (!stopTime_) {
         stopTime_ = now_ + kMaxStop;
         numEndedAtStop_ = NumEnded(receiver_.Statistics());
     }
+    if (isMore) return now_ >= *stopTime_;
     return !receiver_.HasOpenFrames() || NumEnded(receiver_.Statistics()) != numEndedAtStop_ ||
            now_ >= *stopTime_ || now_ - lastPacket_ >= kStopSilence;
 }
@@ -162,6 +162,7 @@ bool Reception::IsOver(bool isMore) {
 void Reception::LookAround() {
     nextLook_ = now_ + kLookPeriod;
     Report();
+    mostInNap_ = NumPackets(source_.socket->BufferSize(), source_.packetSize) / kNapShare;
     isLost_ = link_.IsLost();
     if (now_ < nextOpening_) return;
     nextOpening_ = now_ + kFirewallPeriod;

@@ -32,10 +32,24 @@ Interface::Interface(std::shared_ptr<HostInterface> host, Handle client, Claim c
       host_(std::move(host)),
       client_(client),
       claim_(std::move(claim)),
+      hasList_(host_->HasSearched()),
       cameras_(host_->Cameras()) {}
+
+Snapshot<Camera>& Interface::Cameras() {
+    const std::lock_guard lock(firstMutex_);
+    if (hasList_) return cameras_;
+    if (!host_->HasSearched()) host_->UpdateCameras(WaitPoint::After(kUpdateMs));
+    cameras_.Show(host_->Cameras());
+    hasList_ = true;
+    return cameras_;
+}
 
 bool Interface::UpdateCameras(Deadline deadline) {
     host_->UpdateCameras(deadline);
+    {
+        const std::lock_guard lock(firstMutex_);
+        hasList_ = true;
+    }
     return cameras_.Update(host_->Cameras());
 }
 
@@ -91,13 +105,13 @@ void Interface::AddEnumeration(FeatureTable& features) {
         .Apply(selected.trait);
 }
 
-void Interface::GetDeviceInfo(const char* id, Answer answer) const {
-    AnswerInfo(*cameras_.Find(id), client_, answer);
+void Interface::GetDeviceInfo(const char* id, Answer answer) {
+    AnswerInfo(*Cameras().Find(id), client_, answer);
 }
 
 Handle Interface::OpenDevice(const std::shared_ptr<Interface>& interface, const char* id,
                              GenTL::DEVICE_ACCESS_FLAGS access) {
-    const std::shared_ptr<Camera> camera = interface->cameras_.Find(id);
+    const std::shared_ptr<Camera> camera = interface->Cameras().Find(id);
     const auto device = std::make_shared<Device>(camera, access, interface->client_);
     return Library::Instance().Handles().Open(device, interface);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <mutex>
 
 #include "producers/server/base/claim.h"
 #include "producers/server/modules/infos.h"
@@ -20,9 +21,10 @@ class Interface final : public LocalModule {
     Interface(std::shared_ptr<HostInterface> host, Handle client, Claim claim);
 
     void GetInfo(Answer answer) const { AnswerInfo(*host_, answer); }
-    Snapshot<Camera>& Cameras() { return cameras_; }
+    // Searches for cameras when nobody has done so yet, for about a second at most.
+    Snapshot<Camera>& Cameras();
     bool UpdateCameras(Deadline deadline);
-    void GetDeviceInfo(const char* id, Answer answer) const;
+    void GetDeviceInfo(const char* id, Answer answer);
 
     static Handle OpenDevice(const std::shared_ptr<Interface>& interface, const char* id,
                              GenTL::DEVICE_ACCESS_FLAGS access);
@@ -37,6 +39,8 @@ class Interface final : public LocalModule {
     const std::shared_ptr<HostInterface> host_;
     const Handle client_;  // the system module
     Claim claim_;
+    std::mutex firstMutex_;  // guards hasList_, and is held during a first search
+    bool hasList_;
     Snapshot<Camera> cameras_;
     Selector<Camera> selected_{cameras_};
 };

@@ -17,8 +17,9 @@ namespace ZelCti {
 constexpr uint64_t kUpdateMs = 1000;  // the time for an update that a feature asks for
 
 // The interfaces or cameras that a module lists: what was there at its last update. A module just
-// opened lists what is there already, for consumers that do not update; its first update still
-// reports a change when there is anything, for those that list only upon a change. T has an Id(),
+// opened lists what is there already, or what a first search shows, for consumers that do not
+// update; its first update still reports a change when there is anything, for those that list only
+// upon a change. T has an Id(),
 // which no other item has, and which never changes. Thread-safe.
 template <typename T>
 class Snapshot {
@@ -31,10 +32,15 @@ class Snapshot {
     bool Update(std::shared_ptr<const Items> items) {
         const std::lock_guard lock(mutex_);
         const bool changed = items != reported_ && *items != *reported_;
-        if (items != items_) byId_.clear();
-        items_ = std::move(items);
+        Set(std::move(items));
         reported_ = items_;
         return changed;
+    }
+
+    // The items of a search that is no update.
+    void Show(std::shared_ptr<const Items> items) {
+        const std::lock_guard lock(mutex_);
+        Set(std::move(items));
     }
 
     uint32_t Count() const {
@@ -58,6 +64,11 @@ class Snapshot {
     }
 
   private:
+    void Set(std::shared_ptr<const Items> items) {
+        if (items != items_) byId_.clear();
+        items_ = std::move(items);
+    }
+
     void IndexById() const {
         for (size_t i = 0; i < items_->size(); ++i)
             byId_.emplace((*items_)[i]->Id(), i);

@@ -36,6 +36,11 @@ TEST_F(SlowCamera, IsListed) {
     EXPECT_THAT(ids, ElementsAre(kSlow, "GEV-02ff00000001"));
 }
 
+// Nothing in it asks for a search, and the camera that answers at once is enough.
+TEST_F(SlowCamera, KeepsNoProgramWaiting) {
+    EXPECT_EQ(Run({}, ZELCAM_ONE_PICTURE).out, "64 x 48 pixels\n");
+}
+
 struct Use {
     std::vector<std::string> arguments;
     std::string answer;
