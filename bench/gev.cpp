@@ -109,7 +109,7 @@ void MeasureOrdinaryUser(Report& report, const BenchNetwork& network, bool isLon
     MeasureLoss(report, network, name + ", half the buffer", cameras, reception, std::nullopt);
 }
 
-void MeasureFaults(Report& report, const BenchNetwork& network, bool isLong) {
+void MeasureFaults(Report& report, const BenchNetwork& network) {
     struct Fault {
         const char* name;
         const char* switches;
@@ -128,7 +128,7 @@ void MeasureFaults(Report& report, const BenchNetwork& network, bool isLong) {
                 const bool isOurs = program == GevProgram::Library;
                 GevReception reception;
                 reception.program = program;
-                reception.seconds = isOurs && isLong ? 30 : 5;
+                reception.seconds = 5;
                 reception.socketBuffer = kDebianBuffer;
                 MeasureLoss(report, network, std::string(fault.name) + ", " + PacketsOf(packetSize),
                             cameras, reception, isOurs ? std::optional(0.0) : std::nullopt);
@@ -230,8 +230,7 @@ double HighestRate(const BenchNetwork& network, GevCameras cameras, GevProgram p
     return kLowest * std::pow(kStep, good);
 }
 
-void MeasureHighestRate(Report& report, const BenchNetwork& network, bool isLong) {
-    const int rounds = isLong ? kGevRounds : 1;
+void MeasureHighestRate(Report& report, const BenchNetwork& network) {
     for (const uint32_t packetSize : {1500U, 9000U}) {
         for (const bool joined : {false, true}) {
             GevCameras cameras;
@@ -240,11 +239,9 @@ void MeasureHighestRate(Report& report, const BenchNetwork& network, bool isLong
             std::vector<GevProgram> programs = Rivals();
             programs.push_back(GevProgram::Floor);
             std::map<GevProgram, std::vector<double>> rates;
-            for (int round = 0; round < rounds; ++round) {
-                for (const GevProgram program : programs) {
-                    rates[program].push_back(HighestRate(network, cameras, program) *
-                                             cameras.FrameBytes() / kMegabyte);
-                }
+            for (const GevProgram program : programs) {
+                rates[program] = {HighestRate(network, cameras, program) * cameras.FrameBytes() /
+                                  kMegabyte};
             }
             for (size_t i = 1; i < programs.size(); ++i) {
                 report.Add({kGev,
@@ -414,16 +411,16 @@ void MeasureGevLoss(Report& report, bool isLong) {
     MeasureOrdinaryUser(report, NetworkOfTwo(), isLong);
 }
 
-void MeasureGevFaults(Report& report, bool isLong) {
-    MeasureFaults(report, NetworkOfTwo(), isLong);
+void MeasureGevFaults(Report& report) {
+    MeasureFaults(report, NetworkOfTwo());
 }
 
 void MeasureGevCost(Report& report) {
     MeasureCosts(report, NetworkOfTwo());
 }
 
-void MeasureGevRate(Report& report, bool isLong) {
-    MeasureHighestRate(report, NetworkOfTwo(), isLong);
+void MeasureGevRate(Report& report) {
+    MeasureHighestRate(report, NetworkOfTwo());
 }
 
 void MeasureGevMany(Report& report) {

@@ -19,9 +19,9 @@ void MeasureHostile(Report& report);   // hostile.cpp
 
 // gev.cpp; the long form takes hours.
 void MeasureGevLoss(Report& report, bool isLong);
-void MeasureGevFaults(Report& report, bool isLong);
+void MeasureGevFaults(Report& report);
 void MeasureGevCost(Report& report);
-void MeasureGevRate(Report& report, bool isLong);
+void MeasureGevRate(Report& report);
 void MeasureGevMany(Report& report);
 void MeasureGevTimes(Report& report);
 

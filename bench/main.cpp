@@ -64,9 +64,9 @@ constexpr Group kGroups[] = {
     {"hostile", Always<Bench::MeasureHostile>},
 #endif
     {"gev-loss", Bench::MeasureGevLoss, false},
-    {"gev-faults", Bench::MeasureGevFaults, false},
+    {"gev-faults", Always<Bench::MeasureGevFaults>, false},
     {"gev-cost", Always<Bench::MeasureGevCost>, false},
-    {"gev-rate", Bench::MeasureGevRate, false},
+    {"gev-rate", Always<Bench::MeasureGevRate>, false},
     {"gev-many", Always<Bench::MeasureGevMany>, false},
     {"gev-times", Always<Bench::MeasureGevTimes>, false},
 };

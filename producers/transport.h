@@ -16,7 +16,8 @@
 // Rules for all of them:
 // - Operations are thread-safe, and throw ZelCti::Error when they fail; any other exception becomes
 //   GC_ERR_ERROR. An operation that throws has changed nothing, unless it says otherwise.
-// - An operation with a deadline returns by then, every other one within about a second.
+// - An operation with a deadline returns by then; every other one within about a second, unless the
+//   camera asks for more time, or the user waits for one that somebody else has.
 // - What runs beside calls runs on threads of the transport, which end with the object that started
 //   them. The server destroys no object of the transport on such a thread.
 // - No pointer that is returned is null.

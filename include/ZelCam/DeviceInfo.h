@@ -81,7 +81,7 @@ class DeviceInfo {
     // and the other codes of access by name and of Interface::GetParameters. For a camera that the
     // interface does not list, they select the number of listed cameras, which "DeviceSelector"
     // usually refuses (ZelCamErr_OutOfRange); without any camera the selector itself may be
-    // unavailable (ZelCamErr_AccessDenied with the simulated cameras). The numbers in a text are
+    // unavailable (ZelCamErr_AccessDenied with the default producer). The numbers in a text are
     // not checked for their range; only their lower eight bits count. A null text raises
     // std::logic_error.
     virtual ZelCamErr ForceIP(const char* address, const char* mask, const char* gateway) = 0;

@@ -133,9 +133,8 @@ class Stream {
     virtual ZelGenParam::Array* GetParameters(ZelCamErr* err) = 0;
 
     // Counters of the producer (GenTL STREAM_INFO_CMD). Some producers count frames from the start
-    // of the acquisition, others, such as the one with the simulated cameras, from the opening of
-    // the stream: compare with the values at the start. 0 or false if the producer does not report
-    // them.
+    // of the acquisition, others, such as the default one, from the opening of the stream: compare
+    // with the values at the start. 0 or false if the producer does not report them.
     virtual uint64_t GetNumDelivered() = 0;
     virtual uint64_t GetNumUnderrun() = 0;  // frames lost because no buffer was queued
     virtual uint64_t GetNumAnnounced() = 0;

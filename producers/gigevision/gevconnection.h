@@ -57,7 +57,7 @@ class GevConnection final : public ZelCti::Connection, private DeviceLink {
     //
     // When a process of this machine has ended without a word, its camera says that this machine
     // controls it from a port that is free again: the connection takes that port, and need not
-    // wait.
+    // wait, unless the camera was open exclusively or does not name who controls it.
     GevConnection(ConnectionTarget target, GenTL::DEVICE_ACCESS_FLAGS access,
                   ZelCti::CameraSink& sink, const ConnectionSettings& settings,
                   std::shared_ptr<const void> use = nullptr);

@@ -138,8 +138,8 @@ void AddDoctorCommand(Command app, Invocation& invocation) {
         AddCommand(app, invocation, "doctor",
                    "Find out why there is no camera, no frame, or a loss", RunDoctor);
     command.AddOption("camera", "CAMERA", options.camera,
-                      "Also open this camera, and let it send for two seconds: identifier, serial "
-                      "number, user name, or its number in `zelcam list`");
+                      "Also open this camera, and let it send for two seconds at most: identifier, "
+                      "serial number, user name, or its number in `zelcam list`");
     AddSessionOptions(command, options);
     command.Footer(
         "Examples:\n"

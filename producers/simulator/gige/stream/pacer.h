@@ -15,12 +15,12 @@ class Pacer {
     using Clock = std::chrono::steady_clock;
     using Duration = std::chrono::nanoseconds;
 
-    // The longest burst; faster links carry so many bytes. They fit into small receive buffers.
+    // The longest burst; faster links carry so many bytes. Two fit into small receive buffers.
     static constexpr Duration kLongestBurst = std::chrono::microseconds(250);
     static constexpr uint64_t kLargestBurst = 64 << 10;
 
-    // A thread that is late by more bursts than this does not catch up with the rest: no link would
-    // carry that.
+    // As many bursts leave at once when a thread is late. It does not catch up with the rest: no
+    // link would carry that.
     static constexpr int kMostLag = 2;
 
     // `linkSpeed` in bytes a second; 0: packets take no time.
