@@ -107,6 +107,15 @@ size_t BlockReceiver::NumAhead() const {
     return end > block.HighestData() ? end - block.HighestData() : 0;
 }
 
+Duration BlockReceiver::Age(Time now) const {
+    return numOpen_ == 0 ? Duration{} : now - open_[numOpen_ - 1]->block.Begun();
+}
+
+Duration BlockReceiver::PacketInterval(Time now) const {
+    if (numOpen_ == 0) return {};
+    return Age(now) / std::max<uint32_t>(open_[numOpen_ - 1]->block.HighestData(), 1);
+}
+
 // ---- Packets -----------------------------------------------------------------------------------
 
 void BlockReceiver::OnPacket(ByteView header, ByteView data, Time now) {

@@ -61,6 +61,8 @@ class BlockReceiver {
 
     // How many packets of the newest frame are still to come, by its leader; 0: not known.
     size_t NumAhead() const;
+    Duration Age(Time now) const;             // of the newest frame; 0 without one
+    Duration PacketInterval(Time now) const;  // between its packets so far
     // Whether a frame is on its way into a buffer.
     bool HasOpenFrames() const { return numOpen_ != 0; }
     // Whether the frames of Start are delivered.

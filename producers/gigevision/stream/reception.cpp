@@ -34,10 +34,9 @@ constexpr milliseconds kLookPeriod{200};
 // How long a Stop waits for the rest of a frame: while packets come, and at most.
 constexpr milliseconds kStopSilence{100};
 constexpr milliseconds kMaxStop{800};
-constexpr Duration kShortestNap = microseconds(20);
+// Shorter ones would end behind the last packets, which come in a burst.
+constexpr Duration kShortestNap = microseconds(150);
 constexpr Duration kLongestNap = milliseconds(4);
-// Within a frame. What takes longer says nothing about the pace of packets.
-constexpr Duration kLongestPace = milliseconds(4);
 // Of what a socket's buffer holds, so much may come during a nap that takes as long as was meant.
 constexpr size_t kNapShare = 16;
 
@@ -179,11 +178,14 @@ void Reception::Report() {
 // While packets of a frame come, the thread sleeps until many are there, because to be woken up for
 // a few costs more than all else. The end of a frame is not slept through, and only
 // a part of the socket's buffer gets full meanwhile. 0: whatever comes next is waited for. So many
-// packets came in the time that passed since the last wait.
-Duration Reception::Nap(Duration passed, size_t numNew) {
-    if (source_.reader->Method() == ReceiveMethod::Ring || passed > kLongestPace) return {};
+// packets came in the time that passed since the last wait. That makes the pace too slow where the
+// time has begun between frames or ended within a burst, as the begin of a frame does: so the frame
+// as a whole counts, too, and naps are short at first.
+Duration Reception::Nap(Duration passed, size_t numNew) const {
+    const Duration interval =
+        std::min(passed / static_cast<int64_t>(numNew), receiver_.PacketInterval(now_));
     const auto most = static_cast<int64_t>(std::min(mostInNap_, receiver_.NumAhead() / 2));
-    const Duration nap = std::min(passed * most / static_cast<int64_t>(numNew), kLongestNap);
+    const Duration nap = std::min({interval * most, receiver_.Age(now_) / 2, kLongestNap});
     return nap < kShortestNap ? Duration{} : nap;
 }
 

@@ -61,7 +61,7 @@ class Reception final : private PacketSink {
     void LookAround();
     void Report();
     void WaitForWork();
-    Duration Nap(Duration passed, size_t numNew);
+    Duration Nap(Duration passed, size_t numNew) const;
     void Poll();
     bool Receive();
     void LearnSourcePort();
