@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <vector>
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 
@@ -135,7 +136,9 @@ TEST_F(NetworkDeviceTest, APowerCycleKeepsTheNameAndFreesTheCamera) {
 }
 
 TEST_F(NetworkDeviceTest, ForcedAddressesAreServedWhereTheyMayBe) {
-    Serve();
+    // The first free address would be another process's as soon as the camera leaves it.
+    const uint32_t process = static_cast<uint32_t>(getpid()) & 0x3FFF;
+    Serve("Address='" + IpAddressText(0x7FC00001 | process << 8U) + "'");
     NetworkApplication application(address_);
     NetworkApplication forcing(address_);  // which does not wait for answers
     forcing.Tell(ForceIp({2, 0, 0, 0, 0, 8}, {127, 0, 99, 8}, 1));  // another camera
