@@ -5,8 +5,8 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <vector>
 #include <unistd.h>
+#include <vector>
 
 #include <gmock/gmock.h>
 
