@@ -67,7 +67,8 @@ constexpr unsigned kDebianBuffer = 2 * 212992;
 
 // The share of frames that are not complete; for a user without rights.
 void MeasureLoss(Report& report, const BenchNetwork& network, const std::string& name,
-                 const GevCameras& cameras, GevReception reception, std::optional<double> limit) {
+                 const GevCameras& cameras, const GevReception& reception,
+                 std::optional<double> limit) {
     const GevSender sender(network, cameras);
     const GevPictures pictures = Receive(network, sender, reception);
     report.Add({kGev,
