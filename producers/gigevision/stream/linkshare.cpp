@@ -50,8 +50,10 @@ uint32_t DelayOfShare(size_t packetSize, size_t numStreams, uint32_t linkSpeed,
 }
 
 LinkShare::LinkShare(DeviceLink& link, uint32_t channel, size_t packetSize)
-    : link_(link), channel_(channel), packetSize_(packetSize) {
-    delayBefore_ = TryRead(link, Gev::kScpd.At(channel));
+    : link_(link),
+      channel_(channel),
+      packetSize_(packetSize),
+      delayBefore_(TryRead(link, Gev::kScpd.At(channel))) {
     if ((link.Capabilities() & Gev::GvcpCapability::kLinkSpeed) != 0)
         cameraSpeed_ = TryRead(link, Gev::kLinkSpeed.At(0)).value_or(0);
     const std::lock_guard lock(All().mutex);
