@@ -90,6 +90,7 @@ void BlockReceiver::Start(uint64_t numFrames) {
     numLeft_ = numFrames;
     newest_.reset();
     lastTrailer_ = 0;
+    packetInterval_ = {};
     deadline_ = Time::max();
     for (size_t i = 0; i < kMostOpen; ++i)
         open_[i] = &slots_[i];
@@ -105,15 +106,6 @@ size_t BlockReceiver::NumAhead() const {
     const OpenBlock& block = open_[numOpen_ - 1]->block;
     const uint32_t end = block.StatedTrailer();
     return end > block.HighestData() ? end - block.HighestData() : 0;
-}
-
-Duration BlockReceiver::Age(Time now) const {
-    return numOpen_ == 0 ? Duration{} : now - open_[numOpen_ - 1]->block.Begun();
-}
-
-Duration BlockReceiver::PacketInterval(Time now) const {
-    if (numOpen_ == 0) return {};
-    return Age(now) / std::max<uint32_t>(open_[numOpen_ - 1]->block.HighestData(), 1);
 }
 
 // ---- Packets -----------------------------------------------------------------------------------
@@ -561,6 +553,9 @@ void BlockReceiver::Deliver(Slot& slot, bool isWhole) {
         statistics_.completeBlocks.Add();
         statistics_.deliveredPackets.Add(block.NumReceived());
         if (block.HasTrailer()) lastTrailer_ = block.Trailer();
+        if (slot.numAsked == 0)
+            packetInterval_ =
+                (lastPacket_ - block.Begun()) / std::max<uint32_t>(block.HighestData(), 1);
     } else {
         statistics_.incompleteBlocks.Add();
         statistics_.lostPackets.Add(block.NumLost());

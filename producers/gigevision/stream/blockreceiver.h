@@ -61,8 +61,8 @@ class BlockReceiver {
 
     // How many packets of the newest frame are still to come, by its leader; 0: not known.
     size_t NumAhead() const;
-    Duration Age(Time now) const;             // of the newest frame; 0 without one
-    Duration PacketInterval(Time now) const;  // between its packets so far
+    // Between the packets of the last frame of which none had to be asked for; 0 before one.
+    Duration PacketInterval() const { return packetInterval_; }
     // Whether a frame is on its way into a buffer.
     bool HasOpenFrames() const { return numOpen_ != 0; }
     // Whether the frames of Start are delivered.
@@ -154,6 +154,7 @@ class BlockReceiver {
     size_t numOpen_ = 0;
 
     std::optional<Newest> newest_;
+    Duration packetInterval_{};
     uint32_t lastTrailer_ = 0;  // of the latest whole block: others may have as many packets
     Time lastPacket_{};
     Time deadline_ = Time::max();  // or somewhat before it

@@ -70,6 +70,9 @@ class PacketReader {
 
     virtual ReceiveMethod Method() const = 0;  // in use now
 
+    // Bytes of the kernel's memory for packets that wait.
+    virtual size_t BufferSize() const = 0;
+
     // How many packets found no room on this machine, since the reader was made.
     virtual uint64_t NumDropped() const = 0;
 };

@@ -74,6 +74,15 @@ void GiveBack(tpacket_block_desc& block) {
     __atomic_store_n(&block.hdr.bh1.block_status, TP_STATUS_KERNEL, __ATOMIC_RELEASE);
 }
 
+// Packets are in no cache near by, and processors do not guess where the next one begins. What lies
+// behind a block's last packet does no harm.
+void Prefetch(const uint8_t* packet) {
+    constexpr size_t kCacheLine = 64;
+    constexpr size_t kBegin = 8 * kCacheLine;
+    for (size_t i = 0; i < kBegin; i += kCacheLine)
+        __builtin_prefetch(packet + i);
+}
+
 // The packet that the bytes from there on are, if it comes soon behind the first one.
 std::optional<Gvsp::Header> NextAt(ByteView bytes, size_t offset, const Gvsp::Header& first) {
     constexpr uint32_t kMostJoined = 128;
@@ -152,6 +161,7 @@ bool PacketRing::Read(PacketSink& sink, bool /*mayWait*/) {
     size_t offset = block.hdr.bh1.offset_to_first_pkt;
     for (uint32_t i = 0; i < block.hdr.bh1.num_pkts; ++i) {
         const auto& header = *reinterpret_cast<const tpacket3_hdr*>(begin + offset);
+        Prefetch(begin + offset + header.tp_next_offset);
         if (header.tp_snaplen == header.tp_len) {
             OnDatagram(sink, {begin + offset + header.tp_net, header.tp_snaplen});
         } else {

@@ -35,6 +35,7 @@ class PacketRing final : public PacketReader {
     bool Read(PacketSink& sink, bool mayWait) override;
     int Descriptor() const override { return descriptor_; }
     ReceiveMethod Method() const override { return ReceiveMethod::Ring; }
+    size_t BufferSize() const override { return numBlocks_ * kBlockSize; }
     uint64_t NumDropped() const override;
 
     // Reads what has come by now, in blocks that are not passed on yet, too: it takes a few

@@ -34,11 +34,16 @@ constexpr milliseconds kLookPeriod{200};
 // How long a Stop waits for the rest of a frame: while packets come, and at most.
 constexpr milliseconds kStopSilence{100};
 constexpr milliseconds kMaxStop{800};
-// Shorter ones would end behind the last packets, which come in a burst.
+// What comes so shortly before the end of a frame may come together with it, as a burst.
+constexpr Duration kTail = milliseconds(1);
+// To sleep less saves nothing. Longer, and lost packets would be asked for late.
 constexpr Duration kShortestNap = microseconds(150);
 constexpr Duration kLongestNap = milliseconds(4);
-// Of what a socket's buffer holds, so much may come during a nap that takes as long as was meant.
-constexpr size_t kNapShare = 16;
+// The kernel passes packets of a ring on every millisecond.
+constexpr Duration kShortestRingNap = milliseconds(1);
+constexpr Duration kLongestRingNap = milliseconds(8);
+// Of what the receive buffer holds, so much may come during a nap that takes as long as was meant.
+constexpr size_t kNapShare = 4;
 
 // Calls of the reader between two looks at the time.
 constexpr int kReadsAtOnce = 8;
@@ -161,7 +166,7 @@ bool Reception::IsOver(bool isMore) {
 void Reception::LookAround() {
     nextLook_ = now_ + kLookPeriod;
     Report();
-    mostInNap_ = NumPackets(source_.socket->BufferSize(), source_.packetSize) / kNapShare;
+    mostInNap_ = NumPackets(source_.reader->BufferSize(), source_.packetSize) / kNapShare;
     isLost_ = link_.IsLost();
     if (now_ < nextOpening_) return;
     nextOpening_ = now_ + kFirewallPeriod;
@@ -176,17 +181,20 @@ void Reception::Report() {
 }
 
 // While packets of a frame come, the thread sleeps until many are there, because to be woken up for
-// a few costs more than all else. The end of a frame is not slept through, and only
-// a part of the socket's buffer gets full meanwhile. 0: whatever comes next is waited for. So many
-// packets came in the time that passed since the last wait. That makes the pace too slow where the
-// time has begun between frames or ended within a burst, as the begin of a frame does: so the frame
-// as a whole counts, too, and naps are short at first.
+// a few costs more than all else. The end of a frame is not slept through, unless it would come
+// late anyway, and only a part of the receive buffer gets full meanwhile. 0: whatever comes next is
+// waited for. So many packets came in the time that passed since the last wait, which may have
+// begun between frames: so the pace of the last frame counts, too.
 Duration Reception::Nap(Duration passed, size_t numNew) const {
+    const bool fromRing = source_.reader->Method() == ReceiveMethod::Ring;
     const Duration interval =
-        std::min(passed / static_cast<int64_t>(numNew), receiver_.PacketInterval(now_));
-    const auto most = static_cast<int64_t>(std::min(mostInNap_, receiver_.NumAhead() / 2));
-    const Duration nap = std::min({interval * most, receiver_.Age(now_) / 2, kLongestNap});
-    return nap < kShortestNap ? Duration{} : nap;
+        std::min(passed / static_cast<int64_t>(numNew), receiver_.PacketInterval());
+    const auto most = static_cast<int64_t>(mostInNap_);
+    const Duration rest = interval * static_cast<int64_t>(receiver_.NumAhead());
+    const Duration nap = fromRing
+                             ? std::min({interval * most, rest, kLongestRingNap})
+                             : std::min({interval * most, rest / 2, rest - kTail, kLongestNap});
+    return nap < (fromRing ? kShortestRingNap : kShortestNap) ? Duration{} : nap;
 }
 
 // Within a frame, the reader itself waits for the next packet: one system call instead of two.

@@ -40,6 +40,7 @@ class SocketReader final : public PacketReader {
         return isJoined_ ? ReceiveMethod::Joined : ReceiveMethod::Singly;
     }
     const ReaderCounts& Counts() const { return counts_; }
+    size_t BufferSize() const override { return socket_.BufferSize(); }
     uint64_t NumDropped() const override { return socket_.NumDropped() - droppedBefore_; }
 
   private:

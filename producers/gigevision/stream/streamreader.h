@@ -27,6 +27,7 @@ class StreamReader final : public PacketReader {
     bool Read(PacketSink& sink, bool mayWait) override;
     int Descriptor() const override { return Present().Descriptor(); }
     ReceiveMethod Method() const override { return Present().Method(); }
+    size_t BufferSize() const override { return Present().BufferSize(); }
     uint64_t NumDropped() const override { return droppedBefore_ + Present().NumDropped(); }
 
   private:

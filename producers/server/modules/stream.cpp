@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <sys/mman.h>
 
 #include "producers/server/base/error.h"
 #include "producers/server/modules/infosource.h"
@@ -18,6 +19,7 @@ namespace {
 constexpr LocalDescription kStreamDescription{"Stream", "Features of a data stream", '4'};
 
 constexpr size_t kCacheLine = 64;
+constexpr size_t kLargePage = 2 << 20;
 constexpr uint64_t kNewestOnly = 1;  // the last of the buffer handling modes
 
 PortIdentity StreamIdentity(const CameraInfo& camera, const std::string& id) {
@@ -209,11 +211,13 @@ Handle Stream::Announce(const std::shared_ptr<Stream>& stream, void* base, size_
 
 Handle Stream::Allocate(const std::shared_ptr<Stream>& stream, size_t size, void* userPointer) {
     if (size == 0) throw Error(GenTL::GC_ERR_INVALID_PARAMETER, "a buffer of no size");
-    const size_t alignment = std::max<size_t>(stream->info_.alignment, kCacheLine);
-    if (size > SIZE_MAX - alignment) throw std::bad_alloc();
-    const size_t rounded = (size + alignment - 1) / alignment * alignment;
-    void* const base = std::aligned_alloc(alignment, rounded);
-    if (base == nullptr) throw std::bad_alloc();
+    // Large frames lie in large pages where the kernel has some: they cost less to copy to.
+    const bool isLarge = size >= kLargePage;
+    const size_t alignment =
+        std::max<size_t>(stream->info_.alignment, isLarge ? kLargePage : kCacheLine);
+    void* base = nullptr;
+    if (posix_memalign(&base, alignment, size) != 0) throw std::bad_alloc();
+    if (isLarge) madvise(base, size, MADV_HUGEPAGE);
     BufferMemory memory{static_cast<uint8_t*>(base), size, userPointer, false};
     memory.owned.reset(base);
     std::memset(base, 0, size);

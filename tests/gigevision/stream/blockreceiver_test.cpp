@@ -393,6 +393,22 @@ TEST_F(BlockReceivers, TurnTicksIntoNanoseconds) {
     EXPECT_EQ(frames_[2].info.timestampNs, (uint64_t{1} << 61) + 750);
 }
 
+TEST_F(BlockReceivers, TellThePaceOfFramesOfWhichNothingWasAskedFor) {
+    Start();
+    EXPECT_EQ(receiver_->PacketInterval(), Duration::zero());
+    GiveSome(1, {0});
+    now_ += microseconds(60);
+    GiveSome(1, {1, 2, 3, kTrailer});
+    EXPECT_EQ(receiver_->PacketInterval(), microseconds(20));
+    GiveSome(2, {0, 2, 3, kTrailer});
+    Wait(milliseconds(3));
+    GiveResent(2, 1);
+    EXPECT_EQ(receiver_->PacketInterval(), microseconds(20)) << "the time of the resend counts";
+    GiveAll(Packets(3));
+    EXPECT_EQ(receiver_->PacketInterval(), Duration::zero());
+    ExpectWhole({1, 2, 3});
+}
+
 // ---- Start and stop ----------------------------------------------------------------------------
 
 TEST_F(BlockReceivers, FollowACameraThatCountsAnew) {
