@@ -41,7 +41,7 @@ constexpr Duration kShortestNap = microseconds(150);
 constexpr Duration kLongestNap = milliseconds(4);
 // The kernel passes packets of a ring on every millisecond.
 constexpr Duration kShortestRingNap = milliseconds(1);
-constexpr Duration kLongestRingNap = milliseconds(8);
+constexpr Duration kLongestRingNap = milliseconds(16);
 // Of what the receive buffer holds, so much may come during a nap that takes as long as was meant.
 constexpr size_t kNapShare = 4;
 
