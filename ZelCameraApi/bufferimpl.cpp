@@ -1,9 +1,12 @@
 #include "ZelCameraApi/bufferimpl.h"
 
 #include <algorithm>
+#include <cstring>
 
+#include "ZelCam/DeviceInfo.h"
 #include "ZelCam/PixelType.h"
 #include "ZelCameraApi/base/errorboundary.h"
+#include "ZelCameraApi/deviceimpl.h"
 #include "utils/pixeltypes.h"
 
 namespace ZelCameraApi::Internal {
@@ -70,6 +73,7 @@ BufferImpl::BufferImpl(StreamImpl* stream, void* ptr, size_t size, void* userPtr
 }
 
 BufferImpl::~BufferImpl() {
+    BufferImpl::DetachChunks();
     void* base = nullptr;
     void* userPtr = nullptr;
     const GenTLModule<void*>& module = stream_->Module();
@@ -172,6 +176,103 @@ size_t BufferImpl::GetDeliveredHeight() {
 
 bool BufferImpl::IsKacFrameB() {
     return ZeroOnError([this] { return GetInfo<BUFFER_INFO_KAC_FRAME_B>(); });
+}
+
+size_t BufferImpl::GetNumParts() {
+    return ZeroOnError([this]() -> size_t {
+        const GenTLModule<void*>& stream = stream_->Module();
+        return QueryCount([&](uint32_t* number) {
+            return stream.lib->DSGetNumBufferParts(stream.handle, handle_, number);
+        });
+    });
+}
+
+// Value of a command of a part. Throws as QueryValue.
+template <GenTL::BUFFER_PART_INFO_CMD_LIST CMD>
+auto BufferImpl::GetPartInfo(uint32_t index) const {
+    const GenTLModule<void*>& stream = stream_->Module();
+    return QueryValue<CMD>([&](int cmd, int* type, void* buffer, size_t* size) {
+        return stream.lib->DSGetBufferPartInfo(stream.handle, handle_, index, cmd, type, buffer,
+                                               size);
+    });
+}
+
+template <GenTL::BUFFER_PART_INFO_CMD_LIST CMD>
+auto BufferImpl::PartInfoOrZero(uint32_t index) const {
+    return ZeroOnError([&] { return GetPartInfo<CMD>(index); });
+}
+
+// Without its place and size a part is of no use; the rest may be missing.
+ZelCamErr BufferImpl::GetPart(size_t index, ZelBufferPart* part, size_t size) {
+    if (part == nullptr) return ZelCamErr_GenTL_InvalidParameter;
+    std::memset(part, 0, size);
+    if (index > UINT32_MAX) return static_cast<ZelCamErr>(GenTL::GC_ERR_INVALID_INDEX);
+    const auto number = static_cast<uint32_t>(index);
+    return CodeOf([&] {
+        ZelBufferPart found{};
+        try {
+            found.data = GetPartInfo<GenTL::BUFFER_PART_INFO_BASE>(number);
+            found.size = GetPartInfo<GenTL::BUFFER_PART_INFO_DATA_SIZE>(number);
+        } catch (const zelcam_exception& e) {
+            return e.code().value();
+        }
+        found.dataType = PartInfoOrZero<GenTL::BUFFER_PART_INFO_DATA_TYPE>(number);
+        found.format = PartInfoOrZero<GenTL::BUFFER_PART_INFO_DATA_FORMAT>(number);
+        found.formatNamespace =
+            PartInfoOrZero<GenTL::BUFFER_PART_INFO_DATA_FORMAT_NAMESPACE>(number);
+        found.width = PartInfoOrZero<GenTL::BUFFER_PART_INFO_WIDTH>(number);
+        found.height = PartInfoOrZero<GenTL::BUFFER_PART_INFO_HEIGHT>(number);
+        found.xOffset = PartInfoOrZero<GenTL::BUFFER_PART_INFO_XOFFSET>(number);
+        found.yOffset = PartInfoOrZero<GenTL::BUFFER_PART_INFO_YOFFSET>(number);
+        found.xPadding = PartInfoOrZero<GenTL::BUFFER_PART_INFO_XPADDING>(number);
+        found.deliveredHeight =
+            PartInfoOrZero<GenTL::BUFFER_PART_INFO_DELIVERED_IMAGEHEIGHT>(number);
+        found.sourceId = PartInfoOrZero<GenTL::BUFFER_PART_INFO_SOURCE_ID>(number);
+        found.regionId = PartInfoOrZero<GenTL::BUFFER_PART_INFO_REGION_ID>(number);
+        found.dataPurposeId = PartInfoOrZero<GenTL::BUFFER_PART_INFO_DATA_PURPOSE_ID>(number);
+        std::memcpy(part, &found, std::min(size, sizeof found));
+        return 0;
+    });
+}
+
+ZelCamErr BufferImpl::AttachChunks() {
+    return CodeOf([this] {
+        try {
+            BindChunks();
+        } catch (const zelcam_exception& e) {
+            return e.code().value();
+        }
+        return 0;
+    });
+}
+
+void BufferImpl::BindChunks() {
+    DeviceImpl& device = stream_->Device();
+    ZelCamErr err = ZelCamErr_Success;
+    ZelGenParam::Array* const features = device.GetCameraParameters(&err);
+    GenApi::INodeMap* const map = features != nullptr ? features->GetNodeMap(&err) : nullptr;
+    if (map == nullptr) throw zelcam_exception(err);
+
+    const ChunkBytes bytes{static_cast<uint8_t*>(GetInfo<GenTL::BUFFER_INFO_BASE>()),
+                           GetInfo<GenTL::BUFFER_INFO_SIZE_FILLED>()};
+    const GenTLModule<void*>& stream = stream_->Module();
+    size_t count = 0;
+    const int result = stream.lib->DSGetBufferChunkData(stream.handle, handle_, nullptr, &count);
+    if (result == GenTL::GC_ERR_NOT_AVAILABLE || result == GenTL::GC_ERR_NOT_IMPLEMENTED) {
+        device.Chunks().Attach(*map, this, bytes, device.GetInfo()->GetInterface()->GetType());
+        return;
+    }
+    ThrowOnError(result);
+    if (count == 0) throw zelcam_exception(GenTL::GC_ERR_NO_DATA);
+    if (count > bytes.size) throw zelcam_exception(GenTL::GC_ERR_PARSING_CHUNK_DATA);
+    ChunkBinding::Places places(count);
+    ThrowOnError(stream.lib->DSGetBufferChunkData(stream.handle, handle_, places.data(), &count));
+    places.resize(std::min(count, places.size()));
+    device.Chunks().Attach(*map, this, bytes, places);
+}
+
+void BufferImpl::DetachChunks() {
+    stream_->Device().Chunks().Detach(this);
 }
 
 }  // namespace ZelCameraApi::Internal

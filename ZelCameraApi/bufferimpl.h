@@ -39,6 +39,10 @@ class BufferImpl final : public ZelCam::Buffer {
     size_t GetYPadding() override;
     size_t GetDeliveredHeight() override;
     bool IsKacFrameB() override;
+    size_t GetNumParts() override;
+    ZelCamErr GetPart(size_t index, ZelBufferPart* part, size_t size) override;
+    ZelCamErr AttachChunks() override;
+    void DetachChunks() override;
 
     GenTL::BUFFER_HANDLE Handle() const { return handle_; }
 
@@ -53,6 +57,11 @@ class BufferImpl final : public ZelCam::Buffer {
 
   private:
     ZelImageInfo DescribeImage();
+    template <GenTL::BUFFER_PART_INFO_CMD_LIST CMD>
+    auto GetPartInfo(uint32_t index) const;
+    template <GenTL::BUFFER_PART_INFO_CMD_LIST CMD>
+    auto PartInfoOrZero(uint32_t index) const;
+    void BindChunks();
 
     StreamImpl* stream_;  // owns this
     GenTL::BUFFER_HANDLE handle_ = nullptr;

@@ -11,6 +11,7 @@
 #include "ZelCam/System.h"
 #include "ZelCameraApi/ZelGenParam/arrayimpl.h"
 #include "ZelCameraApi/base/gentlmodule.h"
+#include "ZelCameraApi/chunkbinding.h"
 #include "ZelCameraApi/eventadapter.h"
 #include "ZelCameraApi/eventsource.h"
 #include "ZelCameraApi/firmwareupload.h"
@@ -46,6 +47,8 @@ class DeviceImpl : public EventSource<ZelCam::Device> {
     ZelCamErr LoadConfiguration(const char* fileName) override;
     uint32_t GetEndianness() const override;
     ZelCamErr UploadFirmware(const char* fileName, UploadCallback progress, void* priv) override;
+
+    ChunkBinding& Chunks() { return chunks_; }
 
     // Destroys an open stream of this device; ignores any other.
     void CloseStream(StreamImpl* stream);
@@ -88,6 +91,7 @@ class DeviceImpl : public EventSource<ZelCam::Device> {
     std::list<std::unique_ptr<StreamImpl>> streams_;
     Parameters transport_;  // made when first asked for
     Parameters camera_;     // likewise
+    ChunkBinding chunks_;   // of buffers, to the features of the camera
     // Held while the camera's parameters are made: streams on other threads ask for them, too.
     std::mutex cameraMutex_;
     EventCallbackDelegate eventDelegate_;

@@ -69,8 +69,9 @@ ZelCamErr StreamImpl::RevokeBuffer(ZelCam::Buffer* buffer) {
 }
 
 ZelCamErr StreamImpl::QueueBuffer(ZelCam::Buffer* buffer) {
-    const auto* const own = dynamic_cast<BufferImpl*>(buffer);
+    auto* const own = dynamic_cast<BufferImpl*>(buffer);
     if (own == nullptr) return ZelCamErr_InvalidArgument;
+    own->BufferImpl::DetachChunks();
     return static_cast<ZelCamErr>(module_.lib->DSQueueBuffer(module_.handle, own->Handle()));
 }
 
@@ -103,10 +104,12 @@ ZelCamErr StreamImpl::CancelBuffer() {
 }
 
 ZelCamErr StreamImpl::FlushBuffers(ZelCam::FlushOperation op) {
+    device_->Chunks().DetachAny();
     return static_cast<ZelCamErr>(module_.lib->DSFlushQueue(module_.handle, static_cast<int>(op)));
 }
 
 ZelCamErr StreamImpl::StartAcquisition(uint64_t count, uint32_t flags) {
+    device_->Chunks().DetachAny();
     if ((flags & ZelCam::StartFlag_KeepQueue) == 0) {
         const ZelCamErr result = QueueAll();
         if (result != ZelCamErr_Success) return result;

@@ -52,6 +52,7 @@ class StreamImpl final : public EventSource<ZelCam::Stream> {
     size_t GetBufferAlignment() override;
 
     const std::string& Id() const { return id_; }
+    DeviceImpl& Device() const { return *device_; }
 
     // Value of a stream info command. Throws as QueryValue.
     template <GenTL::STREAM_INFO_CMD_LIST CMD>

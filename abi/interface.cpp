@@ -27,6 +27,7 @@ struct PublicTypes {
     ZelGenParam::Category* category;
     ZelGenParam::ParamEventSink* sink;
     ZelImageInfo image;
+    ZelBufferPart part;
     ZelCam::Device::UploadEventData uploadEvent;
     ZelCam::Device::UploadEventType uploadEventType;
     ZelCam::DeviceAccess access;

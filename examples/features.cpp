@@ -21,7 +21,8 @@ struct Releaser {
 };
 
 bool Succeeded(ZelCamErr err, const char* what) {
-    if (err != ZelCamErr_Success) std::fprintf(stderr, "%s failed: %d\n", what, err);
+    if (err != ZelCamErr_Success)
+        std::fprintf(stderr, "%s failed: %s\n", what, ZelCam::ErrorText(err));
     return err == ZelCamErr_Success;
 }
 

@@ -35,7 +35,9 @@ const char* OrDash(const char* text) {
 void Search(ZelCam::Interface& interface) {
     try {
         const ZelCamErr err = interface.ReEnumerateDevices(nullptr, 1000);
-        if (err != 0) std::fprintf(stderr, "%s: search failed: %d\n", interface.GetId(), err);
+        if (err != 0)
+            std::fprintf(stderr, "%s: search failed: %s\n", interface.GetId(),
+                         ZelCam::ErrorText(err));
     } catch (const std::system_error& error) {
         std::fprintf(stderr, "%s: %s\n", interface.GetId(), error.what());
     }
@@ -136,11 +138,11 @@ int main(int argc, char** argv) {
         ZelCam_CreateDevice(cameras[wanted], ZelCam::DeviceAccess::Control, &err));
     Released<ZelCam::Stream> stream(camera ? camera->GetStreamByIndex(0) : nullptr);
     if (!stream) {
-        std::fprintf(stderr, "the camera cannot be opened: error %d\n", err);
+        std::fprintf(stderr, "the camera cannot be opened: %s\n", ZelCam::ErrorText(err));
         return 1;
     }
     ZelGenParam::Array* const features = camera->GetCameraParameters(&err);
     if (features != nullptr) err = GrabLocked(*stream, *features);
-    if (err != 0) std::fprintf(stderr, "grabbing ended with error %d\n", err);
+    if (err != 0) std::fprintf(stderr, "grabbing ended: %s\n", ZelCam::ErrorText(err));
     return err == 0 ? 0 : 1;
 }

@@ -156,4 +156,18 @@ ZelCamErr ArrayImpl::SetValueStr(const char* name, const char* value, const char
     }
 }
 
+const char* ArrayImpl::GetValueStr(const char* name, ZelCamErr* err) {
+    StoreError(err, ZelCamErr_Success);
+    try {
+        const NamedFeature* const feature = Find(name, err);
+        if (feature == nullptr) return nullptr;
+        GenApi::IValue* const value = ValueInterfaceOf(feature->node);
+        if (value != nullptr) return texts_.Keep(name, value->ToString());
+        StoreError(err, ZelCamErr_WrongParamType);
+    } catch (...) {
+        StoreError(err, CodeOfNamedAccess(ValueAccess::Read));
+    }
+    return nullptr;
+}
+
 }  // namespace ZelCameraApi::Internal

@@ -30,7 +30,7 @@ void GenTLLib::Resolve() {
         return library_ != nullptr ? dlsym(library_.get(), name) : nullptr;
     };
 #define ZELCAM_RESOLVE(name, parameters) name.Set(find(#name));
-    GENTL_FUNCTIONS_1_4(ZELCAM_RESOLVE)
+    GENTL_FUNCTIONS(ZELCAM_RESOLVE)
 #undef ZELCAM_RESOLVE
 }
 

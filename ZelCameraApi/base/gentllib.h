@@ -49,7 +49,7 @@ class GenTLFunction<GenTL::GC_ERROR (*)(Args...)> {
     Pointer function_ = nullptr;
 };
 
-// A producer file, loaded with the dynamic loader, and its GenTL functions up to version 1.4. Each
+// A producer file, loaded with the dynamic loader, and its GenTL functions up to version 1.6. Each
 // function is a member with the function's name:
 //
 //     GenTLLib lib("/opt/producer/producer.cti");
@@ -76,7 +76,7 @@ class GenTLLib {
     void Load(const std::wstring& path);
 
 #define ZELCAM_MEMBER(name, parameters) GenTLFunction<GenTL::P##name> name;
-    GENTL_FUNCTIONS_1_4(ZELCAM_MEMBER)
+    GENTL_FUNCTIONS(ZELCAM_MEMBER)
 #undef ZELCAM_MEMBER
 
   private:

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "ZelCam/Error.h"
+
 // An image in memory. The layout is part of the binary interface.
 struct ZelImageInfo {
     uint32_t structSize;      // size of this structure in bytes: 96
@@ -27,7 +29,28 @@ struct ZelImageInfo {
     void* bufferBase;         // first byte of the buffer
 };
 
+// One part of a multi-part payload, as GenTL 1.5 describes it (BUFFER_PART_INFO_CMD); GenTL 1.6 for
+// the region and the purpose. What the producer does not report is 0. The layout is part of the
+// binary interface and may grow at its end.
+struct ZelBufferPart {
+    uint64_t dataType;         // GenTL PARTDATATYPE_ID: 1 is a 2D image, 9 a confidence map
+    uint64_t format;           // what the namespace says: usually a PFNC value, see GenTL/PFNC.h
+    uint64_t formatNamespace;  // GenTL PIXELFORMAT_NAMESPACE_ID: 4 is PFNC
+    void* data;                // first byte of the part
+    uint64_t size;             // bytes
+    uint64_t width;            // pixels per line
+    uint64_t height;           // lines
+    uint64_t xOffset;          // place of the part on the sensor, in pixels
+    uint64_t yOffset;
+    uint64_t xPadding;         // bytes added to each line
+    uint64_t deliveredHeight;  // lines actually delivered
+    uint64_t sourceId;         // parts of one source show the same scene
+    uint64_t regionId;
+    uint64_t dataPurposeId;
+};
+
 #if UINTPTR_MAX == UINT64_MAX
+static_assert(sizeof(ZelBufferPart) == 112, "ZelBufferPart is part of the binary interface");
 static_assert(sizeof(ZelImageInfo) == 96, "ZelImageInfo is part of the binary interface");
 static_assert(offsetof(ZelImageInfo, packing) == 20 && offsetof(ZelImageInfo, linePitch) == 48 &&
                   offsetof(ZelImageInfo, timestamp) == 56 &&
@@ -95,6 +118,32 @@ class Buffer {
 
     // True for the second frame of a frame pair (producer-specific info 1101).
     virtual bool IsKacFrameB() = 0;
+
+    // The parts of a multi-part payload, such as an image with its range and confidence. 0 for any
+    // other payload.
+    virtual size_t GetNumParts() = 0;
+
+    // Describes a part. `size` is the size of the caller's ZelBufferPart: a library that knows more
+    // members does not write them. ZelCamErr_GenTL_InvalidParameter if `part` is null, the
+    // producer's code if there is no such part; `*part` is 0 then.
+    virtual ZelCamErr GetPart(size_t index, ZelBufferPart* part, size_t size) = 0;
+
+    // Binds the chunks of the buffer, which holds a frame, to the features of the camera: then
+    // ChunkExposureTime, ChunkTimestamp and the like in Device::GetCameraParameters have the values
+    // of this frame. Before, and without such a chunk in the frame, they are not readable. One
+    // buffer of a device is attached at a time. Each of these detaches it: attaching another one,
+    // DetachChunks, queueing or revoking the buffer, StartAcquisition, FlushBuffers.
+    //
+    // The producer says where the chunks lie; if it cannot, the layout of GigE Vision or USB3
+    // Vision is looked for, as the camera's interface says. Fails with ZelCamErr_GenTL_NoData if
+    // the frame has no chunks, ZelCamErr_NoNodeMap or the producer's code if the camera's features
+    // cannot be had, -1018 if the chunks lie outside of the buffer or have no known layout.
+    //
+    // Threads that read chunk features of several buffers must take turns.
+    virtual ZelCamErr AttachChunks() = 0;
+
+    // Does nothing if another buffer or none is attached.
+    virtual void DetachChunks() = 0;
 
   protected:
     ~Buffer() = default;

@@ -27,5 +27,6 @@
 #include "ZelCam/PixelType.h"
 #include "ZelCam/Stream.h"
 #include "ZelCam/System.h"
+#include "ZelCam/Text.h"
 
 #endif  // ZELCAM_ZELCAM_H

@@ -82,6 +82,12 @@ class Array {
     // not asked. It stays valid until the calling thread calls this operation again or ends.
     virtual ZelCamErr SetValueStr(const char* name, const char* value, const char** reason) = 0;
 
+    // The value of a feature of any kind as a text that SetValueStr takes: the symbolic name of an
+    // Enum's entry, "1" or "0" for a Boolean, "0x" and hexadecimal digits for a register and for an
+    // Int that the description shows so. Commands, categories and ports have no value:
+    // ZelCamErr_WrongParamType. The text stays valid as those of GetStringValue do.
+    virtual const char* GetValueStr(const char* name, ZelCamErr* err) = 0;
+
   protected:
     ~Array() = default;
 };

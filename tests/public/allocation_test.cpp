@@ -292,8 +292,9 @@ void AllocationTest::UseFeatures(ZelGenParam::Array& features) {
 
 void AllocationTest::UseStream(ZelCam::Device& device, ZelCam::Stream& stream) {
     auto& features = *device.GetCameraParameters(nullptr);
+    Do("Array::SetBooleanValue", [&] { return features.SetBooleanValue("ChunkModeActive", true); });
     Do("Stream::AllocBufferQueue", [&] { return stream.AllocBufferQueue(nullptr, 2); });
-    static uint8_t memory[64 * 48];
+    static uint8_t memory[64 * 48 + 256];
     auto* const own = Do("Stream::SetBuffer", [&](ZelCamErr* err) {
         return stream.SetBuffer(memory, sizeof memory, nullptr, err);
     });
@@ -302,6 +303,8 @@ void AllocationTest::UseStream(ZelCam::Device& device, ZelCam::Stream& stream) {
        [&] { return features.SetEnumValueStr("EventSelector", "ExposureEnd"); });
     Do("Array::SetValueStr",
        [&] { return features.SetValueStr("EventNotification", "On", nullptr); });
+    Do("Array::GetValueStr",
+       [&](ZelCamErr* err) { return features.GetValueStr("EventNotification", err); });
     Do("Stream::StartAcquisition", [&] { return stream.StartAcquisition(ZelCam::Infinite, 0); });
     Do("Array::SetIntegerValue", [&] { return features.SetIntegerValue("TLParamsLocked", 1); });
     if (Do("Array::ExecuteCommand", [&] { return features.ExecuteCommand("AcquisitionStart"); }) ==
@@ -312,6 +315,7 @@ void AllocationTest::UseStream(ZelCam::Device& device, ZelCam::Stream& stream) {
             });
             if (buffer == nullptr) continue;
             Do("Buffer::GetImage", [&] { return buffer->GetImage(); });
+            Do("Buffer::AttachChunks", [&] { return buffer->AttachChunks(); });
             Do("Stream::QueueBuffer", [&] { return stream.QueueBuffer(buffer); });
         }
         UseEvents(device);

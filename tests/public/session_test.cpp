@@ -58,8 +58,7 @@ class PublicSession : public testing::Test {
         EXPECT_EQ(simulator.openHandles(), 0U);
     }
 
-    // Opens the stream of a camera, starts it, and then the camera.
-    void Start(const char* interfaceId, const char* cameraId, uint64_t count = ZelCam::Infinite) {
+    void Open(const char* interfaceId, const char* cameraId) {
         ZelCam::Interface* const iface = system->GetInterfaceById(interfaceId);
         ASSERT_NE(iface, nullptr);
         ZelCamErr err = ZelCamErr_Error;
@@ -68,6 +67,13 @@ class PublicSession : public testing::Test {
         ASSERT_EQ(err, ZelCamErr_Success);
         stream = device->GetStreamByIndex(0);
         ASSERT_NE(stream, nullptr);
+    }
+    // Opens the stream of a camera, starts it, and then the camera.
+    void Start(const char* interfaceId, const char* cameraId, uint64_t count = ZelCam::Infinite) {
+        ASSERT_NO_FATAL_FAILURE(Open(interfaceId, cameraId));
+        StartOpened(count);
+    }
+    void StartOpened(uint64_t count = ZelCam::Infinite) {
         ASSERT_EQ(stream->AllocBufferQueue(nullptr, 4), ZelCamErr_Success);
         ASSERT_EQ(stream->StartAcquisition(count, ZelCam::StartFlag_Default), ZelCamErr_Success);
         const auto write = [this](uint64_t address, const auto& bytes) {
@@ -261,6 +267,65 @@ TEST_F(PublicSession, EventsReachTheirModule) {
     system.reset();  // ends the threads before `received` goes
 }
 
+// The chunks of two buffers, one after the other; then of none.
+TEST_F(PublicSession, ChunksOfABufferAreFeaturesOfTheCameraUntilItIsQueued) {
+    for (const char* const cameraInterface : {"eth0", "usb0"}) {
+        SCOPED_TRACE(cameraInterface);
+        ASSERT_NO_FATAL_FAILURE(Open(cameraInterface, CameraIds(cameraInterface)[0].c_str()));
+        ZelCamErr err = ZelCamErr_Error;
+        ZelGenParam::Array& features = *device->GetCameraParameters(&err);
+        for (const char* const kind : {"FrameID", "ExposureTime"}) {
+            ASSERT_EQ(features.SetBooleanValue("ChunkModeActive", true), ZelCamErr_Success);
+            ASSERT_EQ(features.SetEnumValueStr("ChunkSelector", kind), ZelCamErr_Success);
+            ASSERT_EQ(features.SetBooleanValue("ChunkEnable", true), ZelCamErr_Success);
+        }
+        ASSERT_EQ(features.SetFloatValue("ExposureTime", 123), ZelCamErr_Success);
+        const auto frameId = [&] { return features.GetIntegerValue("ChunkFrameID", &err); };
+
+        ASSERT_NO_FATAL_FAILURE(StartOpened());
+        ZelCam::Buffer* const first = stream->GetBuffer(kPatience, nullptr);
+        ZelCam::Buffer* const second = stream->GetBuffer(kPatience, nullptr);
+        ASSERT_TRUE(first != nullptr && second != nullptr);
+        frameId();
+        EXPECT_EQ(err, ZelCamErr_AccessDenied);
+        for (ZelCam::Buffer* const buffer : {first, second, first}) {
+            ASSERT_EQ(buffer->AttachChunks(), ZelCamErr_Success);
+            EXPECT_EQ(frameId(), static_cast<int64_t>(buffer->GetFrameID()));
+            EXPECT_EQ(features.GetFloatValue("ChunkExposureTime", &err), 123);
+        }
+        EXPECT_NE(first->GetFrameID(), second->GetFrameID());
+        features.GetFloatValue("ChunkGain", &err);
+        EXPECT_EQ(err, ZelCamErr_AccessDenied) << "the frame has no such chunk";
+
+        second->DetachChunks();  // of another buffer
+        ASSERT_EQ(stream->QueueBuffer(second), ZelCamErr_Success);
+        EXPECT_EQ(frameId(), static_cast<int64_t>(first->GetFrameID()));
+        ASSERT_EQ(stream->QueueBuffer(first), ZelCamErr_Success);
+        frameId();
+        EXPECT_EQ(err, ZelCamErr_AccessDenied);
+
+        ZelCam::Buffer* const third = stream->GetBuffer(kPatience, nullptr);
+        ASSERT_NE(third, nullptr);
+        for (const bool revoked : {false, true}) {
+            ASSERT_EQ(third->AttachChunks(), ZelCamErr_Success);
+            EXPECT_GT(frameId(), 0);
+            revoked ? (void)stream->RevokeBuffer(third) : third->DetachChunks();
+            frameId();
+            EXPECT_EQ(err, ZelCamErr_AccessDenied);
+        }
+        device->Release();
+    }
+}
+
+TEST_F(PublicSession, FramesWithoutChunksHaveNoneToAttach) {
+    ASSERT_NO_FATAL_FAILURE(Start("eth0", "left"));
+    ZelCam::Buffer* const buffer = stream->GetBuffer(kPatience, nullptr);
+    ASSERT_NE(buffer, nullptr);
+    EXPECT_EQ(buffer->AttachChunks(), ZelCamErr_GenTL_NoData);
+    EXPECT_EQ(buffer->GetNumParts(), 0U);
+    device->Release();
+}
+
 // Operations of each module, called as somebody with an older header would.
 TEST_F(PublicSession, RawTablesLeadToTheSameOperations) {
     ASSERT_NO_FATAL_FAILURE(Start("usb0", "usb", 2));
@@ -283,6 +348,15 @@ TEST_F(PublicSession, RawTablesLeadToTheSameOperations) {
     const char* reason = nullptr;
     EXPECT_EQ(CallSlot<ZelCamErr>(features, 27, "Width", "320", &reason), ZelCamErr_AccessDenied);
     EXPECT_STRNE(reason, "");
+    ZelCamErr err = ZelCamErr_Error;
+    EXPECT_STREQ(CallSlot<const char*>(features, 28, "Width", &err), "640");
+    ZelCam::Buffer* const buffer = stream->CreateBuffer(64, nullptr, &err);
+    ZelBufferPart part{};
+    EXPECT_EQ(CallSlot<bool>(buffer, 17), buffer->IsKacFrameB());
+    EXPECT_EQ(CallSlot<size_t>(buffer, 18), 0U);
+    EXPECT_LT(CallSlot<ZelCamErr>(buffer, 19, size_t{0}, &part, sizeof part), 0);
+    EXPECT_LT(CallSlot<ZelCamErr>(buffer, 20), 0);  // no frame, so no chunks
+    CallSlot<void>(buffer, 21);
     EXPECT_EQ(CallSlot<uint64_t>(stream, 19), 2U);  // delivered
     EXPECT_EQ(CallSlot<size_t>(stream, 24), size_t{640} * 480);
     EXPECT_EQ(CallSlot<size_t>(stream, 27), stream->GetBufferAlignment());

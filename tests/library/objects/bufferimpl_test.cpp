@@ -224,3 +224,48 @@ TEST_F(BufferTest, FailingGettersCountAsZeroInTheDescription) {
     EXPECT_EQ(image.bufferBase, nullptr);
     EXPECT_EQ(image.imageData, nullptr);
 }
+
+// ---- Parts and chunks --------------------------------------------------------------------------
+
+TEST_F(BufferTest, DescribesPartsAndWhatTheProducerDoesNotSayIsZero) {
+    EXPECT_EQ(buffer->GetNumParts(), 2U);
+    ZelBufferPart part{};
+    ASSERT_EQ(buffer->GetPart(1, &part, sizeof part), ZelCamErr_Success);
+    EXPECT_EQ(part.data, buffer->GetBufferPtr());
+    EXPECT_THAT(
+        (std::vector<uint64_t>{part.size, part.dataType, part.format, part.formatNamespace,
+                               part.width, part.height, part.xOffset, part.yOffset, part.xPadding,
+                               part.sourceId, part.deliveredHeight, part.regionId,
+                               part.dataPurposeId}),
+        ElementsAre(2101, 2102, 2103, 2104, 2105, 2106, 2107, 2108, 2109, 2110, 2111, 2112, 2113));
+    Fail("DSGetBufferPartInfo", -1003, 12);
+    ASSERT_EQ(buffer->GetPart(1, &part, sizeof part), ZelCamErr_Success);
+    EXPECT_EQ(part.regionId, 0U);
+    EXPECT_EQ(part.dataPurposeId, 2113U);
+}
+
+TEST_F(BufferTest, ThereIsNoPartWithoutPlaceOrSize) {
+    ZelBufferPart part{};
+    EXPECT_EQ(buffer->GetPart(0, nullptr, sizeof part), ZelCamErr_GenTL_InvalidParameter);
+    part.width = 1;
+    EXPECT_EQ(buffer->GetPart(2, &part, sizeof part), ZelCamErr_GenTL_NotAvailable);
+    EXPECT_EQ(part.width, 0U);
+    EXPECT_EQ(buffer->GetPart(size_t{1} << 32, &part, sizeof part), -1017);
+    for (const int64_t command : {0, 1}) {
+        Fail("DSGetBufferPartInfo", -1010, command);
+        EXPECT_EQ(buffer->GetPart(0, &part, sizeof part), ZelCamErr_GenTL_Io);
+        producer.ClearRules();
+    }
+    Fail("DSGetNumBufferParts", -1008);
+    EXPECT_EQ(buffer->GetNumParts(), 0U);
+}
+
+// As programs do that know fewer members.
+TEST_F(BufferTest, WritesNoMoreOfAPartThanTheCallerHas) {
+    ZelBufferPart part{};
+    part.width = part.dataPurposeId = 7;
+    ASSERT_EQ(buffer->GetPart(0, &part, offsetof(ZelBufferPart, width)), ZelCamErr_Success);
+    EXPECT_EQ(part.size, 2001U);
+    EXPECT_EQ(part.width, 7U);
+    EXPECT_EQ(part.dataPurposeId, 7U);
+}

@@ -174,6 +174,28 @@ TEST_F(CameraTest, TextsSetFeaturesOfEveryKind) {
     EXPECT_THAT(reason, testing::HasSubstr("Error = -1010"));
 }
 
+TEST_F(CameraTest, FeaturesOfEveryKindAreReadAsTextsThatSetThem) {
+    for (const auto& [name, value] : {std::pair{"Int", "95"},
+                                      {"Float", "1.5"},
+                                      {"Boolean", "1"},
+                                      {"String", "text"},
+                                      {"Enum", "Two"},
+                                      {"Raw", "0x0102030405060708"}}) {
+        ASSERT_EQ(array->SetValueStr(name, value, nullptr), ZelCamErr_Success) << name;
+        EXPECT_STREQ(array->GetValueStr(name, &err), value);
+        EXPECT_EQ(err, ZelCamErr_Success) << name;
+    }
+    for (const char* name : {"Command", "Category", "Device"}) {
+        EXPECT_EQ(array->GetValueStr(name, &err), nullptr);
+        EXPECT_EQ(err, ZelCamErr_WrongParamType) << name;
+    }
+    EXPECT_EQ(array->GetValueStr("Nothing", &err), nullptr);
+    EXPECT_EQ(err, ZelCamErr_ParamNotFound);
+    port.result = -1010;
+    EXPECT_EQ(array->GetValueStr("Float", &err), nullptr);
+    EXPECT_EQ(err, ZelCamErr_GenApiError);
+}
+
 TEST_F(CameraTest, NothingIsWrittenWhileItIsLocked) {
     port.memory[56] = 1;
     const std::vector<uint8_t> before = port.memory;

@@ -197,8 +197,27 @@ std::optional<Value> BufferInfo(const Object& buffer, int32_t command) {
                    {BUFFER_INFO_IMAGEOFFSET, SizeValue(8)},
                    {BUFFER_INFO_PIXELFORMAT, Uint64Value(0x01080001)},
                    {BUFFER_INFO_DELIVERED_IMAGEHEIGHT, SizeValue(1022)},
+                   {BUFFER_INFO_SIZE_FILLED, SizeValue(buffer.size)},
                    {1101, BoolValue(true)}},
                   command);
+}
+
+// Each value differs from all others of both parts.
+std::optional<Value> PartInfo(const Object& buffer, uint32_t part, int32_t command) {
+    if (part >= 2) return std::nullopt;
+    const size_t number = 2000 + 100 * part + static_cast<size_t>(command);
+    switch (command) {
+        case BUFFER_PART_INFO_BASE:
+            return NumberValue(INFO_DATATYPE_PTR, buffer.base);
+        case BUFFER_PART_INFO_DATA_FORMAT:
+        case BUFFER_PART_INFO_DATA_FORMAT_NAMESPACE:
+        case BUFFER_PART_INFO_SOURCE_ID:
+        case BUFFER_PART_INFO_REGION_ID:
+        case BUFFER_PART_INFO_DATA_PURPOSE_ID:
+            return Uint64Value(number);
+        default:
+            return SizeValue(number);
+    }
 }
 
 // What the modules have in common.
@@ -511,6 +530,24 @@ GC_ERROR DSGetBufferInfo(DS_HANDLE stream, BUFFER_HANDLE buffer, BUFFER_INFO_CMD
                  find);
 }
 
+GC_ERROR DSGetNumBufferParts(DS_HANDLE stream, BUFFER_HANDLE buffer, uint32_t* count) {
+    return OnModuleWithReply(WithObject(Record(__func__, stream), buffer), Kind::Stream,
+                             [=](Object&, const Reply& reply) {
+                                 *count = static_cast<uint32_t>(reply.size.value_or(2));
+                             });
+}
+
+GC_ERROR DSGetBufferPartInfo(DS_HANDLE stream, BUFFER_HANDLE buffer, uint32_t index,
+                             BUFFER_PART_INFO_CMD cmd, INFO_DATATYPE* type, void* out,
+                             size_t* size) {
+    const auto find = [=](const Object&) -> std::optional<Value> {
+        const Object* const object = world.Find(buffer, Kind::Buffer, "DSGetBufferPartInfo");
+        return object != nullptr ? PartInfo(*object, index, cmd) : std::nullopt;
+    };
+    return Query(WithNumber(WithObject(Record(__func__, stream, cmd), buffer), index), Kind::Stream,
+                 {type, out, size}, find);
+}
+
 // What the library never calls of itself is only recorded.
 #define SCRIPTED_UNUSED(name, call, parameters) \
     GC_ERROR name parameters {                  \
@@ -540,6 +577,25 @@ SCRIPTED_UNUSED(DSGetBufferChunkData, WithObject(Record(__func__, stream), buffe
 SCRIPTED_UNUSED(IFGetParentTL, Record(__func__, iface), (IF_HANDLE iface, TL_HANDLE*))
 SCRIPTED_UNUSED(DevGetParentIF, Record(__func__, device), (DEV_HANDLE device, IF_HANDLE*))
 SCRIPTED_UNUSED(DSGetParentDev, Record(__func__, stream), (DS_HANDLE stream, DEV_HANDLE*))
+SCRIPTED_UNUSED(DSAnnounceCompositeBuffer, WithNumber(Record(__func__, stream), count),
+                (DS_HANDLE stream, size_t count, void**, size_t*, void*, BUFFER_HANDLE*))
+SCRIPTED_UNUSED(DSGetBufferInfoStacked,
+                WithNumber(WithObject(Record(__func__, stream), buffer), count),
+                (DS_HANDLE stream, BUFFER_HANDLE buffer, DS_BUFFER_INFO_STACKED*, size_t count))
+SCRIPTED_UNUSED(DSGetBufferPartInfoStacked,
+                WithNumber(WithObject(Record(__func__, stream), buffer), count),
+                (DS_HANDLE stream, BUFFER_HANDLE buffer, DS_BUFFER_PART_INFO_STACKED*,
+                 size_t count))
+SCRIPTED_UNUSED(DSGetNumFlows, Record(__func__, stream), (DS_HANDLE stream, uint32_t*))
+SCRIPTED_UNUSED(DSGetFlowInfo, WithNumber(Record(__func__, stream, cmd), index),
+                (DS_HANDLE stream, uint32_t index, FLOW_INFO_CMD cmd, INFO_DATATYPE*, void*,
+                 size_t*))
+SCRIPTED_UNUSED(DSGetNumBufferSegments, WithObject(Record(__func__, stream), buffer),
+                (DS_HANDLE stream, BUFFER_HANDLE buffer, uint32_t*))
+SCRIPTED_UNUSED(DSGetBufferSegmentInfo,
+                WithNumber(WithObject(Record(__func__, stream, cmd), buffer), index),
+                (DS_HANDLE stream, BUFFER_HANDLE buffer, uint32_t index, SEGMENT_INFO_CMD cmd,
+                 INFO_DATATYPE*, void*, size_t*))
 #undef SCRIPTED_UNUSED
 
 }  // extern "C"
@@ -547,7 +603,7 @@ SCRIPTED_UNUSED(DSGetParentDev, Record(__func__, stream), (DS_HANDLE stream, DEV
 // The list of the standard, so that a function missing here does not link.
 #define SCRIPTED_POINTER(name, parameters) reinterpret_cast<void*>(&name),
 extern const std::vector<void*> kAllFunctions;
-const std::vector<void*> kAllFunctions = {GENTL_FUNCTIONS_1_4(SCRIPTED_POINTER)};
+const std::vector<void*> kAllFunctions = {GENTL_FUNCTIONS(SCRIPTED_POINTER)};
 #undef SCRIPTED_POINTER
 
 }  // namespace GenTL
