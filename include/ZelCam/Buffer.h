@@ -119,14 +119,18 @@ class Buffer {
     // True for the second frame of a frame pair (producer-specific info 1101).
     virtual bool IsKacFrameB() = 0;
 
+    // Operations from here on have a body, so that stand-ins of programs need not know them.
+
     // The parts of a multi-part payload, such as an image with its range and confidence. 0 for any
     // other payload.
-    virtual size_t GetNumParts() = 0;
+    virtual size_t GetNumParts() { return 0; }
 
     // Describes a part. `size` is the size of the caller's ZelBufferPart: a library that knows more
     // members does not write them. ZelCamErr_GenTL_InvalidParameter if `part` is null, the
     // producer's code if there is no such part; `*part` is 0 then.
-    virtual ZelCamErr GetPart(size_t index, ZelBufferPart* part, size_t size) = 0;
+    virtual ZelCamErr GetPart(size_t /*index*/, ZelBufferPart* /*part*/, size_t /*size*/) {
+        return ZelCamErr_GenTL_NotImplemented;
+    }
 
     // Binds the chunks of the buffer, which holds a frame, to the features of the camera: then
     // ChunkExposureTime, ChunkTimestamp and the like in Device::GetCameraParameters have the values
@@ -140,10 +144,10 @@ class Buffer {
     // cannot be had, -1018 if the chunks lie outside of the buffer or have no known layout.
     //
     // Threads that read chunk features of several buffers must take turns.
-    virtual ZelCamErr AttachChunks() = 0;
+    virtual ZelCamErr AttachChunks() { return ZelCamErr_GenTL_NotImplemented; }
 
     // Does nothing if another buffer or none is attached.
-    virtual void DetachChunks() = 0;
+    virtual void DetachChunks() {}
 
   protected:
     ~Buffer() = default;

@@ -175,6 +175,10 @@ TEST_F(CameraTest, TextsSetFeaturesOfEveryKind) {
 }
 
 TEST_F(CameraTest, FeaturesOfEveryKindAreReadAsTextsThatSetThem) {
+    port.result = -1010;
+    EXPECT_EQ(array->GetValueStr("Float", &err), nullptr);
+    EXPECT_EQ(err, ZelCamErr_GenApiError);
+    port.result = 0;
     for (const auto& [name, value] : {std::pair{"Int", "95"},
                                       {"Float", "1.5"},
                                       {"Boolean", "1"},
@@ -191,9 +195,6 @@ TEST_F(CameraTest, FeaturesOfEveryKindAreReadAsTextsThatSetThem) {
     }
     EXPECT_EQ(array->GetValueStr("Nothing", &err), nullptr);
     EXPECT_EQ(err, ZelCamErr_ParamNotFound);
-    port.result = -1010;
-    EXPECT_EQ(array->GetValueStr("Float", &err), nullptr);
-    EXPECT_EQ(err, ZelCamErr_GenApiError);
 }
 
 TEST_F(CameraTest, NothingIsWrittenWhileItIsLocked) {
