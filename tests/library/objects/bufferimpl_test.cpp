@@ -1,8 +1,10 @@
 // Buffers: the getters, and the geometry of an image.
 #include "ZelCameraApi/bufferimpl.h"
 
+#include <algorithm>
 #include <functional>
 
+#include "tests/genapi/support/description.h"
 #include "tests/library/support/fixture.h"
 
 using testing::ElementsAre;
@@ -268,4 +270,20 @@ TEST_F(BufferTest, WritesNoMoreOfAPartThanTheCallerHas) {
     EXPECT_EQ(part.size, 2001U);
     EXPECT_EQ(part.width, 7U);
     EXPECT_EQ(part.dataPurposeId, 7U);
+}
+
+// The producer does not list chunks, and the camera is one of GigE Vision: data, id and length,
+// both big-endian.
+TEST_F(BufferTest, FindsChunksByTheLayoutOfTheTransport) {
+    producer.SetDescription(test::Document("<Category Name='Root'/>" + test::kPort));
+    Create(12);
+    auto* const bytes = static_cast<uint8_t*>(buffer->GetBufferPtr());
+    std::fill_n(bytes, 12, uint8_t{0});
+    bytes[7] = 1;
+    bytes[11] = 4;
+    EXPECT_EQ(buffer->AttachChunks(), ZelCamErr_Success);
+    bytes[11] = 5;
+    EXPECT_EQ(buffer->AttachChunks(), -1018);
+    Fail("DSGetBufferInfo", -1008, GenTL::BUFFER_INFO_SIZE_FILLED);
+    EXPECT_EQ(buffer->AttachChunks(), ZelCamErr_GenTL_NoData);
 }
