@@ -14,6 +14,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/support/temporaryfolder.h"
 #include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/frames/framelog.h"
 
@@ -26,13 +27,6 @@ namespace {
 
 class OutputFileTest : public ::testing::Test {
   protected:
-    void SetUp() override {
-        std::string name = ::testing::TempDir() + "zelcam-XXXXXX";
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        folder_ = name + "/";
-    }
-    void TearDown() override { fs::remove_all(folder_); }
-
     std::string Read(const std::string& name) const {
         std::ifstream in(folder_ + name, std::ios::binary);
         return {std::istreambuf_iterator<char>(in), {}};
@@ -51,7 +45,8 @@ class OutputFileTest : public ::testing::Test {
         return static_cast<size_t>(std::distance(begin(files), end(files)));
     }
 
-    std::string folder_;
+    const ZelTest::TemporaryFolder temporary_;
+    const std::string folder_ = temporary_.Path().string() + "/";
 };
 
 TEST_F(OutputFileTest, KeepsOrReplacesWhatIsThere) {

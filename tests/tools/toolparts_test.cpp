@@ -10,6 +10,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/support/temporaryfolder.h"
 #include "tools/zelcam/camera/camerachoice.h"
 #include "tools/zelcam/camera/description.h"
 #include "tools/zelcam/camera/hostaddress.h"
@@ -237,15 +238,14 @@ TEST(WrapText, LosesNothingButBlanks) {
 }
 
 TEST(CollectProducers, FoldersAndDuplicates) {
-    std::string folder = ::testing::TempDir() + "zelcam-XXXXXX";
-    ASSERT_NE(mkdtemp(folder.data()), nullptr);
+    const ZelTest::TemporaryFolder temporary;
+    const std::string folder = temporary.Path().string();
     for (const char* name : {"/b.cti", "/a.cti", "/c.so"})
         std::ofstream(folder + name) << "x";
     std::filesystem::create_symlink(folder + "/a.cti", folder + "/z.cti");
 
     const auto producers =
         CollectProducers({folder + "/b.cti"}, "", "::" + folder + ":" + folder + "/none");
-    std::filesystem::remove_all(folder);
 
     std::vector<std::string> seen;
     for (size_t i = 1; i < producers.size(); ++i) {
