@@ -12,6 +12,7 @@
 #   needless  how many PACKETRESEND ask for what has come: "few", as packets are on their way
 #   to        whether the camera said that it sends from there
 #   messages  how many there are of it
+# Datagrams to port 9 stand between programs: the system may give a port of one to the next, too.
 # Datagrams that open a firewall are PUNCH, with the channel for which; that of messages is told to the camera
 # later. Whoever writes CCP is a SESSION:
 #   first, last  what it writes first and last
@@ -35,13 +36,18 @@ function message_of() {
 
 function which_of(message) {
     if (message ~ /^(READ|WRITE)/) return payload(8, 4)
-    return message == "PUNCH" ? channel_of(show["udp.srcport"]) : "-"
+    return message == "PUNCH" ? channel_of(own(show["udp.srcport"])) : "-"
 }
+
+# A port of this program.
+function own(port) { return program "." port }
 
 function channel_of(port) { return port in channels ? channels[port] : message == "PUNCH" ? "messages" : "control" }
 
 /<\/packet>/ {
-    if (show["ip.src"] == client) {
+    if (show["udp.dstport"] == "9") {
+        ++program
+    } else if (show["ip.src"] == client) {
         note_command()
     } else {
         note_answer()
@@ -52,10 +58,10 @@ function channel_of(port) { return port in channels ? channels[port] : message =
 
 function note_answer(    i) {
     if ("complaint" in show) fault("a camera's message: " show["complaint"])
-    if ("gvsp.format" in show) came[show["udp.dstport"], block_id(), packet_id()] = 1
+    if ("gvsp.format" in show) came[own(show["udp.dstport"]), block_id(), packet_id()] = 1
     for (i = 1; i <= num_fields; ++i)
         if (field[i] ~ /^gvcp\.bootstrap\.(mcsp|scspx)$/) sources[show[field[i]]] = 1
-    if ("gvcp.ack" in show) answered[show["udp.dstport"], show["gvcp.cmd.req_id"]] = 1
+    if ("gvcp.ack" in show) answered[own(show["udp.dstport"]), show["gvcp.cmd.req_id"]] = 1
 }
 
 function block_id() { return show["gvsp.blockid16"] show["gvsp.blockid64"] }
@@ -67,7 +73,7 @@ function note_command(    camera, which, port, i) {
     camera = show["ip.dst"] in camera_at ? camera_at[show["ip.dst"]] : "ALL"
     message = message_of()
     which = which_of(message)
-    port = show["udp.srcport"]
+    port = own(show["udp.srcport"])
     ++num_messages[camera SUBSEP message SUBSEP which]
     for (i = 1; i <= num_fields; ++i)
         if (field[i] !~ /^(frame\.(number|time_epoch)|ip\.(src|dst)|udp\.payload|gvcp\.response_(in|to))$/)
@@ -101,9 +107,9 @@ function note_write(camera, which, port,    value) {
     last_write[port] = which "=" value
     if (which == "00000d00" || which == "00000b00") {
         # The system gives the port of a channel that is closed to another.
-        if ((port, which) in open_channel) delete channels[number("0x" substr(open_channel[port, which], 5))]
+        if ((port, which) in open_channel) delete channels[own(number("0x" substr(open_channel[port, which], 5)))]
         open_channel[port, which] = value
-        if (value !~ /^0*$/) channels[number("0x" substr(value, 5))] = which == "00000b00" ? "messages" : "stream"
+        if (value !~ /^0*$/) channels[own(number("0x" substr(value, 5)))] = which == "00000b00" ? "messages" : "stream"
     }
     if (which == "00000a00") note_heartbeat(port)
 }

@@ -24,6 +24,11 @@ address_of() {
 
 client() { nsenter --net="/proc/$client/ns/net" -- timeout 60 "$@"; }
 
+# choose_ports_from FIRST-LAST: the system, for the client.
+choose_ports_from() {
+    nsenter --net="/proc/$client/ns/net" -- sh -c "echo ${1/-/ } >/proc/sys/net/ipv4/ip_local_port_range"
+}
+
 # join NAME MTU: a virtual cable between the namespaces, whose ends say nothing of their own.
 join() {
     ip link add "$1" mtu "$2" type veth peer name "$1" mtu "$2" netns "$client"
@@ -46,7 +51,7 @@ join_namespaces() {
     ip link set cable up
     ip link set outside up
     ip route add default dev outside
-    nsenter --net="/proc/$client/ns/net" -- sh -c "echo ${ports/-/ } >/proc/sys/net/ipv4/ip_local_port_range"
+    choose_ports_from "$ports"
     client ip address add "$here/24" brd + dev cable
     client ip link set lo up
     client ip link set cable up
