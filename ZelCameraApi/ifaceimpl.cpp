@@ -107,6 +107,21 @@ const char* InterfaceImpl::CachedInfo(std::string& cache, int cmd) {
     });
 }
 
+const char* InterfaceImpl::GetVendor() {
+    return CachedPortInfo(vendor_, GenTL::PORT_INFO_VENDOR);
+}
+
+const char* InterfaceImpl::GetModel() {
+    return CachedPortInfo(model_, GenTL::PORT_INFO_MODEL);
+}
+
+const char* InterfaceImpl::CachedPortInfo(std::string& cache, int cmd) {
+    return ZeroOnError([&] {
+        if (cache.empty()) cache = PortGetInfoString(module_, cmd);
+        return cache.c_str();
+    });
+}
+
 ZelGenParam::Array* InterfaceImpl::GetParameters(ZelCamErr* err) {
     StoreError(err, ZelCamErr_Success);
     if (parameters_ == nullptr) parameters_ = CreateArray(module_, err, nullptr);

@@ -46,6 +46,8 @@ class InterfaceImpl final : public EventSource<ZelCam::Interface> {
     const char* GetVersion() override;
     ZelGenParam::Array* GetParameters(ZelCamErr* err) override;
     ZelCam::Device* CreateDeviceFromConfig(const char* fileName, ZelCamErr* err) override;
+    const char* GetVendor() override;
+    const char* GetModel() override;
 
     // The same for a file that was already read.
     ZelCam::Device* CreateDeviceFromConfig(tinyxml2::XMLDocument* document, ZelCamErr* err);
@@ -68,11 +70,14 @@ class InterfaceImpl final : public EventSource<ZelCam::Interface> {
     std::vector<std::string> FindDeviceIds() const;
     std::vector<KnownDevice> SortedDeviceInfos();
     const char* CachedInfo(std::string& cache, int cmd);
+    const char* CachedPortInfo(std::string& cache, int cmd);
 
     [[maybe_unused]] SystemImpl* parent_;  // owns this
     std::string description_;              // empty until first asked
     std::string id_;
     std::string version_;  // empty until first asked
+    std::string vendor_;   // likewise
+    std::string model_;    // likewise
     ZelCam::InterfaceType type_ = ZelCam::InterfaceType::Unknown;
     DeviceInfos deviceInfos_;
     DeviceInfos retiredDeviceInfos_;

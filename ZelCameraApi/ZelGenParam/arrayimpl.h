@@ -64,6 +64,8 @@ class ArrayImpl final : public ZelGenParam::Array, public GenApi::IPort {
     ZelCamErr Poll(int64_t elapsedMs) override;
     ZelCamErr SetValueStr(const char* name, const char* value, const char** reason) override;
     const char* GetValueStr(const char* name, ZelCamErr* err) override;
+    void Lock() override;
+    void Unlock() override;
 
     // Call this before closing the module if the Array ends later, because its end may change
     // features: afterwards no sink is called, and accesses to the port fail.

@@ -170,4 +170,12 @@ const char* ArrayImpl::GetValueStr(const char* name, ZelCamErr* err) {
     return nullptr;
 }
 
+void ArrayImpl::Lock() {
+    nodeMap_->_Ptr->GetLock().Lock();
+}
+
+void ArrayImpl::Unlock() {
+    nodeMap_->_Ptr->GetLock().Unlock();
+}
+
 }  // namespace ZelCameraApi::Internal

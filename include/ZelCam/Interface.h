@@ -123,6 +123,13 @@ class Interface {
     // returned, and `*err` is the code of Device::LoadConfiguration.
     virtual Device* CreateDeviceFromConfig(const char* fileName, ZelCamErr* err) = 0;
 
+    // Vendor and model that the producer reports of the interface's port (GenTL PORT_INFO_VENDOR,
+    // PORT_INFO_MODEL): "ZelCam" and "Simulated interface" if its cameras are simulated. Null if
+    // the producer does not report it. Valid while the interface lives. They have a body, so that
+    // stand-ins of programs need not know them.
+    virtual const char* GetVendor() { return nullptr; }
+    virtual const char* GetModel() { return nullptr; }
+
   protected:
     ~Interface() = default;
 };

@@ -24,8 +24,8 @@ namespace ZelGenParam {
 //   ZelCamErr_GenApiError   any other failure, for instance a failed access to the camera
 // and returns zero, null or false on failure. `err` may be null; it is 0 on success.
 //
-// Thread-safe, like its Params: one thread at a time accesses the features, others wait. The
-// application must protect accesses that belong together, such as a selector and what it selects.
+// Thread-safe, like its Params: one thread at a time accesses the features, others wait. Accesses
+// that belong together, such as a selector and what it selects, are protected by Lock.
 class Array {
   public:
     // The feature of that name: the same object on every call. Null if there is no such feature or,
@@ -87,6 +87,13 @@ class Array {
     // Int that the description shows so. Commands, categories and ports have no value:
     // ZelCamErr_WrongParamType. The text stays valid as those of GetStringValue do.
     virtual const char* GetValueStr(const char* name, ZelCamErr* err) = 0;
+
+    // Keep the features to the calling thread until it unlocks them as often as it locked them:
+    // for accesses that belong together, such as a selector and what it selects. Other threads that
+    // use the features wait meanwhile, and so do the events of the camera. A ParamEventSink is
+    // called with the features locked.
+    virtual void Lock() = 0;
+    virtual void Unlock() = 0;
 
   protected:
     ~Array() = default;
