@@ -15,6 +15,7 @@
 #include <string>
 #include <sys/mman.h>
 #include <thread>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -78,13 +79,13 @@ class Lease {
 
     const std::shared_ptr<Block>& block() const { return block_; }
 
-    // What `ask` returns of the buffer. Throws once the stream has ended.
+    // What `what` returns of the buffer. Throws once the stream has ended.
     template <typename Ask>
-    auto ask(Ask ask) const;
+    std::invoke_result_t<Ask, ZelCam::Buffer&> ask(Ask what) const;
 
-    // The same with the chunks of the frame attached, for an `ask` of the camera's features.
+    // The same with the chunks of the frame attached, for a `what` of the camera's features.
     template <typename Ask>
-    auto askChunks(Ask ask) const;
+    std::invoke_result_t<Ask, ZelGenParam::Array&> askChunks(Ask what) const;
 
   private:
     const std::shared_ptr<Acquisition> acquisition_;
@@ -321,21 +322,21 @@ inline Lease::~Lease() {
 }
 
 template <typename Ask>
-auto Lease::ask(Ask ask) const {
+std::invoke_result_t<Ask, ZelCam::Buffer&> Lease::ask(Ask what) const {
     const std::shared_lock<std::shared_mutex> lock(acquisition_->aliveMutex_);
     if (acquisition_->stream_ == nullptr)
         throw Error(ZelCamErr_GenTL_InvalidBuffer, "using a frame", "",
                     "its stream has ended; frame.copy() outlives it");
-    return ask(*buffer_);
+    return what(*buffer_);
 }
 
 template <typename Ask>
-auto Lease::askChunks(Ask ask) const {
-    return this->ask([&](ZelCam::Buffer& buffer) {
+std::invoke_result_t<Ask, ZelGenParam::Array&> Lease::askChunks(Ask what) const {
+    return ask([&](ZelCam::Buffer& buffer) {
         ZelGenParam::Array& features = *acquisition_->features_;
         const FeatureLock lock(features);
         check(buffer.AttachChunks(), "reading the chunks of a frame");
-        return ask(features);
+        return what(features);
     });
 }
 

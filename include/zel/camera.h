@@ -204,13 +204,14 @@ inline CameraList cameras(const SearchOptions& options = {}) {
 }
 
 // Opens the camera that has this identifier, serial number or user name; of several, the first real
-// one. Without a name it is the first camera that no other program uses. ZelCamErr_NotFound if
+// one. Without a name it is the first camera that nobody has open. ZelCamErr_NotFound if
 // there is none: the error lists those that were found, and the producers that failed.
 inline Camera open(const std::string& name = {}, const OpenOptions& options = {}) {
     const auto library = detail::Library::with(options.producers);
     const auto isWanted = [&name](const CameraInfo& camera) {
-        const bool isFree = camera.access != ZelCam::AccessStatus_NoAccess &&
-                            camera.access != ZelCam::AccessStatus_Busy;
+        const bool isFree = camera.access == ZelCam::AccessStatus_Unknown ||
+                            camera.access == ZelCam::AccessStatus_ReadWrite ||
+                            camera.access == ZelCam::AccessStatus_ReadOnly;
         return name.empty() ? isFree : camera.isNamed(name);
     };
     const CameraList found = library->search(options.time, [&](const CameraList& list) {

@@ -156,7 +156,8 @@ class Chunks {
                 throw Error(ZelCamErr_AccessDenied, "reading the chunk", chunk);
             return found->second;
         }
-        return lease_->askChunks([&](auto& features) { return Value::of(features, chunk); });
+        return lease_->askChunks(
+            [&](ZelGenParam::Array& features) { return Value::of(features, chunk); });
     }
 
     // All that the frame has; empty without chunks.
@@ -164,7 +165,7 @@ class Chunks {
         if (copy_) return copy_->chunks;
         std::map<std::string, Value> values;
         try {
-            lease_->askChunks([&](auto& features) { readAll(features, values); });
+            lease_->askChunks([&](ZelGenParam::Array& features) { readAll(features, values); });
         } catch (const Error& error) {
             if (error.code() != ZelCamErr_GenTL_NoData) throw;
         }
@@ -208,12 +209,13 @@ class Frame {
 
     // The number that the camera gave it. A gap means lost frames.
     uint64_t id() const {
-        return copy_ ? copy_->id : ask([](auto& buffer) { return buffer.GetFrameID(); });
+        return copy_ ? copy_->id : ask([](ZelCam::Buffer& buffer) { return buffer.GetFrameID(); });
     }
 
     // The time of the camera, in its ticks.
     uint64_t timestamp() const {
-        return copy_ ? copy_->timestamp : ask([](auto& buffer) { return buffer.GetTimestamp(); });
+        return copy_ ? copy_->timestamp
+                     : ask([](ZelCam::Buffer& buffer) { return buffer.GetTimestamp(); });
     }
 
     // When it reached the program.
@@ -222,7 +224,7 @@ class Frame {
     // Whether all of it came.
     bool isComplete() const {
         return copy_ ? !copy_->isIncomplete
-                     : !ask([](auto& buffer) { return buffer.IsIncomplete(); });
+                     : !ask([](ZelCam::Buffer& buffer) { return buffer.IsIncomplete(); });
     }
 
     // How many frames the program did not get between the one before and this: by the gap in their
@@ -236,7 +238,8 @@ class Frame {
             if (!part.image.empty()) return part.image;
         const auto layout = copy_ ? copy_->layout : ask(detail::layoutOf);
         const size_t offset =
-            copy_ ? copy_->imageOffset : ask([](auto& buffer) { return buffer.GetImageOffset(); });
+            copy_ ? copy_->imageOffset
+                  : ask([](ZelCam::Buffer& buffer) { return buffer.GetImageOffset(); });
         return imageAt(offset, block().size(), layout);
     }
 
@@ -281,7 +284,7 @@ class Frame {
         : copy_(std::move(copy)), arrival_(arrival), missed_(missed) {}
 
     template <typename Ask>
-    auto ask(Ask what) const {
+    std::invoke_result_t<Ask, ZelCam::Buffer&> ask(Ask what) const {
         return lease_->ask(what);
     }
 

@@ -86,7 +86,7 @@ class Merging {
         changed_.notify_all();
     }
 
-    auto numWaiting(size_t source) const {
+    std::ptrdiff_t numWaiting(size_t source) const {
         return std::count_if(waiting_.begin(), waiting_.end(),
                              [source](const SourcedFrame& one) { return one.source == source; });
     }

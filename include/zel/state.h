@@ -95,7 +95,7 @@ class Opened {
 };
 
 // A subscription to a feature, which follows the camera to the next Opened.
-class Watch : public ZelGenParam::ParamEventSink {
+class Watch final : public ZelGenParam::ParamEventSink {
   public:
     Watch(Module module, std::string name, std::function<void()> call)
         : module_(module), name_(std::move(name)), call_(std::move(call)) {}

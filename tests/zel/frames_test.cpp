@@ -34,7 +34,9 @@ TEST_F(ZelLayer, ALoopStartsTheCameraAndStopsItOnEveryWayOut) {
     uint64_t next = 0;
     size_t count = 0;
     for (const zel::Frame& frame : camera.frames(20)) {
-        if (count++ > 0) EXPECT_EQ(frame.id(), next);
+        if (count++ > 0) {
+            EXPECT_EQ(frame.id(), next);
+        }
         next = frame.id() + 1;
         EXPECT_TRUE(frame.isComplete());
         EXPECT_EQ(frame.missed(), 0U);
@@ -60,7 +62,7 @@ TEST_F(ZelLayer, ALoopStartsTheCameraAndStopsItOnEveryWayOut) {
     camera["AcquisitionMode"] = "SingleFrame";
     count = 0;
     for (const zel::Frame& frame : camera.frames())
-        count += frame.isComplete() ? 1 : 0;
+        count += frame.isComplete() ? 1U : 0U;
     EXPECT_EQ(count, 1U);
     EXPECT_EQ(camera.grab().image().height(), 48U);
 }
@@ -247,7 +249,7 @@ TEST_F(ZelLayer, FramesOfSeveralCamerasMergeAndGroup) {
     size_t numGroups = 0;
     for (const std::vector<zel::Frame>& group :
          zel::groups(~uint64_t{0}, left.frames(5), right.frames(5)))
-        numGroups += group.size() == 2 ? 1 : 0;
+        numGroups += group.size() == 2 ? 1U : 0U;
     EXPECT_EQ(numGroups, 5U);
 
     auto endless = zel::merge(left.frames(), right.frames());
