@@ -1,6 +1,0 @@
-"""The logger of the package."""
-
-import logging
-
-logger = logging.getLogger("zelcam")
-logger.addHandler(logging.NullHandler())
