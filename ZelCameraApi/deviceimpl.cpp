@@ -140,10 +140,13 @@ ZelGenParam::Array* DeviceImpl::GetTransportParameters(ZelCamErr* err) {
 
 ZelGenParam::Array* DeviceImpl::GetCameraParameters(ZelCamErr* err) {
     return NullWithCode(err, [&]() -> ZelGenParam::Array* {
+        // Sinks ask for it, too, with the node map locked, which is made with the mutex locked.
+        if (ZelGenParam::Array* const made = cameraArray_) return made;
         const std::lock_guard<std::mutex> lock(cameraMutex_);
         if (camera_.array == nullptr &&
             MakeParameters(camera_, remotePort_, info_->GetExternalXml(), err)) {
             FollowEvents();
+            cameraArray_ = camera_.array.get();
         }
         return camera_.array.get();
     });

@@ -1,6 +1,7 @@
 // An opened camera.
 #pragma once
 
+#include <atomic>
 #include <iosfwd>
 #include <list>
 #include <memory>
@@ -94,6 +95,7 @@ class DeviceImpl : public EventSource<ZelCam::Device> {
     ChunkBinding chunks_;   // of buffers, to the features of the camera
     // Held while the camera's parameters are made: streams on other threads ask for them, too.
     std::mutex cameraMutex_;
+    std::atomic<ZelGenParam::Array*> cameraArray_{nullptr};  // that of camera_, once it was made
     EventCallbackDelegate eventDelegate_;
 };
 

@@ -4,6 +4,7 @@
 #define ZEL_STATE_H
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <functional>
@@ -63,11 +64,16 @@ class Opened {
         return *stream_;
     }
 
+    // Takes no lock once they were made: subscribers ask for them with the features locked.
     ZelGenParam::Array& features(Module module) {
-        ZelCamErr code = ZelCamErr_NoNodeMap;
-        ZelGenParam::Array* const features = find(module, &code);
-        if (features == nullptr) throw Error(code, "reading the description of the features");
-        return *features;
+        std::atomic<ZelGenParam::Array*>& made = features_.at(static_cast<size_t>(module));
+        if (made == nullptr) {
+            ZelCamErr code = ZelCamErr_NoNodeMap;
+            ZelGenParam::Array* const features = make(module, &code);
+            if (features == nullptr) throw Error(code, "reading the description of the features");
+            made = features;
+        }
+        return *made;
     }
 
     // Memory that the producer may still write to is kept until the stream is closed.
@@ -77,7 +83,7 @@ class Opened {
     }
 
   private:
-    ZelGenParam::Array* find(Module module, ZelCamErr* code) {
+    ZelGenParam::Array* make(Module module, ZelCamErr* code) {
         if (module == Module::Stream) return stream().GetParameters(code);
         const std::lock_guard<std::mutex> lock(mutex_);
         if (module == Module::Transport) return device_->GetTransportParameters(code);
@@ -89,6 +95,7 @@ class Opened {
     const std::shared_ptr<Library> library_;
     Released<ZelCam::Device> device_;
     Released<ZelCam::Stream> stream_;
+    std::array<std::atomic<ZelGenParam::Array*>, 4> features_{};  // by Module
     std::vector<std::shared_ptr<const void>> kept_;
     std::mutex mutex_;
     uint64_t number_ = 0;
