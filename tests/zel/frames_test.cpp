@@ -133,6 +133,7 @@ TEST_F(ZelLayer, ALeaseThatAnotherThreadEndsWakesWhoWaits) {
     options.buffers = 2;
     options.timeout = std::chrono::seconds(60);
     zel::Frames frames = camera.frames(options);
+    const uint64_t before = simulator.callCount("EventKill");
     for (int i = 0; i < 50; ++i) {
         std::vector<zel::Frame> all;
         all.push_back(*frames.next());
@@ -141,6 +142,7 @@ TEST_F(ZelLayer, ALeaseThatAnotherThreadEndsWakesWhoWaits) {
         ASSERT_TRUE(frames.next());
         other.join();
     }
+    EXPECT_GT(simulator.callCount("EventKill"), before);
 }
 
 TEST_F(ZelLayer, CancelEndsTheLoopOfAnotherThread) {
@@ -218,6 +220,7 @@ TEST_F(ZelLayer, ACameraThatComesBackGoesOnAsItWas) {
     returning.join();
     ASSERT_TRUE(frame);
     EXPECT_EQ(losses, 1);
+    EXPECT_GT(frame->missed(), 0U);
     EXPECT_EQ(frame->image().width(), 32U);
     EXPECT_EQ(exposure.as<double>(), 2345);
     exposure.set(999);
@@ -252,6 +255,23 @@ TEST_F(ZelLayer, FramesOfSeveralCamerasMergeAndGroup) {
         numGroups += group.size() == 2 ? 1U : 0U;
     EXPECT_EQ(numGroups, 5U);
 
+    // Only the second frame of the left camera has a counterpart.
+    for (zel::Camera* const camera : {&left, &right})
+        (*camera)["TriggerMode"].at("TriggerSelector", "FrameStart") = "On";
+    {
+        auto pairs = zel::groups(1'000'000'000, left.frames(2), right.frames(1));
+        left["TriggerSoftware"].execute();
+        std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+        left["TriggerSoftware"].execute();
+        right["TriggerSoftware"].execute();
+        const auto pair = pairs.next();
+        ASSERT_TRUE(pair);
+        EXPECT_LT(pair->at(1).timestamp() - pair->at(0).timestamp(), 1'000'000'000U);
+        EXPECT_FALSE(pairs.next());
+    }
+
+    for (zel::Camera* const camera : {&left, &right})
+        (*camera)["TriggerMode"].at("TriggerSelector", "FrameStart") = "Off";
     auto endless = zel::merge(left.frames(), right.frames());
     ASSERT_TRUE(endless.next());
 }
