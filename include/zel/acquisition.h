@@ -99,7 +99,7 @@ class Acquisition : public std::enable_shared_from_this<Acquisition> {
   public:
     static std::shared_ptr<Acquisition> begin(const std::shared_ptr<Opened>& opened,
                                               size_t numBuffers) {
-        const std::shared_ptr<Acquisition> acquisition(new Acquisition(opened));
+        std::shared_ptr<Acquisition> acquisition(new Acquisition(opened));
         try {
             acquisition->start(numBuffers);
         } catch (...) {

@@ -83,12 +83,12 @@ TEST_F(ZelLayer, AnImageLiesAsItsFormatSays) {
 
 TEST_F(ZelLayer, PlanarFormatsHaveALineOfOnePlane) {
     const auto imageOf = [](uint64_t format) {
-        static const uint8_t memory[4096] = {};
+        static const uint8_t kMemory[4096] = {};
         zel::ImageLayout layout;
         layout.format = format;
         layout.width = 10;
         layout.height = 4;
-        return zel::Image(nullptr, memory, sizeof memory, layout);
+        return zel::Image(nullptr, kMemory, sizeof kMemory, layout);
     };
     EXPECT_EQ(imageOf(0x02180021).pitch(), 10U);  // RGB8_Planar
     EXPECT_EQ(imageOf(0x02180021).size(), 120U);
@@ -105,7 +105,8 @@ TEST_F(ZelLayer, AFrameIsALeaseAndItsImagesOutliveTheStream) {
     options.timeout = std::chrono::milliseconds(300);
     zel::Frames frames = camera.frames(options);
     std::vector<zel::Frame> kept;
-    for (int i = 0; i < 4; ++i)
+    kept.reserve(options.buffers);
+    for (size_t i = 0; i < options.buffers; ++i)
         kept.push_back(*frames.next());
     const zel::Error starving = ErrorOf([&] { frames.next(); });
     EXPECT_TRUE(starving.isTimeout());
