@@ -3,7 +3,7 @@
 //     zel::Camera camera = zel::open();                // or zel::open("4711"): a serial number
 //     camera["ExposureTime"] = 5000.0;                 // us
 //     for (const zel::Frame& frame : camera.frames(100)) {
-//         zel::save(frame.image(), "shot.png");
+//         std::cout << frame.id() << ": " << frame.image().width() << " pixels\n";
 //     }
 //
 // This layer consists of headers only and uses the interfaces of ZelCam/ZelCam.h. Objects own by
