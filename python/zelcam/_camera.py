@@ -128,7 +128,7 @@ class Feature:
             text += f" {self.unit}"
         if self.kind in (Kind.INTEGER, Kind.FLOAT):
             text += f", from {self.min} to {self.max}"
-        if self.kind is Kind.ENUMERATION:
+        if self.kind == Kind.ENUMERATION:
             text += ", of " + ", ".join(self.entries)
         return text + ("" if self.is_writable else ", read-only") + ">"
 
@@ -272,7 +272,7 @@ class Camera:
             feature = self[name]
         except NotFound as error:
             raise AttributeError(str(error)) from None
-        return feature if feature.kind is Kind.COMMAND else feature.value
+        return feature if feature.kind == Kind.COMMAND else feature.value
 
     def __setattr__(self, name: str, value: Value) -> None:
         if name in ("features", "info") or hasattr(type(self), name):
