@@ -176,10 +176,11 @@ class CameraState {
     // Opens the camera, for the first time or again.
     void open() {
         const CameraInfo camera = info();
+        const std::shared_ptr<Library> library = this->library();
         ZelCamErr code = ZelCamErr_Success;
-        Released<ZelCam::Device> device = library_->open(camera, access_, &code);
+        Released<ZelCam::Device> device = library->open(camera, access_, &code);
         if (!device) throw Error(code, "opening camera " + camera.description());
-        const auto opened = std::make_shared<Opened>(library_, std::move(device));
+        const auto opened = std::make_shared<Opened>(library, std::move(device));
         std::vector<std::shared_ptr<Watch>> watches;
         {
             const std::lock_guard<std::mutex> lock(mutex_);
@@ -196,7 +197,7 @@ class CameraState {
         const auto isSame = [&wanted](const CameraInfo& camera) {
             return wanted.serial.empty() ? camera.id == wanted.id : camera.serial == wanted.serial;
         };
-        const auto found = library_->search(std::chrono::milliseconds(200), [&](const auto& list) {
+        const auto found = library()->search(std::chrono::milliseconds(200), [&](const auto& list) {
             return std::any_of(list.begin(), list.end(), isSame);
         });
         const auto same = std::find_if(found.begin(), found.end(), isSame);
@@ -209,7 +210,12 @@ class CameraState {
     // The device is gone: whoever uses it gets Error, until it is opened again.
     void lose() { drop(false); }
 
-    void close() { drop(true); }
+    void close() {
+        drop(true);
+        // What remains of the camera, such as a feature, keeps no producer loaded.
+        const std::lock_guard<std::mutex> lock(mutex_);
+        library_.reset();
+    }
 
     bool isClosed() const {
         const std::lock_guard<std::mutex> lock(mutex_);
@@ -255,6 +261,12 @@ class CameraState {
     }
 
   private:
+    std::shared_ptr<Library> library() const {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (!library_) throw Error(ZelCamErr_GenTL_NotInitialized, "using a closed camera");
+        return library_;
+    }
+
     // Nobody begins an access any more. Those that run end first, so that the device is not closed
     // by a thread of its own, which called a subscriber.
     void drop(bool closes) {
@@ -280,8 +292,8 @@ class CameraState {
     }
 
     const ZelCam::DeviceAccess access_;
-    const std::shared_ptr<Library> library_;
     mutable std::mutex mutex_;
+    std::shared_ptr<Library> library_;  // null: closed
     CameraInfo info_;
     std::shared_ptr<Opened> opened_;
     bool isClosed_ = false;

@@ -1,6 +1,8 @@
 // Cameras for the tests of the layer.
 #pragma once
 
+#include <cstdlib>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/simulator.h"
@@ -23,7 +25,11 @@ constexpr const char* kCameras =
 
 class ZelLayer : public testing::Test {
   protected:
-    void SetUp() override { ASSERT_EQ(simulator.configure(kCameras), 0); }
+    void SetUp() override {
+        // Other tests have cameras on loopback, which are real ones to this program.
+        setenv("ZELGEV_INTERFACES", "none", 1);
+        ASSERT_EQ(simulator.configure(kCameras), 0);
+    }
     void TearDown() override { EXPECT_EQ(simulator.openHandles(), 0U); }
 
     Simulator simulator;

@@ -133,6 +133,7 @@ TEST_F(ZelLayer, ChangesAreReportedWhileTheSubscriptionLives) {
     kept = camera["ExposureTime"].onChange([](const zel::Feature&) {});
     camera.close();
     EXPECT_EQ(ErrorOf([&] { camera["ExposureTime"] = 1; }).code(), ZelCamErr_GenTL_NotInitialized);
+    EXPECT_EQ(simulator.openHandles(), 0U);
 }
 
 TEST_F(ZelLayer, EventsArriveByName) {
