@@ -62,6 +62,25 @@ std::vector<Case> Cases() {
     return cases;
 }
 
+// An image, or three parts of other sizes, as the form says.
+ZelCti::FrameInfo FrameOf(const Case& c, uint64_t id) {
+    ZelCti::FrameInfo frame = ImageFrame(kWidth, c.height, id * 1000);
+    const auto addPart = [&](size_t begin, size_t end) {
+        ZelCti::FramePart part;
+        part.type = GenTL::PART_DATATYPE_2D_IMAGE;
+        part.offset = begin;
+        part.dataSize = end - begin;
+        frame.parts.push_back(part);
+    };
+    const size_t size = kWidth * c.height;
+    if (c.form.multiPart) {
+        addPart(0, size / 2);
+        addPart(size / 2, size - 1001);
+        addPart(size - 1001, size);
+    }
+    return frame;
+}
+
 class BadNetworks : public testing::TestWithParam<Case> {};
 
 }  // namespace
@@ -88,8 +107,7 @@ TEST_P(BadNetworks, LoseNoFrame) {
     const Duration packetTime = microseconds(12) * static_cast<int>(c.form.packetSize) / 1500;
     stream.packetTime = c.form.packetSize > 1500 ? packetTime / 4 : packetTime;
     for (uint64_t id = 1; id <= c.numFrames; ++id) {
-        const auto packets =
-            PacketsOf(ImageFrame(kWidth, c.height, id * 1000), Content(size, id), id, c.form);
+        const auto packets = PacketsOf(FrameOf(c, id), Content(size, id), id, c.form);
         stream.Send(id, packets);
         stream.Run();
         const Duration spent = stream.packetTime * static_cast<int>(packets.size());
