@@ -379,4 +379,48 @@ TEST_F(ComponentConsumerTest, GetsWholePartsAndTheirChunks) {
     EXPECT_EQ(StopStream(), GC_ERR_SUCCESS);
 }
 
+// GenDC is of 2.2; earlier cameras send the same parts.
+TEST_F(ComponentConsumerTest, GetsWholeContainersOfCamerasThatMaySendThem) {
+    Serve("payload='GenDC'", "LossEvery='9' Version='2.2'");
+    OpenDevice();
+    OpenStream();
+    Announce(4);
+    QueueAll();
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    StartCamera();
+    constexpr size_t kDescriptor = 416;
+    constexpr size_t kImage = kWidth * kHeight;
+    for (int i = 0; i < 20; ++i) {
+        BUFFER_HANDLE const buffer = Fetch();
+        ASSERT_FALSE(BufferInfo(buffer, BUFFER_INFO_IS_INCOMPLETE).Bool());
+        EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_PAYLOADTYPE).Size(), size_t{PAYLOAD_TYPE_GENDC});
+        ASSERT_EQ(BufferInfo(buffer, BUFFER_INFO_SIZE_FILLED).Size(), kDescriptor + 4 * kImage);
+        const uint64_t frame = FrameId(buffer) - 1;
+        const uint8_t* const bytes = Data(buffer);
+        EXPECT_EQ(std::string(bytes, bytes + 4), "GNDC");
+        EXPECT_EQ(bytes[16], frame) << "the number of the frame";
+        const auto* const range = bytes + kDescriptor + kImage;
+        EXPECT_EQ(std::vector<uint8_t>(range, range + 2 * kImage),
+                  ZelTest::RangeBytes(frame, kWidth, kHeight, 0));
+        EXPECT_EQ(std::vector<uint8_t>(range + 2 * kImage, range + 3 * kImage),
+                  ZelTest::ConfidenceBytes(frame, kWidth, kHeight, 0));
+        ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+    }
+    StopCamera();
+    EXPECT_EQ(StopStream(), GC_ERR_SUCCESS);
+    CloseDevice();
+
+    p.ServeCameras(nullptr);
+    Serve("payload='GenDC'", "Version='2.1'");
+    OpenDevice();
+    OpenStream();
+    Announce(1);
+    QueueAll();
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    StartCamera();
+    uint32_t count = 0;
+    EXPECT_EQ(p.DSGetNumBufferParts(stream, Fetch(), &count), GC_ERR_SUCCESS);
+    EXPECT_EQ(count, 3U);
+}
+
 }  // namespace

@@ -6,13 +6,15 @@
 
 #include "tests/simulator/cameranodestest.h"
 #include "tests/support/components.h"
+#include "tests/wire/bytes.h"
 
 using namespace GENAPI_NAMESPACE;
 using namespace GenTL;
 using ::testing::ElementsAre;
+using WireTest::Bytes;
+using WireTest::Hex;
 using ZelTest::ConfidenceBytes;
 using ZelTest::RangeBytes;
-using Bytes = std::vector<uint8_t>;
 
 namespace {
 
@@ -54,6 +56,10 @@ class ComponentTest : public CameraNodesTest {
     }
     Bytes DataOf(BUFFER_HANDLE buffer, size_t offset, size_t size) {
         return {Data(buffer) + offset, Data(buffer) + offset + size};
+    }
+    Bytes TimestampOf(BUFFER_HANDLE buffer) {
+        const Info info = BufferInfo(buffer, BUFFER_INFO_TIMESTAMP);
+        return {info.bytes.begin(), info.bytes.end()};
     }
 };
 
@@ -174,4 +180,31 @@ TEST_F(ComponentTest, ChunksFollowTheParts) {
     EXPECT_EQ(chunks[0].ChunkOffset, static_cast<ptrdiff_t>(kAll));
     EXPECT_EQ(Data(buffer)[kAll], 40);
     EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_DELIVERED_CHUNKPAYLOADSIZE).Size(), 12U);
+}
+
+TEST_F(ComponentTest, AContainerDescribesItself) {
+    std::string keys(kKeys);
+    Open(keys.replace(keys.find("MultiPart"), 9, "GenDC"), "GEV");
+    EXPECT_EQ(nodes->Node("ChunkModeActive"), nullptr);
+    EXPECT_EQ(PayloadSize(), 56 + 120 * 3 + kAll);
+    Enable("Intensity", "false");
+    Enable("Confidence", "false");
+    ASSERT_EQ(PayloadSize(), 176 + kRange);
+    AllocateAndQueue(1);
+    ASSERT_EQ(Start(1), GC_ERR_SUCCESS);
+    const BUFFER_HANDLE buffer = Fetch();
+    EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_PAYLOADTYPE).Size(), size_t{PAYLOAD_TYPE_GENDC});
+    uint32_t count = 0;
+    EXPECT_EQ(p.DSGetNumBufferParts(stream, buffer, &count), GC_ERR_NO_DATA);
+    Bytes descriptor = DataOf(buffer, 0, 176);
+    std::fill_n(descriptor.begin() + 88, 8, uint8_t{0xEE});  // the time stamp
+    EXPECT_EQ(descriptor,
+              Hex("474e4443 010000 00 0010 0000 40000000 0000000000000000 2100 0000 00000000"
+                  "7d14000000000000 b000000000000000 b0000000 01000000 4000000000000000"
+                  "0020 0000 38000000 0000 0000 0100 0200 04000000 02000000 eeeeeeeeeeeeeeee"
+                  "0400000000000000 b8001001 0000 0100 7800000000000000"
+                  "0042 0000 38000000 b8001001 0000 0000 0000000000000000 7d14000000000000"
+                  "b000000000000000 40000000 28000000 0300 0500 00000000"));
+    EXPECT_EQ(DataOf(buffer, 88, 8), TimestampOf(buffer));
+    EXPECT_EQ(DataOf(buffer, 176, kRange - 5), RangeBytes(0, 64, 40, 3));
 }

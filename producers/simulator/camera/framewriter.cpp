@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "producers/simulator/camera/camera.h"
+#include "producers/simulator/camera/gendcdescriptor.h"
 #include "producers/wire/gvspleader.h"
 
 namespace ZelSim {
@@ -34,9 +35,9 @@ ChunkValues ChunkValuesOf(const FrameSettings& settings) {
 }
 
 // In place of a picture: the number of the frame, and the time at which it is complete.
-void WriteCounter(const Camera& camera, uint64_t id, const FrameBuffer& buffer) {
+void WriteCounter(const Camera& camera, uint64_t id, uint8_t* bytes, size_t room) {
     const uint64_t values[] = {id, camera.Nanoseconds()};
-    std::memcpy(buffer.Base(), values, std::min(buffer.Size(), sizeof values));
+    std::memcpy(bytes, values, std::min(room, sizeof values));
 }
 
 FramePart PartOf(const FrameSettings& settings, const ComponentTraits& component, size_t offset) {
@@ -59,10 +60,11 @@ FramePart PartOf(const FrameSettings& settings, const ComponentTraits& component
 
 // Who sends no parts sends the first of them, as the image that the frame has otherwise.
 void DescribeParts(const FrameSettings& settings, FrameInfo& info) {
-    info.payloadType = GenTL::PAYLOAD_TYPE_MULTI_PART;
+    info.payloadType = settings.payload == PayloadForm::GenDc ? GenTL::PAYLOAD_TYPE_GENDC
+                                                              : GenTL::PAYLOAD_TYPE_MULTI_PART;
     info.hasImage = false;
     info.parts.reserve(kNumComponents + 1);  // and that of the chunks
-    size_t offset = 0;
+    auto offset = static_cast<size_t>(settings.PartsBegin());
     for (const ComponentTraits& component : kComponents) {
         if (!settings.Has(component)) continue;
         info.parts.push_back(PartOf(settings, component, offset));
@@ -120,6 +122,7 @@ void DrawParts(Camera& camera, const FrameSettings& settings, const FrameBuffer&
     info.tooLarge = payload > buffer.Size();
     const bool torn = IsEvery(config.incompleteEvery, info.id);
     info.incomplete = torn || info.tooLarge;
+    info.sizeFilled = std::min(info.parts.front().offset, buffer.Size());
     auto part = info.parts.begin();
     for (const ComponentTraits& component : kComponents) {
         if (!settings.Has(component)) continue;
@@ -129,9 +132,14 @@ void DrawParts(Camera& camera, const FrameSettings& settings, const FrameBuffer&
         if (part->dataSize != 0) info.sizeFilled = part->offset + part->dataSize;
         ++part;
     }
-    if (config.noFill) WriteCounter(camera, info.id, buffer);
+    const FramePart& first = info.parts.front();
+    if (config.noFill)
+        WriteCounter(camera, info.id, buffer.Base() + first.offset, buffer.Size() - first.offset);
     if (!info.incomplete) info.sizeFilled = payload;
-    info.deliveredHeight = info.parts.front().deliveredHeight;
+    info.deliveredHeight = first.deliveredHeight;
+    const auto descriptorSize = static_cast<size_t>(settings.PartsBegin());
+    if (descriptorSize != 0 && descriptorSize <= buffer.Size())
+        WriteGenDcDescriptor(settings, info, {buffer.Base(), descriptorSize});
 }
 
 void DrawImage(Camera& camera, const FrameSettings& settings, const FrameBuffer& buffer,
@@ -150,7 +158,7 @@ void DrawImage(Camera& camera, const FrameSettings& settings, const FrameBuffer&
     info.deliveredHeight = numLines;
     info.sizeFilled = info.incomplete ? offset + numLines * pitch : payload;
     if (config.noFill) {
-        WriteCounter(camera, info.id, buffer);
+        WriteCounter(camera, info.id, buffer.Base(), buffer.Size());
     } else {
         camera.Picture(settings)->Draw(info.id, buffer.Base() + offset, numLines);
     }
@@ -160,7 +168,7 @@ void DescribeChunks(const Camera& camera, const FrameSettings& settings, FrameIn
     const ChunkSet chunks = settings.SentChunks();
     if (chunks.IsEmpty()) return;
     info.chunkOrder = camera.WireOrder();
-    const uint64_t before = settings.HasParts() ? settings.PartsSize() : settings.ImageSize();
+    const uint64_t before = settings.HasParts() ? settings.PartsEnd() : settings.ImageSize();
     info.chunkLayoutId = before << kNumChunkKinds | chunks.Bits();
     if (!settings.HasParts()) return;
     info.chunkBegin = static_cast<size_t>(before);

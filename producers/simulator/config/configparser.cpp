@@ -98,7 +98,8 @@ Pattern PatternOf(const Value& value) {
 PayloadForm PayloadOf(const Value& value) {
     if (value.text == "Image") return PayloadForm::Image;
     if (value.text == "MultiPart") return PayloadForm::MultiPart;
-    value.Refuse("Image or MultiPart");
+    if (value.text == "GenDC") return PayloadForm::GenDc;
+    value.Refuse("Image, MultiPart or GenDC");
 }
 
 bool IsFreeRunning(const Value& value) {

@@ -7,6 +7,7 @@
 
 #include "gentl/GenTL.h"
 #include "gentl/PFNC.h"
+#include "producers/wire/gendc.h"
 
 namespace ZelSim {
 
@@ -37,6 +38,13 @@ constexpr ComponentTraits kComponents[kNumComponents] = {
 // Of all parts.
 constexpr uint8_t kSourceId = 1;
 constexpr uint16_t kRegionId = 2;
+
+// The bytes that describe components of one part each. Headers are whole words of 64 bits.
+constexpr size_t kGenDcPartHeaderSize = 56;
+constexpr size_t GenDcDescriptorSize(size_t numComponents) {
+    return ZelCti::GenDc::ContainerHeaderSize(numComponents) +
+           numComponents * (ZelCti::GenDc::ComponentHeaderSize(1) + kGenDcPartHeaderSize);
+}
 
 // What a pixel shows, from its place in the image and the number of the frame.
 constexpr uint16_t RangeAt(uint64_t frame, size_t x, size_t y) {

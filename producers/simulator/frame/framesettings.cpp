@@ -47,15 +47,15 @@ ChunkSet FrameSettings::SentChunks() const {
     return sent;
 }
 
-uint64_t FrameSettings::PartsSize() const {
-    uint64_t size = 0;
+uint64_t FrameSettings::PartsEnd() const {
+    uint64_t end = PartsBegin();
     for (const ComponentTraits& component : kComponents)
-        size += Has(component) ? PartSize(component) : 0;
-    return size;
+        end += Has(component) ? PartSize(component) : 0;
+    return end;
 }
 
 uint64_t FrameSettings::PayloadSize() const {
-    if (HasParts()) return PartsSize() + PayloadWithChunks(SentChunks(), 0);
+    if (HasParts()) return PartsEnd() + PayloadWithChunks(SentChunks(), 0);
     return PayloadWithChunks(SentChunks(), ImageSize());
 }
 

@@ -90,8 +90,13 @@ struct FrameSettings : ImageLayout {
     // The chunks that frames carry; none unless the chunk mode is on. Parts are no chunks.
     ChunkSet SentChunks() const;
 
+    // Where the parts lie in a frame that has some: behind the descriptor of a container.
+    uint64_t PartsBegin() const {
+        return payload == PayloadForm::GenDc ? GenDcDescriptorSize(components.count()) : 0;
+    }
+    uint64_t PartsEnd() const;
+
     // Bytes of one frame: chunks follow the parts, or the image, which is one of them.
-    uint64_t PartsSize() const;
     uint64_t PayloadSize() const;
 
     // Whether frames are exposed and read out for a time, or sent at once when there is a buffer.

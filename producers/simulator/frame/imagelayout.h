@@ -10,8 +10,9 @@ namespace ZelSim {
 // What a sensor sees.
 enum class Pattern { ColorBars, GradientHorizontal, GradientDiagonal, Black, White };
 
-// What a frame is: an image, or the components of a 3D camera as parts.
-enum class PayloadForm : uint8_t { Image, MultiPart };
+// What a frame is: an image, or the components of a 3D camera as parts, which a GenDC container
+// describes itself.
+enum class PayloadForm : uint8_t { Image, MultiPart, GenDc };
 
 // What the image shows and how it lies in memory. A configuration gives it, and features change it.
 struct ImageLayout {

@@ -55,6 +55,8 @@ std::vector<Case> Cases() {
     };
     cases.push_back({"MultiPart", AllFaults(), Form(1500, true), 300, 40, milliseconds(10)});
     cases.back().form.multiPart = true;
+    cases.push_back({"GenDc", AllFaults(), Form(1500, true), 300, 40, milliseconds(10)});
+    cases.back().form.genDc = true;
     cases.push_back({"Padded", AllFaults(), Form(1500, false), 301, 40, milliseconds(10)});
     cases.back().form.paddedLastPacket = true;
     cases.push_back({"HalfHeight", AllFaults(), Form(1500, false), 300, 40, milliseconds(10)});
@@ -62,7 +64,7 @@ std::vector<Case> Cases() {
     return cases;
 }
 
-// An image, or three parts of other sizes, as the form says.
+// An image, or three parts of other sizes, or a container with a descriptor, as the form says.
 ZelCti::FrameInfo FrameOf(const Case& c, uint64_t id) {
     ZelCti::FrameInfo frame = ImageFrame(kWidth, c.height, id * 1000);
     const auto addPart = [&](size_t begin, size_t end) {
@@ -77,6 +79,10 @@ ZelCti::FrameInfo FrameOf(const Case& c, uint64_t id) {
         addPart(0, size / 2);
         addPart(size / 2, size - 1001);
         addPart(size - 1001, size);
+    }
+    if (c.form.genDc) {
+        frame.payloadType = GenTL::PAYLOAD_TYPE_GENDC;
+        addPart(416, size);
     }
     return frame;
 }

@@ -208,6 +208,32 @@ TEST(StreamPackets, PartsOfAFrameGoOutAsTheyAre) {
     EXPECT_EQ(PacketOf(image, 2).size(), 20U + 405 - 208) << "the first part, with its padding";
 }
 
+TEST(StreamPackets, AContainerGoesOutAsDescriptorAndData) {
+    const Bytes payload = CountingPayload(240 + 100);
+    FrameInfo frame = ImageFrame(10, 10, 7);
+    frame.payloadType = GenTL::PAYLOAD_TYPE_GENDC;
+    frame.sizeFilled = payload.size();
+    frame.parts.resize(1);
+    frame.parts[0].offset = 240;
+    BlockForm form;
+    form.extendedIds = form.multiPart = form.genDc = true;
+    form.packetSize = 256;  // 192 bytes of data
+    const BlockPackets block(frame, ViewOf(payload), 1, form);
+    ASSERT_EQ(block.Count(), 5U);
+    EXPECT_EQ(PacketOf(block, 0),
+              Hex("00000000 81000000 0000000000000001 00000000 0000000b 0000000000000007"
+                  "0000000000000154 00 000000 000000f0"));
+    EXPECT_EQ(Part(PacketOf(block, 1), 0, 36), Hex("00000000 88000000 0000000000000001 00000001"
+                                                   "000000c0 0000000000000000 60 80 0000"));
+    EXPECT_EQ(Part(PacketOf(block, 2), 16, 20),
+              Hex("00000002 00000030 00000000000000c0 50 00 0000"));
+    EXPECT_EQ(Part(PacketOf(block, 2), 36, 48), Part(payload, 192, 48));
+    EXPECT_EQ(Part(PacketOf(block, 3), 16, 20),
+              Hex("00000003 00000064 00000000000000f0 00 40 0000"));
+    EXPECT_EQ(Part(PacketOf(block, 3), 36, 100), Part(payload, 240, 100));
+    EXPECT_EQ(PacketOf(block, 4), Hex("00000000 82000000 0000000000000001 00000004 0000000b"));
+}
+
 TEST(StreamPackets, ASmallBlockIsOnePacketWhenAllInIsOn) {
     const Bytes payload = Hex("706978656c73");
     const FrameInfo frame = ImageFrame(3, 2, 0x0102030405060708);

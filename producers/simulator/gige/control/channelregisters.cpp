@@ -52,7 +52,7 @@ void ChannelRegisters::AddTo(RegisterSpace& space) {
 
 uint32_t ChannelRegisters::PowerOnConfiguration() const {
     if (camera_.Config().payload == PayloadForm::Image) return 0;
-    return Can().stream & Scc::kMultiPart;
+    return Can().stream & (Scc::kGenDc | Scc::kMultiPart);
 }
 
 void ChannelRegisters::AddMessageChannel(RegisterSpace& space) {

@@ -106,7 +106,7 @@ SentPart SentPartOf(const ZelCti::FramePart& part, const FrameInfo& frame, ByteV
     SentPart sent;
     sent.data = payload.Sub(part.offset, part.dataSize);
     sent.description.dataType =
-        static_cast<uint16_t>(part.type - (isImage ? 0 : GenTL::PART_DATATYPE_CUSTOM_ID));
+        static_cast<uint16_t>(isImage ? part.type : part.type - GenTL::PART_DATATYPE_CUSTOM_ID);
     sent.description.pixelFormat = static_cast<uint32_t>(part.format);
     sent.description.sourceId = static_cast<uint8_t>(part.sourceId);
     sent.description.regionId = static_cast<uint16_t>(part.regionId);
@@ -134,13 +134,21 @@ BlockPackets::BlockPackets(const FrameInfo& frame, ByteView payload, uint64_t bl
                            const BlockForm& form)
     : form_(form), blockId_(blockId) {
     assert(form.packetSize >= kMinPacketSize && form.packetSize <= kMaxPacketSize);
-    form_.multiPart = form.multiPart && form.extendedIds;
-    if (form_.multiPart) {
+    form_.genDc = form.genDc && form.extendedIds && frame.payloadType == GenTL::PAYLOAD_TYPE_GENDC;
+    form_.multiPart = form.multiPart && form.extendedIds && !form_.genDc;
+    if (form_.genDc) {
+        DescribeGenDc(frame, payload);
+    } else if (form_.multiPart) {
         DescribeMultiPart(frame, payload);
-        return;
+    } else {
+        DescribeImage(frame, payload);
     }
+}
+
+// As one packet if the camera may send that, and it is large enough.
+void BlockPackets::DescribeImage(const FrameInfo& frame, ByteView payload) {
     parts_[0].data = HasChunks(frame) ? payload.Sub(0, frame.sizeFilled) : ImageOf(frame, payload);
-    DescribeImage(frame);
+    EncodeImage(frame);
     const size_t allInSize = Gvsp::kIpUdpHeaderSize + Gvsp::HeaderSize(form_.extendedIds) +
                              leaderSize_ + trailerSize_ + parts_[0].data.size;
     isAllIn_ = form_.allIn && allInSize <= form_.packetSize;
@@ -148,7 +156,7 @@ BlockPackets::BlockPackets(const FrameInfo& frame, ByteView payload, uint64_t bl
 }
 
 // Also cuts the image to the lines that are sent.
-void BlockPackets::DescribeImage(const FrameInfo& frame) {
+void BlockPackets::EncodeImage(const FrameInfo& frame) {
     size_t lines = frame.deliveredHeight;
     if (form_.halfHeight && !HasChunks(frame)) {
         lines = std::min(lines, std::max<size_t>(frame.height / 2, 1));
@@ -208,6 +216,29 @@ void BlockPackets::DescribeMultiPart(const FrameInfo& frame, ByteView payload) {
     NumberPackets(Gvsp::PacketFormat::PayloadMultiPart);
 }
 
+// The descriptor, which is final, has packets of its own, and the data follow.
+void BlockPackets::DescribeGenDc(const FrameInfo& frame, ByteView payload) {
+    const size_t descriptorSize = frame.parts.front().offset;
+    numParts_ = 2;
+    parts_[0].data = payload.Sub(0, descriptorSize);
+    parts_[1].data = payload.From(descriptorSize);
+    parts_[1].offset = descriptorSize;
+
+    Gvsp::GenDcLeader body;
+    body.payloadSize = payload.size;
+    body.descriptorSize = static_cast<uint32_t>(descriptorSize);
+    Gvsp::Leader leader;
+    leader.payloadType = static_cast<uint16_t>(Gvsp::PayloadType::GenDc);
+    leader.timestamp = TimestampOf(frame, form_);
+    leader.body = body;
+    leaderSize_ = Gvsp::EncodeLeader({leader_.data(), leader_.size()}, leader);
+
+    Gvsp::Trailer trailer;
+    trailer.payloadType = leader.payloadType;
+    trailerSize_ = Gvsp::EncodeTrailer({trailer_.data(), trailer_.size()}, trailer);
+    NumberPackets(Gvsp::PacketFormat::PayloadGenDc);
+}
+
 // The payload of a camera and the least packet size keep the ids far below their limit.
 void BlockPackets::NumberPackets(Gvsp::PacketFormat format) {
     format_ = format;
@@ -249,6 +280,31 @@ ByteView BlockPackets::DataOf(const Part& part, uint32_t packetId) const {
     return part.data.Sub(offset, std::min(perPacket_, part.data.size - offset));
 }
 
+Gvsp::PayloadPrefix BlockPackets::PrefixOf(const Part& part, ByteView data,
+                                           uint32_t packetId) const {
+    const auto offset = static_cast<size_t>(data.data - part.data.data);
+    const bool isLast = offset + data.size == part.data.size;
+    if (form_.multiPart) {
+        Gvsp::MultiPartPrefix prefix;
+        prefix.partId = static_cast<uint8_t>(&part - parts_.data());
+        prefix.lastOfPart = isLast;
+        prefix.offset = part.offset + offset;
+        return prefix;
+    }
+    if (!form_.genDc) return {};
+    Gvsp::GenDcPrefix prefix;
+    prefix.dataSize = static_cast<uint32_t>(data.size);
+    prefix.offset = part.offset + offset;
+    if (&part == parts_.data()) {
+        prefix.dataFlags = Gvsp::kGenDcFinalDescriptor;
+        if (offset == 0) prefix.dataFlags |= Gvsp::kGenDcDescriptorStarts;
+        if (isLast) prefix.dataFlags |= Gvsp::kGenDcDescriptorEnds;
+    }
+    if (packetId == 1) prefix.flowFlags |= Gvsp::kGenDcFirstOfFlow;
+    if (IsLastData(packetId)) prefix.flowFlags |= Gvsp::kGenDcLastOfFlow;
+    return prefix;
+}
+
 PacketBytes BlockPackets::Packet(uint32_t packetId, const Gvsp::Header& header,
                                  ByteSpan head) const {
     assert(packetId < Count());
@@ -272,14 +328,7 @@ PacketBytes BlockPackets::Packet(uint32_t packetId, const Gvsp::Header& header,
         const Part& part = PartOf(packetId);
         const ByteView data = DataOf(part, packetId);
         packet.pieces[1] = data;
-        if (form_.multiPart) {
-            const auto offset = static_cast<size_t>(data.data - part.data.data);
-            Gvsp::MultiPartPrefix prefix;
-            prefix.partId = static_cast<uint8_t>(&part - parts_.data());
-            prefix.lastOfPart = offset + data.size == part.data.size;
-            prefix.offset = part.offset + offset;
-            size += Gvsp::EncodePrefix(head.From(size), prefix);
-        }
+        size += Gvsp::EncodePrefix(head.From(size), PrefixOf(part, data, packetId));
         if (form_.paddedLastPacket && IsLastData(packetId))
             packet.pieces[2] = {kZeroBytes.data(), perPacket_ - data.size};
     }

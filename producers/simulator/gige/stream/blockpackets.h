@@ -17,6 +17,7 @@ struct BlockForm {
     size_t packetSize = 1500;  // IP datagrams
     bool allIn = false;        // blocks that fit one packet are one
     bool multiPart = false;    // with extended ids only
+    bool genDc = false;        // of frames that are containers, likewise; before multiPart
     Chunks chunks = Chunks::WithImage;
     bool halfHeight = false;  // of a block without chunks
     bool paddedLastPacket = false;
@@ -55,6 +56,7 @@ class BlockPackets {
 
     uint64_t BlockId() const { return blockId_; }
     bool HasExtendedIds() const { return form_.extendedIds; }
+    bool IsGenDc() const { return form_.genDc; }
 
     // Packet ids count from 0, the leader, to the trailer.
     uint32_t Count() const { return isAllIn_ ? 1 : trailerId_ + 1; }
@@ -74,11 +76,15 @@ class BlockPackets {
         uint32_t firstId = 0;  // of its data packets
     };
 
-    void DescribeImage(const ZelCti::FrameInfo& frame);
+    void DescribeImage(const ZelCti::FrameInfo& frame, ZelCti::ByteView payload);
+    void EncodeImage(const ZelCti::FrameInfo& frame);
     void DescribeMultiPart(const ZelCti::FrameInfo& frame, ZelCti::ByteView payload);
+    void DescribeGenDc(const ZelCti::FrameInfo& frame, ZelCti::ByteView payload);
     void NumberPackets(ZelCti::Gvsp::PacketFormat format);
     const Part& PartOf(uint32_t packetId) const;
     ZelCti::ByteView DataOf(const Part& part, uint32_t packetId) const;
+    ZelCti::Gvsp::PayloadPrefix PrefixOf(const Part& part, ZelCti::ByteView data,
+                                         uint32_t packetId) const;
     bool IsLastData(uint32_t packetId) const { return packetId + 1 == trailerId_; }
 
     BlockForm form_;

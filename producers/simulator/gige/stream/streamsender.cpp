@@ -43,6 +43,7 @@ BlockForm FormOf(const StreamSettings& settings, const NetworkSettings& network)
     form.packetSize = settings.packetSize;
     form.allIn = (settings.configuration & Gev::Sccfg::kAllIn) != 0;
     form.multiPart = (settings.configuration & Gev::Sccfg::kMultiPart) != 0;
+    form.genDc = (settings.configuration & Gev::Sccfg::kGenDc) != 0;
     if (network.payloadType4) {
         const bool extends = (settings.configuration & Gev::Sccfg::kExtendedChunkData) != 0;
         form.chunks = extends ? BlockForm::Chunks::Extended : BlockForm::Chunks::ChunkData;
@@ -189,10 +190,11 @@ void StreamSender::BeginBlock(const StreamSettings& settings) {
     blockId_ = NextId(settings, numLost);
     if (announcedTime_) sent_.timestamp = *announcedTime_;
 
-    if (settings.bigEndianPixels || network_->bigEndianPixels) SwapPixels(*block_);
     BlockForm form = FormOf(settings, *network_);
     form.halfHeight = form.halfHeight && *blockId_ % 2 == 0;
     block_->packets = BlockPackets(sent_, {block_->Base(), sent_.sizeFilled}, *blockId_, form);
+    const bool isBigEndian = settings.bigEndianPixels || network_->bigEndianPixels;
+    if (isBigEndian && !block_->packets.IsGenDc()) SwapPixels(*block_);  // containers never are
     block_->numSent = std::exchange(announcedTime_, std::nullopt) ? 1 : 0;
     faults_.BeginBlock(*network_, block_->packets.Count());
     pacer_.Set(camera_.Settings()->link.speed, DelayOf(settings, camera_));
