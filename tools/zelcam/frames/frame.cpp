@@ -6,6 +6,21 @@ namespace ZelTool {
 
 namespace {
 
+// The first part of a payload, such as the picture of a 3D camera; nothing of one without parts.
+std::optional<Imaging::RawImage> FirstPartIn(ZelCam::Buffer& buffer) {
+    ZelBufferPart part{};
+    if (buffer.GetPart(0, &part, sizeof part) != ZelCamErr_Success) return std::nullopt;
+    Imaging::RawImage image{};
+    image.data = static_cast<const uint8_t*>(part.data);
+    image.size = part.size;
+    image.pixelFormat = part.format;
+    image.width = part.width;
+    image.height = part.height;
+    if (part.deliveredHeight > 0) image.height = std::min(part.height, part.deliveredHeight);
+    image.linePadding = part.xPadding;
+    return image;
+}
+
 Imaging::RawImage ImageIn(ZelCam::Buffer& buffer) {
     const size_t size = buffer.GetBufferSize();
     const size_t offset = std::min(buffer.GetImageOffset(), size);
@@ -26,8 +41,14 @@ Imaging::RawImage ImageIn(ZelCam::Buffer& buffer) {
 }  // namespace
 
 Frame FrameIn(ZelCam::Buffer& buffer) {
-    return {ImageIn(buffer),     buffer.GetFrameID(), buffer.GetTimestamp(),
-            buffer.GetXOffset(), buffer.GetYOffset(), buffer.IsIncomplete()};
+    Imaging::RawImage image = ImageIn(buffer);
+    if (image.width == 0) image = FirstPartIn(buffer).value_or(image);
+    return {image,
+            buffer.GetFrameID(),
+            buffer.GetTimestamp(),
+            buffer.GetXOffset(),
+            buffer.GetYOffset(),
+            buffer.IsIncomplete()};
 }
 
 Imaging::RawImage DescribedImage::Read() const {
