@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/components.h"
 #include "tests/zel/cameras.h"
 #include "zel/camera.h"
 #include "zel/merge.h"
@@ -192,6 +193,33 @@ TEST_F(ZelLayer, ChunksAreThoseOfTheirFrame) {
     frames.stop();
     EXPECT_EQ(copy.chunks()["FrameID"].as<uint64_t>(), copy.id());
     EXPECT_EQ(copy.chunks().all().size(), 2U);
+}
+
+TEST_F(ZelLayer, PartsAreImagesOfTheirOwn) {
+    for (const std::string payload : {"MultiPart", "GenDC"}) {
+        const std::string cameras =
+            "<ZelSim><Interface id='eth0' type='GEV'><Camera id='depth' width='30' height='20' "
+            "frameRate='0' payload='" +
+            payload + "'/></Interface></ZelSim>";
+        ASSERT_EQ(simulator.configure(cameras.c_str()), 0);
+        zel::Camera camera = zel::open("depth");
+        for (const char* component : {"Range", "Confidence"})
+            camera["ComponentEnable"].at("ComponentSelector", component) = true;
+        zel::Frames frames = camera.frames(2);
+        for (const zel::Frame& live : frames) {
+            const zel::Frame copy = live.copy();
+            for (const zel::Frame* const frame : {&live, &copy}) {
+                const std::vector<zel::Part> parts = frame->parts();
+                ASSERT_EQ(parts.size(), 3U) << payload;
+                EXPECT_EQ(frame->image().data(), parts[0].image.data());
+                EXPECT_EQ(parts[0].image.format(), 0x01080001U);  // Mono8
+                EXPECT_EQ(parts[1].image.format(), 0x011000B8U);  // Coord3D_C16
+                EXPECT_EQ(parts[2].type, 9U);
+                EXPECT_EQ(BytesOf(parts[1].image), ZelTest::RangeBytes(live.id(), 30, 20, 0));
+                EXPECT_EQ(BytesOf(parts[2].image), ZelTest::ConfidenceBytes(live.id(), 30, 20, 0));
+            }
+        }
+    }
 }
 
 TEST_F(ZelLayer, ACameraThatComesBackGoesOnAsItWas) {
