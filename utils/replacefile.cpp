@@ -1,4 +1,4 @@
-#include "ZelCameraApi/replacefile.h"
+#include "utils/replacefile.h"
 
 #include <atomic>
 #include <cerrno>
@@ -11,7 +11,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace ZelCameraApi::Internal {
+namespace ZelUtil {
 
 namespace {
 
@@ -125,6 +125,7 @@ bool WriteInto(const char* fileName, std::string_view content) {
 }  // namespace
 
 bool ReplaceFile(const char* fileName, std::string_view content) {
+    errno = 0;
     if (fileName == nullptr) return false;
     struct stat former = {};
     if (stat(fileName, &former) == 0) {
@@ -135,4 +136,4 @@ bool ReplaceFile(const char* fileName, std::string_view content) {
     return isNew && Replace(fileName, nullptr, content);
 }
 
-}  // namespace ZelCameraApi::Internal
+}  // namespace ZelUtil
