@@ -51,7 +51,6 @@ YuvFactors FactorsOf(const Format& format, const ConvertOptions& options, double
     factors.blueOfU = static_cast<float>(ofU);
     factors.greenOfU = static_cast<float>(-ofU * weights.blue / green);
     factors.greenOfV = static_cast<float>(-ofV * weights.red / green);
-    factors.white = static_cast<int>(white);
     return factors;
 }
 

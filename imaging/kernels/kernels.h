@@ -38,7 +38,6 @@ struct YuvFactors {
     float greenOfU;
     float greenOfV;
     float blueOfU;
-    int white;  // of the result
 };
 
 struct Set {

@@ -14,30 +14,34 @@ void Luma(const Sample* red, const Sample* green, const Sample* blue, size_t cou
     }
 }
 
+// Rounded, within the full scale of `To`.
 template <typename To>
-To Clamp(float value, int white) {
+To Clamp(float value) {
+    constexpr int kWhite = sizeof(To) == 1 ? 255 : 65535;
     int rounded = static_cast<int>(value + 0.5F);
     rounded = rounded < 0 ? 0 : rounded;
-    return static_cast<To>(rounded > white ? white : rounded);
+    return static_cast<To>(rounded > kWhite ? kWhite : rounded);
+}
+
+// The lines do not overlap, which the compiler believes of parameters only.
+template <typename From, typename To>
+void ConvertPixels(const From* __restrict luma, const From* __restrict chromaU,
+                   const From* __restrict chromaV, size_t count, const YuvFactors& factors,
+                   To* __restrict red, To* __restrict green, To* __restrict blue) {
+    const YuvFactors by = factors;  // bytes that are stored could be part of the other
+    for (size_t i = 0; i < count; ++i) {
+        const float y = (static_cast<float>(luma[i]) - by.black) * by.luma;
+        const float u = static_cast<float>(chromaU[i]) - by.neutral;
+        const float v = static_cast<float>(chromaV[i]) - by.neutral;
+        red[i] = Clamp<To>(y + by.redOfV * v);
+        green[i] = Clamp<To>(y + by.greenOfU * u + by.greenOfV * v);
+        blue[i] = Clamp<To>(y + by.blueOfU * u);
+    }
 }
 
 template <typename From, typename To>
-void Convert(const From* const yuv[3], size_t count, const YuvFactors& by, To* const rgb[4]) {
-    const From* __restrict const luma = yuv[0];
-    const From* __restrict const chromaU = yuv[1];
-    const From* __restrict const chromaV = yuv[2];
-    To* __restrict const red = rgb[0];
-    To* __restrict const green = rgb[1];
-    To* __restrict const blue = rgb[2];
-    const YuvFactors factors = by;
-    for (size_t i = 0; i < count; ++i) {
-        const float y = (static_cast<float>(luma[i]) - factors.black) * factors.luma;
-        const float u = static_cast<float>(chromaU[i]) - factors.neutral;
-        const float v = static_cast<float>(chromaV[i]) - factors.neutral;
-        red[i] = Clamp<To>(y + factors.redOfV * v, factors.white);
-        green[i] = Clamp<To>(y + factors.greenOfU * u + factors.greenOfV * v, factors.white);
-        blue[i] = Clamp<To>(y + factors.blueOfU * u, factors.white);
-    }
+void Convert(const From* const yuv[3], size_t count, const YuvFactors& factors, To* const rgb[4]) {
+    ConvertPixels(yuv[0], yuv[1], yuv[2], count, factors, rgb[0], rgb[1], rgb[2]);
 }
 
 }  // namespace
