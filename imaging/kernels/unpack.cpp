@@ -77,8 +77,9 @@ void UnpackThirds(const uint8_t* in, size_t count, uint16_t* out) {
     }
     for (size_t i = whole; i < count; ++i) {
         const uint8_t* group = in + i / 2 * 3;
-        const uint32_t low = i % 2 == 0 ? group[1] : group[1] >> 4;
-        out[i] = static_cast<uint16_t>(group[i % 2 * 2] << lowBits | (low & kLowMask));
+        const uint32_t high = group[i % 2 * 2];
+        const uint32_t low = i % 2 == 0 ? group[1] : group[1] >> 4U;
+        out[i] = static_cast<uint16_t>(high << lowBits | (low & kLowMask));
     }
 }
 

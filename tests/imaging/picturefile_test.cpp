@@ -28,7 +28,7 @@ Bytes Words(const std::vector<uint16_t>& samples) {
     return bytes;
 }
 
-ZelImage::View ViewOf(uint64_t format, size_t width, size_t height, const Bytes& bytes) {
+ZelImage::View ImageOf(uint64_t format, size_t width, size_t height, const Bytes& bytes) {
     return {bytes.data(), bytes.size(), format, width, height, 0};
 }
 
@@ -48,26 +48,26 @@ Bytes Encode(const ZelImage::View& view, ZelImage::FileType type) {
 TEST(EncodePng, GrayAndColourInBothDepths) {
     const Bytes grayBytes = {0, 100, 255};
     const PictureFile gray =
-        ReadPng(Encode(ViewOf(PFNC::Mono8, 3, 1, grayBytes), ZelImage::FileType::Png));
+        ReadPng(Encode(ImageOf(PFNC::Mono8, 3, 1, grayBytes), ZelImage::FileType::Png));
     EXPECT_EQ(gray.depth, 8U);
     EXPECT_THAT(gray.samples, ElementsAre(0, 100, 255));
 
     const Bytes deepBytes = Words({0x1234, 0xFFFE});
     const PictureFile deep =
-        ReadPng(Encode(ViewOf(PFNC::Mono16, 1, 2, deepBytes), ZelImage::FileType::Png));
+        ReadPng(Encode(ImageOf(PFNC::Mono16, 1, 2, deepBytes), ZelImage::FileType::Png));
     EXPECT_EQ(deep.depth, 16U);
     EXPECT_EQ(deep.height, 2U);
     EXPECT_THAT(deep.samples, ElementsAre(0x1234, 0xFFFE));
 
     const Bytes colourBytes = {3, 2, 1, 6, 5, 4};
     const PictureFile colour =
-        ReadPng(Encode(ViewOf(PFNC::BGR8, 2, 1, colourBytes), ZelImage::FileType::Png));
+        ReadPng(Encode(ImageOf(PFNC::BGR8, 2, 1, colourBytes), ZelImage::FileType::Png));
     EXPECT_EQ(colour.channels, 3U);
     EXPECT_THAT(colour.Pixel(1, 0), ElementsAre(4, 5, 6));
 
     const Bytes deepColourBytes = Words({0x102, 0x304, 0xFFFF});
     const PictureFile deepColour =
-        ReadPng(Encode(ViewOf(PFNC::RGB16, 1, 1, deepColourBytes), ZelImage::FileType::Png));
+        ReadPng(Encode(ImageOf(PFNC::RGB16, 1, 1, deepColourBytes), ZelImage::FileType::Png));
     EXPECT_THAT(deepColour.samples, ElementsAre(0x102, 0x304, 0xFFFF));
 }
 
@@ -101,7 +101,7 @@ TEST_F(PictureFileTest, TiffKeepsEverySample) {
             samples.push_back(static_cast<uint16_t>(i * 40503 >> (16 - depth)) &
                               (depth == 8 ? 0xFF : 0xFFFF));
         const Bytes bytes = depth == 16 ? Words(samples) : Bytes(samples.begin(), samples.end());
-        const PictureFile file = ReadTiffFile(Save(ViewOf(format, 1021, 77, bytes), "a.tif"));
+        const PictureFile file = ReadTiffFile(Save(ImageOf(format, 1021, 77, bytes), "a.tif"));
         EXPECT_EQ(file.width, 1021U);
         EXPECT_EQ(file.channels, channels);
         EXPECT_EQ(file.depth, depth);
@@ -117,14 +117,14 @@ TEST_F(PictureFileTest, JpegLooksLikeThePicture) {
                 samples.push_back(static_cast<uint16_t>(isDeep ? value * 257 : value));
         }
         const Bytes bytes = isDeep ? Words(samples) : Bytes(samples.begin(), samples.end());
-        const auto view = ViewOf(isDeep ? PFNC::RGB16 : PFNC::RGB8, 64, 48, bytes);
+        const auto view = ImageOf(isDeep ? PFNC::RGB16 : PFNC::RGB8, 64, 48, bytes);
         const PictureFile file = ReadJpegFile(Save(view, "a.JPG"));
         ASSERT_EQ(file.samples.size(), samples.size());
         for (size_t i = 0; i < file.samples.size(); ++i)
             EXPECT_NEAR(file.samples[i], i % 3 == 0 ? 200 : i % 3 == 1 ? 100 : 50, 2) << i;
     }
     const Bytes pixel = {77};
-    const PictureFile gray = ReadJpegFile(Save(ViewOf(PFNC::Mono8, 1, 1, pixel), "b.jpeg"));
+    const PictureFile gray = ReadJpegFile(Save(ImageOf(PFNC::Mono8, 1, 1, pixel), "b.jpeg"));
     EXPECT_EQ(gray.channels, 1U);
     EXPECT_NEAR(gray.samples.at(0), 77, 1);
 
@@ -133,7 +133,7 @@ TEST_F(PictureFileTest, JpegLooksLikeThePicture) {
         noise[i] = static_cast<uint8_t>(i * i % 251);
     ZelImage::SaveOptions options;
     options.jpegQuality = 20;
-    const auto view = ViewOf(PFNC::Mono8, 64, 64, noise);
+    const auto view = ImageOf(PFNC::Mono8, 64, 64, noise);
     EXPECT_LT(std::filesystem::file_size(Save(view, "bad.jpg", &options)),
               std::filesystem::file_size(Save(view, "good.jpg")));
 }
@@ -141,7 +141,7 @@ TEST_F(PictureFileTest, JpegLooksLikeThePicture) {
 // The bytes of the image, without what lies behind it.
 TEST_F(PictureFileTest, RawIsTheImageAsItIs) {
     const Bytes bytes = {1, 2, 99, 3, 4, 99, 99};
-    ZelImage::View view = ViewOf(PFNC::Mono8, 2, 2, bytes);
+    ZelImage::View view = ImageOf(PFNC::Mono8, 2, 2, bytes);
     view.linePitch = 3;
     std::ifstream file(Save(view, "a.raw"), std::ios::binary);
     EXPECT_THAT(Bytes(std::istreambuf_iterator<char>(file), {}), ElementsAre(1, 2, 99, 3, 4));
@@ -149,16 +149,17 @@ TEST_F(PictureFileTest, RawIsTheImageAsItIs) {
 
 TEST_F(PictureFileTest, WhatCannotBeSavedLeavesNoFile) {
     const Bytes bytes(70000);
-    const auto view = ViewOf(PFNC::Mono8, 3, 2, bytes);
+    const auto view = ImageOf(PFNC::Mono8, 3, 2, bytes);
     EXPECT_THAT(FailureOf(view, "a.bmp", ZelCamErr_InvalidArgument), HasSubstr(".png, .tif"));
     EXPECT_THAT(FailureOf(view, "png", ZelCamErr_InvalidArgument), HasSubstr("does not end"));
     EXPECT_THAT(FailureOf(view, "no/a.png", ZelCamErr_FileOpenFailed),
                 HasSubstr("a.png cannot be written: No such file or directory"));
-    EXPECT_THAT(FailureOf(ViewOf(PFNC::Mono8, 0, 0, bytes), "a.png", ZelCamErr_InvalidArgument),
+    EXPECT_THAT(FailureOf(ImageOf(PFNC::Mono8, 0, 0, bytes), "a.png", ZelCamErr_InvalidArgument),
                 HasSubstr("no pixels"));
-    EXPECT_THAT(FailureOf(ViewOf(PFNC::Mono8, 70000, 1, bytes), "a.jpg", ZelCamErr_InvalidArgument),
-                HasSubstr("JPEG: "));
-    EXPECT_THAT(FailureOf(ViewOf(PFNC::Data8, 3, 2, bytes), "a.tiff", ZelCamErr_InvalidArgument),
+    EXPECT_THAT(
+        FailureOf(ImageOf(PFNC::Mono8, 70000, 1, bytes), "a.jpg", ZelCamErr_InvalidArgument),
+        HasSubstr("JPEG: "));
+    EXPECT_THAT(FailureOf(ImageOf(PFNC::Data8, 3, 2, bytes), "a.tiff", ZelCamErr_InvalidArgument),
                 HasSubstr("Data8 is not a picture"));
     EXPECT_EQ(ZelImage::Encode(
                   view, ZelImage::FileType::Png, nullptr,
