@@ -18,7 +18,7 @@ namespace PFNC = GenICam_3_0::PFNC;
 
 // One row: the PFNC name, which is the enumerator's too, and what it stands for.
 #define FORMAT(name, kind, layout, packing, ...) \
-    { PFNC::name, #name, FormatKind::kind, Layout::layout, Packing::packing, __VA_ARGS__ }
+    { #name, PFNC::name, FormatKind::kind, Layout::layout, Packing::packing, __VA_ARGS__ }
 
 // The rows of families that have the same depths.
 #define UP_TO_12(prefix, kind, layout)                                                            \

@@ -11,7 +11,7 @@ namespace ZelImage::Internal {
 
 // The order of the components. The Bayer kinds and the sparse ones are named by the first pixels of
 // the first line.
-enum class Layout : uint8_t {
+enum class Layout : uint32_t {
     Single,
     Red,
     Green,
@@ -51,8 +51,8 @@ enum class Layout : uint8_t {
 };
 
 struct Format {
-    uint32_t value;  // PFNC number
     const char* name;
+    uint32_t value;  // PFNC number
     FormatKind kind;
     Layout layout;
     Packing packing;

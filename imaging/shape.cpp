@@ -65,7 +65,7 @@ Shape ShapeOf(uint64_t pixelFormat, const Format* format, size_t width, size_t h
     if (format != nullptr) shape.planeCount = format->Planes();
     size_t lines = 0;
     for (size_t i = 0; i < shape.planeCount; ++i) {
-        const bool hasHalf = i > 0 && format->SharesLines();
+        const bool hasHalf = i > 0 && format != nullptr && format->SharesLines();
         shape.planes[i] = {lines * shape.pitch, hasHalf ? height / 2 : height,
                            format == nullptr ? 0 : format->LineComponents(width)};
         lines += shape.planes[i].lines;

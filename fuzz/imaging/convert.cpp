@@ -21,8 +21,8 @@ void Require(bool condition) {
 // All of the table, behind one that is unknown.
 std::vector<uint64_t> MakeFormats() {
     std::vector<uint64_t> formats = {0x01080FFF};
-    for (size_t i = 0; const uint64_t format = ZelImage::FormatAt(i); ++i)
-        formats.push_back(format);
+    for (size_t i = 0; ZelImage::FormatAt(i) != 0; ++i)
+        formats.push_back(ZelImage::FormatAt(i));
     return formats;
 }
 

@@ -12,8 +12,8 @@ extern const Set kSet;
 }
 
 const Set& Best() {
-    static const bool isNewer = __builtin_cpu_supports("avx2");
-    return isNewer ? Newer::kSet : Baseline::kSet;
+    static const bool kIsNewer = __builtin_cpu_supports("avx2");
+    return kIsNewer ? Newer::kSet : Baseline::kSet;
 }
 #else
 const Set& Best() {

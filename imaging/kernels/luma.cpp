@@ -18,7 +18,8 @@ void Luma(const Sample* red, const Sample* green, const Sample* blue, size_t cou
 template <typename To>
 To Clamp(float value) {
     constexpr int kWhite = sizeof(To) == 1 ? 255 : 65535;
-    int rounded = static_cast<int>(value + 0.5F);
+    // No vectors come of lround.
+    int rounded = static_cast<int>(value + 0.5F);  // NOLINT(bugprone-incorrect-roundings)
     rounded = rounded < 0 ? 0 : rounded;
     return static_cast<To>(rounded > kWhite ? kWhite : rounded);
 }

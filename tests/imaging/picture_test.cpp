@@ -450,7 +450,7 @@ TEST(DecodeBayer, EdgeAwareFollowsItsDefinition) {
                           0,  0,  10, 0,  0,   //
                           46, 0,  90, 0,  46};
     const auto picture = Decode(PFNC::BayerRG8, 5, 5, mosaic, 0, &options);
-    const auto* const middle = &picture.samples[12 * 3];
+    const auto* const middle = &picture.samples[size_t{12} * 3];
     EXPECT_EQ(middle[0], 50);
     EXPECT_EQ(middle[1], 44);
     EXPECT_EQ(middle[3], 70);

@@ -75,7 +75,7 @@ class PictureFileTest : public ::testing::Test {
   protected:
     std::string Save(const ZelImage::View& view, const std::string& name,
                      const ZelImage::SaveOptions* options = nullptr) {
-        const std::string file = folder_.Path() / name;
+        std::string file = folder_.Path() / name;
         EXPECT_EQ(ZelImage::Save(view, file.c_str(), options), ZelCamErr_Success)
             << ZelImage::LastReason();
         return file;
@@ -128,7 +128,7 @@ TEST_F(PictureFileTest, JpegLooksLikeThePicture) {
     EXPECT_EQ(gray.channels, 1U);
     EXPECT_NEAR(gray.samples.at(0), 77, 1);
 
-    Bytes noise(64 * 64);
+    Bytes noise(size_t{64} * 64);
     for (size_t i = 0; i < noise.size(); ++i)
         noise[i] = static_cast<uint8_t>(i * i % 251);
     ZelImage::SaveOptions options;

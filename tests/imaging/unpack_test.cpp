@@ -28,7 +28,7 @@ uint64_t Expected(const ZelImage::FormatInfo& info, const uint8_t* line, size_t 
     const size_t depth = info.significantBits;
     switch (info.packing) {
         case Packing::Unpacked:
-            return BitsAt(line, index * info.componentBytes * 8, info.componentBytes * 8);
+            return BitsAt(line, index * info.componentBytes * 8, size_t{info.componentBytes} * 8);
         case Packing::LsbFirst:
             return BitsAt(line, index * depth, depth);
         case Packing::GigEVision: {
