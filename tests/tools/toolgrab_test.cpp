@@ -8,7 +8,7 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/tools/picturereader.h"
+#include "tests/support/picturereader.h"
 #include "tests/tools/toolrun.h"
 
 using nlohmann::json;
