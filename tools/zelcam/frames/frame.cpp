@@ -35,10 +35,10 @@ PaddedImage ImageIn(ZelCam::Buffer& buffer) {
     const size_t size = buffer.GetBufferSize();
     const size_t offset = std::min(buffer.GetImageOffset(), size);
     const auto* base = static_cast<const uint8_t*>(buffer.GetBufferPtr());
-    PaddedImage image{{base == nullptr ? nullptr : base + offset,
-                       base == nullptr ? 0 : size - offset, buffer.GetPixelFormat(),
-                       buffer.GetWidth(), buffer.GetHeight(), 0},
-                      0};
+    PaddedImage image{
+        {base == nullptr ? nullptr : base + offset, base == nullptr ? 0 : size - offset,
+         buffer.GetPixelFormat(), buffer.GetWidth(), buffer.GetHeight(), 0},
+        0};
     image.SetLines(buffer.GetDeliveredHeight(), buffer.GetXPadding());
     return image;
 }
