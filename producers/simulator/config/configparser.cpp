@@ -96,9 +96,13 @@ Pattern PatternOf(const Value& value) {
 }
 
 PayloadForm PayloadOf(const Value& value) {
-    if (value.text == "Image") return PayloadForm::Image;
-    if (value.text == "MultiPart") return PayloadForm::MultiPart;
-    if (value.text == "GenDC") return PayloadForm::GenDc;
+    constexpr std::pair<std::string_view, PayloadForm> kNames[] = {
+        {"Image", PayloadForm::Image},
+        {"MultiPart", PayloadForm::MultiPart},
+        {"GenDC", PayloadForm::GenDc}};
+    for (const auto& [name, form] : kNames) {
+        if (value.text == name) return form;
+    }
     value.Refuse("Image, MultiPart or GenDC");
 }
 
