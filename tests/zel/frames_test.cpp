@@ -2,6 +2,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
 #include <future>
 #include <string>
 #include <thread>
@@ -12,9 +13,11 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/components.h"
+#include "tests/support/temporaryfolder.h"
 #include "tests/zel/cameras.h"
 #include "zel/camera.h"
 #include "zel/merge.h"
+#include "zel/picture.h"
 
 namespace {
 
@@ -80,6 +83,23 @@ TEST_F(ZelLayer, AnImageLiesAsItsFormatSays) {
     EXPECT_EQ(image.line(1), image.data() + 96);
     EXPECT_TRUE(frame.parts().empty());
     EXPECT_TRUE(frame.chunks().all().empty());
+}
+
+TEST_F(ZelLayer, ImagesBecomePictures) {
+    zel::Camera camera = zel::open("right");
+    const zel::Frame frame = camera.grab();
+    const zel::Image image = frame.image();
+    const zel::Picture rgb = zel::convert(image, "RGB8");
+    EXPECT_EQ(rgb.size(), 30U * 20U * 3U);
+    for (size_t y = 0; y < 20; ++y)
+        EXPECT_EQ(rgb.line(y)[0], image.line(y)[2]) << y;
+    EXPECT_EQ(ErrorOf([&] { zel::convert(image, "Mono12p"); }).code(), ZelCamErr_InvalidArgument);
+
+    const ZelTest::TemporaryFolder folder;
+    zel::save(rgb, folder.Path() / "shot.raw");
+    EXPECT_EQ(std::filesystem::file_size(folder.Path() / "shot.raw"), rgb.size());
+    EXPECT_THAT(ErrorOf([&] { zel::save(image, folder.Path() / "shot.xyz"); }).what(),
+                HasSubstr("xyz"));
 }
 
 TEST_F(ZelLayer, PlanarFormatsHaveALineOfOnePlane) {
