@@ -7,6 +7,7 @@
 #include "ZelCam/PixelType.h"
 #include "ZelCameraApi/base/errorboundary.h"
 #include "ZelCameraApi/deviceimpl.h"
+#include "ZelCameraApi/gendcparts.h"
 #include "utils/pixeltypes.h"
 
 namespace ZelCameraApi::Internal {
@@ -180,11 +181,28 @@ bool BufferImpl::IsKacFrameB() {
 
 size_t BufferImpl::GetNumParts() {
     return ZeroOnError([this]() -> size_t {
+        if (HasUnlistedParts()) return UnlistedParts().size();
         const GenTLModule<void*>& stream = stream_->Module();
         return QueryCount([&](uint32_t* number) {
             return stream.lib->DSGetNumBufferParts(stream.handle, handle_, number);
         });
     });
+}
+
+// GenTL knows parts of multi-part payloads: producers hand over a GenDC container as it is.
+bool BufferImpl::HasUnlistedParts() const {
+    const auto payload = ZeroOnError([this] { return GetInfo<GenTL::BUFFER_INFO_PAYLOADTYPE>(); });
+    if (payload != size_t{GenTL::PAYLOAD_TYPE_GENDC}) return false;
+    const GenTLModule<void*>& stream = stream_->Module();
+    uint32_t number = 0;
+    return stream.lib->DSGetNumBufferParts(stream.handle, handle_, &number) != 0 || number == 0;
+}
+
+// All of the buffer counts: what was filled of it says nothing about where the gaps of an
+// incomplete frame are.
+std::vector<ZelBufferPart> BufferImpl::UnlistedParts() const {
+    return FindGenDcParts(static_cast<uint8_t*>(GetInfo<GenTL::BUFFER_INFO_BASE>()),
+                          GetInfo<GenTL::BUFFER_INFO_SIZE>());
 }
 
 // Value of a command of a part. Throws as QueryValue.
@@ -203,36 +221,45 @@ auto BufferImpl::PartInfoOrZero(uint32_t index) const {
 }
 
 // Without its place and size a part is of no use; the rest may be missing.
+ZelBufferPart BufferImpl::ListedPart(uint32_t index) const {
+    ZelBufferPart part{};
+    part.data = GetPartInfo<GenTL::BUFFER_PART_INFO_BASE>(index);
+    part.size = GetPartInfo<GenTL::BUFFER_PART_INFO_DATA_SIZE>(index);
+    part.dataType = PartInfoOrZero<GenTL::BUFFER_PART_INFO_DATA_TYPE>(index);
+    part.format = PartInfoOrZero<GenTL::BUFFER_PART_INFO_DATA_FORMAT>(index);
+    part.formatNamespace = PartInfoOrZero<GenTL::BUFFER_PART_INFO_DATA_FORMAT_NAMESPACE>(index);
+    part.width = PartInfoOrZero<GenTL::BUFFER_PART_INFO_WIDTH>(index);
+    part.height = PartInfoOrZero<GenTL::BUFFER_PART_INFO_HEIGHT>(index);
+    part.xOffset = PartInfoOrZero<GenTL::BUFFER_PART_INFO_XOFFSET>(index);
+    part.yOffset = PartInfoOrZero<GenTL::BUFFER_PART_INFO_YOFFSET>(index);
+    part.xPadding = PartInfoOrZero<GenTL::BUFFER_PART_INFO_XPADDING>(index);
+    part.deliveredHeight = PartInfoOrZero<GenTL::BUFFER_PART_INFO_DELIVERED_IMAGEHEIGHT>(index);
+    part.sourceId = PartInfoOrZero<GenTL::BUFFER_PART_INFO_SOURCE_ID>(index);
+    part.regionId = PartInfoOrZero<GenTL::BUFFER_PART_INFO_REGION_ID>(index);
+    part.dataPurposeId = PartInfoOrZero<GenTL::BUFFER_PART_INFO_DATA_PURPOSE_ID>(index);
+    return part;
+}
+
 ZelCamErr BufferImpl::GetPart(size_t index, ZelBufferPart* part, size_t size) {
     if (part == nullptr) return ZelCamErr_GenTL_InvalidParameter;
     std::memset(part, 0, size);
     if (index > UINT32_MAX) return static_cast<ZelCamErr>(GenTL::GC_ERR_INVALID_INDEX);
-    const auto number = static_cast<uint32_t>(index);
     return CodeOf([&] {
-        ZelBufferPart found{};
         try {
-            found.data = GetPartInfo<GenTL::BUFFER_PART_INFO_BASE>(number);
-            found.size = GetPartInfo<GenTL::BUFFER_PART_INFO_DATA_SIZE>(number);
+            const ZelBufferPart found = FindPart(static_cast<uint32_t>(index));
+            std::memcpy(part, &found, std::min(size, sizeof found));
         } catch (const zelcam_exception& e) {
             return e.code().value();
         }
-        found.dataType = PartInfoOrZero<GenTL::BUFFER_PART_INFO_DATA_TYPE>(number);
-        found.format = PartInfoOrZero<GenTL::BUFFER_PART_INFO_DATA_FORMAT>(number);
-        found.formatNamespace =
-            PartInfoOrZero<GenTL::BUFFER_PART_INFO_DATA_FORMAT_NAMESPACE>(number);
-        found.width = PartInfoOrZero<GenTL::BUFFER_PART_INFO_WIDTH>(number);
-        found.height = PartInfoOrZero<GenTL::BUFFER_PART_INFO_HEIGHT>(number);
-        found.xOffset = PartInfoOrZero<GenTL::BUFFER_PART_INFO_XOFFSET>(number);
-        found.yOffset = PartInfoOrZero<GenTL::BUFFER_PART_INFO_YOFFSET>(number);
-        found.xPadding = PartInfoOrZero<GenTL::BUFFER_PART_INFO_XPADDING>(number);
-        found.deliveredHeight =
-            PartInfoOrZero<GenTL::BUFFER_PART_INFO_DELIVERED_IMAGEHEIGHT>(number);
-        found.sourceId = PartInfoOrZero<GenTL::BUFFER_PART_INFO_SOURCE_ID>(number);
-        found.regionId = PartInfoOrZero<GenTL::BUFFER_PART_INFO_REGION_ID>(number);
-        found.dataPurposeId = PartInfoOrZero<GenTL::BUFFER_PART_INFO_DATA_PURPOSE_ID>(number);
-        std::memcpy(part, &found, std::min(size, sizeof found));
         return 0;
     });
+}
+
+ZelBufferPart BufferImpl::FindPart(uint32_t index) const {
+    if (!HasUnlistedParts()) return ListedPart(index);
+    const std::vector<ZelBufferPart> parts = UnlistedParts();
+    if (index >= parts.size()) throw zelcam_exception(GenTL::GC_ERR_INVALID_INDEX);
+    return parts[index];
 }
 
 ZelCamErr BufferImpl::AttachChunks() {

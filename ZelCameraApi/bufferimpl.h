@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "ZelCam/Buffer.h"
 #include "ZelCameraApi/base/gentlinfo.h"
@@ -57,6 +58,10 @@ class BufferImpl final : public ZelCam::Buffer {
 
   private:
     ZelImageInfo DescribeImage();
+    bool HasUnlistedParts() const;
+    std::vector<ZelBufferPart> UnlistedParts() const;
+    ZelBufferPart ListedPart(uint32_t index) const;
+    ZelBufferPart FindPart(uint32_t index) const;
     template <GenTL::BUFFER_PART_INFO_CMD_LIST CMD>
     auto GetPartInfo(uint32_t index) const;
     template <GenTL::BUFFER_PART_INFO_CMD_LIST CMD>

@@ -6,7 +6,7 @@
 
 #include <tinyxml2.h>
 
-#include "ZelCameraApi/replacefile.h"
+#include "utils/replacefile.h"
 
 namespace ZelCameraApi::Internal {
 
@@ -55,7 +55,7 @@ void WriteConfigurationFile(const char* fileName, const char* ifaceId, const cha
     AppendCData(document, *AppendElement(document, *camera, kConfig), features);
     tinyxml2::XMLPrinter printer;
     document.Print(&printer);
-    ReplaceFile(fileName, {printer.CStr(), static_cast<size_t>(printer.CStrSize() - 1)});
+    ZelUtil::ReplaceFile(fileName, {printer.CStr(), static_cast<size_t>(printer.CStrSize() - 1)});
 }
 
 tinyxml2::XMLError LoadXmlFile(const char* fileName, tinyxml2::XMLDocument& document) {

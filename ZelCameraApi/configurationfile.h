@@ -18,7 +18,7 @@
 
 namespace ZelCameraApi::Internal {
 
-// Writes a configuration file, see ReplaceFile. It does not report failures.
+// Writes a configuration file, see ZelUtil::ReplaceFile. It does not report failures.
 void WriteConfigurationFile(const char* fileName, const char* ifaceId, const char* cameraId,
                             const std::string& features);
 

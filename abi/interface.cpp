@@ -4,6 +4,7 @@
 #include "ZelCam/PixelType.h"
 #include "ZelCam/ZelCam.h"
 #include "ZelGenParam/Array.h"
+#include "ZelImage/ZelImage.h"
 
 // Objects behind pointers: what is compared is their tables.
 struct PublicTypes {
@@ -44,6 +45,24 @@ struct PublicTypes {
     ZelTrueSensePattern trueSensePattern;
     decltype(&ZelCam_GetSystem) getSystem;
     decltype(&ZelCam_CreateDevice) createDevice;
+    ZelImage::FormatInfo formatInfo;
+    ZelImage::ConvertOptions convertOptions;
+    ZelImage::SaveOptions saveOptions;
+    ZelImage::FileType fileType;
+    decltype(&ZelImage::FormatName) formatName;
+    decltype(&ZelImage::FormatByName) formatByName;
+    decltype(&ZelImage::DescribeFormat) describeFormat;
+    decltype(&ZelImage::FormatAt) formatAt;
+    decltype(&ZelImage::LineBytes) lineBytes;
+    decltype(&ZelImage::ImageSize) imageSize;
+    decltype(&ZelImage::ConvertedSize) convertedSize;
+    decltype(&ZelImage::Convert) convert;
+    decltype(&ZelImage::UnpackedSize) unpackedSize;
+    decltype(&ZelImage::Unpack) unpack;
+    decltype(&ZelImage::FileTypeOf) fileTypeOf;
+    decltype(&ZelImage::Encode) encode;
+    decltype(&ZelImage::Save) save;
+    decltype(&ZelImage::LastReason) lastReason;
 };
 
 PublicTypes publicTypes;

@@ -15,6 +15,7 @@ void MeasureFeatures(Report& report);  // features.cpp
 void MeasureDevices(Report& report);   // devices.cpp
 void MeasureBuffers(Report& report);   // buffers.cpp
 void MeasureWire(Report& report);      // wire.cpp
+void MeasureImaging(Report& report);   // imaging/imaging.cpp
 void MeasureHostile(Report& report);   // hostile.cpp
 
 // gev.cpp; the long form takes hours.

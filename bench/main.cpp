@@ -10,6 +10,7 @@
 //   devices   enumeration with many cameras on an interface
 //   buffers   many buffers on a stream
 //   wire      what a simulated camera on a network sends, and what that takes
+//   imaging   conversions of images, beside memcpy and OpenCV
 //   hostile   descriptions made to take for ever
 //
 // Only when they are asked for, all of them as "gev", as they take longer than all others:
@@ -60,6 +61,7 @@ constexpr Group kGroups[] = {
     {"devices", Always<Bench::MeasureDevices>},
     {"buffers", Always<Bench::MeasureBuffers>},
     {"wire", Always<Bench::MeasureWire>},
+    {"imaging", Always<Bench::MeasureImaging>},
 #ifdef BENCH_HOSTILE
     {"hostile", Always<Bench::MeasureHostile>},
 #endif

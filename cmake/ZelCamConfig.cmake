@@ -1,4 +1,5 @@
-# find_package(ZelCam): the targets ZelCam::ZelCam, the library, and with the bundled node-map engine
+# find_package(ZelCam): the targets ZelCam::ZelCam, the library, ZelCam::ZelImage, which makes pictures of
+# images and needs no camera, and with the bundled node-map engine
 # ZelCam::GenApi and ZelCam::GCBase, for programs that use node maps themselves, and ZelCam::GenTL, the
 # headers of the GenTL standard.
 include(CMakeFindDependencyMacro)

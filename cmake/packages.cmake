@@ -37,11 +37,12 @@ function(describe_package component name section depends summary text)
 endfunction()
 
 describe_package(runtime libzelcam${PROJECT_VERSION_MAJOR} libs
-    "${libraries}, libexpat1, liblog4cpp5v5, libtinyxml2-9, libzip4"
+    "${libraries}, libdeflate0, libexpat1, libjpeg62-turbo, liblog4cpp5v5, libtiff6, libtinyxml2-9, libzip4"
     "camera access library for machine vision"
     "Finds and drives cameras through GenICam GenTL producers, with every feature of\n\
 interfaces, cameras and streams as a typed parameter. Brings a node-map engine\n\
-with the interface of GenApi, and simulated cameras.")
+with the interface of GenApi, a library that makes pictures of images in every\n\
+pixel format, and simulated cameras.")
 describe_package(development libzelcam-dev libdevel
     "libzelcam${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})"
     "camera access library for machine vision, files for development"
@@ -49,7 +50,7 @@ describe_package(development libzelcam-dev libdevel
 library ZelCam and of its node-map engine.")
 describe_package(tools zelcam-tools utils
     "libzelcam${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), \
-${libraries}, libdeflate0, libjpeg62-turbo, libtiff6, libtinyxml2-9, libzip4"
+${libraries}, libtinyxml2-9, libzip4"
     "cameras for machine vision from the command line"
     "The program zelcam lists cameras, grabs images, reads and sets features,\n\
 saves and loads configurations, watches events and writes reports. With a\n\

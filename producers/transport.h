@@ -84,6 +84,7 @@ struct FrameInfo {
     // The byte order of the trailers of chunks, which end the payload; none without chunk data.
     std::optional<ByteOrder> chunkOrder;
     uint64_t chunkLayoutId = 0;
+    size_t chunkBegin = 0;  // bytes before the first chunk, which are parts
     GenTL::PAYLOADTYPE_INFO_ID payloadType = GenTL::PAYLOAD_TYPE_IMAGE;
     // Whether format, size, offsets, padding and lines above are those of an image.
     bool hasImage = true;

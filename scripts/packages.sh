@@ -13,8 +13,8 @@ packages_for() {
     local wanted
     case $1 in
         build | demo | install) wanted=("${build[@]}") ;;
-        # A network between namespaces, and the camera that ours are compared with.
-        bench) wanted=("${build[@]}" "${test_packages[@]}" aravis-tools) ;;
+        # A network between namespaces, and the camera and the conversions that ours are compared with.
+        bench) wanted=("${build[@]}" "${test_packages[@]}" aravis-tools libopencv-imgproc-dev) ;;
         abi) wanted=(g++ abigail-tools) ;;
         test | sanitize) wanted=("${build[@]}" "${test_packages[@]}") ;;
         mutations) wanted=("${build[@]}" "${test_packages[@]}" git) ;;

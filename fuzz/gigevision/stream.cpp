@@ -44,6 +44,12 @@ const std::vector<std::vector<Bytes>>& Kinds() {
         add(ImageFrame(8, 8, 7));
         form.paddedLastPacket = true;
         add(chunks);
+        ZelCti::FrameInfo container = image;
+        container.payloadType = GenTL::PAYLOAD_TYPE_GENDC;
+        container.parts.resize(1);
+        container.parts[0].offset = 416;  // behind the descriptor
+        form.genDc = true;
+        add(container);
         return made;
     }();
     return kKinds;

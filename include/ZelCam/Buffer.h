@@ -32,6 +32,10 @@ struct ZelImageInfo {
 // One part of a multi-part payload, as GenTL 1.5 describes it (BUFFER_PART_INFO_CMD); GenTL 1.6 for
 // the region and the purpose. What the producer does not report is 0. The layout is part of the
 // binary interface and may grow at its end.
+//
+// A part of a GenDC container has the region, the source and the offset of its component, whose
+// type is the purpose. `dataType` is 1000 plus the type of the part if GenTL has no number for it.
+// Parts without two dimensions have no width and height.
 struct ZelBufferPart {
     uint64_t dataType;         // GenTL PARTDATATYPE_ID: 1 is a 2D image, 9 a confidence map
     uint64_t format;           // what the namespace says: usually a PFNC value, see GenTL/PFNC.h
@@ -121,13 +125,17 @@ class Buffer {
 
     // Operations from here on have a body, so that stand-ins of programs need not know them.
 
-    // The parts of a multi-part payload, such as an image with its range and confidence. 0 for any
-    // other payload.
+    // The parts of a multi-part payload or of a GenDC container, such as an image with its range
+    // and confidence. 0 for any other payload, and for a damaged container. The library reads a
+    // container itself if the producer lists no parts of it: those of components that the camera
+    // marks as invalid do not count.
     virtual size_t GetNumParts() { return 0; }
 
     // Describes a part. `size` is the size of the caller's ZelBufferPart: a library that knows more
-    // members does not write them. ZelCamErr_GenTL_InvalidParameter if `part` is null, the
-    // producer's code if there is no such part; `*part` is 0 then.
+    // members does not write them. ZelCamErr_GenTL_InvalidParameter if `part` is null,
+    // ZelCamErr_GenTL_InvalidBuffer if a container is damaged (something in it lies outside of the
+    // buffer or on something else, or it has more than 1024 parts), the producer's code if there is
+    // no such part; `*part` is 0 then.
     virtual ZelCamErr GetPart(size_t /*index*/, ZelBufferPart* /*part*/, size_t /*size*/) {
         return ZelCamErr_GenTL_NotImplemented;
     }

@@ -15,6 +15,7 @@ ZelCti::StreamInfo StreamInfoOf(const CameraConfig& config) {
     info.minBuffers = config.bufAnnounceMin;
     info.alignment = config.bufAlignment;
     info.maxChunks = kNumChunkKinds;
+    if (config.payload != PayloadForm::Image) info.maxParts = kNumComponents + 1;
     return info;
 }
 

@@ -15,6 +15,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/simulator/producer.h"
+#include "tests/support/components.h"
 #include "tests/support/portnodemap.h"
 
 using namespace GenTL;
@@ -31,10 +32,12 @@ std::string MacOfThisProcess(const char* format) {
     return text.data();
 }
 
-std::string Configuration() {
+// `keys` and `switches` are attributes of the camera and of its Network.
+std::string Configuration(const std::string& keys, const std::string& switches) {
     return "<ZelSim><Interface id='I' type='GEV'><Camera id='C' serial='77' userName='left' "
-           "width='64' height='48' frameRate='200'><Network Mac='" +
-           MacOfThisProcess("02:77:00:%02x:%02x:%02x") + "'/></Camera></Interface></ZelSim>";
+           "width='64' height='48' frameRate='200' " +
+           keys + "><Network Mac='" + MacOfThisProcess("02:77:00:%02x:%02x:%02x") + "' " +
+           switches + "/></Camera></Interface></ZelSim>";
 }
 
 // A camera of 64 x 48 bytes on loopback, which the producer finds there. Nothing of it is open.
@@ -42,8 +45,10 @@ class ConsumerTest : public SimulatorTest {
   protected:
     ~ConsumerTest() override { p.ServeCameras(nullptr); }
 
-    void SetUp() override {
-        UseConfig(Configuration());
+    void SetUp() override { Serve("", ""); }
+
+    void Serve(const std::string& keys, const std::string& switches) {
+        UseConfig(Configuration(keys, switches));
         ASSERT_EQ(p.ServeCameras(""), GC_ERR_SUCCESS) << LastErrorText();
         ASSERT_EQ(p.TLUpdateInterfaceList(system, nullptr, kPatienceMs), GC_ERR_SUCCESS);
         interface = OpenInterface("GEV-lo");
@@ -317,6 +322,105 @@ TEST_F(ConsumerTest, GetsEventsBesideFrames) {
     EXPECT_EQ(p.GCUnregisterEvent(device, EVENT_REMOTE_DEVICE), GC_ERR_SUCCESS);
     EXPECT_EQ(p.GCUnregisterEvent(stream, EVENT_NEW_BUFFER), GC_ERR_SUCCESS);
     CloseDevice();
+}
+
+// A 3D camera that loses one packet in nine.
+class ComponentConsumerTest : public ConsumerTest {
+  protected:
+    static constexpr size_t kWidth = 64;
+    static constexpr size_t kHeight = 48;
+
+    void SetUp() override {}  // each test serves its own
+
+    std::vector<uint8_t> DataOf(BUFFER_HANDLE buffer, uint32_t part) {
+        const auto info = [&](int32_t command) {
+            return Ask(p.DSGetBufferPartInfo, stream, buffer, part, command);
+        };
+        const auto* data = static_cast<uint8_t*>(info(BUFFER_PART_INFO_BASE).Pointer());
+        return {data, data + info(BUFFER_PART_INFO_DATA_SIZE).Size()};
+    }
+    uint64_t Number(BUFFER_HANDLE buffer, uint32_t part, int32_t command) {
+        return Ask(p.DSGetBufferPartInfo, stream, buffer, part, command).Uint64();
+    }
+};
+
+TEST_F(ComponentConsumerTest, GetsWholePartsAndTheirChunks) {
+    Serve("payload='MultiPart' xPadding='2'", "LossEvery='9'");
+    OpenDevice();
+    OpenStream();
+    remote_->Set("ChunkSelector", "FrameID");
+    remote_->Set("ChunkEnable", "1");
+    remote_->Set("ChunkModeActive", "1");
+    Announce(4);
+    QueueAll();
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    StartCamera();
+    for (uint8_t i = 0; i < 20; ++i) {
+        BUFFER_HANDLE const buffer = Fetch();
+        ASSERT_FALSE(BufferInfo(buffer, BUFFER_INFO_IS_INCOMPLETE).Bool());
+        uint32_t count = 0;
+        ASSERT_EQ(p.DSGetNumBufferParts(stream, buffer, &count), GC_ERR_SUCCESS);
+        ASSERT_EQ(count, 4U);
+        const uint64_t frame = FrameId(buffer) - 1;
+        EXPECT_EQ(DataOf(buffer, 0).size(), (kWidth + 2) * kHeight);
+        EXPECT_EQ(DataOf(buffer, 1), ZelTest::RangeBytes(frame, kWidth, kHeight, 2));
+        EXPECT_EQ(DataOf(buffer, 2), ZelTest::ConfidenceBytes(frame, kWidth, kHeight, 2));
+        EXPECT_EQ(Number(buffer, 1, BUFFER_PART_INFO_DATA_FORMAT), 0x011000B8U);
+        EXPECT_EQ(Number(buffer, 1, BUFFER_PART_INFO_SOURCE_ID), 1U);
+        EXPECT_EQ(Number(buffer, 1, BUFFER_PART_INFO_REGION_ID), 2U);
+        EXPECT_EQ(Number(buffer, 1, BUFFER_PART_INFO_DATA_PURPOSE_ID), 4U);
+        SINGLE_CHUNK_DATA chunk{};
+        size_t numChunks = 1;
+        ASSERT_EQ(p.DSGetBufferChunkData(stream, buffer, &chunk, &numChunks), GC_ERR_SUCCESS);
+        EXPECT_EQ(Data(buffer)[chunk.ChunkOffset + 7], frame);
+        ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+    }
+    StopCamera();
+    EXPECT_EQ(StopStream(), GC_ERR_SUCCESS);
+}
+
+// GenDC is of 2.2; earlier cameras send the same parts.
+TEST_F(ComponentConsumerTest, GetsWholeContainersOfCamerasThatMaySendThem) {
+    Serve("payload='GenDC'", "LossEvery='9' Version='2.2'");
+    OpenDevice();
+    OpenStream();
+    Announce(4);
+    QueueAll();
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    StartCamera();
+    constexpr size_t kDescriptor = 416;
+    constexpr size_t kImage = kWidth * kHeight;
+    for (int i = 0; i < 20; ++i) {
+        BUFFER_HANDLE const buffer = Fetch();
+        ASSERT_FALSE(BufferInfo(buffer, BUFFER_INFO_IS_INCOMPLETE).Bool());
+        EXPECT_EQ(BufferInfo(buffer, BUFFER_INFO_PAYLOADTYPE).Size(), size_t{PAYLOAD_TYPE_GENDC});
+        ASSERT_EQ(BufferInfo(buffer, BUFFER_INFO_SIZE_FILLED).Size(), kDescriptor + 4 * kImage);
+        const uint64_t frame = FrameId(buffer) - 1;
+        const uint8_t* const bytes = Data(buffer);
+        EXPECT_EQ(std::string(bytes, bytes + 4), "GNDC");
+        EXPECT_EQ(bytes[16], frame) << "the number of the frame";
+        const auto* const range = bytes + kDescriptor + kImage;
+        EXPECT_EQ(std::vector<uint8_t>(range, range + 2 * kImage),
+                  ZelTest::RangeBytes(frame, kWidth, kHeight, 0));
+        EXPECT_EQ(std::vector<uint8_t>(range + 2 * kImage, range + 3 * kImage),
+                  ZelTest::ConfidenceBytes(frame, kWidth, kHeight, 0));
+        ASSERT_EQ(Queue(buffer), GC_ERR_SUCCESS);
+    }
+    StopCamera();
+    EXPECT_EQ(StopStream(), GC_ERR_SUCCESS);
+    CloseDevice();
+
+    p.ServeCameras(nullptr);
+    Serve("payload='GenDC'", "Version='2.1'");
+    OpenDevice();
+    OpenStream();
+    Announce(1);
+    QueueAll();
+    ASSERT_EQ(StartStream(), GC_ERR_SUCCESS);
+    StartCamera();
+    uint32_t count = 0;
+    EXPECT_EQ(p.DSGetNumBufferParts(stream, Fetch(), &count), GC_ERR_SUCCESS);
+    EXPECT_EQ(count, 3U);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "ZelCam/ZelCam.h"
 #include "ZelGenParam/Array.h"
 #include "tests/support/acquisition.h"
+#include "tests/support/components.h"
 #include "tests/support/holder.h"
 #include "tests/support/simulator.h"
 
@@ -324,6 +325,50 @@ TEST_F(PublicSession, FramesWithoutChunksHaveNoneToAttach) {
     EXPECT_EQ(buffer->AttachChunks(), ZelCamErr_GenTL_NoData);
     EXPECT_EQ(buffer->GetNumParts(), 0U);
     device->Release();
+}
+
+// The producer lists those of a multi-part payload, and the library finds those of a container.
+TEST_F(PublicSession, PartsAreTheSameInAMultiPartPayloadAndInAContainer) {
+    for (const std::string payload : {"MultiPart", "GenDC"}) {
+        SCOPED_TRACE(payload);
+        system.reset();
+        const std::string cameras =
+            "<ZelSim><Interface id='eth0' type='GEV'><Camera id='3d' width='64' height='40' "
+            "offsetX='4' offsetY='2' xPadding='3' frameRate='0' payload='" +
+            payload + "'/></Interface></ZelSim>";
+        ASSERT_EQ(simulator.configure(cameras.c_str()), 0);
+        system.reset(ZelCam_GetSystem());
+        ASSERT_NO_FATAL_FAILURE(Start("eth0", "3d", 2));
+        for (uint64_t frame = 0; frame < 2; ++frame) {
+            ZelCam::Buffer* const buffer = stream->GetBuffer(kPatience, nullptr);
+            ASSERT_NE(buffer, nullptr);
+            ASSERT_EQ(buffer->GetNumParts(), 3U);
+            const auto part = [&](size_t index) {
+                ZelBufferPart found{};
+                EXPECT_EQ(buffer->GetPart(index, &found, sizeof found), ZelCamErr_Success);
+                return found;
+            };
+            const auto dataOf = [&](size_t index) {
+                const ZelBufferPart found = part(index);
+                const auto* const data = static_cast<const uint8_t*>(found.data);
+                return std::vector<uint8_t>(data, data + found.size);
+            };
+            const ZelBufferPart range = part(1);
+            EXPECT_THAT(
+                (std::vector<uint64_t>{range.dataType, range.format, range.formatNamespace,
+                                       range.width, range.height, range.xOffset, range.yOffset,
+                                       range.xPadding, range.deliveredHeight, range.sourceId,
+                                       range.regionId, range.dataPurposeId}),
+                testing::ElementsAre(5, 0x011000B8, 4, 64, 40, 4, 2, 3, 40, 1, 2, 4));
+            EXPECT_EQ(part(0).dataType, 1U);
+            EXPECT_EQ(part(2).dataType, 9U);
+            EXPECT_EQ(dataOf(1), ZelTest::RangeBytes(frame, 64, 40, 3));
+            EXPECT_EQ(dataOf(2), ZelTest::ConfidenceBytes(frame, 64, 40, 3));
+            ZelBufferPart none{};
+            EXPECT_EQ(buffer->GetPart(3, &none, sizeof none), -1017);
+        }
+        device->Release();
+    }
 }
 
 // Operations of each module, called as somebody with an older header would.

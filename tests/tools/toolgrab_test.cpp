@@ -8,7 +8,7 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/tools/picturereader.h"
+#include "tests/support/picturereader.h"
 #include "tests/tools/toolrun.h"
 
 using nlohmann::json;
@@ -32,6 +32,8 @@ constexpr const char* kCameras = R"(
     <Camera id="bgr" serial="104" width="80" height="64" pixelFormat="BGR8" frameRate="0"/>
     <Camera id="yuv" serial="105" width="80" height="64" pixelFormat="YUV422_8" frameRate="0"/>
     <Camera id="silent" serial="106" dropEvery="1"/>
+    <Camera id="three-d" serial="110" width="80" height="64" pixelFormat="BGR8" frameRate="0"
+            xPadding="3" payload="GenDC"/>
     <Camera id="faulty" serial="107" width="80" height="64" frameRate="0" dropEvery="4"
             incompleteEvery="3"/>
     <Camera id="sparse" serial="108" width="80" height="64" frameRate="0.0001"/>
@@ -68,7 +70,7 @@ TEST_F(ToolGrab, OnePictureOfTheFirstCameraByDefault) {
 }
 
 TEST_F(ToolGrab, PicturesOfEveryKindOfFormat) {
-    for (const char* camera : {"bayer", "bgr"}) {
+    for (const char* camera : {"bayer", "bgr", "three-d"}) {
         const ToolResult result = Run({"grab", camera, "-o", "{camera}.png"});
         EXPECT_EQ(result.exitCode, 0) << result.err;
         EXPECT_EQ(Bars(ReadPngFile(Path(std::string(camera) + ".png"))), kColourBars) << camera;

@@ -67,9 +67,12 @@ Exchange Exchange::WriteMem(const Gvcp::Memory& memory) {
 
 std::string Exchange::Name() const {
     std::array<char, 32> text{};
-    const uint32_t address = ByteView{command.data(), commandSize}.U32(Gvcp::kHeaderSize);
-    std::snprintf(text.data(), text.size(), "%s 0x%08X", CommandName(code), address);
+    std::snprintf(text.data(), text.size(), "%s 0x%08X", CommandName(code), Address());
     return text.data();
+}
+
+uint32_t Exchange::Address() const {
+    return ByteView{command.data(), commandSize}.U32(Gvcp::kHeaderSize);
 }
 
 }  // namespace ZelGev

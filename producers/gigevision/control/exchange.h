@@ -46,6 +46,7 @@ struct Exchange {
 
     // For texts about failures: "READREG 0x00000A00".
     std::string Name() const;
+    uint32_t Address() const;  // the first one, of commands for several
 
     ZelCti::Gvcp::Code code{};
     Lane lane = Lane::Ordinary;
@@ -55,7 +56,7 @@ struct Exchange {
 
     std::array<uint8_t, ZelCti::Gvcp::kMaxMessageSize> command{};
     size_t commandSize = 0;
-    size_t answerSize = 0;  // what a successful acknowledge holds at least
+    size_t answerSize = 0;  // what a successful acknowledge holds; of READMEM at least
 
     State state = State::Waiting;
     ZelCti::Gev::Status status{};

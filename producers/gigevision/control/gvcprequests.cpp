@@ -71,10 +71,14 @@ std::optional<ByteView> GvcpRequests::NextDatagram(Time now) {
     return std::nullopt;
 }
 
-// A success without what was asked for is none: the camera may still answer.
+// A success without what was asked for is none: the camera may still answer. It may be an answer to
+// another command, too, which comes late and with a wrong id.
 bool GvcpRequests::IsAnswer(const Gvcp::Acknowledge& ack, const Exchange& exchange) {
-    const bool isWhole = ack.status != Status::Success || ack.payload.size >= exchange.answerSize;
-    return ack.code == Gvcp::AckOf(exchange.code) && isWhole;
+    if (ack.code != Gvcp::AckOf(exchange.code)) return false;
+    if (ack.status != Status::Success) return true;
+    if (exchange.code == Gvcp::Code::ReadRegCmd) return ack.payload.size == exchange.answerSize;
+    if (ack.payload.size < exchange.answerSize) return false;
+    return exchange.code != Gvcp::Code::ReadMemCmd || ack.payload.U32(0) == exchange.Address();
 }
 
 void GvcpRequests::OnDatagram(ByteView datagram, Time now) {

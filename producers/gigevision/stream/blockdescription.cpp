@@ -202,6 +202,8 @@ void BlockDescription::Describe(FrameInfo& frame, uint64_t size) const {
     frame.timestamp = Timestamp();
     frame.hasImage = false;
     frame.parts.clear();
+    frame.chunkOrder.reset();
+    frame.chunkBegin = 0;
     if (!leader_) return;
     if (EndsWithChunks(Type())) frame.chunkOrder = ZelCti::ByteOrder::Big;
     if (trailer_) frame.chunkLayoutId = trailer_->chunkLayoutId.value_or(0);
@@ -249,6 +251,13 @@ void BlockDescription::DescribeParts(FrameInfo& frame, uint64_t size) const {
         }
         frame.parts.push_back(part);
     }
+    // Chunks are found from the end of the block.
+    const bool endsWithChunks =
+        count != 0 && count == parts_.size() &&
+        body->parts[count - 1].dataType == static_cast<uint16_t>(PartType::ChunkData);
+    if (!endsWithChunks) return;
+    frame.chunkOrder = ZelCti::ByteOrder::Big;
+    frame.chunkBegin = frame.parts.back().offset;
 }
 
 }  // namespace ZelGev

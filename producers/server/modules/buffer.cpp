@@ -194,7 +194,8 @@ bool Buffer::AnswerChunks(Answer answer) const {
     const bool size = answer.Command() == GenTL::BUFFER_INFO_DELIVERED_CHUNKPAYLOADSIZE;
     if (!size && answer.Command() != GenTL::BUFFER_INFO_CHUNKLAYOUTID) return false;
     if (!Frame().chunkOrder) throw Error(GenTL::GC_ERR_NOT_AVAILABLE, "the frame has no chunks");
-    if (size) return answer.Size(frame_.sizeFilled), true;
+    const size_t begin = std::min(frame_.chunkBegin, frame_.sizeFilled);
+    if (size) return answer.Size(frame_.sizeFilled - begin), true;
     return answer.Uint64(frame_.chunkLayoutId), true;
 }
 
@@ -202,8 +203,11 @@ std::vector<ChunkPlace> Buffer::Chunks() const {
     const std::lock_guard lock(mutex_);
     if (!Frame().chunkOrder) throw Error(GenTL::GC_ERR_NO_DATA, "the frame has no chunks");
     const size_t size = std::min(DataSize(), memory_.size);
-    auto chunks = FindChunks(memory_.base, size, *frame_.chunkOrder);
+    const size_t begin = std::min(frame_.chunkBegin, size);
+    auto chunks = FindChunks(memory_.base + begin, size - begin, *frame_.chunkOrder);
     if (!chunks) throw Error(GenTL::GC_ERR_NO_DATA, "the chunks of the frame are damaged");
+    for (ChunkPlace& chunk : *chunks)
+        chunk.offset += begin;
     return *std::move(chunks);
 }
 

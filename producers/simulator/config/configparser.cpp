@@ -95,6 +95,17 @@ Pattern PatternOf(const Value& value) {
     value.Refuse("ColorBars, GradientHorizontal, GradientDiagonal, Black or White");
 }
 
+PayloadForm PayloadOf(const Value& value) {
+    constexpr std::pair<std::string_view, PayloadForm> kNames[] = {
+        {"Image", PayloadForm::Image},
+        {"MultiPart", PayloadForm::MultiPart},
+        {"GenDC", PayloadForm::GenDc}};
+    for (const auto& [name, form] : kNames) {
+        if (value.text == name) return form;
+    }
+    value.Refuse("Image, MultiPart or GenDC");
+}
+
 bool IsFreeRunning(const Value& value) {
     if (value.text != "on-command" && value.text != "free-running") {
         value.Refuse("on-command or free-running");
@@ -170,6 +181,7 @@ std::vector<Key<CameraConfig>> CameraKeys() {
         Numeric("imageOffset", &C::imageOffset, 0U, 1U << 20),
         {"pixelFormat", [](C& c, const Value& v) { c.pixelFormat = FormatOf(v); }},
         {"pattern", [](C& c, const Value& v) { c.pattern = PatternOf(v); }},
+        {"payload", [](C& c, const Value& v) { c.payload = PayloadOf(v); }},
         Numeric("frameRate", &C::frameRate, 0.0, 1e6),
         {"acquisition", [](C& c, const Value& v) { c.freeRunning = IsFreeRunning(v); }},
         Numeric("linkSpeed", &C::linkSpeed, uint64_t{1000000}, uint64_t{1000000000000}),
@@ -260,6 +272,8 @@ CameraConfig CameraOf(const XMLElement& element, const std::string& source) {
         place.Fail("width=\"" + std::to_string(camera.width) + "\": lines of " + format.name +
                    " are not whole bytes at this width");
     }
+    if (camera.payload != PayloadForm::Image && camera.imageOffset != 0)
+        place.Fail("imageOffset: frames with parts begin with the first of them");
     if (PowerOnSettings(camera).PayloadSize() > kMaxPayload)
         place.Fail("a frame is larger than 1 GiB");
     return camera;

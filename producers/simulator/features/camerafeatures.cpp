@@ -40,7 +40,8 @@ CameraFeatures::CameraFeatures(Camera& camera, std::function<void()> powerCycle,
     AddTransportLayerControl(table, camera);
     if (camera.Config().network) AddNetwork(table, camera);
     AddEventControl(table, camera);
-    AddChunkDataControl(table, camera);
+    // Where a container has chunks, and how, is not known.
+    if (camera.Config().payload != PayloadForm::GenDc) AddChunkDataControl(table, camera);
     AddFileAccessControl(table, space, files_);
     AddTestControl(table, camera);
 }

@@ -295,6 +295,7 @@ void AddStreamOptions(BootstrapRows& rows) {
     addOption("GevSCCFGLargeLeaderTrailer", "Whether leaders and trailers may be large.",
               Gev::Sccfg::kLargeLeaderTrailer);
     addOption("GevSCCFGMultiPart", "Whether frames are sent in parts.", Gev::Sccfg::kMultiPart);
+    addOption("GevSCCFGGenDC", "Whether frames are sent as GenDC containers.", Gev::Sccfg::kGenDc);
 }
 
 void AddStreamChannels(FeatureTable& features, BootstrapRows& rows, uint32_t numStreams) {

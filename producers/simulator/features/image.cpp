@@ -10,6 +10,7 @@ namespace ZelSim {
 
 using ZelCti::Entry;
 using ZelCti::FeatureTable;
+using ZelCti::IntegerValue;
 
 namespace {
 
@@ -213,6 +214,52 @@ void AddPixels(FeatureTable& features, const SettingTraits& settings) {
         .Get(settings.Show([](const Settings& s) { return s.pixelFormat->bits; }));
 }
 
+IntegerValue ComponentEnableValue(CameraControl& control, size_t component) {
+    IntegerValue value;
+    value.get = [&control, component] {
+        return uint64_t{control.Settings()->components.test(component)};
+    };
+    value.set = [&control, component](uint64_t on) {
+        control.ChangeFixed([=](Settings& s) {
+            s.components.set(component, on != 0);
+            if (on > 1 || s.components.none()) RefuseValue();
+        });
+    };
+    return value;
+}
+
+IntegerValue ComponentId(size_t component) {
+    IntegerValue value;
+    value.get = [component] { return uint64_t{kComponents[component].id}; };
+    return value;
+}
+
+void AddComponents(FeatureTable& features, CameraControl& control) {
+    std::vector<Entry> entries;
+    for (const ComponentTraits& component : kComponents)
+        entries.push_back(
+            {component.name, static_cast<int64_t>(component.component), component.toolTip});
+    features.Enumeration("ComponentSelector", "The component that the next features are about.")
+        .Entries(entries)
+        .Streamable()
+        .Local(0);
+    features
+        .Boolean("ComponentEnable",
+                 "Whether frames have the selected component; one is enabled at least.")
+        .SelectedBy("ComponentSelector")
+        .LockedBy("FrameSettingsLocked")
+        .At(0x2140)
+        .Streamable()
+        .InvalidatedBy({"UserSetLoad", "DeviceReset"})
+        .Indexed("ComponentSelectorValue", kNumComponents,
+                 [&control](size_t i) { return ComponentEnableValue(control, i); });
+    features.IntReg("ComponentIDValue", "Number that the data of the selected component have.")
+        .Expert()
+        .SelectedBy("ComponentSelector")
+        .At(0x2150)
+        .Indexed("ComponentSelectorValue", kNumComponents, ComponentId);
+}
+
 }  // namespace
 
 std::vector<Entry> PixelFormatEntries() {
@@ -231,6 +278,7 @@ void AddImageFormatControl(FeatureTable& features, Camera& camera) {
     AddOffset(features, settings);
     AddBinning(features, settings);
     AddPixels(features, settings);
+    if (camera.Config().payload != PayloadForm::Image) AddComponents(features, camera.Control());
     features.Enumeration("TestPattern", "What the sensor shows.")
         .At(0x2130)
         .Entries({{"ColorBar", 0, "White, yellow, cyan, green, magenta, red, blue, black."},

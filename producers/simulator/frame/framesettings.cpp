@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::chrono::nanoseconds kExposureUnit(100);
 constexpr uint64_t kNsPerSecond = 1000000000;
+constexpr uint64_t kBitsPerByte = 8;
 
 // What TestPicture depends on.
 auto Shown(const FrameSettings& s) {
@@ -32,6 +33,30 @@ uint32_t FrameSettings::WidthIncrement() const {
     while (!pixelFormat->AcceptsWidth(increment))
         ++increment;
     return increment;
+}
+
+uint64_t FrameSettings::LinePitch(const ComponentTraits& component) const {
+    const uint64_t bitsPerPixel = FormatOf(component) >> 16 & 0xFF;
+    return width * bitsPerPixel / kBitsPerByte + xPadding;
+}
+
+ChunkSet FrameSettings::SentChunks() const {
+    if (!chunkMode) return {};
+    ChunkSet sent = chunks;
+    if (HasParts()) sent.Set(ChunkKind::Image, false);
+    return sent;
+}
+
+uint64_t FrameSettings::PartsEnd() const {
+    uint64_t end = PartsBegin();
+    for (const ComponentTraits& component : kComponents)
+        end += Has(component) ? PartSize(component) : 0;
+    return end;
+}
+
+uint64_t FrameSettings::PayloadSize() const {
+    if (HasParts()) return PartsEnd() + PayloadWithChunks(SentChunks(), 0);
+    return PayloadWithChunks(SentChunks(), ImageSize());
 }
 
 std::chrono::nanoseconds FrameSettings::Exposure() const {

@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "producers/simulator/frame/chunkdata.h"
+#include "producers/simulator/frame/component.h"
 #include "producers/simulator/frame/imagelayout.h"
 
 namespace ZelSim {
@@ -58,6 +59,9 @@ struct FrameSettings : ImageLayout {
     bool chunkMode = false;
     ChunkSet chunks{ChunkKind::Image};  // those that are enabled
 
+    // Those that are enabled, at least one; only of frames with parts.
+    ComponentSet components = ComponentSet().set();
+
     uint32_t WidthMax() const { return sensorWidth / binningHorizontal; }
     uint32_t HeightMax() const { return sensorHeight / binningVertical; }
 
@@ -69,11 +73,31 @@ struct FrameSettings : ImageLayout {
     // Bytes of the image: what comes before it, its lines, and what comes after it.
     uint64_t ImageSize() const { return imageOffset + LinePitch() * height + yPadding; }
 
-    // The chunks that frames carry; none unless the chunk mode is on.
-    ChunkSet SentChunks() const { return chunkMode ? chunks : ChunkSet(); }
+    bool HasParts() const { return payload != PayloadForm::Image; }
+    bool Has(const ComponentTraits& component) const {
+        return HasParts() && components.test(static_cast<size_t>(component.component));
+    }
 
-    // Bytes of one frame.
-    uint64_t PayloadSize() const { return PayloadWithChunks(SentChunks(), ImageSize()); }
+    // Of a component: its PFNC value, the bytes of a line, and those of its part.
+    uint32_t FormatOf(const ComponentTraits& component) const {
+        return component.format != 0 ? component.format : pixelFormat->value;
+    }
+    uint64_t LinePitch(const ComponentTraits& component) const;
+    uint64_t PartSize(const ComponentTraits& component) const {
+        return LinePitch(component) * height + yPadding;
+    }
+
+    // The chunks that frames carry; none unless the chunk mode is on. Parts are no chunks.
+    ChunkSet SentChunks() const;
+
+    // Where the parts lie in a frame that has some: behind the descriptor of a container.
+    uint64_t PartsBegin() const {
+        return payload == PayloadForm::GenDc ? GenDcDescriptorSize(components.count()) : 0;
+    }
+    uint64_t PartsEnd() const;
+
+    // Bytes of one frame: chunks follow the parts, or the image, which is one of them.
+    uint64_t PayloadSize() const;
 
     // Whether frames are exposed and read out for a time, or sent at once when there is a buffer.
     bool IsTimed() const { return keepsTime || frameRateEnable; }

@@ -10,6 +10,10 @@ namespace ZelSim {
 // What a sensor sees.
 enum class Pattern { ColorBars, GradientHorizontal, GradientDiagonal, Black, White };
 
+// What a frame is: an image, or the components of a 3D camera as parts, which a GenDC container
+// describes itself.
+enum class PayloadForm : uint8_t { Image, MultiPart, GenDc };
+
 // What the image shows and how it lies in memory. A configuration gives it, and features change it.
 struct ImageLayout {
     uint32_t width = 640;
@@ -21,6 +25,7 @@ struct ImageLayout {
     uint32_t imageOffset = 0;  // bytes before it
     const PixelFormat* pixelFormat = FindPixelFormat("Mono8");
     Pattern pattern = Pattern::ColorBars;
+    PayloadForm payload = PayloadForm::Image;
 };
 
 }  // namespace ZelSim

@@ -86,9 +86,10 @@ uint32_t PoweredCamera::NumStreams() const {
 
 uint32_t PoweredCamera::StreamCapability() const {
     using namespace ZelCti::Gev;
-    return Scc::kPixelEndianness | Scc::kMultiPart | Scc::kLargeLeaderTrailer |
-           Scc::kResendDestination | Scc::kAllIn | Scc::kUnconditionalStreaming |
-           Scc::kExtendedChunkData;
+    const bool hasGenDc = camera_->Hardware().Config().payload == PayloadForm::GenDc;
+    return (hasGenDc ? Scc::kGenDc : 0) | Scc::kPixelEndianness | Scc::kMultiPart |
+           Scc::kLargeLeaderTrailer | Scc::kResendDestination | Scc::kAllIn |
+           Scc::kUnconditionalStreaming | Scc::kExtendedChunkData;
 }
 
 uint16_t PoweredCamera::StreamSourcePort(uint32_t channel) const {

@@ -88,11 +88,12 @@ TEST_F(GvcpRequestsTest, AcknowledgesOfOthersAreDroppedAndWaitedOn) {
     Exchange exchange = Exchange::ReadReg(0x0A00);
     requests_.Add(exchange);
     Sent();
-    Hear("000000810004fffe 00000001");    // an older command
-    Hear("000000830004ffff 00000001");    // of another kind
-    Hear("000000810008ffff 00000001");    // cut
-    Hear("000000810004ffff 0000000100");  // too long
-    Hear("000000810000ffff");             // without the value
+    Hear("000000810004fffe 00000001");           // an older command
+    Hear("000000830004ffff 00000001");           // of another kind
+    Hear("000000810008ffff 00000001");           // cut
+    Hear("000000810004ffff 0000000100");         // too long
+    Hear("000000810000ffff");                    // without the value
+    Hear("000000810008ffff 00000001 00000002");  // of two registers
     Hear("00000081");
     Hear("");
     EXPECT_EQ(exchange.state, Exchange::State::Sent);
@@ -101,7 +102,17 @@ TEST_F(GvcpRequestsTest, AcknowledgesOfOthersAreDroppedAndWaitedOn) {
     EXPECT_TRUE(exchange.Succeeded());
     Hear("000000810004ffff 00000003");
     EXPECT_EQ(exchange.payload[3], 2) << "the second one of a doubled acknowledge";
-    EXPECT_EQ(requests_.Statistics().strayAcks, 8U);
+    EXPECT_EQ(requests_.Statistics().strayAcks, 9U);
+}
+
+TEST_F(GvcpRequestsTest, MemoryOfAnotherAddressIsNoAnswer) {
+    Exchange exchange = Exchange::ReadMem(0x0A00, 4);
+    requests_.Add(exchange);
+    Sent();
+    Hear("000000850008ffff 00000a04 00000001");
+    EXPECT_EQ(exchange.state, Exchange::State::Sent);
+    Hear("000000850008ffff 00000a00 00000002");
+    EXPECT_TRUE(exchange.Succeeded());
 }
 
 TEST_F(GvcpRequestsTest, PendingCommandsWaitAsLongAsTheCameraSays) {

@@ -55,11 +55,36 @@ std::vector<Case> Cases() {
     };
     cases.push_back({"MultiPart", AllFaults(), Form(1500, true), 300, 40, milliseconds(10)});
     cases.back().form.multiPart = true;
+    cases.push_back({"GenDc", AllFaults(), Form(1500, true), 300, 40, milliseconds(10)});
+    cases.back().form.genDc = true;
     cases.push_back({"Padded", AllFaults(), Form(1500, false), 301, 40, milliseconds(10)});
     cases.back().form.paddedLastPacket = true;
     cases.push_back({"HalfHeight", AllFaults(), Form(1500, false), 300, 40, milliseconds(10)});
     cases.back().form.halfHeight = true;
     return cases;
+}
+
+// An image, or three parts of other sizes, or a container with a descriptor, as the form says.
+ZelCti::FrameInfo FrameOf(const Case& c, uint64_t id) {
+    ZelCti::FrameInfo frame = ImageFrame(kWidth, c.height, id * 1000);
+    const auto addPart = [&](size_t begin, size_t end) {
+        ZelCti::FramePart part;
+        part.type = GenTL::PART_DATATYPE_2D_IMAGE;
+        part.offset = begin;
+        part.dataSize = end - begin;
+        frame.parts.push_back(part);
+    };
+    const size_t size = kWidth * c.height;
+    if (c.form.multiPart) {
+        addPart(0, size / 2);
+        addPart(size / 2, size - 1001);
+        addPart(size - 1001, size);
+    }
+    if (c.form.genDc) {
+        frame.payloadType = GenTL::PAYLOAD_TYPE_GENDC;
+        addPart(416, size);
+    }
+    return frame;
 }
 
 class BadNetworks : public testing::TestWithParam<Case> {};
@@ -88,8 +113,7 @@ TEST_P(BadNetworks, LoseNoFrame) {
     const Duration packetTime = microseconds(12) * static_cast<int>(c.form.packetSize) / 1500;
     stream.packetTime = c.form.packetSize > 1500 ? packetTime / 4 : packetTime;
     for (uint64_t id = 1; id <= c.numFrames; ++id) {
-        const auto packets =
-            PacketsOf(ImageFrame(kWidth, c.height, id * 1000), Content(size, id), id, c.form);
+        const auto packets = PacketsOf(FrameOf(c, id), Content(size, id), id, c.form);
         stream.Send(id, packets);
         stream.Run();
         const Duration spent = stream.packetTime * static_cast<int>(packets.size());

@@ -6,6 +6,7 @@
 
 #include "tests/genapi/support/description.h"
 #include "tests/library/support/fixture.h"
+#include "tests/wire/bytes.h"
 
 using testing::ElementsAre;
 
@@ -260,6 +261,38 @@ TEST_F(BufferTest, ThereIsNoPartWithoutPlaceOrSize) {
     }
     Fail("DSGetNumBufferParts", -1008);
     EXPECT_EQ(buffer->GetNumParts(), 0U);
+}
+
+// A container with one part, a line of 4 bytes, which the producer hands over as it is.
+TEST_F(BufferTest, FindsThePartsOfAContainerThatTheProducerDoesNotList) {
+    const auto container = WireTest::Hex(
+        "474e4443 01000000 0010 0000 40000000 0000000000000000 0000000000000000 0400000000000000"
+        "a000000000000000 a0000000 01000000 4000000000000000"
+        "0020 0000 38000000 0000 0000 0000 0000 00000000 00000000 0000000000000000"
+        "0180000000000000 01000801 0000 0100 7800000000000000"
+        "0041 0000 28000000 01000801 0000 0000 0000000000000000 0400000000000000"
+        "a000000000000000 d0d1d2d3");
+    Create(container.size());
+    auto* const bytes = static_cast<uint8_t*>(buffer->GetBufferPtr());
+    std::copy(container.begin(), container.end(), bytes);
+    AnswerSize(GenTL::BUFFER_INFO_PAYLOADTYPE, GenTL::PAYLOAD_TYPE_GENDC);
+    EXPECT_EQ(buffer->GetNumParts(), 2U) << "those that the producer lists";
+    Fail("DSGetNumBufferParts", -1008);
+    ASSERT_EQ(buffer->GetNumParts(), 1U);
+    ZelBufferPart part{};
+    ASSERT_EQ(buffer->GetPart(0, &part, sizeof part), ZelCamErr_Success);
+    EXPECT_EQ(part.data, bytes + 160);
+    EXPECT_EQ(part.size, 4U);
+    EXPECT_EQ(part.dataPurposeId, 0x8001U);
+    EXPECT_EQ(buffer->GetPart(1, &part, sizeof part), -1017);
+
+    AnswerSize(GenTL::BUFFER_INFO_SIZE, container.size() - 1);
+    EXPECT_EQ(buffer->GetNumParts(), 0U);
+    part.size = 1;
+    EXPECT_EQ(buffer->GetPart(0, &part, sizeof part), ZelCamErr_GenTL_InvalidBuffer);
+    EXPECT_EQ(part.size, 0U);
+    AnswerSize(GenTL::BUFFER_INFO_PAYLOADTYPE, GenTL::PAYLOAD_TYPE_RAW_DATA);
+    EXPECT_NE(buffer->GetPart(0, &part, sizeof part), ZelCamErr_GenTL_InvalidBuffer);
 }
 
 // As programs do that know fewer members.

@@ -163,7 +163,7 @@ TEST_F(BootstrapTest, TimestampsAreLatchedAndReset) {
 
 TEST_F(BootstrapTest, ChannelsFollowTheirRegisters) {
     camera->Registers().Urls();  // makes the registers
-    EXPECT_THAT(hardware.TakeNotes(), ElementsAre("extended ids 0"));
+    EXPECT_THAT(hardware.TakeNotes(), ElementsAre("sccfg 0 0", "sccfg 1 0", "extended ids 0"));
     Write(0xB10, "7f00000100000064");
     Write(0xB18, "00000003");
     Write(0xB00, "00001234");

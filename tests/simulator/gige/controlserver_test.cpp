@@ -492,7 +492,7 @@ TEST_F(ControlServerTest, AcknowledgesGetLostDoubledAndWrongNumbers) {
     hardware.settings.doubleAckEvery = 3;
     EXPECT_EQ(ask("0003"), "000000810004000300000000, 000000810004000300000000");
     hardware.settings.wrongAckIdEvery = 1;
-    EXPECT_EQ(ask("ffff"), "000000810004000100000000");
+    EXPECT_EQ(ask("ffff"), "000000810004800000000000");
     hardware.settings.wrongAckIdEvery = 0;
     hardware.settings.doubleAckEvery = 0;
     hardware.settings.errorAddress = 0xA00;

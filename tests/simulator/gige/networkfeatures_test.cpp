@@ -150,6 +150,7 @@ TEST_F(NetworkFeatures, ShowTheirBits) {
         {"GevSCPD", 0x0D08, 1000, "1000"},
         {"GevSCDA", 0x0D18, 0xE0000101, "224.0.1.1"},
         {"GevSCSP", 0x0D1C, 50001, "50001"},
+        {"GevSCCFGGenDC", 0x0D24, 0x80, "1"},
         {"GevSCCFGMultiPart", 0x0D24, 0x40, "1"},
         {"GevSCCFGLargeLeaderTrailer", 0x0D24, 0x20, "1"},
         {"GevSCCFGPacketResendDestination", 0x0D24, 0x08, "1"},

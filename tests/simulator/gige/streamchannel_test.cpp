@@ -179,6 +179,29 @@ TEST_F(StreamChannels, ExtendedIdsMultiPartAndAllInAreChosenByRegisters) {
     EXPECT_EQ(Bytes(block.begin(), block.begin() + 8), Hex("00000003 04000000"));
 }
 
+TEST_F(StreamChannels, PixelsOfPartsAreSentInTheOrderThatTheRegisterSays) {
+    CameraConfig config = SmallCamera();
+    config.noFill = false;
+    config.payload = PayloadForm::MultiPart;
+    Camera camera(config, "GEV", ZelSim::PermanentMemory(config));
+    StreamChannel channel(camera, kLoopback, [this] { return switches_.Settings(); });
+    channel.SetDestination(kLoopback);
+    channel.SetPacketSize(5000 | Scps::kBigEndianPixels);
+    channel.SetExtendedIds(true);
+    channel.SetConfiguration(Sccfg::kMultiPart);
+    channel.SetPort(receiver_.Port());
+    camera.Control().LockByClient(true);
+    camera.GetAcquisition().Start();
+    Skip(2);
+    const Bytes range = Next();
+    ASSERT_EQ(range.size(), 28U + 2048);
+    EXPECT_EQ(range[28 + 1], 0);
+    EXPECT_EQ(range[28 + 3], 2) << "the value of the second pixel";
+    const Bytes confidence = Next();
+    ASSERT_EQ(confidence.size(), 28U + 1024);
+    EXPECT_EQ(confidence[28 + 3], 3);
+}
+
 TEST_F(StreamChannels, BlockIdsBeginWithTheChannelAndSkipZero) {
     Set("FirstBlockId", "65535");
     Open();

@@ -164,6 +164,76 @@ TEST(StreamPackets, APartBeginsAPacketAndCountsItsOffsetFromTheBlock) {
               Hex("00004001"));
 }
 
+// Two images of other formats and sizes of lines, and chunks.
+TEST(StreamPackets, PartsOfAFrameGoOutAsTheyAre) {
+    const Bytes payload = CountingPayload(400 + 200 + 12);
+    FrameInfo frame = ImageFrame(20, 10, 7);
+    frame.payloadType = GenTL::PAYLOAD_TYPE_MULTI_PART;
+    frame.chunkOrder = ZelCti::ByteOrder::Big;
+    frame.offsetX = 4;
+    frame.offsetY = 2;
+    frame.yPadding = 5;
+    frame.pixelFormat = 0x011000B8;
+    frame.sizeFilled = payload.size();
+    frame.parts = {{5, 0, 400, 0x011000B8, 20, 10, 4, 2, 0, 10, 1, 2, 4},
+                   {9, 400, 200, 0x010800C6, 20, 10, 4, 2, 0, 9, 1, 2, 6},
+                   {1010, 600, 12, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}};
+    BlockForm form;
+    form.extendedIds = form.multiPart = true;
+    form.packetSize = 256;  // 200 bytes of data
+    const BlockPackets block(frame, ViewOf(payload), 1, form);
+    ASSERT_EQ(block.Count(), 6U);
+    EXPECT_EQ(PacketOf(block, 0), Hex("00000000 81000003 0000000000000001 00000000"
+                                      "0000000a 0000000000000007"
+                                      "0005 000000000190 011000b8 0000 01 00 00000000 0004 0002"
+                                      "00000014 0000000a 00000004 00000002 0000 0005 00000000"
+                                      "0009 0000000000c8 010800c6 0000 01 00 00000000 0006 0002"
+                                      "00000014 0000000a 00000004 00000002 0000 0005 00000000"
+                                      "000a 00000000000c 00000000 0000 00 00 00000000 0000 0000"
+                                      "00000000 00000000 00000000 00000000 0000 0000 00000000"));
+    EXPECT_EQ(Part(PacketOf(block, 2), 16, 12), Hex("00000002 0040 0000000000c8"));
+    EXPECT_EQ(Part(PacketOf(block, 2), 28, 200), Part(payload, 200, 200));
+    EXPECT_EQ(Part(PacketOf(block, 3), 16, 12), Hex("00000003 0140 000000000190"));
+    EXPECT_EQ(Part(PacketOf(block, 4), 16, 12), Hex("00000004 0240 000000000258"));
+    EXPECT_EQ(Part(PacketOf(block, 4), 28, 12), Part(payload, 600, 12));
+    EXPECT_EQ(PacketOf(block, 5), Hex("00000000 82000003 0000000000000001 00000005 0000000a"
+                                      "0005 000000000190 0000000a 00000000"
+                                      "0009 0000000000c8 00000009 00000000"
+                                      "000a 00000000000c 00000000 00000000"));
+
+    form.multiPart = false;
+    const BlockPackets image(frame, ViewOf(payload), 1, form);
+    EXPECT_EQ(Part(PacketOf(image, 0), 20, 4), Hex("00000001"));
+    EXPECT_EQ(Part(PacketOf(image, 0), 32, 12), Hex("011000b8 00000014 0000000a"));
+    EXPECT_EQ(PacketOf(image, 2).size(), 20U + 405 - 208) << "the first part, with its padding";
+}
+
+TEST(StreamPackets, AContainerGoesOutAsDescriptorAndData) {
+    const Bytes payload = CountingPayload(240 + 100);
+    FrameInfo frame = ImageFrame(10, 10, 7);
+    frame.payloadType = GenTL::PAYLOAD_TYPE_GENDC;
+    frame.sizeFilled = payload.size();
+    frame.parts.resize(1);
+    frame.parts[0].offset = 240;
+    BlockForm form;
+    form.extendedIds = form.multiPart = form.genDc = true;
+    form.packetSize = 256;  // 192 bytes of data
+    const BlockPackets block(frame, ViewOf(payload), 1, form);
+    ASSERT_EQ(block.Count(), 5U);
+    EXPECT_EQ(PacketOf(block, 0),
+              Hex("00000000 81000000 0000000000000001 00000000 0000000b 0000000000000007"
+                  "0000000000000154 00 000000 000000f0"));
+    EXPECT_EQ(Part(PacketOf(block, 1), 0, 36), Hex("00000000 88000000 0000000000000001 00000001"
+                                                   "000000c0 0000000000000000 60 80 0000"));
+    EXPECT_EQ(Part(PacketOf(block, 2), 16, 20),
+              Hex("00000002 00000030 00000000000000c0 50 00 0000"));
+    EXPECT_EQ(Part(PacketOf(block, 2), 36, 48), Part(payload, 192, 48));
+    EXPECT_EQ(Part(PacketOf(block, 3), 16, 20),
+              Hex("00000003 00000064 00000000000000f0 00 40 0000"));
+    EXPECT_EQ(Part(PacketOf(block, 3), 36, 100), Part(payload, 240, 100));
+    EXPECT_EQ(PacketOf(block, 4), Hex("00000000 82000000 0000000000000001 00000004 0000000b"));
+}
+
 TEST(StreamPackets, ASmallBlockIsOnePacketWhenAllInIsOn) {
     const Bytes payload = Hex("706978656c73");
     const FrameInfo frame = ImageFrame(3, 2, 0x0102030405060708);

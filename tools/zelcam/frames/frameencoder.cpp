@@ -1,10 +1,9 @@
 #include "tools/zelcam/frames/frameencoder.h"
 
 #include <cctype>
+#include <new>
 #include <sstream>
 
-#include "tools/imaging/encode.h"
-#include "tools/imaging/pixelformat.h"
 #include "tools/zelcam/console/failure.h"
 #include "tools/zelcam/console/printable.h"
 #include "tools/zelcam/console/wordtable.h"
@@ -13,44 +12,71 @@ namespace ZelTool {
 
 namespace {
 
-constexpr Word<Imaging::Packing> kPackings[] = {
-    {Imaging::Packing::Bytes, "one byte per component"},
-    {Imaging::Packing::Words, "two bytes per component, little-endian"},
-    {Imaging::Packing::LsbFirst, "bits without gaps, least significant first"},
-    {Imaging::Packing::GigEVision, "two components in three bytes (GigE Vision Packed)"},
+constexpr Word<ZelImage::Packing> kPackings[] = {
+    {ZelImage::Packing::LsbFirst, "bits without gaps, least significant first"},
+    {ZelImage::Packing::GigEVision, "two components in three bytes (GigE Vision Packed)"},
+    {ZelImage::Packing::PixelWord, "one word per pixel, first component in its lowest bits"},
+    {ZelImage::Packing::Unknown, "not known"},
 };
 
+// Of components that are not packed, by their bytes.
+constexpr Word<uint32_t> kUnpacked[] = {
+    {1, "one byte per component"},
+    {2, "two bytes per component, little-endian"},
+    {4, "four bytes per component, little-endian"},
+    {8, "eight bytes per component, little-endian"},
+};
+
+const char* WordsForPacking(const ZelImage::FormatInfo& format) {
+    return format.packing == ZelImage::Packing::Unpacked
+               ? WordsFor(format.componentBytes, kUnpacked, "")
+               : WordsFor(format.packing, kPackings, "");
+}
+
 std::string DescribeRawFile(const Frame& frame, const std::string& cameraId) {
-    const Imaging::RawImage& image = frame.image;
+    const ZelImage::View& image = frame.image;
     std::ostringstream text;
     text << "camera: " << Printable(cameraId)
-         << "\npixel format: " << Imaging::PixelFormatName(image.pixelFormat)
-         << "\npixel format number: " << Imaging::PixelFormatNumber(image.pixelFormat)
+         << "\npixel format: " << PixelFormatName(image.pixelFormat)
+         << "\npixel format number: " << PixelFormatNumber(image.pixelFormat)
          << "\nwidth: " << image.width << "\nheight: " << image.height
-         << "\nbits per pixel: " << Imaging::BitsPerPixel(image.pixelFormat);
-    if (const auto* format = Imaging::FindPixelFormat(image.pixelFormat)) {
-        text << "\nbits per component: " << format->depth
-             << "\npacking: " << WordsFor(format->packing, kPackings, "");
+         << "\nbits per pixel: " << (image.pixelFormat >> 16 & 0xFF);
+    ZelImage::FormatInfo format{};
+    if (ZelImage::DescribeFormat(image.pixelFormat, &format, sizeof format)) {
+        text << "\nbits per component: " << format.significantBits
+             << "\npacking: " << WordsForPacking(format);
     }
-    text << "\nbytes per line: " << image.LinePitch() << "\nline padding: " << image.linePadding
-         << "\nbytes: " << frame.BytesPresent()
-         << "\nbytes of a whole image: " << image.ImageBytes() << "\nx offset: " << frame.xOffset
-         << "\ny offset: " << frame.yOffset << "\nframe: " << frame.frameId
-         << "\ntimestamp: " << frame.timestamp
+    text << "\nbytes per line: "
+         << ZelImage::LineBytes(image.pixelFormat, image.width) + frame.linePadding
+         << "\nline padding: " << frame.linePadding << "\nbytes: " << frame.BytesPresent()
+         << "\nbytes of a whole image: " << ZelImage::ImageSize(image)
+         << "\nx offset: " << frame.xOffset << "\ny offset: " << frame.yOffset
+         << "\nframe: " << frame.frameId << "\ntimestamp: " << frame.timestamp
          << "\nincomplete: " << (frame.incomplete ? "yes" : "no") << '\n';
     return text.str();
 }
 
+ZelImage::FileType FileTypeFor(FileFormat format) {
+    if (format == FileFormat::Tiff) return ZelImage::FileType::Tiff;
+    return format == FileFormat::Jpeg ? ZelImage::FileType::Jpeg : ZelImage::FileType::Png;
+}
+
+bool Append(void* bytes, const void* data, size_t size) try {
+    const auto* const first = static_cast<const uint8_t*>(data);
+    auto& all = *static_cast<std::vector<uint8_t>*>(bytes);
+    all.insert(all.end(), first, first + size);
+    return true;
+} catch (const std::bad_alloc&) {
+    return false;
+}
+
 std::vector<uint8_t> EncodePicture(const Frame& frame, FileFormat format) {
-    try {
-        const Imaging::Picture picture = Imaging::Decode(frame.image);
-        if (format == FileFormat::Tiff) return Imaging::EncodeTiff(picture);
-        return format == FileFormat::Jpeg ? Imaging::EncodeJpeg(picture)
-                                          : Imaging::EncodePng(picture);
-    } catch (const Imaging::Error& error) {
-        throw Failure(ExitCode::FileFailed,
-                      std::string(error.what()) + "; --format raw writes the bytes unchanged");
-    }
+    std::vector<uint8_t> bytes;
+    const ZelCamErr error =
+        ZelImage::Encode(frame.image, FileTypeFor(format), nullptr, Append, &bytes);
+    if (error == ZelCamErr_Success) return bytes;
+    throw Failure(ExitCode::FileFailed, std::string(ZelImage::LastReason()) +
+                                            "; --format raw writes the bytes unchanged");
 }
 
 // The text after the last dot, if it looks like an extension.

@@ -1,6 +1,5 @@
 #include "tools/zelcam/frames/framelog.h"
 
-#include "tools/imaging/pixelformat.h"
 #include "tools/zelcam/console/printable.h"
 
 namespace ZelTool {
@@ -20,13 +19,13 @@ std::string Cell(const std::string& text) {
 }
 
 std::string LineOf(const Arrival& arrival, const Frame& frame, const std::string& file) {
-    const Imaging::RawImage& image = frame.image;
+    const ZelImage::View& image = frame.image;
     std::string line;
     for (const std::string& cell :
          {Cell(arrival.camera), std::to_string(arrival.number), TimeStamp(arrival.time),
           std::to_string(frame.frameId), std::to_string(frame.timestamp),
           std::to_string(image.width), std::to_string(image.height),
-          Imaging::PixelFormatName(image.pixelFormat), std::to_string(frame.BytesPresent()),
+          PixelFormatName(image.pixelFormat), std::to_string(frame.BytesPresent()),
           std::string(frame.incomplete ? "no" : "yes"), Cell(file)})
         line += cell + ',';
     line.back() = '\n';

@@ -3,7 +3,6 @@
 #include <iomanip>
 #include <ostream>
 
-#include "tools/imaging/pixelformat.h"
 #include "tools/zelcam/camera/listing.h"
 #include "tools/zelcam/console/outputfile.h"
 #include "tools/zelcam/console/printable.h"
@@ -32,7 +31,7 @@ Json ChecksAsJson(const std::vector<Check>& checks) {
 void GrabReport::NoteFrame(const Frame& frame) {
     if (!geometry.empty()) return;
     geometry = std::to_string(frame.image.width) + " x " + std::to_string(frame.image.height) +
-               " " + Imaging::PixelFormatName(frame.image.pixelFormat);
+               " " + PixelFormatName(frame.image.pixelFormat);
 }
 
 void GrabReport::NoteFailure(const std::optional<Failure>& failure) {

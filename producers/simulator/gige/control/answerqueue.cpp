@@ -14,6 +14,11 @@ bool IsTheirTurn(uint64_t number, uint32_t every) {
     return every != 0 && number % every == 0;
 }
 
+// None that a command of the next time has: a late answer would be taken for that command's.
+uint16_t AnotherId(uint16_t id) {
+    return ZelCti::Gvcp::NextRequestId(static_cast<uint16_t>(id ^ 0x8000U));
+}
+
 }  // namespace
 
 void AnswerQueue::Post(const Endpoint& to, const Answer& answer, Clock::time_point due,
@@ -33,8 +38,7 @@ AnswerQueue::Clock::time_point AnswerQueue::PostAck(const Endpoint& to, Answer a
     ++numAcks_;
     if (IsTheirTurn(numAcks_, settings.dropAckEvery)) return due;
     if (IsTheirTurn(numAcks_, settings.wrongAckIdEvery)) {
-        const uint16_t id = ZelCti::Gvcp::NextRequestId(answer.View().U16(kIdOffset));
-        answer.Space().PutU16(kIdOffset, id);
+        answer.Space().PutU16(kIdOffset, AnotherId(answer.View().U16(kIdOffset)));
     }
     Post(to, answer, due, now);
     if (IsTheirTurn(numAcks_, settings.doubleAckEvery)) Post(to, answer, due, now);

@@ -50,7 +50,7 @@ void BootstrapRegisters::AddTo(RegisterSpace& space) {
     AddLink(space);
     AddActions(space);
     channels_.AddTo(space);
-    extendedIds_ = hardware_.Settings()->extendedIdsOn;
+    extendedIds_ = hardware_.Settings()->extendedIdsOn || channels_.PowerOnConfiguration() != 0;
     hardware_.SetExtendedIds(extendedIds_);
 }
 

@@ -8,6 +8,7 @@ namespace {
 
 constexpr uint32_t kVersion20 = 0x00020000;
 constexpr uint32_t kVersion21 = 0x00020001;
+constexpr uint32_t kVersion22 = 0x00020002;
 
 constexpr uint32_t kGvcp1 =
     Gev::GvcpCapability::kUserDefinedName | Gev::GvcpCapability::kSerialNumber |
@@ -24,6 +25,7 @@ constexpr uint32_t kGvcp2 = Gev::GvcpCapability::kIeee1588 | Gev::GvcpCapability
 
 constexpr uint32_t kStream20 = Gev::Scc::kAllIn;
 constexpr uint32_t kStream21 = Gev::Scc::kMultiPart | Gev::Scc::kLargeLeaderTrailer;
+constexpr uint32_t kStream22 = Gev::Scc::kGenDc;
 
 }  // namespace
 
@@ -35,6 +37,7 @@ Capabilities CapabilitiesOf(const NetworkSettings& settings, uint32_t streamCapa
     all.stream = streamCapability;
     if (settings.version < kVersion20) all.stream &= ~kStream20;
     if (settings.version < kVersion21) all.stream &= ~kStream21;
+    if (settings.version < kVersion22) all.stream &= ~kStream22;
     all.supportedIp = Gev::IpConfiguration::kLla | Gev::IpConfiguration::kDhcp |
                       Gev::IpConfiguration::kPersistentIp;
     all.gvcp &= ~settings.gvcpCapabilitiesOff;

@@ -45,7 +45,14 @@ void ChannelRegisters::AddTo(RegisterSpace& space) {
         AddStreamPackets(space, channel);
         AddStreamConfiguration(space, channel);
         SetPacketSize(channel, hardware_.Settings()->ownPacketSize);
+        streams_[channel].sccfg = PowerOnConfiguration();
+        hardware_.SetStreamConfiguration(channel, streams_[channel].sccfg);
     }
+}
+
+uint32_t ChannelRegisters::PowerOnConfiguration() const {
+    if (camera_.Config().payload == PayloadForm::Image) return 0;
+    return Can().stream & (Scc::kGenDc | Scc::kMultiPart);
 }
 
 void ChannelRegisters::AddMessageChannel(RegisterSpace& space) {

@@ -21,6 +21,10 @@ class ChannelRegisters {
     // The channels get what the registers hold at power-on.
     void AddTo(ZelCti::RegisterSpace& space);
 
+    // SCCFG at power-on: cameras whose frames have parts send these without being asked, which
+    // needs 64-bit block ids.
+    uint32_t PowerOnConfiguration() const;
+
     // The message channel, and the stream channels that are not to go on without a controller.
     void Close();
     bool IsUnconditional() const;  // a channel goes on

@@ -17,6 +17,7 @@ struct BlockForm {
     size_t packetSize = 1500;  // IP datagrams
     bool allIn = false;        // blocks that fit one packet are one
     bool multiPart = false;    // with extended ids only
+    bool genDc = false;        // of frames that are containers, likewise; before multiPart
     Chunks chunks = Chunks::WithImage;
     bool halfHeight = false;  // of a block without chunks
     bool paddedLastPacket = false;
@@ -42,8 +43,10 @@ struct PacketBytes {
 // the caller keeps. Allocates nothing.
 class BlockPackets {
   public:
+    // The components of a 3D camera, and chunks.
+    static constexpr size_t kMaxParts = 4;
+
     // The most bytes before the data of a packet: the leader of a multi-part block.
-    static constexpr size_t kMaxParts = 2;
     static constexpr size_t kMaxHead =
         ZelCti::Gvsp::kExtendedHeaderSize + ZelCti::Gvsp::MultiPartLeaderSize(kMaxParts);
 
@@ -53,6 +56,7 @@ class BlockPackets {
 
     uint64_t BlockId() const { return blockId_; }
     bool HasExtendedIds() const { return form_.extendedIds; }
+    bool IsGenDc() const { return form_.genDc; }
 
     // Packet ids count from 0, the leader, to the trailer.
     uint32_t Count() const { return isAllIn_ ? 1 : trailerId_ + 1; }
@@ -72,11 +76,15 @@ class BlockPackets {
         uint32_t firstId = 0;  // of its data packets
     };
 
-    void DescribeImage(const ZelCti::FrameInfo& frame);
+    void DescribeImage(const ZelCti::FrameInfo& frame, ZelCti::ByteView payload);
+    void EncodeImage(const ZelCti::FrameInfo& frame);
     void DescribeMultiPart(const ZelCti::FrameInfo& frame, ZelCti::ByteView payload);
-    void NumberPackets(size_t numParts, ZelCti::Gvsp::PacketFormat format);
+    void DescribeGenDc(const ZelCti::FrameInfo& frame, ZelCti::ByteView payload);
+    void NumberPackets(ZelCti::Gvsp::PacketFormat format);
     const Part& PartOf(uint32_t packetId) const;
     ZelCti::ByteView DataOf(const Part& part, uint32_t packetId) const;
+    ZelCti::Gvsp::PayloadPrefix PrefixOf(const Part& part, ZelCti::ByteView data,
+                                         uint32_t packetId) const;
     bool IsLastData(uint32_t packetId) const { return packetId + 1 == trailerId_; }
 
     BlockForm form_;
@@ -85,11 +93,14 @@ class BlockPackets {
     ZelCti::Gvsp::PacketFormat format_ = ZelCti::Gvsp::PacketFormat::Payload;
     size_t perPacket_ = 0;
     uint32_t trailerId_ = 0;
-    size_t numParts_ = 0;  // in headers: 0 unless multi-part
+    size_t numParts_ = 1;
     std::array<Part, kMaxParts> parts_;
     std::array<uint8_t, ZelCti::Gvsp::MultiPartLeaderSize(kMaxParts)> leader_{};
     size_t leaderSize_ = 0;
-    std::array<uint8_t, 64> trailer_{};
+    std::array<uint8_t,
+               ZelCti::Gvsp::TrailerSize(
+                   ZelCti::Gvsp::WithChunks(ZelCti::Gvsp::PayloadType::MultiPart), kMaxParts)>
+        trailer_{};
     size_t trailerSize_ = 0;
 };
 

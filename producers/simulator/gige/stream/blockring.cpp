@@ -31,7 +31,10 @@ BlockRing::BlockRing(size_t memory, std::function<size_t()> payloadSize,
     : memory_(memory),
       payloadSize_(std::move(payloadSize)),
       onReady_(std::move(onReady)),
-      blocks_(memory + kMostAhead) {}
+      blocks_(memory + kMostAhead) {
+    for (Block& block : blocks_)
+        block.frame_.parts.reserve(BlockPackets::kMaxParts);
+}
 
 size_t BlockRing::Count(Block::State state) const {
     return static_cast<size_t>(std::count_if(

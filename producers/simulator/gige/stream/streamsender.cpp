@@ -22,6 +22,7 @@ namespace {
 
 constexpr size_t kMostTestPackets = 16;  // that wait
 constexpr uint64_t kNsPerSecond = 1000000000;
+constexpr unsigned kBitsPerByte = 8;
 
 // After the acknowledge of the write that fired it.
 constexpr std::chrono::microseconds kTestPacketDelay(500);
@@ -42,6 +43,7 @@ BlockForm FormOf(const StreamSettings& settings, const NetworkSettings& network)
     form.packetSize = settings.packetSize;
     form.allIn = (settings.configuration & Gev::Sccfg::kAllIn) != 0;
     form.multiPart = (settings.configuration & Gev::Sccfg::kMultiPart) != 0;
+    form.genDc = (settings.configuration & Gev::Sccfg::kGenDc) != 0;
     if (network.payloadType4) {
         const bool extends = (settings.configuration & Gev::Sccfg::kExtendedChunkData) != 0;
         form.chunks = extends ? BlockForm::Chunks::Extended : BlockForm::Chunks::ChunkData;
@@ -55,19 +57,33 @@ BlockForm FormOf(const StreamSettings& settings, const NetworkSettings& network)
     return form;
 }
 
-// Cameras write components of two bytes little endian.
-void SwapPixels(const Block& block) {
-    const FrameInfo& frame = block.Frame();
-    const PixelFormat* const format = FindPixelFormat(static_cast<uint32_t>(frame.pixelFormat));
-    constexpr unsigned kBitsPerByte = 8;
-    if (format == nullptr || format->packing != Packing::Words || format->bits <= kBitsPerByte)
-        return;
-    const size_t pitch = format->LineBytes(frame.width) + frame.xPadding;
-    for (size_t line = 0; line < frame.deliveredHeight; ++line) {
-        uint8_t* const pixels = block.Base() + frame.imageOffset + line * pitch;
-        for (size_t i = 0; i + 1 < format->LineBytes(frame.width); i += 2)
+// Whether the values of a format are two bytes each, which cameras write little endian.
+bool IsOfWords(uint64_t pixelFormat) {
+    const PixelFormat* const format = FindPixelFormat(static_cast<uint32_t>(pixelFormat));
+    if (format == nullptr) return pixelFormat == kRangeFormat;
+    return format->packing == Packing::Words && format->bits > kBitsPerByte;
+}
+
+void SwapWords(uint8_t* lines, uint64_t pixelFormat, size_t width, size_t padding,
+               size_t numLines) {
+    if (!IsOfWords(pixelFormat)) return;
+    const size_t bytes = width * (pixelFormat >> 16 & 0xFF) / kBitsPerByte;
+    for (size_t line = 0; line < numLines; ++line) {
+        uint8_t* const pixels = lines + line * (bytes + padding);
+        for (size_t i = 0; i + 1 < bytes; i += 2)
             std::swap(pixels[i], pixels[i + 1]);
     }
+}
+
+void SwapPixels(const Block& block) {
+    const FrameInfo& frame = block.Frame();
+    if (frame.parts.empty()) {
+        SwapWords(block.Base() + frame.imageOffset, frame.pixelFormat, frame.width, frame.xPadding,
+                  frame.deliveredHeight);
+    }
+    for (const ZelCti::FramePart& part : frame.parts)
+        SwapWords(block.Base() + part.offset, part.format, part.width, part.xPadding,
+                  part.deliveredHeight);
 }
 
 Pacer::Duration DelayOf(const StreamSettings& settings, const Camera& camera) {
@@ -78,7 +94,9 @@ Pacer::Duration DelayOf(const StreamSettings& settings, const Camera& camera) {
 }  // namespace
 
 StreamSender::StreamSender(Camera& camera, uint32_t address, NetworkSource network)
-    : camera_(camera), networkSource_(std::move(network)), socket_(address) {}
+    : camera_(camera), networkSource_(std::move(network)), socket_(address) {
+    sent_.parts.reserve(BlockPackets::kMaxParts);
+}
 
 void StreamSender::Open(BlockRing& ring) {
     ring_ = &ring;
@@ -162,20 +180,21 @@ void StreamSender::AnnounceBlock(const StreamSettings& settings) {
 
 void StreamSender::BeginBlock(const StreamSettings& settings) {
     network_ = networkSource_();
-    FrameInfo frame = block_->Frame();
-    const bool isContinued = frameId_ && frame.id > *frameId_;
-    const uint64_t numLost = isContinued ? frame.id - *frameId_ - 1 : 0;
+    sent_ = block_->Frame();
+    const bool isContinued = frameId_ && sent_.id > *frameId_;
+    const uint64_t numLost = isContinued ? sent_.id - *frameId_ - 1 : 0;
     if (network_->needsPortZero && frameId_ && !isContinued) isRefusing_ = true;
-    frameId_ = frame.id;
+    frameId_ = sent_.id;
     statistics_.lostBlocks += numLost;
     flags_ = numLost == 0 ? 0 : Gvsp::kFlagPreviousBlockDropped;
     blockId_ = NextId(settings, numLost);
-    if (announcedTime_) frame.timestamp = *announcedTime_;
+    if (announcedTime_) sent_.timestamp = *announcedTime_;
 
-    if (settings.bigEndianPixels || network_->bigEndianPixels) SwapPixels(*block_);
     BlockForm form = FormOf(settings, *network_);
     form.halfHeight = form.halfHeight && *blockId_ % 2 == 0;
-    block_->packets = BlockPackets(frame, {block_->Base(), frame.sizeFilled}, *blockId_, form);
+    block_->packets = BlockPackets(sent_, {block_->Base(), sent_.sizeFilled}, *blockId_, form);
+    const bool isBigEndian = settings.bigEndianPixels || network_->bigEndianPixels;
+    if (isBigEndian && !block_->packets.IsGenDc()) SwapPixels(*block_);  // containers never are
     block_->numSent = std::exchange(announcedTime_, std::nullopt) ? 1 : 0;
     faults_.BeginBlock(*network_, block_->packets.Count());
     pacer_.Set(camera_.Settings()->link.speed, DelayOf(settings, camera_));

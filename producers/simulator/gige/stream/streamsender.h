@@ -128,6 +128,7 @@ class StreamSender {
     BlockRing* ring_ = nullptr;
     std::shared_ptr<const NetworkSettings> network_;  // of the block that is being sent
     Block* block_ = nullptr;                          // that is being sent
+    ZelCti::FrameInfo sent_;                          // its frame; keeps memory for parts
     std::optional<uint64_t> blockId_;
     std::optional<uint64_t> frameId_;
     std::optional<uint64_t> announcedTime_;  // of the next block, whose leader is gone
