@@ -12,6 +12,7 @@ void MeasureLatency(Report& report);   // latency.cpp
 void MeasureEvents(Report& report);    // events.cpp
 void MeasureOpening(Report& report);   // opening.cpp
 void MeasureFeatures(Report& report);  // features.cpp
+void MeasureLayer(Report& report);     // layer/layer.cpp
 void MeasureDevices(Report& report);   // devices.cpp
 void MeasureBuffers(Report& report);   // buffers.cpp
 void MeasureWire(Report& report);      // wire.cpp

@@ -7,6 +7,7 @@
 //   events    from an event of a module to its callback
 //   opening   opening a camera, its features, the first frame; and that nothing grows
 //   features  reading and writing by name
+//   layer     the layer for short programs and Python beside what they are made of
 //   devices   enumeration with many cameras on an interface
 //   buffers   many buffers on a stream
 //   wire      what a simulated camera on a network sends, and what that takes
@@ -58,6 +59,7 @@ constexpr Group kGroups[] = {
     {"events", Always<Bench::MeasureEvents>},
     {"opening", Always<Bench::MeasureOpening>},
     {"features", Always<Bench::MeasureFeatures>},
+    {"layer", Always<Bench::MeasureLayer>},
     {"devices", Always<Bench::MeasureDevices>},
     {"buffers", Always<Bench::MeasureBuffers>},
     {"wire", Always<Bench::MeasureWire>},

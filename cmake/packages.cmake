@@ -8,6 +8,9 @@ set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL runtime development tools simulator)
+if(ZELCAM_BUILD_PYTHON)
+    list(APPEND CPACK_COMPONENTS_ALL python)
+endif()
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
@@ -62,6 +65,14 @@ describe_package(simulator zelcam-simulator utils
     "The program zelsim serves simulated cameras that any program for GigE Vision\n\
 cameras finds and uses, by default on loopback, with faults of networks and\n\
 quirks of devices on demand. With a service of users for systemd.")
+describe_package(python python3-zelcam python
+    "libzelcam${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), \
+${libraries}, python3 (>= 3.11), python3 (<< 3.12), python3-numpy"
+    "cameras for machine vision, package of Python"
+    "Features of cameras as attributes, and their frames as arrays of numpy without\n\
+a copy, through the library ZelCam.")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+    ${PROJECT_SOURCE_DIR}/packaging/python/postinst ${PROJECT_SOURCE_DIR}/packaging/python/prerm)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/triggers)

@@ -21,8 +21,8 @@ void AddImages(py::module_& module);
 void AddFrames(py::module_& module);
 void AddCameras(py::module_& module);
 
-// Other threads may run Python during all that may wait for a camera, and so may callbacks, which the
-// thread that waits for them could otherwise never get.
+// Other threads may run Python during all that may wait for a camera, and so may callbacks, which
+// the thread that waits for them could otherwise never get.
 using Unlocked = py::call_guard<py::gil_scoped_release>;
 
 // For what ends: it may wait for a thread that calls back.

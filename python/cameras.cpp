@@ -60,8 +60,8 @@ std::vector<std::string> FeatureNames(const Camera& camera, zel::Module module) 
 Owned<zel::Subscription> On(Camera& camera, const std::string& name, py::function function) {
     Callback call(std::move(function));
     const py::gil_scoped_release unlocked;
-    return Owned<zel::Subscription>(new zel::Subscription(
-        camera.on(name, [call](const zel::Event& event) { call(event); })));
+    return Owned<zel::Subscription>(
+        new zel::Subscription(camera.on(name, [call](const zel::Event& event) { call(event); })));
 }
 
 void OnLost(Camera& camera, py::function function) {
@@ -131,8 +131,12 @@ void AddCameras(py::module_& module) {
         .def("close", &Camera::close, Unlocked())
         .def("cancel", &Camera::cancel, Unlocked())
         .def_property_readonly("info", &Camera::info)
-        .def("has", [](const Camera& self, const std::string& name,
-                       zel::Module of) { return self.of(of).has(name); }, Unlocked())
+        .def(
+            "has",
+            [](const Camera& self, const std::string& name, zel::Module of) {
+                return self.of(of).has(name);
+            },
+            Unlocked())
         .def("feature", [](const Camera& self, const std::string& name,
                            zel::Module of) { return self.of(of)[name]; })
         .def("feature_names", &FeatureNames, Unlocked())

@@ -96,8 +96,8 @@ void AddKinds(py::module_& module) {
 
 void AddFeatures(py::module_& module) {
     AddKinds(module);
-    py::class_<zel::Subscription, Owned<zel::Subscription>>(module, "Subscription",
-                                  "Keeps a function subscribed until end() or its own end.")
+    py::class_<zel::Subscription, Owned<zel::Subscription>>(
+        module, "Subscription", "Keeps a function subscribed until end() or its own end.")
         .def("end", &zel::Subscription::end, Unlocked())
         .def("__enter__", [](py::object self) { return self; })
         .def("__exit__", [](zel::Subscription& self, const py::args&) {
@@ -108,17 +108,24 @@ void AddFeatures(py::module_& module) {
         .def_property_readonly("name", &Feature::name)
         .def_property("value", &Get, &Set, "The value, as int, float, bool or str.")
         .def_property_readonly("text", &Feature::text, Unlocked(), "The value as a text.")
-        .def("execute",
-             [](const Feature& self, double timeout) {
-                 self.execute(std::chrono::milliseconds(static_cast<int64_t>(timeout * 1000)));
-             },
-             py::arg("timeout") = 5.0, Unlocked(), "Execute a command and wait until it is done.")
-        .def_property_readonly("min", [](const Feature& self) {
-            return LimitOf(self, [](const Feature& one, auto zero) { return one.min<decltype(zero)>(); });
-        })
-        .def_property_readonly("max", [](const Feature& self) {
-            return LimitOf(self, [](const Feature& one, auto zero) { return one.max<decltype(zero)>(); });
-        })
+        .def(
+            "execute",
+            [](const Feature& self, double timeout) {
+                self.execute(std::chrono::milliseconds(static_cast<int64_t>(timeout * 1000)));
+            },
+            py::arg("timeout") = 5.0, Unlocked(), "Execute a command and wait until it is done.")
+        .def_property_readonly("min",
+                               [](const Feature& self) {
+                                   return LimitOf(self, [](const Feature& one, auto zero) {
+                                       return one.min<decltype(zero)>();
+                                   });
+                               })
+        .def_property_readonly("max",
+                               [](const Feature& self) {
+                                   return LimitOf(self, [](const Feature& one, auto zero) {
+                                       return one.max<decltype(zero)>();
+                                   });
+                               })
         .def_property_readonly("increment", &Feature::increment, Unlocked())
         .def_property_readonly("unit", &Feature::unit, Unlocked())
         .def_property_readonly("entries", &Feature::entries, Unlocked())
@@ -132,14 +139,15 @@ void AddFeatures(py::module_& module) {
         .def_property_readonly("is_streamable", &Feature::isStreamable, Unlocked())
         .def("at", &Feature::at, py::arg("selector"), py::arg("value"),
              "The feature as it is under a value of its selector.")
-        .def("on_change",
-             [](const Feature& self, py::function function) {
-                 Callback call(std::move(function));
-                 const py::gil_scoped_release unlocked;
-                 return Owned<zel::Subscription>(new zel::Subscription(
-                     self.onChange([call](const Feature& changed) { call(changed); })));
-             },
-             py::arg("function"));
+        .def(
+            "on_change",
+            [](const Feature& self, py::function function) {
+                Callback call(std::move(function));
+                const py::gil_scoped_release unlocked;
+                return Owned<zel::Subscription>(new zel::Subscription(
+                    self.onChange([call](const Feature& changed) { call(changed); })));
+            },
+            py::arg("function"));
 }
 
 }  // namespace ZelPython

@@ -1,3 +1,5 @@
+#include "python/frames.h"
+
 #include <chrono>
 #include <cmath>
 #include <optional>
@@ -8,7 +10,6 @@
 #include <pybind11/stl.h>
 
 #include "python/bindings.h"
-#include "python/frames.h"
 #include "zel/picture.h"
 
 namespace ZelPython {
@@ -73,8 +74,7 @@ void AddFrame(py::module_& module) {
     py::class_<PartObject, Owned<PartObject>>(module, "Part", "One part of a multi-part frame.")
         .def_readonly("type", &PartObject::type)
         .def_readonly("image", &PartObject::image)
-        .def_property_readonly("array",
-                               [](const PartObject& self) { return ArrayOf(self.image); })
+        .def_property_readonly("array", [](const PartObject& self) { return ArrayOf(self.image); })
         .def_readonly("source_id", &PartObject::sourceId)
         .def_readonly("region_id", &PartObject::regionId)
         .def_readonly("purpose_id", &PartObject::purposeId);
@@ -101,8 +101,9 @@ void AddFrame(py::module_& module) {
             "A numpy view of the image; no copy.")
         .def_property_readonly("parts", &PartsOf, Unlocked())
         .def_property_readonly("chunks", &ChunksOf, "What the camera sent with it, by feature.")
-        .def("copy", [](const Frame& self) { return Hold(self.copy()); }, Unlocked(),
-             "A frame with memory of its own.");
+        .def(
+            "copy", [](const Frame& self) { return Hold(self.copy()); }, Unlocked(),
+            "A frame with memory of its own.");
 }
 
 }  // namespace
@@ -111,13 +112,22 @@ FramesObject::FramesObject(zel::Camera& camera, zel::FrameOptions options)
     : numBuffers_(options.buffers), frames_(camera.frames(std::move(options))) {}
 
 Owned<Frame> FramesObject::Next() {
+    Owned<Frame> frame = Fetch();
+    if (frame) return frame;
+    {
+        const py::gil_scoped_release unlocked;
+        frames_.stop();
+    }
+    throw py::stop_iteration();
+}
+
+Owned<Frame> FramesObject::Fetch() {
     std::optional<Frame> frame;
     {
         const py::gil_scoped_release unlocked;
         frame = frames_.next();
-        if (!frame) frames_.stop();
     }
-    if (!frame) throw py::stop_iteration();
+    if (!frame) return nullptr;
     WarnOfStarvation();
     return Hold(std::move(*frame));
 }
@@ -143,6 +153,7 @@ void AddFrames(py::module_& module) {
         module, "Frames", "Frames as they come. They start the camera, and stop it at their end.")
         .def("__iter__", [](py::object self) { return self; })
         .def("__next__", &FramesObject::Next)
+        .def("fetch", &FramesObject::Fetch, "The next frame; None after the last one.")
         .def("cancel", &FramesObject::Cancel, Unlocked(), "End the loop of another thread.")
         .def("stop", &FramesObject::Stop, Unlocked(), "Stop the camera now.")
         .def_property_readonly("underruns", &FramesObject::NumUnderrun, Unlocked(),

@@ -15,8 +15,12 @@ class FramesObject {
   public:
     FramesObject(zel::Camera& camera, zel::FrameOptions options);
 
-    // Raises StopIteration after the last frame.
+    // Raises StopIteration after the last frame, and stops the camera.
     Owned<zel::Frame> Next();
+
+    // None after the last frame. The camera is not stopped: frames that were fetched are still
+    // used.
+    Owned<zel::Frame> Fetch();
 
     void Cancel() { frames_.cancel(); }
     void Stop() { frames_.stop(); }

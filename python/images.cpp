@@ -52,7 +52,8 @@ Elements ElementsOf(const ZelImage::View& view) {
     const auto height = static_cast<py::ssize_t>(view.height);
     const auto pitch = static_cast<py::ssize_t>(view.linePitch);
     const auto components = static_cast<py::ssize_t>(info.components);
-    Elements elements{size, ElementFormat(info, info.componentBytes), {height, width}, {pitch, size}};
+    Elements elements{
+        size, ElementFormat(info, info.componentBytes), {height, width}, {pitch, size}};
     if (info.isPlanar) {
         elements.shape.insert(elements.shape.begin(), components);
         elements.strides.insert(elements.strides.begin(), pitch * height);
@@ -93,24 +94,24 @@ py::buffer_info BufferOf(ImageObject& image) {
 
 ImageObject ImageOf(const zel::Image& image) {
     auto keep = std::make_shared<zel::Image>(image);
-    return {keep,
-            {image.data(), image.size(), image.format(), image.width(), image.height(),
-             image.pitch()}};
+    return {
+        keep,
+        {image.data(), image.size(), image.format(), image.width(), image.height(), image.pitch()}};
 }
 
 ImageObject Convert(const ImageObject& image, const std::string& format, bool edgeAware) {
     const uint64_t number = FormatNamed(image, format);
     ZelImage::ConvertOptions options;
     if (edgeAware) options.demosaic = ZelImage::Demosaic::EdgeAware;
-    auto bytes = std::make_shared<std::vector<uint8_t>>(
-        ZelImage::ConvertedSize(image.view, number, 0));
+    auto bytes =
+        std::make_shared<std::vector<uint8_t>>(ZelImage::ConvertedSize(image.view, number, 0));
     zel::detail::check(
         ZelImage::Convert(image.view, number, &options, bytes->data(), bytes->size(), 0),
         "converting " + zel::formatName(image.view.pixelFormat) + " to " + format, "",
         ZelImage::LastReason());
-    const ZelImage::View view{bytes->data(),     bytes->size(),      number,
-                              image.view.width, image.view.height,
-                              ZelImage::LineBytes(number, image.view.width)};
+    const ZelImage::View view{
+        bytes->data(),    bytes->size(),     number,
+        image.view.width, image.view.height, ZelImage::LineBytes(number, image.view.width)};
     return {std::move(bytes), view};
 }
 
@@ -130,7 +131,8 @@ void AddImages(py::module_& module) {
         .def_property_readonly("height", [](const ImageObject& self) { return self.view.height; })
         .def_property_readonly("pitch", [](const ImageObject& self) { return self.view.linePitch; })
         .def_property_readonly(
-            "format", [](const ImageObject& self) { return zel::formatName(self.view.pixelFormat); })
+            "format",
+            [](const ImageObject& self) { return zel::formatName(self.view.pixelFormat); })
         .def_property_readonly("format_number",
                                [](const ImageObject& self) { return self.view.pixelFormat; })
         .def("convert", &Convert, py::arg("format"), py::arg("edge_aware") = false, Unlocked())

@@ -13,8 +13,8 @@ void Translate(std::exception_ptr failure) {
         if (failure) std::rethrow_exception(failure);
     } catch (const zel::Error& error) {
         const py::module_ errors = py::module_::import("zelcam._errors");
-        const py::object raised = errors.attr("make")(
-            static_cast<int>(error.code()), error.what(), error.operation(), error.feature());
+        const py::object raised = errors.attr("make")(static_cast<int>(error.code()), error.what(),
+                                                      error.operation(), error.feature());
         PyErr_SetObject(py::type::handle_of(raised).ptr(), raised.ptr());
     }
 }

@@ -4,19 +4,26 @@
 # What the products link against. The cross build takes the same ones for arm64.
 library_packages=(liblog4cpp5-dev libtinyxml2-dev libcli11-dev libdeflate-dev libjpeg-dev
     libtiff-dev nlohmann-json3-dev libexpat1-dev libzip-dev)
+# The headers of Python are those of the version that python3 has.
+python_packages=(libpython3-dev pybind11-dev)
 # tshark reads messages that the encoders write into files; zelcam doctor is tested in network namespaces.
-test_packages=(libgtest-dev libgmock-dev libpng-dev tshark iproute2 nftables util-linux)
+test_packages=(libgtest-dev libgmock-dev libpng-dev tshark iproute2 nftables util-linux
+    python3-numpy python3-pytest)
 
 # packages_for COMMAND: one package a line.
 packages_for() {
-    local build=(g++ cmake ninja-build pkg-config "${library_packages[@]}")
+    local build=(g++ cmake ninja-build pkg-config python3 "${library_packages[@]}" "${python_packages[@]}")
     local wanted
     case $1 in
         build | demo | install) wanted=("${build[@]}") ;;
         # A network between namespaces, and the camera and the conversions that ours are compared with.
         bench) wanted=("${build[@]}" "${test_packages[@]}" aravis-tools libopencv-imgproc-dev) ;;
         abi) wanted=(g++ abigail-tools) ;;
-        test | sanitize) wanted=("${build[@]}" "${test_packages[@]}") ;;
+        test) wanted=("${build[@]}" "${test_packages[@]}" mypy) ;;
+        sanitize) wanted=("${build[@]}" "${test_packages[@]}") ;;
+        # What an example of the documents shows pictures with, if it is there.
+        documents) wanted=(python3-opencv) ;;
+        wheel) wanted=("${build[@]}" python3-numpy python3-pip python3-setuptools python3-venv python3-wheel) ;;
         mutations) wanted=("${build[@]}" "${test_packages[@]}" git) ;;
         package) wanted=("${build[@]}" dpkg-dev lintian mmdebstrap arch-test qemu-user-static) ;;
         witness)
@@ -27,7 +34,7 @@ packages_for() {
             # clang-format and clang-tidy by version: another one formats and finds differently.
             wanted=("${build[@]}" "${test_packages[@]}"
                 clang-14 clang-format-14 clang-tidy-14 cppcheck doxygen shellcheck) ;;
-        arm64) wanted=(g++-aarch64-linux-gnu cmake ninja-build pkg-config qemu-user-static) ;;
+        arm64) wanted=(g++-aarch64-linux-gnu cmake ninja-build pkg-config python3 qemu-user-static) ;;
         *) return 1 ;;
     esac
     printf '%s\n' "${wanted[@]}"

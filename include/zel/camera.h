@@ -23,6 +23,7 @@
 #include "zel/error.h"
 #include "zel/feature.h"
 #include "zel/frame.h"
+#include "zel/picture.h"
 #include "zel/library.h"
 #include "zel/state.h"
 

@@ -18,12 +18,13 @@ from . import _zelcam
 from ._camera import Camera, Event, Feature, Frames
 from ._errors import Error, Lost, NotFound, StarvationWarning, Timeout
 from ._log import logger
+from ._merge import groups, merge
 from ._zelcam import Access, CameraInfo, Difference, Frame, Image, Kind, Module, Part, Subscription
 
 __all__ = [
     "Access", "Camera", "CameraInfo", "Difference", "Error", "Event", "Feature", "Frame", "Frames",
     "Image", "Kind", "Lost", "Module", "NotFound", "Part", "StarvationWarning", "Subscription",
-    "Timeout", "cameras", "open",
+    "Timeout", "cameras", "groups", "merge", "open",
 ]
 
 _Path = Union[str, "os.PathLike[str]"]

@@ -12,7 +12,7 @@ from types import TracebackType
 from typing import Any, Optional, Union
 
 from . import _zelcam
-from ._errors import Error, NotFound
+from ._errors import NotFound
 from ._log import logger
 from ._zelcam import CameraInfo, Difference, Frame, Kind, Module, Subscription
 
@@ -20,8 +20,18 @@ _Path = Union[str, "os.PathLike[str]"]
 Value = Union[int, float, bool, str]
 
 
+class _Description:
+    """The documentation of a class, and of each object what the camera says of it."""
+
+    def __init__(self, text: str) -> None:
+        self._text = text
+
+    def __get__(self, instance: Optional[Feature], owner: type) -> str:
+        return self._text if instance is None else instance.description
+
+
 class Feature:
-    """One feature of a camera: ``camera["ExposureTime"]``."""
+    __doc__ = _Description('One feature of a camera: ``camera["ExposureTime"]``.')  # type: ignore
 
     def __init__(self, feature: _zelcam.Feature) -> None:
         self._feature = feature
@@ -42,7 +52,7 @@ class Feature:
 
     @property
     def text(self) -> str:
-        """The value as a text, which can be set, too."""
+        """The value as a text, which can be set as the value, too."""
         return self._feature.text
 
     @property
@@ -121,13 +131,13 @@ class Feature:
         self.execute(timeout)
 
     def __repr__(self) -> str:
-        if not self.is_readable:
-            return f"<Feature {self.name}, {self.kind.name.lower()}, not readable>"
+        if not self.is_readable or self.kind in (Kind.COMMAND, Kind.CATEGORY, Kind.OTHER):
+            return f"<Feature {self.name}, {self.kind.name.lower()}>"
         text = f"<Feature {self.name} = {self.text}"
         if self.unit:
             text += f" {self.unit}"
         if self.kind in (Kind.INTEGER, Kind.FLOAT):
-            text += f", from {self.min} to {self.max}"
+            text += f", from {self.min:g} to {self.max:g}"
         if self.kind == Kind.ENUMERATION:
             text += ", of " + ", ".join(self.entries)
         return text + ("" if self.is_writable else ", read-only") + ">"
@@ -198,7 +208,7 @@ class Frames:
             self._thread = concurrent.futures.ThreadPoolExecutor(1, "zelcam frames")
         loop = asyncio.get_running_loop()
         try:
-            frame = await loop.run_in_executor(self._thread, next, self._frames, None)
+            frame = await loop.run_in_executor(self._thread, self.fetch)
         except asyncio.CancelledError:
             self.stop()
             raise
@@ -206,6 +216,10 @@ class Frames:
             self.stop()
             raise StopAsyncIteration
         return frame
+
+    def fetch(self) -> Optional[Frame]:
+        """The next frame; None after the last one, with the camera not yet stopped."""
+        return self._frames.fetch()
 
     def cancel(self) -> None:
         """End the loop of another thread, also while it waits."""

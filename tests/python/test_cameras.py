@@ -57,7 +57,7 @@ def test_a_feature_describes_itself(camera):
     exposure = camera["ExposureTime"]
     assert exposure.unit == "us" and exposure.min < exposure.max
     assert exposure.kind == zelcam.Kind.FLOAT
-    assert exposure.description
+    assert exposure.description and exposure.__doc__ == exposure.description
     assert camera["Width"].max == 64 and isinstance(camera["Width"].max, int)
     assert "Mono8" in camera["PixelFormat"].entries
     assert "Mono8" in repr(camera["PixelFormat"]) and "read-only" in repr(camera["PayloadSize"])

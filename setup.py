@@ -1,0 +1,65 @@
+"""Makes the wheel: CMake builds the libraries and the extension, which go into the package."""
+
+from __future__ import annotations
+
+import re
+import shutil
+import subprocess
+import sys
+from pathlib import Path
+
+from setuptools import Distribution, setup
+from setuptools.command.build_py import build_py
+
+ROOT = Path(__file__).parent
+TREE = ROOT / "build" / "release"
+
+
+def version() -> str:
+    """The version that CMake has."""
+    found = re.search(r"VERSION ([0-9.]+)\s", (ROOT / "CMakeLists.txt").read_text().split("project(")[1])
+    assert found, "CMakeLists.txt has no version"
+    return found.group(1)
+
+
+class BuildPackage(build_py):
+    """Adds what is compiled to the package."""
+
+    def run(self) -> None:
+        super().run()
+        staged = Path(self.build_lib).resolve().parent / "staged"
+        shutil.rmtree(staged, ignore_errors=True)
+        self._cmake("--preset", "release", f"-DPYTHON3={sys.executable}")
+        self._cmake("--build", str(TREE))
+        for component in ("runtime", "python"):
+            self._cmake("--install", str(TREE), "--strip", "--prefix", str(staged), "--component", component)
+        package = Path(self.build_lib) / "zelcam"
+        for extension in staged.glob("lib/python3/dist-packages/zelcam/*.so"):
+            shutil.copy(extension, package)
+        # A wheel has no links: each library under the name that programs load it by.
+        for library in staged.glob("lib/*.so.*"):
+            if re.fullmatch(r".*\.so\.\d+", library.name):
+                self.mkpath(str(package / "lib"))
+                shutil.copy(library, package / "lib")
+        shutil.copytree(staged / "lib" / "zelcam", package / "lib" / "zelcam", dirs_exist_ok=True)
+
+    @staticmethod
+    def _cmake(*arguments: str) -> None:
+        subprocess.run(["cmake", *arguments], cwd=ROOT, check=True)
+
+
+class CompiledDistribution(Distribution):
+    """One for a machine and a version of Python."""
+
+    def has_ext_modules(self) -> bool:
+        return True
+
+
+setup(
+    version=version(),
+    packages=["zelcam"],
+    package_dir={"": "python"},
+    package_data={"zelcam": ["py.typed", "*.pyi"]},
+    cmdclass={"build_py": BuildPackage},
+    distclass=CompiledDistribution,
+)
