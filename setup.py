@@ -11,8 +11,9 @@ from pathlib import Path
 from setuptools import Distribution, setup
 from setuptools.command.build_py import build_py
 
-ROOT = Path(__file__).parent
+ROOT = Path(__file__).resolve().parent
 TREE = ROOT / "build" / "release"
+SCRATCH = ROOT / "build" / "python"
 
 
 def version() -> str:
@@ -26,9 +27,10 @@ class BuildPackage(build_py):
     """Adds what is compiled to the package."""
 
     def run(self) -> None:
+        staged = SCRATCH / "staged"
+        for leftover in (Path(self.build_lib), staged):
+            shutil.rmtree(leftover, ignore_errors=True)
         super().run()
-        staged = Path(self.build_lib).resolve().parent / "staged"
-        shutil.rmtree(staged, ignore_errors=True)
         self._cmake("--preset", "release", f"-DPYTHON3={sys.executable}")
         self._cmake("--build", str(TREE))
         for component in ("runtime", "python"):
@@ -36,12 +38,13 @@ class BuildPackage(build_py):
         package = Path(self.build_lib) / "zelcam"
         for extension in staged.glob("lib/python3/dist-packages/zelcam/*.so"):
             shutil.copy(extension, package)
-        # A wheel has no links: each library under the name that programs load it by.
-        for library in staged.glob("lib/*.so.*"):
-            if re.fullmatch(r".*\.so\.\d+", library.name):
-                self.mkpath(str(package / "lib"))
-                shutil.copy(library, package / "lib")
+        # A wheel has no links: each library goes under the name that programs load it by.
         shutil.copytree(staged / "lib" / "zelcam", package / "lib" / "zelcam", dirs_exist_ok=True)
+        libraries = list(staged.glob("lib/*.so.*"))
+        linked = {library.resolve() for library in libraries if library.is_symlink()}
+        for library in libraries:
+            if library not in linked:
+                shutil.copy(library, package / "lib")
 
     @staticmethod
     def _cmake(*arguments: str) -> None:
@@ -55,6 +58,7 @@ class CompiledDistribution(Distribution):
         return True
 
 
+SCRATCH.mkdir(parents=True, exist_ok=True)
 setup(
     version=version(),
     packages=["zelcam"],
@@ -62,4 +66,5 @@ setup(
     package_data={"zelcam": ["py.typed", "*.pyi"]},
     cmdclass={"build_py": BuildPackage},
     distclass=CompiledDistribution,
+    options={"build": {"build_base": str(SCRATCH)}, "egg_info": {"egg_base": str(SCRATCH)}},
 )
