@@ -25,6 +25,7 @@ std::chrono::milliseconds Milliseconds(double seconds) {
 
 std::vector<std::string> Names(const std::vector<std::filesystem::path>& files) {
     std::vector<std::string> names;
+    names.reserve(files.size());
     for (const auto& file : files)
         names.push_back(file.string());
     return names;
@@ -47,7 +48,7 @@ Owned<FramesObject> FramesOf(Camera& camera, std::optional<uint64_t> count, size
     options.reconnect = reconnect;
     if (reconnectTime) options.reconnectTime = Milliseconds(*reconnectTime);
     options.whileWaiting = &CheckSignals;
-    return Owned<FramesObject>(new FramesObject(camera, std::move(options)));
+    return Owned<FramesObject>(new FramesObject(camera, options));
 }
 
 std::vector<std::string> FeatureNames(const Camera& camera, zel::Module module) {

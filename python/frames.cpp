@@ -108,8 +108,8 @@ void AddFrame(py::module_& module) {
 
 }  // namespace
 
-FramesObject::FramesObject(zel::Camera& camera, zel::FrameOptions options)
-    : numBuffers_(options.buffers), frames_(camera.frames(std::move(options))) {}
+FramesObject::FramesObject(zel::Camera& camera, const zel::FrameOptions& options)
+    : numBuffers_(options.buffers), frames_(camera.frames(options)) {}
 
 Owned<Frame> FramesObject::Next() {
     Owned<Frame> frame = Fetch();

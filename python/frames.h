@@ -13,7 +13,7 @@ namespace ZelPython {
 
 class FramesObject {
   public:
-    FramesObject(zel::Camera& camera, zel::FrameOptions options);
+    FramesObject(zel::Camera& camera, const zel::FrameOptions& options);
 
     // Raises StopIteration after the last frame, and stops the camera.
     Owned<zel::Frame> Next();

@@ -8,7 +8,8 @@ namespace py = pybind11;
 namespace {
 
 // Error is a class of the package, so that Python code can say what it derives from.
-void Translate(std::exception_ptr failure) {
+// pybind11 takes a function of these types.
+void Translate(std::exception_ptr failure) {  // NOLINT(performance-unnecessary-value-param)
     try {
         if (failure) std::rethrow_exception(failure);
     } catch (const zel::Error& error) {

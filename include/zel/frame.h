@@ -181,7 +181,8 @@ class Chunks {
     static void readAll(ZelGenParam::Array& features, std::map<std::string, Value>& values) {
         for (uint32_t i = 0; i < features.GetCount(); ++i) {
             ZelGenParam::Param* const param = features.GetParamByIndex(i, nullptr);
-            const std::string name = param != nullptr ? detail::textOf(param->GetName()) : "";
+            if (param == nullptr) continue;
+            const std::string name = detail::textOf(param->GetName());
             if (name.compare(0, 5, "Chunk") != 0 || param->ToCategory() != nullptr) continue;
             if (name == "ChunkModeActive" || name == "ChunkEnable" || param->IsWritable() ||
                 !param->IsReadable())
