@@ -160,7 +160,11 @@ TEST_F(ZelLayer, ALeaseThatAnotherThreadEndsWakesWhoWaits) {
         std::vector<zel::Frame> all;
         all.push_back(*frames.next());
         all.push_back(*frames.next());
-        std::thread other([taken = std::move(all)]() mutable { taken.clear(); });
+        // Before the wait begins, while it begins, and while it lasts.
+        std::thread other([taken = std::move(all), i]() mutable {
+            std::this_thread::sleep_for(std::chrono::microseconds(50 * i));
+            taken.clear();
+        });
         ASSERT_TRUE(frames.next());
         other.join();
     }
