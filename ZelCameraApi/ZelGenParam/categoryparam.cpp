@@ -16,10 +16,9 @@ GenApi::FeatureList_t FeaturesOf(const GenApi::ICategory& category) {
 }  // namespace
 
 uint32_t CategoryParamImpl::GetCount() {
-    return ParamGetterWithError<GenApi::ICategory>(
-        NodeOrNull(), nullptr, [](const GenApi::ICategory& category) {
-            return static_cast<uint32_t>(FeaturesOf(category).size());
-        });
+    return ParamGetterWithError(value_, nullptr, [](const GenApi::ICategory& category) {
+        return static_cast<uint32_t>(FeaturesOf(category).size());
+    });
 }
 
 ZelGenParam::Param* CategoryParamImpl::GetParamByIndex(uint32_t index, ZelCamErr* err) {
@@ -31,7 +30,7 @@ ZelGenParam::Param* CategoryParamImpl::GetParamByIndex(uint32_t index, ZelCamErr
         StoreError(err, ZelCamErr_IndexOutOfRange);
         return nullptr;
     };
-    return ParamGetterWithError<GenApi::ICategory>(NodeOrNull(), err, find);
+    return ParamGetterWithError(value_, err, find);
 }
 
 }  // namespace ZelCameraApi::Internal

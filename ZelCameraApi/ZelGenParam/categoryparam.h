@@ -6,9 +6,10 @@
 namespace ZelCameraApi::Internal {
 
 // Its features are the Array's objects, looked up by name.
-class CategoryParamImpl final : public ZelGenParam::Category, public ParamImpl {
+class CategoryParamImpl final : public ZelGenParam::Category,
+                                public TypedParamImpl<GenApi::ICategory> {
   public:
-    using ParamImpl::ParamImpl;
+    using TypedParamImpl::TypedParamImpl;
     uint32_t GetCount() override;
     ZelGenParam::Param* GetParamByIndex(uint32_t index, ZelCamErr* err) override;
 };

@@ -18,19 +18,17 @@ GenApi::NodeList_t EntriesOf(IEnumeration& enumeration) {
 }  // namespace
 
 int64_t EnumEntryParamImpl::GetValue(ZelCamErr* err) {
-    return ParamGetterWithError<IEnumEntry>(NodeOrNull(), err,
-                                            [](IEnumEntry& e) { return e.GetValue(); });
+    return ParamGetterWithError(value_, err, [](IEnumEntry& e) { return e.GetValue(); });
 }
 
 const char* EnumEntryParamImpl::GetValueStr(ZelCamErr* err) {
-    return ParamGetterWithError<IEnumEntry>(NodeOrNull(), err, [this](IEnumEntry& e) {
-        return texts_.Keep("GetValueStr", e.GetSymbolic());
-    });
+    return ParamGetterWithError(
+        value_, err, [this](IEnumEntry& e) { return texts_.Keep("GetValueStr", e.GetSymbolic()); });
 }
 
 size_t EnumerationParamImpl::GetEnumEntriesCount(ZelCamErr* err) {
-    return ParamGetterWithError<IEnumeration>(
-        NodeOrNull(), err, [](IEnumeration& e) { return size_t{EntriesOf(e).size()}; });
+    return ParamGetterWithError(value_, err,
+                                [](IEnumeration& e) { return size_t{EntriesOf(e).size()}; });
 }
 
 template <typename Find>
@@ -45,7 +43,7 @@ ZelGenParam::EnumEntry* EnumerationParamImpl::FindEntry(Find&& find) {
         if (param == nullptr) param = std::make_unique<EnumEntryParamImpl>(Owner(), node);
         return param.get();
     };
-    return ParamGetterWithError<IEnumeration>(NodeOrNull(), nullptr, keep);
+    return ParamGetterWithError(value_, nullptr, keep);
 }
 
 ZelGenParam::EnumEntry* EnumerationParamImpl::GetEnumEntryByIndex(size_t index) {
@@ -65,23 +63,20 @@ ZelGenParam::EnumEntry* EnumerationParamImpl::GetEnumEntryByValue(int64_t value)
 }
 
 int64_t EnumerationParamImpl::GetValue(ZelCamErr* err) {
-    return ParamGetterWithError<IEnumeration>(NodeOrNull(), err,
-                                              [](IEnumeration& e) { return e.GetIntValue(); });
+    return ParamGetterWithError(value_, err, [](IEnumeration& e) { return e.GetIntValue(); });
 }
 
 const char* EnumerationParamImpl::GetValueStr(ZelCamErr* err) {
-    return ParamGetterWithError<IEnumeration>(
-        NodeOrNull(), err, [this](IEnumeration& e) { return texts_.Keep("GetValueStr", *e); });
+    return ParamGetterWithError(value_, err,
+                                [this](IEnumeration& e) { return texts_.Keep("GetValueStr", *e); });
 }
 
 ZelCamErr EnumerationParamImpl::SetValue(int64_t value) {
-    return ParamSetter<IEnumeration>(NodeOrNull(),
-                                     [=](IEnumeration& e) { e.SetIntValue(value, true); });
+    return ParamSetter(value_, [=](IEnumeration& e) { e.SetIntValue(value, true); });
 }
 
 ZelCamErr EnumerationParamImpl::SetValueStr(const char* value) {
-    return ParamSetter<IEnumeration>(NodeOrNull(),
-                                     [=](IEnumeration& e) { e = GenICam::gcstring(value); });
+    return ParamSetter(value_, [=](IEnumeration& e) { e = GenICam::gcstring(value); });
 }
 
 }  // namespace ZelCameraApi::Internal

@@ -8,17 +8,19 @@
 
 namespace ZelCameraApi::Internal {
 
-class EnumEntryParamImpl final : public ZelGenParam::EnumEntry, public ParamImpl {
+class EnumEntryParamImpl final : public ZelGenParam::EnumEntry,
+                                 public TypedParamImpl<GenApi::IEnumEntry> {
   public:
-    using ParamImpl::ParamImpl;
+    using TypedParamImpl::TypedParamImpl;
     int64_t GetValue(ZelCamErr* err) override;
     const char* GetValueStr(ZelCamErr* err) override;
 };
 
 // Owns the objects of its entries, one for each number.
-class EnumerationParamImpl final : public ZelGenParam::Enum, public ParamImpl {
+class EnumerationParamImpl final : public ZelGenParam::Enum,
+                                   public TypedParamImpl<GenApi::IEnumeration> {
   public:
-    using ParamImpl::ParamImpl;
+    using TypedParamImpl::TypedParamImpl;
     size_t GetEnumEntriesCount(ZelCamErr* err) override;
     ZelGenParam::EnumEntry* GetEnumEntryByIndex(size_t index) override;
     ZelGenParam::EnumEntry* GetEnumEntryByName(const char* name) override;

@@ -1,4 +1,4 @@
-// How parameter objects read and write the value of their node.
+// How parameter objects read and write the value of their node, by the interface that it has.
 #pragma once
 
 #include <utility>
@@ -10,14 +10,13 @@
 
 namespace ZelCameraApi::Internal {
 
-// `get(value)` with the node's interface `Interface`; a failure gives the result type's zero.
+// `get(value)`; a failure, also a null value, gives the result type's zero.
 template <typename Interface, typename Getter>
-auto ParamGetterWithError(GenApi::INode* node, ZelCamErr* err, Getter&& get)
+auto ParamGetterWithError(Interface* value, ZelCamErr* err, Getter&& get)
     -> decltype(get(std::declval<Interface&>())) {
     StoreError(err, ZelCamErr_Success);
     try {
-        const GenApi::CPointer<Interface> value(node);
-        if (value.IsValid()) return get(*value);
+        if (value != nullptr) return get(*value);
         StoreError(err, ZelCamErr_WrongParamType);
     } catch (...) {
         StoreError(err, CodeOfParamAccess(ValueAccess::Read));
@@ -25,12 +24,11 @@ auto ParamGetterWithError(GenApi::INode* node, ZelCamErr* err, Getter&& get)
     return {};
 }
 
-// `set(value)` with the node's interface `Interface`.
+// `set(value)`.
 template <typename Interface, typename Setter>
-ZelCamErr ParamSetter(GenApi::INode* node, Setter&& set) {
+ZelCamErr ParamSetter(Interface* value, Setter&& set) {
+    if (value == nullptr) return ZelCamErr_WrongParamType;
     try {
-        const GenApi::CPointer<Interface> value(node);
-        if (!value.IsValid()) return ZelCamErr_WrongParamType;
         set(*value);
         return ZelCamErr_Success;
     } catch (...) {

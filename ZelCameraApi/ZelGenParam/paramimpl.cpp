@@ -19,10 +19,6 @@ GenApi::INode* ParamImpl::GetNode() {
     return node_;
 }
 
-GenApi::INode* ParamImpl::NodeOrNull() const {
-    return node_.IsValid() ? static_cast<GenApi::INode*>(node_) : nullptr;
-}
-
 // The result of `get`, or null if there is no memory for it.
 template <typename Get>
 const char* ParamImpl::KeepText(const char* operation, Get&& get) {

@@ -58,9 +58,6 @@ class ParamImpl : public virtual ZelGenParam::Param {
   protected:
     ArrayImpl* Owner() const { return owner_; }
 
-    // Null if GetNode would throw.
-    GenApi::INode* NodeOrNull() const;
-
     KeptTexts texts_;  // each under the name of the operation that returns it
 
   private:
@@ -74,6 +71,18 @@ class ParamImpl : public virtual ZelGenParam::Param {
     std::mutex sinksMutex_;  // never held during a call of the node map
     // Guarded by sinksMutex_.
     std::map<ZelGenParam::ParamEventSink*, GenApi::CallbackHandleType> sinks_;
+};
+
+// A handle on a node with an interface. Finding that takes several times as long as reading a
+// cached value, so it is found once.
+template <typename Interface>
+class TypedParamImpl : public ParamImpl {
+  public:
+    TypedParamImpl(ArrayImpl* owner, GenApi::INode* node)
+        : ParamImpl(owner, node), value_(dynamic_cast<Interface*>(node)) {}
+
+  protected:
+    Interface* const value_;  // null if the node has none
 };
 
 // A node of no supported kind.

@@ -5,9 +5,9 @@
 
 namespace ZelCameraApi::Internal {
 
-class IntParamImpl final : public ZelGenParam::Int, public ParamImpl {
+class IntParamImpl final : public ZelGenParam::Int, public TypedParamImpl<GenApi::IInteger> {
   public:
-    using ParamImpl::ParamImpl;
+    using TypedParamImpl::TypedParamImpl;
     ZelCamErr SetValue(int64_t value) override;
     int64_t GetValue(ZelCamErr* err) override;
     int64_t GetMin(ZelCamErr* err) override;
@@ -15,9 +15,9 @@ class IntParamImpl final : public ZelGenParam::Int, public ParamImpl {
     int64_t GetIncrement(ZelCamErr* err) override;
 };
 
-class FloatParamImpl final : public ZelGenParam::Float, public ParamImpl {
+class FloatParamImpl final : public ZelGenParam::Float, public TypedParamImpl<GenApi::IFloat> {
   public:
-    using ParamImpl::ParamImpl;
+    using TypedParamImpl::TypedParamImpl;
     ZelCamErr SetValue(double value) override;
     double GetValue(ZelCamErr* err) override;
     double GetMin(ZelCamErr* err) override;
@@ -25,24 +25,26 @@ class FloatParamImpl final : public ZelGenParam::Float, public ParamImpl {
     const char* GetUnit(ZelCamErr* err) override;
 };
 
-class StringParamImpl final : public ZelGenParam::String, public ParamImpl {
+class StringParamImpl final : public ZelGenParam::String, public TypedParamImpl<GenApi::IString> {
   public:
-    using ParamImpl::ParamImpl;
+    using TypedParamImpl::TypedParamImpl;
     int64_t GetMaxLength(ZelCamErr* err) override;
     const char* GetValue(size_t* length, ZelCamErr* err) override;
     ZelCamErr SetValue(const char* value) override;
 };
 
-class BooleanParamImpl final : public ZelGenParam::Boolean, public ParamImpl {
+class BooleanParamImpl final : public ZelGenParam::Boolean,
+                               public TypedParamImpl<GenApi::IBoolean> {
   public:
-    using ParamImpl::ParamImpl;
+    using TypedParamImpl::TypedParamImpl;
     ZelCamErr SetValue(bool value) override;
     bool GetValue(ZelCamErr* err) override;
 };
 
-class CommandParamImpl final : public ZelGenParam::Command, public ParamImpl {
+class CommandParamImpl final : public ZelGenParam::Command,
+                               public TypedParamImpl<GenApi::ICommand> {
   public:
-    using ParamImpl::ParamImpl;
+    using TypedParamImpl::TypedParamImpl;
     ZelCamErr Execute() override;
     bool IsDone(ZelCamErr* err) override;
 };

@@ -23,8 +23,8 @@
 #include "zel/error.h"
 #include "zel/feature.h"
 #include "zel/frame.h"
-#include "zel/picture.h"
 #include "zel/library.h"
+#include "zel/picture.h"
 #include "zel/state.h"
 
 namespace zel {
@@ -89,7 +89,7 @@ class Camera {
     // ---- Features -------------------------------------------------------------------------------
 
     // A feature of the camera by its name in the SFNC: "ExposureTime".
-    Feature operator[](const std::string& name) const { return of(Module::Camera)[name]; }
+    Feature operator[](std::string name) const { return {state_, Module::Camera, std::move(name)}; }
 
     bool has(const std::string& name) const { return of(Module::Camera).has(name); }
 

@@ -8,6 +8,7 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 #include <type_traits>
@@ -142,6 +143,9 @@ class Feature {
     // that T cannot hold.
     template <typename T>
     T as() const {
+        if constexpr (std::is_integral_v<T> && !std::is_same_v<T, bool>)
+            if (const std::optional<int64_t> value = readInteger())
+                return checkedCast<T>(*value, "reading");
         const Access access(*this);
         if constexpr (std::is_same_v<T, std::string>) {
             return readText(access);
@@ -288,7 +292,7 @@ class Feature {
 
     // Holds the open device during an access, with the selectors set.
     struct Access {
-        explicit Access(const Feature& feature) : opened(feature.state_->opened()) {
+        explicit Access(const Feature& feature) : opened(*feature.state_) {
             if (opened->number() != feature.found_.number) feature.find(*opened);
             param = feature.found_.param;
             array = feature.found_.array;
@@ -334,7 +338,7 @@ class Feature {
                                    nullptr);
         }
 
-        std::shared_ptr<detail::Opened> opened;
+        detail::CameraState::Use opened;
         ZelGenParam::Param* param = nullptr;
         ZelGenParam::Array* array = nullptr;
         bool isLocked = false;
@@ -424,6 +428,17 @@ class Feature {
         return detail::textOf(text);
     }
 
+    // An Integer by its name, which takes a third of the time. Nothing if that fails for any
+    // reason.
+    std::optional<int64_t> readInteger() const {
+        if (!selectors_.empty()) return std::nullopt;
+        const detail::CameraState::Use opened(*state_);
+        ZelCamErr code = ZelCamErr_Success;
+        const int64_t value = opened->features(module_).GetIntegerValue(name_.c_str(), &code);
+        if (code != ZelCamErr_Success) return std::nullopt;
+        return value;
+    }
+
     int64_t readNumber(const Access& access) const {
         ZelCamErr code = ZelCamErr_WrongParamType;
         int64_t value = 0;
@@ -487,7 +502,7 @@ class Feature {
 class FeatureMap {
   public:
     // The feature of that name. Whether the module has it shows when it is used.
-    Feature operator[](const std::string& name) const { return {state_, module_, name}; }
+    Feature operator[](std::string name) const { return {state_, module_, std::move(name)}; }
 
     bool has(const std::string& name) const {
         const auto opened = state_->opened();

@@ -162,11 +162,35 @@ class CameraState {
     // during the access only: while somebody holds it, a lost device cannot be opened again.
     std::shared_ptr<Opened> opened() const {
         const std::lock_guard<std::mutex> lock(mutex_);
-        if (!opened_)
-            throw Error(isClosed_ ? ZelCamErr_GenTL_NotInitialized : ZelCamErr_GenTL_Io,
-                        isClosed_ ? "using a closed camera" : "using a camera that is lost");
+        checkOpen();
         return opened_;
     }
+
+    // The same for a short access, which counts as holding it: without the lock and the count of
+    // the pointer, which take longer than reading a feature.
+    class Use {
+      public:
+        explicit Use(const CameraState& state) : state_(state) {
+            // Either drop() sees the number, or this sees that nothing is open.
+            ++state_.numUses_;
+            opened_ = state_.now_;
+            if (opened_ != nullptr) return;
+            --state_.numUses_;
+            const std::lock_guard<std::mutex> lock(state_.mutex_);
+            state_.checkOpen();
+            throw Error(ZelCamErr_GenTL_Io, "using a camera that comes back");
+        }
+        ~Use() { --state_.numUses_; }
+        Use(const Use&) = delete;
+        Use& operator=(const Use&) = delete;
+
+        Opened& operator*() const { return *opened_; }
+        Opened* operator->() const { return opened_; }
+
+      private:
+        const CameraState& state_;
+        Opened* opened_;
+    };
 
     CameraInfo info() const {
         const std::lock_guard<std::mutex> lock(mutex_);
@@ -185,6 +209,7 @@ class CameraState {
         {
             const std::lock_guard<std::mutex> lock(mutex_);
             opened_ = opened;
+            now_ = opened.get();
             watches = liveWatches();
         }
         for (const std::shared_ptr<Watch>& watch : watches)
@@ -267,6 +292,12 @@ class CameraState {
         return library_;
     }
 
+    void checkOpen() const {
+        if (!opened_)
+            throw Error(isClosed_ ? ZelCamErr_GenTL_NotInitialized : ZelCamErr_GenTL_Io,
+                        isClosed_ ? "using a closed camera" : "using a camera that is lost");
+    }
+
     // Nobody begins an access any more. Those that run end first, so that the device is not closed
     // by a thread of its own, which called a subscriber.
     void drop(bool closes) {
@@ -274,9 +305,10 @@ class CameraState {
         {
             const std::lock_guard<std::mutex> lock(mutex_);
             isClosed_ = isClosed_ || closes;
+            now_ = nullptr;
             last = std::exchange(opened_, nullptr);
         }
-        while (last.use_count() > 1)
+        while (last.use_count() > 1 || numUses_ != 0)
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
 
@@ -296,6 +328,8 @@ class CameraState {
     std::shared_ptr<Library> library_;  // null: closed
     CameraInfo info_;
     std::shared_ptr<Opened> opened_;
+    std::atomic<Opened*> now_{nullptr};  // the same, for Use
+    mutable std::atomic<size_t> numUses_{0};
     bool isClosed_ = false;
     std::vector<std::weak_ptr<Watch>> watches_;
     std::shared_ptr<std::function<void(const Error&)>> onLost_;
