@@ -14,7 +14,8 @@ void ReadDoubleWords(const uint8_t* line, size_t count, uint16_t* out) {
     for (size_t i = 0; i < count; ++i) {
         uint32_t word = 0;
         std::memcpy(&word, line + i * sizeof word, sizeof word);
-        out[i] = static_cast<uint16_t>((uint64_t{word} * UINT16_MAX + UINT32_MAX / 2) / UINT32_MAX);
+        out[i] = static_cast<uint16_t>((static_cast<uint64_t>(word) * UINT16_MAX + UINT32_MAX / 2) /
+                                       UINT32_MAX);
     }
 }
 
