@@ -6,6 +6,7 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <map>
 #include <stdexcept>
 #include <thread>
@@ -71,6 +72,10 @@ void MeasureLoss(Report& report, const BenchNetwork& network, const std::string&
                  std::optional<double> limit) {
     const GevSender sender(network, cameras);
     const GevPictures pictures = Receive(network, sender, reception);
+    // What the program counted tells why.
+    if (limit && pictures.lost > *limit)
+        for (const std::string& output : pictures.outputs)
+            std::cerr << name << ":\n" << output;
     report.Add({kGev,
                 "frames not complete, " + name + ", " +
                     std::to_string(std::lround(reception.seconds)) + " s, " +
