@@ -25,15 +25,6 @@ int64_t WidthOf(int call) {
     return call % 2 == 0 ? 320 : 640;
 }
 
-template <typename Work>
-double TimeOfCall(Work&& work) {
-    return TimeOf([&] {
-               for (int i = 0; i < kCalls; ++i)
-                   work(i);
-           }) /
-           kCalls;
-}
-
 void Read(ZelGenParam::Array& features, const char* name) {
     ZelCamErr err = ZelCamErr_Error;
     Keep(features.GetIntegerValue(name, &err));
@@ -59,18 +50,18 @@ void MeasureFeatures(Report& report) {
     std::vector<double> write;
     std::vector<double> portWrite;
     for (int round = 0; round < kRounds; ++round) {
-        cached.push_back(TimeOfCall([&](int) { Read(*features, kCached); }));
-        nodes.push_back(TimeOfCall([&](int) { Keep(node->GetValue()); }));
-        uncached.push_back(TimeOfCall([&](int) { Read(*features, "LineStatusAll"); }));
-        port.push_back(TimeOfCall([&](int) {
+        cached.push_back(TimeOfCall(kCalls, [&](int) { Read(*features, kCached); }));
+        nodes.push_back(TimeOfCall(kCalls, [&](int) { Keep(node->GetValue()); }));
+        uncached.push_back(TimeOfCall(kCalls, [&](int) { Read(*features, "LineStatusAll"); }));
+        port.push_back(TimeOfCall(kCalls, [&](int) {
             uint32_t value = 0;
             Require(device.ReadMem(kLineStatusRegister, &value, sizeof value) == 0, "no read");
             Keep(value);
         }));
-        write.push_back(TimeOfCall([&](int call) {
+        write.push_back(TimeOfCall(kCalls, [&](int call) {
             Require(features->SetIntegerValue("Width", WidthOf(call)) == 0, "no write");
         }));
-        portWrite.push_back(TimeOfCall([&](int call) {
+        portWrite.push_back(TimeOfCall(kCalls, [&](int call) {
             const auto value = static_cast<uint32_t>(WidthOf(call));
             Require(device.WriteMem(kWidthRegister, &value, sizeof value, nullptr) == 0,
                     "no write");

@@ -27,6 +27,16 @@ double TimeOf(Work&& work) {
     return static_cast<double>(ThreadCpuTime() - start);
 }
 
+// The same for one of so many calls of `work(i)`.
+template <typename Work>
+double TimeOfCall(int calls, Work&& work) {
+    return TimeOf([&] {
+               for (int i = 0; i < calls; ++i)
+                   work(i);
+           }) /
+           calls;
+}
+
 // Rounds of two things that are compared, in turn; which comes first changes, so that neither
 // always runs in the other's wake.
 template <typename One, typename Other>

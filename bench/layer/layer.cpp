@@ -114,15 +114,6 @@ void MeasureFrameLoops(Report& report, const std::string& name, const char* attr
                 kToleratedKiB});
 }
 
-template <typename Work>
-double TimeOfCall(Work&& work) {
-    return TimeOf([&] {
-               for (int i = 0; i < kCalls; ++i)
-                   work(i);
-           }) /
-           kCalls;
-}
-
 // Each feature is looked up by its name every time, on both sides.
 void MeasureFeatureAccess(Report& report) {
     constexpr double kMost = 1.2;
@@ -141,8 +132,8 @@ void MeasureFeatureAccess(Report& report) {
         std::vector<double> layer;
         std::vector<double> interface;
         Interleave(
-            kFeatureRounds, [&] { layer.push_back(TimeOfCall(throughLayer)); },
-            [&] { interface.push_back(TimeOfCall(through)); });
+            kFeatureRounds, [&] { layer.push_back(TimeOfCall(kCalls, throughLayer)); },
+            [&] { interface.push_back(TimeOfCall(kCalls, through)); });
         report.Add({kGroup, name, "ns", layer, "the interfaces", interface, kMost});
     };
     for (const Reading& reading : {Reading{"SensorWidth", "reading a feature, cached"},
