@@ -428,13 +428,15 @@ class Feature {
         return detail::textOf(text);
     }
 
-    // An Integer by its name, which takes a third of the time. Nothing if that fails for any
-    // reason.
+    // An Integer by its name, which takes less time than finding its object first. Nothing if it is
+    // none, or cannot be read now: its object tells more.
     std::optional<int64_t> readInteger() const {
         if (!selectors_.empty()) return std::nullopt;
         const detail::CameraState::Use opened(*state_);
         ZelCamErr code = ZelCamErr_Success;
         const int64_t value = opened->features(module_).GetIntegerValue(name_.c_str(), &code);
+        // The access itself failed, perhaps after a long wait: the camera is not asked again.
+        if (code == ZelCamErr_GenApiError) throw Error(ZelCamErr_Error, "reading", name_);
         if (code != ZelCamErr_Success) return std::nullopt;
         return value;
     }
