@@ -179,4 +179,20 @@ TEST_F(ZelLayer, SettingsAreSavedLoadedAndCompared) {
     EXPECT_EQ(ErrorOf([&] { camera.load(file + ".no"); }).code(), ZelCamErr_FileOpenFailed);
 }
 
+TEST_F(ZelLayer, AReadThatFailedIsNotTriedAgain) {
+    const zel::Camera camera = zel::open("left");
+    EXPECT_GE(camera["LineStatusAll"].as<int>(), 0);
+    ZelSimFault fault{};
+    fault.function = "GCReadPort";
+    fault.command = ZELSIM_ANY_COMMAND;
+    fault.count = ZELSIM_FOREVER;
+    fault.actions = ZELSIM_FAULT_RETURN;
+    fault.code = ZelCamErr_GenTL_Timeout;
+    ASSERT_EQ(simulator.injectFault(&fault), 0);
+    const uint64_t before = simulator.callCount("GCReadPort");
+    EXPECT_EQ(ErrorOf([&] { camera["LineStatusAll"].as<int>(); }).code(), ZelCamErr_Error);
+    EXPECT_EQ(simulator.callCount("GCReadPort"), before + 1);
+    simulator.clearFaults();
+}
+
 }  // namespace
