@@ -16,7 +16,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using ZelTest::Holder;
 
-constexpr size_t kBuffers = 8;
+constexpr size_t kBuffers = 50;  // as many as the other program has
 constexpr uint64_t kPatienceMs = 300;
 
 void Require(ZelCamErr err, const char* what) {

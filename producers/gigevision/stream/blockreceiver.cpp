@@ -16,7 +16,7 @@ namespace {
 constexpr int64_t kFarBack = 100;
 constexpr int64_t kFarAhead = 10000;
 // Blocks of which nothing came, in a row, that are asked for.
-constexpr uint64_t kMostSkipped = 8;
+constexpr uint64_t kMostSkipped = 16;
 // How often a block is asked for that may never have been sent.
 constexpr uint32_t kSkippedRequests = 4;
 // Packets asked for at once where the end of a block is not known.

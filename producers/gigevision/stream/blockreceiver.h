@@ -75,7 +75,7 @@ class BlockReceiver {
     const StreamStatistics& Statistics() const { return statistics_; }
 
   private:
-    static constexpr size_t kMostOpen = 16;
+    static constexpr size_t kMostOpen = 32;
 
     // A block on its way, and how its packets are asked for.
     struct Slot {

@@ -370,19 +370,31 @@ TEST_F(BlockReceivers, GiveUpAFrameThatDelaysOthersForTooLong) {
 
 class ManyBuffers : public BlockReceivers {
   protected:
-    ManyBuffers() : BlockReceivers(kSize, 30) {}
+    ManyBuffers() : BlockReceivers(kSize, 40) {}
 };
 
 TEST_F(ManyBuffers, HoldBackOnlySoManyFrames) {
     Start();
     GiveSome(1, {0, 1, 3, kTrailer});
-    for (uint64_t id = 2; id <= 16; ++id)
+    for (uint64_t id = 2; id <= 32; ++id)
         GiveAll(Packets(id));
     EXPECT_THAT(frames_, IsEmpty());
-    GiveAll(Packets(17));
-    ASSERT_EQ(frames_.size(), 17U);
+    GiveAll(Packets(33));
+    ASSERT_EQ(frames_.size(), 33U);
     EXPECT_TRUE(frames_[0].info.incomplete);
-    EXPECT_EQ(frames_[16].info.id, 17U);
+    EXPECT_EQ(frames_[32].info.id, 33U);
+}
+
+TEST_F(ManyBuffers, AskForTheLatestOfTheBlocksThatAStallCost) {
+    Start();
+    GiveAll(Packets(1));
+    GiveAll(Packets(22));
+    Wait(milliseconds(1));
+    const std::vector<std::string> asked = Asked();
+    ASSERT_EQ(asked.size(), 16U);
+    EXPECT_EQ(asked.front(), "6:0-1");
+    EXPECT_EQ(asked.back(), "21:0-1");
+    EXPECT_EQ(Statistics().skippedBlocks, 4U);
 }
 
 TEST_F(BlockReceivers, GiveUpAFrameThatComesDropByDrop) {
